@@ -1,0 +1,110 @@
+#pragma once
+
+#include "base/Cancellation.h"
+
+#include <QCoro/QCoroTask>
+#include <QString>
+#include <QThreadPool>
+
+#include <chrono>
+#include <coroutine>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace vorle {
+
+template <class T = void>
+using Task = QCoro::Task<T>;
+
+/// Joins a callback to one waiting coroutine: `fire()` (any thread, idempotent) resumes whoever
+/// does `co_await` on it, always from the main thread's event loop and never from inside the
+/// callback, so that the callback's object may be deleted by what is resumed. Copies share one
+/// state; one coroutine may wait.
+class OneShot {
+public:
+    OneShot() : m_state(std::make_shared<State>()) {}
+
+    void fire() const;
+
+    bool await_ready() const noexcept { return m_state->fired; }
+    void await_suspend(std::coroutine_handle<> waiting) const noexcept {
+        m_state->waiting = waiting;
+    }
+    void await_resume() const noexcept {}
+
+private:
+    struct State {
+        bool fired = false; // read and written on the main thread alone
+        std::coroutine_handle<> waiting;
+    };
+    std::shared_ptr<State> m_state;
+};
+
+/// Waits without holding the thread. @throws Cancelled as soon as `cancel` is.
+Task<> sleepFor(std::chrono::milliseconds duration, CancelToken cancel = {});
+
+/// Lets a task run on by itself. An exception that leaves it is logged under `what`, except
+/// Cancelled. What the task uses must live as long as the application.
+void detach(Task<> task, QString what);
+
+/// Runs `work(0)` … `work(count - 1)`, at most `atOnce` at a time, in order of start. When one
+/// throws, no further one starts; once those under way have ended the first exception is thrown.
+Task<> forEachBounded(qsizetype count, qsizetype atOnce, std::function<Task<>(qsizetype)> work);
+
+/// Runs a pure function on the thread pool and gives its value on the main thread. `function`
+/// must not throw (return the failure as a value) and must not touch main-thread objects.
+template <class Function, class Result = std::invoke_result_t<Function>>
+Task<Result> onPool(Function function) {
+    struct Job {
+        Function function;
+        std::optional<Result> result;
+    };
+    auto job = std::make_shared<Job>(Job{std::move(function), std::nullopt});
+    OneShot done;
+    QThreadPool::globalInstance()->start([job, done] {
+        job->result.emplace(job->function());
+        done.fire();
+    });
+    co_await done;
+    co_return std::move(*job->result);
+}
+
+/// Lets at most `slots` holders in at once, first come, first served. Main thread only; must
+/// outlive every wait and every pass.
+class Gate {
+public:
+    /// Gives the place back when it goes.
+    class Pass {
+    public:
+        explicit Pass(Gate *gate) : m_gate(gate) {}
+        Pass(Pass &&other) noexcept : m_gate(std::exchange(other.m_gate, nullptr)) {}
+        Pass &operator=(Pass &&other) noexcept {
+            std::swap(m_gate, other.m_gate);
+            return *this;
+        }
+        Pass(const Pass &) = delete;
+        Pass &operator=(const Pass &) = delete;
+        ~Pass() {
+            if (m_gate != nullptr) {
+                m_gate->leave();
+            }
+        }
+
+    private:
+        Gate *m_gate;
+    };
+
+    explicit Gate(int places) : m_free(places) {}
+    /// @throws Cancelled when `cancel` is, before or during the wait.
+    Task<Pass> enter(CancelToken cancel = {});
+
+private:
+    void leave();
+
+    int m_free;
+    std::deque<OneShot> m_waiting;
+};
+
+} // namespace vorle

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "base/Async.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QUrl>
+
+#include <chrono>
+#include <memory>
+
+namespace vorle {
+
+/// Which addresses a request may reach.
+enum class Reach {
+    PublicOnly, ///< not this machine, nor private, link-local or otherwise reserved networks
+    Anywhere    ///< whatever the user typed
+};
+
+struct HttpRequest {
+    QUrl url; ///< http or https
+    QByteArray userAgent;
+    QByteArray acceptLanguage;   ///< empty: not sent
+    qint64 maxBytes = 3'000'000; ///< of the decompressed body; what follows is not received
+    std::chrono::milliseconds deadline{15'000}; ///< for the whole exchange, redirects included
+    Reach reach = Reach::PublicOnly;
+};
+
+struct HttpResponse {
+    enum class Outcome {
+        Answered, ///< a final status came; `truncated` tells whether the body was cut
+        Refused,  ///< the address may not be reached (scheme, private network, too many redirects)
+        Failed,   ///< no name, no connection, broken exchange
+        TimedOut
+    };
+    Outcome outcome = Outcome::Failed;
+    int status = 0;         ///< the final HTTP status, 0 unless answered
+    QUrl url;               ///< the address that answered, after redirects
+    QByteArray contentType; ///< as sent, or empty
+    QByteArray body;        ///< at most maxBytes
+    bool truncated = false; ///< the body went on past maxBytes
+
+    bool ok() const { return outcome == Outcome::Answered && status >= 200 && status < 300; }
+};
+
+/// GET requests over HTTP(S), guarded: no cookie, no credential, at most 5 redirects, each checked
+/// again; the address is checked when the connection is opened, so a name that resolves to a
+/// private address is refused whatever it resolved to before. Main thread only.
+class HttpClient : public QObject {
+    Q_OBJECT
+
+public:
+    /// `allowLoopback`: Reach::PublicOnly may reach this machine too (development, demonstration).
+    explicit HttpClient(bool allowLoopback = false, QObject *parent = nullptr);
+    ~HttpClient() override;
+
+    /// One GET. Never throws for what the network does. @throws Cancelled
+    Task<HttpResponse> get(HttpRequest request, CancelToken cancel = {});
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace vorle

@@ -1,0 +1,240 @@
+#include "base/Text.h"
+
+#include <QTextBoundaryFinder>
+
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace vorle {
+
+bool isBlank(char16_t c) {
+    if (c < 0x80) {
+        return c == u' ' || (c >= u'\t' && c <= u'\r');
+    }
+    return c == 0x85 || c == 0xA0 || c == 0x1680 || (c >= 0x2000 && c <= 0x200A) || c == 0x2028 ||
+           c == 0x2029 || c == 0x202F || c == 0x205F || c == 0x3000;
+}
+
+QStringView trimmed(QStringView text) {
+    while (!text.isEmpty() && isBlank(text.front().unicode())) {
+        text = text.sliced(1);
+    }
+    while (!text.isEmpty() && isBlank(text.back().unicode())) {
+        text.chop(1);
+    }
+    return text;
+}
+
+namespace {
+
+/// Below U+0300 nothing combines, save that CR LF is one character.
+bool standsAlone(char16_t c) { return c < 0x300 && c != u'\r'; }
+
+} // namespace
+
+qsizetype characterCount(QStringView text) {
+    if (std::all_of(text.utf16(), text.utf16() + text.size(), standsAlone)) {
+        return text.size();
+    }
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype count = 0;
+    while (finder.toNextBoundary() != -1) {
+        ++count;
+    }
+    return count;
+}
+
+QStringView firstCharacters(QStringView text, qsizetype count) {
+    if (count <= 0) {
+        return {};
+    }
+    // One simple character more than asked for shows that the cut stands on a boundary.
+    const qsizetype looked = std::min(text.size(), count + 1);
+    if (std::all_of(text.utf16(), text.utf16() + looked, standsAlone)) {
+        return text.first(std::min(text.size(), count));
+    }
+    // A cluster may be long: widen the window until it holds the cut and the character after it.
+    for (qsizetype window = std::min(text.size(), count * 4 + 64);;
+         window = std::min(text.size(), window * 4)) {
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.first(window));
+        qsizetype cut = 0;
+        qsizetype found = 0;
+        for (; found < count; ++found) {
+            const qsizetype next = finder.toNextBoundary();
+            if (next == -1) {
+                break;
+            }
+            cut = next;
+        }
+        if (window == text.size()) {
+            return text.first(found < count ? text.size() : cut);
+        }
+        if (found == count && cut < window) {
+            return text.first(cut);
+        }
+    }
+}
+
+QStringView lastCharacters(QStringView text, qsizetype count) {
+    if (count <= 0) {
+        return {};
+    }
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    finder.toEnd();
+    qsizetype cut = text.size();
+    for (qsizetype found = 0; found < count; ++found) {
+        const qsizetype previous = finder.toPreviousBoundary();
+        if (previous == -1) {
+            return text;
+        }
+        cut = previous;
+    }
+    return text.sliced(cut);
+}
+
+namespace {
+
+struct NamedEntity {
+    QStringView name;
+    char16_t value;
+};
+
+constexpr std::array<NamedEntity, 11> namedEntities{{
+    {u"amp", u'&'},
+    {u"lt", u'<'},
+    {u"gt", u'>'},
+    {u"quot", u'"'},
+    {u"apos", u'\''},
+    {u"nbsp", u' '},
+    {u"rsquo", u'\u2019'},
+    {u"lsquo", u'\u2018'},
+    {u"hellip", u'\u2026'},
+    {u"mdash", u'\u2014'},
+    {u"ndash", u'\u2013'},
+}};
+
+int hexDigit(char16_t c) {
+    if (c >= u'0' && c <= u'9') {
+        return c - u'0';
+    }
+    if (c >= u'a' && c <= u'f') {
+        return c - u'a' + 10;
+    }
+    if (c >= u'A' && c <= u'F') {
+        return c - u'A' + 10;
+    }
+    return -1;
+}
+
+struct Entity {
+    char32_t value = 0;
+    qsizetype length = 0; ///< from the ampersand to the semicolon, both counted
+};
+
+std::optional<Entity> numericEntity(QStringView text) {
+    const bool hexadecimal = text.size() > 2 && text[2] == u'x';
+    const int base = hexadecimal ? 16 : 10;
+    qsizetype at = hexadecimal ? 3 : 2;
+    const qsizetype firstDigit = at;
+    char32_t value = 0;
+    for (; at < text.size(); ++at) {
+        const int digit = hexDigit(text[at].unicode());
+        if (digit < 0 || digit >= base) {
+            break;
+        }
+        // Stays above the last code point once past it, however many digits follow.
+        value = std::min<char32_t>(value * base + digit, 0x110000);
+    }
+    if (at == firstDigit || at >= text.size() || text[at] != u';') {
+        return std::nullopt;
+    }
+    const bool scalar = value != 0 && value < 0x110000 && (value < 0xD800 || value > 0xDFFF);
+    return Entity{scalar ? value : U'\uFFFD', at + 1};
+}
+
+/// The entity that begins with the ampersand at the start of `text`.
+std::optional<Entity> entityAt(QStringView text) {
+    if (text.size() > 2 && text[1] == u'#') {
+        return numericEntity(text);
+    }
+    for (const auto &[name, value] : namedEntities) {
+        const qsizetype end = 1 + name.size();
+        if (text.size() > end && text[end] == u';' && text.sliced(1, name.size()) == name) {
+            return Entity{value, end + 1};
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QString decodeEntities(QStringView text) {
+    QString out;
+    out.reserve(text.size());
+    qsizetype at = 0;
+    while (at < text.size()) {
+        const qsizetype ampersand = text.indexOf(u'&', at);
+        if (ampersand < 0) {
+            break;
+        }
+        out += text.sliced(at, ampersand - at);
+        if (const auto entity = entityAt(text.sliced(ampersand))) {
+            out += QChar::fromUcs4(entity->value);
+            at = ampersand + entity->length;
+        } else {
+            out += u'&';
+            at = ampersand + 1;
+        }
+    }
+    out += text.sliced(at);
+    return out;
+}
+
+namespace {
+
+struct CodePoint {
+    qsizetype units;
+    qsizetype bytes;
+};
+
+/// The code point at the start of `text`; a lone surrogate is written as U+FFFD, in 3 bytes.
+CodePoint codePointAt(QStringView text) {
+    const char16_t c = text.front().unicode();
+    if (c < 0x80) {
+        return {1, 1};
+    }
+    if (c < 0x800) {
+        return {1, 2};
+    }
+    const bool pair = QChar::isHighSurrogate(c) && text.size() > 1 && text[1].isLowSurrogate();
+    return pair ? CodePoint{2, 4} : CodePoint{1, 3};
+}
+
+} // namespace
+
+qsizetype utf8Size(QStringView text) {
+    qsizetype size = 0;
+    for (qsizetype at = 0; at < text.size();) {
+        const CodePoint point = codePointAt(text.sliced(at));
+        size += point.bytes;
+        at += point.units;
+    }
+    return size;
+}
+
+QStringView utf8Prefix(QStringView text, qsizetype maxBytes) {
+    qsizetype size = 0;
+    qsizetype at = 0;
+    while (at < text.size()) {
+        const CodePoint point = codePointAt(text.sliced(at));
+        if (size + point.bytes > maxBytes) {
+            break;
+        }
+        size += point.bytes;
+        at += point.units;
+    }
+    return text.first(at);
+}
+
+} // namespace vorle

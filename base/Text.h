@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+namespace vorle {
+
+/// Whether `c` is a blank as regular expressions understand it in Unicode mode: the ASCII blanks,
+/// the next-line character and every code point with the White_Space property.
+bool isBlank(char16_t c);
+
+/// `text` without blanks at either end.
+QStringView trimmed(QStringView text);
+
+/// The number of characters a reader sees (extended grapheme clusters, Unicode annex 29).
+qsizetype characterCount(QStringView text);
+
+/// The first `count` characters a reader sees; all of `text` when it has no more. Never cuts a
+/// cluster. Looks no further into `text` than it must.
+QStringView firstCharacters(QStringView text, qsizetype count);
+
+/// The last `count` characters a reader sees.
+QStringView lastCharacters(QStringView text, qsizetype count);
+
+/// Decodes the HTML entities of web pages in one pass, so that "&amp;lt;" gives "&lt;": the names
+/// amp, lt, gt, quot, apos, nbsp, rsquo, lsquo, hellip, mdash and ndash, and every numeric one
+/// ("&#8217;", "&#x2019;"). A number that is no Unicode scalar value gives U+FFFD; an unknown
+/// name stays as it is.
+QString decodeEntities(QStringView text);
+
+/// The longest prefix of `text` that takes at most `maxBytes` in UTF-8 and does not cut a code
+/// point.
+QStringView utf8Prefix(QStringView text, qsizetype maxBytes);
+
+/// The size of `text` in UTF-8, in bytes; a lone surrogate counts as U+FFFD, 3 bytes.
+qsizetype utf8Size(QStringView text);
+
+} // namespace vorle

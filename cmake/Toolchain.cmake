@@ -1,0 +1,30 @@
+# Warnings, sanitizers, linker and compiler cache, on one interface target every room links.
+add_library(vorle_flags INTERFACE)
+target_compile_options(vorle_flags INTERFACE
+    -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Werror)
+target_compile_definitions(vorle_flags INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+
+if(VORLE_SANITIZE)
+    target_compile_options(vorle_flags INTERFACE
+        -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(vorle_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(NOT APPLE)
+    find_program(VORLE_LLD NAMES ld.lld-19 ld.lld)
+    if(VORLE_LLD)
+        target_link_options(vorle_flags INTERFACE -fuse-ld=${VORLE_LLD})
+        # clang wants the name, not the path, unless --ld-path is used.
+        set_property(TARGET vorle_flags PROPERTY INTERFACE_LINK_OPTIONS
+            "$<$<BOOL:${VORLE_SANITIZE}>:-fsanitize=address,undefined>;--ld-path=${VORLE_LLD}")
+    endif()
+endif()
+
+find_program(VORLE_CCACHE ccache)
+if(VORLE_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        ${VORLE_CCACHE})
+endif()

@@ -1,0 +1,69 @@
+#include "base/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+TEST(Text, cuts_count_what_a_reader_sees) {
+    const QString family =
+        QStringLiteral("👩‍👩‍👧‍👦");  // one character, eleven code units
+    const QString accent = QStringLiteral("e\u0301"); // one character, two code units
+    EXPECT_EQ(characterCount(family + accent + QStringLiteral("\r\nx")), 4);
+    EXPECT_EQ(firstCharacters(QStringLiteral("ab") + family + accent, 3).toString(),
+              QStringLiteral("ab") + family);
+    EXPECT_EQ(firstCharacters(QStringLiteral("abc") + accent, 3), u"abc");
+    EXPECT_EQ(firstCharacters(QStringLiteral("abce\u0301"), 4), QStringLiteral("abce\u0301"));
+    EXPECT_EQ(firstCharacters(QStringLiteral("abc"), 5), u"abc");
+    EXPECT_EQ(firstCharacters(u"abc", 0), u"");
+    EXPECT_EQ(lastCharacters(QStringLiteral("x") + accent + QStringLiteral("z"), 2).toString(),
+              accent + QStringLiteral("z"));
+    EXPECT_EQ(lastCharacters(u"ab", 9), u"ab");
+    // A cluster longer than any window still is one character.
+    const QString tower = QStringLiteral("a") + QString(5'000, QChar(0x0301));
+    EXPECT_EQ(firstCharacters(tower + QStringLiteral("bc"), 2), tower + QStringLiteral("b"));
+    EXPECT_EQ(firstCharacters(tower, 1), tower);
+}
+
+TEST(Text, entities_are_decoded_in_one_pass) {
+    const std::pair<const char16_t *, const char16_t *> cases[] = {
+        {u"&amp;lt;", u"&lt;"},
+        {u"a &lt;b&gt; &quot;c&quot; &#39;&#x27;&apos;", u"a <b> \"c\" '''"},
+        {u"&rsquo;&lsquo;&hellip;&mdash;&ndash;&nbsp;.", u"’‘…—– ."},
+        {u"&#233;&#xE9;&#x1F600;", u"éé😀"},
+        {u"&#xD800;&#0;&#x110000;&#99999999999999999999;", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {u"&unknown; &amp &# &#; &#x; &#xZ; &#12", u"&unknown; &amp &# &#; &#x; &#xZ; &#12"},
+        {u"&", u"&"},
+    };
+    for (const auto &[in, out] : cases) {
+        EXPECT_EQ(decodeEntities(QString::fromUtf16(in)), QString::fromUtf16(out));
+    }
+}
+
+TEST(Text, byte_limits_never_cut_a_code_point) {
+    const QString text = QStringLiteral("aé€😀");
+    EXPECT_EQ(utf8Size(text), text.toUtf8().size());
+    for (qsizetype limit = 0; limit <= 11; ++limit) {
+        const QStringView prefix = utf8Prefix(text, limit);
+        EXPECT_LE(prefix.toUtf8().size(), limit);
+        EXPECT_EQ(prefix.toUtf8(), text.toUtf8().first(prefix.toUtf8().size()));
+    }
+    EXPECT_EQ(utf8Prefix(text, 9).size(), 3);
+    const QString lone = QString(QChar(0xDC00)) + QStringLiteral("a");
+    EXPECT_GE(utf8Size(lone), lone.toUtf8().size());
+}
+
+TEST(Text, blanks_are_unicodes) {
+    for (const char16_t c : {u' ', u'\n', u'\t', u'\r', u'\v', u'\f', u'\u00A0', u'\u2003',
+                             u'\u2028', u'\u202F', u'\u3000'}) {
+        EXPECT_TRUE(isBlank(c)) << int(c);
+    }
+    for (const char16_t c : {u'a', u'\u200B', u'\uFEFF', u'\u0000'}) {
+        EXPECT_FALSE(isBlank(c)) << int(c);
+    }
+    EXPECT_EQ(trimmed(u"\u00A0 a b\u3000\n"), u"a b");
+    EXPECT_EQ(trimmed(u" \n"), u"");
+}
+
+} // namespace
+} // namespace vorle
