@@ -1,0 +1,26 @@
+#pragma once
+
+#include "base/Json.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+
+namespace vorle {
+
+/// A site the user trusts.
+struct PrioritySite {
+    QString address;                  ///< as the user typed it
+    std::optional<QString> feed;      ///< its feed's address, once discovered
+    std::optional<QDateTime> checked; ///< when discovery last ran
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("address", &PrioritySite::address),
+                          json::field("feed", &PrioritySite::feed),
+                          json::field("checked", &PrioritySite::checked));
+    }
+    bool operator==(const PrioritySite &) const = default;
+};
+
+} // namespace vorle
