@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/Judgment.h"
+
+#include <QString>
+#include <QStringView>
+#include <QUrl>
+
+#include <optional>
+
+namespace vorle {
+
+/// Whether `link` is an absolute http or https address with a host.
+bool isHttpLink(const QString &link);
+
+/// The address to fetch for `link`: without the query items whose name begins with "utm_"; a file
+/// seen on GitHub becomes the file itself on its raw-content host. An invalid QUrl when `link` is
+/// no http(s) address.
+QUrl readableLink(const QString &link);
+
+/// The form under which two spellings of one link compare equal: scheme and host in lower case,
+/// no default port, no credentials, no fragment, no tracking words in the query, no trailing
+/// slash. For comparing only, never for fetching. What is no http(s) address stays as it is, but
+/// for the blanks around it.
+QString canonicalLink(const QString &link);
+
+/// The kind of thing a link most likely leads to, told from the address alone: "article" when
+/// nothing else is recognised.
+ItemKind guessKind(const QString &link);
+
+/// A repository's owner and name.
+struct Repository {
+    QString owner;
+    QString name;
+
+    bool operator==(const Repository &) const = default;
+};
+
+/// The GitHub repository `link` lies in (its page, a file, a release, raw content), if any.
+std::optional<Repository> gitHubRepository(const QString &link);
+
+} // namespace vorle
