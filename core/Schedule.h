@@ -2,7 +2,11 @@
 
 #include "base/Json.h"
 
+#include <QDateTime>
 #include <QList>
+#include <QTimeZone>
+
+#include <optional>
 
 namespace vorle {
 
@@ -17,7 +21,22 @@ struct Schedule {
                           json::field("hour", &Schedule::hour),
                           json::field("minute", &Schedule::minute));
     }
-    /// The days are a set: their order does not count.
+    /// Whether every number is in its range. No day at all is valid: no run happens by itself.
+    bool isValid() const;
+
+    /// The first moment strictly after `after` at which a run is due, in UTC; nothing without a
+    /// day. An hour that the clocks skip is due as soon as they have.
+    std::optional<QDateTime> nextRun(const QDateTime &after,
+                                     const QTimeZone &zone = QTimeZone::systemTimeZone()) const;
+
+    /// The moment of the run that should have happened between the last completed one and `now`,
+    /// or nothing. Without any day one is due a day after the last. Before a first completed run
+    /// nothing is missed.
+    std::optional<QDateTime> missedRun(const std::optional<QDateTime> &lastRun,
+                                       const QDateTime &now,
+                                       const QTimeZone &zone = QTimeZone::systemTimeZone()) const;
+
+    /// The days are a set: neither order nor repetition counts.
     bool operator==(const Schedule &other) const;
 };
 
@@ -30,6 +49,7 @@ struct TimeOfDay {
         return std::tuple(json::field("hour", &TimeOfDay::hour),
                           json::field("minute", &TimeOfDay::minute));
     }
+    bool isValid() const { return hour >= 0 && hour <= 23 && minute >= 0 && minute <= 59; }
     bool operator==(const TimeOfDay &) const = default;
 };
 

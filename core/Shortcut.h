@@ -18,6 +18,8 @@ struct Shortcut {
                           json::field("modifiers", &Shortcut::modifiers),
                           json::field("key", &Shortcut::key));
     }
+    /// Whether it can be registered: with Command, Option or Control; Shift alone is not enough.
+    bool isValid() const { return (modifiers & 0x1900) != 0 && keyCode >= 0; }
     bool operator==(const Shortcut &) const = default;
 };
 

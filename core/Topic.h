@@ -47,8 +47,8 @@ struct TopicSource {
     QString title;
     QString url;
 
-    /// The page title; the repository ("owner/repo") for a link to GitHub or its raw-content
-    /// host; "Source" when nothing better is known.
+    /// The repository ("owner/repo") for a link to GitHub or its raw-content host; else the page
+    /// title; "Source" when nothing better is known.
     QString displayName() const;
 
     static constexpr auto jsonFields() {
@@ -160,8 +160,14 @@ struct Topic {
     bool operator==(const Topic &) const = default;
 };
 
-/// The labels a person sees for a change of a topic: a change is classed by the words in it.
-/// Gives the label, or an empty text when no word is recognised.
+size_t qHash(const Topic &topic, size_t seed = 0);
+
+/// The label a person sees for one change of a topic, from the words in it, whatever their case:
+/// a flaw before a break, a gain, a new interface. Empty when no word is recognised.
 QString changeLabel(const QString &change);
 
 } // namespace vorle
+
+// Lets QList move whole records as bytes when it grows.
+Q_DECLARE_TYPEINFO(vorle::TopicSource, Q_RELOCATABLE_TYPE);
+Q_DECLARE_TYPEINFO(vorle::Topic, Q_RELOCATABLE_TYPE);

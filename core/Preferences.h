@@ -1,0 +1,97 @@
+#pragma once
+
+#include "core/Settings.h"
+#include "core/SettingsFile.h"
+
+#include <QJsonValue>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <type_traits>
+
+namespace vorle {
+
+/// The user's settings, observable and written at once. Main thread only.
+///
+///     preferences.settings().interests
+///     preferences.change(&Settings::weeklyMinutes, 120);
+///
+/// A value that is absent, of the wrong type, out of its range or an unknown word reads as the
+/// setting's default; of a list or a dictionary, the entries that fit are kept. Nothing here
+/// fails: a write that does not succeed is logged, and the value stands in memory.
+class Preferences final : public QObject {
+    Q_OBJECT
+public:
+    explicit Preferences(std::unique_ptr<SettingsFile> file = std::make_unique<SettingsFile>(),
+                         QObject *parent = nullptr);
+
+    const Settings &settings() const { return m_settings; }
+
+    /// Sets one setting, writes it at once, and announces it when it is another than before.
+    template <class T>
+    void change(T Settings::*setting, std::type_identity_t<T> value);
+
+    /// Reads again what other processes wrote, and announces what changed.
+    void reload();
+
+    /// The search radius that acts: 0, 1 or 2.
+    int radius() const;
+    /// How much an interest matters, 1 to 5.
+    int weightOf(const QString &interest) const;
+    static constexpr int defaultWeight = 3;
+    /// Whether the app may be told to the agent as context.
+    bool appInScope(const QString &name) const;
+
+    /// The keys of all settings, for the command line.
+    static QStringList settingKeys();
+    /// The setting as JSON; null when it has no value, Undefined for an unknown key.
+    QJsonValue setting(const QString &key) const;
+    /// Sets a setting from JSON. Gives a French sentence, and changes nothing, when the key is
+    /// unknown or the value does not fit; null takes an optional setting's value away.
+    std::optional<QString> changeSetting(const QString &key, const QJsonValue &value);
+
+    /// Where a settings file that could not be read was copied before it was replaced.
+    const std::optional<QString> &setAside() const { return m_file->setAside(); }
+
+Q_SIGNALS:
+    void changed(const QString &key);
+
+private:
+    template <class T>
+    static QString keyOf(T Settings::*setting);
+    void write(const QString &key);
+    void load();
+
+    std::unique_ptr<SettingsFile> m_file;
+    Settings m_settings;
+};
+
+template <class T>
+QString Preferences::keyOf(T Settings::*setting) {
+    std::string_view key;
+    const auto match = [&](const auto &field) {
+        if constexpr (std::is_same_v<decltype(field.member), T Settings::*>) {
+            if (field.member == setting) {
+                key = field.key;
+            }
+        }
+    };
+    std::apply([&](const auto &...fields) { (match(fields), ...); }, Settings::fields());
+    return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+}
+
+template <class T>
+void Preferences::change(T Settings::*setting, std::type_identity_t<T> value) {
+    const bool another = !(m_settings.*setting == value);
+    m_settings.*setting = std::move(value);
+    const QString key = keyOf(setting);
+    write(key);
+    if (another) {
+        Q_EMIT changed(key);
+    }
+}
+
+} // namespace vorle

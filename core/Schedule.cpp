@@ -1,0 +1,65 @@
+#include "core/Schedule.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace vorle {
+
+namespace {
+
+/// Sunday 1 to Saturday 7, from Monday 1 to Sunday 7.
+int calendarWeekday(const QDate &date) { return date.dayOfWeek() % 7 + 1; }
+
+/// The first moment of the day, at or after that time, that the zone's clocks show.
+QDateTime momentOn(const QDate &date, const QTime &time, const QTimeZone &zone) {
+    const QDateTime moment(date, time, zone);
+    if (moment.isValid() && moment.time() == time) {
+        return moment.toUTC();
+    }
+    const auto skip = zone.nextTransition(QDateTime(date, QTime(0, 0), zone).addSecs(-1));
+    return skip.atUtc.isValid() ? skip.atUtc : moment.toUTC();
+}
+
+} // namespace
+
+bool Schedule::isValid() const {
+    return TimeOfDay{hour, minute}.isValid() &&
+           std::ranges::all_of(weekdays, [](int day) { return day >= 1 && day <= 7; });
+}
+
+bool Schedule::operator==(const Schedule &other) const {
+    const auto asSet = [](const QList<int> &days) { return QSet<int>(days.begin(), days.end()); };
+    return hour == other.hour && minute == other.minute && asSet(weekdays) == asSet(other.weekdays);
+}
+
+std::optional<QDateTime> Schedule::nextRun(const QDateTime &after, const QTimeZone &zone) const {
+    const QTime time(hour, minute);
+    if (!time.isValid() || !after.isValid()) {
+        return std::nullopt;
+    }
+    const QDate today = after.toTimeZone(zone).date();
+    // A week on is the same weekday; one day more covers a due moment shifted by the clocks.
+    for (int days = 0; days <= 8; ++days) {
+        const QDate date = today.addDays(days);
+        if (weekdays.contains(calendarWeekday(date))) {
+            const QDateTime due = momentOn(date, time, zone);
+            if (due > after) {
+                return due;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<QDateTime> Schedule::missedRun(const std::optional<QDateTime> &lastRun,
+                                             const QDateTime &now, const QTimeZone &zone) const {
+    if (!lastRun) {
+        return std::nullopt;
+    }
+    constexpr qint64 oneDay = 86'400;
+    const QDateTime due = nextRun(*lastRun, zone).value_or(lastRun->toUTC().addSecs(oneDay));
+    return due <= now ? std::optional(due) : std::nullopt;
+}
+
+} // namespace vorle

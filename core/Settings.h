@@ -1,0 +1,130 @@
+#pragma once
+
+#include "base/Json.h"
+#include "core/PrioritySite.h"
+#include "core/Schedule.h"
+#include "core/Shortcut.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <optional>
+
+namespace vorle {
+
+enum class Appearance { Automatic, Light, Dark };
+constexpr std::array<std::string_view, 3> rawStrings(Appearance) {
+    return {"Automatique", "Clair", "Sombre"};
+}
+
+enum class Accent { Braise, Framboise, Lagune, Indigo };
+constexpr std::array<std::string_view, 4> rawStrings(Accent) {
+    return {"Braise", "Framboise", "Lagune", "Indigo"};
+}
+
+enum class TerminalApp { Terminal, ITerm, Ghostty };
+constexpr std::array<std::string_view, 3> rawStrings(TerminalApp) {
+    return {"Terminal", "iTerm", "Ghostty"};
+}
+
+enum class NotifyMode { EveryRun, UrgentOnly, Never };
+constexpr std::array<std::string_view, 3> rawStrings(NotifyMode) {
+    return {"À chaque fouille", "Seulement si urgent", "Jamais"};
+}
+
+/// How the list of apps is used. Any unknown word reads as Only: the narrower mode is the default.
+enum class AccessMode {
+    AllExcept, ///< all apps but the excluded ones
+    Only       ///< the kept ones alone
+};
+constexpr std::array<std::string_view, 2> rawStrings(AccessMode) { return {"allExcept", "only"}; }
+
+/// What the last search run came to.
+struct LastReport {
+    QDateTime date;
+    int added = 0;      ///< topics added to the inbox
+    double costUSD = 0; ///< of the agent calls, in US dollars; 0 when the agent does not say
+    double seconds = 0;
+    QList<QString> uncovered; ///< the declared topics that stayed without a candidate
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("date", &LastReport::date),
+                          json::field("added", &LastReport::added),
+                          json::field("costUSD", &LastReport::costUSD),
+                          json::field("seconds", &LastReport::seconds),
+                          json::field("uncovered", &LastReport::uncovered));
+    }
+    bool operator==(const LastReport &) const = default;
+};
+
+/// Every setting of the user, with its default. Lists that are used as sets hold each text once.
+struct Settings {
+    int weeklyMinutes = 180; ///< time budget of the program
+    Schedule schedule;
+    Appearance appearance = Appearance::Automatic;
+    Accent accent = Accent::Braise;
+    TerminalApp terminal = TerminalApp::Terminal;
+    NotifyMode notifyMode = NotifyMode::EveryRun;
+    bool notifyReminder = false;
+    TimeOfDay reminder;
+    Shortcut captureShortcut;
+    bool proposeTab = true; ///< quick capture offers the front browser tab
+    bool onboarded = false;
+    bool calibrated = false;
+    std::optional<QDateTime> calibrationStart;
+    std::optional<QString> job;
+    QList<QString> interests;
+    QList<QString> excludedApps; ///< a set
+    QList<QString> keptApps;     ///< a set
+    QList<QString> addedTools;
+    QList<PrioritySite> prioritySites;
+    QList<QString> disabledReflexes; ///< a set of reflex identifiers
+    std::optional<QDateTime> reflexesSince;
+    QMap<QString, int> interestWeights; ///< 1 to 5, 5 matters most
+    int radiusLevel = 2;                ///< as stored, 0 to 6; see Preferences::radius()
+    QList<QString> exclusions;
+    AccessMode accessMode = AccessMode::Only;
+    QMap<QString, QString> projects; ///< a project's name to its folder's path
+    QMap<QString, QString> projectDescriptions;
+    std::optional<QString> agent; ///< "claude" or "codex"; nothing while the user has not chosen
+    std::optional<LastReport> lastReport;
+    std::optional<QDateTime> lastSearch; ///< when the last run ended
+
+    /// Each setting with the key it is stored under.
+    static constexpr auto fields() {
+        return std::tuple(
+            json::field("weeklyMinutes", &Settings::weeklyMinutes),
+            json::field("schedule", &Settings::schedule),
+            json::field("appearance", &Settings::appearance),
+            json::field("accent", &Settings::accent), json::field("terminal", &Settings::terminal),
+            json::field("notifyMode", &Settings::notifyMode),
+            json::field("notifyReminder", &Settings::notifyReminder),
+            json::field("reminder", &Settings::reminder),
+            json::field("captureShortcut", &Settings::captureShortcut),
+            json::field("proposeTab", &Settings::proposeTab),
+            json::field("onboarded", &Settings::onboarded),
+            json::field("calibrated", &Settings::calibrated),
+            json::field("calibrationStart", &Settings::calibrationStart),
+            json::field("job", &Settings::job), json::field("interests", &Settings::interests),
+            json::field("excludedApps", &Settings::excludedApps),
+            json::field("keptApps", &Settings::keptApps),
+            json::field("addedTools", &Settings::addedTools),
+            json::field("prioritySites", &Settings::prioritySites),
+            json::field("disabledReflexes", &Settings::disabledReflexes),
+            json::field("reflexesSince", &Settings::reflexesSince),
+            json::field("interestWeights", &Settings::interestWeights),
+            json::field("radiusLevel2", &Settings::radiusLevel),
+            json::field("exclusions", &Settings::exclusions),
+            json::field("accessMode", &Settings::accessMode),
+            json::field("projects", &Settings::projects),
+            json::field("projectDescriptions", &Settings::projectDescriptions),
+            json::field("agent", &Settings::agent),
+            json::field("lastReport", &Settings::lastReport),
+            json::field("lastSearch", &Settings::lastSearch));
+    }
+    bool operator==(const Settings &) const = default;
+};
+
+} // namespace vorle

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/TopicStore.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QLocale>
+#include <QTimeZone>
+
+namespace vorle {
+
+/// The orders of the sections. Each comparison is a strict weak order for stable sorts, so that
+/// topics it holds equal keep the store's order. Pure functions, any thread.
+
+/// Most recent decision first; one never triaged counts as the most distant past.
+bool triagedLater(const Topic &a, const Topic &b);
+/// Most recently done first; one without a date counts as the most distant past.
+bool doneLater(const Topic &a, const Topic &b);
+/// Urgent topics first; within each group the earliest decision first, a missing one before all.
+bool moreUrgent(const Topic &a, const Topic &b);
+/// The program's order: urgent topics first, then by score, then the earliest decision first.
+bool soonerInProgram(const Topic &a, const Topic &b);
+
+/// The topics in the given order.
+QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &));
+
+/// A span of time: from `begin` on, before `end`.
+struct Period {
+    QDateTime begin;
+    QDateTime end;
+
+    bool contains(const QDateTime &moment) const { return begin <= moment && moment < end; }
+};
+
+/// The calendar week around `moment`, in the user's zone, from the locale's first day of the week.
+Period calendarWeek(const QDateTime &moment, const QLocale &locale = QLocale(),
+                    const QTimeZone &zone = QTimeZone::systemTimeZone());
+
+/// The topics found inside the period.
+QList<TopicPtr> foundWithin(const QList<TopicPtr> &topics, const Period &period);
+
+} // namespace vorle

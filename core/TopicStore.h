@@ -1,0 +1,156 @@
+#pragma once
+
+#include "base/Clock.h"
+#include "base/Resources.h"
+#include "core/Topic.h"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QUuid>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace vorle {
+
+class StoredTopic;
+class TopicWriter;
+
+/// A topic as the store hands it out: shared, never changed. A change of the topic makes a new
+/// one, so what is held stays as it was.
+using TopicPtr = std::shared_ptr<const Topic>;
+
+/// The single owner of all topics and of the topics file. Main thread only: any other thread
+/// stops the program.
+///
+/// The file is one JSON array of topics in the store's order, pretty-printed with sorted keys.
+/// Every change is saved at once by a writer thread of the store's own, as a whole and atomically
+/// (temporary file, fsync, rename): the file always holds one complete state. While a save runs,
+/// at most one more waits, the newest. The main thread never waits for the disk but in `flush()`.
+///
+/// A save that fails is logged and announced; the topics stay in memory, and the next save or
+/// `flush()` tries again. One process may own a file: hold its StoreLock before making a store
+/// that will change it.
+class TopicStore final : public QObject {
+    Q_OBJECT
+public:
+    enum class Kind {
+        Real,   ///< the user's own topics
+        Demo,   ///< demonstration topics in a file of their own, seeded afresh at each start
+        Preview ///< no file is read or written
+    };
+
+    /// The triage side of a topic: what taking a decision changes, and undoing it restores.
+    struct Placement {
+        TopicStatus status = TopicStatus::Inbox;
+        int postponedCount = 0;
+        std::optional<QDateTime> triagedAt;
+        std::optional<QDateTime> doneAt;
+        std::optional<Worth> worth;
+
+        bool operator==(const Placement &) const = default;
+    };
+
+    /// The topics file of that kind: VORLE_STORE as given when set; else "topics.json" (or
+    /// "demo-topics.json") in the folder "vorle" of the user's application data. Makes the folder.
+    /// Empty for a preview.
+    /// @throws std::system_error when the folder cannot be made
+    static QString location(Kind kind);
+
+    /// Opens the store of that kind and loads it. `clock` must outlive the store.
+    /// @throws std::system_error when the file's folder cannot be made
+    TopicStore(Kind kind, Resources resources, const Clock &clock, QObject *parent = nullptr);
+    /// Opens the store on exactly that file (none when empty) and loads it.
+    TopicStore(QString file, Resources resources, const Clock &clock, QObject *parent = nullptr);
+    /// Waits until the last change is on disk.
+    ~TopicStore() override;
+
+    /// The topics file as it was asked for; empty for a preview.
+    const QString &file() const { return m_file; }
+    bool isDemo() const { return m_kind == Kind::Demo; }
+    bool isPreview() const { return m_kind == Kind::Preview; }
+
+    /// Set when the file was there and could not be read as topics: it is untouched, and the
+    /// first save keeps it under this path before replacing it. For the user to be told.
+    const std::optional<QString> &setAside() const { return m_setAside; }
+
+    /// All topics, in the file's order.
+    QList<TopicPtr> topics() const;
+    /// The topics of that status, in the file's order.
+    QList<TopicPtr> topics(TopicStatus status) const;
+    /// The topic with that identity, or nothing.
+    TopicPtr topic(const QUuid &id) const;
+    qsizetype count() const;
+
+    /// Adds topics at the end. One without identity gets one; one whose identity is known
+    /// already is left out. Gives the identities added.
+    QList<QUuid> add(QList<Topic> topics);
+    /// Puts the judged version in the place of the captured link of the same identity, ready for
+    /// triage; what the user gave (link, note) stays, and the captured link is among its sources.
+    /// Does nothing and gives false when the user removed or dismissed the link meanwhile.
+    bool completeCaptured(Topic judged);
+    /// Releases these pending topics for triage. Gives how many were.
+    qsizetype releasePending(const QList<QUuid> &ids);
+    /// Releases every topic a run left pending when it died. Captured links stay: they still
+    /// wait for the judge.
+    qsizetype releaseAllPending();
+
+    // Triage. Each stamps `triagedAt` and gives false when there is no such topic. Leaving the
+    // library takes `doneAt` and the verdict away.
+    bool keep(const QUuid &id);     ///< to the program
+    bool postpone(const QUuid &id); ///< "plus tard", "reporter": to the reserve, counted
+    bool dismiss(const QUuid &id);  ///< "pas pour moi"
+    bool backToInbox(const QUuid &id);
+    bool markDone(const QUuid &id, std::optional<Worth> worth = std::nullopt);
+    /// The verdict on a topic: in the library the verdict alone changes; anywhere else the topic
+    /// is marked done with it.
+    bool judgeWorth(const QUuid &id, Worth worth);
+    std::optional<Placement> placement(const QUuid &id) const;
+    /// Puts back what a decision changed.
+    bool restore(const QUuid &id, const Placement &placement);
+
+    // Editing. False when there is no such topic.
+    bool setNote(const QUuid &id, const QString &note); ///< an empty note is no note
+    bool setCorrection(const QUuid &id, std::optional<Correction> correction);
+    bool setBrief(const QUuid &id, std::optional<Brief> brief);
+    bool setGallery(const QUuid &id, QList<Picture> gallery);
+
+    /// Asks for a save of the present state. Every operation above that changes something does.
+    void save();
+    /// Waits until the present state is on disk; tries once more after a failed save. False when
+    /// it could not be written: the reason was logged and announced.
+    bool flush();
+
+Q_SIGNALS:
+    void topicChanged(const QUuid &id);
+    void topicsAdded(const QList<QUuid> &ids);
+    void topicsReset();
+    void saved();
+    /// A save failed; `text` is a French sentence for the user.
+    void saveFailed(const QString &text);
+
+private:
+    using Node = std::shared_ptr<const StoredTopic>;
+
+    void load();
+    bool readFile();
+    void seed();
+    void replaceAll(QList<Topic> topics);
+    bool change(const QUuid &id, const std::function<void(Topic &)> &edit);
+    bool decide(const QUuid &id, TopicStatus status, std::optional<Worth> worth = std::nullopt);
+    qsizetype release(const std::function<bool(const Topic &)> &chosen);
+
+    Kind m_kind;
+    QString m_file;
+    Resources m_resources;
+    const Clock &m_clock;
+    std::optional<QString> m_setAside;
+    QList<Node> m_topics;
+    QHash<QUuid, qsizetype> m_index; // where each topic stands in m_topics
+    std::unique_ptr<TopicWriter> m_writer;
+};
+
+} // namespace vorle
