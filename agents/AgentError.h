@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <exception>
+#include <optional>
+
+namespace vorle {
+
+/// Every failure of a call to the agent. Its text is for the user: screens show it unchanged.
+/// What the system itself refuses (a file, a launch) is no AgentError but a std::system_error.
+class AgentError final : public std::exception {
+public:
+    enum class Case { NotFound, SignedOut, Stopped, Message, TimedOut };
+
+    /// `agent` is the display name. No retry helps.
+    static AgentError notFound(const QString &agent);
+    static AgentError signedOut(const QString &agent);
+    /// The process ended by itself with a status other than 0, or by signal number `code`.
+    static AgentError stopped(int code, const QString &detail);
+    static AgentError timedOut(const QString &agent);
+    /// A text shown as it is: the agent's own refusal, or ours. Not worth a retry.
+    static AgentError message(const QString &text);
+    /// "réponse du moteur illisible": a message too, but one a second try may cure.
+    static AgentError unreadable();
+    /// "Consigne du moteur absente de l’app.": a prompt or a schema is missing or broken.
+    static AgentError missingInstruction();
+
+    Case kind() const { return m_case; }
+    const QString &text() const { return m_text; }
+    /// Whether calling once more is worth it: stopped, timed out and unreadable.
+    bool mayRetry() const { return m_mayRetry; }
+
+    /// What the failed call cost, in US dollars, where the agent said so.
+    std::optional<double> costUSD() const { return m_costUSD; }
+    AgentError withCost(std::optional<double> costUSD) const;
+
+    /// The text, in UTF-8.
+    const char *what() const noexcept override { return m_utf8.constData(); }
+
+private:
+    enum class Retry { No, Yes };
+    AgentError(Case kind, const QString &text, Retry retry);
+
+    Case m_case;
+    bool m_mayRetry;
+    QString m_text;
+    QByteArray m_utf8;
+    std::optional<double> m_costUSD;
+};
+
+} // namespace vorle

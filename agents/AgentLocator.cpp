@@ -1,0 +1,136 @@
+#include "agents/AgentLocator.h"
+#include "base/Json.h"
+
+#include <simdjson.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QVersionNumber>
+
+#include <algorithm>
+
+namespace vorle {
+
+namespace {
+
+/// Larger than any sign-in file (Claude Code keeps its history of projects in there).
+constexpr qint64 signInFileLimit = 64'000'000;
+
+std::optional<QString> executableIn(const QString &folder, const QString &name) {
+    const QFileInfo file(folder + u'/' + name);
+    return file.isFile() && file.isExecutable() ? std::optional(file.filePath()) : std::nullopt;
+}
+
+/// The folders of the Node versions that nvm installed, newest version first.
+QStringList nvmFolders(const QString &home) {
+    const QDir versions(home + QStringLiteral("/.nvm/versions/node"));
+    QStringList names = versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    std::sort(names.begin(), names.end(), [](const QString &a, const QString &b) {
+        const auto version = [](const QString &name) {
+            return QVersionNumber::fromString(QStringView(name).mid(name.startsWith(u'v') ? 1 : 0));
+        };
+        return version(a) > version(b);
+    });
+    for (QString &name : names) {
+        name = versions.filePath(name) + QStringLiteral("/bin");
+    }
+    return names;
+}
+
+/// Whether the text is a JSON object with something else than null under `wanted`. Claude Code's
+/// file can take megabytes, so no document is built.
+bool holdsKey(const QByteArray &text, std::string_view wanted) {
+    namespace od = simdjson::ondemand;
+    const simdjson::padded_string padded(text.constData(), static_cast<std::size_t>(text.size()));
+    od::parser parser;
+    od::document document;
+    od::object members;
+    if (parser.iterate(padded).get(document) != simdjson::SUCCESS ||
+        document.get_object().get(members) != simdjson::SUCCESS) {
+        return false;
+    }
+    bool held = false;
+    for (auto member : members) {
+        std::string_view key;
+        od::value value;
+        if (member.unescaped_key().get(key) != simdjson::SUCCESS ||
+            member.value().get(value) != simdjson::SUCCESS) {
+            return false;
+        }
+        bool null = false;
+        held = held || (key == wanted && !(value.is_null().get(null) == simdjson::SUCCESS && null));
+    }
+    return held;
+}
+
+} // namespace
+
+AgentEnvironment AgentEnvironment::ofThisProcess() {
+    AgentEnvironment environment;
+    environment.variables = QProcessEnvironment::systemEnvironment();
+    environment.userHome = QDir::homePath();
+    return environment;
+}
+
+std::optional<QString> AgentEnvironment::testHome() const {
+    const QString home = variables.value(QStringLiteral("VORLE_HOME"));
+    return home.isEmpty() ? std::nullopt : std::optional(QDir::current().absoluteFilePath(home));
+}
+
+AgentLocator::AgentLocator(AgentEnvironment environment, std::function<QString()> preferred)
+    : m_environment(std::move(environment)), m_preferred(std::move(preferred)) {}
+
+AgentKind AgentLocator::choose(std::optional<AgentKind> forced) const {
+    if (forced) {
+        return *forced;
+    }
+    const QString fromVariable = m_environment.variables.value(QStringLiteral("VORLE_AGENT"));
+    if (const auto kind = json::fromRaw<AgentKind>(fromVariable)) {
+        return *kind;
+    }
+    if (const auto kind = json::fromRaw<AgentKind>(m_preferred ? m_preferred() : QString())) {
+        return *kind;
+    }
+    const bool onlyCodex = readiness(AgentKind::Claude) != AgentReadiness::Ready &&
+                           readiness(AgentKind::Codex) == AgentReadiness::Ready;
+    return onlyCodex ? AgentKind::Codex : AgentKind::Claude;
+}
+
+std::optional<QString> AgentLocator::locate(AgentKind kind) const {
+    const QString home = m_environment.home();
+    const QString name = json::rawText(kind);
+    QStringList folders{home + QStringLiteral("/.local/bin")};
+    folders += m_environment.sharedFolders;
+    folders += {home + QStringLiteral("/.npm-global/bin"), home + QStringLiteral("/.claude/local"),
+                home + QStringLiteral("/.volta/bin")};
+    folders += nvmFolders(home);
+    for (const QString &folder : std::as_const(folders)) {
+        if (auto path = executableIn(folder, name)) {
+            return path;
+        }
+    }
+    return std::nullopt;
+}
+
+AgentReadiness AgentLocator::readiness(AgentKind kind) const {
+    if (!locate(kind)) {
+        return AgentReadiness::Missing;
+    }
+    return isSignedIn(kind) ? AgentReadiness::Ready : AgentReadiness::SignedOut;
+}
+
+bool AgentLocator::isSignedIn(AgentKind kind) const {
+    const bool claude = kind == AgentKind::Claude;
+    const QString path = m_environment.home() + (claude ? QStringLiteral("/.claude.json")
+                                                        : QStringLiteral("/.codex/auth.json"));
+    QFile file(path);
+    // A pipe in its place would hold us for ever.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
+        file.size() > signInFileLimit) {
+        return false;
+    }
+    return holdsKey(file.readAll(), claude ? "oauthAccount" : "tokens");
+}
+
+} // namespace vorle

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "agents/AgentKind.h"
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+namespace vorle {
+
+/// What the choice, the search and the run of an agent take from the machine, as a value.
+struct AgentEnvironment {
+    QProcessEnvironment variables; ///< the app's own; the child inherits them
+    QString userHome;
+    /// Where package managers put executables for everybody.
+    QStringList sharedFolders{QStringLiteral("/opt/homebrew/bin"),
+                              QStringLiteral("/usr/local/bin")};
+
+    /// This process's own. Taken after the temporary directory was set (see TemporaryFiles.h), so
+    /// that children see it too.
+    static AgentEnvironment ofThisProcess();
+
+    /// VORLE_HOME made absolute, when it is set and not empty.
+    std::optional<QString> testHome() const;
+    /// Where agents and their sign-in files are looked for: `testHome`, else the user's.
+    QString home() const { return testHome().value_or(userHome); }
+};
+
+enum class AgentReadiness { Ready, SignedOut, Missing };
+
+/// Which agent to use, where it is, whether it can work. Reads files, writes none, starts nothing;
+/// every call looks again, so an agent installed meanwhile is seen. Main thread.
+class AgentLocator {
+public:
+    /// `preferred` gives the user's setting, asked at each choice ("claude", "codex", or anything
+    /// else for none).
+    AgentLocator(AgentEnvironment environment, std::function<QString()> preferred);
+
+    /// The first that speaks: `forced`, VORLE_AGENT, the user's setting, whichever agent is
+    /// ready (Claude Code first), Claude Code.
+    AgentKind choose(std::optional<AgentKind> forced = std::nullopt) const;
+
+    /// The path of the agent's executable, or nothing. Of several Node versions the newest wins.
+    std::optional<QString> locate(AgentKind kind) const;
+
+    /// Signed in means that the agent's own sign-in file is a JSON object that holds an account.
+    AgentReadiness readiness(AgentKind kind) const;
+
+    const AgentEnvironment &environment() const { return m_environment; }
+
+private:
+    bool isSignedIn(AgentKind kind) const;
+
+    AgentEnvironment m_environment;
+    std::function<QString()> m_preferred;
+};
+
+} // namespace vorle

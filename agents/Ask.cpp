@@ -1,0 +1,46 @@
+#include "agents/Ask.h"
+#include "base/Log.h"
+
+namespace vorle {
+
+QString loadPrompt(const Resources &resources, const QString &name) {
+    const auto text = resources.text(name, QStringLiteral("md"));
+    if (!text) {
+        throw AgentError::missingInstruction();
+    }
+    return *text;
+}
+
+QString fillTemplate(QString text, const QList<std::pair<QString, QString>> &values) {
+    for (const auto &[placeholder, value] : values) {
+        text.replace(placeholder, value);
+    }
+    return text;
+}
+
+Asker::Asker(EngineAgent &agent, Resources resources, std::chrono::milliseconds retryDelay)
+    : m_agent(&agent), m_resources(std::move(resources)), m_retryDelay(retryDelay) {}
+
+AgentRequest Asker::requestFor(const Question &question) const {
+    const auto schema = m_resources.text(question.schemaName, QStringLiteral("json"));
+    if (!schema) {
+        throw AgentError::missingInstruction();
+    }
+    return {question.prompt, *schema, question.model, question.web};
+}
+
+void Asker::addCost(std::optional<double> &total, std::optional<double> cost) {
+    if (cost) {
+        total = total.value_or(0) + *cost;
+    }
+}
+
+void Asker::passOrLog(const AgentError &error, Attempt attempt, const QString &step,
+                      std::optional<double> spent) {
+    if (attempt == Attempt::Second || !error.mayRetry()) {
+        throw error.withCost(spent);
+    }
+    logLine(step + QStringLiteral(" failed, trying again: ") + error.text());
+}
+
+} // namespace vorle

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "agents/EngineAgent.h"
+#include "base/Json.h"
+#include "base/Resources.h"
+
+#include <QList>
+#include <QString>
+
+#include <chrono>
+#include <optional>
+#include <utility>
+
+namespace vorle {
+
+/// The instruction `name`.md.
+/// @throws AgentError "Consigne du moteur absente de l’app." when it is missing or unreadable
+QString loadPrompt(const Resources &resources, const QString &name);
+
+/// `text` with every occurrence of each placeholder replaced by its value, literally, one
+/// placeholder after the other in the order given: a value put in is searched for the
+/// placeholders that follow, so texts of foreign origin come last.
+QString fillTemplate(QString text, const QList<std::pair<QString, QString>> &values);
+
+/// One question to the agent.
+struct Question {
+    QString prompt;     ///< filled in, ready to send
+    QString schemaName; ///< the resource `schemaName`.json
+    QString step;       ///< what the log calls it
+    WebAccess web = WebAccess::Off;
+    std::optional<QString> model;
+    std::optional<AgentKind> agent; ///< instead of the chosen one
+};
+
+template <class Answer>
+struct Asked {
+    Answer answer;
+    std::optional<double> costUSD; ///< of all calls that told theirs, the failed one included
+};
+
+/// Asks the agent and decodes its answer, with one retry. Main thread; it and the agent must
+/// outlive every question under way.
+class Asker {
+public:
+    explicit Asker(EngineAgent &agent, Resources resources = Resources(),
+                   std::chrono::milliseconds retryDelay = std::chrono::seconds(5));
+
+    const Resources &resources() const { return m_resources; }
+    EngineAgent &agent() const { return *m_agent; }
+
+    /// `Answer` is a record with jsonFields(). A failure that allows it (AgentError::mayRetry) is
+    /// logged and the call made once more after a pause; a second one is thrown as it is, with the
+    /// cost of both calls.
+    /// @throws AgentError, std::system_error, Cancelled, as EngineAgent::run; AgentError also when
+    ///   the schema is missing or the answer does not decode
+    template <class Answer>
+    Task<Asked<Answer>> ask(Question question, CancelToken cancel = {}) {
+        const AgentRequest request = requestFor(question);
+        std::optional<double> spent;
+        for (Attempt attempt = Attempt::First;; attempt = Attempt::Second) {
+            try {
+                const AgentResult result = co_await m_agent->run(request, question.agent, cancel);
+                addCost(spent, result.costUSD);
+                co_return Asked<Answer>{decoded<Answer>(result.json), spent};
+            } catch (const AgentError &error) {
+                addCost(spent, error.costUSD());
+                passOrLog(error, attempt, question.step, spent);
+            }
+            co_await sleepFor(m_retryDelay, cancel);
+        }
+    }
+
+private:
+    enum class Attempt { First, Second };
+
+    AgentRequest requestFor(const Question &question) const;
+    static void addCost(std::optional<double> &total, std::optional<double> cost);
+    /// @throws AgentError, the same with its cost, when no further attempt is due
+    static void passOrLog(const AgentError &error, Attempt attempt, const QString &step,
+                          std::optional<double> spent);
+
+    template <class Answer>
+    static Answer decoded(const QByteArray &json) {
+        try {
+            return json::decode<Answer>(json);
+        } catch (const json::DecodeError &) {
+            throw AgentError::unreadable();
+        }
+    }
+
+    EngineAgent *m_agent;
+    Resources m_resources;
+    std::chrono::milliseconds m_retryDelay;
+};
+
+} // namespace vorle

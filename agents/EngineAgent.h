@@ -1,0 +1,71 @@
+#pragma once
+
+#include "agents/AgentError.h"
+#include "agents/AgentLocator.h"
+#include "base/Async.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace vorle {
+
+/// Whether the agent may search and read the web during a call.
+enum class WebAccess { Off, On };
+
+struct AgentRequest {
+    QString prompt;
+    QString schema;               ///< a JSON Schema, one object
+    std::optional<QString> model; ///< absent or empty: the agent's default
+    WebAccess web = WebAccess::Off;
+};
+
+struct AgentResult {
+    QByteArray json;               ///< the answer, a JSON value not yet held against the schema
+    std::optional<double> costUSD; ///< only Claude Code tells
+};
+
+/// How long a call may take before its process is ended.
+struct AgentTimeouts {
+    std::chrono::milliseconds withWeb = std::chrono::seconds(600);
+    std::chrono::milliseconds withoutWeb = std::chrono::seconds(300);
+};
+
+/// Runs the user's own AI command line, one process a call, and hands back its structured answer.
+/// Calls are independent and may overlap. Main thread; must outlive every call under way.
+class EngineAgent {
+public:
+    EngineAgent(AgentEnvironment environment, std::function<QString()> preferred,
+                AgentTimeouts timeouts = {});
+
+    const AgentLocator &locator() const { return m_locator; }
+
+    /// @throws AgentError (not found, signed out) unless the agent can be called. For use before a
+    /// whole run; `run` itself does not look at the sign-in.
+    void check(AgentKind kind) const;
+
+    /// One call. Nothing is retried here.
+    /// @throws AgentError: not found (before anything is written), stopped, timed out, or a
+    ///   message: an unreadable answer, the agent's own refusal, a prompt over `promptLimit`
+    /// @throws std::system_error when a file or the launch is refused
+    /// @throws Cancelled once the process, ended because of `cancel`, is gone
+    Task<AgentResult> run(AgentRequest request, std::optional<AgentKind> forced = std::nullopt,
+                          CancelToken cancel = {});
+
+    /// The most bytes of UTF-8 a prompt may take, where the system sets a limit: Claude Code takes
+    /// its prompt as an argument, and Linux refuses one that with its closing zero takes more than
+    /// 32 pages of 4096 bytes (MAX_ARG_STRLEN).
+    static std::optional<qsizetype> promptLimit(AgentKind kind);
+
+private:
+    Task<AgentResult> runClaude(AgentRequest request, QString executable, CancelToken cancel);
+    Task<AgentResult> runCodex(AgentRequest request, QString executable, CancelToken cancel);
+
+    AgentLocator m_locator;
+    AgentTimeouts m_timeouts;
+};
+
+} // namespace vorle
