@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <utility>
-#include <vector>
 
 namespace vorle {
 
@@ -34,19 +32,8 @@ bool soonerInProgram(const Topic &a, const Topic &b) {
 }
 
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &)) {
-    // Their places settle ties: the library's own stable sort draws a deprecation warning here.
-    std::vector<std::pair<TopicPtr, qsizetype>> placed;
-    placed.reserve(static_cast<std::size_t>(topics.size()));
-    for (TopicPtr &topic : topics) {
-        placed.emplace_back(std::move(topic), static_cast<qsizetype>(placed.size()));
-    }
-    std::ranges::sort(placed, [before](const auto &a, const auto &b) {
-        if (before(*a.first, *b.first)) {
-            return true;
-        }
-        return !before(*b.first, *a.first) && a.second < b.second;
-    });
-    std::ranges::transform(placed, topics.begin(), [](auto &one) { return std::move(one.first); });
+    std::ranges::stable_sort(
+        topics, [before](const TopicPtr &a, const TopicPtr &b) { return before(*a, *b); });
     return topics;
 }
 

@@ -123,6 +123,8 @@ public:
     /// Waits until the present state is on disk; tries once more after a failed save. False when
     /// it could not be written: the reason was logged and announced.
     bool flush();
+    /// Why the last save failed, as a French sentence for the user; nothing when it did not.
+    std::optional<QString> saveError() const;
 
 Q_SIGNALS:
     void topicChanged(const QUuid &id);

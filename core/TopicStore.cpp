@@ -1,0 +1,392 @@
+#include "core/TopicStore.h"
+
+#include "base/Log.h"
+#include "base/MainThread.h"
+#include "core/DurableFile.h"
+#include "core/EngineImport.h"
+#include "core/TopicWriter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <system_error>
+
+namespace vorle {
+
+namespace {
+
+constexpr std::string_view subject = "vorle/TopicStore";
+
+/// Makes a folder and those above it, the user's alone.
+/// @throws std::system_error
+void makeFolder(const QString &path) {
+    if (QFileInfo(path).isDir()) {
+        return;
+    }
+    const QFileInfo info(path);
+    if (!info.isRoot()) {
+        makeFolder(info.dir().absolutePath());
+    }
+    const bool made = QDir().mkdir(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (!made && !QFileInfo(path).isDir()) {
+        throw std::system_error(std::make_error_code(std::errc::io_error),
+                                "folder cannot be made: " + path.toStdString());
+    }
+}
+
+/// Earlier versions ended a summary with the project's name.
+void repairSummary(Topic &topic) {
+    static const QRegularExpression suffix(QStringLiteral(" · [A-ZÉ][a-zéèA-Z ]+$"));
+    if (topic.summary.contains(u'·')) {
+        const auto match = suffix.match(topic.summary);
+        if (match.hasMatch()) {
+            topic.summary.remove(match.capturedStart(), match.capturedLength());
+        }
+    }
+}
+
+QString failureText(const std::error_code &error) {
+    QString reason;
+    if (error == std::errc::no_space_on_device) {
+        reason = QStringLiteral("il n’y a plus de place sur le disque");
+    } else if (error == std::errc::permission_denied ||
+               error == std::errc::operation_not_permitted ||
+               error == std::errc::read_only_file_system) {
+        reason = QStringLiteral("l’écriture est refusée");
+    } else {
+        reason = QString::fromStdString(error.message());
+    }
+    return QStringLiteral("Le dernier enregistrement de tes sujets a échoué : %1.").arg(reason);
+}
+
+} // namespace
+
+QString TopicStore::location(Kind kind) {
+    if (kind == Kind::Preview) {
+        return {};
+    }
+    QString file = qEnvironmentVariable("VORLE_STORE");
+    if (file.isEmpty()) {
+        const QString name =
+            kind == Kind::Demo ? QStringLiteral("demo-topics.json") : QStringLiteral("topics.json");
+        file = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/vorle/" +
+               name;
+    }
+    makeFolder(QFileInfo(file).absolutePath());
+    return file;
+}
+
+TopicStore::TopicStore(Kind kind, Resources resources, const Clock &clock, QObject *parent)
+    : QObject(parent)
+    , m_kind(kind)
+    , m_file(location(kind))
+    , m_resources(std::move(resources))
+    , m_clock(clock) {
+    load();
+}
+
+TopicStore::TopicStore(QString file, Resources resources, const Clock &clock, QObject *parent)
+    : QObject(parent)
+    , m_kind(file.isEmpty() ? Kind::Preview : Kind::Real)
+    , m_file(std::move(file))
+    , m_resources(std::move(resources))
+    , m_clock(clock) {
+    load();
+}
+
+TopicStore::~TopicStore() { flush(); }
+
+void TopicStore::load() {
+    requireMainThread(subject);
+    if (isPreview()) {
+        return;
+    }
+    // The demonstration starts afresh each time, but never over a file the user named.
+    const bool fresh = isDemo() && qEnvironmentVariableIsEmpty("VORLE_STORE");
+    const bool loaded = !fresh && readFile();
+    m_writer =
+        std::make_unique<TopicWriter>(m_file, m_setAside, [this](const std::error_code &error) {
+            if (error) {
+                logLine(QStringLiteral("saving the topics failed, kept for the next save: ") +
+                        QString::fromStdString(error.message()));
+            }
+            QMetaObject::invokeMethod(
+                this,
+                [this, error] {
+                    if (error) {
+                        Q_EMIT saveFailed(failureText(error));
+                    } else {
+                        Q_EMIT saved();
+                    }
+                },
+                Qt::QueuedConnection);
+        });
+    if (!loaded && (isDemo() || qEnvironmentVariableIsSet("VORLE_SAMPLE_DATA"))) {
+        seed();
+    }
+}
+
+bool TopicStore::readFile() {
+    QString failure;
+    try {
+        const auto bytes = readWhole(m_file);
+        if (!bytes || bytes->isEmpty()) {
+            return false;
+        }
+        replaceAll(json::decode<QList<Topic>>(*bytes));
+        return true;
+    } catch (const json::DecodeError &error) {
+        failure = QString::fromUtf8(error.what());
+    } catch (const std::exception &error) {
+        failure = QString::fromLocal8Bit(error.what());
+    }
+    logLine(QStringLiteral("the topics file could not be read: ") + failure);
+    try {
+        m_setAside = asideName(m_file, m_clock.now());
+    } catch (const std::system_error &) { // a loop of links: no file to keep, and none to write
+    }
+    return false;
+}
+
+void TopicStore::seed() {
+    const auto data =
+        m_resources.data(QStringLiteral("search-tiravue-2026-10-26"), QStringLiteral("json"));
+    if (!data) {
+        return;
+    }
+    try {
+        replaceAll(importTopics(*data, QStringLiteral("Tiravue"), m_clock.now()));
+        save();
+    } catch (const json::DecodeError &error) {
+        logLine(QStringLiteral("the sample topics could not be read: ") +
+                QString::fromUtf8(error.what()));
+    }
+}
+
+void TopicStore::replaceAll(QList<Topic> topics) {
+    m_topics.clear();
+    m_topics.reserve(topics.size());
+    m_index.clear();
+    m_index.reserve(topics.size());
+    for (Topic &topic : topics) {
+        repairSummary(topic);
+        if (m_index.contains(topic.id)) { // copied by hand: neither is lost
+            topic.id = QUuid::createUuid();
+        }
+        m_index.insert(topic.id, m_topics.size());
+        m_topics.append(std::make_shared<const StoredTopic>(std::move(topic)));
+    }
+    Q_EMIT topicsReset();
+}
+
+QList<TopicPtr> TopicStore::topics() const {
+    requireMainThread(subject);
+    return {m_topics.begin(), m_topics.end()};
+}
+
+QList<TopicPtr> TopicStore::topics(TopicStatus status) const {
+    requireMainThread(subject);
+    QList<TopicPtr> chosen;
+    std::ranges::copy_if(m_topics, std::back_inserter(chosen),
+                         [status](const Node &node) { return node->status == status; });
+    return chosen;
+}
+
+TopicPtr TopicStore::topic(const QUuid &id) const {
+    requireMainThread(subject);
+    const auto at = m_index.constFind(id);
+    return at == m_index.constEnd() ? nullptr : m_topics[*at];
+}
+
+qsizetype TopicStore::count() const {
+    requireMainThread(subject);
+    return m_topics.size();
+}
+
+QList<QUuid> TopicStore::add(QList<Topic> topics) {
+    requireMainThread(subject);
+    QList<QUuid> added;
+    for (Topic &topic : topics) {
+        if (topic.id.isNull()) {
+            topic.id = QUuid::createUuid();
+        }
+        if (!m_index.contains(topic.id)) {
+            added.append(topic.id);
+            m_index.insert(topic.id, m_topics.size());
+            m_topics.append(std::make_shared<const StoredTopic>(std::move(topic)));
+        }
+    }
+    if (!added.isEmpty()) {
+        save();
+        Q_EMIT topicsAdded(added);
+    }
+    return added;
+}
+
+bool TopicStore::completeCaptured(Topic judged) {
+    requireMainThread(subject);
+    const TopicPtr captured = topic(judged.id);
+    if (!captured || captured->status == TopicStatus::Dismissed) {
+        return false;
+    }
+    judged.capturedURL = captured->capturedURL;
+    judged.note = captured->note;
+    judged.foundAt = captured->foundAt;
+    judged.origin = judged.origin ? judged.origin : captured->origin;
+    judged.gallery.clear();
+    judged.status = TopicStatus::Inbox;
+    const auto isCaptured = [&](const TopicSource &source) {
+        return source.url == *captured->capturedURL;
+    };
+    if (captured->capturedURL && std::ranges::none_of(judged.sources, isCaptured)) {
+        const auto own = std::ranges::find_if(captured->sources, isCaptured);
+        const QString title = own == captured->sources.end() ? QString() : own->title;
+        judged.sources.prepend({title, *captured->capturedURL});
+    }
+    return change(judged.id, [&](Topic &topic) { topic = std::move(judged); });
+}
+
+qsizetype TopicStore::releasePending(const QList<QUuid> &ids) {
+    return release([&](const Topic &topic) { return ids.contains(topic.id); });
+}
+
+qsizetype TopicStore::releaseAllPending() {
+    return release([](const Topic &topic) { return !topic.capturedURL; });
+}
+
+qsizetype TopicStore::release(const std::function<bool(const Topic &)> &chosen) {
+    requireMainThread(subject);
+    QList<QUuid> released;
+    for (Node &node : m_topics) {
+        if (node->status == TopicStatus::Pending && chosen(*node)) {
+            Topic topic = *node;
+            topic.status = TopicStatus::Inbox;
+            released.append(topic.id);
+            node = std::make_shared<const StoredTopic>(std::move(topic));
+        }
+    }
+    if (!released.isEmpty()) {
+        save();
+    }
+    for (const QUuid &id : released) {
+        Q_EMIT topicChanged(id);
+    }
+    return released.size();
+}
+
+bool TopicStore::keep(const QUuid &id) { return decide(id, TopicStatus::Program); }
+
+bool TopicStore::postpone(const QUuid &id) { return decide(id, TopicStatus::Reserve); }
+
+bool TopicStore::dismiss(const QUuid &id) { return decide(id, TopicStatus::Dismissed); }
+
+bool TopicStore::backToInbox(const QUuid &id) { return decide(id, TopicStatus::Inbox); }
+
+bool TopicStore::markDone(const QUuid &id, std::optional<Worth> worth) {
+    return decide(id, TopicStatus::Done, worth);
+}
+
+bool TopicStore::judgeWorth(const QUuid &id, Worth worth) {
+    const TopicPtr present = topic(id);
+    if (present && present->status == TopicStatus::Done) {
+        return change(id, [worth](Topic &topic) { topic.worth = worth; });
+    }
+    return markDone(id, worth);
+}
+
+bool TopicStore::decide(const QUuid &id, TopicStatus status, std::optional<Worth> worth) {
+    const QDateTime now = m_clock.now();
+    return change(id, [&](Topic &topic) {
+        topic.status = status;
+        topic.triagedAt = now;
+        topic.worth = worth;
+        if (status == TopicStatus::Done) {
+            topic.doneAt = now;
+        } else {
+            topic.doneAt.reset();
+        }
+        if (status == TopicStatus::Reserve && topic.postponedCount < INT_MAX) {
+            ++topic.postponedCount;
+        }
+    });
+}
+
+std::optional<TopicStore::Placement> TopicStore::placement(const QUuid &id) const {
+    const TopicPtr present = topic(id);
+    if (!present) {
+        return std::nullopt;
+    }
+    return Placement{present->status, present->postponedCount, present->triagedAt, present->doneAt,
+                     present->worth};
+}
+
+bool TopicStore::restore(const QUuid &id, const Placement &placement) {
+    return change(id, [&](Topic &topic) {
+        topic.status = placement.status;
+        topic.postponedCount = placement.postponedCount;
+        topic.triagedAt = placement.triagedAt;
+        topic.doneAt = placement.doneAt;
+        topic.worth = placement.worth;
+    });
+}
+
+bool TopicStore::setNote(const QUuid &id, const QString &note) {
+    return change(id, [&](Topic &topic) {
+        topic.note = note.isEmpty() ? std::nullopt : std::optional(note);
+    });
+}
+
+bool TopicStore::setCorrection(const QUuid &id, std::optional<Correction> correction) {
+    return change(id, [&](Topic &topic) { topic.correction = std::move(correction); });
+}
+
+bool TopicStore::setBrief(const QUuid &id, std::optional<Brief> brief) {
+    return change(id, [&](Topic &topic) { topic.brief = std::move(brief); });
+}
+
+bool TopicStore::setGallery(const QUuid &id, QList<Picture> gallery) {
+    return change(id, [&](Topic &topic) { topic.gallery = std::move(gallery); });
+}
+
+bool TopicStore::change(const QUuid &id, const std::function<void(Topic &)> &edit) {
+    requireMainThread(subject);
+    const auto at = m_index.constFind(id);
+    if (at == m_index.constEnd()) {
+        return false;
+    }
+    Topic topic = *m_topics.at(*at);
+    edit(topic);
+    topic.id = id;
+    m_topics[*at] = std::make_shared<const StoredTopic>(std::move(topic));
+    save();
+    Q_EMIT topicChanged(id);
+    return true;
+}
+
+void TopicStore::save() {
+    requireMainThread(subject);
+    if (m_writer) {
+        m_writer->submit(m_topics);
+    }
+}
+
+bool TopicStore::flush() {
+    requireMainThread(subject);
+    if (!m_writer || !m_writer->wait()) {
+        return true;
+    }
+    save(); // the disk may have room again
+    return !m_writer->wait();
+}
+
+std::optional<QString> TopicStore::saveError() const {
+    requireMainThread(subject);
+    const auto error = m_writer ? m_writer->lastOutcome() : std::error_code();
+    return error ? std::optional(failureText(error)) : std::nullopt;
+}
+
+} // namespace vorle

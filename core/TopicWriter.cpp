@@ -1,0 +1,103 @@
+#include "core/TopicWriter.h"
+
+#include "core/DurableFile.h"
+
+#include <vector>
+
+namespace vorle {
+
+TopicWriter::TopicWriter(QString file, std::optional<QString> aside,
+                         std::function<void(Outcome)> finished)
+    : m_file(std::move(file))
+    , m_aside(std::move(aside))
+    , m_finished(std::move(finished))
+    , m_thread([this] { run(); }) {}
+
+TopicWriter::~TopicWriter() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ending = true;
+    }
+    m_changed.notify_all();
+    m_thread.join();
+}
+
+void TopicWriter::submit(Snapshot topics) {
+    std::optional<Snapshot> replaced(std::move(topics)); // freed outside the lock
+    {
+        const std::lock_guard lock(m_mutex);
+        m_waiting.swap(replaced);
+    }
+    m_changed.notify_all();
+}
+
+TopicWriter::Outcome TopicWriter::wait() {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return !m_busy && !m_waiting; });
+    return m_lastOutcome;
+}
+
+TopicWriter::Outcome TopicWriter::lastOutcome() const {
+    const std::lock_guard lock(m_mutex);
+    return m_lastOutcome;
+}
+
+void TopicWriter::run() {
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_changed.wait(lock, [this] { return m_ending || m_waiting; });
+        if (!m_waiting) {
+            return;
+        }
+        std::optional<Snapshot> topics;
+        topics.swap(m_waiting);
+        m_busy = true;
+        lock.unlock();
+        const Outcome outcome = write(*topics);
+        topics.reset(); // the last hold on replaced topics is let go here, off the main thread
+        m_finished(outcome);
+        lock.lock();
+        m_busy = false;
+        m_lastOutcome = outcome;
+        m_changed.notify_all();
+    }
+}
+
+TopicWriter::Outcome TopicWriter::write(const Snapshot &topics) {
+    try {
+        std::vector<QByteArrayView> pieces;
+        pieces.reserve(static_cast<std::size_t>(topics.size()) + 2);
+        pieces.emplace_back("[");
+        for (const auto &topic : topics) {
+            encode(*topic);
+            pieces.emplace_back(topic->m_encoded);
+        }
+        if (!topics.isEmpty()) {
+            pieces[1] = pieces[1].sliced(1); // no comma before the first
+            pieces.emplace_back("\n");
+        }
+        pieces.emplace_back("]\n");
+        if (!m_swept) {
+            sweepLeftovers(m_file);
+            m_swept = true;
+        }
+        if (m_aside) {
+            keepAside(m_file, *m_aside);
+            m_aside.reset();
+        }
+        replaceWhole(m_file, pieces);
+        return {};
+    } catch (const std::system_error &error) {
+        return error.code();
+    } catch (const std::bad_alloc &) {
+        return std::make_error_code(std::errc::not_enough_memory);
+    }
+}
+
+void TopicWriter::encode(const StoredTopic &topic) {
+    if (topic.m_encoded.isEmpty()) {
+        topic.m_encoded = ",\n  " + json::encode<Topic>(topic, json::Style::Pretty, 1);
+    }
+}
+
+} // namespace vorle

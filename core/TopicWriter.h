@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/Topic.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <thread>
+
+namespace vorle {
+
+/// A topic as the store holds it: never changed, with its encoded bytes kept beside it so that a
+/// save encodes the changed topics alone.
+class StoredTopic final : public Topic {
+public:
+    explicit StoredTopic(Topic topic) : Topic(std::move(topic)) {}
+
+private:
+    friend class TopicWriter;
+    mutable QByteArray m_encoded; // the writer thread's alone
+};
+
+/// Writes the topics file from a thread of its own. While one save runs, at most one more waits:
+/// the newest. Every member is called from one thread, the store's.
+class TopicWriter {
+public:
+    using Snapshot = QList<std::shared_ptr<const StoredTopic>>;
+    using Outcome = std::error_code;
+
+    /// `aside`, when given, is where the file's present bytes are kept before the first save.
+    /// `finished` is called on the writer thread after each save, with what went wrong if anything
+    /// did.
+    TopicWriter(QString file, std::optional<QString> aside, std::function<void(Outcome)> finished);
+    TopicWriter(const TopicWriter &) = delete;
+    TopicWriter &operator=(const TopicWriter &) = delete;
+    /// Finishes the saves asked for.
+    ~TopicWriter();
+
+    /// Asks for a save and returns at once.
+    void submit(Snapshot topics);
+    /// Waits until no save runs or waits. Gives the outcome of the last one.
+    Outcome wait();
+    /// The outcome of the last save that ended; no error before the first.
+    Outcome lastOutcome() const;
+
+private:
+    void run();
+    Outcome write(const Snapshot &topics);
+    static void encode(const StoredTopic &topic);
+
+    const QString m_file;
+    std::optional<QString> m_aside; // the writer thread's alone
+    bool m_swept = false;           // the same
+    const std::function<void(Outcome)> m_finished;
+
+    mutable std::mutex m_mutex; // guards what follows
+    std::condition_variable m_changed;
+    std::optional<Snapshot> m_waiting;
+    bool m_busy = false;
+    bool m_ending = false;
+    Outcome m_lastOutcome;
+
+    std::thread m_thread; // last: it uses all the others
+};
+
+} // namespace vorle
