@@ -18,7 +18,7 @@ enum class Reach {
 };
 
 struct HttpRequest {
-    QUrl url; ///< http or https
+    QUrl url; ///< http or https; a user name or password in it is never sent
     QByteArray userAgent;
     QByteArray acceptLanguage;   ///< empty: not sent
     qint64 maxBytes = 3'000'000; ///< of the decompressed body; what follows is not received
@@ -29,8 +29,8 @@ struct HttpRequest {
 struct HttpResponse {
     enum class Outcome {
         Answered, ///< a final status came; `truncated` tells whether the body was cut
-        Refused,  ///< the address may not be reached (scheme, private network, too many redirects)
-        Failed,   ///< no name, no connection, broken exchange
+        Refused, ///< the address may not be reached (scheme, private network), or redirects 6 times
+        Failed,  ///< no name, no connection, broken exchange
         TimedOut
     };
     Outcome outcome = Outcome::Failed;
@@ -44,17 +44,23 @@ struct HttpResponse {
 };
 
 /// GET requests over HTTP(S), guarded: no cookie, no credential, at most 5 redirects, each checked
-/// again; the address is checked when the connection is opened, so a name that resolves to a
-/// private address is refused whatever it resolved to before. Main thread only.
+/// again; the address is checked when the connection is opened and before each request on it, so a
+/// name that resolves to a private address is refused whatever it resolved to before. No proxy.
+/// Connections are kept and used again. Main thread only, as many requests at once as wanted.
+///
+/// May be deleted while requests are under way: they end as Failed, and whoever waits for them is
+/// resumed from the event loop.
 class HttpClient : public QObject {
     Q_OBJECT
 
 public:
-    /// `allowLoopback`: Reach::PublicOnly may reach this machine too (development, demonstration).
+    /// `allowLoopback`: Reach::PublicOnly may reach this machine too, and nothing else besides
+    /// (development, demonstration).
     explicit HttpClient(bool allowLoopback = false, QObject *parent = nullptr);
     ~HttpClient() override;
 
-    /// One GET. Never throws for what the network does. @throws Cancelled
+    /// One GET. Never throws for what the network does. @throws Cancelled once `cancel` is: the
+    /// connection is closed within that call, the caller resumed from the event loop.
     Task<HttpResponse> get(HttpRequest request, CancelToken cancel = {});
 
 private:
