@@ -73,8 +73,8 @@ QString TopicStore::location(Kind kind) {
     if (file.isEmpty()) {
         const QString name =
             kind == Kind::Demo ? QStringLiteral("demo-topics.json") : QStringLiteral("topics.json");
-        file = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/vorle/" +
-               name;
+        file = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+               QStringLiteral("/vorle/") + name;
     }
     makeFolder(QFileInfo(file).absolutePath());
     return file;
