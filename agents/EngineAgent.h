@@ -2,9 +2,9 @@
 
 #include "agents/AgentError.h"
 #include "agents/AgentLocator.h"
+#include "agents/StructuredOutput.h"
 #include "base/Async.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <chrono>
@@ -21,11 +21,6 @@ struct AgentRequest {
     QString schema;               ///< a JSON Schema, one object
     std::optional<QString> model; ///< absent or empty: the agent's default
     WebAccess web = WebAccess::Off;
-};
-
-struct AgentResult {
-    QByteArray json;               ///< the answer, a JSON value not yet held against the schema
-    std::optional<double> costUSD; ///< only Claude Code tells
 };
 
 /// How long a call may take before its process is ended.
@@ -47,7 +42,8 @@ public:
     /// whole run; `run` itself does not look at the sign-in.
     void check(AgentKind kind) const;
 
-    /// One call. Nothing is retried here.
+    /// One call. Nothing is retried here. A prompt for Claude Code that begins with "-" or "/" gets
+    /// the word "Task:" before it, since it would be taken for an option or a command.
     /// @throws AgentError: not found (before anything is written), stopped, timed out, or a
     ///   message: an unreadable answer, the agent's own refusal, a prompt over `promptLimit`
     /// @throws std::system_error when a file or the launch is refused
@@ -61,9 +57,6 @@ public:
     static std::optional<qsizetype> promptLimit(AgentKind kind);
 
 private:
-    Task<AgentResult> runClaude(AgentRequest request, QString executable, CancelToken cancel);
-    Task<AgentResult> runCodex(AgentRequest request, QString executable, CancelToken cancel);
-
     AgentLocator m_locator;
     AgentTimeouts m_timeouts;
 };

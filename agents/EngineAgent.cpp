@@ -1,0 +1,215 @@
+#include "agents/EngineAgent.h"
+#include "agents/ProcessRunner.h"
+#include "agents/TemporaryFiles.h"
+#include "base/Text.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <csignal>
+#include <filesystem>
+#include <variant>
+
+namespace vorle {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr qsizetype detailLength = 300;
+
+bool hasModel(const AgentRequest &request) { return request.model && !request.model->isEmpty(); }
+
+QStringList claudeArguments(const AgentRequest &request) {
+    QStringList arguments{QStringLiteral("-p"),
+                          request.prompt,
+                          QStringLiteral("--output-format"),
+                          QStringLiteral("json"),
+                          QStringLiteral("--json-schema"),
+                          request.schema,
+                          QStringLiteral("--strict-mcp-config"),
+                          QStringLiteral("--setting-sources"),
+                          QStringLiteral("project"),
+                          QStringLiteral("--disable-slash-commands")};
+    if (hasModel(request)) {
+        arguments += {QStringLiteral("--model"), *request.model};
+    }
+    const QStringList webTools{QStringLiteral("WebSearch"), QStringLiteral("WebFetch")};
+    if (request.web == WebAccess::On) {
+        arguments += QStringLiteral("--allowedTools");
+        arguments += webTools;
+    }
+    arguments += QStringLiteral("--disallowedTools");
+    if (request.web == WebAccess::Off) {
+        arguments += webTools;
+    }
+    return arguments + QStringList{QStringLiteral("Bash"),        QStringLiteral("Edit"),
+                                   QStringLiteral("Write"),       QStringLiteral("Read"),
+                                   QStringLiteral("Glob"),        QStringLiteral("Grep"),
+                                   QStringLiteral("NotebookEdit")};
+}
+
+QStringList codexArguments(const AgentRequest &request, const QString &schemaPath,
+                           const QString &answerPath) {
+    QStringList arguments;
+    if (request.web == WebAccess::On) {
+        arguments += QStringLiteral("--search");
+    }
+    arguments += {QStringLiteral("exec"),
+                  QStringLiteral("--skip-git-repo-check"),
+                  QStringLiteral("--ephemeral"),
+                  QStringLiteral("--sandbox"),
+                  QStringLiteral("read-only"),
+                  QStringLiteral("--color"),
+                  QStringLiteral("never"),
+                  QStringLiteral("--output-schema"),
+                  schemaPath,
+                  QStringLiteral("--output-last-message"),
+                  answerPath};
+    if (hasModel(request)) {
+        arguments += {QStringLiteral("--model"), *request.model};
+    }
+    return arguments + QStringList{QStringLiteral("-")}; // the prompt comes on standard input
+}
+
+/// The app's own variables, with what the agent needs to find its tools, and its own files when
+/// they are kept apart for a test.
+QProcessEnvironment childEnvironment(const AgentEnvironment &own, const QString &executable) {
+    QProcessEnvironment variables = own.variables;
+    QStringList folders{QFileInfo(executable).path(), QStringLiteral("/opt/homebrew/bin"),
+                        QStringLiteral("/usr/local/bin"), QStringLiteral("/usr/bin"),
+                        QStringLiteral("/bin")};
+    const QString oldPath = variables.value(QStringLiteral("PATH"));
+    if (!oldPath.isEmpty()) {
+        folders += oldPath;
+    }
+    variables.insert(QStringLiteral("PATH"), folders.join(u':'));
+    if (const auto home = own.testHome()) {
+        const QString codexHome = *home + QStringLiteral("/.codex");
+        std::filesystem::create_directories(codexHome.toStdString());
+        variables.insert(QStringLiteral("HOME"), *home);
+        variables.insert(QStringLiteral("CLAUDE_CONFIG_DIR"), *home);
+        variables.insert(QStringLiteral("CODEX_HOME"), codexHome);
+    }
+    return variables;
+}
+
+/// What no argument and no limit of the system can carry is made good or refused here.
+QString acceptablePrompt(QString prompt, AgentKind kind) {
+    prompt.replace(QChar(u'\0'), QChar(QChar::ReplacementCharacter)); // it would end an argument
+    const QStringView start = trimmed(prompt);
+    if (kind == AgentKind::Claude && (start.startsWith(u'-') || start.startsWith(u'/'))) {
+        prompt.prepend(QStringLiteral("Task:\n"));
+    }
+    const auto limit = EngineAgent::promptLimit(kind);
+    if (limit && utf8Size(prompt) > *limit) {
+        throw AgentError::message(QCoreApplication::translate(
+            "AgentError", "La consigne est trop longue pour être transmise à l’IA."));
+    }
+    return prompt;
+}
+
+/// @throws AgentError unless the process ended well
+void requireSuccess(const ProcessEnd &end, AgentKind kind, std::chrono::milliseconds timeout) {
+    if (end.succeeded()) {
+        return;
+    }
+    if (end.how == ProcessEnd::How::Flooded) {
+        throw AgentError::unreadable();
+    }
+    // Claude Code catches the watchdog's SIGTERM and ends with a shell's status for it.
+    const bool killed = end.how == ProcessEnd::How::Signalled || end.status == 128 + SIGTERM;
+    if (killed && end.elapsed >= timeout - 1s) {
+        throw AgentError::timedOut(displayName(kind));
+    }
+    ClaudeFailure told;
+    if (kind == AgentKind::Claude) {
+        told = claudeFailure(end.output);
+    }
+    const QStringView detail = trimmed(end.errorTail).isEmpty() ? told.text : end.errorTail;
+    throw AgentError::stopped(end.status, lastCharacters(detail, detailLength).toString())
+        .withCost(told.costUSD);
+}
+
+QByteArray readAnswer(const QString &path) {
+    QFile file(path);
+    // The agent may have put anything there, a pipe included.
+    const bool readable = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
+                          file.size() <= ProcessEnd::outputLimit;
+    return readable ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+EngineAgent::EngineAgent(AgentEnvironment environment, std::function<QString()> preferred,
+                         AgentTimeouts timeouts)
+    : m_locator(std::move(environment), std::move(preferred)), m_timeouts(timeouts) {}
+
+std::optional<qsizetype> EngineAgent::promptLimit([[maybe_unused]] AgentKind kind) {
+#ifdef Q_OS_LINUX
+    if (kind == AgentKind::Claude) {
+        return 32 * 4096 - 1;
+    }
+#endif
+    return std::nullopt;
+}
+
+void EngineAgent::check(AgentKind kind) const {
+    switch (m_locator.readiness(kind)) {
+    case AgentReadiness::Missing:
+        throw AgentError::notFound(displayName(kind));
+    case AgentReadiness::SignedOut:
+        throw AgentError::signedOut(displayName(kind));
+    case AgentReadiness::Ready:
+        break;
+    }
+}
+
+Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind> forced,
+                                   CancelToken cancel) {
+    const AgentKind kind = m_locator.choose(forced);
+    const auto executable = m_locator.locate(kind);
+    if (!executable) {
+        throw AgentError::notFound(displayName(kind));
+    }
+    cancel.throwIfCancelled();
+    request.prompt = acceptablePrompt(std::move(request.prompt), kind);
+
+    const TemporaryFile schema(u"vorle-schema-", u".json");
+    const TemporaryFile answer(u"vorle-answer-", u".json");
+    ProcessRequest process;
+    process.executable = *executable;
+    process.environment = childEnvironment(m_locator.environment(), *executable);
+    process.workingDirectory = QDir::tempPath();
+    process.timeout = request.web == WebAccess::On ? m_timeouts.withWeb : m_timeouts.withoutWeb;
+    if (kind == AgentKind::Claude) {
+        schema.write(request.schema.toUtf8());
+        process.arguments = claudeArguments(request);
+    } else {
+        schema.write(makeStrict(request.schema).toUtf8());
+        process.arguments = codexArguments(request, schema.path(), answer.path());
+        process.input = request.prompt.toUtf8();
+    }
+    const ProcessEnd end = co_await runProcess(process, cancel);
+
+    using Outcome = std::variant<AgentResult, AgentError>;
+    const auto interpret = [end, kind, timeout = process.timeout,
+                            path = answer.path()]() -> Outcome {
+        try {
+            requireSuccess(end, kind, timeout);
+            return kind == AgentKind::Claude ? unwrapClaude(end.output)
+                                             : unwrapCodex(readAnswer(path));
+        } catch (const AgentError &error) {
+            return error;
+        }
+    };
+    Outcome outcome = co_await onPool(interpret);
+    if (const auto *error = std::get_if<AgentError>(&outcome)) {
+        throw AgentError(*error);
+    }
+    co_return std::get<AgentResult>(std::move(outcome));
+}
+
+} // namespace vorle

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "base/Async.h"
+
+#include <QByteArray>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <optional>
+
+namespace vorle {
+
+struct ProcessRequest {
+    QString executable; ///< a path
+    QStringList arguments;
+    /// Given to the child through a pipe, which is then closed; without it the child reads the
+    /// null device. A child that does not read it all is no error.
+    std::optional<QByteArray> input;
+    std::chrono::milliseconds timeout; ///< after which the process is ended
+    QProcessEnvironment environment;   ///< the child's whole environment
+    QString workingDirectory;
+};
+
+/// How a child process ended.
+struct ProcessEnd {
+    enum class How {
+        Exited,    ///< by itself, with an exit status
+        Signalled, ///< by a signal it did not catch
+        Flooded    ///< by us: its output passed `floodLimit` on disk
+    };
+
+    /// An output past this many bytes is not read: `output` is then empty.
+    static constexpr qint64 outputLimit = 16'000'000;
+    static constexpr qint64 floodLimit = 256'000'000;
+
+    How how = How::Exited;
+    int status = 0;                       ///< the exit status, or the signal's number
+    QByteArray output;                    ///< all of standard output
+    QString errorTail;                    ///< the end of standard error, 64 KB at most
+    std::chrono::milliseconds elapsed{0}; ///< since the launch
+
+    bool succeeded() const { return how == How::Exited && status == 0; }
+};
+
+/// Runs one program to its end, in a process group of its own, without a shell. Output and error
+/// go to files, so that a talkative child never blocks. Past the time-out the whole group gets
+/// SIGTERM, a second later SIGKILL; what is left of the group when its leader ends is killed too.
+/// The child is always reaped and the files are always removed. On Linux it also dies with this
+/// process. Main thread; suspends its caller.
+/// @throws std::system_error when a file cannot be created or the program not be launched
+/// @throws Cancelled once the group, ended as at the time-out, is gone
+Task<ProcessEnd> runProcess(ProcessRequest request, CancelToken cancel = {});
+
+} // namespace vorle

@@ -1,0 +1,145 @@
+#include "agents/TemporaryFiles.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QUuid>
+
+#include <cerrno>
+#include <optional>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vorle {
+
+namespace {
+
+[[noreturn]] void failOn(const QString &path, int error) {
+    throw std::system_error(error, std::generic_category(), path.toStdString());
+}
+
+class Descriptor {
+public:
+    Descriptor(const QString &path, int flags)
+        : m_number(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, 0600)) {
+        if (m_number < 0) {
+            failOn(path, errno);
+        }
+    }
+    ~Descriptor() { ::close(m_number); }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+    int number() const { return m_number; }
+
+private:
+    int m_number;
+};
+
+std::optional<struct stat> statusOf(const QString &path) {
+    struct stat status = {};
+    return ::lstat(QFile::encodeName(path).constData(), &status) == 0 ? std::optional(status)
+                                                                      : std::nullopt;
+}
+
+/// A folder, no link to one, that is the user's and that not everybody can write to.
+bool isOwnFolder(const QString &path) {
+    const auto status = statusOf(path);
+    return status && S_ISDIR(status->st_mode) && status->st_uid == ::geteuid() &&
+           (status->st_mode & S_IWOTH) == 0;
+}
+
+/// Whether somebody else than the user and root can put a file there or in a folder above.
+bool othersCanWriteAlong(const QString &path) {
+    QString folder = QFileInfo(path).canonicalFilePath();
+    while (!folder.isEmpty()) {
+        const auto status = statusOf(folder);
+        if (!status || (status->st_mode & S_IWOTH) != 0 ||
+            (status->st_uid != 0 && status->st_uid != ::geteuid())) {
+            return true;
+        }
+        const QString above = QFileInfo(folder).path();
+        if (above == folder) {
+            return false;
+        }
+        folder = above;
+    }
+    return true;
+}
+
+QString userFolder() {
+    const QString runtime = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
+    if (QDir::isAbsolutePath(runtime) && isOwnFolder(runtime)) {
+        return runtime + QStringLiteral("/vorle");
+    }
+    const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                          QStringLiteral("/vorle");
+    if (!QDir().mkpath(cache)) {
+        failOn(cache, errno);
+    }
+    return cache + QStringLiteral("/tmp");
+}
+
+} // namespace
+
+TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix)
+    : m_path(QDir::tempPath() + u'/' + prefix.toString() +
+             QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString()) {
+    const Descriptor created(m_path, O_WRONLY | O_CREAT | O_EXCL);
+}
+
+TemporaryFile::~TemporaryFile() { QFile::remove(m_path); }
+
+void TemporaryFile::write(QByteArrayView bytes) const {
+    const Descriptor file(m_path, O_WRONLY | O_TRUNC | O_NOFOLLOW);
+    while (!bytes.isEmpty()) {
+        const ssize_t written =
+            ::write(file.number(), bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (written < 0 && errno != EINTR) {
+            failOn(m_path, errno);
+        }
+        bytes = bytes.sliced(std::max<ssize_t>(written, 0));
+    }
+}
+
+void preparePrivateTemporaryDirectory() {
+    if (!othersCanWriteAlong(QDir::tempPath())) {
+        return;
+    }
+    const QString folder = userFolder();
+    const QByteArray path = QFile::encodeName(folder);
+    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST) {
+        failOn(folder, errno);
+    }
+    // What stood there already must be ours, or it could be anybody's trap.
+    if (!isOwnFolder(folder)) {
+        failOn(folder, EPERM);
+    }
+    if (::chmod(path.constData(), 0700) != 0) {
+        failOn(folder, errno);
+    }
+    qputenv("TMPDIR", path);
+}
+
+void sweepStrays() {
+    const QDateTime oldest = QDateTime::currentDateTimeUtc().addDays(-1);
+    const QFileInfoList strays = QDir(QDir::tempPath())
+                                     .entryInfoList({QStringLiteral("vorle-*")},
+                                                    QDir::Files | QDir::Dirs | QDir::NoSymLinks);
+    for (const QFileInfo &stray : strays) {
+        if (stray.lastModified() >= oldest || stray.ownerId() != ::geteuid()) {
+            continue;
+        }
+        if (stray.isDir()) {
+            QDir(stray.filePath()).removeRecursively();
+        } else {
+            QFile::remove(stray.filePath());
+        }
+    }
+}
+
+} // namespace vorle
