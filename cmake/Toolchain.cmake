@@ -1,7 +1,9 @@
 # Warnings, sanitizers, linker and compiler cache, on one interface target every room links.
 add_library(vorle_flags INTERFACE)
+# std::stable_sort of libstdc++ 12 uses a function that library itself marks deprecated, and clang
+# reports it at our call: hence -Wno-deprecated-declarations.
 target_compile_options(vorle_flags INTERFACE
-    -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Werror)
+    -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wno-deprecated-declarations -Werror)
 target_compile_definitions(vorle_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
@@ -13,12 +15,9 @@ if(VORLE_SANITIZE)
 endif()
 
 if(NOT APPLE)
-    find_program(VORLE_LLD NAMES ld.lld-19 ld.lld)
+    find_program(VORLE_LLD NAMES ld.lld-19)
     if(VORLE_LLD)
-        target_link_options(vorle_flags INTERFACE -fuse-ld=${VORLE_LLD})
-        # clang wants the name, not the path, unless --ld-path is used.
-        set_property(TARGET vorle_flags PROPERTY INTERFACE_LINK_OPTIONS
-            "$<$<BOOL:${VORLE_SANITIZE}>:-fsanitize=address,undefined>;--ld-path=${VORLE_LLD}")
+        target_link_options(vorle_flags INTERFACE --ld-path=${VORLE_LLD})
     endif()
 endif()
 

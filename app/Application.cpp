@@ -1,0 +1,62 @@
+#include "app/Application.h"
+
+namespace vorle {
+
+Application::Application(Setup setup) : m_setup(std::move(setup)) {}
+
+Preferences &Application::preferences() {
+    if (!m_preferences) {
+        auto file = m_setup.settingsFile ? std::make_unique<SettingsFile>(*m_setup.settingsFile)
+                                         : std::make_unique<SettingsFile>();
+        m_preferences = std::make_unique<Preferences>(std::move(file));
+    }
+    return *m_preferences;
+}
+
+StoreLock &Application::lock() {
+    if (!m_lock) {
+        m_lock = std::make_unique<StoreLock>(TopicStore::location(m_setup.store));
+    }
+    return *m_lock;
+}
+
+TopicStore &Application::store() {
+    if (!m_store) {
+        m_store = std::make_unique<TopicStore>(m_setup.store, m_resources, m_clock);
+    }
+    return *m_store;
+}
+
+PageReader &Application::reader() {
+    if (!m_reader) {
+        m_http = std::make_unique<HttpClient>(m_setup.allowLoopback);
+        m_reader = std::make_unique<PageReader>(*m_http);
+    }
+    return *m_reader;
+}
+
+EngineAgent &Application::agent() {
+    if (!m_agent) {
+        m_agent = std::make_unique<EngineAgent>(AgentEnvironment::ofThisProcess(), [this] {
+            return preferences().settings().agent.value_or(QString());
+        });
+    }
+    return *m_agent;
+}
+
+Asker &Application::asker() {
+    if (!m_asker) {
+        m_asker = std::make_unique<Asker>(agent(), m_resources);
+    }
+    return *m_asker;
+}
+
+SearchEngine &Application::engine() {
+    if (!m_engine) {
+        m_engine =
+            std::make_unique<SearchEngine>(preferences(), store(), asker(), reader(), m_clock);
+    }
+    return *m_engine;
+}
+
+} // namespace vorle

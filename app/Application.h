@@ -1,0 +1,57 @@
+#pragma once
+
+#include "agents/Ask.h"
+#include "base/Clock.h"
+#include "base/HttpClient.h"
+#include "base/Resources.h"
+#include "core/Preferences.h"
+#include "core/StoreLock.h"
+#include "core/TopicStore.h"
+#include "search/PageReader.h"
+#include "search/SearchEngine.h"
+
+#include <memory>
+
+namespace vorle {
+
+/// Makes the objects that live as long as the program and wires them to each other, each the first
+/// time it is asked for: a command that reads a setting opens no topics file. Main thread.
+class Application {
+public:
+    struct Setup {
+        TopicStore::Kind store = TopicStore::Kind::Real;
+        std::optional<QString> settingsFile; ///< instead of the user's own settings
+        bool allowLoopback = false;          ///< links from strangers may reach this machine
+    };
+
+    explicit Application(Setup setup);
+
+    const Clock &clock() const { return m_clock; }
+    const Resources &resources() const { return m_resources; }
+    Preferences &preferences();
+    /// The topics. Whoever is going to change them holds `lock()` first.
+    /// @throws std::system_error when the topics file's folder cannot be made
+    TopicStore &store();
+    /// @throws std::system_error as `store()`
+    StoreLock &lock();
+    PageReader &reader();
+    EngineAgent &agent();
+    Asker &asker();
+    SearchEngine &engine();
+
+private:
+    Setup m_setup;
+    SystemClock m_clock;
+    Resources m_resources;
+    // In the order they depend on each other: the last made goes first.
+    std::unique_ptr<Preferences> m_preferences;
+    std::unique_ptr<StoreLock> m_lock;
+    std::unique_ptr<TopicStore> m_store;
+    std::unique_ptr<HttpClient> m_http;
+    std::unique_ptr<PageReader> m_reader;
+    std::unique_ptr<EngineAgent> m_agent;
+    std::unique_ptr<Asker> m_asker;
+    std::unique_ptr<SearchEngine> m_engine;
+};
+
+} // namespace vorle

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/Topic.h"
+
+#include <QString>
+
+namespace vorle {
+
+/// What people read in the place of the record's words, in French. Pure.
+QString kindLabel(const std::optional<QString> &kind); ///< empty for an unknown kind
+QString readLevelLabel(std::optional<ReadLevel> level);
+QString statusLabel(TopicStatus status);
+/// "15 min", "1 h", "1 h 20".
+QString durationLabel(int minutes);
+/// "avant le 28 novembre" (with its year when it is not this one), "maintenant", or empty.
+QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
+
+} // namespace vorle

@@ -1,0 +1,98 @@
+#include "app/cli/Command.h"
+
+namespace vorle::cli {
+
+const QList<Command> &commands() {
+    static const QString json = QStringLiteral("json");
+    static const QList<Command> all{
+        {.name = QStringLiteral("fouille"),
+         .synopsis = QStringLiteral("[--demo]"),
+         .summary = QStringLiteral("lance une fouille et montre ce qu’elle rapporte"),
+         .flags = {json, QStringLiteral("demo")},
+         .run = fouille},
+        {.name = QStringLiteral("consignes"),
+         .synopsis = {},
+         .summary = QStringLiteral("montre ce qu’une fouille enverrait à l’IA, sans rien envoyer"),
+         .flags = {json},
+         .run = consignes},
+        {.name = QStringLiteral("sujets"),
+         .synopsis = QStringLiteral("[--statut S]"),
+         .summary = QStringLiteral("liste tes sujets"),
+         .flags = {json},
+         .options = {QStringLiteral("statut")},
+         .run = sujets},
+        {.name = QStringLiteral("lire"),
+         .synopsis = QStringLiteral("URL"),
+         .summary = QStringLiteral("montre ce que vorle lit d’une page"),
+         .fewest = 1,
+         .most = 1,
+         .flags = {json},
+         .run = lire},
+        {.name = QStringLiteral("decouverte"),
+         .synopsis = QStringLiteral("DOSSIER"),
+         .summary = QStringLiteral("montre les dépendances reconnues dans un dossier"),
+         .fewest = 1,
+         .most = 1,
+         .flags = {json},
+         .run = decouverte},
+        {.name = QStringLiteral("projet"),
+         .synopsis = QStringLiteral("[ajouter DOSSIER [--nom N] [--description D] | retirer NOM]"),
+         .summary = QStringLiteral("liste, ajoute ou retire les projets suivis"),
+         .most = 2,
+         .flags = {json},
+         .options = {QStringLiteral("nom"), QStringLiteral("description")},
+         .run = projet},
+        {.name = QStringLiteral("reglages"),
+         .synopsis = QStringLiteral("[CLE [VALEUR_JSON]]"),
+         .summary = QStringLiteral("lit ou change un réglage"),
+         .most = 2,
+         .flags = {json},
+         .run = reglages},
+        {.name = QStringLiteral("agents"),
+         .synopsis = {},
+         .summary = QStringLiteral("dit quelles IA sont prêtes, déconnectées ou absentes"),
+         .flags = {json},
+         .run = agents},
+    };
+    return all;
+}
+
+Arguments parseArguments(const Command &command, const QStringList &words) {
+    Arguments arguments;
+    bool optionsEnded = false;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QString &word = words[i];
+        if (optionsEnded || !word.startsWith(u"--")) {
+            arguments.positional += word;
+            continue;
+        }
+        if (word == u"--") {
+            optionsEnded = true;
+            continue;
+        }
+        const qsizetype equals = word.indexOf(u'=');
+        const QString name = word.sliced(2, (equals < 0 ? word.size() : equals) - 2);
+        if (command.options.contains(name)) {
+            if (equals < 0 && i + 1 == words.size()) {
+                throw Failure(QStringLiteral("L’option --%1 attend une valeur.").arg(name),
+                              ExitStatus::Usage);
+            }
+            arguments.options[name] = equals < 0 ? words[++i] : word.sliced(equals + 1);
+        } else if (command.flags.contains(name) && equals < 0) {
+            arguments.flags.insert(name);
+        } else {
+            throw Failure(
+                QStringLiteral("Option inconnue pour « %1 » : %2").arg(command.name, word),
+                ExitStatus::Usage);
+        }
+    }
+    if (arguments.positional.size() < command.fewest ||
+        arguments.positional.size() > command.most) {
+        throw Failure(
+            QStringLiteral("Usage : vorle %1 %2").arg(command.name, command.synopsis).trimmed(),
+            ExitStatus::Usage);
+    }
+    return arguments;
+}
+
+} // namespace vorle::cli

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "app/Application.h"
+#include "app/cli/Console.h"
+#include "base/Async.h"
+
+#include <QMap>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <exception>
+
+namespace vorle::cli {
+
+enum class ExitStatus { Done = 0, Failed = 1, Usage = 2 };
+
+/// A failure told in French.
+class Failure final : public std::exception {
+public:
+    explicit Failure(const QString &text, ExitStatus status = ExitStatus::Failed)
+        : m_text(text), m_utf8(text.toUtf8()), m_status(status) {}
+
+    const QString &text() const { return m_text; }
+    ExitStatus status() const { return m_status; }
+    const char *what() const noexcept override { return m_utf8.constData(); }
+
+private:
+    QString m_text;
+    QByteArray m_utf8;
+    ExitStatus m_status;
+};
+
+/// What was typed after the command's name.
+struct Arguments {
+    QStringList positional;
+    QSet<QString> flags;            ///< "--json" as "json"
+    QMap<QString, QString> options; ///< "--nom Tiravue" as "nom" → "Tiravue"
+
+    bool json() const { return flags.contains(QStringLiteral("json")); }
+};
+
+/// What a command works with.
+struct Context {
+    Application &app;
+    Console &console;
+    Arguments arguments;
+    CancelToken cancel; ///< cancelled on Ctrl-C
+};
+
+/// One command of the program. Adding one is adding a row to `commands()`.
+struct Command {
+    QString name;
+    QString synopsis; ///< what follows the name in the help
+    QString summary;
+    qsizetype fewest = 0; ///< positional arguments
+    qsizetype most = 0;
+    QStringList flags;
+    QStringList options; ///< those that take a value
+    Task<ExitStatus> (*run)(Context &context);
+};
+
+/// All commands, in the order the help shows them.
+const QList<Command> &commands();
+
+/// Reads what follows a command's name. @throws Failure with ExitStatus::Usage
+Arguments parseArguments(const Command &command, const QStringList &words);
+
+Task<ExitStatus> fouille(Context &context);
+Task<ExitStatus> consignes(Context &context);
+Task<ExitStatus> sujets(Context &context);
+Task<ExitStatus> lire(Context &context);
+Task<ExitStatus> decouverte(Context &context);
+Task<ExitStatus> projet(Context &context);
+Task<ExitStatus> reglages(Context &context);
+Task<ExitStatus> agents(Context &context);
+
+} // namespace vorle::cli

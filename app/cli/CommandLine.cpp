@@ -1,0 +1,136 @@
+#include "app/cli/CommandLine.h"
+
+#include "app/Interrupts.h"
+#include "app/cli/Command.h"
+#include "app/demo/Demonstration.h"
+
+#include <QCoreApplication>
+
+#include <system_error>
+
+namespace vorle::cli {
+
+namespace {
+
+QString helpText() {
+    QStringList lines{QStringLiteral("vorle, ta veille technique."), QString(),
+                      QStringLiteral("Usage : vorle COMMANDE [OPTIONS]"), QString()};
+    for (const Command &command : commands()) {
+        const QString call = (command.name + u' ' + command.synopsis).trimmed();
+        lines += QStringLiteral("  ") + call;
+        lines += QStringLiteral("      ") + command.summary;
+    }
+    lines += QString();
+    lines += QStringLiteral("Avec --json, le résultat est du JSON sur la sortie standard. La "
+                            "progression et les messages vont sur la sortie d’erreur.");
+    return lines.join(u'\n');
+}
+
+const Command *commandNamed(const QString &name) {
+    const auto &all = commands();
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&](const Command &command) { return command.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+Application::Setup setupFor(const Demonstration *demonstration) {
+    Application::Setup setup;
+    setup.allowLoopback =
+        demonstration != nullptr || qEnvironmentVariableIsSet("VORLE_ALLOW_LOOPBACK");
+    if (demonstration != nullptr) {
+        setup.store = TopicStore::Kind::Demo;
+        setup.settingsFile = demonstration->home() + QStringLiteral("/settings.json");
+    }
+    return setup;
+}
+
+/// Everything a command may throw, told on standard error.
+Task<ExitStatus> guarded(const Command *command, Context &context) {
+    QString text;
+    try {
+        co_return co_await command->run(context);
+    } catch (const Failure &failure) {
+        context.console.say(failure.text());
+        co_return failure.status();
+    } catch (const Cancelled &) {
+        text = QStringLiteral("Arrêté.");
+    } catch (const AgentError &error) {
+        text = error.text();
+    } catch (const RunRefused &refused) {
+        text = refused.text();
+    } catch (const std::system_error &error) {
+        text = QStringLiteral("Le système a refusé : %1").arg(QString::fromLocal8Bit(error.what()));
+    } catch (const std::exception &error) {
+        text = QStringLiteral("Erreur inattendue : %1").arg(QString::fromUtf8(error.what()));
+    }
+    context.console.say(text);
+    co_return ExitStatus::Failed;
+}
+
+Task<> runThenQuit(const Command *command, Context &context) {
+    const ExitStatus status = co_await guarded(command, context);
+    // A command that never waited ends before the event loop starts: the order to leave must wait
+    // for it.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [status] { QCoreApplication::exit(static_cast<int>(status)); }, Qt::QueuedConnection);
+}
+
+int runCommand(const Command &command, const Arguments &arguments) {
+    Console console;
+    std::unique_ptr<Demonstration> demonstration;
+    if (arguments.flags.contains(QStringLiteral("demo"))) {
+        try {
+            demonstration = Demonstration::start();
+        } catch (const std::exception &error) {
+            console.say(QString::fromUtf8(error.what()));
+            return static_cast<int>(ExitStatus::Failed);
+        }
+        const auto variables = demonstration->environment();
+        for (auto it = variables.cbegin(); it != variables.cend(); ++it) {
+            qputenv(it.key().toLatin1().constData(), it.value().toLocal8Bit());
+        }
+    }
+    const Interrupts interrupts;
+    Application app(setupFor(demonstration.get()));
+    if (demonstration) {
+        demonstration->furnish(app.preferences());
+    }
+    Context context{app, console, arguments, interrupts.token()};
+    const Task<> running = runThenQuit(&command, context);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int runCommandLine(const QStringList &words) {
+    Console console;
+    if (words.isEmpty() || words.first() == u"--help" || words.first() == u"-h" ||
+        words.first() == u"aide") {
+        console.print(helpText());
+        return static_cast<int>(ExitStatus::Done);
+    }
+    if (words.first() == u"--version") {
+        console.print(QStringLiteral("vorle ") + QCoreApplication::applicationVersion());
+        return static_cast<int>(ExitStatus::Done);
+    }
+    const Command *command = commandNamed(words.first());
+    if (command == nullptr) {
+        console.say(QStringLiteral("Commande inconnue : %1\n\n").arg(words.first()) + helpText());
+        return static_cast<int>(ExitStatus::Usage);
+    }
+    if (words.contains(QStringLiteral("--help"))) {
+        console.print(
+            QStringLiteral("Usage : vorle %1 %2").arg(command->name, command->synopsis).trimmed() +
+            QStringLiteral("\n\n") + command->summary);
+        return static_cast<int>(ExitStatus::Done);
+    }
+    try {
+        return runCommand(*command, parseArguments(*command, words.sliced(1)));
+    } catch (const Failure &failure) {
+        console.say(failure.text());
+        return static_cast<int>(failure.status());
+    }
+}
+
+} // namespace vorle::cli

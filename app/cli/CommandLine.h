@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QStringList>
+
+namespace vorle::cli {
+
+/// Runs the command that `words` (without the program's name) ask for, on the event loop of the
+/// application object that exists, and gives the exit status: 0 done, 1 failed (the message in
+/// French on standard error), 2 wrong usage.
+int runCommandLine(const QStringList &words);
+
+} // namespace vorle::cli

@@ -1,0 +1,92 @@
+#include "app/cli/Console.h"
+
+#include "base/Text.h"
+
+#include <QByteArray>
+
+#include <cstdio>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace vorle::cli {
+
+namespace {
+
+constexpr int widest = 100;
+constexpr int barCells = 24;
+
+int terminalWidth() {
+    winsize size{};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 20) {
+        return std::min<int>(size.ws_col, widest);
+    }
+    return widest;
+}
+
+void write(FILE *stream, const QByteArray &bytes) {
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+} // namespace
+
+Console::Console()
+    : m_colours(isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR"))
+    , m_moving(isatty(STDERR_FILENO) != 0)
+    , m_width(terminalWidth()) {}
+
+void Console::print(const QString &text) const { write(stdout, text.toUtf8() + '\n'); }
+
+void Console::print(const QByteArray &json) const { write(stdout, json + '\n'); }
+
+void Console::say(const QString &text) {
+    endProgress();
+    write(stderr, text.toUtf8() + '\n');
+}
+
+void Console::progress(const QString &status, int done, int total, const QString &details) {
+    if (!m_moving) {
+        if (status != m_lastStatus && !status.isEmpty()) {
+            write(stderr, status.toUtf8() + '\n');
+        }
+        m_lastStatus = status;
+        return;
+    }
+    const int filled = total > 0 ? barCells * std::clamp(done, 0, total) / total : 0;
+    const QString bar = QString(filled, u'█') + QString(barCells - filled, u'░');
+    const QString line = bar + QStringLiteral("  ") + status + QStringLiteral("  ") + details;
+    // A line that wraps could not be taken back.
+    write(stderr, "\r\033[K" + firstCharacters(line, m_width - 1).toUtf8());
+    m_lineShown = true;
+}
+
+void Console::endProgress() {
+    if (m_lineShown) {
+        write(stderr, "\r\033[K");
+        m_lineShown = false;
+    }
+}
+
+QString Console::wrapped(const QString &text, int margin) const {
+    const QString indent(margin, u' ');
+    const qsizetype room = std::max(20, m_width - margin);
+    QStringList lines;
+    QString line;
+    for (const QString &word : text.split(u' ', Qt::SkipEmptyParts)) {
+        if (!line.isEmpty() && characterCount(line) + 1 + characterCount(word) > room) {
+            lines += indent + line;
+            line.clear();
+        }
+        line += (line.isEmpty() ? QString() : QStringLiteral(" ")) + word;
+    }
+    lines += indent + line;
+    return lines.join(u'\n');
+}
+
+QString Console::styled(const QString &text, const char *code) const {
+    return m_colours ? QStringLiteral("\033[") + QLatin1StringView(code) + u'm' + text +
+                           QStringLiteral("\033[0m")
+                     : text;
+}
+
+} // namespace vorle::cli

@@ -1,0 +1,263 @@
+// The commands that show and change nothing.
+
+#include "app/TopicLabels.h"
+#include "app/cli/Command.h"
+#include "app/cli/TopicCards.h"
+#include "base/Text.h"
+#include "judging/JudgePrompt.h"
+#include "search/Discovery.h"
+#include "search/Links.h"
+#include "search/Pipeline.h"
+#include "search/RunPlan.h"
+
+namespace vorle::cli {
+
+namespace {
+
+struct PromptShown {
+    QString scope;
+    QString prompt;
+    QString schema;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("scope", &PromptShown::scope),
+                          json::field("prompt", &PromptShown::prompt),
+                          json::field("schema", &PromptShown::schema));
+    }
+};
+
+struct PageShown {
+    QString url;
+    std::optional<QString> title;
+    std::optional<QString> description;
+    QByteArray text;
+    ReadLevel level = ReadLevel::None;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("url", &PageShown::url), json::field("title", &PageShown::title),
+            json::field("description", &PageShown::description),
+            json::field("text", &PageShown::text), json::field("level", &PageShown::level));
+    }
+};
+
+struct FolderShown {
+    std::optional<QString> manifest;
+    QList<QString> labels;
+    int dependencies = 0;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("manifest", &FolderShown::manifest),
+                          json::field("labels", &FolderShown::labels),
+                          json::field("dependencies", &FolderShown::dependencies));
+    }
+};
+
+struct AgentShown {
+    QString name;
+    QString state;
+    std::optional<QString> path;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("name", &AgentShown::name),
+                          json::field("state", &AgentShown::state),
+                          json::field("path", &AgentShown::path));
+    }
+};
+
+struct AgentsShown {
+    QString chosen;
+    QList<AgentShown> agents;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("chosen", &AgentsShown::chosen),
+                          json::field("agents", &AgentsShown::agents));
+    }
+};
+
+QString schemaText(const Context &context, const QString &name) {
+    return context.app.resources().text(name, QStringLiteral("json")).value_or(QString());
+}
+
+QList<PromptShown> runPrompts(Context &context) {
+    const Preferences &preferences = context.app.preferences();
+    if (!hasTerritory(preferences)) {
+        throw Failure(emptyTerritoryText());
+    }
+    const QList<TopicPtr> topics = context.app.store().topics();
+    const RunPlan plan = planRun(preferences, topics, context.app.clock().now());
+    for (const QString &warning : plan.warnings) {
+        context.console.say(warning);
+    }
+    const AgentKind agent = context.app.agent().locator().choose();
+    const Pipeline pipeline(context.app.asker());
+    QList<PromptShown> shown;
+    for (const PlannedScope &planned : plan.scopes) {
+        const Question question = pipeline.question(planned, agent);
+        shown += {planned.name, question.prompt, schemaText(context, question.schemaName)};
+    }
+    // What is judged is known only once pages were read: one empty candidate shows the frame.
+    JudgeCandidate frame;
+    frame.id = QStringLiteral("c1");
+    frame.title = QStringLiteral("…");
+    const QString instruction = loadPrompt(context.app.resources(), QStringLiteral("judge-prompt"));
+    shown += {QStringLiteral("Jugement"),
+              judgePrompt(instruction, QDate::currentDate(), plan.profile, {},
+                          exampleTopics(topics), {frame}),
+              schemaText(context, QStringLiteral("judge-schema"))};
+    return shown;
+}
+
+/// A link as a person types it: without a scheme, https is meant.
+QString typedLink(const QString &text) {
+    const QString link = text.contains(u"://") ? text : QStringLiteral("https://") + text;
+    if (!isHttpLink(link)) {
+        throw Failure(QStringLiteral("« %1 » n’est pas une adresse web.").arg(text));
+    }
+    return link;
+}
+
+QString stateWord(AgentReadiness readiness) {
+    switch (readiness) {
+    case AgentReadiness::Ready:
+        return QStringLiteral("ready");
+    case AgentReadiness::SignedOut:
+        return QStringLiteral("signed out");
+    case AgentReadiness::Missing:
+        return QStringLiteral("missing");
+    }
+    return {};
+}
+
+QString stateText(AgentReadiness readiness, AgentKind kind) {
+    switch (readiness) {
+    case AgentReadiness::Ready:
+        return QStringLiteral("prêt");
+    case AgentReadiness::SignedOut:
+        return QStringLiteral("déconnecté (%1)").arg(signInLabel(kind));
+    case AgentReadiness::Missing:
+        return QStringLiteral("introuvable");
+    }
+    return {};
+}
+
+} // namespace
+
+Task<ExitStatus> consignes(Context &context) {
+    const QList<PromptShown> prompts = runPrompts(context);
+    if (context.arguments.json()) {
+        context.console.print(json::encode(prompts, json::Style::Pretty));
+        co_return ExitStatus::Done;
+    }
+    for (const PromptShown &prompt : prompts) {
+        context.console.print(context.console.bold(prompt.scope) +
+                              context.console.faint(QStringLiteral("  %1 caractères, %2 octets")
+                                                        .arg(characterCount(prompt.prompt))
+                                                        .arg(utf8Size(prompt.prompt))) +
+                              QStringLiteral("\n\n") + prompt.prompt.trimmed() + u'\n');
+    }
+    co_return ExitStatus::Done;
+}
+
+Task<ExitStatus> sujets(Context &context) {
+    const QString word = context.arguments.options.value(QStringLiteral("statut"));
+    const auto status = json::fromRaw<TopicStatus>(word);
+    if (!word.isEmpty() && !status) {
+        throw Failure(QStringLiteral("Statut inconnu : %1. Choix : pending, inbox, program, "
+                                     "reserve, done, dismissed.")
+                          .arg(word),
+                      ExitStatus::Usage);
+    }
+    const TopicStore &store = context.app.store();
+    if (store.setAside()) {
+        context.console.say(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
+        co_return ExitStatus::Failed;
+    }
+    const QList<TopicPtr> topics = status ? store.topics(*status) : store.topics();
+    if (context.arguments.json()) {
+        QList<Topic> records;
+        for (const TopicPtr &topic : topics) {
+            records += *topic;
+        }
+        context.console.print(json::encode(records, json::Style::Pretty));
+    } else if (!topics.isEmpty()) {
+        context.console.print(topicLines(context.console, topics));
+    } else {
+        context.console.say(QStringLiteral("Aucun sujet."));
+    }
+    co_return ExitStatus::Done;
+}
+
+Task<ExitStatus> lire(Context &context) {
+    const QString link = typedLink(context.arguments.positional.first());
+    const ReadPage page = co_await context.app.reader().read(link, context.cancel, Reach::Anywhere);
+    if (context.arguments.json()) {
+        const PageShown shown{link, page.title, page.description, page.text, page.level};
+        context.console.print(json::encode(shown, json::Style::Pretty));
+    } else {
+        if (page.title) {
+            context.console.print(context.console.bold(*page.title));
+        }
+        if (page.description) {
+            context.console.print(context.console.faint(*page.description));
+        }
+        if (!page.text.isEmpty()) {
+            context.console.print(u'\n' + QString::fromUtf8(page.text));
+        }
+    }
+    context.console.say(QStringLiteral("%1 · %2%3")
+                            .arg(page.finalUrl, readLevelLabel(page.level),
+                                 page.status != 0 && (page.status < 200 || page.status > 299)
+                                     ? QStringLiteral(" · réponse %1").arg(page.status)
+                                     : QString()));
+    co_return page.level == ReadLevel::None ? ExitStatus::Failed : ExitStatus::Done;
+}
+
+Task<ExitStatus> decouverte(Context &context) {
+    const discovery::Project project = discovery::readProject(context.arguments.positional.first());
+    if (project.problem == discovery::Project::Problem::NoFolder) {
+        throw Failure(discovery::problemText(project));
+    }
+    if (context.arguments.json()) {
+        const FolderShown shown{project.manifest ? std::optional(project.manifest->name)
+                                                 : std::nullopt,
+                                project.labels, project.dependencies};
+        context.console.print(json::encode(shown, json::Style::Pretty));
+    } else if (project.manifest) {
+        context.console.print(
+            QStringLiteral("%1 · %2 · %3 dépendances")
+                .arg(project.manifest->name, project.labels.isEmpty()
+                                                 ? QStringLiteral("aucune technologie reconnue")
+                                                 : project.labels.join(QStringLiteral(", ")))
+                .arg(project.dependencies));
+    }
+    if (project.problem != discovery::Project::Problem::None) {
+        context.console.say(discovery::problemText(project));
+    }
+    co_return ExitStatus::Done;
+}
+
+Task<ExitStatus> agents(Context &context) {
+    const AgentLocator &locator = context.app.agent().locator();
+    const AgentKind chosen = locator.choose();
+    AgentsShown shown;
+    shown.chosen = json::rawText(chosen);
+    QStringList lines;
+    for (const AgentKind kind : {AgentKind::Claude, AgentKind::Codex}) {
+        const AgentReadiness readiness = locator.readiness(kind);
+        const auto path = locator.locate(kind);
+        shown.agents += {json::rawText(kind), stateWord(readiness), path};
+        lines += QStringLiteral("%1 %2 : %3%4")
+                     .arg(kind == chosen ? u'●' : u'○')
+                     .arg(displayName(kind), stateText(readiness, kind),
+                          path ? QStringLiteral(" · ") + *path : QString());
+    }
+    if (context.arguments.json()) {
+        context.console.print(json::encode(shown, json::Style::Pretty));
+    } else {
+        context.console.print(lines.join(u'\n'));
+    }
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli

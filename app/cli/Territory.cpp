@@ -1,0 +1,184 @@
+// The commands that change what a run searches for.
+
+#include "app/cli/Command.h"
+#include "search/Discovery.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace vorle::cli {
+
+namespace {
+
+struct ProjectShown {
+    QString name;
+    QString folder;
+    QString description;
+    std::optional<QString> manifest;
+    QList<QString> labels;
+    int dependencies = 0;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("name", &ProjectShown::name),
+                          json::field("folder", &ProjectShown::folder),
+                          json::field("description", &ProjectShown::description),
+                          json::field("manifest", &ProjectShown::manifest),
+                          json::field("labels", &ProjectShown::labels),
+                          json::field("dependencies", &ProjectShown::dependencies));
+    }
+};
+
+void listProjects(Context &context) {
+    const Settings &settings = context.app.preferences().settings();
+    QList<ProjectShown> shown;
+    QStringList lines;
+    for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
+        const discovery::Project found = discovery::readProject(it.value());
+        const QString description = settings.projectDescriptions.value(it.key());
+        shown += {it.key(),     it.value(),
+                  description,  found.manifest ? std::optional(found.manifest->name) : std::nullopt,
+                  found.labels, found.dependencies};
+        lines += context.console.bold(it.key()) +
+                 (description.isEmpty() ? QString() : QStringLiteral(", ") + description);
+        lines += QStringLiteral("  ") + context.console.faint(it.value());
+        lines += QStringLiteral("  ") + (found.problem == discovery::Project::Problem::None
+                                             ? QStringLiteral("%1 · %2 dépendances · %3")
+                                                   .arg(found.manifest->name)
+                                                   .arg(found.dependencies)
+                                                   .arg(found.labels.join(QStringLiteral(", ")))
+                                             : discovery::problemText(found));
+    }
+    if (context.arguments.json()) {
+        context.console.print(json::encode(shown, json::Style::Pretty));
+    } else if (lines.isEmpty()) {
+        context.console.say(QStringLiteral("Aucun projet suivi. Ajoute un dossier : vorle projet "
+                                           "ajouter DOSSIER"));
+    } else {
+        context.console.print(lines.join(u'\n'));
+    }
+}
+
+void addProject(Context &context, const QString &folder) {
+    const QFileInfo info(folder);
+    const QString path = info.canonicalFilePath();
+    const discovery::Project found = discovery::readProject(path.isEmpty() ? folder : path);
+    if (found.problem == discovery::Project::Problem::NoFolder) {
+        throw Failure(discovery::problemText(found));
+    }
+    Preferences &preferences = context.app.preferences();
+    const QString name =
+        context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()).trimmed();
+    if (name.isEmpty()) {
+        throw Failure(QStringLiteral("Donne un nom au projet : --nom NOM"), ExitStatus::Usage);
+    }
+    auto projects = preferences.settings().projects;
+    if (projects.contains(name) && projects[name] != path) {
+        throw Failure(QStringLiteral("Un projet « %1 » existe déjà, dans %2. Choisis un autre nom "
+                                     "avec --nom.")
+                          .arg(name, projects[name]));
+    }
+    projects[name] = path;
+    preferences.change(&Settings::projects, projects);
+    if (context.arguments.options.contains(QStringLiteral("description"))) {
+        auto descriptions = preferences.settings().projectDescriptions;
+        descriptions[name] = context.arguments.options[QStringLiteral("description")].trimmed();
+        preferences.change(&Settings::projectDescriptions, descriptions);
+    }
+    if (found.problem != discovery::Project::Problem::None) {
+        context.console.say(discovery::problemText(found));
+    }
+}
+
+void removeProject(Context &context, const QString &name) {
+    Preferences &preferences = context.app.preferences();
+    auto projects = preferences.settings().projects;
+    if (projects.remove(name) == 0) {
+        throw Failure(QStringLiteral("Aucun projet ne s’appelle « %1 ».").arg(name));
+    }
+    preferences.change(&Settings::projects, projects);
+    auto descriptions = preferences.settings().projectDescriptions;
+    if (descriptions.remove(name) > 0) {
+        preferences.change(&Settings::projectDescriptions, descriptions);
+    }
+}
+
+/// JSON of any kind on one line, a bare text or number included.
+QByteArray compact(const QJsonValue &value) {
+    const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return wrapped.sliced(1, wrapped.size() - 2);
+}
+
+QJsonValue parsedValue(const QString &text) {
+    QJsonParseError error;
+    const auto document = QJsonDocument::fromJson("[" + text.toUtf8() + "]", &error);
+    if (error.error != QJsonParseError::NoError || document.array().size() != 1) {
+        throw Failure(QStringLiteral("« %1 » n’est pas du JSON. Un texte s’écrit entre "
+                                     "guillemets : '\"%1\"'")
+                          .arg(text),
+                      ExitStatus::Usage);
+    }
+    return document.array().first();
+}
+
+} // namespace
+
+Task<ExitStatus> projet(Context &context) {
+    const QStringList &words = context.arguments.positional;
+    if (words.isEmpty()) {
+        listProjects(context);
+        co_return ExitStatus::Done;
+    }
+    if (words.size() != 2 || (words[0] != u"ajouter" && words[0] != u"retirer")) {
+        throw Failure(QStringLiteral("Usage : vorle projet [ajouter DOSSIER [--nom N] "
+                                     "[--description D] | retirer NOM]"),
+                      ExitStatus::Usage);
+    }
+    if (words[0] == u"ajouter") {
+        addProject(context, words[1]);
+    } else {
+        removeProject(context, words[1]);
+    }
+    listProjects(context);
+    co_return ExitStatus::Done;
+}
+
+Task<ExitStatus> reglages(Context &context) {
+    Preferences &preferences = context.app.preferences();
+    if (preferences.setAside()) {
+        context.console.say(
+            QStringLiteral("Le fichier des réglages était illisible ; je l’ai gardé "
+                           "ici : %1")
+                .arg(*preferences.setAside()));
+    }
+    const QStringList &words = context.arguments.positional;
+    if (words.isEmpty()) {
+        QStringList lines;
+        QJsonObject all;
+        for (const QString &key : Preferences::settingKeys()) {
+            all[key] = preferences.setting(key);
+            lines += context.console.bold(key) + QStringLiteral("  ") +
+                     QString::fromUtf8(compact(preferences.setting(key)));
+        }
+        if (context.arguments.json()) {
+            context.console.print(QJsonDocument(all).toJson().trimmed());
+        } else {
+            context.console.print(lines.join(u'\n'));
+        }
+        co_return ExitStatus::Done;
+    }
+    if (words.size() == 2) {
+        if (const auto error = preferences.changeSetting(words[0], parsedValue(words[1]))) {
+            throw Failure(*error);
+        }
+    }
+    const QJsonValue value = preferences.setting(words[0]);
+    if (value.isUndefined()) {
+        throw Failure(QStringLiteral("Réglage inconnu : %1").arg(words[0]));
+    }
+    context.console.print(compact(value));
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli

@@ -1,0 +1,21 @@
+#include "agents/TemporaryFiles.h"
+#include "app/cli/CommandLine.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <clocale>
+
+int main(int argc, char **argv) {
+    // The program speaks UTF-8 whatever the machine's locale says.
+    std::setlocale(LC_ALL, "C.UTF-8");
+    QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    // Before anything makes a temporary file or starts a child.
+    vorle::preparePrivateTemporaryDirectory();
+
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("vorle"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VORLE_VERSION));
+    vorle::sweepStrays();
+    return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1));
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "agents/Ask.h"
+#include "judging/JudgePrompt.h"
+
+#include <QHash>
+
+namespace vorle {
+
+/// What a run gives the judge besides the candidates.
+struct JudgeBrief {
+    JudgeProfile profile;
+    QStringList reflexLines;  ///< English instruction lines of the active reflexes
+    QList<TopicPtr> examples; ///< see exampleTopics
+    QDate today;
+};
+
+/// Asks the agent to judge candidates, one call a batch. Main thread; what it is given must
+/// outlive every call under way.
+class Judge {
+public:
+    /// The judgments that came back, by candidate, and what they cost.
+    struct Verdicts {
+        QHash<QString, Judgment> byId;
+        std::optional<double> costUSD;
+    };
+
+    /// A batch holds at most 8 candidates whose blocks take 64,000 bytes; a candidate whose block
+    /// is longer stands alone.
+    static constexpr qsizetype batchCandidates = 8;
+    static constexpr qsizetype batchBytes = 64'000;
+
+    explicit Judge(Asker &asker) : m_asker(&asker) {}
+
+    /// Judges one batch, with the one retry of every agent call. An answer for an unknown id is
+    /// dropped; of two for one id the first counts; grades and minutes are held to their ranges
+    /// and texts to their lengths. A candidate without an answer has no entry.
+    /// @throws AgentError, std::system_error, Cancelled
+    Task<Verdicts> judge(std::shared_ptr<const JudgeBrief> brief, QList<JudgeCandidate> batch,
+                         CancelToken cancel);
+
+private:
+    Asker *m_asker;
+};
+
+/// How many of `waiting`, from the front, go into the next batch.
+qsizetype nextBatchSize(const QList<JudgeCandidate> &waiting);
+
+/// `judgment` with its grades between 0 and 10 (not a number: 0), its minutes between 1 and 600 and
+/// its texts cut to what a card can show.
+Judgment heldToRange(Judgment judgment);
+
+} // namespace vorle

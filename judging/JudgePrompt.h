@@ -1,0 +1,68 @@
+#pragma once
+
+#include "core/TopicStore.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace vorle {
+
+/// One candidate as the judge sees it.
+struct JudgeCandidate {
+    QString id;
+    QString title;
+    QString url;                       ///< empty: no link line
+    ItemKind kind = ItemKind::Article; ///< guessed when it was found
+    ReadLevel level = ReadLevel::None;
+    std::optional<QString> note; ///< the user's, when they captured it themselves
+    QByteArray content;          ///< UTF-8, as read; empty when nothing could be read
+};
+
+/// Who the judge judges for.
+struct JudgeProfile {
+    struct Project {
+        QString name;
+        QString description;
+        QStringList labels;
+    };
+    struct Interest {
+        QString topic;
+        int weight = 3; ///< 1 to 5
+    };
+
+    QString job;
+    QString language = QStringLiteral("French");
+    QList<Project> projects;
+    QList<Interest> interests;
+    QStringList tools;
+};
+
+/// The English block that presents one candidate, each line ended by a line break. What strangers
+/// wrote is kept apart: the content stands between lines of three double quotes, and fences and
+/// block headings inside it are defused; titles, links and notes are held to one line.
+QString candidateBlock(const JudgeCandidate &candidate);
+
+/// The same lines for a topic the user decided on, then what they did with it. At most 600
+/// characters of its text.
+QString exampleBlock(const Topic &topic);
+
+/// What the user did with a topic, in English: "kept it", "set it aside: not for them", "useful",
+/// "a gem, worth it", then their own score when they corrected it.
+QString outcomeText(const Topic &topic);
+
+/// The decided or corrected topics shown to the judge: corrected ones first, then the most recent,
+/// 12 at most.
+QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics);
+
+/// The profile as lines of English, at most 24,000 bytes of UTF-8.
+QString profileText(const JudgeProfile &profile);
+
+/// The instruction with @TODAY, @PROFILE, @REFLEXES, @EXAMPLES and @CANDIDATES replaced in one
+/// pass, so that none of these words inside a page's text is ever taken for a placeholder. Without
+/// any decision yet the examples section holds no block.
+QString judgePrompt(const QString &instruction, const QDate &today, const JudgeProfile &profile,
+                    const QStringList &reflexLines, const QList<TopicPtr> &examples,
+                    const QList<JudgeCandidate> &candidates);
+
+} // namespace vorle

@@ -1,0 +1,95 @@
+# Read by `run` and `test`: installs what is missing, fetches the font, configures and builds.
+# Every function says what it is about to do on standard error; standard output stays the program's.
+
+say() { printf '%s\n' "$*" >&2; }
+
+# The packages of the named stages, for this system.
+packages_of() {
+    local column=2 stage
+    [ "$(uname)" = Darwin ] && column=3
+    for stage in "$@"; do
+        awk -v stage="$stage" -v column="$column" \
+            '$1 == stage && $column != "-" { print $column }' "$root/scripts/packages.txt"
+    done
+}
+
+# Installs the missing packages of the named stages.
+install_packages() {
+    local missing=() name
+    if [ "$(uname)" = Darwin ]; then
+        for name in $(packages_of "$@"); do
+            brew list --versions "$name" >/dev/null 2>&1 || missing+=("$name")
+        done
+        [ ${#missing[@]} -eq 0 ] && return
+        say "vorle installe avec Homebrew : ${missing[*]}"
+        brew install "${missing[@]}" >&2
+        return
+    fi
+    local wanted installed
+    wanted=$(packages_of "$@" | sort)
+    # One question to the package database, whatever the number of packages.
+    installed=$(dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' $wanted 2>/dev/null |
+        awk '$1 == "ii" { print $2 }' | sort -u)
+    mapfile -t missing < <(comm -23 <(printf '%s\n' "$wanted") <(printf '%s\n' "$installed"))
+    [ ${#missing[@]} -eq 0 ] && return
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || {
+            say "Il manque : ${missing[*]}. Relance en root, ou installe sudo."
+            exit 1
+        }
+        as_root=(sudo)
+    fi
+    say "vorle installe avec apt : ${missing[*]}"
+    "${as_root[@]}" apt-get update -qq >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null >&2
+}
+
+# The display font, from its npm package. Nothing depends on it.
+fetch_font() {
+    local folder="$root/.cache/font" scratch
+    [ -e "$folder" ] && return
+    if ! command -v npm >/dev/null; then
+        say "npm est absent : la police du système servira à la place de Bricolage Grotesque."
+        mkdir -p "$folder"
+        return
+    fi
+    scratch=$(mktemp -d)
+    if (cd "$scratch" && timeout 60 npm pack --silent @fontsource-variable/bricolage-grotesque@5.3.0 \
+        >/dev/null 2>&1 && tar -xzf ./*.tgz); then
+        mkdir -p "$folder"
+        cp "$scratch"/package/files/bricolage-grotesque-latin*-normal.woff2 "$folder/"
+        cp "$scratch"/package/LICENSE "$folder/" 2>/dev/null || true
+    else
+        say "npm ne répond pas : la police du système servira à la place de Bricolage Grotesque."
+    fi
+    rm -rf "$scratch"
+}
+
+# build PRESET [TARGET ...]: configures on the first call, then builds.
+build() {
+    local preset=$1 folder="$root/build/$1"
+    shift
+    if [ ! -e "$folder/build.ninja" ]; then
+        say "vorle prépare la compilation ($preset)…"
+        quietly cmake -S "$root" --preset "$preset"
+    fi
+    if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
+        say "vorle compile ($preset)…"
+        quietly ninja -C "$folder" "$@"
+    fi
+}
+
+# Runs a command, showing what it printed only when it failed.
+quietly() {
+    local log status=0
+    log=$(mktemp)
+    "$@" >"$log" 2>&1 || status=$?
+    if [ "$status" -ne 0 ]; then
+        tail -n 60 "$log" >&2
+        rm -f "$log"
+        exit "$status"
+    fi
+    rm -f "$log"
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "agents/Ask.h"
+#include "base/Clock.h"
+#include "search/RunReport.h"
+
+#include <QObject>
+
+#include <exception>
+
+namespace vorle {
+
+class PageReader;
+class Preferences;
+class TopicStore;
+
+/// A run that could not start: nothing to search, or one is under way. Its text is for the user.
+class RunRefused final : public std::exception {
+public:
+    explicit RunRefused(const QString &text) : m_text(text), m_utf8(text.toUtf8()) {}
+    const QString &text() const { return m_text; }
+    const char *what() const noexcept override { return m_utf8.constData(); }
+
+private:
+    QString m_text;
+    QByteArray m_utf8;
+};
+
+/// Drives search runs, one at a time: from the territory to judged topics in "À trier". It knows
+/// neither notifier nor screen: it tells what happens, and whoever made it wires the rest. Main
+/// thread; what it is given must outlive it, and it must outlive a run under way.
+class SearchEngine : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Phase { Idle, Searching, ReadingAndSorting };
+
+    SearchEngine(Preferences &preferences, TopicStore &store, Asker &asker, PageReader &reader,
+                 const Clock &clock, QObject *parent = nullptr);
+    ~SearchEngine() override;
+
+    Phase phase() const { return m_phase; }
+    const RunProgress &progress() const { return m_progress; }
+
+    /// One whole run. Judged topics are saved as they come, "pending", and released to "inbox" at
+    /// the end; a cancelled run releases what was judged and leaves the last run's date alone. A
+    /// failing scope is reported and the others go on.
+    /// @throws RunRefused  an empty territory (the status then says so), or a run under way
+    /// @throws AgentError  the agent is missing or signed out, every scope failed, or nothing that
+    ///                     was found could be judged
+    /// @throws std::system_error  every scope failed, the last for what the system refused
+    Task<RunReport> run(CancelToken cancel);
+
+Q_SIGNALS:
+    void progressed(const vorle::RunProgress &progress);
+    void finished(const vorle::RunReport &report);
+    void failed(const QString &text);
+
+private:
+    Task<RunReport> execute(AgentKind agent, CancelToken cancel);
+    void setProgress(Phase phase, const RunProgress &progress);
+
+    Preferences *m_preferences;
+    TopicStore *m_store;
+    Asker *m_asker;
+    PageReader *m_reader;
+    const Clock *m_clock;
+    Phase m_phase = Phase::Idle;
+    RunProgress m_progress;
+};
+
+} // namespace vorle

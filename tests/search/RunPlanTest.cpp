@@ -1,0 +1,107 @@
+#include "search/RunPlan.h"
+
+#include "core/Preferences.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+class RunPlanTest : public testing::Test {
+protected:
+    RunPlan plan(const QList<TopicPtr> &topics = {}) { return planRun(preferences, topics, now); }
+
+    QTemporaryDir folder;
+    Preferences preferences{
+        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json")))};
+    const QDateTime now = QDateTime(QDate(2026, 11, 21), QTime(12, 0), Qt::UTC);
+};
+
+TEST_F(RunPlanTest, tools_and_sites_alone_are_no_territory) {
+    preferences.change(&Settings::addedTools, {QStringLiteral("Figma")});
+    preferences.change(&Settings::prioritySites, {PrioritySite{QStringLiteral("lwn.net"), {}, {}}});
+    EXPECT_FALSE(hasTerritory(preferences));
+    preferences.change(&Settings::interests, {QStringLiteral("Rust")});
+    EXPECT_TRUE(hasTerritory(preferences));
+}
+
+TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
+    QDir(folder.path()).mkdir(QStringLiteral("code"));
+    QFile manifest(folder.filePath(QStringLiteral("code/package.json")));
+    ASSERT_TRUE(manifest.open(QIODevice::WriteOnly));
+    manifest.write("{\"dependencies\":{\"react\":\"19\"}}");
+    manifest.close();
+    preferences.change(&Settings::projects,
+                       {{QStringLiteral("Tiravue"), folder.filePath(QStringLiteral("code"))},
+                        {QString(), QString()},
+                        {QStringLiteral("Zut"), QStringLiteral("/nulle/part")}});
+    preferences.change(&Settings::projectDescriptions,
+                       {{QStringLiteral("Zut"), QStringLiteral("un essai")}});
+    preferences.change(&Settings::interests, {QStringLiteral("Rust"), QStringLiteral("Vélo")});
+    preferences.change(&Settings::interestWeights, {{QStringLiteral("Rust"), 5}});
+    preferences.change(&Settings::radiusLevel, 0);
+    preferences.change(&Settings::exclusions, {QStringLiteral("spam.com")});
+
+    const RunPlan made = plan();
+    ASSERT_EQ(made.scopes.size(), 4);
+    EXPECT_EQ(made.scopes[0].name, u"a project");
+    EXPECT_TRUE(std::holds_alternative<CodeProject>(made.scopes[1].scope));
+    EXPECT_EQ(made.scopes[1].request.count, 8);
+    EXPECT_TRUE(made.scopes[1].request.radius.startsWith(u"Stay strictly"));
+    EXPECT_EQ(std::get<PlainProject>(made.scopes[2].scope).description, u"un essai");
+    EXPECT_EQ(made.warnings.size(), 1) << "the folder that is gone is told, the run goes on";
+    EXPECT_EQ(made.scopes[3].name, u"Tes sujets");
+    EXPECT_EQ(std::get<DeclaredInterests>(made.scopes[3].scope).topics,
+              (QStringList{QStringLiteral("Rust (weight 5)"), QStringLiteral("Vélo (weight 3)")}));
+    EXPECT_EQ(made.scopes[3].request.radius,
+              u"Stay on the topic itself. Never use these sites or folders as a source: "
+              u"spam.com.");
+    EXPECT_EQ(made.profile.projects[1].labels, QStringList{QStringLiteral("React")});
+}
+
+TEST_F(RunPlanTest, the_period_starts_at_the_last_run_within_bounds) {
+    preferences.change(&Settings::interests, {QStringLiteral("Rust")});
+    const auto since = [&](std::optional<QDateTime> last) {
+        preferences.change(&Settings::lastSearch, last);
+        return plan().scopes.first().request.since;
+    };
+    EXPECT_EQ(since(std::nullopt), QDate(2026, 11, 14));
+    EXPECT_EQ(since(now.addDays(-3)), QDate(2026, 11, 18));
+    EXPECT_EQ(since(now.addDays(-200)), QDate(2026, 10, 21));
+    EXPECT_EQ(since(now.addDays(5)), QDate(2026, 11, 21));
+}
+
+TEST_F(RunPlanTest, the_number_asked_follows_the_topics_within_bounds) {
+    const auto count = [&](int topics) {
+        QStringList names;
+        for (int i = 0; i < topics; ++i) {
+            names += QString::number(i);
+        }
+        preferences.change(&Settings::interests, names);
+        return plan().scopes.first().request.count;
+    };
+    EXPECT_EQ(count(1), 8);
+    EXPECT_EQ(count(6), 12);
+    EXPECT_EQ(count(40), 24);
+}
+
+TEST_F(RunPlanTest, known_links_are_listed_newest_first_and_once) {
+    const auto topic = [](const char *day, const QStringList &links) {
+        Topic made;
+        made.foundAt = *parseIso8601(QByteArray(day) + "T00:00:00Z");
+        for (const QString &link : links) {
+            made.sources += {QString(), link};
+        }
+        return std::make_shared<const Topic>(made);
+    };
+    EXPECT_EQ(knownLinks({topic("2026-01-01", {QStringLiteral("old"), QStringLiteral("both")}),
+                          topic("2026-02-01", {QStringLiteral("both"), QStringLiteral("new")})}),
+              (QStringList{QStringLiteral("both"), QStringLiteral("new"), QStringLiteral("old")}));
+}
+
+} // namespace
+} // namespace vorle

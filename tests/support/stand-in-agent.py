@@ -1,0 +1,67 @@
+#!/usr/bin/env python3
+"""Stands in for Claude Code in tests of whole runs.
+
+Called with the real command line. Reads scenario.json in its home:
+  "candidates": what each scope answers, by a text found in the prompt: a list of candidates,
+                "fail" (exit status 3), "prose", or "hang"
+  "judge":      "ok", "fail", "fail-once", "hang", "prose" or "silent" (judges nobody)
+  "seconds":    how long each judgment takes
+Every call is noted in calls.log: "candidates" or "judge", then the process identity.
+"""
+import json
+import os
+import pathlib
+import re
+import sys
+import time
+
+
+def leave(message, status=3):
+    print(message, file=sys.stderr)
+    sys.exit(status)
+
+
+def judged(prompt):
+    return [
+        {
+            "id": name, "kind": "article",
+            "criteria": {"impact": 5, "actionability": 5, "novelty": 5, "reliability": 5,
+                         "effort_minutes": 10},
+            "relevance": 7, "urgency": {"level": "none"}, "tldr": "gist", "summary": "résumé",
+            "why": "parce que", "first_step": "Lis.", "changes": [],
+        }
+        for name in re.findall(r"(?m)^### id: (\S+)$", prompt)
+    ]
+
+
+def main():
+    home = pathlib.Path(os.environ["HOME"])
+    scenario = json.loads((home / "scenario.json").read_text())
+    prompt = sys.argv[sys.argv.index("-p") + 1]
+    schema = sys.argv[sys.argv.index("--json-schema") + 1]
+    judging = '"judgments"' in schema
+    with open(home / "calls.log", "a") as log:
+        log.write(f"{'judge' if judging else 'candidates'} {os.getpid()}\n")
+    if judging:
+        plan = scenario.get("judge", "ok")
+        time.sleep(scenario.get("seconds", 0))
+        if plan == "fail-once":
+            mark = home / "judged-once"
+            plan = "ok" if mark.exists() else "fail"
+            mark.touch()
+        answer = {"judgments": [] if plan == "silent" else judged(prompt)}
+    else:
+        plan = next((value for key, value in scenario["candidates"].items() if key in prompt), [])
+        answer = {"candidates": plan}
+    if plan == "fail":
+        leave("le serveur est occupé")
+    if plan == "hang":
+        time.sleep(600)
+    if plan == "prose":
+        print("Voici ce que j’ai trouvé :")
+        return
+    print(json.dumps({"is_error": False, "result": "", "structured_output": answer,
+                      "total_cost_usd": 0.25, "duration_ms": 5}))
+
+
+main()
