@@ -53,7 +53,7 @@ public:
     /// unknown or the value does not fit; null takes an optional setting's value away.
     std::optional<QString> changeSetting(const QString &key, const QJsonValue &value);
 
-    /// Where a settings file that could not be read was copied before it was replaced.
+    /// Where a settings file that could not be read is kept, once it was replaced.
     const std::optional<QString> &setAside() const { return m_file->setAside(); }
 
 Q_SIGNALS:
@@ -63,7 +63,6 @@ private:
     template <class T>
     static QString keyOf(T Settings::*setting);
     void write(const QString &key);
-    void load();
 
     std::unique_ptr<SettingsFile> m_file;
     Settings m_settings;

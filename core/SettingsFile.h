@@ -4,6 +4,7 @@
 #include <QSettings>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace vorle {
@@ -31,21 +32,22 @@ public:
 
     /// The value as JSON; Undefined when the key is absent. Records are read from JSON data, from
     /// a JSON text and from a plain object or list alike.
-    QJsonValue value(const QString &key) const;
+    QJsonValue value(const QString &key, Form form) const;
     /// Writes the value and sees it on disk before it returns; null and Undefined take the key
-    /// away. A file that is not a JSON object is first copied to "….illisible-<date>". A failure
-    /// is logged and nothing else: the caller's value stands in memory.
+    /// away. A file that is not a JSON object is first kept as "….illisible-<date>". A failure is
+    /// logged and nothing else: the caller's value stands in memory.
     void setValue(const QString &key, const QJsonValue &value, Form form);
     /// Sees what other processes wrote.
     void refresh();
 
-    /// Where an unreadable file was copied, once it was.
+    /// Where an unreadable file is kept, once it is.
     const std::optional<QString> &setAside() const { return m_setAside; }
 
 private:
-    void keepUnreadable();
+    /// False when a file that holds no settings could not be kept: it must not be replaced.
+    bool keepUnreadable();
 
-    QSettings m_settings;
+    std::unique_ptr<QSettings> m_settings;
     std::optional<QString> m_setAside;
 };
 
