@@ -1,0 +1,115 @@
+#include "app/demo/Demonstration.h"
+
+#include "core/Preferences.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <stdexcept>
+
+namespace vorle {
+
+namespace {
+
+const QString tiravue = QStringLiteral("Tiravue");
+const QString potager = QStringLiteral("Potager");
+
+[[noreturn]] void fail(const QString &text) { throw std::runtime_error(text.toStdString()); }
+
+void makeFolder(const QString &path) {
+    if (!QDir().mkpath(path)) {
+        fail(QStringLiteral("Le dossier de démonstration n’a pas pu être créé : %1").arg(path));
+    }
+}
+
+void writeFile(const QString &path, const QByteArray &bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
+        fail(QStringLiteral("Le fichier de démonstration n’a pas pu être écrit : %1").arg(path));
+    }
+}
+
+} // namespace
+
+std::unique_ptr<Demonstration> Demonstration::start() {
+    return std::unique_ptr<Demonstration>(new Demonstration);
+}
+
+Demonstration::Demonstration() : m_folder(QDir::tempPath() + QStringLiteral("/vorle-demo-XXXXXX")) {
+    if (!m_folder.isValid()) {
+        fail(QStringLiteral("Le dossier de démonstration n’a pas pu être créé : %1")
+                 .arg(m_folder.errorString()));
+    }
+    makeHome();
+    makeProjects();
+    m_site = std::make_unique<DemoSite>(DemoCatalogue(QDate::currentDate()));
+}
+
+QMap<QString, QString> Demonstration::environment() const {
+    return {{QStringLiteral("VORLE_HOME"), home()},
+            {QStringLiteral("VORLE_DEMO_SITE"), m_site->address()}};
+}
+
+void Demonstration::furnish(Preferences &preferences) const {
+    const QString local = QStringLiteral("modèles d’IA en local");
+    const QString access = QStringLiteral("accessibilité des applications mobiles");
+    const QString film = QStringLiteral("photographie argentique");
+    const QString bike = QStringLiteral("vélo en ville");
+    preferences.change(&Settings::job, QStringLiteral("Développeuse mobile"));
+    preferences.change(&Settings::interests, {local, access, film, bike});
+    preferences.change(&Settings::interestWeights, {{local, 5}, {access, 4}, {film, 3}, {bike, 2}});
+    preferences.change(&Settings::addedTools,
+                       {QStringLiteral("Obsidian"), QStringLiteral("Figma")});
+    preferences.change(&Settings::projects,
+                       {{tiravue, projectFolder(tiravue)}, {potager, projectFolder(potager)}});
+    preferences.change(
+        &Settings::projectDescriptions,
+        {{tiravue, QStringLiteral("application pour commander des tirages de ses photos, sur "
+                                  "téléphone et dans le navigateur")},
+         {potager, QStringLiteral("un potager de 40 m² en ville, sans produits, paillé toute "
+                                  "l’année")}});
+    preferences.change(&Settings::onboarded, true);
+    preferences.change(&Settings::calibrated, true);
+}
+
+QString Demonstration::projectFolder(const QString &name) const {
+    return m_folder.filePath(QStringLiteral("projets/") + name);
+}
+
+void Demonstration::makeHome() const {
+    const QString agent =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/vorle-demo-agent");
+    if (!QFileInfo(agent).isExecutable()) {
+        fail(QStringLiteral("L’agent de démonstration est introuvable : %1").arg(agent));
+    }
+    const QString programs = home() + QStringLiteral("/.local/bin");
+    makeFolder(programs);
+    for (const QString &name : {QStringLiteral("claude"), QStringLiteral("codex")}) {
+        const QString link = programs + u'/' + name;
+        if (!QFile::link(agent, link)) {
+            fail(QStringLiteral("L’agent de démonstration n’a pas pu être placé : %1").arg(link));
+        }
+    }
+    writeFile(home() + QStringLiteral("/.claude.json"),
+              R"({"oauthAccount": {"displayName": "Démonstration"}})");
+    makeFolder(home() + QStringLiteral("/.codex"));
+    writeFile(home() + QStringLiteral("/.codex/auth.json"), R"({"tokens": {}})");
+}
+
+void Demonstration::makeProjects() const {
+    makeFolder(projectFolder(potager));
+    makeFolder(projectFolder(tiravue));
+    for (const QString &name :
+         {QStringLiteral("package.json"), QStringLiteral("package-lock.json")}) {
+        QFile source(QStringLiteral(":/vorle/demo/tiravue/") + name);
+        if (!source.open(QIODevice::ReadOnly)) {
+            fail(QStringLiteral("Le projet de démonstration est absent de l’app : %1").arg(name));
+        }
+        writeFile(projectFolder(tiravue) + u'/' + name, source.readAll());
+    }
+}
+
+} // namespace vorle

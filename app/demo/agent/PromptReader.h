@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QDate>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace vorle::demo {
+
+/// What stands in `prompt` in the place of each placeholder of `instruction` ("@COUNT" and so
+/// on). Nothing when the prompt was not made from that instruction. Where a value holds a piece of
+/// the instruction itself, the value ends there.
+std::optional<QHash<QString, QString>> placeholderValues(const QString &instruction,
+                                                         const QString &prompt);
+
+/// "November 21, 2026"; an invalid date for any other text.
+QDate promptDate(const QString &text);
+
+/// A scope as the candidates instruction presents it.
+struct ScopeRead {
+    QString project; ///< empty: declared topics and tools
+    QString description;
+    QStringList dependencies; ///< as the dependency file spells them, in its order
+    struct Interest {
+        QString topic;
+        int weight = 3;
+    };
+    QList<Interest> interests;
+    QStringList tools;
+    bool second = false; ///< topics that a first search came back empty on
+};
+ScopeRead readScope(const QString &scope);
+
+/// One candidate block of the judge's instruction.
+struct BlockRead {
+    QString id;
+    QString title;
+    QString link;
+    QString kind;
+    QString level;
+    QString note;
+    QString content;
+};
+QList<BlockRead> readBlocks(const QString &candidates);
+
+/// The person the judge judges for, as far as grading needs them.
+struct ProfileRead {
+    struct Project {
+        QString name;
+        QString description;
+        QStringList labels;
+    };
+    QList<Project> projects;
+    QList<ScopeRead::Interest> interests;
+    QStringList tools;
+};
+ProfileRead readProfile(const QString &profile);
+
+} // namespace vorle::demo
