@@ -38,8 +38,8 @@ private:
 
     DemoCatalogue m_catalogue;
     int m_pauseMilliseconds;
-    QTcpServer m_server;
     QHash<QTcpSocket *, Connection> m_connections;
+    QTcpServer m_server; ///< last: its sockets say goodbye to the list above when they go
 };
 
 } // namespace vorle
