@@ -55,8 +55,8 @@ struct Command {
     QString summary;
     qsizetype fewest = 0; ///< positional arguments
     qsizetype most = 0;
-    QStringList flags;
-    QStringList options; ///< those that take a value
+    QStringList flags = {};
+    QStringList options = {}; ///< those that take a value
     Task<ExitStatus> (*run)(Context &context);
 };
 
