@@ -1,0 +1,270 @@
+#include "core/TopicStore.h"
+#include "core/StoreLock.h"
+#include "tests/core/Samples.h"
+#include "tests/support/Wait.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <thread>
+
+namespace vorle {
+namespace {
+
+using test::contentsOf;
+using test::fill;
+using test::sampleTopic;
+
+class TopicStoreTest : public testing::Test {
+protected:
+    std::unique_ptr<TopicStore> open() {
+        return std::make_unique<TopicStore>(file, Resources(dir.path()), clock);
+    }
+    QList<Topic> onDisk() const { return json::decode<QList<Topic>>(contentsOf(file)); }
+
+    QTemporaryDir dir;
+    QString file = dir.filePath(QStringLiteral("topics.json"));
+    test::FixedClock clock;
+};
+
+TEST_F(TopicStoreTest, gives_back_after_a_restart_what_was_added) {
+    const Topic a = sampleTopic(QStringLiteral("a"));
+    Topic b = sampleTopic(QStringLiteral("b"), TopicStatus::Reserve);
+    b.id = QUuid();
+    {
+        auto store = open();
+        EXPECT_EQ(store->count(), 0);
+        EXPECT_EQ(store->add({a, b, a}).size(), 2);
+        EXPECT_TRUE(store->add({a}).isEmpty());
+    }
+    auto store = open();
+    ASSERT_EQ(store->count(), 2);
+    EXPECT_EQ(*store->topics()[0], a);
+    EXPECT_EQ(store->topics(TopicStatus::Reserve)[0]->title, b.title);
+    EXPECT_FALSE(store->topics()[1]->id.isNull());
+    EXPECT_FALSE(store->setAside());
+}
+
+TEST_F(TopicStoreTest, writes_a_file_that_reads_well_by_hand) {
+    auto store = open();
+    store->save();
+    EXPECT_TRUE(store->flush());
+    EXPECT_EQ(contentsOf(file), "[]\n");
+    store->add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
+    EXPECT_TRUE(store->flush());
+    const QByteArray text = contentsOf(file);
+    EXPECT_TRUE(text.startsWith("[\n  {\n    \"firstStep\": \"\",\n    \"foundAt\": \"2026-11-01"));
+    EXPECT_TRUE(text.contains("\n  },\n  {\n"));
+    EXPECT_TRUE(text.endsWith("\n  }\n]\n"));
+    EXPECT_EQ(text, json::encode(onDisk(), json::Style::Pretty) + '\n');
+    struct stat state{};
+    ASSERT_EQ(::stat(QFile::encodeName(file).constData(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777U, 0600U);
+}
+
+TEST_F(TopicStoreTest, takes_triage_decisions_and_takes_them_back) {
+    auto store = open();
+    const QUuid id = store->add({sampleTopic(QStringLiteral("a"))}).first();
+    const auto before = store->placement(id);
+    const auto now = [&] { return *store->topic(id); };
+    QList<QUuid> told;
+    QObject::connect(store.get(), &TopicStore::topicChanged,
+                     [&](const QUuid &which) { told.append(which); });
+
+    EXPECT_TRUE(store->keep(id));
+    EXPECT_EQ(now().status, TopicStatus::Program);
+    EXPECT_EQ(now().triagedAt, clock.moment);
+    EXPECT_TRUE(store->postpone(id) && store->postpone(id));
+    EXPECT_EQ(now().status, TopicStatus::Reserve);
+    EXPECT_EQ(now().postponedCount, 2);
+    clock.moment = clock.moment.addDays(1);
+    EXPECT_TRUE(store->judgeWorth(id, Worth::Useful));
+    EXPECT_EQ(now().status, TopicStatus::Done);
+    EXPECT_EQ(now().doneAt, clock.moment);
+    clock.moment = clock.moment.addDays(1);
+    EXPECT_TRUE(store->judgeWorth(id, Worth::Gem));
+    EXPECT_EQ(now().worth, Worth::Gem);
+    EXPECT_EQ(now().doneAt, clock.moment.addDays(-1));
+    EXPECT_TRUE(store->keep(id));
+    EXPECT_FALSE(now().doneAt || now().worth);
+    EXPECT_TRUE(store->dismiss(id));
+    EXPECT_EQ(now().status, TopicStatus::Dismissed);
+    EXPECT_TRUE(store->backToInbox(id));
+    EXPECT_EQ(now().status, TopicStatus::Inbox);
+    EXPECT_TRUE(store->restore(id, *before));
+    EXPECT_EQ(store->placement(id), before);
+    EXPECT_EQ(told, QList<QUuid>(9, id));
+
+    EXPECT_TRUE(store->setNote(id, QStringLiteral("à relire")));
+    EXPECT_TRUE(
+        store->setBrief(id, Brief{{{QStringLiteral("t"), QStringLiteral("b")}}, {}, {}, {}, {}}));
+    EXPECT_TRUE(store->setCorrection(id, Correction{3.5, {}, {}, clock.moment}));
+    EXPECT_TRUE(store->flush());
+    EXPECT_EQ(onDisk(), QList<Topic>{now()});
+    EXPECT_FALSE(store->keep(QUuid::createUuid()));
+}
+
+TEST_F(TopicStoreTest, completes_a_captured_link_in_place) {
+    auto store = open();
+    const QString link = QStringLiteral("https://example.org/mine");
+    Topic captured = sampleTopic(QStringLiteral("mine"), TopicStatus::Pending);
+    captured.capturedURL = link;
+    captured.note = QStringLiteral("note");
+    captured.sources = {{QStringLiteral("Ma page"), link}};
+    captured.origin = Origin::Capture;
+    store->add({sampleTopic(QStringLiteral("first")), captured});
+
+    Topic judged = sampleTopic(QStringLiteral("judged"));
+    EXPECT_FALSE(store->completeCaptured(judged)) << "unknown identity";
+    judged.id = captured.id;
+    judged.foundAt = clock.moment;
+    judged.gallery = {{QStringLiteral("u"), QStringLiteral("f")}};
+    EXPECT_TRUE(store->completeCaptured(judged));
+    const TopicPtr topic = store->topics()[1];
+    EXPECT_EQ(topic->title, judged.title);
+    EXPECT_EQ(topic->capturedURL, link);
+    EXPECT_EQ(topic->note, captured.note);
+    EXPECT_EQ(topic->foundAt, captured.foundAt);
+    EXPECT_EQ(topic->status, TopicStatus::Inbox);
+    EXPECT_TRUE(topic->gallery.isEmpty());
+    ASSERT_EQ(topic->sources.size(), 2);
+    EXPECT_EQ(topic->sources[0], captured.sources[0]);
+
+    EXPECT_TRUE(store->completeCaptured(*topic));
+    EXPECT_EQ(store->topic(captured.id)->sources.size(), 2) << "the link is there already";
+    store->dismiss(captured.id);
+    EXPECT_FALSE(store->completeCaptured(judged));
+    EXPECT_EQ(store->topic(captured.id)->status, TopicStatus::Dismissed);
+}
+
+TEST_F(TopicStoreTest, releases_pending_topics_but_not_links_still_being_read) {
+    auto store = open();
+    Topic captured = sampleTopic(QStringLiteral("c"), TopicStatus::Pending);
+    captured.capturedURL = QStringLiteral("https://example.org/c");
+    const auto ids = store->add({sampleTopic(QStringLiteral("a"), TopicStatus::Pending),
+                                 sampleTopic(QStringLiteral("b"), TopicStatus::Pending), captured,
+                                 sampleTopic(QStringLiteral("d"), TopicStatus::Reserve)});
+    EXPECT_EQ(store->releasePending({ids[0], ids[3]}), 1);
+    EXPECT_EQ(store->releaseAllPending(), 1);
+    EXPECT_EQ(store->topics(TopicStatus::Pending).size(), 1);
+    EXPECT_EQ(store->topic(ids[3])->status, TopicStatus::Reserve);
+    EXPECT_EQ(store->releasePending({ids[2]}), 1);
+}
+
+TEST_F(TopicStoreTest, repairs_summaries_that_end_with_a_name) {
+    const std::pair<QStringView, QStringView> cases[] = {
+        {u"Une nouvelle API · Tiravue", u"Une nouvelle API"},
+        {u"Version 2 · beta", u"Version 2 · beta"},
+        {u"Deux · Un · Mon Projet", u"Deux · Un"},
+        {u"Été · Écran", u"Été"},
+        {u"A · B2", u"A · B2"},
+        {u"A · B", u"A · B"},
+    };
+    QList<Topic> topics;
+    for (const auto &[written, read] : cases) {
+        topics.append(sampleTopic(written.toString()));
+        topics.last().summary = written.toString();
+    }
+    fill(file, json::encode(topics));
+    const auto loaded = open()->topics();
+    for (qsizetype i = 0; i < topics.size(); ++i) {
+        EXPECT_EQ(loaded[i]->summary, cases[i].second.toString());
+    }
+}
+
+TEST_F(TopicStoreTest, finds_its_file_by_kind_and_environment) {
+    qputenv("XDG_DATA_HOME", QFile::encodeName(dir.filePath(QStringLiteral("data"))));
+    qunsetenv("VORLE_STORE");
+    EXPECT_EQ(TopicStore::location(TopicStore::Kind::Real),
+              dir.filePath(QStringLiteral("data/vorle/topics.json")));
+    EXPECT_EQ(TopicStore::location(TopicStore::Kind::Demo),
+              dir.filePath(QStringLiteral("data/vorle/demo-topics.json")));
+    struct stat state{};
+    ASSERT_EQ(
+        ::stat(QFile::encodeName(dir.filePath(QStringLiteral("data/vorle"))).constData(), &state),
+        0);
+    EXPECT_EQ(state.st_mode & 0777U, 0700U);
+    qputenv("VORLE_STORE", QFile::encodeName(file));
+    EXPECT_EQ(TopicStore(TopicStore::Kind::Real, Resources(), clock).file(), file);
+    fill(file, "a file where a folder should be");
+    qputenv("VORLE_STORE", QFile::encodeName(file + QStringLiteral("/sub/topics.json")));
+    EXPECT_THROW(TopicStore(TopicStore::Kind::Real, Resources(), clock), std::system_error);
+    qunsetenv("VORLE_STORE");
+    qunsetenv("XDG_DATA_HOME");
+}
+
+TEST_F(TopicStoreTest, a_preview_touches_no_file) {
+    TopicStore store(QString(), Resources(), clock);
+    EXPECT_TRUE(store.isPreview());
+    store.add({sampleTopic(QStringLiteral("a"))});
+    EXPECT_TRUE(store.flush());
+    EXPECT_TRUE(QDir(dir.path()).isEmpty());
+}
+
+TEST_F(TopicStoreTest, starts_on_sample_topics_when_asked_and_nothing_is_there) {
+    const QByteArray sample = R"({"structured_output":{"sujets":[{"titre":"T","note":7,
+        "nature":"gain","resume":"r","pourquoi":"p","premier_pas":"s","sources":[]}]}})";
+    fill(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample);
+    qputenv("VORLE_SAMPLE_DATA", "");
+    EXPECT_EQ(open()->topics().value(0)->project, QStringLiteral("Tiravue"));
+    EXPECT_EQ(onDisk().size(), 1);
+    fill(file, "[]");
+    EXPECT_EQ(open()->count(), 0) << "an empty list is a list";
+    QFile::remove(file);
+    fill(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample.chopped(3));
+    EXPECT_EQ(open()->count(), 0);
+    qunsetenv("VORLE_SAMPLE_DATA");
+}
+
+TEST_F(TopicStoreTest, writes_through_a_link_and_keeps_the_files_mode) {
+    const QString real = dir.filePath(QStringLiteral("synced/real.json"));
+    QDir(dir.path()).mkdir(QStringLiteral("synced"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("synced/real.json"), file));
+    open()->add({sampleTopic(QStringLiteral("a"))});
+    EXPECT_TRUE(QFileInfo(file).isSymbolicLink());
+    ::chmod(QFile::encodeName(real).constData(), 0640);
+    open()->add({sampleTopic(QStringLiteral("b"))});
+    struct stat state{};
+    ASSERT_EQ(::stat(QFile::encodeName(real).constData(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777U, 0640U);
+    EXPECT_EQ(onDisk().size(), 2);
+    EXPECT_EQ(QDir(dir.filePath(QStringLiteral("synced"))).entryList(QDir::Files | QDir::Hidden),
+              QStringList{QStringLiteral("real.json")});
+}
+
+TEST_F(TopicStoreTest, one_holder_at_a_time_has_the_lock) {
+    StoreLock first(file);
+    ASSERT_TRUE(first.tryLock());
+    ASSERT_TRUE(QFile::link(QStringLiteral("topics.json"), dir.filePath(QStringLiteral("alias"))));
+    StoreLock second(dir.filePath(QStringLiteral("alias")));
+    EXPECT_FALSE(second.tryLock());
+    CancelSource source;
+    auto abandoned = second.acquire(source.token());
+    source.cancel();
+    EXPECT_THROW(test::waitFor(std::move(abandoned)), Cancelled);
+    auto waiting = second.acquire();
+    EXPECT_FALSE(waiting.isReady());
+    first.release();
+    test::waitFor(std::move(waiting));
+    EXPECT_TRUE(second.isHeld());
+    EXPECT_FALSE(first.tryLock());
+    StoreLock lost(dir.filePath(QStringLiteral("no/such/folder/topics.json")));
+    EXPECT_THROW(lost.tryLock(), std::system_error);
+}
+
+TEST_F(TopicStoreTest, stops_the_program_when_used_from_another_thread) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            TopicStore store(QString(), Resources(), clock);
+            std::thread([&] { store.keep(QUuid()); }).join();
+        },
+        "TopicStore");
+}
+
+} // namespace
+} // namespace vorle
