@@ -25,6 +25,8 @@ QString candidate(const QString &url, const char *about, const char *title = "Un
         .arg(QString::fromUtf8(title), url, QString::fromUtf8(about));
 }
 
+QString list(const QStringList &candidates) { return u'[' + candidates.join(u',') + u']'; }
+
 /// A run on real collaborators: a child process for the agent, real HTTP, real files.
 class SearchEngineTest : public testing::Test {
 protected:
@@ -107,11 +109,10 @@ protected:
 };
 
 TEST_F(SearchEngineTest, brings_judged_topics_from_every_scope_to_the_inbox) {
-    scenario("[" + candidate(at("/long"), "Potager") + "," + candidate(at("/gone"), "Potager") +
-                 "]",
-             "[" + candidate(at("/short"), "rust") + "," +
-                 candidate(at("/long") + "?utm_source=x#part", "Rust", "Le même") + "," +
-                 candidate(QStringLiteral("ftp://nope"), "Rust") + "]");
+    scenario(list({candidate(at("/long"), "Potager"), candidate(at("/gone"), "Potager")}),
+             list({candidate(at("/short"), "rust"),
+                   candidate(at("/long") + QStringLiteral("?utm_source=x#part"), "Rust", "Idem"),
+                   candidate(QStringLiteral("ftp://nope"), "Rust")}));
     QStringList statuses;
     QObject::connect(&engine, &SearchEngine::progressed,
                      [&](const RunProgress &progress) { statuses += progress.status; });
@@ -164,7 +165,7 @@ TEST_F(SearchEngineTest, an_empty_territory_never_reaches_the_agent) {
 }
 
 TEST_F(SearchEngineTest, a_failing_scope_is_reported_and_the_others_go_on) {
-    scenario(QStringLiteral("\"fail\""), "[" + candidate(at("/long"), "Rust") + "]", "fail-once");
+    scenario(QStringLiteral("\"fail\""), list({candidate(at("/long"), "Rust")}), "fail-once");
     const RunReport report = run();
     EXPECT_EQ(inbox().size(), 1);
     EXPECT_EQ(report.scopes[0].error, u"L’IA s’est arrêtée (code 3). le serveur est occupé\n")
@@ -177,7 +178,7 @@ TEST_F(SearchEngineTest, a_run_fails_when_every_scope_or_every_judgment_did) {
                      [&](const QString &text) { failures += text; });
     scenario(QStringLiteral("\"prose\""), QStringLiteral("\"prose\""));
     EXPECT_THROW(run(), AgentError);
-    scenario(QStringLiteral("[]"), "[" + candidate(at("/long"), "Rust") + "]", "fail");
+    scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}), "fail");
     EXPECT_THROW(run(), AgentError);
     ASSERT_EQ(failures.size(), 2);
     EXPECT_EQ(failures[0], u"réponse du moteur illisible");
@@ -189,13 +190,13 @@ TEST_F(SearchEngineTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     EXPECT_EQ(failures[2], u"Claude Code n’est plus connecté.");
     EXPECT_EQ(engine.phase(), SearchEngine::Phase::Idle);
 
-    scenario(QStringLiteral("[]"), "[" + candidate(at("/long"), "Rust") + "]", "silent");
+    scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}), "silent");
     write(QStringLiteral("home/.claude.json"), R"({"oauthAccount":{}})");
     EXPECT_EQ(run().unjudged, 1) << "a judge that answers for nobody is no failure";
 }
 
 TEST_F(SearchEngineTest, one_run_at_a_time) {
-    scenario(QStringLiteral("[]"), "[" + candidate(at("/long"), "Rust") + "]");
+    scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}));
     auto first = engine.run(stop.token());
     EXPECT_THROW(run(), RunRefused);
     EXPECT_EQ(test::waitFor(std::move(first), 60s).last.added, 1);
@@ -209,7 +210,7 @@ TEST_F(SearchEngineTest, a_stop_keeps_what_was_judged_and_leaves_no_process) {
         server.serve(path, test::TestReply::page(page("p")));
         links += candidate(server.link(path), "Rust");
     }
-    scenario(QStringLiteral("[]"), "[" + links.join(u',') + "]", "ok", 0.3);
+    scenario(QStringLiteral("[]"), list(links), "ok", 0.3);
     QObject::connect(&engine, &SearchEngine::progressed, [&](const RunProgress &progress) {
         if (progress.judged > 0) {
             stop.cancel();
