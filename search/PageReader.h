@@ -3,8 +3,6 @@
 #include "base/HttpClient.h"
 #include "search/PageText.h"
 
-#include <QPointer>
-
 #include <chrono>
 #include <memory>
 
@@ -21,10 +19,10 @@ struct ReadPage : PageText {
 
 /// Fetches pages and reads them: at most 16 at a time, 4 a host, so that a slow host never holds
 /// every place. Main thread; the extraction runs on the thread pool. May be deleted while reads
-/// are under way: those that wait for a place then end as ReadLevel::None.
+/// are under way: they go on by themselves, and read as ReadLevel::None when the client is gone.
 class PageReader {
 public:
-    /// `http` must outlive the reader. `deadline` is for one exchange, from the moment it starts.
+    /// `deadline` is for one exchange, from the moment it starts.
     explicit PageReader(HttpClient &http,
                         std::chrono::milliseconds deadline = std::chrono::seconds(20));
     ~PageReader();

@@ -1,0 +1,211 @@
+#include "search/PageText.h"
+
+#include "base/Text.h"
+#include "search/Charset.h"
+#include "search/HtmlScan.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vorle {
+
+namespace {
+
+/// The stripped text that is looked at first: several times what is kept, so that more is seldom
+/// needed.
+constexpr std::size_t firstWindow = 64 * 1024;
+
+std::string_view bytesOf(const QByteArray &bytes) {
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
+QString textOf(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+/// Tidies blanks: runs of blanks, tabs and no-break blanks become one blank, blank lines become
+/// one empty line, both ends are trimmed. That is, [ \t\u00A0]+ gives " ", then
+/// \s*\n\s*(\n\s*)+ gives "\n\n": a run of blanks that holds two line feeds or more.
+QString tidied(QStringView text) {
+    const QStringView inner = trimmed(text);
+    QString out;
+    out.reserve(inner.size());
+    for (qsizetype at = 0; at < inner.size();) {
+        qsizetype end = at;
+        if (!isBlank(inner[at].unicode())) {
+            while (end < inner.size() && !isBlank(inner[end].unicode())) {
+                ++end;
+            }
+            out += inner.sliced(at, end - at);
+        } else {
+            while (isBlank(inner[end].unicode())) { // stops at the last character, which is none
+                ++end;
+            }
+            const QStringView run = inner.sliced(at, end - at);
+            if (run.count(u'\n') >= 2) {
+                out += u"\n\n";
+            } else {
+                bool afterBlank = false;
+                for (const QChar c : run) {
+                    const bool plain = c == u' ' || c == u'\t' || c == u'\u00A0';
+                    if (!plain || !afterBlank) {
+                        out += plain ? QChar(u' ') : c;
+                    }
+                    afterBlank = plain;
+                }
+            }
+        }
+        at = end;
+    }
+    return out;
+}
+
+/// The first keptCharacters of a body. `cut(n)` gives about its first n bytes; what lies further
+/// is looked at only when those hold fewer characters.
+template <class Cut, class Clean>
+QString keptText(Cut cut, Clean clean) {
+    for (std::size_t window = firstWindow;; window *= 4) {
+        const html::Stripped piece = cut(window);
+        const QString text = clean(textOf(piece.text));
+        const QStringView kept = firstCharacters(text, keptCharacters);
+        if (piece.whole || kept.size() < text.size()) {
+            return kept.toString();
+        }
+    }
+}
+
+std::optional<QString> line(std::optional<std::string_view> html) {
+    if (!html) {
+        return std::nullopt;
+    }
+    QString text = tidied(decodeEntities(textOf(*html)));
+    return text.isEmpty() ? std::nullopt : std::optional(std::move(text));
+}
+
+ReadLevel readLevel(PageExtent extent) {
+    return extent == PageExtent::Cut ? ReadLevel::Seen : ReadLevel::Full;
+}
+
+PageText readPlain(const QByteArray &utf8, PageExtent extent) {
+    const QString text =
+        keptText([&](std::size_t most) { return html::beginning(bytesOf(utf8), most); },
+                 [](const QString &piece) { return tidied(piece); });
+    PageText page;
+    page.text = text.toUtf8();
+    if (characterCount(text) >= readableCharacters) {
+        page.level = readLevel(extent);
+    } else {
+        page.level = text.isEmpty() ? ReadLevel::None : ReadLevel::Meta;
+    }
+    return page;
+}
+
+void readHead(std::string_view html, PageText &page) {
+    static constexpr std::array<std::string_view, 4> keys{"og:title", "og:description",
+                                                          "description", "twitter:description"};
+    const auto values = html::metaValues(html, keys);
+    page.title = line(values[0]);
+    if (!page.title) {
+        page.title = line(html::firstElement(html, "title", html::NameEnd::Anywhere));
+    }
+    for (std::size_t i = 1; i < values.size() && !page.description; ++i) {
+        page.description = line(values[i]);
+    }
+}
+
+QString readBody(std::string_view html) {
+    std::string rest(html);
+    for (const std::string_view noise : {"script", "style", "noscript", "svg", "nav", "header",
+                                         "footer", "aside", "form", "template"}) {
+        html::removeElements(rest, noise);
+    }
+    auto body = html::firstElement(rest, "article", html::NameEnd::WordBoundary);
+    if (!body) {
+        body = html::firstElement(rest, "main", html::NameEnd::WordBoundary);
+    }
+    return keptText([&](std::size_t most) { return html::withoutTags(body.value_or(rest), most); },
+                    [](const QString &piece) { return tidied(decodeEntities(piece)); });
+}
+
+PageText readHtml(const QByteArray &utf8, PageExtent extent) {
+    PageText page;
+    readHead(bytesOf(utf8), page);
+    const QString body = readBody(bytesOf(utf8));
+    if (characterCount(body) >= readableCharacters) {
+        page.text = body.toUtf8();
+        page.level = readLevel(extent);
+    } else if (page.title || page.description) {
+        page.level = ReadLevel::Meta;
+    }
+    return page;
+}
+
+/// The type alone, in lower case: "text/html".
+QByteArray mediaType(QByteArrayView contentType) {
+    const auto end = std::find(contentType.begin(), contentType.end(), ';');
+    return QByteArray(contentType.data(), end - contentType.begin()).trimmed().toLower();
+}
+
+bool isText(const QByteArray &type) {
+    return type.isEmpty() || type.startsWith("text/") ||
+           (type.startsWith("application/") && (type.contains("xml") || type.contains("json")));
+}
+
+} // namespace
+
+PageText extractPage(QByteArrayView bytes, QByteArrayView contentType, PageExtent extent) {
+    if (bytes.size() > pageByteLimit) {
+        bytes = bytes.first(pageByteLimit);
+        extent = PageExtent::Cut;
+    }
+    const QByteArray type = mediaType(contentType);
+    if (!isText(type) || bytes.startsWith("%PDF-")) {
+        return {};
+    }
+    const std::optional<QByteArray> text = decodeText(bytes, contentType);
+    if (!text) {
+        return {};
+    }
+    const bool plain = type == "text/plain" || type == "text/markdown";
+    return plain ? readPlain(*text, extent) : readHtml(*text, extent);
+}
+
+QStringList versionStrings(QStringView text) {
+    const auto digitsFrom = [&](qsizetype at) {
+        while (at < text.size() && text[at] >= u'0' && text[at] <= u'9') {
+            ++at;
+        }
+        return at;
+    };
+    const auto dotted = [&](qsizetype at) { // the end of ".digits" at `at`, or `at`
+        const bool dot = at < text.size() && text[at] == u'.';
+        const qsizetype end = dot ? digitsFrom(at + 1) : at;
+        return end > at + 1 ? end : at;
+    };
+    const auto isWordCharacter = [](QChar c) { return c < u'\u0080' && c.isLetterOrNumber(); };
+    QStringList versions;
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype major = digitsFrom(at);
+        if (major == at) {
+            ++at;
+            continue;
+        }
+        qsizetype end = dotted(major);
+        if (end == major) {
+            at = major;
+            continue;
+        }
+        end = dotted(end);
+        if (end + 1 < text.size() && text[end] == u'-' && isWordCharacter(text[end + 1])) {
+            ++end;
+            while (end < text.size() && isWordCharacter(text[end])) {
+                ++end;
+            }
+        }
+        versions.append(text.sliced(at, end - at).toString());
+        at = end;
+    }
+    return versions;
+}
+
+} // namespace vorle
