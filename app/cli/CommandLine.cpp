@@ -86,6 +86,8 @@ int runCommand(const Command &command, const Arguments &arguments) {
             console.say(QString::fromUtf8(error.what()));
             return static_cast<int>(ExitStatus::Failed);
         }
+        // The demonstration keeps to its own topics file, whatever file the person named.
+        qunsetenv("VORLE_STORE");
         const auto variables = demonstration->environment();
         for (auto it = variables.cbegin(); it != variables.cend(); ++it) {
             qputenv(it.key().toLatin1().constData(), it.value().toLocal8Bit());

@@ -28,12 +28,21 @@ void write(FILE *stream, const QByteArray &bytes) {
     std::fflush(stream);
 }
 
+/// On a terminal a log line first takes the progress line away; the next progress draws it again.
+void logAboveProgress(QtMsgType, const QMessageLogContext &, const QString &line) {
+    write(stderr, "\r\033[K" + line.toUtf8() + '\n');
+}
+
 } // namespace
 
 Console::Console()
     : m_colours(isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR"))
     , m_moving(isatty(STDERR_FILENO) != 0)
-    , m_width(terminalWidth()) {}
+    , m_width(terminalWidth()) {
+    if (m_moving) {
+        qInstallMessageHandler(logAboveProgress);
+    }
+}
 
 void Console::print(const QString &text) const { write(stdout, text.toUtf8() + '\n'); }
 
