@@ -6,7 +6,7 @@ say() { printf '%s\n' "$*" >&2; }
 # The packages of the named stages, for this system.
 packages_of() {
     local column=2 stage
-    [ "$(uname)" = Darwin ] && column=3
+    if [ "$(uname)" = Darwin ]; then column=3; fi
     for stage in "$@"; do
         awk -v stage="$stage" -v column="$column" \
             '$1 == stage && $column != "-" { print $column }' "$root/scripts/packages.txt"
@@ -20,18 +20,19 @@ install_packages() {
         for name in $(packages_of "$@"); do
             brew list --versions "$name" >/dev/null 2>&1 || missing+=("$name")
         done
-        [ ${#missing[@]} -eq 0 ] && return
+        if [ ${#missing[@]} -eq 0 ]; then return; fi
         say "vorle installe avec Homebrew : ${missing[*]}"
         brew install "${missing[@]}" >&2
         return
     fi
     local wanted installed
     wanted=$(packages_of "$@" | sort)
-    # One question to the package database, whatever the number of packages.
-    installed=$(dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' $wanted 2>/dev/null |
+    # One question to the package database, whatever the number of packages; its exit status only
+    # says that one is unknown.
+    installed=$({ dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' $wanted 2>/dev/null || true; } |
         awk '$1 == "ii" { print $2 }' | sort -u)
     mapfile -t missing < <(comm -23 <(printf '%s\n' "$wanted") <(printf '%s\n' "$installed"))
-    [ ${#missing[@]} -eq 0 ] && return
+    if [ ${#missing[@]} -eq 0 ]; then return; fi
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
         command -v sudo >/dev/null || {
@@ -49,7 +50,7 @@ install_packages() {
 # The display font, from its npm package. Nothing depends on it.
 fetch_font() {
     local folder="$root/.cache/font" scratch
-    [ -e "$folder" ] && return
+    if [ -e "$folder" ]; then return; fi
     if ! command -v npm >/dev/null; then
         say "npm est absent : la police du système servira à la place de Bricolage Grotesque."
         mkdir -p "$folder"
