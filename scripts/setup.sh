@@ -42,9 +42,9 @@ install_packages() {
         as_root=(sudo)
     fi
     say "vorle installe avec apt : ${missing[*]}"
-    "${as_root[@]}" apt-get update -qq >&2
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null >&2
+    quietly "${as_root[@]}" apt-get update -qq
+    quietly "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null
 }
 
 # The display font, from its npm package. Nothing depends on it.
