@@ -96,12 +96,36 @@ QProcessEnvironment childEnvironment(const AgentEnvironment &own, const QString 
     return variables;
 }
 
-/// What no argument and no limit of the system can carry is made good or refused here.
-QString acceptablePrompt(QString prompt, AgentKind kind) {
-    prompt.replace(QChar(u'\0'), QChar(QChar::ReplacementCharacter)); // it would end an argument
-    const QStringView start = trimmed(prompt);
-    if (kind == AgentKind::Claude && (start.startsWith(u'-') || start.startsWith(u'/'))) {
-        prompt.prepend(QStringLiteral("Task:\n"));
+/// Claude Code attaches the file behind every "@path" of a prompt that follows a blank, even when
+/// it may not read files: a page could have it send any file of the user's. A word joiner before
+/// the sign keeps it a plain one.
+constexpr char16_t wordJoiner = u'\u2060';
+
+QString withoutMentions(const QString &prompt) {
+    QString out;
+    out.reserve(prompt.size() + 64);
+    for (const QChar c : prompt) {
+        if (c == u'@' && (out.isEmpty() || !out.back().isLetterOrNumber())) {
+            out += QChar(wordJoiner);
+        }
+        out += c;
+    }
+    return out;
+}
+
+/// The answer may repeat what the prompt held.
+QByteArray withoutJoiners(QByteArray json) {
+    return json.replace(QString(QChar(wordJoiner)).toUtf8() + '@', "@");
+}
+
+/// The prompt as the agent takes it literally. @throws AgentError when it is too long to be passed
+QString literalPrompt(QString prompt, AgentKind kind) {
+    if (kind == AgentKind::Claude) {
+        prompt.replace(QChar(u'\0'), QChar(QChar::ReplacementCharacter)); // it ends an argument
+        prompt = withoutMentions(prompt);
+        if (prompt.startsWith(u'-') || prompt.startsWith(u'/')) {
+            prompt.prepend(QStringLiteral("Task:\n"));
+        }
     }
     const auto limit = EngineAgent::promptLimit(kind);
     if (limit && utf8Size(prompt) > *limit) {
@@ -175,7 +199,7 @@ Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind
         throw AgentError::notFound(displayName(kind));
     }
     cancel.throwIfCancelled();
-    request.prompt = acceptablePrompt(std::move(request.prompt), kind);
+    request.prompt = literalPrompt(std::move(request.prompt), kind);
 
     const TemporaryFile schema(u"vorle-schema-", u".json");
     const TemporaryFile answer(u"vorle-answer-", u".json");
@@ -199,8 +223,12 @@ Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind
                             path = answer.path()]() -> Outcome {
         try {
             requireSuccess(end, kind, timeout);
-            return kind == AgentKind::Claude ? unwrapClaude(end.output)
-                                             : unwrapCodex(readAnswer(path));
+            if (kind == AgentKind::Codex) {
+                return unwrapCodex(readAnswer(path));
+            }
+            AgentResult result = unwrapClaude(end.output);
+            result.json = withoutJoiners(std::move(result.json));
+            return result;
         } catch (const AgentError &error) {
             return error;
         }

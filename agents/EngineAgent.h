@@ -42,8 +42,10 @@ public:
     /// whole run; `run` itself does not look at the sign-in.
     void check(AgentKind kind) const;
 
-    /// One call. Nothing is retried here. A prompt for Claude Code that begins with "-" or "/" gets
-    /// the word "Task:" before it, since it would be taken for an option or a command.
+    /// One call. Nothing is retried here. So that Claude Code takes the prompt literally, "Task:"
+    /// is put before one that begins with "-" or "/" (an option, a command), and an invisible word
+    /// joiner before each "@" that could name a file (it would be read and sent); those joiners are
+    /// taken out of the answer again. They count in `promptLimit`, 3 bytes each.
     /// @throws AgentError: not found (before anything is written), stopped, timed out, or a
     ///   message: an unreadable answer, the agent's own refusal, a prompt over `promptLimit`
     /// @throws std::system_error when a file or the launch is refused
