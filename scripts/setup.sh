@@ -76,7 +76,7 @@ build() {
         say "vorle prépare la compilation ($preset)…"
         quietly cmake -S "$root" --preset "$preset"
     fi
-    if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
+    if [[ $(ninja -C "$folder" -n "$@" 2>/dev/null || true) != *"no work to do"* ]]; then
         say "vorle compile ($preset)…"
         quietly ninja -C "$folder" "$@"
     fi

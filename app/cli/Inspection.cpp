@@ -248,7 +248,7 @@ Task<ExitStatus> agents(Context &context) {
         const auto path = locator.locate(kind);
         shown.agents += {json::rawText(kind), stateWord(readiness), path};
         lines += QStringLiteral("%1 %2 : %3%4")
-                     .arg(kind == chosen ? u'●' : u'○')
+                     .arg(kind == chosen ? QStringLiteral("●") : QStringLiteral("○"))
                      .arg(displayName(kind), stateText(readiness, kind),
                           path ? QStringLiteral(" · ") + *path : QString());
     }
