@@ -117,6 +117,18 @@ Judgment::Urgency urgencyOf(const PageFacts &facts) {
     return urgency;
 }
 
+QString firstOf(const QStringList &versions) {
+    return versions.first(std::min<qsizetype>(3, versions.size())).join(QStringLiteral(", "));
+}
+
+/// A sentence that fits on a card: what stands before its colon when it is too long.
+QString shortStep(const QString &step) {
+    const QString head = step.section(QStringLiteral(" : "), 0, 0);
+    return characterCount(step) <= 140 ? step
+           : head != step              ? firstSentences(head + u'.', 140)
+                                       : firstSentences(step, 140);
+}
+
 /// What such a page is good for, to end a sentence.
 QString use(ItemKind kind) {
     switch (kind) {
@@ -146,6 +158,17 @@ QString whyOf(ItemKind kind, const PageFacts &facts) {
         return QStringLiteral("La page s’adresse aux IA pour obtenir une bonne note : rien n’y est "
                               "fiable.");
     }
+    if (facts.unread) {
+        return tie.name.isEmpty()
+                   ? QStringLiteral("Le titre ne dit pas ce que tu pourrais en faire.")
+                   : QStringLiteral("Le titre semble toucher « %1 », sans certitude.")
+                         .arg(tie.name);
+    }
+    if (facts.flaw && tie.kind == Tie::Kind::Project && !facts.versions.isEmpty()) {
+        return QStringLiteral("Si %1 utilise une des versions citées (%2), c’est un risque à "
+                              "écarter avant le reste.")
+            .arg(tie.name, firstOf(facts.versions));
+    }
     switch (tie.kind) {
     case Tie::Kind::Interest:
         return QStringLiteral("Tu suis « %1 », poids %2 sur 5 : %3.")
@@ -161,17 +184,14 @@ QString whyOf(ItemKind kind, const PageFacts &facts) {
     case Tie::Kind::None:
         break;
     }
-    return facts.unread ? QStringLiteral("Le titre semble toucher ton territoire, sans certitude.")
-                        : QStringLiteral("Rien dans ton territoire ne s’y rattache directement.");
+    return QStringLiteral("Rien dans ton territoire ne s’y rattache directement.");
 }
 
 /// A page in another language cannot be quoted: what can be counted in it is told instead.
 QString foreignSummary(const BlockRead &block, const PageFacts &facts) {
     QString text = QStringLiteral("Page en anglais : %1.").arg(block.title);
     if (!facts.versions.isEmpty()) {
-        text += QStringLiteral(" Versions citées : %1.")
-                    .arg(facts.versions.first(std::min<qsizetype>(3, facts.versions.size()))
-                             .join(QStringLiteral(", ")));
+        text += QStringLiteral(" Versions citées : %1.").arg(firstOf(facts.versions));
     }
     text +=
         facts.breaking ? QStringLiteral(" Elle annonce des changements incompatibles.") : QString();
@@ -192,14 +212,14 @@ void writeTexts(const BlockRead &block, ItemKind kind, const PageFacts &facts, J
     const QString lead = facts.lead.isEmpty() ? block.content.simplified() : facts.lead;
     out.summary = facts.french ? firstSentences(lead, 350) : foreignSummary(block, facts);
     const QString gist = firstSentences(lead, 90);
-    out.tldr = facts.french && !gist.endsWith(u'…') ? gist : shortTitle;
+    out.tldr = facts.french && !gist.endsWith(u'…') && gist.size() >= 40 ? gist : shortTitle;
     if (facts.steering) {
         out.firstStep = QStringLiteral("Écarte ce sujet.");
         return;
     }
     out.changes = facts.changes;
     out.firstStep =
-        !facts.step.isEmpty()    ? firstSentences(facts.step, 140)
+        !facts.step.isEmpty()    ? shortStep(facts.step)
         : block.level == u"meta" ? QStringLiteral("Ouvre la page et vérifie la date "
                                                   "et la version annoncées.")
         : !facts.heading.isEmpty()

@@ -69,20 +69,21 @@ void readDeadline(const QStringList &all, const QDate &today, PageFacts &facts) 
     facts.deadline = earliest.isValid() ? earliest.toString(Qt::ISODate) : QString();
 }
 
-/// Of the words of `subject` that carry meaning, at least half occur.
+/// Whether the words of `subject` that carry meaning occur, whatever their endings: both of two,
+/// two of three, three of four.
 bool speaksOf(const QString &folded, const QString &subject) {
+    const QString spaced = u' ' + folded;
     int meant = 0;
     int held = 0;
     for (const QString &word : foldedWords(subject).split(u' ')) {
-        if (word.size() < 4 && word != u"ia") {
-            continue;
+        if (word.size() >= 4 || word == u"ia") {
+            const qsizetype stem = std::max<qsizetype>(4, word.size() - 2);
+            ++meant;
+            held +=
+                spaced.contains(QString(u' ' + word.first(std::min(stem, word.size())))) ? 1 : 0;
         }
-        ++meant;
-        // The plural and the singular count as one.
-        const QString stem = word.endsWith(u's') ? word.chopped(1) : word;
-        held += holdsWords(folded, stem) || holdsWords(folded, stem + u's') ? 1 : 0;
     }
-    return meant > 0 && 2 * held >= meant;
+    return meant > 0 && held >= (meant <= 2 ? meant : meant - 1);
 }
 
 Tie tieOf(const QString &folded, const ProfileRead &profile) {
@@ -117,7 +118,9 @@ Tie tieOf(const QString &folded, const ProfileRead &profile) {
 void readLines(const BlockRead &block, PageFacts &facts) {
     for (const QString &raw : block.content.split(u'\n')) {
         QString line = raw.trimmed();
-        line = line.startsWith(QStringLiteral("- ")) ? line.sliced(2) : line;
+        // Headings of a text/markdown page reach the judge as "| ## …".
+        static const QRegularExpression marks = pattern("^(?:\\| )?(?:#+|-) ");
+        line.remove(marks);
         const bool ends = line.endsWith(u'.') || line.endsWith(u'?') || line.endsWith(u'!');
         const bool listed = line.size() <= 160 && ends && sentences(line).size() == 1;
         if (listed && says(line, "faille|casse|gain|nouvelle API|n’est plus|n’accepte plus")) {
@@ -127,7 +130,6 @@ void readLines(const BlockRead &block, PageFacts &facts) {
         } else if (facts.heading.isEmpty() && !facts.lead.isEmpty() && !line.isEmpty() &&
                    line.size() <= 50 && !ends) {
             facts.heading = line;
-            facts.heading.remove(QStringLiteral("## "));
         }
     }
     facts.changes = facts.changes.first(std::min<qsizetype>(5, facts.changes.size()));
@@ -169,13 +171,16 @@ PageFacts readFacts(const BlockRead &block, const ProfileRead &profile, const QD
         }
     }
     readLines(block, facts);
-    const QStringList all = sentences(QString(text).replace(u'\n', u' '));
+    QStringList all;
+    for (const QString &line : text.split(u'\n')) {
+        all += sentences(line.trimmed());
+    }
     readDeadline(all, today, facts);
     for (const QString &sentence : all) {
-        if (facts.step.isEmpty() && sentence.trimmed().size() <= 260 &&
-            says(sentence, "^\\W*(Lance|Passe|Ajoute|Essaie|Cherche|Crée|Commence|Relève|Regarde|"
+        // The last one counts: pages end on their advice.
+        if (says(sentence, "^\\W*(Lance|Passe|Ajoute|Essaie|Cherche|Crée|Commence|Relève|Regarde|"
                            "Mesure|Prends|Note|Sème|Ramasse|Télécharge|Lis|Compare)\\b")) {
-            facts.step = sentence.trimmed();
+            facts.step = sentence;
         }
     }
     facts.tie = tieOf(foldedWords(block.title + u' ' + block.note + u' ' + text), profile);

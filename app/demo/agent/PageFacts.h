@@ -28,7 +28,7 @@ struct PageFacts {
     QString deadline;       ///< a date after today to act by, as year-month-day, or empty
     QString deadlineReason; ///< French
     QString lead;           ///< the first paragraph
-    QString step;           ///< a sentence that says what to do, or empty
+    QString step;           ///< the last sentence that says what to do, or empty
     QString heading;        ///< a heading of the page, or empty
     QStringList changes;    ///< lines that say what changes
     Tie tie;
