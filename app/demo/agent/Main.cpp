@@ -72,6 +72,8 @@ Call readCall(const QStringList &arguments) {
         return call;
     }
     call.prompt = valueAfter(arguments, QStringLiteral("-p"));
+    // The joiner put before each "@" says that no file is meant; it is no part of what is read.
+    call.prompt.remove(QChar(u'\u2060'));
     call.schema = valueAfter(arguments, QStringLiteral("--json-schema")).toUtf8();
     if (valueAfter(arguments, QStringLiteral("--output-format")) != u"json") {
         throw Failure{QStringLiteral("seul le format json est connu")};
