@@ -17,11 +17,11 @@ protected:
     /// Sends raw bytes on a connection of its own; gives what came until the site hung up or
     /// `answers` of them came.
     QByteArray exchange(const QByteArray &sent, int answers = 1) {
-        QTcpSocket socket;
-        socket.connectToHost(QStringLiteral("127.0.0.1"),
-                             static_cast<quint16>(QUrl(site->address()).port()));
         QByteArray came;
         bool gone = false;
+        QTcpSocket socket; // last: it tells the flag above when it goes
+        socket.connectToHost(QStringLiteral("127.0.0.1"),
+                             static_cast<quint16>(QUrl(site->address()).port()));
         QObject::connect(&socket, &QTcpSocket::disconnected, &socket, [&] { gone = true; });
         QObject::connect(&socket, &QTcpSocket::connected, &socket, [&] { socket.write(sent); });
         test::spinUntil([&] {
