@@ -128,7 +128,10 @@ enum class Style {
 
 class Writer {
 public:
-    explicit Writer(Style style, int level = 0) : m_style(style), m_level(level) {}
+    /// `start` is what the text begins with: a buffer that is given back by take() and handed in
+    /// again spares its allocations.
+    explicit Writer(Style style, int level = 0, QByteArray start = {})
+        : m_out(std::move(start)), m_style(style), m_level(level) {}
 
     Style style() const { return m_style; }
     void boolean(bool value);
@@ -374,6 +377,12 @@ T decode(const QByteArray &utf8) {
     Root visitor;
     detail::readRoot(utf8, visitor);
     return std::move(visitor.result);
+}
+
+/// Writes a value after what `writer` holds.
+template <class T>
+void encodeTo(Writer &writer, const T &value) {
+    detail::write(writer, value);
 }
 
 /// Writes a value; `level` is the indentation level the text will stand at.

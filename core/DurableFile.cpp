@@ -153,7 +153,8 @@ QString linkTarget(const QString &path) {
 }
 
 std::optional<QByteArray> readWhole(const QString &path) {
-    constexpr qsizetype spare = 64; // what the JSON parser may read past the end
+    constexpr qsizetype spare = 64;            // the JSON parser may read past the end
+    constexpr off_t mostBytes = 2'000'000'000; // twenty times the largest file foreseen
     const QByteArray name = QFile::encodeName(path);
     // Not to wait for ever on a pipe: it is refused below.
     const Descriptor file(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -169,6 +170,9 @@ std::optional<QByteArray> readWhole(const QString &path) {
     }
     if (!S_ISREG(state.st_mode)) {
         fail(S_ISDIR(state.st_mode) ? EISDIR : EINVAL, "not a regular file");
+    }
+    if (state.st_size > mostBytes) {
+        fail(EFBIG, "read");
     }
     QByteArray bytes;
     const auto expected = static_cast<qsizetype>(state.st_size);

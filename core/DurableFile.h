@@ -18,7 +18,7 @@ QString linkTarget(const QString &path);
 
 /// All bytes of a regular file, with spare capacity past the end so that they can be parsed where
 /// they are. Nothing when there is no such file.
-/// @throws std::system_error for what cannot be read or is no regular file
+/// @throws std::system_error for what cannot be read, is no regular file or passes 2 GB
 std::optional<QByteArray> readWhole(const QString &path);
 
 /// Replaces a file by these pieces, one after the other, in one step: whoever reads it, even after

@@ -374,6 +374,13 @@ void TopicStore::save() {
     }
 }
 
+void TopicStore::prepareSaves() {
+    requireMainThread(subject);
+    if (m_writer) {
+        m_writer->prepare(m_topics);
+    }
+}
+
 bool TopicStore::flush() {
     requireMainThread(subject);
     if (!m_writer || !m_writer->wait()) {

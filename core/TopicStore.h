@@ -120,6 +120,9 @@ public:
 
     /// Asks for a save of the present state. Every operation above that changes something does.
     void save();
+    /// Has what was loaded encoded in the background, so that the first save costs no more than
+    /// the next ones. For an app that runs on; a command has no use for it.
+    void prepareSaves();
     /// Waits until the present state is on disk; tries once more after a failed save. False when
     /// it could not be written: the reason was logged and announced.
     bool flush();

@@ -8,10 +8,7 @@ namespace vorle {
 
 TopicWriter::TopicWriter(QString file, std::optional<QString> aside,
                          std::function<void(Outcome)> finished)
-    : m_file(std::move(file))
-    , m_aside(std::move(aside))
-    , m_finished(std::move(finished))
-    , m_thread([this] { run(); }) {}
+    : m_file(std::move(file)), m_aside(std::move(aside)), m_finished(std::move(finished)) {}
 
 TopicWriter::~TopicWriter() {
     {
@@ -19,14 +16,25 @@ TopicWriter::~TopicWriter() {
         m_ending = true;
     }
     m_changed.notify_all();
-    m_thread.join();
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
 }
 
-void TopicWriter::submit(Snapshot topics) {
-    std::optional<Snapshot> replaced(std::move(topics)); // freed outside the lock
+void TopicWriter::submit(Snapshot topics) { ask({std::move(topics), true}); }
+
+void TopicWriter::prepare(Snapshot topics) { ask({std::move(topics), false}); }
+
+void TopicWriter::ask(Job job) {
+    std::optional<Job> replaced(std::move(job)); // freed outside the lock
     {
         const std::lock_guard lock(m_mutex);
-        m_waiting.swap(replaced);
+        if (replaced->write || !m_waiting) {
+            m_waiting.swap(replaced);
+        }
+    }
+    if (!m_thread.joinable()) {
+        m_thread = std::thread([this] { run(); });
     }
     m_changed.notify_all();
 }
@@ -49,17 +57,34 @@ void TopicWriter::run() {
         if (!m_waiting) {
             return;
         }
-        std::optional<Snapshot> topics;
-        topics.swap(m_waiting);
+        std::optional<Job> job;
+        job.swap(m_waiting);
         m_busy = true;
         lock.unlock();
-        const Outcome outcome = write(*topics);
-        topics.reset(); // the last hold on replaced topics is let go here, off the main thread
-        m_finished(outcome);
+        Outcome outcome = m_lastOutcome; // written by this thread alone
+        if (job->write) {
+            outcome = write(job->topics);
+        } else {
+            encodeAll(job->topics);
+        }
+        const bool written = job->write;
+        job.reset(); // the last hold on replaced topics is let go here, off the main thread
+        if (written) {
+            m_finished(outcome);
+        }
         lock.lock();
         m_busy = false;
         m_lastOutcome = outcome;
         m_changed.notify_all();
+    }
+}
+
+void TopicWriter::encodeAll(const Snapshot &topics) {
+    try {
+        for (const auto &topic : topics) {
+            encode(*topic);
+        }
+    } catch (const std::bad_alloc &) { // the save that needs it will say so
     }
 }
 
@@ -95,9 +120,15 @@ TopicWriter::Outcome TopicWriter::write(const Snapshot &topics) {
 }
 
 void TopicWriter::encode(const StoredTopic &topic) {
-    if (topic.m_encoded.isEmpty()) {
-        topic.m_encoded = ",\n  " + json::encode<Topic>(topic, json::Style::Pretty, 1);
+    if (!topic.m_encoded.isEmpty()) {
+        return;
     }
+    m_scratch.resize(0); // keeps its capacity: growing anew costs more than the encoding
+    m_scratch += ",\n  ";
+    json::Writer writer(json::Style::Pretty, 1, std::move(m_scratch));
+    json::encodeTo<Topic>(writer, topic);
+    m_scratch = writer.take();
+    topic.m_encoded = QByteArray(m_scratch.constData(), m_scratch.size());
 }
 
 } // namespace vorle

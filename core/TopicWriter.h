@@ -45,29 +45,39 @@ public:
 
     /// Asks for a save and returns at once.
     void submit(Snapshot topics);
+    /// Asks for what a save would encode to be encoded, unless a save waits already.
+    void prepare(Snapshot topics);
     /// Waits until no save runs or waits. Gives the outcome of the last one.
     Outcome wait();
     /// The outcome of the last save that ended; no error before the first.
     Outcome lastOutcome() const;
 
 private:
+    struct Job {
+        Snapshot topics;
+        bool write = true;
+    };
+
+    void ask(Job job);
     void run();
     Outcome write(const Snapshot &topics);
-    static void encode(const StoredTopic &topic);
+    void encodeAll(const Snapshot &topics);
+    void encode(const StoredTopic &topic);
 
     const QString m_file;
     std::optional<QString> m_aside; // the writer thread's alone
     bool m_swept = false;           // the same
+    QByteArray m_scratch;           // the same
     const std::function<void(Outcome)> m_finished;
 
     mutable std::mutex m_mutex; // guards what follows
     std::condition_variable m_changed;
-    std::optional<Snapshot> m_waiting;
+    std::optional<Job> m_waiting;
     bool m_busy = false;
     bool m_ending = false;
     Outcome m_lastOutcome;
 
-    std::thread m_thread; // last: it uses all the others
+    std::thread m_thread; // started by the first job: who only reads needs none
 };
 
 } // namespace vorle
