@@ -1,0 +1,185 @@
+#include "search/PageText.h"
+#include "base/Text.h"
+#include "tests/support/LiteralPageText.h"
+#include "tests/support/TagSoup.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+PageText html(const QByteArray &page) { return extractPage(page, "text/html; charset=utf-8"); }
+
+QByteArray text(qsizetype characters) { return QByteArray("a").repeated(characters); }
+
+TEST(PageText, titles_and_descriptions_come_from_the_first_place_that_has_one) {
+    struct Case {
+        QByteArray page;
+        const char16_t *title;
+        const char16_t *description;
+    };
+    const Case cases[] = {
+        {"<meta property=\"og:title\" content=\"A &amp; B\"><title>C</title>", u"A & B", u""},
+        {"<meta content='A' name='og:title' /><title>C</title>", u"A", u""},
+        {"<title lang=fr>\n C\t\tD \n</title>", u"C D", u""},
+        {"<TITLE>C</TITLE><META NAME=\"Description\" CONTENT=\"D\">", u"C", u"D"},
+        {"<meta property=\"og:title\" content=\"\"><title>C</title>", u"C", u""},
+        {"<meta name='twitter:description' content='T'><meta name='description' content='D'>", u"",
+         u"D"},
+        {"<meta name='description' content='D'><meta property='og:description' content='O'>", u"",
+         u"O"},
+        {"<meta name=\"description\" content=\"C++20 > C++17\">", u"", u"C++20 > C++17"},
+        {"<meta name=\"description\"content=\"no blank between\">", u"", u""},
+        {"<meta name=description content=\"no quotes\">", u"", u""},
+        {"<meta name=\"descriptions\" content=\"another key\">", u"", u""},
+        {"<title>never closed", u"", u""},
+    };
+    for (const auto &[page, title, description] : cases) {
+        const PageText read = html(page);
+        EXPECT_EQ(read.title.value_or(QString()), QString::fromUtf16(title)) << page.constData();
+        EXPECT_EQ(read.description.value_or(QString()), QString::fromUtf16(description))
+            << page.constData();
+        EXPECT_EQ(read.level, read.title || read.description ? ReadLevel::Meta : ReadLevel::None);
+    }
+}
+
+TEST(PageText, the_body_is_the_article_without_its_noise) {
+    const QByteArray filler = "<p>" + text(600) + "</p>";
+    const std::pair<QByteArray, QByteArray> cases[] = {
+        {filler, ""},
+        {"out <article class=x>in" + filler + "</article> out", "in "},
+        {"out <main>in" + filler + "</main> out", "in "},
+        {"<main>main</main><article>art" + filler + "</article>", "art "},
+        {"<articles>no</articles><main>in" + filler + "</main>", "in "},
+        {"<script>var a = '<article>';</script><NAV>menu</Nav >x</nav>k" + filler, "k "},
+        {"<sty<script></script>le>gone</style>k" + filler, "k "},
+        {"<script>never closed <b>k</b>" + filler, "never closed k "},
+        {"<heading>k</heading>" + filler, "k "},
+        {"a<br>b<>c &lt;i&gt; &amp;lt; d" + filler, "a b<>c <i> &lt; d "},
+        {"a \t&nbsp;\u00A0 b\n\n \n\nc\r\n&#10;d\ne" + filler, "a b\n\nc\n\nd\ne "},
+    };
+    for (const auto &[page, beginning] : cases) {
+        EXPECT_EQ(html(page).text, beginning + text(600)) << page.left(60).constData();
+    }
+}
+
+TEST(PageText, six_hundred_characters_make_a_page_read) {
+    const QByteArray described = "<meta name='description' content='D'>";
+    const QByteArray accents = QByteArray("e\u0301").repeated(599);
+    EXPECT_EQ(html(described + text(599)).level, ReadLevel::Meta);
+    EXPECT_EQ(html(described + text(599)).text, QByteArray());
+    EXPECT_EQ(html(described + text(600)).level, ReadLevel::Full);
+    EXPECT_EQ(html(described + accents).level, ReadLevel::Meta);
+    EXPECT_EQ(html(accents + "!").level, ReadLevel::Full);
+    EXPECT_EQ(html(text(599)).level, ReadLevel::None);
+
+    const auto plain = [](const QByteArray &body, PageExtent extent = PageExtent::Whole) {
+        return extractPage(body, "Text/Markdown; charset=utf-8", extent);
+    };
+    EXPECT_EQ(plain(text(600)).level, ReadLevel::Full);
+    EXPECT_EQ(plain("a  <b> &amp;\n\n\nc ").level, ReadLevel::Meta);
+    EXPECT_EQ(plain("a  <b> &amp;\n\n\nc ").text, "a <b> &amp;\n\nc");
+    EXPECT_EQ(plain(" \n ").level, ReadLevel::None);
+    EXPECT_EQ(plain(text(600), PageExtent::Cut).level, ReadLevel::Seen);
+    EXPECT_EQ(plain(text(600) + QByteArray(pageByteLimit, ' ')).level, ReadLevel::Seen);
+    EXPECT_EQ(extractPage(text(600), "text/html", PageExtent::Cut).level, ReadLevel::Seen);
+}
+
+TEST(PageText, at_most_eight_thousand_characters_are_kept_and_none_is_cut) {
+    const QByteArray family = "👩‍👩‍👧‍👦";
+    for (const QByteArray &unit : {QByteArray("a"), QByteArray("é"), family, QByteArray("e\u0301"),
+                                   QByteArray("a <b>b</b>"), QByteArray("&amp;")}) {
+        const PageText read = html(unit.repeated(20'000));
+        const QString kept = QString::fromUtf8(read.text);
+        EXPECT_EQ(characterCount(kept), 8'000) << unit.constData();
+        EXPECT_TRUE(QByteArrayView(read.text).isValidUtf8());
+        EXPECT_EQ(read, test::literalPageText(QString::fromUtf8(unit.repeated(20'000))));
+        EXPECT_EQ(characterCount(
+                      QString::fromUtf8(extractPage(unit.repeated(20'000), "text/plain").text)),
+                  8'000);
+    }
+    // A page that begins with a long stretch of nothing is looked at further on.
+    const PageText late = html("<p> </p>" + QByteArray("<i> </i>\n").repeated(100'000) + text(700));
+    EXPECT_EQ(late.text, text(700));
+}
+
+TEST(PageText, the_charset_is_found_where_the_page_says_it) {
+    const QString words = QStringLiteral("<title>Été à l’ombre</title>");
+    const QByteArray utf8 = words.toUtf8();
+    const QByteArray latin = "<title>\xC9t\xE9 \xE0 l\x92ombre</title>";
+    const QByteArray utf16(
+        "\xFF\xFE" + QByteArray(reinterpret_cast<const char *>(words.utf16()), words.size() * 2));
+    const std::pair<QByteArray, QByteArray> cases[] = {
+        {utf8, "text/html; charset=UTF-8"},
+        {utf8, "text/html"},
+        {utf8, ""},
+        {utf8, "application/xhtml+xml; charset=\"utf-8\""},
+        {utf8, "text/html; charset=no-such-charset"},
+        {"\xEF\xBB\xBF" + utf8, "text/html; charset=iso-8859-1"},
+        {utf16, "text/html"},
+        {latin, "text/html; charset=ISO-8859-1"},
+        {latin, "text/html; Charset = 'windows-1252'"},
+        {latin, "text/html"},
+        {latin, "text/html; charset=utf-8"}, // what it says is not so
+        {"<meta charset=iso-8859-1>" + latin, "text/html"},
+        {"<meta charset=\"utf-16\">" + utf8, "text/html"},
+    };
+    for (const auto &[bytes, type] : cases) {
+        EXPECT_EQ(extractPage(bytes, type).title, QStringLiteral("Été à l’ombre"))
+            << type.constData() << ' ' << bytes.left(30).constData();
+    }
+    const QByteArray koi8 = "<meta http-equiv=\"Content-Type\" content=\"text/html; "
+                            "charset=koi8-r\"><title>\xED\xC9\xD2</title>";
+    EXPECT_EQ(extractPage(koi8, "text/html").title, QStringLiteral("Мир"));
+    // One broken byte does not turn a UTF-8 page into gibberish; neither does a cut character.
+    EXPECT_EQ(extractPage("<title>\xC3\xA9t\xC3\xA9 \xC3\xA0 \xFF</title>", "").title,
+              QStringLiteral("été à \uFFFD"));
+    EXPECT_EQ(extractPage("<title>\xC3\xA9</title>\xE2\x82", "", PageExtent::Cut).title,
+              QStringLiteral("é"));
+}
+
+TEST(PageText, what_is_no_text_reads_as_nothing) {
+    const QByteArray page = "<title>T</title>" + text(700);
+    for (const char *type : {"image/png", "image/svg+xml", "application/pdf", "application/zip",
+                             "application/octet-stream", "video/mp4", "font/woff2"}) {
+        EXPECT_EQ(extractPage(page, type), PageText()) << type;
+    }
+    for (const char *type : {"", "text/html", "text/plain"}) {
+        EXPECT_EQ(extractPage(QByteArray(1, '\0') + page, type), PageText());
+        EXPECT_EQ(extractPage("%PDF-1.7\n" + page, type), PageText());
+        EXPECT_EQ(extractPage({}, type), PageText());
+    }
+    const PageText trailing = html(text(2'000) + QByteArray(3, '\0'));
+    EXPECT_EQ(trailing.text, text(2'000)) << "a server that sends its buffer's end along";
+    EXPECT_EQ(extractPage(page, "application/json").level, ReadLevel::Full);
+}
+
+TEST(PageText, scanners_give_what_the_patterns_give) {
+    QRandomGenerator random(20'260'401);
+    int levels[4] = {};
+    for (int i = 0; i < 6'000; ++i) {
+        QByteArray choices(random.bounded(1, 40), '\0');
+        for (char &choice : choices) {
+            choice = static_cast<char>(random.bounded(256));
+        }
+        const QByteArray page = test::tagSoup(choices);
+        const PageText scanned = html(page);
+        ASSERT_EQ(scanned, test::literalPageText(QString::fromUtf8(page)))
+            << page.constData() << "\n(" << choices.toHex().constData() << ')';
+        ++levels[static_cast<int>(scanned.level)];
+    }
+    EXPECT_GT(levels[static_cast<int>(ReadLevel::Full)], 1'000);
+    EXPECT_GT(levels[static_cast<int>(ReadLevel::Meta)], 50);
+}
+
+TEST(PageText, version_strings_are_found_in_order) {
+    EXPECT_EQ(versionStrings(u"Qt 6.4.2, v1.2-rc1 and 10.0.19045.3 – not 7 nor 8. nor .9; 1.2.3-"),
+              QString::fromLatin1("6.4.2 1.2-rc1 10.0.19045 1.2.3").split(u' '));
+    EXPECT_EQ(versionStrings(u""), QStringList());
+}
+
+} // namespace
+} // namespace vorle
