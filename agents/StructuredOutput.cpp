@@ -16,14 +16,14 @@ QJsonObject strict(QJsonObject node);
 
 /// Properties are made strict; one that the node does not require may also be null.
 QJsonObject strictProperties(const QJsonObject &node) {
-    const QJsonArray required = node[QStringLiteral("required")].toArray();
-    QJsonObject properties = node[QStringLiteral("properties")].toObject();
+    const QJsonArray required = node.value(QStringLiteral("required")).toArray();
+    QJsonObject properties = node.value(QStringLiteral("properties")).toObject();
     for (auto property = properties.begin(); property != properties.end(); ++property) {
         if (!property.value().isObject()) {
             continue;
         }
         QJsonObject schema = strict(property.value().toObject());
-        const QJsonValue type = schema[QStringLiteral("type")];
+        const QJsonValue type = schema.value(QStringLiteral("type"));
         if (type.isString() && !required.contains(property.key())) {
             schema[QStringLiteral("type")] = QJsonArray{type, QStringLiteral("null")};
         }
@@ -34,7 +34,7 @@ QJsonObject strictProperties(const QJsonObject &node) {
 
 QJsonObject strict(QJsonObject node) {
     const QString propertiesKey = QStringLiteral("properties");
-    const bool hasProperties = node[propertiesKey].isObject();
+    const bool hasProperties = node.value(propertiesKey).isObject();
     for (auto member = node.begin(); member != node.end(); ++member) {
         if (member.value().isObject() && !(hasProperties && member.key() == propertiesKey)) {
             member.value() = strict(member.value().toObject());

@@ -86,9 +86,13 @@ QString userFolder() {
 
 } // namespace
 
-TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix)
-    : m_path(QDir::tempPath() + u'/' + prefix.toString() +
-             QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString()) {
+TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix) {
+    const QString folder = QDir::tempPath(); // empty when TMPDIR does not exist
+    if (folder.isEmpty()) {
+        failOn(QFile::decodeName(qgetenv("TMPDIR")), ENOENT);
+    }
+    m_path = folder + u'/' + prefix.toString() +
+             QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString();
     const Descriptor created(m_path, O_WRONLY | O_CREAT | O_EXCL);
 }
 

@@ -1,0 +1,113 @@
+#include "agents/TemporaryFiles.h"
+#include "tests/support/ScriptedAgent.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <system_error>
+
+#include <sys/stat.h>
+
+namespace vorle {
+namespace {
+
+constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+
+/// Gives the variables back as they were.
+class Variables {
+public:
+    ~Variables() {
+        for (const auto &[name, value] : m_old) {
+            qputenv(name.constData(), value);
+        }
+    }
+    void set(const char *name, const QString &value) {
+        m_old.append({name, qgetenv(name)});
+        qputenv(name, QFile::encodeName(value));
+    }
+
+private:
+    QList<std::pair<QByteArray, QByteArray>> m_old;
+};
+
+TEST(TemporaryFiles,
+     a_file_is_the_owners_alone_holds_what_was_written_last_and_goes_with_its_object) {
+    const test::ScriptedAgent folder; // a fresh temporary directory
+    {
+        const TemporaryFile file(u"vorle-schema-", u".json");
+        EXPECT_TRUE(QFileInfo(file.path()).fileName().startsWith(QStringLiteral("vorle-schema-")));
+        EXPECT_EQ(QFile::permissions(file.path()) &
+                      ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
+                  ownerOnly);
+        file.write("longer");
+        file.write("é");
+        EXPECT_EQ(test::readFile(file.path()), "é");
+        EXPECT_EQ(folder.leftovers().size(), 1);
+    }
+    EXPECT_TRUE(folder.leftovers().isEmpty());
+    QDir(folder.temporary()).removeRecursively();
+    EXPECT_THROW(TemporaryFile(u"vorle-run-", u".out"), std::system_error);
+}
+
+TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_planted_one) {
+    const QTemporaryDir place;
+    const QString shared = place.filePath(QStringLiteral("shared"));
+    const QString runtime = place.filePath(QStringLiteral("runtime"));
+    const QString cache = place.filePath(QStringLiteral("cache"));
+    QDir().mkpath(shared);
+    QDir().mkpath(runtime);
+    ASSERT_EQ(::chmod(QFile::encodeName(shared).constData(), 01777), 0);
+    Variables variables;
+    variables.set("TMPDIR", shared);
+    variables.set("XDG_RUNTIME_DIR", runtime);
+    variables.set("XDG_CACHE_HOME", cache);
+
+    preparePrivateTemporaryDirectory();
+    EXPECT_EQ(QDir::tempPath(), runtime + QStringLiteral("/vorle"));
+    struct stat status = {};
+    ASSERT_EQ(::stat(QFile::encodeName(QDir::tempPath()).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0700U);
+
+    // A runtime directory that is everybody's is none.
+    variables.set("TMPDIR", shared);
+    ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0777), 0);
+    preparePrivateTemporaryDirectory();
+    EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
+
+    // A link where our folder should be.
+    variables.set("TMPDIR", shared);
+    ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0700), 0);
+    QDir(runtime + QStringLiteral("/vorle")).removeRecursively();
+    QFile::link(shared, runtime + QStringLiteral("/vorle"));
+    EXPECT_THROW(preparePrivateTemporaryDirectory(), std::system_error);
+    EXPECT_EQ(QDir::tempPath(), shared);
+}
+
+TEST(TemporaryFiles, sweeps_what_was_left_more_than_a_day_ago_and_nothing_else) {
+    const test::ScriptedAgent folder;
+    const auto place = [&](const QString &name, int hoursAgo) {
+        const QString path = folder.temporary() + u'/' + name;
+        test::writeFile(path, "x");
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        file.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * hoursAgo),
+                         QFileDevice::FileModificationTime);
+    };
+    place(QStringLiteral("vorle-run-OLD.out"), 25);
+    place(QStringLiteral("vorle-run-NEW.out"), 23);
+    place(QStringLiteral("other-OLD"), 25);
+    QFile::link(QStringLiteral("/etc/hostname"),
+                folder.temporary() + QStringLiteral("/vorle-link"));
+    sweepStrays();
+    EXPECT_EQ(folder.leftovers(),
+              (QStringList{QStringLiteral("other-OLD"), QStringLiteral("vorle-link"),
+                           QStringLiteral("vorle-run-NEW.out")}));
+}
+
+} // namespace
+} // namespace vorle
