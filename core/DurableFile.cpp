@@ -159,7 +159,7 @@ std::optional<QByteArray> readWhole(const QString &path) {
     // Not to wait for ever on a pipe: it is refused below.
     const Descriptor file(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file.isOpen()) {
-        if (errno == ENOENT) {
+        if (errno == ENOENT || errno == ENOTDIR) {
             return std::nullopt;
         }
         fail(errno, "open");
@@ -244,7 +244,7 @@ void keepAside(const QString &path, const QString &aside) {
     const QString target = linkTarget(path);
     // A second name costs nothing, cannot be half done, and needs no right to read.
     if (::link(QFile::encodeName(target).constData(), QFile::encodeName(aside).constData()) == 0 ||
-        errno == ENOENT) {
+        errno == ENOENT || errno == ENOTDIR) {
         return;
     }
     // Some file systems have no second names.

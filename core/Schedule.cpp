@@ -43,7 +43,7 @@ std::optional<QDateTime> Schedule::nextRun(const QDateTime &after, const QTimeZo
     for (int days = 0; days <= 8; ++days) {
         const QDate date = today.addDays(days);
         if (weekdays.contains(calendarWeekday(date))) {
-            const QDateTime due = momentOn(date, time, zone);
+            QDateTime due = momentOn(date, time, zone);
             if (due > after) {
                 return due;
             }

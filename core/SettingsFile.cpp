@@ -112,6 +112,11 @@ void SettingsFile::setValue(const QString &key, const QJsonValue &value, Form fo
         logLine(QStringLiteral("the setting was not written: ") + key);
         return;
     }
+    if (m_settings->status() == QSettings::AccessError &&
+        m_settings->format() != QSettings::NativeFormat) {
+        // The status sticks; what is still to be written does not depend on this object.
+        m_settings = std::make_unique<QSettings>(m_settings->fileName(), jsonFormat());
+    }
     if (value.isNull() || value.isUndefined()) {
         m_settings->remove(key);
     } else if (m_settings->format() == QSettings::NativeFormat) {

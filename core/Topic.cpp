@@ -38,7 +38,7 @@ QString repositoryOf(const QString &link) {
 } // namespace
 
 QString TopicSource::displayName() const {
-    const QString repository = repositoryOf(url);
+    QString repository = repositoryOf(url);
     if (!repository.isEmpty()) {
         return repository;
     }

@@ -147,7 +147,8 @@ bool TopicStore::readFile() {
     logLine(QStringLiteral("the topics file could not be read: ") + failure);
     try {
         m_setAside = asideName(m_file, m_clock.now());
-    } catch (const std::system_error &) { // a loop of links: no file to keep, and none to write
+    } catch (const std::system_error &) {
+        logLine(QStringLiteral("its links lead nowhere: there is no file to keep"));
     }
     return false;
 }

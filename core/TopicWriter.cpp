@@ -84,7 +84,8 @@ void TopicWriter::encodeAll(const Snapshot &topics) {
         for (const auto &topic : topics) {
             encode(*topic);
         }
-    } catch (const std::bad_alloc &) { // the save that needs it will say so
+    } catch (const std::bad_alloc &) {
+        return; // the save that needs it will say so
     }
 }
 

@@ -224,6 +224,18 @@ TEST_F(PreferencesTest, keeps_what_several_processes_write_to_one_file) {
               (QJsonArray{1, 2.5, true}));
 }
 
+TEST_F(PreferencesTest, carries_a_failed_write_with_the_next_one) {
+    const QString folder = dir.filePath(QStringLiteral("sub"));
+    fill(folder, "a file where the folder should be");
+    Preferences preferences = open();
+    preferences.change(&Settings::weeklyMinutes, 60);
+    EXPECT_EQ(preferences.settings().weeklyMinutes, 60);
+    QFile::remove(folder);
+    preferences.change(&Settings::proposeTab, false);
+    EXPECT_EQ(onDisk(), (QJsonObject{{QStringLiteral("proposeTab"), false},
+                                     {QStringLiteral("weeklyMinutes"), 60}}));
+}
+
 TEST_F(PreferencesTest, keeps_an_unreadable_file_aside_before_writing) {
     const QByteArray broken = R"({"weeklyMinutes":90,)";
     EXPECT_EQ(read(broken), Settings());
