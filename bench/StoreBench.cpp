@@ -243,7 +243,7 @@ BENCHMARK(saveOneChanged)
     ->Arg(1'000)
     ->Arg(10'000)
     ->UseManualTime()
-    ->Iterations(9)
+    ->Iterations(31)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(saveFirst)
     ->ArgNames({"topics", "prepared"})
