@@ -174,7 +174,7 @@ EngineAgent::EngineAgent(AgentEnvironment environment, std::function<QString()> 
 std::optional<qsizetype> EngineAgent::promptLimit([[maybe_unused]] AgentKind kind) {
 #ifdef Q_OS_LINUX
     if (kind == AgentKind::Claude) {
-        return 32 * 4096 - 1;
+        return 131'071;
     }
 #endif
     return std::nullopt;

@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 
 constexpr auto grace = 1s;            ///< between SIGTERM and SIGKILL
 constexpr auto floodInterval = 250ms; ///< between two looks at the files' sizes
-constexpr qint64 errorTailLimit = 64 * 1024;
+constexpr qint64 errorTailLimit = 65'536;
 
 /// Between fork and exec: only calls that are safe there.
 void prepareChild([[maybe_unused]] pid_t parent) {
