@@ -190,7 +190,8 @@ private:
     /// quote that begins at or after `from`.
     template <class Visit>
     void eachAttribute(std::size_t from, std::size_t end, Visit visit) const {
-        for (auto at = m_page.find('=', from); at < end; at = m_page.find('=', at + 1)) {
+        const std::string_view tag = m_page.substr(0, end); // no look beyond it
+        for (auto at = tag.find('=', from); at != nowhere; at = tag.find('=', at + 1)) {
             if (at + 1 < end && isQuote(m_page[at + 1]) &&
                 (endsWithWord(m_page, from, at, "content") ||
                  endsWithWord(m_page, from, at, "property") ||
