@@ -1,0 +1,53 @@
+#pragma once
+
+#include "base/HttpClient.h"
+#include "core/Topic.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace vorle {
+
+/// Finds a picture for a source and keeps it in the picture cache, one file a source, so that each
+/// is fetched once: the social card of a GitHub repository, else the picture the page names for
+/// itself, else its icon, else the site's favicon.
+///
+/// Pictures come from strangers: nothing is decoded here. A file is kept only when its first bytes
+/// are those of a PNG, JPEG, GIF, WebP or ICO, its header gives both sides between 8 and 8,192
+/// pixels, and it has at most 5,000,000 bytes. SVG, being a program of sorts, is never kept.
+///
+/// Main thread; at most 8 sources at a time. May be deleted while pictures are under way: they go
+/// on by themselves, and end without a picture when the client is gone.
+class SourceImage {
+public:
+    struct Places {
+        QString cacheFolder;                  ///< made when the first picture is kept
+        QString cardHost = defaultCardHost(); ///< "https://…" without a trailing slash
+    };
+
+    /// The user's own picture cache.
+    static QString defaultCacheFolder();
+    static QString defaultCardHost();
+
+    SourceImage(HttpClient &http, Places places);
+    explicit SourceImage(HttpClient &http, QString cacheFolder = defaultCacheFolder());
+    ~SourceImage();
+    SourceImage(const SourceImage &) = delete;
+    SourceImage &operator=(const SourceImage &) = delete;
+
+    /// The picture of a source: its link, and the name of its file in the cache folder. Nothing
+    /// when there is none to be had, which is remembered while the program runs. Never throws for
+    /// what the network or the disk does. @throws Cancelled
+    Task<std::optional<Picture>> picture(QString link, CancelToken cancel = {});
+
+    /// Where a picture's file lies; what it names may have been cleared away meanwhile.
+    QString path(const Picture &picture) const;
+
+private:
+    class Cache;
+    std::shared_ptr<Cache> m_cache;
+};
+
+} // namespace vorle
