@@ -2,7 +2,7 @@
 
 #include "base/Text.h"
 #include "search/Charset.h"
-#include "search/HtmlScan.h"
+#include "search/HtmlDocument.h"
 
 #include <algorithm>
 #include <array>
@@ -100,37 +100,39 @@ PageText readPlain(const QByteArray &utf8, PageExtent extent) {
     return page;
 }
 
-void readHead(std::string_view html, PageText &page) {
+void readHead(const html::Document &document, PageText &page) {
     static constexpr std::array<std::string_view, 4> keys{"og:title", "og:description",
                                                           "description", "twitter:description"};
-    const auto values = html::metaValues(html, keys);
+    const auto values = document.metaValues(keys);
     page.title = line(values[0]);
     if (!page.title) {
-        page.title = line(html::firstElement(html, "title", html::NameEnd::Anywhere));
+        page.title = line(document.first(html::Tag::Title));
     }
     for (std::size_t i = 1; i < values.size() && !page.description; ++i) {
         page.description = line(values[i]);
     }
 }
 
-QString readBody(std::string_view html) {
-    std::string rest(html);
-    for (const std::string_view noise : {"script", "style", "noscript", "svg", "nav", "header",
-                                         "footer", "aside", "form", "template"}) {
-        html::removeElements(rest, noise);
+QString readBody(html::Document &document) {
+    using html::Tag;
+    for (const Tag noise : {Tag::Script, Tag::Style, Tag::Noscript, Tag::Svg, Tag::Nav, Tag::Header,
+                            Tag::Footer, Tag::Aside, Tag::Form, Tag::Template}) {
+        document.remove(noise);
     }
-    auto body = html::firstElement(rest, "article", html::NameEnd::WordBoundary);
+    auto body = document.first(Tag::Article);
     if (!body) {
-        body = html::firstElement(rest, "main", html::NameEnd::WordBoundary);
+        body = document.first(Tag::Main);
     }
-    return keptText([&](std::size_t most) { return html::withoutTags(body.value_or(rest), most); },
-                    [](const QString &piece) { return tidied(decodeEntities(piece)); });
+    return keptText(
+        [&](std::size_t most) { return html::withoutTags(body.value_or(document.text()), most); },
+        [](const QString &piece) { return tidied(decodeEntities(piece)); });
 }
 
 PageText readHtml(const QByteArray &utf8, PageExtent extent) {
     PageText page;
-    readHead(bytesOf(utf8), page);
-    const QString body = readBody(bytesOf(utf8));
+    html::Document document(bytesOf(utf8));
+    readHead(document, page);
+    const QString body = readBody(document);
     if (characterCount(body) >= readableCharacters) {
         page.text = body.toUtf8();
         page.level = readLevel(extent);
