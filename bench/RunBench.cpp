@@ -139,7 +139,8 @@ int main(int argc, char **argv) {
     quint16 port = 0;
     QMetaObject::invokeMethod(&web, [&] { port = web.listen(); }, Qt::BlockingQueuedConnection);
 
-    const double ideal = double((pages + atOnce - 1) / atOnce) * waitMilliseconds / 1000.0;
+    constexpr int rounds = (pages + atOnce - 1) / atOnce;
+    const double ideal = rounds * waitMilliseconds / 1000.0;
     std::printf("%d pages, %d at a time, %d ms each, %d hosts; the waits alone: %.2f s\n", pages,
                 atOnce, waitMilliseconds, hosts, ideal);
     for (int round = 0; round < 3; ++round) {

@@ -3,6 +3,8 @@
 
 #include <QLocale>
 
+#include <cmath>
+
 namespace vorle::cli {
 
 namespace {
@@ -67,7 +69,7 @@ QString countedTopics(int count) {
 }
 
 QString durationText(double seconds) {
-    const int whole = static_cast<int>(seconds + 0.5);
+    const int whole = static_cast<int>(std::lround(seconds));
     return whole < 60 ? QStringLiteral("%1 s").arg(whole)
                       : QStringLiteral("%1 min %2 s").arg(whole / 60).arg(whole % 60);
 }
