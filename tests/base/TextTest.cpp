@@ -1,5 +1,8 @@
 #include "base/Text.h"
 
+#include <QRandomGenerator>
+#include <QTextBoundaryFinder>
+
 #include <gtest/gtest.h>
 
 namespace vorle {
@@ -23,6 +26,42 @@ TEST(Text, cuts_count_what_a_reader_sees) {
     const QString tower = QStringLiteral("a") + QString(5'000, QChar(0x0301));
     EXPECT_EQ(firstCharacters(tower + QStringLiteral("bc"), 2), tower + QStringLiteral("b"));
     EXPECT_EQ(firstCharacters(tower, 1), tower);
+}
+
+TEST(Text, characters_are_the_platforms_own) {
+    const QList<QString> pieces{
+        QStringLiteral("a"),       QStringLiteral("é"),      QStringLiteral("’"),
+        QStringLiteral("Ж"),       QStringLiteral("漢"),     QStringLiteral("か"),
+        QStringLiteral("…"),       QStringLiteral("€"),      QStringLiteral("\u0301"),
+        QStringLiteral("\r"),      QStringLiteral("\n"),     QStringLiteral("👩"),
+        QStringLiteral("\u200D"),  QStringLiteral("🇫"),      QStringLiteral("한"),
+        QStringLiteral("\u1100"),  QStringLiteral("\u3099"), QStringLiteral("©"),
+        QStringLiteral("\u0600"),  QString(QChar(0xD83D)),   QString(40, u'a'),
+        QString(40, QChar(0x0301))};
+    QRandomGenerator random(7);
+    for (int i = 0; i < 3'000; ++i) {
+        QString text;
+        for (int length = random.bounded(40); length > 0; --length) {
+            text += pieces[random.bounded(static_cast<int>(pieces.size()))];
+        }
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+        qsizetype count = 0;
+        for (; finder.toNextBoundary() != -1; ++count) {
+            ASSERT_EQ(firstCharacters(text, count + 1).size(), finder.position())
+                << qPrintable(text);
+        }
+        ASSERT_EQ(characterCount(text), count) << qPrintable(text);
+    }
+    // Whatever two code units the shortcut takes for two characters are two.
+    for (char16_t c = 1; c < 0xD800; ++c) {
+        for (const char16_t other : {u'a', u'©', u'漢', u'ぁ', u'ж', u'—', c}) {
+            for (const QString &pair :
+                 {QString(QChar(c)) + QChar(other), QString(QChar(other)) + QChar(c)}) {
+                QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, pair);
+                ASSERT_EQ(firstCharacters(pair, 1).size(), finder.toNextBoundary()) << int(c);
+            }
+        }
+    }
 }
 
 TEST(Text, entities_are_decoded_in_one_pass) {
