@@ -72,18 +72,13 @@ bool wordGoesOn(std::string_view text, std::size_t at) {
     }
 }
 
-/// `text` was cut somewhere. Without a blank nothing is left.
-void endBeforeBlank(std::string &text) {
-    const std::size_t blank = text.rfind(' ');
-    text.resize(blank == nowhere ? 0 : blank);
-}
-
 } // namespace
 
 Document::Document(std::string_view page) : m_page(page) {
+    m_marks.reserve(page.size() / 8); // memory that is not used is not touched
     for (auto at = page.find('<'); at != nowhere; at = page.find('<', at + 1)) {
         if (const auto mark = markAt(at)) {
-            m_marks.push_back(*mark);
+            add(*mark, m_marks);
         }
     }
 }
@@ -117,6 +112,15 @@ std::optional<Document::Mark> Document::markAt(std::size_t begin) const {
     return std::nullopt;
 }
 
+void Document::add(const Mark &mark, std::vector<Mark> &marks) {
+    (mark.closing ? m_closing : m_opening) |= 1U << static_cast<unsigned>(mark.tag);
+    marks.push_back(mark);
+}
+
+bool Document::mayHold(Tag tag) const {
+    return (m_opening & m_closing & (1U << static_cast<unsigned>(tag))) != 0;
+}
+
 std::vector<std::optional<std::string_view>>
 Document::metaValues(std::span<const std::string_view> keys) const {
     std::vector<std::optional<std::string_view>> after(keys.size());
@@ -140,6 +144,9 @@ Document::metaValues(std::span<const std::string_view> keys) const {
 }
 
 std::optional<std::string_view> Document::first(Tag tag) const {
+    if (!mayHold(tag)) {
+        return std::nullopt;
+    }
     const auto opening = std::find_if(m_marks.begin(), m_marks.end(), [&](const Mark &mark) {
         return mark.tag == tag && !mark.closing;
     });
@@ -158,6 +165,9 @@ std::optional<std::string_view> Document::first(Tag tag) const {
 }
 
 void Document::remove(Tag tag) {
+    if (!mayHold(tag)) {
+        return;
+    }
     std::vector<Mark> opened;
     std::vector<Mark> closed;
     for (const Mark &mark : m_marks) {
@@ -226,45 +236,42 @@ void Document::lookAgainAt(std::span<const std::size_t> seams) {
             ++mark;
         }
         if (const auto found = markAt(begin)) {
-            marks.push_back(*found);
+            add(*found, marks);
         }
     }
     marks.insert(marks.end(), mark, m_marks.end());
     m_marks = std::move(marks);
 }
 
-Stripped withoutTags(std::string_view page, std::size_t mostBytes) {
-    Stripped out;
-    std::size_t at = 0;
-    while (out.text.size() < mostBytes) {
-        const std::size_t tag = page.find('<', at);
-        const std::size_t end = tag == nowhere ? nowhere : page.find('>', tag + 1);
-        const bool empty = end == tag + 1; // "<>" is text
-        const std::size_t textEnd = end == nowhere ? page.size() : empty ? end : tag;
-        const std::string_view text = page.substr(at, textEnd - at);
-        out.text += text.substr(0, mostBytes);
-        if (text.size() > mostBytes) {
-            break;
-        }
-        if (end == nowhere) {
-            return out;
-        }
-        if (!empty) {
-            out.text += ' ';
-        }
-        at = empty ? end : end + 1;
+Beginning beginning(std::string_view text, std::size_t mostBytes) {
+    if (text.size() <= mostBytes) {
+        return {text, true};
     }
-    out.whole = false;
-    endBeforeBlank(out.text);
-    return out;
+    const std::size_t blank = text.substr(0, mostBytes).rfind(' ');
+    return {text.substr(0, blank == nowhere ? 0 : blank), false};
 }
 
-Stripped beginning(std::string_view text, std::size_t mostBytes) {
-    Stripped out{std::string(text.substr(0, mostBytes)), text.size() <= mostBytes};
-    if (!out.whole) {
-        endBeforeBlank(out.text);
+Beginning Stripper::upTo(std::size_t mostBytes) {
+    while (m_at < m_page.size() && m_text.size() <= mostBytes) {
+        const std::size_t tag = m_page.find('<', m_at);
+        const std::size_t end = tag == nowhere ? nowhere : m_page.find('>', tag + 1);
+        const bool empty = end == tag + 1; // "<>" is text
+        const std::size_t textEnd = end == nowhere ? m_page.size() : empty ? end : tag;
+        const std::size_t room = mostBytes + 1 - m_text.size();
+        if (textEnd - m_at > room) {
+            m_text += m_page.substr(m_at, room);
+            m_at += room;
+            break;
+        }
+        m_text += m_page.substr(m_at, textEnd - m_at);
+        m_at = textEnd;
+        if (end != nowhere && !empty) {
+            m_text += ' ';
+            m_at = end + 1;
+        }
     }
-    return out;
+    const Beginning read = beginning(m_text, mostBytes);
+    return {read.text, read.whole && m_at == m_page.size()};
 }
 
 } // namespace vorle::html

@@ -63,23 +63,41 @@ private:
     };
 
     std::optional<Mark> markAt(std::size_t begin) const;
+    void add(const Mark &mark, std::vector<Mark> &marks);
+    bool mayHold(Tag tag) const;
     void takeOut(std::span<const Mark> opened, std::span<const Mark> closed);
     void lookAgainAt(std::span<const std::size_t> seams);
 
     std::string m_page;
-    std::vector<Mark> m_marks; ///< in the page's order
+    std::vector<Mark> m_marks;   ///< in the page's order
+    std::uint32_t m_opening = 0; ///< a bit for each tag that was seen to open
+    std::uint32_t m_closing = 0; ///< and to close
 };
 
-struct Stripped {
-    std::string text;
-    bool whole = true; ///< the end of the page was reached
+/// The beginning of a text. One that is not whole ends before a blank, so that neither an entity
+/// nor a character is cut.
+struct Beginning {
+    std::string_view text;
+    bool whole;
 };
 
-/// A page with a blank in place of each tag (<[^>]+>), up to about `mostBytes` of it; when it is
-/// not whole, it ends before a blank, so that neither an entity nor a character is cut.
-Stripped withoutTags(std::string_view page, std::size_t mostBytes);
+/// About the first `mostBytes` of a text as they are.
+Beginning beginning(std::string_view text, std::size_t mostBytes);
 
-/// The first `mostBytes` of a text as they are, under the same rule.
-Stripped beginning(std::string_view text, std::size_t mostBytes);
+/// A page with a blank in place of each tag: <[^>]+>
+class Stripper {
+public:
+    /// `page` must outlive the stripper.
+    explicit Stripper(std::string_view page) : m_page(page) {}
+
+    /// About the first `mostBytes` of the text, going on from the call before. The view holds
+    /// until the next call.
+    Beginning upTo(std::size_t mostBytes);
+
+private:
+    std::string_view m_page;
+    std::size_t m_at = 0;
+    std::string m_text;
+};
 
 } // namespace vorle::html

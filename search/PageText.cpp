@@ -11,9 +11,9 @@ namespace vorle {
 
 namespace {
 
-/// The stripped text that is looked at first: several times what is kept, so that more is seldom
+/// The stripped text that is looked at first: more than twice what is kept, so that more is seldom
 /// needed.
-constexpr std::size_t firstWindow = 64 * 1024;
+constexpr std::size_t firstWindow = 20'000;
 
 std::string_view bytesOf(const QByteArray &bytes) {
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
@@ -28,17 +28,22 @@ QString textOf(std::string_view utf8) {
 /// \s*\n\s*(\n\s*)+ gives "\n\n": a run of blanks that holds two line feeds or more.
 QString tidied(QStringView text) {
     const QStringView inner = trimmed(text);
+    const auto blankAt = [&](qsizetype at) {
+        const char16_t c = inner[at].unicode();
+        return (c <= u' ' || c >= 0x80) && isBlank(c);
+    };
     QString out;
     out.reserve(inner.size());
     for (qsizetype at = 0; at < inner.size();) {
         qsizetype end = at;
-        if (!isBlank(inner[at].unicode())) {
-            while (end < inner.size() && !isBlank(inner[end].unicode())) {
+        if (!blankAt(at)) { // words up to a run of blanks; the last character is none
+            while (end < inner.size() &&
+                   (!blankAt(end) || (inner[end] == u' ' && !blankAt(end + 1)))) {
                 ++end;
             }
             out += inner.sliced(at, end - at);
         } else {
-            while (isBlank(inner[end].unicode())) { // stops at the last character, which is none
+            while (blankAt(end)) {
                 ++end;
             }
             const QStringView run = inner.sliced(at, end - at);
@@ -60,12 +65,12 @@ QString tidied(QStringView text) {
     return out;
 }
 
-/// The first keptCharacters of a body. `cut(n)` gives about its first n bytes; what lies further
+/// The first keptCharacters of a body. `upTo(n)` gives about its first n bytes; what lies further
 /// is looked at only when those hold fewer characters.
-template <class Cut, class Clean>
-QString keptText(Cut cut, Clean clean) {
+template <class UpTo, class Clean>
+QString keptText(UpTo upTo, Clean clean) {
     for (std::size_t window = firstWindow;; window *= 4) {
-        const html::Stripped piece = cut(window);
+        const html::Beginning piece = upTo(window);
         const QString text = clean(textOf(piece.text));
         const QStringView kept = firstCharacters(text, keptCharacters);
         if (piece.whole || kept.size() < text.size()) {
@@ -82,6 +87,10 @@ std::optional<QString> line(std::optional<std::string_view> html) {
     return text.isEmpty() ? std::nullopt : std::optional(std::move(text));
 }
 
+bool isReadable(QStringView text) {
+    return firstCharacters(text, readableCharacters - 1).size() < text.size();
+}
+
 ReadLevel readLevel(PageExtent extent) {
     return extent == PageExtent::Cut ? ReadLevel::Seen : ReadLevel::Full;
 }
@@ -92,7 +101,7 @@ PageText readPlain(const QByteArray &utf8, PageExtent extent) {
                  [](const QString &piece) { return tidied(piece); });
     PageText page;
     page.text = text.toUtf8();
-    if (characterCount(text) >= readableCharacters) {
+    if (isReadable(text)) {
         page.level = readLevel(extent);
     } else {
         page.level = text.isEmpty() ? ReadLevel::None : ReadLevel::Meta;
@@ -123,9 +132,9 @@ QString readBody(html::Document &document) {
     if (!body) {
         body = document.first(Tag::Main);
     }
-    return keptText(
-        [&](std::size_t most) { return html::withoutTags(body.value_or(document.text()), most); },
-        [](const QString &piece) { return tidied(decodeEntities(piece)); });
+    html::Stripper stripper(body.value_or(document.text()));
+    return keptText([&](std::size_t most) { return stripper.upTo(most); },
+                    [](const QString &piece) { return tidied(decodeEntities(piece)); });
 }
 
 PageText readHtml(const QByteArray &utf8, PageExtent extent) {
@@ -133,7 +142,7 @@ PageText readHtml(const QByteArray &utf8, PageExtent extent) {
     html::Document document(bytesOf(utf8));
     readHead(document, page);
     const QString body = readBody(document);
-    if (characterCount(body) >= readableCharacters) {
+    if (isReadable(body)) {
         page.text = body.toUtf8();
         page.level = readLevel(extent);
     } else if (page.title || page.description) {
