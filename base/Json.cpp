@@ -107,9 +107,9 @@ QDateTime readMoment(Reader &in) {
 
 QUuid readUuid(Reader &in) {
     const std::string_view text = in.utf8();
-    const QUuid id = text.size() == 36
-                         ? QUuid::fromString(QLatin1StringView(text.data(), qsizetype(36)))
-                         : QUuid();
+    // With braces a UUID has 38 characters: only the bare form is ours.
+    const QLatin1StringView bare(text.data(), static_cast<qsizetype>(text.size()));
+    const QUuid id = bare.size() == 36 ? QUuid::fromString(bare) : QUuid();
     if (id.isNull()) {
         throw DecodeError("not a UUID");
     }
