@@ -3,7 +3,6 @@
 #include "tests/support/LiteralPageText.h"
 #include "tests/support/TagSoup.h"
 
-#include <QElapsedTimer>
 #include <QRandomGenerator>
 
 #include <gtest/gtest.h>

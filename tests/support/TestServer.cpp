@@ -35,12 +35,12 @@ TestServer::TestServer() {
     connect(&m_server, &QTcpServer::newConnection, this, &TestServer::accept);
 }
 
-void TestServer::serve(const QByteArray &path, TestReply reply) {
-    serve(path, [reply = std::move(reply)](const TestRequest &) { return reply; });
+void TestServer::serve(const QByteArray &path, const TestReply &reply) {
+    serve(path, [reply](const TestRequest &) { return reply; });
 }
 
-void TestServer::serve(const QByteArray &path, Handler handler) {
-    m_handlers.insert(path, std::move(handler));
+void TestServer::serve(const QByteArray &path, const Handler &handler) {
+    m_handlers.insert(path, handler);
 }
 
 QUrl TestServer::url(const QByteArray &path, const QString &host) const {

@@ -54,8 +54,8 @@ public:
 
     /// Answers `path` (without its query); any other path answers 404. A Handler is asked at each
     /// request.
-    void serve(const QByteArray &path, TestReply reply);
-    void serve(const QByteArray &path, Handler handler);
+    void serve(const QByteArray &path, const TestReply &reply);
+    void serve(const QByteArray &path, const Handler &handler);
 
     QUrl url(const QByteArray &path, const QString &host = QStringLiteral("127.0.0.1")) const;
     QString link(const QByteArray &path, const QString &host = QStringLiteral("127.0.0.1")) const;
