@@ -10,9 +10,10 @@
 
 namespace vorle {
 
-/// Finds a picture for a source and keeps it in the picture cache, one file a source, so that each
-/// is fetched once: the social card of a GitHub repository, else the picture the page names for
-/// itself, else its icon, else the site's favicon.
+/// Finds a picture for a source and keeps it in the picture cache, so that each is fetched once:
+/// the social card of a GitHub repository, with no page fetched; else the picture the page names
+/// for itself or its icon, else (or when that is no picture) the site's favicon. All links into
+/// one repository share its card, and all spellings of one link their picture.
 ///
 /// Pictures come from strangers: nothing is decoded here. A file is kept only when its first bytes
 /// are those of a PNG, JPEG, GIF, WebP or ICO, its header gives both sides between 8 and 8,192

@@ -1,0 +1,203 @@
+#include "search/SourceImage.h"
+
+#include "search/Charset.h"
+#include "search/ImageHeader.h"
+#include "search/Links.h"
+#include "search/PicturePage.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QSaveFile>
+#include <QSet>
+#include <QStandardPaths>
+
+namespace vorle {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int sourcesAtOnce = 8;
+constexpr auto deadline = 8s;
+constexpr qint64 maxPageBytes = 1'200'000; // 300,000 characters of at most 4 bytes
+constexpr qint64 maxPictureBytes = 5'000'000;
+constexpr int smallestSide = 8;
+constexpr int largestSide = 8'192;
+constexpr auto userAgent = "Mozilla/5.0 (Macintosh) vorle";
+
+/// The address of the picture a page names for itself; empty when it names none.
+QString pictureNamed(const HttpResponse &response) {
+    const auto text = decodeText(response.body, response.contentType);
+    const auto found =
+        text ? html::announcedPicture({text->constData(), static_cast<std::size_t>(text->size())})
+             : std::nullopt;
+    if (!found) {
+        return {};
+    }
+    QString address = QString::fromUtf8(found->data(), static_cast<qsizetype>(found->size()));
+    return address.replace(QStringLiteral("&amp;"), QStringLiteral("&")).trimmed();
+}
+
+bool isPicture(const QByteArray &bytes) {
+    const auto size = imageSize(bytes);
+    return size && std::min(size->width, size->height) >= smallestSide &&
+           std::max(size->width, size->height) <= largestSide;
+}
+
+bool keep(const QString &path, const QByteArray &bytes) {
+    QSaveFile file(path);
+    return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
+           file.write(bytes) == bytes.size() && file.commit();
+}
+
+} // namespace
+
+/// What the pictures under way share. They hold it, so that it outlives the last of them.
+class SourceImage::Cache {
+public:
+    Cache(HttpClient &http, Places places)
+        : m_http(&http), m_places(std::move(places)), m_gate(sourcesAtOnce) {}
+
+    static Task<std::optional<Picture>> picture(std::shared_ptr<Cache> self, QString link,
+                                                CancelToken cancel);
+
+    QString path(const QString &file) const { return m_places.cacheFolder + u'/' + file; }
+
+private:
+    /// Lets those who wait for the same file go on, however its making ends.
+    class Making {
+    public:
+        Making(Cache &cache, QString file) : m_cache(cache), m_file(std::move(file)) {
+            m_cache.m_making.insert(m_file, {});
+        }
+        Making(const Making &) = delete;
+        Making &operator=(const Making &) = delete;
+        ~Making() {
+            const QList<OneShot> waiting = m_cache.m_making.take(m_file);
+            for (const OneShot &done : waiting) {
+                done.fire();
+            }
+        }
+
+    private:
+        Cache &m_cache;
+        QString m_file;
+    };
+
+    Task<HttpResponse> get(QUrl url, qint64 maxBytes, CancelToken cancel);
+    Task<bool> fetch(QUrl url, QString file, CancelToken cancel);
+    Task<bool> fetchOfPage(QUrl page, QString file, CancelToken cancel);
+
+    QPointer<HttpClient> m_http;
+    Places m_places;
+    Gate m_gate;
+    QHash<QString, QList<OneShot>> m_making; ///< who waits, by file
+    QSet<QString> m_failed;
+};
+
+Task<HttpResponse> SourceImage::Cache::get(QUrl url, qint64 maxBytes, CancelToken cancel) {
+    if (m_http.isNull()) {
+        co_return HttpResponse{};
+    }
+    HttpRequest request;
+    request.url = std::move(url);
+    request.userAgent = userAgent;
+    request.maxBytes = maxBytes;
+    request.deadline = deadline;
+    co_return co_await m_http->get(std::move(request), std::move(cancel));
+}
+
+/// Whether the picture at `url` is now in the cache.
+Task<bool> SourceImage::Cache::fetch(QUrl url, QString file, CancelToken cancel) {
+    const HttpResponse response = co_await get(std::move(url), maxPictureBytes, cancel);
+    if (!response.ok() || response.truncated) {
+        co_return false;
+    }
+    co_return co_await onPool([bytes = response.body, target = path(file)] {
+        return isPicture(bytes) && keep(target, bytes);
+    });
+}
+
+Task<bool> SourceImage::Cache::fetchOfPage(QUrl page, QString file, CancelToken cancel) {
+    const HttpResponse response = co_await get(std::move(page), maxPageBytes, cancel);
+    if (response.outcome != HttpResponse::Outcome::Answered) {
+        co_return false; // its favicon would not answer either
+    }
+    if (response.ok()) {
+        const QString named = co_await onPool([response] { return pictureNamed(response); });
+        cancel.throwIfCancelled();
+        if (!named.isEmpty() && co_await fetch(response.url.resolved(QUrl(named)), file, cancel)) {
+            co_return true;
+        }
+    }
+    co_return co_await fetch(response.url.resolved(QUrl(QStringLiteral("/favicon.ico"))), file,
+                             cancel);
+}
+
+Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> self, QString link,
+                                                         CancelToken cancel) {
+    cancel.throwIfCancelled();
+    if (!isHttpLink(link)) {
+        co_return std::nullopt;
+    }
+    // All links into a repository share its card.
+    const auto repository = gitHubRepository(link);
+    const QString card =
+        repository ? u'/' + repository->owner + u'/' + repository->name : QString();
+    const QString key =
+        repository ? QStringLiteral("https://github.com") + card.toLower() : canonicalLink(link);
+    const QString file = QString::fromLatin1(
+        QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha256).toHex() + ".img");
+    while (self->m_making.contains(file)) {
+        OneShot done;
+        self->m_making[file].append(done);
+        const auto registration = cancel.onCancel([done] { done.fire(); });
+        co_await done;
+        cancel.throwIfCancelled();
+    }
+    const Picture picture{link, file};
+    if (QFileInfo(self->path(file)).size() > 0) {
+        co_return picture;
+    }
+    if (self->m_failed.contains(file)) {
+        co_return std::nullopt;
+    }
+    const Making making(*self, file);
+    const auto place = co_await self->m_gate.enter(cancel);
+    const bool kept =
+        repository ? co_await self->fetch(
+                         QUrl(self->m_places.cardHost + QStringLiteral("/1") + card), file, cancel)
+                   : co_await self->fetchOfPage(QUrl(link), file, cancel);
+    cancel.throwIfCancelled();
+    if (!kept) {
+        self->m_failed.insert(file);
+    }
+    co_return kept ? std::optional(picture) : std::nullopt;
+}
+
+QString SourceImage::defaultCacheFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+           QStringLiteral("/vorle/pictures");
+}
+
+QString SourceImage::defaultCardHost() {
+    return QStringLiteral("https://opengraph.githubassets.com");
+}
+
+SourceImage::SourceImage(HttpClient &http, Places places)
+    : m_cache(std::make_shared<Cache>(http, std::move(places))) {}
+
+SourceImage::SourceImage(HttpClient &http, QString cacheFolder)
+    : SourceImage(http, Places{std::move(cacheFolder)}) {}
+
+SourceImage::~SourceImage() = default;
+
+Task<std::optional<Picture>> SourceImage::picture(QString link, CancelToken cancel) {
+    return Cache::picture(m_cache, std::move(link), std::move(cancel));
+}
+
+QString SourceImage::path(const Picture &picture) const { return m_cache->path(picture.file); }
+
+} // namespace vorle
