@@ -6,7 +6,6 @@
 #include <QString>
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 namespace vorle {
@@ -152,51 +151,66 @@ public:
 
     QByteArray mended() {
         std::size_t at = 0;
-        std::size_t end = m_text.size();
         while (at < m_text.size()) { // each turn begins at a "<"
-            const std::size_t references = endOfOpaque(at);
-            if (references == nowhere) {
-                end = at;
+            const std::size_t next = std::min(m_text.find('<', at + 1), m_text.size());
+            if (const std::string_view end = endOfOpaque(at); !end.empty()) {
+                at = passOpaque(at, end);
+                continue;
+            }
+            if (!isTag(at)) {
+                replace(at, 1, "&lt;");
+            } else if (next - at > ordinaryTag && hasTooManyAttributes(at, next)) {
                 break;
             }
-            const std::size_t next =
-                std::min(m_text.find('<', std::max(references, at + 1)), m_text.size());
-            if (next - at > ordinaryTag && references == at && hasTooManyAttributes(at, next)) {
-                end = at;
-                break;
-            }
-            mendReferences(references, next);
+            mendReferences(at, next);
             at = next;
         }
-        copyUntil(end);
+        copyUntil(std::min(at, m_text.size()));
         return std::move(m_out);
     }
 
 private:
     static constexpr std::size_t ordinaryTag = 4'096;
     static constexpr int mostAttributes = 512;
+    static constexpr std::string_view section = "<![CDATA[";
 
-    /// Past the section, comment or instruction at `at`, in which an ampersand is one; `at` when
-    /// there is none, nowhere when it never ends.
-    std::size_t endOfOpaque(std::size_t at) const {
-        struct Opaque {
-            std::string_view start;
-            std::string_view end;
-        };
-        static constexpr std::array<Opaque, 3> kinds{
-            {{"<![CDATA[", "]]>"}, {"<!--", "-->"}, {"<?", "?>"}}};
-        const char second = at + 1 < m_text.size() ? m_text[at + 1] : '\0';
-        if (second != '!' && second != '?') {
-            return at;
-        }
+    char characterAt(std::size_t at) const { return at < m_text.size() ? m_text[at] : '\0'; }
+
+    /// Whether a parser can read the "<" at `at` as a tag; libxml2 stops for good at any other.
+    bool isTag(std::size_t at) const {
+        const char first = characterAt(characterAt(at + 1) == '/' ? at + 2 : at + 1);
+        return ((first | 0x20) >= 'a' && (first | 0x20) <= 'z') || first == '_';
+    }
+
+    /// What ends the section, comment or instruction that begins at `at`; empty without one.
+    std::string_view endOfOpaque(std::size_t at) const {
         const std::string_view rest = m_text.substr(at);
-        for (const Opaque &kind : kinds) {
-            if (rest.starts_with(kind.start)) {
-                const std::size_t end = m_text.find(kind.end, at + kind.start.size());
-                return end == nowhere ? nowhere : end + kind.end.size();
-            }
+        if (rest.size() < 2 || (rest[1] != '!' && rest[1] != '?')) {
+            return {};
         }
-        return at;
+        return rest.starts_with(section)  ? "]]>"
+               : rest.starts_with("<!--") ? "-->"
+               : rest.starts_with("<?")   ? "?>"
+                                          : "";
+    }
+
+    /// Keeps a section, in which an ampersand is one, and leaves the others out. Gives where the
+    /// next "<" stands; what never ends goes with all that follows.
+    std::size_t passOpaque(std::size_t at, std::string_view end) {
+        const bool kept = end.front() == ']';
+        const std::size_t found = m_text.find(end, at + (kept ? section.size() : 2));
+        if (found == nowhere) {
+            copyUntil(at);
+            m_copied = m_text.size();
+            return m_text.size();
+        }
+        const std::size_t after = found + end.size();
+        if (!kept) {
+            replace(at, after - at, {});
+        }
+        const std::size_t next = std::min(m_text.find('<', after), m_text.size());
+        mendReferences(after, next);
+        return next;
     }
 
     bool hasTooManyAttributes(std::size_t at, std::size_t end) const {
@@ -235,33 +249,23 @@ private:
             }
         }
         const auto reference = characterReference(text);
-        copyUntil(at);
         if (!reference) {
-            m_out += "&amp;";
-            m_copied = at + 1;
+            replace(at, 1, "&amp;");
             return 1;
         }
-        switch (reference->character) {
-        case U'&':
-            m_out += "&amp;";
-            break;
-        case U'<':
-            m_out += "&lt;";
-            break;
-        case U'>':
-            m_out += "&gt;";
-            break;
-        case U'"':
-            m_out += "&quot;";
-            break;
-        case U'\'':
-            m_out += "&apos;";
-            break;
-        default:
-            m_out += QString::fromUcs4(&reference->character, 1).toUtf8();
-        }
-        m_copied = at + reference->length;
+        // Those a parser must not meet as themselves were written as numbers.
+        const char32_t character = reference->character;
+        const QByteArray mended =
+            character < 0x80 ? "&#" + QByteArray::number(static_cast<uint>(character)) + ';'
+                             : QString::fromUcs4(&character, 1).toUtf8();
+        replace(at, reference->length, viewOf(mended));
         return reference->length;
+    }
+
+    void replace(std::size_t at, std::size_t length, std::string_view with) {
+        copyUntil(at);
+        m_out.append(with.data(), static_cast<qsizetype>(with.size()));
+        m_copied = at + length;
     }
 
     void copyUntil(std::size_t end) {

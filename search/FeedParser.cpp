@@ -2,6 +2,7 @@
 
 #include "search/FeedDate.h"
 #include "search/FeedDocument.h"
+#include "search/FeedElements.h"
 #include "search/FeedText.h"
 
 #include <libxml/parser.h>
@@ -24,117 +25,23 @@ constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype summaryCharacters = 400;
 constexpr std::size_t longestLink = 4'096;
 
-std::string_view viewOf(const xmlChar *text) {
-    return text == nullptr ? std::string_view() : reinterpret_cast<const char *>(text);
-}
-
-bool sameWord(std::string_view word, std::string_view lowerCase) {
-    return std::ranges::equal(word, lowerCase, {}, [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-    });
-}
-
-bool contains(std::string_view text, std::string_view part) {
-    return text.find(part) != std::string_view::npos;
-}
-
-/// What an element's prefix and namespace make of it.
-enum class Vocabulary { Feed, Atom, DublinCore, Content, Other };
-
-Vocabulary vocabularyOf(std::string_view prefix, std::string_view uri) {
-    if (prefix.empty() && uri.empty()) {
-        return Vocabulary::Feed;
-    }
-    // A prefix nobody declared means what it usually does.
-    const bool undeclared = uri.empty();
-    if (contains(uri, "w3.org/2005/Atom") || contains(uri, "purl.org/atom/ns") ||
-        (undeclared && prefix.starts_with("atom"))) {
-        return Vocabulary::Atom;
-    }
-    if (contains(uri, "purl.org/dc/") || (undeclared && prefix.starts_with("dc"))) {
-        return Vocabulary::DublinCore;
-    }
-    if (contains(uri, "purl.org/rss/1.0/modules/content") || (undeclared && prefix == "content")) {
-        return Vocabulary::Content;
-    }
-    const bool prefixed = uri == "http://purl.org/rss/1.0/" || (undeclared && prefix == "rss") ||
-                          contains(uri, "netscape.com/rdf/simple");
-    return prefix.empty() || prefixed ? Vocabulary::Feed : Vocabulary::Other;
-}
-
-/// The texts of one item, gathered while it is open.
-enum Field : std::size_t { Title, Link, Summary, Content, Published, Dated, Updated, FieldCount };
-
 struct GatheredText {
     std::string utf8;
     Markup markup = Markup::Any;
 };
 
-constexpr std::array<std::size_t, FieldCount> fieldBytes{2'048, longestLink, 2'048, 2'048,
-                                                         64,    64,          64};
-
-/// How much an item's link is one: the lowest wins, the first of equals.
-enum LinkRank { TextLink, PageLink, OtherPageLink, RelatedLink, SelfLink, FileLink, NoLink };
-
-LinkRank rankOf(std::string_view relation, std::string_view type) {
-    if (relation.empty() || relation == "alternate") {
-        return type.empty() || contains(type, "html") ? PageLink : OtherPageLink;
+/// How much is gathered of the text that plays a role.
+constexpr std::size_t bytesOf(Role role) {
+    switch (role) {
+    case Role::Link:
+        return longestLink;
+    case Role::Published:
+    case Role::Dated:
+    case Role::Updated:
+        return 64;
+    default:
+        return 2'048;
     }
-    if (relation == "self" || relation == "edit" || relation == "replies") {
-        return SelfLink;
-    }
-    return relation == "enclosure" ? FileLink : RelatedLink;
-}
-
-/// What a start tag carries, as libxml2 hands it over: five pointers an attribute.
-class Attributes {
-public:
-    Attributes(const xmlChar **values, int count) : m_values(values), m_count(count) {}
-
-    /// The value of the attribute `name` (of the "xml" namespace, or of none), blanks trimmed.
-    std::string value(std::string_view name, std::string_view prefix = {}) const {
-        for (int i = 0; i < m_count; ++i) {
-            const xmlChar *const *attribute = m_values + static_cast<std::ptrdiff_t>(i) * 5;
-            if ((attribute[1] == nullptr) == prefix.empty() && viewOf(attribute[0]) == name &&
-                viewOf(attribute[1]) == prefix) {
-                return unescaped({reinterpret_cast<const char *>(attribute[3]),
-                                  static_cast<std::size_t>(attribute[4] - attribute[3])});
-            }
-        }
-        return {};
-    }
-
-private:
-    /// libxml2 leaves an ampersand as a reference, for whoever writes the tag out again.
-    static std::string unescaped(std::string_view value) {
-        std::string text;
-        text.reserve(value.size());
-        for (std::size_t at = 0; at < value.size();) {
-            const bool escaped = value.substr(at).starts_with("&#38;");
-            text += value[at];
-            at += escaped ? 5 : 1;
-        }
-        return text;
-    }
-
-    const xmlChar **m_values;
-    int m_count;
-};
-
-/// The absolute http(s) address `link` means beside `base`; empty when it means none.
-QString resolved(std::string_view link, const QUrl &base) {
-    const QString text = plainText(link, Markup::None, static_cast<qsizetype>(longestLink));
-    const bool blanks = text.contains(u' ');
-    const bool absolute = text.startsWith(u"http://") || text.startsWith(u"https://");
-    if (absolute && !blanks) {
-        return text.size() > 8 ? text : QString();
-    }
-    if (text.isEmpty() || (blanks && !text.startsWith(u"http"))) {
-        return {};
-    }
-    const QUrl url = base.resolved(QUrl(text));
-    const bool http = url.scheme() == u"http" || url.scheme() == u"https";
-    return http && !url.host().isEmpty() ? url.toString(QUrl::FullyEncoded) : QString();
 }
 
 /// Follows the parser's events and gathers the items.
@@ -143,7 +50,7 @@ public:
     Gatherer(const QUrl &address, const QString &site) : m_bases{{0, address}}, m_site(site) {}
 
     void follow(xmlParserCtxtPtr parser) { m_parser = parser; }
-    bool isFeed() const { return m_isFeed; }
+    bool isFeed() const { return m_kind != FeedKind::None; }
     QList<FeedItem> takeItems() { return std::move(m_items); }
 
     static xmlSAXHandler events();
@@ -151,25 +58,25 @@ public:
 private:
     void start(const xmlChar *name, const xmlChar *prefix, const xmlChar *uri, int namespaces,
                const Attributes &attributes);
-    void end();
+    void end(std::string_view name);
     void text(std::string_view piece);
     /// After a fault libxml2 leaves out every reference it meets, "&amp;" too, unless told that
     /// the document is well formed.
     void forgive() { m_parser->wellFormed = 1; }
 
-    void startRoot(std::string_view name);
-    void startChild(std::string_view name, Vocabulary vocabulary, const Attributes &attributes);
+    void startBase(const std::string &base);
+    void startChild(Role role, Vocabulary vocabulary, const Attributes &attributes);
     void startLink(Vocabulary vocabulary, const Attributes &attributes);
-    void startText(Field field, Vocabulary vocabulary, const Attributes &attributes);
+    void startText(Role role, Vocabulary vocabulary, const Attributes &attributes);
     void offerLink(LinkRank rank, std::string_view link);
-    void gather(Field field);
+    void gather(Role role);
     void closeItem();
 
+    GatheredText &textOf(Role role) { return m_texts[static_cast<std::size_t>(role)]; }
     bool itemIsOpen() const { return m_itemDepth > 0; }
 
     xmlParserCtxtPtr m_parser = nullptr;
-    bool m_isFeed = false;
-    bool m_isAtom = false; ///< what has no namespace is Atom's
+    FeedKind m_kind = FeedKind::None;
     int m_depth = 0;
     std::array<int, deepest + 1> m_namespaces{}; ///< in scope, at each depth
     struct Base {
@@ -178,14 +85,14 @@ private:
     };
     std::vector<Base> m_bases;
 
-    int m_itemDepth = 0; ///< 0 outside of an item
-    std::array<GatheredText, FieldCount> m_fields;
+    int m_itemDepth = 0;                         ///< 0 outside of an item
+    std::array<GatheredText, roleCount> m_texts; ///< of the item that is open, by role
     LinkRank m_linkRank = NoLink;
     QString m_link;
-    GatheredText *m_gathering = nullptr;
+    GatheredText *m_gathering = nullptr; ///< the text of the element at m_gatheringDepth
     std::size_t m_gatheringBytes = 0;
     int m_gatheringDepth = 0;
-    Field m_gatheringField = Title;
+    Role m_gatheringRole = Role::None;
 
     QString m_site;
     QList<FeedItem> m_items;
@@ -204,70 +111,60 @@ void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *
         m_namespaces[static_cast<std::size_t>(m_depth - 1)] + namespaces;
     const std::string_view word = viewOf(name);
     if (m_depth == 1) {
-        startRoot(word);
+        m_kind = feedKindOf(word);
+        if (m_kind == FeedKind::None) {
+            xmlStopParser(m_parser);
+        }
     }
     if (const std::string base = attributes.value("base", "xml"); !base.empty()) {
-        m_bases.push_back(
-            {m_depth, m_bases.back().address.resolved(QUrl(QString::fromStdString(base)))});
+        startBase(base);
     }
     if (m_gathering != nullptr && !isInlineElement(word)) {
         text(" ");
     }
     // Whatever stands deeper (a source, a group of media, a piece of HTML) has texts of its own.
     const bool child = itemIsOpen() && m_depth == m_itemDepth + 1;
-    if (!child && !sameWord(word, "item") && !sameWord(word, "entry")) {
+    const bool mayOpen = opensItem(word, Vocabulary::Feed);
+    if (!child && !mayOpen) {
         return;
     }
     const Vocabulary vocabulary = vocabularyOf(viewOf(prefix), viewOf(uri));
-    const bool opens = (sameWord(word, "item") || sameWord(word, "entry")) &&
-                       (vocabulary == Vocabulary::Feed || vocabulary == Vocabulary::Atom);
-    if (opens) {
+    if (mayOpen && opensItem(word, vocabulary)) {
         if (itemIsOpen()) {
             closeItem(); // something in the item before was left open
         }
         m_itemDepth = m_depth;
     } else if (child) {
-        startChild(word, vocabulary, attributes);
+        startChild(roleOf(word, vocabulary), vocabulary, attributes);
     }
 }
 
-void Gatherer::startRoot(std::string_view name) {
-    m_isAtom = sameWord(name, "feed");
-    m_isFeed =
-        m_isAtom || sameWord(name, "rss") || sameWord(name, "rdf") || sameWord(name, "channel");
-    if (!m_isFeed) {
-        xmlStopParser(m_parser);
+void Gatherer::startBase(const std::string &base) {
+    // Nested ones add up, and each link is resolved against the sum.
+    const QUrl address = m_bases.back().address.resolved(QUrl(QString::fromStdString(base)));
+    if (base.size() < longestLink &&
+        static_cast<std::size_t>(address.toString().size()) < longestLink) {
+        m_bases.push_back({m_depth, address});
     }
 }
 
-void Gatherer::startChild(std::string_view name, Vocabulary vocabulary,
-                          const Attributes &attributes) {
-    if (vocabulary == Vocabulary::Other) {
+void Gatherer::startChild(Role role, Vocabulary vocabulary, const Attributes &attributes) {
+    switch (role) {
+    case Role::None:
         return;
-    }
-    if (vocabulary == Vocabulary::DublinCore) {
-        if (sameWord(name, "date")) {
-            gather(Dated);
-        } else if (sameWord(name, "title")) {
-            startText(Title, vocabulary, attributes);
-        }
+    case Role::Title:
+    case Role::Summary:
+    case Role::Content:
+        startText(role, vocabulary, attributes);
         return;
-    }
-    if (sameWord(name, "title")) {
-        startText(Title, vocabulary, attributes);
-    } else if (sameWord(name, "link")) {
+    case Role::Link:
         startLink(vocabulary, attributes);
-    } else if (sameWord(name, "description") || sameWord(name, "summary")) {
-        startText(Summary, vocabulary, attributes);
-    } else if (sameWord(name, "encoded") || sameWord(name, "content")) {
-        startText(Content, vocabulary, attributes);
-    } else if (sameWord(name, "pubdate") || sameWord(name, "published") ||
-               sameWord(name, "issued")) { // the last is Atom 0.3's, as "modified"
-        gather(Published);
-    } else if (sameWord(name, "date")) {
-        gather(Dated);
-    } else if (sameWord(name, "updated") || sameWord(name, "modified")) {
-        gather(Updated);
+        return;
+    case Role::Published:
+    case Role::Dated:
+    case Role::Updated:
+        gather(role);
+        return;
     }
 }
 
@@ -276,18 +173,19 @@ void Gatherer::startLink(Vocabulary vocabulary, const Attributes &attributes) {
         offerLink(rankOf(attributes.value("rel"), attributes.value("type")), address);
     }
     if (vocabulary == Vocabulary::Feed) {
-        gather(Link);
+        gather(Role::Link);
     }
 }
 
-void Gatherer::startText(Field field, Vocabulary vocabulary, const Attributes &attributes) {
-    gather(field);
+void Gatherer::startText(Role role, Vocabulary vocabulary, const Attributes &attributes) {
+    gather(role);
     if (m_gathering == nullptr) {
         return;
     }
-    const bool isTitle = field == Title;
+    const bool isTitle = role == Role::Title;
     Markup markup = isTitle ? Markup::Inline : Markup::Any;
-    if (vocabulary == Vocabulary::Atom || (vocabulary == Vocabulary::Feed && m_isAtom)) {
+    if (vocabulary == Vocabulary::Atom ||
+        (vocabulary == Vocabulary::Feed && m_kind == FeedKind::Atom)) {
         const std::string type = attributes.value("type");
         if (contains(type, "xhtml") || type == "text" || (isTitle && !contains(type, "html"))) {
             markup = Markup::None;
@@ -300,20 +198,20 @@ void Gatherer::offerLink(LinkRank rank, std::string_view link) {
     if (rank >= m_linkRank || link.size() >= longestLink) {
         return;
     }
-    if (QString address = resolved(link, m_bases.back().address); !address.isEmpty()) {
+    if (QString address = resolvedLink(link, m_bases.back().address); !address.isEmpty()) {
         m_link = std::move(address);
         m_linkRank = rank;
     }
 }
 
-/// Gathers the text of the element that starts, unless an earlier one gave the field already.
-void Gatherer::gather(Field field) {
-    if (m_gathering != nullptr || !m_fields[field].utf8.empty()) {
+/// Gathers the text of the element that starts, unless an earlier one gave the same already.
+void Gatherer::gather(Role role) {
+    if (m_gathering != nullptr || !textOf(role).utf8.empty()) {
         return;
     }
-    m_gathering = &m_fields[field];
-    m_gatheringField = field;
-    m_gatheringBytes = fieldBytes[field];
+    m_gathering = &textOf(role);
+    m_gatheringRole = role;
+    m_gatheringBytes = bytesOf(role);
     m_gatheringDepth = m_depth;
 }
 
@@ -330,20 +228,23 @@ void Gatherer::text(std::string_view piece) {
     gathered.append(piece.substr(0, taken));
 }
 
-void Gatherer::end() {
+void Gatherer::end(std::string_view name) {
     forgive();
+    if (m_depth == 0) {
+        return;
+    }
     if (m_gathering != nullptr) {
         if (m_depth <= m_gatheringDepth) {
             GatheredText &gathered = *m_gathering;
             m_gathering = nullptr;
             const bool blank = plainText(gathered.utf8, Markup::None, 1).isEmpty();
-            if (m_gatheringField == Link && !blank) {
+            if (m_gatheringRole == Role::Link && !blank) {
                 offerLink(TextLink, gathered.utf8);
             }
-            if (m_gatheringField == Link || blank) {
+            if (m_gatheringRole == Role::Link || blank) {
                 gathered.utf8.clear();
             }
-        } else {
+        } else if (!isInlineElement(name)) {
             text(" ");
         }
     }
@@ -363,22 +264,22 @@ void Gatherer::closeItem() {
         };
         FeedItem item;
         item.site = m_site;
-        item.title = plain(m_fields[Title], titleCharacters);
+        item.title = plain(textOf(Role::Title), titleCharacters);
         item.link = std::move(m_link);
-        item.summary = plain(m_fields[Summary], summaryCharacters);
+        item.summary = plain(textOf(Role::Summary), summaryCharacters);
         if (item.summary.isEmpty()) {
-            item.summary = plain(m_fields[Content], summaryCharacters);
+            item.summary = plain(textOf(Role::Content), summaryCharacters);
         }
-        for (const Field field : {Published, Dated, Updated}) {
-            item.date = parseFeedDate(QByteArrayView(m_fields[field].utf8));
+        for (const Role role : {Role::Published, Role::Dated, Role::Updated}) {
+            item.date = parseFeedDate(QByteArrayView(textOf(role).utf8));
             if (item.date) {
                 break;
             }
         }
         m_items.append(std::move(item));
     }
-    for (GatheredText &field : m_fields) {
-        field.utf8.clear();
+    for (GatheredText &gathered : m_texts) {
+        gathered.utf8.clear();
     }
     m_link.clear();
     m_linkRank = NoLink;
@@ -398,8 +299,8 @@ xmlSAXHandler Gatherer::events() {
         static_cast<Gatherer *>(self)->start(name, prefix, uri, namespaces,
                                              Attributes(attributes, attributeCount));
     };
-    handler.endElementNs = [](void *self, const xmlChar *, const xmlChar *, const xmlChar *) {
-        static_cast<Gatherer *>(self)->end();
+    handler.endElementNs = [](void *self, const xmlChar *name, const xmlChar *, const xmlChar *) {
+        static_cast<Gatherer *>(self)->end(viewOf(name));
     };
     handler.characters = [](void *self, const xmlChar *text, int length) {
         auto *gatherer = static_cast<Gatherer *>(self);
