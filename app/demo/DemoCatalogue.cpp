@@ -80,6 +80,10 @@ DemoPage readPage(const QString &file, const QDate &today) {
             page.kind = value;
         } else if (key == u"about") {
             page.about = value.split(QStringLiteral(", "));
+        } else if (key == u"copy") {
+            page.copy = value;
+        } else if (key == u"blogged") {
+            page.blogged = value.toInt();
         } else if (key == u"shape") {
             page.shape = shapeOf(value);
         } else if (key == u"lang") {
@@ -145,7 +149,8 @@ bool holdsWords(const QString &text, const QString &words) {
 }
 
 DemoCatalogue::DemoCatalogue(const QDate &today, const QString &root)
-    : m_pages(readFolder(root + QStringLiteral("/pages"), today))
+    : m_today(today)
+    , m_pages(readFolder(root + QStringLiteral("/pages"), today))
     , m_forms(readFolder(root + QStringLiteral("/forms"), today)) {}
 
 std::optional<DemoPage> DemoCatalogue::at(const QString &path) const {
@@ -165,6 +170,10 @@ std::optional<DemoPage> DemoCatalogue::at(const QString &path) const {
         }
     }
     return std::nullopt;
+}
+
+std::optional<DemoPage> DemoCatalogue::pageOf(const QString &link, const QString &site) const {
+    return link.startsWith(site + u'/') ? at(link.sliced(site.size())) : std::nullopt;
 }
 
 QList<DemoPage> DemoCatalogue::named(const QString &name) const {

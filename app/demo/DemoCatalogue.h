@@ -27,7 +27,9 @@ struct DemoPage {
     QString headline;    ///< in French, what its finder calls it
     QString description; ///< empty: none
     QString kind;        ///< raw string of an ItemKind
-    QStringList about;   ///< the dependencies, tools and subjects it answers
+    QStringList about;   ///< the dependencies, tools and subjects it answers; empty: not searched
+    QString copy;        ///< of a dead page, the path of one that tells the same news; or empty
+    int blogged = 0;     ///< days since the blog announced it, 0: it did not
     Shape shape = Shape::Article;
     QString language; ///< "fr" or "en"
     QString text;     ///< paragraphs, "## " headings and "- " lists, blank lines between
@@ -41,9 +43,12 @@ public:
     explicit DemoCatalogue(const QDate &today,
                            const QString &root = QStringLiteral(":/vorle/demo"));
 
+    const QDate &today() const { return m_today; }
     const QList<DemoPage> &pages() const { return m_pages; }
     /// The page at a percent-encoded path, or nothing.
     std::optional<DemoPage> at(const QString &path) const;
+    /// The page at a link, when it leads to `site` (an address without a trailing slash).
+    std::optional<DemoPage> pageOf(const QString &link, const QString &site) const;
     /// The pages that answer exactly `name`, as a dependency or a tool is spelled.
     QList<DemoPage> named(const QString &name) const;
     /// The pages one of whose subjects occurs in `text` as whole words, accents and case apart.
@@ -52,6 +57,7 @@ public:
     QList<DemoPage> madeFor(const QString &subject) const;
 
 private:
+    QDate m_today;
     QList<DemoPage> m_pages;
     QList<DemoPage> m_forms; ///< their path is the last segment of what is made from them
 };

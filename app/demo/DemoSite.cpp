@@ -1,5 +1,6 @@
 #include "app/demo/DemoSite.h"
 
+#include "app/demo/DemoBlog.h"
 #include "app/demo/DemoPageWriter.h"
 
 #include <QTcpSocket>
@@ -135,8 +136,10 @@ void DemoSite::answer(QTcpSocket *socket, const QByteArray &head) {
     }
     const bool keep = request[2] != "HTTP/1.0" &&
                       headerValue(lines, "connection").compare("close", Qt::CaseInsensitive) != 0;
+    const auto body = page ? std::optional(writePage(*page))
+                           : blogAnswer(m_catalogue, QString::fromLatin1(path), address());
     const DemoBody missing{"text/html; charset=utf-8", "<h1>Page introuvable</h1>\n"};
-    socket->write(page ? response("200 OK", writePage(*page), !headOnly, keep)
+    socket->write(body ? response("200 OK", *body, !headOnly, keep)
                        : response("404 Not Found", missing, !headOnly, keep));
     if (!keep) {
         socket->disconnectFromHost();

@@ -1,5 +1,6 @@
 #include "app/demo/Demonstration.h"
 
+#include "app/demo/DemoBlog.h"
 #include "core/Preferences.h"
 
 #include <QCoreApplication>
@@ -71,6 +72,8 @@ void Demonstration::furnish(Preferences &preferences) const {
                                   "téléphone et dans le navigateur")},
          {potager, QStringLiteral("un potager de 40 m² en ville, sans produits, paillé toute "
                                   "l’année")}});
+    preferences.change(&Settings::prioritySites,
+                       {PrioritySite{m_site->address() + demoBlogPath(), {}, {}}});
     preferences.change(&Settings::onboarded, true);
     preferences.change(&Settings::calibrated, true);
 }

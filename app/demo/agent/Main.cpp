@@ -9,9 +9,11 @@
 // first judging call has failed once. VORLE_DEMO_PACE, in thousandths of a second, stands in place
 // of the pause each answer takes.
 
+#include "app/demo/agent/Digger.h"
 #include "app/demo/agent/Grader.h"
 #include "app/demo/agent/PromptReader.h"
 #include "app/demo/agent/Scout.h"
+#include "app/demo/agent/Screener.h"
 #include "base/Resources.h"
 
 #include <QCoreApplication>
@@ -81,13 +83,18 @@ Call readCall(const QStringList &arguments) {
     return call;
 }
 
-QHash<QString, QString> valuesOf(const QString &name, const QString &prompt) {
-    const auto instruction = Resources().text(name, QStringLiteral("md"));
-    const auto values = instruction ? placeholderValues(*instruction, prompt) : std::nullopt;
-    if (!values) {
-        throw Failure{QStringLiteral("consigne inconnue de l’agent de démonstration")};
+/// What the prompt holds in the places of the named instruction; nothing when it is another.
+std::optional<QHash<QString, QString>> valuesOf(const char *name, const Call &call) {
+    const auto instruction = Resources().text(QString::fromLatin1(name), QStringLiteral("md"));
+    return instruction ? placeholderValues(*instruction, call.prompt) : std::nullopt;
+}
+
+QString siteAddress() {
+    const QString site = qEnvironmentVariable("VORLE_DEMO_SITE");
+    if (site.isEmpty()) {
+        throw Failure{QStringLiteral("VORLE_DEMO_SITE n’est pas donné")};
     }
-    return *values;
+    return site;
 }
 
 /// True for one call alone, whichever comes first: making the file settles it.
@@ -97,26 +104,34 @@ bool firstJudging() {
                                   .open(QIODevice::WriteOnly | QIODevice::NewOnly);
 }
 
+/// The schema says what is asked for, and where two instructions share one, the prompt says which.
 QByteArray answerTo(const Call &call) {
     const QJsonObject properties =
         QJsonDocument::fromJson(call.schema).object().value(u"properties").toObject();
+    const DemoCatalogue catalogue(QDate::currentDate());
     if (properties.contains(u"candidates")) {
-        const QString site = qEnvironmentVariable("VORLE_DEMO_SITE");
-        if (site.isEmpty()) {
-            throw Failure{QStringLiteral("VORLE_DEMO_SITE n’est pas donné")};
+        if (const auto values = valuesOf("candidates-prompt", call)) {
+            return json::encode(scout(*values, catalogue, siteAddress()));
         }
-        return json::encode(scout(valuesOf(QStringLiteral("candidates-prompt"), call.prompt),
-                                  DemoCatalogue(QDate::currentDate()), site));
-    }
-    if (properties.contains(u"judgments")) {
-        const auto values = valuesOf(QStringLiteral("judge-prompt"), call.prompt);
-        if (firstJudging()) {
-            throw Failure{
-                QStringLiteral("service momentanément surchargé (panne de démonstration)")};
+        if (const auto values = valuesOf("sites-prompt", call)) {
+            return json::encode(screen(*values, catalogue, siteAddress()));
         }
-        return json::encode(grade(values));
+    } else if (properties.contains(u"results")) {
+        if (const auto values = valuesOf("dig-prompt", call)) {
+            return json::encode(dig(*values, catalogue, siteAddress()));
+        }
+    } else if (properties.contains(u"judgments")) {
+        if (const auto values = valuesOf("judge-prompt", call)) {
+            if (firstJudging()) {
+                throw Failure{
+                    QStringLiteral("service momentanément surchargé (panne de démonstration)")};
+            }
+            return json::encode(grade(*values));
+        }
+    } else {
+        throw Failure{QStringLiteral("schéma inconnu de l’agent de démonstration")};
     }
-    throw Failure{QStringLiteral("schéma inconnu de l’agent de démonstration")};
+    throw Failure{QStringLiteral("consigne inconnue de l’agent de démonstration")};
 }
 
 /// Between 0.3 and 1.2 s, by the prompt's size, so that progress can be seen.

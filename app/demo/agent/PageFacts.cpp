@@ -1,6 +1,5 @@
 #include "app/demo/agent/PageFacts.h"
 
-#include "app/demo/DemoCatalogue.h"
 #include "base/Text.h"
 
 #include <QLocale>
@@ -11,6 +10,9 @@
 namespace vorle::demo {
 
 namespace {
+
+/// How much of a page tells what it is about, in characters.
+constexpr qsizetype openingLength = 600;
 
 QRegularExpression pattern(const char *text) {
     return QRegularExpression(QString::fromUtf8(text),
@@ -67,52 +69,6 @@ void readDeadline(const QStringList &all, const QDate &today, PageFacts &facts) 
         }
     }
     facts.deadline = earliest.isValid() ? earliest.toString(Qt::ISODate) : QString();
-}
-
-/// Whether the words of `subject` that carry meaning occur, whatever their endings: both of two,
-/// two of three, three of four.
-bool speaksOf(const QString &folded, const QString &subject) {
-    const QString spaced = u' ' + folded;
-    int meant = 0;
-    int held = 0;
-    for (const QString &word : foldedWords(subject).split(u' ')) {
-        if (word.size() >= 4 || word == u"ia") {
-            const qsizetype stem = std::max<qsizetype>(4, word.size() - 2);
-            ++meant;
-            held +=
-                spaced.contains(QString(u' ' + word.first(std::min(stem, word.size())))) ? 1 : 0;
-        }
-    }
-    return meant > 0 && held >= (meant <= 2 ? meant : meant - 1);
-}
-
-Tie tieOf(const QString &folded, const ProfileRead &profile) {
-    Tie tie;
-    for (const auto &interest : profile.interests) {
-        if (interest.weight > tie.weight && speaksOf(folded, interest.topic)) {
-            tie = {Tie::Kind::Interest, interest.topic, {}, interest.weight};
-        }
-    }
-    if (tie.kind != Tie::Kind::None) {
-        return tie;
-    }
-    for (const auto &project : profile.projects) {
-        for (const QString &label : project.labels) {
-            if (holdsWords(folded, foldedWords(label))) {
-                return {Tie::Kind::Project, project.name, label, 0};
-            }
-        }
-        if (holdsWords(folded, foldedWords(project.name)) ||
-            speaksOf(folded, project.description)) {
-            return {Tie::Kind::Project, project.name, {}, 0};
-        }
-    }
-    for (const QString &tool : profile.tools) {
-        if (holdsWords(folded, foldedWords(tool))) {
-            return {Tie::Kind::Tool, tool, {}, 0};
-        }
-    }
-    return tie;
 }
 
 void readLines(const BlockRead &block, PageFacts &facts) {
@@ -183,7 +139,9 @@ PageFacts readFacts(const BlockRead &block, const ProfileRead &profile, const QD
             facts.step = sentence;
         }
     }
-    facts.tie = tieOf(foldedWords(block.title + u' ' + block.note + u' ' + text), profile);
+    facts.tie = tieOf(block.title + u'\n' + block.note + u'\n' +
+                          text.first(std::min<qsizetype>(openingLength, text.size())),
+                      text, profile);
     return facts;
 }
 

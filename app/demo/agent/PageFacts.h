@@ -1,18 +1,10 @@
 #pragma once
 
 #include "app/demo/agent/PromptReader.h"
+#include "app/demo/agent/Tie.h"
 #include "core/Judgment.h"
 
 namespace vorle::demo {
-
-/// What of the person's territory a page touches: the strongest tie found.
-struct Tie {
-    enum class Kind { None, Project, Interest, Tool };
-    Kind kind = Kind::None;
-    QString name;  ///< the project, the topic or the tool
-    QString label; ///< the technology that ties a project, or empty
-    int weight = 0;
-};
 
 /// What can be told from one candidate's text by its words alone.
 struct PageFacts {

@@ -27,6 +27,14 @@ ScopeRead::Interest interestFrom(const QString &line) {
                             : ScopeRead::Interest{line, 3};
 }
 
+/// "name: description [label, label]"
+ProfileRead::Project projectFrom(const QString &line) {
+    static const QRegularExpression project = pattern(R"(^(.*?)(?:: (.*?))?(?: \[(.*)\])?$)");
+    const auto match = project.match(line);
+    return {match.captured(1), match.captured(2),
+            match.captured(3).split(QStringLiteral(", "), Qt::SkipEmptyParts)};
+}
+
 /// The lines that begin with "- " right after the line that begins with `heading`.
 QStringList bulletsAfter(const QString &heading, const QString &text) {
     QStringList bullets;
@@ -164,17 +172,42 @@ QList<BlockRead> readBlocks(const QString &candidates) {
 
 ProfileRead readProfile(const QString &profile) {
     ProfileRead read;
-    static const QRegularExpression project = pattern(R"(^(.*?)(?:: (.*?))?(?: \[(.*)\])?$)");
     for (const QString &line : bulletsAfter(QStringLiteral("Projects they work on:"), profile)) {
-        const auto match = project.match(line);
-        read.projects +=
-            ProfileRead::Project{match.captured(1), match.captured(2),
-                                 match.captured(3).split(QStringLiteral(", "), Qt::SkipEmptyParts)};
+        read.projects += projectFrom(line);
     }
     for (const QString &line : bulletsAfter(QStringLiteral("Topics they follow"), profile)) {
         read.interests += interestFrom(line);
     }
     read.tools = bulletsAfter(QStringLiteral("Tools they use:"), profile);
+    return read;
+}
+
+ProfileRead readSitesProfile(const QHash<QString, QString> &values) {
+    const auto listed = [&](const char *placeholder, const char *separator, const char *none) {
+        const QString text = values.value(QString::fromLatin1(placeholder));
+        return text == QLatin1String(none)
+                   ? QStringList()
+                   : text.split(QString::fromLatin1(separator), Qt::SkipEmptyParts);
+    };
+    ProfileRead read;
+    for (const QString &project : listed("@PROJECTS", "; ", "nothing declared")) {
+        read.projects += projectFrom(project);
+    }
+    for (const QString &interest : listed("@INTERESTS", ", ", "none declared")) {
+        read.interests += interestFrom(interest);
+    }
+    read.tools = listed("@TOOLS", ", ", "none declared");
+    return read;
+}
+
+QList<ItemRead> readItems(const QString &items) {
+    static const QRegularExpression line =
+        pattern(R"(^\[[^\]]*\] (.*?)(?: — (.*?))?(?: \(\d{4}-\d\d-\d\d\))? (https?://\S+)$)");
+    QList<ItemRead> read;
+    for (auto matches = line.globalMatch(items); matches.hasNext();) {
+        const auto match = matches.next();
+        read += ItemRead{match.captured(1), match.captured(2), match.captured(3)};
+    }
     return read;
 }
 

@@ -34,7 +34,7 @@ struct ScopeRead {
 };
 ScopeRead readScope(const QString &scope);
 
-/// One candidate block of the judge's instruction.
+/// One block of the judge's instruction, or of the one for pages that could not be read.
 struct BlockRead {
     QString id;
     QString title;
@@ -58,5 +58,15 @@ struct ProfileRead {
     QStringList tools;
 };
 ProfileRead readProfile(const QString &profile);
+/// The same from the instruction for the items of trusted sites, which lists it on three lines.
+ProfileRead readSitesProfile(const QHash<QString, QString> &values);
+
+/// One item of a trusted site: "[site] title — summary (2026-11-21) link".
+struct ItemRead {
+    QString title;
+    QString summary;
+    QString link;
+};
+QList<ItemRead> readItems(const QString &items);
 
 } // namespace vorle::demo
