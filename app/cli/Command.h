@@ -70,6 +70,7 @@ Task<ExitStatus> fouille(Context &context);
 Task<ExitStatus> consignes(Context &context);
 Task<ExitStatus> sujets(Context &context);
 Task<ExitStatus> lire(Context &context);
+Task<ExitStatus> flux(Context &context);
 Task<ExitStatus> decouverte(Context &context);
 Task<ExitStatus> projet(Context &context);
 Task<ExitStatus> reglages(Context &context);
