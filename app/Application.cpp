@@ -35,6 +35,16 @@ PageReader &Application::reader() {
     return *m_reader;
 }
 
+QList<discovery::App> Application::apps() const {
+    QList<discovery::App> apps;
+    const auto installed =
+        m_setup.installedApps != nullptr ? m_setup.installedApps->list() : QList<InstalledApp>();
+    for (const InstalledApp &app : installed) {
+        apps += {app.name, app.location, app.category};
+    }
+    return discovery::inOrder(std::move(apps));
+}
+
 EngineAgent &Application::agent() {
     if (!m_agent) {
         m_agent = std::make_unique<EngineAgent>(AgentEnvironment::ofThisProcess(), [this] {

@@ -7,6 +7,8 @@
 #include "core/Preferences.h"
 #include "core/StoreLock.h"
 #include "core/TopicStore.h"
+#include "platform/InstalledApps.h"
+#include "search/DiscoveryApps.h"
 #include "search/PageReader.h"
 #include "search/SearchEngine.h"
 
@@ -22,6 +24,7 @@ public:
         TopicStore::Kind store = TopicStore::Kind::Real;
         std::optional<QString> settingsFile; ///< instead of the user's own settings
         bool allowLoopback = false;          ///< links from strangers may reach this machine
+        const InstalledApps *installedApps = nullptr; ///< outlives the application; null: no app
     };
 
     explicit Application(Setup setup);
@@ -35,6 +38,8 @@ public:
     /// @throws std::system_error as `store()`
     StoreLock &lock();
     PageReader &reader();
+    /// The apps installed on this machine, in the order they are shown in. Read at each call.
+    QList<discovery::App> apps() const;
     EngineAgent &agent();
     Asker &asker();
     SearchEngine &engine();

@@ -1,5 +1,6 @@
 #include "agents/TemporaryFiles.h"
 #include "app/cli/CommandLine.h"
+#include "platform/Native.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -24,5 +25,6 @@ int main(int argc, char **argv) {
     QCoreApplication::setApplicationName(QStringLiteral("vorle"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VORLE_VERSION));
     vorle::sweepStrays();
-    return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1));
+    const auto installedApps = vorle::native::installedApps();
+    return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1), *installedApps);
 }

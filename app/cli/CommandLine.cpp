@@ -33,8 +33,10 @@ const Command *commandNamed(const QString &name) {
     return found == all.end() ? nullptr : &*found;
 }
 
-Application::Setup setupFor(const Demonstration *demonstration) {
+Application::Setup setupFor(const Demonstration *demonstration,
+                            const InstalledApps &installedApps) {
     Application::Setup setup;
+    setup.installedApps = &installedApps;
     setup.allowLoopback =
         demonstration != nullptr || qEnvironmentVariableIsSet("VORLE_ALLOW_LOOPBACK");
     if (demonstration != nullptr) {
@@ -76,7 +78,8 @@ Task<> runThenQuit(const Command *command, Context &context) {
         [status] { QCoreApplication::exit(static_cast<int>(status)); }, Qt::QueuedConnection);
 }
 
-int runCommand(const Command &command, const Arguments &arguments) {
+int runCommand(const Command &command, const Arguments &arguments,
+               const InstalledApps &installedApps) {
     Console console;
     std::unique_ptr<Demonstration> demonstration;
     if (arguments.flags.contains(QStringLiteral("demo"))) {
@@ -94,7 +97,7 @@ int runCommand(const Command &command, const Arguments &arguments) {
         }
     }
     const Interrupts interrupts;
-    Application app(setupFor(demonstration.get()));
+    Application app(setupFor(demonstration.get(), installedApps));
     if (demonstration) {
         demonstration->furnish(app.preferences());
     }
@@ -105,7 +108,7 @@ int runCommand(const Command &command, const Arguments &arguments) {
 
 } // namespace
 
-int runCommandLine(const QStringList &words) {
+int runCommandLine(const QStringList &words, const InstalledApps &installedApps) {
     Console console;
     if (words.isEmpty() || words.first() == u"--help" || words.first() == u"-h" ||
         words.first() == u"aide") {
@@ -128,7 +131,7 @@ int runCommandLine(const QStringList &words) {
         return static_cast<int>(ExitStatus::Done);
     }
     try {
-        return runCommand(*command, parseArguments(*command, words.sliced(1)));
+        return runCommand(*command, parseArguments(*command, words.sliced(1)), installedApps);
     } catch (const Failure &failure) {
         console.say(failure.text());
         return static_cast<int>(failure.status());

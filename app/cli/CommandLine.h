@@ -2,11 +2,15 @@
 
 #include <QStringList>
 
+namespace vorle {
+class InstalledApps;
+}
+
 namespace vorle::cli {
 
 /// Runs the command that `words` (without the program's name) ask for, on the event loop of the
 /// application object that exists, and gives the exit status: 0 done, 1 failed (the message in
 /// French on standard error), 2 wrong usage.
-int runCommandLine(const QStringList &words);
+int runCommandLine(const QStringList &words, const InstalledApps &installedApps);
 
 } // namespace vorle::cli

@@ -5,7 +5,6 @@
 #include "app/cli/TopicCards.h"
 #include "base/Text.h"
 #include "judging/JudgePrompt.h"
-#include "search/Discovery.h"
 #include "search/Links.h"
 #include "search/Pipeline.h"
 #include "search/RunPlan.h"
@@ -38,18 +37,6 @@ struct PageShown {
             json::field("url", &PageShown::url), json::field("title", &PageShown::title),
             json::field("description", &PageShown::description),
             json::field("text", &PageShown::text), json::field("level", &PageShown::level));
-    }
-};
-
-struct FolderShown {
-    std::optional<QString> manifest;
-    QList<QString> labels;
-    int dependencies = 0;
-
-    static constexpr auto jsonFields() {
-        return std::tuple(json::field("manifest", &FolderShown::manifest),
-                          json::field("labels", &FolderShown::labels),
-                          json::field("dependencies", &FolderShown::dependencies));
     }
 };
 
@@ -211,30 +198,6 @@ Task<ExitStatus> lire(Context &context) {
                                      ? QStringLiteral(" · réponse %1").arg(page.status)
                                      : QString()));
     co_return page.level == ReadLevel::None ? ExitStatus::Failed : ExitStatus::Done;
-}
-
-Task<ExitStatus> decouverte(Context &context) {
-    const discovery::Project project = discovery::readProject(context.arguments.positional.first());
-    if (project.problem == discovery::Project::Problem::NoFolder) {
-        throw Failure(discovery::problemText(project));
-    }
-    if (context.arguments.json()) {
-        const FolderShown shown{project.manifest ? std::optional(project.manifest->name)
-                                                 : std::nullopt,
-                                project.labels, project.dependencies};
-        context.console.print(json::encode(shown, json::Style::Pretty));
-    } else if (project.manifest) {
-        context.console.print(
-            QStringLiteral("%1 · %2 · %3 dépendances")
-                .arg(project.manifest->name, project.labels.isEmpty()
-                                                 ? QStringLiteral("aucune technologie reconnue")
-                                                 : project.labels.join(QStringLiteral(", ")))
-                .arg(project.dependencies));
-    }
-    if (project.problem != discovery::Project::Problem::None) {
-        context.console.say(discovery::problemText(project));
-    }
-    co_return ExitStatus::Done;
 }
 
 Task<ExitStatus> agents(Context &context) {

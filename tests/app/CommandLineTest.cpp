@@ -328,5 +328,30 @@ TEST_F(CommandLineTest, an_agent_that_is_missing_or_signed_out_is_named) {
     EXPECT_EQ(shown[u"agents"].toArray()[1].toObject()[u"state"].toString(), u"missing");
 }
 
+TEST_F(CommandLineTest, without_a_folder_discovery_tells_the_apps_and_the_job) {
+    environment.insert(QStringLiteral("XDG_DATA_DIRS"), folder.filePath(QStringLiteral("none")));
+    QDir(folder.path()).mkpath(QStringLiteral("data/applications"));
+    QDir(folder.path()).mkpath(QStringLiteral("projet"));
+    write(QStringLiteral("data/applications/a.desktop"),
+          "[Desktop Entry]\nType=Application\nExec=a\nName=Figma\n");
+    write(QStringLiteral("data/applications/b.desktop"),
+          "[Desktop Entry]\nType=Application\nExec=b\nName=Échecs\nCategories=Game;\n");
+    const QStringList command{QStringLiteral("decouverte"), QStringLiteral("--json")};
+    const auto shown = [&] { return QJsonDocument::fromJson(vorle(command).out).object(); };
+    EXPECT_EQ(shown()[u"job"].toString(), u"Designer produit");
+    const QJsonArray apps = shown()[u"apps"].toArray();
+    ASSERT_EQ(apps.size(), 2);
+    EXPECT_EQ(apps[0][u"name"].toString(), u"Échecs");
+    EXPECT_TRUE(apps[0][u"leisure"].toBool());
+    EXPECT_TRUE(apps[1][u"tool"].toBool());
+
+    write(QStringLiteral("projet/requirements.txt"), "django");
+    ASSERT_EQ(vorle({QStringLiteral("projet"), QStringLiteral("ajouter"),
+                     folder.filePath(QStringLiteral("projet"))})
+                  .status,
+              0);
+    EXPECT_EQ(shown()[u"job"].toString(), u"Développeur Python");
+}
+
 } // namespace
 } // namespace vorle

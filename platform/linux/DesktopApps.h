@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/InstalledApps.h"
+
+#include <QStringList>
+
+namespace vorle {
+
+/// The applications of a freedesktop system, from the desktop entries in its data directories
+/// (Desktop Entry Specification 1.5). Of entries with one desktop-file id the one in the directory
+/// named first counts, even to hide it. Left out: entries of another type than Application,
+/// hidden, of another desktop, for a terminal, whose program is not there, panel applets and
+/// screen savers, and our own.
+///
+/// Main categories are told in Apple's words: games; music players; players of video and
+/// television, as entertainment. A tool that makes games or cuts films is none of these.
+class DesktopApps final : public InstalledApps {
+public:
+    struct Setting {
+        QStringList dataDirectories; ///< each may hold "applications/"; the first wins
+        QStringList desktops;        ///< the names of the desktop that runs: "GNOME"
+        QStringList programFolders;  ///< where a program without a path is looked for
+        QString ownPrefix;           ///< what our own desktop-file ids begin with
+
+        /// From the XDG environment variables and their defaults, with the directories of Flatpak
+        /// and Snap, which a session may not list.
+        static Setting ofThisProcess();
+    };
+
+    explicit DesktopApps(Setting setting) : m_setting(std::move(setting)) {}
+
+    QList<InstalledApp> list() const override;
+
+private:
+    Setting m_setting;
+};
+
+} // namespace vorle

@@ -1,0 +1,119 @@
+#include "platform/linux/DesktopApps.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace vorle {
+namespace {
+
+class DesktopAppsTest : public testing::Test {
+protected:
+    void entry(const QString &path, const QByteArray &keys) {
+        const QString file = folder.filePath(path);
+        QDir().mkpath(QFileInfo(file).path());
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write("# a comment\n[Desktop Entry]\nType=Application\nExec=run %U\n" + keys +
+                  "\n[Desktop Action new]\nName=Autre chose\nHidden=true\n");
+    }
+
+    /// "Name (category), …" in the order of the names.
+    std::string listed() {
+        DesktopApps::Setting setting;
+        setting.dataDirectories = {folder.filePath(QStringLiteral("user")),
+                                   folder.filePath(QStringLiteral("absent")),
+                                   folder.filePath(QStringLiteral("system"))};
+        setting.desktops = {QStringLiteral("ubuntu"), QStringLiteral("GNOME")};
+        setting.programFolders = {folder.filePath(QStringLiteral("bin"))};
+        setting.ownPrefix = QStringLiteral("vorle");
+        QStringList lines;
+        for (const InstalledApp &app : DesktopApps(setting).list()) {
+            lines += app.name + (app.category ? u' ' + app.category->section(u'.', -1) : QString());
+        }
+        lines.sort();
+        return lines.join(QStringLiteral(", ")).toStdString();
+    }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(DesktopAppsTest, what_a_person_works_in_is_listed_once) {
+    entry(QStringLiteral("system/applications/org.gimp.GIMP.desktop"),
+          "Name=GIMP\nName[fr]=  Éditeur\\sGIMP \nName[de]=Bild");
+    entry(QStringLiteral("system/applications/text.desktop"),
+          "Name=Text\nName[fr]=Texte\nName[fr_FR]=Texte de France\nName[fr_CA]=Autre");
+    entry(QStringLiteral("system/applications/kde/app.desktop"), "Name=From the system");
+    entry(QStringLiteral("user/applications/kde-app.desktop"), "Name=From the user");
+    entry(QStringLiteral("system/applications/hidden-here.desktop"), "Name=Hidden by the user");
+    entry(QStringLiteral("user/applications/hidden-here.desktop"), "Name=x\nHidden=true");
+    entry(QStringLiteral("system/applications/gnome.desktop"),
+          "Name=Here\nOnlyShowIn=Unity;GNOME;");
+    EXPECT_EQ(listed(), "From the user, Here, Texte de France, Éditeur GIMP");
+}
+
+TEST_F(DesktopAppsTest, what_nobody_works_in_is_left_out) {
+    const QByteArray skipped[] = {
+        "Name=x\nNoDisplay=true",
+        "Name=x\nHidden=true",
+        "Name=x\nType=Link",
+        "Name=x\nTerminal=true",
+        "Name=x\nOnlyShowIn=KDE;",
+        "Name=x\nNotShowIn=KDE;GNOME;",
+        "Name=x\nTryExec=absent-program",
+        "Name=x\nCategories=Settings;Screensaver;",
+        "Name=x\nCategories=TrayIcon;",
+        "Name=",
+        "NoName=x",
+        "Name=x\nExec=",
+    };
+    for (int i = 0; const QByteArray &keys : skipped) {
+        entry(QStringLiteral("user/applications/%1.desktop").arg(i++), keys);
+    }
+    entry(QStringLiteral("user/applications/vorle.desktop"), "Name=vorle");
+    entry(QStringLiteral("user/applications/readme.txt"), "Name=x");
+    entry(QStringLiteral("user/applications/large.desktop"),
+          "Name=x\nComment=" + QByteArray(300'000, 'x'));
+    mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("user/applications/p.desktop")))
+               .constData(),
+           0600);
+    QFile::link(folder.filePath(QStringLiteral("user")),
+                folder.filePath(QStringLiteral("user/applications/loop")));
+    QFile binary(folder.filePath(QStringLiteral("user/applications/binary.desktop")));
+    ASSERT_TRUE(binary.open(QIODevice::WriteOnly));
+    binary.write(QByteArray("\0[Desktop Entry]\n=\xFF\n\\\nName=\\", 32));
+    EXPECT_EQ(listed(), "");
+
+    QDir(folder.path()).mkdir(QStringLiteral("bin"));
+    QFile program(folder.filePath(QStringLiteral("bin/absent-program")));
+    ASSERT_TRUE(program.open(QIODevice::WriteOnly));
+    program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    EXPECT_EQ(listed(), "x") << "once its program is there";
+}
+
+TEST_F(DesktopAppsTest, leisure_is_told_in_one_vocabulary) {
+    const std::pair<const char *, const char *> cases[] = {
+        {"Network;FileTransfer;Game;", "games"},
+        {"Audio;Music;Player;AudioVideo;", "music"},
+        {"GTK;Audio;Player;", "music"},
+        {"AudioVideo;Player;Recorder;", "entertainment"},
+        {"AudioVideo;TV;", "entertainment"},
+        {"Qt;AudioVideo;Video;AudioVideoEditing;Player;", ""},
+        {"AudioVideo;Audio;Recorder;", ""},
+        {"Game;Development;IDE;", ""},
+        {"Graphics;3DGraphics;", ""},
+        {"GameTool;", ""},
+    };
+    for (const auto &[categories, kind] : cases) {
+        entry(QStringLiteral("user/applications/a.desktop"),
+              QByteArray("Name=A\nCategories=") + categories);
+        EXPECT_EQ(listed(), *kind == 0 ? "A" : std::string("A ") + kind) << categories;
+    }
+}
+
+} // namespace
+} // namespace vorle
