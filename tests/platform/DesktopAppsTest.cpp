@@ -85,7 +85,8 @@ TEST_F(DesktopAppsTest, what_nobody_works_in_is_left_out) {
                 folder.filePath(QStringLiteral("user/applications/loop")));
     QFile binary(folder.filePath(QStringLiteral("user/applications/binary.desktop")));
     ASSERT_TRUE(binary.open(QIODevice::WriteOnly));
-    binary.write(QByteArray("\0[Desktop Entry]\n=\xFF\n\\\nName=\\", 32));
+    static constexpr char bytes[] = "\0[Desktop Entry]\n=\xFF\n\\\nName=\\";
+    binary.write(QByteArray(bytes, sizeof bytes));
     EXPECT_EQ(listed(), "");
 
     QDir(folder.path()).mkdir(QStringLiteral("bin"));
