@@ -33,7 +33,7 @@ struct ProcessEnd {
 
     /// An output past this many bytes is not read: `output` is then empty.
     static constexpr qint64 outputLimit = 16'000'000;
-    static constexpr qint64 floodLimit = 256'000'000;
+    static constexpr qint64 floodLimit = 32'000'000;
 
     How how = How::Exited;
     int status = 0;                       ///< the exit status, or the signal's number

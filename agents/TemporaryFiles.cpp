@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QUuid>
 
@@ -130,12 +131,17 @@ void preparePrivateTemporaryDirectory() {
 }
 
 void sweepStrays() {
+    // Only names this program gives: a folder of the user's may begin with its name too.
+    static const QRegularExpression ours(
+        QStringLiteral("^vorle-((schema|answer|run|install)-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"
+                       "[0-9A-F]{12}(\\.json|\\.out|\\.err)?|demo-[A-Za-z]{6})$"));
     const QDateTime oldest = QDateTime::currentDateTimeUtc().addDays(-1);
     const QFileInfoList strays = QDir(QDir::tempPath())
                                      .entryInfoList({QStringLiteral("vorle-*")},
                                                     QDir::Files | QDir::Dirs | QDir::NoSymLinks);
     for (const QFileInfo &stray : strays) {
-        if (stray.lastModified() >= oldest || stray.ownerId() != ::geteuid()) {
+        if (!ours.match(stray.fileName()).hasMatch() || stray.lastModified() >= oldest ||
+            stray.ownerId() != ::geteuid()) {
             continue;
         }
         if (stray.isDir()) {

@@ -27,12 +27,25 @@ TopicStore &Application::store() {
     return *m_store;
 }
 
+HttpClient &Application::http() {
+    if (!m_http) {
+        m_http = std::make_unique<HttpClient>(m_setup.allowLoopback);
+    }
+    return *m_http;
+}
+
 PageReader &Application::reader() {
     if (!m_reader) {
-        m_http = std::make_unique<HttpClient>(m_setup.allowLoopback);
-        m_reader = std::make_unique<PageReader>(*m_http);
+        m_reader = std::make_unique<PageReader>(http());
     }
     return *m_reader;
+}
+
+Feeds &Application::feeds() {
+    if (!m_feeds) {
+        m_feeds = std::make_unique<Feeds>(http(), m_clock);
+    }
+    return *m_feeds;
 }
 
 QList<discovery::App> Application::apps() const {
@@ -61,10 +74,17 @@ Asker &Application::asker() {
     return *m_asker;
 }
 
+SourceImage &Application::images() {
+    if (!m_images) {
+        m_images = std::make_unique<SourceImage>(http());
+    }
+    return *m_images;
+}
+
 SearchEngine &Application::engine() {
     if (!m_engine) {
-        m_engine =
-            std::make_unique<SearchEngine>(preferences(), store(), asker(), reader(), m_clock);
+        m_engine = std::make_unique<SearchEngine>(SearchEngine::Parts{
+            preferences(), store(), asker(), reader(), feeds(), images(), m_clock});
     }
     return *m_engine;
 }

@@ -7,10 +7,12 @@
 #include "core/Preferences.h"
 #include "core/StoreLock.h"
 #include "core/TopicStore.h"
+#include "search/Feeds.h"
 #include "platform/InstalledApps.h"
 #include "search/DiscoveryApps.h"
 #include "search/PageReader.h"
 #include "search/SearchEngine.h"
+#include "search/SourceImage.h"
 
 #include <memory>
 
@@ -37,7 +39,10 @@ public:
     TopicStore &store();
     /// @throws std::system_error as `store()`
     StoreLock &lock();
+    HttpClient &http();
     PageReader &reader();
+    Feeds &feeds();
+    SourceImage &images();
     /// The apps installed on this machine, in the order they are shown in. Read at each call.
     QList<discovery::App> apps() const;
     EngineAgent &agent();
@@ -54,6 +59,8 @@ private:
     std::unique_ptr<TopicStore> m_store;
     std::unique_ptr<HttpClient> m_http;
     std::unique_ptr<PageReader> m_reader;
+    std::unique_ptr<Feeds> m_feeds;
+    std::unique_ptr<SourceImage> m_images;
     std::unique_ptr<EngineAgent> m_agent;
     std::unique_ptr<Asker> m_asker;
     std::unique_ptr<SearchEngine> m_engine;

@@ -87,9 +87,12 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
         return urgency->level == Judgment::Urgency::Level::Now ? tr("maintenant") : QString();
     }
     const QString format =
-        date.year() == today.year() ? QStringLiteral("d MMMM") : QStringLiteral("d MMMM yyyy");
+        date.year() == today.year() ? QStringLiteral("MMMM") : QStringLiteral("MMMM yyyy");
     const QLocale french(QLocale::French, QLocale::France);
-    return tr("avant le %1").arg(french.toString(date, format));
+    const QString day = date.day() == 1 ? tr("1er") : QString::number(date.day());
+    const QString deadline = tr("avant le %1 %2").arg(day, french.toString(date, format));
+    return urgency->level == Judgment::Urgency::Level::Now ? tr("maintenant, %1").arg(deadline)
+                                                           : deadline;
 }
 
 } // namespace vorle

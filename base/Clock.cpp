@@ -5,7 +5,9 @@
 
 namespace vorle {
 
-QDateTime SystemClock::now() const { return QDateTime::currentDateTimeUtc(); }
+QDateTime SystemClock::now() const {
+    return QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch(), Qt::UTC);
+}
 
 namespace {
 
@@ -84,7 +86,10 @@ std::optional<QDateTime> parseIso8601(QByteArrayView text) {
     constexpr qint64 epochJulianDay = 2'440'588;
     const qint64 days = date.toJulianDay() - epochJulianDay;
     const qint64 seconds = days * 86'400 + hour * 3600 + minute * 60 + second - *offset;
-    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+    const QDateTime moment = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+    // An offset may lead into a year that the four digits of this form cannot write.
+    const int year = moment.date().year();
+    return year >= 1 && year <= 9999 ? std::optional(moment) : std::nullopt;
 }
 
 QByteArray formatIso8601(const QDateTime &moment) {

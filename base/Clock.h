@@ -11,7 +11,7 @@ namespace vorle {
 class Clock {
 public:
     virtual ~Clock() = default;
-    /// The present moment, in UTC.
+    /// The present moment, in UTC, to the second: what records keep of it.
     virtual QDateTime now() const = 0;
 };
 

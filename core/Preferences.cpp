@@ -30,7 +30,11 @@ void tidySets(Settings &settings) {
 
 /// The radius used to go from 0 to 9 under a key of its own.
 void migrateRadius(const SettingsFile &file, Settings &settings) {
-    if (file.value(QStringLiteral("radiusLevel2"), Form::Plain).isDouble()) {
+    const QJsonValue present = file.value(QStringLiteral("radiusLevel2"), Form::Plain);
+    if (const double level = present.toDouble(0.5); level == std::floor(level)) {
+        if (level > 0) {
+            settings.radiusLevel = static_cast<int>(std::min(level, 6.0));
+        }
         return;
     }
     const QJsonValue old = file.value(QStringLiteral("radiusLevel"), Form::Plain);
@@ -68,11 +72,6 @@ void Preferences::write(const QString &key) {
     const SettingEntry *entry = findSetting(key);
     if (entry == nullptr) {
         return;
-    }
-    const auto calibrated = QStringLiteral("calibrated");
-    if (key == u"onboarded" && m_file->value(calibrated, Form::Plain).isUndefined()) {
-        // Else the next start would take onboarding for calibration.
-        m_file->setValue(calibrated, m_settings.calibrated, Form::Plain);
     }
     m_file->setValue(key, entry->json(m_settings), entry->form);
 }

@@ -279,6 +279,32 @@ qsizetype TopicStore::release(const std::function<bool(const Topic &)> &chosen) 
     return released.size();
 }
 
+bool TopicStore::replacePending(Topic topic) {
+    const TopicPtr present = this->topic(topic.id);
+    if (!present || present->status != TopicStatus::Pending) {
+        return false;
+    }
+    topic.status = TopicStatus::Pending;
+    return change(topic.id, [&](Topic &target) { target = std::move(topic); });
+}
+
+bool TopicStore::addSources(const QUuid &id, const QList<TopicSource> &sources) {
+    const TopicPtr present = topic(id);
+    if (!present) {
+        return false;
+    }
+    QList<TopicSource> all = present->sources;
+    for (const TopicSource &source : sources) {
+        const bool held = std::ranges::any_of(
+            all, [&](const TopicSource &other) { return other.url == source.url; });
+        if (!held) {
+            all.append(source);
+        }
+    }
+    return all.size() == present->sources.size() ||
+           change(id, [&](Topic &topic) { topic.sources = std::move(all); });
+}
+
 bool TopicStore::keep(const QUuid &id) { return decide(id, TopicStatus::Program); }
 
 bool TopicStore::postpone(const QUuid &id) { return decide(id, TopicStatus::Reserve); }

@@ -98,6 +98,13 @@ public:
     /// wait for the judge.
     qsizetype releaseAllPending();
 
+    /// Puts the topic in the place of the pending one of the same identity, which was judged again.
+    /// False when there is none, or when it is pending no more: the user has it now.
+    bool replacePending(Topic topic);
+    /// Adds to a topic's sources those whose address it does not have. False when there is no such
+    /// topic.
+    bool addSources(const QUuid &id, const QList<TopicSource> &sources);
+
     // Triage. Each stamps `triagedAt` and gives false when there is no such topic. Leaving the
     // library takes `doneAt` and the verdict away.
     bool keep(const QUuid &id);     ///< to the program

@@ -16,13 +16,98 @@ constexpr qsizetype reasonCharacters = 1'000;
 constexpr qsizetype changeCharacters = 300;
 constexpr qsizetype mostChanges = 12;
 
+/// A judgment as it came: words and grades are checked one judgment at a time, so that a bad one
+/// does not cost the others.
+struct AnsweredCriteria {
+    double impact = 0;
+    double actionability = 0;
+    double novelty = 0;
+    double reliability = 0;
+    double effortMinutes = 0;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("impact", &AnsweredCriteria::impact),
+                          json::field("actionability", &AnsweredCriteria::actionability),
+                          json::field("novelty", &AnsweredCriteria::novelty),
+                          json::field("reliability", &AnsweredCriteria::reliability),
+                          json::field("effort_minutes", &AnsweredCriteria::effortMinutes));
+    }
+};
+
+struct AnsweredUrgency {
+    QString level;
+    std::optional<QString> date;
+    std::optional<QString> reason;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("level", &AnsweredUrgency::level),
+                          json::field("date", &AnsweredUrgency::date),
+                          json::field("reason", &AnsweredUrgency::reason));
+    }
+};
+
+struct AnsweredJudgment {
+    QString id;
+    QString kind;
+    AnsweredCriteria criteria;
+    double relevance = 0;
+    AnsweredUrgency urgency;
+    QString tldr;
+    QString summary;
+    QString why;
+    QString firstStep;
+    QList<QString> changes;
+
+    static constexpr auto jsonFields() {
+        using J = AnsweredJudgment;
+        return std::tuple(
+            json::field("id", &J::id), json::field("kind", &J::kind),
+            json::field("criteria", &J::criteria), json::field("relevance", &J::relevance),
+            json::field("urgency", &J::urgency), json::field("tldr", &J::tldr),
+            json::field("summary", &J::summary), json::field("why", &J::why),
+            json::field("first_step", &J::firstStep), json::field("changes", &J::changes));
+    }
+};
+
 struct JudgeAnswer {
-    QList<Judgment> judgments;
+    QList<AnsweredJudgment> judgments;
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("judgments", &JudgeAnswer::judgments));
     }
 };
+
+/// The nearest whole number in the range; agents give half grades now and then.
+int whole(double value, int least, int most) {
+    return std::isnan(value)
+               ? least
+               : static_cast<int>(std::lround(std::clamp<double>(value, least, most)));
+}
+
+/// The judgment, or nothing when its kind or its urgency is none of the known words.
+std::optional<Judgment> accepted(const AnsweredJudgment &answer) {
+    const auto kind = json::fromRaw<ItemKind>(answer.kind);
+    const auto level = json::fromRaw<Judgment::Urgency::Level>(answer.urgency.level);
+    if (!kind || !level) {
+        return std::nullopt;
+    }
+    const AnsweredCriteria &grades = answer.criteria;
+    Judgment judgment;
+    judgment.id = answer.id;
+    judgment.kind = *kind;
+    judgment.criteria = {
+        whole(grades.impact, 0, highestGrade), whole(grades.actionability, 0, highestGrade),
+        whole(grades.novelty, 0, highestGrade), whole(grades.reliability, 0, highestGrade),
+        whole(grades.effortMinutes, 1, mostMinutes)};
+    judgment.relevance = answer.relevance;
+    judgment.urgency = {*level, answer.urgency.date, answer.urgency.reason};
+    judgment.tldr = answer.tldr;
+    judgment.summary = answer.summary;
+    judgment.why = answer.why;
+    judgment.firstStep = answer.firstStep;
+    judgment.changes = answer.changes;
+    return heldToRange(std::move(judgment));
+}
 
 void cut(QString &text, qsizetype characters) {
     text = firstCharacters(trimmed(text), characters).toString();
@@ -80,6 +165,7 @@ Task<Judge::Verdicts> Judge::judge(std::shared_ptr<const JudgeBrief> brief,
                     brief->profile, brief->reflexLines, brief->examples, batch);
     question.schemaName = QStringLiteral("judge-schema");
     question.step = QStringLiteral("judge");
+    question.agent = brief->agent;
     auto asked = co_await m_asker->ask<JudgeAnswer>(std::move(question), cancel);
 
     QSet<QString> wanted;
@@ -88,10 +174,10 @@ Task<Judge::Verdicts> Judge::judge(std::shared_ptr<const JudgeBrief> brief,
     }
     Verdicts verdicts;
     verdicts.costUSD = asked.costUSD;
-    for (Judgment &judgment : asked.answer.judgments) {
-        if (wanted.contains(judgment.id) && !verdicts.byId.contains(judgment.id)) {
-            const QString id = judgment.id;
-            verdicts.byId.insert(id, heldToRange(std::move(judgment)));
+    for (const AnsweredJudgment &answer : asked.answer.judgments) {
+        const auto judgment = accepted(answer);
+        if (judgment && wanted.contains(answer.id) && !verdicts.byId.contains(answer.id)) {
+            verdicts.byId.insert(answer.id, *judgment);
         }
     }
     co_return verdicts;

@@ -13,6 +13,7 @@ struct JudgeBrief {
     QStringList reflexLines;  ///< English instruction lines of the active reflexes
     QList<TopicPtr> examples; ///< see exampleTopics
     QDate today;
+    std::optional<AgentKind> agent; ///< instead of the chosen one
 };
 
 /// Asks the agent to judge candidates, one call a batch. Main thread; what it is given must
@@ -25,15 +26,16 @@ public:
         std::optional<double> costUSD;
     };
 
-    /// A batch holds at most 8 candidates whose blocks take 64,000 bytes; a candidate whose block
-    /// is longer stands alone.
+    /// A batch holds at most 8 candidates whose blocks take 56,000 bytes; a candidate whose block
+    /// is longer stands alone. With the instruction, the profile and the examples at their
+    /// largest, a prompt stays under what an agent accepts as an argument (131,071 bytes).
     static constexpr qsizetype batchCandidates = 8;
-    static constexpr qsizetype batchBytes = 64'000;
+    static constexpr qsizetype batchBytes = 56'000;
 
     explicit Judge(Asker &asker) : m_asker(&asker) {}
 
-    /// Judges one batch, with the one retry of every agent call. An answer for an unknown id is
-    /// dropped; of two for one id the first counts; grades and minutes are held to their ranges
+    /// Judges one batch, with the one retry of every agent call. An answer for an unknown id, or
+    /// with an unknown kind or urgency, is dropped; of two for one id the first counts; grades and minutes are held to their ranges
     /// and texts to their lengths. A candidate without an answer has no entry.
     /// @throws AgentError, std::system_error, Cancelled
     Task<Verdicts> judge(std::shared_ptr<const JudgeBrief> brief, QList<JudgeCandidate> batch,

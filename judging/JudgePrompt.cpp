@@ -12,9 +12,13 @@ namespace {
 constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype linkCharacters = 2'000;
 constexpr qsizetype noteCharacters = 1'000;
+/// Characters may be of any size: stacked marks must not make a block of megabytes.
+constexpr qsizetype contentBytes = 40'000;
 constexpr qsizetype exampleCharacters = 600;
-constexpr qsizetype profileBytes = 24'000;
+constexpr qsizetype profileBytes = 16'000;
+constexpr qsizetype examplesBytes = 24'000;
 constexpr qsizetype mostExamples = 12;
+constexpr qsizetype mostVersions = 80;
 
 bool breaksLine(char16_t c) {
     return (c >= u'\n' && c <= u'\r') || c == 0x85 || c == 0x2028 || c == 0x2029;
@@ -100,9 +104,10 @@ QString candidateBlock(const JudgeCandidate &candidate) {
         block += QStringLiteral("Their note when saving it: ") +
                  oneLine(*candidate.note, noteCharacters) + u'\n';
     }
-    const QString content = candidate.content.isEmpty()
-                                ? QStringLiteral("(nothing could be read)")
-                                : defused(QString::fromUtf8(candidate.content));
+    const QString content =
+        candidate.content.isEmpty()
+            ? QStringLiteral("(nothing could be read)")
+            : defused(utf8Prefix(QString::fromUtf8(candidate.content), contentBytes).toString());
     return block + QStringLiteral("Content:\n\"\"\"\n") + content + QStringLiteral("\n\"\"\"\n");
 }
 
@@ -176,6 +181,11 @@ QString profileText(const JudgeProfile &profile) {
         if (!project.labels.isEmpty()) {
             line += QStringLiteral(" [") + project.labels.join(QStringLiteral(", ")) + u']';
         }
+        if (!project.versions.isEmpty()) {
+            const auto shown =
+                project.versions.first(std::min(mostVersions, project.versions.size()));
+            line += QStringLiteral("; versions in use: ") + shown.join(QStringLiteral(", "));
+        }
         projects += line;
     }
     QStringList interests;
@@ -200,8 +210,12 @@ QString judgePrompt(const QString &instruction, const QDate &today, const JudgeP
                     const QList<JudgeCandidate> &candidates) {
     QString exampleText;
     for (const TopicPtr &topic : examples) {
-        exampleText +=
+        const QString block =
             (exampleText.isEmpty() ? QString() : QStringLiteral("\n")) + exampleBlock(*topic);
+        if (utf8Size(exampleText) + utf8Size(block) > examplesBytes) {
+            break;
+        }
+        exampleText += block;
     }
     QString candidateText;
     for (const JudgeCandidate &candidate : candidates) {

@@ -25,6 +25,7 @@ struct JudgeProfile {
         QString name;
         QString description;
         QStringList labels;
+        QStringList versions; ///< "react 19.2.0": what the project uses today
     };
     struct Interest {
         QString topic;
@@ -55,12 +56,12 @@ QString outcomeText(const Topic &topic);
 /// 12 at most.
 QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics);
 
-/// The profile as lines of English, at most 24,000 bytes of UTF-8.
+/// The profile as lines of English, at most 16,000 bytes of UTF-8.
 QString profileText(const JudgeProfile &profile);
 
 /// The instruction with @TODAY, @PROFILE, @REFLEXES, @EXAMPLES and @CANDIDATES replaced in one
 /// pass, so that none of these words inside a page's text is ever taken for a placeholder. Without
-/// any decision yet the examples section holds no block.
+/// any decision yet the examples section holds no block; it never takes more than 24,000 bytes.
 QString judgePrompt(const QString &instruction, const QDate &today, const JudgeProfile &profile,
                     const QStringList &reflexLines, const QList<TopicPtr> &examples,
                     const QList<JudgeCandidate> &candidates);

@@ -9,6 +9,7 @@ namespace {
 
 constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype linkCharacters = 2'000;
+constexpr qsizetype whatCharacters = 4'000;
 
 struct CandidatesAnswer {
     QList<Candidate> candidates;
@@ -17,6 +18,34 @@ struct CandidatesAnswer {
         return std::tuple(json::field("candidates", &CandidatesAnswer::candidates));
     }
 };
+
+struct DigAnswer {
+    QList<Dug> results;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("results", &DigAnswer::results));
+    }
+};
+
+QString tidyTitle(const QString &title) {
+    return firstCharacters(title.simplified(), titleCharacters).toString();
+}
+
+/// The link without blanks around it, or nothing when it is no web address.
+std::optional<QString> tidyLink(const QString &link) {
+    const QString bare = trimmed(link).toString();
+    return bare.size() <= linkCharacters && isHttpLink(bare) ? std::optional(bare) : std::nullopt;
+}
+
+QString digBlock(const DigItem &item) {
+    return QStringLiteral("### id: ") + item.id + QStringLiteral("\nTitle: ") +
+           item.title.simplified() + QStringLiteral("\nLink: ") + item.url.simplified() +
+           QStringLiteral("\nAbout: ") + item.about.simplified();
+}
+
+QString joinedOr(const QStringList &list, const QString &separator, const QString &none) {
+    return list.isEmpty() ? none : list.join(separator);
+}
 
 } // namespace
 
@@ -32,23 +61,83 @@ Question Pipeline::question(const PlannedScope &planned, AgentKind agent) const 
     return question;
 }
 
-Task<Pipeline::Found> Pipeline::candidates(PlannedScope planned, AgentKind agent,
-                                           CancelToken cancel) {
-    auto asked =
-        co_await m_asker->ask<CandidatesAnswer>(question(planned, agent), std::move(cancel));
+Question Pipeline::screening(const SitesRequest &request, const QStringList &itemLines,
+                             AgentKind agent) const {
+    const QString none = QStringLiteral("none declared");
+    const QString comma = QStringLiteral(", ");
+    Question question;
+    QString prompt =
+        fillTemplate(loadPrompt(m_asker->resources(), QStringLiteral("sites-prompt")),
+                     {{QStringLiteral("@TODAY"), promptDate(request.today)},
+                      {QStringLiteral("@PROJECTS"), joinedOr(request.projects, QStringLiteral("; "),
+                                                             QStringLiteral("nothing declared"))},
+                      {QStringLiteral("@INTERESTS"), joinedOr(request.interests, comma, none)},
+                      {QStringLiteral("@TOOLS"), joinedOr(request.tools, comma, none)},
+                      {QStringLiteral("@COUNT"), QString::number(request.count)}});
+    // Under a limit the items come first, then as many known links as fit.
+    const auto limit = EngineAgent::promptLimit(agent);
+    const QString items = itemLines.join(u'\n');
+    const QString known =
+        limit ? joinedLinks(request.knownLinks, promptBytes - utf8Size(prompt) - utf8Size(items))
+              : request.knownLinks.join(QStringLiteral(" ; "));
+    question.prompt =
+        fillTemplate(std::move(prompt),
+                     {{QStringLiteral("@KNOWN"), known.isEmpty() ? QStringLiteral("none") : known},
+                      {QStringLiteral("@ITEMS"), items}});
+    question.schemaName = QStringLiteral("candidates-schema");
+    question.step = QStringLiteral("items of trusted sites");
+    question.web = WebAccess::On;
+    question.agent = agent;
+    return question;
+}
+
+Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel) {
+    auto asked = co_await m_asker->ask<CandidatesAnswer>(std::move(question), std::move(cancel));
     Found found;
     found.costUSD = asked.costUSD;
     for (Candidate &candidate : asked.answer.candidates) {
-        candidate.url = trimmed(candidate.url).toString();
-        if (candidate.url.size() > linkCharacters || !isHttpLink(candidate.url)) {
+        const auto link = tidyLink(candidate.url);
+        if (!link) {
             ++found.refused;
             continue;
         }
-        candidate.title = firstCharacters(candidate.title.simplified(), titleCharacters).toString();
+        candidate.url = *link;
+        candidate.title = tidyTitle(candidate.title);
         candidate.about = candidate.about.simplified();
         found.candidates.append(std::move(candidate));
     }
     co_return found;
+}
+
+Task<Pipeline::DugUp> Pipeline::dig(QList<DigItem> items, QDate today, AgentKind agent,
+                                    CancelToken cancel) {
+    QStringList blocks;
+    for (const DigItem &item : items) {
+        blocks += digBlock(item);
+    }
+    Question question;
+    question.prompt =
+        fillTemplate(loadPrompt(m_asker->resources(), QStringLiteral("dig-prompt")),
+                     {{QStringLiteral("@TODAY"), today.toString(Qt::ISODate)},
+                      {QStringLiteral("@ITEMS"), blocks.join(QStringLiteral("\n\n"))}});
+    question.schemaName = QStringLiteral("dig-schema");
+    question.step = QStringLiteral("digging for unreadable pages");
+    question.web = WebAccess::On;
+    question.agent = agent;
+    auto asked = co_await m_asker->ask<DigAnswer>(std::move(question), std::move(cancel));
+    DugUp dug;
+    dug.costUSD = asked.costUSD;
+    for (Dug &result : asked.answer.results) {
+        const auto link = tidyLink(result.url);
+        if (!result.found || !link) {
+            continue;
+        }
+        result.url = *link;
+        result.title = tidyTitle(result.title);
+        result.what = firstCharacters(trimmed(result.what), whatCharacters).toString();
+        dug.results.append(std::move(result));
+    }
+    co_return dug;
 }
 
 } // namespace vorle

@@ -23,7 +23,32 @@ struct Candidate {
     bool operator==(const Candidate &) const = default;
 };
 
-/// Asks the agent for candidates. Main thread; the asker must outlive every call under way.
+/// What digging for one unreadable link gave, with the keys of the answer.
+struct Dug {
+    QString id;
+    bool found = false;
+    QString url; ///< a readable page on the same subject
+    QString title;
+    QString what; ///< what that page says, in the agent's words
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("id", &Dug::id), json::field("found", &Dug::found),
+                          json::field("url", &Dug::url), json::field("title", &Dug::title),
+                          json::field("what", &Dug::what));
+    }
+    bool operator==(const Dug &) const = default;
+};
+
+/// One unreadable link to dig for.
+struct DigItem {
+    QString id;
+    QString title;
+    QString url;
+    QString about;
+};
+
+/// Asks the agent for candidates, for what stands behind unreadable links, and for the items of the
+/// trusted sites worth keeping. Main thread; the asker must outlive every call under way.
 class Pipeline {
 public:
     struct Found {
@@ -31,16 +56,30 @@ public:
         int refused = 0; ///< answers whose link is no web address
         std::optional<double> costUSD;
     };
+    struct DugUp {
+        QList<Dug> results; ///< found ones with a web address alone; texts tidied
+        std::optional<double> costUSD;
+    };
+
+    /// At most this many items are dug for in one call.
+    static constexpr qsizetype digAtOnce = 20;
 
     explicit Pipeline(Asker &asker) : m_asker(&asker) {}
 
     /// The question a scope's call sends, for the agent that would be asked.
     /// @throws AgentError when the instruction is missing
     Question question(const PlannedScope &planned, AgentKind agent) const;
+    /// The question that screens feed items, one line each.
+    /// @throws AgentError when the instruction is missing
+    Question screening(const SitesRequest &request, const QStringList &itemLines,
+                       AgentKind agent) const;
 
-    /// The candidates of one scope, titles and links tidied.
+    /// The candidates that a question (of either kind) brings, titles and links tidied.
     /// @throws AgentError, std::system_error, Cancelled
-    Task<Found> candidates(PlannedScope planned, AgentKind agent, CancelToken cancel);
+    Task<Found> candidates(Question question, CancelToken cancel);
+
+    /// Digs for at most `digAtOnce` items. @throws as candidates()
+    Task<DugUp> dig(QList<DigItem> items, QDate today, AgentKind agent, CancelToken cancel);
 
 private:
     Asker *m_asker;

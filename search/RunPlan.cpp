@@ -2,6 +2,7 @@
 
 #include "core/Preferences.h"
 #include "search/Discovery.h"
+#include "search/LockFile.h"
 
 #include <QCoreApplication>
 
@@ -15,6 +16,7 @@ constexpr int fewestForTopics = 8;
 constexpr int mostForTopics = 24;
 constexpr int firstRunDays = 7;
 constexpr int longestPeriodDays = 31;
+constexpr int candidatesFromSites = 8;
 
 QDate periodStart(const Preferences &preferences, const QDateTime &now) {
     const QDateTime earliest = now.addDays(-longestPeriodDays);
@@ -31,21 +33,36 @@ QStringList trustedAddresses(const Preferences &preferences) {
     return addresses;
 }
 
-PlannedScope projectScope(const QString &name, const QString &description,
-                          const discovery::Project &found) {
+PlannedScope projectScope(const ProjectReading &project, const QString &description) {
+    const discovery::Project &found = project.found;
     PlannedScope planned;
-    planned.name = name.isEmpty() ? QStringLiteral("a project") : name;
-    planned.project = name;
+    planned.name = project.name.isEmpty() ? QStringLiteral("a project") : project.name;
+    planned.project = project.name;
     planned.origin = Origin::Stack;
+    planned.versions = project.versions;
     if (found.manifest) {
-        planned.scope =
-            CodeProject{name, description.isEmpty() ? std::nullopt : std::optional(description),
-                        found.manifest->name, found.manifest->text};
+        planned.scope = CodeProject{
+            project.name, description.isEmpty() ? std::nullopt : std::optional(description),
+            found.manifest->name, found.manifest->text};
     } else {
-        planned.scope = PlainProject{name, description};
+        planned.scope = PlainProject{project.name, description};
     }
     planned.request.count = candidatesPerProject;
     return planned;
+}
+
+/// A project without a folder is no fault: it was added by its description alone.
+bool isFault(const discovery::Project &found) {
+    return found.problem != discovery::Project::Problem::None &&
+           found.problem != discovery::Project::Problem::NoManifest && !found.folder.isEmpty();
+}
+
+QStringList versionLines(const QMap<QString, QString> &versions) {
+    QStringList lines;
+    for (auto it = versions.cbegin(); it != versions.cend(); ++it) {
+        lines += it.key() + u' ' + it.value();
+    }
+    return lines;
 }
 
 std::optional<PlannedScope> interestsScope(const Preferences &preferences) {
@@ -73,6 +90,18 @@ std::optional<PlannedScope> interestsScope(const Preferences &preferences) {
 }
 
 } // namespace
+
+PlannedScope secondSearch(const PlannedScope &first, const QStringList &emptyTopics,
+                          const QStringList &found) {
+    PlannedScope second = first;
+    second.scope = EmptyTopics{emptyTopics};
+    second.topics = emptyTopics;
+    second.origin = Origin::Suggestion;
+    second.request.count =
+        std::min(candidatesPerTopic * static_cast<int>(emptyTopics.size()), mostForTopics);
+    second.request.knownLinks = found + first.request.knownLinks;
+    return second;
+}
 
 bool hasTerritory(const Preferences &preferences) {
     return !preferences.settings().projects.isEmpty() ||
@@ -106,43 +135,59 @@ QStringList knownLinks(const QList<TopicPtr> &topics) {
     return links;
 }
 
-RunPlan planRun(const Preferences &preferences, const QList<TopicPtr> &topics,
-                const QDateTime &now) {
+QList<ProjectReading> readProjects(const QMap<QString, QString> &folders) {
+    QList<ProjectReading> projects;
+    for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
+        ProjectReading project{it.key(), discovery::readProject(it.value()), {}};
+        if (project.found.manifest) {
+            project.versions = versionsInUse(project.found.folder, *project.found.manifest);
+        }
+        projects += std::move(project);
+    }
+    return projects;
+}
+
+RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &projects,
+                const QList<TopicPtr> &topics, const QDateTime &now) {
+    const Settings &settings = preferences.settings();
     RunPlan plan;
-    const auto projects = preferences.settings().projects;
-    const auto descriptions = preferences.settings().projectDescriptions;
-    for (auto it = projects.cbegin(); it != projects.cend(); ++it) {
-        const QString description = descriptions.value(it.key());
-        const discovery::Project found = discovery::readProject(it.value());
-        plan.scopes += projectScope(it.key(), description, found);
-        plan.profile.projects += {it.key(), description, found.labels};
-        // A project without a folder is no fault: it was added by its description alone.
-        const bool fault = found.problem != discovery::Project::Problem::None &&
-                           found.problem != discovery::Project::Problem::NoManifest &&
-                           !it.value().isEmpty();
-        if (fault) {
-            plan.warnings += discovery::problemText(found);
+    for (const ProjectReading &project : projects) {
+        const QString description = settings.projectDescriptions.value(project.name);
+        plan.scopes += projectScope(project, description);
+        plan.profile.projects +=
+            {project.name, description, project.found.labels, versionLines(project.versions)};
+        plan.sites.projects += description.isEmpty()
+                                   ? project.name
+                                   : project.name + QStringLiteral(": ") + description;
+        if (isFault(project.found)) {
+            plan.warnings += discovery::problemText(project.found);
         }
     }
     if (auto interests = interestsScope(preferences)) {
         plan.scopes += *std::move(interests);
     }
     const QStringList known = knownLinks(topics);
-    const QStringList sites = trustedAddresses(preferences);
+    const QStringList trusted = trustedAddresses(preferences);
     for (PlannedScope &planned : plan.scopes) {
         const QString sentence = planned.origin == Origin::List
                                      ? stayOnTopicSentence()
                                      : radiusSentence(preferences.radius());
         planned.request.today = now.toLocalTime().date();
         planned.request.since = periodStart(preferences, now);
-        planned.request.radius = radiusText(sentence, preferences.settings().exclusions, sites);
+        planned.request.radius = radiusText(sentence, settings.exclusions, trusted);
         planned.request.knownLinks = known;
     }
-    plan.profile.job = preferences.settings().job.value_or(QString());
-    for (const QString &topic : preferences.settings().interests) {
+    plan.profile.job = settings.job.value_or(QString());
+    for (const QString &topic : settings.interests) {
         plan.profile.interests += {topic, preferences.weightOf(topic)};
     }
-    plan.profile.tools = preferences.settings().addedTools;
+    plan.profile.tools = settings.addedTools;
+    plan.sites.sites = settings.prioritySites;
+    plan.sites.today = now.toLocalTime().date();
+    plan.sites.interests = settings.interests;
+    plan.sites.tools = settings.addedTools;
+    plan.sites.count = candidatesFromSites;
+    plan.sites.knownLinks = known;
     return plan;
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "core/PrioritySite.h"
 #include "judging/JudgePrompt.h"
+#include "search/Discovery.h"
 #include "search/SearchScope.h"
 
 #include <QDateTime>
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -18,13 +21,27 @@ struct PlannedScope {
     SearchScope scope;
     CandidatesRequest request;
     Origin origin = Origin::Stack;
-    std::optional<QString> project; ///< the watched project, when the scope is one
-    QStringList topics;             ///< the declared topics the scope asks for, without weights
+    std::optional<QString> project;  ///< the watched project, when the scope is one
+    QStringList topics;              ///< the declared topics the scope asks for, without weights
+    QMap<QString, QString> versions; ///< of a code project: dependency to the version in use
+};
+
+/// The trusted sites' part of a run: whose feeds are read, and what fills the instruction that
+/// screens their items besides the items themselves.
+struct SitesRequest {
+    QList<PrioritySite> sites;
+    QDate today;
+    QStringList projects; ///< each with its description
+    QStringList interests;
+    QStringList tools;
+    int count = 8;
+    QStringList knownLinks; ///< newest first
 };
 
 /// Everything a run is going to ask, worked out from the territory and the topics already held.
 struct RunPlan {
     QList<PlannedScope> scopes;
+    SitesRequest sites;
     JudgeProfile profile;
     QStringList warnings; ///< French sentences: a project folder that is gone, a malformed manifest
 };
@@ -36,11 +53,27 @@ bool hasTerritory(const Preferences &preferences);
 /// "Rien à fouiller : …": what is said when there is no territory.
 QString emptyTerritoryText();
 
+/// What a watched project's folder holds.
+struct ProjectReading {
+    QString name;
+    discovery::Project found;
+    QMap<QString, QString> versions; ///< dependency to the version in use
+};
+
+/// Reads the folders of the projects (a project's name to its folder). Any thread; a large lock
+/// file takes tens of milliseconds, so it belongs on the thread pool.
+QList<ProjectReading> readProjects(const QMap<QString, QString> &folders);
+
 /// Plans a run at `now`: a scope for each watched project, then one for the declared topics, tools
-/// and apps together. The period starts at the last run, 7 days ago when there was none, and never
-/// more than 31 days back. Reads the projects' folders. Main thread.
-RunPlan planRun(const Preferences &preferences, const QList<TopicPtr> &topics,
-                const QDateTime &now);
+/// and apps together, and the trusted sites. The period starts at the last run, 7 days ago when
+/// there was none, and never more than 31 days back. Main thread.
+RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &projects,
+                const QList<TopicPtr> &topics, const QDateTime &now);
+
+/// The second search of a declared-topics scope: those of its topics that came back empty.
+/// `found` are the links that came back for the others, to be left out too.
+PlannedScope secondSearch(const PlannedScope &first, const QStringList &emptyTopics,
+                          const QStringList &found);
 
 /// Every link of the topics, newest topic first, each once.
 QStringList knownLinks(const QList<TopicPtr> &topics);

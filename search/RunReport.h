@@ -1,10 +1,8 @@
 #pragma once
 
 #include "core/Settings.h"
+#include "core/Topic.h"
 
-#include <QList>
-#include <QString>
-#include <QStringList>
 #include <QUuid>
 
 namespace vorle {
@@ -12,26 +10,100 @@ namespace vorle {
 /// How one scope of a run went.
 struct ScopeReport {
     QString name;
+    Origin origin = Origin::Stack;
+    int asked = 0;   ///< links asked for
     int found = 0;   ///< links brought back
     int known = 0;   ///< of these, held already
     int merged = 0;  ///< of these, the same link as another of this run
     int refused = 0; ///< of these, no web address
     QString error;   ///< the failure's text when the scope failed, else empty
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("name", &ScopeReport::name), json::field("origin", &ScopeReport::origin),
+            json::field("asked", &ScopeReport::asked), json::field("found", &ScopeReport::found),
+            json::field("known", &ScopeReport::known), json::field("merged", &ScopeReport::merged),
+            json::field("refused", &ScopeReport::refused),
+            json::field("error", &ScopeReport::error));
+    }
+    bool operator==(const ScopeReport &) const = default;
 };
 
-/// How a run ended, for whoever shows it.
-struct RunReport {
-    LastReport last;
+/// How many pages could be read, and how far.
+struct ReadCounts {
+    int full = 0;
+    int seen = 0;
+    int meta = 0;
+    int none = 0;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("full", &ReadCounts::full), json::field("seen", &ReadCounts::seen),
+            json::field("meta", &ReadCounts::meta), json::field("none", &ReadCounts::none));
+    }
+    bool operator==(const ReadCounts &) const = default;
+};
+
+/// A link that came back and did not become a topic.
+struct DroppedLink {
+    QString title;
+    QString url;
+    QString reason; ///< a French sentence
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("title", &DroppedLink::title),
+                          json::field("url", &DroppedLink::url),
+                          json::field("reason", &DroppedLink::reason));
+    }
+    bool operator==(const DroppedLink &) const = default;
+};
+
+/// A trusted site whose feed gave nothing.
+struct FeedTrouble {
+    QString site;
+    QString problem; ///< a French sentence
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("site", &FeedTrouble::site),
+                          json::field("problem", &FeedTrouble::problem));
+    }
+    bool operator==(const FeedTrouble &) const = default;
+};
+
+/// How a run went, whole: the five keys kept of the last run, then the rest.
+struct RunReport : LastReport {
     bool cancelled = false;
     bool saved = true; ///< false: the last save failed; the topics are in memory alone
     QList<ScopeReport> scopes;
-    QList<QUuid> topics;  ///< the topics added, in the order they were judged
-    int read = 0;         ///< pages read whole or in part
-    int glimpsed = 0;     ///< pages of which only the title or the description could be read
-    int unread = 0;       ///< pages that could not be read
-    int unjudged = 0;     ///< candidates the judge gave no answer for
-    QStringList warnings; ///< French sentences, to be shown as they are
+    ReadCounts read;
+    int judged = 0;
+    int dug = 0;                 ///< unreadable links that a readable page was found for
+    QList<DroppedLink> unjudged; ///< the judge gave no answer, or could not be asked
+    QList<DroppedLink> notNewer; ///< releases not newer than the version in use
+    QList<FeedTrouble> feeds;
+    QList<QString> warnings; ///< French sentences, to be shown as they are
+    QList<QUuid> topicIds;   ///< the topics added, in the order they were judged
+
+    static constexpr auto jsonFields() {
+        return std::tuple_cat(
+            LastReport::jsonFields(),
+            std::tuple(
+                json::field("cancelled", &RunReport::cancelled),
+                json::field("saved", &RunReport::saved), json::field("scopes", &RunReport::scopes),
+                json::field("read", &RunReport::read), json::field("judged", &RunReport::judged),
+                json::field("dug", &RunReport::dug), json::field("unjudged", &RunReport::unjudged),
+                json::field("notNewer", &RunReport::notNewer),
+                json::field("feeds", &RunReport::feeds),
+                json::field("warnings", &RunReport::warnings),
+                json::field("topicIds", &RunReport::topicIds)));
+    }
+    bool operator==(const RunReport &) const = default;
 };
+
+/// The five keys of a report that are kept as the last one.
+inline LastReport lastOf(const RunReport &report) {
+    return {report.date, report.added, report.costUSD, report.seconds, report.uncovered};
+}
 
 /// A run under way.
 struct RunProgress {

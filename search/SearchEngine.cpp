@@ -2,19 +2,13 @@
 
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
+#include "search/RunHistory.h"
 #include "search/RunPlan.h"
 #include "search/SearchRun.h"
 
 namespace vorle {
 
-SearchEngine::SearchEngine(Preferences &preferences, TopicStore &store, Asker &asker,
-                           PageReader &reader, const Clock &clock, QObject *parent)
-    : QObject(parent)
-    , m_preferences(&preferences)
-    , m_store(&store)
-    , m_asker(&asker)
-    , m_reader(&reader)
-    , m_clock(&clock) {}
+SearchEngine::SearchEngine(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {}
 
 SearchEngine::~SearchEngine() = default;
 
@@ -28,7 +22,7 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
     if (m_phase != Phase::Idle) {
         throw RunRefused(tr("Une fouille est déjà en cours."));
     }
-    if (!hasTerritory(*m_preferences)) {
+    if (!hasTerritory(m_parts.preferences)) {
         RunProgress refused;
         refused.status = emptyTerritoryText();
         setProgress(Phase::Idle, refused);
@@ -38,8 +32,8 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
     QString failure;
     std::exception_ptr error;
     try {
-        const AgentKind agent = m_asker->agent().locator().choose();
-        m_asker->agent().check(agent);
+        const AgentKind agent = m_parts.asker.agent().locator().choose();
+        m_parts.asker.agent().check(agent);
         RunReport report = co_await execute(agent, cancel);
         setProgress(Phase::Idle, {});
         Q_EMIT finished(report);
@@ -51,39 +45,62 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
         failure = QString::fromUtf8(other.what());
         error = std::current_exception();
     }
+    // What was judged before the failure is the user's.
+    m_parts.store.releaseAllPending();
     setProgress(Phase::Idle, {});
     Q_EMIT failed(failure);
     std::rethrow_exception(error);
 }
 
 Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
-    const QDateTime start = m_clock->now();
-    RunPlan plan = planRun(*m_preferences, m_store->topics(), start);
+    const QDateTime start = m_parts.clock.now();
+    const auto folders = m_parts.preferences.settings().projects;
+    const auto projects = co_await onPool([folders] { return readProjects(folders); });
+    RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), start);
     auto brief = std::make_shared<JudgeBrief>();
     brief->profile = plan.profile;
-    brief->examples = exampleTopics(m_store->topics());
+    brief->examples = exampleTopics(m_parts.store.topics());
     brief->today = start.toLocalTime().date();
+    brief->agent = agent;
 
-    SearchRun run({.store = *m_store,
-                   .asker = *m_asker,
-                   .reader = *m_reader,
-                   .agent = agent,
-                   .tell =
-                       [this](const RunProgress &progress) {
-                           const bool reading = progress.scopesDone == progress.scopes;
-                           setProgress(reading ? Phase::ReadingAndSorting : Phase::Searching,
-                                       progress);
-                       },
-                   .now = [this] { return m_clock->now(); }},
+    const auto tell = [this](const RunProgress &progress) {
+        const bool reading = progress.scopesDone == progress.scopes;
+        setProgress(reading ? Phase::ReadingAndSorting : Phase::Searching, progress);
+    };
+    SearchRun run({.harvest = {.store = m_parts.store,
+                               .asker = m_parts.asker,
+                               .reader = m_parts.reader,
+                               .images = m_parts.images,
+                               .agent = agent,
+                               .now = [this] { return m_parts.clock.now(); }},
+                   .feeds = m_parts.feeds,
+                   .tell = tell,
+                   .sitesChecked = [this](const auto &sites) { noteFeeds(sites); }},
                   std::move(plan), brief, std::move(cancel));
     RunReport report = co_await run.execute();
-    m_store->releasePending(report.topics);
-    report.saved = m_store->flush();
-    if (!report.cancelled) {
-        m_preferences->change(&Settings::lastReport, report.last);
-        m_preferences->change(&Settings::lastSearch, report.last.date);
+    m_parts.store.releasePending(report.topicIds);
+    report.saved = m_parts.store.flush();
+    // A run whose topics are not on disk is not done: the next one asks for its period again.
+    if (!report.cancelled && report.saved) {
+        m_parts.preferences.change(&Settings::lastReport, lastOf(report));
+        m_parts.preferences.change(&Settings::lastSearch, report.date);
     }
+    RunHistory(m_parts.store.file()).add(report);
     co_return report;
+}
+
+/// Keeps what a run learned of the feeds of the sites the user still trusts.
+void SearchEngine::noteFeeds(const QList<PrioritySite> &checked) {
+    QList<PrioritySite> sites = m_parts.preferences.settings().prioritySites;
+    for (PrioritySite &site : sites) {
+        const auto found = std::find_if(checked.begin(), checked.end(), [&](const auto &other) {
+            return other.address == site.address;
+        });
+        if (found != checked.end()) {
+            site = *found;
+        }
+    }
+    m_parts.preferences.change(&Settings::prioritySites, sites);
 }
 
 } // namespace vorle

@@ -10,7 +10,9 @@
 
 namespace vorle {
 
+class Feeds;
 class PageReader;
+class SourceImage;
 class Preferences;
 class TopicStore;
 
@@ -35,8 +37,17 @@ class SearchEngine : public QObject {
 public:
     enum class Phase { Idle, Searching, ReadingAndSorting };
 
-    SearchEngine(Preferences &preferences, TopicStore &store, Asker &asker, PageReader &reader,
-                 const Clock &clock, QObject *parent = nullptr);
+    struct Parts {
+        Preferences &preferences;
+        TopicStore &store;
+        Asker &asker;
+        PageReader &reader;
+        Feeds &feeds;
+        SourceImage &images;
+        const Clock &clock;
+    };
+
+    explicit SearchEngine(Parts parts, QObject *parent = nullptr);
     ~SearchEngine() override;
 
     Phase phase() const { return m_phase; }
@@ -58,13 +69,10 @@ Q_SIGNALS:
 
 private:
     Task<RunReport> execute(AgentKind agent, CancelToken cancel);
+    void noteFeeds(const QList<PrioritySite> &checked);
     void setProgress(Phase phase, const RunProgress &progress);
 
-    Preferences *m_preferences;
-    TopicStore *m_store;
-    Asker *m_asker;
-    PageReader *m_reader;
-    const Clock *m_clock;
+    Parts m_parts;
     Phase m_phase = Phase::Idle;
     RunProgress m_progress;
 };

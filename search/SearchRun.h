@@ -1,31 +1,26 @@
 #pragma once
 
-#include "judging/Judge.h"
-#include "search/PageReader.h"
-#include "search/Pipeline.h"
-#include "search/RunReport.h"
+#include "search/Feeds.h"
+#include "search/Harvest.h"
 
 #include <QElapsedTimer>
-#include <QHash>
 
 #include <deque>
 #include <exception>
 
 namespace vorle {
 
-class TopicStore;
-
-/// One run under way: candidates are read and judged while other scopes are still being asked.
-/// Lives from `SearchEngine::run`'s start to its end.
+/// One run under way: asks every scope and the trusted sites, hands what they bring to the harvest
+/// while others are still being asked, then has the unreadable pages dug for. Lives from
+/// `SearchEngine::run`'s start to its end.
 class SearchRun {
 public:
     struct Tools {
-        TopicStore &store;
-        Asker &asker;
-        PageReader &reader;
-        AgentKind agent;
+        Harvest::Tools harvest;
+        Feeds &feeds;
         std::function<void(const RunProgress &)> tell;
-        std::function<QDateTime()> now;
+        /// The trusted sites with what was learned of their feeds.
+        std::function<void(const QList<PrioritySite> &)> sitesChecked;
     };
 
     SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief> brief,
@@ -37,52 +32,29 @@ public:
     Task<RunReport> execute();
 
 private:
-    /// A link on its way from the agent's answer to a topic.
-    struct Item {
-        Candidate candidate;
-        qsizetype scope = 0;
-        QList<TopicSource> otherSources; ///< the same link under other titles or addresses
-        ReadPage page;
-    };
-
-    void noteKnownLinks();
-    Task<> outlast(std::deque<Task<>> &tasks);
+    Task<> askEverything();
     Task<> askScope(qsizetype index);
-    void take(qsizetype scope, Candidate candidate);
-    Task<> read(qsizetype item);
-    bool joinsAnother(qsizetype item);
-    void judgeWaiting();
-    Task<> judgeBatch(QList<JudgeCandidate> batch);
-    void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
-    Topic topicFrom(const Item &item, const Judgment &judgment) const;
+    Task<> askAgain(const PlannedScope &planned, QStringList found);
+    Task<> askSites();
+    /// Asks one question; its failure is the scope's, told in the report. Gives the links found.
+    Task<QStringList> ask(Question question, Harvest::Origins origins);
+    qsizetype openReport(const QString &name, Origin origin, int asked);
+    void cover(const Candidate &candidate, const PlannedScope *planned);
+    Task<> outlast(Task<> step);
     void finishReport();
     void throwIfNothingWorked() const;
-    void tell();
 
     Tools m_tools;
     RunPlan m_plan;
-    std::shared_ptr<const JudgeBrief> m_brief;
     CancelToken m_cancel;
+    RunBook m_book;
     Pipeline m_pipeline;
-    Judge m_judge;
+    Harvest m_harvest;
     QElapsedTimer m_elapsed;
-
-    std::deque<Item> m_items; ///< a candidate's identifier is its place here
-    QHash<QString, qsizetype> m_itemByLink;
-    QSet<QString> m_held; ///< canonical links the store holds
-    std::deque<Task<>> m_reads;
-    std::deque<Task<>> m_judgments; ///< grows as batches end
-    std::exception_ptr m_fault;     ///< what no step is meant to throw
-    QList<JudgeCandidate> m_waiting;
-    int m_judging = 0;
-    bool m_everythingRead = false;
-    bool m_everythingAsked = false;
-    QSet<QString> m_covered; ///< declared topics that a candidate answered
-
-    RunReport m_report;
-    RunProgress m_progress;
+    QSet<QString> m_covered;             ///< declared topics that a candidate answered
+    QHash<QString, QString> m_feedDates; ///< a feed item's canonical link to its date
     std::exception_ptr m_scopeError;
-    std::exception_ptr m_judgeError;
+    std::exception_ptr m_fault; ///< what no step is meant to throw
 };
 
 } // namespace vorle

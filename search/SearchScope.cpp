@@ -12,7 +12,8 @@ namespace {
 // Sizes kept under the longest argument Linux accepts (131,071 bytes), with room for the
 // instruction itself and for what its author adds to it.
 constexpr qsizetype manifestBytes = 80'000;
-constexpr qsizetype promptBytes = 100'000;
+/// What known links may take where an agent sets no limit.
+constexpr qsizetype mostKnownBytes = 4'000'000;
 
 QString bulleted(const QStringList &lines) {
     return QStringLiteral("- ") + lines.join(QStringLiteral("\n- "));
@@ -87,21 +88,6 @@ QString wholeLines(const QString &text, qsizetype maxBytes) {
     return (lineEnd > 0 ? fitting.first(lineEnd) : fitting).toString();
 }
 
-/// As many links, in order, as fit in `maxBytes` with their separators.
-QString joinedWithin(const QStringList &links, qsizetype maxBytes) {
-    const QString separator = QStringLiteral(" ; ");
-    QString joined;
-    qsizetype used = 0;
-    for (const QString &link : links) {
-        used += utf8Size(link) + (joined.isEmpty() ? 0 : separator.size());
-        if (used > maxBytes) {
-            break;
-        }
-        joined += (joined.isEmpty() ? QString() : separator) + link;
-    }
-    return joined;
-}
-
 } // namespace
 
 QString scopeText(const SearchScope &scope) { return std::visit(ScopeWriter{}, scope); }
@@ -148,6 +134,20 @@ QString promptDate(const QDate &date) {
         .toString(date, QStringLiteral("MMMM d, yyyy"));
 }
 
+QString joinedLinks(const QStringList &links, qsizetype maxBytes) {
+    const QString separator = QStringLiteral(" ; ");
+    QString joined;
+    qsizetype used = 0;
+    for (const QString &link : links) {
+        used += utf8Size(link) + (joined.isEmpty() ? 0 : separator.size());
+        if (used > maxBytes) {
+            break;
+        }
+        joined += (joined.isEmpty() ? QString() : separator) + link;
+    }
+    return joined;
+}
+
 QString candidatesPrompt(const QString &instruction, const SearchScope &scope,
                          const CandidatesRequest &request, std::optional<qsizetype> maxBytes) {
     SearchScope fitted = scope;
@@ -160,13 +160,14 @@ QString candidatesPrompt(const QString &instruction, const SearchScope &scope,
                                    {QStringLiteral("@SCOPE"), scopeText(fitted)},
                                    {QStringLiteral("@COUNT"), QString::number(request.count)},
                                    {QStringLiteral("@RADIUS"), request.radius}});
-    const QString separator = QStringLiteral(" ; ");
-    const QString known = maxBytes
-                              ? joinedWithin(request.knownLinks, std::min(*maxBytes, promptBytes) -
-                                                                     utf8Size(withoutKnown))
-                              : request.knownLinks.join(separator);
-    return fillTemplate(withoutKnown, {{QStringLiteral("@KNOWN"),
-                                        known.isEmpty() ? QStringLiteral("none") : known}});
+    // A manifest may hold the placeholder too: the links are shared out among all its places.
+    const QString placeholder = QStringLiteral("@KNOWN");
+    const qsizetype places = std::max<qsizetype>(1, withoutKnown.count(placeholder));
+    const qsizetype room =
+        maxBytes ? std::min(*maxBytes, promptBytes) - utf8Size(withoutKnown) : mostKnownBytes;
+    const QString known = joinedLinks(request.knownLinks, room / places);
+    return fillTemplate(withoutKnown,
+                        {{placeholder, known.isEmpty() ? QStringLiteral("none") : known}});
 }
 
 } // namespace vorle

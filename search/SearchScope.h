@@ -67,6 +67,13 @@ struct CandidatesRequest {
     QStringList knownLinks; ///< newest first
 };
 
+/// The size of a prompt, in bytes of UTF-8, at which known links stop being listed for an agent
+/// that takes only so much.
+inline constexpr qsizetype promptBytes = 100'000;
+
+/// As many links, in order, as fit in `maxBytes` with the " ; " between them.
+QString joinedLinks(const QStringList &links, qsizetype maxBytes);
+
 /// The instruction with its placeholders replaced one after the other, in their fixed order
 /// (@TODAY, @SINCE, @SCOPE, @COUNT, @RADIUS, @KNOWN), every occurrence.
 ///

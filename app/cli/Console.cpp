@@ -23,6 +23,34 @@ int terminalWidth() {
     return widest;
 }
 
+/// Text without what could command the terminal or turn its lines around: control characters (save
+/// line breaks and tabs) and marks of direction. Titles, pages and answers come from strangers.
+QString harmless(const QString &text) {
+    QString out;
+    out.reserve(text.size());
+    for (const QChar c : text) {
+        const char16_t code = c.unicode();
+        const bool control =
+            (code < 0x20 && code != u'\n' && code != u'\t') || (code >= 0x7F && code < 0xA0);
+        const bool direction = (code >= 0x202A && code <= 0x202E) ||
+                               (code >= 0x2066 && code <= 0x2069) || code == 0x200E ||
+                               code == 0x200F;
+        if (!control && !direction) {
+            out += c;
+        }
+    }
+    return out;
+}
+
+/// French keeps these signs with the word they follow.
+QString boundSigns(QString text) {
+    for (const char16_t *sign : {u" :", u" ;", u" !", u" ?", u" »"}) {
+        const QString loose = QString::fromUtf16(sign);
+        text.replace(loose, QChar(QChar::Nbsp) + loose.sliced(1));
+    }
+    return text.replace(QStringLiteral("« "), QStringLiteral("«\u00A0"));
+}
+
 void write(FILE *stream, const QByteArray &bytes) {
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
     std::fflush(stream);
@@ -50,7 +78,7 @@ void Console::print(const QByteArray &json) const { write(stdout, json + '\n'); 
 
 void Console::say(const QString &text) {
     endProgress();
-    write(stderr, text.toUtf8() + '\n');
+    write(stderr, harmless(text).toUtf8() + '\n');
 }
 
 void Console::progress(const QString &status, int done, int total, const QString &details) {
@@ -81,7 +109,7 @@ QString Console::wrapped(const QString &text, int margin) const {
     const qsizetype room = std::max(20, m_width - margin);
     QStringList lines;
     QString line;
-    for (const QString &word : text.split(u' ', Qt::SkipEmptyParts)) {
+    for (const QString &word : boundSigns(harmless(text)).split(u' ', Qt::SkipEmptyParts)) {
         if (!line.isEmpty() && characterCount(line) + 1 + characterCount(word) > room) {
             lines += indent + line;
             line.clear();
@@ -93,9 +121,10 @@ QString Console::wrapped(const QString &text, int margin) const {
 }
 
 QString Console::styled(const QString &text, const char *code) const {
-    return m_colours ? QStringLiteral("\033[") + QLatin1StringView(code) + u'm' + text +
-                           QStringLiteral("\033[0m")
-                     : text;
+    const QString shown = harmless(text);
+    return m_colours && code != nullptr ? QStringLiteral("\033[") + QLatin1StringView(code) + u'm' +
+                                              shown + QStringLiteral("\033[0m")
+                                        : shown;
 }
 
 } // namespace vorle::cli

@@ -25,6 +25,8 @@ public:
     void endProgress();
 
     QString bold(const QString &text) const { return styled(text, "1"); }
+    /// As it is, but for what could command the terminal: for every text of foreign origin.
+    QString plain(const QString &text) const { return styled(text, nullptr); }
     QString faint(const QString &text) const { return styled(text, "2"); }
     QString accent(const QString &text) const { return styled(text, "1;38;5;166"); }
 

@@ -10,21 +10,12 @@ namespace vorle::cli {
 namespace {
 
 /// The report's keys, with the topics.
-struct FouilleAnswer {
-    QDateTime date;
-    int added = 0;
-    double costUSD = 0;
-    double seconds = 0;
-    QList<QString> uncovered;
+struct FouilleAnswer : RunReport {
     QList<Topic> topics;
 
     static constexpr auto jsonFields() {
-        return std::tuple(json::field("date", &FouilleAnswer::date),
-                          json::field("added", &FouilleAnswer::added),
-                          json::field("costUSD", &FouilleAnswer::costUSD),
-                          json::field("seconds", &FouilleAnswer::seconds),
-                          json::field("uncovered", &FouilleAnswer::uncovered),
-                          json::field("topics", &FouilleAnswer::topics));
+        return std::tuple_cat(RunReport::jsonFields(),
+                              std::tuple(json::field("topics", &FouilleAnswer::topics)));
     }
 };
 
@@ -40,8 +31,9 @@ Task<> openStore(Context &context) {
     TopicStore &store = context.app.store();
     if (store.setAside()) {
         context.console.say(
-            QStringLiteral("Tes sujets étaient illisibles. Je repars d’une liste vide, et je garde "
-                           "l’ancien fichier ici : %1")
+            QStringLiteral(
+                "Tes sujets étaient illisibles. Je repars d’une liste vide, et je garderai "
+                "l’ancien fichier ici : %1")
                 .arg(*store.setAside()));
     }
     if (const qsizetype released = store.releaseAllPending(); released > 0) {
@@ -57,7 +49,7 @@ void showProgress(Console &console, const RunProgress &progress) {
     // Each scope counts as much as reading and judging what it brought.
     const int total = progress.scopes + 2 * progress.candidates;
     const int done = progress.scopesDone + progress.read + progress.judged;
-    const QString details = QStringLiteral("%1 liens, %2 lus, %3 jugés")
+    const QString details = QStringLiteral("liens : %1, lus : %2, jugés : %3")
                                 .arg(progress.candidates)
                                 .arg(progress.read)
                                 .arg(progress.judged);
@@ -65,7 +57,9 @@ void showProgress(Console &console, const RunProgress &progress) {
 }
 
 QString countedTopics(int count) {
-    return count == 1 ? QStringLiteral("1 sujet") : QStringLiteral("%1 sujets").arg(count);
+    return count == 0   ? QStringLiteral("Aucun sujet")
+           : count == 1 ? QStringLiteral("1 sujet")
+                        : QStringLiteral("%1 sujets").arg(count);
 }
 
 QString durationText(double seconds) {
@@ -75,37 +69,87 @@ QString durationText(double seconds) {
 }
 
 QString summaryLine(const RunReport &report) {
-    QString line = report.cancelled
-                       ? QStringLiteral("Fouille arrêtée : %1 déjà jugés, gardés dans « À trier »")
-                             .arg(countedTopics(report.last.added))
-                       : QStringLiteral("%1 à trier").arg(countedTopics(report.last.added));
-    if (report.cancelled && report.last.added == 0) {
+    QString line =
+        report.cancelled
+            ? QStringLiteral("Fouille arrêtée : %1 dans « À trier », déjà jugés avant l’arrêt")
+                  .arg(countedTopics(report.added))
+            : QStringLiteral("%1 à trier").arg(countedTopics(report.added));
+    if (report.cancelled && report.added == 0) {
         line = QStringLiteral("Fouille arrêtée : rien n’était encore jugé");
     }
-    line += QStringLiteral(" · ") + durationText(report.last.seconds);
-    if (report.last.costUSD > 0) {
+    line += QStringLiteral(" · ") + durationText(report.seconds);
+    if (report.costUSD > 0) {
         line += QStringLiteral(" · ") +
-                QLocale(QLocale::French, QLocale::France).toString(report.last.costUSD, 'f', 2) +
+                QLocale(QLocale::French, QLocale::France).toString(report.costUSD, 'f', 2) +
                 QStringLiteral(" $");
     }
     return line;
 }
 
-void tellTroubles(Console &console, const RunReport &report) {
-    for (const ScopeReport &scope : report.scopes) {
-        if (!scope.error.isEmpty()) {
-            console.say(QStringLiteral("%1 : %2").arg(scope.name, scope.error));
+/// "12 liens, 3 déjà connus, 1 en double".
+QString scopeLine(const ScopeReport &scope) {
+    if (!scope.error.isEmpty()) {
+        return scope.error;
+    }
+    QStringList facts{scope.found == 1 ? QStringLiteral("1 lien")
+                                       : QStringLiteral("%1 liens").arg(scope.found)};
+    const auto add = [&](int count, const QString &what) {
+        if (count > 0) {
+            facts += QString::number(count) + u' ' + what;
         }
+    };
+    add(scope.known, QStringLiteral("déjà dans tes sujets"));
+    add(scope.merged, QStringLiteral("en double"));
+    add(scope.refused, QStringLiteral("sans adresse web"));
+    return facts.join(QStringLiteral(", "));
+}
+
+/// What was read: "18 pages lues, 2 en partie, 1 illisible".
+QString readLine(const RunReport &report) {
+    QStringList facts;
+    const auto add = [&](int count, const QString &what) {
+        if (count > 0) {
+            facts += QString::number(count) + u' ' + what;
+        }
+    };
+    add(report.read.full, QStringLiteral("en entier"));
+    add(report.read.seen, QStringLiteral("en partie"));
+    add(report.read.meta, QStringLiteral("par leur titre et leur description"));
+    add(report.read.none, QStringLiteral("illisibles"));
+    if (report.dug > 0) {
+        facts += QStringLiteral("dont %1 retrouvées ailleurs").arg(report.dug);
+    }
+    return facts.join(QStringLiteral(", "));
+}
+
+/// The run's report, short: a line a scope, then what was read and what was left out.
+void tellReport(Console &console, const RunReport &report) {
+    for (const ScopeReport &scope : report.scopes) {
+        const QString name = scope.origin == Origin::Suggestion
+                                 ? QStringLiteral("%1, seconde recherche").arg(scope.name)
+                                 : scope.name;
+        console.say(QStringLiteral("%1 : %2").arg(name, scopeLine(scope)));
+    }
+    if (const QString line = readLine(report); !line.isEmpty()) {
+        console.say(QStringLiteral("Pages lues : %1").arg(line));
+    }
+    for (const FeedTrouble &feed : report.feeds) {
+        console.say(QStringLiteral("%1 : %2").arg(feed.site, feed.problem));
+    }
+    for (const DroppedLink &link : report.notNewer) {
+        console.say(QStringLiteral("Mis à part : %1").arg(link.reason));
+    }
+    if (!report.unjudged.isEmpty()) {
+        console.say(QStringLiteral("Liens non jugés : %1. %2")
+                        .arg(report.unjudged.size())
+                        .arg(report.unjudged.first().reason));
     }
     for (const QString &warning : report.warnings) {
         console.say(warning);
     }
-    if (!report.last.uncovered.isEmpty() && !report.cancelled) {
+    if (!report.uncovered.isEmpty() && !report.cancelled) {
         console.say(QStringLiteral("Rien trouvé pour : %1")
-                        .arg(report.last.uncovered.join(QStringLiteral(", "))));
-    }
-    if (!report.saved) {
-        console.say(QStringLiteral("Les sujets n’ont pas pu être enregistrés."));
+                        .arg(report.uncovered.join(QStringLiteral(", "))));
     }
 }
 
@@ -114,9 +158,13 @@ void tellTroubles(Console &console, const RunReport &report) {
 Task<ExitStatus> fouille(Context &context) {
     co_await openStore(context);
     SearchEngine &engine = context.app.engine();
-    const auto link = QObject::connect(
-        &engine, &SearchEngine::progressed, &engine,
-        [&](const RunProgress &progress) { showProgress(context.console, progress); });
+    const auto link = QObject::connect(&engine, &SearchEngine::progressed, &engine,
+                                       [&](const RunProgress &progress) {
+                                           // A refusal is told by its failure.
+                                           if (engine.phase() != SearchEngine::Phase::Idle) {
+                                               showProgress(context.console, progress);
+                                           }
+                                       });
     std::optional<RunReport> ended;
     std::exception_ptr failure;
     try {
@@ -131,14 +179,13 @@ Task<ExitStatus> fouille(Context &context) {
     }
     const RunReport &report = *ended;
     QList<TopicPtr> topics;
-    for (const QUuid &id : report.topics) {
+    for (const QUuid &id : report.topicIds) {
         if (const TopicPtr topic = context.app.store().topic(id)) {
             topics += topic;
         }
     }
     if (context.arguments.json()) {
-        FouilleAnswer answer{report.last.date,    report.last.added,     report.last.costUSD,
-                             report.last.seconds, report.last.uncovered, {}};
+        FouilleAnswer answer{report, {}};
         for (const TopicPtr &topic : topics) {
             answer.topics += *topic;
         }
@@ -146,8 +193,13 @@ Task<ExitStatus> fouille(Context &context) {
     } else if (!topics.isEmpty()) {
         context.console.print(topicCards(context.console, topics, QDate::currentDate()) + u'\n');
     }
-    tellTroubles(context.console, report);
-    context.console.say(summaryLine(report));
+    tellReport(context.console, report);
+    if (report.saved) {
+        context.console.say(summaryLine(report));
+    } else {
+        context.console.say(context.app.store().saveError().value_or(
+            QStringLiteral("Les sujets n’ont pas pu être enregistrés.")));
+    }
     co_return report.cancelled || !report.saved ? ExitStatus::Failed : ExitStatus::Done;
 }
 

@@ -66,13 +66,15 @@ QString schemaText(const Context &context, const QString &name) {
     return context.app.resources().text(name, QStringLiteral("json")).value_or(QString());
 }
 
-QList<PromptShown> runPrompts(Context &context) {
+Task<QList<PromptShown>> runPrompts(Context &context) {
     const Preferences &preferences = context.app.preferences();
     if (!hasTerritory(preferences)) {
         throw Failure(emptyTerritoryText());
     }
     const QList<TopicPtr> topics = context.app.store().topics();
-    const RunPlan plan = planRun(preferences, topics, context.app.clock().now());
+    const auto folders = preferences.settings().projects;
+    const auto projects = co_await onPool([folders] { return readProjects(folders); });
+    const RunPlan plan = planRun(preferences, projects, topics, context.app.clock().now());
     for (const QString &warning : plan.warnings) {
         context.console.say(warning);
     }
@@ -92,7 +94,7 @@ QList<PromptShown> runPrompts(Context &context) {
               judgePrompt(instruction, QDate::currentDate(), plan.profile, {},
                           exampleTopics(topics), {frame}),
               schemaText(context, QStringLiteral("judge-schema"))};
-    return shown;
+    co_return shown;
 }
 
 /// A link as a person types it: without a scheme, https is meant.
@@ -131,7 +133,7 @@ QString stateText(AgentReadiness readiness, AgentKind kind) {
 } // namespace
 
 Task<ExitStatus> consignes(Context &context) {
-    const QList<PromptShown> prompts = runPrompts(context);
+    const QList<PromptShown> prompts = co_await runPrompts(context);
     if (context.arguments.json()) {
         context.console.print(json::encode(prompts, json::Style::Pretty));
         co_return ExitStatus::Done;
@@ -141,7 +143,8 @@ Task<ExitStatus> consignes(Context &context) {
                               context.console.faint(QStringLiteral("  %1 caractères, %2 octets")
                                                         .arg(characterCount(prompt.prompt))
                                                         .arg(utf8Size(prompt.prompt))) +
-                              QStringLiteral("\n\n") + prompt.prompt.trimmed() + u'\n');
+                              QStringLiteral("\n\n") +
+                              context.console.plain(prompt.prompt.trimmed()) + u'\n');
     }
     co_return ExitStatus::Done;
 }
@@ -189,7 +192,7 @@ Task<ExitStatus> lire(Context &context) {
             context.console.print(context.console.faint(*page.description));
         }
         if (!page.text.isEmpty()) {
-            context.console.print(u'\n' + QString::fromUtf8(page.text));
+            context.console.print(u'\n' + context.console.plain(QString::fromUtf8(page.text)));
         }
     }
     context.console.say(QStringLiteral("%1 · %2%3")

@@ -31,6 +31,18 @@ struct ProjectShown {
     }
 };
 
+/// "package.json · 3 dépendances · React, TypeScript".
+QString manifestLine(const discovery::Project &project) {
+    QStringList facts{project.manifest->name,
+                      project.dependencies < 2
+                          ? QStringLiteral("%1 dépendance").arg(project.dependencies)
+                          : QStringLiteral("%1 dépendances").arg(project.dependencies)};
+    if (!project.labels.isEmpty()) {
+        facts += project.labels.join(QStringLiteral(", "));
+    }
+    return facts.join(QStringLiteral(" · "));
+}
+
 void listProjects(Context &context) {
     const Settings &settings = context.app.preferences().settings();
     QList<ProjectShown> shown;
@@ -44,12 +56,8 @@ void listProjects(Context &context) {
         lines += context.console.bold(it.key()) +
                  (description.isEmpty() ? QString() : QStringLiteral(", ") + description);
         lines += QStringLiteral("  ") + context.console.faint(it.value());
-        lines += QStringLiteral("  ") + (found.problem == discovery::Project::Problem::None
-                                             ? QStringLiteral("%1 · %2 dépendances · %3")
-                                                   .arg(found.manifest->name)
-                                                   .arg(found.dependencies)
-                                                   .arg(found.labels.join(QStringLiteral(", ")))
-                                             : discovery::problemText(found));
+        const QString problem = discovery::problemText(found);
+        lines += QStringLiteral("  ") + (problem.isEmpty() ? manifestLine(found) : problem);
     }
     if (context.arguments.json()) {
         context.console.print(json::encode(shown, json::Style::Pretty));

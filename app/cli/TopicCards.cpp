@@ -69,8 +69,8 @@ QString topicCards(const Console &console, QList<TopicPtr> topics, const QDate &
 QString topicLines(const Console &console, const QList<TopicPtr> &topics) {
     QStringList lines;
     for (const TopicPtr &topic : topics) {
-        lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") + topic->title +
-                 QStringLiteral("  ") +
+        lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
+                 console.plain(topic->title) + QStringLiteral("  ") +
                  console.faint(statusLabel(topic->status) + QStringLiteral(" · ") +
                                topic->id.toString(QUuid::WithoutBraces).toUpper());
     }

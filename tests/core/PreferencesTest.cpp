@@ -116,11 +116,6 @@ TEST_F(PreferencesTest, carries_old_settings_over) {
     EXPECT_FALSE(read(R"({})").calibrated);
 }
 
-TEST_F(PreferencesTest, who_finishes_onboarding_now_is_still_to_calibrate_after_a_restart) {
-    open().change(&Settings::onboarded, true);
-    EXPECT_FALSE(read(contentsOf(file)).calibrated);
-}
-
 TEST_F(PreferencesTest, derives_weight_radius_and_scope) {
     Preferences preferences = open();
     preferences.change(&Settings::interestWeights, {{QStringLiteral("rust"), 5}});

@@ -93,14 +93,17 @@ TEST(CandidateBlock, keeps_its_shape_whatever_strangers_wrote) {
 TEST(JudgePrompt, fills_each_section_once_and_says_when_there_is_nothing) {
     JudgeProfile profile;
     profile.job = QStringLiteral("Développeur web");
-    profile.projects = {
-        {QStringLiteral("Tiravue"), QStringLiteral("carnet @EXAMPLES"), {QStringLiteral("React")}}};
+    profile.projects = {{QStringLiteral("Tiravue"),
+                         QStringLiteral("carnet @EXAMPLES"),
+                         {QStringLiteral("React")},
+                         {QStringLiteral("react 19.2.0")}}};
     profile.interests = {{QStringLiteral("Domotique"), 4}};
     const QString text = judgePrompt(
         QStringLiteral("T @TODAY\nP @PROFILE\nR @REFLEXES\nE @EXAMPLES\nC @CANDIDATES\nx@y.org"),
         QDate(2026, 11, 21), profile, {}, {}, {candidate()});
     EXPECT_TRUE(text.startsWith(QStringLiteral("T November 21, 2026\nP Job: Développeur web\n")));
-    EXPECT_TRUE(text.contains(QStringLiteral("- Tiravue: carnet @EXAMPLES [React]")));
+    EXPECT_TRUE(text.contains(
+        QStringLiteral("- Tiravue: carnet @EXAMPLES [React]; versions in use: react 19.2.0")));
     EXPECT_TRUE(text.contains(QStringLiteral("- Domotique (weight 4)")));
     EXPECT_TRUE(text.contains(QStringLiteral("R (none yet)\nE (none yet)\nC ### id: c1")));
     EXPECT_TRUE(text.endsWith(QStringLiteral("x@y.org")));

@@ -13,7 +13,9 @@ namespace {
 
 class RunPlanTest : public testing::Test {
 protected:
-    RunPlan plan(const QList<TopicPtr> &topics = {}) { return planRun(preferences, topics, now); }
+    RunPlan plan() {
+        return planRun(preferences, readProjects(preferences.settings().projects), {}, now);
+    }
 
     QTemporaryDir folder;
     Preferences preferences{
@@ -33,7 +35,7 @@ TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
     QDir(folder.path()).mkdir(QStringLiteral("code"));
     QFile manifest(folder.filePath(QStringLiteral("code/package.json")));
     ASSERT_TRUE(manifest.open(QIODevice::WriteOnly));
-    manifest.write("{\"dependencies\":{\"react\":\"19\"}}");
+    manifest.write("{\"dependencies\":{\"react\":\"^19.1.0\"}}");
     manifest.close();
     preferences.change(&Settings::projects,
                        {{QStringLiteral("Tiravue"), folder.filePath(QStringLiteral("code"))},
@@ -61,6 +63,8 @@ TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
               u"Stay on the topic itself. Never use these sites or folders as a source: "
               u"spam.com.");
     EXPECT_EQ(made.profile.projects[1].labels, QStringList{QStringLiteral("React")});
+    EXPECT_EQ(made.profile.projects[1].versions, QStringList{QStringLiteral("react 19.1.0")});
+    EXPECT_EQ(made.scopes[1].versions.value(QStringLiteral("react")), u"19.1.0");
 }
 
 TEST_F(RunPlanTest, the_period_starts_at_the_last_run_within_bounds) {

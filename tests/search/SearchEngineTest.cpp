@@ -2,7 +2,10 @@
 
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
+#include "search/Feeds.h"
 #include "search/PageReader.h"
+#include "search/RunHistory.h"
+#include "search/SourceImage.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Wait.h"
 
@@ -40,6 +43,7 @@ protected:
         preferences.change(&Settings::interests, {QStringLiteral("Rust"), QStringLiteral("Vélo")});
         preferences.change(&Settings::projects, {{QStringLiteral("Potager"), QString()}});
         server.serve("/long", test::TestReply::page(page("long")));
+        server.serve("/other", test::TestReply::page(page("other")));
         server.serve("/short", test::TestReply::page("<title>Court</title><p>peu"));
     }
 
@@ -58,10 +62,11 @@ protected:
     void scenario(const QString &project, const QString &topics, const char *judge = "ok",
                   double seconds = 0) {
         write(QStringLiteral("home/scenario.json"),
-              QStringLiteral(R"({"candidates":{"**Potager**":%1,"Topics the person":%2},)"
-                             R"("judge":"%3","seconds":%4})")
-                  .arg(project, topics, QString::fromUtf8(judge))
-                  .arg(seconds)
+              QStringLiteral(R"({"candidates":{"came back empty on":%5,"trusts, for their":%6,)"
+                             R"("**Potager**":%1,"Topics the person":%2},)"
+                             R"("judge":"%3","seconds":%4,"dig":%7})")
+                  .arg(project, topics, QString::fromUtf8(judge), QString::number(seconds),
+                       secondAnswer, sitesAnswer, dugPages)
                   .toUtf8());
     }
 
@@ -93,6 +98,15 @@ protected:
         return living;
     }
 
+    QString promptsSent() {
+        QFile log(folder.filePath(QStringLiteral("home/prompts.log")));
+        return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
+    }
+
+    // What the stand-in answers to the second search, to the screening of feeds and to digging.
+    QString secondAnswer = QStringLiteral("[]");
+    QString sitesAnswer = QStringLiteral("[]");
+    QString dugPages = QStringLiteral("{}");
     QTemporaryDir folder;
     SystemClock clock;
     test::TestServer server;
@@ -102,9 +116,12 @@ protected:
     TopicStore store{folder.filePath(QStringLiteral("topics.json")), resources, clock};
     HttpClient http{true};
     PageReader reader{http, 5s};
-    EngineAgent agent{environment(), [] { return QString(); }};
+    EngineAgent agent{environment(), [] { return QString(); }, {4s, 4s}};
     Asker asker{agent, resources, 10ms};
-    SearchEngine engine{preferences, store, asker, reader, clock};
+    Feeds feeds{http, clock};
+    SourceImage images{http,
+                       {folder.filePath(QStringLiteral("pictures")), server.url({}).toString()}};
+    SearchEngine engine{{preferences, store, asker, reader, feeds, images, clock}};
     CancelSource stop;
 };
 
@@ -119,12 +136,13 @@ TEST_F(SearchEngineTest, brings_judged_topics_from_every_scope_to_the_inbox) {
     const RunReport report = run();
 
     ASSERT_EQ(inbox().size(), 3);
-    EXPECT_EQ(report.last.added, 3);
-    EXPECT_EQ(report.last.uncovered, QStringList{QStringLiteral("Vélo")});
-    EXPECT_DOUBLE_EQ(report.last.costUSD, 0.75); // two scopes and one batch
+    EXPECT_EQ(report.added, 3);
+    EXPECT_EQ(report.uncovered, QStringList{QStringLiteral("Vélo")});
+    // Two scopes, the second search, one batch, and the digging for the dead page.
+    EXPECT_DOUBLE_EQ(report.costUSD, 1.25);
     EXPECT_EQ(report.scopes[1].refused, 1);
     EXPECT_EQ(report.scopes[0].merged + report.scopes[1].merged, 1);
-    EXPECT_EQ(report.unread, 1);
+    EXPECT_EQ(report.read.none, 1);
     EXPECT_TRUE(statuses.contains(QStringLiteral("Potager")));
     EXPECT_TRUE(statuses.contains(QStringLiteral("Tes sujets")));
     EXPECT_TRUE(statuses.contains(QStringLiteral("Lecture et tri : 3 sur 3")));
@@ -136,6 +154,8 @@ TEST_F(SearchEngineTest, brings_judged_topics_from_every_scope_to_the_inbox) {
     const TopicPtr unread = byLink.value(at("/gone"));
     ASSERT_TRUE(unread);
     EXPECT_EQ(unread->score, 0) << "nothing read, no score, whatever the judge said";
+    EXPECT_EQ(unread->summary, u"Je n’ai rien pu lire sur ce sujet : à creuser.");
+    EXPECT_EQ(unread->firstStep, u"Ouvrir le lien et décider s’il vaut une recherche de plus.");
     EXPECT_EQ(unread->readLevel, ReadLevel::None);
     EXPECT_EQ(unread->project, QStringLiteral("Potager"));
     const TopicPtr glimpsed = byLink.value(at("/short"));
@@ -144,14 +164,149 @@ TEST_F(SearchEngineTest, brings_judged_topics_from_every_scope_to_the_inbox) {
     EXPECT_EQ(glimpsed->origin, Origin::List);
     EXPECT_EQ(glimpsed->readLevel, ReadLevel::Meta);
     EXPECT_EQ(glimpsed->score, 7);
-    EXPECT_EQ(preferences.settings().lastReport, report.last);
-    EXPECT_EQ(preferences.settings().lastSearch, report.last.date);
+    EXPECT_EQ(preferences.settings().lastReport, lastOf(report));
+    EXPECT_EQ(preferences.settings().lastSearch, report.date);
 
     // The next run is told the links, and drops them when they come back all the same.
     const RunReport again = run();
-    EXPECT_EQ(again.last.added, 0);
+    EXPECT_EQ(again.added, 0);
     EXPECT_EQ(again.scopes[0].known + again.scopes[1].known, 4);
     EXPECT_EQ(inbox().size(), 3);
+}
+
+TEST_F(SearchEngineTest, a_topic_that_came_back_empty_is_searched_once_more) {
+    secondAnswer = list({candidate(at("/other"), "Vélo")});
+    scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}));
+    const RunReport report = run();
+    EXPECT_EQ(report.added, 2);
+    EXPECT_TRUE(report.uncovered.isEmpty());
+    ASSERT_EQ(report.scopes.size(), 3);
+    EXPECT_EQ(report.scopes[2].origin, Origin::Suggestion);
+    EXPECT_TRUE(
+        promptsSent().contains(u"Bring at least two links for every topic below.\n- Vélo\n"))
+        << "the topic that was answered is not asked again";
+    for (const TopicPtr &topic : inbox()) {
+        const bool second = topic->mainSource()->url == at("/other");
+        EXPECT_EQ(topic->origin, second ? Origin::Suggestion : Origin::List);
+        EXPECT_EQ(topic->interest, second ? QStringLiteral("Vélo") : QStringLiteral("Rust"));
+    }
+}
+
+TEST_F(SearchEngineTest, an_unreadable_page_is_dug_for_and_judged_once_more) {
+    dugPages =
+        QStringLiteral(R"({"%1":{"url":"%2","title":"Une copie","what":"x"},)"
+                       R"("%3":{"url":"%4","title":"Ailleurs","what":"Ce que dit la page."}})")
+            .arg(at("/gone"), at("/other"), at("/lost"), at("/nowhere"));
+    scenario(list({candidate(at("/gone"), "Potager"), candidate(at("/lost"), "Potager"),
+                   candidate(at("/dead"), "Potager")}),
+             QStringLiteral("[]"));
+    QStringList statuses;
+    QObject::connect(&engine, &SearchEngine::progressed,
+                     [&](const RunProgress &progress) { statuses += progress.status; });
+    const RunReport report = run();
+    EXPECT_TRUE(statuses.contains(QStringLiteral("Recherche des pages illisibles : 3")));
+    EXPECT_EQ(report.dug, 2);
+    EXPECT_EQ(report.added, 3);
+    ASSERT_EQ(inbox().size(), 3);
+    QMap<QString, TopicPtr> byLink;
+    for (const TopicPtr &topic : inbox()) {
+        byLink[topic->mainSource()->url] = topic;
+    }
+    const TopicPtr copy = byLink.value(at("/other"));
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(copy->readLevel, ReadLevel::Full);
+    EXPECT_EQ(copy->score, 7);
+    EXPECT_EQ(copy->sources.last().url, at("/gone")) << "the dead address is known from now on";
+    const TopicPtr told = byLink.value(at("/nowhere"));
+    ASSERT_TRUE(told);
+    EXPECT_EQ(told->readLevel, ReadLevel::Meta) << "the agent's words stand for the page";
+    EXPECT_TRUE(told->seenText->contains("Ce que dit la page."));
+    EXPECT_TRUE(byLink.contains(at("/dead")));
+}
+
+TEST_F(SearchEngineTest, trusted_sites_are_screened_through_their_feeds) {
+    server.serve("/site",
+                 test::TestReply::page(
+                     "<link rel=\"alternate\" type=\"application/rss+xml\" href=\"/feed\">"));
+    const QByteArray now = QLocale::c()
+                               .toString(QDateTime::currentDateTimeUtc(),
+                                         QStringLiteral("ddd, dd MMM yyyy HH:mm:ss +0000"))
+                               .toUtf8();
+    server.serve("/feed", [&](const test::TestRequest &) {
+        test::TestReply reply;
+        reply.contentType = "application/rss+xml";
+        reply.body = "<rss><channel><item><title>Une sortie</title><link>" + at("/other").toUtf8() +
+                     "</link><pubDate>" + now + "</pubDate></item></channel></rss>";
+        return reply;
+    });
+    preferences.change(&Settings::prioritySites,
+                       {PrioritySite{at("/site"), {}, {}}, PrioritySite{at("/none"), {}, {}}});
+    sitesAnswer = list({candidate(at("/other"), "Rust")});
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    const RunReport report = run();
+    ASSERT_EQ(inbox().size(), 1);
+    EXPECT_EQ(inbox().first()->origin, Origin::Surface);
+    EXPECT_TRUE(inbox().first()->publishedOn);
+    EXPECT_EQ(report.feeds.size(), 1) << "the site without a feed is told";
+    EXPECT_TRUE(promptsSent().contains(u"] Une sortie"));
+    EXPECT_EQ(preferences.settings().prioritySites.first().feed, at("/feed"));
+}
+
+// Two addresses that lead to one page are one card, whichever came first.
+TEST_F(SearchEngineTest, one_page_is_one_card_across_scopes_and_against_the_store) {
+    server.serve("/moved", test::TestReply::redirect("/long"));
+    scenario(list({candidate(at("/moved"), "Potager")}), list({candidate(at("/long"), "Rust")}));
+    run();
+    ASSERT_EQ(inbox().size(), 1);
+    EXPECT_EQ(inbox().first()->sources.size(), 2);
+
+    server.serve("/again", test::TestReply::redirect("/long"));
+    scenario(list({candidate(at("/again"), "Potager")}), QStringLiteral("[]"));
+    const RunReport report = run();
+    EXPECT_EQ(report.added, 0);
+    ASSERT_EQ(inbox().size(), 1);
+    EXPECT_EQ(inbox().first()->sources.size(), 3);
+}
+
+TEST_F(SearchEngineTest, a_release_that_is_in_use_already_is_set_apart) {
+    QDir(folder.path()).mkdir(QStringLiteral("code"));
+    write(QStringLiteral("code/package.json"), R"({"dependencies":{"undici":"^7.0.0"}})");
+    write(QStringLiteral("code/package-lock.json"),
+          R"({"lockfileVersion":3,"packages":{"node_modules/undici":{"version":"7.12.0"}}})");
+    const auto release = [&](const char *path, const char *version) {
+        server.serve(path, test::TestReply::page("<title>undici " + QByteArray(version) +
+                                                 " released</title><article>" +
+                                                 QByteArray("mot ").repeated(300) + "</article>"));
+        return candidate(at(path), "undici");
+    };
+    preferences.change(&Settings::projects,
+                       {{QStringLiteral("Potager"), folder.filePath(QStringLiteral("code"))}});
+    scenario(list({release("/old", "7.10.0"), release("/new", "7.18.1")}), QStringLiteral("[]"));
+    const RunReport report = run();
+    ASSERT_EQ(inbox().size(), 1);
+    EXPECT_EQ(inbox().first()->dependency, QStringLiteral("undici"));
+    EXPECT_EQ(inbox().first()->currentVersion, QStringLiteral("7.12.0"));
+    EXPECT_EQ(inbox().first()->newVersion, QStringLiteral("7.18.1"));
+    ASSERT_EQ(report.notNewer.size(), 1);
+    EXPECT_EQ(report.notNewer.first().url, at("/old"));
+    EXPECT_TRUE(promptsSent().contains(u"versions in use: undici 7.12.0"));
+}
+
+TEST_F(SearchEngineTest, the_reports_of_the_last_runs_are_kept) {
+    scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}));
+    const RunReport first = run();
+    const RunReport second = run();
+    const RunHistory history(store.file());
+    EXPECT_EQ(history.reports(), (QList<RunReport>{first, second}));
+    for (int i = 0; i < 60; ++i) {
+        history.add(second);
+    }
+    EXPECT_EQ(history.reports().size(), RunHistory::mostReports);
+    write(QStringLiteral("runs.json"), "{");
+    EXPECT_TRUE(history.reports().isEmpty());
+    history.add(first);
+    EXPECT_EQ(history.reports(), QList<RunReport>{first});
+    EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("runs.json.illisible-*")}).size(), 1);
 }
 
 TEST_F(SearchEngineTest, an_empty_territory_never_reaches_the_agent) {
@@ -168,8 +323,7 @@ TEST_F(SearchEngineTest, a_failing_scope_is_reported_and_the_others_go_on) {
     scenario(QStringLiteral("\"fail\""), list({candidate(at("/long"), "Rust")}), "fail-once");
     const RunReport report = run();
     EXPECT_EQ(inbox().size(), 1);
-    EXPECT_EQ(report.scopes[0].error, u"L’IA s’est arrêtée (code 3). le serveur est occupé\n")
-        << report.scopes[0].error.toStdString();
+    EXPECT_EQ(report.scopes[0].error, u"L’IA s’est arrêtée (code 3). le serveur est occupé");
 }
 
 TEST_F(SearchEngineTest, a_run_fails_when_every_scope_or_every_judgment_did) {
@@ -192,14 +346,14 @@ TEST_F(SearchEngineTest, a_run_fails_when_every_scope_or_every_judgment_did) {
 
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}), "silent");
     write(QStringLiteral("home/.claude.json"), R"({"oauthAccount":{}})");
-    EXPECT_EQ(run().unjudged, 1) << "a judge that answers for nobody is no failure";
+    EXPECT_EQ(run().unjudged.size(), 1) << "a judge that answers for nobody is no failure";
 }
 
 TEST_F(SearchEngineTest, one_run_at_a_time) {
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}));
     auto first = engine.run(stop.token());
     EXPECT_THROW(run(), RunRefused);
-    EXPECT_EQ(test::waitFor(std::move(first), 60s).last.added, 1);
+    EXPECT_EQ(test::waitFor(std::move(first), 60s).added, 1);
 }
 
 // Twelve links make two batches; the second judgment is cut off by the stop.
@@ -230,8 +384,102 @@ TEST_F(SearchEngineTest, a_stop_while_asking_ends_the_hanging_agents) {
     QTimer::singleShot(400ms, [&] { stop.cancel(); });
     const RunReport report = run();
     EXPECT_TRUE(report.cancelled);
-    EXPECT_EQ(report.last.added, 0);
+    EXPECT_EQ(report.added, 0);
     EXPECT_EQ(livingAgents(), 0);
+}
+
+// Three projects, six topics, five sites, half the pages dead and one feed without end: whatever
+// fails besides, the run ends, says what happened, and keeps what was judged.
+TEST_F(SearchEngineTest, a_large_run_survives_each_failure_in_turn) {
+    preferences.change(&Settings::projects,
+                       {{QStringLiteral("Potager"), QString()},
+                        {QStringLiteral("Tiravue"), QString()},
+                        {QStringLiteral("Zut"), QStringLiteral("/nulle/part")}});
+    preferences.change(&Settings::interests,
+                       {QStringLiteral("Rust"), QStringLiteral("Vélo"), QStringLiteral("Pain"),
+                        QStringLiteral("Encre"), QStringLiteral("Toits"), QStringLiteral("Vent")});
+    server.serve("/endless-site",
+                 test::TestReply::page(
+                     "<link rel=\"alternate\" type=\"application/rss+xml\" href=\"/endless\">"));
+    server.serve("/endless",
+                 test::TestReply::shaped(test::TestReply::Shape::Endless, "<rss><item><title>"));
+    QList<PrioritySite> sites{{at("/endless-site"), {}, {}}};
+    for (const char *site : {"/s1", "/s2", "/s3", "ftp://nope"}) {
+        sites += PrioritySite{site[0] == '/' ? at(site) : QString::fromUtf8(site), {}, {}};
+    }
+    preferences.change(&Settings::prioritySites, sites);
+
+    const struct {
+        const char *project;
+        const char *judge;
+        bool unwritable;
+        int failedScopes;
+    } failures[] = {
+        {"[]", "ok", false, 0},        {"\"fail\"", "ok", false, 1},  {"\"hang\"", "ok", false, 1},
+        {"\"prose\"", "ok", false, 1}, {"[]", "fail-once", false, 0}, {"[]", "ok", true, 0},
+    };
+    int turn = 0;
+    for (const auto &failure : failures) {
+        QStringList found;
+        for (int i = 0; i < 6; ++i) {
+            const char *path = i % 2 == 0 ? "/long" : "/dead";
+            found += candidate(at(path) + QStringLiteral("?t=%1-%2").arg(turn).arg(i), "Rust");
+        }
+        scenario(QString::fromUtf8(failure.project), list(found), failure.judge);
+        const qsizetype before = store.count();
+        if (failure.unwritable) { // a folder in the file's place: no save can succeed
+            QFile::remove(store.file());
+            QDir().mkdir(store.file());
+        }
+        const RunReport report = run();
+        EXPECT_EQ(std::ranges::count_if(report.scopes,
+                                        [](const auto &scope) { return !scope.error.isEmpty(); }),
+                  failure.failedScopes)
+            << turn;
+        EXPECT_EQ(report.added, 6) << turn;
+        EXPECT_EQ(report.read.none, 3) << turn;
+        EXPECT_EQ(store.count(), before + 6) << turn;
+        EXPECT_EQ(report.saved, !failure.unwritable) << turn;
+        EXPECT_FALSE(report.feeds.isEmpty());
+        EXPECT_EQ(report.warnings.size(), 1) << "the folder that is gone is told";
+        // Once is enough for the feed that never ends: it takes its whole time.
+        preferences.change(&Settings::prioritySites, sites.sliced(1));
+        ++turn;
+    }
+    EXPECT_EQ(livingAgents(), 0);
+}
+
+// A stop may come at any moment: no process, no temporary file and no half topic is left.
+// VORLE_STOPS sets how many are tried.
+TEST_F(SearchEngineTest, a_stop_at_any_moment_leaves_nothing_behind) {
+    const int stops =
+        qEnvironmentVariableIsSet("VORLE_STOPS") ? qEnvironmentVariableIntValue("VORLE_STOPS") : 20;
+    const QDir temporary(QDir::tempPath());
+    const auto leftFiles = [&] {
+        return temporary.entryList({QStringLiteral("vorle-run-*"), QStringLiteral("vorle-schema-*"),
+                                    QStringLiteral("vorle-answer-*")});
+    };
+    const QStringList before = leftFiles();
+    dugPages = QStringLiteral(R"({"/gone":{"url":"%1","title":"c","what":"w"}})").arg(at("/other"));
+    for (int i = 0; i < stops; ++i) {
+        scenario(list({candidate(at("/long") + u'?' + QString::number(i), "Potager"),
+                       candidate(at("/gone") + u'?' + QString::number(i), "Potager")}),
+                 list({candidate(at("/short") + u'?' + QString::number(i), "Rust")}), "ok", 0.02);
+        CancelSource source;
+        QTimer::singleShot(std::chrono::milliseconds(i * 400 / stops), [&] { source.cancel(); });
+        const RunReport report = test::waitFor(engine.run(source.token()), 60s);
+        EXPECT_EQ(report.topicIds.size(), report.added);
+        EXPECT_EQ(engine.phase(), SearchEngine::Phase::Idle);
+    }
+    EXPECT_EQ(livingAgents(), 0);
+    EXPECT_EQ(leftFiles(), before);
+    EXPECT_EQ(store.topics(TopicStatus::Pending).size(), 0);
+    TopicStore again{store.file(), resources, clock};
+    EXPECT_EQ(again.count(), store.count());
+    for (const TopicPtr &topic : again.topics()) {
+        EXPECT_FALSE(topic->sources.isEmpty());
+        EXPECT_FALSE(topic->summary.isEmpty());
+    }
 }
 
 } // namespace

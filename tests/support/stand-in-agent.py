@@ -5,8 +5,11 @@ Called with the real command line. Reads scenario.json in its home:
   "candidates": what each scope answers, by a text found in the prompt: a list of candidates,
                 "fail" (exit status 3), "prose", or "hang"
   "judge":      "ok", "fail", "fail-once", "hang", "prose" or "silent" (judges nobody)
+  "dig":        what each unreadable link gives, by a text found in its block: {"url", "title",
+                "what"}; the others are not found
   "seconds":    how long each judgment takes
-Every call is noted in calls.log: "candidates" or "judge", then the process identity.
+Every call is noted in calls.log: "candidates", "judge" or "dig", then the process identity; its
+prompt in prompts.log.
 """
 import json
 import os
@@ -34,15 +37,32 @@ def judged(prompt):
     ]
 
 
+def dug(prompt, plan):
+    results = []
+    for block in re.split(r"(?m)^(?=### id: )", prompt)[1:]:
+        page = next((page for key, page in plan.items() if key in block), None)
+        results.append({
+            "id": re.match(r"### id: (\S+)", block).group(1), "found": page is not None,
+            **(page or {"url": "", "title": "", "what": ""}),
+        })
+    return results
+
+
 def main():
     home = pathlib.Path(os.environ["HOME"])
     scenario = json.loads((home / "scenario.json").read_text())
     prompt = sys.argv[sys.argv.index("-p") + 1]
     schema = sys.argv[sys.argv.index("--json-schema") + 1]
-    judging = '"judgments"' in schema
+    step = next((name for name, key in {"judge": '"judgments"', "dig": '"results"'}.items()
+                 if key in schema), "candidates")
     with open(home / "calls.log", "a") as log:
-        log.write(f"{'judge' if judging else 'candidates'} {os.getpid()}\n")
-    if judging:
+        log.write(f"{step} {os.getpid()}\n")
+    with open(home / "prompts.log", "a") as log:
+        log.write(prompt + "\n")
+    plan = "ok"
+    if step == "dig":
+        answer = {"results": dug(prompt, scenario.get("dig", {}))}
+    elif step == "judge":
         plan = scenario.get("judge", "ok")
         time.sleep(scenario.get("seconds", 0))
         if plan == "fail-once":

@@ -120,7 +120,8 @@ protected:
         JudgeProfile profile;
         profile.projects = {{QStringLiteral("Tiravue"),
                              QStringLiteral("tirages de photos"),
-                             {QStringLiteral("Expo")}}};
+                             {QStringLiteral("Expo")},
+                             {}}};
         profile.interests = {{QStringLiteral("modèles d’IA en local"), 5}};
         return judgePrompt(resource("judge-prompt", "md"), QDate(2026, 11, 21), profile, {}, {},
                            blocks);

@@ -185,7 +185,9 @@ TEST_F(DemoWatchTest, says_of_each_page_what_it_is_really_about) {
                                  {},
                                  page->text.toUtf8()};
     }
-    const JudgeProfile profile = planRun(preferences, {}, SystemClock().now()).profile;
+    const JudgeProfile profile =
+        planRun(preferences, readProjects(preferences.settings().projects), {}, SystemClock().now())
+            .profile;
     const QString prompt =
         judgePrompt(resource("judge-prompt", "md"), QDate::currentDate(), profile, {}, {}, blocks);
     EXPECT_THROW(ask<JudgmentsAnswer>(prompt, "judge-schema"), AgentError) << "fails once";

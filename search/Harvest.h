@@ -1,0 +1,97 @@
+#pragma once
+
+#include "search/JudgingLine.h"
+#include "search/LinkLedger.h"
+#include "search/PageReader.h"
+#include "search/Pipeline.h"
+#include "search/RunBook.h"
+#include "search/SourceImage.h"
+
+#include <deque>
+#include <exception>
+
+namespace vorle {
+
+/// What the scopes of a run brought, on its way from the agent's answers to topics: each link is
+/// claimed, read and judged; the unreadable ones are dug for. Main thread; stays where it is until
+/// every task it gave has ended.
+class Harvest {
+public:
+    struct Tools {
+        TopicStore &store;
+        Asker &asker;
+        PageReader &reader;
+        SourceImage &images;
+        AgentKind agent;
+        std::function<QDateTime()> now;
+    };
+    /// Where a candidate comes from.
+    struct Origins {
+        qsizetype report = 0;                  ///< its scope's place in the report
+        const PlannedScope *planned = nullptr; ///< none for the trusted sites
+        std::optional<QString> publishedOn;
+    };
+
+    Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
+            CancelToken cancel);
+    Harvest(const Harvest &) = delete;
+    Harvest &operator=(const Harvest &) = delete;
+    ~Harvest() = default;
+
+    /// Takes a candidate in: it is read and judged from now on, unless its link is held already.
+    void take(Candidate candidate, Origins origins);
+
+    /// Ends when every page is read, then when every candidate is judged. @throws Cancelled
+    Task<> finishReading();
+    Task<> finishJudging() { return m_judging.finish(); }
+    /// Looks for readable pages in the place of the unreadable ones; what is found is read and
+    /// judged once more. @throws Cancelled
+    Task<> dig();
+    /// Ends when the pictures of every topic were fetched, or could not be. @throws Cancelled
+    Task<> finishPictures();
+    /// What could not be read keeps its link and says so.
+    void settleUnread();
+
+    /// The failure that kept a batch from being judged, if any did.
+    std::exception_ptr judgeError() const { return m_judgeError; }
+
+private:
+    struct Item {
+        Candidate candidate;
+        Origins origins;
+        QList<TopicSource> otherSources; ///< the same page under other addresses
+        ReadPage page;
+        std::optional<QString> currentVersion;
+        std::optional<QString> newVersion;
+        std::optional<QUuid> topic; ///< once judged
+    };
+
+    Task<> outlast(std::deque<Task<>> &tasks);
+    Task<> read(qsizetype place);
+    bool joinsAnother(qsizetype place);
+    void joinSources(qsizetype place, const TopicSource &source);
+    bool isOldNews(Item &item);
+    void count(ReadLevel level);
+    JudgeCandidate judgeCandidate(qsizetype place) const;
+    void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
+    void leave(const QList<JudgeCandidate> &batch, const QString &reason);
+    Topic topicFrom(const Item &item, const Judgment &judgment) const;
+    Task<> fetchPictures(QUuid topic, QString link);
+    QList<DigItem> unreadItems() const;
+    Task<> readDug(Dug dug);
+    Item *unreadItem(const QString &id);
+
+    Tools m_tools;
+    RunBook &m_book;
+    CancelToken m_cancel;
+    Pipeline m_pipeline;
+    QDate m_today;
+    JudgingLine m_judging;
+    LinkLedger m_ledger;
+    std::deque<Item> m_items; ///< a candidate's identifier is its place here, from "c1"
+    std::deque<Task<>> m_reads;
+    std::deque<Task<>> m_pictures;
+    std::exception_ptr m_judgeError;
+};
+
+} // namespace vorle

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/TopicStore.h"
+
+#include <QHash>
+#include <QString>
+
+namespace vorle {
+
+/// Which links a run may take: one link, one card. Two spellings of a link are the same link (see
+/// canonicalLink), and so are two that lead to the same page. Main thread.
+class LinkLedger {
+public:
+    enum class Standing {
+        New,  ///< nobody has it: it now belongs to the item that claimed it
+        Held, ///< a topic of the store has it
+        Same  ///< another item of this run has it
+    };
+    struct Claim {
+        Standing standing = Standing::New;
+        QUuid topic;        ///< the topic, when held
+        qsizetype item = 0; ///< the other item, when the same
+    };
+
+    explicit LinkLedger(const QList<TopicPtr> &topics);
+
+    /// Who has `link`. Nobody: `item` has it from now on. An item may claim again what it has
+    /// (Standing::New).
+    Claim claim(const QString &link, qsizetype item);
+
+private:
+    QHash<QString, QUuid> m_held;
+    QHash<QString, qsizetype> m_items;
+};
+
+} // namespace vorle

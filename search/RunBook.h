@@ -1,0 +1,39 @@
+#pragma once
+
+#include "search/RunReport.h"
+
+#include <functional>
+
+namespace vorle {
+
+/// What a run notes as it goes, shared by its parts: the report, the progress and whoever follows
+/// it. Main thread; lives as long as the run.
+class RunBook {
+public:
+    explicit RunBook(std::function<void(const RunProgress &)> follow)
+        : m_follow(std::move(follow)) {}
+    RunBook(const RunBook &) = delete;
+    RunBook &operator=(const RunBook &) = delete;
+    ~RunBook() = default;
+
+    RunReport report;
+    RunProgress progress;
+
+    /// Shows `status` until the next one.
+    void show(const QString &status);
+    /// From here on the status is the reading count.
+    void showReading();
+    /// Tells the present progress.
+    void tell();
+
+private:
+    std::function<void(const RunProgress &)> m_follow;
+    bool m_reading = false;
+};
+
+/// The text of whatever a step failed with, for the user.
+QString failureText(const std::exception &error);
+/// What a failed call to the agent cost, in US dollars; 0 for any other failure.
+double failureCost(const std::exception &error);
+
+} // namespace vorle

@@ -1,0 +1,58 @@
+#include "search/RunHistory.h"
+
+#include "base/Log.h"
+#include "core/DurableFile.h"
+
+#include <QFileInfo>
+
+namespace vorle {
+
+namespace {
+
+QString historyBeside(const QString &topicsFile) {
+    if (topicsFile.isEmpty()) {
+        return {};
+    }
+    // The demonstration's runs are not the user's.
+    const QFileInfo topics(topicsFile);
+    const QString prefix =
+        topics.fileName() == u"topics.json" ? QString() : topics.completeBaseName() + u'-';
+    return topics.absolutePath() + u'/' + prefix + QStringLiteral("runs.json");
+}
+
+} // namespace
+
+RunHistory::RunHistory(const QString &topicsFile) : m_file(historyBeside(topicsFile)) {}
+
+QList<RunReport> RunHistory::reports() const {
+    try {
+        const auto bytes = m_file.isEmpty() ? std::nullopt : readWhole(m_file);
+        return bytes ? json::decode<QList<RunReport>>(*bytes) : QList<RunReport>();
+    } catch (const std::exception &error) {
+        logLine(QStringLiteral("the reports of past runs could not be read: ") +
+                QString::fromUtf8(error.what()));
+        return {};
+    }
+}
+
+void RunHistory::add(const RunReport &report) const {
+    if (m_file.isEmpty()) {
+        return;
+    }
+    QList<RunReport> all = reports();
+    try {
+        if (all.isEmpty() && QFileInfo::exists(m_file)) {
+            keepAside(m_file, asideName(m_file, report.date));
+        }
+        all += report;
+        all = all.last(std::min(mostReports, all.size()));
+        const QByteArray text = json::encode(all, json::Style::Pretty) + '\n';
+        const QByteArrayView piece(text);
+        replaceWhole(m_file, {&piece, 1});
+    } catch (const std::exception &error) {
+        logLine(QStringLiteral("the report of the run could not be kept: ") +
+                QString::fromUtf8(error.what()));
+    }
+}
+
+} // namespace vorle

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "search/RunReport.h"
+
+namespace vorle {
+
+/// The reports of the last runs, kept for the report screen: one JSON array, newest last, in
+/// "runs.json" beside the topics file. Main thread.
+class RunHistory {
+public:
+    static constexpr qsizetype mostReports = 52;
+
+    /// The history that lies beside `topicsFile`; a preview's (an empty name) keeps nothing.
+    explicit RunHistory(const QString &topicsFile);
+
+    /// Oldest first; empty when there is none, or none that can be read.
+    QList<RunReport> reports() const;
+    /// Adds a report and lets the oldest ones go. A failure is logged: a run is not lost for it.
+    /// What could not be read is kept aside first.
+    void add(const RunReport &report) const;
+
+private:
+    QString m_file;
+};
+
+} // namespace vorle

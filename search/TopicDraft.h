@@ -1,0 +1,24 @@
+#pragma once
+
+#include "core/Topic.h"
+#include "search/PageReader.h"
+#include "search/Pipeline.h"
+
+namespace vorle {
+
+/// How a candidate, its page and its judgment make a topic. Pure.
+
+/// Whether the candidate says that it answers `subject`, alone or among other words, in any case.
+bool isAbout(const Candidate &candidate, const QString &subject);
+
+/// What the judge reads of a page: its text, or its title and description when there is no more.
+QByteArray judgedContent(const ReadPage &page);
+
+/// The topic, "pending", with a new identity; without the moment it was found, its origin and its
+/// place in the territory. A page that could not be read gives no score, whatever the judge said.
+Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgment &judgment);
+
+/// Ties the topic to the project, the declared topic or the dependency it answers.
+void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned);
+
+} // namespace vorle
