@@ -35,8 +35,9 @@ public:
     explicit Judge(Asker &asker) : m_asker(&asker) {}
 
     /// Judges one batch, with the one retry of every agent call. An answer for an unknown id, or
-    /// with an unknown kind or urgency, is dropped; of two for one id the first counts; grades and minutes are held to their ranges
-    /// and texts to their lengths. A candidate without an answer has no entry.
+    /// with an unknown kind or urgency, is dropped; of two for one id the first counts; grades and
+    /// minutes are held to their ranges and texts to their lengths. A candidate without an answer
+    /// has no entry.
     /// @throws AgentError, std::system_error, Cancelled
     Task<Verdicts> judge(std::shared_ptr<const JudgeBrief> brief, QList<JudgeCandidate> batch,
                          CancelToken cancel);
