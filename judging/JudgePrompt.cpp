@@ -184,7 +184,7 @@ QString profileText(const JudgeProfile &profile) {
         if (!project.versions.isEmpty()) {
             const auto shown =
                 project.versions.first(std::min(mostVersions, project.versions.size()));
-            line += QStringLiteral("; versions in use: ") + shown.join(QStringLiteral(", "));
+            line += QStringLiteral("\n  versions in use: ") + shown.join(QStringLiteral(", "));
         }
         projects += line;
     }

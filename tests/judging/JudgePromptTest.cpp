@@ -103,7 +103,7 @@ TEST(JudgePrompt, fills_each_section_once_and_says_when_there_is_nothing) {
         QDate(2026, 11, 21), profile, {}, {}, {candidate()});
     EXPECT_TRUE(text.startsWith(QStringLiteral("T November 21, 2026\nP Job: Développeur web\n")));
     EXPECT_TRUE(text.contains(
-        QStringLiteral("- Tiravue: carnet @EXAMPLES [React]; versions in use: react 19.2.0")));
+        QStringLiteral("- Tiravue: carnet @EXAMPLES [React]\n  versions in use: react 19.2.0")));
     EXPECT_TRUE(text.contains(QStringLiteral("- Domotique (weight 4)")));
     EXPECT_TRUE(text.contains(QStringLiteral("R (none yet)\nE (none yet)\nC ### id: c1")));
     EXPECT_TRUE(text.endsWith(QStringLiteral("x@y.org")));
