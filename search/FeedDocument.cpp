@@ -6,6 +6,8 @@
 #include <QString>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <string_view>
 
 namespace vorle {
@@ -59,7 +61,7 @@ QByteArray decoded(QByteArrayView bytes, QByteArrayView contentType) {
     }
     const QByteArray declared = declaredEncoding(bytes);
     if (bytes.isValidUtf8() && !isSevenBits(declared)) {
-        return bytes.toByteArray();
+        return QByteArray::fromRawData(bytes.data(), bytes.size());
     }
     const bool utf8 = declared.isEmpty() || declared.startsWith("utf");
     if (!utf8) {
@@ -72,22 +74,19 @@ QByteArray decoded(QByteArrayView bytes, QByteArrayView contentType) {
 
 /// Takes out what no XML document may hold: most control characters, U+FFFE and U+FFFF.
 void dropForeignCharacters(QByteArray &text) {
-    const auto isControl = [](unsigned char c) {
-        return c < 0x20 && c != '\t' && c != '\n' && c != '\r';
-    };
-    unsigned suspicious = 0;
+    const auto isControl = [](quint8 c) { return c < 0x20 && c != '\t' && c != '\n' && c != '\r'; };
+    quint8 suspicious = 0;
     for (const char c : std::as_const(text)) { // no early way out: the loop is vectorised
-        const auto byte = static_cast<unsigned char>(c);
-        suspicious |= static_cast<unsigned>(byte < 0x20) & static_cast<unsigned>(byte != '\t') &
-                      static_cast<unsigned>(byte != '\n') & static_cast<unsigned>(byte != '\r');
-        suspicious |= static_cast<unsigned>(byte == 0xEF);
+        const auto byte = static_cast<quint8>(c);
+        suspicious =
+            static_cast<quint8>(suspicious | quint8(isControl(byte)) | quint8(byte == 0xEF));
     }
     if (suspicious == 0) {
         return;
     }
     char *const data = text.data();
     for (qsizetype i = 0; i < text.size(); ++i) {
-        if (isControl(static_cast<unsigned char>(data[i]))) {
+        if (isControl(static_cast<quint8>(data[i]))) {
             data[i] = ' ';
         } else if (data[i] == '\xEF' && i + 2 < text.size() && data[i + 1] == '\xBF' &&
                    (data[i + 2] == '\xBE' || data[i + 2] == '\xBF')) {
@@ -144,10 +143,28 @@ std::string_view fromRoot(std::string_view text) {
     return {};
 }
 
-/// One pass over the text from the root element on. What needs no mending is copied in one go.
+std::size_t lengthOfXmlReference(std::string_view text) {
+    switch (text.size() > 2 ? text[1] : '\0') {
+    case 'l':
+        return text.starts_with("&lt;") ? 4 : 0;
+    case 'g':
+        return text.starts_with("&gt;") ? 4 : 0;
+    case 'q':
+        return text.starts_with("&quot;") ? 6 : 0;
+    case 'a':
+        return text.starts_with("&amp;") ? 5 : text.starts_with("&apos;") ? 6 : 0;
+    default:
+        return 0;
+    }
+}
+
+/// One pass over the text from the root element on, which must outlive the result: what needs no
+/// mending is shared. References in a text are decoded here, into a section, because libxml2 gives
+/// each as an event of its own, and leaves them out altogether once it has met a fault.
 class Mender {
 public:
-    explicit Mender(std::string_view text) : m_text(text) {}
+    explicit Mender(std::string_view text)
+        : m_text(text), m_ampersand(std::min(text.find('&'), text.size())) {}
 
     QByteArray mended() {
         std::size_t at = 0;
@@ -158,21 +175,30 @@ public:
                 continue;
             }
             if (!isTag(at)) {
-                replace(at, 1, "&lt;");
-            } else if (next - at > ordinaryTag && hasTooManyAttributes(at, next)) {
-                break;
+                mendText(at, next);
+            } else if (m_ampersand < next || next - at > longestText) {
+                const std::size_t text = endOfTag(at, next);
+                if (text == nowhere) {
+                    break;
+                }
+                mendAttributes(at, text);
+                mendText(text, next);
             }
-            mendReferences(at, next);
             at = next;
         }
-        copyUntil(std::min(at, m_text.size()));
+        const std::size_t end = std::min(at, m_text.size());
+        if (m_copied == 0) {
+            return QByteArray::fromRawData(m_text.data(), static_cast<qsizetype>(end));
+        }
+        copyUntil(end);
         return std::move(m_out);
     }
 
 private:
-    static constexpr std::size_t ordinaryTag = 4'096;
+    static constexpr std::size_t longestText = 5'000;
     static constexpr int mostAttributes = 512;
     static constexpr std::string_view section = "<![CDATA[";
+    static constexpr std::string_view sectionEnd = "]]>";
 
     char characterAt(std::size_t at) const { return at < m_text.size() ? m_text[at] : '\0'; }
 
@@ -184,20 +210,21 @@ private:
 
     /// What ends the section, comment or instruction that begins at `at`; empty without one.
     std::string_view endOfOpaque(std::size_t at) const {
-        const std::string_view rest = m_text.substr(at);
-        if (rest.size() < 2 || (rest[1] != '!' && rest[1] != '?')) {
+        const char second = characterAt(at + 1);
+        if (second != '!' && second != '?') {
             return {};
         }
-        return rest.starts_with(section)  ? "]]>"
+        const std::string_view rest = m_text.substr(at);
+        return rest.starts_with(section)  ? sectionEnd
                : rest.starts_with("<!--") ? "-->"
-               : rest.starts_with("<?")   ? "?>"
+               : second == '?'            ? "?>"
                                           : "";
     }
 
     /// Keeps a section, in which an ampersand is one, and leaves the others out. Gives where the
     /// next "<" stands; what never ends goes with all that follows.
     std::size_t passOpaque(std::size_t at, std::string_view end) {
-        const bool kept = end.front() == ']';
+        const bool kept = end == sectionEnd;
         const std::size_t found = m_text.find(end, at + (kept ? section.size() : 2));
         if (found == nowhere) {
             copyUntil(at);
@@ -206,75 +233,158 @@ private:
         }
         const std::size_t after = found + end.size();
         if (!kept) {
-            replace(at, after - at, {});
+            replace(at, after, {});
+        } else if (found - at > longestText) {
+            replace(wholeCharacters(at + longestText), found, {});
         }
         const std::size_t next = std::min(m_text.find('<', after), m_text.size());
-        mendReferences(after, next);
+        lookFrom(after);
+        mendText(after, next);
         return next;
     }
 
-    bool hasTooManyAttributes(std::size_t at, std::size_t end) const {
+    /// Past the tag at `at`, which ends before `end`; nowhere when it has too many attributes.
+    std::size_t endOfTag(std::size_t at, std::size_t end) const {
         char quote = '\0';
         int attributes = 0;
-        for (; at < end && attributes <= mostAttributes; ++at) {
+        for (; at < end; ++at) {
             const char c = m_text[at];
             if (quote != '\0') {
                 quote = c == quote ? '\0' : quote;
+            } else if (c == '>') {
+                return at + 1;
             } else if (c == '"' || c == '\'') {
                 quote = c;
-                ++attributes;
-            } else if (c == '>') {
-                break;
+                if (++attributes > mostAttributes) {
+                    return nowhere;
+                }
             }
         }
-        return attributes > mostAttributes;
+        return end;
     }
 
-    void mendReferences(std::size_t from, std::size_t end) {
-        while (from < end) {
-            const std::string_view part = m_text.substr(from, end - from);
-            const std::size_t found = part.find('&');
-            if (found == nowhere) {
-                return;
-            }
-            from += found + mendReference(part.substr(found), from + found);
+    /// The last beginning of a character up to `at`.
+    std::size_t wholeCharacters(std::size_t at) const {
+        while ((static_cast<unsigned char>(m_text[at]) & 0xC0U) == 0x80U) {
+            --at;
+        }
+        return at;
+    }
+
+    /// Keeps m_ampersand the first from `at` on.
+    void lookFrom(std::size_t at) {
+        if (m_ampersand < at) {
+            m_ampersand = std::min(m_text.find('&', at), m_text.size());
         }
     }
 
-    /// Gives the length of what was looked at.
-    std::size_t mendReference(std::string_view text, std::size_t at) {
-        for (const std::string_view known : {"&lt;", "&gt;", "&amp;", "&quot;", "&apos;"}) {
-            if (text.starts_with(known)) {
-                return known.size();
+    void mendAttributes(std::size_t from, std::size_t end) {
+        for (lookFrom(from); m_ampersand < end;) {
+            const std::size_t at = m_ampersand;
+            const std::string_view text = m_text.substr(at, end - at);
+            if (const std::size_t length = lengthOfXmlReference(text); length > 0) {
+                lookFrom(at + length);
+            } else if (const auto reference = characterReference(text)) {
+                // Those a parser must not meet as themselves were written as numbers.
+                const QByteArray mended =
+                    reference->character < 0x80
+                        ? "&#" + QByteArray::number(uint(reference->character)) + ';'
+                        : utf8Of(reference->character);
+                replace(at, at + reference->length, viewOf(mended));
+                lookFrom(at + reference->length);
+            } else {
+                replace(at, at + 1, "&amp;");
+                lookFrom(at + 1);
             }
+        }
+    }
+
+    /// Puts the text up to `end`, the next tag, into a section when it has references, begins with
+    /// a "<" or is long.
+    void mendText(std::size_t from, std::size_t end) {
+        const bool needed =
+            from < end && (m_ampersand < end || m_text[from] == '<' || end - from > longestText);
+        if (!needed) {
+            return;
+        }
+        replace(from, end, section);
+        std::array<char, longestText + 4> buffer; // one character may pass the limit
+        const std::string_view text(buffer.data(), decode(from, end, buffer.data()));
+        std::size_t written = 0;
+        for (std::size_t found = 0; (found = text.find(sectionEnd, written)) != nowhere;) {
+            append(text.substr(written, found + 2 - written));
+            append("]]><![CDATA[");
+            written = found + 2;
+        }
+        append(text.substr(written));
+        append(sectionEnd);
+        lookFrom(end);
+    }
+
+    /// Writes the text with its references decoded, up to longestText; gives the size.
+    std::size_t decode(std::size_t at, std::size_t end, char *out) {
+        std::size_t size = 0;
+        while (at < end && size < longestText) {
+            if (at == m_ampersand) {
+                at += decodeReference(m_text.substr(at, end - at), out, size);
+                lookFrom(at);
+                continue;
+            }
+            std::size_t stop = std::min(m_ampersand, end);
+            if (stop - at > longestText - size) {
+                end = stop = wholeCharacters(at + longestText - size);
+            }
+            std::memcpy(out + size, m_text.data() + at, stop - at);
+            size += stop - at;
+            at = stop;
+        }
+        return size;
+    }
+
+    /// Writes the character `text` begins with, "&" when it is none. Gives its length there.
+    static std::size_t decodeReference(std::string_view text, char *out, std::size_t &size) {
+        if (const std::size_t length = lengthOfXmlReference(text); length > 0) {
+            out[size++] = text[1] == 'l'   ? '<'
+                          : text[1] == 'g' ? '>'
+                          : text[1] == 'q' ? '"'
+                          : text[2] == 'm' ? '&'
+                                           : '\'';
+            return length;
         }
         const auto reference = characterReference(text);
-        if (!reference) {
-            replace(at, 1, "&amp;");
-            return 1;
+        const QByteArray character = reference ? utf8Of(reference->character) : QByteArray("&");
+        for (const char c : character) {
+            out[size++] = c;
         }
-        // Those a parser must not meet as themselves were written as numbers.
-        const char32_t character = reference->character;
-        const QByteArray mended =
-            character < 0x80 ? "&#" + QByteArray::number(static_cast<uint>(character)) + ';'
-                             : QString::fromUcs4(&character, 1).toUtf8();
-        replace(at, reference->length, viewOf(mended));
-        return reference->length;
+        return reference ? reference->length : 1;
     }
 
-    void replace(std::size_t at, std::size_t length, std::string_view with) {
-        copyUntil(at);
-        m_out.append(with.data(), static_cast<qsizetype>(with.size()));
-        m_copied = at + length;
+    static QByteArray utf8Of(char32_t character) {
+        return QString::fromUcs4(&character, 1).toUtf8();
+    }
+
+    /// Writes `with` in place of the text from `from`, not before what was written, to `end`.
+    void replace(std::size_t from, std::size_t end, std::string_view with) {
+        if (m_copied == 0) {
+            m_out.reserve(static_cast<qsizetype>(m_text.size() + m_text.size() / 16));
+        }
+        copyUntil(from);
+        append(with);
+        m_copied = end;
     }
 
     void copyUntil(std::size_t end) {
-        m_out.append(m_text.data() + m_copied, static_cast<qsizetype>(end - m_copied));
+        append(m_text.substr(m_copied, end - m_copied));
         m_copied = end;
+    }
+
+    void append(std::string_view text) {
+        m_out.append(text.data(), static_cast<qsizetype>(text.size()));
     }
 
     std::string_view m_text;
     std::size_t m_copied = 0;
+    std::size_t m_ampersand; ///< the first not looked at
     QByteArray m_out;
 };
 
@@ -283,7 +393,13 @@ private:
 QByteArray feedDocument(QByteArrayView bytes, QByteArrayView contentType) {
     QByteArray text = decoded(bytes, contentType);
     dropForeignCharacters(text);
-    return Mender(fromRoot(viewOf(text))).mended();
+    QByteArray document = Mender(fromRoot(viewOf(text))).mended();
+    const bool ofText = !document.isEmpty() && document.constData() >= text.constData() &&
+                        document.constData() < text.constData() + text.size();
+    if (ofText && text.constData() != bytes.data()) {
+        document = QByteArray(document.constData(), document.size()); // `text` ends here
+    }
+    return document;
 }
 
 } // namespace vorle

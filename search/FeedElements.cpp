@@ -114,13 +114,14 @@ std::string Attributes::value(std::string_view name, std::string_view prefix) co
 }
 
 QString resolvedLink(std::string_view link, const QUrl &base) {
-    QByteArray bytes =
-        QByteArrayView(link.data(), static_cast<qsizetype>(link.size())).trimmed().toByteArray();
-    const bool plain = std::ranges::all_of(bytes, [](char c) { return c > ' ' && c < 0x7F; });
-    const bool absolute = bytes.startsWith("http://") || bytes.startsWith("https://");
+    const QByteArrayView trimmed =
+        QByteArrayView(link.data(), static_cast<qsizetype>(link.size())).trimmed();
+    const bool plain = std::ranges::all_of(trimmed, [](char c) { return c > ' ' && c < 0x7F; });
+    const bool absolute = trimmed.startsWith("http://") || trimmed.startsWith("https://");
     if (plain && absolute) {
-        return bytes.size() > 8 ? QString::fromLatin1(bytes) : QString();
+        return trimmed.size() > 8 ? QString::fromLatin1(trimmed) : QString();
     }
+    QByteArray bytes = trimmed.toByteArray();
     for (const char broken : {'\n', '\r', '\t'}) { // as browsers read an address
         bytes.replace(broken, QByteArrayView());
     }

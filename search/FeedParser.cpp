@@ -60,9 +60,6 @@ private:
                const Attributes &attributes);
     void end(std::string_view name);
     void text(std::string_view piece);
-    /// After a fault libxml2 leaves out every reference it meets, "&amp;" too, unless told that
-    /// the document is well formed.
-    void forgive() { m_parser->wellFormed = 1; }
 
     void startBase(const std::string &base);
     void startChild(Role role, Vocabulary vocabulary, const Attributes &attributes);
@@ -100,7 +97,6 @@ private:
 
 void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *uri, int namespaces,
                      const Attributes &attributes) {
-    forgive();
     if (m_depth == deepest ||
         m_namespaces[static_cast<std::size_t>(m_depth)] + namespaces > mostNamespaces) {
         xmlStopParser(m_parser);
@@ -217,6 +213,9 @@ void Gatherer::gather(Role role) {
 
 void Gatherer::text(std::string_view piece) {
     std::string &gathered = m_gathering->utf8;
+    if (gathered.size() == m_gatheringBytes) {
+        return;
+    }
     const std::size_t room = m_gatheringBytes - gathered.size();
     std::size_t taken = std::min(room, piece.size());
     if (taken < piece.size()) {
@@ -229,7 +228,6 @@ void Gatherer::text(std::string_view piece) {
 }
 
 void Gatherer::end(std::string_view name) {
-    forgive();
     if (m_depth == 0) {
         return;
     }
@@ -237,7 +235,8 @@ void Gatherer::end(std::string_view name) {
         if (m_depth <= m_gatheringDepth) {
             GatheredText &gathered = *m_gathering;
             m_gathering = nullptr;
-            const bool blank = plainText(gathered.utf8, Markup::None, 1).isEmpty();
+            const bool blank = std::ranges::all_of(
+                gathered.utf8, [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); });
             if (m_gatheringRole == Role::Link && !blank) {
                 offerLink(TextLink, gathered.utf8);
             }
@@ -304,14 +303,14 @@ xmlSAXHandler Gatherer::events() {
     };
     handler.characters = [](void *self, const xmlChar *text, int length) {
         auto *gatherer = static_cast<Gatherer *>(self);
-        gatherer->forgive();
         if (gatherer->m_gathering != nullptr) {
             gatherer->text(
                 {reinterpret_cast<const char *>(text), static_cast<std::size_t>(length)});
         }
     };
     handler.cdataBlock = handler.characters;
-    handler.serror = [](void *, auto) {}; // faults are what is expected
+    handler.ignorableWhitespace = handler.characters; // spares libxml2 telling them apart
+    handler.serror = [](void *, auto) {};             // faults are what is expected
     return handler;
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 namespace vorle {
 
@@ -32,37 +33,100 @@ bool isTitleTag(std::string_view text, std::string_view name) {
     return ends && (isInlineElement(name) || name == "br" || name == "wbr" || name == "p");
 }
 
+/// The length of the blank or control character `text` begins with, in bytes; 0 for any other.
+std::size_t blankLength(std::string_view text) {
+    const auto byte = [&](std::size_t at) {
+        return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
+    };
+    switch (byte(0)) {
+    case 0xC2: // U+0085, U+00A0
+        return byte(1) == 0x85 || byte(1) == 0xA0 ? 2 : 0;
+    case 0xE1: // U+1680
+        return byte(1) == 0x9A && byte(2) == 0x80 ? 3 : 0;
+    case 0xE2: { // U+2000 to U+200A, U+2028, U+2029, U+202F, U+205F
+        const bool general = byte(1) == 0x80 && (byte(2) <= 0x8A || byte(2) == 0xA8 ||
+                                                 byte(2) == 0xA9 || byte(2) == 0xAF);
+        return general || (byte(1) == 0x81 && byte(2) == 0x9F) ? 3 : 0;
+    }
+    case 0xE3: // U+3000
+        return byte(1) == 0x80 && byte(2) == 0x80 ? 3 : 0;
+    default:
+        return byte(0) <= 0x20 || byte(0) == 0x7F ? 1 : 0;
+    }
+}
+
+enum class Byte : quint8 {
+    Ordinary, ///< part of a word, be it of a longer character
+    Blank,    ///< or a control character
+    Special   ///< only what follows tells: a tag, a reference, a blank beyond ASCII
+};
+
+constexpr std::array<Byte, 256> byteTable() {
+    std::array<Byte, 256> table{};
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+        const bool blank = byte <= 0x20 || byte == 0x7F;
+        const bool special = byte == '<' || byte == '&' || byte == 0xC2 || byte == 0xE1 ||
+                             byte == 0xE2 || byte == 0xE3;
+        table[byte] = blank ? Byte::Blank : special ? Byte::Special : Byte::Ordinary;
+    }
+    return table;
+}
+
 /// Writes one line: runs of blanks as one, none at either end.
 class LineWriter {
 public:
-    explicit LineWriter(qsizetype mostUnits) : m_most(mostUnits) {}
+    /// Whether the line holds more characters than are wanted: those of ASCII are one each.
+    bool holdsMoreThan(std::size_t characters) const { return m_ascii > characters; }
 
-    bool full() const { return m_line.size() >= m_most; }
-    void blank() { m_blankDue = !m_line.isEmpty(); }
-    void text(QStringView text) {
-        for (const QChar c : text) {
-            if (isBlank(c.unicode()) || c.unicode() < 0x20 || c.unicode() == 0x7F) {
-                blank();
-                continue;
-            }
-            if (m_blankDue) {
-                m_line += u' ';
-                m_blankDue = false;
-            }
-            m_line += c;
+    void blank() {
+        if (m_size > 0 && m_line[m_size - 1] != ' ') {
+            m_line[m_size++] = ' ';
+            ++m_ascii;
         }
     }
-    QString take() { return std::move(m_line); }
+
+    void byte(char c) {
+        m_line[m_size++] = c;
+        m_ascii += static_cast<quint8>(c) < 0x80 ? 1U : 0U;
+    }
+
+    /// Writes what `text` begins with, up to a special byte; gives the number of bytes.
+    std::size_t run(std::string_view text) {
+        static constexpr auto table = byteTable();
+        std::size_t at = 0;
+        for (; at < text.size(); ++at) {
+            const Byte kind = table[static_cast<quint8>(text[at])];
+            if (kind == Byte::Ordinary) {
+                byte(text[at]);
+            } else if (kind == Byte::Blank) {
+                blank();
+            } else {
+                break;
+            }
+        }
+        return at;
+    }
+
+    QString take(qsizetype maxCharacters) const {
+        const QString line = QString::fromUtf8(m_line.data(), static_cast<qsizetype>(m_size));
+        if (line.size() > maxCharacters) {
+            return trimmed(firstCharacters(line, maxCharacters)).toString();
+        }
+        return line.endsWith(u' ') ? line.chopped(1) : line;
+    }
 
 private:
-    QString m_line;
-    qsizetype m_most;
-    bool m_blankDue = false;
+    std::array<char, plainTextBytes + 4> m_line; // not cleared: what is read was written
+    std::size_t m_size = 0;
+    std::size_t m_ascii = 0;
 };
 
 /// Where what begins with a "<" at `at` ends, if it is to be taken out; `at` otherwise.
 std::size_t endOfTag(std::string_view text, std::size_t at, Markup markup) {
     const std::string_view rest = text.substr(at);
+    if (markup == Markup::None || rest.front() != '<') {
+        return at;
+    }
     const auto past = [&](std::string_view end) {
         const std::size_t found = text.find(end, at);
         return found == std::string_view::npos ? text.size() : found + end.size();
@@ -95,37 +159,39 @@ bool isInlineElement(std::string_view name) {
 }
 
 QString plainText(std::string_view utf8, Markup markup, qsizetype maxCharacters) {
-    // A character may take many units; what is gathered stays bounded all the same.
-    LineWriter line(maxCharacters * 8);
+    const std::string_view text = utf8.substr(0, plainTextBytes);
+    // Every tag and reference is longer than what is written for it.
+    LineWriter line;
     std::size_t at = 0;
-    while (at < utf8.size() && !line.full()) {
-        const std::size_t next = markup == Markup::None
-                                     ? utf8.size()
-                                     : std::min(utf8.find_first_of("<&", at), utf8.size());
-        line.text(QString::fromUtf8(utf8.data() + at, static_cast<qsizetype>(next - at)));
-        at = next;
-        if (at == utf8.size()) {
+    while (!line.holdsMoreThan(static_cast<std::size_t>(maxCharacters))) {
+        at += line.run(text.substr(at));
+        if (at >= text.size()) {
             break;
         }
-        if (utf8[at] == '&') {
-            const auto reference = characterReference(utf8.substr(at));
-            line.text(reference ? QString::fromUcs4(&reference->character, 1)
-                                : QStringLiteral("&"));
-            at += reference ? reference->length : 1;
-            continue;
-        }
-        const std::size_t end = endOfTag(utf8, at, markup);
-        if (end == at) {
-            line.text(u"<");
-            ++at;
-            continue;
-        }
-        if (!isInlineElement(tagName(utf8.substr(at)))) {
+        const std::string_view rest = text.substr(at);
+        if (const std::size_t blanks = blankLength(rest); blanks > 0) {
             line.blank();
+            at += blanks;
+        } else if (const auto reference =
+                       markup != Markup::None ? characterReference(rest) : std::nullopt) {
+            const QByteArray character = QString::fromUcs4(&reference->character, 1).toUtf8();
+            if (blankLength({character.constData(), static_cast<std::size_t>(character.size())})) {
+                line.blank();
+            } else {
+                std::ranges::for_each(character, [&](char c) { line.byte(c); });
+            }
+            at += reference->length;
+        } else if (const std::size_t end = endOfTag(text, at, markup); end > at) {
+            if (!isInlineElement(tagName(rest))) {
+                line.blank();
+            }
+            at = end;
+        } else {
+            line.byte(rest.front());
+            ++at;
         }
-        at = end;
     }
-    return firstCharacters(line.take(), maxCharacters).toString();
+    return line.take(maxCharacters);
 }
 
 } // namespace vorle

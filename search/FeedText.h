@@ -16,7 +16,10 @@ enum class Markup {
 /// Whether an HTML element named so (in lower case) stands within a line.
 bool isInlineElement(std::string_view name);
 
-/// A stranger's UTF-8 text, perhaps cut anywhere, as plain text on one line: without tags, its
+/// How much of a text is read, in bytes.
+inline constexpr std::size_t plainTextBytes = 4'096;
+
+/// A stranger's UTF-8 text, its last tag perhaps cut, as plain text on one line: without tags, its
 /// references decoded in one pass, blanks and control characters as single blanks, at most
 /// `maxCharacters` of it. Linear. Pure, any thread.
 QString plainText(std::string_view utf8, Markup markup, qsizetype maxCharacters);
