@@ -177,12 +177,16 @@ TEST_F(ProcessRunner, an_output_too_large_costs_no_memory_and_an_endless_one_is_
     };
     const auto before = peak();
     ProcessEnd end = test::waitFor(
-        runProcess(shell(QStringLiteral("head -c 200000000 /dev/zero; head -c 9000000 /dev/zero "
+        runProcess(shell(QStringLiteral("head -c 20000000 /dev/zero; head -c 9000000 /dev/zero "
                                         "| tr '\\0' e >&2; printf 'é!' >&2"))));
     EXPECT_TRUE(end.succeeded());
     EXPECT_TRUE(end.output.isEmpty());
     EXPECT_TRUE(end.errorTail.endsWith(QStringLiteral("eé!")));
     EXPECT_LT(end.errorTail.size(), 70'000);
+    EXPECT_LT(peak() - before, 60'000);
+
+    end = test::waitFor(runProcess(shell(QStringLiteral("exec head -c 900000000 /dev/zero"))));
+    EXPECT_EQ(end.how, ProcessEnd::How::Flooded);
     EXPECT_LT(peak() - before, 60'000);
 
     end = test::waitFor(runProcess(shell(QStringLiteral("yes & echo $! > \"$HOME/pids\"; wait"))));

@@ -98,15 +98,17 @@ TEST(TemporaryFiles, sweeps_what_was_left_more_than_a_day_ago_and_nothing_else) 
         file.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * hoursAgo),
                          QFileDevice::FileModificationTime);
     };
-    place(QStringLiteral("vorle-run-OLD.out"), 25);
-    place(QStringLiteral("vorle-run-NEW.out"), 23);
+    place(QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000001.out"), 25);
+    place(QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000002.out"), 23);
     place(QStringLiteral("other-OLD"), 25);
+    place(QStringLiteral("vorle-mes-notes.txt"), 25);
     QFile::link(QStringLiteral("/etc/hostname"),
                 folder.temporary() + QStringLiteral("/vorle-link"));
     sweepStrays();
     EXPECT_EQ(folder.leftovers(),
               (QStringList{QStringLiteral("other-OLD"), QStringLiteral("vorle-link"),
-                           QStringLiteral("vorle-run-NEW.out")}));
+                           QStringLiteral("vorle-mes-notes.txt"),
+                           QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000002.out")}));
 }
 
 } // namespace
