@@ -188,7 +188,8 @@ public:
         }
         const std::size_t end = std::min(at, m_text.size());
         if (m_copied == 0) {
-            return QByteArray::fromRawData(m_text.data(), static_cast<qsizetype>(end));
+            const QByteArrayView whole(m_text.begin(), static_cast<qsizetype>(end));
+            return QByteArray::fromRawData(whole.data(), whole.size());
         }
         copyUntil(end);
         return std::move(m_out);

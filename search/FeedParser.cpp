@@ -109,7 +109,8 @@ void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *
     if (m_depth == 1) {
         m_kind = feedKindOf(word);
         if (m_kind == FeedKind::None) {
-            xmlStopParser(m_parser);
+            xmlStopParser(m_parser); // which frees what the attributes point to
+            return;
         }
     }
     if (const std::string base = attributes.value("base", "xml"); !base.empty()) {

@@ -146,8 +146,7 @@ std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddres
         }
         QString address = QString::fromUtf8(href.data(), static_cast<qsizetype>(href.size()));
         address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
-        const QString feed =
-            pageAddress.resolved(QUrl(address.trimmed())).toString(QUrl::FullyEncoded);
+        QString feed = pageAddress.resolved(QUrl(address.trimmed())).toString(QUrl::FullyEncoded);
         if (isHttpLink(feed)) {
             return feed;
         }
