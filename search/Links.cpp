@@ -82,7 +82,6 @@ bool isVideo(const QString &site, const QString &path) {
 bool isPackage(const QString &site) {
     return isOneOf(site, {u"npmjs.com",
                           u"npmjs.org",
-                          u"registry.npmjs.org",
                           u"pypi.org",
                           u"crates.io",
                           u"rubygems.org",
