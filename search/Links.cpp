@@ -80,25 +80,11 @@ bool isVideo(const QString &site, const QString &path) {
 }
 
 bool isPackage(const QString &site) {
-    return isOneOf(site, {u"npmjs.com",
-                          u"npmjs.org",
-                          u"pypi.org",
-                          u"crates.io",
-                          u"rubygems.org",
-                          u"packagist.org",
-                          u"nuget.org",
-                          u"pkg.go.dev",
-                          u"hex.pm",
-                          u"pub.dev",
-                          u"jsr.io",
-                          u"mvnrepository.com",
-                          u"search.maven.org",
-                          u"central.sonatype.com",
-                          u"hackage.haskell.org",
-                          u"cocoapods.org",
-                          u"swiftpackageindex.com",
-                          u"metacpan.org",
-                          u"formulae.brew.sh"});
+    return isOneOf(site, {u"npmjs.com", u"npmjs.org", u"pypi.org", u"crates.io", u"rubygems.org",
+                          u"packagist.org", u"nuget.org", u"pkg.go.dev", u"hex.pm", u"pub.dev",
+                          u"jsr.io", u"mvnrepository.com", u"search.maven.org",
+                          u"central.sonatype.com", u"hackage.haskell.org", u"cocoapods.org",
+                          u"swiftpackageindex.com", u"metacpan.org", u"formulae.brew.sh"});
 }
 
 bool isForge(const QString &site) {
