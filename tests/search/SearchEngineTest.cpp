@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -454,12 +455,19 @@ TEST_F(SearchEngineTest, a_large_run_survives_each_failure_in_turn) {
 TEST_F(SearchEngineTest, a_stop_at_any_moment_leaves_nothing_behind) {
     const int stops =
         qEnvironmentVariableIsSet("VORLE_STOPS") ? qEnvironmentVariableIntValue("VORLE_STOPS") : 20;
+    // A temporary directory of its own: what other test programs hold there at the moment is
+    // theirs.
+    QTemporaryDir own;
+    const QByteArray formerly = qgetenv("TMPDIR");
+    qputenv("TMPDIR", own.path().toLocal8Bit());
+    const auto putBack = qScopeGuard(
+        [&] { formerly.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", formerly); });
     const QDir temporary(QDir::tempPath());
     const auto leftFiles = [&] {
         return temporary.entryList({QStringLiteral("vorle-run-*"), QStringLiteral("vorle-schema-*"),
                                     QStringLiteral("vorle-answer-*")});
     };
-    const QStringList before = leftFiles();
+    ASSERT_EQ(temporary.path(), own.path());
     dugPages = QStringLiteral(R"({"/gone":{"url":"%1","title":"c","what":"w"}})").arg(at("/other"));
     for (int i = 0; i < stops; ++i) {
         scenario(list({candidate(at("/long") + u'?' + QString::number(i), "Potager"),
@@ -472,7 +480,7 @@ TEST_F(SearchEngineTest, a_stop_at_any_moment_leaves_nothing_behind) {
         EXPECT_EQ(engine.phase(), SearchEngine::Phase::Idle);
     }
     EXPECT_EQ(livingAgents(), 0);
-    EXPECT_EQ(leftFiles(), before);
+    EXPECT_EQ(leftFiles(), QStringList());
     EXPECT_EQ(store.topics(TopicStatus::Pending).size(), 0);
     TopicStore again{store.file(), resources, clock};
     EXPECT_EQ(again.count(), store.count());
