@@ -1,9 +1,9 @@
 #include "judging/JudgePrompt.h"
 
+#include "agents/PromptText.h"
 #include "base/Text.h"
 
 #include <QDate>
-#include <QLocale>
 
 namespace vorle {
 
@@ -20,72 +20,11 @@ constexpr qsizetype examplesBytes = 24'000;
 constexpr qsizetype mostExamples = 12;
 constexpr qsizetype mostVersions = 80;
 
-bool breaksLine(char16_t c) {
-    return (c >= u'\n' && c <= u'\r') || c == 0x85 || c == 0x2028 || c == 0x2029;
-}
-
-/// A stranger's text held to one line, its line breaks and other control characters as blanks.
-QString oneLine(const QString &text, qsizetype maxCharacters) {
-    QString line;
-    line.reserve(std::min(text.size(), maxCharacters));
-    for (const QChar c : text) {
-        line += c.unicode() < 0x20 || breaksLine(c.unicode()) ? QChar(u' ') : c;
-    }
-    return firstCharacters(trimmed(line), maxCharacters).toString();
-}
-
-/// Text between fences: no run of three quotes can close the fence, and no line can pass for the
-/// heading of a block.
-QString defused(const QString &text) {
-    QString lines;
-    lines.reserve(text.size() + 64);
-    for (const QChar c : text) {
-        lines += breaksLine(c.unicode()) ? QChar(u'\n') : c;
-    }
-    lines.replace(QStringLiteral("\"\"\""), QStringLiteral("”””"));
-    QString out;
-    out.reserve(lines.size() + 64);
-    for (const QStringView line : QStringView(lines).split(u'\n')) {
-        out += trimmed(line).startsWith(u'#') ? QStringLiteral("| ") : QString();
-        out += line;
-        out += u'\n';
-    }
-    out.chop(1);
-    return out;
-}
-
 QString scoreText(double score) { return QString::number(score, 'g', 3); }
 
 QString bullets(const QStringList &lines) {
     return lines.isEmpty() ? QString()
                            : QStringLiteral("- ") + lines.join(QStringLiteral("\n- ")) + u'\n';
-}
-
-/// `instruction` with every placeholder replaced in one pass over it.
-QString replacedOnce(const QString &instruction,
-                     const QList<std::pair<QString, QString>> &sections) {
-    QString out;
-    qsizetype at = 0;
-    while (at < instruction.size()) {
-        const qsizetype next = instruction.indexOf(u'@', at);
-        if (next < 0) {
-            break;
-        }
-        out += QStringView(instruction).sliced(at, next - at);
-        const auto rest = QStringView(instruction).sliced(next);
-        const auto section = std::find_if(sections.begin(), sections.end(), [&](const auto &entry) {
-            return rest.startsWith(entry.first);
-        });
-        if (section == sections.end()) {
-            out += u'@';
-            at = next + 1;
-        } else {
-            out += section->second;
-            at = next + section->first.size();
-        }
-    }
-    out += QStringView(instruction).sliced(at);
-    return out;
 }
 
 } // namespace
@@ -225,8 +164,7 @@ QString judgePrompt(const QString &instruction, const QDate &today, const JudgeP
     const QString none = QStringLiteral("(none yet)");
     return replacedOnce(
         instruction,
-        {{QStringLiteral("@TODAY"), QLocale(QLocale::English, QLocale::UnitedStates)
-                                        .toString(today, QStringLiteral("MMMM d, yyyy"))},
+        {{QStringLiteral("@TODAY"), promptDate(today)},
          {QStringLiteral("@PROFILE"), profileText(profile)},
          {QStringLiteral("@REFLEXES"), reflexLines.isEmpty() ? none : bullets(reflexLines)},
          {QStringLiteral("@EXAMPLES"), exampleText.isEmpty() ? none : exampleText},

@@ -1,5 +1,6 @@
 #include "search/Pipeline.h"
 
+#include "agents/PromptText.h"
 #include "base/Text.h"
 #include "search/Links.h"
 

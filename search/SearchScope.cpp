@@ -1,9 +1,8 @@
 #include "search/SearchScope.h"
 
 #include "agents/Ask.h"
+#include "agents/PromptText.h"
 #include "base/Text.h"
-
-#include <QLocale>
 
 namespace vorle {
 
@@ -127,11 +126,6 @@ QString radiusText(const QString &sentence, const QStringList &exclusions,
                 trustedSites.join(QStringLiteral(", ")) + u'.';
     }
     return text;
-}
-
-QString promptDate(const QDate &date) {
-    return QLocale(QLocale::English, QLocale::UnitedStates)
-        .toString(date, QStringLiteral("MMMM d, yyyy"));
 }
 
 QString joinedLinks(const QStringList &links, qsizetype maxBytes) {

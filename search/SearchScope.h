@@ -55,9 +55,6 @@ QString stayOnTopicSentence();
 QString radiusText(const QString &sentence, const QStringList &exclusions,
                    const QStringList &trustedSites);
 
-/// Month name, day, year in American English ("November 21, 2026"), as prompts write dates.
-QString promptDate(const QDate &date);
-
 /// What fills the candidates instruction besides the scope.
 struct CandidatesRequest {
     QDate today;
