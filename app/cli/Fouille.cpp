@@ -1,4 +1,5 @@
 #include "app/cli/Command.h"
+#include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
 
 #include <QLocale>
@@ -21,13 +22,7 @@ struct FouilleAnswer : RunReport {
 
 /// Waits for the right to change the topics, then hands out what a run that died left behind.
 Task<> openStore(Context &context) {
-    StoreLock &lock = context.app.lock();
-    if (!lock.tryLock()) {
-        context.console.say(QStringLiteral(
-            "Une autre commande vorle travaille sur tes sujets : j’attends qu’elle finisse."));
-        co_await lock.acquire(context.cancel);
-        context.app.preferences().reload();
-    }
+    co_await holdTopics(context);
     TopicStore &store = context.app.store();
     if (store.setAside()) {
         context.console.say(

@@ -1,0 +1,84 @@
+#include "app/cli/TopicArgument.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+
+namespace vorle::cli {
+
+namespace {
+
+constexpr qsizetype identityDigits = 32;
+constexpr qsizetype mostNamed = 5;
+constexpr qsizetype titleCharacters = 60;
+
+/// The digits of an identity, or of its beginning; nothing for any other text.
+std::optional<QString> identityPrefix(const QString &text) {
+    QString digits;
+    for (const QChar c : trimmed(text)) {
+        const QChar upper = c.toUpper();
+        if ((upper >= u'0' && upper <= u'9') || (upper >= u'A' && upper <= u'F')) {
+            digits += upper;
+        } else if (c != u'-' && c != u'{' && c != u'}') {
+            return std::nullopt;
+        }
+    }
+    return digits.isEmpty() || digits.size() > identityDigits ? std::nullopt
+                                                              : std::optional(digits);
+}
+
+QString digitsOf(const QUuid &id) { return id.toString(QUuid::Id128).toUpper(); }
+
+/// The topics to choose from, a few of them.
+QString choices(const QList<TopicPtr> &topics) {
+    QStringList lines;
+    for (const TopicPtr &topic : topics.first(std::min(mostNamed, topics.size()))) {
+        lines += QStringLiteral("  %1  %2")
+                     .arg(identityText(topic->id),
+                          firstCharacters(topic->title, titleCharacters).toString());
+    }
+    if (topics.size() > mostNamed) {
+        lines += QStringLiteral("  …");
+    }
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+Task<> holdTopics(Context &context) {
+    StoreLock &lock = context.app.lock();
+    if (!lock.tryLock()) {
+        context.console.say(QStringLiteral(
+            "Une autre commande vorle travaille sur tes sujets : j’attends qu’elle finisse."));
+        co_await lock.acquire(context.cancel);
+        context.app.preferences().reload();
+    }
+}
+
+TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {
+    if (store.setAside()) {
+        throw Failure(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
+    }
+    const auto prefix = identityPrefix(text);
+    if (!prefix) {
+        throw Failure(QStringLiteral("« %1 » n’est pas l’identifiant d’un sujet. « vorle sujets » "
+                                     "les montre ; le début suffit.")
+                          .arg(text),
+                      ExitStatus::Usage);
+    }
+    QList<TopicPtr> found = store.topics();
+    found.removeIf([&](const TopicPtr &topic) { return !digitsOf(topic->id).startsWith(*prefix); });
+    if (found.isEmpty()) {
+        throw Failure(
+            QStringLiteral("Aucun sujet n’a un identifiant qui commence par « %1 ».").arg(text));
+    }
+    if (found.size() > 1) {
+        throw Failure(QStringLiteral("« %1 » désigne %2 sujets, ajoute quelques caractères :\n%3")
+                          .arg(text, QString::number(found.size()), choices(found)));
+    }
+    return found.first();
+}
+
+QString identityText(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
+
+} // namespace vorle::cli

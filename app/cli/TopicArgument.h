@@ -1,0 +1,24 @@
+#pragma once
+
+#include "app/cli/Command.h"
+#include "core/TopicStore.h"
+
+#include <QString>
+
+namespace vorle::cli {
+
+/// Waits for the right to change the topics, saying so when another command holds it. The topics
+/// file must not have been opened before: what the other command changed would be lost.
+/// @throws std::system_error when the lock file cannot be opened, Cancelled
+Task<> holdTopics(Context &context);
+
+/// The topic a person named: its identity, or any beginning of it that no other topic shares, in
+/// either case, with or without dashes.
+/// @throws Failure  Usage when the text is no identity at all; Failed when no topic has it, when
+///                  several have (told with their titles), or when the topics file is unreadable
+TopicPtr topicByPrefix(const TopicStore &store, const QString &text);
+
+/// A topic's identity as it is shown and written: upper-case, without braces.
+QString identityText(const QUuid &id);
+
+} // namespace vorle::cli
