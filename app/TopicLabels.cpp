@@ -1,5 +1,7 @@
 #include "app/TopicLabels.h"
 
+#include "core/KindLabel.h"
+
 #include <QCoreApplication>
 #include <QLocale>
 
@@ -13,28 +15,7 @@ QString tr(const char *text) { return QCoreApplication::translate("TopicLabels",
 
 QString kindLabel(const std::optional<QString> &kind) {
     const auto known = json::fromRaw<ItemKind>(kind.value_or(QString()));
-    if (!known) {
-        return {};
-    }
-    switch (*known) {
-    case ItemKind::Article:
-        return tr("Article");
-    case ItemKind::Video:
-        return tr("Vidéo");
-    case ItemKind::Tool:
-        return tr("Outil");
-    case ItemKind::Package:
-        return tr("Paquet");
-    case ItemKind::Product:
-        return tr("Produit");
-    case ItemKind::Discussion:
-        return tr("Discussion");
-    case ItemKind::Announcement:
-        return tr("Annonce");
-    case ItemKind::Security:
-        return tr("Sécurité");
-    }
-    return {};
+    return known ? kindLabel(*known) : QString();
 }
 
 QString readLevelLabel(std::optional<ReadLevel> level) {

@@ -1,6 +1,7 @@
 #include "search/RunPlan.h"
 
 #include "core/Preferences.h"
+#include "judging/Learning.h"
 #include "search/Discovery.h"
 #include "search/LockFile.h"
 
@@ -182,6 +183,7 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &pro
         plan.profile.interests += {topic, preferences.weightOf(topic)};
     }
     plan.profile.tools = settings.addedTools;
+    plan.reflexLines = activeInstructions(learn(topics, settings).reflexes, settings);
     plan.sites.sites = settings.prioritySites;
     plan.sites.today = now.toLocalTime().date();
     plan.sites.interests = settings.interests;

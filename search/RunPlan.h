@@ -43,6 +43,7 @@ struct RunPlan {
     QList<PlannedScope> scopes;
     SitesRequest sites;
     JudgeProfile profile;
+    QStringList reflexLines; ///< English lines for the judge: what the user's decisions taught
     QStringList warnings; ///< French sentences: a project folder that is gone, a malformed manifest
 };
 

@@ -59,6 +59,7 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), start);
     auto brief = std::make_shared<JudgeBrief>();
     brief->profile = plan.profile;
+    brief->reflexLines = plan.reflexLines;
     brief->examples = exampleTopics(m_parts.store.topics());
     brief->today = start.toLocalTime().date();
     brief->agent = agent;

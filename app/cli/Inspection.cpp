@@ -91,7 +91,7 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
     frame.title = QStringLiteral("…");
     const QString instruction = loadPrompt(context.app.resources(), QStringLiteral("judge-prompt"));
     shown += {QStringLiteral("Jugement"),
-              judgePrompt(instruction, QDate::currentDate(), plan.profile, {},
+              judgePrompt(instruction, QDate::currentDate(), plan.profile, plan.reflexLines,
                           exampleTopics(topics), {frame}),
               schemaText(context, QStringLiteral("judge-schema"))};
     co_return shown;

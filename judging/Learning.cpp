@@ -1,0 +1,310 @@
+#include "judging/Learning.h"
+
+#include "base/Text.h"
+#include "core/KindLabel.h"
+#include "core/ScoreScale.h"
+#include "judging/ToolNames.h"
+
+#include <QCoreApplication>
+#include <QHash>
+
+#include <cmath>
+
+namespace vorle {
+
+namespace {
+
+constexpr int fewestStackDecisions = 4;
+constexpr int fewestKindDecisions = 5;
+constexpr int longMinutes = 60;
+constexpr int fewestLongItems = 3;
+/// One more than for a kind: a project is judged less readily.
+constexpr int fewestProjectDecisions = 6;
+constexpr int fewestCorrections = 4;
+constexpr double leastMeanGap = 2.0;
+constexpr int largestStep = 3;
+constexpr qsizetype instructionBytes = 8'000;
+constexpr auto kinds = rawStrings(ItemKind{}).size();
+
+QString tr(const char *text) { return QCoreApplication::translate("Learning", text); }
+
+// Shares are compared as whole numbers, so that a share that is exactly at its threshold is.
+
+/// Decisions on one subject.
+struct Tally {
+    int decided = 0;
+    int kept = 0;
+    int dismissed = 0;
+
+    bool oftenDismissed() const { return 5 * dismissed >= 3 * decided; }
+    int keptPercent() const { return (200 * kept + decided) / (2 * decided); }
+};
+
+/// Whether `one` is kept more often than `other`, by a quarter or more of all decisions.
+bool keptFarMore(const Tally &one, const Tally &other) {
+    const qint64 gap = qint64(one.kept) * other.decided - qint64(other.kept) * one.decided;
+    return 4 * gap >= qint64(one.decided) * other.decided;
+}
+
+// The rules' faces.
+
+Reflex stackReflex(int stackPercent, int restPercent) {
+    return {QStringLiteral("stack-first"),
+            Reflex::Group::Up,
+            QStringLiteral("+2"),
+            tr("Les mises à jour de ta stack passent avant les nouveautés."),
+            tr("tu en gardes %1 %, contre %2 % pour le reste").arg(stackPercent).arg(restPercent),
+            QStringLiteral("Topics that touch what they already use matter more to them than "
+                           "general news: score those a little higher.")};
+}
+
+Reflex kindReflex(ItemKind kind, int dismissed, int decided) {
+    return {QStringLiteral("kind-") + json::rawText(kind),
+            Reflex::Group::Down,
+            tr("plus exigeant"),
+            tr("Les sujets de type « %1 » sont souvent écartés.").arg(kindLabel(kind)),
+            tr("%1 « Pas pour moi » sur %2").arg(dismissed).arg(decided),
+            QStringLiteral("They often set aside items of kind « %1 »: score those high only when "
+                           "they are really solid.")
+                .arg(json::rawText(kind))};
+}
+
+Reflex longReflex(int postponed, int decided) {
+    return {
+        QStringLiteral("long-later"),
+        Reflex::Group::Waits,
+        tr("premier pas court"),
+        tr("Les sujets longs attendent un créneau libre."),
+        tr("%1 sujets d’une heure ou plus remis à plus tard sur %2").arg(postponed).arg(decided),
+        QStringLiteral("They put off long items: give a short first step and a realistic "
+                       "time.")};
+}
+
+Reflex projectReflex(const QString &name, int dismissed, int decided) {
+    return {QStringLiteral("project-") + name,
+            Reflex::Group::Down,
+            tr("plus exigeant"),
+            tr("%1 t’intéresse peu en ce moment.").arg(name),
+            tr("%1 sujets écartés sur %2").arg(dismissed).arg(decided),
+            QStringLiteral("They set aside most items about %1 lately: be more demanding for this "
+                           "project.")
+                .arg(name)};
+}
+
+Reflex correctionReflex(ItemKind kind, int corrections, int signedStep) {
+    const bool more = signedStep > 0;
+    const QString step = (more ? u'+' : QChar(u'\u2212')) + QString::number(std::abs(signedStep));
+    const QString label = kindLabel(kind);
+    const QString title = more ? tr("Les sujets %1 valent plus pour toi que je ne le pensais.")
+                               : tr("Les sujets %1 valent moins pour toi que je ne le pensais.");
+    return {QStringLiteral("corr-") + json::rawText(kind),
+            more ? Reflex::Group::Up : Reflex::Group::Down,
+            step,
+            title.arg(label),
+            tr("%1 corrections, %2 en moyenne").arg(QString::number(corrections), step),
+            QStringLiteral("The person corrected the score of %1 %2 items by %3 points on average: "
+                           "score such items %4.")
+                .arg(QString::number(corrections), label.toLower(), step,
+                     more ? QStringLiteral("higher") : QStringLiteral("lower"))};
+}
+
+/// The user's scores against the app's, for one kind of item.
+struct Corrections {
+    int count = 0;
+    double gaps = 0; ///< the sum of (theirs minus the app's)
+
+    /// By how much such items should move: nothing while it is not clear.
+    int signedStep() const {
+        const double mean = count == 0 ? 0 : gaps / count;
+        // Scores need not be whole: a mean of 2 may come out a hair under it.
+        if (count < fewestCorrections || std::abs(mean) < leastMeanGap - 1e-9) {
+            return 0;
+        }
+        const int step = std::min(static_cast<int>(std::lround(std::abs(mean))), largestStep);
+        return mean > 0 ? step : -step;
+    }
+};
+
+/// `json::fromRaw` without its conversion to UTF-8, for a list of ten thousand.
+std::optional<ItemKind> kindOf(const Topic &topic) {
+    if (!topic.kind) {
+        return std::nullopt;
+    }
+    constexpr auto words = rawStrings(ItemKind{});
+    const auto found = std::ranges::find_if(words, [&](std::string_view word) {
+        return *topic.kind == QLatin1StringView(word.data(), qsizetype(word.size()));
+    });
+    return found == words.end() ? std::nullopt
+                                : std::optional(static_cast<ItemKind>(found - words.begin()));
+}
+
+/// Everything the rules count, gathered in one pass over the topics.
+class Cases {
+public:
+    explicit Cases(const Settings &settings)
+        : m_since(settings.reflexesSince)
+        , m_tools(settings.addedTools)
+        , m_projectNames(settings.projects.keys()) {
+        for (const QString &name : m_projectNames) {
+            m_projects.insert(name, {});
+        }
+    }
+
+    void take(const Topic &topic) {
+        const auto kind = kindOf(topic);
+        if (topic.correction && kind && counts(topic.correction->at)) {
+            takeCorrection(topic, m_corrections[index(*kind)]);
+        }
+        if (topic.status == TopicStatus::Pending || topic.status == TopicStatus::Inbox ||
+            !counts(topic.triagedAt ? topic.triagedAt : topic.doneAt)) {
+            return;
+        }
+        ++m_decisions;
+        note(touchesStack(topic) ? m_stack : m_rest, topic);
+        if (kind) {
+            note(m_kinds[index(*kind)], topic);
+        }
+        if (topic.minutes >= longMinutes) {
+            ++m_longItems;
+            m_longPostponed += topic.postponedCount > 0 ? 1 : 0;
+        }
+        if (topic.project && !m_projects.isEmpty()) {
+            if (const auto project = m_projects.find(*topic.project); project != m_projects.end()) {
+                note(*project, topic);
+            }
+        }
+    }
+
+    Learned learned() const {
+        Learned learned{m_decisions, {}};
+        if (m_decisions < decisionsToLearn) {
+            return learned;
+        }
+        QList<Reflex> &reflexes = learned.reflexes;
+        if (m_stack.decided >= fewestStackDecisions && m_rest.decided > 0 &&
+            keptFarMore(m_stack, m_rest)) {
+            reflexes += stackReflex(m_stack.keptPercent(), m_rest.keptPercent());
+        }
+        for (std::size_t i = 0; i < kinds; ++i) {
+            const Tally &kind = m_kinds[i];
+            if (kind.decided >= fewestKindDecisions && kind.oftenDismissed()) {
+                reflexes += kindReflex(static_cast<ItemKind>(i), kind.dismissed, kind.decided);
+            }
+        }
+        if (m_longItems >= fewestLongItems && 2 * m_longPostponed >= m_longItems) {
+            reflexes += longReflex(m_longPostponed, m_longItems);
+        }
+        for (const QString &name : m_projectNames) {
+            const Tally project = m_projects.value(name);
+            if (project.decided >= fewestProjectDecisions && project.oftenDismissed()) {
+                reflexes += projectReflex(name, project.dismissed, project.decided);
+            }
+        }
+        for (std::size_t i = 0; i < kinds; ++i) {
+            if (const int step = m_corrections[i].signedStep(); step != 0) {
+                reflexes +=
+                    correctionReflex(static_cast<ItemKind>(i), m_corrections[i].count, step);
+            }
+        }
+        return learned;
+    }
+
+private:
+    static std::size_t index(ItemKind kind) { return static_cast<std::size_t>(kind); }
+
+    bool counts(const std::optional<QDateTime> &moment) const {
+        return !m_since || (moment && *moment > *m_since);
+    }
+
+    bool touchesStack(const Topic &topic) const {
+        return topic.dependency || (topic.project && (topic.currentVersion || topic.newVersion)) ||
+               m_tools.namedIn(topic.title);
+    }
+
+    static void note(Tally &tally, const Topic &topic) {
+        ++tally.decided;
+        tally.kept +=
+            topic.status == TopicStatus::Program || topic.status == TopicStatus::Done ? 1 : 0;
+        tally.dismissed += topic.status == TopicStatus::Dismissed ? 1 : 0;
+    }
+
+    static void takeCorrection(const Topic &topic, Corrections &corrections) {
+        if (const auto score = shownScore(topic)) {
+            ++corrections.count;
+            corrections.gaps += std::clamp(topic.correction->score, 0.0, 10.0) - *score;
+        }
+    }
+
+    std::optional<QDateTime> m_since;
+    ToolNames m_tools;
+    QStringList m_projectNames; ///< in the order of the alphabet
+    int m_decisions = 0;
+    Tally m_stack;
+    Tally m_rest;
+    std::array<Tally, kinds> m_kinds;
+    int m_longItems = 0;
+    int m_longPostponed = 0;
+    QHash<QString, Tally> m_projects;
+    std::array<Corrections, kinds> m_corrections;
+};
+
+} // namespace
+
+Learned learn(const QList<TopicPtr> &topics, const Settings &settings) {
+    Cases cases(settings);
+    for (const TopicPtr &topic : topics) {
+        cases.take(*topic);
+    }
+    return cases.learned();
+}
+
+QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings) {
+    QStringList lines;
+    qsizetype bytes = 0;
+    for (const Reflex &reflex : reflexes) {
+        const qsizetype size = utf8Size(reflex.instruction);
+        if (!settings.disabledReflexes.contains(reflex.id) && bytes + size <= instructionBytes) {
+            lines += reflex.instruction;
+            bytes += size;
+        }
+    }
+    return lines;
+}
+
+QString nothingLearnedText(const Learned &learned) {
+    if (!learned.reflexes.isEmpty()) {
+        return {};
+    }
+    if (learned.decisions >= decisionsToLearn) {
+        return tr("Rien de net encore : tes choix ne dessinent pas de règle. J’apprends à chaque "
+                  "tri, et tu verras mes réflexes dans Ton territoire.");
+    }
+    return tr("Rien d’appris pour l’instant : il me faut %1 décisions de tri, tu en es à %2. Je "
+              "repère ensuite ce que tu gardes, écartes ou reportes, et j’ajuste mes notes. Chaque "
+              "réflexe arrivera avec ses chiffres, et tu pourras couper ceux qui se trompent. Par "
+              "exemple :")
+        .arg(decisionsToLearn)
+        .arg(learned.decisions);
+}
+
+QList<Reflex> sampleReflexes() {
+    return {stackReflex(72, 38), kindReflex(ItemKind::Video, 6, 8), longReflex(4, 5)};
+}
+
+QString switchedOffText() { return tr("Un réflexe coupé n’est plus appliqué, mais reste appris."); }
+
+QString startAgainText(qsizetype reflexes) {
+    if (reflexes == 0) {
+        return tr(
+            "Je repars de zéro : je réapprends à partir de tes prochains tris. On ne peut pas "
+            "revenir en arrière.");
+    }
+    return reflexes == 1
+               ? tr("Je repars de zéro : le réflexe appris disparaît et je réapprends à partir de "
+                    "tes prochains tris. On ne peut pas revenir en arrière.")
+               : tr("Je repars de zéro : les %1 réflexes appris disparaissent et je réapprends à "
+                    "partir de tes prochains tris. On ne peut pas revenir en arrière.")
+                     .arg(reflexes);
+}
+
+} // namespace vorle

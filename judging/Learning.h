@@ -1,0 +1,58 @@
+#pragma once
+
+#include "core/Settings.h"
+#include "core/TopicStore.h"
+#include "judging/Reflex.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace vorle {
+
+/// What the user's decisions taught. Pure functions of the topics and the settings, any thread;
+/// about a tenth of a microsecond a topic, so for the moments somebody asks, not for each key.
+
+/// How many decisions it takes before anything is learned.
+inline constexpr int decisionsToLearn = 10;
+
+struct Learned {
+    int decisions = 0;      ///< that count, whatever came of them
+    QList<Reflex> reflexes; ///< in the order of the rules; those switched off are among them
+
+    bool operator==(const Learned &) const = default;
+};
+
+/// Learns from the topics sent out of "À trier" (program, reserve, dismissed, done) and from the
+/// scores the user corrected. With `reflexesSince`, only decisions and corrections dated strictly
+/// after it count, and one without a date does not. Nothing is learned under `decisionsToLearn`.
+///
+/// - "stack-first": what touches the user's stack is kept more often than the rest. A decision is
+///   of the stack when it is tied to a dependency, to a project together with a version, or when
+///   its title names one of their tools; it is kept as "program" or "done".
+/// - "kind-…": a kind of item is often set aside. Kinds outside `ItemKind` are passed over.
+/// - "long-later": items of an hour or more are put off.
+/// - "project-…": one of the user's projects is often set aside, in the order of their names.
+/// - "corr-…": a kind's scores are corrected in one direction, by a step of 3 at most. A topic
+///   that carried no score, since nothing could be read, has no gap.
+Learned learn(const QList<TopicPtr> &topics, const Settings &settings);
+
+/// The lines for the judge: those of the reflexes the user left on, in their order. One that
+/// would bring them past 8,000 bytes of UTF-8 is left out: a prompt has a size.
+QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings);
+
+/// What is shown in the place of reflexes: how many decisions are still needed, followed by
+/// `sampleReflexes()`, or that the decisions draw no rule. Empty when there are reflexes.
+QString nothingLearnedText(const Learned &learned);
+
+/// Reflexes with invented figures, to show what will come. They are never applied.
+QList<Reflex> sampleReflexes();
+
+/// "Un réflexe coupé …": said beside reflexes that are switched off.
+QString switchedOffText();
+
+/// What is asked before `reflexesSince` is set to the present, with the number of reflexes that
+/// go.
+QString startAgainText(qsizetype reflexes);
+
+} // namespace vorle
