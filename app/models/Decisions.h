@@ -1,0 +1,71 @@
+#pragma once
+
+#include "core/TopicStore.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// Takes the user's decisions on topics, and takes them back: as many as were taken since the
+/// application started. Topics are named by their identity as a string; the functions give false
+/// for an unknown one. Main thread; the store outlives it.
+class Decisions final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY stepsChanged FINAL)
+    Q_PROPERTY(bool canRedo READ canRedo NOTIFY stepsChanged FINAL)
+
+public:
+    explicit Decisions(TopicStore &store, QObject *parent = nullptr);
+
+    Q_INVOKABLE bool keep(const QString &topicId);              ///< "G"
+    Q_INVOKABLE bool later(const QString &topicId);             ///< "L"
+    Q_INVOKABLE bool dismiss(const QString &topicId);           ///< "X"
+    Q_INVOKABLE bool postpone(const QString &topicId);          ///< "R"
+    Q_INVOKABLE bool removeFromProgram(const QString &topicId); ///< "⌫": back to triage
+    Q_INVOKABLE bool backToTriage(const QString &topicId);      ///< "T"
+    /// "D". `worth`: "meh", "useful", "gem", or "" for no verdict.
+    Q_INVOKABLE bool done(const QString &topicId, const QString &worth = {});
+    /// "1 2 3". `worth` as above, not empty. A topic that is not in the library is done with it.
+    Q_INVOKABLE bool verdict(const QString &topicId, const QString &worth);
+    /// The user's own note; no decision, so it is not undone. An empty one takes it away.
+    Q_INVOKABLE bool setNote(const QString &topicId, const QString &note);
+
+    bool canUndo() const { return !m_done.isEmpty(); }
+    bool canRedo() const { return !m_undone.isEmpty(); }
+
+    /// Takes the last decision back, or takes it again, and gives a French sentence on what
+    /// happened, also emitted; "" when there is nothing to. Only what triage sets is put back: a
+    /// note or a brief written meanwhile stays. A topic that moved elsewhere since, without this
+    /// object, stays where it is: the decision is dropped, and the sentence says so.
+    Q_INVOKABLE QString undo();
+    Q_INVOKABLE QString redo();
+
+Q_SIGNALS:
+    /// A decision was taken; `ghostText` is what its card leaves behind: "Gardé · Programme".
+    void decided(const QString &topicId, const QString &ghostText);
+    void undone(const QString &topicId, const QString &sentence);
+    void redone(const QString &topicId, const QString &sentence);
+    void stepsChanged();
+
+private:
+    struct Step {
+        QUuid id;
+        TopicStore::Placement before;
+        TopicStore::Placement after;
+    };
+    enum class Direction { Back, Forth };
+
+    template <class Act>
+    bool decide(const QString &topicId, const QString &ghostText, Act act);
+    QString step(QList<Step> &from, QList<Step> &to, Direction direction);
+
+    TopicStore &m_store;
+    QList<Step> m_done;
+    QList<Step> m_undone;
+};
+
+} // namespace vorle

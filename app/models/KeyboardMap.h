@@ -1,0 +1,121 @@
+#pragma once
+
+#include "agents/AgentKind.h"
+#include "app/models/Section.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// How keys are written: a Mac's glyphs (⌃⌥⇧⌘), or words ("Ctrl+Alt+Maj", ⌘ being Ctrl).
+enum class KeySpelling { Glyphs, Words };
+
+/// The spelling people know on the system this runs on.
+KeySpelling nativeSpelling();
+/// A text of a Mac's glyphs in that spelling: "⌘K" gives "Ctrl+K".
+QString spelled(const QString &glyphs, KeySpelling spelling);
+
+/// A row of the shortcut sheet.
+struct KeyRow {
+    QString keys;
+    QString label;
+    bool operator==(const KeyRow &) const = default;
+};
+struct KeyGroup {
+    QString title;
+    QList<KeyRow> rows;
+    bool operator==(const KeyGroup &) const = default;
+};
+
+/// The keys of the main window: one table that both draws the shortcut sheet and says what a key
+/// does. Main thread.
+class KeyboardMap final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    /// The sheet: list of {title, rows: list of {keys, label}}.
+    Q_PROPERTY(QVariantList groups READ groups NOTIFY groupsChanged FINAL)
+    /// The line under the list of "À trier", and the one under an open card.
+    Q_PROPERTY(QString inboxHint READ inboxHint CONSTANT FINAL)
+    Q_PROPERTY(QString openCardHint READ openCardHint CONSTANT FINAL)
+    /// The names that "⌘↩" speaks of: "Claude Code" and "Claude", or "Codex" and "ChatGPT".
+    Q_PROPERTY(QString agentName READ agentName NOTIFY groupsChanged FINAL)
+    Q_PROPERTY(QString chatName READ chatName NOTIFY groupsChanged FINAL)
+
+public:
+    enum Action {
+        NoAction,
+        Search,
+        AddTopic,
+        GoInbox,
+        GoProgram,
+        GoReserve,
+        GoLibrary,
+        GoTerritory,
+        GoReport,
+        GoMenu,
+        GoContent,
+        RunNow,
+        Undo,
+        Redo, ///< has no row in the sheet
+        OpenSettings,
+        ShowShortcuts,
+        Previous,
+        Next,
+        Keep,
+        Later,
+        Dismiss,
+        ToggleCard, ///< opens the card, or closes the open one
+        CloseCard,
+        FirstStep,
+        Done,
+        Postpone,
+        Remove,
+        BackToTriage,
+        WorthMeh,
+        WorthUseful,
+        WorthGem
+    };
+    Q_ENUM(Action)
+
+    explicit KeyboardMap(AgentKind agent = AgentKind::Claude,
+                         KeySpelling spelling = nativeSpelling(), QObject *parent = nullptr);
+
+    /// What a key does in that section. `key` is a Qt::Key, `modifiers` Qt::KeyboardModifiers
+    /// (Control being ⌘ on a Mac, as Qt has it). Where a text field has the focus, the keys that
+    /// edit text are its own. The digits are known on a French keyboard too, where they need
+    /// Shift. A key event that repeats is to be dropped unless `repeats`.
+    Q_INVOKABLE vorle::KeyboardMap::Action action(vorle::sections::Section section, int key,
+                                                  int modifiers, bool textFieldFocused) const;
+    /// Whether holding the key down goes on doing it: moving through the list does, nothing that
+    /// decides.
+    Q_INVOKABLE bool repeats(vorle::KeyboardMap::Action action) const;
+    /// The section an action goes to; the first for any other action.
+    Q_INVOKABLE vorle::sections::Section target(vorle::KeyboardMap::Action action) const;
+    /// The key shown on a button: "G", "⌘Z"; "" for none.
+    Q_INVOKABLE QString keys(vorle::KeyboardMap::Action action) const;
+
+    void setAgent(AgentKind agent);
+
+    QVariantList groups() const;
+    QString inboxHint() const;
+    QString openCardHint() const;
+    QString agentName() const;
+    QString chatName() const;
+
+    /// The sheet as values.
+    static QList<KeyGroup> sheet(AgentKind agent, KeySpelling spelling);
+
+Q_SIGNALS:
+    void groupsChanged();
+
+private:
+    AgentKind m_agent;
+    KeySpelling m_spelling;
+};
+
+} // namespace vorle

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "search/RunHistory.h"
+
+#include <QAbstractListModel>
+#include <QTimeZone>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// "Bilan": the last runs, newest first, each in words. Main thread.
+class ReportModel final : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(int count READ count NOTIFY rowsChanged FINAL)
+
+public:
+    enum Role {
+        DateText = Qt::UserRole, ///< "lundi 16 novembre à 8:04"
+        AddedText,               ///< "12 sujets", "Aucun sujet"
+        FactsText,               ///< "48 liens trouvés · 40 pages lues · 3 min 20 s · 0,42 $"
+        Scopes,                  ///< list of {name, text, failed}
+        Notices,                 ///< list of strings: warnings, sites without news, what had none
+        Stopped                  ///< bool, the run was stopped by hand
+    };
+    Q_ENUM(Role)
+
+    explicit ReportModel(RunHistory history, QTimeZone zone = QTimeZone::systemTimeZone(),
+                         QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    int count() const { return static_cast<int>(m_reports.size()); }
+    /// Reads the reports again, after a run.
+    Q_INVOKABLE void refresh();
+
+Q_SIGNALS:
+    void rowsChanged();
+
+private:
+    RunHistory m_history;
+    QTimeZone m_zone;
+    QList<RunReport> m_reports; // newest first
+};
+
+} // namespace vorle

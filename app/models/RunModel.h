@@ -1,0 +1,110 @@
+#pragma once
+
+#include "base/Cancellation.h"
+#include "base/Clock.h"
+#include "core/Preferences.h"
+#include "search/SearchEngine.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QTimeZone>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// The search run as the window shows it: the one under way, how the last one went, when the next
+/// is due, whether one was missed. Runs are started here, by hand or by the schedule, so that they
+/// can be stopped here. Main thread; what it is given outlives it.
+///
+/// A run goes on after `stop()` until it has kept what it holds: whoever quits awaits `stopped()`
+/// before the engine goes. Deleting this object stops its run, which ends without it.
+class RunModel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(bool running READ running NOTIFY progressChanged FINAL)
+    /// Asked to stop, and not ended yet.
+    Q_PROPERTY(bool stopping READ stopping NOTIFY progressChanged FINAL)
+    Q_PROPERTY(QString statusText READ statusText NOTIFY progressChanged FINAL)
+    /// 0 to 1, never going back within a run.
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged FINAL)
+    /// "12 liens, 8 lus, 4 jugés"; "" before the first link.
+    Q_PROPERTY(QString countsText READ countsText NOTIFY progressChanged FINAL)
+    Q_PROPERTY(int candidates READ candidates NOTIFY progressChanged FINAL)
+    Q_PROPERTY(int read READ read NOTIFY progressChanged FINAL)
+    Q_PROPERTY(int judged READ judged NOTIFY progressChanged FINAL)
+    /// After a run of this session: "12 sujets t’attendent dans À trier."; "" before.
+    Q_PROPERTY(QString lastResultText READ lastResultText NOTIFY outcomeChanged FINAL)
+    /// Why the last run of this session failed or could not start; "" when it did not.
+    Q_PROPERTY(QString lastError READ lastError NOTIFY outcomeChanged FINAL)
+    /// "lundi à 8:00"; "" when no run is scheduled.
+    Q_PROPERTY(QString nextRunText READ nextRunText NOTIFY scheduleChanged FINAL)
+    /// "lundi 16 novembre à 8:04"; "" before the first run.
+    Q_PROPERTY(QString lastRunText READ lastRunText NOTIFY scheduleChanged FINAL)
+    /// The banner of a run that did not happen.
+    Q_PROPERTY(bool missed READ missed NOTIFY scheduleChanged FINAL)
+    Q_PROPERTY(QString missedTitle READ missedTitle NOTIFY scheduleChanged FINAL)
+    Q_PROPERTY(QString missedText READ missedText CONSTANT FINAL)
+    /// "Fouiller maintenant"
+    Q_PROPERTY(QString startLabel READ startLabel CONSTANT FINAL)
+
+public:
+    RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
+             QTimeZone zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
+    ~RunModel() override;
+
+    /// Starts a run; does nothing while one is under way.
+    Q_INVOKABLE void start();
+    /// Asks the run to stop; what was judged is kept.
+    Q_INVOKABLE void stop();
+    /// Looks at the clock again. For whoever shows the window or wakes up.
+    Q_INVOKABLE void refresh();
+    /// Stops a run under way and waits for its end.
+    Task<> stopped();
+
+    bool running() const { return m_running; }
+    bool stopping() const { return m_stopping; }
+    QString statusText() const { return m_progress.status; }
+    double progress() const { return m_part; }
+    QString countsText() const;
+    int candidates() const { return m_progress.candidates; }
+    int read() const { return m_progress.read; }
+    int judged() const { return m_progress.judged; }
+    QString lastResultText() const { return m_result; }
+    QString lastError() const { return m_error; }
+    QString nextRunText() const;
+    QString lastRunText() const;
+    bool missed() const { return missedMoment().has_value(); }
+    QString missedTitle() const;
+    QString missedText() const;
+    QString startLabel() const;
+
+Q_SIGNALS:
+    void progressChanged();
+    void outcomeChanged();
+    void scheduleChanged();
+    /// A run of this object ended, one way or another.
+    void ended();
+
+private:
+    static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel);
+    void take(const RunProgress &progress);
+    void begin();
+    void end(const QString &result, const QString &error);
+    std::optional<QDateTime> missedMoment() const;
+
+    SearchEngine &m_engine;
+    Preferences &m_preferences;
+    const Clock &m_clock;
+    QTimeZone m_zone;
+    CancelSource m_cancel;
+    bool m_running = false;
+    bool m_stopping = false;
+    double m_part = 0;
+    RunProgress m_progress;
+    QString m_result;
+    QString m_error;
+};
+
+} // namespace vorle

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// A namespace of its own, so that QML reads `Section.Inbox`.
+namespace sections {
+Q_NAMESPACE
+QML_NAMED_ELEMENT(Section)
+
+/// The main window's sections, in their order.
+enum class Section {
+    Inbox,     ///< "À trier"
+    Program,   ///< "Programme"
+    Reserve,   ///< "Réserve"
+    Library,   ///< "Bibliothèque"
+    Territory, ///< "Ton territoire"
+    Report     ///< "Bilan"
+};
+Q_ENUM_NS(Section)
+} // namespace sections
+
+using sections::Section;
+inline constexpr int sectionCount = 6;
+
+} // namespace vorle

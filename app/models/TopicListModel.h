@@ -1,0 +1,154 @@
+#pragma once
+
+#include "app/models/Comebacks.h"
+#include "app/models/Section.h"
+#include "base/Clock.h"
+#include "core/TopicStore.h"
+
+#include <QAbstractListModel>
+#include <QHash>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// The topics of one section in the order they are shown, each with everything its card and its
+/// reading page need, worded. Follows the store by inserting, removing and moving rows, so that
+/// cards move rather than appear anew; it is reset only when the store is loaded again. Main
+/// thread; the store and the clock outlive it.
+///
+/// The orders:
+/// - À trier: links just captured and still being read; then by tier, score, newest find;
+/// - Programme: soonerInProgram;
+/// - Réserve: topics that have moved (see Comebacks), then the latest set aside;
+/// - Bibliothèque: the latest done.
+/// Topics these hold equal keep the store's order. A role is computed when it is asked for.
+class TopicListModel final : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(vorle::sections::Section section READ section CONSTANT FINAL)
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
+    /// The minutes of all rows together.
+    Q_PROPERTY(int minutes READ minutes NOTIFY minutesChanged FINAL)
+    /// Of the reserve: how many rows have moved. Always 0 elsewhere.
+    Q_PROPERTY(int movedCount READ movedCount NOTIFY movedCountChanged FINAL)
+
+public:
+    /// In QML each role has its own name with a small first letter. A text that is not there is
+    /// empty.
+    enum Role {
+        TopicId = Qt::UserRole, ///< string, the topic's identity: what Decisions takes
+        Section_,               ///< "section": string, the heading over the row; "" for none
+        Title,
+        Tldr,
+        Summary,
+        Gist, ///< string, the one text a closed card shows: the summary, else the gist
+        Why,
+        FirstStep,
+        Changes,   ///< list of {text, label}; the label may be empty
+        Risks,     ///< string
+        Place,     ///< string, the project, else the interest
+        Project,   ///< string
+        Interest,  ///< string
+        KindLabel, ///< "Sécurité"
+        Minutes,   ///< int
+        MinutesText,
+        ReadLevelText,
+        HasScore,    ///< bool
+        Score,       ///< int, the user's own when corrected; 0 without one
+        Digits,      ///< string, the badge's digits
+        FormerScore, ///< int, the judge's score when the user corrected it; else -1
+        AccentLight, ///< string, a colour Qt reads or "accent": the theme's strong accent
+        AccentDark,
+        InkLight,
+        InkDark,
+        FillLight,
+        FillDark,
+        Filled,         ///< bool
+        Gem,            ///< bool
+        AccessibleName, ///< the badge's
+        TierNumber,     ///< int, 0 (urgent) to 4
+        TierLabel,
+        Urgent,        ///< bool
+        UrgencyText,   ///< "avant le 28 novembre", "maintenant"
+        UrgencyReason, ///< string
+        Sources,       ///< list of {name, url, picture}; the picture a file: address or ""
+        MainUrl,       ///< string, the first source's address
+        MainSite,      ///< "github.com"
+        VersionText,   ///< "undici 7.12.0 → 7.18.1"
+        PublishedOn,
+        FoundText, ///< "lundi 16 novembre"
+        Note,
+        WorthName,  ///< "worth": "meh", "useful", "gem" or ""
+        WorthLabel, ///< "Bof", "Utile", "Pépite" or ""
+        PostponedCount,
+        Moved,          ///< bool, of the reserve: a newer topic speaks of the same thing
+        HasBrief,       ///< bool
+        BriefState,     ///< "", "queued", "writing", "failed" or "written"
+        PendingCapture, ///< bool, a captured link that is still being read
+    };
+    Q_ENUM(Role)
+
+    /// @param section one of the first four
+    TopicListModel(TopicStore &store, Section section, const Clock &clock,
+                   QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    Section section() const { return m_section; }
+    int count() const { return static_cast<int>(m_rows.size()); }
+    int minutes() const { return static_cast<int>(m_minutes); }
+    int movedCount() const { return m_movedCount; }
+
+    /// The row of the topic, or -1.
+    Q_INVOKABLE int rowOf(const QString &topicId) const;
+    /// The topic at that row; "" outside the list.
+    Q_INVOKABLE QString topicIdAt(int row) const;
+    /// The role's value at that row; undefined outside the list.
+    Q_INVOKABLE QVariant value(int row, vorle::TopicListModel::Role role) const;
+
+    /// How far the writing of a topic's brief is: "", "queued", "writing" or "failed". A topic that
+    /// has a brief and no such word shows "written".
+    void setBriefState(const QUuid &id, const QString &state);
+
+    /// The topics shown, in their order.
+    QList<TopicPtr> topics() const;
+
+Q_SIGNALS:
+    void countChanged();
+    void minutesChanged();
+    void movedCountChanged();
+
+private:
+    struct Row {
+        TopicPtr topic;
+        bool moved = false;
+    };
+
+    bool belongs(const Topic &topic) const;
+    bool before(const Row &a, const Row &b) const;
+    Row rowFor(const TopicPtr &topic) const;
+    void load();
+    void follow(const QUuid &id);
+    void place(const QUuid &id);
+    void insert(Row row);
+    void remove(qsizetype at);
+    void replace(qsizetype at, Row row);
+    qsizetype indexOf(const QUuid &id) const;
+    qsizetype lowerBound(const Row &row) const;
+    void tellChanges(int count, qint64 minutes, int moved);
+
+    TopicStore &m_store;
+    Section m_section;
+    const Clock &m_clock;
+    QList<Row> m_rows;
+    QHash<QUuid, Row> m_held; // each row again by identity, to find where it stands
+    Comebacks m_comebacks;    // filled for the reserve alone
+    QHash<QUuid, QString> m_briefStates;
+    qint64 m_minutes = 0;
+    int m_movedCount = 0;
+};
+
+} // namespace vorle
