@@ -203,6 +203,11 @@ TopicPtr TopicStore::topic(const QUuid &id) const {
     return at == m_index.constEnd() ? nullptr : m_topics[*at];
 }
 
+qsizetype TopicStore::position(const QUuid &id) const {
+    requireMainThread(subject);
+    return m_index.value(id, -1);
+}
+
 qsizetype TopicStore::count() const {
     requireMainThread(subject);
     return m_topics.size();

@@ -83,6 +83,8 @@ public:
     QList<TopicPtr> topics(TopicStatus status) const;
     /// The topic with that identity, or nothing.
     TopicPtr topic(const QUuid &id) const;
+    /// Where the topic stands in the file's order, or -1. A topic keeps its place.
+    qsizetype position(const QUuid &id) const;
     qsizetype count() const;
 
     /// Adds topics at the end. One without identity gets one; one whose identity is known
