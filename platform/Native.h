@@ -1,6 +1,9 @@
 #pragma once
 
 #include "platform/InstalledApps.h"
+#include "platform/LinkOpener.h"
+#include "platform/Pasteboard.h"
+#include "platform/Terminals.h"
 
 #include <memory>
 
@@ -9,5 +12,10 @@
 namespace vorle::native {
 
 std::unique_ptr<InstalledApps> installedApps();
+std::unique_ptr<Terminals> terminals();
+
+// These need a QGuiApplication when they are used.
+std::unique_ptr<Pasteboard> pasteboard();
+std::unique_ptr<LinkOpener> linkOpener();
 
 } // namespace vorle::native

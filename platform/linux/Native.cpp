@@ -1,11 +1,16 @@
 #include "platform/Native.h"
 
 #include "platform/linux/DesktopApps.h"
+#include "platform/linux/LinuxTerminals.h"
 
 namespace vorle::native {
 
 std::unique_ptr<InstalledApps> installedApps() {
     return std::make_unique<DesktopApps>(DesktopApps::Setting::ofThisProcess());
+}
+
+std::unique_ptr<Terminals> terminals() {
+    return std::make_unique<LinuxTerminals>(LinuxTerminals::Setting::ofThisProcess());
 }
 
 } // namespace vorle::native

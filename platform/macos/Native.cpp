@@ -1,6 +1,7 @@
 #include "platform/Native.h"
 
 #include "platform/macos/BundleApps.h"
+#include "platform/macos/MacTerminals.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -35,5 +36,7 @@ std::unique_ptr<InstalledApps> installedApps() {
                     QDir::homePath() + QStringLiteral("/Applications")},
         QStringLiteral("fr.vorle."), readPropertyList);
 }
+
+std::unique_ptr<Terminals> terminals() { return std::make_unique<MacTerminals>(); }
 
 } // namespace vorle::native

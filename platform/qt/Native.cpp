@@ -1,0 +1,12 @@
+#include "platform/Native.h"
+
+#include "platform/qt/QtLinkOpener.h"
+#include "platform/qt/QtPasteboard.h"
+
+namespace vorle::native {
+
+std::unique_ptr<Pasteboard> pasteboard() { return std::make_unique<QtPasteboard>(); }
+
+std::unique_ptr<LinkOpener> linkOpener() { return std::make_unique<QtLinkOpener>(); }
+
+} // namespace vorle::native
