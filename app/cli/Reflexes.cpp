@@ -1,0 +1,177 @@
+// What the user's decisions taught, and what they think of it.
+
+#include "app/cli/Command.h"
+#include "judging/Learning.h"
+
+namespace vorle::cli {
+
+namespace {
+
+constexpr int margin = 6;
+
+struct ReflexShown {
+    QString id;
+    Reflex::Group group = Reflex::Group::Up;
+    QString effect;
+    QString title;
+    QString evidence;
+    QString instruction;
+    bool enabled = true;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("id", &ReflexShown::id), json::field("group", &ReflexShown::group),
+            json::field("effect", &ReflexShown::effect), json::field("title", &ReflexShown::title),
+            json::field("evidence", &ReflexShown::evidence),
+            json::field("instruction", &ReflexShown::instruction),
+            json::field("enabled", &ReflexShown::enabled));
+    }
+};
+
+Learned learnedNow(Context &context) {
+    const TopicStore &store = context.app.store();
+    if (store.setAside()) {
+        throw Failure(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
+    }
+    return learn(store.topics(), context.app.preferences().settings());
+}
+
+bool isEnabled(const Context &context, const Reflex &reflex) {
+    return !context.app.preferences().settings().disabledReflexes.contains(reflex.id);
+}
+
+QString groupTitle(Reflex::Group group) {
+    switch (group) {
+    case Reflex::Group::Up:
+        return QStringLiteral("Ce que je note plus haut");
+    case Reflex::Group::Down:
+        return QStringLiteral("Ce que je note plus bas");
+    case Reflex::Group::Waits:
+        return QStringLiteral("Ce qui attend");
+    }
+    return {};
+}
+
+/// The rule, its figures and effect, and the identifier that switches it.
+QString block(const Console &console, const Reflex &reflex, bool enabled) {
+    const QString title = console.wrapped(reflex.title, margin - 2).trimmed();
+    const QString figures = reflex.evidence + QStringLiteral(" · ") + reflex.effect;
+    const QStringList lines{
+        enabled ? QStringLiteral("  ● ") + console.bold(title)
+                : console.faint(QStringLiteral("  ○ ") + title + QStringLiteral(" (coupé)")),
+        enabled ? console.wrapped(figures, margin - 2)
+                : console.faint(console.wrapped(figures, margin - 2)),
+        console.faint(QString(margin - 2, u' ') + reflex.id)};
+    return lines.join(u'\n');
+}
+
+QString grouped(const Context &context, const QList<Reflex> &reflexes) {
+    QStringList blocks;
+    for (const Reflex::Group group : Reflex::groups) {
+        QStringList rules;
+        for (const Reflex &reflex : reflexes) {
+            if (reflex.group == group) {
+                rules += block(context.console, reflex, isEnabled(context, reflex));
+            }
+        }
+        if (!rules.isEmpty()) {
+            blocks += context.console.bold(groupTitle(group)) + u'\n' + rules.join(u'\n');
+        }
+    }
+    return blocks.join(QStringLiteral("\n\n"));
+}
+
+void tellNothingLearned(Console &console, const Learned &learned) {
+    console.say(console.wrapped(nothingLearnedText(learned), 0));
+    if (learned.decisions < decisionsToLearn) {
+        for (const Reflex &sample : sampleReflexes()) {
+            console.say(
+                console.wrapped(QStringLiteral("– %1 %2").arg(sample.title, sample.evidence), 2));
+        }
+    }
+}
+
+void list(Context &context) {
+    const Learned learned = learnedNow(context);
+    if (context.arguments.json()) {
+        QList<ReflexShown> shown;
+        for (const Reflex &reflex : learned.reflexes) {
+            shown += {reflex.id,
+                      reflex.group,
+                      reflex.effect,
+                      reflex.title,
+                      reflex.evidence,
+                      reflex.instruction,
+                      isEnabled(context, reflex)};
+        }
+        context.console.print(json::encode(shown, json::Style::Pretty));
+        return;
+    }
+    if (learned.reflexes.isEmpty()) {
+        tellNothingLearned(context.console, learned);
+        return;
+    }
+    context.console.print(grouped(context, learned.reflexes));
+    const bool allOn = std::ranges::all_of(
+        learned.reflexes, [&](const Reflex &reflex) { return isEnabled(context, reflex); });
+    if (!allOn) {
+        context.console.print(u'\n' + context.console.faint(switchedOffText()));
+    }
+}
+
+void switchOff(Context &context, const QString &id) {
+    const QList<Reflex> reflexes = learnedNow(context).reflexes;
+    const bool known =
+        std::ranges::any_of(reflexes, [&](const Reflex &reflex) { return reflex.id == id; });
+    if (!known) {
+        throw Failure(QStringLiteral("Aucun réflexe appris ne s’appelle « %1 ».").arg(id));
+    }
+    Preferences &preferences = context.app.preferences();
+    auto disabled = preferences.settings().disabledReflexes;
+    if (!disabled.contains(id)) {
+        disabled += id;
+        preferences.change(&Settings::disabledReflexes, disabled);
+    }
+}
+
+void switchOn(Context &context, const QString &id) {
+    Preferences &preferences = context.app.preferences();
+    auto disabled = preferences.settings().disabledReflexes;
+    if (disabled.removeAll(id) == 0) {
+        throw Failure(QStringLiteral("Aucun réflexe coupé ne s’appelle « %1 ».").arg(id));
+    }
+    preferences.change(&Settings::disabledReflexes, disabled);
+}
+
+/// Nothing here can be undone, so it takes one more word.
+void startAgain(Context &context) {
+    if (!context.arguments.flags.contains(QStringLiteral("oui"))) {
+        throw Failure(context.console.wrapped(
+            startAgainText(learnedNow(context).reflexes.size()) +
+                QStringLiteral(" Pour confirmer : vorle reflexes repartir --oui"),
+            0));
+    }
+    context.app.preferences().change(&Settings::reflexesSince, context.app.clock().now());
+}
+
+} // namespace
+
+Task<ExitStatus> reflexes(Context &context) {
+    const QStringList &words = context.arguments.positional;
+    const QString action = words.value(0);
+    if (action == u"couper" && words.size() == 2) {
+        switchOff(context, words[1]);
+    } else if (action == u"remettre" && words.size() == 2) {
+        switchOn(context, words[1]);
+    } else if (action == u"repartir" && words.size() == 1) {
+        startAgain(context);
+    } else if (!words.isEmpty()) {
+        throw Failure(QStringLiteral("Usage : vorle reflexes [couper ID | remettre ID | repartir "
+                                     "--oui]"),
+                      ExitStatus::Usage);
+    }
+    list(context);
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli
