@@ -86,6 +86,9 @@ Tier tierOf(const Topic &topic) {
 }
 
 std::optional<int> shownScore(const Topic &topic) {
+    if (topic.correction) {
+        return scoreFromRelevance(topic.correction->score);
+    }
     return topic.readLevel == ReadLevel::None ? std::nullopt : std::optional(topic.score);
 }
 

@@ -24,7 +24,8 @@ QString tierLabel(Tier tier);
 /// scores less, or could not be read, is left to dig.
 Tier tierOf(const Topic &topic);
 
-/// The score cards show: nothing for a topic whose sources could not be read at all.
+/// The score cards show: the user's own where it was corrected, to the nearest whole number; else
+/// the judge's, and nothing for a topic whose sources could not be read at all.
 std::optional<int> shownScore(const Topic &topic);
 
 /// A topic's score from the judge's overall grade: the nearest whole number (halves up), kept in

@@ -1,5 +1,7 @@
 #include "core/TopicOrder.h"
 
+#include "core/ScoreScale.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -28,7 +30,9 @@ bool soonerInProgram(const Topic &a, const Topic &b) {
     if (urgent != b.isUrgent()) {
         return urgent;
     }
-    return a.score != b.score ? a.score > b.score : rank(a.triagedAt) < rank(b.triagedAt);
+    const int left = shownScore(a).value_or(0);
+    const int right = shownScore(b).value_or(0);
+    return left != right ? left > right : rank(a.triagedAt) < rank(b.triagedAt);
 }
 
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &)) {

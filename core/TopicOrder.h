@@ -18,7 +18,8 @@ bool triagedLater(const Topic &a, const Topic &b);
 bool doneLater(const Topic &a, const Topic &b);
 /// Urgent topics first; within each group the earliest decision first, a missing one before all.
 bool moreUrgent(const Topic &a, const Topic &b);
-/// The program's order: urgent topics first, then by score, then the earliest decision first.
+/// The program's order: urgent topics first, then by the score shown, then the earliest decision
+/// first.
 bool soonerInProgram(const Topic &a, const Topic &b);
 
 /// The topics in the given order.

@@ -108,6 +108,10 @@ TEST(ScoreScale, bands_by_score_and_leaves_the_unread_to_dig) {
     topic.readLevel = ReadLevel::None;
     EXPECT_EQ(tierOf(topic), Tier::ToDig);
     EXPECT_EQ(shownScore(topic), std::nullopt);
+    // The user's own score is what is shown, whatever could be read.
+    topic.correction = Correction{.score = 7.5, .tags = {}, .text = {}, .at = {}};
+    EXPECT_EQ(shownScore(topic), 8);
+    EXPECT_EQ(tierOf(topic), Tier::VeryRelevant);
     EXPECT_EQ(tierFromNumber(4), Tier::ToDig);
     EXPECT_FALSE(tierFromNumber(5) || tierFromNumber(-1));
     EXPECT_LT(Tier::Urgent, Tier::VeryRelevant);
