@@ -72,6 +72,8 @@ Task<ExitStatus> sujets(Context &context);
 Task<ExitStatus> lire(Context &context);
 Task<ExitStatus> flux(Context &context);
 Task<ExitStatus> decouverte(Context &context);
+Task<ExitStatus> banc(Context &context);
+Task<ExitStatus> reflexes(Context &context);
 Task<ExitStatus> projet(Context &context);
 Task<ExitStatus> reglages(Context &context);
 Task<ExitStatus> agents(Context &context);

@@ -1,0 +1,251 @@
+// The judge measured on the samples an expert graded. The user's topics are never opened.
+
+#include "app/cli/Command.h"
+#include "judging/JudgeBench.h"
+
+#include <QLocale>
+
+#include <cmath>
+
+namespace vorle::cli {
+
+namespace {
+
+constexpr int margin = 24;
+
+struct ItemShown {
+    QString id;
+    QString title;
+    std::optional<BenchLabel> label;
+    std::optional<Judgment> judgment;
+    std::optional<double> gap;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("id", &ItemShown::id), json::field("title", &ItemShown::title),
+            json::field("label", &ItemShown::label), json::field("judgment", &ItemShown::judgment),
+            json::field("gap", &ItemShown::gap));
+    }
+};
+
+struct BenchShown {
+    QString profile;
+    QList<ItemShown> items;
+    BenchFigures figures;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("profile", &BenchShown::profile),
+                          json::field("items", &BenchShown::items),
+                          json::field("figures", &BenchShown::figures));
+    }
+};
+
+struct BancAnswer {
+    QList<BenchShown> benches;
+    BenchFigures figures;
+    std::optional<double> costUSD;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("benches", &BancAnswer::benches),
+                          json::field("figures", &BancAnswer::figures),
+                          json::field("costUSD", &BancAnswer::costUSD));
+    }
+};
+
+/// What came of all benches.
+struct Judged {
+    QList<Bench> benches; ///< those that were gone through
+    QList<JudgeBench::Outcome> outcomes;
+
+    QList<BenchVerdict> verdicts() const {
+        QList<BenchVerdict> all;
+        for (const auto &outcome : outcomes) {
+            all += outcome.verdicts;
+        }
+        return all;
+    }
+    std::optional<double> costUSD() const {
+        std::optional<double> total;
+        for (const auto &outcome : outcomes) {
+            total = outcome.costUSD ? total.value_or(0) + *outcome.costUSD : total;
+        }
+        return total;
+    }
+    std::exception_ptr failure() const {
+        return outcomes.isEmpty() ? nullptr : outcomes.last().failure;
+    }
+};
+
+QLocale french() { return {QLocale::French, QLocale::France}; }
+
+QString counted(qsizetype count, const QString &one, const QString &more) {
+    return QString::number(count) + u' ' + (count > 1 ? more : one);
+}
+
+/// "9,5", "7".
+QString scoreText(double score) {
+    QString text = french().toString(score, 'f', 1);
+    return text.endsWith(u",0") ? text.chopped(2) : text;
+}
+
+/// "+2,5", "−1", "0".
+QString gapText(double gap) {
+    const QString size = scoreText(std::abs(gap));
+    return size == u"0" ? size : (gap < 0 ? QStringLiteral("−") : QStringLiteral("+")) + size;
+}
+
+QString cell(const std::optional<QString> &text) {
+    return text.value_or(QStringLiteral("–")).rightJustified(7);
+}
+
+QString row(const Console &console, const BenchVerdict &verdict) {
+    std::optional<QString> expected;
+    std::optional<QString> judged;
+    std::optional<QString> gap;
+    if (verdict.label) {
+        expected = scoreText(verdict.label->score);
+    }
+    if (verdict.judgment) {
+        judged = scoreText(verdict.judgment->relevance);
+    }
+    if (verdict.gap()) {
+        gap = gapText(*verdict.gap());
+    }
+    return cell(expected) + cell(judged) + console.accent(cell(gap)) + QStringLiteral("   ") +
+           console.wrapped(verdict.item.title, margin).trimmed();
+}
+
+QString figuresText(const BenchFigures &figures) {
+    QStringList facts;
+    if (figures.meanAbsoluteError) {
+        facts += QStringLiteral("Écart moyen : ") +
+                 french().toString(*figures.meanAbsoluteError, 'f', 2);
+        facts +=
+            QStringLiteral("à un point près : %1 %").arg(std::lround(*figures.withinOne * 100));
+        facts +=
+            QStringLiteral("corrélation des rangs : ") +
+            (figures.rankCorrelation ? french().toString(*figures.rankCorrelation, 'f', 2)
+                                     : QStringLiteral("non définie, les notes sont toutes égales"));
+    }
+    if (figures.unanswered > 0) {
+        facts += QStringLiteral("sans réponse : %1").arg(figures.unanswered);
+    }
+    return facts.join(QStringLiteral(" · "));
+}
+
+QString tableText(const Console &console, const Bench &bench, const JudgeBench::Outcome &outcome) {
+    QStringList lines{console.bold(bench.profile.name) +
+                          console.faint(QStringLiteral("  ") + counted(bench.items.size(),
+                                                                       QStringLiteral("sujet"),
+                                                                       QStringLiteral("sujets"))),
+                      console.faint(cell(QStringLiteral("attendu")) + cell(QStringLiteral("jugé")) +
+                                    cell(QStringLiteral("écart")))};
+    for (const BenchVerdict &verdict : outcome.verdicts) {
+        lines += row(console, verdict);
+    }
+    lines += figuresText(benchFigures(outcome.verdicts));
+    return lines.join(u'\n') + u'\n';
+}
+
+QString worstText(const Console &console, const QList<BenchVerdict> &verdicts,
+                  const BenchFigures &figures) {
+    QStringList lines{console.bold(QStringLiteral("Les plus grands écarts"))};
+    for (const qsizetype place : figures.worst) {
+        const BenchVerdict &verdict = verdicts[place];
+        lines += console.accent(cell(gapText(*verdict.gap()))) + QStringLiteral("  ") +
+                 console.wrapped(verdict.item.title, 9).trimmed();
+        lines += console.wrapped(QStringLiteral("Attendu %1 : %2")
+                                     .arg(scoreText(verdict.label->score), verdict.label->text),
+                                 9);
+        lines +=
+            console.wrapped(QStringLiteral("Jugé %1 : %2")
+                                .arg(scoreText(verdict.judgment->relevance), verdict.judgment->why),
+                            9);
+    }
+    return lines.join(u'\n') + u'\n';
+}
+
+void tell(const Console &console, const Judged &judged, const BenchFigures &figures) {
+    for (qsizetype i = 0; i < judged.outcomes.size(); ++i) {
+        console.print(tableText(console, judged.benches[i], judged.outcomes[i]));
+    }
+    if (!figures.worst.isEmpty()) {
+        console.print(worstText(console, judged.verdicts(), figures));
+    }
+    if (judged.outcomes.size() > 1) {
+        console.print(console.bold(QStringLiteral("En tout")) + u'\n' + figuresText(figures));
+    }
+}
+
+BancAnswer answerOf(const Judged &judged, const BenchFigures &figures) {
+    BancAnswer answer{{}, figures, judged.costUSD()};
+    for (qsizetype i = 0; i < judged.outcomes.size(); ++i) {
+        const QList<BenchVerdict> &verdicts = judged.outcomes[i].verdicts;
+        BenchShown shown{judged.benches[i].profile.name, {}, benchFigures(verdicts)};
+        for (const BenchVerdict &verdict : verdicts) {
+            shown.items += {verdict.item.id, verdict.item.title, verdict.label, verdict.judgment,
+                            verdict.gap()};
+        }
+        answer.benches += shown;
+    }
+    return answer;
+}
+
+/// Up to the first failure.
+Task<Judged> judgeAll(Context &context, QList<Bench> benches) {
+    qsizetype total = 0;
+    for (const Bench &bench : benches) {
+        total += bench.items.size();
+    }
+    JudgeBench judging(context.app.asker());
+    Judged judged;
+    qsizetype before = 0;
+    for (const Bench &bench : benches) {
+        const auto progress = [&](qsizetype done) {
+            context.console.progress(
+                QStringLiteral("Jugement du banc d’essai"), int(before + done), int(total),
+                QStringLiteral("jugés : %1 sur %2").arg(before + done).arg(total));
+        };
+        progress(0);
+        judged.outcomes += co_await judging.judge(bench, progress, context.cancel);
+        judged.benches += bench;
+        if (judged.failure()) {
+            break;
+        }
+        before += bench.items.size();
+    }
+    co_return judged;
+}
+
+} // namespace
+
+Task<ExitStatus> banc(Context &context) {
+    QList<Bench> benches = loadBenches(context.app.resources());
+    if (context.arguments.flags.contains(QStringLiteral("apercu"))) {
+        benches = {previewOf(benches.first())};
+        context.console.say(previewTitle());
+        context.console.say(previewSubtitle());
+    }
+    EngineAgent &agent = context.app.agent();
+    agent.check(agent.locator().choose());
+    const Judged judged = co_await judgeAll(context, benches);
+    context.console.endProgress();
+    const BenchFigures figures = benchFigures(judged.verdicts());
+    if (figures.compared > 0 && context.arguments.json()) {
+        context.console.print(json::encode(answerOf(judged, figures), json::Style::Pretty));
+    } else if (figures.compared > 0) {
+        tell(context.console, judged, figures);
+    }
+    if (judged.failure()) {
+        std::rethrow_exception(judged.failure());
+    }
+    QString line = counted(judged.verdicts().size() - figures.unanswered,
+                           QStringLiteral("sujet jugé"), QStringLiteral("sujets jugés"));
+    if (const auto cost = judged.costUSD()) {
+        line += QStringLiteral(" · ") + french().toString(*cost, 'f', 2) + QStringLiteral(" $");
+    }
+    context.console.say(line);
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli
