@@ -97,7 +97,11 @@ TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix) {
     const Descriptor created(m_path, O_WRONLY | O_CREAT | O_EXCL);
 }
 
-TemporaryFile::~TemporaryFile() { QFile::remove(m_path); }
+TemporaryFile::~TemporaryFile() {
+    if (!m_kept) {
+        QFile::remove(m_path);
+    }
+}
 
 void TemporaryFile::write(QByteArrayView bytes) const {
     const Descriptor file(m_path, O_WRONLY | O_TRUNC | O_NOFOLLOW);
@@ -132,9 +136,9 @@ void preparePrivateTemporaryDirectory() {
 
 void sweepStrays() {
     // Only names this program gives: a folder of the user's may begin with its name too.
-    static const QRegularExpression ours(
-        QStringLiteral("^vorle-((schema|answer|run|install)-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"
-                       "[0-9A-F]{12}(\\.json|\\.out|\\.err)?|demo-[A-Za-z]{6})$"));
+    static const QRegularExpression ours(QStringLiteral(
+        "^vorle-((schema|answer|run|install|launch)-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"
+        "[0-9A-F]{12}(\\.json|\\.out|\\.err|\\.txt|\\.command)?|demo-[A-Za-z]{6})$"));
     const QDateTime oldest = QDateTime::currentDateTimeUtc().addDays(-1);
     const QFileInfoList strays = QDir(QDir::tempPath())
                                      .entryInfoList({QStringLiteral("vorle-*")},

@@ -20,9 +20,13 @@ public:
     const QString &path() const { return m_path; }
     /// Makes `bytes` its whole content. @throws std::system_error
     void write(QByteArrayView bytes) const;
+    /// Leaves the file to the process it was made for, which removes it; `sweepStrays` does where
+    /// that one died.
+    void keep() { m_kept = true; }
 
 private:
     QString m_path;
+    bool m_kept = false;
 };
 
 /// Where others can write to the temporary directory or to a folder above it (as on Linux), points

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Terminals.h"
+
+#include <functional>
+
+namespace vorle::test {
+
+/// Terminals that a test scripts.
+class FakeTerminals final : public Terminals {
+public:
+    /// What `command` answers.
+    std::function<std::optional<TerminalCommand>(const QString &, const TerminalSession &)> answer;
+    LoginShells loginShells{QStringLiteral("/bin/sh"), QStringLiteral("/bin/sh")};
+
+    LoginShells shells() const override { return loginShells; }
+    std::optional<TerminalCommand> command(const QString &terminal,
+                                           const TerminalSession &session) const override {
+        return answer(terminal, session);
+    }
+};
+
+} // namespace vorle::test
