@@ -1,0 +1,114 @@
+#include "core/ScoreNotes.h"
+
+#include "base/Log.h"
+#include "core/DurableFile.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace vorle {
+
+namespace {
+
+QString notesBeside(const QString &topicsFile) {
+    if (topicsFile.isEmpty()) {
+        return {};
+    }
+    // The demonstration's notes are not the user's.
+    const QFileInfo topics(topicsFile);
+    const QString prefix =
+        topics.fileName() == u"topics.json" ? QString() : topics.completeBaseName() + u'-';
+    return topics.absolutePath() + u'/' + prefix + QStringLiteral("score-notes.json");
+}
+
+/// Gives what went wrong; empty when nothing did. Any thread. `unreadableAt`, when given, asks for
+/// the present file to be kept aside first, under that date.
+QString written(const QString &file, const std::optional<QDateTime> &unreadableAt,
+                QList<ScoreNote> notes) {
+    // The same notes always make the same file.
+    std::ranges::sort(notes, [](const ScoreNote &a, const ScoreNote &b) {
+        return a.at != b.at ? a.at < b.at : a.topic < b.topic;
+    });
+    try {
+        if (unreadableAt) {
+            keepAside(file, asideName(file, *unreadableAt));
+        }
+        const QByteArray text = json::encode(notes, json::Style::Pretty) + '\n';
+        const QByteArrayView piece(text);
+        replaceWhole(file, {&piece, 1});
+    } catch (const std::exception &error) {
+        return QString::fromLocal8Bit(error.what());
+    }
+    return {};
+}
+
+} // namespace
+
+ScoreNotes::ScoreNotes(const TopicStore &store, const Clock &clock)
+    : m_store(store), m_clock(clock), m_file(notesBeside(store.file())) {}
+
+void ScoreNotes::load() {
+    if (m_loaded) {
+        return;
+    }
+    m_loaded = true;
+    if (m_file.isEmpty()) {
+        return;
+    }
+    try {
+        const auto bytes = readWhole(m_file);
+        const auto notes = bytes ? json::decode<QList<ScoreNote>>(*bytes) : QList<ScoreNote>();
+        for (const ScoreNote &note : notes) {
+            m_notes.insert(note.topic, note);
+        }
+    } catch (const std::exception &error) {
+        logLine(QStringLiteral("the notes on scores could not be read: ") +
+                QString::fromLocal8Bit(error.what()));
+        m_unreadable = true;
+    }
+}
+
+std::optional<ScoreNote> ScoreNotes::note(const QUuid &topic) {
+    load();
+    const auto found = m_notes.constFind(topic);
+    return found == m_notes.cend() ? std::nullopt : std::optional(*found);
+}
+
+Task<> ScoreNotes::add(QList<ScoreNote> notes) {
+    load();
+    for (const ScoreNote &note : notes) {
+        m_notes.insert(note.topic, note);
+    }
+    m_dirty = true;
+    if (m_saving || m_file.isEmpty()) {
+        co_return;
+    }
+    m_saving = true;
+    while (m_dirty) {
+        m_dirty = false;
+        dropOrphans();
+        const auto unreadableAt = m_unreadable ? std::optional(m_clock.now()) : std::nullopt;
+        const QString failure =
+            co_await onPool([file = m_file, unreadableAt, all = m_notes.values()] {
+                return written(file, unreadableAt, all);
+            });
+        if (failure.isEmpty()) {
+            m_unreadable = false;
+        } else {
+            logLine(QStringLiteral("the notes on scores could not be kept: ") + failure);
+        }
+    }
+    m_saving = false;
+}
+
+void ScoreNotes::dropOrphans() {
+    if (m_store.setAside()) {
+        return; // its topics may come back
+    }
+    m_notes.removeIf([this](QHash<QUuid, ScoreNote>::iterator entry) {
+        return m_store.topic(entry.key()) == nullptr;
+    });
+}
+
+} // namespace vorle
