@@ -17,13 +17,6 @@ bool isOneOf(QStringView word, Words words) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-/// An invalid address when `link` is no http(s) one.
-QUrl parsed(const QString &link) {
-    const QUrl url(trimmed(link).toString());
-    const bool http = isOneOf(url.scheme(), {u"http", u"https"});
-    return url.isValid() && http && !url.host().isEmpty() ? url : QUrl();
-}
-
 /// Without the query items whose name, in lower case, is `unwanted`.
 template <class Predicate>
 void dropQueryItems(QUrl &url, Predicate unwanted) {
@@ -113,10 +106,8 @@ bool isDiscussion(const QString &site, const QStringList &segments) {
 
 } // namespace
 
-bool isHttpLink(const QString &link) { return !parsed(link).isEmpty(); }
-
 QUrl readableLink(const QString &link) {
-    QUrl url = parsed(link);
+    QUrl url = httpLink(link);
     if (url.isEmpty()) {
         return url;
     }
@@ -131,7 +122,7 @@ QUrl readableLink(const QString &link) {
 }
 
 QString canonicalLink(const QString &link) {
-    QUrl url = parsed(link);
+    QUrl url = httpLink(link);
     if (url.isEmpty()) {
         return trimmed(link).toString();
     }
@@ -150,7 +141,7 @@ QString canonicalLink(const QString &link) {
 }
 
 std::optional<Repository> gitHubRepository(const QString &link) {
-    const QUrl url = parsed(link);
+    const QUrl url = httpLink(link);
     const QStringList segments = segmentsOf(url);
     if (segments.size() < 2 || isOwnPage(segments[0]) ||
         !isOneOf(siteOf(url), {u"github.com", u"raw.githubusercontent.com"})) {
@@ -164,7 +155,7 @@ std::optional<Repository> gitHubRepository(const QString &link) {
 }
 
 ItemKind guessKind(const QString &link) {
-    const QUrl url = parsed(link);
+    const QUrl url = httpLink(link);
     const QString site = siteOf(url);
     const QString path = url.path().toLower() + u'/';
     const QStringList segments = segmentsOf(url);

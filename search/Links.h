@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/AddressRules.h"
 #include "core/Judgment.h"
 
 #include <QString>
@@ -9,9 +10,6 @@
 #include <optional>
 
 namespace vorle {
-
-/// Whether `link` is an absolute http or https address with a host.
-bool isHttpLink(const QString &link);
 
 /// The address to fetch for `link`: without the query items whose name begins with "utm_"; a file
 /// seen on GitHub becomes the file itself on its raw-content host. An invalid QUrl when `link` is
