@@ -1,0 +1,251 @@
+#include "briefs/BriefWriter.h"
+
+#include "agents/PromptText.h"
+#include "base/AddressRules.h"
+#include "base/MainThread.h"
+#include "base/Text.h"
+#include "briefs/BriefPrompt.h"
+#include "core/Preferences.h"
+#include "core/TopicStore.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vorle {
+
+namespace {
+
+constexpr std::string_view subject = "vorle/BriefWriter";
+
+// Twice what the instruction asks for and more: the agent is held, not corrected.
+constexpr qsizetype mostEssentials = 6;
+constexpr qsizetype mostDetails = 8;
+constexpr qsizetype mostUnclear = 6;
+constexpr qsizetype mostSources = 8;
+constexpr qsizetype titleCharacters = 150;
+constexpr qsizetype bodyCharacters = 1'500;
+constexpr qsizetype pointCharacters = 400;
+constexpr qsizetype codeCharacters = 4'000;
+constexpr qsizetype linkBytes = 2'000;
+/// Characters may be of any size: stacked marks must not make a note of megabytes.
+constexpr qsizetype bytesPerCharacter = 8;
+constexpr double mostMinutes = 60;
+
+/// Lines as they are, without other control characters and without blank lines at either end.
+QString heldLines(QString text, qsizetype characters) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.removeIf([](QChar c) { return c.unicode() < 0x20 && c != u'\n' && c != u'\t'; });
+    QStringView lines = utf8Prefix(text, characters * bytesPerCharacter);
+    for (qsizetype end = lines.indexOf(u'\n'); end >= 0 && trimmed(lines.first(end)).isEmpty();
+         end = lines.indexOf(u'\n')) {
+        lines = lines.sliced(end + 1);
+    }
+    lines = firstCharacters(lines, characters);
+    while (!lines.isEmpty() && isBlank(lines.back().unicode())) {
+        lines.chop(1);
+    }
+    return lines.toString();
+}
+
+QString heldText(const QString &text, qsizetype characters) {
+    return heldLines(trimmed(text).toString(), characters);
+}
+
+/// Agents like to fence code whatever they are told.
+QString withoutFence(const QString &code) {
+    const QString bare = trimmed(code).toString();
+    const QString fence = QStringLiteral("```");
+    const qsizetype end = bare.lastIndexOf(u'\n');
+    const bool fenced =
+        bare.startsWith(fence) && end > 0 && trimmed(QStringView(bare).sliced(end)) == fence;
+    return fenced ? bare.sliced(bare.indexOf(u'\n'), end - bare.indexOf(u'\n')) : code;
+}
+
+QList<Brief::Part> heldParts(const QList<Brief::Part> &parts, qsizetype most) {
+    QList<Brief::Part> held;
+    for (const Brief::Part &part : parts) {
+        const Brief::Part one{oneLine(part.title, titleCharacters),
+                              heldText(part.body, bodyCharacters)};
+        if (held.size() < most && !(one.title.isEmpty() && one.body.isEmpty())) {
+            held += one;
+        }
+    }
+    return held;
+}
+
+QList<Brief::Source> heldSources(const QList<Brief::Source> &sources) {
+    QList<Brief::Source> held;
+    for (const Brief::Source &source : sources) {
+        const QString url = trimmed(source.url).toString();
+        const bool known = std::any_of(
+            held.begin(), held.end(), [&](const Brief::Source &other) { return other.url == url; });
+        if (held.size() < mostSources && !known && utf8Size(url) <= linkBytes && isHttpLink(url)) {
+            held += {oneLine(source.title, titleCharacters), url,
+                     oneLine(source.adds, pointCharacters)};
+        }
+    }
+    return held;
+}
+
+} // namespace
+
+std::optional<Brief> briefFrom(const BriefWriter::Output &output) {
+    Brief brief;
+    brief.essentials = heldParts(output.essentials, mostEssentials);
+    if (brief.essentials.isEmpty()) {
+        return std::nullopt;
+    }
+    brief.details = heldParts(output.details, mostDetails);
+    const QString code = heldLines(withoutFence(output.code.value_or(QString())), codeCharacters);
+    if (!code.isEmpty()) {
+        brief.details += {QCoreApplication::translate("BriefWriter", "Exemple de code"), code};
+    }
+    const QString project = heldText(output.forProject.value_or(QString()), bodyCharacters);
+    if (!project.isEmpty()) {
+        brief.project = project;
+    }
+    for (const QString &point : output.unclear) {
+        const QString held = oneLine(point, pointCharacters);
+        if (brief.unclear.size() < mostUnclear && !held.isEmpty()) {
+            brief.unclear += held;
+        }
+    }
+    brief.sources = heldSources(output.sources);
+    return brief;
+}
+
+BriefWriter::BriefWriter(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {}
+
+BriefWriter::~BriefWriter() { m_call.cancel(); }
+
+std::optional<BriefWriter::Receipt> BriefWriter::receipt(const QUuid &id) const {
+    const auto found = m_receipts.constFind(id);
+    return found == m_receipts.cend() ? std::nullopt : std::optional(*found);
+}
+
+void BriefWriter::ask(const QUuid &id) {
+    requireMainThread(subject);
+    if (m_writing == id || m_queue.contains(id)) {
+        return;
+    }
+    const bool hadFailed = m_failures.remove(id);
+    m_queue += id;
+    if (hadFailed) {
+        Q_EMIT failedChanged();
+    }
+    Q_EMIT queueChanged();
+    if (!m_running) {
+        setRunning(true);
+        detach(work(), QStringLiteral("briefs"));
+    }
+}
+
+void BriefWriter::withdraw(const QUuid &id) {
+    requireMainThread(subject);
+    if (m_queue.removeOne(id)) {
+        Q_EMIT queueChanged();
+    } else if (m_writing == id) {
+        m_call.cancel();
+        setWriting(std::nullopt);
+    }
+}
+
+void BriefWriter::stop() {
+    requireMainThread(subject);
+    if (!m_queue.isEmpty()) {
+        m_queue.clear();
+        Q_EMIT queueChanged();
+    }
+    if (m_writing) {
+        withdraw(*m_writing);
+    }
+}
+
+Task<> BriefWriter::work() {
+    const QPointer<BriefWriter> self(this);
+    while (!m_queue.isEmpty()) {
+        const QUuid id = m_queue.takeFirst();
+        m_call = CancelSource();
+        const CancelToken cancel = m_call.token();
+        setWriting(id);
+        Q_EMIT queueChanged();
+        std::optional<Asked<Output>> asked;
+        QString failure;
+        try {
+            if (m_parts.store.topic(id)) {
+                asked = co_await m_parts.asker.ask<Output>(questionFor(id), cancel);
+            }
+        } catch (const Cancelled &) {
+            // Told by whoever withdrew the topic.
+        } catch (const AgentError &error) {
+            failure = error.text();
+        } catch (const std::exception &error) {
+            failure = QCoreApplication::translate("BriefWriter", "Le système a refusé : %1")
+                          .arg(QString::fromLocal8Bit(error.what()));
+        }
+        if (!self) {
+            co_return;
+        }
+        if (!cancel.isCancelled()) {
+            setWriting(std::nullopt);
+            if (asked) {
+                keep(id, *asked);
+            } else if (!failure.isEmpty()) {
+                fail(id, failure);
+            }
+        }
+    }
+    setRunning(false);
+}
+
+Question BriefWriter::questionFor(const QUuid &id) const {
+    const AgentKind agent = m_parts.asker.agent().locator().choose();
+    m_parts.asker.agent().check(agent);
+    Question question;
+    question.prompt =
+        briefPrompt(loadPrompt(m_parts.asker.resources(), QStringLiteral("brief-prompt")),
+                    m_parts.clock.now().toLocalTime().date(), m_parts.preferences.settings(),
+                    *m_parts.store.topic(id));
+    question.schemaName = QStringLiteral("brief-schema");
+    question.step = QStringLiteral("brief");
+    question.web = WebAccess::On;
+    question.agent = agent;
+    return question;
+}
+
+void BriefWriter::keep(const QUuid &id, const Asked<Output> &asked) {
+    const auto brief = briefFrom(asked.answer);
+    if (!brief) {
+        fail(id, AgentError::unreadable().text());
+        return;
+    }
+    Receipt receipt{std::nullopt, asked.costUSD};
+    if (asked.answer.minutes && std::isfinite(*asked.answer.minutes)) {
+        receipt.minutes =
+            static_cast<int>(std::lround(std::clamp(*asked.answer.minutes, 1.0, mostMinutes)));
+    }
+    m_receipts.insert(id, receipt);
+    if (m_parts.store.setBrief(id, brief)) {
+        Q_EMIT written(id);
+    }
+}
+
+void BriefWriter::fail(const QUuid &id, const QString &text) {
+    m_failures.insert(id, text);
+    Q_EMIT failedChanged();
+}
+
+void BriefWriter::setWriting(std::optional<QUuid> id) {
+    m_writing = id;
+    Q_EMIT writingChanged();
+}
+
+void BriefWriter::setRunning(bool running) {
+    m_running = running;
+    Q_EMIT runningChanged();
+}
+
+} // namespace vorle
