@@ -2,7 +2,6 @@
 
 #include "base/Text.h"
 #include "core/KindLabel.h"
-#include "core/ScoreScale.h"
 #include "judging/ToolNames.h"
 
 #include <QCoreApplication>
@@ -229,9 +228,9 @@ private:
     }
 
     static void takeCorrection(const Topic &topic, Corrections &corrections) {
-        if (const auto score = shownScore(topic)) {
+        if (topic.readLevel != ReadLevel::None) {
             ++corrections.count;
-            corrections.gaps += std::clamp(topic.correction->score, 0.0, 10.0) - *score;
+            corrections.gaps += std::clamp(topic.correction->score, 0.0, 10.0) - topic.score;
         }
     }
 

@@ -146,10 +146,9 @@ void switchOn(Context &context, const QString &id) {
 /// Nothing here can be undone, so it takes one more word.
 void startAgain(Context &context) {
     if (!context.arguments.flags.contains(QStringLiteral("oui"))) {
-        throw Failure(context.console.wrapped(
-            startAgainText(learnedNow(context).reflexes.size()) +
-                QStringLiteral(" Pour confirmer : vorle reflexes repartir --oui"),
-            0));
+        const QString warning = startAgainText(learnedNow(context).reflexes.size());
+        throw Failure(context.console.wrapped(warning, 0) +
+                      QStringLiteral("\nPour confirmer : vorle reflexes repartir --oui"));
     }
     context.app.preferences().change(&Settings::reflexesSince, context.app.clock().now());
 }
