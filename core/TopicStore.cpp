@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "base/MainThread.h"
+#include "base/SystemErrorText.h"
 #include "core/DurableFile.h"
 #include "core/EngineImport.h"
 #include "core/TopicWriter.h"
@@ -33,8 +34,7 @@ void makeFolder(const QString &path) {
     }
     const bool made = QDir().mkdir(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     if (!made && !QFileInfo(path).isDir()) {
-        throw std::system_error(std::make_error_code(std::errc::io_error),
-                                "folder cannot be made: " + path.toStdString());
+        throw std::system_error(std::make_error_code(std::errc::io_error), path.toStdString());
     }
 }
 
@@ -50,17 +50,8 @@ void repairSummary(Topic &topic) {
 }
 
 QString failureText(const std::error_code &error) {
-    QString reason;
-    if (error == std::errc::no_space_on_device) {
-        reason = QStringLiteral("il n’y a plus de place sur le disque");
-    } else if (error == std::errc::permission_denied ||
-               error == std::errc::operation_not_permitted ||
-               error == std::errc::read_only_file_system) {
-        reason = QStringLiteral("l’écriture est refusée");
-    } else {
-        reason = QString::fromStdString(error.message());
-    }
-    return QStringLiteral("Le dernier enregistrement de tes sujets a échoué : %1.").arg(reason);
+    return QStringLiteral("Le dernier enregistrement de tes sujets a échoué : %1.")
+        .arg(systemErrorText(error));
 }
 
 } // namespace

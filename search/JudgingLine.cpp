@@ -5,6 +5,14 @@ namespace vorle {
 namespace {
 
 constexpr int callsAtOnce = 2;
+constexpr int mostInVain = 2;
+
+/// Whether another call may do better. A missing or signed-out agent stays so for the whole run.
+bool mayDoBetter(const std::exception &error) {
+    const auto *agentError = dynamic_cast<const AgentError *>(&error);
+    return agentError == nullptr || (agentError->kind() != AgentError::Case::NotFound &&
+                                     agentError->kind() != AgentError::Case::SignedOut);
+}
 
 } // namespace
 
@@ -21,47 +29,100 @@ void JudgingLine::add(JudgeCandidate candidate) {
 }
 
 void JudgingLine::send() {
-    while (!m_cancel.isCancelled() && m_underWay < callsAtOnce && !m_waiting.isEmpty()) {
+    while (!m_cancel.isCancelled() && m_underWay < callsAtOnce) {
         const qsizetype size = nextBatchSize(m_waiting);
         const bool mayGrow = size == m_waiting.size() && size < Judge::batchCandidates;
-        if (mayGrow && !m_finishing) {
+        if (size > 0 && (m_finishing || !mayGrow)) {
+            const QList<JudgeCandidate> batch = m_waiting.first(size);
+            m_waiting.remove(0, size);
+            start(batch, Turn::First);
+        } else if (!m_alone.isEmpty()) {
+            start({m_alone.takeFirst()}, Turn::Alone);
+        } else {
             return;
         }
-        const QList<JudgeCandidate> batch = m_waiting.first(size);
-        m_waiting.remove(0, size);
-        ++m_underWay;
-        m_calls.push_back(judge(batch));
     }
 }
 
-Task<> JudgingLine::judge(QList<JudgeCandidate> batch) {
+void JudgingLine::start(QList<JudgeCandidate> batch, Turn turn) {
+    ++m_underWay;
+    m_calls.push_back(judge(std::move(batch), turn));
+}
+
+Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
+    std::exception_ptr fault;
     try {
-        const Judge::Verdicts verdicts = co_await m_judge.judge(m_brief, batch, m_cancel);
-        m_handlers.judged(batch, verdicts);
-    } catch (const Cancelled &) {
-        --m_underWay;
-        throw;
-    } catch (const std::exception &error) {
-        m_handlers.failed(batch, error);
+        std::optional<Judge::Verdicts> verdicts;
+        try {
+            verdicts = co_await m_judge.judge(m_brief, batch, m_cancel);
+        } catch (const Cancelled &) {
+            throw;
+        } catch (const std::exception &error) {
+            takeFailure(batch, turn, error);
+        }
+        if (verdicts) {
+            takeVerdicts(batch, turn, *verdicts);
+        }
+    } catch (...) {
+        fault = std::current_exception();
     }
     --m_underWay;
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
     send();
+}
+
+void JudgingLine::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
+                               const Judge::Verdicts &verdicts) {
+    QList<JudgeCandidate> told;
+    for (const JudgeCandidate &candidate : batch) {
+        const bool answered = verdicts.byId.contains(candidate.id);
+        if (answered) {
+            m_inVain = 0;
+        } else if (turn == Turn::Alone) {
+            ++m_inVain;
+        }
+        if (answered || turn == Turn::Alone) {
+            told += candidate;
+        } else {
+            m_alone += candidate;
+        }
+    }
+    m_handlers.judged(told + givenUp(), verdicts);
+}
+
+void JudgingLine::takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error) {
+    if (turn == Turn::Alone) {
+        ++m_inVain;
+    } else if (batch.size() > 1 && mayDoBetter(error)) {
+        m_alone += std::exchange(batch, {});
+    }
+    m_handlers.failed(batch + givenUp(), error);
+}
+
+/// Those who are not judged once more after all.
+QList<JudgeCandidate> JudgingLine::givenUp() {
+    return m_inVain < mostInVain ? QList<JudgeCandidate>() : std::exchange(m_alone, {});
 }
 
 Task<> JudgingLine::finish() {
     m_finishing = true;
     send();
-    bool cancelled = false;
+    std::exception_ptr fault;
     for (std::size_t i = 0; i < m_calls.size(); ++i) {
         try {
             co_await m_calls[i];
-        } catch (const Cancelled &) {
-            cancelled = true;
+        } catch (...) {
+            fault = fault ? fault : std::current_exception();
         }
     }
     m_calls.clear();
     m_finishing = false;
-    if (cancelled || !m_waiting.isEmpty()) {
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
+    if (!m_waiting.isEmpty() || !m_alone.isEmpty()) {
         throw Cancelled();
     }
 }

@@ -7,11 +7,19 @@ namespace vorle {
 LinkLedger::LinkLedger(const QList<TopicPtr> &topics) {
     for (const TopicPtr &topic : topics) {
         for (const TopicSource &source : topic->sources) {
-            m_held.insert(canonicalLink(source.url), topic->id);
+            hold(source.url, topic->id);
         }
         if (topic->capturedURL) {
-            m_held.insert(canonicalLink(*topic->capturedURL), topic->id);
+            hold(*topic->capturedURL, topic->id);
         }
+    }
+}
+
+void LinkLedger::hold(const QString &link, const QUuid &topic) {
+    m_held.insert(canonicalLink(link), topic);
+    // The file behind a page that shows it is the same thing.
+    if (const QUrl fetched = readableLink(link); !fetched.isEmpty()) {
+        m_held.insert(canonicalLink(fetched.toString(QUrl::FullyEncoded)), topic);
     }
 }
 
@@ -26,6 +34,19 @@ LinkLedger::Claim LinkLedger::claim(const QString &link, qsizetype item) {
     }
     m_items.insert(canonical, item);
     return {};
+}
+
+void LinkLedger::give(qsizetype item, const Claim &heir) {
+    for (auto link = m_items.begin(); link != m_items.end();) {
+        if (*link != item) {
+            ++link;
+        } else if (heir.standing == Standing::Held) {
+            m_held.insert(link.key(), heir.topic);
+            link = m_items.erase(link);
+        } else {
+            *link++ = heir.item;
+        }
+    }
 }
 
 } // namespace vorle

@@ -22,13 +22,18 @@ public:
         qsizetype item = 0; ///< the other item, when the same
     };
 
+    /// Holds the links of these topics, and the addresses they are fetched from.
     explicit LinkLedger(const QList<TopicPtr> &topics);
 
     /// Who has `link`. Nobody: `item` has it from now on. An item may claim again what it has
     /// (Standing::New).
     Claim claim(const QString &link, qsizetype item);
+    /// What `item` had belongs to whom `heir` names from now on (Standing::Held or Standing::Same).
+    void give(qsizetype item, const Claim &heir);
 
 private:
+    void hold(const QString &link, const QUuid &topic);
+
     QHash<QString, QUuid> m_held;
     QHash<QString, qsizetype> m_items;
 };

@@ -140,6 +140,22 @@ QString canonicalLink(const QString &link) {
     return url.toString(QUrl::FullyEncoded);
 }
 
+bool namesOnePage(const QString &link) {
+    const QUrl url = httpLink(link);
+    const QStringList segments = segmentsOf(url);
+    if (segments.isEmpty() && !url.hasQuery()) {
+        return false;
+    }
+    const auto turnsAway = [](const QString &word) {
+        return isOneOf(word.toLower(),
+                       {u"login", u"log-in", u"signin", u"sign-in", u"sign_in", u"signup",
+                        u"sign-up", u"auth", u"sso", u"oauth", u"consent", u"captcha", u"challenge",
+                        u"subscribe", u"404", u"error", u"accounts", u"not-found", u"unavailable"});
+    };
+    return !turnsAway(siteOf(url).section(u'.', 0, 0)) &&
+           std::none_of(segments.begin(), segments.end(), turnsAway);
+}
+
 std::optional<Repository> gitHubRepository(const QString &link) {
     const QUrl url = httpLink(link);
     const QStringList segments = segmentsOf(url);

@@ -22,6 +22,10 @@ QUrl readableLink(const QString &link);
 /// for the blanks around it.
 QString canonicalLink(const QString &link);
 
+/// Whether a link names one page among those of its site. A site's front page and its pages for
+/// signing in or giving consent do not: links to quite different pages end there.
+bool namesOnePage(const QString &link);
+
 /// The kind of thing a link most likely leads to, told from the address alone: "article" when
 /// nothing else is recognised.
 ItemKind guessKind(const QString &link);

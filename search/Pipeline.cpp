@@ -67,24 +67,25 @@ Question Pipeline::screening(const SitesRequest &request, const QStringList &ite
     const QString none = QStringLiteral("none declared");
     const QString comma = QStringLiteral(", ");
     Question question;
-    QString prompt =
-        fillTemplate(loadPrompt(m_asker->resources(), QStringLiteral("sites-prompt")),
-                     {{QStringLiteral("@TODAY"), promptDate(request.today)},
-                      {QStringLiteral("@PROJECTS"), joinedOr(request.projects, QStringLiteral("; "),
-                                                             QStringLiteral("nothing declared"))},
-                      {QStringLiteral("@INTERESTS"), joinedOr(request.interests, comma, none)},
-                      {QStringLiteral("@TOOLS"), joinedOr(request.tools, comma, none)},
-                      {QStringLiteral("@COUNT"), QString::number(request.count)}});
+    const QString instruction = loadPrompt(m_asker->resources(), QStringLiteral("sites-prompt"));
+    // One pass: links and items are strangers' texts, and may hold a placeholder.
+    const auto filled = [&](const QString &known) {
+        return replacedOnce(
+            instruction,
+            {{QStringLiteral("@TODAY"), promptDate(request.today)},
+             {QStringLiteral("@PROJECTS"),
+              joinedOr(request.projects, QStringLiteral("; "), QStringLiteral("nothing declared"))},
+             {QStringLiteral("@INTERESTS"), joinedOr(request.interests, comma, none)},
+             {QStringLiteral("@TOOLS"), joinedOr(request.tools, comma, none)},
+             {QStringLiteral("@COUNT"), QString::number(request.count)},
+             {QStringLiteral("@KNOWN"), known.isEmpty() ? QStringLiteral("none") : known},
+             {QStringLiteral("@ITEMS"), itemLines.join(u'\n')}});
+    };
     // Under a limit the items come first, then as many known links as fit.
-    const auto limit = EngineAgent::promptLimit(agent);
-    const QString items = itemLines.join(u'\n');
-    const QString known =
-        limit ? joinedLinks(request.knownLinks, promptBytes - utf8Size(prompt) - utf8Size(items))
-              : request.knownLinks.join(QStringLiteral(" ; "));
+    const bool limited = EngineAgent::promptLimit(agent).has_value();
     question.prompt =
-        fillTemplate(std::move(prompt),
-                     {{QStringLiteral("@KNOWN"), known.isEmpty() ? QStringLiteral("none") : known},
-                      {QStringLiteral("@ITEMS"), items}});
+        filled(limited ? joinedLinks(request.knownLinks, promptBytes - utf8Size(filled({})))
+                       : request.knownLinks.join(QStringLiteral(" ; ")));
     question.schemaName = QStringLiteral("candidates-schema");
     question.step = QStringLiteral("items of trusted sites");
     question.web = WebAccess::On;

@@ -1,6 +1,7 @@
 #include "search/RunBook.h"
 
 #include "agents/AgentError.h"
+#include "base/SystemErrorText.h"
 
 #include <QCoreApplication>
 
@@ -33,7 +34,11 @@ void RunBook::tell() {
 
 QString failureText(const std::exception &error) {
     const auto *agentError = dynamic_cast<const AgentError *>(&error);
-    return agentError != nullptr ? agentError->text().trimmed() : QString::fromUtf8(error.what());
+    if (agentError != nullptr) {
+        return agentError->text().trimmed();
+    }
+    const auto *refusal = dynamic_cast<const std::system_error *>(&error);
+    return refusal != nullptr ? systemRefusalText(*refusal) : QString::fromUtf8(error.what());
 }
 
 double failureCost(const std::exception &error) {
