@@ -39,7 +39,9 @@ LaunchError LaunchError::terminalNotFound() {
 }
 
 LaunchError LaunchError::terminalFailed(const QString &detail) {
-    return LaunchError(tr("Le Terminal n’a pas pu être ouvert : ") + oneLine(detail, maxDetail));
+    const QString told = oneLine(detail, maxDetail);
+    return LaunchError(tr("Le Terminal n’a pas pu être ouvert : ") +
+                       (told.isEmpty() ? tr("il s’est arrêté aussitôt.") : told));
 }
 
 LaunchError LaunchError::browserFailed() {

@@ -29,7 +29,7 @@ Task<Failure> runToItsEnd(TerminalCommand command, std::chrono::milliseconds tim
     request.executable = command.program;
     request.arguments = command.arguments;
     request.environment = QProcessEnvironment::systemEnvironment();
-    request.workingDirectory = QDir::homePath();
+    request.workingDirectory = QDir::rootPath(); // the session goes where it belongs
     request.timeout = timeout;
     const ProcessEnd end = co_await runProcess(request);
     co_return end.succeeded() ? Failure() : Failure(end.errorTail);
@@ -48,7 +48,7 @@ std::shared_ptr<const Fate> release(const TerminalCommand &command, const QStrin
     auto *process = new QProcess;
     process->setProgram(command.program);
     process->setArguments(command.arguments);
-    process->setWorkingDirectory(QDir::homePath());
+    process->setWorkingDirectory(QDir::rootPath());
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(errorPath);
