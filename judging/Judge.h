@@ -2,6 +2,7 @@
 
 #include "agents/Ask.h"
 #include "judging/JudgePrompt.h"
+#include "judging/Reflex.h"
 
 #include <QHash>
 
@@ -11,6 +12,7 @@ namespace vorle {
 struct JudgeBrief {
     JudgeProfile profile;
     QStringList reflexLines;  ///< English instruction lines of the active reflexes
+    QList<Reflex> reflexes;   ///< whose lines those are
     QList<TopicPtr> examples; ///< see exampleTopics
     QDate today;
     std::optional<AgentKind> agent; ///< instead of the chosen one

@@ -104,7 +104,15 @@ QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics) {
         return moment(*a) > moment(*b);
     };
     std::stable_sort(chosen.begin(), chosen.end(), before);
-    return chosen.first(std::min(mostExamples, chosen.size()));
+    const qsizetype most = std::min(mostExamples, chosen.size());
+    qsizetype count = 0;
+    for (qsizetype bytes = 0; count < most; ++count) {
+        bytes += utf8Size(exampleBlock(*chosen[count])) + 1;
+        if (bytes > examplesBytes) {
+            break;
+        }
+    }
+    return chosen.first(count);
 }
 
 QString profileText(const JudgeProfile &profile) {

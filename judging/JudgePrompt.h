@@ -53,7 +53,7 @@ QString exampleBlock(const Topic &topic);
 QString outcomeText(const Topic &topic);
 
 /// The decided or corrected topics shown to the judge: corrected ones first, then the most recent,
-/// 12 at most.
+/// 12 at most, and no more than fit into the examples section.
 QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics);
 
 /// The profile as lines of English, at most 16,000 bytes of UTF-8.

@@ -29,9 +29,9 @@ Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> b
     , m_book(book)
     , m_cancel(cancel)
     , m_pipeline(m_tools.asker)
-    , m_today(brief->today)
+    , m_brief(std::move(brief))
     , m_judging(
-          m_tools.asker, std::move(brief), cancel,
+          m_tools.asker, m_brief, cancel,
           {.judged = [this](const auto &batch, const auto &verdicts) { keep(batch, verdicts); },
            .failed =
                [this](const auto &batch, const std::exception &error) {
@@ -89,6 +89,8 @@ Task<> Harvest::outlast(std::deque<Task<>> &tasks) {
 Task<> Harvest::finishReading() { return outlast(m_reads); }
 
 Task<> Harvest::finishPictures() { return outlast(m_pictures); }
+
+Task<> Harvest::finishNotes() { return outlast(m_notes); }
 
 /// A topic's picture is its main source's; a page that could not be read has none to give.
 Task<> Harvest::fetchPictures(QUuid topic, QString link) {
@@ -193,6 +195,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     QList<Topic> added;
     QList<JudgeCandidate> unanswered;
     QList<std::pair<QUuid, QString>> pictured;
+    QList<ScoreNote> notes;
     for (const JudgeCandidate &candidate : batch) {
         const auto verdict = verdicts.byId.constFind(candidate.id);
         if (verdict == verdicts.byId.cend()) {
@@ -203,17 +206,23 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         Topic topic = topicFrom(item, *verdict);
         if (item.topic) { // dug up: judged once more, in its place
             topic.id = *item.topic;
-            m_tools.store.replacePending(std::move(topic));
+            if (!m_tools.store.replacePending(std::move(topic))) {
+                continue; // the user has it as it was judged first
+            }
         } else {
             item.topic = topic.id;
             added += std::move(topic);
             ++m_book.progress.judged;
         }
+        notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
         if (item.page.level != ReadLevel::None) {
             pictured += {*item.topic, item.candidate.url};
         }
     }
     m_book.report.topicIds += m_tools.store.add(std::move(added));
+    if (!notes.isEmpty()) {
+        m_notes.push_back(m_tools.notes.add(std::move(notes)));
+    }
     for (const auto &[topic, link] : pictured) {
         m_pictures.push_back(fetchPictures(topic, link));
     }
@@ -268,7 +277,7 @@ Task<> Harvest::dig() {
     for (qsizetype from = 0; from < items.size(); from += Pipeline::digAtOnce) {
         try {
             const Pipeline::DugUp dug = co_await m_pipeline.dig(
-                items.mid(from, Pipeline::digAtOnce), m_today, m_tools.agent, m_cancel);
+                items.mid(from, Pipeline::digAtOnce), m_brief->today, m_tools.agent, m_cancel);
             m_book.report.costUSD += dug.costUSD.value_or(0);
             for (const Dug &result : dug.results) {
                 m_reads.push_back(readDug(result));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ScoreNotes.h"
 #include "search/JudgingLine.h"
 #include "search/LinkLedger.h"
 #include "search/PageReader.h"
@@ -19,6 +20,7 @@ class Harvest {
 public:
     struct Tools {
         TopicStore &store;
+        ScoreNotes &notes;
         Asker &asker;
         PageReader &reader;
         SourceImage &images;
@@ -49,6 +51,8 @@ public:
     Task<> dig();
     /// Ends when the pictures of every topic were fetched, or could not be. @throws Cancelled
     Task<> finishPictures();
+    /// Ends when what stands behind every score was written, or could not be.
+    Task<> finishNotes();
     /// What could not be read keeps its link and says so.
     void settleUnread();
 
@@ -85,12 +89,13 @@ private:
     RunBook &m_book;
     CancelToken m_cancel;
     Pipeline m_pipeline;
-    QDate m_today;
+    std::shared_ptr<const JudgeBrief> m_brief;
     JudgingLine m_judging;
     LinkLedger m_ledger;
     std::deque<Item> m_items; ///< a candidate's identifier is its place here, from "c1"
     std::deque<Task<>> m_reads;
     std::deque<Task<>> m_pictures;
+    std::deque<Task<>> m_notes;
     std::exception_ptr m_judgeError;
 };
 

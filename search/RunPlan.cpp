@@ -183,7 +183,13 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &pro
         plan.profile.interests += {topic, preferences.weightOf(topic)};
     }
     plan.profile.tools = settings.addedTools;
-    plan.reflexLines = activeInstructions(learn(topics, settings).reflexes, settings);
+    const QList<Reflex> reflexes = learn(topics, settings).reflexes;
+    plan.reflexLines = activeInstructions(reflexes, settings);
+    std::copy_if(reflexes.begin(), reflexes.end(), std::back_inserter(plan.reflexes),
+                 [&](const Reflex &reflex) {
+                     return plan.reflexLines.contains(reflex.instruction) &&
+                            !settings.disabledReflexes.contains(reflex.id);
+                 });
     plan.sites.sites = settings.prioritySites;
     plan.sites.today = now.toLocalTime().date();
     plan.sites.interests = settings.interests;

@@ -2,6 +2,7 @@
 
 #include "core/PrioritySite.h"
 #include "judging/JudgePrompt.h"
+#include "judging/Reflex.h"
 #include "search/Discovery.h"
 #include "search/SearchScope.h"
 
@@ -44,6 +45,7 @@ struct RunPlan {
     SitesRequest sites;
     JudgeProfile profile;
     QStringList reflexLines; ///< English lines for the judge: what the user's decisions taught
+    QList<Reflex> reflexes;  ///< whose lines those are
     QStringList warnings; ///< French sentences: a project folder that is gone, a malformed manifest
 };
 

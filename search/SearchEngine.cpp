@@ -1,6 +1,7 @@
 #include "search/SearchEngine.h"
 
 #include "core/Preferences.h"
+#include "core/ScoreNotes.h"
 #include "core/TopicStore.h"
 #include "search/RunHistory.h"
 #include "search/RunPlan.h"
@@ -60,6 +61,7 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     auto brief = std::make_shared<JudgeBrief>();
     brief->profile = plan.profile;
     brief->reflexLines = plan.reflexLines;
+    brief->reflexes = plan.reflexes;
     brief->examples = exampleTopics(m_parts.store.topics());
     brief->today = start.toLocalTime().date();
     brief->agent = agent;
@@ -68,7 +70,9 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
         const bool reading = progress.scopesDone == progress.scopes;
         setProgress(reading ? Phase::ReadingAndSorting : Phase::Searching, progress);
     };
+    ScoreNotes notes(m_parts.store, m_parts.clock);
     SearchRun run({.harvest = {.store = m_parts.store,
+                               .notes = notes,
                                .asker = m_parts.asker,
                                .reader = m_parts.reader,
                                .images = m_parts.images,

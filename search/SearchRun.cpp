@@ -46,6 +46,7 @@ Task<RunReport> SearchRun::execute() {
         co_await outlast(m_harvest.dig());
     }
     co_await outlast(m_harvest.finishPictures());
+    co_await outlast(m_harvest.finishNotes());
     m_harvest.settleUnread();
     if (m_fault) {
         std::rethrow_exception(m_fault);

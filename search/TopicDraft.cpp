@@ -55,6 +55,21 @@ Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgmen
     return topic;
 }
 
+ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
+                    const Judgment &judgment, const QUuid &topic, const QDateTime &now) {
+    ScoreNote note;
+    note.topic = topic;
+    note.at = now;
+    note.agent = brief.agent ? std::optional(json::rawText(*brief.agent)) : std::nullopt;
+    note.relevance = judgment.relevance;
+    note.bytesRead = static_cast<int>(candidate.content.size());
+    note.examples = static_cast<int>(brief.examples.size());
+    for (const Reflex &reflex : brief.reflexes) {
+        note.reflexes += ScoreNote::Reflex{reflex.id, reflex.title};
+    }
+    return note;
+}
+
 void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned) {
     if (planned.project) {
         topic.project = planned.project;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "core/ScoreNotes.h"
 #include "core/Topic.h"
+#include "judging/Judge.h"
 #include "search/PageReader.h"
 #include "search/Pipeline.h"
 
@@ -17,6 +19,10 @@ QByteArray judgedContent(const ReadPage &page);
 /// The topic, "pending", with a new identity; without the moment it was found, its origin and its
 /// place in the territory. A page that could not be read gives no score, whatever the judge said.
 Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgment &judgment);
+
+/// What stood behind the judgment of `topic`, as the candidate was shown to the judge.
+ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
+                    const Judgment &judgment, const QUuid &topic, const QDateTime &now);
 
 /// Ties the topic to the project, the declared topic or the dependency it answers.
 void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned);
