@@ -82,8 +82,8 @@ public:
     };
     Q_ENUM(Action)
 
-    explicit KeyboardMap(AgentKind agent = AgentKind::Claude,
-                         KeySpelling spelling = nativeSpelling(), QObject *parent = nullptr);
+    explicit KeyboardMap(AgentKind agent, KeySpelling spelling = nativeSpelling(),
+                         QObject *parent = nullptr);
 
     /// What a key does in that section. `key` is a Qt::Key, `modifiers` Qt::KeyboardModifiers
     /// (Control being ⌘ on a Mac, as Qt has it). Where a text field has the focus, the keys that

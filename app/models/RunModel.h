@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Async.h"
 #include "base/Cancellation.h"
 #include "base/Clock.h"
 #include "core/Preferences.h"
@@ -65,7 +66,7 @@ public:
 
     bool running() const { return m_running; }
     bool stopping() const { return m_stopping; }
-    QString statusText() const { return m_progress.status; }
+    QString statusText() const;
     double progress() const { return m_part; }
     QString countsText() const;
     int candidates() const { return m_progress.candidates; }
@@ -90,7 +91,6 @@ Q_SIGNALS:
 private:
     static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel);
     void take(const RunProgress &progress);
-    void begin();
     void end(const QString &result, const QString &error);
     std::optional<QDateTime> missedMoment() const;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/models/ProgramBudget.h"
 #include "app/models/RunModel.h"
 #include "app/models/Section.h"
 #include "app/models/TopicListModel.h"
@@ -45,6 +46,7 @@ public:
         const RunModel &run;
         const Preferences &preferences;
         const Clock &clock;
+        const ProgramBudget &budget;
         QTimeZone zone = QTimeZone::systemTimeZone();
     };
     explicit Sections(Parts parts, QObject *parent = nullptr);
@@ -74,6 +76,8 @@ private:
     TopicListModel *listOf(Section section) const;
     int countOf(Section section) const;
     QString inboxSubtitle() const;
+    ProgramText programText() const;
+    QString inboxEmptyText() const;
     void follow(TopicListModel &list);
 
     Parts m_parts;

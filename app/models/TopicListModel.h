@@ -18,7 +18,7 @@ namespace vorle {
 ///
 /// The orders:
 /// - À trier: links just captured and still being read; then by tier, score, newest find;
-/// - Programme: soonerInProgram;
+/// - Programme: what fits in the week, then what waits (see setWaiting), each in soonerInProgram's;
 /// - Réserve: topics that have moved (see Comebacks), then the latest set aside;
 /// - Bibliothèque: the latest done.
 /// Topics these hold equal keep the store's order. A role is computed when it is asked for.
@@ -34,11 +34,11 @@ class TopicListModel final : public QAbstractListModel {
     Q_PROPERTY(int movedCount READ movedCount NOTIFY movedCountChanged FINAL)
 
 public:
-    /// In QML each role has its own name with a small first letter. A text that is not there is
-    /// empty.
+    /// In QML each role has its own name with a small first letter. What has no type here is a
+    /// string; one that is not there is empty.
     enum Role {
         TopicId = Qt::UserRole, ///< string, the topic's identity: what Decisions takes
-        Section_,               ///< "section": string, the heading over the row; "" for none
+        Section, ///< the heading over the row: its tier, "Ils ont bougé", "Novembre 2026"
         Title,
         Tldr,
         Summary,
@@ -79,10 +79,11 @@ public:
         PublishedOn,
         FoundText, ///< "lundi 16 novembre"
         Note,
-        WorthName,  ///< "worth": "meh", "useful", "gem" or ""
+        Worth,      ///< "meh", "useful", "gem" or ""
         WorthLabel, ///< "Bof", "Utile", "Pépite" or ""
         PostponedCount,
         Moved,          ///< bool, of the reserve: a newer topic speaks of the same thing
+        Waits,          ///< bool, of the program: it does not fit in the week
         HasBrief,       ///< bool
         BriefState,     ///< "", "queued", "writing", "failed" or "written"
         PendingCapture, ///< bool, a captured link that is still being read
@@ -90,16 +91,16 @@ public:
     Q_ENUM(Role)
 
     /// @param section one of the first four
-    TopicListModel(TopicStore &store, Section section, const Clock &clock,
+    TopicListModel(TopicStore &store, sections::Section section, const Clock &clock,
                    QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    Section section() const { return m_section; }
+    sections::Section section() const { return m_section; }
     int count() const { return static_cast<int>(m_rows.size()); }
-    int minutes() const { return static_cast<int>(m_minutes); }
+    int minutes() const;
     int movedCount() const { return m_movedCount; }
 
     /// The row of the topic, or -1.
@@ -108,6 +109,10 @@ public:
     Q_INVOKABLE QString topicIdAt(int row) const;
     /// The role's value at that row; undefined outside the list.
     Q_INVOKABLE QVariant value(int row, vorle::TopicListModel::Role role) const;
+
+    /// Of the program: the topics that do not fit in the week stand below the others, under these
+    /// words.
+    void setWaiting(QSet<QUuid> ids, const QString &heading);
 
     /// How far the writing of a topic's brief is: "", "queued", "writing" or "failed". A topic that
     /// has a brief and no such word shows "written".
@@ -125,6 +130,9 @@ private:
     struct Row {
         TopicPtr topic;
         bool moved = false;
+        bool waits = false;
+
+        bool operator==(const Row &) const = default;
     };
 
     bool belongs(const Topic &topic) const;
@@ -138,15 +146,17 @@ private:
     void replace(qsizetype at, Row row);
     qsizetype indexOf(const QUuid &id) const;
     qsizetype lowerBound(const Row &row) const;
-    void tellChanges(int count, qint64 minutes, int moved);
+    void tellChanges(int count, int minutes, int moved);
 
     TopicStore &m_store;
-    Section m_section;
+    sections::Section m_section;
     const Clock &m_clock;
     QList<Row> m_rows;
     QHash<QUuid, Row> m_held; // each row again by identity, to find where it stands
     Comebacks m_comebacks;    // filled for the reserve alone
     QHash<QUuid, QString> m_briefStates;
+    QSet<QUuid> m_waiting;
+    QString m_waitingHeading;
     qint64 m_minutes = 0;
     int m_movedCount = 0;
 };

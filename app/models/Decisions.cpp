@@ -1,0 +1,152 @@
+#include "app/models/Decisions.h"
+
+#include "app/models/Wording.h"
+
+#include <QUuid>
+
+namespace vorle {
+
+namespace {
+
+QUuid identity(const QString &topicId) { return QUuid::fromString(topicId); }
+
+QString nameOf(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
+
+} // namespace
+
+Decisions::Decisions(TopicStore &store, QObject *parent) : QObject(parent), m_store(store) {}
+
+/// Carries a decision out and keeps what it changed; one that changes nothing leaves no step.
+template <class Act>
+bool Decisions::decide(const QString &topicId, const QString &ghostText, Act act) {
+    const QUuid id = identity(topicId);
+    const auto before = m_store.placement(id);
+    if (!before || !act(id)) {
+        return false;
+    }
+    const auto after = m_store.placement(id);
+    if (after && *after != *before) {
+        m_done.append({id, *before, *after});
+        m_undone.clear();
+        Q_EMIT stepsChanged();
+    }
+    Q_EMIT decided(nameOf(id), ghostText);
+    return true;
+}
+
+bool Decisions::keep(const QString &topicId) {
+    return decide(topicId, tr("Gardé · Programme"),
+                  [this](const QUuid &id) { return m_store.keep(id); });
+}
+
+bool Decisions::later(const QString &topicId) {
+    return decide(topicId, tr("Plus tard · Réserve"),
+                  [this](const QUuid &id) { return m_store.postpone(id); });
+}
+
+bool Decisions::dismiss(const QString &topicId) {
+    return decide(topicId, tr("Écarté · Pas pour moi"),
+                  [this](const QUuid &id) { return m_store.dismiss(id); });
+}
+
+bool Decisions::postpone(const QString &topicId) {
+    return decide(topicId, tr("Reporté · Réserve"),
+                  [this](const QUuid &id) { return m_store.postpone(id); });
+}
+
+bool Decisions::removeFromProgram(const QString &topicId) {
+    return decide(topicId, tr("Retiré · À trier"),
+                  [this](const QUuid &id) { return m_store.backToInbox(id); });
+}
+
+bool Decisions::backToTriage(const QString &topicId) {
+    return decide(topicId, tr("Remis · À trier"),
+                  [this](const QUuid &id) { return m_store.backToInbox(id); });
+}
+
+bool Decisions::done(const QString &topicId, const QString &worth) {
+    const auto verdict = json::fromRaw<Worth>(worth);
+    if (!verdict && !worth.isEmpty()) {
+        return false;
+    }
+    return decide(topicId, tr("Fait · Bibliothèque"),
+                  [this, verdict](const QUuid &id) { return m_store.markDone(id, verdict); });
+}
+
+bool Decisions::verdict(const QString &topicId, const QString &worth) {
+    const auto verdict = json::fromRaw<Worth>(worth);
+    if (!verdict) {
+        return false;
+    }
+    return decide(topicId, tr("%1 · Bibliothèque").arg(worthLabel(*verdict)),
+                  [this, verdict](const QUuid &id) { return m_store.judgeWorth(id, *verdict); });
+}
+
+bool Decisions::setNote(const QString &topicId, const QString &note) {
+    return m_store.setNote(identity(topicId), note);
+}
+
+namespace {
+
+/// "revient dans À trier": where a topic goes back to, or goes again.
+QString whereTo(TopicStatus status, const QString &verb) {
+    switch (status) {
+    case TopicStatus::Inbox:
+        return Decisions::tr("%1 dans À trier").arg(verb);
+    case TopicStatus::Program:
+        return Decisions::tr("%1 dans ton programme").arg(verb);
+    case TopicStatus::Reserve:
+        return Decisions::tr("%1 dans la réserve").arg(verb);
+    case TopicStatus::Done:
+        return Decisions::tr("%1 dans ta bibliothèque").arg(verb);
+    case TopicStatus::Dismissed:
+        return Decisions::tr("est de nouveau écarté");
+    case TopicStatus::Pending:
+        return Decisions::tr("attend de nouveau d’être lu");
+    }
+    return {};
+}
+
+QString predicate(const TopicStore::Placement &from, const TopicStore::Placement &to,
+                  const QString &verb) {
+    if (from.status != to.status) {
+        return whereTo(to.status, verb);
+    }
+    if (from.worth != to.worth) {
+        return to.worth ? Decisions::tr("a de nouveau l’avis %1").arg(worthLabel(*to.worth))
+                        : Decisions::tr("n’a plus d’avis");
+    }
+    return Decisions::tr("retrouve sa place");
+}
+
+} // namespace
+
+QString Decisions::undo() { return step(m_done, m_undone, Direction::Back); }
+
+QString Decisions::redo() { return step(m_undone, m_done, Direction::Forth); }
+
+QString Decisions::step(QList<Step> &from, QList<Step> &to, Direction direction) {
+    if (from.isEmpty()) {
+        return {};
+    }
+    const Step step = from.takeLast();
+    const bool back = direction == Direction::Back;
+    const TopicStore::Placement &left = back ? step.after : step.before;
+    const TopicStore::Placement &wanted = back ? step.before : step.after;
+    const TopicPtr topic = m_store.topic(step.id);
+    QString sentence = tr("a changé de place entre-temps, il y reste");
+    if (m_store.placement(step.id) == left && m_store.restore(step.id, wanted)) {
+        to.append(step);
+        sentence = predicate(left, wanted, back ? tr("revient") : tr("repart"));
+    }
+    sentence = typographic(tr("« %1 » %2").arg(topic ? topic->title : QString(), sentence));
+    Q_EMIT stepsChanged();
+    if (back) {
+        Q_EMIT undone(nameOf(step.id), sentence);
+    } else {
+        Q_EMIT redone(nameOf(step.id), sentence);
+    }
+    return sentence;
+}
+
+} // namespace vorle

@@ -1,0 +1,293 @@
+#include "app/models/KeyboardMap.h"
+
+#include <QKeySequence>
+#include <QVariantMap>
+
+#include <algorithm>
+#include <span>
+
+namespace vorle {
+
+namespace {
+
+using Map = KeyboardMap;
+
+/// Where a row of the sheet stands, and where its keys act.
+enum class Group { Everywhere, Inbox, Program, ReserveAndLibrary };
+
+/// A row's keys also act in sections whose group does not name them: moving and reading are the
+/// same in every list.
+enum class Reach { Group, EveryList };
+
+struct Binding {
+    int key;
+    int modifiers;
+    Map::Action action;
+    QStringView shown; // on a button, when the row shows several keys
+};
+
+constexpr int plain = Qt::NoModifier;
+constexpr int command = Qt::ControlModifier;
+constexpr int shiftCommand = Qt::ControlModifier | Qt::ShiftModifier;
+
+struct Row {
+    Group group;
+    QStringView keys; // a Mac's glyphs; empty: not in the sheet
+    QStringView label;
+    Reach reach;
+    std::span<const Binding> bindings;
+};
+
+constexpr Binding searchKeys[] = {{Qt::Key_K, command, Map::Search, {}}};
+constexpr Binding addKeys[] = {{Qt::Key_N, command, Map::AddTopic, {}}};
+constexpr Binding sectionKeys[] = {
+    {Qt::Key_1, command, Map::GoInbox, u"⌘1"},     {Qt::Key_2, command, Map::GoProgram, u"⌘2"},
+    {Qt::Key_3, command, Map::GoReserve, u"⌘3"},   {Qt::Key_4, command, Map::GoLibrary, u"⌘4"},
+    {Qt::Key_5, command, Map::GoTerritory, u"⌘5"}, {Qt::Key_6, command, Map::GoReport, u"⌘6"}};
+constexpr Binding sideKeys[] = {{Qt::Key_Left, plain, Map::GoMenu, u"←"},
+                                {Qt::Key_Right, plain, Map::GoContent, u"→"}};
+constexpr Binding runKeys[] = {{Qt::Key_R, command, Map::RunNow, {}}};
+constexpr Binding undoKeys[] = {{Qt::Key_Z, command, Map::Undo, {}}};
+constexpr Binding redoKeys[] = {{Qt::Key_Z, shiftCommand, Map::Redo, u"⇧⌘Z"}};
+constexpr Binding settingsKeys[] = {{Qt::Key_Comma, command, Map::OpenSettings, {}}};
+constexpr Binding helpKeys[] = {{Qt::Key_Question, plain, Map::ShowShortcuts, u"?"},
+                                {Qt::Key_Slash, command, Map::ShowShortcuts, u"⌘/"}};
+constexpr Binding moveKeys[] = {{Qt::Key_Up, plain, Map::Previous, u"↑"},
+                                {Qt::Key_Down, plain, Map::Next, u"↓"}};
+constexpr Binding keepKeys[] = {{Qt::Key_G, plain, Map::Keep, {}}};
+constexpr Binding laterKeys[] = {{Qt::Key_L, plain, Map::Later, {}}};
+constexpr Binding dismissKeys[] = {{Qt::Key_X, plain, Map::Dismiss, {}}};
+constexpr Binding openKeys[] = {{Qt::Key_Space, plain, Map::ToggleCard, {}}};
+constexpr Binding closeKeys[] = {{Qt::Key_Escape, plain, Map::CloseCard, {}}};
+constexpr Binding stepKeys[] = {{Qt::Key_Return, command, Map::FirstStep, {}},
+                                {Qt::Key_Enter, command, Map::FirstStep, {}}};
+constexpr Binding doneKeys[] = {{Qt::Key_D, plain, Map::Done, {}}};
+constexpr Binding postponeKeys[] = {{Qt::Key_R, plain, Map::Postpone, {}}};
+constexpr Binding removeKeys[] = {{Qt::Key_Backspace, plain, Map::Remove, {}},
+                                  {Qt::Key_Delete, plain, Map::Remove, {}}};
+constexpr Binding backKeys[] = {{Qt::Key_T, plain, Map::BackToTriage, {}}};
+constexpr Binding worthKeys[] = {{Qt::Key_1, plain, Map::WorthMeh, u"1"},
+                                 {Qt::Key_2, plain, Map::WorthUseful, u"2"},
+                                 {Qt::Key_3, plain, Map::WorthGem, u"3"}};
+
+/// The label is made at display time: it names the agent.
+constexpr QStringView stepLabel = u"Lancer dans %1 ou approfondir avec %2";
+
+constexpr Row rows[] = {
+    // The system registers the first one: it works from any application, and reaches no window.
+    {Group::Everywhere,
+     u"⌃⌥ Espace",
+     u"Ajouter un sujet, depuis n’importe quelle app",
+     Reach::Group,
+     {}},
+    {Group::Everywhere, u"⌘K", u"Rechercher", Reach::Group, searchKeys},
+    {Group::Everywhere, u"⌘N", u"Ajouter un sujet", Reach::Group, addKeys},
+    {Group::Everywhere, u"⌘1 … ⌘6", u"Aller à une rubrique", Reach::Group, sectionKeys},
+    {Group::Everywhere, u"← →", u"Passer du menu au contenu", Reach::Group, sideKeys},
+    {Group::Everywhere, u"⌘R", u"Fouiller maintenant", Reach::Group, runKeys},
+    {Group::Everywhere, u"⌘Z", u"Annuler le dernier tri", Reach::Group, undoKeys},
+    {Group::Everywhere, {}, {}, Reach::Group, redoKeys},
+    {Group::Everywhere, u"⌘,", u"Réglages", Reach::Group, settingsKeys},
+    {Group::Everywhere, u"?  ou  ⌘/", u"Ces raccourcis", Reach::Group, helpKeys},
+    {Group::Inbox, u"↑ ↓", u"Sujet précédent, suivant", Reach::EveryList, moveKeys},
+    {Group::Inbox, u"G", u"Garder au programme", Reach::Group, keepKeys},
+    {Group::Inbox, u"L", u"Plus tard (réserve)", Reach::Group, laterKeys},
+    {Group::Inbox, u"X", u"Pas pour moi", Reach::Group, dismissKeys},
+    {Group::Inbox, u"Espace", u"Agrandir la carte pour lire", Reach::EveryList, openKeys},
+    {Group::Inbox, u"Échap", u"Réduire la carte", Reach::EveryList, closeKeys},
+    {Group::Program, u"⌘↩", stepLabel, Reach::Group, stepKeys},
+    {Group::Program, u"D", u"Fait", Reach::Group, doneKeys},
+    {Group::Program, u"R", u"Reporter", Reach::Group, postponeKeys},
+    {Group::Program, u"⌫", u"Retirer", Reach::Group, removeKeys},
+    {Group::ReserveAndLibrary, u"G", u"Garder au programme", Reach::Group, keepKeys},
+    {Group::ReserveAndLibrary, u"T", u"Remettre à trier", Reach::Group, backKeys},
+    {Group::ReserveAndLibrary, u"1 2 3", u"Bof, Utile, Pépite", Reach::Group, worthKeys},
+};
+
+QString titleOf(Group group) {
+    switch (group) {
+    case Group::Everywhere:
+        return KeyboardMap::tr("Partout");
+    case Group::Inbox:
+        return KeyboardMap::tr("À trier");
+    case Group::Program:
+        return KeyboardMap::tr("Programme");
+    case Group::ReserveAndLibrary:
+        return KeyboardMap::tr("Réserve et Bibliothèque");
+    }
+    return {};
+}
+
+bool actsIn(const Row &row, Section section) {
+    if (row.reach == Reach::EveryList && section <= Section::Library) {
+        return true;
+    }
+    switch (row.group) {
+    case Group::Everywhere:
+        return true;
+    case Group::Inbox:
+        return section == Section::Inbox;
+    case Group::Program:
+        return section == Section::Program;
+    case Group::ReserveAndLibrary:
+        return section == Section::Reserve || section == Section::Library;
+    }
+    return false;
+}
+
+struct Press {
+    int key;
+    int modifiers;
+};
+
+/// The press as the table writes it. On a French keyboard the digits need Shift, and without it
+/// their keys give other signs; "?" and "/" need Shift there or elsewhere.
+Press normal(int key, int modifiers) {
+    modifiers &= ~static_cast<int>(Qt::KeypadModifier);
+    constexpr int digitRow[][2] = {
+        {Qt::Key_Ampersand, Qt::Key_1}, {Qt::Key_Eacute, Qt::Key_2},
+        {Qt::Key_QuoteDbl, Qt::Key_3},  {Qt::Key_Apostrophe, Qt::Key_4},
+        {Qt::Key_ParenLeft, Qt::Key_5}, {Qt::Key_Minus, Qt::Key_6},
+        {Qt::Key_section, Qt::Key_6},
+    };
+    const bool shift = (modifiers & Qt::ShiftModifier) != 0;
+    if (!shift) {
+        const auto digit =
+            std::ranges::find_if(digitRow, [key](const auto &pair) { return pair[0] == key; });
+        return {digit == std::end(digitRow) ? key : (*digit)[1], modifiers};
+    }
+    const bool shiftMakesIt =
+        (key >= Qt::Key_1 && key <= Qt::Key_6) || key == Qt::Key_Question || key == Qt::Key_Slash;
+    return {key, shiftMakesIt ? modifiers & ~static_cast<int>(Qt::ShiftModifier) : modifiers};
+}
+
+/// Text fields move, type, undo and end with these keys themselves.
+bool editsText(const Binding &binding) {
+    return (binding.modifiers & command) == 0 || binding.key == Qt::Key_Z ||
+           binding.action == Map::FirstStep;
+}
+
+} // namespace
+
+KeySpelling nativeSpelling() {
+    // On a Mac Qt writes Control as ⌘: asking it spares naming systems here.
+    const QKeySequence sequence(QKeyCombination(Qt::ControlModifier, Qt::Key_K));
+    return sequence.toString(QKeySequence::NativeText).contains(u'⌘') ? KeySpelling::Glyphs
+                                                                      : KeySpelling::Words;
+}
+
+QString spelled(const QString &glyphs, KeySpelling spelling) {
+    if (spelling == KeySpelling::Glyphs) {
+        return glyphs;
+    }
+    QString words;
+    bool afterModifier = false;
+    for (const QChar c : glyphs) {
+        const QStringView word = c == u'⌃'   ? u"Ctrl+"
+                                 : c == u'⌥' ? u"Alt+"
+                                 : c == u'⇧' ? u"Maj+"
+                                 : c == u'⌘' ? u"Ctrl+"
+                                             : QStringView();
+        if (!word.isEmpty()) {
+            words += word;
+        } else if (!(afterModifier && c == u' ')) {
+            words += c;
+        }
+        afterModifier = !word.isEmpty();
+    }
+    return words;
+}
+
+KeyboardMap::KeyboardMap(AgentKind agent, KeySpelling spelling, QObject *parent)
+    : QObject(parent), m_agent(agent), m_spelling(spelling) {}
+
+QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling) {
+    QList<KeyGroup> groups;
+    for (const Row &row : rows) {
+        if (row.keys.isEmpty()) {
+            continue;
+        }
+        const QString title = titleOf(row.group);
+        if (groups.isEmpty() || groups.last().title != title) {
+            groups.append({title, {}});
+        }
+        QString label = tr(row.label.toUtf8().constData());
+        if (row.label == stepLabel) {
+            label = label.arg(displayName(agent), vorle::chatName(agent));
+        }
+        groups.last().rows.append({spelled(row.keys.toString(), spelling), label});
+    }
+    return groups;
+}
+
+KeyboardMap::Action KeyboardMap::action(sections::Section section, int key, int modifiers,
+                                        bool textFieldFocused) const {
+    const Press press = normal(key, modifiers);
+    for (const Row &row : rows) {
+        if (!actsIn(row, section)) {
+            continue;
+        }
+        for (const Binding &binding : row.bindings) {
+            if (binding.key == press.key && binding.modifiers == press.modifiers &&
+                !(textFieldFocused && editsText(binding))) {
+                return binding.action;
+            }
+        }
+    }
+    return NoAction;
+}
+
+bool KeyboardMap::repeats(Action action) const { return action == Previous || action == Next; }
+
+sections::Section KeyboardMap::target(Action action) const {
+    return action >= GoInbox && action <= GoReport
+               ? static_cast<sections::Section>(action - GoInbox)
+               : Section::Inbox;
+}
+
+QString KeyboardMap::keys(Action action) const {
+    for (const Row &row : rows) {
+        for (const Binding &binding : row.bindings) {
+            if (binding.action == action) {
+                const QStringView shown = binding.shown.isEmpty() ? row.keys : binding.shown;
+                return spelled(shown.toString(), m_spelling);
+            }
+        }
+    }
+    return {};
+}
+
+void KeyboardMap::setAgent(AgentKind agent) {
+    if (agent != m_agent) {
+        m_agent = agent;
+        Q_EMIT groupsChanged();
+    }
+}
+
+QVariantList KeyboardMap::groups() const {
+    QVariantList list;
+    for (const KeyGroup &group : sheet(m_agent, m_spelling)) {
+        QVariantList lines;
+        for (const KeyRow &row : group.rows) {
+            lines.append(QVariantMap{{QStringLiteral("keys"), row.keys},
+                                     {QStringLiteral("label"), row.label}});
+        }
+        list.append(
+            QVariantMap{{QStringLiteral("title"), group.title}, {QStringLiteral("rows"), lines}});
+    }
+    return list;
+}
+
+QString KeyboardMap::inboxHint() const {
+    return spelled(tr("↑ ↓ pour naviguer · Espace pour agrandir · ⌘Z pour annuler"), m_spelling);
+}
+
+QString KeyboardMap::openCardHint() const {
+    return tr("Espace ou Échap pour réduire · après une décision, le sujet suivant s’affiche");
+}
+
+QString KeyboardMap::agentName() const { return displayName(m_agent); }
+
+QString KeyboardMap::chatName() const { return vorle::chatName(m_agent); }
+
+} // namespace vorle

@@ -1,0 +1,202 @@
+#include "app/models/RunModel.h"
+
+#include "agents/AgentError.h"
+#include "app/models/Wording.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vorle {
+
+namespace {
+
+/// Searching takes less than reading and judging what was found.
+constexpr double searchingPart = 0.4;
+
+double partDone(const RunProgress &progress) {
+    if (progress.scopes <= 0) {
+        return 0;
+    }
+    // What was found so far is read: it says little while most scopes are still being asked.
+    const double scopes = double(progress.scopesDone) / progress.scopes;
+    const double links = progress.candidates <= 0 ? 0
+                                                  : double(progress.read + progress.judged) /
+                                                        (2.0 * progress.candidates);
+    return scopes * (searchingPart + (1 - searchingPart) * links);
+}
+
+QString resultText(const RunReport &report) {
+    if (report.cancelled) {
+        return report.added == 0 ? RunModel::tr("Fouille arrêtée : rien n’était encore jugé.")
+               : report.added == 1
+                   ? RunModel::tr("Fouille arrêtée : 1 sujet déjà jugé t’attend dans À trier.")
+                   : RunModel::tr(
+                         "Fouille arrêtée : %1 sujets déjà jugés t’attendent dans À trier.")
+                         .arg(report.added);
+    }
+    QString text = report.added == 0 ? RunModel::tr("Rien de nouveau cette fois.")
+                   : report.added == 1
+                       ? RunModel::tr("1 sujet t’attend dans À trier.")
+                       : RunModel::tr("%1 sujets t’attendent dans À trier.").arg(report.added);
+    if (!report.uncovered.isEmpty()) {
+        text += RunModel::tr(" Rien trouvé pour : %1.")
+                    .arg(report.uncovered.join(QStringLiteral(", ")));
+    }
+    return text;
+}
+
+} // namespace
+
+RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
+                   QTimeZone zone, QObject *parent)
+    : QObject(parent)
+    , m_engine(engine)
+    , m_preferences(preferences)
+    , m_clock(clock)
+    , m_zone(std::move(zone)) {
+    connect(&engine, &SearchEngine::progressed, this, &RunModel::take);
+    connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
+        if (key == u"schedule" || key == u"lastSearch") {
+            Q_EMIT scheduleChanged();
+        }
+    });
+}
+
+RunModel::~RunModel() { m_cancel.cancel(); }
+
+void RunModel::start() {
+    if (m_running) {
+        return;
+    }
+    m_cancel = CancelSource();
+    m_running = true;
+    m_stopping = false;
+    m_part = 0;
+    m_progress = {};
+    m_result.clear();
+    m_error.clear();
+    Q_EMIT progressChanged();
+    Q_EMIT outcomeChanged();
+    Q_EMIT scheduleChanged();
+    detach(follow(this, m_engine, m_cancel.token()), QStringLiteral("the search run"));
+}
+
+/// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
+Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel) {
+    QString result;
+    QString error;
+    try {
+        const RunReport report = co_await engine.run(cancel);
+        result = resultText(report);
+        if (!report.saved) {
+            error = tr("Les sujets n’ont pas pu être enregistrés.");
+        }
+    } catch (const Cancelled &) {
+        RunReport nothing;
+        nothing.cancelled = true;
+        result = resultText(nothing);
+    } catch (const RunRefused &refusal) {
+        error = refusal.text();
+    } catch (const AgentError &failure) {
+        error = failure.text();
+    } catch (const std::exception &failure) {
+        error = QString::fromUtf8(failure.what());
+    }
+    if (self) {
+        self->end(result, error);
+    }
+}
+
+void RunModel::end(const QString &result, const QString &error) {
+    m_running = false;
+    m_stopping = false;
+    m_part = 0;
+    m_progress = {};
+    m_result = typographic(result);
+    m_error = error;
+    Q_EMIT progressChanged();
+    Q_EMIT outcomeChanged();
+    Q_EMIT scheduleChanged();
+    Q_EMIT ended();
+}
+
+void RunModel::take(const RunProgress &progress) {
+    if (m_running && m_engine.phase() != SearchEngine::Phase::Idle) {
+        m_progress = progress;
+        m_part = std::clamp(partDone(progress), m_part, 1.0);
+        Q_EMIT progressChanged();
+    }
+}
+
+void RunModel::stop() {
+    if (m_running && !m_stopping) {
+        m_stopping = true;
+        Q_EMIT progressChanged();
+        m_cancel.cancel();
+    }
+}
+
+Task<> RunModel::stopped() {
+    stop();
+    if (!m_running) {
+        co_return;
+    }
+    const OneShot over;
+    connect(this, &RunModel::ended, this, [over] { over.fire(); });
+    connect(this, &QObject::destroyed, [over] { over.fire(); });
+    co_await over;
+}
+
+void RunModel::refresh() { Q_EMIT scheduleChanged(); }
+
+QString RunModel::statusText() const {
+    return m_stopping ? typographic(tr("J’arrête, en gardant ce qui est déjà jugé."))
+                      : m_progress.status;
+}
+
+QString RunModel::countsText() const {
+    if (m_progress.candidates == 0) {
+        return {};
+    }
+    return QStringList{counted(m_progress.candidates, tr("lien"), tr("liens")),
+                       counted(m_progress.read, tr("lu"), tr("lus")),
+                       counted(m_progress.judged, tr("jugé"), tr("jugés"))}
+        .join(QStringLiteral(", "));
+}
+
+QString RunModel::nextRunText() const {
+    const QDateTime now = m_clock.now();
+    const auto next = m_preferences.settings().schedule.nextRun(now, m_zone);
+    return next ? comingText(*next, now, m_zone) : QString();
+}
+
+QString RunModel::lastRunText() const {
+    const auto last = m_preferences.settings().lastSearch;
+    return last ? tr("%1 à %2").arg(dayText(*last, m_clock.now(), m_zone), timeText(*last, m_zone))
+                : QString();
+}
+
+/// A run under way makes up for the missed one; one that failed here says why itself.
+std::optional<QDateTime> RunModel::missedMoment() const {
+    if (m_running || !m_error.isEmpty()) {
+        return std::nullopt;
+    }
+    const Settings &settings = m_preferences.settings();
+    return settings.schedule.missedRun(settings.lastSearch, m_clock.now(), m_zone);
+}
+
+QString RunModel::missedTitle() const {
+    const auto moment = missedMoment();
+    return moment ? tr("La fouille de %1 n’a pas eu lieu.")
+                        .arg(dayText(*moment, m_clock.now(), m_zone))
+                  : QString();
+}
+
+QString RunModel::missedText() const {
+    return typographic(
+        tr("Ton Mac était éteint ou en veille. Je peux la lancer maintenant : quelques minutes."));
+}
+
+QString RunModel::startLabel() const { return tr("Fouiller maintenant"); }
+
+} // namespace vorle

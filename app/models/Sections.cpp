@@ -1,0 +1,256 @@
+#include "app/models/Sections.h"
+
+#include "app/TopicLabels.h"
+#include "app/models/KeyboardMap.h"
+#include "app/models/Wording.h"
+
+#include <algorithm>
+
+namespace vorle {
+
+namespace {
+
+QVariantMap button(const QString &label, KeyboardMap::Action action) {
+    return {{QStringLiteral("label"), label}, {QStringLiteral("action"), action}};
+}
+
+/// ", 47 min de lecture"; nothing for no time at all.
+QString readingTime(int minutes) {
+    return minutes <= 0 ? QString() : Sections::tr(", %1 de lecture").arg(durationLabel(minutes));
+}
+
+} // namespace
+
+Sections::Sections(Parts parts, QObject *parent)
+    : QAbstractListModel(parent), m_parts(std::move(parts)) {
+    for (TopicListModel *list :
+         {&m_parts.inbox, &m_parts.program, &m_parts.reserve, &m_parts.library}) {
+        follow(*list);
+    }
+    connect(&m_parts.budget, &ProgramBudget::changed, this, &Sections::textsChanged);
+    connect(&m_parts.run, &RunModel::scheduleChanged, this, &Sections::textsChanged);
+    connect(&m_parts.preferences, &Preferences::changed, this, &Sections::textsChanged);
+}
+
+void Sections::follow(TopicListModel &list) {
+    connect(&list, &TopicListModel::countChanged, this, [this, &list] {
+        const QModelIndex row = index(static_cast<int>(list.section()));
+        Q_EMIT dataChanged(row, row, {CountRole});
+        Q_EMIT textsChanged();
+    });
+    connect(&list, &TopicListModel::minutesChanged, this, &Sections::textsChanged);
+    connect(&list, &TopicListModel::movedCountChanged, this, &Sections::textsChanged);
+}
+
+int Sections::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : sectionCount;
+}
+
+QVariant Sections::data(const QModelIndex &index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const auto section = static_cast<Section>(index.row());
+    switch (role) {
+    case SectionRole:
+        return QVariant::fromValue(section);
+    case TitleRole:
+        return title(section);
+    case CountRole:
+        return countOf(section);
+    case HasCountRole:
+        return section <= Section::Reserve;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> Sections::roleNames() const {
+    return {{SectionRole, "section"},
+            {TitleRole, "title"},
+            {CountRole, "count"},
+            {HasCountRole, "hasCount"}};
+}
+
+QString Sections::title(Section section) {
+    switch (section) {
+    case Section::Inbox:
+        return tr("À trier");
+    case Section::Program:
+        return tr("Programme");
+    case Section::Reserve:
+        return tr("Réserve");
+    case Section::Library:
+        return tr("Bibliothèque");
+    case Section::Territory:
+        return tr("Ton territoire");
+    case Section::Report:
+        return tr("Bilan");
+    }
+    return {};
+}
+
+std::optional<Section> Sections::sectionOf(TopicStatus status) {
+    switch (status) {
+    case TopicStatus::Inbox:
+        return Section::Inbox;
+    case TopicStatus::Program:
+        return Section::Program;
+    case TopicStatus::Reserve:
+        return Section::Reserve;
+    case TopicStatus::Done:
+        return Section::Library;
+    case TopicStatus::Pending:
+    case TopicStatus::Dismissed:
+        break;
+    }
+    return std::nullopt;
+}
+
+TopicListModel *Sections::listOf(Section section) const {
+    switch (section) {
+    case Section::Inbox:
+        return &m_parts.inbox;
+    case Section::Program:
+        return &m_parts.program;
+    case Section::Reserve:
+        return &m_parts.reserve;
+    case Section::Library:
+        return &m_parts.library;
+    case Section::Territory:
+    case Section::Report:
+        break;
+    }
+    return nullptr;
+}
+
+int Sections::countOf(Section section) const {
+    const TopicListModel *list = listOf(section);
+    return list == nullptr ? 0 : list->count();
+}
+
+void Sections::setCurrent(Section section) {
+    if (section != m_current && section >= Section::Inbox && section <= Section::Report) {
+        m_current = section;
+        Q_EMIT currentChanged();
+        Q_EMIT textsChanged();
+    }
+}
+
+QString Sections::subtitle() const {
+    const int count = countOf(m_current);
+    const QString minutes = count == 0 ? QString() : readingTime(listOf(m_current)->minutes());
+    switch (m_current) {
+    case Section::Inbox:
+        return count == 0 ? QString() : inboxSubtitle() + minutes;
+    case Section::Program: {
+        const ProgramText said = programText();
+        return count == 0 ? QString() : QStringLiteral("%1. %2").arg(said.title, said.text);
+    }
+    case Section::Reserve: {
+        const int moved = m_parts.reserve.movedCount();
+        const QString news = moved == 0   ? QString()
+                             : moved == 1 ? tr(", 1 a bougé")
+                                          : tr(", %1 ont bougé").arg(moved);
+        return count == 0
+                   ? QString()
+                   : counted(count, tr("sujet mis de côté"), tr("sujets mis de côté")) + news;
+    }
+    case Section::Library:
+        return count == 0 ? QString() : counted(count, tr("sujet terminé"), tr("sujets terminés"));
+    case Section::Territory:
+        return tr("Ce que je fouille pour toi");
+    case Section::Report:
+        return m_parts.run.lastRunText().isEmpty()
+                   ? QString()
+                   : tr("Dernière fouille %1").arg(m_parts.run.lastRunText());
+    }
+    return {};
+}
+
+/// Names the last run only where every topic came with it.
+QString Sections::inboxSubtitle() const {
+    const auto &report = m_parts.preferences.settings().lastReport;
+    const QString topics = countedTopics(m_parts.inbox.count());
+    if (!report) {
+        return topics;
+    }
+    constexpr qint64 leeway = 60; // the report's date is taken a little after the last topic's
+    const QDateTime begun = report->date.addSecs(-static_cast<qint64>(report->seconds) - leeway);
+    const bool all = std::ranges::all_of(m_parts.inbox.topics(), [&](const TopicPtr &topic) {
+        return !topic->capturedURL && topic->foundAt >= begun && topic->foundAt <= report->date;
+    });
+    return all ? tr("%1 de la fouille %2")
+                     .arg(topics, ofDayText(report->date, m_parts.clock.now(), m_parts.zone))
+               : topics;
+}
+
+ProgramText Sections::programText() const { return m_parts.budget.text(m_parts.run.nextRunText()); }
+
+QString Sections::emptyTitle() const {
+    if (countOf(m_current) > 0) {
+        return {};
+    }
+    switch (m_current) {
+    case Section::Inbox:
+        return m_parts.preferences.settings().lastSearch
+                   ? tr("Tous les sujets de la fouille sont triés")
+                   : tr("Rien à trier pour l’instant");
+    case Section::Program:
+        return programText().title;
+    case Section::Reserve:
+        return tr("Rien en réserve.");
+    case Section::Library:
+        return tr("Ta bibliothèque est vide.");
+    default:
+        return {};
+    }
+}
+
+QString Sections::emptyText() const {
+    if (countOf(m_current) > 0) {
+        return {};
+    }
+    switch (m_current) {
+    case Section::Inbox:
+        return inboxEmptyText();
+    case Section::Program:
+        return programText().text;
+    case Section::Reserve:
+        return typographic(
+            tr("Les sujets mis de côté avec « Plus tard » t’attendent ici. Je te les "
+               "ressors quand ils bougent."));
+    case Section::Library:
+        return tr("Les sujets que tu termines dans ton programme viennent s’y ranger.");
+    default:
+        return {};
+    }
+}
+
+QString Sections::inboxEmptyText() const {
+    const QString next = m_parts.run.nextRunText();
+    if (!m_parts.preferences.settings().lastSearch) {
+        return tr("Ta première fouille remplira cette page.");
+    }
+    return next.isEmpty() ? tr("Tout est trié.")
+                          : tr("Tout est trié. Prochaine fouille %1").arg(next);
+}
+
+QVariantList Sections::emptyActions() const {
+    if (countOf(m_current) > 0) {
+        return {};
+    }
+    if (m_current == Section::Program && m_parts.budget.finished() && m_parts.budget.left() > 0) {
+        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow)};
+    }
+    if (m_current != Section::Inbox) {
+        return {};
+    }
+    if (!m_parts.preferences.settings().lastSearch) {
+        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow)};
+    }
+    return {button(tr("Voir le programme"), KeyboardMap::GoProgram),
+            button(tr("Voir la réserve"), KeyboardMap::GoReserve)};
+}
+
+} // namespace vorle

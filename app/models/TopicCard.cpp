@@ -1,0 +1,199 @@
+#include "app/models/TopicCard.h"
+
+#include "app/TopicLabels.h"
+#include "app/models/TopicListModel.h"
+#include "app/models/Wording.h"
+#include "core/Corrections.h"
+#include "core/ScoreScale.h"
+#include "search/SourceImage.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QTimeZone>
+#include <QUrl>
+
+#include <array>
+
+namespace vorle {
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("TopicCard", text); }
+
+QString text(const std::optional<QString> &value) { return value.value_or(QString()); }
+
+QString hostOf(const QString &address) {
+    const QString host = QUrl(address).host();
+    return host.startsWith(QStringLiteral("www.")) ? host.sliced(4) : host;
+}
+
+QVariantList changesOf(const Topic &topic) {
+    QVariantList list;
+    for (const QString &change : topic.changes.value_or(QList<QString>())) {
+        list.append(QVariantMap{{QStringLiteral("text"), change},
+                                {QStringLiteral("label"), changeLabel(change)}});
+    }
+    return list;
+}
+
+/// The file: address of the picture kept for a link. Only a plain file name is believed.
+QString pictureOf(const Topic &topic, const QString &link) {
+    for (const Picture &picture : topic.gallery) {
+        if (picture.url == link && !picture.file.isEmpty() &&
+            QFileInfo(picture.file).fileName() == picture.file) {
+            return QUrl::fromLocalFile(SourceImage::defaultCacheFolder() + u'/' + picture.file)
+                .toString();
+        }
+    }
+    return {};
+}
+
+QVariantList sourcesOf(const Topic &topic) {
+    QVariantList list;
+    for (const TopicSource &source : topic.sources) {
+        list.append(QVariantMap{{QStringLiteral("name"), source.displayName()},
+                                {QStringLiteral("url"), source.url},
+                                {QStringLiteral("picture"), pictureOf(topic, source.url)}});
+    }
+    return list;
+}
+
+/// "undici 7.12.0 → 7.18.1", or what of it is known.
+QString versionText(const Topic &topic) {
+    QStringList versions;
+    for (const auto &version : {topic.currentVersion, topic.newVersion}) {
+        if (version && !version->isEmpty()) {
+            versions += *version;
+        }
+    }
+    QString words = versions.join(QStringLiteral(" → "));
+    if (topic.dependency && !topic.dependency->isEmpty()) {
+        words = words.isEmpty() ? *topic.dependency : *topic.dependency + u' ' + words;
+    }
+    return words;
+}
+
+using Role = TopicListModel::Role;
+using Card = const TopicCard &;
+
+struct RoleValue {
+    int role;
+    QVariant (*value)(const TopicCard &card);
+};
+
+/// One line a role, in the order of TopicListModel::Role; Section is the model's own.
+constexpr RoleValue roleValues[] = {
+    {Role::TopicId,
+     [](Card c) -> QVariant { return c.topic.id.toString(QUuid::WithoutBraces).toUpper(); }},
+    {Role::Section, [](Card) -> QVariant { return QString(); }},
+    {Role::Title, [](Card c) -> QVariant { return c.topic.title; }},
+    {Role::Tldr, [](Card c) -> QVariant { return text(c.topic.tldr); }},
+    {Role::Summary, [](Card c) -> QVariant { return c.topic.summary; }},
+    {Role::Gist,
+     [](Card c) -> QVariant {
+         return c.topic.summary.isEmpty() ? text(c.topic.tldr) : c.topic.summary;
+     }},
+    {Role::Why, [](Card c) -> QVariant { return c.topic.why; }},
+    {Role::FirstStep, [](Card c) -> QVariant { return c.topic.firstStep; }},
+    {Role::Changes, [](Card c) -> QVariant { return changesOf(c.topic); }},
+    {Role::Risks, [](Card c) -> QVariant { return text(c.topic.risks); }},
+    {Role::Place,
+     [](Card c) -> QVariant { return c.topic.project.value_or(text(c.topic.interest)); }},
+    {Role::Project, [](Card c) -> QVariant { return text(c.topic.project); }},
+    {Role::Interest, [](Card c) -> QVariant { return text(c.topic.interest); }},
+    {Role::KindLabel, [](Card c) -> QVariant { return kindLabel(c.topic.kind); }},
+    {Role::Minutes, [](Card c) -> QVariant { return c.topic.minutes; }},
+    {Role::MinutesText, [](Card c) -> QVariant { return durationLabel(c.topic.minutes); }},
+    {Role::ReadLevelText,
+     [](Card c) -> QVariant {
+         return c.isPendingCapture() ? QString() : readLevelLabel(c.topic.readLevel);
+     }},
+    {Role::HasScore, [](Card c) -> QVariant { return c.score().has_value(); }},
+    {Role::Score, [](Card c) -> QVariant { return c.score().value_or(0); }},
+    {Role::Digits, [](Card c) -> QVariant { return scoreBadge(c.score()).digits; }},
+    {Role::FormerScore,
+     [](Card c) -> QVariant { return standingScore(c.topic).former.value_or(-1); }},
+    {Role::AccentLight,
+     [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).accent.light); }},
+    {Role::AccentDark,
+     [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).accent.dark); }},
+    {Role::InkLight, [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).ink.light); }},
+    {Role::InkDark, [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).ink.dark); }},
+    {Role::FillLight,
+     [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).fill.light); }},
+    {Role::FillDark, [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).fill.dark); }},
+    {Role::Filled, [](Card c) -> QVariant { return scoreBadge(c.score()).filled; }},
+    {Role::Gem, [](Card c) -> QVariant { return scoreBadge(c.score()).gem; }},
+    {Role::AccessibleName, [](Card c) -> QVariant { return scoreBadge(c.score()).accessibleName; }},
+    {Role::TierNumber, [](Card c) -> QVariant { return static_cast<int>(tierOf(c.topic)); }},
+    {Role::TierLabel, [](Card c) -> QVariant { return tierLabel(tierOf(c.topic)); }},
+    {Role::Urgent, [](Card c) -> QVariant { return c.topic.isUrgent(); }},
+    {Role::UrgencyText,
+     [](Card c) -> QVariant { return urgencyLabel(c.topic.urgency, c.now.toLocalTime().date()); }},
+    {Role::UrgencyReason,
+     [](Card c) -> QVariant {
+         return c.topic.urgency ? text(c.topic.urgency->reason) : QString();
+     }},
+    {Role::Sources, [](Card c) -> QVariant { return sourcesOf(c.topic); }},
+    {Role::MainUrl,
+     [](Card c) -> QVariant {
+         return c.topic.mainSource() == nullptr ? QString() : c.topic.mainSource()->url;
+     }},
+    {Role::MainSite,
+     [](Card c) -> QVariant {
+         return c.topic.mainSource() == nullptr ? QString() : hostOf(c.topic.mainSource()->url);
+     }},
+    {Role::VersionText, [](Card c) -> QVariant { return versionText(c.topic); }},
+    {Role::PublishedOn, [](Card c) -> QVariant { return text(c.topic.publishedOn); }},
+    {Role::FoundText,
+     [](Card c) -> QVariant {
+         return dayText(c.topic.foundAt, c.now, QTimeZone::systemTimeZone());
+     }},
+    {Role::Note, [](Card c) -> QVariant { return text(c.topic.note); }},
+    {Role::Worth,
+     [](Card c) -> QVariant { return c.topic.worth ? json::rawText(*c.topic.worth) : QString(); }},
+    {Role::WorthLabel,
+     [](Card c) -> QVariant { return c.topic.worth ? worthLabel(*c.topic.worth) : QString(); }},
+    {Role::PostponedCount, [](Card c) -> QVariant { return c.topic.postponedCount; }},
+    {Role::Moved, [](Card c) -> QVariant { return c.moved; }},
+    {Role::Waits, [](Card c) -> QVariant { return c.waits; }},
+    {Role::HasBrief, [](Card c) -> QVariant { return c.topic.brief.has_value(); }},
+    {Role::BriefState,
+     [](Card c) -> QVariant {
+         return c.briefState.isEmpty() && c.topic.brief ? QStringLiteral("written") : c.briefState;
+     }},
+    {Role::PendingCapture, [](Card c) -> QVariant { return c.isPendingCapture(); }},
+};
+
+constexpr bool standInOrder() {
+    int next = Role::TopicId;
+    for (const RoleValue &entry : roleValues) {
+        if (entry.role != next++) {
+            return false;
+        }
+    }
+    return next == Role::PendingCapture + 1;
+}
+static_assert(standInOrder(), "a role is its place in the table");
+
+} // namespace
+
+QVariant TopicCard::value(int role) const {
+    return role >= Role::TopicId && role <= Role::PendingCapture
+               ? roleValues[role - Role::TopicId].value(*this)
+               : QVariant();
+}
+
+QString TopicCard::inboxHeading() const {
+    return isPendingCapture() ? tr("En cours de lecture") : tierLabel(tierOf(topic));
+}
+
+bool TopicCard::isPendingCapture() const {
+    return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
+}
+
+std::optional<int> TopicCard::score() const {
+    return isPendingCapture() ? std::nullopt : shownScore(topic);
+}
+
+} // namespace vorle

@@ -1,0 +1,316 @@
+#include "app/models/TopicListModel.h"
+
+#include "app/models/TopicCard.h"
+#include "app/models/Wording.h"
+#include "core/ScoreScale.h"
+#include "core/TopicOrder.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QMetaEnum>
+
+#include <algorithm>
+#include <limits>
+
+namespace vorle {
+
+namespace {
+
+bool isPendingCapture(const Topic &topic) {
+    return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
+}
+
+/// Links still being read, then by tier, score, newest find.
+bool soonerInInbox(const Topic &a, const Topic &b) {
+    const bool reading = isPendingCapture(a);
+    if (reading != isPendingCapture(b)) {
+        return reading;
+    }
+    const Tier left = tierOf(a);
+    const Tier right = tierOf(b);
+    if (left != right) {
+        return left < right;
+    }
+    const int score = shownScore(a).value_or(0);
+    const int other = shownScore(b).value_or(0);
+    return score != other ? score > other : a.foundAt > b.foundAt;
+}
+
+QString monthHeading(const std::optional<QDateTime> &moment) {
+    if (!moment) {
+        return {};
+    }
+    const QLocale french(QLocale::French, QLocale::France);
+    QString month = french.toString(moment->toLocalTime().date(), QStringLiteral("MMMM yyyy"));
+    month[0] = month[0].toUpper();
+    return month;
+}
+
+} // namespace
+
+TopicListModel::TopicListModel(TopicStore &store, sections::Section section, const Clock &clock,
+                               QObject *parent)
+    : QAbstractListModel(parent), m_store(store), m_section(section), m_clock(clock) {
+    load();
+    connect(&store, &TopicStore::topicChanged, this, &TopicListModel::follow);
+    connect(&store, &TopicStore::topicsAdded, this, [this](const QList<QUuid> &ids) {
+        for (const QUuid &id : ids) {
+            follow(id);
+        }
+    });
+    connect(&store, &TopicStore::topicsReset, this, [this] {
+        beginResetModel();
+        load();
+        endResetModel();
+        Q_EMIT countChanged();
+        Q_EMIT minutesChanged();
+        Q_EMIT movedCountChanged();
+    });
+}
+
+bool TopicListModel::belongs(const Topic &topic) const {
+    switch (m_section) {
+    case sections::Section::Inbox:
+        return topic.status == TopicStatus::Inbox || isPendingCapture(topic);
+    case sections::Section::Program:
+        return topic.status == TopicStatus::Program;
+    case sections::Section::Reserve:
+        return topic.status == TopicStatus::Reserve;
+    case sections::Section::Library:
+        return topic.status == TopicStatus::Done;
+    default:
+        return false;
+    }
+}
+
+/// A total order: topics that are equal in it keep the store's own.
+bool TopicListModel::before(const Row &a, const Row &b) const {
+    if (a.moved != b.moved) {
+        return a.moved;
+    }
+    if (a.waits != b.waits) {
+        return b.waits;
+    }
+    const auto sooner = m_section == sections::Section::Inbox     ? soonerInInbox
+                        : m_section == sections::Section::Program ? soonerInProgram
+                        : m_section == sections::Section::Reserve ? triagedLater
+                                                                  : doneLater;
+    if (sooner(*a.topic, *b.topic)) {
+        return true;
+    }
+    return !sooner(*b.topic, *a.topic) &&
+           m_store.position(a.topic->id) < m_store.position(b.topic->id);
+}
+
+TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic) const {
+    return {topic, m_section == sections::Section::Reserve && m_comebacks.hasMoved(*topic, m_store),
+            m_waiting.contains(topic->id)};
+}
+
+void TopicListModel::load() {
+    m_rows.clear();
+    m_held.clear();
+    m_comebacks.clear();
+    m_minutes = 0;
+    m_movedCount = 0;
+    const QList<TopicPtr> all = m_store.topics();
+    if (m_section == sections::Section::Reserve) {
+        for (const TopicPtr &topic : all) {
+            m_comebacks.note(*topic);
+        }
+    }
+    for (const TopicPtr &topic : all) {
+        if (belongs(*topic)) {
+            m_rows.append(rowFor(topic));
+        }
+    }
+    std::ranges::sort(m_rows, [this](const Row &a, const Row &b) { return before(a, b); });
+    for (const Row &row : m_rows) {
+        m_held.insert(row.topic->id, row);
+        m_minutes += row.topic->minutes;
+        m_movedCount += row.moved ? 1 : 0;
+    }
+}
+
+/// What changed in the store may move the topic itself and, in the reserve, those it is news of.
+void TopicListModel::follow(const QUuid &id) {
+    const int count = this->count();
+    const int minutes = this->minutes();
+    const int moved = m_movedCount;
+    place(id);
+    const TopicPtr topic = m_store.topic(id);
+    if (m_section == sections::Section::Reserve && topic) {
+        m_comebacks.note(*topic);
+        for (const QUuid &kin : m_comebacks.kin(*topic)) {
+            place(kin);
+        }
+    }
+    tellChanges(count, minutes, moved);
+}
+
+void TopicListModel::place(const QUuid &id) {
+    const TopicPtr topic = m_store.topic(id);
+    const qsizetype at = indexOf(id);
+    if (topic && belongs(*topic)) {
+        if (at < 0) {
+            insert(rowFor(topic));
+        } else {
+            replace(at, rowFor(topic));
+        }
+    } else if (at >= 0) {
+        remove(at);
+    }
+}
+
+void TopicListModel::insert(Row row) {
+    const qsizetype at = lowerBound(row);
+    beginInsertRows({}, static_cast<int>(at), static_cast<int>(at));
+    m_held.insert(row.topic->id, row);
+    m_minutes += row.topic->minutes;
+    m_movedCount += row.moved ? 1 : 0;
+    m_rows.insert(at, std::move(row));
+    endInsertRows();
+}
+
+void TopicListModel::remove(qsizetype at) {
+    beginRemoveRows({}, static_cast<int>(at), static_cast<int>(at));
+    const Row row = m_rows.takeAt(at);
+    m_held.remove(row.topic->id);
+    m_minutes -= row.topic->minutes;
+    m_movedCount -= row.moved ? 1 : 0;
+    endRemoveRows();
+}
+
+void TopicListModel::replace(qsizetype at, Row row) {
+    const Row old = m_rows.at(at);
+    if (old == row) {
+        return;
+    }
+    // The old row is among those searched: standing just before or just after it is staying.
+    const qsizetype to = lowerBound(row);
+    const bool moves = to != at && to != at + 1;
+    if (moves) {
+        beginMoveRows({}, static_cast<int>(at), static_cast<int>(at), {}, static_cast<int>(to));
+    }
+    m_held.insert(row.topic->id, row);
+    m_minutes += row.topic->minutes - old.topic->minutes;
+    m_movedCount += (row.moved ? 1 : 0) - (old.moved ? 1 : 0);
+    m_rows[at] = std::move(row);
+    qsizetype now = at;
+    if (moves) {
+        now = to > at ? to - 1 : to;
+        m_rows.move(at, now);
+        endMoveRows();
+    }
+    const QModelIndex place = index(static_cast<int>(now));
+    Q_EMIT dataChanged(place, place);
+}
+
+qsizetype TopicListModel::indexOf(const QUuid &id) const {
+    const auto held = m_held.constFind(id);
+    return held == m_held.constEnd() ? -1 : lowerBound(*held);
+}
+
+qsizetype TopicListModel::lowerBound(const Row &row) const {
+    const auto at = std::ranges::lower_bound(
+        m_rows, row, [this](const Row &a, const Row &b) { return before(a, b); });
+    return at - m_rows.begin();
+}
+
+void TopicListModel::tellChanges(int count, int minutes, int moved) {
+    if (count != this->count()) {
+        Q_EMIT countChanged();
+    }
+    if (minutes != this->minutes()) {
+        Q_EMIT minutesChanged();
+    }
+    if (moved != m_movedCount) {
+        Q_EMIT movedCountChanged();
+    }
+}
+
+int TopicListModel::minutes() const {
+    constexpr qint64 most = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp<qint64>(m_minutes, 0, most));
+}
+
+int TopicListModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant TopicListModel::data(const QModelIndex &index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const Row &row = m_rows.at(index.row());
+    const Topic &topic = *row.topic;
+    const TopicCard card{topic, m_clock.now(), row.moved, row.waits, m_briefStates.value(topic.id)};
+    if (role != Section) {
+        return card.value(role);
+    }
+    switch (m_section) {
+    case sections::Section::Inbox:
+        return card.inboxHeading();
+    case sections::Section::Program:
+        return row.waits ? m_waitingHeading : tierLabel(tierOf(topic));
+    case sections::Section::Library:
+        return monthHeading(topic.doneAt);
+    default:
+        return row.moved ? QCoreApplication::translate("TopicListModel", "Ils ont bougé")
+                         : QString();
+    }
+}
+
+QHash<int, QByteArray> TopicListModel::roleNames() const {
+    QHash<int, QByteArray> names;
+    const auto roles = QMetaEnum::fromType<Role>();
+    for (int i = 0; i < roles.keyCount(); ++i) {
+        QByteArray name(roles.key(i));
+        name[0] = static_cast<char>(name[0] - 'A' + 'a');
+        names.insert(roles.value(i), name);
+    }
+    return names;
+}
+
+int TopicListModel::rowOf(const QString &topicId) const {
+    return static_cast<int>(indexOf(QUuid::fromString(topicId)));
+}
+
+QString TopicListModel::topicIdAt(int row) const { return value(row, TopicId).toString(); }
+
+QVariant TopicListModel::value(int row, Role role) const {
+    return row < 0 || row >= count() ? QVariant() : data(index(row), role);
+}
+
+void TopicListModel::setWaiting(QSet<QUuid> ids, const QString &heading) {
+    const QSet<QUuid> before = std::exchange(m_waiting, std::move(ids));
+    m_waitingHeading = heading;
+    for (const QUuid &id : (before - m_waiting) + (m_waiting - before)) {
+        if (indexOf(id) >= 0) {
+            place(id);
+        }
+    }
+}
+
+void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
+    if (state.isEmpty()) {
+        m_briefStates.remove(id);
+    } else {
+        m_briefStates.insert(id, state);
+    }
+    if (const qsizetype at = indexOf(id); at >= 0) {
+        const QModelIndex place = index(static_cast<int>(at));
+        Q_EMIT dataChanged(place, place, {BriefState});
+    }
+}
+
+QList<TopicPtr> TopicListModel::topics() const {
+    QList<TopicPtr> list;
+    list.reserve(m_rows.size());
+    for (const Row &row : m_rows) {
+        list.append(row.topic);
+    }
+    return list;
+}
+
+} // namespace vorle

@@ -1,0 +1,92 @@
+#include "app/models/Wording.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QRegularExpression>
+
+namespace vorle {
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("Wording", text); }
+
+QLocale french() { return {QLocale::French, QLocale::France}; }
+
+QString weekday(const QDate &day) { return french().dayName(day.dayOfWeek()); }
+
+/// "2 novembre", "1er décembre 2025".
+QString dayAndMonth(const QDate &day, const QDate &today) {
+    const QString number = day.day() == 1 ? tr("1er") : QString::number(day.day());
+    const QString month = french().monthName(day.month());
+    return day.year() == today.year()
+               ? QStringLiteral("%1 %2").arg(number, month)
+               : QStringLiteral("%1 %2 %3").arg(number, month, QString::number(day.year()));
+}
+
+} // namespace
+
+QString typographic(QString text) {
+    static const QRegularExpression blanks(QStringLiteral("(?<=«) | (?=[»:;!?])"));
+    return text.replace(blanks, QStringLiteral("\u00A0"));
+}
+
+QString counted(qsizetype count, const QString &one, const QString &many) {
+    return QStringLiteral("%1 %2").arg(count).arg(count < 2 ? one : many);
+}
+
+QString countedTopics(qsizetype count) {
+    return count == 0 ? tr("Aucun sujet") : counted(count, tr("sujet"), tr("sujets"));
+}
+
+QString worthLabel(Worth worth) {
+    switch (worth) {
+    case Worth::Meh:
+        return tr("Bof");
+    case Worth::Useful:
+        return tr("Utile");
+    case Worth::Gem:
+        return tr("Pépite");
+    }
+    return {};
+}
+
+QString timeText(const QDateTime &moment, const QTimeZone &zone) {
+    return moment.toTimeZone(zone).toString(QStringLiteral("H:mm"));
+}
+
+QString dayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
+    const QDate day = moment.toTimeZone(zone).date();
+    return weekday(day) + u' ' + dayAndMonth(day, now.toTimeZone(zone).date());
+}
+
+QString comingText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
+    const QDate day = moment.toTimeZone(zone).date();
+    const qint64 days = now.toTimeZone(zone).date().daysTo(day);
+    QString when = dayText(moment, now, zone);
+    if (days == 0) {
+        when = tr("aujourd’hui");
+    } else if (days == 1) {
+        when = tr("demain");
+    } else if (days > 1 && days < 7) {
+        when = weekday(day);
+    } else if (days == 7) {
+        when = tr("%1 prochain").arg(weekday(day));
+    }
+    return tr("%1 à %2").arg(when, timeText(moment, zone));
+}
+
+QString ofDayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
+    const QDate day = moment.toTimeZone(zone).date();
+    const QDate today = now.toTimeZone(zone).date();
+    const qint64 days = day.daysTo(today);
+    if (days == 0) {
+        return tr("d’aujourd’hui");
+    }
+    if (days == 1) {
+        return tr("d’hier");
+    }
+    return days > 1 && days < 7 ? tr("de %1").arg(weekday(day))
+                                : tr("du %1").arg(dayAndMonth(day, today));
+}
+
+} // namespace vorle

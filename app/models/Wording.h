@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/Topic.h"
+
+#include <QDateTime>
+#include <QString>
+#include <QTimeZone>
+
+namespace vorle {
+
+/// How the window words counts and moments, in French. Pure functions, any thread.
+
+/// The text with the no-break spaces French sets inside quotation marks and before high
+/// punctuation.
+QString typographic(QString text);
+
+/// "1 sujet", "12 sujets": `one` below 2, else `many`, each after the number.
+QString counted(qsizetype count, const QString &one, const QString &many);
+/// "Aucun sujet", "1 sujet", "12 sujets".
+QString countedTopics(qsizetype count);
+
+/// "Bof", "Utile", "Pépite".
+QString worthLabel(Worth worth);
+
+/// "8:00"
+QString timeText(const QDateTime &moment, const QTimeZone &zone);
+/// "lundi 16 novembre", with its year when it is not that of `now`.
+QString dayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone);
+/// A moment to come: "aujourd’hui à 8:00", "demain à 8:00", "lundi à 8:00" within the week,
+/// "lundi prochain à 8:00" a week on, else as `dayText`.
+QString comingText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone);
+/// A past day after "la fouille ": "d’aujourd’hui", "d’hier", "de lundi" within the week, else
+/// "du 2 novembre".
+QString ofDayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone);
+
+} // namespace vorle
