@@ -11,6 +11,7 @@
 
 #include "app/demo/agent/Digger.h"
 #include "app/demo/agent/Grader.h"
+#include "app/demo/agent/NoteTaker.h"
 #include "app/demo/agent/PromptReader.h"
 #include "app/demo/agent/Scout.h"
 #include "app/demo/agent/Screener.h"
@@ -119,6 +120,10 @@ QByteArray answerTo(const Call &call) {
     } else if (properties.contains(u"results")) {
         if (const auto values = valuesOf("dig-prompt", call)) {
             return json::encode(dig(*values, catalogue, siteAddress()));
+        }
+    } else if (properties.contains(u"essentials")) {
+        if (const auto values = valuesOf("brief-prompt", call)) {
+            return json::encode(takeNotes(*values, catalogue, siteAddress()));
         }
     } else if (properties.contains(u"judgments")) {
         if (const auto values = valuesOf("judge-prompt", call)) {

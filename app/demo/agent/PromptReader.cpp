@@ -211,4 +211,25 @@ QList<ItemRead> readItems(const QString &items) {
     return read;
 }
 
+TopicRead readTopic(const QHash<QString, QString> &values) {
+    TopicRead read;
+    const QString topic = values.value(QStringLiteral("@TOPIC"));
+    read.project =
+        group(R"(^Their project \*\*(.*?)\*\*)", values.value(QStringLiteral("@PROJECT")));
+    read.title = group("^Title: (.*)$", topic);
+    read.dependency = group("^Dependency: ([^,\n]*)", topic);
+    static const QRegularExpression source = pattern(R"(^- (?:(.*): )?(https?://\S+)$)");
+    for (auto matches = source.globalMatch(values.value(QStringLiteral("@SOURCES")));
+         matches.hasNext();) {
+        const auto match = matches.next();
+        read.sources += TopicSourceRead{match.captured(1), match.captured(2)};
+    }
+    const QString fence = QStringLiteral("\"\"\"");
+    const QString text = values.value(QStringLiteral("@TEXT")).trimmed();
+    if (text.startsWith(fence) && text.endsWith(fence) && text.size() > 2 * fence.size()) {
+        read.text = text.sliced(fence.size(), text.size() - 2 * fence.size()).trimmed();
+    }
+    return read;
+}
+
 } // namespace vorle::demo

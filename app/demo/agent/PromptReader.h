@@ -69,4 +69,18 @@ struct ItemRead {
 };
 QList<ItemRead> readItems(const QString &items);
 
+/// One topic as the instruction for a reading note presents it.
+struct TopicSourceRead {
+    QString title;
+    QString link;
+};
+struct TopicRead {
+    QString project; ///< empty: none is named
+    QString title;
+    QString dependency;
+    QList<TopicSourceRead> sources;
+    QString text; ///< what was read earlier; empty: nothing
+};
+TopicRead readTopic(const QHash<QString, QString> &values);
+
 } // namespace vorle::demo
