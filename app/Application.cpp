@@ -89,4 +89,12 @@ SearchEngine &Application::engine() {
     return *m_engine;
 }
 
+BriefWriter &Application::briefs() {
+    if (!m_briefs) {
+        m_briefs = std::make_unique<BriefWriter>(
+            BriefWriter::Parts{preferences(), store(), asker(), m_clock});
+    }
+    return *m_briefs;
+}
+
 } // namespace vorle

@@ -4,6 +4,7 @@
 #include "base/Clock.h"
 #include "base/HttpClient.h"
 #include "base/Resources.h"
+#include "briefs/BriefWriter.h"
 #include "core/Preferences.h"
 #include "core/StoreLock.h"
 #include "core/TopicStore.h"
@@ -48,6 +49,7 @@ public:
     EngineAgent &agent();
     Asker &asker();
     SearchEngine &engine();
+    BriefWriter &briefs();
 
 private:
     Setup m_setup;
@@ -64,6 +66,7 @@ private:
     std::unique_ptr<EngineAgent> m_agent;
     std::unique_ptr<Asker> m_asker;
     std::unique_ptr<SearchEngine> m_engine;
+    std::unique_ptr<BriefWriter> m_briefs;
 };
 
 } // namespace vorle

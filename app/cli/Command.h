@@ -69,6 +69,7 @@ Arguments parseArguments(const Command &command, const QStringList &words);
 Task<ExitStatus> fouille(Context &context);
 Task<ExitStatus> consignes(Context &context);
 Task<ExitStatus> sujets(Context &context);
+Task<ExitStatus> fiche(Context &context);
 Task<ExitStatus> lire(Context &context);
 Task<ExitStatus> flux(Context &context);
 Task<ExitStatus> decouverte(Context &context);

@@ -1,0 +1,84 @@
+// One topic's reading note: the kept one, or a new one.
+
+#include "app/cli/BriefPage.h"
+#include "app/cli/Command.h"
+#include "app/cli/TopicArgument.h"
+#include "briefs/BriefWriter.h"
+
+#include <QLocale>
+
+namespace vorle::cli {
+
+namespace {
+
+void show(const Context &context, const Topic &topic, std::optional<int> minutes) {
+    if (context.arguments.json()) {
+        context.console.print(json::encode(*topic.brief, json::Style::Pretty));
+    } else {
+        context.console.print(briefPage(context.console, topic, minutes));
+    }
+}
+
+/// Writes the topic's note and waits for it. @throws Failure, Cancelled
+Task<> write(Context &context, QUuid id) {
+    BriefWriter &writer = context.app.briefs();
+    OneShot ended;
+    QObject scope; // the connection goes with it
+    QObject::connect(&writer, &BriefWriter::runningChanged, &scope, [&writer, ended] {
+        if (!writer.running()) {
+            ended.fire();
+        }
+    });
+    const auto stop = context.cancel.onCancel([&writer] { writer.stop(); });
+    context.console.progress(QStringLiteral("J’écris la fiche de lecture…"), 0, 1,
+                             QStringLiteral("Je relis les sources · environ une minute"));
+    writer.ask(id);
+    co_await ended;
+    context.console.endProgress();
+    context.cancel.throwIfCancelled();
+    if (writer.failed().contains(id)) {
+        throw Failure(QStringLiteral("Je n’ai pas pu écrire la fiche.\n"
+                                     "Les sources n’ont pas répondu, ou ton IA non plus.\n") +
+                      writer.failureText(id));
+    }
+}
+
+QString costText(std::optional<double> costUSD) {
+    return costUSD && *costUSD > 0
+               ? QStringLiteral(" · %1 $").arg(
+                     QLocale(QLocale::French, QLocale::France).toString(*costUSD, 'f', 2))
+               : QString();
+}
+
+} // namespace
+
+Task<ExitStatus> fiche(Context &context) {
+    const QString typed = context.arguments.positional.first();
+    const bool again = context.arguments.flags.contains(QStringLiteral("refaire"));
+    {
+        // A kept note is read without waiting for whoever is changing the topics.
+        const TopicStore kept(TopicStore::Kind::Real, context.app.resources(), context.app.clock());
+        const TopicPtr topic = topicByPrefix(kept, typed);
+        if (topic->brief && !again) {
+            show(context, *topic, std::nullopt);
+            co_return ExitStatus::Done;
+        }
+    }
+    co_await holdTopics(context);
+    TopicStore &store = context.app.store();
+    const QUuid id = topicByPrefix(store, typed)->id;
+    if (again || !store.topic(id)->brief) {
+        co_await write(context, id);
+    }
+    const auto receipt = context.app.briefs().receipt(id).value_or(BriefWriter::Receipt());
+    show(context, *store.topic(id), receipt.minutes);
+    if (!store.flush()) {
+        throw Failure(
+            store.saveError().value_or(QStringLiteral("La fiche n’a pas pu être enregistrée.")));
+    }
+    context.console.say(
+        QStringLiteral("Fiche gardée dans le sujet%1").arg(costText(receipt.costUSD)));
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli
