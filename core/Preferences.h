@@ -21,7 +21,8 @@ namespace vorle {
 ///
 /// A value that is absent, of the wrong type, out of its range or an unknown word reads as the
 /// setting's default; of a list or a dictionary, the entries that fit are kept. Nothing here
-/// fails: a write that does not succeed is logged, and the value stands in memory.
+/// fails but the opening (see SettingsFile): a write that does not succeed is logged and told by
+/// `writeError()`, and the value stands in memory.
 class Preferences final : public QObject {
     Q_OBJECT
 public:
@@ -52,6 +53,9 @@ public:
     /// Sets a setting from JSON. Gives a French sentence, and changes nothing, when the key is
     /// unknown or the value does not fit; null takes an optional setting's value away.
     std::optional<QString> changeSetting(const QString &key, const QJsonValue &value);
+
+    /// Why the last change was not written, as a French sentence for the user.
+    const std::optional<QString> &writeError() const { return m_file->writeError(); }
 
     /// Where a settings file that could not be read is kept, once it was replaced.
     const std::optional<QString> &setAside() const { return m_file->setAside(); }

@@ -5,7 +5,9 @@
 #include "base/MainThread.h"
 #include "core/DurableFile.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -55,6 +57,23 @@ bool usesUserDefaults() {
            qEnvironmentVariableIsEmpty("VORLE_SETTINGS");
 }
 
+/// Why the file may not be opened: a pipe would be waited for without end. Nothing when it may.
+std::error_code oddity(const QString &path) {
+    const QFileInfo info(path);
+    if (!info.exists() || info.isFile()) {
+        return {};
+    }
+    return std::make_error_code(info.isDir() ? std::errc::is_a_directory
+                                             : std::errc::invalid_argument);
+}
+
+std::unique_ptr<QSettings> opened(const QString &path) {
+    if (const std::error_code odd = oddity(path)) {
+        throw std::system_error(odd, path.toStdString());
+    }
+    return std::make_unique<QSettings>(path, jsonFormat());
+}
+
 /// A JSON text's object or list, or nothing.
 std::optional<QJsonValue> parsed(const QByteArray &utf8) {
     const auto document = QJsonDocument::fromJson(utf8);
@@ -83,11 +102,9 @@ QVariant forUserDefaults(const QJsonValue &value, SettingsFile::Form form) {
 } // namespace
 
 SettingsFile::SettingsFile()
-    : m_settings(usesUserDefaults() ? std::make_unique<QSettings>()
-                                    : std::make_unique<QSettings>(userFile(), jsonFormat())) {}
+    : m_settings(usesUserDefaults() ? std::make_unique<QSettings>() : opened(userFile())) {}
 
-SettingsFile::SettingsFile(const QString &jsonFile)
-    : m_settings(std::make_unique<QSettings>(jsonFile, jsonFormat())) {}
+SettingsFile::SettingsFile(const QString &jsonFile) : m_settings(opened(jsonFile)) {}
 
 QJsonValue SettingsFile::value(const QString &key, Form form) const {
     requireMainThread(subject);
@@ -108,9 +125,18 @@ QJsonValue SettingsFile::value(const QString &key, Form form) const {
 
 void SettingsFile::setValue(const QString &key, const QJsonValue &value, Form form) {
     requireMainThread(subject);
+    m_writeError.reset();
+    if (!write(key, value, form)) {
+        logLine(QStringLiteral("the setting could not be written: ") + key);
+        m_writeError = QCoreApplication::translate(
+                           "SettingsFile", "Le réglage « %1 » n’a pas pu être enregistré dans %2")
+                           .arg(key, m_settings->fileName());
+    }
+}
+
+bool SettingsFile::write(const QString &key, const QJsonValue &value, Form form) {
     if (!keepUnreadable()) {
-        logLine(QStringLiteral("the setting was not written: ") + key);
-        return;
+        return false;
     }
     if (m_settings->status() == QSettings::AccessError &&
         m_settings->format() != QSettings::NativeFormat) {
@@ -125,14 +151,14 @@ void SettingsFile::setValue(const QString &key, const QJsonValue &value, Form fo
         m_settings->setValue(key, value.toVariant());
     }
     m_settings->sync();
-    if (m_settings->status() == QSettings::AccessError) {
-        logLine(QStringLiteral("the setting could not be written: ") + key);
-    }
+    return m_settings->status() != QSettings::AccessError;
 }
 
 void SettingsFile::refresh() {
     requireMainThread(subject);
-    m_settings->sync();
+    if (m_settings->format() == QSettings::NativeFormat || !oddity(m_settings->fileName())) {
+        m_settings->sync();
+    }
 }
 
 bool SettingsFile::keepUnreadable() {

@@ -26,8 +26,9 @@ public:
     /// The user's own settings: on a Mac the user-defaults database; elsewhere settings.json in
     /// the folder "vorle" of the user's configuration. VORLE_SETTINGS, when set, names a JSON file
     /// instead.
+    /// @throws std::system_error when a folder, a pipe or a device is in the file's place
     SettingsFile();
-    /// A JSON file.
+    /// A JSON file. @throws std::system_error as above
     explicit SettingsFile(const QString &jsonFile);
 
     /// The value as JSON; Undefined when the key is absent. Records are read from JSON data, from
@@ -35,10 +36,13 @@ public:
     QJsonValue value(const QString &key, Form form) const;
     /// Writes the value and sees it on disk before it returns; null and Undefined take the key
     /// away. A file that is not a JSON object is first kept as "….illisible-<date>". A failure is
-    /// logged and nothing else: the caller's value stands in memory.
+    /// logged and told by writeError(): the caller's value stands in memory.
     void setValue(const QString &key, const QJsonValue &value, Form form);
     /// Sees what other processes wrote.
     void refresh();
+
+    /// Why the last write failed, as a French sentence for the user; nothing when it did not.
+    const std::optional<QString> &writeError() const { return m_writeError; }
 
     /// Where an unreadable file is kept, once it is.
     const std::optional<QString> &setAside() const { return m_setAside; }
@@ -46,9 +50,11 @@ public:
 private:
     /// False when a file that holds no settings could not be kept: it must not be replaced.
     bool keepUnreadable();
+    bool write(const QString &key, const QJsonValue &value, Form form);
 
     std::unique_ptr<QSettings> m_settings;
     std::optional<QString> m_setAside;
+    std::optional<QString> m_writeError;
 };
 
 } // namespace vorle

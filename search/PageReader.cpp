@@ -79,6 +79,7 @@ Task<ReadPage> PageReader::Places::read(std::shared_ptr<Places> places, QString 
     request.deadline = places->m_deadline;
     request.reach = reach;
     const HttpResponse response = co_await fetch(places, std::move(request), cancel);
+    page.outcome = response.outcome;
     page.status = response.status;
     if (!response.ok()) {
         co_return page;

@@ -12,7 +12,8 @@ namespace vorle {
 /// outside 200-299, bytes that are no text) reads as ReadLevel::None.
 struct ReadPage : PageText {
     QString finalUrl; ///< the address that answered, after redirects; the prepared link otherwise
-    int status = 0;   ///< the HTTP status, 0 when none came
+    HttpResponse::Outcome outcome = HttpResponse::Outcome::Refused; ///< of the exchange
+    int status = 0; ///< the HTTP status, 0 when none came
 
     bool operator==(const ReadPage &) const = default;
 };

@@ -97,7 +97,7 @@ ExitStatus showMachine(Context &context) {
         console.print(app.tool ? console.bold(app.name) +
                                      console.faint(QStringLiteral("  outil proposé"))
                       : app.leisure ? console.faint(app.name + QStringLiteral("  loisir"))
-                                    : app.name);
+                                    : console.plain(app.name));
     }
     console.print(QStringLiteral("Métier proposé : ") + console.bold(shown.job));
     if (shown.apps.isEmpty()) {

@@ -99,7 +99,7 @@ QString scopeLine(const ScopeReport &scope) {
     return facts.join(QStringLiteral(", "));
 }
 
-/// What was read: "18 pages lues, 2 en partie, 1 illisible".
+/// What was read: "18 en entier, 2 en partie, 1 illisible".
 QString readLine(const RunReport &report) {
     QStringList facts;
     const auto add = [&](int count, const QString &what) {
@@ -110,9 +110,12 @@ QString readLine(const RunReport &report) {
     add(report.read.full, QStringLiteral("en entier"));
     add(report.read.seen, QStringLiteral("en partie"));
     add(report.read.meta, QStringLiteral("par leur titre et leur description"));
-    add(report.read.none, QStringLiteral("illisibles"));
+    add(report.read.none,
+        report.read.none > 1 ? QStringLiteral("illisibles") : QStringLiteral("illisible"));
     if (report.dug > 0) {
-        facts += QStringLiteral("dont %1 retrouvées ailleurs").arg(report.dug);
+        facts += (report.dug > 1 ? QStringLiteral("dont %1 retrouvées ailleurs")
+                                 : QStringLiteral("dont %1 retrouvée ailleurs"))
+                     .arg(report.dug);
     }
     return facts.join(QStringLiteral(", "));
 }

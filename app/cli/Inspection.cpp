@@ -106,6 +106,26 @@ QString typedLink(const QString &text) {
     return link;
 }
 
+/// Why nothing could be read of a page; empty when something was.
+QString unreadReason(const ReadPage &page) {
+    if (page.level != ReadLevel::None) {
+        return {};
+    }
+    switch (page.outcome) {
+    case HttpResponse::Outcome::Refused:
+        return QStringLiteral("vorle ne va pas à cette adresse, ou elle renvoie sans fin ailleurs");
+    case HttpResponse::Outcome::Failed:
+        return QStringLiteral("le site est injoignable");
+    case HttpResponse::Outcome::TimedOut:
+        return QStringLiteral("le site n’a pas répondu à temps");
+    case HttpResponse::Outcome::Answered:
+        return page.status < 200 || page.status > 299
+                   ? QStringLiteral("le site a répondu %1").arg(page.status)
+                   : QStringLiteral("la page ne contient aucun texte");
+    }
+    return {};
+}
+
 QString stateWord(AgentReadiness readiness) {
     switch (readiness) {
     case AgentReadiness::Ready:
@@ -195,11 +215,11 @@ Task<ExitStatus> lire(Context &context) {
             context.console.print(u'\n' + context.console.plain(QString::fromUtf8(page.text)));
         }
     }
-    context.console.say(QStringLiteral("%1 · %2%3")
-                            .arg(page.finalUrl, readLevelLabel(page.level),
-                                 page.status != 0 && (page.status < 200 || page.status > 299)
-                                     ? QStringLiteral(" · réponse %1").arg(page.status)
-                                     : QString()));
+    QStringList facts{page.finalUrl, readLevelLabel(page.level)};
+    if (const QString reason = unreadReason(page); !reason.isEmpty()) {
+        facts += reason;
+    }
+    context.console.say(facts.join(QStringLiteral(" · ")));
     co_return page.level == ReadLevel::None ? ExitStatus::Failed : ExitStatus::Done;
 }
 

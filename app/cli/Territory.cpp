@@ -31,6 +31,13 @@ struct ProjectShown {
     }
 };
 
+/// @throws Failure when the last change did not reach the disk
+void requireWritten(const Preferences &preferences) {
+    if (preferences.writeError()) {
+        throw Failure(*preferences.writeError());
+    }
+}
+
 /// "package.json · 3 dépendances · React, TypeScript".
 QString manifestLine(const discovery::Project &project) {
     QStringList facts{project.manifest->name,
@@ -90,10 +97,12 @@ void addProject(Context &context, const QString &folder) {
     }
     projects[name] = path;
     preferences.change(&Settings::projects, projects);
+    requireWritten(preferences);
     if (context.arguments.options.contains(QStringLiteral("description"))) {
         auto descriptions = preferences.settings().projectDescriptions;
         descriptions[name] = context.arguments.options[QStringLiteral("description")].trimmed();
         preferences.change(&Settings::projectDescriptions, descriptions);
+        requireWritten(preferences);
     }
     if (found.problem != discovery::Project::Problem::None) {
         context.console.say(discovery::problemText(found));
@@ -107,9 +116,11 @@ void removeProject(Context &context, const QString &name) {
         throw Failure(QStringLiteral("Aucun projet ne s’appelle « %1 ».").arg(name));
     }
     preferences.change(&Settings::projects, projects);
+    requireWritten(preferences);
     auto descriptions = preferences.settings().projectDescriptions;
     if (descriptions.remove(name) > 0) {
         preferences.change(&Settings::projectDescriptions, descriptions);
+        requireWritten(preferences);
     }
 }
 
@@ -181,6 +192,7 @@ Task<ExitStatus> reglages(Context &context) {
         if (const auto error = preferences.changeSetting(words[0], parsedValue(words[1]))) {
             throw Failure(*error);
         }
+        requireWritten(preferences);
     }
     const QJsonValue value = preferences.setting(words[0]);
     if (value.isUndefined()) {
