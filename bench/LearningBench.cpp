@@ -29,7 +29,7 @@ QList<Topic> decidedTopics(qsizetype count) {
         topic.id = QUuid::createUuid();
         topic.title = QStringLiteral("Vapeur %1 corrige une fuite de mémoire au démarrage").arg(i);
         topic.score = static_cast<int>(random.bounded(11U));
-        topic.project = oneOf(random, {u"Tiravue", u"Cavatine", u"Orme"}).toString();
+        topic.project = QString::fromUtf16(oneOf(random, {u"Tiravue", u"Cavatine", u"Orme"}));
         topic.minutes = oneOf(random, {5, 15, 30, 60, 120});
         topic.kind = json::rawText(static_cast<ItemKind>(random.bounded(8U)));
         topic.summary = QString(300, u's');
@@ -87,9 +87,9 @@ double secondsOf(const std::function<void()> &job) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e9;
 }
 
-double median(std::vector<double> values) {
+double quantile(std::vector<double> values, double part) {
     std::ranges::sort(values);
-    return values[values.size() / 2];
+    return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
 }
 
 void learning(benchmark::State &state) {
@@ -108,9 +108,11 @@ void learning(benchmark::State &state) {
         own.push_back(secondsOf([&] { benchmark::DoNotOptimize(learn(topics, settings)); }));
         state.SetIterationTime(own.back());
     }
-    state.counters["median_ms"] = median(own) * 1e3;
-    state.counters["floor_ms"] = median(floor) * 1e3;
-    state.counters["times_floor"] = median(own) / median(floor);
+    // A job of a millisecond is often interrupted: the tenth beside the median says by how much.
+    state.counters["median_ms"] = quantile(own, 0.5) * 1e3;
+    state.counters["tenth_ms"] = quantile(own, 0.1) * 1e3;
+    state.counters["floor_tenth_ms"] = quantile(floor, 0.1) * 1e3;
+    state.counters["times_floor"] = quantile(own, 0.1) / quantile(floor, 0.1);
 }
 
 BENCHMARK(learning)

@@ -131,7 +131,8 @@ std::optional<ItemKind> kindOf(const Topic &topic) {
     }
     constexpr auto words = rawStrings(ItemKind{});
     const auto found = std::ranges::find_if(words, [&](std::string_view word) {
-        return *topic.kind == QLatin1StringView(word.data(), qsizetype(word.size()));
+        const QLatin1StringView latin(word.data(), qsizetype(word.size()));
+        return topic.kind->size() == latin.size() && *topic.kind == latin;
     });
     return found == words.end() ? std::nullopt
                                 : std::optional(static_cast<ItemKind>(found - words.begin()));

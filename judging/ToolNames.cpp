@@ -3,6 +3,8 @@
 #include "base/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace vorle {
 
@@ -10,11 +12,17 @@ namespace {
 
 constexpr char16_t asciiEnd = 0x80;
 
-bool isWordCharacter(char16_t c) {
-    if (c < asciiEnd) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
+constexpr auto asciiWordCharacters = [] {
+    std::array<bool, asciiEnd> table{};
+    for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                         "0123456789")) {
+        table[static_cast<std::size_t>(c)] = true;
     }
-    return QChar::isLetterOrNumber(c);
+    return table;
+}();
+
+bool isWordCharacter(char16_t c) {
+    return c < asciiEnd ? asciiWordCharacters[c] : QChar::isLetterOrNumber(c);
 }
 
 char16_t folded(char16_t c) {
@@ -87,6 +95,9 @@ bool ToolNames::startsAt(QStringView text, qsizetype at) const {
         }
         const char16_t next = folded(text[at + length].unicode());
         const auto character = [length](const QString &name) { return name[length].unicode(); };
+        if (from != to && character(*from) == next && character(to[-1]) == next) {
+            continue; // they all do
+        }
         const auto agreeing = std::ranges::equal_range(from, to, next, {}, character);
         from = agreeing.begin();
         to = agreeing.end();

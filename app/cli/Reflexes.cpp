@@ -7,7 +7,7 @@ namespace vorle::cli {
 
 namespace {
 
-constexpr int margin = 6;
+constexpr int margin = 4;
 
 struct ReflexShown {
     QString id;
@@ -52,16 +52,18 @@ QString groupTitle(Reflex::Group group) {
     return {};
 }
 
-/// The rule, its figures and effect, and the identifier that switches it.
+/// The rule with its effect, its figures, and the identifier that switches it.
 QString block(const Console &console, const Reflex &reflex, bool enabled) {
-    const QString title = console.wrapped(reflex.title, margin - 2).trimmed();
-    const QString figures = reflex.evidence + QStringLiteral(" · ") + reflex.effect;
-    const QStringList lines{
-        enabled ? QStringLiteral("  ● ") + console.bold(title)
-                : console.faint(QStringLiteral("  ○ ") + title + QStringLiteral(" (coupé)")),
-        enabled ? console.wrapped(figures, margin - 2)
-                : console.faint(console.wrapped(figures, margin - 2)),
-        console.faint(QString(margin - 2, u' ') + reflex.id)};
+    const QString title = console.wrapped(reflex.title, margin).trimmed();
+    const QString figures = console.wrapped(reflex.evidence, margin);
+    const QString id = console.faint(QString(margin, u' ') + reflex.id);
+    const QStringList lines =
+        enabled
+            ? QStringList{QStringLiteral("  ● ") + console.bold(title) + QStringLiteral("  ") +
+                              console.accent(reflex.effect),
+                          figures, id}
+            : QStringList{console.faint(QStringLiteral("  ○ ") + title + QStringLiteral("  coupé")),
+                          console.faint(figures), id};
     return lines.join(u'\n');
 }
 
@@ -86,7 +88,7 @@ void tellNothingLearned(Console &console, const Learned &learned) {
     if (learned.decisions < decisionsToLearn) {
         for (const Reflex &sample : sampleReflexes()) {
             console.say(
-                console.wrapped(QStringLiteral("– %1 %2").arg(sample.title, sample.evidence), 2));
+                console.wrapped(QStringLiteral("– %1 (%2)").arg(sample.title, sample.evidence), 2));
         }
     }
 }
