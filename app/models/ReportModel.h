@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "search/RunHistory.h"
 
 #include <QAbstractListModel>
@@ -26,8 +27,9 @@ public:
     };
     Q_ENUM(Role)
 
-    explicit ReportModel(RunHistory history, QTimeZone zone = QTimeZone::systemTimeZone(),
-                         QObject *parent = nullptr);
+    /// The clock outlives the model.
+    ReportModel(RunHistory history, const Clock &clock,
+                QTimeZone zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -42,6 +44,7 @@ Q_SIGNALS:
 
 private:
     RunHistory m_history;
+    const Clock &m_clock;
     QTimeZone m_zone;
     QList<RunReport> m_reports; // newest first
 };

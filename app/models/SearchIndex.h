@@ -6,27 +6,28 @@
 #include <QList>
 #include <QString>
 
+#include <array>
 #include <memory>
 
 namespace vorle {
 
 /// Searching topics by their words. Pure functions on values, any thread.
 
-/// A text without what a searcher leaves out: case, accents, ligatures ("œ" is "oe"), the shape of
-/// apostrophes. UTF-8 in and out. Bytes that are no UTF-8 are kept as they are.
-QByteArray foldedForSearch(QByteArrayView utf8);
-QByteArray foldedForSearch(QStringView text);
-
-/// One topic's texts, folded.
+/// One topic's texts, folded (see SearchFold), best rank first.
 struct SearchEntry {
-    TopicPtr topic;   ///< what it was made from
-    QByteArray title; ///< rank 0
-    QByteArray gist;  ///< rank 1: gist, summary, why; the project, the interest
-    QByteArray notes; ///< rank 2: the note, the brief
-    QByteArray seen;  ///< rank 3: the read text
+    enum Field {
+        Title,
+        Gist,  ///< gist, summary, why; the project, the interest
+        Notes, ///< the note, the brief
+        Seen,  ///< the read text
+        FieldCount
+    };
+
+    TopicPtr topic; ///< what it was made from
+    std::array<QByteArray, FieldCount> fields;
 };
 
-/// The entries in the store's order.
+/// The entries in the store's order. About as large as the texts are.
 using SearchIndex = QList<std::shared_ptr<const SearchEntry>>;
 
 /// The index of these topics, keeping of the old one what has not changed.
@@ -34,8 +35,8 @@ SearchIndex indexed(const SearchIndex &old, const QList<TopicPtr> &topics);
 
 struct SearchHit {
     TopicPtr topic;
-    QString snippet;
-    QString styled; ///< the snippet for Text.StyledText, escaped, what was found in bold
+    QString snippet; ///< around what was found, on one line
+    QString styled;  ///< the same for Text.StyledText: escaped, what was found in bold
 };
 
 inline constexpr qsizetype mostHits = 50;

@@ -25,7 +25,7 @@ public:
     enum Role {
         Group = Qt::UserRole, ///< the heading: "Projets", "Domaines"
         Name,
-        Detail, ///< "node, react · 48 dépendances"; a feed's address; may be empty
+        Detail, ///< "package.json · 48 dépendances"; a feed's address; may be empty
         Labels, ///< list of strings, of a project
         Weight, ///< 1 to 5 for an interest, else 0
         Folder  ///< a project's, else empty
@@ -54,10 +54,13 @@ private:
         QStringList labels;
         int weight = 0;
         QString folder;
+
+        bool operator==(const Row &) const = default;
     };
+    /// What was found in a project's folder.
     struct Reading {
+        QString detail;
         QStringList labels;
-        qsizetype dependencies = 0;
     };
 
     static Task<> readFolders(QPointer<TerritoryModel> self);

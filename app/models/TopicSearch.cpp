@@ -1,0 +1,156 @@
+#include "app/models/TopicSearch.h"
+
+#include "app/TopicLabels.h"
+#include "app/models/Sections.h"
+#include "app/models/Wording.h"
+#include "core/ScoreScale.h"
+
+namespace vorle {
+
+namespace {
+
+constexpr std::chrono::minutes keptAfterUse{2};
+
+/// What the thread pool gives back.
+struct Answer {
+    SearchIndex index;
+    QList<SearchHit> hits;
+};
+
+} // namespace
+
+TopicSearch::TopicSearch(TopicStore &store, QObject *parent)
+    : QAbstractListModel(parent), m_store(store) {
+    m_letGo.setSingleShot(true);
+    m_letGo.setInterval(keptAfterUse);
+    connect(&m_letGo, &QTimer::timeout, this, [this] { m_index.clear(); });
+    connect(&store, &TopicStore::topicChanged, this, &TopicSearch::follow);
+}
+
+void TopicSearch::setQuery(const QString &query) {
+    if (query == m_query) {
+        return;
+    }
+    m_query = query;
+    Q_EMIT queryChanged();
+    if (query.trimmed().isEmpty()) {
+        show({});
+        m_letGo.start();
+        return;
+    }
+    m_letGo.stop();
+    if (!m_busy) {
+        setBusy(true);
+        detach(answer(this), QStringLiteral("the search"));
+    }
+}
+
+/// Answers the newest query, again as long as another was typed meanwhile.
+Task<> TopicSearch::answer(QPointer<TopicSearch> self) {
+    QString query;
+    while (self && self->m_query != query && !self->m_query.trimmed().isEmpty()) {
+        query = self->m_query;
+        Answer given = co_await onPool(
+            [query, old = self->m_index, topics = self->m_store.topics()]() -> Answer {
+                SearchIndex index = indexed(old, topics);
+                QList<SearchHit> hits = searched(index, query);
+                return {std::move(index), std::move(hits)};
+            });
+        if (self) {
+            self->m_index = std::move(given.index);
+            if (self->m_query == query) {
+                self->show(std::move(given.hits));
+            }
+        }
+    }
+    if (self) {
+        self->setBusy(false);
+    }
+}
+
+void TopicSearch::show(QList<SearchHit> hits) {
+    beginResetModel();
+    m_hits = std::move(hits);
+    m_shownQuery = m_query.trimmed();
+    for (SearchHit &hit : m_hits) { // decided on while it was being searched
+        hit.topic = m_store.topic(hit.topic->id);
+    }
+    endResetModel();
+    Q_EMIT resultsChanged();
+}
+
+void TopicSearch::setBusy(bool busy) {
+    if (busy != m_busy) {
+        m_busy = busy;
+        Q_EMIT busyChanged();
+    }
+}
+
+void TopicSearch::follow(const QUuid &id) {
+    for (qsizetype row = 0; row < m_hits.size(); ++row) {
+        if (m_hits[row].topic->id == id) {
+            m_hits[row].topic = m_store.topic(id);
+            const QModelIndex place = index(static_cast<int>(row));
+            Q_EMIT dataChanged(place, place);
+        }
+    }
+}
+
+int TopicSearch::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant TopicSearch::data(const QModelIndex &index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const SearchHit &hit = m_hits.at(index.row());
+    const Topic &topic = *hit.topic;
+    switch (role) {
+    case TopicId:
+        return topic.id.toString(QUuid::WithoutBraces).toUpper();
+    case Title:
+        return topic.title;
+    case SectionNumber: {
+        const auto section = Sections::sectionOf(topic.status);
+        return section ? static_cast<int>(*section) : -1;
+    }
+    case SectionLabel:
+        return statusLabel(topic.status);
+    case Place:
+        return topic.project.value_or(topic.interest.value_or(QString()));
+    case Snippet:
+        return hit.snippet;
+    case SnippetStyled:
+        return hit.styled;
+    case Digits:
+        return scoreBadge(shownScore(topic)).digits;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TopicSearch::roleNames() const {
+    return {{TopicId, "topicId"},
+            {Title, "title"},
+            {SectionNumber, "section"},
+            {SectionLabel, "sectionLabel"},
+            {Place, "place"},
+            {Snippet, "snippet"},
+            {SnippetStyled, "snippetStyled"},
+            {Digits, "digits"}};
+}
+
+QString TopicSearch::statusText() const {
+    if (m_shownQuery.isEmpty()) {
+        return {};
+    }
+    if (m_hits.isEmpty()) {
+        return typographic(tr("Rien trouvé pour « %1 ».").arg(m_shownQuery));
+    }
+    return m_hits.size() == mostHits
+               ? tr("Les %1 meilleurs résultats").arg(mostHits)
+               : counted(m_hits.size(), tr("sujet trouvé"), tr("sujets trouvés"));
+}
+
+} // namespace vorle
