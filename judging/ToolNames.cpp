@@ -14,9 +14,10 @@ constexpr char16_t asciiEnd = 0x80;
 
 constexpr auto asciiWordCharacters = [] {
     std::array<bool, asciiEnd> table{};
-    for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                         "0123456789")) {
-        table[static_cast<std::size_t>(c)] = true;
+    for (const char16_t c :
+         std::u16string_view(u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                             u"0123456789")) {
+        table[c] = true;
     }
     return table;
 }();
