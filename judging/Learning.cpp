@@ -142,7 +142,9 @@ std::optional<ItemKind> kindOf(const Topic &topic) {
 class Cases {
 public:
     explicit Cases(const Settings &settings)
-        : m_since(settings.reflexesSince)
+        : m_since(settings.reflexesSince
+                      ? std::optional(settings.reflexesSince->toMSecsSinceEpoch())
+                      : std::nullopt)
         , m_tools(settings.addedTools)
         , m_projectNames(settings.projects.keys()) {
         for (const QString &name : m_projectNames) {
@@ -213,7 +215,7 @@ private:
     static std::size_t index(ItemKind kind) { return static_cast<std::size_t>(kind); }
 
     bool counts(const std::optional<QDateTime> &moment) const {
-        return !m_since || (moment && *moment > *m_since);
+        return !m_since || (moment && moment->toMSecsSinceEpoch() > *m_since);
     }
 
     bool touchesStack(const Topic &topic) const {
@@ -235,7 +237,7 @@ private:
         }
     }
 
-    std::optional<QDateTime> m_since;
+    std::optional<qint64> m_since; ///< milliseconds: a moment is compared with thousands
     ToolNames m_tools;
     QStringList m_projectNames; ///< in the order of the alphabet
     int m_decisions = 0;
@@ -258,15 +260,23 @@ Learned learn(const QList<TopicPtr> &topics, const Settings &settings) {
     return cases.learned();
 }
 
-QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings) {
-    QStringList lines;
+QList<Reflex> activeReflexes(const QList<Reflex> &reflexes, const Settings &settings) {
+    QList<Reflex> active;
     qsizetype bytes = 0;
     for (const Reflex &reflex : reflexes) {
         const qsizetype size = utf8Size(reflex.instruction);
         if (!settings.disabledReflexes.contains(reflex.id) && bytes + size <= instructionBytes) {
-            lines += reflex.instruction;
+            active += reflex;
             bytes += size;
         }
+    }
+    return active;
+}
+
+QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings) {
+    QStringList lines;
+    for (const Reflex &reflex : activeReflexes(reflexes, settings)) {
+        lines += reflex.instruction;
     }
     return lines;
 }

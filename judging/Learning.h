@@ -37,8 +37,11 @@ struct Learned {
 ///   that carried no score, since nothing could be read, has no gap.
 Learned learn(const QList<TopicPtr> &topics, const Settings &settings);
 
-/// The lines for the judge: those of the reflexes the user left on, in their order. One that
-/// would bring them past 8,000 bytes of UTF-8 is left out: a prompt has a size.
+/// The reflexes a run applies: those the user left on, in their order. One whose instruction would
+/// bring them past 8,000 bytes of UTF-8 is left out: a prompt has a size.
+QList<Reflex> activeReflexes(const QList<Reflex> &reflexes, const Settings &settings);
+
+/// The lines for the judge: the instructions of `activeReflexes`.
 QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings);
 
 /// What is shown in the place of reflexes: how many decisions are still needed, followed by
