@@ -1,6 +1,7 @@
 #include "agents/TemporaryFiles.h"
 #include "tests/support/ScriptedAgent.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -55,7 +56,9 @@ TEST(TemporaryFiles,
 }
 
 TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_planted_one) {
-    const QTemporaryDir place;
+    // Where nobody else can write along, as in a user's folder, and where everybody can.
+    const QTemporaryDir place(QCoreApplication::applicationDirPath() +
+                              QStringLiteral("/temporary-XXXXXX"));
     const QString shared = place.filePath(QStringLiteral("shared"));
     const QString runtime = place.filePath(QStringLiteral("runtime"));
     const QString cache = place.filePath(QStringLiteral("cache"));
@@ -79,6 +82,16 @@ TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_p
     preparePrivateTemporaryDirectory();
     EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
 
+    // So is one that lies below such a folder.
+    variables.set("TMPDIR", shared);
+    const QString below = shared + QStringLiteral("/runtime");
+    QDir().mkpath(below);
+    ASSERT_EQ(::chmod(QFile::encodeName(below).constData(), 0700), 0);
+    variables.set("XDG_RUNTIME_DIR", below);
+    preparePrivateTemporaryDirectory();
+    EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
+    variables.set("XDG_RUNTIME_DIR", runtime);
+
     // A link where our folder should be.
     variables.set("TMPDIR", shared);
     ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0700), 0);
@@ -99,6 +112,8 @@ TEST(TemporaryFiles, sweeps_what_was_left_more_than_a_day_ago_and_nothing_else) 
                          QFileDevice::FileModificationTime);
     };
     place(QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000001.out"), 25);
+    place(QStringLiteral("vorle-launch-0A000000-0000-4000-8000-000000000001.txt"), 25);
+    place(QStringLiteral("vorle-launch-0A000000-0000-4000-8000-000000000001.command"), 25);
     place(QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000002.out"), 23);
     place(QStringLiteral("other-OLD"), 25);
     place(QStringLiteral("vorle-mes-notes.txt"), 25);

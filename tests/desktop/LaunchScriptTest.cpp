@@ -20,78 +20,19 @@ namespace {
 /// What a folder may be called that a shell reads as more than a name, and what strains. "pwned" is
 /// a program on the search path.
 QStringList hostileNames() {
-    QStringList names{QStringLiteral("$(pwned)"),
-                      QStringLiteral("`pwned`"),
-                      QStringLiteral("${IFS}pwned"),
-                      QStringLiteral("$PATH"),
-                      QStringLiteral("a;pwned;b"),
-                      QStringLiteral("a&pwned&b"),
-                      QStringLiteral("a|pwned"),
-                      QStringLiteral("a||pwned"),
-                      QStringLiteral("a && pwned"),
-                      QStringLiteral("a\npwned\nb"),
-                      QStringLiteral("\npwned"),
-                      QStringLiteral("pwned\n"),
-                      QStringLiteral("a\r\npwned"),
-                      QStringLiteral("'; pwned; '"),
-                      QStringLiteral("'$(pwned)'"),
-                      QStringLiteral("''pwned''"),
-                      QStringLiteral("'\\''pwned"),
-                      QStringLiteral("\"; pwned; \""),
-                      QStringLiteral("\"$(pwned)\""),
-                      QStringLiteral("\\'; pwned #"),
-                      QStringLiteral("a # pwned"),
-                      QStringLiteral("<(pwned)"),
-                      QStringLiteral(">(pwned)"),
-                      QStringLiteral("=(pwned)"),
-                      QStringLiteral("=pwned"),
-                      QStringLiteral("a<<EOF"),
-                      QStringLiteral("EOF\npwned"),
-                      QStringLiteral("!!"),
-                      QStringLiteral("!pwned"),
-                      QStringLiteral("{a,b}"),
-                      QStringLiteral("a*"),
-                      QStringLiteral("[a-z]"),
-                      QStringLiteral("~"),
-                      QStringLiteral("~root"),
-                      QStringLiteral("-"),
-                      QStringLiteral("--"),
-                      QStringLiteral("-rf"),
-                      QStringLiteral("-P"),
-                      QStringLiteral("--help"),
-                      QStringLiteral("+1"),
-                      QStringLiteral("$'\\x41'"),
-                      QStringLiteral("$((1+1))"),
-                      QStringLiteral("$[pwned]"),
-                      QStringLiteral("%1"),
-                      QStringLiteral("%s%n"),
-                      QStringLiteral("a:b"),
-                      QStringLiteral(" "),
-                      QStringLiteral("  a  "),
-                      QStringLiteral("\t"),
-                      QStringLiteral("..."),
-                      QStringLiteral("a\\"),
-                      QStringLiteral("\\"),
-                      QStringLiteral("\\n"),
-                      QStringLiteral("\x1b]0;pwned\x07"),
-                      QStringLiteral("\x1b[31m"),
-                      QStringLiteral("\u009b31m"),
-                      QStringLiteral("été"),
-                      QStringLiteral("e\u0301te\u0301"),
-                      QStringLiteral("项目 日本"),
-                      QStringLiteral("\u202eexe.txt"),
-                      QStringLiteral("a\u00a0b"),
-                      QStringLiteral("a\u2028pwned"),
-                      QStringLiteral("👩‍💻 \U000E0041"),
-                      QStringLiteral("« l’été »"),
-                      QStringLiteral("REM' OR '1'='1"),
-                      QStringLiteral("con.txt."),
-                      QString(255, u'\''),
-                      QString(127, u'é'),
-                      QString(255, u'$'),
-                      QString(255, u' '),
-                      QStringLiteral("it's/$(pwned) '\"/").repeated(150)};
-    return names;
+    const QString written = QStringLiteral(
+        "$(pwned)¦`pwned`¦${IFS}pwned¦$PATH¦a;pwned;b¦a&pwned&b¦a|pwned¦a||pwned¦"
+        "a && pwned¦a\npwned\nb¦\npwned¦pwned\n¦a\r\npwned¦'; pwned; '¦'$(pwned)'¦"
+        "''pwned''¦'\\''pwned¦\"; pwned; \"¦\"$(pwned)\"¦\\'; pwned #¦a # pwned¦<(pwned)¦"
+        ">(pwned)¦=(pwned)¦=pwned¦a<<EOF¦EOF\npwned¦!!¦!pwned¦{a,b}¦a*¦[a-z]¦~¦~root¦-¦"
+        "--¦-rf¦-P¦--help¦+1¦$'\\x41'¦$((1+1))¦$[pwned]¦%1¦%s%n¦a:b¦ ¦  a  ¦\t¦...¦a\\¦"
+        "\\¦\\n¦\033]0;pwned\a¦\033[31m¦\u009b31m¦été¦e\u0301te\u0301¦项目 日本¦"
+        "\u202eexe.txt¦a\u00a0b¦a\u2028pwned¦👩‍💻 \U000E0041¦« l’été »¦REM' OR "
+        "'1'='1¦"
+        "con.txt.");
+    return written.split(u'¦') + QStringList{QString(255, u'\''), QString(127, u'é'),
+                                             QString(255, u'$'), QString(255, u' '),
+                                             QStringLiteral("it's/$(pwned) '\"/").repeated(150)};
 }
 
 /// With every sign that is no letter inside, and those that mean something doubled and at both
@@ -228,7 +169,7 @@ TEST(LaunchScript, hands_the_agent_the_prompt_in_the_folder_whatever_both_are_ca
     const QStringList names = manyNames();
     EXPECT_GE(names.size(), 200);
     for (qsizetype i = 0; i < names.size(); ++i) {
-        const QString shell = shells[i % shells.size()];
+        const QString &shell = shells[i % shells.size()];
         SCOPED_TRACE(shell.toStdString() + " in " + names[i].toStdString());
         const Case project(stage, names[i]);
         project.prepare(stage.shells(shell));
