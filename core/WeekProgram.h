@@ -26,6 +26,9 @@ struct WeekProgram {
         AllDone,   ///< nothing left to do, something done this week
         InProgress ///< something to do
     };
+    friend constexpr std::array<std::string_view, 3> rawStrings(State) {
+        return {"empty", "allDone", "inProgress"};
+    }
 
     QList<TopicPtr> fits;  ///< above the line
     QList<TopicPtr> waits; ///< below it

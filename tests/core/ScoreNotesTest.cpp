@@ -1,0 +1,164 @@
+#include "core/ScoreNotes.h"
+#include "core/Corrections.h"
+#include "tests/core/Samples.h"
+#include "tests/support/Wait.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using test::contentsOf;
+using test::fill;
+using test::sampleTopic;
+
+class ScoreNotesTest : public testing::Test {
+protected:
+    ScoreNote note(const QUuid &topic, double relevance) const {
+        ScoreNote note;
+        note.topic = topic;
+        note.at = clock.moment;
+        note.agent = QStringLiteral("claude");
+        note.relevance = relevance;
+        note.bytesRead = 5400;
+        note.examples = 12;
+        note.reflexes = {{QStringLiteral("stack-first"), QStringLiteral("Les mises à jour…")}};
+        return note;
+    }
+    QList<ScoreNote> onDisk() const { return json::decode<QList<ScoreNote>>(contentsOf(file)); }
+
+    QTemporaryDir dir;
+    test::FixedClock clock;
+    QString file = dir.filePath(QStringLiteral("score-notes.json"));
+    TopicStore store{dir.filePath(QStringLiteral("topics.json")), Resources(), clock};
+};
+
+TEST_F(ScoreNotesTest, keeps_one_note_a_topic_and_drops_those_of_topics_that_are_gone) {
+    const auto ids =
+        store.add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
+    {
+        ScoreNotes notes(store, clock);
+        EXPECT_FALSE(notes.note(ids[0]));
+        test::waitFor(notes.add({note(ids[0], 7.6), note(QUuid::createUuid(), 3)}));
+        test::waitFor(notes.add({note(ids[0], 8.2), note(ids[1], 5)}));
+    }
+    EXPECT_EQ(onDisk().size(), 2);
+    ScoreNotes again(store, clock);
+    EXPECT_EQ(again.note(ids[0]), note(ids[0], 8.2));
+    EXPECT_EQ(again.note(ids[1]), note(ids[1], 5));
+    EXPECT_EQ(
+        QDir(dir.path()).entryList({QStringLiteral("*score-notes*")}, QDir::Files | QDir::Hidden),
+        QStringList{QStringLiteral("score-notes.json")});
+}
+
+// Two batches come back while a write is under way: none may be lost to the other.
+TEST_F(ScoreNotesTest, writes_what_came_while_it_was_writing) {
+    QList<Topic> topics;
+    for (int i = 0; i < 30; ++i) {
+        topics += sampleTopic(QString::number(i));
+    }
+    const auto ids = store.add(topics);
+    ScoreNotes notes(store, clock);
+    std::vector<Task<>> saves;
+    for (const QUuid &id : ids) {
+        saves.push_back(notes.add({note(id, 6)}));
+    }
+    for (Task<> &save : saves) {
+        test::waitFor(std::move(save));
+    }
+    EXPECT_EQ(onDisk().size(), 30);
+}
+
+TEST_F(ScoreNotesTest, keeps_an_unreadable_file_aside_and_never_fails) {
+    const auto ids = store.add({sampleTopic(QStringLiteral("a"))});
+    fill(file, "{\"not\":\"a list\"}");
+    ScoreNotes notes(store, clock);
+    EXPECT_FALSE(notes.note(ids[0]));
+    EXPECT_EQ(contentsOf(file), "{\"not\":\"a list\"}");
+    test::waitFor(notes.add({note(ids[0], 7)}));
+    EXPECT_EQ(onDisk().size(), 1);
+    const QStringList aside =
+        QDir(dir.path()).entryList({QStringLiteral("score-notes.json.illisible-*")});
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(contentsOf(dir.filePath(aside.first())), "{\"not\":\"a list\"}");
+
+    QFile::remove(file);
+    QDir(dir.path()).mkdir(QStringLiteral("score-notes.json")); // cannot be replaced
+    test::waitFor(notes.add({note(ids[0], 8)}));
+    EXPECT_EQ(notes.note(ids[0])->relevance, 8);
+}
+
+TEST_F(ScoreNotesTest, keeps_every_note_while_the_topics_cannot_be_read) {
+    const auto ids = store.add({sampleTopic(QStringLiteral("a"))});
+    ScoreNotes first(store, clock);
+    test::waitFor(first.add({note(ids[0], 7)}));
+    const QString broken = dir.filePath(QStringLiteral("broken/topics.json"));
+    QDir(dir.path()).mkdir(QStringLiteral("broken"));
+    fill(broken, "[");
+    QFile::copy(file, dir.filePath(QStringLiteral("broken/score-notes.json")));
+    const TopicStore unread(broken, Resources(), clock);
+    ScoreNotes notes(unread, clock);
+    test::waitFor(notes.add({note(QUuid::createUuid(), 5)}));
+    EXPECT_TRUE(notes.note(ids[0]));
+}
+
+TEST_F(ScoreNotesTest, a_preview_and_another_topics_file_have_nothing_to_do_with_it) {
+    const TopicStore preview(QString(), Resources(), clock);
+    ScoreNotes none(preview, clock);
+    test::waitFor(none.add({note(QUuid::createUuid(), 5)}));
+    TopicStore demo(dir.filePath(QStringLiteral("demo-topics.json")), Resources(), clock);
+    const auto ids = demo.add({sampleTopic(QStringLiteral("a"))});
+    ScoreNotes notes(demo, clock);
+    test::waitFor(notes.add({note(ids[0], 5)}));
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("demo-topics-score-notes.json"))));
+}
+
+TEST(Corrections, are_whole_scores_in_range_with_the_offered_reasons_in_their_order) {
+    EXPECT_EQ(correctionReasons(),
+              (QStringList{QStringLiteral("hors de mon domaine"),
+                           QStringLiteral("plus important que ça"), QStringLiteral("pas fiable")}));
+    const QDateTime now(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
+    const Correction made =
+        correctionOf(12,
+                     {QStringLiteral("pas fiable"), QStringLiteral("autre"),
+                      QStringLiteral("hors de mon domaine"), QStringLiteral("pas fiable")},
+                     QStringLiteral("  trop long \n"), now);
+    EXPECT_EQ(made,
+              (Correction{10,
+                          {QStringLiteral("hors de mon domaine"), QStringLiteral("pas fiable")},
+                          QStringLiteral("trop long"),
+                          now}));
+    EXPECT_EQ(correctionOf(-3, {}, {}, now).score, 0);
+    EXPECT_EQ(correctionOf(6.5, {}, {}, now).score, 7);
+}
+
+TEST(Corrections, show_the_users_score_with_the_former_one) {
+    const struct {
+        std::optional<double> own;
+        ReadLevel level;
+        StandingScore shown;
+    } cases[] = {
+        {std::nullopt, ReadLevel::Full, {7, std::nullopt}},
+        {9, ReadLevel::Full, {9, 7}},
+        {0, ReadLevel::Meta, {0, 7}},
+        {7, ReadLevel::Full, {7, std::nullopt}},
+        {6.6, ReadLevel::Full, {7, std::nullopt}},
+        {400, ReadLevel::Full, {10, 7}},
+        {std::nullopt, ReadLevel::None, {std::nullopt, std::nullopt}},
+        {4, ReadLevel::None, {4, std::nullopt}},
+    };
+    for (const auto &one : cases) {
+        Topic topic = sampleTopic(QStringLiteral("a"));
+        topic.readLevel = one.level;
+        if (one.own) {
+            topic.correction = Correction{*one.own, {}, {}, {}};
+        }
+        EXPECT_EQ(standingScore(topic), one.shown) << one.own.value_or(-1);
+    }
+}
+
+} // namespace
+} // namespace vorle
