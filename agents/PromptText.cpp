@@ -5,6 +5,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <iterator>
 
 namespace vorle {
 
@@ -12,38 +13,130 @@ namespace {
 
 constexpr qsizetype bytesPerCharacter = 8;
 
-bool breaksLine(char16_t c) {
-    return (c >= u'\n' && c <= u'\r') || c == 0x85 || c == 0x2028 || c == 0x2029;
+bool breaksLine(char32_t c) {
+    return (c >= U'\n' && c <= U'\r') || (c >= 0x1C && c <= 0x1E) || c == 0x85 || c == 0x2028 ||
+           c == 0x2029;
+}
+
+/// Control characters, and the one sign that is drawn as a blank without being one.
+bool drawnBlank(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x2800; }
+
+/// Drawn as nothing: marks of direction, tags, fillers, joiners (Unicode's Default_Ignorable).
+bool isInvisible(char32_t c) {
+    struct Range {
+        char32_t first;
+        char32_t last;
+    };
+    static constexpr Range ranges[] = {{0xAD, 0xAD},       {0x34F, 0x34F},    {0x61C, 0x61C},
+                                       {0x115F, 0x1160},   {0x17B4, 0x17B5},  {0x180B, 0x180F},
+                                       {0x200B, 0x200F},   {0x202A, 0x202E},  {0x2060, 0x206F},
+                                       {0x3164, 0x3164},   {0xFE00, 0xFE0F},  {0xFEFF, 0xFEFF},
+                                       {0xFFA0, 0xFFA0},   {0xFFF0, 0xFFFB},  {0x1BCA0, 0x1BCA3},
+                                       {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
+    return std::any_of(std::begin(ranges), std::end(ranges),
+                       [c](const Range &range) { return c >= range.first && c <= range.last; });
+}
+
+/// Scripts and emoji are written with joiners and variants, and only behind a sign of their own.
+bool belongsTo(QChar before, char32_t c) {
+    const bool joins = c == 0x200C || c == 0x200D || (c >= 0xFE00 && c <= 0xFE0F);
+    return joins && before.unicode() >= 0x80 && !before.isPunct() && !before.isSpace() &&
+           before.category() != QChar::Letter_Modifier;
+}
+
+bool looksLikeQuote(QChar c) {
+    return QStringView(u"\"\u02BA\u02DD\u02EE\u02F6\u05F4“”„‟″‶〃〝〞〟❝❞\uFF02").contains(c);
+}
+
+bool looksLikeHash(QChar c) { return QStringView(u"#\u266F\uFE5F\uFF03").contains(c); }
+
+bool isPairAt(QStringView text, qsizetype at) {
+    return text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+}
+
+/// What a reader sees of `text`: every line break as '\n', no other control character, nothing
+/// invisible.
+QString visible(QStringView text) {
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool pair = isPairAt(text, i);
+        const char32_t c =
+            pair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : char32_t{text[i].unicode()};
+        if (c == U'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
+            continue;
+        }
+        if (breaksLine(c)) {
+            out += u'\n';
+        } else if (c != U'\t' && drawnBlank(c)) {
+            out += u' ';
+        } else if (!isInvisible(c) || (!out.isEmpty() && belongsTo(out.back(), c))) {
+            out += text.sliced(i, pair ? 2 : 1);
+        }
+        i += pair ? 1 : 0;
+    }
+    return out;
+}
+
+/// Three signs or more in a row that could be taken for a fence become apostrophes.
+void breakFences(QString &text) {
+    for (qsizetype i = 0; i < text.size();) {
+        qsizetype past = i;
+        while (past < text.size() && looksLikeQuote(text[past])) {
+            ++past;
+        }
+        if (past - i >= 3) {
+            std::fill(text.begin() + i, text.begin() + past, QChar(u'\''));
+        }
+        i = past + 1;
+    }
+}
+
+bool looksLikeHeading(QStringView line) {
+    const auto first = std::find_if(line.begin(), line.end(),
+                                    [](QChar c) { return !isBlank(c.unicode()) && !c.isMark(); });
+    return first != line.end() && looksLikeHash(*first);
 }
 
 } // namespace
 
 QString oneLine(const QString &text, qsizetype maxCharacters) {
-    const qsizetype maxBytes = maxCharacters * bytesPerCharacter;
-    QString line;
-    line.reserve(std::min(text.size(), maxBytes));
-    for (const QChar c : utf8Prefix(trimmed(text), maxBytes)) {
-        line += c.unicode() < 0x20 || breaksLine(c.unicode()) ? QChar(u' ') : c;
-    }
-    return firstCharacters(trimmed(line), maxCharacters).toString();
+    QString line = visible(text);
+    line.replace(u'\n', u' ').replace(u'\t', u' ');
+    breakFences(line);
+    return firstCharacters(utf8Prefix(trimmed(line), maxCharacters * bytesPerCharacter),
+                           maxCharacters)
+        .toString();
 }
 
 QString defused(const QString &text) {
-    QString lines;
-    lines.reserve(text.size() + 64);
-    for (const QChar c : text) {
-        lines += breaksLine(c.unicode()) ? QChar(u'\n') : c;
-    }
-    lines.replace(QStringLiteral("\"\"\""), QStringLiteral("”””"));
+    QString lines = visible(text);
+    breakFences(lines);
     QString out;
     out.reserve(lines.size() + 64);
     for (const QStringView line : QStringView(lines).split(u'\n')) {
-        out += trimmed(line).startsWith(u'#') ? QStringLiteral("| ") : QString();
+        out += looksLikeHeading(line) ? QStringLiteral("| ") : QString();
         out += line;
         out += u'\n';
     }
     out.chop(1);
     return out;
+}
+
+qsizetype promptSize(QStringView text) { return utf8Size(text) + 3 * text.count(u'@'); }
+
+QStringView promptPrefix(QStringView text, qsizetype maxBytes) {
+    qsizetype size = 0;
+    qsizetype at = 0;
+    while (at < text.size()) {
+        const qsizetype units = isPairAt(text, at) ? 2 : 1;
+        size += promptSize(text.sliced(at, units));
+        if (size > maxBytes) {
+            break;
+        }
+        at += units;
+    }
+    return text.first(at);
 }
 
 QString replacedOnce(const QString &instruction, const QList<std::pair<QString, QString>> &values) {

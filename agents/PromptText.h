@@ -10,13 +10,24 @@ namespace vorle {
 
 /// How texts of strangers are put into a prompt without becoming a part of it. Pure, any thread.
 
+/// Both functions leave out what nobody sees (marks of direction, zero-width signs, tags), and
+/// make apostrophes of three double quotes in a row, or of signs that look like them: no text can
+/// close a fence.
+
 /// Held to one line of at most `maxCharacters` characters and eight bytes each on the whole
 /// (characters may be of any size): line breaks and other control characters become blanks.
 QString oneLine(const QString &text, qsizetype maxCharacters);
 
-/// Fit to stand between lines of three double quotes: no run of quotes can close the fence, and no
-/// line can pass for a heading.
+/// Fit to stand between lines of three double quotes: no line can pass for a heading.
+/// Takes at most about twice the bytes of `text`.
 QString defused(const QString &text);
+
+/// The bytes of UTF-8 that `text` may take of a prompt's limit: each "@" counts 3 more, since an
+/// agent may be given a mark before it (see EngineAgent::run).
+qsizetype promptSize(QStringView text);
+
+/// A prefix of `text` of that size at most, which cuts no code point.
+QStringView promptPrefix(QStringView text, qsizetype maxBytes);
 
 /// `instruction` with every placeholder replaced by its value in one pass over it, so that none of
 /// these words inside a value is ever taken for a placeholder. Of two placeholders of which one

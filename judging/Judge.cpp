@@ -1,5 +1,6 @@
 #include "judging/Judge.h"
 
+#include "agents/PromptText.h"
 #include "base/Text.h"
 
 #include <cmath>
@@ -148,7 +149,7 @@ qsizetype nextBatchSize(const QList<JudgeCandidate> &waiting) {
     qsizetype bytes = 0;
     qsizetype size = 0;
     while (size < std::min(Judge::batchCandidates, waiting.size())) {
-        bytes += utf8Size(candidateBlock(waiting[size]));
+        bytes += promptSize(candidateBlock(waiting[size]));
         if (size > 0 && bytes > Judge::batchBytes) {
             break;
         }

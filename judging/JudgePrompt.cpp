@@ -15,7 +15,14 @@ constexpr qsizetype noteCharacters = 1'000;
 /// Characters may be of any size: stacked marks must not make a block of megabytes.
 constexpr qsizetype contentBytes = 40'000;
 constexpr qsizetype exampleCharacters = 600;
+constexpr qsizetype exampleBytes = 2'400;
+/// A name, a label, a version, a line of the profile: what lock files and apps are called is
+/// written by strangers too.
+constexpr qsizetype nameCharacters = 200;
+constexpr qsizetype descriptionCharacters = 1'000;
+constexpr qsizetype reflexCharacters = 400;
 constexpr qsizetype profileBytes = 16'000;
+constexpr qsizetype reflexBytes = 8'000;
 constexpr qsizetype examplesBytes = 24'000;
 constexpr qsizetype mostExamples = 12;
 constexpr qsizetype mostVersions = 80;
@@ -25,6 +32,55 @@ QString scoreText(double score) { return QString::number(score, 'g', 3); }
 QString bullets(const QStringList &lines) {
     return lines.isEmpty() ? QString()
                            : QStringLiteral("- ") + lines.join(QStringLiteral("\n- ")) + u'\n';
+}
+
+QString name(const QString &text) { return oneLine(text, nameCharacters); }
+
+QStringList names(QStringList texts) {
+    for (QString &text : texts) {
+        text = name(text);
+    }
+    return texts;
+}
+
+QString projectText(const JudgeProfile::Project &project) {
+    QString text = name(project.name);
+    if (!project.description.isEmpty()) {
+        text += QStringLiteral(": ") + oneLine(project.description, descriptionCharacters);
+    }
+    if (!project.labels.isEmpty()) {
+        text += QStringLiteral(" [") + names(project.labels).join(QStringLiteral(", ")) + u']';
+    }
+    if (!project.versions.isEmpty()) {
+        const auto shown = project.versions.first(std::min(mostVersions, project.versions.size()));
+        text += QStringLiteral("\n  versions in use: ") + names(shown).join(QStringLiteral(", "));
+    }
+    return text;
+}
+
+/// What is left of the examples section. A block too long for it is passed over, and the next may
+/// still find room.
+class ExampleRoom {
+public:
+    bool takes(const QString &block) {
+        const qsizetype size = promptSize(block) + 1; // a line apart from the next
+        if (size > m_left) {
+            return false;
+        }
+        m_left -= size;
+        return true;
+    }
+
+private:
+    qsizetype m_left = examplesBytes;
+};
+
+QString reflexText(const QStringList &lines) {
+    QStringList held;
+    for (const QString &line : lines) {
+        held += oneLine(line, reflexCharacters);
+    }
+    return promptPrefix(bullets(held), reflexBytes).toString();
 }
 
 } // namespace
@@ -46,7 +102,7 @@ QString candidateBlock(const JudgeCandidate &candidate) {
     const QString content =
         candidate.content.isEmpty()
             ? QStringLiteral("(nothing could be read)")
-            : defused(utf8Prefix(QString::fromUtf8(candidate.content), contentBytes).toString());
+            : promptPrefix(defused(QString::fromUtf8(candidate.content)), contentBytes).toString();
     return block + QStringLiteral("Content:\n\"\"\"\n") + content + QStringLiteral("\n\"\"\"\n");
 }
 
@@ -80,7 +136,8 @@ QString exampleBlock(const Topic &topic) {
     candidate.level = topic.readLevel.value_or(ReadLevel::None);
     candidate.note = topic.note;
     const QString text = topic.seenText ? QString::fromUtf8(*topic.seenText) : topic.summary;
-    candidate.content = firstCharacters(text, exampleCharacters).toUtf8();
+    candidate.content =
+        promptPrefix(firstCharacters(text, exampleCharacters), exampleBytes).toUtf8();
     return candidateBlock(candidate) + outcomeText(topic) + u'\n';
 }
 
@@ -104,41 +161,28 @@ QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics) {
         return moment(*a) > moment(*b);
     };
     std::stable_sort(chosen.begin(), chosen.end(), before);
-    const qsizetype most = std::min(mostExamples, chosen.size());
-    qsizetype count = 0;
-    for (qsizetype bytes = 0; count < most; ++count) {
-        bytes += utf8Size(exampleBlock(*chosen[count])) + 1;
-        if (bytes > examplesBytes) {
-            break;
+    QList<TopicPtr> shown;
+    ExampleRoom room;
+    for (const TopicPtr &topic : std::as_const(chosen)) {
+        if (shown.size() < mostExamples && room.takes(exampleBlock(*topic))) {
+            shown += topic;
         }
     }
-    return chosen.first(count);
+    return shown;
 }
 
 QString profileText(const JudgeProfile &profile) {
     QString text = QStringLiteral("Job: ") +
-                   (profile.job.isEmpty() ? QStringLiteral("not given") : profile.job) +
-                   QStringLiteral("\nLanguage they read: ") + profile.language + u'\n';
+                   (profile.job.isEmpty() ? QStringLiteral("not given") : name(profile.job)) +
+                   QStringLiteral("\nLanguage they read: ") + name(profile.language) + u'\n';
     QStringList projects;
     for (const auto &project : profile.projects) {
-        QString line = project.name;
-        if (!project.description.isEmpty()) {
-            line += QStringLiteral(": ") + project.description;
-        }
-        if (!project.labels.isEmpty()) {
-            line += QStringLiteral(" [") + project.labels.join(QStringLiteral(", ")) + u']';
-        }
-        if (!project.versions.isEmpty()) {
-            const auto shown =
-                project.versions.first(std::min(mostVersions, project.versions.size()));
-            line += QStringLiteral("\n  versions in use: ") + shown.join(QStringLiteral(", "));
-        }
-        projects += line;
+        projects += projectText(project);
     }
     QStringList interests;
     for (const auto &interest : profile.interests) {
-        interests +=
-            interest.topic + QStringLiteral(" (weight ") + QString::number(interest.weight) + u')';
+        interests += name(interest.topic) + QStringLiteral(" (weight ") +
+                     QString::number(interest.weight) + u')';
     }
     const auto section = [&](const QString &title, const QStringList &lines) {
         if (!lines.isEmpty()) {
@@ -147,22 +191,20 @@ QString profileText(const JudgeProfile &profile) {
     };
     section(QStringLiteral("Projects they work on:"), projects);
     section(QStringLiteral("Topics they follow, weight 1 to 5 (5 matters most):"), interests);
-    section(QStringLiteral("Tools they use:"), profile.tools);
+    section(QStringLiteral("Tools they use:"), names(profile.tools));
     text.chop(1);
-    return utf8Prefix(text, profileBytes).toString();
+    return promptPrefix(text, profileBytes).toString();
 }
 
 QString judgePrompt(const QString &instruction, const QDate &today, const JudgeProfile &profile,
                     const QStringList &reflexLines, const QList<TopicPtr> &examples,
                     const QList<JudgeCandidate> &candidates) {
     QString exampleText;
+    ExampleRoom room;
     for (const TopicPtr &topic : examples) {
-        const QString block =
-            (exampleText.isEmpty() ? QString() : QStringLiteral("\n")) + exampleBlock(*topic);
-        if (utf8Size(exampleText) + utf8Size(block) > examplesBytes) {
-            break;
+        if (const QString block = exampleBlock(*topic); room.takes(block)) {
+            exampleText += (exampleText.isEmpty() ? QString() : QStringLiteral("\n")) + block;
         }
-        exampleText += block;
     }
     QString candidateText;
     for (const JudgeCandidate &candidate : candidates) {
@@ -174,7 +216,7 @@ QString judgePrompt(const QString &instruction, const QDate &today, const JudgeP
         instruction,
         {{QStringLiteral("@TODAY"), promptDate(today)},
          {QStringLiteral("@PROFILE"), profileText(profile)},
-         {QStringLiteral("@REFLEXES"), reflexLines.isEmpty() ? none : bullets(reflexLines)},
+         {QStringLiteral("@REFLEXES"), reflexLines.isEmpty() ? none : reflexText(reflexLines)},
          {QStringLiteral("@EXAMPLES"), exampleText.isEmpty() ? none : exampleText},
          {QStringLiteral("@CANDIDATES"), candidateText}});
 }
