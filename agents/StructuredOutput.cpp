@@ -49,6 +49,36 @@ QJsonObject strict(QJsonObject node) {
     return node;
 }
 
+/// The code unit that the escape at `at` stands for ("\\u" and four digits), or nothing.
+std::optional<ushort> escapedUnit(const QByteArray &json, qsizetype at) {
+    if (at + 6 > json.size() || json[at] != '\\' || json[at + 1] != 'u') {
+        return std::nullopt;
+    }
+    bool hexadecimal = false;
+    const ushort unit = json.sliced(at + 2, 4).toUShort(&hexadecimal, 16);
+    return hexadecimal ? std::optional(unit) : std::nullopt;
+}
+
+/// `json` with U+FFFD for every escaped half of a character: an agent that cuts its own text in
+/// the middle of an emoji writes one, and no decoder accepts it.
+QByteArray withoutHalfCharacters(QByteArray json) {
+    const auto isHalf = [&](qsizetype at, ushort firstHalf) {
+        const auto unit = escapedUnit(json, at);
+        return unit && (*unit & 0xFC00U) == firstHalf;
+    };
+    for (qsizetype at = json.indexOf('\\'); at >= 0; at = json.indexOf('\\', at)) {
+        if (isHalf(at, 0xD800) && isHalf(at + 6, 0xDC00)) {
+            at += 12;
+        } else if (isHalf(at, 0xD800) || isHalf(at, 0xDC00)) {
+            json.replace(at, 6, "\\ufffd");
+            at += 6;
+        } else {
+            at += 2; // the sign and what it escapes
+        }
+    }
+    return json;
+}
+
 std::optional<double> costOf(const QJsonObject &result) {
     const QJsonValue cost = result[QStringLiteral("total_cost_usd")];
     return cost.isDouble() ? std::optional(cost.toDouble()) : std::nullopt;
@@ -83,14 +113,15 @@ AgentResult unwrapClaude(const QByteArray &output) {
     if (!answer.isObject()) {
         throw AgentError::unreadable().withCost(cost);
     }
-    return {QJsonDocument(answer.toObject()).toJson(QJsonDocument::Compact), cost};
+    return {withoutHalfCharacters(QJsonDocument(answer.toObject()).toJson(QJsonDocument::Compact)),
+            cost};
 }
 
 AgentResult unwrapCodex(const QByteArray &answer) {
     if (QJsonDocument::fromJson(answer).isNull()) {
         throw AgentError::unreadable();
     }
-    return {answer, std::nullopt};
+    return {withoutHalfCharacters(answer), std::nullopt};
 }
 
 ClaudeFailure claudeFailure(const QByteArray &output) {

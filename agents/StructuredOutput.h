@@ -9,7 +9,9 @@ namespace vorle {
 
 /// What a call to an agent gave.
 struct AgentResult {
-    QByteArray json;               ///< the answer, a JSON value not yet held against the schema
+    /// The answer, a JSON value not yet held against the schema. Escaped halves of characters
+    /// are U+FFFD.
+    QByteArray json;
     std::optional<double> costUSD; ///< only Claude Code tells
 };
 

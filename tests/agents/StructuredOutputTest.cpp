@@ -100,5 +100,24 @@ TEST(StructuredOutput, takes_the_answer_of_codex_as_it_is_when_it_is_json) {
     }
 }
 
+// An agent that cuts its text inside an emoji writes half of it, which no decoder accepts.
+TEST(StructuredOutput, replaces_halves_of_characters) {
+    const std::pair<const char *, const char *> cases[] = {
+        {R"(["\ud83d"])", R"(["\ufffd"])"},
+        {R"(["a\uDE00b"])", R"(["a\ufffdb"])"},
+        {R"(["\ud83d\ude00"])", R"(["\ud83d\ude00"])"},
+        {R"(["\ud83d\ud83d\ude00"])", R"(["\ufffd\ud83d\ude00"])"},
+        {R"(["\ude00\ud83d"])", R"(["\ufffd\ufffd"])"},
+        {R"(["\ud83d\u0041"])", R"(["\ufffd\u0041"])"},
+        {R"(["\\ud83d"])", R"(["\\ud83d"])"},
+        {R"(["\\\ud83d"])", R"(["\\\ufffd"])"},
+        {R"({"\ud83d":1})", R"({"\ufffd":1})"},
+    };
+    for (const auto &[answer, expected] : cases) {
+        EXPECT_EQ(unwrapCodex(answer).json, expected);
+    }
+    EXPECT_EQ(unwrapClaude(R"({"structured_output":{"a":"x\ud83d"}})").json, R"({"a":"x\ufffd"})");
+}
+
 } // namespace
 } // namespace vorle
