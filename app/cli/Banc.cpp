@@ -239,8 +239,14 @@ Task<ExitStatus> banc(Context &context) {
     if (judged.failure()) {
         std::rethrow_exception(judged.failure());
     }
-    QString line = counted(judged.verdicts().size() - figures.unanswered,
-                           QStringLiteral("sujet jugé"), QStringLiteral("sujets jugés"));
+    const qsizetype answered = judged.verdicts().size() - figures.unanswered;
+    if (answered == 0) {
+        throw Failure(QStringLiteral("L’IA a répondu, mais n’a jugé aucun sujet."));
+    }
+    QString line = counted(answered, QStringLiteral("sujet jugé"), QStringLiteral("sujets jugés"));
+    if (figures.unanswered > 0) {
+        line += QStringLiteral(", %1 sans réponse").arg(figures.unanswered);
+    }
     if (const auto cost = judged.costUSD()) {
         line += QStringLiteral(" · ") + french().toString(*cost, 'f', 2) + QStringLiteral(" $");
     }
