@@ -83,8 +83,15 @@ SourceImage &Application::images() {
 
 SearchEngine &Application::engine() {
     if (!m_engine) {
+        const auto appNames = [this] {
+            QStringList names;
+            for (const discovery::App &app : apps()) {
+                names += app.name;
+            }
+            return names;
+        };
         m_engine = std::make_unique<SearchEngine>(SearchEngine::Parts{
-            preferences(), store(), asker(), reader(), feeds(), images(), m_clock});
+            preferences(), store(), asker(), reader(), feeds(), images(), m_clock, appNames});
     }
     return *m_engine;
 }

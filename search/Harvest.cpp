@@ -1,8 +1,6 @@
 #include "search/Harvest.h"
 
 #include "search/Links.h"
-#include "search/TopicDraft.h"
-#include "search/Version.h"
 
 #include <QCoreApplication>
 
@@ -16,9 +14,17 @@ QString identifier(qsizetype place) { return u'c' + QString::number(place + 1); 
 
 /// The place behind an identifier; -1 for any other text.
 qsizetype placeOf(const QString &id) {
-    bool number = false;
-    const qsizetype place = id.startsWith(u'c') ? id.sliced(1).toLongLong(&number) - 1 : -1;
-    return number ? place : -1;
+    const qlonglong number = id.startsWith(u'c') ? id.sliced(1).toLongLong() : 0;
+    return number > 0 ? number - 1 : -1;
+}
+
+/// Waits for a step, and keeps what it threw unless something did before.
+Task<> outlive(Task<> step, std::exception_ptr &fault) {
+    try {
+        co_await step;
+    } catch (...) {
+        fault = fault ? fault : std::current_exception();
+    }
 }
 
 } // namespace
@@ -36,54 +42,74 @@ Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> b
            .failed =
                [this](const auto &batch, const std::exception &error) {
                    m_book.report.costUSD += failureCost(error);
-                   m_judgeError = std::current_exception();
+                   if (!batch.isEmpty()) {
+                       m_judgeError = std::current_exception();
+                   }
                    leave(batch, failureText(error));
                }})
     , m_ledger(m_tools.store.topics()) {}
 
-void Harvest::take(Candidate candidate, Origins origins) {
+void Harvest::take(const Candidate &candidate, const Origins &origins) {
     const auto place = static_cast<qsizetype>(m_items.size());
     const LinkLedger::Claim claim = m_ledger.claim(candidate.url, place);
     ScopeReport &scope = m_book.report.scopes[origins.report];
-    switch (claim.standing) {
-    case LinkLedger::Standing::Held:
+    if (claim.standing == LinkLedger::Standing::Held) {
         ++scope.known;
         return;
-    case LinkLedger::Standing::Same:
-        ++scope.merged;
-        joinSources(claim.item, {candidate.title, candidate.url});
-        return;
-    case LinkLedger::Standing::New:
-        break;
     }
-    m_items.push_back({std::move(candidate), std::move(origins), {}, {}, {}, {}, {}});
+    QList<Proposal> proposals;
+    for (const PlannedScope *planned : origins.planned) {
+        proposals += Proposal{candidate, origins.report, planned, origins.publishedOn, {}, {}};
+    }
+    if (proposals.isEmpty()) {
+        proposals += Proposal{candidate, origins.report, nullptr, origins.publishedOn, {}, {}};
+    }
+    if (claim.standing == LinkLedger::Standing::Same) {
+        ++scope.merged;
+        join(claim.item, proposals, {{candidate.title, candidate.url}});
+        return;
+    }
+    m_items.emplace_back(candidate, std::move(proposals));
     ++m_book.progress.candidates;
     m_reads.push_back(read(place));
 }
 
-/// One card keeps every address of its page, whether it was judged already or not.
-void Harvest::joinSources(qsizetype place, const TopicSource &source) {
-    Item &item = m_items[static_cast<std::size_t>(place)];
-    if (item.candidate.url == source.url) {
-        return;
+/// Another scope, or another address of the same page: one card is for all of them, whether it was
+/// judged already or not.
+void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
+                   const QList<TopicSource> &sources) {
+    Item &item = at(place);
+    const bool wasOld = item.stage == Item::Stage::OldNews;
+    if (wasOld) {
+        item.proposals.clear(); // those were told
     }
-    item.otherSources.append(source);
-    if (item.topic) {
-        m_tools.store.addSources(*item.topic, {source});
+    item.join(proposals, sources);
+    if (wasOld && passOn(place)) {
+        ++m_book.progress.candidates;
+    } else if (item.stage == Item::Stage::Taken) {
+        item.keepFresh();
+    }
+    if (const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr) {
+        Topic tied = *topic;
+        item.placeInTerritory(tied);
+        if (tied != *topic) {
+            m_tools.store.replacePending(std::move(tied));
+        }
+        m_tools.store.addSources(*item.topic, item.sources());
     }
 }
 
 /// Waits for every task, the ones added meanwhile too: they use this object.
 Task<> Harvest::outlast(std::deque<Task<>> &tasks) {
+    std::exception_ptr fault;
     for (std::size_t i = 0; i < tasks.size(); ++i) {
-        try {
-            co_await tasks[i];
-        } catch (const Cancelled &) {
-            // Told once all have ended.
-        }
+        co_await outlive(std::move(tasks[i]), fault);
     }
     tasks.clear();
     m_cancel.throwIfCancelled();
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
 }
 
 Task<> Harvest::finishReading() { return outlast(m_reads); }
@@ -100,60 +126,59 @@ Task<> Harvest::fetchPictures(QUuid topic, QString link) {
 }
 
 Task<> Harvest::read(qsizetype place) {
-    Item &item = m_items[static_cast<std::size_t>(place)];
-    item.page = co_await m_tools.reader.read(item.candidate.url, m_cancel);
-    if (joinsAnother(place) || isOldNews(item)) {
+    Item &item = at(place);
+    item.page = co_await m_tools.reader.read(item.url, m_cancel);
+    if (leadsElsewhere(place) || !passOn(place)) {
         --m_book.progress.candidates;
-    } else {
-        count(item.page.level);
-        ++m_book.progress.read;
-        m_judging.add(judgeCandidate(place));
     }
     m_book.tell();
 }
 
-/// Whether the link led to a page that is held already, or being read under another address.
-bool Harvest::joinsAnother(qsizetype place) {
-    const Item &item = m_items[static_cast<std::size_t>(place)];
-    if (item.page.level == ReadLevel::None || !isHttpLink(item.page.finalUrl)) {
+/// Whether the link led to a page that is held already, or that another item has: it then has all
+/// that this one brought, and what this one claimed.
+bool Harvest::leadsElsewhere(qsizetype place) {
+    const Item &item = at(place);
+    if (item.isUnread() || !namesOnePage(item.page.finalUrl)) {
         return false;
     }
     const LinkLedger::Claim claim = m_ledger.claim(item.page.finalUrl, place);
-    const TopicSource source{item.candidate.title, item.candidate.url};
-    ScopeReport &scope = m_book.report.scopes[item.origins.report];
-    switch (claim.standing) {
-    case LinkLedger::Standing::New:
-        break;
-    case LinkLedger::Standing::Held:
-        ++scope.known;
-        m_tools.store.addSources(claim.topic, {source});
-        return true;
-    case LinkLedger::Standing::Same:
-        ++scope.merged;
-        joinSources(claim.item, source);
-        return true;
-    }
-    return false;
-}
-
-/// A release of a dependency that is not newer than the version in use is told apart, not shown.
-bool Harvest::isOldNews(Item &item) {
-    const PlannedScope *planned = item.origins.planned;
-    const QString &dependency = item.candidate.about;
-    const QString inUse = planned != nullptr ? planned->versions.value(dependency) : QString();
-    if (inUse.isEmpty() || item.page.level == ReadLevel::None) {
+    if (claim.standing == LinkLedger::Standing::New) {
         return false;
     }
-    const VersionNews news = versionNews(dependency, inUse, item.page.title.value_or(QString()),
-                                         QString::fromUtf8(item.page.text));
-    item.currentVersion = inUse;
-    item.newVersion = news.newVersion;
-    if (news.notNewer) {
-        m_book.report.notNewer +=
-            DroppedLink{item.candidate.title, item.candidate.url,
-                        tr("%1 : tu utilises déjà la version %2.").arg(dependency, inUse)};
+    m_ledger.give(place, claim);
+    ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
+    QList<TopicSource> sources = item.otherSources;
+    sources.prepend({item.candidate().title, item.url});
+    if (claim.standing == LinkLedger::Standing::Held) {
+        ++scope.known;
+        m_tools.store.addSources(claim.topic, sources);
+    } else {
+        ++scope.merged;
+        join(claim.item, item.proposals, sources);
     }
-    return news.notNewer;
+    return true;
+}
+
+/// Sends a page that was read to the judge, for those to whom it is news. False when it is none to
+/// anybody: it is told apart, not shown.
+bool Harvest::passOn(qsizetype place) {
+    Item &item = at(place);
+    const auto [fresh, old] = item.news();
+    if (fresh.isEmpty()) {
+        item.stage = Item::Stage::OldNews;
+        for (const DroppedLink &link : old) {
+            if (!m_book.report.notNewer.contains(link)) {
+                m_book.report.notNewer += link;
+            }
+        }
+        return false;
+    }
+    item.stage = Item::Stage::Taken;
+    item.proposals = fresh;
+    count(item.page.level);
+    ++m_book.progress.read;
+    m_judging.add(judgeCandidate(place));
+    return true;
 }
 
 void Harvest::count(ReadLevel level) {
@@ -174,16 +199,16 @@ void Harvest::count(ReadLevel level) {
     }
 }
 
-JudgeCandidate Harvest::judgeCandidate(qsizetype place) const {
-    const Item &item = m_items[static_cast<std::size_t>(place)];
+JudgeCandidate Harvest::judgeCandidate(qsizetype place) {
+    const Item &item = at(place);
     JudgeCandidate candidate;
     candidate.id = identifier(place);
-    candidate.title = item.candidate.title;
-    candidate.url = item.candidate.url;
+    candidate.title = item.candidate().title;
+    candidate.url = item.url;
     // The link tells best; where it tells nothing, the agent's word counts.
-    candidate.kind = guessKind(item.candidate.url);
+    candidate.kind = guessKind(item.url);
     if (candidate.kind == ItemKind::Article) {
-        candidate.kind = json::fromRaw<ItemKind>(item.candidate.kind).value_or(ItemKind::Article);
+        candidate.kind = json::fromRaw<ItemKind>(item.candidate().kind).value_or(ItemKind::Article);
     }
     candidate.level = item.page.level;
     candidate.content = judgedContent(item.page);
@@ -202,21 +227,24 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
             unanswered += candidate;
             continue;
         }
-        Item &item = m_items[static_cast<std::size_t>(placeOf(candidate.id))];
-        Topic topic = topicFrom(item, *verdict);
+        Item &item = at(placeOf(candidate.id));
+        Topic topic = item.topicFor(*verdict);
+        topic.foundAt = m_tools.now();
+        topic.origin = m_book.report.scopes[item.proposals.first().report].origin;
         if (item.topic) { // dug up: judged once more, in its place
             topic.id = *item.topic;
             if (!m_tools.store.replacePending(std::move(topic))) {
                 continue; // the user has it as it was judged first
             }
+            ++m_book.report.dug;
         } else {
             item.topic = topic.id;
             added += std::move(topic);
             ++m_book.progress.judged;
         }
         notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
-        if (item.page.level != ReadLevel::None) {
-            pictured += {*item.topic, item.candidate.url};
+        if (!item.isUnread()) {
+            pictured += {*item.topic, item.url};
         }
     }
     m_book.report.topicIds += m_tools.store.add(std::move(added));
@@ -234,35 +262,19 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
 /// was judged once stays as it was.
 void Harvest::leave(const QList<JudgeCandidate> &batch, const QString &reason) {
     for (const JudgeCandidate &candidate : batch) {
-        if (!m_items[static_cast<std::size_t>(placeOf(candidate.id))].topic) {
+        if (!at(placeOf(candidate.id)).topic) {
             m_book.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
         }
     }
-}
-
-Topic Harvest::topicFrom(const Item &item, const Judgment &judgment) const {
-    Topic topic = draftTopic(item.candidate, item.page, judgment);
-    topic.foundAt = m_tools.now();
-    topic.origin = m_book.report.scopes[item.origins.report].origin;
-    topic.sources += item.otherSources;
-    topic.publishedOn = item.origins.publishedOn;
-    if (item.origins.planned != nullptr) {
-        placeInTerritory(topic, item.candidate, *item.origins.planned);
-    }
-    if (topic.dependency) {
-        topic.currentVersion = item.currentVersion;
-        topic.newVersion = item.newVersion;
-    }
-    return topic;
 }
 
 QList<DigItem> Harvest::unreadItems() const {
     QList<DigItem> items;
     for (std::size_t i = 0; i < m_items.size(); ++i) {
         const Item &item = m_items[i];
-        if (item.topic && item.page.level == ReadLevel::None) {
-            items += DigItem{identifier(static_cast<qsizetype>(i)), item.candidate.title,
-                             item.candidate.url, item.candidate.about};
+        if (item.topic && item.isUnread()) {
+            items += DigItem{identifier(static_cast<qsizetype>(i)), item.candidate().title,
+                             item.url, item.candidate().about};
         }
     }
     return items;
@@ -274,31 +286,32 @@ Task<> Harvest::dig() {
         co_return;
     }
     m_book.show(tr("Recherche des pages illisibles : ") + QString::number(items.size()));
-    for (qsizetype from = 0; from < items.size(); from += Pipeline::digAtOnce) {
-        try {
-            const Pipeline::DugUp dug = co_await m_pipeline.dig(
-                items.mid(from, Pipeline::digAtOnce), m_brief->today, m_tools.agent, m_cancel);
-            m_book.report.costUSD += dug.costUSD.value_or(0);
-            for (const Dug &result : dug.results) {
-                m_reads.push_back(readDug(result));
-            }
-        } catch (const Cancelled &) {
-            break; // told below, once what is under way has ended
-        } catch (const std::exception &error) {
-            m_book.report.costUSD += failureCost(error);
-            m_book.report.warnings += tr("Les pages illisibles n’ont pas pu être recherchées : %1")
-                                          .arg(failureText(error));
-        }
+    // What was found is read and judged before anything that went wrong is passed on.
+    std::exception_ptr fault;
+    for (qsizetype from = 0; from < items.size() && !fault; from += Pipeline::digAtOnce) {
+        co_await outlive(askToDig(items.mid(from, Pipeline::digAtOnce)), fault);
     }
-    bool cancelled = false;
+    co_await outlive(finishReading(), fault);
+    co_await outlive(m_judging.finish(), fault);
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
+}
+
+Task<> Harvest::askToDig(QList<DigItem> items) {
     try {
-        co_await finishReading();
+        const Pipeline::DugUp dug =
+            co_await m_pipeline.dig(std::move(items), m_brief->today, m_tools.agent, m_cancel);
+        m_book.report.costUSD += dug.costUSD.value_or(0);
+        for (const Dug &result : dug.results) {
+            m_reads.push_back(readDug(result));
+        }
     } catch (const Cancelled &) {
-        cancelled = true;
-    }
-    co_await m_judging.finish();
-    if (cancelled) {
-        throw Cancelled();
+        throw;
+    } catch (const std::exception &error) {
+        m_book.report.costUSD += failureCost(error);
+        m_book.report.warnings +=
+            tr("Les pages illisibles n’ont pas pu être recherchées : %1").arg(failureText(error));
     }
 }
 
@@ -308,45 +321,50 @@ Harvest::Item *Harvest::unreadItem(const QString &id) {
     if (place < 0 || place >= static_cast<qsizetype>(m_items.size())) {
         return nullptr;
     }
-    Item &item = m_items[static_cast<std::size_t>(place)];
-    return item.topic && item.page.level == ReadLevel::None ? &item : nullptr;
+    Item &item = at(place);
+    return item.topic && item.isUnread() ? &item : nullptr;
 }
 
 Task<> Harvest::readDug(Dug dug) {
     const qsizetype place = placeOf(dug.id);
     // A page that is another card already would make two of one: the unreadable one is kept as it
     // is. The very link may have been found readable by the agent.
-    if (unreadItem(dug.id) == nullptr ||
-        m_ledger.claim(dug.url, place).standing != LinkLedger::Standing::New) {
+    const auto isFree = [&](const QString &link) {
+        return m_ledger.claim(link, place).standing == LinkLedger::Standing::New;
+    };
+    if (unreadItem(dug.id) == nullptr || !isFree(dug.url)) {
         co_return;
     }
     ReadPage page = co_await m_tools.reader.read(dug.url, m_cancel);
     if (page.level == ReadLevel::None && !dug.what.isEmpty()) {
         // The agent read what this machine could not: its words stand for the page.
         page.level = ReadLevel::Meta;
-        page.title = dug.title;
         page.description = dug.what;
     }
     Item *item = unreadItem(dug.id);
-    if (item == nullptr || page.level == ReadLevel::None) {
+    if (item == nullptr || page.level == ReadLevel::None ||
+        (namesOnePage(page.finalUrl) && !isFree(page.finalUrl))) {
         co_return;
     }
-    if (item->candidate.url != dug.url) {
-        // The unreadable address stays among the sources: it is known from now on.
-        item->otherSources.prepend({item->candidate.title, item->candidate.url});
-        item->candidate.url = dug.url;
+    if (page.title.value_or(QString()).isEmpty()) {
+        page.title = dug.title.isEmpty() ? std::nullopt : std::optional(dug.title);
     }
+    item->moveTo(dug.url);
     item->page = std::move(page);
-    ++m_book.report.dug;
+    item->keepFresh(); // what is old news is in the store already: the judge will grade it
+    // The find is kept whatever becomes of its judgment.
+    if (const TopicPtr topic = m_tools.store.topic(*item->topic)) {
+        Topic found = *topic;
+        found.sources = item->sources();
+        m_tools.store.replacePending(std::move(found));
+    }
     m_judging.add(judgeCandidate(place));
 }
 
 void Harvest::settleUnread() {
     for (const Item &item : m_items) {
-        const TopicPtr topic = item.topic && item.page.level == ReadLevel::None
-                                   ? m_tools.store.topic(*item.topic)
-                                   : nullptr;
-        if (topic) {
+        const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr;
+        if (topic && topic->readLevel == ReadLevel::None) {
             Topic settled = *topic;
             settled.summary = tr("Je n’ai rien pu lire sur ce sujet : à creuser.");
             settled.firstStep = tr("Ouvrir le lien et décider s’il vaut une recherche de plus.");

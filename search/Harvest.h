@@ -1,10 +1,9 @@
 #pragma once
 
 #include "core/ScoreNotes.h"
+#include "search/HarvestItem.h"
 #include "search/JudgingLine.h"
 #include "search/LinkLedger.h"
-#include "search/PageReader.h"
-#include "search/Pipeline.h"
 #include "search/RunBook.h"
 #include "search/SourceImage.h"
 
@@ -29,8 +28,8 @@ public:
     };
     /// Where a candidate comes from.
     struct Origins {
-        qsizetype report = 0;                  ///< its scope's place in the report
-        const PlannedScope *planned = nullptr; ///< none for the trusted sites
+        qsizetype report = 0;                ///< its scope's place in the report
+        QList<const PlannedScope *> planned; ///< whom it is for; may be nobody
         std::optional<QString> publishedOn;
     };
 
@@ -41,47 +40,44 @@ public:
     ~Harvest() = default;
 
     /// Takes a candidate in: it is read and judged from now on, unless its link is held already.
-    void take(Candidate candidate, Origins origins);
+    /// What another scope brought too is one card, for both.
+    void take(const Candidate &candidate, const Origins &origins);
 
-    /// Ends when every page is read, then when every candidate is judged. @throws Cancelled
+    // Each of these ends once nothing of its kind is under way any more, whatever went wrong, and
+    // then throws: Cancelled, or the first failure that is none of those foreseen.
+
+    /// Ends when every page is read, then when every candidate is judged.
     Task<> finishReading();
     Task<> finishJudging() { return m_judging.finish(); }
     /// Looks for readable pages in the place of the unreadable ones; what is found is read and
-    /// judged once more. @throws Cancelled
+    /// judged once more.
     Task<> dig();
-    /// Ends when the pictures of every topic were fetched, or could not be. @throws Cancelled
+    /// Ends when the pictures of every topic were fetched, or could not be.
     Task<> finishPictures();
     /// Ends when what stands behind every score was written, or could not be.
     Task<> finishNotes();
     /// What could not be read keeps its link and says so.
     void settleUnread();
 
-    /// The failure that kept a batch from being judged, if any did.
+    /// The failure of a call that left links without a judgment, if any did.
     std::exception_ptr judgeError() const { return m_judgeError; }
 
 private:
-    struct Item {
-        Candidate candidate;
-        Origins origins;
-        QList<TopicSource> otherSources; ///< the same page under other addresses
-        ReadPage page;
-        std::optional<QString> currentVersion;
-        std::optional<QString> newVersion;
-        std::optional<QUuid> topic; ///< once judged
-    };
+    using Item = HarvestItem;
 
+    Item &at(qsizetype place) { return m_items[static_cast<std::size_t>(place)]; }
     Task<> outlast(std::deque<Task<>> &tasks);
     Task<> read(qsizetype place);
-    bool joinsAnother(qsizetype place);
-    void joinSources(qsizetype place, const TopicSource &source);
-    bool isOldNews(Item &item);
+    bool leadsElsewhere(qsizetype place);
+    bool passOn(qsizetype place);
+    void join(qsizetype place, const QList<Proposal> &proposals, const QList<TopicSource> &sources);
     void count(ReadLevel level);
-    JudgeCandidate judgeCandidate(qsizetype place) const;
+    JudgeCandidate judgeCandidate(qsizetype place);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
     void leave(const QList<JudgeCandidate> &batch, const QString &reason);
-    Topic topicFrom(const Item &item, const Judgment &judgment) const;
     Task<> fetchPictures(QUuid topic, QString link);
     QList<DigItem> unreadItems() const;
+    Task<> askToDig(QList<DigItem> items);
     Task<> readDug(Dug dug);
     Item *unreadItem(const QString &id);
 

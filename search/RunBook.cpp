@@ -25,7 +25,7 @@ void RunBook::showReading() {
 }
 
 void RunBook::tell() {
-    if (m_reading) {
+    if (m_reading && progress.candidates > 0) {
         progress.status =
             tr("Lecture et tri : ") + tr("%1 sur %2").arg(progress.judged).arg(progress.candidates);
     }

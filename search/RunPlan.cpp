@@ -34,19 +34,25 @@ QStringList trustedAddresses(const Preferences &preferences) {
     return addresses;
 }
 
+QString shownName(const ProjectReading &project) {
+    return project.name.isEmpty() ? QStringLiteral("a project") : project.name;
+}
+
 PlannedScope projectScope(const ProjectReading &project, const QString &description) {
     const discovery::Project &found = project.found;
     PlannedScope planned;
-    planned.name = project.name.isEmpty() ? QStringLiteral("a project") : project.name;
-    planned.project = project.name;
+    planned.name = shownName(project);
+    if (!project.name.isEmpty()) {
+        planned.project = project.name;
+    }
     planned.origin = Origin::Stack;
     planned.versions = project.versions;
     if (found.manifest) {
         planned.scope = CodeProject{
-            project.name, description.isEmpty() ? std::nullopt : std::optional(description),
+            planned.name, description.isEmpty() ? std::nullopt : std::optional(description),
             found.manifest->name, found.manifest->text};
     } else {
-        planned.scope = PlainProject{project.name, description};
+        planned.scope = PlainProject{planned.name, description};
     }
     planned.request.count = candidatesPerProject;
     return planned;
@@ -66,7 +72,27 @@ QStringList versionLines(const QMap<QString, QString> &versions) {
     return lines;
 }
 
-std::optional<PlannedScope> interestsScope(const Preferences &preferences) {
+/// The apps the user lets be told. Of all on the machine where only some are kept back, names that
+/// are no names are left out: anybody may install one.
+QStringList appsInScope(const Preferences &preferences, const QStringList &installed) {
+    constexpr qsizetype mostApps = 200;
+    constexpr qsizetype longestName = 80;
+    if (preferences.settings().accessMode == AccessMode::Only) {
+        return preferences.settings().keptApps;
+    }
+    QStringList names;
+    for (const QString &name : installed) {
+        const QString bare = name.simplified();
+        if (preferences.appInScope(name) && bare.size() <= longestName && names.size() < mostApps) {
+            names += bare;
+        }
+    }
+    names.removeDuplicates();
+    return names;
+}
+
+std::optional<PlannedScope> interestsScope(const Preferences &preferences,
+                                           const QStringList &installed) {
     DeclaredInterests interests;
     PlannedScope planned;
     for (const QString &topic : preferences.settings().interests) {
@@ -74,11 +100,7 @@ std::optional<PlannedScope> interestsScope(const Preferences &preferences) {
         planned.topics += topic;
     }
     interests.tools = preferences.settings().addedTools;
-    for (const QString &app : preferences.settings().keptApps) {
-        if (preferences.appInScope(app)) {
-            interests.apps += app;
-        }
-    }
+    interests.apps = appsInScope(preferences, installed);
     if (interests.topics.isEmpty() && interests.tools.isEmpty()) {
         return std::nullopt;
     }
@@ -149,22 +171,23 @@ QList<ProjectReading> readProjects(const QMap<QString, QString> &folders) {
 }
 
 RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &projects,
-                const QList<TopicPtr> &topics, const QDateTime &now) {
+                const QList<TopicPtr> &topics, const QDateTime &now,
+                const QStringList &installedApps) {
     const Settings &settings = preferences.settings();
     RunPlan plan;
     for (const ProjectReading &project : projects) {
         const QString description = settings.projectDescriptions.value(project.name);
         plan.scopes += projectScope(project, description);
         plan.profile.projects +=
-            {project.name, description, project.found.labels, versionLines(project.versions)};
+            {shownName(project), description, project.found.labels, versionLines(project.versions)};
         plan.sites.projects += description.isEmpty()
-                                   ? project.name
-                                   : project.name + QStringLiteral(": ") + description;
+                                   ? shownName(project)
+                                   : shownName(project) + QStringLiteral(": ") + description;
         if (isFault(project.found)) {
             plan.warnings += discovery::problemText(project.found);
         }
     }
-    if (auto interests = interestsScope(preferences)) {
+    if (auto interests = interestsScope(preferences, installedApps)) {
         plan.scopes += *std::move(interests);
     }
     const QStringList known = knownLinks(topics);

@@ -22,7 +22,7 @@ struct PlannedScope {
     SearchScope scope;
     CandidatesRequest request;
     Origin origin = Origin::Stack;
-    std::optional<QString> project;  ///< the watched project, when the scope is one
+    std::optional<QString> project;  ///< the watched project, when the scope is one with a name
     QStringList topics;              ///< the declared topics the scope asks for, without weights
     QMap<QString, QString> versions; ///< of a code project: dependency to the version in use
 };
@@ -69,9 +69,11 @@ QList<ProjectReading> readProjects(const QMap<QString, QString> &folders);
 
 /// Plans a run at `now`: a scope for each watched project, then one for the declared topics, tools
 /// and apps together, and the trusted sites. The period starts at the last run, 7 days ago when
-/// there was none, and never more than 31 days back. Main thread.
+/// there was none, and never more than 31 days back. `installedApps` are told as context where the
+/// user lets all but some of them be. Main thread.
 RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &projects,
-                const QList<TopicPtr> &topics, const QDateTime &now);
+                const QList<TopicPtr> &topics, const QDateTime &now,
+                const QStringList &installedApps = {});
 
 /// The second search of a declared-topics scope: those of its topics that came back empty.
 /// `found` are the links that came back for the others, to be left out too.

@@ -81,6 +81,9 @@ struct RunReport : LastReport {
     QList<DroppedLink> unjudged; ///< the judge gave no answer, or could not be asked
     QList<DroppedLink> notNewer; ///< releases not newer than the version in use
     QList<FeedTrouble> feeds;
+    /// Why the run failed as a whole; a report without it is one of a run that went through, be it
+    /// in part. Absent from the reports of earlier versions.
+    std::optional<QString> failed;
     QList<QString> warnings; ///< French sentences, to be shown as they are
     QList<QUuid> topicIds;   ///< the topics added, in the order they were judged
 
@@ -93,7 +96,7 @@ struct RunReport : LastReport {
                 json::field("read", &RunReport::read), json::field("judged", &RunReport::judged),
                 json::field("dug", &RunReport::dug), json::field("unjudged", &RunReport::unjudged),
                 json::field("notNewer", &RunReport::notNewer),
-                json::field("feeds", &RunReport::feeds),
+                json::field("feeds", &RunReport::feeds), json::field("failed", &RunReport::failed),
                 json::field("warnings", &RunReport::warnings),
                 json::field("topicIds", &RunReport::topicIds)));
     }

@@ -30,25 +30,24 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
         throw RunRefused(refused.status);
     }
     m_phase = Phase::Searching;
-    QString failure;
+    const AgentKind agent = m_parts.asker.agent().locator().choose();
+    RunFailure failure;
     std::exception_ptr error;
     try {
-        const AgentKind agent = m_parts.asker.agent().locator().choose();
         m_parts.asker.agent().check(agent);
         RunReport report = co_await execute(agent, cancel);
         setProgress(Phase::Idle, {});
         Q_EMIT finished(report);
         co_return report;
-    } catch (const AgentError &agentError) {
-        failure = agentError.text();
-        error = std::current_exception();
-    } catch (const std::exception &other) {
-        failure = QString::fromUtf8(other.what());
+    } catch (const std::exception &thrown) {
+        failure = runFailure(thrown, displayName(agent));
         error = std::current_exception();
     }
     // What was judged before the failure is the user's.
     m_parts.store.releaseAllPending();
-    setProgress(Phase::Idle, {});
+    RunProgress told;
+    told.status = failureLine(failure);
+    setProgress(Phase::Idle, told);
     Q_EMIT failed(failure);
     std::rethrow_exception(error);
 }
@@ -57,7 +56,9 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     const QDateTime start = m_parts.clock.now();
     const auto folders = m_parts.preferences.settings().projects;
     const auto projects = co_await onPool([folders] { return readProjects(folders); });
-    RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), start);
+    const bool tellsApps = m_parts.preferences.settings().accessMode == AccessMode::AllExcept;
+    RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), start,
+                           tellsApps && m_parts.apps ? m_parts.apps() : QStringList());
     auto brief = std::make_shared<JudgeBrief>();
     brief->profile = plan.profile;
     brief->reflexLines = plan.reflexLines;
@@ -86,11 +87,16 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     m_parts.store.releasePending(report.topicIds);
     report.saved = m_parts.store.flush();
     // A run whose topics are not on disk is not done: the next one asks for its period again.
-    if (!report.cancelled && report.saved) {
+    if (!report.cancelled && !report.failed && report.saved) {
         m_parts.preferences.change(&Settings::lastReport, lastOf(report));
-        m_parts.preferences.change(&Settings::lastSearch, report.date);
+        if (!run.leftLinks()) {
+            m_parts.preferences.change(&Settings::lastSearch, report.date);
+        }
     }
     RunHistory(m_parts.store.file()).add(report);
+    if (run.failure()) {
+        std::rethrow_exception(run.failure());
+    }
     co_return report;
 }
 

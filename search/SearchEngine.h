@@ -2,6 +2,7 @@
 
 #include "agents/Ask.h"
 #include "base/Clock.h"
+#include "search/RunFailure.h"
 #include "search/RunReport.h"
 
 #include <QObject>
@@ -45,6 +46,9 @@ public:
         Feeds &feeds;
         SourceImage &images;
         const Clock &clock;
+        /// The names of the apps on this machine, for whoever lets all of them be told; may be
+        /// empty.
+        std::function<QStringList()> apps = {};
     };
 
     explicit SearchEngine(Parts parts, QObject *parent = nullptr);
@@ -54,8 +58,10 @@ public:
     const RunProgress &progress() const { return m_progress; }
 
     /// One whole run. Judged topics are saved as they come, "pending", and released to "inbox" at
-    /// the end; a cancelled run releases what was judged and leaves the last run's date alone. A
-    /// failing scope is reported and the others go on.
+    /// the end; a cancelled run releases what was judged and leaves the last run's date alone, as
+    /// does one whose calls failed and left links without a judgment: the next one searches the
+    /// same period again. A failing scope is reported and the others go on. A run that failed as a
+    /// whole leaves its report, marked so, and the sentence in the status.
     /// @throws RunRefused  an empty territory (the status then says so), or a run under way
     /// @throws AgentError  the agent is missing or signed out, every scope failed, or nothing that
     ///                     was found could be judged
@@ -65,7 +71,8 @@ public:
 Q_SIGNALS:
     void progressed(const vorle::RunProgress &progress);
     void finished(const vorle::RunReport &report);
-    void failed(const QString &text);
+    /// The run could not be made, or nothing came of it. A refused run announces nothing.
+    void failed(const vorle::RunFailure &failure);
 
 private:
     Task<RunReport> execute(AgentKind agent, CancelToken cancel);

@@ -48,11 +48,7 @@ Task<RunReport> SearchRun::execute() {
     co_await outlast(m_harvest.finishPictures());
     co_await outlast(m_harvest.finishNotes());
     m_harvest.settleUnread();
-    if (m_fault) {
-        std::rethrow_exception(m_fault);
-    }
     finishReport();
-    throwIfNothingWorked();
     co_return m_book.report;
 }
 
@@ -63,7 +59,7 @@ Task<> SearchRun::outlast(Task<> step) {
     } catch (const Cancelled &) {
         m_book.report.cancelled = true;
     } catch (...) {
-        m_fault = std::current_exception();
+        m_fault = m_fault ? m_fault : std::current_exception();
     }
 }
 
@@ -89,7 +85,7 @@ Task<> SearchRun::askScope(qsizetype index) {
     const PlannedScope &planned = m_plan.scopes[index];
     const qsizetype report = openReport(planned.name, planned.origin, planned.request.count);
     const QStringList found =
-        co_await ask(m_pipeline.question(planned, m_tools.harvest.agent), {report, &planned, {}});
+        co_await ask(m_pipeline.question(planned, m_tools.harvest.agent), report, {&planned});
     if (m_book.report.scopes[report].error.isEmpty()) {
         co_await askAgain(planned, found);
     }
@@ -110,7 +106,7 @@ Task<> SearchRun::askAgain(const PlannedScope &planned, QStringList found) {
     }
     const PlannedScope second = secondSearch(planned, empty, found);
     const qsizetype report = openReport(second.name, second.origin, second.request.count);
-    co_await ask(m_pipeline.question(second, m_tools.harvest.agent), {report, &planned, {}});
+    co_await ask(m_pipeline.question(second, m_tools.harvest.agent), report, {&planned});
 }
 
 Task<> SearchRun::askSites() {
@@ -124,18 +120,32 @@ Task<> SearchRun::askSites() {
     const FeedsForRun feeds =
         co_await m_tools.feeds.itemsForRun(m_plan.sites.sites, held, m_cancel);
     m_tools.sitesChecked(feeds.sites);
+    bool noneAnswered = true;
     for (const SiteReading &site : feeds.reports) {
+        noneAnswered = noneAnswered && site.outcome == FeedOutcome::Unreachable;
         if (site.outcome != FeedOutcome::Read) {
             m_book.report.feeds += FeedTrouble{site.address, feedProblem(site.outcome)};
         }
     }
-    // The newest first, whatever their site, so that none crowds the others out.
-    QList<FeedItem> items = feeds.items;
+    if (noneAnswered) {
+        m_book.report.scopes[report].error = tr("Aucun de tes sites n’a répondu.");
+    }
+    const QStringList lines = screenedLines(feeds.items);
+    if (!lines.isEmpty()) {
+        co_await ask(m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent), report, {});
+    }
+    ++m_book.progress.scopesDone;
+    m_book.tell();
+}
+
+/// The items' lines as far as they fit, the newest first, whatever their site, so that none crowds
+/// the others out.
+QStringList SearchRun::screenedLines(QList<FeedItem> items) {
     std::stable_sort(items.begin(), items.end(),
                      [](const FeedItem &a, const FeedItem &b) { return a.date > b.date; });
     QStringList lines;
     qsizetype bytes = 0;
-    for (const FeedItem &item : items) {
+    for (const FeedItem &item : std::as_const(items)) {
         const QString line = feedItemLine(item);
         bytes += utf8Size(line) + 1;
         if (bytes > itemLinesBytes) {
@@ -146,19 +156,36 @@ Task<> SearchRun::askSites() {
             m_feedDates.insert(canonicalLink(item.link), item.date->date().toString(Qt::ISODate));
         }
     }
-    if (!lines.isEmpty()) {
-        co_await ask(m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent),
-                     {report, nullptr, {}});
+    if (const qsizetype left = items.size() - lines.size(); left > 0) {
+        m_book.report.warnings +=
+            left == 1 ? tr("Tes sites annonçaient trop de nouveautés : la plus ancienne est "
+                           "laissée de côté.")
+                      : tr("Tes sites annonçaient trop de nouveautés : les %1 plus anciennes sont "
+                           "laissées de côté.")
+                            .arg(left);
     }
-    ++m_book.progress.scopesDone;
-    m_book.tell();
+    return lines;
 }
 
-Task<QStringList> SearchRun::ask(Question question, Harvest::Origins origins) {
+/// Whom an item of a trusted site is for: every project and the declared topics it is about.
+QList<const PlannedScope *> SearchRun::whomItConcerns(const Candidate &candidate) const {
+    QList<const PlannedScope *> scopes;
+    for (const PlannedScope &planned : m_plan.scopes) {
+        if (concerns(candidate, planned)) {
+            scopes += &planned;
+        }
+    }
+    return scopes;
+}
+
+/// `scopes` are those the question is asked for; none for the trusted sites.
+Task<QStringList> SearchRun::ask(Question question, qsizetype report,
+                                 QList<const PlannedScope *> scopes) {
     QStringList links;
+    ++m_asked;
     try {
         const Pipeline::Found found = co_await m_pipeline.candidates(std::move(question), m_cancel);
-        ScopeReport &scope = m_book.report.scopes[origins.report];
+        ScopeReport &scope = m_book.report.scopes[report];
         scope.found = static_cast<int>(found.candidates.size()) + found.refused;
         scope.refused = found.refused;
         m_book.report.costUSD += found.costUSD.value_or(0);
@@ -171,7 +198,13 @@ Task<QStringList> SearchRun::ask(Question question, Harvest::Origins origins) {
         }
         for (const Candidate &candidate : found.candidates.first(most)) {
             links += candidate.url;
-            cover(candidate, origins.planned);
+            Harvest::Origins origins{report, scopes, {}};
+            if (scopes.isEmpty()) {
+                origins.planned = whomItConcerns(candidate);
+            }
+            for (const PlannedScope *planned : std::as_const(origins.planned)) {
+                cover(candidate, *planned);
+            }
             const QString date = m_feedDates.value(canonicalLink(candidate.url));
             origins.publishedOn = date.isEmpty() ? std::nullopt : std::optional(date);
             m_harvest.take(candidate, origins);
@@ -179,19 +212,30 @@ Task<QStringList> SearchRun::ask(Question question, Harvest::Origins origins) {
     } catch (const Cancelled &) {
         throw;
     } catch (const std::exception &error) {
+        ++m_askedInVain;
         m_book.report.costUSD += failureCost(error);
-        m_book.report.scopes[origins.report].error = failureText(error);
+        m_book.report.scopes[report].error = failureText(error);
         m_scopeError = std::current_exception();
     }
     co_return links;
 }
 
-void SearchRun::cover(const Candidate &candidate, const PlannedScope *planned) {
-    for (const QString &topic : planned != nullptr ? planned->topics : QStringList()) {
+void SearchRun::cover(const Candidate &candidate, const PlannedScope &planned) {
+    for (const QString &topic : planned.topics) {
         if (isAbout(candidate, topic)) {
             m_covered.insert(topic);
         }
     }
+}
+
+std::exception_ptr SearchRun::wholeFailure() const {
+    if (m_fault || m_book.report.cancelled) {
+        return m_fault;
+    }
+    if (m_asked > 0 && m_askedInVain == m_asked) {
+        return m_scopeError;
+    }
+    return m_book.report.topicIds.isEmpty() ? m_harvest.judgeError() : nullptr;
 }
 
 void SearchRun::finishReport() {
@@ -207,21 +251,16 @@ void SearchRun::finishReport() {
     report.added = static_cast<int>(report.topicIds.size());
     report.judged = m_book.progress.judged;
     report.seconds = static_cast<double>(m_elapsed.elapsed()) / 1000.0;
-}
-
-void SearchRun::throwIfNothingWorked() const {
-    const RunReport &report = m_book.report;
-    if (report.cancelled) {
-        return;
-    }
-    const bool everyScopeFailed =
-        std::all_of(report.scopes.begin(), report.scopes.end(),
-                    [](const ScopeReport &scope) { return !scope.error.isEmpty(); });
-    if (everyScopeFailed && m_scopeError) {
-        std::rethrow_exception(m_scopeError);
-    }
-    if (m_harvest.judgeError() && report.topicIds.isEmpty()) {
-        std::rethrow_exception(m_harvest.judgeError());
+    m_failure = wholeFailure();
+    if (m_failure) {
+        try {
+            std::rethrow_exception(m_failure);
+        } catch (const std::exception &error) {
+            report.failed = failureText(error);
+        }
+    } else if (leftLinks() && !report.cancelled) {
+        report.warnings += tr("Des liens n’ont pas pu être jugés : la prochaine fouille reprendra "
+                              "la même période.");
     }
 }
 

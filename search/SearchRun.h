@@ -26,10 +26,16 @@ public:
     SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief> brief,
               CancelToken cancel);
 
-    /// Runs it all; the judged topics are in the store, "pending". Cancelling is no failure here:
-    /// the report says it.
-    /// @throws as SearchEngine::run, for what concerns the agent
+    /// Runs it all; the judged topics are in the store, "pending". Neither cancelling nor failing
+    /// throws here: the report says it. To be awaited once.
     Task<RunReport> execute();
+
+    /// After `execute`: why the run failed as a whole, if it did. Every call for links failed, or
+    /// nothing that was found could be judged; or something that no step is meant to throw.
+    std::exception_ptr failure() const { return m_failure; }
+    /// After `execute`: whether calls failed that left links without a judgment. They come back
+    /// only when the same period is searched again.
+    bool leftLinks() const { return m_harvest.judgeError() != nullptr; }
 
 private:
     Task<> askEverything();
@@ -37,12 +43,14 @@ private:
     Task<> askAgain(const PlannedScope &planned, QStringList found);
     Task<> askSites();
     /// Asks one question; its failure is the scope's, told in the report. Gives the links found.
-    Task<QStringList> ask(Question question, Harvest::Origins origins);
+    Task<QStringList> ask(Question question, qsizetype report, QList<const PlannedScope *> scopes);
     qsizetype openReport(const QString &name, Origin origin, int asked);
-    void cover(const Candidate &candidate, const PlannedScope *planned);
+    QStringList screenedLines(QList<FeedItem> items);
+    QList<const PlannedScope *> whomItConcerns(const Candidate &candidate) const;
+    void cover(const Candidate &candidate, const PlannedScope &planned);
     Task<> outlast(Task<> step);
+    std::exception_ptr wholeFailure() const;
     void finishReport();
-    void throwIfNothingWorked() const;
 
     Tools m_tools;
     RunPlan m_plan;
@@ -53,8 +61,11 @@ private:
     QElapsedTimer m_elapsed;
     QSet<QString> m_covered;             ///< declared topics that a candidate answered
     QHash<QString, QString> m_feedDates; ///< a feed item's canonical link to its date
+    int m_asked = 0;                     ///< questions put to the agent
+    int m_askedInVain = 0;               ///< of these, those whose call failed
     std::exception_ptr m_scopeError;
     std::exception_ptr m_fault; ///< what no step is meant to throw
+    std::exception_ptr m_failure;
 };
 
 } // namespace vorle

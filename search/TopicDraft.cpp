@@ -1,6 +1,7 @@
 #include "search/TopicDraft.h"
 
 #include "core/ScoreScale.h"
+#include "search/Links.h"
 
 namespace vorle {
 
@@ -47,7 +48,7 @@ Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgmen
     topic.readLevel = page.level;
     topic.urgency = judgment.urgency;
     topic.criteria = judgment.criteria;
-    topic.sources = {{page.title.value_or(candidate.title), candidate.url}};
+    topic.sources = sourcesOf(candidate, page);
     topic.status = TopicStatus::Pending;
     if (const QByteArray content = judgedContent(page); !content.isEmpty()) {
         topic.seenText = content;
@@ -70,22 +71,73 @@ ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
     return note;
 }
 
-void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned) {
-    if (planned.project) {
-        topic.project = planned.project;
+QList<TopicSource> sourcesOf(const Candidate &candidate, const ReadPage &page) {
+    constexpr qsizetype longestLink = 2'000;
+    const QString title = page.title.value_or(QString());
+    QList<TopicSource> sources{{title.isEmpty() ? candidate.title : title, candidate.url}};
+    const QString end = canonicalLink(page.finalUrl);
+    const bool another =
+        end != canonicalLink(candidate.url) &&
+        end != canonicalLink(readableLink(candidate.url).toString(QUrl::FullyEncoded));
+    if (page.level != ReadLevel::None && another && namesOnePage(page.finalUrl) &&
+        page.finalUrl.size() <= longestLink) {
+        // Named by its site: the page's own title stands above it already.
+        QString site = QUrl(page.finalUrl).host();
+        if (site.startsWith(u"www.")) {
+            site.remove(0, 4);
+        }
+        sources += TopicSource{site, page.finalUrl};
     }
+    return sources;
+}
+
+namespace {
+
+/// Whether a manifest holds the name by itself: "react" is not in "react-native".
+bool namesDependency(const QString &manifest, const QString &name) {
+    const auto at = [&](qsizetype place) {
+        return place >= 0 && place < manifest.size() ? manifest[place] : QChar(u' ');
+    };
+    const auto continues = [](QChar c) { return c.isLetterOrNumber() || c == u'_' || c == u'-'; };
+    for (qsizetype i = manifest.indexOf(name); i >= 0; i = manifest.indexOf(name, i + 1)) {
+        const QChar before = at(i - 1);
+        if (!continues(before) && before != u'.' && !continues(at(i + name.size()))) {
+            return !name.isEmpty();
+        }
+    }
+    return false;
+}
+
+bool isDependency(const QString &about, const PlannedScope &planned) {
+    const auto *code = std::get_if<CodeProject>(&planned.scope);
+    return code != nullptr && about.compare(code->name, Qt::CaseInsensitive) != 0 &&
+           (planned.versions.contains(about) || namesDependency(code->manifestText, about));
+}
+
+std::optional<QString> interestOf(const Candidate &candidate, const PlannedScope &planned) {
     const auto interest =
         std::find_if(planned.topics.begin(), planned.topics.end(),
                      [&](const QString &name) { return isAbout(candidate, name); });
-    if (interest != planned.topics.end()) {
-        topic.interest = *interest;
+    return interest != planned.topics.end() ? std::optional(*interest) : std::nullopt;
+}
+
+} // namespace
+
+bool concerns(const Candidate &candidate, const PlannedScope &planned) {
+    return (planned.project && isAbout(candidate, *planned.project)) ||
+           isDependency(candidate.about, planned) || interestOf(candidate, planned);
+}
+
+void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned) {
+    if (!topic.project) {
+        topic.project = planned.project;
     }
-    const auto *code = std::get_if<CodeProject>(&planned.scope);
-    const QString &about = candidate.about;
-    if (code != nullptr && !about.isEmpty() &&
-        about.compare(code->name, Qt::CaseInsensitive) != 0 &&
-        (planned.versions.contains(about) || code->manifestText.contains(about))) {
-        topic.dependency = about;
+    if (!topic.interest) {
+        topic.interest = interestOf(candidate, planned);
+    }
+    if (!topic.dependency && topic.project == planned.project &&
+        isDependency(candidate.about, planned)) {
+        topic.dependency = candidate.about;
     }
 }
 

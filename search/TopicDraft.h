@@ -24,7 +24,17 @@ Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgmen
 ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
                     const Judgment &judgment, const QUuid &topic, const QDateTime &now);
 
-/// Ties the topic to the project, the declared topic or the dependency it answers.
+/// The sources of a page: the candidate's link, then the page it led to when that is another one,
+/// so that the next run knows both. A redirect to a site's front page or to a sign-in tells nothing
+/// of what was there.
+QList<TopicSource> sourcesOf(const Candidate &candidate, const ReadPage &page);
+
+/// Whether the candidate answers the scope's project, one of its dependencies or one of its
+/// declared topics: for a link that another scope brought.
+bool concerns(const Candidate &candidate, const PlannedScope &planned);
+
+/// Ties the topic to the project, the declared topic or the dependency it answers. What it is tied
+/// to already stays; a dependency is one of the topic's own project.
 void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned);
 
 } // namespace vorle

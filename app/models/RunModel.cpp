@@ -97,10 +97,8 @@ Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelTok
         result = resultText(nothing);
     } catch (const RunRefused &refusal) {
         error = refusal.text();
-    } catch (const AgentError &failure) {
-        error = failure.text();
     } catch (const std::exception &failure) {
-        error = QString::fromUtf8(failure.what());
+        error = runFailure(failure, {}).text;
     }
     if (self) {
         self->end(result, error);

@@ -330,7 +330,7 @@ TEST_F(SearchEngineTest, a_failing_scope_is_reported_and_the_others_go_on) {
 TEST_F(SearchEngineTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     QStringList failures;
     QObject::connect(&engine, &SearchEngine::failed,
-                     [&](const QString &text) { failures += text; });
+                     [&](const RunFailure &failure) { failures += failure.text; });
     scenario(QStringLiteral("\"prose\""), QStringLiteral("\"prose\""));
     EXPECT_THROW(run(), AgentError);
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}), "fail");
@@ -434,7 +434,10 @@ TEST_F(SearchEngineTest, a_large_run_survives_each_failure_in_turn) {
         }
         const RunReport report = run();
         EXPECT_EQ(std::ranges::count_if(report.scopes,
-                                        [](const auto &scope) { return !scope.error.isEmpty(); }),
+                                        [](const ScopeReport &scope) {
+                                            return scope.origin == Origin::Stack &&
+                                                   !scope.error.isEmpty();
+                                        }),
                   failure.failedScopes)
             << turn;
         EXPECT_EQ(report.added, 6) << turn;
