@@ -1,0 +1,101 @@
+#include "app/models/Decisions.h"
+#include "tests/app/models/Watched.h"
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using test::sampleTopic;
+using test::Shelf;
+
+class DecisionsTest : public testing::Test {
+protected:
+    DecisionsTest() {
+        QObject::connect(&decisions, &Decisions::decided,
+                         [this](const QString &, const QString &ghost) { ghosts += ghost; });
+    }
+    TopicStatus status() const { return shelf.topic(id)->status; }
+
+    Shelf shelf;
+    Decisions decisions{shelf.store};
+    QString id = shelf.add(sampleTopic(QStringLiteral("Vite 8")));
+    QStringList ghosts;
+};
+
+TEST_F(DecisionsTest, give_each_key_its_status_and_its_ghost) {
+    using Take = std::function<bool(Decisions &, const QString &)>;
+    struct Case {
+        Take take;
+        TopicStatus status;
+        const char *ghost;
+    };
+    const Case cases[] = {
+        {&Decisions::keep, TopicStatus::Program, "Gardé · Programme"},
+        {&Decisions::later, TopicStatus::Reserve, "Plus tard · Réserve"},
+        {&Decisions::dismiss, TopicStatus::Dismissed, "Écarté · Pas pour moi"},
+        {&Decisions::backToTriage, TopicStatus::Inbox, "Remis · À trier"},
+        {&Decisions::postpone, TopicStatus::Reserve, "Reporté · Réserve"},
+        {&Decisions::removeFromProgram, TopicStatus::Inbox, "Retiré · À trier"},
+        {[](Decisions &d, const QString &t) { return d.done(t); }, TopicStatus::Done,
+         "Fait · Bibliothèque"},
+        {[](Decisions &d, const QString &t) { return d.verdict(t, QStringLiteral("meh")); },
+         TopicStatus::Done, "Bof · Bibliothèque"},
+    };
+    for (const Case &each : cases) {
+        ASSERT_TRUE(each.take(decisions, id)) << each.ghost;
+        EXPECT_EQ(status(), each.status) << each.ghost;
+        EXPECT_EQ(ghosts.last(), QString::fromUtf8(each.ghost));
+    }
+    EXPECT_EQ(shelf.topic(id)->worth, Worth::Meh);
+    for (qsizetype i = std::size(cases) - 1; i > 0; --i) {
+        EXPECT_FALSE(decisions.undo().isEmpty());
+        EXPECT_EQ(status(), cases[i - 1].status) << cases[i].ghost;
+    }
+    decisions.undo();
+    EXPECT_EQ(status(), TopicStatus::Inbox);
+    EXPECT_FALSE(shelf.topic(id)->triagedAt);
+    EXPECT_EQ(shelf.topic(id)->postponedCount, 0);
+    EXPECT_FALSE(decisions.canUndo());
+    EXPECT_TRUE(decisions.undo().isEmpty());
+}
+
+TEST_F(DecisionsTest, refuse_what_they_do_not_know) {
+    EXPECT_FALSE(decisions.keep(QStringLiteral("nothing")));
+    EXPECT_FALSE(decisions.verdict(id, QString()));
+    EXPECT_FALSE(decisions.done(id, QStringLiteral("great")));
+    EXPECT_EQ(status(), TopicStatus::Inbox);
+    EXPECT_TRUE(ghosts.isEmpty());
+    EXPECT_FALSE(decisions.canUndo());
+}
+
+TEST_F(DecisionsTest, say_what_was_undone_and_redone) {
+    decisions.dismiss(id);
+    EXPECT_EQ(decisions.undo(), QStringLiteral("«\u00A0Vite 8\u00A0» revient dans À trier"));
+    EXPECT_EQ(decisions.redo(), QStringLiteral("«\u00A0Vite 8\u00A0» est de nouveau écarté"));
+    decisions.undo();
+    decisions.done(id);
+    EXPECT_FALSE(decisions.canRedo()); // a new decision ends what could be redone
+    decisions.verdict(id, QStringLiteral("gem"));
+    EXPECT_EQ(decisions.undo(), QStringLiteral("«\u00A0Vite 8\u00A0» n’a plus d’avis"));
+    EXPECT_EQ(decisions.redo(), QStringLiteral("«\u00A0Vite 8\u00A0» a de nouveau l’avis Pépite"));
+}
+
+TEST_F(DecisionsTest, undo_leaves_alone_what_was_written_or_moved_meanwhile) {
+    decisions.keep(id);
+    decisions.setNote(id, QStringLiteral("à lire le soir"));
+    decisions.undo();
+    EXPECT_EQ(status(), TopicStatus::Inbox);
+    EXPECT_EQ(shelf.topic(id)->note, QStringLiteral("à lire le soir"));
+
+    decisions.keep(id);
+    shelf.clock.moment = shelf.clock.moment.addSecs(5);
+    shelf.store.markDone(QUuid::fromString(id), Worth::Gem); // not by these hands
+    EXPECT_TRUE(decisions.undo().contains(QStringLiteral("entre-temps")));
+    EXPECT_EQ(status(), TopicStatus::Done);
+    EXPECT_FALSE(decisions.canUndo());
+    EXPECT_FALSE(decisions.canRedo());
+}
+
+} // namespace
+} // namespace vorle

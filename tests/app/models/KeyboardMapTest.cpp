@@ -1,0 +1,123 @@
+#include "app/models/KeyboardMap.h"
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+
+TEST(KeyboardMap, draws_the_sheet) {
+    const auto row = [](const char *keys, const char *label) {
+        return KeyRow{text(keys), text(label)};
+    };
+    const QList<KeyGroup> expected{
+        {text("Partout"),
+         {row("⌃⌥ Espace", "Ajouter un sujet, depuis n’importe quelle app"),
+          row("⌘K", "Rechercher"), row("⌘N", "Ajouter un sujet"),
+          row("⌘1 … ⌘6", "Aller à une rubrique"), row("← →", "Passer du menu au contenu"),
+          row("⌘R", "Fouiller maintenant"), row("⌘Z", "Annuler le dernier tri"),
+          row("⌘,", "Réglages"), row("?  ou  ⌘/", "Ces raccourcis")}},
+        {text("À trier"),
+         {row("↑ ↓", "Sujet précédent, suivant"), row("G", "Garder au programme"),
+          row("L", "Plus tard (réserve)"), row("X", "Pas pour moi"),
+          row("Espace", "Agrandir la carte pour lire"), row("Échap", "Réduire la carte")}},
+        {text("Programme"),
+         {row("⌘↩", "Lancer dans Claude Code ou approfondir avec Claude"), row("D", "Fait"),
+          row("R", "Reporter"), row("⌫", "Retirer")}},
+        {text("Réserve et Bibliothèque"),
+         {row("G", "Garder au programme"), row("T", "Remettre à trier"),
+          row("1 2 3", "Bof, Utile, Pépite")}}};
+    EXPECT_EQ(KeyboardMap::sheet(AgentKind::Claude, KeySpelling::Glyphs), expected);
+
+    const auto words = KeyboardMap::sheet(AgentKind::Codex, KeySpelling::Words);
+    EXPECT_EQ(words[0].rows[0].keys, text("Ctrl+Alt+Espace"));
+    EXPECT_EQ(words[0].rows[3].keys, text("Ctrl+1 … Ctrl+6"));
+    EXPECT_EQ(words[0].rows[8].keys, text("?  ou  Ctrl+/"));
+    EXPECT_EQ(words[2].rows[0].label, text("Lancer dans Codex ou approfondir avec ChatGPT"));
+    const KeyboardMap linux(AgentKind::Claude, KeySpelling::Words);
+    EXPECT_EQ(linux.keys(KeyboardMap::Redo), text("Maj+Ctrl+Z"));
+    EXPECT_EQ(linux.inboxHint(),
+              text("↑ ↓ pour naviguer · Espace pour agrandir · Ctrl+Z pour annuler"));
+}
+
+TEST(KeyboardMap, dispatches_what_the_sheet_says) {
+    using Map = KeyboardMap;
+    const Map map(AgentKind::Claude, KeySpelling::Glyphs);
+    struct Case {
+        Section section;
+        int key;
+        int modifiers;
+        Map::Action action;
+    };
+    constexpr int command = Qt::ControlModifier;
+    constexpr int shift = Qt::ShiftModifier;
+    const Case cases[] = {
+        {Section::Inbox, Qt::Key_G, 0, Map::Keep},
+        {Section::Inbox, Qt::Key_L, 0, Map::Later},
+        {Section::Inbox, Qt::Key_X, 0, Map::Dismiss},
+        {Section::Inbox, Qt::Key_D, 0, Map::NoAction},
+        {Section::Inbox, Qt::Key_1, 0, Map::NoAction},
+        {Section::Program, Qt::Key_G, 0, Map::NoAction},
+        {Section::Program, Qt::Key_D, 0, Map::Done},
+        {Section::Program, Qt::Key_R, 0, Map::Postpone},
+        {Section::Program, Qt::Key_R, command, Map::RunNow},
+        {Section::Program, Qt::Key_Backspace, 0, Map::Remove},
+        {Section::Program, Qt::Key_Return, command, Map::FirstStep},
+        {Section::Program, Qt::Key_Enter, command | Qt::KeypadModifier, Map::FirstStep},
+        {Section::Program, Qt::Key_Return, 0, Map::NoAction},
+        {Section::Reserve, Qt::Key_G, 0, Map::Keep},
+        {Section::Library, Qt::Key_T, 0, Map::BackToTriage},
+        {Section::Library, Qt::Key_X, 0, Map::NoAction},
+        {Section::Library, Qt::Key_3, 0, Map::WorthGem},
+        {Section::Library, Qt::Key_3, Qt::KeypadModifier, Map::WorthGem},
+        // A French keyboard: digits with Shift, other signs without.
+        {Section::Library, Qt::Key_2, shift, Map::WorthUseful},
+        {Section::Library, Qt::Key_Eacute, 0, Map::WorthUseful},
+        {Section::Library, Qt::Key_Ampersand, shift, Map::NoAction},
+        {Section::Report, Qt::Key_Ampersand, command, Map::GoInbox},
+        {Section::Inbox, Qt::Key_6, command, Map::GoReport},
+        {Section::Inbox, Qt::Key_Question, shift, Map::ShowShortcuts},
+        {Section::Inbox, Qt::Key_Slash, command | shift, Map::ShowShortcuts},
+        {Section::Inbox, Qt::Key_Z, command, Map::Undo},
+        {Section::Inbox, Qt::Key_Z, command | shift, Map::Redo},
+        {Section::Inbox, Qt::Key_Comma, command, Map::OpenSettings},
+        {Section::Territory, Qt::Key_K, command, Map::Search},
+        {Section::Territory, Qt::Key_Left, 0, Map::GoMenu},
+        {Section::Territory, Qt::Key_Down, 0, Map::NoAction},
+        {Section::Library, Qt::Key_Down, Qt::KeypadModifier, Map::Next},
+        {Section::Reserve, Qt::Key_Space, 0, Map::ToggleCard},
+        {Section::Inbox, Qt::Key_Escape, 0, Map::CloseCard},
+        {Section::Inbox, Qt::Key_G, Qt::AltModifier, Map::NoAction},
+    };
+    for (const Case &each : cases) {
+        EXPECT_EQ(map.action(each.section, each.key, each.modifiers, false), each.action)
+            << static_cast<int>(each.section) << " " << each.key << " " << each.modifiers;
+    }
+    EXPECT_EQ(map.target(Map::GoLibrary), Section::Library);
+    EXPECT_FALSE(map.repeats(Map::Keep));
+    EXPECT_TRUE(map.repeats(Map::Next));
+}
+
+TEST(KeyboardMap, leaves_a_text_field_its_keys) {
+    using Map = KeyboardMap;
+    const Map map(AgentKind::Claude, KeySpelling::Glyphs);
+    constexpr int command = Qt::ControlModifier;
+    const std::tuple<int, int, Map::Action> cases[] = {
+        {Qt::Key_G, 0, Map::NoAction},
+        {Qt::Key_Question, Qt::ShiftModifier, Map::NoAction},
+        {Qt::Key_Left, 0, Map::NoAction},
+        {Qt::Key_Escape, 0, Map::NoAction},
+        {Qt::Key_Z, command, Map::NoAction},
+        {Qt::Key_Z, command | Qt::ShiftModifier, Map::NoAction},
+        {Qt::Key_K, command, Map::Search},
+        {Qt::Key_2, command, Map::GoProgram},
+        {Qt::Key_Slash, command, Map::ShowShortcuts},
+    };
+    for (const auto &[key, modifiers, action] : cases) {
+        EXPECT_EQ(map.action(Section::Inbox, key, modifiers, true), action) << key;
+    }
+}
+
+} // namespace
+} // namespace vorle

@@ -1,0 +1,203 @@
+#include "app/models/RunModel.h"
+#include "app/models/ReportModel.h"
+#include "app/models/TerritoryModel.h"
+#include "core/TopicStore.h"
+#include "search/Feeds.h"
+#include "search/PageReader.h"
+#include "search/SourceImage.h"
+#include "tests/core/Samples.h"
+#include "tests/support/TestServer.h"
+#include "tests/support/Wait.h"
+
+#include <QAbstractItemModelTester>
+#include <QDir>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using namespace std::chrono_literals;
+
+QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+
+/// Real collaborators: a child process for the agent, real HTTP, real files.
+class RunModelTest : public testing::Test {
+protected:
+    void signIn(double seconds = 0) {
+        const QString bin = folder.filePath(text("home/.local/bin"));
+        QDir().mkpath(bin);
+        test::fill(bin + text("/claude"),
+                   "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
+        QFile(bin + text("/claude"))
+            .setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        test::fill(folder.filePath(text("home/.claude.json")), R"({"oauthAccount":{}})");
+        server.serve("/page", test::TestReply::page("<title>Une page</title><article>" +
+                                                    QByteArray("mot ").repeated(300)));
+        test::fill(folder.filePath(text("home/scenario.json")),
+                   text(R"({"candidates":{"Topics the person":[{"title":"Un titre","url":"%1",)"
+                        R"("kind":"article","about":"Rust"}]},"judge":"ok","seconds":%2,"dig":{}})")
+                       .arg(server.link("/page"))
+                       .arg(seconds)
+                       .toUtf8());
+    }
+    AgentEnvironment environment() const {
+        AgentEnvironment made = AgentEnvironment::ofThisProcess();
+        made.variables.insert(text("VORLE_HOME"), folder.filePath(text("home")));
+        made.variables.remove(text("VORLE_AGENT"));
+        made.sharedFolders.clear();
+        return made;
+    }
+    void untilEnded() {
+        test::spinUntil([this] { return !model->running(); }, 60s);
+    }
+
+    QTemporaryDir folder;
+    test::FixedClock clock; // Monday 2 November 2026, 9:30
+    test::TestServer server;
+    Resources resources{QStringLiteral(VORLE_RESOURCES)};
+    Preferences preferences{
+        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json")))};
+    TopicStore store{folder.filePath(QStringLiteral("topics.json")), resources, clock};
+    HttpClient http{true};
+    PageReader reader{http, 5s};
+    EngineAgent agent{environment(), [] { return QString(); }, {4s, 4s}};
+    Asker asker{agent, resources, 10ms};
+    Feeds feeds{http, clock};
+    SourceImage images{http, {folder.filePath(text("pictures")), server.url({}).toString()}};
+    SearchEngine engine{{.preferences = preferences,
+                         .store = store,
+                         .asker = asker,
+                         .reader = reader,
+                         .feeds = feeds,
+                         .images = images,
+                         .clock = clock}};
+    std::unique_ptr<RunModel> model =
+        std::make_unique<RunModel>(engine, preferences, clock, QTimeZone::utc());
+};
+
+TEST_F(RunModelTest, says_why_a_run_cannot_start) {
+    model->start();
+    untilEnded();
+    EXPECT_FALSE(model->lastError().isEmpty());
+    const QString refused = model->lastError();
+    preferences.change(&Settings::interests, {text("Rust")});
+    model->start();
+    untilEnded();
+    EXPECT_FALSE(model->lastError().isEmpty()); // the agent is not installed
+    EXPECT_NE(model->lastError(), refused);
+    EXPECT_TRUE(model->lastResultText().isEmpty());
+}
+
+TEST_F(RunModelTest, runs_and_tells_what_came_of_it) {
+    signIn();
+    preferences.change(&Settings::interests, {text("Rust")});
+    ReportModel reports(RunHistory(store.file()), clock, QTimeZone::utc());
+    const QAbstractItemModelTester tester(&reports,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    double last = 0;
+    int steps = 0;
+    QString counts;
+    QObject::connect(model.get(), &RunModel::progressChanged, [&] {
+        if (model->running()) {
+            EXPECT_GE(model->progress(), last);
+            last = model->progress();
+            counts = model->countsText();
+            ++steps;
+        }
+    });
+    model->start();
+    EXPECT_TRUE(model->running());
+    model->start(); // one at a time
+    untilEnded();
+    EXPECT_EQ(model->lastError(), QString());
+    EXPECT_EQ(model->lastResultText(), text("1 sujet t’attend dans À trier."));
+    EXPECT_GT(steps, 2);
+    EXPECT_EQ(counts, text("1 lien, 1 lu, 1 jugé"));
+    EXPECT_DOUBLE_EQ(last, 1);
+    EXPECT_FALSE(model->running());
+    EXPECT_EQ(model->lastRunText(), text("lundi 2 novembre à 9:30"));
+
+    reports.refresh();
+    ASSERT_EQ(reports.count(), 1);
+    EXPECT_EQ(reports.index(0).data(ReportModel::AddedText), text("1 sujet"));
+    EXPECT_EQ(reports.index(0).data(ReportModel::DateText), text("lundi 2 novembre à 9:30"));
+    EXPECT_TRUE(reports.index(0)
+                    .data(ReportModel::FactsText)
+                    .toString()
+                    .startsWith(text("1 lien trouvé · 1 page lue · ")));
+}
+
+TEST_F(RunModelTest, is_stopped_before_the_program_quits) {
+    signIn(20);
+    preferences.change(&Settings::interests, {text("Rust")});
+    model->start();
+    test::spinUntil([&] { return !model->statusText().isEmpty(); });
+    test::waitFor(model->stopped());
+    EXPECT_FALSE(model->running());
+    EXPECT_EQ(engine.phase(), SearchEngine::Phase::Idle);
+    EXPECT_EQ(model->lastResultText(), text("Fouille arrêtée\u00A0: rien n’était encore jugé."));
+    EXPECT_EQ(model->lastError(), QString());
+
+    // The window's own end stops its run, which ends without it.
+    model->start();
+    test::spinUntil([&] { return engine.phase() != SearchEngine::Phase::Idle; });
+    model.reset();
+    test::spinUntil([&] { return engine.phase() == SearchEngine::Phase::Idle; });
+}
+
+TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
+    const auto at = [](int day, int hour) {
+        return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);
+    };
+    struct Case {
+        QDateTime now;
+        const char *next;
+        const char *missed;
+    };
+    preferences.change(&Settings::lastSearch, at(2, 9));
+    const Case cases[] = {
+        {at(2, 10), "lundi prochain à 8:00", ""},
+        {at(3, 10), "lundi à 8:00", ""},
+        {at(8, 23), "demain à 8:00", ""},
+        {at(9, 7), "aujourd’hui à 8:00", ""},
+        {at(9, 8), "lundi prochain à 8:00", "La fouille de lundi 9 novembre n’a pas eu lieu."},
+        {at(25, 8), "lundi à 8:00", "La fouille de lundi 9 novembre n’a pas eu lieu."},
+    };
+    for (const Case &each : cases) {
+        clock.moment = each.now;
+        EXPECT_EQ(model->nextRunText(), text(each.next));
+        EXPECT_EQ(model->missedTitle(), text(each.missed));
+        EXPECT_EQ(model->missed(), *each.missed != '\0');
+    }
+    QSignalSpy changes(model.get(), &RunModel::scheduleChanged);
+    preferences.change(&Settings::schedule, Schedule{{}, 8, 0});
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_EQ(model->nextRunText(), QString());
+    preferences.change(&Settings::lastSearch, std::nullopt);
+    EXPECT_FALSE(model->missed());
+}
+
+TEST_F(RunModelTest, shows_the_territory_as_it_changes) {
+    TerritoryModel territory(preferences);
+    const QAbstractItemModelTester tester(&territory,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_EQ(territory.summary(), text("Ton territoire est vide."));
+    test::fill(folder.filePath(text("package.json")), R"({"dependencies":{"react":"^19.0.0"}})");
+    preferences.change(&Settings::interests, {text("Rust"), text("Vélo")});
+    preferences.change(&Settings::interestWeights, {{text("Rust"), 5}});
+    preferences.change(&Settings::projects, {{text("Tiravue"), folder.path()}});
+    preferences.change(&Settings::exclusions, {text("crypto")});
+    EXPECT_EQ(territory.summary(), text("1 projet, 2 domaines"));
+    ASSERT_EQ(territory.count(), 4);
+    const auto project = territory.index(0);
+    test::spinUntil([&] { return !project.data(TerritoryModel::Labels).toStringList().isEmpty(); });
+    EXPECT_EQ(project.data(TerritoryModel::Detail), text("package.json · 1 dépendance"));
+    EXPECT_EQ(territory.index(1).data(TerritoryModel::Weight), 5);
+    EXPECT_EQ(territory.index(2).data(TerritoryModel::Weight), Preferences::defaultWeight);
+    EXPECT_EQ(territory.index(3).data(TerritoryModel::Name), text("crypto"));
+}
+
+} // namespace
+} // namespace vorle

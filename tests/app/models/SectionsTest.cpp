@@ -1,0 +1,127 @@
+#include "app/models/Sections.h"
+#include "app/models/KeyboardMap.h"
+#include "search/Feeds.h"
+#include "search/PageReader.h"
+#include "search/SourceImage.h"
+#include "tests/app/models/Watched.h"
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using test::sampleTopic;
+
+QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+
+class SectionsTest : public testing::Test {
+protected:
+    QString page() const { return sections.emptyTitle() + u'|' + sections.emptyText(); }
+    int actionAt(int button) const {
+        return sections.emptyActions().value(button).toMap().value(text("action")).toInt();
+    }
+
+    test::Shelf shelf;
+    QTemporaryDir folder;
+    Resources resources;
+    Preferences preferences{
+        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json")))};
+    HttpClient http{false};
+    PageReader reader{http};
+    EngineAgent agent{AgentEnvironment(), [] { return QString(); }};
+    Asker asker{agent, resources};
+    Feeds feeds{http, shelf.clock};
+    SourceImage images{http, folder.path()};
+    SearchEngine engine{{.preferences = preferences,
+                         .store = shelf.store,
+                         .asker = asker,
+                         .reader = reader,
+                         .feeds = feeds,
+                         .images = images,
+                         .clock = shelf.clock}};
+    RunModel run{engine, preferences, shelf.clock, QTimeZone::utc()};
+    ProgramBudget budget{shelf.store, preferences, shelf.clock, shelf.list(Section::Program),
+                         QTimeZone::utc()};
+    Sections sections{Sections::Parts{shelf.list(Section::Inbox), shelf.list(Section::Program),
+                                      shelf.list(Section::Reserve), shelf.list(Section::Library),
+                                      run, preferences, shelf.clock, budget, QTimeZone::utc()}};
+    QAbstractItemModelTester tester{&sections,
+                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST_F(SectionsTest, name_and_count_the_six) {
+    shelf.store.add({sampleTopic(text("a")), sampleTopic(text("b"), TopicStatus::Reserve)});
+    QStringList rows;
+    for (int row = 0; row < sections.rowCount(); ++row) {
+        const QModelIndex index = sections.index(row);
+        rows += index.data(Sections::TitleRole).toString() + u' ' +
+                index.data(Sections::CountRole).toString();
+    }
+    EXPECT_EQ(rows.join(u','),
+              text("À trier 1,Programme 0,Réserve 1,Bibliothèque 0,Ton territoire 0,Bilan 0"));
+    EXPECT_EQ(sections.topics(), &shelf.list(Section::Inbox));
+    sections.setCurrent(Section::Report);
+    EXPECT_EQ(sections.topics(), nullptr);
+}
+
+TEST_F(SectionsTest, say_where_the_topics_to_triage_come_from) {
+    EXPECT_EQ(page(), text("Rien à trier pour l’instant|Ta première fouille remplira cette page."));
+    EXPECT_EQ(actionAt(0), KeyboardMap::RunNow);
+
+    const QDateTime moment = shelf.clock.moment; // Monday 2 November, 9:30
+    Topic one = sampleTopic(text("a"));
+    one.foundAt = moment.addSecs(-60);
+    Topic two = one;
+    two.id = QUuid();
+    two.minutes = 27;
+    preferences.change(&Settings::lastReport, LastReport{moment, 2, 0, 300, {}});
+    preferences.change(&Settings::lastSearch, moment);
+    shelf.store.add({one, two});
+    const std::pair<int, const char *> cases[] = {
+        {0, "2 sujets de la fouille d’aujourd’hui, 47 min de lecture"},
+        {1, "2 sujets de la fouille d’hier, 47 min de lecture"},
+        {3, "2 sujets de la fouille de lundi, 47 min de lecture"},
+        {9, "2 sujets de la fouille du 2 novembre, 47 min de lecture"},
+    };
+    for (const auto &[days, subtitle] : cases) {
+        shelf.clock.moment = moment.addDays(days);
+        EXPECT_EQ(sections.subtitle(), text(subtitle));
+    }
+    shelf.store.add({sampleTopic(text("from the run before"))});
+    EXPECT_EQ(sections.subtitle(), text("3 sujets, 1 h 07 de lecture"));
+    EXPECT_EQ(page(), text("|"));
+
+    for (const TopicPtr &topic : shelf.store.topics()) {
+        shelf.store.dismiss(topic->id);
+    }
+    shelf.clock.moment = moment.addDays(1);
+    EXPECT_EQ(page(), text("Tous les sujets de la fouille sont triés|Tout est trié. Prochaine "
+                           "fouille lundi à 8:00"));
+    EXPECT_EQ(actionAt(0), KeyboardMap::GoProgram);
+    EXPECT_EQ(actionAt(1), KeyboardMap::GoReserve);
+}
+
+TEST_F(SectionsTest, have_a_page_where_there_is_nothing) {
+    sections.setCurrent(Section::Program);
+    EXPECT_EQ(page(), text("Ton programme est vide.|Ce que tu gardes au tri arrive ici, rangé par "
+                           "urgence et par note."));
+    EXPECT_TRUE(sections.emptyActions().isEmpty());
+    sections.setCurrent(Section::Reserve);
+    EXPECT_EQ(page(), text("Rien en réserve.|Les sujets mis de côté avec «\u00A0Plus tard\u00A0» "
+                           "t’attendent ici. Je te les ressors quand ils bougent."));
+    sections.setCurrent(Section::Library);
+    EXPECT_EQ(page(), text("Ta bibliothèque est vide.|Les sujets que tu termines dans ton "
+                           "programme viennent s’y ranger."));
+
+    sections.setCurrent(Section::Program);
+    const QString id = shelf.add(sampleTopic(text("a"), TopicStatus::Program));
+    EXPECT_TRUE(sections.emptyTitle().isEmpty());
+    EXPECT_FALSE(sections.subtitle().isEmpty());
+    shelf.store.markDone(QUuid::fromString(id));
+    EXPECT_TRUE(sections.emptyTitle().startsWith(text("Programme fini, il te reste ")));
+    EXPECT_TRUE(sections.emptyText().endsWith(text("sans attendre lundi prochain à 8:00.")));
+    EXPECT_EQ(actionAt(0), KeyboardMap::RunNow);
+}
+
+} // namespace
+} // namespace vorle

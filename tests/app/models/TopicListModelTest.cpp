@@ -1,0 +1,302 @@
+#include "app/models/Decisions.h"
+#include "app/models/ProgramBudget.h"
+#include "tests/app/models/Watched.h"
+
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using test::sampleTopic;
+using test::Shelf;
+using test::Watched;
+
+Topic scored(const char *title, int score, TopicStatus status = TopicStatus::Inbox) {
+    Topic topic = sampleTopic(QString::fromUtf8(title), status);
+    topic.score = score;
+    return topic;
+}
+
+TEST(TopicListModel, orders_each_section_and_follows_the_store) {
+    Shelf shelf;
+    Topic urgent = scored("urgent", 2);
+    urgent.urgency = Judgment::Urgency{Judgment::Urgency::Level::Now, {}, {}};
+    Topic newer = scored("newer", 7);
+    newer.foundAt = newer.foundAt.addDays(1);
+    Topic unread = scored("unread", 0);
+    unread.readLevel = ReadLevel::None;
+    Topic reading = scored("reading", 0, TopicStatus::Pending);
+    reading.capturedURL = QStringLiteral("https://example.org/reading");
+    shelf.store.add({scored("seven", 7), newer, scored("nine", 9), urgent, unread, reading,
+                     scored("hidden", 9, TopicStatus::Pending)});
+    EXPECT_EQ(shelf.titles(Section::Inbox).join(u' '),
+              QStringLiteral("reading urgent nine newer seven unread"));
+    EXPECT_EQ(shelf.list(Section::Inbox).value(0, TopicListModel::Section),
+              QStringLiteral("En cours de lecture"));
+    EXPECT_EQ(shelf.list(Section::Inbox).value(2, TopicListModel::Section),
+              QStringLiteral("Très pertinents"));
+
+    const auto idOf = [&](int row) { return shelf.list(Section::Inbox).topicIdAt(row); };
+    const QString seven = idOf(4);
+    const QString nine = idOf(2);
+    const QString urgentId = idOf(1);
+    Decisions decisions(shelf.store);
+    for (const QString &id : {seven, urgentId, nine}) {
+        decisions.keep(id);
+        shelf.clock.moment = shelf.clock.moment.addSecs(60);
+    }
+    EXPECT_EQ(shelf.titles(Section::Program).join(u' '), QStringLiteral("urgent nine seven"));
+    // The user's own score is what counts.
+    shelf.store.setCorrection(QUuid::fromString(seven), Correction{10, {}, {}, {}});
+    EXPECT_EQ(shelf.titles(Section::Program).join(u' '), QStringLiteral("urgent seven nine"));
+    decisions.done(seven, QStringLiteral("gem"));
+    shelf.clock.moment = shelf.clock.moment.addSecs(60);
+    decisions.done(nine);
+    EXPECT_EQ(shelf.titles(Section::Library).join(u' '), QStringLiteral("nine seven"));
+    EXPECT_EQ(shelf.list(Section::Library).value(1, TopicListModel::WorthLabel),
+              QStringLiteral("Pépite"));
+    EXPECT_EQ(shelf.list(Section::Library).value(1, TopicListModel::Section),
+              QStringLiteral("Novembre 2026"));
+    EXPECT_EQ(shelf.list(Section::Library).value(1, TopicListModel::FormerScore), 7);
+    EXPECT_EQ(shelf.list(Section::Inbox).minutes(), 60);
+}
+
+TEST(TopicListModel, brings_up_a_reserved_topic_that_news_came_of) {
+    Shelf shelf;
+    Decisions decisions(shelf.store);
+    Topic undici = scored("undici", 5);
+    undici.dependency = QStringLiteral("undici");
+    const QString first = shelf.add(undici);
+    const QString second = shelf.add(scored("other", 5));
+    decisions.later(first);
+    shelf.clock.moment = shelf.clock.moment.addSecs(60);
+    decisions.later(second);
+    TopicListModel &reserve = shelf.list(Section::Reserve);
+    Watched watched(reserve);
+    EXPECT_EQ(watched.seen, (QStringList{second, first}));
+
+    Topic older = scored("older", 5);
+    older.dependency = undici.dependency;
+    shelf.add(older);
+    EXPECT_EQ(reserve.movedCount(), 0);
+    Topic news = scored("news", 5);
+    news.dependency = undici.dependency;
+    news.foundAt = shelf.clock.moment.addDays(7);
+    const QString newsId = shelf.add(news);
+    EXPECT_EQ(watched.seen, (QStringList{first, second}));
+    EXPECT_EQ(reserve.value(0, TopicListModel::Moved), true);
+    EXPECT_EQ(reserve.value(0, TopicListModel::Section), QStringLiteral("Ils ont bougé"));
+    // News the user does not want is no news; and a link is as good as a dependency.
+    decisions.dismiss(newsId);
+    EXPECT_EQ(watched.seen, (QStringList{second, first}));
+    Topic sameLink = scored("same link", 5);
+    sameLink.sources += shelf.topic(second)->sources.first();
+    sameLink.foundAt = news.foundAt;
+    shelf.add(sameLink);
+    EXPECT_EQ(reserve.value(0, TopicListModel::TopicId), second);
+    EXPECT_EQ(reserve.movedCount(), 1);
+    // Set aside once more, it waits for the next news.
+    shelf.clock.moment = news.foundAt.addDays(1);
+    decisions.postpone(second);
+    EXPECT_EQ(reserve.movedCount(), 0);
+    EXPECT_EQ(watched.resets, 0);
+}
+
+TEST(TopicListModel, sets_what_does_not_fit_in_the_week_below_the_line) {
+    Shelf shelf;
+    QTemporaryDir folder;
+    Preferences preferences(
+        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json"))));
+    preferences.change(&Settings::weeklyMinutes, 40);
+    TopicListModel &program = shelf.list(Section::Program);
+    const ProgramBudget budget(shelf.store, preferences, shelf.clock, program, QTimeZone::utc());
+    Watched watched(program);
+    Topic lengthy = scored("lengthy", 9);
+    lengthy.minutes = 60;
+    Decisions decisions(shelf.store);
+    const QString first = shelf.add(lengthy);
+    const QString second = shelf.add(scored("short", 5));
+    const QString third = shelf.add(scored("shorter", 4));
+    for (const QString &id : {first, second, third}) {
+        decisions.keep(id);
+    }
+    EXPECT_EQ(watched.seen, (QStringList{second, third, first}));
+    EXPECT_EQ(program.value(2, TopicListModel::Waits), true);
+    EXPECT_NE(program.value(2, TopicListModel::Section), program.value(1, TopicListModel::Section));
+    decisions.done(second);
+    EXPECT_EQ(budget.left(), 20);
+    EXPECT_EQ(watched.seen, (QStringList{third, first}));
+    preferences.change(&Settings::weeklyMinutes, 180);
+    EXPECT_EQ(watched.seen, (QStringList{first, third}));
+    decisions.done(first);
+    decisions.done(third);
+    EXPECT_TRUE(budget.finished());
+    decisions.undo();
+    EXPECT_FALSE(budget.finished());
+}
+
+TEST(TopicListModel, words_a_card) {
+    Shelf shelf;
+    Topic topic = scored("undici 7.18", 9);
+    topic.project = QStringLiteral("Tiravue");
+    topic.kind = QStringLiteral("security");
+    topic.readLevel = ReadLevel::Full;
+    topic.changes = {QStringLiteral("Une faille est fermée"), QStringLiteral("Rien d’autre")};
+    topic.urgency = Judgment::Urgency{Judgment::Urgency::Level::Before,
+                                      QStringLiteral("2026-11-28"), QStringLiteral("Fin")};
+    topic.sources = {{QString(), QStringLiteral("https://www.example.org/a")}};
+    topic.gallery = {{QStringLiteral("https://www.example.org/a"), QStringLiteral("../secret")}};
+    topic.dependency = QStringLiteral("undici");
+    topic.newVersion = QStringLiteral("7.18.1");
+    shelf.add(topic);
+    const TopicListModel &inbox = shelf.list(Section::Inbox);
+    using Model = TopicListModel;
+    const std::pair<Model::Role, QVariant> cases[] = {
+        {Model::Title, topic.title},
+        {Model::Gist, topic.summary},
+        {Model::Place, QStringLiteral("Tiravue")},
+        {Model::KindLabel, QStringLiteral("Sécurité")},
+        {Model::ReadLevelText, QStringLiteral("lu en entier")},
+        {Model::Digits, QStringLiteral("9")},
+        {Model::FormerScore, -1},
+        {Model::AccentLight, QStringLiteral("accent")},
+        {Model::Filled, true},
+        {Model::Gem, false},
+        {Model::AccessibleName, QStringLiteral("Note 9 sur 10")},
+        {Model::TierNumber, 1},
+        {Model::UrgencyText, QStringLiteral("avant le 28 novembre")},
+        {Model::UrgencyReason, QStringLiteral("Fin")},
+        {Model::MainSite, QStringLiteral("example.org")},
+        {Model::VersionText, QStringLiteral("undici 7.18.1")},
+        {Model::Worth, QString()},
+        {Model::BriefState, QString()},
+        {Model::PendingCapture, false},
+    };
+    for (const auto &[role, value] : cases) {
+        EXPECT_EQ(inbox.value(0, role), value) << inbox.roleNames().value(role).toStdString();
+    }
+    const auto changes = inbox.value(0, Model::Changes).toList();
+    EXPECT_FALSE(changes.at(0).toMap().value(QStringLiteral("label")).toString().isEmpty());
+    // A picture's name never leads out of the cache.
+    const auto source = inbox.value(0, Model::Sources).toList().at(0).toMap();
+    EXPECT_EQ(source.value(QStringLiteral("name")), QStringLiteral("Source"));
+    EXPECT_EQ(source.value(QStringLiteral("picture")), QString());
+    EXPECT_EQ(inbox.roleNames().value(Model::Section), "section");
+    EXPECT_EQ(inbox.value(1, Model::Title), QVariant());
+}
+
+/// Hundreds of random decisions, undone and redone, with runs and captures between them: each list
+/// must be what one freshly made is, and its signals alone must have led there.
+class RandomDecisions : public testing::TestWithParam<quint32> {};
+
+TEST_P(RandomDecisions, leave_the_lists_as_if_freshly_made) {
+    Shelf shelf;
+    QTemporaryDir folder;
+    Preferences preferences(
+        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json"))));
+    ProgramBudget budget(shelf.store, preferences, shelf.clock, shelf.list(Section::Program));
+    std::vector<std::unique_ptr<Watched>> watched;
+    for (const auto &list : shelf.lists) {
+        watched.push_back(std::make_unique<Watched>(*list));
+    }
+    Decisions decisions(shelf.store);
+    QRandomGenerator random(GetParam());
+    const auto pick = [&](quint32 count) { return static_cast<int>(random.bounded(count)); };
+    const auto add = [&] {
+        Topic topic =
+            scored("t", pick(11), pick(4) == 0 ? TopicStatus::Pending : TopicStatus::Inbox);
+        topic.title += QString::number(shelf.store.count());
+        topic.minutes = pick(90);
+        topic.foundAt = shelf.clock.moment.addSecs(pick(3) * 3600 - 3600);
+        topic.dependency = QStringLiteral("dep%1").arg(pick(12));
+        topic.sources = {{{}, QStringLiteral("https://example.org/%1").arg(pick(30))}};
+        if (topic.status == TopicStatus::Pending && pick(2) == 0) {
+            topic.capturedURL = topic.sources.first().url;
+        }
+        shelf.store.add({topic});
+    };
+    for (int i = 0; i < 30; ++i) {
+        add();
+    }
+    for (int turn = 0; turn < 400; ++turn) {
+        const QUuid id =
+            shelf.store.topics().at(pick(static_cast<quint32>(shelf.store.count())))->id;
+        const QString name = id.toString(QUuid::WithoutBraces);
+        shelf.clock.moment = shelf.clock.moment.addSecs(pick(3) * 1800);
+        switch (pick(16)) {
+        case 0:
+            add();
+            break;
+        case 1:
+        case 2:
+            decisions.keep(name);
+            break;
+        case 3:
+        case 4:
+            decisions.later(name);
+            break;
+        case 5:
+            decisions.dismiss(name);
+            break;
+        case 6:
+            decisions.done(name);
+            break;
+        case 7:
+            decisions.verdict(name, QStringLiteral("useful"));
+            break;
+        case 8:
+            decisions.backToTriage(name);
+            break;
+        case 9:
+        case 10:
+            decisions.undo();
+            break;
+        case 11:
+            decisions.redo();
+            break;
+        case 12:
+            shelf.store.setCorrection(id, Correction{double(pick(11)), {}, {}, {}});
+            break;
+        case 13:
+            shelf.store.releaseAllPending();
+            break;
+        case 14: {
+            Topic judged = *shelf.store.topic(id);
+            judged.score = pick(11);
+            shelf.store.completeCaptured(judged);
+            break;
+        }
+        default:
+            shelf.store.addSources(id,
+                                   {{{}, QStringLiteral("https://example.org/%1").arg(pick(30))}});
+        }
+        budget.refresh();
+        for (std::size_t i = 0; i < shelf.lists.size(); ++i) {
+            const TopicListModel &list = *shelf.lists[i];
+            TopicListModel anew(shelf.store, list.section(), shelf.clock);
+            const ProgramBudget again(shelf.store, preferences, shelf.clock, anew);
+            if (list.section() != Section::Program) {
+                anew.setWaiting({}, {});
+            }
+            QStringList ids;
+            for (const TopicPtr &topic : anew.topics()) {
+                ids += topic->id.toString(QUuid::WithoutBraces).toUpper();
+                ASSERT_EQ(list.rowOf(ids.last()), ids.size() - 1) << turn;
+            }
+            ASSERT_EQ(watched[i]->seen, ids) << turn << " " << i;
+            ASSERT_EQ(list.minutes(), anew.minutes()) << turn;
+            ASSERT_EQ(list.movedCount(), anew.movedCount()) << turn;
+            ASSERT_EQ(watched[i]->resets, 0);
+        }
+    }
+    // Everything taken back leads to where nothing was decided.
+    while (decisions.canUndo()) {
+        EXPECT_FALSE(decisions.undo().isEmpty());
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomDecisions, testing::Range(1U, 7U));
+
+} // namespace
+} // namespace vorle
