@@ -93,6 +93,23 @@ Question Pipeline::screening(const SitesRequest &request, const QStringList &ite
     return question;
 }
 
+Question Pipeline::digging(const QList<DigItem> &items, const QDate &today, AgentKind agent) const {
+    QStringList blocks;
+    for (const DigItem &item : items) {
+        blocks += digBlock(item);
+    }
+    Question question;
+    question.prompt =
+        fillTemplate(loadPrompt(m_asker->resources(), QStringLiteral("dig-prompt")),
+                     {{QStringLiteral("@TODAY"), today.toString(Qt::ISODate)},
+                      {QStringLiteral("@ITEMS"), blocks.join(QStringLiteral("\n\n"))}});
+    question.schemaName = QStringLiteral("dig-schema");
+    question.step = QStringLiteral("digging for unreadable pages");
+    question.web = WebAccess::On;
+    question.agent = agent;
+    return question;
+}
+
 Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel) {
     auto asked = co_await m_asker->ask<CandidatesAnswer>(std::move(question), std::move(cancel));
     Found found;
@@ -113,20 +130,7 @@ Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel
 
 Task<Pipeline::DugUp> Pipeline::dig(QList<DigItem> items, QDate today, AgentKind agent,
                                     CancelToken cancel) {
-    QStringList blocks;
-    for (const DigItem &item : items) {
-        blocks += digBlock(item);
-    }
-    Question question;
-    question.prompt =
-        fillTemplate(loadPrompt(m_asker->resources(), QStringLiteral("dig-prompt")),
-                     {{QStringLiteral("@TODAY"), today.toString(Qt::ISODate)},
-                      {QStringLiteral("@ITEMS"), blocks.join(QStringLiteral("\n\n"))}});
-    question.schemaName = QStringLiteral("dig-schema");
-    question.step = QStringLiteral("digging for unreadable pages");
-    question.web = WebAccess::On;
-    question.agent = agent;
-    auto asked = co_await m_asker->ask<DigAnswer>(std::move(question), std::move(cancel));
+    auto asked = co_await m_asker->ask<DigAnswer>(digging(items, today, agent), std::move(cancel));
     DugUp dug;
     dug.costUSD = asked.costUSD;
     for (Dug &result : asked.answer.results) {

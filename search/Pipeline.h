@@ -74,7 +74,11 @@ public:
     Question screening(const SitesRequest &request, const QStringList &itemLines,
                        AgentKind agent) const;
 
-    /// The candidates that a question (of either kind) brings, titles and links tidied.
+    /// The question that digs for unreadable links.
+    /// @throws AgentError when the instruction is missing
+    Question digging(const QList<DigItem> &items, const QDate &today, AgentKind agent) const;
+
+    /// The candidates that a question (of the first two kinds) brings, titles and links tidied.
     /// @throws AgentError, std::system_error, Cancelled
     Task<Found> candidates(Question question, CancelToken cancel);
 

@@ -3,6 +3,7 @@
 #include "app/Interrupts.h"
 #include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
+#include "base/SystemErrorText.h"
 
 #include <QCoreApplication>
 
@@ -61,7 +62,7 @@ Task<ExitStatus> guarded(const Command *command, Context &context) {
     } catch (const RunRefused &refused) {
         text = refused.text();
     } catch (const std::system_error &error) {
-        text = QStringLiteral("Le système a refusé : %1").arg(QString::fromLocal8Bit(error.what()));
+        text = systemRefusalText(error);
     } catch (const std::exception &error) {
         text = QStringLiteral("Erreur inattendue : %1").arg(QString::fromUtf8(error.what()));
     }

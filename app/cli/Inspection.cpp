@@ -74,7 +74,11 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
     const QList<TopicPtr> topics = context.app.store().topics();
     const auto folders = preferences.settings().projects;
     const auto projects = co_await onPool([folders] { return readProjects(folders); });
-    const RunPlan plan = planRun(preferences, projects, topics, context.app.clock().now());
+    QStringList apps;
+    for (const discovery::App &app : context.app.apps()) {
+        apps += app.name;
+    }
+    const RunPlan plan = planRun(preferences, projects, topics, context.app.clock().now(), apps);
     for (const QString &warning : plan.warnings) {
         context.console.say(warning);
     }
@@ -85,7 +89,15 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
         const Question question = pipeline.question(planned, agent);
         shown += {planned.name, question.prompt, schemaText(context, question.schemaName)};
     }
-    // What is judged is known only once pages were read: one empty candidate shows the frame.
+    // What the feeds announce, what is judged and what is dug for is known only during the run: one
+    // empty item shows each frame.
+    const auto show = [&](const QString &name, const Question &question) {
+        shown += {name, question.prompt, schemaText(context, question.schemaName)};
+    };
+    if (!plan.sites.sites.isEmpty()) {
+        show(QStringLiteral("Tes sites"),
+             pipeline.screening(plan.sites, {QStringLiteral("…")}, agent));
+    }
     JudgeCandidate frame;
     frame.id = QStringLiteral("c1");
     frame.title = QStringLiteral("…");
@@ -94,6 +106,9 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
               judgePrompt(instruction, QDate::currentDate(), plan.profile, plan.reflexLines,
                           exampleTopics(topics), {frame}),
               schemaText(context, QStringLiteral("judge-schema"))};
+    const QString unread = QStringLiteral("…");
+    show(QStringLiteral("Pages illisibles"),
+         pipeline.digging({{frame.id, unread, unread, unread}}, QDate::currentDate(), agent));
     co_return shown;
 }
 

@@ -203,7 +203,7 @@ TEST_F(CommandLineTest, projects_and_settings_are_kept_and_shape_the_prompts) {
 
     const Outcome prompts = vorle({QStringLiteral("consignes"), QStringLiteral("--json")});
     const QJsonArray shown = QJsonDocument::fromJson(prompts.out).array();
-    ASSERT_EQ(shown.size(), 2);
+    ASSERT_EQ(shown.size(), 3);
     EXPECT_EQ(shown[0].toObject()[u"scope"].toString(), u"Tiravue");
     const QString prompt = shown[0].toObject()[u"prompt"].toString();
     EXPECT_TRUE(prompt.contains(u"Project watched: **Tiravue**, un carnet. Its dependency file"));
