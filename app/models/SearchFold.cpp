@@ -20,6 +20,8 @@ QString plainLetters(char32_t c) {
         return QStringLiteral("oe");
     case U'æ':
         return QStringLiteral("ae");
+    case U'ß':
+        return QStringLiteral("ss");
     case U'ø':
         return QStringLiteral("o");
     case U'ł':

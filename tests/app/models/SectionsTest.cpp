@@ -78,17 +78,17 @@ TEST_F(SectionsTest, say_where_the_topics_to_triage_come_from) {
     preferences.change(&Settings::lastSearch, moment);
     shelf.store.add({one, two});
     const std::pair<int, const char *> cases[] = {
-        {0, "2 sujets de la fouille d’aujourd’hui, 47 min de lecture"},
-        {1, "2 sujets de la fouille d’hier, 47 min de lecture"},
-        {3, "2 sujets de la fouille de lundi, 47 min de lecture"},
-        {9, "2 sujets de la fouille du 2 novembre, 47 min de lecture"},
+        {0, "2 sujets de la fouille d’aujourd’hui, 47\u00A0min de lecture"},
+        {1, "2 sujets de la fouille d’hier, 47\u00A0min de lecture"},
+        {3, "2 sujets de la fouille de lundi, 47\u00A0min de lecture"},
+        {9, "2 sujets de la fouille du 2 novembre, 47\u00A0min de lecture"},
     };
     for (const auto &[days, subtitle] : cases) {
         shelf.clock.moment = moment.addDays(days);
         EXPECT_EQ(sections.subtitle(), text(subtitle));
     }
     shelf.store.add({sampleTopic(text("from the run before"))});
-    EXPECT_EQ(sections.subtitle(), text("3 sujets, 1 h 07 de lecture"));
+    EXPECT_EQ(sections.subtitle(), text("3 sujets, 1\u00A0h\u00A007 de lecture"));
     EXPECT_EQ(page(), text("|"));
 
     for (const TopicPtr &topic : shelf.store.topics()) {

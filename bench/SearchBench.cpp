@@ -1,0 +1,240 @@
+#include "app/models/Decisions.h"
+#include "app/models/ProgramBudget.h"
+#include "app/models/SearchFold.h"
+#include "app/models/SearchIndex.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <functional>
+#include <vector>
+
+/// What the window's models cost: the search over 5,000 topics whose read texts have 8,000 bytes,
+/// beside one look at every byte searched; and a triage decision with every list open over 10,000
+/// topics, beside the same decision without lists.
+namespace vorle {
+namespace {
+
+QByteArray readText(QRandomGenerator &random) {
+    static const QByteArrayView words[] = {"la ",        "version ", "apporte ",  "un ",
+                                           "correctif ", "the ",     "release ",  "\"fixes\" ",
+                                           "mémoire ",   "été ",     "déployée ", "since ",
+                                           "2026. ",     "parser ",  "— "};
+    QByteArray text;
+    while (text.size() < 8'000) {
+        text += words[random.bounded(static_cast<quint32>(std::size(words)))];
+        if (random.bounded(14U) == 0) {
+            text += '\n';
+        }
+    }
+    return text;
+}
+
+QList<Topic> manyTopics(qsizetype count, bool texts) {
+    QRandomGenerator random(1);
+    QList<Topic> topics;
+    for (qsizetype i = 0; i < count; ++i) {
+        Topic topic;
+        topic.id = QUuid::createUuid();
+        topic.title = QStringLiteral("Vapeur %1 corrige une fuite de mémoire").arg(i);
+        topic.score = static_cast<int>(random.bounded(11U));
+        topic.project = QStringLiteral("Tiravue");
+        topic.minutes = 20;
+        topic.summary = QString::fromUtf8(readText(random).first(300));
+        topic.why = QString::fromUtf8(readText(random).first(200));
+        topic.dependency = QStringLiteral("vapeur-%1").arg(i % 400);
+        topic.sources = {
+            {QStringLiteral("Notes"), QStringLiteral("https://example.org/%1").arg(i)}};
+        topic.foundAt =
+            QDateTime(QDate(2026, 11, 2), QTime(8, 0), Qt::UTC).addSecs(-60 * (i % 5'000));
+        topic.status = static_cast<TopicStatus>(1 + random.bounded(5U));
+        if (texts) {
+            topic.seenText = readText(random);
+        }
+        topics.append(std::move(topic));
+    }
+    // One word that one text holds.
+    if (texts) {
+        topics[count / 2].seenText->append(" wasmtime ");
+    }
+    return topics;
+}
+
+QList<TopicPtr> shared(QList<Topic> topics) {
+    QList<TopicPtr> list;
+    for (Topic &topic : topics) {
+        list.append(std::make_shared<const Topic>(std::move(topic)));
+    }
+    return list;
+}
+
+double secondsOf(const std::function<void()> &job) {
+    QElapsedTimer timer;
+    timer.start();
+    job();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e9;
+}
+
+double quantile(std::vector<double> values, double part) {
+    std::ranges::sort(values);
+    return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
+}
+
+constexpr qsizetype topicCount = 5'000;
+
+const QList<TopicPtr> &topics() {
+    static const QList<TopicPtr> list = shared(manyTopics(topicCount, true));
+    return list;
+}
+
+const SearchIndex &index() {
+    static const SearchIndex made = indexed({}, topics());
+    return made;
+}
+
+/// Every byte that is searched, looked at once for one that is not there.
+void lookAtAll() {
+    for (const auto &entry : index()) {
+        for (const QByteArray &field : entry->fields) {
+            benchmark::DoNotOptimize(
+                std::memchr(field.constData(), 1, static_cast<std::size_t>(field.size())));
+        }
+    }
+}
+
+void search(benchmark::State &state, const char *query) {
+    const QString words = QString::fromUtf8(query);
+    std::vector<double> own;
+    std::vector<double> bare;
+    qsizetype hits = 0;
+    for (auto _ : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        bare.push_back(secondsOf(lookAtAll));
+        own.push_back(secondsOf([&] { hits = searched(index(), words).size(); }));
+        state.SetIterationTime(own.back());
+    }
+    state.counters["hits"] = static_cast<double>(hits);
+    state.counters["median_ms"] = quantile(own, 0.5) * 1e3;
+    state.counters["p95_ms"] = quantile(own, 0.95) * 1e3;
+    state.counters["floor_ms"] = quantile(bare, 0.5) * 1e3;
+    state.counters["times_floor"] = quantile(own, 0.5) / quantile(bare, 0.5);
+}
+
+/// Making the index, beside copying the texts it is made from.
+void makeIndex(benchmark::State &state) {
+    qsizetype bytes = 0;
+    std::vector<double> own;
+    std::vector<double> bare;
+    for (auto _ : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        bare.push_back(secondsOf([] {
+            for (const TopicPtr &topic : topics()) {
+                QByteArray copy = *topic->seenText;
+                copy.detach();
+                benchmark::DoNotOptimize(copy.constData());
+            }
+        }));
+        SearchIndex made;
+        own.push_back(secondsOf([&] { made = indexed({}, topics()); }));
+        state.SetIterationTime(own.back());
+        bytes = 0;
+        for (const auto &entry : std::as_const(made)) {
+            for (const QByteArray &field : entry->fields) {
+                bytes += field.size();
+            }
+        }
+    }
+    state.counters["median_ms"] = quantile(own, 0.5) * 1e3;
+    state.counters["times_floor"] = quantile(own, 0.5) / quantile(bare, 0.5);
+    state.counters["index_MB"] = static_cast<double>(bytes) / 1e6;
+}
+
+/// Bringing the index up to date after one decision.
+void refreshIndex(benchmark::State &state) {
+    QList<TopicPtr> changed = topics();
+    Topic topic = *changed[7];
+    topic.status = TopicStatus::Reserve;
+    changed[7] = std::make_shared<const Topic>(std::move(topic));
+    for (auto _ : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        benchmark::DoNotOptimize(indexed(index(), changed));
+    }
+}
+
+/// A decision and its undoing, with or without the four lists and the week's budget over the store.
+void triage(benchmark::State &state) {
+    const SystemClock clock;
+    TopicStore store(QString(), Resources(), clock);
+    store.add(manyTopics(10'000, false));
+    QTemporaryDir folder;
+    Preferences preferences(
+        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json"))));
+    std::vector<std::unique_ptr<TopicListModel>> lists;
+    std::unique_ptr<ProgramBudget> budget;
+    double made = 0;
+    if (state.range(0) != 0) {
+        made = secondsOf([&] {
+            for (Section section :
+                 {Section::Inbox, Section::Program, Section::Reserve, Section::Library}) {
+                lists.push_back(std::make_unique<TopicListModel>(store, section, clock));
+            }
+            budget = std::make_unique<ProgramBudget>(store, preferences, clock, *lists[1]);
+        });
+    }
+    Decisions decisions(store);
+    const QList<TopicPtr> all = store.topics();
+    std::vector<double> taken;
+    qsizetype next = 0;
+    for (auto _ : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        const QString id = all[next * 7919 % all.size()]->id.toString();
+        taken.push_back(secondsOf([&] {
+            switch (next % 4) {
+            case 0:
+                decisions.keep(id);
+                break;
+            case 1:
+                decisions.later(id);
+                break;
+            case 2:
+                decisions.done(id);
+                break;
+            default:
+                decisions.undo();
+            }
+        }));
+        ++next;
+        state.SetIterationTime(taken.back());
+    }
+    state.counters["median_us"] = quantile(taken, 0.5) * 1e6;
+    state.counters["p99_us"] = quantile(taken, 0.99) * 1e6;
+    state.counters["made_ms"] = made * 1e3;
+}
+
+#define SEARCH(name, query)                                                                        \
+    BENCHMARK_CAPTURE(search, name, query)                                                         \
+        ->UseManualTime()                                                                          \
+        ->Iterations(60)                                                                           \
+        ->Unit(benchmark::kMillisecond)
+SEARCH(one_text, "wasmtime");
+SEARCH(every_title, "memoire");
+SEARCH(every_text, "deployee");
+SEARCH(inside_words, "ersion");
+SEARCH(two_letters, "et");
+SEARCH(nowhere, "kubernetes");
+SEARCH(three_words, "vapeur fuite parser");
+BENCHMARK(makeIndex)->UseManualTime()->Iterations(9)->Unit(benchmark::kMillisecond);
+BENCHMARK(refreshIndex)->Unit(benchmark::kMillisecond);
+BENCHMARK(triage)->ArgName("lists")->Arg(0)->Arg(1)->UseManualTime()->Iterations(2'000)->Unit(
+    benchmark::kMicrosecond);
+
+} // namespace
+} // namespace vorle
+
+int main(int argc, char **argv) {
+    QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
