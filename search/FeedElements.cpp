@@ -113,15 +113,16 @@ std::string Attributes::value(std::string_view name, std::string_view prefix) co
     return {};
 }
 
-QString resolvedLink(std::string_view link, const QUrl &base) {
+QString absoluteLink(std::string_view link) {
     const QByteArrayView trimmed =
         QByteArrayView(link.data(), static_cast<qsizetype>(link.size())).trimmed();
     const bool plain = std::ranges::all_of(trimmed, [](char c) { return c > ' ' && c < 0x7F; });
     const bool absolute = trimmed.startsWith("http://") || trimmed.startsWith("https://");
-    if (plain && absolute) {
-        return trimmed.size() > 8 ? QString::fromLatin1(trimmed) : QString();
-    }
-    QByteArray bytes = trimmed.toByteArray();
+    return plain && absolute && trimmed.size() > 8 ? QString::fromLatin1(trimmed) : QString();
+}
+
+QString resolvedLink(std::string_view link, const QUrl &base) {
+    QByteArray bytes = QByteArray(link.data(), static_cast<qsizetype>(link.size())).trimmed();
     for (const char broken : {'\n', '\r', '\t'}) { // as browsers read an address
         bytes.replace(broken, QByteArrayView());
     }

@@ -56,6 +56,8 @@ private:
     int m_count;
 };
 
+/// `link` when it is an absolute http(s) address as they should be written; empty otherwise.
+QString absoluteLink(std::string_view link);
 /// The absolute http(s) address `link` means beside `base`; empty when it means none.
 QString resolvedLink(std::string_view link, const QUrl &base);
 

@@ -20,10 +20,16 @@ namespace {
 
 constexpr int deepest = 256;
 constexpr int mostNamespaces = 256;
-constexpr qsizetype mostItems = 10'000;
+/// Different names, of elements, attributes, prefixes and namespaces: libxml2 keeps them all, in
+/// lists that grow with them. No vocabulary has a hundredth of that.
+constexpr int mostNames = 20'000;
+/// Addresses that take more than a look to resolve, in the whole feed.
+constexpr int mostResolved = 20'000;
+constexpr qsizetype mostItems = 2'000;
 constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype summaryCharacters = 400;
-constexpr std::size_t longestLink = 4'096;
+constexpr std::size_t longestLink = feedLinkLimit;
+constexpr std::size_t longestBase = 512;
 
 struct GatheredText {
     std::string utf8;
@@ -34,7 +40,7 @@ struct GatheredText {
 constexpr std::size_t bytesOf(Role role) {
     switch (role) {
     case Role::Link:
-        return longestLink;
+        return longestLink + 8; // one that was cut is still too long
     case Role::Published:
     case Role::Dated:
     case Role::Updated:
@@ -47,7 +53,7 @@ constexpr std::size_t bytesOf(Role role) {
 /// Follows the parser's events and gathers the items.
 class Gatherer {
 public:
-    Gatherer(const QUrl &address, const QString &site) : m_bases{{0, address}}, m_site(site) {}
+    Gatherer(const QUrl &address, const QString &site) : m_bases{{0, {}, address}}, m_site(site) {}
 
     void follow(xmlParserCtxtPtr parser) { m_parser = parser; }
     bool isFeed() const { return m_kind != FeedKind::None; }
@@ -61,7 +67,7 @@ private:
     void end(std::string_view name);
     void text(std::string_view piece);
 
-    void startBase(const std::string &base);
+    const QUrl &base();
     void startChild(Role role, Vocabulary vocabulary, const Attributes &attributes);
     void startLink(Vocabulary vocabulary, const Attributes &attributes);
     void startText(Role role, Vocabulary vocabulary, const Attributes &attributes);
@@ -78,9 +84,11 @@ private:
     std::array<int, deepest + 1> m_namespaces{}; ///< in scope, at each depth
     struct Base {
         int depth;
-        QUrl address;
+        QByteArray written;
+        std::optional<QUrl> address; ///< resolved against those before, once it was needed
     };
     std::vector<Base> m_bases;
+    int m_resolved = 0;
 
     int m_itemDepth = 0;                         ///< 0 outside of an item
     std::array<GatheredText, roleCount> m_texts; ///< of the item that is open, by role
@@ -97,7 +105,7 @@ private:
 
 void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *uri, int namespaces,
                      const Attributes &attributes) {
-    if (m_depth == deepest ||
+    if (m_depth == deepest || xmlDictSize(m_parser->dict) > mostNames ||
         m_namespaces[static_cast<std::size_t>(m_depth)] + namespaces > mostNamespaces) {
         xmlStopParser(m_parser);
         return;
@@ -113,8 +121,9 @@ void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *
             return;
         }
     }
-    if (const std::string base = attributes.value("base", "xml"); !base.empty()) {
-        startBase(base);
+    if (const std::string base = attributes.value("base", "xml");
+        !base.empty() && base.size() <= longestBase) {
+        m_bases.push_back({m_depth, QByteArray::fromStdString(base), std::nullopt});
     }
     if (m_gathering != nullptr && !isInlineElement(word)) {
         text(" ");
@@ -136,13 +145,20 @@ void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *
     }
 }
 
-void Gatherer::startBase(const std::string &base) {
-    // Nested ones add up, and each link is resolved against the sum.
-    const QUrl address = m_bases.back().address.resolved(QUrl(QString::fromStdString(base)));
-    if (base.size() < longestLink &&
-        static_cast<std::size_t>(address.toString().size()) < longestLink) {
-        m_bases.push_back({m_depth, address});
+/// What the links here are relative to. Nested bases add up; one that makes too long a sum is none.
+const QUrl &Gatherer::base() {
+    std::size_t at = m_bases.size() - 1;
+    while (!m_bases[at].address) {
+        --at;
     }
+    for (++at; at < m_bases.size(); ++at) {
+        const QUrl &outer = *m_bases[at - 1].address;
+        QUrl sum = outer.resolved(QUrl(QString::fromUtf8(m_bases[at].written)));
+        const bool fits = static_cast<std::size_t>(sum.toString().size()) <= longestBase;
+        m_bases[at].address = fits ? std::move(sum) : outer;
+        ++m_resolved;
+    }
+    return *m_bases.back().address;
 }
 
 void Gatherer::startChild(Role role, Vocabulary vocabulary, const Attributes &attributes) {
@@ -192,10 +208,15 @@ void Gatherer::startText(Role role, Vocabulary vocabulary, const Attributes &att
 }
 
 void Gatherer::offerLink(LinkRank rank, std::string_view link) {
-    if (rank >= m_linkRank || link.size() >= longestLink) {
+    if (rank >= m_linkRank || link.size() > longestLink || m_resolved > mostResolved) {
         return;
     }
-    if (QString address = resolvedLink(link, m_bases.back().address); !address.isEmpty()) {
+    QString address = absoluteLink(link);
+    if (address.isEmpty()) {
+        ++m_resolved;
+        address = resolvedLink(link, base());
+    }
+    if (!address.isEmpty() && static_cast<std::size_t>(address.size()) <= longestLink) {
         m_link = std::move(address);
         m_linkRank = rank;
     }

@@ -23,6 +23,8 @@ struct FeedItem {
 
 /// What is read of a feed, in bytes; the rest is as if it had never been sent.
 inline constexpr qsizetype feedByteLimit = 10'000'000;
+/// An item whose link is longer is not kept: a link is never cut.
+inline constexpr qsizetype feedLinkLimit = 2'000;
 
 /// The items of a feed (RSS 0.9x, 1.0 and 2.0, Atom 0.3 and 1.0), in its own order; nothing when
 /// the bytes are no feed (a page, another format). Reads what feeds hold rather than what they
@@ -33,9 +35,9 @@ inline constexpr qsizetype feedByteLimit = 10'000'000;
 /// Atom one, "alternate" before the other relations; relative ones are resolved against xml:base
 /// and `address`, where the feed was read. A permanent link in a guid is none.
 ///
-/// No document type, no entity of the document's own and nothing outside it is ever read; depth,
-/// texts, attributes and namespaces are bounded, and the time is linear in the bytes. Pure, any
-/// thread.
+/// No document type, no entity of the document's own and nothing outside it is ever read; items
+/// (2,000), depth, texts, bases, attributes, namespaces and different names are bounded: the list
+/// ends where one is passed. The time is linear in the bytes. Pure, any thread.
 std::optional<QList<FeedItem>> parseFeed(QByteArrayView bytes, QByteArrayView contentType,
                                          const QUrl &address, const QString &site);
 

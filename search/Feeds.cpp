@@ -1,6 +1,7 @@
 #include "search/Feeds.h"
 
 #include "base/Text.h"
+#include "search/Browser.h"
 #include "search/Charset.h"
 #include "search/Links.h"
 
@@ -11,9 +12,6 @@ namespace vorle {
 
 namespace {
 
-/// What a common browser sends: some sites turn others away.
-constexpr auto browser = "Mozilla/5.0 (Macintosh; Intel Mac OS X 15_0) AppleWebKit/605.1.15 "
-                         "(KHTML, like Gecko) Version/18.0 Safari/605.1.15";
 constexpr std::chrono::seconds deadline{12};
 constexpr qint64 pageBytes = 3'000'000;
 constexpr qsizetype sitesAtOnce = 32;
@@ -40,7 +38,8 @@ std::size_t findWord(std::string_view text, std::string_view word, std::size_t f
                                : static_cast<std::size_t>(found - text.begin());
 }
 
-/// The quoted value of an attribute: NAME\s*=\s*["']([^"']+)["'], the name standing alone.
+/// The value of an attribute, its name standing alone: NAME\s*=\s*["']([^"']+)["'], or without
+/// quotes up to the next blank.
 std::string_view attribute(std::string_view tag, std::string_view name) {
     for (std::size_t at = findWord(tag, name, 0); at != std::string_view::npos;
          at = findWord(tag, name, at + 1)) {
@@ -59,12 +58,10 @@ std::string_view attribute(std::string_view tag, std::string_view name) {
         }
         rest.remove_prefix(1);
         dropSpaces();
-        if (!rest.starts_with('"') && !rest.starts_with('\'')) {
-            continue;
-        }
-        rest.remove_prefix(1);
-        const std::size_t end = rest.find_first_of("\"'");
-        if (end != std::string_view::npos && end > 0) {
+        const bool quoted = rest.starts_with('"') || rest.starts_with('\'');
+        rest.remove_prefix(quoted ? 1 : 0);
+        const std::size_t end = rest.find_first_of(quoted ? "\"'" : "\"' \t\r\n\f");
+        if (end > 0 && !rest.empty() && (end != std::string_view::npos || !quoted)) {
             return rest.substr(0, end);
         }
     }
@@ -95,20 +92,22 @@ QList<FeedItem> recentItems(QList<FeedItem> items, const QSet<QString> &known,
     QSet<QString> seen;
     const QDateTime oldest = now.addDays(-newestDays);
     const QDateTime latest = now.addSecs(clockSlackSeconds);
-    const auto isDated = [&](const FeedItem &item) { return item.date && *item.date <= latest; };
     for (FeedItem &item : items) {
-        if (isDated(item) && *item.date < oldest) {
+        if (item.date && *item.date > latest) {
+            item.date.reset(); // a date that cannot be is none
+        }
+        if (item.date && *item.date < oldest) {
             continue;
         }
         const QString link = canonicalLink(item.link);
-        if (seen.contains(link) || (!isDated(item) && known.contains(link))) {
+        if (seen.contains(link) || (!item.date && known.contains(link))) {
             continue;
         }
         seen.insert(link);
         recent.append(std::move(item));
     }
-    std::ranges::stable_sort(recent, [&](const FeedItem &a, const FeedItem &b) {
-        return isDated(a) && (!isDated(b) || *a.date > *b.date);
+    std::ranges::stable_sort(recent, [](const FeedItem &a, const FeedItem &b) {
+        return a.date && (!b.date || *a.date > *b.date);
     });
     recent.resize(std::min<qsizetype>(recent.size(), newestItems));
     return recent;
@@ -118,7 +117,12 @@ QList<FeedItem> recentItems(QList<FeedItem> items, const QSet<QString> &known,
 
 QUrl siteUrl(const QString &typed) {
     const QString address = trimmed(typed).toString();
-    const QString whole = address.contains(u"://") ? address : QStringLiteral("https://") + address;
+    const qsizetype scheme = address.indexOf(u"://");
+    const bool hasScheme =
+        scheme > 0 && std::all_of(address.begin(), address.begin() + scheme, [](QChar c) {
+            return c.isLetterOrNumber() || c == u'+' || c == u'-' || c == u'.';
+        });
+    const QString whole = hasScheme ? address : QStringLiteral("https://") + address;
     return isHttpLink(whole) ? QUrl(whole) : QUrl();
 }
 
@@ -164,13 +168,13 @@ QString feedItemLine(const FeedItem &item) {
     if (item.date) {
         line += QStringLiteral(" (") + item.date->toUTC().date().toString(Qt::ISODate) + u')';
     }
-    return line + u' ' + inLine(item.link, 2'000);
+    return line + u' ' + inLine(item.link, feedLinkLimit);
 }
 
 Task<HttpResponse> Feeds::fetch(QUrl url, qint64 maxBytes, CancelToken cancel, Reach reach) {
     HttpRequest request;
     request.url = std::move(url);
-    request.userAgent = browser;
+    request.userAgent = browserUserAgent;
     request.maxBytes = maxBytes;
     request.deadline = deadline;
     request.reach = reach;
@@ -209,42 +213,48 @@ Task<FeedReading> Feeds::read(QString feedAddress, QString site, CancelToken can
     }
     const HttpResponse response = co_await fetch(url, feedByteLimit, cancel, reach);
     if (!response.ok()) {
-        co_return FeedReading{};
+        FeedReading unread;
+        unread.gone = response.status == 404 || response.status == 410;
+        co_return unread;
     }
     auto items = co_await onPool([response, site] {
         return parseFeed(response.body, response.contentType, response.url, site);
     });
     cancel.throwIfCancelled();
     if (!items) {
-        co_return FeedReading{FeedOutcome::NoFeed, {}};
+        co_return FeedReading{FeedOutcome::NoFeed, {}, false};
     }
-    co_return FeedReading{FeedOutcome::Read, *std::move(items)};
+    co_return FeedReading{FeedOutcome::Read, *std::move(items), false};
 }
 
 Task<Feeds::SiteRun> Feeds::readSite(PrioritySite site, CancelToken cancel) {
     SiteRun run{std::move(site), {}};
+    FeedReading &reading = run.reading;
     const QDateTime now = m_clock.now();
+    const bool lately =
+        run.site.checked && *run.site.checked <= now && run.site.checked->addDays(checkDays) > now;
     if (run.site.feed) {
-        run.reading = co_await read(*run.site.feed, run.site.address, cancel);
-        if (run.reading.outcome == FeedOutcome::Read) {
-            co_return run;
-        }
-    } else if (run.site.checked && *run.site.checked <= now &&
-               run.site.checked->addDays(checkDays) > now) {
-        run.reading.outcome = FeedOutcome::NoFeed;
+        reading = co_await read(*run.site.feed, run.site.address, cancel);
+    } else if (lately) {
+        reading.outcome = FeedOutcome::NoFeed;
+    }
+    if (lately && (!run.site.feed || reading.outcome == FeedOutcome::Read)) {
         co_return run;
     }
     const Discovery found = co_await look(run.site.address, cancel, Reach::PublicOnly);
     if (found.outcome == FeedOutcome::Unreachable) {
         co_return run;
     }
-    const bool another = found.feed != run.site.feed;
-    run.site.feed = found.feed;
     run.site.checked = now;
-    if (!found.feed) {
-        run.reading.outcome = FeedOutcome::NoFeed;
-    } else if (another) {
-        run.reading = co_await read(*found.feed, run.site.address, cancel);
+    if (found.feed && found.feed != run.site.feed) {
+        FeedReading another = co_await read(*found.feed, run.site.address, cancel);
+        if (another.outcome == FeedOutcome::Read || reading.outcome != FeedOutcome::Read) {
+            run.site.feed = found.feed;
+            reading = std::move(another);
+        }
+    } else if (!found.feed && (!run.site.feed || reading.isNoFeed())) {
+        run.site.feed.reset();
+        reading.outcome = FeedOutcome::NoFeed;
     }
     co_return run;
 }

@@ -19,7 +19,10 @@ enum class FeedOutcome {
 struct FeedReading {
     FeedOutcome outcome = FeedOutcome::Unreachable;
     QList<FeedItem> items; ///< empty unless read
+    bool gone = false;     ///< the answer was that there is nothing any more (404, 410)
 
+    /// Whether something answered there, and it is no feed. What merely failed may read tomorrow.
+    bool isNoFeed() const { return gone || outcome == FeedOutcome::NoFeed; }
     bool operator==(const FeedReading &) const = default;
 };
 
@@ -43,8 +46,8 @@ struct FeedsForRun {
 QUrl siteUrl(const QString &typed);
 
 /// The address of the first feed a page announces in a link element (rel holding "alternate", type
-/// holding "rss+xml" or "atom+xml"), resolved against the page's own. Linear in the page. Pure,
-/// any thread.
+/// holding "rss+xml" or "atom+xml"), resolved against the page's own. The values may stand without
+/// quotes, as HTML allows and as compressed pages have them. Linear in the page. Pure, any thread.
 std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddress);
 
 /// An item's line in a prompt: "[site] title — summary (2026-11-21) link", without what is empty.
@@ -68,12 +71,15 @@ public:
                            Reach reach = Reach::PublicOnly);
 
     /// What a run screens: all sites in parallel, of each feed at most the 15 newest items of the
-    /// last 31 days; those without a date, or dated in a future that cannot be, come last and only
-    /// while their link is new. `knownCanonicalLinks` holds links in the form of canonicalLink().
+    /// last 31 days; those without a date come last and only while their link is new. A date in a
+    /// future that cannot be is none. `knownCanonicalLinks` holds links in the form of
+    /// canonicalLink().
     ///
-    /// A site without a feed is searched for one when it never was, or not for a week; a site whose
-    /// feed no longer reads is searched again at once. What could not be reached counts as not
-    /// searched. @throws Cancelled
+    /// A site is searched for a feed when it never was, or not for a week; one whose feed no longer
+    /// reads is searched again at once. A feed that reads gives way only to another that reads; one
+    /// that does not, to whatever the site announces now; when it announces none, a feed that
+    /// merely failed is kept, one that is gone or no feed forgotten. What could not be reached
+    /// counts as not searched. @throws Cancelled
     Task<FeedsForRun> itemsForRun(QList<PrioritySite> sites, QSet<QString> knownCanonicalLinks,
                                   CancelToken cancel = {});
 

@@ -1,5 +1,6 @@
 #include "search/PageReader.h"
 
+#include "search/Browser.h"
 #include "search/Links.h"
 
 #include <QPointer>
@@ -12,10 +13,6 @@ namespace {
 
 constexpr int readsAtOnce = 16;
 constexpr int readsAtOncePerHost = 4;
-
-/// What a common browser sends: some sites turn others away.
-constexpr auto browser = "Mozilla/5.0 (Macintosh; Intel Mac OS X 15_0) AppleWebKit/605.1.15 "
-                         "(KHTML, like Gecko) Version/18.0 Safari/605.1.15";
 
 } // namespace
 
@@ -73,7 +70,7 @@ Task<ReadPage> PageReader::Places::read(std::shared_ptr<Places> places, QString 
         co_return page;
     }
     page.finalUrl = request.url.toString(QUrl::FullyEncoded);
-    request.userAgent = browser;
+    request.userAgent = browserUserAgent;
     request.acceptLanguage = "en";
     request.maxBytes = pageByteLimit;
     request.deadline = places->m_deadline;

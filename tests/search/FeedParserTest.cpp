@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace vorle {
 namespace {
 
@@ -178,6 +180,14 @@ TEST(FeedParser, hostile_feeds_end_and_keep_what_came_before) {
         }
         namespaces += '>';
     }
+    const auto numbered = [](const std::function<QByteArray(const QByteArray &)> &part) {
+        QByteArray all;
+        for (int i = 0; all.size() < size; ++i) {
+            all += part(QByteArray::number(i));
+        }
+        return all;
+    };
+    const QByteArray longBase = "https://a.example/" + QByteArray("a/").repeated(240);
     const QByteArray cases[] = {
         repeated("<a>"),
         attributes + ">",
@@ -194,16 +204,22 @@ TEST(FeedParser, hostile_feeds_end_and_keep_what_came_before) {
         repeated("<item><title>t</title><link>x</link>"),
         "<" + repeated("x"),
         "<a b='" + repeated("<a b='"),
+        numbered([](const QByteArray &n) { return "<x" + n + "/>"; }),
+        numbered([](const QByteArray &n) { return "<a x" + n + "=''/>"; }),
+        numbered([](const QByteArray &n) { return "<a xmlns='u" + n + "'/>"; }),
+        repeated("<item xml:base='" + longBase + "'><link>:</link></item>"),
+        repeated("<item><link href='x'/><link href=':'/></item>"),
     };
     int number = 0;
     for (const QByteArray &inside : cases) {
         const auto items = parse(feedOf(inside));
         ASSERT_TRUE(items.has_value()) << number;
         ASSERT_FALSE(items->isEmpty()) << number;
+        ASSERT_LE(items->size(), 2'000) << number;
         EXPECT_EQ(items->first().link, QStringLiteral("https://a.example/1")) << number;
         for (const FeedItem &item : *items) {
             ASSERT_LE(item.title.size(), 300) << number;
-            ASSERT_LE(item.link.size(), 4'200) << number;
+            ASSERT_LE(item.link.size(), feedLinkLimit) << number;
         }
         ++number;
     }
@@ -218,6 +234,17 @@ TEST(FeedParser, texts_and_sizes_are_bounded) {
     ASSERT_TRUE(items && items->size() == 1);
     EXPECT_EQ(items->first().title, u'x' + QString(299, u'é'));
     EXPECT_EQ(items->first().summary, QString()); // nothing but the beginning of a tag
+
+    // A link is whole or none, whatever makes it too long; so is a base.
+    const auto long1 = QByteArray("é").repeated(1'500);
+    const auto links =
+        parse("<rss><item><link>https://a.example/" + long1 + "</link></item><item>" + "<link>" +
+              QByteArray("é").repeated(400) + "</link></item><item>" + "<link>https://a.example/" +
+              QByteArray("x").repeated(1'982) + "</link></item><channel xml:base='" +
+              QByteArray("b/").repeated(250) + "'><item><link>1</link></item></channel></rss>");
+    ASSERT_TRUE(links && links->size() == 2);
+    EXPECT_EQ(links->first().link.size(), feedLinkLimit);
+    EXPECT_EQ(links->last().link, QStringLiteral("https://site.example/feed/1"));
 
     const QByteArray one = "<item><link>https://a.example/1</link>" +
                            QByteArray("<x>&#233;</x>").repeated(100'000) + "</item>";

@@ -70,6 +70,10 @@ TEST(AnnouncedFeed, is_the_first_link_that_is_one) {
              type="application/rss+xml" href="javascript:x"><link rel="alternate"
              type="application/rss+xml" href="//f.example/b">)",
          "https://f.example/b"},
+        {"<link rel=alternate type=application/rss+xml href=/f.xml?a=1&amp;b=2 title=x>",
+         "https://s.example/f.xml?a=1&b=2"},
+        {"<link rel=stylesheet type=application/rss+xml href=/a>", ""},
+        {"<link rel=alternate type=application/rss+xml href=>", ""},
         {R"(<link rel="alternate" data-type="application/rss+xml" href="/a">)", ""},
         {R"(<linked rel="alternate" type="application/rss+xml" href="/a">)", ""},
         {R"(<a rel="alternate" type="application/rss+xml" href="/a">)", ""},
@@ -90,6 +94,8 @@ TEST(SiteUrl, has_a_scheme_and_a_host) {
         {"example.org", "https://example.org"},
         {" example.org:8080/blog ", "https://example.org:8080/blog"},
         {"http://example.org", "http://example.org"},
+        {"example.com/?u=http://x.example", "https://example.com/?u=http://x.example"},
+        {"://example.com", ""},
         {"ftp://example.org", ""},
         {"https://", ""},
         {"", ""},
@@ -198,6 +204,7 @@ TEST_F(FeedsTest, a_run_takes_the_newest_of_the_last_month) {
         {QStringLiteral("tonight"), QStringLiteral("dated-known"), QStringLiteral("31-days"),
          QStringLiteral("undated"), QStringLiteral("years-ahead")};
     EXPECT_EQ(links, expected);
+    EXPECT_FALSE(got.items.last().date) << "a date that cannot be is none";
     EXPECT_EQ(got.reports, (QList<SiteReading>{{server.link("/"), FeedOutcome::Read, 15},
                                                {server.link("/b"), FeedOutcome::Read, 5}}));
     EXPECT_EQ(got.sites, (QList<PrioritySite>{{server.link("/"), server.link("/feed"), today},
@@ -209,6 +216,11 @@ TEST_F(FeedsTest, searches_a_site_again_when_it_is_due) {
     server.serve("/feed", feed(item("https://a.example/1")));
     server.serve("/none", page({}));
     server.serve("/moved", page(announcement)); // its old feed is gone
+    server.serve("/b", page(R"(<link rel="alternate" type="application/rss+xml" href="/gone">)"));
+    TestReply busy = TestReply::page("busy");
+    busy.status = 503;
+    server.serve("/busy", busy);
+    const QString failing = server.link("/busy");
     const QString gone = server.link("/gone");
     const QString good = server.link("/feed");
     const QDateTime recent = today.addDays(-6);
@@ -224,7 +236,16 @@ TEST_F(FeedsTest, searches_a_site_again_when_it_is_due) {
         {site("/", {}, recent), site("/", {}, recent), FeedOutcome::NoFeed, 0},
         {site("/", {}, old), site("/", good, today), FeedOutcome::Read, 1},
         {site("/", {}, today.addDays(1)), site("/", good, today), FeedOutcome::Read, 1},
-        {site("/", good, old), site("/", good, old), FeedOutcome::Read, 0},
+        {site("/", good, recent), site("/", good, recent), FeedOutcome::Read, 0},
+        {site("/", good, old), site("/", good, today), FeedOutcome::Read, 1},
+        {site("/none", good, old), site("/none", good, today), FeedOutcome::Read, 1},
+        {site("/b", good, old), site("/b", good, today), FeedOutcome::Read, 1},
+        {site("/dead", good, old), site("/dead", good, old), FeedOutcome::Read, 1},
+        {site("/none", failing, recent), site("/none", failing, today), FeedOutcome::Unreachable,
+         1},
+        {site("/moved", failing, recent), site("/moved", good, today), FeedOutcome::Read, 1},
+        {site("/none", server.link("/none"), recent), site("/none", {}, today), FeedOutcome::NoFeed,
+         2},
         {site("/none"), site("/none", {}, today), FeedOutcome::NoFeed, 1},
         {site("/none", gone, recent), site("/none", {}, today), FeedOutcome::NoFeed, 1},
         {site("/moved", gone, recent), site("/moved", good, today), FeedOutcome::Read, 1},
