@@ -1,5 +1,7 @@
 #include "core/DurableFile.h"
 
+#include "base/Descriptor.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -16,7 +18,6 @@
 #include <csignal>
 #include <cstdio>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 namespace vorle {
@@ -26,30 +27,6 @@ namespace {
 [[noreturn]] void fail(int code, const char *what) {
     throw std::system_error(code, std::generic_category(), what);
 }
-
-/// An open file, closed when it goes.
-class Descriptor {
-public:
-    explicit Descriptor(int number) : m_number(number) {}
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor() {
-        if (m_number >= 0) {
-            ::close(m_number);
-        }
-    }
-    int number() const { return m_number; }
-    bool isOpen() const { return m_number >= 0; }
-    /// Some file systems report a write that failed only now.
-    void close() {
-        if (::close(std::exchange(m_number, -1)) != 0 && errno != EINTR) {
-            fail(errno, "close");
-        }
-    }
-
-private:
-    int m_number;
-};
 
 /// A temporary file, removed when it goes unless it took its final name.
 class Temporary {
@@ -209,7 +186,9 @@ void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces) {
         fail(errno, "fchmod");
     }
     syncToDisk(temporary.file().number());
-    temporary.file().close();
+    if (temporary.file().close() != 0 && errno != EINTR) {
+        fail(errno, "close");
+    }
     temporary.renameTo(name);
     syncFolderOf(target);
 }

@@ -1,46 +1,13 @@
 #include "core/Topic.h"
 
 #include "base/Text.h"
-
-#include <QUrl>
-
-#include <algorithm>
+#include "core/GitHubLink.h"
 
 namespace vorle {
 
-namespace {
-
-/// First path segments of GitHub's main host that name a page of its own, not an owner.
-constexpr std::array<QStringView, 16> ownPages{
-    u"about",    u"advisories", u"apps",   u"blog",     u"collections", u"explore",
-    u"features", u"login",      u"orgs",   u"pricing",  u"search",      u"security",
-    u"settings", u"sponsors",   u"topics", u"trending",
-};
-
-QString repositoryOf(const QString &link) {
-    const QUrl url(link);
-    const QString host = url.host().toLower();
-    const bool mainHost = host == u"github.com" || host == u"www.github.com";
-    if (!mainHost && host != u"raw.githubusercontent.com") {
-        return {};
-    }
-    const QStringList parts = url.path().split(u'/', Qt::SkipEmptyParts);
-    if (parts.size() < 2 || (mainHost && std::ranges::find(ownPages, parts[0]) != ownPages.end())) {
-        return {};
-    }
-    QString repository = parts[1];
-    if (repository.endsWith(u".git") && repository.size() > 4) {
-        repository.chop(4);
-    }
-    return parts[0] + u'/' + repository;
-}
-
-} // namespace
-
 QString TopicSource::displayName() const {
-    QString repository = repositoryOf(url);
-    if (!repository.isEmpty()) {
-        return repository;
+    if (const auto repository = gitHubRepository(url)) {
+        return repository->owner + u'/' + repository->name;
     }
     const QStringView known = trimmed(title);
     return known.isEmpty() ? QStringLiteral("Source") : known.toString();

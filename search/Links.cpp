@@ -56,16 +56,6 @@ QStringList segmentsOf(const QUrl &url) {
     return url.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
 }
 
-/// The first path words of GitHub's own pages, which look like an owner.
-bool isOwnPage(QStringView word) {
-    return isOneOf(
-        word, {u"about",      u"advisories",  u"apps",          u"collections", u"customer-stories",
-               u"enterprise", u"events",      u"explore",       u"features",    u"issues",
-               u"login",      u"marketplace", u"notifications", u"orgs",        u"pricing",
-               u"pulls",      u"readme",      u"search",        u"security",    u"settings",
-               u"sponsors",   u"stars",       u"topics",        u"trending",    u"users"});
-}
-
 bool isVideo(const QString &site, const QString &path) {
     return isOneOf(site, {u"youtube.com", u"youtu.be", u"music.youtube.com", u"vimeo.com",
                           u"player.vimeo.com", u"dailymotion.com", u"dai.ly", u"twitch.tv"}) ||
@@ -156,20 +146,6 @@ bool namesOnePage(const QString &link) {
            std::none_of(segments.begin(), segments.end(), turnsAway);
 }
 
-std::optional<Repository> gitHubRepository(const QString &link) {
-    const QUrl url = httpLink(link);
-    const QStringList segments = segmentsOf(url);
-    if (segments.size() < 2 || isOwnPage(segments[0]) ||
-        !isOneOf(siteOf(url), {u"github.com", u"raw.githubusercontent.com"})) {
-        return std::nullopt;
-    }
-    Repository repository{segments[0], segments[1]};
-    if (repository.name.endsWith(u".git")) {
-        repository.name.chop(4);
-    }
-    return repository;
-}
-
 ItemKind guessKind(const QString &link) {
     const QUrl url = httpLink(link);
     const QString site = siteOf(url);
@@ -191,7 +167,7 @@ ItemKind guessKind(const QString &link) {
         return ItemKind::Announcement;
     }
     const bool atRoot = segments.size() == 2 || (segments.size() > 2 && segments[2] == u"tree");
-    if (isForge(site) && atRoot && !isOwnPage(segments[0])) {
+    if (isForge(site) && atRoot && !isGitHubPage(segments[0])) {
         return ItemKind::Tool;
     }
     return ItemKind::Article;

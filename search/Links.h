@@ -1,13 +1,12 @@
 #pragma once
 
 #include "base/AddressRules.h"
+#include "core/GitHubLink.h"
 #include "core/Judgment.h"
 
 #include <QString>
 #include <QStringView>
 #include <QUrl>
-
-#include <optional>
 
 namespace vorle {
 
@@ -29,16 +28,5 @@ bool namesOnePage(const QString &link);
 /// The kind of thing a link most likely leads to, told from the address alone: "article" when
 /// nothing else is recognised.
 ItemKind guessKind(const QString &link);
-
-/// A repository's owner and name.
-struct Repository {
-    QString owner;
-    QString name;
-
-    bool operator==(const Repository &) const = default;
-};
-
-/// The GitHub repository `link` lies in (its page, a file, a release, raw content), if any.
-std::optional<Repository> gitHubRepository(const QString &link);
 
 } // namespace vorle

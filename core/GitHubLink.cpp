@@ -1,0 +1,46 @@
+#include "core/GitHubLink.h"
+
+#include "base/AddressRules.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+
+namespace vorle {
+
+std::optional<Repository> gitHubRepository(const QString &link) {
+    const QUrl url = httpLink(link);
+    QString host = url.host();
+    for (const QStringView prefix : {u"www.", u"m."}) {
+        if (host.startsWith(prefix)) {
+            host.remove(0, prefix.size());
+        }
+    }
+    const bool raw = host == u"raw.githubusercontent.com";
+    const QStringList words = url.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
+    if ((host != u"github.com" && !raw) || words.size() < 2 || (!raw && isGitHubPage(words[0]))) {
+        return std::nullopt;
+    }
+    Repository repository{words[0], words[1]};
+    if (repository.name.endsWith(u".git") && repository.name.size() > 4) {
+        repository.name.chop(4);
+    }
+    return repository;
+}
+
+bool isGitHubPage(QStringView word) {
+    static constexpr std::array<QStringView, 26> pages{
+        u"about",       u"advisories",    u"apps",
+        u"blog",        u"collections",   u"customer-stories",
+        u"enterprise",  u"events",        u"explore",
+        u"features",    u"issues",        u"login",
+        u"marketplace", u"notifications", u"orgs",
+        u"pricing",     u"pulls",         u"readme",
+        u"search",      u"security",      u"settings",
+        u"sponsors",    u"stars",         u"topics",
+        u"trending",    u"users"};
+    return std::ranges::find(pages, word) != pages.end();
+}
+
+} // namespace vorle
