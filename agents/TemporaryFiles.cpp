@@ -1,5 +1,7 @@
 #include "agents/TemporaryFiles.h"
 
+#include "base/Descriptor.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -24,22 +26,13 @@ namespace {
     throw std::system_error(error, std::generic_category(), path.toStdString());
 }
 
-class Descriptor {
-public:
-    Descriptor(const QString &path, int flags)
-        : m_number(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, 0600)) {
-        if (m_number < 0) {
-            failOn(path, errno);
-        }
+Descriptor opened(const QString &path, int flags) {
+    Descriptor file(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, 0600));
+    if (!file.isOpen()) {
+        failOn(path, errno);
     }
-    ~Descriptor() { ::close(m_number); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    int number() const { return m_number; }
-
-private:
-    int m_number;
-};
+    return file;
+}
 
 std::optional<struct stat> statusOf(const QString &path) {
     struct stat status = {};
@@ -74,7 +67,7 @@ bool othersCanWriteAlong(const QString &path) {
 
 QString userFolder() {
     const QString runtime = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
-    if (QDir::isAbsolutePath(runtime) && isOwnFolder(runtime)) {
+    if (QDir::isAbsolutePath(runtime) && isOwnFolder(runtime) && !othersCanWriteAlong(runtime)) {
         return runtime + QStringLiteral("/vorle");
     }
     const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
@@ -94,7 +87,7 @@ TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix) {
     }
     m_path = folder + u'/' + prefix.toString() +
              QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString();
-    const Descriptor created(m_path, O_WRONLY | O_CREAT | O_EXCL);
+    opened(m_path, O_WRONLY | O_CREAT | O_EXCL);
 }
 
 TemporaryFile::~TemporaryFile() {
@@ -104,7 +97,7 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::write(QByteArrayView bytes) const {
-    const Descriptor file(m_path, O_WRONLY | O_TRUNC | O_NOFOLLOW);
+    const Descriptor file = opened(m_path, O_WRONLY | O_TRUNC | O_NOFOLLOW);
     while (!bytes.isEmpty()) {
         const ssize_t written =
             ::write(file.number(), bytes.data(), static_cast<std::size_t>(bytes.size()));

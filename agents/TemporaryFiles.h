@@ -31,9 +31,9 @@ private:
 
 /// Where others can write to the temporary directory or to a folder above it (as on Linux), points
 /// TMPDIR of this process to a folder that only the user can enter: "vorle" in the user's runtime
-/// directory, else in the user's cache. Otherwise another user of the machine could plant
-/// instruction files: agents read those from their working directory and the folders above it.
-/// To be called first in main, before any thread is started.
+/// directory, else (or when others can write along that path) in the user's cache. Otherwise
+/// another user of the machine could plant instruction files: agents read those from their working
+/// directory and the folders above it. To be called first in main, before any thread is started.
 /// @throws std::system_error when there is no such folder and none can be made
 void preparePrivateTemporaryDirectory();
 
