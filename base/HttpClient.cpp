@@ -297,7 +297,11 @@ void HttpClient::Private::conclude(Exchange &exchange, CURLcode result) {
         if (++exchange.redirects > maxRedirects) {
             return end(exchange, Outcome::Refused);
         }
-        return send(exchange, QUrl::fromEncoded(next));
+        const QUrl target = QUrl::fromEncoded(next);
+        if (target.host() != response.url.host()) {
+            exchange.request.reach = Reach::PublicOnly; // a stranger's word, no longer the user's
+        }
+        return send(exchange, target);
     }
     long status = 0;
     curl_easy_getinfo(exchange.easy, CURLINFO_RESPONSE_CODE, &status);

@@ -14,7 +14,7 @@ namespace vorle {
 /// Which addresses a request may reach.
 enum class Reach {
     PublicOnly, ///< not this machine, nor private, link-local or otherwise reserved networks
-    Anywhere    ///< whatever the user typed
+    Anywhere    ///< whatever the user typed; once redirected to another host, PublicOnly
 };
 
 struct HttpRequest {

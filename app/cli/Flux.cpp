@@ -47,8 +47,7 @@ Task<ExitStatus> flux(Context &context) {
     if (address.isEmpty()) {
         throw Failure(QStringLiteral("« %1 » n’est pas une adresse web.").arg(typed));
     }
-    HttpClient http;
-    Feeds feeds(http, context.app.clock());
+    Feeds &feeds = context.app.feeds();
     FeedShown shown{address.toString(QUrl::FullyEncoded), {}};
     Reach reach = Reach::Anywhere; // the person typed it
     if (!context.arguments.flags.contains(QStringLiteral("direct"))) {

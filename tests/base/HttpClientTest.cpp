@@ -166,6 +166,19 @@ TEST(HttpClient, a_redirect_is_checked_like_the_first_address) {
         server.serve("/a", TestReply::redirect(target));
         EXPECT_EQ(get(client, request(server.url("/a"))).outcome, Outcome::Refused) << target;
     }
+    // What the user typed may lead on within its own host; elsewhere it is a stranger's word.
+    HttpClient guarded;
+    server.serve("/end", TestReply{});
+    server.serve("/back", TestReply::redirect(server.link("/end").toUtf8()));
+    const QByteArray elsewhere = server.link("/back", QStringLiteral("localhost")).toUtf8();
+    for (const auto &[target, outcome] :
+         {std::pair(QByteArray("/end"), Outcome::Answered), {elsewhere, Outcome::Refused}}) {
+        server.serve("/a", TestReply::redirect(target));
+        auto typed = request(server.url("/a"));
+        typed.reach = Reach::Anywhere;
+        EXPECT_EQ(get(guarded, typed).outcome, outcome) << target.constData();
+    }
+    EXPECT_EQ(server.requestCount("/back"), 0);
 }
 
 TEST(HttpClient, the_cap_holds_for_the_decompressed_body) {
