@@ -2,6 +2,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+
 namespace vorle {
 
 namespace {
@@ -23,6 +25,8 @@ quint32 little32(QByteArrayView bytes, qsizetype at) {
 int little24(QByteArrayView bytes, qsizetype at) {
     return little16(bytes, at) | byteAt(bytes, at + 2) << 16;
 }
+
+constexpr QByteArrayView pngSignature("\x89PNG\r\n\x1A\n");
 
 Size ofPng(QByteArrayView bytes) {
     if (bytes.size() < 33 || bytes.sliced(12, 4) != "IHDR") {
@@ -82,31 +86,52 @@ Size ofWebp(QByteArrayView bytes) {
     return std::nullopt;
 }
 
-/// An ICO lists its pictures, 16 bytes each; a side of 0 means 256.
+/// The size of one picture of an ICO: a PNG, or a bitmap whose height counts twice, for its mask.
+/// What has neither header is of the size it is listed with, where a side of 0 means 256.
+Size ofIcoPicture(QByteArrayView picture, int listedWidth, int listedHeight) {
+    if (picture.startsWith(pngSignature)) {
+        return ofPng(picture);
+    }
+    ImageSize size{listedWidth == 0 ? 256 : listedWidth, listedHeight == 0 ? 256 : listedHeight};
+    if (picture.size() >= 12 && little32(picture, 0) >= 40) {
+        const quint32 width = little32(picture, 4);
+        const quint32 height = little32(picture, 8) / 2;
+        constexpr quint32 most = 0x7FFFFFFF;
+        if (width > most) {
+            return std::nullopt;
+        }
+        size.width = std::max(size.width, static_cast<int>(width));
+        size.height = std::max(size.height, static_cast<int>(height));
+    }
+    return size;
+}
+
+/// An ICO lists its pictures, 16 bytes each.
 Size ofIco(QByteArrayView bytes) {
     const int count = bytes.size() < 6 ? 0 : little16(bytes, 4);
-    Size widest;
+    Size all;
     for (int i = 0; i < count; ++i) {
         const qsizetype at = 6 + qsizetype{16} * i;
         if (at + 16 > bytes.size() ||
             quint64{little32(bytes, at + 12)} + little32(bytes, at + 8) > quint64(bytes.size())) {
             return std::nullopt;
         }
-        const auto side = [&](qsizetype where) {
-            const int value = byteAt(bytes, where);
-            return value == 0 ? 256 : value;
-        };
-        if (!widest || side(at) > widest->width) {
-            widest = ImageSize{side(at), side(at + 1)};
+        const Size one =
+            ofIcoPicture(bytes.sliced(little32(bytes, at + 12), little32(bytes, at + 8)),
+                         byteAt(bytes, at), byteAt(bytes, at + 1));
+        if (!one) {
+            return std::nullopt;
         }
+        const ImageSize before = all.value_or(ImageSize{});
+        all = ImageSize{std::max(before.width, one->width), std::max(before.height, one->height)};
     }
-    return widest;
+    return all;
 }
 
 } // namespace
 
 std::optional<ImageSize> imageSize(QByteArrayView bytes) {
-    if (bytes.startsWith("\x89PNG\r\n\x1A\n")) {
+    if (bytes.startsWith(pngSignature)) {
         return ofPng(bytes);
     }
     if (bytes.startsWith("\xFF\xD8\xFF")) {

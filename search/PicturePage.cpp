@@ -3,6 +3,7 @@
 #include "search/HtmlWord.h"
 #include "search/MetaTag.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vorle::html {
@@ -89,14 +90,16 @@ public:
         }
     }
 
-    std::optional<std::string_view> best() const {
+    std::vector<std::string_view> all() const {
+        std::vector<std::string_view> values;
         for (const std::string_view value :
-             {m_after[0], m_before[0], m_after[1], m_before[1], m_links[0], m_links[1]}) {
-            if (!value.empty()) {
-                return value;
+             {m_after[0].empty() ? m_before[0] : m_after[0],
+              m_after[1].empty() ? m_before[1] : m_after[1], m_links[0], m_links[1]}) {
+            if (!value.empty() && std::ranges::find(values, value) == values.end()) {
+                values.push_back(value);
             }
         }
-        return std::nullopt;
+        return values;
     }
 
 private:
@@ -116,7 +119,7 @@ private:
 
 } // namespace
 
-std::optional<std::string_view> announcedPicture(std::string_view page) {
+std::vector<std::string_view> announcedPictures(std::string_view page) {
     page = firstCodePoints(page, searchedCharacters);
     Found found;
     std::size_t metaEnd = 0;
@@ -134,7 +137,7 @@ std::optional<std::string_view> announcedPicture(std::string_view page) {
             linkEnd = tag.end;
         }
     }
-    return found.best();
+    return found.all();
 }
 
 } // namespace vorle::html

@@ -25,26 +25,44 @@ constexpr qint64 maxPageBytes = 1'200'000; // 300,000 characters of at most 4 by
 constexpr qint64 maxPictureBytes = 5'000'000;
 constexpr int smallestSide = 8;
 constexpr int largestSide = 8'192;
+constexpr qint64 mostPixels = qint64{4'096} * 4'096;
 constexpr auto userAgent = "Mozilla/5.0 (Macintosh) vorle";
 
-/// The address of the picture a page names for itself; empty when it names none.
-QString pictureNamed(const HttpResponse &response) {
-    const auto text = decodeText(response.body, response.contentType);
-    const auto found =
-        text ? html::announcedPicture({text->constData(), static_cast<std::size_t>(text->size())})
-             : std::nullopt;
-    if (!found) {
-        return {};
+/// Where the picture of a page may be, the preferred address first: what it names, its site's icon.
+QList<QUrl> addressesFor(const HttpResponse &page) {
+    QList<QUrl> addresses;
+    const auto text =
+        page.ok() ? decodeText(page.body, page.contentType) : std::optional<QByteArray>();
+    if (text) {
+        const std::string_view html(text->constData(), static_cast<std::size_t>(text->size()));
+        for (const std::string_view found : html::announcedPictures(html)) {
+            QString address = QString::fromUtf8(found.data(), static_cast<qsizetype>(found.size()));
+            address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
+            addresses += page.url.resolved(QUrl(address.trimmed()));
+        }
     }
-    QString address = QString::fromUtf8(found->data(), static_cast<qsizetype>(found->size()));
-    return address.replace(QStringLiteral("&amp;"), QStringLiteral("&")).trimmed();
+    return addresses << page.url.resolved(QUrl(QStringLiteral("/favicon.ico")));
+}
+
+/// Whether asking again would give the same: an answer, or an address that is refused.
+bool isFinal(const HttpResponse &response) {
+    return response.outcome == HttpResponse::Outcome::Answered ||
+           response.outcome == HttpResponse::Outcome::Refused;
 }
 
 bool isPicture(const QByteArray &bytes) {
     const auto size = imageSize(bytes);
     return size && std::min(size->width, size->height) >= smallestSide &&
-           std::max(size->width, size->height) <= largestSide;
+           std::max(size->width, size->height) <= largestSide &&
+           qint64{size->width} * size->height <= mostPixels;
 }
+
+/// How a try ended.
+enum class Found {
+    Kept,  ///< it is in the cache
+    None,  ///< there is none, and asking again would not help
+    NotNow ///< no answer came, or the disk refused it
+};
 
 bool keep(const QString &path, const QByteArray &bytes) {
     QSaveFile file(path);
@@ -87,14 +105,14 @@ private:
     };
 
     Task<HttpResponse> get(QUrl url, qint64 maxBytes, CancelToken cancel);
-    Task<bool> fetch(QUrl url, QString file, CancelToken cancel);
-    Task<bool> fetchOfPage(QUrl page, QString file, CancelToken cancel);
+    Task<Found> fetch(QUrl url, QString file, CancelToken cancel);
+    Task<Found> fetchOfPage(QUrl page, QString file, CancelToken cancel);
 
     QPointer<HttpClient> m_http;
     Places m_places;
     Gate m_gate;
     QHash<QString, QList<OneShot>> m_making; ///< who waits, by file
-    QSet<QString> m_failed;
+    QSet<QString> m_none;
 };
 
 Task<HttpResponse> SourceImage::Cache::get(QUrl url, qint64 maxBytes, CancelToken cancel) {
@@ -109,31 +127,37 @@ Task<HttpResponse> SourceImage::Cache::get(QUrl url, qint64 maxBytes, CancelToke
     co_return co_await m_http->get(std::move(request), std::move(cancel));
 }
 
-/// Whether the picture at `url` is now in the cache.
-Task<bool> SourceImage::Cache::fetch(QUrl url, QString file, CancelToken cancel) {
+/// Puts the picture at `url` into the cache.
+Task<Found> SourceImage::Cache::fetch(QUrl url, QString file, CancelToken cancel) {
     const HttpResponse response = co_await get(std::move(url), maxPictureBytes, cancel);
+    if (!isFinal(response)) {
+        co_return Found::NotNow;
+    }
     if (!response.ok() || response.truncated) {
-        co_return false;
+        co_return Found::None;
     }
     co_return co_await onPool([bytes = response.body, target = path(file)] {
-        return isPicture(bytes) && keep(target, bytes);
+        return !isPicture(bytes) ? Found::None : keep(target, bytes) ? Found::Kept : Found::NotNow;
     });
 }
 
-Task<bool> SourceImage::Cache::fetchOfPage(QUrl page, QString file, CancelToken cancel) {
+Task<Found> SourceImage::Cache::fetchOfPage(QUrl page, QString file, CancelToken cancel) {
     const HttpResponse response = co_await get(std::move(page), maxPageBytes, cancel);
     if (response.outcome != HttpResponse::Outcome::Answered) {
-        co_return false; // its favicon would not answer either
+        // Its favicon would not answer either.
+        co_return isFinal(response) ? Found::None : Found::NotNow;
     }
-    if (response.ok()) {
-        const QString named = co_await onPool([response] { return pictureNamed(response); });
-        cancel.throwIfCancelled();
-        if (!named.isEmpty() && co_await fetch(response.url.resolved(QUrl(named)), file, cancel)) {
-            co_return true;
+    const QList<QUrl> addresses = co_await onPool([response] { return addressesFor(response); });
+    cancel.throwIfCancelled();
+    Found all = Found::None;
+    for (const QUrl &address : addresses) {
+        const Found one = co_await fetch(address, file, cancel);
+        if (one == Found::Kept) {
+            co_return one;
         }
+        all = one == Found::NotNow ? one : all;
     }
-    co_return co_await fetch(response.url.resolved(QUrl(QStringLiteral("/favicon.ico"))), file,
-                             cancel);
+    co_return all;
 }
 
 Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> self, QString link,
@@ -161,20 +185,20 @@ Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> 
     if (QFileInfo(self->path(file)).size() > 0) {
         co_return picture;
     }
-    if (self->m_failed.contains(file)) {
+    if (self->m_none.contains(file)) {
         co_return std::nullopt;
     }
     const Making making(*self, file);
     const auto place = co_await self->m_gate.enter(cancel);
-    const bool kept =
+    const Found found =
         repository ? co_await self->fetch(
                          QUrl(self->m_places.cardHost + QStringLiteral("/1") + card), file, cancel)
                    : co_await self->fetchOfPage(QUrl(link), file, cancel);
     cancel.throwIfCancelled();
-    if (!kept) {
-        self->m_failed.insert(file);
+    if (found == Found::None) {
+        self->m_none.insert(file);
     }
-    co_return kept ? std::optional(picture) : std::nullopt;
+    co_return found == Found::Kept ? std::optional(picture) : std::nullopt;
 }
 
 QString SourceImage::defaultCacheFolder() {

@@ -11,13 +11,14 @@
 namespace vorle {
 
 /// Finds a picture for a source and keeps it in the picture cache, so that each is fetched once:
-/// the social card of a GitHub repository, with no page fetched; else the picture the page names
-/// for itself or its icon, else (or when that is no picture) the site's favicon. All links into
-/// one repository share its card, and all spellings of one link their picture.
+/// the social card of a GitHub repository, with no page fetched; else, of the pictures the page
+/// names for itself, its icons and the site's favicon, the first that is one. All links into one
+/// repository share its card, and all spellings of one link their picture.
 ///
 /// Pictures come from strangers: nothing is decoded here. A file is kept only when its first bytes
 /// are those of a PNG, JPEG, GIF, WebP or ICO, its header gives both sides between 8 and 8,192
-/// pixels, and it has at most 5,000,000 bytes. SVG, being a program of sorts, is never kept.
+/// pixels and at most 16,777,216 pixels in all, and it has at most 5,000,000 bytes. SVG, being a
+/// program of sorts, is never kept.
 ///
 /// Main thread; at most 8 sources at a time. May be deleted while pictures are under way: they go
 /// on by themselves, and end without a picture when the client is gone.
@@ -39,8 +40,9 @@ public:
     SourceImage &operator=(const SourceImage &) = delete;
 
     /// The picture of a source: its link, and the name of its file in the cache folder. Nothing
-    /// when there is none to be had, which is remembered while the program runs. Never throws for
-    /// what the network or the disk does. @throws Cancelled
+    /// when there is none to be had, which is remembered while the program runs, or when no answer
+    /// came or the disk refused it, which is not. Never throws for what the network or the disk
+    /// does. @throws Cancelled
     Task<std::optional<Picture>> picture(QString link, CancelToken cancel = {});
 
     /// Where a picture's file lies; what it names may have been cleared away meanwhile.

@@ -54,14 +54,14 @@ QByteArray webp(const QByteArray &form, const QByteArray &header) {
     return "RIFF" + little<quint32>(40) + "WEBP" + form + little<quint32>(20) + header + zeros(12);
 }
 
-QByteArray ico(const QByteArray &sides) { // one byte a picture, square
+QByteArray ico(const QByteArray &sides, const QByteArray &picture = "data") { // a byte a picture
     const int count = static_cast<int>(sides.size());
     QByteArray bytes = zeros(2) + little<quint16>(1) + little(static_cast<quint16>(count));
     for (const char side : sides) {
-        bytes += QByteArray(2, side) + zeros(6) + little<quint32>(4) +
+        bytes += QByteArray(2, side) + zeros(6) + little(static_cast<quint32>(picture.size())) +
                  little(static_cast<quint32>(6 + 16 * count));
     }
-    return bytes + "data";
+    return bytes + picture;
 }
 
 TEST(SourceImage, sizes_are_read_from_headers_alone) {
@@ -75,6 +75,10 @@ TEST(SourceImage, sizes_are_read_from_headers_alone) {
         {webp("VP8L", "\x2F" + little<quint32>(299 | 199 << 14)), {300, 200}},
         {webp("VP8X", zeros(4) + QByteArray("\x2B\x01\x00\xC7\x00\x00", 6)), {300, 200}},
         {ico(QByteArray("\x10\x00\x20", 3)), {256, 256}},
+        // What an ICO's list says of a picture is not what its picture is.
+        {ico("\x10", png(9'000, 20)), {9'000, 20}},
+        {ico("\x10", little<quint32>(40) + little<quint32>(9'000) + little<quint32>(40)),
+         {9'000, 20}},
     };
     for (const auto &[bytes, size] : cases) {
         EXPECT_EQ(imageSize(bytes), size) << bytes.left(16).toPercentEncoding().constData();
@@ -117,8 +121,12 @@ TEST(SourceImage, the_picture_a_page_names) {
          "o"},
     };
     for (const auto &[page, picture] : cases) {
-        EXPECT_EQ(html::announcedPicture(page).value_or(""), picture) << page.substr(0, 200);
+        const auto found = html::announcedPictures(page);
+        EXPECT_EQ(found.empty() ? "" : found.front(), picture) << page.substr(0, 200);
     }
+    EXPECT_EQ(html::announcedPictures(R"(<link rel="icon" href="i"><meta name="twitter:image"
+        content="o"><meta content="o" property="og:image"><link rel="apple-touch-icon" href="a">)"),
+              (std::vector<std::string_view>{"o", "a", "i"}));
     // Linear whatever the page holds; a quadratic reading would take minutes.
     for (const char *piece : {"<link ", "<link rel=\"", "<meta content='\"", "<link rel='icon'>",
                               "<meta property=\"og:image\" content=\"\">", "<", "<link rel=\"a>"}) {
@@ -126,7 +134,7 @@ TEST(SourceImage, the_picture_a_page_names) {
         while (page.size() < 1'200'000) {
             page += piece;
         }
-        EXPECT_FALSE(html::announcedPicture(page)) << piece;
+        EXPECT_TRUE(html::announcedPictures(page).empty()) << piece;
     }
 }
 
@@ -194,24 +202,33 @@ TEST_F(SourceImageTest, what_is_no_picture_leaves_the_card_without_or_with_the_f
     server.serve("/large", large);
     server.serve("/tiny", image(png(7, 100)));
     server.serve("/huge", image(png(8'193, 100)));
+    server.serve("/vast", image(png(8'000, 8'000)));
     server.serve("/svg", image("<svg xmlns='http://www.w3.org/2000/svg' width='90' height='90'/>"));
     TestReply lying = TestReply::page("<html>no</html>");
     lying.contentType = "image/png";
     server.serve("/lying", lying);
     for (const QByteArray &named :
-         {"/large", "/tiny", "/huge", "/svg", "/lying", "/absent", "http://10.0.0.1/x.png",
+         {"/large", "/tiny", "/huge", "/vast", "/svg", "/lying", "/absent", "http://10.0.0.1/x.png",
           "data:image/png;base64,iVBORw0KGgo=", "file:///etc/passwd", ""}) {
         const QByteArray path = "/page" + named.toHex();
         server.serve(path, TestReply::page("<meta property='og:image' content='" + named + "'>"));
         EXPECT_EQ(kept(test::waitFor(source->picture(server.link(path)))), ico("\x20"))
             << named.constData();
     }
+    server.serve("/next", TestReply::page("<link rel='icon' href='/pic.png'><meta "
+                                          "property='og:image' content='/svg'>"));
+    EXPECT_EQ(kept(test::waitFor(source->picture(server.link("/next")))), png(600, 400));
     server.serve("/favicon.ico", TestReply::page("<html>"));
     server.serve("/bare", TestReply::page("nothing named"));
     EXPECT_FALSE(test::waitFor(source->picture(server.link("/bare"))));
     const auto asked = server.requests().size();
     EXPECT_FALSE(test::waitFor(source->picture(server.link("/bare")))) << "remembered";
     EXPECT_EQ(server.requests().size(), asked);
+    // What gave no answer may give one later.
+    server.serve("/late", TestReply::shaped(TestReply::Shape::Raw, "no HTTP"));
+    EXPECT_FALSE(test::waitFor(source->picture(server.link("/late"))));
+    server.serve("/late", TestReply::page("<meta property='og:image' content='/pic.png'>"));
+    EXPECT_EQ(kept(test::waitFor(source->picture(server.link("/late")))), png(600, 400));
     EXPECT_FALSE(test::waitFor(source->picture(QStringLiteral("ftp://a/b"))));
     EXPECT_FALSE(test::waitFor(source->picture(QStringLiteral("http://127.0.0.1:1/"))));
     EXPECT_FALSE(test::waitFor(source->picture(QStringLiteral("http://192.168.0.1/"))));
