@@ -65,6 +65,15 @@ QString tidied(QStringView text) {
     return out;
 }
 
+/// The first `characters` of a text; fewer when those take more bytes than any writing does.
+QStringView bounded(QStringView text, qsizetype characters) {
+    const QStringView kept = firstCharacters(text, characters);
+    const QStringView fitting = utf8Prefix(kept, characters * bytesPerCharacter);
+    // What was cut may have been cut within a character.
+    return fitting.size() == kept.size() ? kept
+                                         : fitting.chopped(lastCharacters(fitting, 1).size());
+}
+
 /// The first keptCharacters of a body. `upTo(n)` gives about its first n bytes; what lies further
 /// is looked at only when those hold fewer characters.
 template <class UpTo, class Clean>
@@ -72,7 +81,7 @@ QString keptText(UpTo upTo, Clean clean) {
     for (std::size_t window = firstWindow;; window *= 4) {
         const html::Beginning piece = upTo(window);
         const QString text = clean(textOf(piece.text));
-        const QStringView kept = firstCharacters(text, keptCharacters);
+        const QStringView kept = bounded(text, keptCharacters);
         if (piece.whole || kept.size() < text.size()) {
             return kept.toString();
         }
@@ -83,8 +92,9 @@ std::optional<QString> line(std::optional<std::string_view> html) {
     if (!html) {
         return std::nullopt;
     }
-    QString text = tidied(decodeEntities(textOf(*html)));
-    return text.isEmpty() ? std::nullopt : std::optional(std::move(text));
+    const QString text = tidied(decodeEntities(textOf(*html)));
+    const QStringView kept = bounded(text, lineCharacters);
+    return kept.isEmpty() ? std::nullopt : std::optional(kept.toString());
 }
 
 bool isReadable(QStringView text) {
@@ -151,15 +161,18 @@ PageText readHtml(const QByteArray &utf8, PageExtent extent) {
     return page;
 }
 
-/// The type alone, in lower case: "text/html".
-QByteArray mediaType(QByteArrayView contentType) {
-    const auto end = std::find(contentType.begin(), contentType.end(), ';');
-    return QByteArray(contentType.data(), end - contentType.begin()).trimmed().toLower();
-}
-
-bool isText(const QByteArray &type) {
-    return type.isEmpty() || type.startsWith("text/") ||
-           (type.startsWith("application/") && (type.contains("xml") || type.contains("json")));
+/// Types that name no text. Of any other the bytes decide: servers send text under many names.
+bool isMedia(const QByteArray &type) {
+    static constexpr std::array<QByteArrayView, 5> families{"image/", "audio/", "video/", "font/",
+                                                            "model/"};
+    static constexpr std::array<QByteArrayView, 4> packed{"pdf", "zip", "compressed",
+                                                          "officedocument"};
+    const QByteArrayView name =
+        QByteArrayView(type).first(std::find(type.begin(), type.end(), ';') - type.begin());
+    return std::ranges::any_of(families,
+                               [&](QByteArrayView family) { return name.startsWith(family); }) ||
+           (name.startsWith("application/") &&
+            std::ranges::any_of(packed, [&](QByteArrayView word) { return name.contains(word); }));
 }
 
 } // namespace
@@ -169,19 +182,19 @@ PageText extractPage(QByteArrayView bytes, QByteArrayView contentType, PageExten
         bytes = bytes.first(pageByteLimit);
         extent = PageExtent::Cut;
     }
-    const QByteArray type = mediaType(contentType);
-    if (!isText(type) || bytes.startsWith("%PDF-")) {
+    const QByteArray type = contentType.toByteArray().trimmed().toLower();
+    if (isMedia(type) || bytes.startsWith("%PDF-")) {
         return {};
     }
     const std::optional<QByteArray> text = decodeText(bytes, contentType);
     if (!text) {
         return {};
     }
-    const bool plain = type == "text/plain" || type == "text/markdown";
+    const bool plain = type.startsWith("text/plain") || type.startsWith("text/markdown");
     return plain ? readPlain(*text, extent) : readHtml(*text, extent);
 }
 
-QStringList versionStrings(QStringView text) {
+QList<VersionSpan> versionSpans(QStringView text) {
     const auto digitsFrom = [&](qsizetype at) {
         while (at < text.size() && text[at] >= u'0' && text[at] <= u'9') {
             ++at;
@@ -194,7 +207,7 @@ QStringList versionStrings(QStringView text) {
         return end > at + 1 ? end : at;
     };
     const auto isWordCharacter = [](QChar c) { return c < u'\u0080' && c.isLetterOrNumber(); };
-    QStringList versions;
+    QList<VersionSpan> spans;
     for (qsizetype at = 0; at < text.size();) {
         const qsizetype major = digitsFrom(at);
         if (major == at) {
@@ -213,8 +226,16 @@ QStringList versionStrings(QStringView text) {
                 ++end;
             }
         }
-        versions.append(text.sliced(at, end - at).toString());
+        spans.append({at, end});
         at = end;
+    }
+    return spans;
+}
+
+QStringList versionStrings(QStringView text) {
+    QStringList versions;
+    for (const auto &[begin, end] : versionSpans(text)) {
+        versions.append(text.sliced(begin, end - begin).toString());
     }
     return versions;
 }

@@ -3,6 +3,7 @@
 #include "core/Judgment.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -16,12 +17,19 @@ inline constexpr qsizetype pageByteLimit = 3'000'000;
 inline constexpr qsizetype readableCharacters = 600;
 /// The most characters (as a reader sees them) of a body that are kept.
 inline constexpr qsizetype keptCharacters = 8'000;
+/// The most characters (as a reader sees them) of a title or a description that are kept.
+inline constexpr qsizetype lineCharacters = 2'000;
+/// The most bytes a kept character takes on average. No writing comes near it: what does piles up
+/// marks on its letters, of which one character holds as many as it likes.
+inline constexpr qsizetype bytesPerCharacter = 32;
 
 /// What a page says. A blank title or description is no title or description.
 struct PageText {
-    std::optional<QString> title;
-    std::optional<QString> description;
-    QByteArray text; ///< the body in UTF-8, at most keptCharacters; empty unless it was read
+    std::optional<QString> title;       ///< at most lineCharacters
+    std::optional<QString> description; ///< at most lineCharacters
+    /// The body in UTF-8, at most keptCharacters. Empty unless it was read, but for plain text: of
+    /// a short one, which has no title to be known by, it is all there is.
+    QByteArray text;
     ReadLevel level = ReadLevel::None;
 
     bool operator==(const PageText &) const = default;
@@ -45,7 +53,14 @@ enum class PageExtent {
 PageText extractPage(QByteArrayView bytes, QByteArrayView contentType,
                      PageExtent extent = PageExtent::Whole);
 
-/// The version numbers in a text, in order: "1.2", "1.2.3", "1.2.3-beta1".
+/// Where a version number stands in a text.
+struct VersionSpan {
+    qsizetype begin;
+    qsizetype end;
+};
+
+/// The version numbers in a text, in order: "1.2", "1.2.3", "1.2.3-beta1". No two overlap.
+QList<VersionSpan> versionSpans(QStringView text);
 QStringList versionStrings(QStringView text);
 
 } // namespace vorle

@@ -27,18 +27,17 @@ bool isVersionCharacter(QChar c) {
 /// without its full stop. What is part of something longer ("1.2.x", "a1.2") is no version.
 QList<Sighting> sightings(QStringView text) {
     QList<Sighting> found;
-    qsizetype from = 0;
-    for (const QString &version : versionStrings(text)) {
-        const qsizetype at = text.indexOf(version, from);
-        from = at + version.size();
-        if (!found.isEmpty() && at < found.last().end) {
+    qsizetype passed = 0; // up to here all belongs to what was looked at
+    for (const auto &[at, firstEnd] : versionSpans(text)) {
+        if (at < passed) {
             continue;
         }
-        while (from < text.size() && isVersionCharacter(text[from])) {
-            ++from;
+        passed = firstEnd;
+        while (passed < text.size() && isVersionCharacter(text[passed])) {
+            ++passed;
         }
-        qsizetype end = from;
-        while (end > at && !text[end - 1].isLetterOrNumber()) {
+        qsizetype end = passed;
+        while (!text[end - 1].isLetterOrNumber()) { // a version's own last character is one
             --end;
         }
         qsizetype begin = at;

@@ -100,6 +100,18 @@ TEST(PageText, at_most_eight_thousand_characters_are_kept_and_none_is_cut) {
                       QString::fromUtf8(extractPage(unit.repeated(20'000), "text/plain").text)),
                   8'000);
     }
+    EXPECT_EQ(html("<title>" + text(1'400'000) + "</title>").title->size(), lineCharacters);
+    // A character may hold any number of marks: bytes are bounded too.
+    const QByteArray marked = "a" + QByteArray("\u0301").repeated(100);
+    const PageText piled =
+        html("<title>" + marked.repeated(4'000) + "</title><meta content='" +
+             marked.repeated(4'000) + "' name='description'>" + marked.repeated(4'000));
+    for (const QString &kept : {*piled.title, *piled.description, QString::fromUtf8(piled.text)}) {
+        EXPECT_LE(kept.toUtf8().size(), keptCharacters * bytesPerCharacter);
+        EXPECT_EQ(kept.size() % 101, 0) << "none is cut";
+        EXPECT_GT(kept.size(), 100);
+    }
+    EXPECT_EQ(piled.level, ReadLevel::Full);
     // A page that begins with a long stretch of nothing is looked at further on.
     const PageText late = html("<p> </p>" + QByteArray("<i> </i>\n").repeated(100'000) + text(700));
     EXPECT_EQ(late.text, text(700));
@@ -142,8 +154,8 @@ TEST(PageText, the_charset_is_found_where_the_page_says_it) {
 
 TEST(PageText, what_is_no_text_reads_as_nothing) {
     const QByteArray page = "<title>T</title>" + text(700);
-    for (const char *type : {"image/png", "image/svg+xml", "application/pdf", "application/zip",
-                             "application/octet-stream", "video/mp4", "font/woff2"}) {
+    for (const char *type : {"image/png", "image/svg+xml", "application/pdf", "application/x-gzip",
+                             "Video/MP4; codecs=x", "font/woff2"}) {
         EXPECT_EQ(extractPage(page, type), PageText()) << type;
     }
     for (const char *type : {"", "text/html", "text/plain"}) {
@@ -153,7 +165,12 @@ TEST(PageText, what_is_no_text_reads_as_nothing) {
     }
     const PageText trailing = html(text(2'000) + QByteArray(3, '\0'));
     EXPECT_EQ(trailing.text, text(2'000)) << "a server that sends its buffer's end along";
-    EXPECT_EQ(extractPage(page, "application/json").level, ReadLevel::Full);
+    // Under whatever name else, it is what its bytes are.
+    for (const char *type : {"application/json", "application/octet-stream", "application/x-yaml",
+                             "html", "text/html charset=utf-8"}) {
+        EXPECT_EQ(extractPage(page, type).level, ReadLevel::Full) << type;
+    }
+    EXPECT_EQ(extractPage("<b>", "text/plain charset=utf-8").text, "<b>");
 }
 
 TEST(PageText, scanners_give_what_the_patterns_give) {

@@ -85,6 +85,8 @@ TEST(Version, a_page_tells_the_version_it_announces_or_none) {
         {"@babel/core", "7.1.0", "Kotlin Core 8.2 released", "", ""},
         {"next", "14.0.0", "From Next.js 14.1 to Next.js 15.0", "", ""},
         {"vite", "5.0.0", "Vite 6.x roadmap", "", ""},
+        {"php", "7.4.0", "PHP7.4.1-8.0.2", "", ""},
+        {"react", "18.0.0", "Foo a1.2.3-4.5.6 and React 19.1.0", "", "19.1.0"},
         {"zod", "3.22.0", "Validation at the edge", "Zod 4.0 is out", ""},
         {"zod", "main", "Zod 4.0", "", ""},
         // A changelog, newest first.
@@ -105,6 +107,12 @@ TEST(Version, a_page_tells_the_version_it_announces_or_none) {
     }
     EXPECT_EQ(versionNews(QStringLiteral("zod"), {}, QStringLiteral("Zod 4.0"), u"4.0"),
               VersionNews());
+    // Linear, or this never ends.
+    for (const QStringView piece : {u"PHP7.4.1-8.0.2 ", u"1.2.", u"a1.2+", u"zod v"}) {
+        const QString title = piece.toString().repeated(2'000'000 / piece.size());
+        EXPECT_FALSE(
+            versionNews(QStringLiteral("zod"), QStringLiteral("1.0"), title, u"").notNewer);
+    }
 }
 
 } // namespace

@@ -55,7 +55,8 @@ std::optional<QString> metaValue(const QString &html, const QString &key) {
 
 std::optional<QString> line(const std::optional<QString> &html) {
     const QString text = cleaned(html.value_or(QString()));
-    return text.isEmpty() ? std::nullopt : std::optional(text);
+    return text.isEmpty() ? std::nullopt
+                          : std::optional(firstCharacters(text, lineCharacters).toString());
 }
 
 QString body(QString page) {
