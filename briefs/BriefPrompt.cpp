@@ -18,10 +18,10 @@ constexpr qsizetype noteCharacters = 500;
 constexpr qsizetype mostSources = 5;
 constexpr qsizetype sourceCharacters = 200;
 constexpr qsizetype linkBytes = 500;
-/// As much as a run keeps of a page; the bytes bound what characters of any size may take. French
-/// takes some 8,500 bytes, Chinese 24,000.
+/// As much as a run keeps of a page; the bytes bound what characters of any size may take of a
+/// prompt. French takes some 8,500, Chinese 24,000.
 constexpr qsizetype textCharacters = 8'000;
-constexpr qsizetype textBytes = 32'000;
+constexpr qsizetype textBytes = 40'000;
 
 /// "Label: value" on a line of its own; nothing for an empty value.
 QString line(const QString &label, const QString &value, qsizetype maxCharacters) {
@@ -93,8 +93,9 @@ QString readText(const Topic &topic) {
     const QString text =
         defused(firstCharacters(utf8Prefix(trimmed(whole), textBytes), textCharacters).toString());
     const QString fence = QStringLiteral("\"\"\"");
-    return text.isEmpty() ? QStringLiteral("(nothing could be read: search the web for it)")
-                          : fence + u'\n' + text + u'\n' + fence;
+    return trimmed(text).isEmpty()
+               ? QStringLiteral("(nothing could be read: search the web for it)")
+               : fence + u'\n' + promptPrefix(text, textBytes).toString() + u'\n' + fence;
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "agents/PromptText.h"
 #include "base/AddressRules.h"
 #include "base/MainThread.h"
+#include "base/SystemErrorText.h"
 #include "base/Text.h"
 #include "briefs/BriefPrompt.h"
 #include "core/Preferences.h"
@@ -92,6 +93,8 @@ QList<Brief::Source> heldSources(const QList<Brief::Source> &sources) {
 
 } // namespace
 
+QString codePartTitle() { return QCoreApplication::translate("BriefWriter", "Exemple de code"); }
+
 std::optional<Brief> briefFrom(const BriefWriter::Output &output) {
     Brief brief;
     brief.essentials = heldParts(output.essentials, mostEssentials);
@@ -101,7 +104,7 @@ std::optional<Brief> briefFrom(const BriefWriter::Output &output) {
     brief.details = heldParts(output.details, mostDetails);
     const QString code = heldLines(withoutFence(output.code.value_or(QString())), codeCharacters);
     if (!code.isEmpty()) {
-        brief.details += {QCoreApplication::translate("BriefWriter", "Exemple de code"), code};
+        brief.details += {codePartTitle(), code};
     }
     const QString project = heldText(output.forProject.value_or(QString()), bodyCharacters);
     if (!project.isEmpty()) {
@@ -182,9 +185,10 @@ Task<> BriefWriter::work() {
             // Told by whoever withdrew the topic.
         } catch (const AgentError &error) {
             failure = error.text();
+        } catch (const std::system_error &error) {
+            failure = systemRefusalText(error);
         } catch (const std::exception &error) {
-            failure = QCoreApplication::translate("BriefWriter", "Le système a refusé : %1")
-                          .arg(QString::fromLocal8Bit(error.what()));
+            failure = QString::fromUtf8(error.what());
         }
         if (!self) {
             co_return;

@@ -106,6 +106,10 @@ private:
     QHash<QUuid, Receipt> m_receipts;
 };
 
+/// What the detail made of an answer's "code" is called, by which a screen knows to show it as
+/// code.
+QString codePartTitle();
+
 /// The note in an answer, its lists and texts held to what a screen can show: "code" becomes the
 /// last of the details, only http(s) links stay, each once, and an empty part goes. Nothing when no
 /// essential part is left: a note that says nothing is none.

@@ -1,51 +1,52 @@
 #include "app/cli/BriefPage.h"
 
 #include "app/TopicLabels.h"
+#include "briefs/BriefWriter.h"
 
 namespace vorle::cli {
 
 namespace {
 
 constexpr int margin = 2;
-constexpr int pointMargin = 4;
+constexpr int bodyMargin = 4;
 
-/// Lines are kept, each with its own indentation: code reads as code.
-QString laidOut(const Console &console, const QString &text, int indent) {
-    QStringList lines;
+QString lines(const Console &console, const QString &text, int indent) {
+    QStringList out;
     for (const QString &line : text.split(u'\n')) {
-        int blanks = 0;
-        for (const QChar c : line) {
-            if (c != u' ' && c != u'\t') {
-                break;
-            }
-            blanks += c == u'\t' ? 4 : 1;
-        }
-        lines += line.trimmed().isEmpty()
-                     ? QString()
-                     : console.wrapped(line.trimmed(), indent + std::min(blanks, 20));
+        out += console.wrapped(line, indent);
     }
-    return lines.join(u'\n');
+    return out.join(u'\n');
+}
+
+/// Code is not wrapped, nor its blanks touched: it may be copied.
+QString codeLines(const Console &console, const QString &code) {
+    QStringList out;
+    for (const QString &line : code.split(u'\n')) {
+        out += QString(bodyMargin, u' ') + console.plain(line);
+    }
+    return out.join(u'\n');
 }
 
 QString partText(const Console &console, const Brief::Part &part) {
-    QStringList lines;
+    QStringList out;
     if (!part.title.isEmpty()) {
-        lines += console.bold(console.wrapped(part.title, margin));
+        out += console.bold(console.wrapped(part.title, margin));
     }
     if (!part.body.isEmpty()) {
-        lines += laidOut(console, part.body, margin);
+        out += part.title == codePartTitle() ? codeLines(console, part.body)
+                                             : lines(console, part.body, bodyMargin);
     }
-    return lines.join(u'\n');
+    return out.join(u'\n');
 }
 
 QString sourceText(const Console &console, const Brief::Source &source) {
-    QStringList lines{console.bold(
+    QStringList out{console.bold(
         console.wrapped(source.title.isEmpty() ? QStringLiteral("Source") : source.title, margin))};
     if (!source.adds.isEmpty()) {
-        lines += console.wrapped(source.adds, margin);
+        out += console.wrapped(source.adds, bodyMargin);
     }
-    lines += QString(margin, u' ') + console.faint(source.url);
-    return lines.join(u'\n');
+    out += QString(bodyMargin, u' ') + console.faint(source.url);
+    return out.join(u'\n');
 }
 
 } // namespace
@@ -76,11 +77,11 @@ QString briefPage(const Console &console, const Topic &topic, std::optional<int>
     if (brief.project) {
         const QString project = topic.project.value_or(QString()).simplified();
         section(QStringLiteral("Pour ") + (project.isEmpty() ? QStringLiteral("toi") : project),
-                {laidOut(console, *brief.project, margin)});
+                {lines(console, *brief.project, margin)});
     }
     QStringList points;
     for (const QString &point : brief.unclear) {
-        points += QStringLiteral("  · ") + console.wrapped(point, pointMargin).trimmed();
+        points += QStringLiteral("  · ") + console.wrapped(point, bodyMargin).trimmed();
     }
     section(QStringLiteral("Ce qui reste flou"),
             points.isEmpty() ? QStringList() : QStringList{points.join(u'\n')});
