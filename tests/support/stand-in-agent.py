@@ -7,9 +7,10 @@ Called with the real command line. Reads scenario.json in its home:
   "judge":      "ok", "fail", "fail-once", "hang", "prose" or "silent" (judges nobody)
   "dig":        what each unreadable link gives, by a text found in its block: {"url", "title",
                 "what"}; the others are not found
+  "brief":      the whole answer to a reading note, or "fail", "prose" or "hang"
   "seconds":    how long each judgment takes
-Every call is noted in calls.log: "candidates", "judge" or "dig", then the process identity; its
-prompt in prompts.log.
+Every call is noted in calls.log: "candidates", "judge", "dig" or "brief", then the process identity;
+its prompt in prompts.log.
 """
 import json
 import os
@@ -53,8 +54,8 @@ def main():
     scenario = json.loads((home / "scenario.json").read_text())
     prompt = sys.argv[sys.argv.index("-p") + 1]
     schema = sys.argv[sys.argv.index("--json-schema") + 1]
-    step = next((name for name, key in {"judge": '"judgments"', "dig": '"results"'}.items()
-                 if key in schema), "candidates")
+    steps = {"judge": '"judgments"', "dig": '"results"', "brief": '"essentials"'}
+    step = next((name for name, key in steps.items() if key in schema), "candidates")
     with open(home / "calls.log", "a") as log:
         log.write(f"{step} {os.getpid()}\n")
     with open(home / "prompts.log", "a") as log:
@@ -62,6 +63,8 @@ def main():
     plan = "ok"
     if step == "dig":
         answer = {"results": dug(prompt, scenario.get("dig", {}))}
+    elif step == "brief":
+        plan = answer = scenario["brief"]
     elif step == "judge":
         plan = scenario.get("judge", "ok")
         time.sleep(scenario.get("seconds", 0))
