@@ -36,8 +36,10 @@ bool soonerInProgram(const Topic &a, const Topic &b) {
 }
 
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &)) {
-    std::ranges::stable_sort(
-        topics, [before](const TopicPtr &a, const TopicPtr &b) { return before(*a, *b); });
+    const auto sooner = [before](const TopicPtr &a, const TopicPtr &b) { return before(*a, *b); };
+    if (!std::ranges::is_sorted(topics, sooner)) { // often it is: lists are kept in their order
+        std::ranges::stable_sort(topics, sooner);
+    }
     return topics;
 }
 

@@ -2,6 +2,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 namespace vorle {
 
 ProgramBudget::ProgramBudget(TopicStore &store, const Preferences &preferences, const Clock &clock,
@@ -37,23 +39,48 @@ void ProgramBudget::refresh() {
 void ProgramBudget::load() {
     m_week = calendarWeek(m_clock.now(), QLocale(), m_zone);
     m_counted.clear();
+    m_kept.clear();
     for (const TopicPtr &topic : m_store.topics()) {
-        note(topic);
+        if (counts(*topic)) {
+            m_counted.insert(topic->id, topic);
+            if (topic->status == TopicStatus::Program) {
+                m_kept.append(topic);
+            }
+        }
     }
+    m_kept = ordered(std::move(m_kept), soonerInProgram);
     compute();
+}
+
+bool ProgramBudget::counts(const Topic &topic) const {
+    return topic.status == TopicStatus::Program ||
+           (topic.status == TopicStatus::Done && topic.doneAt && m_week.contains(*topic.doneAt));
+}
+
+/// The program's order; topics it holds equal keep the store's.
+bool ProgramBudget::before(const TopicPtr &a, const TopicPtr &b) const {
+    return soonerInProgram(*a, *b) ||
+           (!soonerInProgram(*b, *a) && m_store.position(a->id) < m_store.position(b->id));
 }
 
 /// Takes a topic's present state in. Whether it counts, or counted before.
 bool ProgramBudget::note(const TopicPtr &topic) {
-    const qsizetype position = m_store.position(topic->id);
-    const bool kept = topic->status == TopicStatus::Program;
-    const bool doneNow =
-        topic->status == TopicStatus::Done && topic->doneAt && m_week.contains(*topic->doneAt);
-    if (kept || doneNow) {
-        m_counted.insert(position, topic);
-        return true;
+    const auto placeOf = [this](const TopicPtr &which) {
+        return std::ranges::lower_bound(
+            m_kept, which, [this](const TopicPtr &a, const TopicPtr &b) { return before(a, b); });
+    };
+    const TopicPtr old = m_counted.take(topic->id);
+    if (old && old->status == TopicStatus::Program) {
+        m_kept.erase(placeOf(old));
     }
-    return m_counted.remove(position) > 0;
+    if (!counts(*topic)) {
+        return old != nullptr;
+    }
+    m_counted.insert(topic->id, topic);
+    if (topic->status == TopicStatus::Program) {
+        m_kept.insert(placeOf(topic), topic);
+    }
+    return true;
 }
 
 void ProgramBudget::follow(const QUuid &id) {
@@ -66,7 +93,14 @@ void ProgramBudget::follow(const QUuid &id) {
 }
 
 void ProgramBudget::compute() {
-    m_program = weekProgram(m_counted.values(), m_preferences.settings().weeklyMinutes, m_week);
+    // In its order already, the program is not sorted again.
+    QList<TopicPtr> topics = m_kept;
+    for (const TopicPtr &topic : std::as_const(m_counted)) {
+        if (topic->status == TopicStatus::Done) {
+            topics.append(topic);
+        }
+    }
+    m_program = weekProgram(topics, m_preferences.settings().weeklyMinutes, m_week);
     QSet<QUuid> waiting;
     for (const TopicPtr &topic : std::as_const(m_program.waits)) {
         waiting.insert(topic->id);

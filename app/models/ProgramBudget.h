@@ -4,7 +4,8 @@
 #include "core/Preferences.h"
 #include "core/WeekProgram.h"
 
-#include <QMap>
+#include <QHash>
+#include <QList>
 #include <QObject>
 #include <QTimeZone>
 #include <QtQml/qqmlregistration.h>
@@ -49,6 +50,8 @@ Q_SIGNALS:
 private:
     void load();
     void follow(const QUuid &id);
+    bool counts(const Topic &topic) const;
+    bool before(const TopicPtr &a, const TopicPtr &b) const;
     bool note(const TopicPtr &topic);
     void compute();
 
@@ -58,7 +61,8 @@ private:
     TopicListModel &m_list;
     QTimeZone m_zone;
     Period m_week;
-    QMap<qsizetype, TopicPtr> m_counted; // by place in the store
+    QList<TopicPtr> m_kept;           // in the program's order
+    QHash<QUuid, TopicPtr> m_counted; // these again, and what was done this week
     WeekProgram m_program;
 };
 

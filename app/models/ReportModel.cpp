@@ -52,7 +52,11 @@ QVariantList scopesOf(const RunReport &report) {
 }
 
 QStringList noticesOf(const RunReport &report) {
-    QStringList notices = report.warnings;
+    QStringList notices;
+    if (report.failed) {
+        notices += *report.failed;
+    }
+    notices += report.warnings;
     for (const FeedTrouble &feed : report.feeds) {
         notices += ReportModel::tr("%1 : %2").arg(feed.site, feed.problem);
     }
@@ -116,6 +120,8 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const {
         return noticesOf(report);
     case Stopped:
         return report.cancelled;
+    case Failed:
+        return report.failed.has_value();
     default:
         return {};
     }
@@ -123,7 +129,8 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const {
 
 QHash<int, QByteArray> ReportModel::roleNames() const {
     return {{DateText, "dateText"}, {AddedText, "addedText"}, {FactsText, "factsText"},
-            {Scopes, "scopes"},     {Notices, "notices"},     {Stopped, "stopped"}};
+            {Scopes, "scopes"},     {Notices, "notices"},     {Stopped, "stopped"},
+            {Failed, "failed"}};
 }
 
 } // namespace vorle

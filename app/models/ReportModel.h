@@ -23,7 +23,8 @@ public:
         FactsText,               ///< "48 liens trouvés · 40 pages lues · 3 min 20 s · 0,42 $"
         Scopes,                  ///< list of {name, text, failed}
         Notices,                 ///< list of strings: warnings, sites without news, what had none
-        Stopped                  ///< bool, the run was stopped by hand
+        Stopped,                 ///< bool, the run was stopped by hand
+        Failed                   ///< bool, nothing came of it; the notices say why
     };
     Q_ENUM(Role)
 

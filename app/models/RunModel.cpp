@@ -1,6 +1,5 @@
 #include "app/models/RunModel.h"
 
-#include "agents/AgentError.h"
 #include "app/models/Wording.h"
 
 #include <algorithm>
@@ -55,6 +54,8 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &
     , m_clock(clock)
     , m_zone(std::move(zone)) {
     connect(&engine, &SearchEngine::progressed, this, &RunModel::take);
+    connect(&engine, &SearchEngine::failed, this,
+            [this](const RunFailure &failure) { m_failure = failure; });
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"schedule" || key == u"lastSearch") {
             Q_EMIT scheduleChanged();
@@ -74,7 +75,8 @@ void RunModel::start() {
     m_part = 0;
     m_progress = {};
     m_result.clear();
-    m_error.clear();
+    m_notice = {};
+    m_failure.reset();
     Q_EMIT progressChanged();
     Q_EMIT outcomeChanged();
     Q_EMIT scheduleChanged();
@@ -84,34 +86,35 @@ void RunModel::start() {
 /// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
 Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel) {
     QString result;
-    QString error;
+    FailureNotice notice;
     try {
         const RunReport report = co_await engine.run(cancel);
         result = resultText(report);
         if (!report.saved) {
-            error = tr("Les sujets n’ont pas pu être enregistrés.");
+            notice.text = tr("Les sujets n’ont pas pu être enregistrés.");
         }
     } catch (const Cancelled &) {
         RunReport nothing;
         nothing.cancelled = true;
         result = resultText(nothing);
     } catch (const RunRefused &refusal) {
-        error = refusal.text();
-    } catch (const std::exception &failure) {
-        error = runFailure(failure, {}).text;
+        notice.text = refusal.text();
+    } catch (const std::exception &error) {
+        // The engine knows which agent was asked.
+        notice = failureNotice(self && self->m_failure ? *self->m_failure : runFailure(error, {}));
     }
     if (self) {
-        self->end(result, error);
+        self->end(result, std::move(notice));
     }
 }
 
-void RunModel::end(const QString &result, const QString &error) {
+void RunModel::end(const QString &result, FailureNotice notice) {
     m_running = false;
     m_stopping = false;
     m_part = 0;
     m_progress = {};
     m_result = typographic(result);
-    m_error = error;
+    m_notice = std::move(notice);
     Q_EMIT progressChanged();
     Q_EMIT outcomeChanged();
     Q_EMIT scheduleChanged();
@@ -176,7 +179,7 @@ QString RunModel::lastRunText() const {
 
 /// A run under way makes up for the missed one; one that failed here says why itself.
 std::optional<QDateTime> RunModel::missedMoment() const {
-    if (m_running || !m_error.isEmpty()) {
+    if (m_running || !m_notice.text.isEmpty()) {
         return std::nullopt;
     }
     const Settings &settings = m_preferences.settings();

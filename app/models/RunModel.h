@@ -39,6 +39,8 @@ class RunModel final : public QObject {
     Q_PROPERTY(QString lastResultText READ lastResultText NOTIFY outcomeChanged FINAL)
     /// Why the last run of this session failed or could not start; "" when it did not.
     Q_PROPERTY(QString lastError READ lastError NOTIFY outcomeChanged FINAL)
+    /// The line over it: "Je n’ai pas pu fouiller."; "" without one.
+    Q_PROPERTY(QString lastErrorTitle READ lastErrorTitle NOTIFY outcomeChanged FINAL)
     /// "lundi à 8:00"; "" when no run is scheduled.
     Q_PROPERTY(QString nextRunText READ nextRunText NOTIFY scheduleChanged FINAL)
     /// "lundi 16 novembre à 8:04"; "" before the first run.
@@ -73,7 +75,8 @@ public:
     int read() const { return m_progress.read; }
     int judged() const { return m_progress.judged; }
     QString lastResultText() const { return m_result; }
-    QString lastError() const { return m_error; }
+    QString lastError() const { return m_notice.text; }
+    QString lastErrorTitle() const { return m_notice.title; }
     QString nextRunText() const;
     QString lastRunText() const;
     bool missed() const { return missedMoment().has_value(); }
@@ -91,7 +94,7 @@ Q_SIGNALS:
 private:
     static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel);
     void take(const RunProgress &progress);
-    void end(const QString &result, const QString &error);
+    void end(const QString &result, FailureNotice notice);
     std::optional<QDateTime> missedMoment() const;
 
     SearchEngine &m_engine;
@@ -104,7 +107,8 @@ private:
     double m_part = 0;
     RunProgress m_progress;
     QString m_result;
-    QString m_error;
+    FailureNotice m_notice;
+    std::optional<RunFailure> m_failure; // as the engine announced it
 };
 
 } // namespace vorle

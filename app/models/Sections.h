@@ -43,10 +43,10 @@ public:
         TopicListModel &program;
         TopicListModel &reserve;
         TopicListModel &library;
+        const ProgramBudget &budget;
         const RunModel &run;
         const Preferences &preferences;
         const Clock &clock;
-        const ProgramBudget &budget;
         QTimeZone zone = QTimeZone::systemTimeZone();
     };
     explicit Sections(Parts parts, QObject *parent = nullptr);

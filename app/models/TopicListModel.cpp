@@ -285,11 +285,15 @@ QVariant TopicListModel::value(int row, Role role) const {
 void TopicListModel::setWaiting(QSet<QUuid> ids, const QString &heading) {
     const QSet<QUuid> before = std::exchange(m_waiting, std::move(ids));
     m_waitingHeading = heading;
-    for (const QUuid &id : (before - m_waiting) + (m_waiting - before)) {
-        if (indexOf(id) >= 0) {
-            place(id);
+    const auto follow = [this](const QSet<QUuid> &ids, const QSet<QUuid> &others) {
+        for (const QUuid &id : ids) {
+            if (!others.contains(id) && m_held.contains(id)) {
+                place(id);
+            }
         }
-    }
+    };
+    follow(before, m_waiting);
+    follow(m_waiting, before);
 }
 
 void TopicListModel::setBriefState(const QUuid &id, const QString &state) {

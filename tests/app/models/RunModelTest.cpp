@@ -86,6 +86,7 @@ TEST_F(RunModelTest, says_why_a_run_cannot_start) {
     model->start();
     untilEnded();
     EXPECT_FALSE(model->lastError().isEmpty()); // the agent is not installed
+    EXPECT_EQ(model->lastErrorTitle(), text("Je n’ai pas pu fouiller."));
     EXPECT_NE(model->lastError(), refused);
     EXPECT_TRUE(model->lastResultText().isEmpty());
 }

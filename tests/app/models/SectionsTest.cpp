@@ -44,7 +44,7 @@ protected:
                          QTimeZone::utc()};
     Sections sections{Sections::Parts{shelf.list(Section::Inbox), shelf.list(Section::Program),
                                       shelf.list(Section::Reserve), shelf.list(Section::Library),
-                                      run, preferences, shelf.clock, budget, QTimeZone::utc()}};
+                                      budget, run, preferences, shelf.clock, QTimeZone::utc()}};
     QAbstractItemModelTester tester{&sections,
                                     QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
