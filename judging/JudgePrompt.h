@@ -56,12 +56,14 @@ QString outcomeText(const Topic &topic);
 /// 12 at most, and no more than fit into the examples section.
 QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics);
 
-/// The profile as lines of English, at most 16,000 bytes of UTF-8.
+/// The profile as lines of English, each name and description held to its line, at most 16,000
+/// bytes as promptSize counts them.
 QString profileText(const JudgeProfile &profile);
 
 /// The instruction with @TODAY, @PROFILE, @REFLEXES, @EXAMPLES and @CANDIDATES replaced in one
 /// pass, so that none of these words inside a page's text is ever taken for a placeholder. Without
-/// any decision yet the examples section holds no block; it never takes more than 24,000 bytes.
+/// any decision yet the examples section holds no block; it never takes more than 24,000
+/// bytes, nor the reflexes more than 8,000.
 QString judgePrompt(const QString &instruction, const QDate &today, const JudgeProfile &profile,
                     const QStringList &reflexLines, const QList<TopicPtr> &examples,
                     const QList<JudgeCandidate> &candidates);
