@@ -40,12 +40,15 @@ public:
     QByteArray mended() {
         std::size_t at = 0;
         while (at < m_text.size()) { // each turn begins at a "<"
-            const std::size_t next = std::min(m_text.find('<', at + 1), m_text.size());
+            std::size_t next = std::min(m_text.find('<', at + 1), m_text.size());
             if (const std::string_view end = endOfOpaque(at); !end.empty()) {
                 at = passOpaque(at, end);
                 continue;
             }
             if (!isTag(at)) {
+                while (next < m_text.size() && !isTag(next) && endOfOpaque(next).empty()) {
+                    next = std::min(m_text.find('<', next + 1), m_text.size());
+                }
                 mendText(at, next);
             } else if (m_ampersand < next || next - at > longestText) {
                 const std::size_t text = endOfTag(at, next);

@@ -20,7 +20,7 @@ bool isAbout(const Candidate &candidate, const QString &subject) {
 }
 
 QByteArray judgedContent(const ReadPage &page) {
-    if (page.level != ReadLevel::Meta) {
+    if (page.level != ReadLevel::Meta || !page.text.isEmpty()) { // a short plain text is all text
         return page.text;
     }
     return QStringList{page.title.value_or(QString()), page.description.value_or(QString())}

@@ -1,4 +1,5 @@
 #include "search/PageReader.h"
+#include "search/TopicDraft.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Wait.h"
 
@@ -37,6 +38,13 @@ TEST(PageReader, reads_a_page_as_a_browser_would_ask_for_it) {
               "Mozilla/5.0 (Macintosh; Intel Mac OS X 15_0) AppleWebKit/605.1.15 (KHTML, like "
               "Gecko) Version/18.0 Safari/605.1.15");
     EXPECT_EQ(asked.headers.value("accept-language"), "en");
+
+    // What is short and plain has no title to be judged by, but it says what it says.
+    TestReply note = TestReply::page("Release 2.0 fixes the crash.");
+    note.contentType = "text/plain; charset=utf-8";
+    server.serve("/note", note);
+    EXPECT_EQ(judgedContent(test::waitFor(reader.read(server.link("/note")))),
+              "Release 2.0 fixes the crash.");
 }
 
 TEST(PageReader, what_cannot_be_read_is_no_error) {
