@@ -68,8 +68,8 @@ private:
     QList<Row> rows() const;
 
     Preferences &m_preferences;
-    QList<Row> m_rows;
     QMap<QString, Reading> m_readings; // by project
+    QList<Row> m_rows;                 // made from the readings
 };
 
 } // namespace vorle
