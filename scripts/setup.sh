@@ -57,10 +57,10 @@ fetch_font() {
         return
     fi
     scratch=$(mktemp -d)
-    if (cd "$scratch" && timeout 60 npm pack --silent @fontsource-variable/bricolage-grotesque@5.3.0 \
+    if (cd "$scratch" && timeout 60 npm pack --silent @fontsource/bricolage-grotesque@5.3.0 \
         >/dev/null 2>&1 && tar -xzf ./*.tgz); then
         mkdir -p "$folder"
-        cp "$scratch"/package/files/bricolage-grotesque-latin*-normal.woff2 "$folder/"
+        cp "$scratch"/package/files/bricolage-grotesque-latin-700-normal.woff "$folder/"
         cp "$scratch"/package/LICENSE "$folder/" 2>/dev/null || true
     else
         say "npm ne répond pas : la police du système servira à la place de Bricolage Grotesque."

@@ -1,0 +1,45 @@
+# The screens: one QML module, whose files stand in theme/, controls/ and screens/, and the C++ that
+# shows them.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick QuickControls2)
+
+file(GLOB VORLE_QML RELATIVE ${CMAKE_CURRENT_SOURCE_DIR}
+    theme/*.qml controls/*.qml screens/*.qml)
+set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+
+qt_add_qml_module(vorle_window
+    URI Vorle
+    VERSION 1.0
+    STATIC
+    RESOURCE_PREFIX /qt/qml
+    OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/Vorle
+    QML_FILES ${VORLE_QML}
+    SOURCES
+        window/Fonts.cpp window/Fonts.h
+        window/Gui.cpp window/Gui.h
+        window/MainWindow.cpp window/MainWindow.h
+        window/Shell.cpp window/Shell.h
+        window/SingleInstance.cpp window/SingleInstance.h
+        window/TopicPage.cpp window/TopicPage.h
+        window/Tray.cpp window/Tray.h
+        window/WindowState.cpp window/WindowState.h)
+# Bytecode starts as fast as it needs to; C++ made from 40 screens would take longer to compile than
+# the rest of the program.
+set_target_properties(vorle_window PROPERTIES QT_QMLCACHEGEN_ARGUMENTS --only-bytecode)
+# The generated registration names the headers without their folder.
+target_include_directories(vorle_window
+    PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window)
+target_link_libraries(vorle_window
+    PUBLIC vorle_app vorle_models vorle_modelsplugin vorle_desktop
+        Qt6::Gui Qt6::Widgets Qt6::Qml Qt6::Quick Qt6::QuickControls2
+    PRIVATE vorle_flags)
+vorle_precompile(vorle_window)
+
+# Nothing depends on the display font: see fetch_font.
+file(GLOB VORLE_FONTS ${VORLE_FONT_DIR}/*.woff)
+foreach(font ${VORLE_FONTS})
+    get_filename_component(name ${font} NAME)
+    set_source_files_properties(${font} PROPERTIES QT_RESOURCE_ALIAS ${name})
+endforeach()
+if(VORLE_FONTS)
+    qt_add_resources(vorle_window vorle_fonts PREFIX /vorle/fonts FILES ${VORLE_FONTS})
+endif()

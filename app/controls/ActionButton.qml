@@ -1,0 +1,64 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vorle
+
+// A button that shows the key which does the same.
+T.Button {
+    id: button
+
+    property string keys: ""
+    property bool primary: false
+    property bool quiet: false // words alone, no outline
+
+    readonly property color inkNow: primary ? Theme.accentInk : Theme.ink
+
+    implicitWidth: Math.max(Theme.hit, contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitHeight: Math.max(Theme.hit + 10, contentItem.implicitHeight + topPadding + bottomPadding)
+    leftPadding: quiet ? 8 : 15
+    rightPadding: keys.length > 0 ? 10 : leftPadding
+    font.family: Theme.textFamily
+    font.pixelSize: Theme.textBody
+    font.weight: Font.DemiBold
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.45
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.description: keys.length > 0 ? qsTr("Touche %1").arg(keys) : ""
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
+    contentItem: Row {
+        spacing: 9
+
+        Text {
+            id: words
+            text: button.text
+            font: button.font
+            color: button.inkNow
+            textFormat: Text.PlainText
+            anchors.verticalCenter: parent.verticalCenter
+            Accessible.ignored: true
+        }
+        KeyCap {
+            keys: button.keys
+            bare: button.keys.length > 1
+            ink: button.primary ? Theme.accentInk : Theme.inkSoft
+            fill: button.primary ? Theme.accentKey : Theme.sunken
+            anchors.verticalCenter: parent.verticalCenter
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radiusButton
+        color: button.primary ? (button.down ? Qt.darker(Theme.accent, 1.12) : Theme.accent)
+                              : button.down ? Theme.sunken
+                                            : button.hovered && !button.quiet ? Theme.raised : "transparent"
+        border.width: button.primary || button.quiet ? 0 : 1
+        border.color: button.hovered ? Theme.inkFaint : Theme.line
+
+        FocusRing {
+            radius: parent.radius + 3
+            shown: button.visualFocus
+        }
+    }
+}

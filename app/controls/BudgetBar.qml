@@ -1,0 +1,47 @@
+import QtQuick
+import Vorle
+
+// The week's time: done, planned, and what is left.
+Item {
+    id: bar
+
+    required property int done
+    required property int planned
+    required property int budget
+    property string text: ""
+
+    implicitHeight: words.implicitHeight + 14
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: text
+
+    readonly property real whole: Math.max(1, budget, done + planned)
+
+    Label {
+        id: words
+        width: parent.width
+        text: bar.text
+        color: Theme.inkSoft
+        Accessible.ignored: true
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 6
+        radius: 3
+        color: Theme.line
+
+        Rectangle {
+            width: parent.width * Math.min(1, (bar.done + bar.planned) / bar.whole)
+            height: parent.height
+            radius: 3
+            color: Theme.inkFaint
+            opacity: 0.55
+        }
+        Rectangle {
+            width: parent.width * Math.min(1, bar.done / bar.whole)
+            height: parent.height
+            radius: 3
+            color: Theme.accent
+        }
+    }
+}

@@ -1,0 +1,69 @@
+import QtQuick
+import Vorle
+
+// What the chosen card adds: the gist, why it matters to this person, the first step, the keys.
+Column {
+    id: details
+
+    required property var topic
+    property var actions: []
+    property bool showActions: true
+
+    signal act(int action)
+
+    spacing: 12
+
+    Label {
+        visible: text.length > 0
+        width: parent.width
+        text: details.topic.tldr.length > 0 ? details.topic.tldr : details.topic.summary
+        color: Theme.inkSoft
+        font.pixelSize: Theme.textLarge
+        maximumLineCount: 4
+        elide: Text.ElideRight
+    }
+    WhyLine {
+        width: parent.width
+        text: details.topic.why
+    }
+    StepLine {
+        width: parent.width
+        text: details.topic.firstStep
+    }
+    Item {
+        width: parent.width
+        implicitHeight: details.showActions ? buttons.implicitHeight + 4 : 0
+        visible: details.showActions
+
+        Flow {
+            id: buttons
+            y: 4
+            width: parent.width - (site.visible ? site.implicitWidth + 12 : 0)
+            spacing: 10
+
+            Repeater {
+                model: details.actions
+
+                ActionButton {
+                    required property var modelData
+                    text: modelData.text
+                    keys: modelData.keys
+                    primary: modelData.primary === true
+                    focusPolicy: Qt.TabFocus
+                    onClicked: details.act(modelData.action)
+                }
+            }
+        }
+        Label {
+            id: site
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: 2
+            lineHeight: 1
+            text: details.topic.mainSite + (details.topic.sources.length > 1 ? "  +" + (details.topic.sources.length - 1) : "")
+            color: Theme.inkFaint
+            font.pixelSize: Theme.textSmall + 1
+            wrapMode: Text.NoWrap
+        }
+    }
+}

@@ -1,0 +1,55 @@
+import QtQuick
+import Vorle
+
+// An empty or finished section: a sentence set like a page of a book, and what can be done.
+Item {
+    id: empty
+
+    property string title: ""
+    property string text: ""
+    property var buttons: [] // { label, action }, the first being the one to press
+
+    signal act(int action)
+
+    Column {
+        anchors.centerIn: parent
+        anchors.verticalCenterOffset: -24
+        width: Math.min(parent.width - 2 * Theme.margin, 460)
+        spacing: 16
+
+        Mascot {
+            anchors.horizontalCenter: parent.horizontalCenter
+        }
+        Title {
+            width: parent.width
+            text: empty.title
+            size: Theme.titleOpen
+            horizontalAlignment: Text.AlignHCenter
+        }
+        Label {
+            visible: text.length > 0
+            width: parent.width
+            text: empty.text
+            color: Theme.inkSoft
+            font.pixelSize: Theme.textLarge
+            horizontalAlignment: Text.AlignHCenter
+        }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            topPadding: 6
+            spacing: 10
+
+            Repeater {
+                model: empty.buttons
+
+                ActionButton {
+                    required property var modelData
+                    required property int index
+                    text: modelData.label
+                                        primary: index === 0
+                    onClicked: empty.act(modelData.action)
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,25 @@
+import QtQuick
+import Vorle
+
+// What the keys do here, along the bottom.
+Item {
+    id: hint
+
+    property alias text: words.text
+
+    implicitHeight: 50
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        height: 1
+        color: Theme.line
+    }
+    Label {
+        id: words
+        anchors.centerIn: parent
+        color: Theme.inkFaint
+        font.pixelSize: Theme.textBody - 1
+        wrapMode: Text.NoWrap
+    }
+}

@@ -1,0 +1,51 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vorle
+
+// The person's own note: saved when the field is left.
+T.TextArea {
+    id: editor
+
+    signal edited(string text)
+
+    implicitHeight: Math.max(64, contentHeight + 24)
+    leftPadding: 14
+    rightPadding: 14
+    topPadding: 11
+    bottomPadding: 11
+    color: Theme.ink
+    selectionColor: Theme.accent
+    selectedTextColor: Theme.accentInk
+    font.family: Theme.textFamily
+    font.pixelSize: Theme.textBody
+    wrapMode: TextEdit.Wrap
+    textFormat: TextEdit.PlainText
+    selectByMouse: true
+    KeyNavigation.priority: KeyNavigation.BeforeItem
+    KeyNavigation.tab: nextItemInFocusChain(true)
+    Accessible.role: Accessible.EditableText
+    Accessible.name: qsTr("Ta note")
+    onEditingFinished: editor.edited(text)
+    Keys.onEscapePressed: event => {
+        editor.edited(text);
+        editor.focus = false;
+        event.accepted = true;
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusButton
+        color: Theme.sunken
+        border.width: editor.activeFocus ? 2 : 1
+        border.color: editor.activeFocus ? Theme.accent : Theme.line
+    }
+
+    Text {
+        x: editor.leftPadding
+        y: editor.topPadding
+        visible: editor.text.length === 0 && !editor.activeFocus
+        text: qsTr("Écris ce que tu veux retrouver.")
+        color: Theme.inkFaint
+        font: editor.font
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,25 @@
+import QtQuick
+import Vorle
+
+// A named part of a reading page.
+Column {
+    id: section
+
+    required property string name
+    default property alias content: inside.data
+
+    spacing: 10
+    visible: inside.implicitHeight > 0
+
+    Title {
+        text: section.name
+        color: Theme.inkFaint
+        size: Theme.titleSmall
+        font.weight: Font.DemiBold
+    }
+    Column {
+        id: inside
+        width: parent.width
+        spacing: 8
+    }
+}

@@ -1,0 +1,174 @@
+import QtQuick
+import Vorle
+
+// One topic of a list: a glance while closed; gist, why, first step and actions while it is the
+// chosen one.
+Item {
+    id: card
+
+    required property var topic // the list model's roles
+    property bool open: false
+    property bool showActions: true
+    property var actions: [] // { text, keys, primary, action }
+    property bool settled: false // moves only once it has been shown
+
+    signal chosen
+    signal enlarged
+    signal act(int action)
+
+    property bool low: false // stands below the line of the week's time
+    readonly property string facts: [topic.pendingCapture ? qsTr("lien capturé, en lecture…") : "", topic.kindLabel, topic.minutesText, topic.readLevelText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
+
+    implicitHeight: content.implicitHeight + 2 * (open ? Theme.cardPadding + 2 : 17)
+    height: implicitHeight
+    clip: true
+    Accessible.role: Accessible.ListItem
+    Accessible.name: topic.accessibleName + ". " + topic.title
+    Accessible.description: topic.tldr
+    Accessible.selected: open
+    Accessible.onPressAction: chosen()
+    Component.onCompleted: Qt.callLater(() => card.settled = true)
+
+    Behavior on height {
+        enabled: card.settled && !Theme.reducedMotion
+        NumberAnimation {
+            duration: Theme.calm
+            easing.type: Easing.OutCubic
+        }
+    }
+
+    Rectangle {
+        anchors.fill: face
+        anchors.topMargin: 3
+        anchors.bottomMargin: -2
+        radius: Theme.radiusCard
+        color: Theme.shadow
+        visible: card.open
+    }
+    Rectangle {
+        id: face
+        anchors.fill: parent
+        anchors.bottomMargin: card.open ? 3 : 0
+        radius: Theme.radiusCard
+        color: card.open ? Theme.raised : hover.hovered ? Theme.raised : Theme.card
+        opacity: card.low && !card.open ? 0.72 : 1
+        border.width: card.open ? 2 : 1
+        border.color: card.open ? Theme.accent : Theme.line
+    }
+    HoverHandler {
+        id: hover
+    }
+    TapHandler {
+        onSingleTapped: card.chosen()
+        onDoubleTapped: card.enlarged()
+    }
+
+    Item {
+        id: content
+        x: Theme.cardPadding
+        y: card.open ? Theme.cardPadding + 2 : 17
+        width: parent.width - 2 * Theme.cardPadding
+        implicitHeight: Math.max(badge.height, words.implicitHeight)
+
+        ScoreBadge {
+            id: badge
+            y: card.open ? 2 : (parent.height - height) / 2
+            topic: card.topic
+            size: card.open ? 64 : 50
+            x: card.open ? 2 : 1
+        }
+        Text {
+            visible: card.topic.formerScore >= 0
+            anchors.horizontalCenter: badge.horizontalCenter
+            y: badge.y + badge.height + 6
+            text: qsTr("avant : %1").arg(card.topic.formerScore)
+            color: Theme.inkFaint
+            font.family: Theme.textFamily
+            font.pixelSize: Theme.textSmall - 1
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+
+        Column {
+            id: words
+            x: badge.width + (card.open ? 26 : 22)
+            width: parent.width - x
+            y: card.open ? 0 : (parent.height - height) / 2
+            spacing: card.open ? 12 : 5
+
+            Item {
+                width: parent.width
+                implicitHeight: Math.max(chip.visible ? chip.implicitHeight : 0, factsLine.implicitHeight)
+
+                Chip {
+                    id: chip
+                    text: card.topic.place
+                    anchors.verticalCenter: parent.verticalCenter
+                }
+                Label {
+                    id: factsLine
+                    x: chip.visible ? chip.width + 10 : 0
+                    width: parent.width - x - (due.visible ? due.implicitWidth + 12 : 0) - (moved.visible ? moved.implicitWidth + 12 : 0)
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: card.facts
+                    color: Theme.inkFaint
+                    font.pixelSize: Theme.textSmall + 1
+                    lineHeight: 1.1
+                    wrapMode: Text.NoWrap
+                    elide: Text.ElideRight
+                }
+                Label {
+                    id: moved
+                    visible: card.topic.moved
+                    anchors.right: due.visible ? due.left : parent.right
+                    anchors.rightMargin: due.visible ? 12 : 0
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: qsTr("a bougé")
+                    color: Theme.accent
+                    font.pixelSize: Theme.textSmall + 1
+                    font.weight: Font.DemiBold
+                    lineHeight: 1.1
+                }
+                Label {
+                    id: due
+                    visible: text.length > 0
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: card.topic.urgencyText
+                    color: Theme.accent
+                    font.pixelSize: Theme.textSmall + 1
+                    font.weight: Font.DemiBold
+                    lineHeight: 1.1
+                }
+            }
+            Title {
+                width: parent.width
+                text: card.topic.title
+                size: card.open ? Theme.titleOpen : Theme.titleCard
+                maximumLineCount: card.open ? 4 : 1
+                elide: Text.ElideRight
+            }
+            Label {
+                visible: !card.open && text.length > 0
+                width: parent.width
+                text: card.topic.tldr.length > 0 ? card.topic.tldr : card.topic.summary
+                color: Theme.inkSoft
+                maximumLineCount: 1
+                wrapMode: Text.NoWrap
+                elide: Text.ElideRight
+                lineHeight: 1.15
+            }
+            Loader {
+                active: card.open
+                visible: active
+                width: parent.width
+                sourceComponent: CardDetails {
+                    topic: card.topic
+                    actions: card.actions
+                    showActions: card.showActions
+                    onAct: action => card.act(action)
+                }
+            }
+        }
+    }
+}

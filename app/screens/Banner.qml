@@ -1,0 +1,57 @@
+import QtQuick
+import Vorle
+
+// Over the content: a run that did not happen, or what went wrong. One at a time.
+Rectangle {
+    id: banner
+
+    required property var run
+    property string notice: ""
+    readonly property bool missed: run.missed && !run.running
+    readonly property bool failed: run.lastError.length > 0 && !run.running
+
+    signal runAsked
+    signal noticeDismissed
+
+    visible: notice.length > 0 || missed || failed
+    height: visible ? Math.max(58, words.implicitHeight + 24) : 0
+    color: Theme.accentTint
+    z: 3
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: head.text + " " + text.text
+
+    Column {
+        id: words
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.margin
+        anchors.right: act.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        Label {
+            id: head
+            width: parent.width
+            visible: text.length > 0
+            text: banner.notice.length > 0 ? "" : banner.failed ? qsTr("Je n’ai pas pu fouiller.") : banner.run.missedTitle
+            font.weight: Font.DemiBold
+            lineHeight: 1.2
+        }
+        Label {
+            id: text
+            width: parent.width
+            text: banner.notice.length > 0 ? banner.notice : banner.failed ? banner.run.lastError : banner.run.missedText
+            color: Theme.inkSoft
+            lineHeight: 1.25
+        }
+    }
+    ActionButton {
+        id: act
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.margin
+        anchors.verticalCenter: parent.verticalCenter
+        focusPolicy: Qt.TabFocus
+        text: banner.notice.length > 0 ? qsTr("Compris") : banner.run.startLabel
+        onClicked: banner.notice.length > 0 ? banner.noticeDismissed() : banner.runAsked()
+    }
+}

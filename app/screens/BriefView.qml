@@ -1,0 +1,101 @@
+import QtQuick
+import Vorle
+
+// The reading notes of a topic: written, being written, failed, or not asked for yet.
+Section {
+    id: view
+
+    required property var topic
+    required property var details
+
+    signal linkOpened(string url)
+
+    readonly property bool written: details.hasBrief
+    readonly property string writing: topic?.briefState ?? ""
+
+    name: written ? qsTr("Fiche de lecture · ") + (topic?.title ?? "") : qsTr("Fiche de lecture")
+    visible: topic !== null && topic !== undefined
+
+    Column {
+        width: parent.width
+        spacing: 8
+        visible: !view.written && (view.writing === "writing" || view.writing === "queued")
+
+        Label {
+            width: parent.width
+            text: qsTr("J’écris la fiche de lecture…")
+            font.weight: Font.DemiBold
+        }
+        Label {
+            width: parent.width
+            text: qsTr("Je relis les sources · environ une minute")
+            color: Theme.inkSoft
+        }
+    }
+    Column {
+        width: parent.width
+        spacing: 8
+        visible: !view.written && view.writing === "failed"
+
+        Label {
+            width: parent.width
+            text: qsTr("Je n’ai pas pu écrire la fiche.")
+            font.weight: Font.DemiBold
+        }
+        Label {
+            width: parent.width
+            text: qsTr("Les sources n’ont pas répondu, ou ton IA non plus.")
+            color: Theme.inkSoft
+        }
+    }
+    ActionButton {
+        visible: !view.written && view.writing !== "queued" && view.writing !== "writing"
+        text: view.writing === "failed" ? qsTr("Réessayer") : qsTr("Écrire la fiche")
+        onClicked: view.details.askBrief()
+    }
+    Repeater {
+        model: view.details.brief.essentials ?? []
+
+        BriefPart {
+            required property var modelData
+            width: view.width
+            title: modelData.title
+            body: modelData.body
+            strong: true
+        }
+    }
+    BriefPart {
+        width: parent.width
+        visible: (view.details.brief.project ?? "").length > 0
+        title: qsTr("Pour ton projet")
+        body: view.details.brief.project ?? ""
+    }
+    Repeater {
+        model: view.details.brief.details ?? []
+
+        BriefPart {
+            required property var modelData
+            width: view.width
+            title: modelData.title
+            body: modelData.body
+        }
+    }
+    BriefPart {
+        width: parent.width
+        visible: (view.details.brief.unclear ?? []).length > 0
+        title: qsTr("Ce qui reste flou")
+        body: (view.details.brief.unclear ?? []).join("\n")
+    }
+    Repeater {
+        model: view.details.brief.sources ?? []
+
+        SourceRow {
+            required property var modelData
+            width: view.width
+            name: modelData.title
+            url: modelData.url
+            adds: modelData.adds
+            onClicked: view.linkOpened(url)
+        }
+    }
+}

@@ -1,0 +1,172 @@
+import QtQuick
+import Vorle
+
+// The person's own score for a topic, and why.
+Panel {
+    id: panel
+
+    property string topicId: ""
+    property string title: ""
+    property int appScore: 0
+    property int score: 0
+    property var offered: [] // the reason words
+    property var chosen: []
+    property bool corrected: false // there is one already
+
+    signal given(string topicId, int score, var tags, string text)
+    signal removed(string topicId)
+
+    name: qsTr("Corriger la note")
+    Keys.onPressed: event => {
+        if (event.key >= Qt.Key_0 && event.key <= Qt.Key_9 && !why.activeFocus) {
+            panel.score = event.key - Qt.Key_0;
+            event.accepted = true;
+        } else if (event.key === Qt.Key_Left && !why.activeFocus) {
+            panel.score = Math.max(0, panel.score - 1);
+            event.accepted = true;
+        } else if (event.key === Qt.Key_Right && !why.activeFocus) {
+            panel.score = Math.min(10, panel.score + 1);
+            event.accepted = true;
+        } else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !event.isAutoRepeat) {
+            panel.give();
+            event.accepted = true;
+        }
+    }
+
+    function open(id: string, heading: string, appGrade: int, present: int, tags: var, text: string, already: bool) {
+        topicId = id;
+        title = heading;
+        appScore = appGrade;
+        score = present;
+        chosen = tags;
+        why.text = text;
+        corrected = already;
+        shown = true;
+        digits.forceActiveFocus();
+    }
+    function give() {
+        panel.given(topicId, score, chosen, why.text.trim());
+    }
+    function toggle(word: string) {
+        chosen = chosen.includes(word) ? chosen.filter(other => other !== word) : chosen.concat([word]);
+    }
+
+    bodyHeight: body.implicitHeight
+
+    Column {
+        id: body
+        width: parent.width
+        spacing: 16
+
+        Title {
+            text: panel.name
+            size: Theme.titleOpen
+        }
+        Label {
+            width: parent.width
+            text: panel.title
+            color: Theme.inkSoft
+            maximumLineCount: 2
+            elide: Text.ElideRight
+        }
+        FocusScope {
+            id: digits
+            width: parent.width
+            height: 40
+            Accessible.role: Accessible.Slider
+            Accessible.name: qsTr("Ta note : %1 sur 10").arg(panel.score)
+
+            Row {
+                spacing: 6
+
+                Repeater {
+                    model: 11
+
+                    Rectangle {
+                        id: digit
+                        required property int index
+                        width: 40
+                        height: 40
+                        radius: 20
+                        color: panel.score === index ? Theme.accent : digitHover.hovered ? Theme.sunken : "transparent"
+                        border.width: 1
+                        border.color: panel.score === index ? Theme.accent : panel.appScore === index ? Theme.inkFaint : Theme.line
+
+                        Text {
+                            anchors.centerIn: parent
+                            text: digit.index
+                            color: panel.score === digit.index ? Theme.accentInk : Theme.inkSoft
+                            font.family: Theme.displayFamily
+                            font.pixelSize: Theme.textLarge
+                            font.weight: Font.Bold
+                            Accessible.ignored: true
+                        }
+                        HoverHandler {
+                            id: digitHover
+                        }
+                        TapHandler {
+                            onTapped: panel.score = digit.index
+                        }
+                    }
+                }
+            }
+        }
+        Label {
+            text: qsTr("Ma note était %1.").arg(panel.appScore)
+            color: Theme.inkFaint
+            font.pixelSize: Theme.textSmall + 1
+        }
+        Flow {
+            width: parent.width
+            spacing: 8
+
+            Repeater {
+                model: panel.offered
+
+                ActionButton {
+                    id: word
+                    required property string modelData
+                    text: modelData
+                    primary: panel.chosen.includes(modelData)
+                    Accessible.role: Accessible.CheckBox
+                    Accessible.checked: primary
+                    onClicked: panel.toggle(modelData)
+                }
+            }
+        }
+        TextEntry {
+            id: why
+            width: parent.width
+            placeholderText: qsTr("Pourquoi, en quelques mots")
+            onAccepted: panel.give()
+        }
+        Item {
+            width: parent.width
+            implicitHeight: buttons.implicitHeight
+
+            ActionButton {
+                visible: panel.corrected
+                quiet: true
+                text: qsTr("Reprendre la note de vorle")
+                onClicked: panel.removed(panel.topicId)
+            }
+            Row {
+                id: buttons
+                anchors.right: parent.right
+                spacing: 10
+
+                ActionButton {
+                    text: qsTr("Annuler")
+                    keys: qsTr("Échap")
+                    onClicked: panel.closed()
+                }
+                ActionButton {
+                    text: qsTr("Noter")
+                    keys: "↩"
+                    primary: true
+                    onClicked: panel.give()
+                }
+            }
+        }
+    }
+}

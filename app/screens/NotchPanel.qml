@@ -1,0 +1,119 @@
+import QtQuick
+import QtQuick.Window
+import Vorle
+
+// Hangs from the top centre of the screen, under the notch where there is one: a run's progress,
+// and for a few seconds its result.
+Window {
+    id: panel
+
+    required property var run
+    property bool dismissed: false
+    property bool resultShown: false
+
+    signal opened
+
+    readonly property bool wanted: !dismissed && (run.running || resultShown)
+
+    flags: Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.Tool | Qt.WindowDoesNotAcceptFocus
+    color: "transparent"
+    width: 400
+    height: 76
+    x: Screen.virtualX + Math.round((Screen.width - width) / 2)
+    y: Screen.virtualY
+    visible: wanted
+    title: qsTr("vorle, fouille")
+
+    Connections {
+        target: panel.run
+
+        function onRunningChanged() {
+            if (panel.run.running) {
+                panel.dismissed = false;
+                panel.resultShown = false;
+            } else {
+                panel.resultShown = true;
+                away.restart();
+            }
+        }
+    }
+    Timer {
+        id: away
+        interval: 6000
+        onTriggered: panel.resultShown = false
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.topMargin: -20
+        radius: 20
+        color: "#14110F" // as the notch itself, in both appearances
+        Accessible.role: Accessible.Notification
+        Accessible.name: status.text
+
+        TapHandler {
+            onTapped: panel.opened()
+        }
+        Mascot {
+            id: ember
+            x: 18
+            y: 20 + (76 - height) / 2
+            size: 36
+            awake: panel.run.running
+        }
+        Text {
+            id: status
+            anchors.left: ember.right
+            anchors.leftMargin: 12
+            anchors.right: close.left
+            anchors.rightMargin: 8
+            y: 20 + (panel.run.running ? 18 : 26)
+            text: panel.run.running ? panel.run.statusText : panel.run.lastResultText
+            color: "#F4EDE3"
+            font.family: Theme.textFamily
+            font.pixelSize: Theme.textBody
+            font.weight: Font.DemiBold
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+        Rectangle {
+            visible: panel.run.running
+            anchors.left: status.left
+            anchors.right: status.right
+            y: 20 + 48
+            height: 4
+            radius: 2
+            color: "#3A342C"
+
+            Rectangle {
+                width: parent.width * panel.run.progress
+                height: 4
+                radius: 2
+                color: Theme.accentPair.dark
+            }
+        }
+        Item {
+            id: close
+            anchors.right: parent.right
+            anchors.rightMargin: 12
+            y: 20 + (76 - height) / 2
+            width: Theme.hit
+            height: Theme.hit
+            Accessible.role: Accessible.Button
+            Accessible.name: qsTr("Fermer")
+            Accessible.onPressAction: panel.dismissed = true
+
+            Text {
+                anchors.centerIn: parent
+                text: "×"
+                color: "#C3B7A7"
+                font.pixelSize: 20
+                Accessible.ignored: true
+            }
+            TapHandler {
+                onTapped: panel.dismissed = true
+            }
+        }
+    }
+}

@@ -1,0 +1,307 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Vorle
+
+// The chosen card enlarged into a comfortable page: all that is known of the topic.
+FocusScope {
+    id: page
+
+    required property var topic // null when nothing is chosen
+    required property var details // the TopicPage of the chosen topic
+    property var actions: []
+    property bool shown: false
+
+    signal act(int action)
+    signal closed
+    signal linkOpened(string url)
+    signal noteEdited(string topicId, string text)
+    signal correctionAsked(string topicId)
+
+    visible: opacity > 0
+    opacity: shown ? 1 : 0
+    enabled: shown
+    Accessible.role: Accessible.Pane
+    Accessible.name: topic ? topic.title : ""
+    Accessible.ignored: !shown
+
+    Behavior on opacity {
+        NumberAnimation {
+            duration: Theme.quick
+        }
+    }
+    onTopicChanged: flick.contentY = 0
+
+    function scrollBy(step: real) {
+        const most = Math.max(0, flick.contentHeight - flick.height);
+        flick.contentY = Math.max(0, Math.min(most, flick.contentY + step));
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.paper
+    }
+    HoverHandler {}
+    WheelHandler {
+        acceptedDevices: PointerDevice.Mouse
+        onWheel: {}
+    }
+
+    Flickable {
+        id: flick
+        anchors.fill: parent
+        anchors.bottomMargin: foot.height
+        contentHeight: body.implicitHeight + 2 * Theme.margin
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        ScrollBar.vertical: ScrollBar {
+            width: 9
+        }
+
+        Column {
+            id: body
+            y: Theme.margin
+            x: Math.max(Theme.margin, (flick.width - width) / 2)
+            width: Math.min(Theme.readingWidth, flick.width - 2 * Theme.margin)
+            spacing: 26
+            visible: page.topic !== null
+
+            Row {
+                width: parent.width
+                spacing: 24
+
+                ScoreBadge {
+                    id: badge
+                    size: 76
+                    topic: page.topic
+                    visible: page.topic !== null
+                }
+                Column {
+                    width: parent.width - badge.width - parent.spacing
+                    spacing: 10
+
+                    Row {
+                        spacing: 10
+
+                        Chip {
+                            text: page.topic?.place ?? ""
+                            anchors.verticalCenter: parent.verticalCenter
+                        }
+                        Label {
+                            text: page.topic ? [page.topic.kindLabel, page.topic.minutesText, page.topic.readLevelText].filter(t => t.length > 0).join("   ·   ") : ""
+                            color: Theme.inkFaint
+                            font.pixelSize: Theme.textSmall + 1
+                            wrapMode: Text.NoWrap
+                            lineHeight: 1.1
+                            anchors.verticalCenter: parent.verticalCenter
+                        }
+                    }
+                    Title {
+                        width: parent.width
+                        text: page.topic?.title ?? ""
+                        size: Theme.titleScreen - 2
+                    }
+                    Label {
+                        visible: text.length > 0
+                        width: parent.width
+                        text: page.topic ? [page.topic.urgencyText, page.topic.urgencyReason].filter(t => t.length > 0).join(" : ") : ""
+                        color: Theme.accent
+                        font.weight: Font.DemiBold
+                    }
+                }
+            }
+            Label {
+                width: parent.width
+                text: page.topic?.summary ?? ""
+                font.pixelSize: Theme.textLarge + 1
+                lineHeight: 1.5
+            }
+            WhyLine {
+                width: parent.width
+                text: page.topic?.why ?? ""
+            }
+            StepLine {
+                width: parent.width
+                text: page.topic?.firstStep ?? ""
+            }
+            Section {
+                width: parent.width
+                name: qsTr("Ce qui change")
+                visible: (page.topic?.changes ?? []).length > 0
+
+                Repeater {
+                    model: page.topic?.changes ?? []
+
+                    Item {
+                        id: change
+                        required property var modelData
+                        width: parent.width
+                        implicitHeight: Math.max(words.implicitHeight, label.visible ? label.implicitHeight : 0)
+
+                        Label {
+                            id: words
+                            width: parent.width - (label.visible ? label.width + 12 : 0)
+                            text: change.modelData.text
+                            lineHeight: 1.4
+                        }
+                        Chip {
+                            id: label
+                            anchors.right: parent.right
+                            text: change.modelData.label
+                        }
+                    }
+                }
+            }
+            Section {
+                width: parent.width
+                name: qsTr("Risques")
+                visible: (page.topic?.risks ?? "").length > 0
+
+                Label {
+                    width: parent.width
+                    text: page.topic?.risks ?? ""
+                }
+            }
+            BriefView {
+                width: parent.width
+                topic: page.topic
+                details: page.details
+                onLinkOpened: url => page.linkOpened(url)
+            }
+            Section {
+                width: parent.width
+                name: qsTr("D’où vient la note")
+                visible: page.topic !== null
+
+                Repeater {
+                    model: page.details.grades
+
+                    CriterionBar {
+                        required property var modelData
+                        width: parent.width
+                        name: modelData.name
+                        grade: modelData.grade
+                    }
+                }
+                Repeater {
+                    model: page.details.facts
+
+                    Item {
+                        id: fact
+                        required property var modelData
+                        width: parent.width
+                        implicitHeight: factText.implicitHeight
+
+                        Label {
+                            width: 118
+                            text: fact.modelData.label
+                            color: Theme.inkFaint
+                        }
+                        Label {
+                            id: factText
+                            x: 126
+                            width: parent.width - x
+                            text: fact.modelData.text
+                            color: Theme.inkSoft
+                        }
+                    }
+                }
+                ActionButton {
+                    text: (page.topic?.formerScore ?? -1) >= 0 ? qsTr("Revoir ma note") : qsTr("Corriger la note")
+                    onClicked: page.correctionAsked(page.topic.topicId)
+                }
+            }
+            Section {
+                width: parent.width
+                name: qsTr("Sources")
+                visible: (page.topic?.sources ?? []).length > 0
+
+                Repeater {
+                    model: page.topic?.sources ?? []
+
+                    SourceRow {
+                        required property var modelData
+                        width: parent.width
+                        name: modelData.name
+                        url: modelData.url
+                        picture: modelData.picture
+                        onClicked: page.linkOpened(url)
+                    }
+                }
+            }
+            Section {
+                width: parent.width
+                name: qsTr("Ta note")
+                visible: page.topic !== null
+
+                NoteEditor {
+                    width: parent.width
+                    text: page.topic?.note ?? ""
+                    onEdited: text => page.noteEdited(page.topic.topicId, text)
+                }
+            }
+            Section {
+                width: parent.width
+                name: qsTr("Ce que j’ai lu")
+                visible: page.details.seenText.length > 0
+
+                Label {
+                    width: parent.width
+                    text: page.details.seenText
+                    color: Theme.inkSoft
+                    font.pixelSize: Theme.textBody - 1
+                    lineHeight: 1.5
+                    maximumLineCount: more.opened ? 400 : 6
+                    elide: Text.ElideRight
+                }
+                ActionButton {
+                    id: more
+                    property bool opened: false
+                    quiet: true
+                    text: opened ? qsTr("Replier") : qsTr("Lire la suite")
+                    onClicked: opened = !opened
+                }
+            }
+        }
+    }
+
+    Rectangle {
+        id: foot
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        height: 92
+        color: Theme.paper
+
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: Theme.line
+        }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 12
+            spacing: 10
+
+            Repeater {
+                model: page.actions
+
+                ActionButton {
+                    required property var modelData
+                    text: modelData.text
+                    keys: modelData.keys
+                    primary: modelData.primary === true
+                    onClicked: page.act(modelData.action)
+                }
+            }
+        }
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 10
+            text: qsTr("Espace ou Échap pour réduire · après une décision, le sujet suivant s’affiche")
+            color: Theme.inkFaint
+            font.pixelSize: Theme.textSmall + 1
+            wrapMode: Text.NoWrap
+        }
+    }
+}

@@ -1,0 +1,141 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Vorle
+
+// "Bilan": the last runs, newest first.
+FocusScope {
+    id: screen
+
+    required property string title
+    required property var model // ReportModel
+    property string searchKeys: ""
+
+    signal searchAsked
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: title
+
+    function move(step: int) {
+        const most = Math.max(0, list.contentHeight - list.height);
+        list.contentY = Math.max(0, Math.min(most, list.contentY + step * 80));
+    }
+    function focusContent() {
+        list.forceActiveFocus();
+    }
+
+    SectionHead {
+        id: head
+        x: Theme.margin
+        width: parent.width - 2 * Theme.margin
+        title: screen.title
+        subtitle: screen.model.count === 0 ? qsTr("Aucune fouille encore.") : screen.model.count === 1 ? qsTr("Ta première fouille") : qsTr("Tes %1 dernières fouilles").arg(screen.model.count)
+        searchKeys: screen.searchKeys
+        onSearchAsked: screen.searchAsked()
+    }
+    ListView {
+        id: list
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: head.bottom
+        anchors.topMargin: 22
+        anchors.bottom: parent.bottom
+        leftMargin: Theme.margin
+        rightMargin: Theme.margin
+        bottomMargin: Theme.margin
+        clip: true
+        focus: true
+        spacing: Theme.cardGap
+        model: screen.model
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.List
+        Accessible.name: screen.title
+        ScrollBar.vertical: ScrollBar {
+            width: 9
+        }
+
+        delegate: Rectangle {
+            id: card
+
+            required property string dateText
+            required property string addedText
+            required property string factsText
+            required property var scopes
+            required property var notices
+            required property bool stopped
+
+            width: list.width - 2 * Theme.margin
+            height: column.implicitHeight + 2 * 18
+            radius: Theme.radiusCard
+            color: Theme.card
+            border.width: 1
+            border.color: Theme.line
+            Accessible.role: Accessible.ListItem
+            Accessible.name: dateText + ", " + addedText
+
+            Column {
+                id: column
+                x: Theme.cardPadding
+                y: 18
+                width: parent.width - 2 * Theme.cardPadding
+                spacing: 6
+
+                Item {
+                    width: parent.width
+                    implicitHeight: added.implicitHeight
+
+                    Title {
+                        id: added
+                        text: card.stopped ? qsTr("%1, fouille arrêtée").arg(card.addedText) : card.addedText
+                    }
+                    Label {
+                        anchors.right: parent.right
+                        anchors.baseline: added.baseline
+                        text: card.dateText
+                        color: Theme.inkFaint
+                    }
+                }
+                Label {
+                    width: parent.width
+                    text: card.factsText
+                    color: Theme.inkSoft
+                }
+                Repeater {
+                    model: card.scopes
+
+                    Item {
+                        id: scope
+                        required property var modelData
+                        width: column.width
+                        implicitHeight: Math.max(name.implicitHeight, found.implicitHeight)
+
+                        Label {
+                            id: name
+                            width: 190
+                            text: scope.modelData.name
+                            color: Theme.inkFaint
+                            elide: Text.ElideRight
+                            wrapMode: Text.NoWrap
+                        }
+                        Label {
+                            id: found
+                            x: 202
+                            width: parent.width - x
+                            text: scope.modelData.text
+                            color: scope.modelData.failed ? Theme.accent : Theme.inkSoft
+                        }
+                    }
+                }
+                Repeater {
+                    model: card.notices
+
+                    Label {
+                        required property string modelData
+                        width: column.width
+                        text: modelData
+                        color: Theme.inkFaint
+                    }
+                }
+            }
+        }
+    }
+}

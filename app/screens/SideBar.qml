@@ -1,0 +1,159 @@
+import QtQuick
+import Vorle
+
+// The six sections, what waits in each, and the next run.
+FocusScope {
+    id: bar
+
+    required property var model // Sections
+    required property int current
+    required property var run
+    property string keysRun: ""
+
+    signal picked(int section)
+    signal runAsked
+    signal stopAsked
+    signal contentAsked // the arrow that goes to the content
+
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: qsTr("Rubriques")
+
+    function focusCurrent() {
+        items.itemAt(current).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.side
+
+        Rectangle {
+            anchors.right: parent.right
+            width: 1
+            height: parent.height
+            color: Theme.line
+        }
+    }
+    Row {
+        id: brand
+        x: 34
+        y: 28
+        spacing: 14
+
+        Mascot {
+            size: 26
+            awake: bar.run.running
+            anchors.verticalCenter: parent.verticalCenter
+        }
+        Title {
+            text: qsTr("vorle")
+            size: 26
+            anchors.verticalCenter: parent.verticalCenter
+        }
+    }
+    Column {
+        x: 18
+        y: 84
+        width: parent.width - 37
+        spacing: 4
+
+        Repeater {
+            id: items
+            model: bar.model
+
+            SideItem {
+                id: entry
+                required property int index
+                required property string title
+                required count
+                width: parent.width
+                text: title
+                strong: entry.index === 0
+                current: bar.current === entry.index
+                focusPolicy: Qt.TabFocus
+                onClicked: bar.picked(entry.index)
+                Keys.onUpPressed: if (entry.index > 0) bar.step(entry.index - 1)
+                Keys.onDownPressed: if (entry.index < items.count - 1) bar.step(entry.index + 1)
+                Keys.onRightPressed: bar.contentAsked()
+                Keys.onReturnPressed: bar.contentAsked()
+            }
+        }
+    }
+
+    function step(index: int) {
+        picked(index);
+        items.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: 18
+        anchors.rightMargin: 19
+        height: runColumn.implicitHeight + 32
+        radius: Theme.radiusCard
+        color: Theme.card
+        border.width: 1
+        border.color: Theme.line
+
+        Column {
+            id: runColumn
+            x: 16
+            y: 16
+            width: parent.width - 32
+            spacing: 4
+
+            Label {
+                width: parent.width
+                text: bar.run.running ? qsTr("Fouille en cours") : qsTr("Prochaine fouille")
+                color: Theme.inkFaint
+                font.pixelSize: Theme.textSmall + 1
+            }
+            Title {
+                width: parent.width
+                visible: !bar.run.running
+                text: bar.run.nextRunText.length > 0 ? bar.run.nextRunText : qsTr("quand tu veux")
+                size: Theme.titleSmall + 2
+            }
+            Label {
+                width: parent.width
+                visible: bar.run.running
+                text: bar.run.statusText
+                font.weight: Font.DemiBold
+                maximumLineCount: 2
+                elide: Text.ElideRight
+            }
+            Rectangle {
+                visible: bar.run.running
+                width: parent.width
+                height: 5
+                radius: 2.5
+                color: Theme.line
+
+                Rectangle {
+                    width: parent.width * bar.run.progress
+                    height: parent.height
+                    radius: 2.5
+                    color: Theme.accent
+
+                    Behavior on width {
+                        NumberAnimation {
+                            duration: Theme.calm
+                        }
+                    }
+                }
+            }
+            Item {
+                width: 1
+                height: 8
+            }
+            ActionButton {
+                width: parent.width
+                text: bar.run.running ? qsTr("Arrêter") : qsTr("Fouiller maintenant")
+                keys: bar.run.running || bar.keysRun.length > 3 ? "" : bar.keysRun
+                focusPolicy: Qt.TabFocus
+                onClicked: bar.run.running ? bar.stopAsked() : bar.runAsked()
+            }
+        }
+    }
+}

@@ -1,0 +1,143 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Vorle
+
+// "Ton territoire": what a run searches for.
+FocusScope {
+    id: screen
+
+    required property string title
+    required property var model // TerritoryModel
+    property string searchKeys: ""
+
+    signal searchAsked
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: title
+
+    function move(step: int) {
+        const most = Math.max(0, list.contentHeight - list.height);
+        list.contentY = Math.max(0, Math.min(most, list.contentY + step * 80));
+    }
+    function focusContent() {
+        list.forceActiveFocus();
+    }
+
+    SectionHead {
+        id: head
+        x: Theme.margin
+        width: parent.width - 2 * Theme.margin
+        title: screen.title
+        subtitle: screen.model.summary
+        searchKeys: screen.searchKeys
+        onSearchAsked: screen.searchAsked()
+    }
+    ListView {
+        id: list
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: head.bottom
+        anchors.topMargin: 12
+        anchors.bottom: parent.bottom
+        leftMargin: Theme.margin
+        rightMargin: Theme.margin
+        bottomMargin: Theme.margin
+        clip: true
+        focus: true
+        model: screen.model
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.List
+        Accessible.name: screen.title
+        section.property: "group"
+        section.delegate: Item {
+            id: heading
+            required property string section
+            width: list.width - 2 * Theme.margin
+            height: 48
+
+            Title {
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: 8
+                text: heading.section
+                color: Theme.inkFaint
+                size: Theme.titleSmall
+                font.weight: Font.DemiBold
+            }
+        }
+        ScrollBar.vertical: ScrollBar {
+            width: 9
+        }
+
+        delegate: Item {
+            id: row
+
+            required property string name
+            required property string detail
+            required property var labels
+            required property int weight
+
+            width: list.width - 2 * Theme.margin
+            height: Math.max(48, words.implicitHeight + 22)
+            Accessible.role: Accessible.ListItem
+            Accessible.name: name
+            Accessible.description: detail
+
+            Rectangle {
+                width: parent.width
+                height: 1
+                color: Theme.line
+            }
+            Column {
+                id: words
+                width: parent.width - marks.width - 20
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 2
+
+                Label {
+                    width: parent.width
+                    text: row.name
+                    font.weight: Font.Medium
+                    font.pixelSize: Theme.textBody + 1
+                    lineHeight: 1.2
+                    Accessible.ignored: true
+                }
+                Label {
+                    width: parent.width
+                    visible: text.length > 0
+                    text: row.detail
+                    color: Theme.inkSoft
+                    font.pixelSize: Theme.textBody - 1
+                    lineHeight: 1.25
+                    Accessible.ignored: true
+                }
+            }
+            Row {
+                id: marks
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 6
+
+                Repeater {
+                    model: row.labels
+
+                    Chip {
+                        required property string modelData
+                        text: modelData
+                    }
+                }
+                // An interest's weight, from 1 to 5.
+                Repeater {
+                    model: row.weight > 0 ? 5 : 0
+
+                    Rectangle {
+                        required property int index
+                        width: 7
+                        height: 7
+                        radius: 3.5
+                        color: index < row.weight ? Theme.accent : Theme.line
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,48 @@
+import QtQuick
+import Vorle
+
+// A short word on what just happened, gone by itself.
+Rectangle {
+    id: word
+
+    property string text: ""
+
+    function show(sentence: string) {
+        text = sentence;
+        opacity = 1;
+        away.restart();
+    }
+
+    implicitWidth: Math.min(label.implicitWidth + 36, 560)
+    implicitHeight: label.implicitHeight + 18
+    radius: height / 2
+    color: Theme.ink
+    opacity: 0
+    visible: opacity > 0
+    z: 5
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: text
+
+    Behavior on opacity {
+        NumberAnimation {
+            duration: Theme.calm
+        }
+    }
+    Label {
+        id: label
+        anchors.centerIn: parent
+        width: Math.min(implicitWidth, 524)
+        text: word.text
+        color: Theme.paper
+        font.weight: Font.Medium
+        elide: Text.ElideRight
+        wrapMode: Text.NoWrap
+        lineHeight: 1.1
+        Accessible.ignored: true
+    }
+    Timer {
+        id: away
+        interval: 3500
+        onTriggered: word.opacity = 0
+    }
+}

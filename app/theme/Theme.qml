@@ -1,0 +1,81 @@
+pragma Singleton
+
+import QtQuick
+
+// Every colour, size, radius and duration of the screens, by what it is for. Warm paper and
+// near-black ink, one accent that is used rarely; no literal stands anywhere else.
+QtObject {
+    id: theme
+
+    // Set by the window from the user's settings and the system's.
+    property bool dark: false
+    property string accentName: "Braise"
+    property bool reducedMotion: false
+    property bool mac: Qt.platform.os === "osx"
+
+    // Surfaces, from the ground up.
+    readonly property color paper: dark ? "#191613" : "#FAF6F0"
+    readonly property color side: dark ? "#211D19" : "#F2EBE1"
+    readonly property color card: dark ? "#26221D" : "#FFFFFF"
+    readonly property color raised: dark ? "#2D2822" : "#FFFFFF"
+    readonly property color sunken: dark ? "#1F1B17" : "#F6F1E9"
+    readonly property color line: dark ? "#3A342C" : "#E9E0D4"
+    readonly property color veil: dark ? "#99000000" : "#59241D16"
+    readonly property color shadow: dark ? "#40000000" : "#0F241D16"
+
+    // Three strengths of ink, and no grey.
+    readonly property color ink: dark ? "#F4EDE3" : "#241D16"
+    readonly property color inkSoft: dark ? "#C3B7A7" : "#5E5346"
+    readonly property color inkFaint: dark ? "#A0937F" : "#736757"
+
+    // The one accent: where you are, what to press first, what is due.
+    readonly property var accents: ({
+            "Braise": { light: "#C9431A", dark: "#FF8552", tint: "#FBE7DC", tintDark: "#3A2519" },
+            "Framboise": { light: "#B3265E", dark: "#FF86AE", tint: "#FAE3EB", tintDark: "#3B1D29" },
+            "Lagune": { light: "#0E7268", dark: "#56CFC0", tint: "#DDF0ED", tintDark: "#18312D" },
+            "Indigo": { light: "#4B45BE", dark: "#A9A5FF", tint: "#E7E6F8", tintDark: "#26244A" }
+        })
+    readonly property var accentPair: accents[accentName] ?? accents["Braise"]
+    readonly property color accent: dark ? accentPair.dark : accentPair.light
+    readonly property color accentTint: dark ? accentPair.tintDark : accentPair.tint
+    // The one that white digits stand on, in both appearances.
+    readonly property color accentStrong: accentPair.light
+    readonly property color accentInk: dark ? "#191613" : "#FFFFFF"
+    readonly property color accentKey: dark ? "#33191613" : "#33FFFFFF"
+
+    // Type: the display face for titles, digits and section names, the system's for the rest.
+    property string displayFamily: Qt.application.font.family
+    property string textFamily: Qt.application.font.family
+    readonly property int textSmall: 12
+    readonly property int textBody: 14
+    readonly property int textLarge: 16
+    readonly property int titleSmall: 17
+    readonly property int titleCard: 19
+    readonly property int titleOpen: 25
+    readonly property int titleScreen: 34
+    readonly property real leading: 1.35
+
+    // A 4 px grid.
+    readonly property int gap: 4
+    readonly property int cardGap: 10
+    readonly property int margin: 36
+    readonly property int cardPadding: 22
+    readonly property int radiusCard: 18
+    readonly property int radiusButton: 12
+    readonly property int radiusKey: 6
+    readonly property int hit: 28
+    readonly property int sideWidth: 248
+    readonly property int columnWidth: 920
+    readonly property int readingWidth: 720
+
+    // Motion that explains; none when the system asks for less.
+    readonly property int quick: reducedMotion ? 0 : 120
+    readonly property int calm: reducedMotion ? 0 : 200
+    readonly property int ghostStay: 5000
+
+    // A pair of colours from the score scale, for the appearance in use.
+    function pick(light: string, darkValue: string): color {
+        const chosen = dark ? darkValue : light;
+        return chosen === "accent" ? accentStrong : chosen.length > 0 ? chosen : "transparent";
+    }
+}

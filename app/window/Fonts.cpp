@@ -1,0 +1,28 @@
+#include "app/window/Fonts.h"
+
+#include <QDir>
+#include <QFontDatabase>
+#include <QGuiApplication>
+
+namespace vorle {
+
+Typefaces Typefaces::load() {
+    Typefaces faces{QGuiApplication::font().family(), QGuiApplication::font().family()};
+#ifndef Q_OS_MACOS
+    if (QFontDatabase::families().contains(QStringLiteral("Inter"))) {
+        faces.text = QStringLiteral("Inter");
+        faces.display = faces.text;
+    }
+#endif
+    const QDir folder(QStringLiteral(":/vorle/fonts"));
+    for (const QString &file : folder.entryList(QDir::Files, QDir::Name)) {
+        const int id = QFontDatabase::addApplicationFont(folder.filePath(file));
+        const QStringList families = QFontDatabase::applicationFontFamilies(id);
+        if (!families.isEmpty()) {
+            faces.display = families.first();
+        }
+    }
+    return faces;
+}
+
+} // namespace vorle

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+namespace vorle {
+
+/// The families the screens are set in. Needs a QGuiApplication.
+struct Typefaces {
+    QString display; ///< titles, digits and section names
+    QString text;    ///< the rest
+
+    /// Bricolage Grotesque from the program's own resources where they hold it, else the system's
+    /// sans; for the rest the system's face, or on Linux Inter where it is installed.
+    static Typefaces load();
+};
+
+} // namespace vorle

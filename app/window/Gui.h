@@ -1,0 +1,25 @@
+#pragma once
+
+namespace vorle {
+
+class InstalledApps;
+class LinkOpener;
+class Pasteboard;
+class Terminals;
+
+/// What the app asks of the system it runs on.
+struct GuiAdapters {
+    const InstalledApps &installedApps;
+    const Terminals &terminals;
+    Pasteboard &pasteboard;
+    LinkOpener &links;
+};
+
+/// Opens the app: the main window, the menu-bar item, the panel under the notch. One process a
+/// topics file: a second start raises the first and ends. Gives the exit status; what went wrong is
+/// told on standard error.
+///
+/// @param demo  on demonstration topics, with the demonstration's agent, pages and territory
+int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo);
+
+} // namespace vorle

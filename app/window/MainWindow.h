@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/window/Fonts.h"
+#include "app/window/WindowState.h"
+
+#include <QObject>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+namespace vorle {
+
+class Shell;
+
+/// The main window and the panel under the notch: loads them, keeps the window's place, follows
+/// the system's appearance. Main thread; the shell outlives it.
+class MainWindow final : public QObject {
+    Q_OBJECT
+public:
+    /// @param topicsFile  the window's place is kept beside it; empty: nowhere
+    /// @throws std::runtime_error when the screens cannot be loaded: a fault of the build
+    MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile, QObject *parent = nullptr);
+    ~MainWindow() override;
+
+    QQuickWindow &window() const { return *m_window; }
+    WindowState &state() { return m_state; }
+
+    /// Shows the window and brings it to the front.
+    void raise();
+    /// Opens the panel that takes a link.
+    void addLink();
+    void keepPlace();
+
+Q_SIGNALS:
+    /// The user asked to close the window, which is still there.
+    void closed();
+    void quitAsked();
+    void settingsAsked();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void followSystem();
+
+    Shell &m_shell;
+    QString m_topicsFile;
+    WindowState m_state;
+    QQmlApplicationEngine m_engine;
+    QQuickWindow *m_window = nullptr;
+};
+
+} // namespace vorle

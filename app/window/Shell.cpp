@@ -1,0 +1,175 @@
+#include "app/window/Shell.h"
+
+#include "app/Application.h"
+#include "briefs/BriefWriter.h"
+#include "core/Corrections.h"
+#include "desktop/ClaudeLauncher.h"
+#include "platform/LinkOpener.h"
+#include "platform/Pasteboard.h"
+
+#include <QUrl>
+
+namespace vorle {
+
+Shell::Shell(Parts parts, QObject *parent)
+    : QObject(parent), m_parts(parts), m_notes(parts.app.store(), parts.app.clock()) {
+    Application &app = parts.app;
+    TopicStore &store = app.store();
+    Preferences &preferences = app.preferences();
+    m_inbox = std::make_unique<TopicListModel>(store, Section::Inbox, app.clock());
+    m_program = std::make_unique<TopicListModel>(store, Section::Program, app.clock());
+    m_reserve = std::make_unique<TopicListModel>(store, Section::Reserve, app.clock());
+    m_library = std::make_unique<TopicListModel>(store, Section::Library, app.clock());
+    m_decisions = std::make_unique<Decisions>(store);
+    m_keyboard = std::make_unique<KeyboardMap>(app.agent().locator().choose());
+    m_run = std::make_unique<RunModel>(app.engine(), preferences, app.clock());
+    m_budget = std::make_unique<ProgramBudget>(store, preferences, app.clock(), *m_program);
+    m_sections = std::make_unique<Sections>(Sections::Parts{
+        *m_inbox, *m_program, *m_reserve, *m_library, *m_budget, *m_run, preferences, app.clock()});
+    m_search = std::make_unique<TopicSearch>(store);
+    m_territory = std::make_unique<TerritoryModel>(preferences);
+    m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
+    m_page = std::make_unique<TopicPage>(store, m_notes, app.clock());
+    m_capture = std::make_unique<LinkCapture>(LinkCapture::Parts{
+        preferences, store, m_notes, app.asker(), app.reader(), app.images(), app.clock()});
+    connect(m_capture.get(), &LinkCapture::failed, this,
+            [this](const QUuid &, const QString &text) {
+                tell(tr("Un lien que tu as ajouté attend encore : %1 Je réessaierai au prochain "
+                        "démarrage.")
+                         .arg(text));
+            });
+    follow(app.briefs());
+
+    connect(m_run.get(), &RunModel::ended, m_report.get(), &ReportModel::refresh);
+    connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
+        if (key == u"appearance" || key == u"accent") {
+            Q_EMIT lookChanged();
+        }
+        if (key == u"agent") {
+            m_keyboard->setAgent(m_parts.app.agent().locator().choose());
+        }
+    });
+    connect(&store, &TopicStore::saveFailed, this, &Shell::tell);
+    if (store.setAside()) {
+        tell(tr("Tes sujets étaient illisibles. Je repars d’une liste vide, et je garderai "
+                "l’ancien fichier ici : %1")
+                 .arg(*store.setAside()));
+    }
+}
+
+Shell::~Shell() = default;
+
+QString Shell::appearance() const {
+    return json::rawText(m_parts.app.preferences().settings().appearance);
+}
+
+QString Shell::accent() const { return json::rawText(m_parts.app.preferences().settings().accent); }
+
+bool Shell::openLink(const QString &url) { return m_parts.links.open(QUrl(url, QUrl::StrictMode)); }
+
+void Shell::dismissNotice() { tell({}); }
+
+Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic) {
+    QString word;
+    try {
+        word = launcher.hint(co_await launcher.takeFirstStep(std::move(topic)));
+    } catch (const LaunchError &error) {
+        word = error.text();
+    } catch (const AgentError &error) {
+        word = error.text();
+    } catch (const std::system_error &error) {
+        word = tr("Le système a refusé : %1").arg(QString::fromLocal8Bit(error.what()));
+    }
+    if (self && !word.isEmpty()) {
+        Q_EMIT self->said(word);
+    }
+}
+
+void Shell::firstStep(const QString &topicId) {
+    if (const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId))) {
+        detach(launch(this, m_parts.launcher, *topic), QStringLiteral("first step"));
+    }
+}
+
+QString Shell::linkOnPasteboard() const {
+    const QString text = m_parts.pasteboard.text().trimmed();
+    const QUrl address(text, QUrl::StrictMode);
+    const bool isPage = text.size() <= 2048 && address.isValid() && !address.host().isEmpty() &&
+                        (address.scheme() == u"http" || address.scheme() == u"https");
+    return isPage ? text : QString();
+}
+
+void Shell::correct(const QString &topicId, int score, const QStringList &tags,
+                    const QString &text) {
+    m_parts.app.store().setCorrection(QUuid::fromString(topicId),
+                                      correctionOf(score, tags, text, m_parts.app.clock().now()));
+}
+
+void Shell::uncorrect(const QString &topicId) {
+    m_parts.app.store().setCorrection(QUuid::fromString(topicId), std::nullopt);
+}
+
+QStringList Shell::correctionTags(const QString &topicId) const {
+    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    return topic && topic->correction ? QStringList(topic->correction->tags) : QStringList();
+}
+
+QString Shell::correctionText(const QString &topicId) const {
+    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    return topic && topic->correction ? topic->correction->text : QString();
+}
+
+QStringList Shell::correctionWords() const { return correctionReasons(); }
+
+QString Shell::addLink(const QString &url, const QString &note) {
+    const auto taken =
+        m_capture->take({.url = url, .title = {}, .note = note, .project = std::nullopt});
+    const auto *refusal = std::get_if<LinkCapture::Refusal>(&taken);
+    return refusal != nullptr ? refusal->text : QString();
+}
+
+Task<> Shell::stopped() {
+    m_capture->stop();
+    m_parts.app.briefs().stop();
+    co_await m_run->stopped();
+    while (m_capture->running() || m_parts.app.briefs().running()) {
+        co_await sleepFor(std::chrono::milliseconds(20));
+    }
+}
+
+void Shell::follow(BriefWriter &briefs) {
+    connect(m_page.get(), &TopicPage::briefAsked, &briefs, &BriefWriter::ask);
+    connect(&briefs, &BriefWriter::queueChanged, this, &Shell::showBriefStates);
+    connect(&briefs, &BriefWriter::writingChanged, this, &Shell::showBriefStates);
+    connect(&briefs, &BriefWriter::failedChanged, this, &Shell::showBriefStates);
+}
+
+void Shell::showBriefStates() {
+    const BriefWriter &briefs = m_parts.app.briefs();
+    QHash<QUuid, QString> states;
+    for (const QUuid &id : briefs.failed()) {
+        states[id] = QStringLiteral("failed");
+    }
+    for (const QUuid &id : briefs.queue()) {
+        states[id] = QStringLiteral("queued");
+    }
+    if (briefs.writing()) {
+        states[*briefs.writing()] = QStringLiteral("writing");
+    }
+    QSet<QUuid> told = m_briefsTold;
+    m_briefsTold = {states.keyBegin(), states.keyEnd()};
+    for (const QUuid &id : told.unite(m_briefsTold)) {
+        for (TopicListModel *list : {inbox(), program(), reserve(), library()}) {
+            list->setBriefState(id, states.value(id));
+        }
+    }
+}
+
+void Shell::tell(const QString &notice) {
+    if (m_notice != notice) {
+        m_notice = notice;
+        Q_EMIT noticeChanged();
+    }
+}
+
+} // namespace vorle

@@ -1,0 +1,141 @@
+#pragma once
+
+#include "app/models/Decisions.h"
+#include "app/models/KeyboardMap.h"
+#include "app/models/ProgramBudget.h"
+#include "app/models/ReportModel.h"
+#include "app/models/RunModel.h"
+#include "app/models/Sections.h"
+#include "app/models/TerritoryModel.h"
+#include "app/models/TopicListModel.h"
+#include "app/models/TopicSearch.h"
+#include "app/window/TopicPage.h"
+#include "base/Async.h"
+#include "core/ScoreNotes.h"
+#include "search/LinkCapture.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QtQml/qqmlregistration.h>
+
+#include <memory>
+
+namespace vorle {
+
+class Application;
+class BriefWriter;
+class ClaudeLauncher;
+class LinkOpener;
+class Pasteboard;
+
+/// All that the main window shows and asks for, in one place. Makes the models over the
+/// application's objects and wires them. Main thread; the application outlives it.
+class Shell final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(vorle::Sections *sections READ sections CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicListModel *inbox READ inbox CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicListModel *program READ program CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicListModel *reserve READ reserve CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicListModel *library READ library CONSTANT FINAL)
+    Q_PROPERTY(vorle::Decisions *decisions READ decisions CONSTANT FINAL)
+    Q_PROPERTY(vorle::KeyboardMap *keyboard READ keyboard CONSTANT FINAL)
+    Q_PROPERTY(vorle::RunModel *run READ run CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicSearch *search READ search CONSTANT FINAL)
+    Q_PROPERTY(vorle::TerritoryModel *territory READ territory CONSTANT FINAL)
+    Q_PROPERTY(vorle::ReportModel *report READ report CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicPage *page READ page CONSTANT FINAL)
+    Q_PROPERTY(vorle::ProgramBudget *budget READ budget CONSTANT FINAL)
+    /// "Automatique", "Clair" or "Sombre".
+    Q_PROPERTY(QString appearance READ appearance NOTIFY lookChanged FINAL)
+    /// "Braise", "Framboise", "Lagune" or "Indigo".
+    Q_PROPERTY(QString accent READ accent NOTIFY lookChanged FINAL)
+    /// The words a correction may name as its reasons.
+    Q_PROPERTY(QStringList correctionWords READ correctionWords CONSTANT FINAL)
+    /// A sentence on what went wrong lately (a save, the settings); "" when nothing did.
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
+
+public:
+    /// What the shell stands on; all of it outlives it.
+    struct Parts {
+        Application &app;
+        LinkOpener &links;
+        Pasteboard &pasteboard;
+        ClaudeLauncher &launcher;
+    };
+    explicit Shell(Parts parts, QObject *parent = nullptr);
+    ~Shell() override;
+
+    Sections *sections() const { return m_sections.get(); }
+    TopicListModel *inbox() const { return m_inbox.get(); }
+    TopicListModel *program() const { return m_program.get(); }
+    TopicListModel *reserve() const { return m_reserve.get(); }
+    TopicListModel *library() const { return m_library.get(); }
+    Decisions *decisions() const { return m_decisions.get(); }
+    KeyboardMap *keyboard() const { return m_keyboard.get(); }
+    RunModel *run() const { return m_run.get(); }
+    TopicSearch *search() const { return m_search.get(); }
+    TerritoryModel *territory() const { return m_territory.get(); }
+    ReportModel *report() const { return m_report.get(); }
+    TopicPage *page() const { return m_page.get(); }
+    ProgramBudget *budget() const { return m_budget.get(); }
+    QString appearance() const;
+    QString accent() const;
+    QString notice() const { return m_notice; }
+
+    /// Opens a topic's link in the browser; web addresses alone.
+    Q_INVOKABLE bool openLink(const QString &url);
+    Q_INVOKABLE void dismissNotice();
+    /// Takes a topic's first step with the agent (⌘↩). What there is to say is said by `said`.
+    Q_INVOKABLE void firstStep(const QString &topicId);
+    /// Captures a link: it is read and judged, and waits in "À trier". Gives a French sentence
+    /// when the link cannot be taken, "" when it was.
+    Q_INVOKABLE QString addLink(const QString &url, const QString &note);
+    /// Stops what goes on in the background, and ends once it has.
+    Task<> stopped();
+    /// A web address on the pasteboard, "" for anything else.
+    Q_INVOKABLE QString linkOnPasteboard() const;
+
+    /// The user's own score; `score` is held to 0-10.
+    Q_INVOKABLE void correct(const QString &topicId, int score, const QStringList &tags,
+                             const QString &text);
+    Q_INVOKABLE void uncorrect(const QString &topicId);
+    Q_INVOKABLE QStringList correctionTags(const QString &topicId) const;
+    Q_INVOKABLE QString correctionText(const QString &topicId) const;
+    QStringList correctionWords() const;
+
+Q_SIGNALS:
+    void lookChanged();
+    void noticeChanged();
+    /// A word for the user on what they just did.
+    void said(const QString &sentence);
+
+private:
+    void follow(BriefWriter &briefs);
+    void showBriefStates();
+    void tell(const QString &notice);
+
+    static Task<> launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic);
+
+    Parts m_parts;
+    QString m_notice;
+    ScoreNotes m_notes;
+    QSet<QUuid> m_briefsTold; // topics whose row shows how far their notes are
+    std::unique_ptr<TopicListModel> m_inbox;
+    std::unique_ptr<TopicListModel> m_program;
+    std::unique_ptr<TopicListModel> m_reserve;
+    std::unique_ptr<TopicListModel> m_library;
+    std::unique_ptr<Decisions> m_decisions;
+    std::unique_ptr<KeyboardMap> m_keyboard;
+    std::unique_ptr<ProgramBudget> m_budget;
+    std::unique_ptr<RunModel> m_run;
+    std::unique_ptr<Sections> m_sections;
+    std::unique_ptr<TopicSearch> m_search;
+    std::unique_ptr<TerritoryModel> m_territory;
+    std::unique_ptr<ReportModel> m_report;
+    std::unique_ptr<TopicPage> m_page;
+    std::unique_ptr<LinkCapture> m_capture;
+};
+
+} // namespace vorle

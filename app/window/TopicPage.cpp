@@ -1,0 +1,90 @@
+#include "app/window/TopicPage.h"
+
+namespace vorle {
+
+namespace {
+
+QVariantList partList(const QList<Brief::Part> &parts) {
+    QVariantList list;
+    for (const Brief::Part &part : parts) {
+        list +=
+            QVariantMap{{QStringLiteral("title"), part.title}, {QStringLiteral("body"), part.body}};
+    }
+    return list;
+}
+
+} // namespace
+
+TopicPage::TopicPage(TopicStore &store, ScoreNotes &notes, const Clock &clock, QObject *parent)
+    : QObject(parent), m_store(store), m_notes(notes), m_clock(clock) {
+    connect(&store, &TopicStore::topicChanged, this, [this](const QUuid &id) {
+        if (id == m_id && !id.isNull()) {
+            take(id);
+        }
+    });
+}
+
+QString TopicPage::topicId() const {
+    return m_id.isNull() ? QString() : m_id.toString(QUuid::WithoutBraces);
+}
+
+void TopicPage::setTopicId(const QString &topicId) {
+    const QUuid id = QUuid::fromString(topicId);
+    if (id == m_id) {
+        return;
+    }
+    take(id);
+}
+
+void TopicPage::take(const QUuid &id) {
+    m_id = id;
+    m_topic = m_store.topic(id);
+    m_score = m_topic ? openScore(*m_topic, m_notes.note(id), m_clock.now().toLocalTime().date())
+                      : OpenScore();
+    Q_EMIT topicChanged();
+}
+
+QString TopicPage::seenText() const {
+    return m_topic ? QString::fromUtf8(m_topic->seenText.value_or(QByteArray())) : QString();
+}
+
+QVariantList TopicPage::grades() const {
+    QVariantList list;
+    for (const OpenScore::Grade &grade : m_score.grades) {
+        list += QVariantMap{{QStringLiteral("name"), grade.label},
+                            {QStringLiteral("grade"), grade.grade}};
+    }
+    return list;
+}
+
+QVariantList TopicPage::facts() const {
+    QVariantList list;
+    for (const OpenScore::Fact &fact : m_score.facts) {
+        list +=
+            QVariantMap{{QStringLiteral("label"), fact.label}, {QStringLiteral("text"), fact.text}};
+    }
+    return list;
+}
+
+QVariantMap TopicPage::brief() const {
+    const Brief brief = hasBrief() ? *m_topic->brief : Brief();
+    QVariantList sources;
+    for (const Brief::Source &source : brief.sources) {
+        sources += QVariantMap{{QStringLiteral("title"), source.title},
+                               {QStringLiteral("url"), source.url},
+                               {QStringLiteral("adds"), source.adds}};
+    }
+    return {{QStringLiteral("essentials"), partList(brief.essentials)},
+            {QStringLiteral("details"), partList(brief.details)},
+            {QStringLiteral("project"), brief.project.value_or(QString())},
+            {QStringLiteral("unclear"), QStringList(brief.unclear)},
+            {QStringLiteral("sources"), sources}};
+}
+
+void TopicPage::askBrief() {
+    if (m_topic) {
+        Q_EMIT briefAsked(m_id);
+    }
+}
+
+} // namespace vorle

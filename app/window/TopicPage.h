@@ -1,0 +1,66 @@
+#pragma once
+
+#include "app/OpenScore.h"
+#include "base/Clock.h"
+#include "core/TopicStore.h"
+
+#include <QObject>
+#include <QVariantList>
+#include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// What the enlarged card shows of one topic beyond its row in the list: its reading notes, the
+/// text that was read, how its score came about. Computed when the topic is chosen or changes.
+/// Main thread; the store outlives it.
+class TopicPage final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    /// The topic shown; "" for none.
+    Q_PROPERTY(QString topicId READ topicId WRITE setTopicId NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QString seenText READ seenText NOTIFY topicChanged FINAL)
+    /// List of {name, grade}: the judge's four grades; empty when it gave none.
+    Q_PROPERTY(QVariantList grades READ grades NOTIFY topicChanged FINAL)
+    /// "Note 8 sur 10"
+    Q_PROPERTY(QString scoreTitle READ scoreTitle NOTIFY topicChanged FINAL)
+    /// List of {label, text}: what else stood behind the score.
+    Q_PROPERTY(QVariantList facts READ facts NOTIFY topicChanged FINAL)
+    Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY topicChanged FINAL)
+    /// {essentials, details: lists of {title, body}, project, unclear: list of strings,
+    /// sources: list of {title, url, adds}}; empty lists without reading notes.
+    Q_PROPERTY(QVariantMap brief READ brief NOTIFY topicChanged FINAL)
+
+public:
+    /// `notes` and `clock` outlive it, as the store does.
+    TopicPage(TopicStore &store, ScoreNotes &notes, const Clock &clock, QObject *parent = nullptr);
+
+    QString topicId() const;
+    void setTopicId(const QString &topicId);
+    QString seenText() const;
+    QVariantList grades() const;
+    QString scoreTitle() const { return m_score.title; }
+    QVariantList facts() const;
+    bool hasBrief() const { return m_topic && m_topic->brief.has_value(); }
+    QVariantMap brief() const;
+
+    /// Asks for reading notes of the topic shown.
+    Q_INVOKABLE void askBrief();
+
+Q_SIGNALS:
+    void topicChanged();
+    void briefAsked(const QUuid &id);
+
+private:
+    void take(const QUuid &id);
+
+    TopicStore &m_store;
+    ScoreNotes &m_notes;
+    const Clock &m_clock;
+    QUuid m_id;
+    TopicPtr m_topic;
+    OpenScore m_score;
+};
+
+} // namespace vorle

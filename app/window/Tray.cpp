@@ -1,0 +1,99 @@
+#include "app/window/Tray.h"
+
+#include "app/models/RunModel.h"
+#include "app/models/TopicListModel.h"
+
+#include <QPainter>
+
+namespace vorle {
+
+namespace {
+
+constexpr QColor ember(0xC9, 0x43, 0x1A);
+constexpr QColor paper(0xFF, 0xFF, 0xFF);
+
+QPixmap drawn(int size, int waiting) {
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ember);
+    painter.drawEllipse(QRectF(size * 0.06, size * 0.06, size * 0.88, size * 0.88));
+    painter.setPen(paper);
+    if (waiting > 0) {
+        QFont font = painter.font();
+        font.setBold(true);
+        font.setPixelSize(qMax(7, size * (waiting > 99 ? 38 : 54) / 100));
+        painter.setFont(font);
+        painter.drawText(pixmap.rect(), Qt::AlignCenter,
+                         waiting > 99 ? QStringLiteral("99+") : QString::number(waiting));
+        return pixmap;
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(paper);
+    for (const double x : {0.36, 0.64}) {
+        painter.drawEllipse(QPointF(size * x, size * 0.47), size * 0.07, size * 0.1);
+    }
+    return pixmap;
+}
+
+} // namespace
+
+Tray::Tray(RunModel &run, TopicListModel &inbox, QObject *parent)
+    : QObject(parent), m_run(run), m_inbox(inbox) {
+    m_next = m_menu.addAction(QString());
+    m_next->setEnabled(false);
+    m_menu.addSeparator();
+    m_search = m_menu.addAction(tr("Fouiller maintenant"), this,
+                                [this] { m_run.running() ? m_run.stop() : m_run.start(); });
+    m_menu.addAction(tr("Ajouter un sujet"), this, &Tray::addAsked);
+    m_menu.addAction(tr("Ouvrir"), this, &Tray::openAsked);
+    m_menu.addSeparator();
+    m_menu.addAction(tr("Réglages"), this, &Tray::settingsAsked);
+    m_menu.addAction(tr("Quitter"), this, &Tray::quitAsked);
+    m_item.setContextMenu(&m_menu);
+    connect(&m_item, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
+                    Q_EMIT openAsked();
+                }
+            });
+    connect(&m_item, &QSystemTrayIcon::messageClicked, this, &Tray::openAsked);
+    connect(&run, &RunModel::progressChanged, this, &Tray::refresh);
+    connect(&run, &RunModel::scheduleChanged, this, &Tray::refresh);
+    connect(&inbox, &TopicListModel::countChanged, this, &Tray::refresh);
+    refresh();
+    if (QSystemTrayIcon::isSystemTrayAvailable()) {
+        m_item.show();
+    }
+}
+
+void Tray::tell(const QString &title, const QString &text) {
+    if (m_item.isVisible()) {
+        m_item.showMessage(title, text, picture(0));
+    }
+}
+
+QIcon Tray::picture(int waiting) {
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 44, 64, 128, 256}) {
+        icon.addPixmap(drawn(size, waiting));
+    }
+    return icon;
+}
+
+void Tray::refresh() {
+    const QString next = m_run.nextRunText();
+    m_next->setText(m_run.running()  ? m_run.statusText()
+                    : next.isEmpty() ? tr("Aucune fouille prévue")
+                                     : tr("Prochaine fouille : %1").arg(next));
+    m_search->setText(m_run.running() ? tr("Arrêter la fouille") : tr("Fouiller maintenant"));
+    const int waiting = m_inbox.count();
+    m_item.setIcon(picture(waiting));
+    m_item.setToolTip(waiting == 0   ? tr("vorle, rien à trier")
+                      : waiting == 1 ? tr("vorle, 1 sujet à trier")
+                                     : tr("vorle, %1 sujets à trier").arg(waiting));
+}
+
+} // namespace vorle

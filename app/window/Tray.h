@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QIcon>
+#include <QMenu>
+#include <QObject>
+#include <QSystemTrayIcon>
+
+namespace vorle {
+
+class RunModel;
+class TopicListModel;
+
+/// The menu-bar item: how much there is to sort, the next run, and the ways in. Where the system
+/// has no place for such items nothing is shown, and all of it is reached from the window. Main
+/// thread; needs a QApplication; what it is given outlives it.
+class Tray final : public QObject {
+    Q_OBJECT
+public:
+    Tray(RunModel &run, TopicListModel &inbox, QObject *parent = nullptr);
+
+    bool isShown() const { return m_item.isVisible(); }
+    /// A short notice beside the item.
+    void tell(const QString &title, const QString &text);
+
+    /// The program's picture with that many waiting (none for 0), for the menu bar and the dock.
+    static QIcon picture(int waiting);
+
+Q_SIGNALS:
+    void openAsked();
+    void addAsked();
+    void settingsAsked();
+    void quitAsked();
+
+private:
+    void refresh();
+
+    RunModel &m_run;
+    TopicListModel &m_inbox;
+    QMenu m_menu;
+    QAction *m_next;
+    QAction *m_search;
+    QSystemTrayIcon m_item;
+};
+
+} // namespace vorle

@@ -1,0 +1,86 @@
+#include "app/window/WindowState.h"
+
+#include "base/Log.h"
+#include "core/DurableFile.h"
+
+#include <QFileInfo>
+
+#include <array>
+#include <system_error>
+
+namespace vorle {
+
+namespace {
+
+QString stateFile(const QString &topicsFile) {
+    // The demonstration's window is another.
+    const QFileInfo topics(topicsFile);
+    const QString prefix =
+        topics.fileName() == u"topics.json" ? QString() : topics.completeBaseName() + u'-';
+    return topics.absolutePath() + u'/' + prefix + QStringLiteral("window.json");
+}
+
+} // namespace
+
+void WindowState::setPlace(const QRect &place) {
+    x = place.x();
+    y = place.y();
+    width = place.width();
+    height = place.height();
+}
+
+WindowState WindowState::load(const QString &topicsFile) {
+    if (topicsFile.isEmpty()) {
+        return {};
+    }
+    try {
+        const auto bytes = readWhole(stateFile(topicsFile));
+        if (!bytes) {
+            return {};
+        }
+        return json::decode<WindowState>(*bytes);
+    } catch (const std::exception &) {
+        return {};
+    }
+}
+
+void WindowState::save(const QString &topicsFile) const {
+    if (topicsFile.isEmpty()) {
+        return;
+    }
+    const QByteArray bytes = json::encode(*this, json::Style::Pretty);
+    const std::array<QByteArrayView, 1> pieces{bytes};
+    try {
+        replaceWhole(stateFile(topicsFile), pieces);
+    } catch (const std::system_error &error) {
+        logLine(QStringLiteral("the window's place was not kept: %1")
+                    .arg(QString::fromLocal8Bit(error.what())));
+    }
+}
+
+QRect onScreen(const QRect &wanted, const QSize &fallback, const QList<QRect> &screens) {
+    if (screens.isEmpty()) {
+        return {wanted.topLeft(), wanted.isValid() ? wanted.size() : fallback};
+    }
+    const QRect *best = nullptr;
+    qint64 most = 0;
+    for (const QRect &screen : screens) {
+        const QRect common = screen.intersected(wanted);
+        const qint64 area = qint64(common.width()) * common.height();
+        if (wanted.isValid() && common.isValid() && area > most) {
+            best = &screen;
+            most = area;
+        }
+    }
+    const QRect &screen = best != nullptr ? *best : screens.first();
+    QRect place(QPoint(), (best != nullptr ? wanted.size() : fallback).boundedTo(screen.size()));
+    if (best == nullptr) {
+        place.moveCenter(screen.center());
+        return place;
+    }
+    place.moveTo(std::clamp(wanted.x(), screen.x(), screen.right() + 1 - place.width()),
+                 std::clamp(wanted.y(), screen.y(), screen.bottom() + 1 - place.height()));
+    return place;
+}
+
+} // namespace vorle

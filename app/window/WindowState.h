@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/Json.h"
+
+#include <QRect>
+#include <QString>
+
+namespace vorle {
+
+/// Where the main window was and what it showed, kept in "window.json" beside the topics. Losing
+/// it loses nothing the user made: a file that cannot be read or written is passed over.
+struct WindowState {
+    int x = 0;
+    int y = 0;
+    int width = 0; ///< 0: never shown yet
+    int height = 0;
+    int section = 0;
+    bool toldOfMenuBar = false; ///< the user knows that closing leaves the app in the menu bar
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("x", &WindowState::x), json::field("y", &WindowState::y),
+                          json::field("width", &WindowState::width),
+                          json::field("height", &WindowState::height),
+                          json::field("section", &WindowState::section),
+                          json::field("toldOfMenuBar", &WindowState::toldOfMenuBar));
+    }
+    bool operator==(const WindowState &) const = default;
+
+    QRect place() const { return {x, y, width, height}; }
+    void setPlace(const QRect &place);
+
+    /// What lies beside that topics file; the default where nothing readable does.
+    static WindowState load(const QString &topicsFile);
+    void save(const QString &topicsFile) const;
+};
+
+/// `wanted`, moved and shrunk so that it lies on one of the screens; where it lies on none, or was
+/// never set, the middle of the first at `fallback`. `screens` are the places free for windows.
+QRect onScreen(const QRect &wanted, const QSize &fallback, const QList<QRect> &screens);
+
+} // namespace vorle

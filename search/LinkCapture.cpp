@@ -1,0 +1,160 @@
+#include "search/LinkCapture.h"
+
+#include "core/Preferences.h"
+#include "judging/Judge.h"
+#include "search/LinkLedger.h"
+#include "search/Links.h"
+#include "search/RunPlan.h"
+#include "search/SourceImage.h"
+#include "search/TopicDraft.h"
+
+#include <system_error>
+
+namespace vorle {
+
+namespace {
+
+/// The address as people type it, with its scheme; empty when it is none.
+QString addressOf(const QString &typed) {
+    const QString text = typed.trimmed();
+    const bool hasScheme = text.contains(QStringLiteral("://"));
+    const QString whole = hasScheme ? text : QStringLiteral("https://") + text;
+    const QUrl address(whole, QUrl::StrictMode);
+    const bool isPage = (address.scheme() == u"https" || address.scheme() == u"http") &&
+                        !address.host().isEmpty() && (hasScheme || address.host().contains(u'.')) &&
+                        whole.size() <= 4096;
+    return isPage ? whole : QString();
+}
+
+Candidate candidateOf(const Topic &captured) {
+    return {.title = captured.sources.isEmpty() ? QString() : captured.sources.first().title,
+            .url = captured.capturedURL.value_or(QString()),
+            .kind = json::rawText(guessKind(captured.capturedURL.value_or(QString()))),
+            .about = captured.project.value_or(QString())};
+}
+
+JudgeBrief judgeBrief(const RunPlan &plan, const QList<TopicPtr> &topics, const QDateTime &now,
+                      AgentKind agent) {
+    return {.profile = plan.profile,
+            .reflexLines = plan.reflexLines,
+            .reflexes = plan.reflexes,
+            .examples = exampleTopics(topics),
+            .today = now.toLocalTime().date(),
+            .agent = agent};
+}
+
+} // namespace
+
+LinkCapture::LinkCapture(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {}
+LinkCapture::~LinkCapture() = default;
+
+std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
+    const QString address = addressOf(link.url);
+    if (address.isEmpty()) {
+        return Refusal{tr("Ce n’est pas l’adresse d’une page web."), std::nullopt};
+    }
+    const LinkLedger::Claim claim = LinkLedger(m_parts.store.topics()).claim(address, 0);
+    if (claim.standing == LinkLedger::Standing::Held) {
+        return Refusal{tr("Tu as déjà ce lien."), claim.topic};
+    }
+    Topic topic;
+    topic.id = QUuid::createUuid();
+    topic.title = link.title.trimmed().isEmpty() ? QUrl(address).host() : link.title.simplified();
+    topic.project = link.project;
+    topic.sources = {{link.title.simplified(), address}};
+    topic.status = TopicStatus::Pending;
+    topic.foundAt = m_parts.clock.now();
+    topic.capturedURL = address;
+    topic.origin = Origin::Capture;
+    if (const QString note = link.note.trimmed(); !note.isEmpty()) {
+        topic.note = note;
+    }
+    const QUuid id = topic.id;
+    m_parts.store.add({std::move(topic)});
+    start(id);
+    return id;
+}
+
+void LinkCapture::resume() {
+    for (const TopicPtr &topic : m_parts.store.topics(TopicStatus::Pending)) {
+        if (topic->capturedURL) {
+            start(topic->id);
+        }
+    }
+}
+
+void LinkCapture::start(const QUuid &id) {
+    if (!m_queue.contains(id)) {
+        m_queue += id;
+    }
+    if (!m_running) {
+        detach(work(), QStringLiteral("captured links"));
+    }
+}
+
+Task<> LinkCapture::work() {
+    m_running = true;
+    Q_EMIT runningChanged();
+    while (!m_queue.isEmpty() && !m_cancel.token().isCancelled()) {
+        const QUuid id = m_queue.first();
+        QString failure;
+        try {
+            co_await complete(id);
+        } catch (const Cancelled &) {
+            break;
+        } catch (const AgentError &error) {
+            failure = error.text();
+        } catch (const std::system_error &error) {
+            failure = tr("Le système a refusé : %1").arg(QString::fromLocal8Bit(error.what()));
+        }
+        m_queue.removeOne(id);
+        if (!failure.isEmpty()) {
+            Q_EMIT failed(id, failure);
+        }
+    }
+    m_queue.clear();
+    m_running = false;
+    Q_EMIT runningChanged();
+}
+
+Task<> LinkCapture::complete(QUuid id) {
+    const TopicPtr captured = m_parts.store.topic(id);
+    if (!captured || !captured->capturedURL || captured->status != TopicStatus::Pending) {
+        co_return;
+    }
+    const Candidate candidate = candidateOf(*captured);
+    const ReadPage page =
+        co_await m_parts.reader.read(candidate.url, m_cancel.token(), Reach::Anywhere);
+    const auto folders = m_parts.preferences.settings().projects;
+    const auto projects = co_await onPool([folders] { return readProjects(folders); });
+    const QDateTime now = m_parts.clock.now();
+    const RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), now);
+    const auto brief = std::make_shared<const JudgeBrief>(
+        judgeBrief(plan, m_parts.store.topics(), now, m_parts.asker.agent().locator().choose()));
+    const JudgeCandidate shown{.id = QStringLiteral("c-1"),
+                               .title = page.title.value_or(captured->title),
+                               .url = candidate.url,
+                               .kind = guessKind(candidate.url),
+                               .level = page.level,
+                               .note = captured->note,
+                               .content = judgedContent(page)};
+    const Judge::Verdicts verdicts =
+        co_await Judge(m_parts.asker).judge(brief, {shown}, m_cancel.token());
+    const auto found = verdicts.byId.constFind(shown.id);
+    if (found == verdicts.byId.constEnd()) {
+        throw AgentError::unreadable();
+    }
+    Topic judged = draftTopic(candidate, page, *found);
+    judged.id = id;
+    judged.project = captured->project;
+    if (!m_parts.store.completeCaptured(std::move(judged))) {
+        co_return;
+    }
+    co_await m_parts.notes.add({draftNote(*brief, shown, *found, id, now)});
+    Q_EMIT completed(id);
+    if (const auto picture = co_await m_parts.images.picture(candidate.url, m_cancel.token())) {
+        m_parts.store.setGallery(id, {*picture});
+    }
+}
+
+} // namespace vorle

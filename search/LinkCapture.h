@@ -1,0 +1,85 @@
+#pragma once
+
+#include "agents/Ask.h"
+#include "base/Clock.h"
+#include "core/ScoreNotes.h"
+#include "core/TopicStore.h"
+
+#include <QObject>
+#include <QSet>
+
+#include <variant>
+
+namespace vorle {
+
+class PageReader;
+class Preferences;
+class SourceImage;
+
+/// Takes the links the user captures: each becomes a pending topic at once, is read and judged
+/// like a run's, and completed in place, ready for triage. One at a time, in the order they came.
+///
+/// A link that could not be judged stays pending, and is tried again by `resume()`: nothing the
+/// user gave is lost. Main thread; what it is given must outlive it, and it must outlive the work
+/// under way (see `stop`).
+class LinkCapture final : public QObject {
+    Q_OBJECT
+public:
+    struct Parts {
+        const Preferences &preferences;
+        TopicStore &store;
+        ScoreNotes &notes;
+        Asker &asker;
+        PageReader &reader;
+        SourceImage &images;
+        const Clock &clock;
+    };
+
+    struct Link {
+        QString url;
+        QString title; ///< as the user or the sharing app has it; may be empty
+        QString note;
+        std::optional<QString> project;
+    };
+
+    /// Why a link was not taken.
+    struct Refusal {
+        QString text;              ///< a French sentence
+        std::optional<QUuid> held; ///< the topic that has the link already
+    };
+
+    explicit LinkCapture(Parts parts, QObject *parent = nullptr);
+    ~LinkCapture() override;
+
+    /// Takes a link in and starts on it. The address may leave its scheme out ("example.org/a"),
+    /// and may be any the user can reach, this machine included. Gives the new topic's identity; a
+    /// link that a topic holds already, or that is no web address, is refused.
+    std::variant<QUuid, Refusal> take(Link link);
+
+    /// Starts on every captured link that still waits. For the start of the application, and once
+    /// what kept the judge from answering is mended.
+    void resume();
+
+    bool running() const { return m_running; }
+    /// Ends the work under way; done once `running` is false. What was not finished stays pending.
+    void stop() { m_cancel.cancel(); }
+
+Q_SIGNALS:
+    void runningChanged();
+    /// The topic was judged and waits in "À trier".
+    void completed(const QUuid &id);
+    /// It could not be judged; `text` is a French sentence.
+    void failed(const QUuid &id, const QString &text);
+
+private:
+    void start(const QUuid &id);
+    Task<> work();
+    Task<> complete(QUuid id);
+
+    Parts m_parts;
+    CancelSource m_cancel;
+    QList<QUuid> m_queue;
+    bool m_running = false;
+};
+
+} // namespace vorle
