@@ -7,13 +7,13 @@
 namespace vorle {
 
 ProgramBudget::ProgramBudget(TopicStore &store, const Preferences &preferences, const Clock &clock,
-                             TopicListModel &program, QTimeZone zone, QObject *parent)
+                             TopicListModel &program, const QTimeZone &zone, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_preferences(preferences)
     , m_clock(clock)
     , m_list(program)
-    , m_zone(std::move(zone)) {
+    , m_zone(zone) {
     load();
     connect(&store, &TopicStore::topicChanged, this, &ProgramBudget::follow);
     connect(&store, &TopicStore::topicsAdded, this, [this](const QList<QUuid> &ids) {

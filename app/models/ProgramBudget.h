@@ -29,7 +29,7 @@ class ProgramBudget final : public QObject {
 
 public:
     ProgramBudget(TopicStore &store, const Preferences &preferences, const Clock &clock,
-                  TopicListModel &program, QTimeZone zone = QTimeZone::systemTimeZone(),
+                  TopicListModel &program, const QTimeZone &zone = QTimeZone::systemTimeZone(),
                   QObject *parent = nullptr);
 
     int budget() const { return m_program.budget; }

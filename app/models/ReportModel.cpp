@@ -80,11 +80,9 @@ QStringList noticesOf(const RunReport &report) {
 
 } // namespace
 
-ReportModel::ReportModel(RunHistory history, const Clock &clock, QTimeZone zone, QObject *parent)
-    : QAbstractListModel(parent)
-    , m_history(std::move(history))
-    , m_clock(clock)
-    , m_zone(std::move(zone)) {
+ReportModel::ReportModel(RunHistory history, const Clock &clock, const QTimeZone &zone,
+                         QObject *parent)
+    : QAbstractListModel(parent), m_history(std::move(history)), m_clock(clock), m_zone(zone) {
     refresh();
 }
 

@@ -30,7 +30,7 @@ public:
 
     /// The clock outlives the model.
     ReportModel(RunHistory history, const Clock &clock,
-                QTimeZone zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
+                const QTimeZone &zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;

@@ -47,12 +47,8 @@ QString resultText(const RunReport &report) {
 } // namespace
 
 RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
-                   QTimeZone zone, QObject *parent)
-    : QObject(parent)
-    , m_engine(engine)
-    , m_preferences(preferences)
-    , m_clock(clock)
-    , m_zone(std::move(zone)) {
+                   const QTimeZone &zone, QObject *parent)
+    : QObject(parent), m_engine(engine), m_preferences(preferences), m_clock(clock), m_zone(zone) {
     connect(&engine, &SearchEngine::progressed, this, &RunModel::take);
     connect(&engine, &SearchEngine::failed, this,
             [this](const RunFailure &failure) { m_failure = failure; });

@@ -54,7 +54,7 @@ class RunModel final : public QObject {
 
 public:
     RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
-             QTimeZone zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
+             const QTimeZone &zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
     ~RunModel() override;
 
     /// Starts a run; does nothing while one is under way.
