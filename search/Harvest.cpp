@@ -118,10 +118,22 @@ Task<> Harvest::finishPictures() { return outlast(m_pictures); }
 
 Task<> Harvest::finishNotes() { return outlast(m_notes); }
 
-/// A topic's picture is its main source's; a page that could not be read has none to give.
-Task<> Harvest::fetchPictures(QUuid topic, QString link) {
-    if (const auto picture = co_await m_tools.images.picture(std::move(link), m_cancel)) {
-        m_tools.store.setGallery(topic, {*picture});
+/// A picture for each of a topic's first sources, in their order.
+Task<> Harvest::fetchPictures(QUuid id) {
+    constexpr qsizetype mostPictures = 4;
+    const TopicPtr topic = m_tools.store.topic(id);
+    std::vector<Task<std::optional<Picture>>> pictures;
+    for (qsizetype i = 0; topic && i < std::min(topic->sources.size(), mostPictures); ++i) {
+        pictures.push_back(m_tools.images.picture(topic->sources[i].url, m_cancel));
+    }
+    QList<Picture> gallery;
+    for (Task<std::optional<Picture>> &picture : pictures) {
+        if (const auto found = co_await picture) {
+            gallery += *found;
+        }
+    }
+    if (!gallery.isEmpty()) {
+        m_tools.store.setGallery(id, std::move(gallery));
     }
 }
 
@@ -219,7 +231,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     m_book.report.costUSD += verdicts.costUSD.value_or(0);
     QList<Topic> added;
     QList<JudgeCandidate> unanswered;
-    QList<std::pair<QUuid, QString>> pictured;
+    QList<QUuid> pictured; // a page that could not be read has no picture to give
     QList<ScoreNote> notes;
     for (const JudgeCandidate &candidate : batch) {
         const auto verdict = verdicts.byId.constFind(candidate.id);
@@ -244,15 +256,15 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         }
         notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
         if (!item.isUnread()) {
-            pictured += {*item.topic, item.url};
+            pictured += *item.topic;
         }
     }
     m_book.report.topicIds += m_tools.store.add(std::move(added));
     if (!notes.isEmpty()) {
         m_notes.push_back(m_tools.notes.add(std::move(notes)));
     }
-    for (const auto &[topic, link] : pictured) {
-        m_pictures.push_back(fetchPictures(topic, link));
+    for (const QUuid &topic : pictured) {
+        m_pictures.push_back(fetchPictures(topic));
     }
     leave(unanswered, tr("L’IA n’a rien répondu pour ce lien."));
     m_book.tell();

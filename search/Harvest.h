@@ -75,7 +75,7 @@ private:
     JudgeCandidate judgeCandidate(qsizetype place);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
     void leave(const QList<JudgeCandidate> &batch, const QString &reason);
-    Task<> fetchPictures(QUuid topic, QString link);
+    Task<> fetchPictures(QUuid id);
     QList<DigItem> unreadItems() const;
     Task<> askToDig(QList<DigItem> items);
     Task<> readDug(Dug dug);
