@@ -113,9 +113,10 @@ QString withoutMentions(const QString &prompt) {
     return out;
 }
 
-/// The answer may repeat what the prompt held.
+/// The answer may repeat what the prompt held, in any of its texts, the sign behind the joiner or
+/// not.
 QByteArray withoutJoiners(QByteArray json) {
-    return json.replace(QString(QChar(wordJoiner)).toUtf8() + '@', "@");
+    return json.replace(QString(QChar(wordJoiner)).toUtf8(), "");
 }
 
 /// The prompt as the agent takes it literally. @throws AgentError when it is too long to be passed

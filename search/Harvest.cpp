@@ -86,6 +86,8 @@ void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
     item.join(proposals, sources);
     if (wasOld && passOn(place)) {
         ++m_book.progress.candidates;
+        m_book.report.notNewer.removeIf(
+            [&](const DroppedLink &old) { return old.url == item.url; });
     } else if (item.stage == Item::Stage::Taken) {
         item.keepFresh();
     }

@@ -232,7 +232,39 @@ TEST_F(CommandLineTest, reading_a_link_the_person_typed_may_reach_this_machine) 
     const QJsonObject page = QJsonDocument::fromJson(read.out).object();
     EXPECT_EQ(page[u"title"].toString(), u"Ici");
     EXPECT_EQ(page[u"level"].toString(), u"full");
-    EXPECT_EQ(vorle({QStringLiteral("lire"), server.link("/b")}).status, 1);
+
+    server.serve("/empty", test::TestReply::page("<p></p>"));
+    const std::pair<QString, const char *> unread[] = {
+        {server.link("/b"), "pas lu · le site a répondu 404"},
+        {server.link("/empty"), "aucun texte"},
+        {QStringLiteral("http://127.0.0.1:1/"), "injoignable"},
+    };
+    for (const auto &[link, reason] : unread) {
+        const Outcome outcome = vorle({QStringLiteral("lire"), link});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.err.toStdString(), HasSubstr(reason));
+    }
+}
+
+TEST_F(CommandLineTest, a_setting_that_cannot_be_kept_is_a_failure) {
+    write(QStringLiteral("config"), "a file where the folder should be");
+    QDir(folder.path()).mkdir(QStringLiteral("projet"));
+    const QStringList calls[] = {
+        {QStringLiteral("reglages"), QStringLiteral("weeklyMinutes"), QStringLiteral("60")},
+        {QStringLiteral("projet"), QStringLiteral("ajouter"),
+         folder.filePath(QStringLiteral("projet"))},
+    };
+    for (const QStringList &call : calls) {
+        const Outcome outcome = vorle(call);
+        EXPECT_EQ(outcome.status, 1) << call.join(u' ').toStdString();
+        EXPECT_THAT(outcome.err.toStdString(), HasSubstr("n’a pas pu être enregistré dans"));
+        EXPECT_TRUE(outcome.out.isEmpty());
+    }
+    QFile::remove(folder.filePath(QStringLiteral("config")));
+    QDir(folder.path()).mkpath(QStringLiteral("config/vorle/settings.json"));
+    const Outcome refused = vorle({QStringLiteral("reglages")});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err.toStdString(), HasSubstr("un dossier se trouve à la place du fichier"));
 }
 
 TEST_F(CommandLineTest, a_run_may_not_reach_this_machine_unless_told) {

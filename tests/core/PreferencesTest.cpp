@@ -8,8 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <system_error>
 
 namespace vorle {
 namespace {
@@ -225,10 +228,26 @@ TEST_F(PreferencesTest, carries_a_failed_write_with_the_next_one) {
     Preferences preferences = open();
     preferences.change(&Settings::weeklyMinutes, 60);
     EXPECT_EQ(preferences.settings().weeklyMinutes, 60);
+    ASSERT_TRUE(preferences.writeError());
+    EXPECT_TRUE(preferences.writeError()->contains(u"weeklyMinutes"));
     QFile::remove(folder);
     preferences.change(&Settings::proposeTab, false);
+    EXPECT_FALSE(preferences.writeError());
     EXPECT_EQ(onDisk(), (QJsonObject{{QStringLiteral("proposeTab"), false},
                                      {QStringLiteral("weeklyMinutes"), 60}}));
+}
+
+TEST_F(PreferencesTest, never_waits_on_a_pipe_in_the_file_s_place) {
+    fill(dir.filePath(QStringLiteral("pipe.json")), "{}");
+    file = dir.filePath(QStringLiteral("pipe.json"));
+    Preferences preferences = open();
+    QFile::remove(file);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
+    EXPECT_THROW(open(), std::system_error);
+    preferences.reload();
+    preferences.change(&Settings::weeklyMinutes, 60);
+    EXPECT_TRUE(preferences.writeError());
+    EXPECT_EQ(preferences.settings().weeklyMinutes, 60);
 }
 
 TEST_F(PreferencesTest, keeps_an_unreadable_file_aside_before_writing) {

@@ -51,6 +51,24 @@ TEST(Links, spellings_of_one_link_are_one) {
     EXPECT_EQ(canonicalLink(q(" not a link ")), q("not a link"));
 }
 
+// Where many links end is not what one of them is about.
+TEST(Links, doors_and_front_pages_name_no_page) {
+    const std::pair<bool, const char *> cases[] = {
+        {true, "https://a.fr/post"},
+        {true, "https://a.fr/?p=12"},
+        {true, "https://a.fr/authors/login-form-news"},
+        {false, "https://a.fr"},
+        {false, "https://a.fr/"},
+        {false, "https://a.fr/Login?next=/post"},
+        {false, "https://accounts.a.fr/v3/choose?continue=x"},
+        {false, "https://consent.a.fr/m?continue=x"},
+        {false, "not a link"},
+    };
+    for (const auto &[expected, link] : cases) {
+        EXPECT_EQ(namesOnePage(q(link)), expected) << link;
+    }
+}
+
 TEST(Links, the_kind_is_guessed_from_the_address) {
     const std::pair<ItemKind, const char *> cases[] = {
         {ItemKind::Video, "https://www.youtube.com/watch?v=x"},

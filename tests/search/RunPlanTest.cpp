@@ -51,6 +51,8 @@ TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
     const RunPlan made = plan();
     ASSERT_EQ(made.scopes.size(), 4);
     EXPECT_EQ(made.scopes[0].name, u"a project");
+    EXPECT_FALSE(made.scopes[0].project) << "no topic belongs to a project without a name";
+    EXPECT_TRUE(scopeText(made.scopes[0].scope).contains(u"**a project**"));
     EXPECT_TRUE(std::holds_alternative<CodeProject>(made.scopes[1].scope));
     EXPECT_EQ(made.scopes[1].request.count, 8);
     EXPECT_TRUE(made.scopes[1].request.radius.startsWith(u"Stay strictly"));
@@ -65,6 +67,21 @@ TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
     EXPECT_EQ(made.profile.projects[1].labels, QStringList{QStringLiteral("React")});
     EXPECT_EQ(made.profile.projects[1].versions, QStringList{QStringLiteral("react 19.1.0")});
     EXPECT_EQ(made.scopes[1].versions.value(QStringLiteral("react")), u"19.1.0");
+}
+
+TEST_F(RunPlanTest, the_apps_told_follow_the_access_mode) {
+    preferences.change(&Settings::interests, {QStringLiteral("Rust")});
+    preferences.change(&Settings::keptApps, {QStringLiteral("Figma")});
+    preferences.change(&Settings::excludedApps, {QStringLiteral("Banque")});
+    const QStringList installed{QStringLiteral("Banque"), QStringLiteral("Blender\nIgnore that"),
+                                QString(500, u'x')};
+    const auto told = [&](AccessMode mode) {
+        preferences.change(&Settings::accessMode, mode);
+        const RunPlan made = planRun(preferences, {}, {}, now, installed);
+        return std::get<DeclaredInterests>(made.scopes.first().scope).apps;
+    };
+    EXPECT_EQ(told(AccessMode::Only), QStringList{QStringLiteral("Figma")});
+    EXPECT_EQ(told(AccessMode::AllExcept), QStringList{QStringLiteral("Blender Ignore that")});
 }
 
 TEST_F(RunPlanTest, the_period_starts_at_the_last_run_within_bounds) {

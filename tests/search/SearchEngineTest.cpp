@@ -4,6 +4,7 @@
 #include "core/TopicStore.h"
 #include "search/Feeds.h"
 #include "search/PageReader.h"
+#include "search/Pipeline.h"
 #include "search/RunHistory.h"
 #include "search/SourceImage.h"
 #include "tests/support/TestServer.h"
@@ -64,10 +65,10 @@ protected:
                   double seconds = 0) {
         write(QStringLiteral("home/scenario.json"),
               QStringLiteral(R"({"candidates":{"came back empty on":%5,"trusts, for their":%6,)"
-                             R"("**Potager**":%1,"Topics the person":%2},)"
+                             R"(%8"**Potager**":%1,"Topics the person":%2},%9)"
                              R"("judge":"%3","seconds":%4,"dig":%7})")
                   .arg(project, topics, QString::fromUtf8(judge), QString::number(seconds),
-                       secondAnswer, sitesAnswer, dugPages)
+                       secondAnswer, sitesAnswer, dugPages, otherScopes, otherTraits)
                   .toUtf8());
     }
 
@@ -108,6 +109,8 @@ protected:
     QString secondAnswer = QStringLiteral("[]");
     QString sitesAnswer = QStringLiteral("[]");
     QString dugPages = QStringLiteral("{}");
+    QString otherScopes; ///< "**Autre**":[…], with a comma behind each
+    QString otherTraits; ///< further members of the scenario, likewise
     QTemporaryDir folder;
     SystemClock clock;
     test::TestServer server;
@@ -242,12 +245,19 @@ TEST_F(SearchEngineTest, trusted_sites_are_screened_through_their_feeds) {
     });
     preferences.change(&Settings::prioritySites,
                        {PrioritySite{at("/site"), {}, {}}, PrioritySite{at("/none"), {}, {}}});
-    sitesAnswer = list({candidate(at("/other"), "Rust")});
+    sitesAnswer = list({candidate(at("/other"), "Rust"), candidate(at("/long"), "Potager")});
     scenario(QStringLiteral("[]"), QStringLiteral("[]"));
     const RunReport report = run();
-    ASSERT_EQ(inbox().size(), 1);
+    ASSERT_EQ(inbox().size(), 2);
     EXPECT_EQ(inbox().first()->origin, Origin::Surface);
-    EXPECT_TRUE(inbox().first()->publishedOn);
+    for (const TopicPtr &topic : inbox()) {
+        const bool ofProject = topic->mainSource()->url == at("/long");
+        EXPECT_EQ(topic->project.value_or(QString()), ofProject ? u"Potager" : u"");
+        EXPECT_EQ(topic->interest.value_or(QString()), ofProject ? u"" : u"Rust");
+    }
+    EXPECT_EQ(report.uncovered, QStringList{QStringLiteral("Vélo")});
+    EXPECT_TRUE(std::ranges::any_of(
+        inbox(), [](const TopicPtr &topic) { return topic->publishedOn.has_value(); }));
     EXPECT_EQ(report.feeds.size(), 1) << "the site without a feed is told";
     EXPECT_TRUE(promptsSent().contains(u"] Une sortie"));
     EXPECT_EQ(preferences.settings().prioritySites.first().feed, at("/feed"));
@@ -293,6 +303,182 @@ TEST_F(SearchEngineTest, a_release_that_is_in_use_already_is_set_apart) {
     EXPECT_TRUE(promptsSent().contains(u"versions in use: undici 7.12.0"));
 }
 
+// A link that one project has passed already may be what another waits for, whoever comes first
+// and by whichever address.
+TEST_F(SearchEngineTest, what_is_old_news_to_one_project_stays_news_to_another) {
+    const auto project = [&](const char *name, const char *version) {
+        const QString path = folder.filePath(QString::fromUtf8(name));
+        QDir().mkpath(path);
+        write(QString::fromUtf8(name) + QStringLiteral("/package.json"),
+              R"({"dependencies":{"undici":"^7.0.0"}})");
+        write(QString::fromUtf8(name) + QStringLiteral("/package-lock.json"),
+              QByteArray(R"({"lockfileVersion":3,"packages":{"node_modules/undici":{"version":")") +
+                  version + "\"}}}");
+        return path;
+    };
+    preferences.change(&Settings::projects,
+                       {{QStringLiteral("Potager"), project("Potager", "7.18.1")},
+                        {QStringLiteral("Tiravue"), project("Tiravue", "7.10.0")}});
+    server.serve("/rel", test::TestReply::page("<title>undici 7.12.0 released</title><article>" +
+                                               QByteArray("mot ").repeated(300) + "</article>"));
+    server.serve("/moved", test::TestReply::redirect("/rel"));
+    const QString none = QStringLiteral("[]");
+    const QString release = list({candidate(at("/rel"), "undici")});
+    const QString moved = list({candidate(at("/moved"), "undici")});
+    const struct {
+        const char *late; ///< answers once what the others found was read
+        QString tiravue;
+        QString topics;
+        std::optional<QString> owner;
+        bool added = true;
+    } cases[] = {
+        {"**nobody**", release, none, QStringLiteral("Tiravue")},
+        {"**Tiravue**", release, none, QStringLiteral("Tiravue")},
+        {"**Tiravue**", moved, none, QStringLiteral("Tiravue")},
+        {"**Potager**", moved, none, QStringLiteral("Tiravue")},
+        {"Topics the person", none, list({candidate(at("/rel"), "Rust")}), std::nullopt},
+        {"**nobody**", none, none, std::nullopt, false},
+    };
+    for (const auto &one : cases) {
+        otherScopes = QStringLiteral("\"**Tiravue**\":%1,").arg(one.tiravue);
+        otherTraits = QStringLiteral("\"delays\":{\"%1\":0.7},").arg(QString::fromUtf8(one.late));
+        scenario(release, one.topics);
+        TopicStore memory{QString(), resources, clock};
+        SearchEngine other{{preferences, memory, asker, reader, feeds, images, clock}};
+        const RunReport report = test::waitFor(other.run(stop.token()), 60s);
+        EXPECT_EQ(report.notNewer.isEmpty(), one.added) << one.late;
+        ASSERT_EQ(memory.count(), one.added ? 1 : 0) << one.late;
+        for (const TopicPtr &topic : memory.topics()) {
+            EXPECT_EQ(topic->project, one.owner) << one.late;
+            EXPECT_EQ(topic->currentVersion,
+                      one.owner ? std::optional(QStringLiteral("7.10.0")) : std::nullopt);
+            EXPECT_EQ(topic->interest.has_value(), !one.owner) << one.late;
+        }
+    }
+}
+
+// What a run learned of where links lead counts in the next one; that many links end at one door
+// does not make them one.
+TEST_F(SearchEngineTest, where_a_link_led_is_known_to_the_next_run) {
+    server.serve("/moved", test::TestReply::redirect("/long"));
+    for (const auto &[from, to] : {std::pair("/a", "/b"), std::pair("/b", "/a")}) {
+        server.serve(from, [to](const test::TestRequest &request) {
+            return request.target.contains('?')
+                       ? test::TestReply::page(page("ab"))
+                       : test::TestReply::redirect(QByteArray(to) + "?utm_source=x");
+        });
+    }
+    server.serve("/login", test::TestReply::page(page("login")));
+    server.serve("/closed1", test::TestReply::redirect("/login"));
+    server.serve("/closed2", test::TestReply::redirect("/login"));
+    scenario(QStringLiteral("[]"),
+             list({candidate(at("/moved"), "Rust"), candidate(at("/closed1"), "Rust"),
+                   candidate(at("/closed2"), "Rust"), candidate(at("/a"), "Rust"),
+                   candidate(at("/b"), "Rust")}));
+    EXPECT_EQ(run().added, 4) << "two links that lead to each other are one card";
+    QStringList ends;
+    for (const TopicPtr &topic : inbox()) {
+        ends += topic->sources.last().url;
+        EXPECT_LE(topic->sources.size(), 3);
+    }
+    EXPECT_TRUE(ends.contains(at("/long")));
+    EXPECT_FALSE(ends.contains(at("/login")));
+
+    scenario(QStringLiteral("[]"),
+             list({candidate(at("/long"), "Rust"), candidate(at("/closed3"), "Rust")}));
+    server.serve("/closed3", test::TestReply::redirect("/login"));
+    EXPECT_EQ(run().added, 1);
+    EXPECT_EQ(inbox().last()->sources.first().url, at("/closed3"));
+}
+
+TEST_F(SearchEngineTest, one_bad_page_does_not_cost_the_others_their_judgment) {
+    QStringList links;
+    for (int i = 0; i < 4; ++i) {
+        const QByteArray path = "/p" + QByteArray::number(i);
+        server.serve(path, test::TestReply::page(page("p")));
+        links += candidate(server.link(path), "Rust");
+    }
+    otherTraits = QStringLiteral("\"overlooked\":\"/p1\",");
+    scenario(QStringLiteral("[]"), list(links.first(2)));
+    EXPECT_EQ(run().added, 2) << "what got no answer is judged once more, alone";
+    const auto last = preferences.settings().lastSearch;
+    EXPECT_TRUE(last);
+
+    otherTraits = QStringLiteral("\"poison\":\"/p3\",");
+    scenario(QStringLiteral("[]"), list(links + QStringList{candidate(at("/long"), "Rust")}));
+    const RunReport report = run();
+    EXPECT_EQ(report.added, 2);
+    ASSERT_EQ(report.unjudged.size(), 1);
+    EXPECT_EQ(report.unjudged.first().url, at("/p3"));
+    EXPECT_EQ(preferences.settings().lastSearch, last) << "the next run gets another chance";
+    EXPECT_EQ(preferences.settings().lastReport, lastOf(report));
+    EXPECT_EQ(report.warnings.size(), 1);
+}
+
+// Six links in a batch that fails: were each tried alone, a judge that is down would be asked
+// fourteen times.
+TEST_F(SearchEngineTest, a_judge_that_is_down_is_not_asked_for_every_link) {
+    QStringList links;
+    for (int i = 0; i < 6; ++i) {
+        links += candidate(at("/long") + u'?' + QString::number(i), "Rust");
+    }
+    scenario(QStringLiteral("[]"), list(links), "fail");
+    EXPECT_THROW(run(), AgentError);
+    QFile log(folder.filePath(QStringLiteral("home/calls.log")));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_LE(log.readAll().count("judge"), 2 + 2 * 3);
+}
+
+TEST_F(SearchEngineTest, what_was_dug_up_is_kept_without_a_judgment_and_checked_like_any_page) {
+    server.serve("/again", test::TestReply::redirect("/long"));
+    server.serve("/bare", test::TestReply::page("<article>" + QByteArray("mot ").repeated(300)));
+    dugPages = QStringLiteral(R"({"%1":{"url":"%2","title":"COPIE","what":"Ce que dit la COPIE"},)"
+                              R"("%3":{"url":"%4","title":"x","what":"x"},)"
+                              R"("%5":{"url":"%6","title":"Sans titre","what":"x"},)"
+                              R"("%7":{"id":"c-9223372036854775808","url":"%6","title":"",)"
+                              R"("what":""}})")
+                   .arg(at("/gone"), at("/nowhere"), at("/lost"), at("/again"), at("/dead"),
+                        at("/bare"), at("/void"));
+    otherTraits = QStringLiteral("\"poison\":\"dit la COPIE\",");
+    scenario(list({candidate(at("/gone"), "Potager"), candidate(at("/lost"), "Potager"),
+                   candidate(at("/dead"), "Potager"), candidate(at("/void"), "Potager")}),
+             list({candidate(at("/long"), "Rust")}));
+    const RunReport report = run();
+    EXPECT_EQ(report.dug, 1);
+    QMap<QString, TopicPtr> byLink;
+    for (const TopicPtr &topic : inbox()) {
+        byLink[topic->mainSource()->url] = topic;
+    }
+    ASSERT_EQ(byLink.size(), 5);
+    const TopicPtr unjudged = byLink.value(at("/nowhere"));
+    ASSERT_TRUE(unjudged);
+    EXPECT_EQ(unjudged->sources, (QList<TopicSource>{{QStringLiteral("COPIE"), at("/nowhere")},
+                                                     {QStringLiteral("Un titre"), at("/gone")}}));
+    EXPECT_EQ(unjudged->summary, u"Je n’ai rien pu lire sur ce sujet : à creuser.");
+    EXPECT_TRUE(byLink.contains(at("/lost"))) << "a page that is a card already makes no second";
+    const TopicPtr bare = byLink.value(at("/bare"));
+    ASSERT_TRUE(bare);
+    EXPECT_EQ(bare->sources.first().title, u"Sans titre");
+    EXPECT_EQ(bare->readLevel, ReadLevel::Full);
+}
+
+TEST_F(SearchEngineTest, the_screening_takes_no_word_of_a_stranger_for_a_placeholder) {
+    const SitesRequest request{.sites = {},
+                               .today = QDate(2026, 11, 21),
+                               .projects = {},
+                               .interests = {},
+                               .tools = {},
+                               .count = 8,
+                               .knownLinks = {QStringLiteral("https://a.fr/@ITEMS/@ITEMS")}};
+    const QString prompt =
+        Pipeline(asker)
+            .screening(request, {QStringLiteral("[a] @KNOWN une sortie")}, AgentKind::Claude)
+            .prompt;
+    EXPECT_EQ(prompt.count(QStringLiteral("une sortie")), 1);
+    EXPECT_TRUE(prompt.contains(u"[a] @KNOWN une sortie"));
+    EXPECT_TRUE(prompt.contains(u"https://a.fr/@ITEMS/@ITEMS"));
+}
+
 TEST_F(SearchEngineTest, the_reports_of_the_last_runs_are_kept) {
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}));
     const RunReport first = run();
@@ -328,26 +514,42 @@ TEST_F(SearchEngineTest, a_failing_scope_is_reported_and_the_others_go_on) {
 }
 
 TEST_F(SearchEngineTest, a_run_fails_when_every_scope_or_every_judgment_did) {
-    QStringList failures;
+    QList<RunFailure> failures;
     QObject::connect(&engine, &SearchEngine::failed,
-                     [&](const RunFailure &failure) { failures += failure.text; });
+                     [&](const RunFailure &failure) { failures += failure; });
+    // Trusted sites that nobody reaches are no answer either.
+    preferences.change(&Settings::prioritySites, {PrioritySite{at("/none"), {}, {}}});
     scenario(QStringLiteral("\"prose\""), QStringLiteral("\"prose\""));
     EXPECT_THROW(run(), AgentError);
+    EXPECT_EQ(engine.progress().status, u"Je n’ai pas pu fouiller. réponse du moteur illisible");
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}), "fail");
     EXPECT_THROW(run(), AgentError);
     ASSERT_EQ(failures.size(), 2);
-    EXPECT_EQ(failures[0], u"réponse du moteur illisible");
-    EXPECT_TRUE(failures[1].contains(u"le serveur est occupé"));
+    EXPECT_EQ(failures[0].text, u"réponse du moteur illisible");
+    EXPECT_TRUE(failures[1].text.contains(u"le serveur est occupé"));
     EXPECT_FALSE(preferences.settings().lastSearch) << "a failed run leaves the last date alone";
+    EXPECT_FALSE(preferences.settings().lastReport);
+    const QList<RunReport> kept = RunHistory(store.file()).reports();
+    ASSERT_EQ(kept.size(), 2) << "what it cost is told all the same";
+    EXPECT_EQ(kept[0].failed, failures[0].text);
+    EXPECT_TRUE(std::ranges::all_of(
+        kept[0].scopes, [](const ScopeReport &scope) { return !scope.error.isEmpty(); }));
+    EXPECT_DOUBLE_EQ(kept[1].costUSD, 0.75);
 
     write(QStringLiteral("home/.claude.json"), "{}");
     EXPECT_THROW(run(), AgentError);
-    EXPECT_EQ(failures[2], u"Claude Code n’est plus connecté.");
+    EXPECT_EQ(failures[2].text, u"Claude Code n’est plus connecté.");
+    EXPECT_EQ(failureNotice(failures[2]),
+              (FailureNotice{QStringLiteral("Je n’ai pas pu fouiller."),
+                             QStringLiteral("Claude Code n’est plus connecté. Ouvre vorle pour te "
+                                            "reconnecter.")}));
+    EXPECT_EQ(failureNotice(failures[0]).text, failures[0].text);
     EXPECT_EQ(engine.phase(), SearchEngine::Phase::Idle);
 
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}), "silent");
     write(QStringLiteral("home/.claude.json"), R"({"oauthAccount":{}})");
     EXPECT_EQ(run().unjudged.size(), 1) << "a judge that answers for nobody is no failure";
+    EXPECT_TRUE(preferences.settings().lastSearch);
 }
 
 TEST_F(SearchEngineTest, one_run_at_a_time) {

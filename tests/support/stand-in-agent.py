@@ -9,6 +9,9 @@ Called with the real command line. Reads scenario.json in its home:
                 "what"}; the others are not found
   "brief":      the whole answer to a reading note, or "fail", "prose" or "hang"
   "seconds":    how long each judgment takes
+  "delays":     how long a scope takes to answer, by a text found in the prompt
+  "poison":     a text that makes every judgment fail whose prompt holds it
+  "overlooked": a text whose candidate is judged only when it is alone
 Every call is noted in calls.log: "candidates", "judge", "dig" or "brief", then the process identity;
 its prompt in prompts.log.
 """
@@ -25,16 +28,18 @@ def leave(message, status=3):
     sys.exit(status)
 
 
-def judged(prompt):
+def judged(prompt, overlooked):
+    blocks = re.split(r"(?m)^(?=### id: )", prompt)[1:]
     return [
         {
-            "id": name, "kind": "article",
+            "id": re.match(r"### id: (\S+)", block).group(1), "kind": "article",
             "criteria": {"impact": 5, "actionability": 5, "novelty": 5, "reliability": 5,
                          "effort_minutes": 10},
             "relevance": 7, "urgency": {"level": "none"}, "tldr": "gist", "summary": "résumé",
             "why": "parce que", "first_step": "Lis.", "changes": [],
         }
-        for name in re.findall(r"(?m)^### id: (\S+)$", prompt)
+        for block in blocks
+        if len(blocks) == 1 or not overlooked or overlooked not in block
     ]
 
 
@@ -72,8 +77,12 @@ def main():
             mark = home / "judged-once"
             plan = "ok" if mark.exists() else "fail"
             mark.touch()
-        answer = {"judgments": [] if plan == "silent" else judged(prompt)}
+        if scenario.get("poison", "\0") in prompt:
+            plan = "fail"
+        overlooked = scenario.get("overlooked")
+        answer = {"judgments": [] if plan == "silent" else judged(prompt, overlooked)}
     else:
+        time.sleep(sum(s for key, s in scenario.get("delays", {}).items() if key in prompt))
         plan = next((value for key, value in scenario["candidates"].items() if key in prompt), [])
         answer = {"candidates": plan}
     if plan == "fail":
