@@ -1,5 +1,6 @@
 #include "app/TopicLabels.h"
 
+#include "core/DurationText.h"
 #include "core/KindLabel.h"
 
 #include <QCoreApplication>
@@ -50,13 +51,13 @@ QString statusLabel(TopicStatus status) {
     return {};
 }
 
-QString durationLabel(int minutes) {
-    if (minutes < 60) {
-        return tr("%1 min").arg(minutes);
-    }
-    return minutes % 60 == 0
-               ? tr("%1 h").arg(minutes / 60)
-               : tr("%1 h %2").arg(minutes / 60).arg(minutes % 60, 2, 10, QChar(u'0'));
+QString durationLabel(int minutes) { return durationText(minutes); }
+
+QString dayLabel(const QDate &day, const QDate &today) {
+    const QString format =
+        day.year() == today.year() ? QStringLiteral("MMMM") : QStringLiteral("MMMM yyyy");
+    const QString number = day.day() == 1 ? tr("1er") : QString::number(day.day());
+    return number + u' ' + QLocale(QLocale::French, QLocale::France).toString(day, format);
 }
 
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today) {
@@ -67,11 +68,7 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
     if (!date.isValid()) {
         return urgency->level == Judgment::Urgency::Level::Now ? tr("maintenant") : QString();
     }
-    const QString format =
-        date.year() == today.year() ? QStringLiteral("MMMM") : QStringLiteral("MMMM yyyy");
-    const QLocale french(QLocale::French, QLocale::France);
-    const QString day = date.day() == 1 ? tr("1er") : QString::number(date.day());
-    const QString deadline = tr("avant le %1 %2").arg(day, french.toString(date, format));
+    const QString deadline = tr("avant le %1").arg(dayLabel(date, today));
     return urgency->level == Judgment::Urgency::Level::Now ? tr("maintenant, %1").arg(deadline)
                                                            : deadline;
 }

@@ -10,8 +10,10 @@ namespace vorle {
 QString kindLabel(const std::optional<QString> &kind); ///< empty for an unknown kind
 QString readLevelLabel(std::optional<ReadLevel> level);
 QString statusLabel(TopicStatus status);
-/// "15 min", "1 h", "1 h 20".
+/// "15 min", "1 h", "1 h 20": see durationText().
 QString durationLabel(int minutes);
+/// "2 novembre", "1er décembre"; with its year when it is not today's.
+QString dayLabel(const QDate &day, const QDate &today);
 /// "avant le 28 novembre" (with its year when it is not this one), "maintenant", or empty.
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
 

@@ -206,13 +206,10 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &pro
         plan.profile.interests += {topic, preferences.weightOf(topic)};
     }
     plan.profile.tools = settings.addedTools;
-    const QList<Reflex> reflexes = learn(topics, settings).reflexes;
-    plan.reflexLines = activeInstructions(reflexes, settings);
-    std::copy_if(reflexes.begin(), reflexes.end(), std::back_inserter(plan.reflexes),
-                 [&](const Reflex &reflex) {
-                     return plan.reflexLines.contains(reflex.instruction) &&
-                            !settings.disabledReflexes.contains(reflex.id);
-                 });
+    plan.reflexes = activeReflexes(learn(topics, settings).reflexes, settings);
+    for (const Reflex &reflex : plan.reflexes) {
+        plan.reflexLines += reflex.instruction;
+    }
     plan.sites.sites = settings.prioritySites;
     plan.sites.today = now.toLocalTime().date();
     plan.sites.interests = settings.interests;

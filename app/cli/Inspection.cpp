@@ -2,7 +2,6 @@
 
 #include "app/TopicLabels.h"
 #include "app/cli/Command.h"
-#include "app/cli/TopicCards.h"
 #include "base/Text.h"
 #include "judging/JudgePrompt.h"
 #include "search/Links.h"
@@ -180,35 +179,6 @@ Task<ExitStatus> consignes(Context &context) {
                                                         .arg(utf8Size(prompt.prompt))) +
                               QStringLiteral("\n\n") +
                               context.console.plain(prompt.prompt.trimmed()) + u'\n');
-    }
-    co_return ExitStatus::Done;
-}
-
-Task<ExitStatus> sujets(Context &context) {
-    const QString word = context.arguments.options.value(QStringLiteral("statut"));
-    const auto status = json::fromRaw<TopicStatus>(word);
-    if (!word.isEmpty() && !status) {
-        throw Failure(QStringLiteral("Statut inconnu : %1. Choix : pending, inbox, program, "
-                                     "reserve, done, dismissed.")
-                          .arg(word),
-                      ExitStatus::Usage);
-    }
-    const TopicStore &store = context.app.store();
-    if (store.setAside()) {
-        context.console.say(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
-        co_return ExitStatus::Failed;
-    }
-    const QList<TopicPtr> topics = status ? store.topics(*status) : store.topics();
-    if (context.arguments.json()) {
-        QList<Topic> records;
-        for (const TopicPtr &topic : topics) {
-            records += *topic;
-        }
-        context.console.print(json::encode(records, json::Style::Pretty));
-    } else if (!topics.isEmpty()) {
-        context.console.print(topicLines(context.console, topics));
-    } else {
-        context.console.say(QStringLiteral("Aucun sujet."));
     }
     co_return ExitStatus::Done;
 }

@@ -1,6 +1,7 @@
 #include "app/cli/TopicCards.h"
 
 #include "app/TopicLabels.h"
+#include "core/Corrections.h"
 #include "core/ScoreScale.h"
 
 namespace vorle::cli {
@@ -14,24 +15,30 @@ QString scoreDigits(const Topic &topic) {
     return (score ? QString::number(*score) : QStringLiteral("–")).rightJustified(4);
 }
 
-QString card(const Console &console, const Topic &topic, const QDate &today) {
-    QStringList facts;
-    const auto add = [&](const QString &fact) {
-        if (!fact.isEmpty()) {
-            facts += fact;
-        }
-    };
-    add(topic.project.value_or(topic.interest.value_or(QString())));
-    add(kindLabel(topic.kind));
-    add(durationLabel(topic.minutes));
-    add(readLevelLabel(topic.readLevel));
-    add(urgencyLabel(topic.urgency, today));
+/// Those that are not empty, on one line.
+QString factLine(QStringList facts) {
+    facts.removeAll(QString());
+    return facts.join(QStringLiteral(" · "));
+}
 
+QString formerScore(const Topic &topic) {
+    const auto former = standingScore(topic).former;
+    return former ? QStringLiteral("j’avais mis %1").arg(*former) : QString();
+}
+
+} // namespace
+
+QString topicCard(const Console &console, const Topic &topic, const QDate &today, CardScore score) {
+    const bool shown = score == CardScore::Shown;
+    const QString facts =
+        factLine({topic.project.value_or(topic.interest.value_or(QString())), kindLabel(topic.kind),
+                  durationLabel(topic.minutes), readLevelLabel(topic.readLevel),
+                  urgencyLabel(topic.urgency, today), shown ? formerScore(topic) : QString()});
     QStringList lines;
     // The score stands in the margin of the title's first line.
-    lines += console.accent(scoreDigits(topic)) + QStringLiteral("  ") +
-             console.bold(console.wrapped(topic.title, margin).trimmed());
-    lines += console.faint(console.wrapped(facts.join(QStringLiteral(" · ")), margin));
+    lines += console.accent(shown ? scoreDigits(topic) : QString(margin - 2, u' ')) +
+             QStringLiteral("  ") + console.bold(console.wrapped(topic.title, margin).trimmed());
+    lines += console.faint(console.wrapped(facts, margin));
     const QString &gist = topic.summary.isEmpty() ? topic.tldr.value_or(QString()) : topic.summary;
     lines += console.wrapped(gist, margin);
     if (!topic.why.isEmpty()) {
@@ -46,13 +53,47 @@ QString card(const Console &console, const Topic &topic, const QDate &today) {
     return lines.join(u'\n');
 }
 
-} // namespace
+QString programLines(const Console &console, const QList<TopicPtr> &topics, const QDate &today) {
+    QStringList lines;
+    for (const TopicPtr &topic : topics) {
+        lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
+                 console.bold(console.wrapped(topic->title, margin).trimmed());
+        lines += console.faint(
+            console.wrapped(factLine({durationLabel(topic->minutes),
+                                      topic->isUrgent() ? QStringLiteral("urgent") : QString(),
+                                      urgencyLabel(topic->urgency, today),
+                                      topic->project.value_or(topic->interest.value_or(QString())),
+                                      topic->id.toString(QUuid::WithoutBraces).toUpper()}),
+                            margin));
+    }
+    return lines.join(u'\n');
+}
+
+QString openScoreLines(const Console &console, const OpenScore &open) {
+    constexpr int labelWidth = 15;
+    constexpr int highestGrade = 10;
+    const QString indent(margin, u' ');
+    QStringList lines{indent + console.bold(open.title)};
+    for (const OpenScore::Grade &grade : open.grades) {
+        const int filled = std::clamp(grade.grade, 0, highestGrade);
+        lines += indent + grade.label.leftJustified(labelWidth) +
+                 console.accent(QString(filled, u'█')) +
+                 console.faint(QString(highestGrade - filled, u'░')) +
+                 QStringLiteral("  %1").arg(grade.grade);
+    }
+    for (const OpenScore::Fact &fact : open.facts) {
+        const QString text = console.wrapped(fact.text, margin + labelWidth).trimmed();
+        lines += indent + fact.label.leftJustified(labelWidth) + text;
+    }
+    return lines.join(u'\n');
+}
 
 QString topicCards(const Console &console, QList<TopicPtr> topics, const QDate &today) {
     std::stable_sort(topics.begin(), topics.end(), [](const TopicPtr &a, const TopicPtr &b) {
         const Tier left = tierOf(*a);
         const Tier right = tierOf(*b);
-        return left != right ? left < right : a->score > b->score;
+        return left != right ? left < right
+                             : shownScore(*a).value_or(0) > shownScore(*b).value_or(0);
     });
     QStringList blocks;
     std::optional<Tier> shown;
@@ -61,7 +102,7 @@ QString topicCards(const Console &console, QList<TopicPtr> topics, const QDate &
             blocks += console.bold(tierLabel(tier));
             shown = tier;
         }
-        blocks += card(console, *topic, today);
+        blocks += topicCard(console, *topic, today, CardScore::Shown);
     }
     return blocks.join(QStringLiteral("\n\n"));
 }

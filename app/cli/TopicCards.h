@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/OpenScore.h"
 #include "app/cli/Console.h"
 #include "core/TopicStore.h"
 
@@ -11,6 +12,17 @@ namespace vorle::cli {
 /// The topics as a person reads them in a terminal: by tier, best first, each with its score, gist,
 /// reason, first step and link.
 QString topicCards(const Console &console, QList<TopicPtr> topics, const QDate &today);
+
+enum class CardScore { Shown, Hidden };
+
+/// One topic of those.
+QString topicCard(const Console &console, const Topic &topic, const QDate &today, CardScore score);
+
+/// The week's program: two lines a topic, its score and title, then its time and urgency.
+QString programLines(const Console &console, const QList<TopicPtr> &topics, const QDate &today);
+
+/// What a score is made of: the four grades as bars, then a line a fact.
+QString openScoreLines(const Console &console, const OpenScore &open);
 
 /// One line a topic: score, title, where it stands, identity.
 QString topicLines(const Console &console, const QList<TopicPtr> &topics);

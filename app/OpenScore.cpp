@@ -1,0 +1,135 @@
+#include "app/OpenScore.h"
+
+#include "agents/AgentKind.h"
+#include "app/TopicLabels.h"
+#include "core/Corrections.h"
+#include "core/ScoreScale.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+namespace vorle {
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("OpenScore", text); }
+
+/// At most `digits` digits that count, with a comma.
+QString decimal(double number, int digits) {
+    return QString::number(number, 'g', digits).replace(u'.', u',');
+}
+
+QString quoted(const QString &text) { return QStringLiteral("«\u00A0%1\u00A0»").arg(text); }
+
+QString titleText(const Topic &topic) {
+    const StandingScore standing = standingScore(topic);
+    const QString name = scoreBadge(standing.score).accessibleName;
+    if (!topic.correction) {
+        return name;
+    }
+    return standing.former ? tr("%1, la tienne. J’avais mis %2").arg(name).arg(*standing.former)
+                           : tr("%1, la tienne").arg(name);
+}
+
+QString urgencyText(const Judgment::Urgency &urgency, const QDate &today) {
+    QString text = urgencyLabel(urgency, today);
+    if (text.isEmpty() && urgency.level == Judgment::Urgency::Level::Before) {
+        // A deadline that is no date ("fin 2026") is still worth reading.
+        text = urgency.date ? tr("avant %1").arg(*urgency.date) : tr("à une date inconnue");
+    }
+    if (text.isEmpty()) {
+        return tr("aucune");
+    }
+    return urgency.reason ? tr("%1\u00A0: %2").arg(text, *urgency.reason) : text;
+}
+
+QString bytesText(int bytes) {
+    constexpr int kilo = 1000;
+    if (bytes < kilo) {
+        return tr("%1\u00A0octets de texte").arg(bytes);
+    }
+    const double amount = static_cast<double>(bytes) / kilo;
+    return tr("%1\u00A0ko de texte").arg(decimal(amount, amount < 10 ? 2 : 3));
+}
+
+QString readingText(const Topic &topic, const std::optional<ScoreNote> &note) {
+    const QString level = readLevelLabel(topic.readLevel);
+    return note && note->bytesRead > 0 ? tr("%1, %2").arg(level, bytesText(note->bytesRead))
+                                       : level;
+}
+
+QString judgeText(const ScoreNote &note, const QDate &today, const QTimeZone &zone) {
+    const QString day = dayLabel(note.at.toTimeZone(zone).date(), today);
+    const auto agent = json::fromRaw<AgentKind>(note.agent.value_or(QString()));
+    return agent ? tr("%1, le %2").arg(displayName(*agent), day) : tr("le %1").arg(day);
+}
+
+QString reflexesText(const QList<ScoreNote::Reflex> &reflexes) {
+    if (reflexes.isEmpty()) {
+        return tr("aucun");
+    }
+    QStringList titles;
+    for (const ScoreNote::Reflex &reflex : reflexes) {
+        titles += reflex.title.isEmpty() ? reflex.id : reflex.title;
+    }
+    return titles.join(u' ');
+}
+
+QString examplesText(int examples) {
+    return examples == 0   ? tr("aucun")
+           : examples == 1 ? tr("1 de tes tris")
+                           : tr("%1 de tes tris").arg(examples);
+}
+
+QString correctionText(const Correction &correction, const QDate &today, const QTimeZone &zone) {
+    QStringList parts{tr("%1 sur 10, le %2")
+                          .arg(scoreFromRelevance(correction.score))
+                          .arg(dayLabel(correction.at.toTimeZone(zone).date(), today))};
+    parts += correction.tags;
+    if (!correction.text.isEmpty()) {
+        parts += quoted(correction.text);
+    }
+    return parts.join(QStringLiteral(" · "));
+}
+
+} // namespace
+
+OpenScore openScore(const Topic &topic, const std::optional<ScoreNote> &note, const QDate &today,
+                    const QTimeZone &zone) {
+    OpenScore open;
+    open.title = titleText(topic);
+    if (topic.criteria) {
+        open.grades = {{tr("Impact"), topic.criteria->impact},
+                       {tr("Concret"), topic.criteria->actionability},
+                       {tr("Nouveauté"), topic.criteria->novelty},
+                       {tr("Fiabilité"), topic.criteria->reliability}};
+    }
+    const auto add = [&](const QString &label, const QString &text) {
+        open.facts += OpenScore::Fact{label, text};
+    };
+    add(tr("Effort"), durationLabel(topic.minutes));
+    if (topic.urgency) {
+        add(tr("Urgence"), urgencyText(*topic.urgency, today));
+    }
+    if (topic.readLevel) {
+        add(tr("Lecture"), readingText(topic, note));
+    }
+    if (note) {
+        if (const auto score = judgedScore(topic)) {
+            // Enough digits to see why it was rounded up or down.
+            const QString exact = decimal(note->relevance, 4);
+            add(tr("Avant arrondi"), exact == QString::number(*score)
+                                         ? exact
+                                         : tr("%1, arrondi à %2").arg(exact).arg(*score));
+        }
+        add(tr("Jugé par"), judgeText(*note, today, zone));
+        add(tr("Réflexes"), reflexesText(note->reflexes));
+        add(tr("Exemples"), examplesText(note->examples));
+    }
+    if (topic.correction) {
+        add(tr("Ta correction"), correctionText(*topic.correction, today, zone));
+    }
+    return open;
+}
+
+} // namespace vorle

@@ -1,0 +1,190 @@
+#include "app/cli/Command.h"
+#include "app/cli/Keyboard.h"
+#include "app/cli/TopicArgument.h"
+#include "app/cli/TopicCards.h"
+#include "core/Calibration.h"
+
+namespace vorle::cli {
+
+namespace {
+
+using Choice = Calibration::Choice;
+
+std::optional<Choice> choiceOf(QChar key) {
+    switch (key.unicode()) {
+    case u'g':
+        return Choice::Keep;
+    case u'l':
+        return Choice::Later;
+    case u'x':
+        return Choice::NotForMe;
+    default:
+        return std::nullopt;
+    }
+}
+
+QString keysText(bool mayTakeBack) {
+    QStringList keys{QStringLiteral("g ") + calibrationLabel(Choice::Keep),
+                     QStringLiteral("l ") + calibrationLabel(Choice::Later),
+                     QStringLiteral("x ") + calibrationLabel(Choice::NotForMe)};
+    if (mayTakeBack) {
+        keys += QStringLiteral("a Annuler la dernière réponse");
+    }
+    keys += QStringLiteral("q Arrêter");
+    return calibrationQuestion() + QStringLiteral("  ") + keys.join(QStringLiteral(" · "));
+}
+
+/// A whole number from 0 to 10; nothing for any other text.
+std::optional<int> typedScore(const QString &text) {
+    bool number = false;
+    const int score = text.toInt(&number);
+    return number && score >= 0 && score <= highestScore ? std::optional(score) : std::nullopt;
+}
+
+/// One conversation at the terminal. Lives as long as the command.
+class Interview {
+public:
+    Interview(Context &context, Calibration &calibration)
+        : m_context(context), m_calibration(calibration) {}
+
+    /// Asks until all was asked or the person stops. False when they stopped.
+    Task<bool> run() {
+        while (const TopicPtr topic = m_calibration.next()) {
+            show(*topic);
+            const auto choice = co_await askChoice();
+            if (choice) {
+                co_await askScoreAndAnswer(topic, *choice);
+            }
+            if (m_stopped) {
+                co_return false;
+            }
+        }
+        co_return true;
+    }
+
+private:
+    void show(const Topic &topic) {
+        Console &console = m_context.console;
+        console.print(QString());
+        console.print(console.faint(calibrationPlace(m_calibration.progress())));
+        // The score stays hidden: what the user would have given must not lean on it.
+        console.print(topicCard(console, topic, QDate::currentDate(), CardScore::Hidden));
+        console.print(QString());
+    }
+
+    /// Nothing when the person stopped, or took the last answer back.
+    Task<std::optional<Choice>> askChoice() {
+        m_context.console.say(keysText(m_last.has_value()));
+        while (true) {
+            const auto key = co_await Keyboard::key(m_context.cancel);
+            if (!key || *key == u'q') {
+                m_stopped = true;
+                co_return std::nullopt;
+            }
+            if (*key == u'a' && m_last) {
+                m_calibration.takeBack(*std::exchange(m_last, std::nullopt));
+                m_context.console.say(QStringLiteral("Réponse annulée."));
+                co_return std::nullopt;
+            }
+            if (const auto choice = choiceOf(*key)) {
+                m_context.console.say(calibrationLabel(*choice));
+                co_return choice;
+            }
+        }
+    }
+
+    Task<> askScoreAndAnswer(TopicPtr topic, Choice choice) {
+        m_context.console.say(calibrationScoreQuestion() +
+                              QStringLiteral("  (Entrée pour passer)"));
+        std::optional<int> score;
+        while (!score && !m_stopped) {
+            const auto line = co_await Keyboard::line(m_context.cancel);
+            m_stopped = !line;
+            if (!line || line->isEmpty()) {
+                break;
+            }
+            score = typedScore(*line);
+            if (!score) {
+                m_context.console.say(
+                    QStringLiteral("Un nombre entier de 0 à 10, ou Entrée pour passer."));
+            }
+        }
+        m_last = m_calibration.answer(topic->id, choice, score);
+        if (const auto judged = judgedScore(*topic); score && judged) {
+            m_context.console.say(*score == *judged
+                                      ? QStringLiteral("Comme moi.")
+                                      : QStringLiteral("J’avais mis %1.").arg(*judged));
+        }
+    }
+
+    Context &m_context;
+    Calibration &m_calibration;
+    std::optional<Calibration::Answer> m_last;
+    bool m_stopped = false;
+};
+
+/// Says how it ended and gives the command's status.
+ExitStatus finish(Context &context, const Calibration &calibration, bool complete) {
+    if (!context.app.store().flush()) {
+        throw Failure(context.app.store().saveError().value_or(
+            QStringLiteral("Les sujets n’ont pas pu être enregistrés.")));
+    }
+    if (complete) {
+        const CalibrationText end = calibrationEnd(calibration.progress().answered);
+        context.console.say(end.title + QStringLiteral(". ") + end.text);
+    } else {
+        context.console.say(QStringLiteral("À plus tard\u00A0: « vorle calibrer » reprend où tu "
+                                           "en es."));
+    }
+    return ExitStatus::Done;
+}
+
+} // namespace
+
+Task<ExitStatus> calibrer(Context &context) {
+    Preferences &preferences = context.app.preferences();
+    const bool again = context.arguments.flags.contains(QStringLiteral("reprendre"));
+    if (context.arguments.flags.contains(QStringLiteral("passer"))) {
+        if (again) {
+            throw Failure(QStringLiteral("Choisis entre --passer et --reprendre."),
+                          ExitStatus::Usage);
+        }
+        preferences.change(&Settings::calibrated, true);
+        context.console.say(calibrationSkippedText());
+        co_return ExitStatus::Done;
+    }
+    if (!Keyboard::available()) {
+        throw Failure(QStringLiteral("« vorle calibrer » te pose des questions une à une\u00A0: "
+                                     "lance la commande dans un terminal."),
+                      ExitStatus::Usage);
+    }
+    co_await holdTopics(context);
+    if (context.app.store().setAside()) {
+        throw Failure(
+            QStringLiteral("Tes sujets sont illisibles\u00A0: %1").arg(context.app.store().file()));
+    }
+    Calibration calibration(preferences, context.app.store(), context.app.clock());
+    if (preferences.settings().calibrated && !again) {
+        context.console.say(QStringLiteral("C’est déjà fait. Pour recommencer\u00A0: vorle "
+                                           "calibrer --reprendre"));
+        co_return ExitStatus::Done;
+    }
+    if (context.app.store().topics(TopicStatus::Inbox).isEmpty()) {
+        context.console.say(calibrationNothingText());
+        co_return ExitStatus::Done;
+    }
+    if (again) {
+        calibration.beginAgain();
+    } else {
+        calibration.begin();
+    }
+    const Calibration::Progress progress = calibration.progress();
+    const CalibrationText invitation = calibrationInvitation(progress.total - progress.answered);
+    context.console.print(context.console.bold(invitation.title));
+    context.console.print(invitation.text);
+    Interview interview(context, calibration);
+    const bool complete = co_await interview.run();
+    co_return finish(context, calibration, complete);
+}
+
+} // namespace vorle::cli

@@ -1,0 +1,79 @@
+#include "app/TopicLabels.h"
+#include "app/cli/Command.h"
+#include "app/cli/TopicCards.h"
+#include "core/WeekProgram.h"
+
+#include <QLocale>
+
+namespace vorle::cli {
+
+namespace {
+
+struct ProgramShown {
+    WeekProgram::State state = WeekProgram::State::Empty;
+    int budget = 0;
+    int done = 0;
+    int planned = 0;
+    int left = 0;
+    QList<Topic> fits;
+    QList<Topic> waits;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("state", &ProgramShown::state),
+            json::field("budget", &ProgramShown::budget), json::field("done", &ProgramShown::done),
+            json::field("planned", &ProgramShown::planned),
+            json::field("left", &ProgramShown::left), json::field("fits", &ProgramShown::fits),
+            json::field("waits", &ProgramShown::waits));
+    }
+};
+
+QList<Topic> records(const QList<TopicPtr> &topics) {
+    QList<Topic> records;
+    for (const TopicPtr &topic : topics) {
+        records += *topic;
+    }
+    return records;
+}
+
+QString nextRunText(Context &context) {
+    const auto next =
+        context.app.preferences().settings().schedule.nextRun(context.app.clock().now());
+    return next ? QLocale(QLocale::French, QLocale::France)
+                      .toString(next->toLocalTime(), QStringLiteral("dddd d MMMM 'à' H:mm"))
+                : QString();
+}
+
+} // namespace
+
+Task<ExitStatus> programme(Context &context) {
+    const TopicStore &store = context.app.store();
+    Console &console = context.console;
+    if (store.setAside()) {
+        throw Failure(QStringLiteral("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
+    }
+    const WeekProgram program =
+        weekProgram(store.topics(), context.app.preferences().settings().weeklyMinutes,
+                    calendarWeek(context.app.clock().now()));
+    if (context.arguments.json()) {
+        const ProgramShown shown{program.state,         program.budget, program.done,
+                                 program.planned,       program.left,   records(program.fits),
+                                 records(program.waits)};
+        console.print(json::encode(shown, json::Style::Pretty));
+        co_return ExitStatus::Done;
+    }
+    const ProgramText said = programText(program, nextRunText(context));
+    console.print(console.bold(said.title));
+    console.print(said.text);
+    const QDate today = context.app.clock().now().toLocalTime().date();
+    if (!program.fits.isEmpty()) {
+        console.print(u'\n' + programLines(console, program.fits, today));
+    }
+    if (!program.waits.isEmpty()) {
+        console.print(QStringLiteral("\n── %1 ──\n").arg(programLineText(program)));
+        console.print(programLines(console, program.waits, today));
+    }
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli

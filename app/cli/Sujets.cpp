@@ -1,0 +1,73 @@
+#include "app/OpenScore.h"
+#include "app/cli/Command.h"
+#include "app/cli/TopicArgument.h"
+#include "app/cli/TopicCards.h"
+
+namespace vorle::cli {
+
+namespace {
+
+/// A topic, with what stood behind its score.
+struct OpenedTopic : Topic {
+    std::optional<ScoreNote> scoreNote;
+
+    static constexpr auto jsonFields() {
+        return std::tuple_cat(Topic::jsonFields(),
+                              std::tuple(json::field("scoreNote", &OpenedTopic::scoreNote)));
+    }
+};
+
+void openTopic(Context &context) {
+    const TopicStore &store = context.app.store();
+    const TopicPtr topic = topicByPrefix(store, context.arguments.positional.first());
+    const auto note = ScoreNotes(store, context.app.clock()).note(topic->id);
+    if (context.arguments.json()) {
+        context.console.print(json::encode(OpenedTopic{{*topic}, note}, json::Style::Pretty));
+        return;
+    }
+    const QDate today = context.app.clock().now().toLocalTime().date();
+    const Console &console = context.console;
+    console.print(topicCard(console, *topic, today, CardScore::Shown) + u'\n');
+    console.print(openScoreLines(console, openScore(*topic, note, today)));
+}
+
+} // namespace
+
+Task<ExitStatus> sujets(Context &context) {
+    const QString word = context.arguments.options.value(QStringLiteral("statut"));
+    const auto status = json::fromRaw<TopicStatus>(word);
+    if (!word.isEmpty() && !status) {
+        throw Failure(QStringLiteral("Statut inconnu : %1. Choix : pending, inbox, program, "
+                                     "reserve, done, dismissed.")
+                          .arg(word),
+                      ExitStatus::Usage);
+    }
+    if (!context.arguments.positional.isEmpty()) {
+        if (status) {
+            throw Failure(QStringLiteral("Donne un identifiant ou un statut, pas les deux."),
+                          ExitStatus::Usage);
+        }
+        openTopic(context);
+        co_return ExitStatus::Done;
+    }
+    const TopicStore &store = context.app.store();
+    if (store.setAside()) {
+        context.console.say(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
+        co_return ExitStatus::Failed;
+    }
+    const QList<TopicPtr> topics = status ? store.topics(*status) : store.topics();
+    if (context.arguments.json()) {
+        QList<Topic> records;
+        for (const TopicPtr &topic : topics) {
+            records += *topic;
+        }
+        context.console.print(json::encode(records, json::Style::Pretty));
+    } else if (!topics.isEmpty()) {
+        context.console.print(topicLines(context.console, topics));
+    } else {
+        context.console.say(QStringLiteral("Aucun sujet."));
+    }
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli

@@ -1,0 +1,247 @@
+// The commands that take one decision on one topic.
+
+#include "app/cli/Command.h"
+#include "app/cli/TopicArgument.h"
+#include "core/Corrections.h"
+#include "core/WeekProgram.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vorle::cli {
+
+namespace {
+
+enum class Action { Keep, Later, Dismiss, Done, Remove };
+
+struct ActionWord {
+    QStringView word;
+    Action action;
+    TopicStatus leadsTo;
+};
+constexpr std::array actionWords{
+    ActionWord{u"garder", Action::Keep, TopicStatus::Program},
+    ActionWord{u"plus-tard", Action::Later, TopicStatus::Reserve},
+    ActionWord{u"pas-pour-moi", Action::Dismiss, TopicStatus::Dismissed},
+    ActionWord{u"fait", Action::Done, TopicStatus::Done},
+    ActionWord{u"retirer", Action::Remove, TopicStatus::Inbox},
+    ActionWord{u"retrier", Action::Remove, TopicStatus::Inbox},
+};
+
+ActionWord actionNamed(const QString &word) {
+    const auto found = std::ranges::find(actionWords, QStringView(word), &ActionWord::word);
+    if (found == actionWords.end()) {
+        throw Failure(QStringLiteral("Action inconnue\u00A0: %1. Choix\u00A0: garder, plus-tard, "
+                                     "pas-pour-moi, fait, retirer.")
+                          .arg(word),
+                      ExitStatus::Usage);
+    }
+    return *found;
+}
+
+std::optional<Worth> worthGiven(const Arguments &arguments, Action action) {
+    const auto option = arguments.options.constFind(QStringLiteral("avis"));
+    if (option == arguments.options.cend()) {
+        return std::nullopt;
+    }
+    const auto worth = json::fromRaw<Worth>(*option);
+    if (!worth) {
+        throw Failure(
+            QStringLiteral("Avis inconnu\u00A0: %1. Choix\u00A0: meh (Bof), useful (Utile), gem "
+                           "(Pépite).")
+                .arg(*option),
+            ExitStatus::Usage);
+    }
+    if (action != Action::Done) {
+        throw Failure(QStringLiteral("--avis ne va qu’avec « fait »."), ExitStatus::Usage);
+    }
+    return worth;
+}
+
+QString worthWord(Worth worth) {
+    switch (worth) {
+    case Worth::Meh:
+        return QStringLiteral("Bof");
+    case Worth::Useful:
+        return QStringLiteral("Utile");
+    case Worth::Gem:
+        break;
+    }
+    return QStringLiteral("Pépite");
+}
+
+/// What happened, and where the topic is now.
+QString outcomeLine(Action action, TopicStatus before, std::optional<Worth> worth) {
+    switch (action) {
+    case Action::Keep:
+        return QStringLiteral("Gardé · Programme");
+    case Action::Later:
+        return before == TopicStatus::Program ? QStringLiteral("Reporté · Réserve")
+                                              : QStringLiteral("Plus tard · Réserve");
+    case Action::Dismiss:
+        return QStringLiteral("Écarté · Pas pour moi");
+    case Action::Done:
+        return worth ? QStringLiteral("%1 · Bibliothèque").arg(worthWord(*worth))
+                     : QStringLiteral("Fait · Bibliothèque");
+    case Action::Remove:
+        break;
+    }
+    return before == TopicStatus::Program ? QStringLiteral("Retiré · À trier")
+                                          : QStringLiteral("Remis · À trier");
+}
+
+void decide(TopicStore &store, const QUuid &id, Action action, std::optional<Worth> worth) {
+    switch (action) {
+    case Action::Keep:
+        store.keep(id);
+        break;
+    case Action::Later:
+        store.postpone(id);
+        break;
+    case Action::Dismiss:
+        store.dismiss(id);
+        break;
+    case Action::Done:
+        if (worth) {
+            store.judgeWorth(id, *worth);
+        } else {
+            store.markDone(id);
+        }
+        break;
+    case Action::Remove:
+        store.backToInbox(id);
+        break;
+    }
+}
+
+/// Whether the week has no room for a topic that was just kept.
+bool waitsInProgram(Context &context, const QUuid &id) {
+    const WeekProgram program = weekProgram(context.app.store().topics(),
+                                            context.app.preferences().settings().weeklyMinutes,
+                                            calendarWeek(context.app.clock().now()));
+    return std::ranges::any_of(program.waits,
+                               [&](const TopicPtr &topic) { return topic->id == id; });
+}
+
+/// Waits for the disk, then shows the topic as it is now, or `said` about it.
+void conclude(Context &context, const QUuid &id, const QString &said) {
+    TopicStore &store = context.app.store();
+    if (!store.flush()) {
+        throw Failure(store.saveError().value_or(
+            QStringLiteral("Les sujets n’ont pas pu être enregistrés.")));
+    }
+    const TopicPtr topic = store.topic(id);
+    if (context.arguments.json()) {
+        context.console.print(json::encode(*topic, json::Style::Pretty));
+    } else {
+        context.console.print(context.console.bold(said) + QStringLiteral("  ") +
+                              context.console.plain(topic->title));
+    }
+}
+
+/// The offered reason that is meant by a word of it, or by the whole.
+QString reasonNamed(const QString &word) {
+    const QStringList &offered = correctionReasons();
+    const QStringList meant =
+        offered.contains(word) ? QStringList{word} : offered.filter(word, Qt::CaseInsensitive);
+    if (word.isEmpty() || meant.size() != 1) {
+        throw Failure(QStringLiteral("Raison inconnue\u00A0: « %1 ». Choix\u00A0: « %2 ».")
+                          .arg(word, offered.join(QStringLiteral(" », « "))),
+                      ExitStatus::Usage);
+    }
+    return meant.first();
+}
+
+QStringList reasonsGiven(const Arguments &arguments) {
+    QStringList reasons;
+    const auto option = arguments.options.constFind(QStringLiteral("raison"));
+    if (option != arguments.options.cend()) {
+        for (const QString &word : option->split(u',')) {
+            reasons += reasonNamed(word.trimmed());
+        }
+    }
+    return reasons;
+}
+
+int scoreNamed(const QString &text) {
+    bool number = false;
+    const int score = text.toInt(&number);
+    if (!number || score < 0 || score > highestScore) {
+        throw Failure(QStringLiteral("« %1 » n’est pas une note\u00A0: donne un nombre entier de 0 "
+                                     "à 10.")
+                          .arg(text),
+                      ExitStatus::Usage);
+    }
+    return score;
+}
+
+QString correctedText(const Topic &topic) {
+    const StandingScore standing = standingScore(topic);
+    const QString now = QStringLiteral("Note %1 sur 10").arg(standing.score.value_or(0));
+    if (standing.former) {
+        return QStringLiteral("%1, j’avais mis %2").arg(now).arg(*standing.former);
+    }
+    return judgedScore(topic) ? QStringLiteral("%1, comme moi").arg(now) : now;
+}
+
+} // namespace
+
+Task<ExitStatus> trier(Context &context) {
+    const ActionWord asked = actionNamed(context.arguments.positional[1]);
+    const auto worth = worthGiven(context.arguments, asked.action);
+    co_await holdTopics(context);
+    TopicStore &store = context.app.store();
+    const TopicPtr topic = topicByPrefix(store, context.arguments.positional[0]);
+    if (topic->status == TopicStatus::Pending && topic->capturedURL &&
+        asked.action != Action::Dismiss) {
+        // The judged version is going to be put in its place, waiting for triage.
+        throw Failure(QStringLiteral("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
+                                     "seulement l’écarter\u00A0: pas-pour-moi."));
+    }
+    if (topic->status == asked.leadsTo && (!worth || worth == topic->worth)) {
+        // A decision taken twice, by a script say, is not counted twice.
+        context.console.say(QStringLiteral("C’était déjà le cas."));
+    } else {
+        decide(store, topic->id, asked.action, worth);
+    }
+    conclude(context, topic->id, outcomeLine(asked.action, topic->status, worth));
+    if (asked.action == Action::Keep && waitsInProgram(context, topic->id)) {
+        context.console.say(
+            QStringLiteral("Il ne tient pas dans ta semaine\u00A0: il attend sous la ligne."));
+    }
+    co_return ExitStatus::Done;
+}
+
+Task<ExitStatus> corriger(Context &context) {
+    const Arguments &arguments = context.arguments;
+    const bool remove = arguments.flags.contains(QStringLiteral("retirer"));
+    if (remove != (arguments.positional.size() == 1)) {
+        throw Failure(remove ? QStringLiteral("Avec --retirer, ne donne pas de note.")
+                             : QStringLiteral("Il manque la note, de 0 à 10."),
+                      ExitStatus::Usage);
+    }
+    const int score = remove ? 0 : scoreNamed(arguments.positional[1]);
+    const QStringList reasons = reasonsGiven(arguments);
+    co_await holdTopics(context);
+    TopicStore &store = context.app.store();
+    const TopicPtr topic = topicByPrefix(store, arguments.positional[0]);
+    if (remove) {
+        if (!topic->correction) {
+            context.console.say(QStringLiteral("Tu n’avais pas corrigé sa note."));
+        } else {
+            store.setCorrection(topic->id, std::nullopt);
+        }
+        const auto own = judgedScore(*topic);
+        conclude(context, topic->id,
+                 own ? QStringLiteral("Note %1 sur 10, la mienne").arg(*own)
+                     : QStringLiteral("Pas de note\u00A0: rien n’a pu être lu"));
+        co_return ExitStatus::Done;
+    }
+    store.setCorrection(topic->id, correctionOf(score, reasons,
+                                                arguments.options.value(QStringLiteral("texte")),
+                                                context.app.clock().now()));
+    conclude(context, topic->id, correctedText(*store.topic(topic->id)));
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli
