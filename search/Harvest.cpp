@@ -42,10 +42,9 @@ Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> b
            .failed =
                [this](const auto &batch, const std::exception &error) {
                    m_book.report.costUSD += failureCost(error);
-                   if (!batch.isEmpty()) {
+                   if (leave(batch, failureText(error)) > 0) {
                        m_judgeError = std::current_exception();
                    }
-                   leave(batch, failureText(error));
                }})
     , m_ledger(m_tools.store.topics()) {}
 
@@ -273,13 +272,15 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
 }
 
 /// What was not judged is no topic; it is told, and may come back with the next run. An item that
-/// was judged once stays as it was.
-void Harvest::leave(const QList<JudgeCandidate> &batch, const QString &reason) {
+/// was judged once stays as it was. Gives how many links are left.
+qsizetype Harvest::leave(const QList<JudgeCandidate> &batch, const QString &reason) {
+    const qsizetype before = m_book.report.unjudged.size();
     for (const JudgeCandidate &candidate : batch) {
         if (!at(placeOf(candidate.id)).topic) {
             m_book.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
         }
     }
+    return m_book.report.unjudged.size() - before;
 }
 
 QList<DigItem> Harvest::unreadItems() const {

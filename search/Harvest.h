@@ -74,7 +74,7 @@ private:
     void count(ReadLevel level);
     JudgeCandidate judgeCandidate(qsizetype place);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
-    void leave(const QList<JudgeCandidate> &batch, const QString &reason);
+    qsizetype leave(const QList<JudgeCandidate> &batch, const QString &reason);
     Task<> fetchPictures(QUuid id);
     QList<DigItem> unreadItems() const;
     Task<> askToDig(QList<DigItem> items);

@@ -445,6 +445,7 @@ TEST_F(SearchEngineTest, what_was_dug_up_is_kept_without_a_judgment_and_checked_
              list({candidate(at("/long"), "Rust")}));
     const RunReport report = run();
     EXPECT_EQ(report.dug, 1);
+    EXPECT_TRUE(preferences.settings().lastSearch) << "the link is kept, there is no need to redo";
     QMap<QString, TopicPtr> byLink;
     for (const TopicPtr &topic : inbox()) {
         byLink[topic->mainSource()->url] = topic;
