@@ -33,7 +33,8 @@ bool isInvisible(char32_t c) {
                                        {0x3164, 0x3164},   {0xFE00, 0xFE0F},  {0xFEFF, 0xFEFF},
                                        {0xFFA0, 0xFFA0},   {0xFFF0, 0xFFFB},  {0x1BCA0, 0x1BCA3},
                                        {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
-    return std::any_of(std::begin(ranges), std::end(ranges),
+    return c >= ranges[0].first &&
+           std::any_of(std::begin(ranges), std::end(ranges),
                        [c](const Range &range) { return c >= range.first && c <= range.last; });
 }
 
