@@ -35,6 +35,9 @@ public:
     const Clock &clock() const { return m_clock; }
     const Resources &resources() const { return m_resources; }
     Preferences &preferences();
+    /// The topics file this application works on.
+    /// @throws std::system_error when its folder cannot be made
+    QString topicsFile() const { return TopicStore::location(m_setup.store); }
     /// The topics. Whoever is going to change them holds `lock()` first.
     /// @throws std::system_error when the topics file's folder cannot be made
     TopicStore &store();

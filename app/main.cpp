@@ -1,5 +1,6 @@
 #include "agents/TemporaryFiles.h"
 #include "app/cli/CommandLine.h"
+#include "app/window/Gui.h"
 #include "platform/Native.h"
 
 #include <QCoreApplication>
@@ -7,6 +8,7 @@
 
 #include <clocale>
 #include <cstdio>
+#include <string_view>
 #include <system_error>
 
 int main(int argc, char **argv) {
@@ -21,10 +23,19 @@ int main(int argc, char **argv) {
         return 1;
     }
 
-    QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vorle"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VORLE_VERSION));
     vorle::sweepStrays();
     const auto installedApps = vorle::native::installedApps();
+    // Without a command the app opens; a command starts no graphics.
+    const bool demo = argc == 2 && std::string_view(argv[1]) == "--demo";
+    if (argc <= 1 || demo) {
+        const auto terminals = vorle::native::terminals();
+        const auto pasteboard = vorle::native::pasteboard();
+        const auto links = vorle::native::linkOpener();
+        return vorle::runGui(argc, argv, {*installedApps, *terminals, *pasteboard, *links}, demo);
+    }
+
+    const QCoreApplication app(argc, argv);
     return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1), *installedApps);
 }

@@ -1,6 +1,7 @@
 #include "app/cli/CommandLine.h"
 
 #include "app/Interrupts.h"
+#include "app/Startup.h"
 #include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
 #include "base/SystemErrorText.h"
@@ -32,19 +33,6 @@ const Command *commandNamed(const QString &name) {
     const auto found = std::find_if(all.begin(), all.end(),
                                     [&](const Command &command) { return command.name == name; });
     return found == all.end() ? nullptr : &*found;
-}
-
-Application::Setup setupFor(const Demonstration *demonstration,
-                            const InstalledApps &installedApps) {
-    Application::Setup setup;
-    setup.installedApps = &installedApps;
-    setup.allowLoopback =
-        demonstration != nullptr || qEnvironmentVariableIsSet("VORLE_ALLOW_LOOPBACK");
-    if (demonstration != nullptr) {
-        setup.store = TopicStore::Kind::Demo;
-        setup.settingsFile = demonstration->home() + QStringLiteral("/settings.json");
-    }
-    return setup;
 }
 
 /// Everything a command may throw, told on standard error.
@@ -85,16 +73,10 @@ int runCommand(const Command &command, const Arguments &arguments,
     std::unique_ptr<Demonstration> demonstration;
     if (arguments.flags.contains(QStringLiteral("demo"))) {
         try {
-            demonstration = Demonstration::start();
+            demonstration = enterDemonstration();
         } catch (const std::exception &error) {
             console.say(QString::fromUtf8(error.what()));
             return static_cast<int>(ExitStatus::Failed);
-        }
-        // The demonstration keeps to its own topics file, whatever file the person named.
-        qunsetenv("VORLE_STORE");
-        const auto variables = demonstration->environment();
-        for (auto it = variables.cbegin(); it != variables.cend(); ++it) {
-            qputenv(it.key().toLatin1().constData(), it.value().toLocal8Bit());
         }
     }
     const Interrupts interrupts;

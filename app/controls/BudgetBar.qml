@@ -10,9 +10,9 @@ Item {
     required property int budget
     property string text: ""
 
-    implicitHeight: words.implicitHeight + 14
+    implicitHeight: 6 + (text.length > 0 ? words.implicitHeight + 8 : 0)
     Accessible.role: Accessible.ProgressBar
-    Accessible.name: text
+    Accessible.name: text.length > 0 ? text : qsTr("Temps de la semaine")
 
     readonly property real whole: Math.max(1, budget, done + planned)
 
@@ -20,6 +20,7 @@ Item {
         id: words
         width: parent.width
         text: bar.text
+        visible: text.length > 0
         color: Theme.inkSoft
         Accessible.ignored: true
     }

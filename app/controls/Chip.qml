@@ -19,7 +19,7 @@ Rectangle {
         width: Math.min(implicitWidth, chip.width - 18)
         text: chip.text
         elide: Text.ElideRight
-        color: Theme.accent
+        color: Theme.tintInk
         font.family: Theme.textFamily
         font.pixelSize: Theme.textSmall
         font.weight: Font.DemiBold

@@ -7,6 +7,7 @@ Item {
 
     property bool awake: false
     property int size: 46
+    property color halo: Theme.accentTint
 
     implicitWidth: size
     implicitHeight: size
@@ -17,7 +18,7 @@ Item {
         width: parent.size
         height: parent.size
         radius: width / 2
-        color: Theme.accentTint
+        color: mascot.halo
 
         property int size: mascot.size
     }

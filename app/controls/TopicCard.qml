@@ -19,8 +19,8 @@ Item {
     property bool low: false // stands below the line of the week's time
     readonly property string facts: [topic.pendingCapture ? qsTr("lien capturé, en lecture…") : "", topic.kindLabel, topic.minutesText, topic.readLevelText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
 
-    implicitHeight: content.implicitHeight + 2 * (open ? Theme.cardPadding + 2 : 17)
-    height: implicitHeight
+    readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
+    height: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17)
     clip: true
     Accessible.role: Accessible.ListItem
     Accessible.name: topic.accessibleName + ". " + topic.title
@@ -68,11 +68,11 @@ Item {
         x: Theme.cardPadding
         y: card.open ? Theme.cardPadding + 2 : 17
         width: parent.width - 2 * Theme.cardPadding
-        implicitHeight: Math.max(badge.height, words.implicitHeight)
+        height: card.bodyHeight
 
         ScoreBadge {
             id: badge
-            y: card.open ? 2 : (parent.height - height) / 2
+            y: card.open ? 2 : (card.bodyHeight - size) / 2
             topic: card.topic
             size: card.open ? 64 : 50
             x: card.open ? 2 : 1
@@ -93,7 +93,7 @@ Item {
             id: words
             x: badge.width + (card.open ? 26 : 22)
             width: parent.width - x
-            y: card.open ? 0 : (parent.height - height) / 2
+            y: card.open ? 0 : (card.bodyHeight - implicitHeight) / 2
             spacing: card.open ? 12 : 5
 
             Item {
@@ -159,7 +159,7 @@ Item {
                 lineHeight: 1.15
             }
             Loader {
-                active: card.open
+                active: card.open && card.topic.topicId !== undefined
                 visible: active
                 width: parent.width
                 sourceComponent: CardDetails {

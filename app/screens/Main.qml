@@ -19,11 +19,11 @@ Window {
     readonly property var screens: [inbox, program, reserve, library, territory, report]
     readonly property var screen: screens[sections.current] ?? inbox
     readonly property bool listing: sections.current < Section.Territory
-    readonly property string chosenId: listing ? screen.currentId : ""
-    readonly property bool covered: search.shown || shortcuts.shown || addLink.shown || correction.shown
+    readonly property string chosenId: (listing ? screen.currentId : "") ?? ""
+    readonly property bool covered: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown
 
-    signal settingsAsked
     signal quitAsked
+    signal raiseAsked
 
     title: "vorle"
     minimumWidth: 860
@@ -134,7 +134,7 @@ Window {
             tell(decisions.redo());
             break;
         case KeyboardMap.OpenSettings:
-            window.settingsAsked();
+            settings.shown = true;
             break;
         case KeyboardMap.ShowShortcuts:
             shortcuts.shown = !shortcuts.shown;
@@ -237,6 +237,11 @@ Window {
     readonly property string readId: listing && screen.enlarged ? chosenId : ""
     onReadIdChanged: shell.page.topicId = readId
 
+    NotchPanel {
+        run: window.shell.run
+        transientParent: null
+        onOpened: window.raiseAsked()
+    }
     Shortcut {
         sequences: [StandardKey.Quit]
         onActivated: window.quitAsked()
@@ -327,6 +332,14 @@ Window {
                 number: Section.Program
                 model: window.shell.program
                 actions: window.programActions
+                headings: true
+                header: BudgetBar {
+                    width: parent.width
+                    visible: program.model.count > 0 || done > 0
+                    done: window.shell.budget.done
+                    planned: window.shell.budget.planned
+                    budget: window.shell.budget.budget
+                }
                 hint: qsTr("%1 premier pas · %2 fait · %3 reporter · %4 retirer").arg(window.keyboard.keys(KeyboardMap.FirstStep)).arg(window.keyboard.keys(KeyboardMap.Done)).arg(window.keyboard.keys(KeyboardMap.Postpone)).arg(window.keyboard.keys(KeyboardMap.Remove))
             }
             TopicScreen {
@@ -391,6 +404,12 @@ Window {
         ShortcutSheet {
             id: shortcuts
             groups: window.keyboard.groups
+            onClosed: shown = false
+            onShownChanged: if (!shown) window.screen.focusContent()
+        }
+        SettingsPanel {
+            id: settings
+            shell: window.shell
             onClosed: shown = false
             onShownChanged: if (!shown) window.screen.focusContent()
         }

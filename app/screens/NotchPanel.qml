@@ -59,6 +59,7 @@ Window {
             x: 18
             y: 20 + (76 - height) / 2
             size: 36
+            halo: Theme.accentPair.tintDark
             awake: panel.run.running
         }
         Text {

@@ -28,9 +28,15 @@ FocusScope {
         x: Theme.margin
         width: parent.width - 2 * Theme.margin
         title: screen.title
-        subtitle: screen.model.count === 0 ? qsTr("Aucune fouille encore.") : screen.model.count === 1 ? qsTr("Ta première fouille") : qsTr("Tes %1 dernières fouilles").arg(screen.model.count)
+        subtitle: screen.model.count === 0 ? "" : screen.model.count === 1 ? qsTr("Ta première fouille") : qsTr("Tes %1 dernières fouilles").arg(screen.model.count)
         searchKeys: screen.searchKeys
         onSearchAsked: screen.searchAsked()
+    }
+    EmptyState {
+        anchors.fill: parent
+        visible: list.count === 0
+        title: qsTr("Pas encore de fouille.")
+        text: qsTr("Chaque fouille laisse ici son compte rendu : ce que j’ai trouvé, lu, jugé, et ce qui n’a rien donné.")
     }
     ListView {
         id: list

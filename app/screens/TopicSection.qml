@@ -19,8 +19,10 @@ FocusScope {
     property string undoKeys: ""
     property string searchKeys: ""
     property alias header: extra.data
-    readonly property var current: list.currentItem ? list.currentItem.topic : null
-    readonly property string currentId: current ? current.topicId : ""
+    // The chosen topic. The view follows it, a frame later: keys may come faster than frames.
+    property string currentId: ""
+    property int currentRow: -1
+    readonly property var current: list.currentItem && list.currentItem.topicId === currentId ? list.currentItem.topic : null
     property alias enlarged: reading.shown
     required property var details
 
@@ -40,30 +42,60 @@ FocusScope {
             reading.scrollBy(step * 120);
             return;
         }
-        const next = Math.max(0, Math.min(list.count - 1, list.currentIndex + step));
-        list.currentIndex = next;
+        nextTopic(step);
     }
     function nextTopic(step: int) {
-        list.currentIndex = Math.max(0, Math.min(list.count - 1, list.currentIndex + step));
+        choose(Math.max(0, Math.min(model.count - 1, currentRow + step)));
     }
     function show(topicId: string): bool {
         const row = model.rowOf(topicId);
-        if (row < 0) {
-            return false;
+        if (row >= 0) {
+            choose(row);
         }
-        list.currentIndex = row;
-        list.positionViewAtIndex(row, ListView.Contain);
-        return true;
+        return row >= 0;
+    }
+    function choose(row: int) {
+        currentRow = row;
+        currentId = model.topicIdAt(row);
+        follow();
+    }
+    // After a change of the list: the chosen topic stays chosen; where it is gone, the one that
+    // took its place is.
+    function settle() {
+        const row = model.rowOf(currentId);
+        choose(row >= 0 ? row : Math.min(Math.max(0, currentRow), model.count - 1));
+        Qt.callLater(follow);
+    }
+    function follow() {
+        list.currentIndex = currentRow;
     }
     function focusContent() {
         list.forceActiveFocus();
+    }
+
+    Component.onCompleted: settle()
+    Connections {
+        target: section.model
+
+        function onRowsInserted() {
+            section.settle();
+        }
+        function onRowsRemoved() {
+            section.settle();
+        }
+        function onRowsMoved() {
+            section.settle();
+        }
+        function onModelReset() {
+            section.settle();
+        }
     }
 
     Item {
         id: head
         x: Theme.margin
         width: parent.width - 2 * Theme.margin
-        height: titles.implicitHeight + (extra.visibleChildren.length > 0 ? extra.childrenRect.height + 16 : 0)
+        height: titles.implicitHeight + (extra.height > 0 ? extra.height + 20 : 0)
 
         SectionHead {
             id: titles
@@ -77,7 +109,7 @@ FocusScope {
             id: extra
             y: titles.implicitHeight + 14
             width: parent.width
-            height: childrenRect.height
+            height: children.length > 0 && children[0].visible ? children[0].implicitHeight : 0
         }
     }
 
@@ -114,7 +146,7 @@ FocusScope {
             id: heading
             required property string section
             width: list.width - 2 * Theme.margin
-            height: 40
+            height: section.length > 0 ? 40 : 0
 
             Title {
                 anchors.bottom: parent.bottom
@@ -128,8 +160,7 @@ FocusScope {
         ScrollBar.vertical: ScrollBar {
             width: 9
         }
-        onCountChanged: if (currentIndex < 0 && count > 0) currentIndex = 0
-        onCurrentIndexChanged: if (currentIndex < 0 && count > 0) currentIndex = 0
+        onCountChanged: section.follow()
 
         move: Transition {
             NumberAnimation {
@@ -165,10 +196,11 @@ FocusScope {
             required property int index
             required property var model
             readonly property var topic: model
+            readonly property string topicId: model.topicId ?? "" // none once the row is gone
             readonly property bool ghostHere: section.ghost !== null && section.ghost.beforeId === model.topicId
 
             width: list.width - 2 * Theme.margin
-            height: card.height + Theme.cardGap + (ghostHere ? ghostLine.height + Theme.cardGap : 0)
+            height: card.height + Theme.cardGap + (ghostHere ? ghostLine.implicitHeight + Theme.cardGap : 0)
 
             GhostLine {
                 id: ghostLine
@@ -181,17 +213,17 @@ FocusScope {
             }
             TopicCard {
                 id: card
-                y: row.ghostHere ? ghostLine.height + Theme.cardGap : 0
+                y: row.ghostHere ? ghostLine.implicitHeight + Theme.cardGap : 0
                 width: parent.width
                 topic: row.model
-                open: row.ListView.isCurrentItem
+                open: row.topicId.length > 0 && row.topicId === section.currentId
                 actions: section.actions
                 onChosen: {
-                    list.currentIndex = row.index;
+                    section.choose(row.index);
                     list.forceActiveFocus();
                 }
                 onEnlarged: {
-                    list.currentIndex = row.index;
+                    section.choose(row.index);
                     section.enlarged = true;
                 }
                 onAct: action => section.act(action)
@@ -228,5 +260,5 @@ FocusScope {
         onNoteEdited: (topicId, text) => section.noteEdited(topicId, text)
         onCorrectionAsked: topicId => section.correctionAsked(topicId)
     }
-    onCurrentChanged: if (current === null) enlarged = false
+    onCurrentIdChanged: if (currentId === "") enlarged = false
 }

@@ -30,14 +30,15 @@ QtObject {
 
     // The one accent: where you are, what to press first, what is due.
     readonly property var accents: ({
-            "Braise": { light: "#C9431A", dark: "#FF8552", tint: "#FBE7DC", tintDark: "#3A2519" },
-            "Framboise": { light: "#B3265E", dark: "#FF86AE", tint: "#FAE3EB", tintDark: "#3B1D29" },
-            "Lagune": { light: "#0E7268", dark: "#56CFC0", tint: "#DDF0ED", tintDark: "#18312D" },
-            "Indigo": { light: "#4B45BE", dark: "#A9A5FF", tint: "#E7E6F8", tintDark: "#26244A" }
+            "Braise": { light: "#C9431A", dark: "#FF8552", tint: "#FBE7DC", tintDark: "#3A2519", deep: "#A8350F" },
+            "Framboise": { light: "#B3265E", dark: "#FF86AE", tint: "#FAE3EB", tintDark: "#3B1D29", deep: "#9A1C4E" },
+            "Lagune": { light: "#0E7268", dark: "#56CFC0", tint: "#DDF0ED", tintDark: "#18312D", deep: "#0B5F57" },
+            "Indigo": { light: "#4B45BE", dark: "#A9A5FF", tint: "#E7E6F8", tintDark: "#26244A", deep: "#403AA8" }
         })
     readonly property var accentPair: accents[accentName] ?? accents["Braise"]
     readonly property color accent: dark ? accentPair.dark : accentPair.light
     readonly property color accentTint: dark ? accentPair.tintDark : accentPair.tint
+    readonly property color tintInk: dark ? accentPair.dark : accentPair.deep // words on the tint
     // The one that white digits stand on, in both appearances.
     readonly property color accentStrong: accentPair.light
     readonly property color accentInk: dark ? "#191613" : "#FFFFFF"

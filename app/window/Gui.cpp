@@ -49,7 +49,9 @@ public:
         m_instance.listen();
         connect(&m_instance, &SingleInstance::raiseAsked, this, [this] { m_main.raise(); });
         connect(&m_tray, &Tray::openAsked, this, [this] { m_main.raise(); });
-        connect(&m_tray, &Tray::addAsked, this, [this] { m_main.addLink(); });
+        connect(&m_tray, &Tray::addAsked, this, [this] { m_main.perform(KeyboardMap::AddTopic); });
+        connect(&m_tray, &Tray::settingsAsked, this,
+                [this] { m_main.perform(KeyboardMap::OpenSettings); });
         connect(&m_tray, &Tray::quitAsked, this, [this] { quit(); });
         connect(&m_main, &MainWindow::closed, this, [this] { windowClosed(); });
         connect(&m_main, &MainWindow::quitAsked, this, [this] { quit(); });

@@ -54,8 +54,8 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     }
     m_window->setGeometry(onScreen(m_state.place(), usualSize, screens));
     m_window->installEventFilter(this);
-    connect(m_window, SIGNAL(settingsAsked()), this, SIGNAL(settingsAsked()));
     connect(m_window, SIGNAL(quitAsked()), this, SIGNAL(quitAsked()));
+    connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
     followSystem();
 }
 
@@ -67,9 +67,9 @@ void MainWindow::raise() {
     m_window->requestActivate();
 }
 
-void MainWindow::addLink() {
+void MainWindow::perform(KeyboardMap::Action action) {
     raise();
-    QMetaObject::invokeMethod(m_window, "perform", Q_ARG(QVariant, int(KeyboardMap::AddTopic)));
+    QMetaObject::invokeMethod(m_window, "perform", Q_ARG(int, static_cast<int>(action)));
 }
 
 void MainWindow::keepPlace() {

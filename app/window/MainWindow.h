@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/models/KeyboardMap.h"
 #include "app/window/Fonts.h"
 #include "app/window/WindowState.h"
 
@@ -25,16 +26,15 @@ public:
     WindowState &state() { return m_state; }
 
     /// Shows the window and brings it to the front.
-    void raise();
-    /// Opens the panel that takes a link.
-    void addLink();
+    Q_SLOT void raise();
+    /// Shows the window and does what the keyboard map calls so.
+    void perform(KeyboardMap::Action action);
     void keepPlace();
 
 Q_SIGNALS:
     /// The user asked to close the window, which is still there.
     void closed();
     void quitAsked();
-    void settingsAsked();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -42,6 +42,8 @@ Shell::Shell(Parts parts, QObject *parent)
 
     connect(m_run.get(), &RunModel::ended, m_report.get(), &ReportModel::refresh);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
+        ++m_settingsRevision;
+        Q_EMIT settingsChanged();
         if (key == u"appearance" || key == u"accent") {
             Q_EMIT lookChanged();
         }
@@ -64,6 +66,18 @@ QString Shell::appearance() const {
 }
 
 QString Shell::accent() const { return json::rawText(m_parts.app.preferences().settings().accent); }
+
+QVariant Shell::setting(const QString &key, int /*revision*/) const {
+    return m_parts.app.preferences().setting(key).toVariant();
+}
+
+void Shell::changeSetting(const QString &key, const QVariant &value) {
+    const auto problem =
+        m_parts.app.preferences().changeSetting(key, QJsonValue::fromVariant(value));
+    if (problem) {
+        tell(*problem);
+    }
+}
 
 bool Shell::openLink(const QString &url) { return m_parts.links.open(QUrl(url, QUrl::StrictMode)); }
 

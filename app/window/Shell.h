@@ -51,6 +51,8 @@ class Shell final : public QObject {
     Q_PROPERTY(QString appearance READ appearance NOTIFY lookChanged FINAL)
     /// "Braise", "Framboise", "Lagune" or "Indigo".
     Q_PROPERTY(QString accent READ accent NOTIFY lookChanged FINAL)
+    /// Counts the changes of settings: what reads one names it, to be read again.
+    Q_PROPERTY(int settingsRevision READ settingsRevision NOTIFY settingsChanged FINAL)
     /// The words a correction may name as its reasons.
     Q_PROPERTY(QStringList correctionWords READ correctionWords CONSTANT FINAL)
     /// A sentence on what went wrong lately (a save, the settings); "" when nothing did.
@@ -83,6 +85,12 @@ public:
     QString appearance() const;
     QString accent() const;
     QString notice() const { return m_notice; }
+    int settingsRevision() const { return m_settingsRevision; }
+
+    /// A setting by its key, as JSON has it; undefined for an unknown key or one without a value.
+    Q_INVOKABLE QVariant setting(const QString &key, int revision) const;
+    /// Sets it; what does not fit is told as a notice.
+    Q_INVOKABLE void changeSetting(const QString &key, const QVariant &value);
 
     /// Opens a topic's link in the browser; web addresses alone.
     Q_INVOKABLE bool openLink(const QString &url);
@@ -108,6 +116,7 @@ public:
 Q_SIGNALS:
     void lookChanged();
     void noticeChanged();
+    void settingsChanged();
     /// A word for the user on what they just did.
     void said(const QString &sentence);
 
@@ -120,6 +129,7 @@ private:
 
     Parts m_parts;
     QString m_notice;
+    int m_settingsRevision = 0;
     ScoreNotes m_notes;
     QSet<QUuid> m_briefsTold; // topics whose row shows how far their notes are
     std::unique_ptr<TopicListModel> m_inbox;

@@ -1,0 +1,18 @@
+#include <QApplication>
+#include <QQuickStyle>
+
+#include <gmock/gmock.h>
+
+int main(int argc, char **argv) {
+    // Neither a screen nor a graphics card is needed to see what the keys do.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
+        qputenv("QT_QUICK_BACKEND", "software");
+    }
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    const QApplication app(argc, argv);
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,76 @@
+#include "app/window/SingleInstance.h"
+#include "app/window/WindowState.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+TEST(WindowState, a_window_always_comes_back_where_it_can_be_seen) {
+    const QList<QRect> screens{{0, 25, 1440, 875}, {1440, 0, 1920, 1080}};
+    const QSize usual(1000, 700);
+    struct Case {
+        QRect wanted;
+        QRect expected;
+    };
+    const std::initializer_list<Case> cases{
+        {{100, 100, 900, 600}, {100, 100, 900, 600}},
+        {{1500, 50, 1200, 800}, {1500, 50, 1200, 800}},
+        {{}, {220, 113, 1000, 700}},                     // never shown: the middle
+        {{9000, 9000, 900, 600}, {220, 113, 1000, 700}}, // on a screen that is gone
+        {{1300, 100, 900, 600}, {1440, 100, 900, 600}},  // over an edge: to the larger part
+        {{-500, -300, 900, 600}, {0, 25, 900, 600}},     // above the menu bar
+        {{0, 25, 5000, 4000}, {1440, 0, 1920, 1080}},    // larger than every screen
+    };
+    for (const Case &each : cases) {
+        const QRect place = onScreen(each.wanted, usual, screens);
+        EXPECT_EQ(place, each.expected)
+            << each.wanted.x() << " " << each.wanted.y() << " gave " << place.x() << " "
+            << place.y() << " " << place.width() << " " << place.height();
+    }
+}
+
+TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
+    QTemporaryDir folder;
+    const QString topics = folder.filePath(QStringLiteral("topics.json"));
+    WindowState state;
+    state.setPlace({10, 20, 900, 600});
+    state.section = 3;
+    state.toldOfMenuBar = true;
+    state.save(topics);
+    EXPECT_EQ(WindowState::load(topics), state);
+    EXPECT_EQ(WindowState::load(folder.filePath(QStringLiteral("demo-topics.json"))),
+              WindowState());
+    QFile file(folder.filePath(QStringLiteral("window.json")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{\"x\": \"no\"");
+    file.close();
+    EXPECT_EQ(WindowState::load(topics), WindowState());
+}
+
+TEST(SingleInstance, a_second_start_raises_the_first_even_over_what_a_crash_left) {
+    QTemporaryDir folder;
+    const QString topics = folder.filePath(QStringLiteral("topics.json"));
+    EXPECT_FALSE(SingleInstance::raiseRunning(topics));
+    SingleInstance first(topics);
+    ASSERT_TRUE(first.listen());
+    SingleInstance again(topics); // as after a crash: the socket is there already
+    ASSERT_TRUE(again.listen());
+    QSignalSpy asked(&again, &SingleInstance::raiseAsked);
+    bool raised = false;
+    const std::unique_ptr<QThread> second(
+        QThread::create([&] { raised = SingleInstance::raiseRunning(topics); }));
+    second->start();
+    EXPECT_TRUE(asked.wait(5000));
+    EXPECT_TRUE(second->wait(5000));
+    EXPECT_TRUE(raised);
+}
+
+} // namespace
+} // namespace vorle

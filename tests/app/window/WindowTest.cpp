@@ -1,0 +1,313 @@
+#include "app/window/MainWindow.h"
+
+#include "app/Application.h"
+#include "app/window/Shell.h"
+#include "desktop/ClaudeLauncher.h"
+#include "platform/fakes/FakeLinkOpener.h"
+#include "platform/fakes/FakePasteboard.h"
+#include "platform/fakes/FakeTerminals.h"
+#include "tests/core/Samples.h"
+
+#include <QAccessible>
+#include <QQuickItem>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <set>
+
+namespace vorle {
+namespace {
+
+using test::sampleTopic;
+
+/// The real window on a temporary store, driven by keys.
+class WindowTest : public testing::Test {
+protected:
+    WindowTest() {
+        const QString home = m_folder.path();
+        qputenv("VORLE_STORE", (home + QStringLiteral("/topics.json")).toLocal8Bit());
+        qputenv("VORLE_HOME", home.toLocal8Bit());
+        qputenv("VORLE_REDUCED_MOTION", "1");
+        Application::Setup setup;
+        setup.settingsFile = home + QStringLiteral("/settings.json");
+        m_app = std::make_unique<Application>(setup);
+    }
+    ~WindowTest() override {
+        for (const char *name : {"VORLE_STORE", "VORLE_HOME", "VORLE_REDUCED_MOTION"}) {
+            qunsetenv(name);
+        }
+    }
+
+    TopicStore &store() { return m_app->store(); }
+
+    /// Three topics to sort, the first one first, and one of each other section.
+    void fill() {
+        QList<Topic> topics;
+        for (const int score : {9, 8, 7}) {
+            Topic topic = sampleTopic(QStringLiteral("Sujet %1").arg(score));
+            topic.score = score;
+            topic.tldr = QStringLiteral("Essentiel");
+            topic.why = QStringLiteral("Ton projet en dépend.");
+            topic.firstStep = QStringLiteral("Lis la page.");
+            topic.criteria = Judgment::Criteria{8, 7, 6, 5, 20};
+            topic.readLevel = ReadLevel::Full;
+            topics += topic;
+        }
+        topics += sampleTopic(QStringLiteral("Gardé"), TopicStatus::Program);
+        topics += sampleTopic(QStringLiteral("Remis"), TopicStatus::Reserve);
+        topics += sampleTopic(QStringLiteral("Terminé"), TopicStatus::Done);
+        store().add(topics);
+    }
+
+    void open() {
+        m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
+            m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
+        m_shell = std::make_unique<Shell>(Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher});
+        m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
+        m_main->raise();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&m_main->window()));
+    }
+    QQuickWindow &window() { return m_main->window(); }
+    Shell &shell() { return *m_shell; }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&window(), key, modifiers);
+        QCoreApplication::processEvents();
+    }
+    void type(const QString &text) {
+        for (const QChar letter : text) {
+            QTest::keyClick(&window(), letter.toLatin1());
+        }
+        QCoreApplication::processEvents();
+    }
+    TopicStatus statusOf(const QString &title) {
+        for (const TopicPtr &topic : store().topics()) {
+            if (topic->title == title) {
+                return topic->status;
+            }
+        }
+        ADD_FAILURE() << "no topic " << title.toStdString();
+        return TopicStatus::Pending;
+    }
+    /// The title of the open card.
+    QString chosen() {
+        const QString id = window().property("chosenId").toString();
+        const TopicPtr topic = store().topic(QUuid::fromString(id));
+        return topic ? topic->title : QString();
+    }
+    QObject *screen() { return window().property("screen").value<QObject *>(); }
+    bool enlarged() { return screen()->property("enlarged").toBool(); }
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<Application> m_app;
+    test::FakeTerminals m_terminals;
+    test::FakePasteboard m_pasteboard;
+    test::FakeLinkOpener m_links;
+    std::unique_ptr<ClaudeLauncher> m_launcher;
+    std::unique_ptr<Shell> m_shell;
+    std::unique_ptr<MainWindow> m_main;
+};
+
+TEST_F(WindowTest, single_keys_sort_and_the_next_card_comes_by_itself) {
+    fill();
+    open();
+    EXPECT_EQ(chosen(), u"Sujet 9");
+    press(Qt::Key_G);
+    EXPECT_EQ(statusOf(QStringLiteral("Sujet 9")), TopicStatus::Program);
+    EXPECT_EQ(chosen(), u"Sujet 8");
+    const auto ghost = window().property("ghost").toMap();
+    EXPECT_EQ(ghost.value(QStringLiteral("went")).toString(), u"Gardé · Programme");
+    EXPECT_EQ(ghost.value(QStringLiteral("title")).toString(), u"Sujet 9");
+    press(Qt::Key_L);
+    EXPECT_EQ(statusOf(QStringLiteral("Sujet 8")), TopicStatus::Reserve);
+    press(Qt::Key_X);
+    EXPECT_EQ(statusOf(QStringLiteral("Sujet 7")), TopicStatus::Dismissed);
+    EXPECT_EQ(chosen(), QString());
+    // One key too many decides nothing.
+    press(Qt::Key_G);
+
+    // Everything comes back, last first, and goes again.
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(statusOf(QStringLiteral("Sujet 7")), TopicStatus::Inbox);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(shell().inbox()->count(), 3);
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(statusOf(QStringLiteral("Sujet 9")), TopicStatus::Program);
+
+    ASSERT_TRUE(store().flush());
+    const TopicStore again(store().file(), Resources(), m_app->clock());
+    EXPECT_EQ(again.topics(TopicStatus::Inbox).size(), 2);
+}
+
+TEST_F(WindowTest, the_keyboard_alone_reaches_every_section_and_its_decisions) {
+    fill();
+    open();
+    press(Qt::Key_Down);
+    EXPECT_EQ(chosen(), u"Sujet 8");
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(enlarged());
+    EXPECT_EQ(shell().page()->grades().size(), 4);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(enlarged());
+
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(shell().sections()->current(), Section::Program);
+    EXPECT_EQ(chosen(), u"Gardé");
+    press(Qt::Key_D);
+    EXPECT_EQ(statusOf(QStringLiteral("Gardé")), TopicStatus::Done);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_R);
+    EXPECT_EQ(statusOf(QStringLiteral("Gardé")), TopicStatus::Reserve);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(statusOf(QStringLiteral("Gardé")), TopicStatus::Inbox);
+    press(Qt::Key_Z, Qt::ControlModifier);
+
+    press(Qt::Key_3, Qt::ControlModifier);
+    EXPECT_EQ(chosen(), u"Remis");
+    press(Qt::Key_T);
+    EXPECT_EQ(statusOf(QStringLiteral("Remis")), TopicStatus::Inbox);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_3);
+    EXPECT_EQ(statusOf(QStringLiteral("Remis")), TopicStatus::Done);
+
+    press(Qt::Key_4, Qt::ControlModifier);
+    EXPECT_EQ(shell().library()->count(), 2);
+    press(Qt::Key_G);
+    EXPECT_EQ(shell().program()->count(), 2);
+    for (const auto &[key, section] :
+         {std::pair{Qt::Key_5, Section::Territory}, std::pair{Qt::Key_6, Section::Report},
+          std::pair{Qt::Key_1, Section::Inbox}}) {
+        press(key, Qt::ControlModifier);
+        EXPECT_EQ(shell().sections()->current(), section);
+    }
+
+    // To the menu, along it, and back to the cards.
+    press(Qt::Key_Left);
+    press(Qt::Key_Down);
+    EXPECT_EQ(shell().sections()->current(), Section::Program);
+    press(Qt::Key_Right);
+    press(Qt::Key_D);
+    EXPECT_EQ(shell().program()->count(), 1);
+}
+
+TEST_F(WindowTest, panels_keep_the_keyboard_and_typing_decides_nothing) {
+    fill();
+    open();
+    press(Qt::Key_N, Qt::ControlModifier);
+    type(QStringLiteral("glx"));
+    EXPECT_EQ(shell().inbox()->count(), 3);
+    press(Qt::Key_Return);
+    // "glx" is no address: it is told, and the panel stays.
+    EXPECT_EQ(store().count(), 6);
+    press(Qt::Key_Escape);
+    press(Qt::Key_Question, Qt::ShiftModifier);
+    press(Qt::Key_G);
+    EXPECT_EQ(shell().inbox()->count(), 3);
+    press(Qt::Key_Escape);
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    press(Qt::Key_G);
+    EXPECT_EQ(shell().inbox()->count(), 3);
+    press(Qt::Key_Escape);
+
+    // A key held down decides once.
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_G, Qt::NoModifier, QStringLiteral("g"), true);
+    QCoreApplication::sendEvent(&window(), &held);
+    EXPECT_EQ(shell().inbox()->count(), 3);
+    press(Qt::Key_G);
+    EXPECT_EQ(shell().inbox()->count(), 2);
+}
+
+TEST_F(WindowTest, the_search_goes_to_what_it_found) {
+    fill();
+    open();
+    press(Qt::Key_K, Qt::ControlModifier);
+    type(QStringLiteral("remis"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shell().search()->count() == 1; }));
+    press(Qt::Key_Return);
+    EXPECT_EQ(shell().sections()->current(), Section::Reserve);
+    EXPECT_EQ(chosen(), u"Remis");
+    // The keyboard is back on the cards.
+    press(Qt::Key_T);
+    EXPECT_EQ(statusOf(QStringLiteral("Remis")), TopicStatus::Inbox);
+}
+
+/// What assistive technology reads: every control that can be acted on has a name.
+void expectNamed(QAccessibleInterface *item, std::multiset<QAccessible::Role> &roles,
+                 const QString &path) {
+    if (item == nullptr || item->state().invisible) {
+        return;
+    }
+    static const std::set acting{QAccessible::PushButton,  QAccessible::PageTab,
+                                 QAccessible::ListItem,    QAccessible::EditableText,
+                                 QAccessible::Link,        QAccessible::Heading,
+                                 QAccessible::RadioButton, QAccessible::Dialog};
+    const QString name = item->text(QAccessible::Name);
+    roles.insert(item->role());
+    if (qEnvironmentVariableIsSet("DBG"))
+        qWarning() << path << name << item->role();
+    if (acting.contains(item->role())) {
+        EXPECT_FALSE(name.trimmed().isEmpty())
+            << "role " << item->role() << " under " << path.toStdString();
+    }
+    for (int i = 0; i < item->childCount(); ++i) {
+        expectNamed(item->child(i), roles, path + QStringLiteral(" > ") + name);
+    }
+}
+
+TEST_F(WindowTest, everything_that_can_be_acted_on_has_a_name_and_a_role) {
+    fill();
+    open();
+    QAccessible::setActive(true);
+    for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5, Qt::Key_6}) {
+        press(key, Qt::ControlModifier);
+        std::multiset<QAccessible::Role> roles;
+        expectNamed(QAccessible::queryAccessibleInterface(&window()), roles, QString());
+        EXPECT_EQ(roles.count(QAccessible::PageTab), 6U) << key;
+        EXPECT_GE(roles.count(QAccessible::PushButton), 2U) << key;
+        EXPECT_GE(roles.count(QAccessible::Heading), 1U) << key;
+    }
+    for (const auto &[key, modifiers] :
+         {std::pair{Qt::Key_N, Qt::ControlModifier}, std::pair{Qt::Key_Comma, Qt::ControlModifier},
+          std::pair{Qt::Key_K, Qt::ControlModifier}}) {
+        press(key, modifiers);
+        std::multiset<QAccessible::Role> roles;
+        expectNamed(QAccessible::queryAccessibleInterface(&window()), roles, QString());
+        EXPECT_EQ(roles.count(QAccessible::Dialog), 1U) << key;
+        press(Qt::Key_Escape);
+    }
+}
+
+TEST_F(WindowTest, an_empty_store_says_so_in_every_section) {
+    open();
+    for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4}) {
+        press(key, Qt::ControlModifier);
+        EXPECT_FALSE(shell().sections()->emptyTitle().isEmpty()) << key;
+        // Keys without a topic do nothing, and hurt nobody.
+        for (const Qt::Key decision : {Qt::Key_G, Qt::Key_X, Qt::Key_Space, Qt::Key_Down}) {
+            press(decision);
+        }
+    }
+    EXPECT_EQ(store().count(), 0);
+}
+
+TEST_F(WindowTest, a_correction_changes_the_score_and_can_be_taken_back) {
+    fill();
+    open();
+    const QString id = window().property("chosenId").toString();
+    shell().correct(id, 4, {QStringLiteral("pas fiable")}, QStringLiteral("Vieux"));
+    // It now stands lower in the list, and stays the chosen one.
+    EXPECT_EQ(shell().inbox()->value(shell().inbox()->rowOf(id), TopicListModel::Score), 4);
+    EXPECT_EQ(shell().inbox()->value(shell().inbox()->rowOf(id), TopicListModel::FormerScore), 9);
+    EXPECT_EQ(shell().correctionTags(id), QStringList{QStringLiteral("pas fiable")});
+    EXPECT_EQ(window().property("chosenId").toString(), id);
+    shell().uncorrect(id);
+    EXPECT_EQ(shell().inbox()->value(shell().inbox()->rowOf(id), TopicListModel::Score), 9);
+}
+
+} // namespace
+} // namespace vorle
