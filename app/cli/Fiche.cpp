@@ -39,7 +39,7 @@ Task<> write(Context &context, QUuid id) {
     if (writer.failed().contains(id)) {
         throw Failure(QStringLiteral("Je n’ai pas pu écrire la fiche.\n"
                                      "Les sources n’ont pas répondu, ou ton IA non plus.\n") +
-                      writer.failureText(id));
+                      writer.failureText(id).trimmed());
     }
 }
 

@@ -13,6 +13,7 @@ namespace vorle::demo {
 namespace {
 
 constexpr qsizetype wordsPerMinute = 200;
+const QString changesTitle = QStringLiteral("Ce qui change");
 
 /// A heading of the page and the paragraphs under it; the opening has none.
 struct Section {
@@ -60,7 +61,7 @@ QList<Brief::Part> essentialsOf(const TopicRead &topic, const PageFacts &facts,
         {firstSentences(topic.title, 60),
          firstSentences(facts.lead.isEmpty() ? opening.join(u' ') : facts.lead, 300)}};
     if (!facts.changes.isEmpty()) {
-        parts += {QStringLiteral("Ce qui change"), facts.changes.join(u'\n')};
+        parts += {changesTitle, facts.changes.join(u'\n')};
     }
     if (!facts.step.isEmpty()) {
         parts += {QStringLiteral("La première chose à faire"), firstSentences(facts.step, 300)};
@@ -75,7 +76,8 @@ QList<Brief::Part> detailsOf(const PageFacts &facts, const QList<Section> &secti
         lines.removeIf([&](const QString &line) {
             return facts.changes.contains(line) || line == facts.lead;
         });
-        if (!section.saysLimits() && !lines.isEmpty() && parts.size() < 4) {
+        const bool told = section.heading == changesTitle && !facts.changes.isEmpty();
+        if (!section.saysLimits() && !told && !lines.isEmpty() && parts.size() < 4) {
             parts += {section.heading.isEmpty() ? QStringLiteral("Le contexte") : section.heading,
                       firstSentences(lines.join(u' '), 600)};
         }
