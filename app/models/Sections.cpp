@@ -1,8 +1,8 @@
 #include "app/models/Sections.h"
 
-#include "app/TopicLabels.h"
 #include "app/models/KeyboardMap.h"
 #include "app/models/Wording.h"
+#include "core/DurationText.h"
 
 #include <algorithm>
 
@@ -16,7 +16,7 @@ QVariantMap button(const QString &label, KeyboardMap::Action action) {
 
 /// ", 47 min de lecture"; nothing for no time at all.
 QString readingTime(int minutes) {
-    return minutes <= 0 ? QString() : Sections::tr(", %1 de lecture").arg(durationLabel(minutes));
+    return minutes <= 0 ? QString() : Sections::tr(", %1 de lecture").arg(durationText(minutes));
 }
 
 } // namespace

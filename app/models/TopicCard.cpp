@@ -4,6 +4,7 @@
 #include "app/models/TopicListModel.h"
 #include "app/models/Wording.h"
 #include "core/Corrections.h"
+#include "core/DurationText.h"
 #include "core/ScoreScale.h"
 #include "search/SourceImage.h"
 
@@ -103,7 +104,7 @@ constexpr RoleValue roleValues[] = {
     {Role::Interest, [](Card c) -> QVariant { return text(c.topic.interest); }},
     {Role::KindLabel, [](Card c) -> QVariant { return kindLabel(c.topic.kind); }},
     {Role::Minutes, [](Card c) -> QVariant { return c.topic.minutes; }},
-    {Role::MinutesText, [](Card c) -> QVariant { return durationLabel(c.topic.minutes); }},
+    {Role::MinutesText, [](Card c) -> QVariant { return durationText(c.topic.minutes); }},
     {Role::ReadLevelText,
      [](Card c) -> QVariant {
          return c.isPendingCapture() ? QString() : readLevelLabel(c.topic.readLevel);
