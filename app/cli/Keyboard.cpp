@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 
 #include <array>
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -40,8 +41,8 @@ private:
     bool m_changed;
 };
 
-/// What was typed, at most a terminal's line; empty at the end of the input.
-Task<QByteArray> typed(CancelToken cancel) {
+/// Ends when something was typed, or the input ended. @throws Cancelled
+Task<> somethingTyped(CancelToken cancel) {
     cancel.throwIfCancelled();
     const OneShot ready;
     QSocketNotifier notifier(STDIN_FILENO, QSocketNotifier::Read);
@@ -52,9 +53,30 @@ Task<QByteArray> typed(CancelToken cancel) {
     const auto registration = cancel.onCancel([ready] { ready.fire(); });
     co_await ready;
     cancel.throwIfCancelled();
-    std::array<char, 4096> bytes{};
-    const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
-    co_return count > 0 ? QByteArray(bytes.data(), static_cast<qsizetype>(count)) : QByteArray();
+}
+
+/// One byte; nothing at the end of the input. Waits when there is none.
+std::optional<char> nextByte() {
+    char byte = 0;
+    return read(STDIN_FILENO, &byte, 1) == 1 ? std::optional(byte) : std::nullopt;
+}
+
+bool moreTyped() {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    return poll(&input, 1, 0) == 1 && (input.revents & POLLIN) != 0;
+}
+
+/// Takes the rest of what a special key sends after the escape: "[A", "[3~", "OP".
+void skipSpecialKey() {
+    const auto kind = moreTyped() ? nextByte() : std::nullopt;
+    if (kind == 'O' && moreTyped()) {
+        nextByte();
+    }
+    bool ended = kind != '[';
+    while (!ended && moreTyped()) {
+        const auto byte = nextByte();
+        ended = !byte || (*byte >= '@' && *byte <= '~');
+    }
 }
 
 } // namespace
@@ -66,21 +88,28 @@ bool Keyboard::available() {
 Task<std::optional<QChar>> Keyboard::key(CancelToken cancel) {
     const KeyByKey mode;
     while (true) {
-        const QByteArray bytes = co_await typed(cancel);
-        if (bytes.isEmpty() || bytes.front() == endOfInput) {
+        co_await somethingTyped(cancel);
+        // One at a time: what is typed ahead waits for the next question.
+        const auto byte = nextByte();
+        if (!byte || *byte == endOfInput) {
             co_return std::nullopt;
         }
-        const QString text = QString::fromUtf8(bytes);
-        if (bytes.front() != escape && !text.isEmpty()) {
-            co_return text.front().toLower();
+        if (*byte == escape) {
+            skipSpecialKey();
+        } else if (*byte > 0) {
+            co_return QChar::fromLatin1(*byte).toLower();
         }
     }
 }
 
 Task<std::optional<QString>> Keyboard::line(CancelToken cancel) {
-    const QByteArray bytes = co_await typed(std::move(cancel));
-    co_return bytes.isEmpty() ? std::nullopt
-                              : std::optional(trimmed(QString::fromUtf8(bytes)).toString());
+    co_await somethingTyped(std::move(cancel));
+    std::array<char, 4096> bytes{}; // a terminal's longest line
+    const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
+    co_return count > 0
+        ? std::optional(
+              trimmed(QString::fromUtf8(bytes.data(), static_cast<qsizetype>(count))).toString())
+        : std::nullopt;
 }
 
 } // namespace vorle::cli

@@ -15,8 +15,8 @@ public:
     static bool available();
 
     /// The next key as a small letter, without waiting for Enter and without showing it; keys that
-    /// are no character (arrows, functions) are passed over. Nothing at the end of the input. The
-    /// terminal is as it was when this ends, however it ends. @throws Cancelled
+    /// are no plain character (arrows, functions, accents) are passed over. Nothing at the end of
+    /// the input. The terminal is as it was when this ends, however it ends. @throws Cancelled
     static Task<std::optional<QChar>> key(CancelToken cancel);
 
     /// The next line, edited as the terminal does, without blanks around it. Nothing at the end of
