@@ -1,26 +1,37 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
-// One section in the side bar, with what waits in it.
-T.AbstractButton {
+// One section in the side bar, with what waits in it. A plain item: Qt's buttons call themselves
+// buttons as soon as assistive technology listens, and this is a tab.
+Item {
     id: item
 
+    required property string title
     property int count: 0
     property bool current: false
     property bool strong: false // the count is what asks for attention
-    property string keys: ""
+
+    signal clicked
 
     implicitHeight: 46
-    hoverEnabled: true
+    activeFocusOnTab: true
     Accessible.role: Accessible.PageTab
-    Accessible.name: count > 0 ? qsTr("%1, %2").arg(text).arg(count) : text
+    Accessible.name: count > 0 ? qsTr("%1, %2").arg(title).arg(count) : title
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
     Accessible.selected: current
     Accessible.onPressAction: clicked()
 
-    background: Rectangle {
+    HoverHandler {
+        id: hover
+    }
+    TapHandler {
+        onTapped: item.clicked()
+    }
+    Rectangle {
+        anchors.fill: parent
         radius: Theme.radiusButton
-        color: item.current ? (Theme.dark ? Theme.raised : Theme.card) : item.hovered ? Theme.sunken : "transparent"
+        color: item.current ? (Theme.dark ? Theme.raised : Theme.card) : hover.hovered ? Theme.sunken : "transparent"
         border.width: item.current ? 1 : 0
         border.color: Theme.line
 
@@ -35,33 +46,31 @@ T.AbstractButton {
         }
         FocusRing {
             radius: parent.radius + 3
-            shown: item.visualFocus
+            shown: item.activeFocus
         }
     }
-    contentItem: Item {
-        Text {
-            anchors.left: parent.left
-            anchors.leftMargin: 18
-            anchors.verticalCenter: parent.verticalCenter
-            text: item.text
-            color: item.current ? Theme.ink : Theme.inkSoft
-            font.family: Theme.textFamily
-            font.pixelSize: Theme.textBody + 1
-            font.weight: item.current ? Font.DemiBold : Font.Medium
-            textFormat: Text.PlainText
-            Accessible.ignored: true
-        }
-        Text {
-            anchors.right: parent.right
-            anchors.rightMargin: 18
-            anchors.verticalCenter: parent.verticalCenter
-            text: item.count > 0 ? item.count : ""
-            color: item.strong && item.count > 0 ? Theme.accent : Theme.inkFaint
-            font.family: Theme.displayFamily
-            font.pixelSize: Theme.textBody + 1
-            font.weight: Font.Bold
-            textFormat: Text.PlainText
-            Accessible.ignored: true
-        }
+    Text {
+        anchors.left: parent.left
+        anchors.leftMargin: 18
+        anchors.verticalCenter: parent.verticalCenter
+        text: item.title
+        color: item.current ? Theme.ink : Theme.inkSoft
+        font.family: Theme.textFamily
+        font.pixelSize: Theme.textBody + 1
+        font.weight: item.current ? Font.DemiBold : Font.Medium
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+    Text {
+        anchors.right: parent.right
+        anchors.rightMargin: 18
+        anchors.verticalCenter: parent.verticalCenter
+        text: item.count > 0 ? item.count : ""
+        color: item.strong && item.count > 0 ? Theme.accent : Theme.inkFaint
+        font.family: Theme.displayFamily
+        font.pixelSize: Theme.textBody + 1
+        font.weight: Font.Bold
+        textFormat: Text.PlainText
+        Accessible.ignored: true
     }
 }

@@ -14,7 +14,6 @@ T.AbstractButton {
     implicitHeight: Math.max(Theme.hit + 8, words.implicitHeight + 14)
     hoverEnabled: true
     text: name
-    Accessible.role: Accessible.Link
     Accessible.name: name
     Accessible.description: url
     Accessible.onPressAction: clicked()

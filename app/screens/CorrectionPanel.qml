@@ -128,8 +128,7 @@ Panel {
                     required property string modelData
                     text: modelData
                     primary: panel.chosen.includes(modelData)
-                    Accessible.role: Accessible.CheckBox
-                    Accessible.checked: primary
+                    Accessible.name: primary ? qsTr("%1, choisi").arg(text) : text
                     onClicked: panel.toggle(modelData)
                 }
             }

@@ -55,9 +55,7 @@ Panel {
                             required property var modelData
                             text: choice.modelData.shown ? choice.modelData.shown[index] : modelData
                             primary: choice.present === modelData
-                            Accessible.role: Accessible.RadioButton
-                            Accessible.name: choice.modelData.name + " : " + text
-                            Accessible.checked: primary
+                            Accessible.name: primary ? qsTr("%1 : %2, choisi").arg(choice.modelData.name).arg(text) : qsTr("%1 : %2").arg(choice.modelData.name).arg(text)
                             onClicked: panel.shell.changeSetting(choice.modelData.key, modelData)
                         }
                     }

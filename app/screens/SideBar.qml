@@ -63,13 +63,11 @@ FocusScope {
             SideItem {
                 id: entry
                 required property int index
-                required property string title
+                required title
                 required count
                 width: parent.width
-                text: title
                 strong: entry.index === 0
                 current: bar.current === entry.index
-                focusPolicy: Qt.TabFocus
                 onClicked: bar.picked(entry.index)
                 Keys.onUpPressed: if (entry.index > 0) bar.step(entry.index - 1)
                 Keys.onDownPressed: if (entry.index < items.count - 1) bar.step(entry.index + 1)

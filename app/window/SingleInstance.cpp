@@ -31,6 +31,7 @@ SingleInstance::SingleInstance(const QString &topicsFile, QObject *parent)
         while (QLocalSocket *caller = m_server.nextPendingConnection()) {
             connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
             caller->write("ok\n");
+            caller->flush();
             caller->disconnectFromServer();
             Q_EMIT raiseAsked();
         }

@@ -248,8 +248,6 @@ void expectNamed(QAccessibleInterface *item, std::multiset<QAccessible::Role> &r
                                  QAccessible::RadioButton, QAccessible::Dialog};
     const QString name = item->text(QAccessible::Name);
     roles.insert(item->role());
-    if (qEnvironmentVariableIsSet("DBG"))
-        qWarning() << path << name << item->role();
     if (acting.contains(item->role())) {
         EXPECT_FALSE(name.trimmed().isEmpty())
             << "role " << item->role() << " under " << path.toStdString();
