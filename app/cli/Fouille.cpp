@@ -1,6 +1,7 @@
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "core/Calibration.h"
 
 #include <QLocale>
 
@@ -151,6 +152,18 @@ void tellReport(Console &console, const RunReport &report) {
     }
 }
 
+/// After the first run: the guided triage, until it is done or skipped.
+void proposeCalibration(Context &context) {
+    TopicStore &store = context.app.store();
+    const Calibration calibration(context.app.preferences(), store, context.app.clock());
+    if (!store.isDemo() && calibration.isProposed()) {
+        const Calibration::Progress progress = calibration.progress();
+        const CalibrationText text = calibrationInvitation(progress.total - progress.answered);
+        context.console.say(QStringLiteral("%1 (vorle calibrer, ou vorle calibrer --passer). %2")
+                                .arg(text.title, text.text));
+    }
+}
+
 } // namespace
 
 Task<ExitStatus> fouille(Context &context) {
@@ -194,6 +207,7 @@ Task<ExitStatus> fouille(Context &context) {
     tellReport(context.console, report);
     if (report.saved) {
         context.console.say(summaryLine(report));
+        proposeCalibration(context);
     } else {
         context.console.say(context.app.store().saveError().value_or(
             QStringLiteral("Les sujets n’ont pas pu être enregistrés.")));

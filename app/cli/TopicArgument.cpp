@@ -33,9 +33,10 @@ QString digitsOf(const QUuid &id) { return id.toString(QUuid::Id128).toUpper(); 
 QString choices(const QList<TopicPtr> &topics) {
     QStringList lines;
     for (const TopicPtr &topic : topics.first(std::min(mostNamed, topics.size()))) {
-        lines += QStringLiteral("  %1  %2")
-                     .arg(identityText(topic->id),
-                          firstCharacters(topic->title, titleCharacters).toString());
+        const QString title = firstCharacters(topic->title, titleCharacters).toString();
+        lines += QStringLiteral("  %1  %2%3")
+                     .arg(identityText(topic->id), title,
+                          title.size() < topic->title.size() ? QStringLiteral("…") : QString());
     }
     if (topics.size() > mostNamed) {
         lines += QStringLiteral("  …");

@@ -58,10 +58,12 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
     for (const TopicPtr &topic : topics) {
         lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
                  console.bold(console.wrapped(topic->title, margin).trimmed());
+        QString urgency = urgencyLabel(topic->urgency, today);
+        if (urgency.isEmpty() && topic->isUrgent()) {
+            urgency = QStringLiteral("urgent");
+        }
         lines += console.faint(
-            console.wrapped(factLine({durationLabel(topic->minutes),
-                                      topic->isUrgent() ? QStringLiteral("urgent") : QString(),
-                                      urgencyLabel(topic->urgency, today),
+            console.wrapped(factLine({durationLabel(topic->minutes), urgency,
                                       topic->project.value_or(topic->interest.value_or(QString())),
                                       topic->id.toString(QUuid::WithoutBraces).toUpper()}),
                             margin));

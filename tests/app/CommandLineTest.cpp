@@ -334,6 +334,7 @@ TEST_F(CommandLineTest, two_runs_at_once_lose_nothing) {
     EXPECT_THAT(later.err.toStdString(), HasSubstr("j’attends qu’elle finisse"));
     EXPECT_EQ(topics().size(), 16);
     EXPECT_EQ(judgeCalls(), 2) << "the second run knew every link";
+    EXPECT_THAT(later.err.toStdString(), HasSubstr("vorle calibrer --passer"));
 }
 
 TEST_F(CommandLineTest, an_unreadable_topics_file_is_kept_aside_and_told) {
