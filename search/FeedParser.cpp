@@ -153,9 +153,9 @@ const QUrl &Gatherer::base() {
     }
     for (++at; at < m_bases.size(); ++at) {
         const QUrl &outer = *m_bases[at - 1].address;
-        QUrl sum = outer.resolved(QUrl(QString::fromUtf8(m_bases[at].written)));
+        const QUrl sum = outer.resolved(QUrl(QString::fromUtf8(m_bases[at].written)));
         const bool fits = static_cast<std::size_t>(sum.toString().size()) <= longestBase;
-        m_bases[at].address = fits ? std::move(sum) : outer;
+        m_bases[at].address = fits ? sum : outer;
         ++m_resolved;
     }
     return *m_bases.back().address;

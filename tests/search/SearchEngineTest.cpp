@@ -391,6 +391,22 @@ TEST_F(SearchEngineTest, where_a_link_led_is_known_to_the_next_run) {
     EXPECT_EQ(inbox().last()->sources.first().url, at("/closed3"));
 }
 
+TEST_F(SearchEngineTest, each_source_of_a_card_has_its_picture) {
+    const QByteArray picture = "\x89PNG\r\n\x1A\n" +
+                               QByteArray("\0\0\0\x0DIHDR\0\0\0\x20\0\0\0\x20", 16) +
+                               QByteArray(9, '\0');
+    server.serve("/favicon.ico", test::TestReply::page(picture));
+    server.serve("/moved", test::TestReply::redirect("/long"));
+    scenario(QStringLiteral("[]"), list({candidate(at("/moved"), "Rust")}));
+    run();
+    ASSERT_EQ(inbox().size(), 1);
+    QStringList pictured;
+    for (const Picture &one : inbox().first()->gallery) {
+        pictured += one.url;
+    }
+    EXPECT_EQ(pictured, (QStringList{at("/moved"), at("/long")}));
+}
+
 TEST_F(SearchEngineTest, one_bad_page_does_not_cost_the_others_their_judgment) {
     QStringList links;
     for (int i = 0; i < 4; ++i) {
