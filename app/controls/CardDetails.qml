@@ -56,6 +56,7 @@ Column {
         }
         Label {
             id: site
+            visible: details.actions.length < 5
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2

@@ -80,13 +80,17 @@ Window {
 
     property var ghost: null // { section, topicId, went, title, beforeId }
 
-    function decide(act: var) {
+    function decide(action: int, act: var) {
         const list = sections.topics;
         const id = chosenId;
         if (list === null || id === "") {
             return;
         }
         const row = list.rowOf(id);
+        if (list.value(row, TopicListModel.PendingCapture) && action !== KeyboardMap.Dismiss) {
+            tell(qsTr("Je lis encore cette page : elle se décide une fois jugée."));
+            return;
+        }
         const title = list.value(row, TopicListModel.Title);
         const before = list.topicIdAt(row + 1);
         const section = sections.current;
@@ -161,34 +165,34 @@ Window {
             }
             break;
         case KeyboardMap.Keep:
-            decide(id => decisions.keep(id));
+            decide(action, id => decisions.keep(id));
             break;
         case KeyboardMap.Later:
-            decide(id => decisions.later(id));
+            decide(action, id => decisions.later(id));
             break;
         case KeyboardMap.Dismiss:
-            decide(id => decisions.dismiss(id));
+            decide(action, id => decisions.dismiss(id));
             break;
         case KeyboardMap.Done:
-            decide(id => decisions.done(id, ""));
+            decide(action, id => decisions.done(id, ""));
             break;
         case KeyboardMap.Postpone:
-            decide(id => decisions.postpone(id));
+            decide(action, id => decisions.postpone(id));
             break;
         case KeyboardMap.Remove:
-            decide(id => decisions.removeFromProgram(id));
+            decide(action, id => decisions.removeFromProgram(id));
             break;
         case KeyboardMap.BackToTriage:
-            decide(id => decisions.backToTriage(id));
+            decide(action, id => decisions.backToTriage(id));
             break;
         case KeyboardMap.WorthMeh:
-            decide(id => decisions.verdict(id, "meh"));
+            decide(action, id => decisions.verdict(id, "meh"));
             break;
         case KeyboardMap.WorthUseful:
-            decide(id => decisions.verdict(id, "useful"));
+            decide(action, id => decisions.verdict(id, "useful"));
             break;
         case KeyboardMap.WorthGem:
-            decide(id => decisions.verdict(id, "gem"));
+            decide(action, id => decisions.verdict(id, "gem"));
             break;
         }
     }

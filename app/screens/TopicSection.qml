@@ -4,7 +4,7 @@ import Vorle
 
 // A section that lists topics: "À trier", "Programme", "Réserve" and "Bibliothèque".
 FocusScope {
-    id: section
+    id: root
 
     required property string title
     required property string subtitle
@@ -22,7 +22,10 @@ FocusScope {
     // The chosen topic. The view follows it, a frame later: keys may come faster than frames.
     property string currentId: ""
     property int currentRow: -1
-    readonly property var current: list.currentItem && list.currentItem.topicId === currentId ? list.currentItem.topic : null
+    // The same for the cards, once each has heard of the change: one that opened earlier would
+    // read the row that stands where its own stood.
+    property string shownId: ""
+    readonly property var current: list.currentItem && list.currentItem.topicId === shownId ? list.currentItem.topic : null
     property alias enlarged: reading.shown
     required property var details
 
@@ -57,17 +60,17 @@ FocusScope {
     function choose(row: int) {
         currentRow = row;
         currentId = model.topicIdAt(row);
-        follow();
+        Qt.callLater(follow);
     }
     // After a change of the list: the chosen topic stays chosen; where it is gone, the one that
     // took its place is.
     function settle() {
         const row = model.rowOf(currentId);
         choose(row >= 0 ? row : Math.min(Math.max(0, currentRow), model.count - 1));
-        Qt.callLater(follow);
     }
     function follow() {
         list.currentIndex = currentRow;
+        shownId = currentId;
     }
     function focusContent() {
         list.forceActiveFocus();
@@ -75,19 +78,19 @@ FocusScope {
 
     Component.onCompleted: settle()
     Connections {
-        target: section.model
+        target: root.model
 
         function onRowsInserted() {
-            section.settle();
+            root.settle();
         }
         function onRowsRemoved() {
-            section.settle();
+            root.settle();
         }
         function onRowsMoved() {
-            section.settle();
+            root.settle();
         }
         function onModelReset() {
-            section.settle();
+            root.settle();
         }
     }
 
@@ -100,10 +103,10 @@ FocusScope {
         SectionHead {
             id: titles
             width: parent.width
-            title: section.title
-            subtitle: section.subtitle
-            searchKeys: section.searchKeys
-            onSearchAsked: section.searchAsked()
+            title: root.title
+            subtitle: root.subtitle
+            searchKeys: root.searchKeys
+            onSearchAsked: root.searchAsked()
         }
         Item {
             id: extra
@@ -125,33 +128,34 @@ FocusScope {
         bottomMargin: 24
         clip: true
         focus: true
-        model: section.model
+        model: root.model
         spacing: 0
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
         highlightFollowsCurrentItem: true
         highlightRangeMode: ListView.ApplyRange
-        preferredHighlightBegin: section.headings ? 44 : 4 // its heading stays in sight
+        preferredHighlightBegin: root.headings ? 44 : 4 // its heading stays in sight
         preferredHighlightEnd: Math.max(120, height - 24)
         highlightMoveDuration: Theme.calm
         highlightResizeDuration: 0
         cacheBuffer: 400
         reuseItems: false
-        visible: count > 0 || section.ghost !== null
+        visible: count > 0 || root.ghost !== null
         Accessible.role: Accessible.List
-        Accessible.name: section.title
-        section.property: section.headings ? "section" : ""
+        Accessible.name: root.title
+        section.property: root.headings ? "section" : ""
         section.criteria: ViewSection.FullString
         section.delegate: Item {
             id: heading
-            required property string section
+            property string name: section // given by the list, anew when it uses a heading again
             width: list.width - 2 * Theme.margin
-            height: section.length > 0 ? 40 : 0
+            height: name.length > 0 ? 40 : 0
 
             Title {
                 anchors.bottom: parent.bottom
                 anchors.bottomMargin: 10
-                text: heading.section
+                visible: text.length > 0
+                text: heading.name
                 color: Theme.inkFaint
                 size: Theme.titleSmall
                 font.weight: Font.DemiBold
@@ -160,7 +164,7 @@ FocusScope {
         ScrollBar.vertical: ScrollBar {
             width: 9
         }
-        onCountChanged: section.follow()
+        onCountChanged: Qt.callLater(root.follow)
 
         move: Transition {
             NumberAnimation {
@@ -183,11 +187,11 @@ FocusScope {
             GhostLine {
                 id: lastGhost
                 width: parent.width
-                visible: section.ghost !== null && section.ghost.beforeId === ""
-                went: section.ghost?.went ?? ""
-                title: section.ghost?.title ?? ""
-                undoKeys: section.undoKeys
-                onUndo: section.undoAsked()
+                visible: root.ghost !== null && root.ghost.beforeId === ""
+                went: root.ghost?.went ?? ""
+                title: root.ghost?.title ?? ""
+                undoKeys: root.undoKeys
+                onUndo: root.undoAsked()
             }
         }
         delegate: Item {
@@ -197,7 +201,7 @@ FocusScope {
             required property var model
             readonly property var topic: model
             readonly property string topicId: model.topicId ?? "" // none once the row is gone
-            readonly property bool ghostHere: section.ghost !== null && section.ghost.beforeId === model.topicId
+            readonly property bool ghostHere: root.ghost !== null && root.ghost.beforeId === model.topicId
 
             width: list.width - 2 * Theme.margin
             height: card.height + Theme.cardGap + (ghostHere ? ghostLine.implicitHeight + Theme.cardGap : 0)
@@ -206,27 +210,27 @@ FocusScope {
                 id: ghostLine
                 width: parent.width
                 visible: row.ghostHere
-                went: section.ghost?.went ?? ""
-                title: section.ghost?.title ?? ""
-                undoKeys: section.undoKeys
-                onUndo: section.undoAsked()
+                went: root.ghost?.went ?? ""
+                title: root.ghost?.title ?? ""
+                undoKeys: root.undoKeys
+                onUndo: root.undoAsked()
             }
             TopicCard {
                 id: card
                 y: row.ghostHere ? ghostLine.implicitHeight + Theme.cardGap : 0
                 width: parent.width
                 topic: row.model
-                open: row.topicId.length > 0 && row.topicId === section.currentId
-                actions: section.actions
+                open: row.topicId.length > 0 && row.topicId === root.shownId
+                actions: root.actions
                 onChosen: {
-                    section.choose(row.index);
+                    root.choose(row.index);
                     list.forceActiveFocus();
                 }
                 onEnlarged: {
-                    section.choose(row.index);
-                    section.enlarged = true;
+                    root.choose(row.index);
+                    root.enlarged = true;
                 }
-                onAct: action => section.act(action)
+                onAct: action => root.act(action)
             }
         }
     }
@@ -234,31 +238,31 @@ FocusScope {
     EmptyState {
         anchors.fill: parent
         anchors.topMargin: head.height
-        visible: list.count === 0 && section.ghost === null
-        title: section.emptyTitle
-        text: section.emptyText
-        buttons: section.emptyActions
-        onAct: action => section.emptyAct(action)
+        visible: list.count === 0 && root.ghost === null
+        title: root.emptyTitle
+        text: root.emptyText
+        buttons: root.emptyActions
+        onAct: action => root.emptyAct(action)
     }
     HintLine {
         id: hintLine
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        text: section.hint
-        visible: list.count > 0 || section.ghost !== null
+        text: root.hint
+        visible: list.count > 0 || root.ghost !== null
     }
     ReadingPage {
         id: reading
         anchors.fill: parent
-        topic: shown ? section.current : null
-        details: section.details
-        actions: section.actions
-        onAct: action => section.act(action)
-        onClosed: section.enlarged = false
-        onLinkOpened: url => section.linkOpened(url)
-        onNoteEdited: (topicId, text) => section.noteEdited(topicId, text)
-        onCorrectionAsked: topicId => section.correctionAsked(topicId)
+        topic: shown ? root.current : null
+        details: root.details
+        actions: root.actions
+        onAct: action => root.act(action)
+        onClosed: root.enlarged = false
+        onLinkOpened: url => root.linkOpened(url)
+        onNoteEdited: (topicId, text) => root.noteEdited(topicId, text)
+        onCorrectionAsked: topicId => root.correctionAsked(topicId)
     }
     onCurrentIdChanged: if (currentId === "") enlarged = false
 }

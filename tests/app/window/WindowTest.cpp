@@ -49,7 +49,7 @@ protected:
             Topic topic = sampleTopic(QStringLiteral("Sujet %1").arg(score));
             topic.score = score;
             topic.tldr = QStringLiteral("Essentiel");
-            topic.why = QStringLiteral("Ton projet en dépend.");
+            topic.why = QStringLiteral("Raison %1").arg(score);
             topic.firstStep = QStringLiteral("Lis la page.");
             topic.criteria = Judgment::Criteria{8, 7, 6, 5, 20};
             topic.readLevel = ReadLevel::Full;
@@ -97,6 +97,24 @@ protected:
         const TopicPtr topic = store().topic(QUuid::fromString(id));
         return topic ? topic->title : QString();
     }
+    /// The texts that can be seen, one after the other.
+    QStringList shownTexts() {
+        QStringList texts;
+        const auto collect = [&](const auto &self, const QQuickItem &item) -> void {
+            if (!item.isVisible() || item.opacity() == 0) {
+                return;
+            }
+            if (const QString text = item.property("text").toString(); !text.isEmpty()) {
+                texts += text;
+            }
+            for (const QQuickItem *child : item.childItems()) {
+                self(self, *child);
+            }
+        };
+        collect(collect, *window().contentItem());
+        return texts;
+    }
+
     QObject *screen() { return window().property("screen").value<QObject *>(); }
     bool enlarged() { return screen()->property("enlarged").toBool(); }
 
@@ -140,6 +158,32 @@ TEST_F(WindowTest, single_keys_sort_and_the_next_card_comes_by_itself) {
     ASSERT_TRUE(store().flush());
     const TopicStore again(store().file(), Resources(), m_app->clock());
     EXPECT_EQ(again.topics(TopicStatus::Inbox).size(), 2);
+}
+
+TEST_F(WindowTest, the_open_card_tells_its_own_story_after_every_change) {
+    fill();
+    open();
+    const auto tells = [&](int score) {
+        return QTest::qWaitFor([&] {
+            const QStringList texts = shownTexts();
+            return texts.filter(QStringLiteral("Pourquoi toi")) ==
+                   QStringList{QStringLiteral("Pourquoi toi : Raison %1").arg(score)};
+        });
+    };
+    EXPECT_TRUE(tells(9));
+    press(Qt::Key_G);
+    EXPECT_TRUE(tells(8));
+    press(Qt::Key_Down);
+    EXPECT_TRUE(tells(7));
+    press(Qt::Key_X);
+    EXPECT_TRUE(tells(8)) << "the last one gone, the one before it";
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(tells(8));
+    // Every heading stands over its own band.
+    EXPECT_THAT(shownTexts(), testing::Contains(QStringLiteral("Pertinents")).Times(1));
+    EXPECT_THAT(shownTexts(), testing::Contains(QStringLiteral("Très pertinents")).Times(1));
+    EXPECT_THAT(shownTexts(), testing::Not(testing::Contains(QStringLiteral("Urgent"))));
 }
 
 TEST_F(WindowTest, the_keyboard_alone_reaches_every_section_and_its_decisions) {
