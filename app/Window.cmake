@@ -2,8 +2,20 @@
 # shows them.
 find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick QuickControls2)
 
-file(GLOB VORLE_QML RELATIVE ${CMAKE_CURRENT_SOURCE_DIR}
-    theme/*.qml controls/*.qml screens/*.qml)
+set(VORLE_QML
+    theme/Theme.qml
+    controls/ActionButton.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
+    controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
+    controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/KeyCap.qml
+    controls/Label.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
+    controls/ScoreBadge.qml controls/SearchButton.qml controls/SearchHit.qml
+    controls/SectionHead.qml controls/SideItem.qml
+    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
+    controls/TopicCard.qml controls/WhyLine.qml
+    screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
+    screens/Main.qml screens/NotchPanel.qml screens/ReadingPage.qml screens/ReportScreen.qml
+    screens/SearchOverlay.qml screens/SettingsPanel.qml screens/ShortcutSheet.qml
+    screens/SideBar.qml screens/TerritoryScreen.qml screens/TopicSection.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window
@@ -11,6 +23,7 @@ qt_add_qml_module(vorle_window
     VERSION 1.0
     STATIC
     RESOURCE_PREFIX /qt/qml
+    IMPORTS QtQuick Vorle.Models
     OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/Vorle
     QML_FILES ${VORLE_QML}
     SOURCES

@@ -32,7 +32,6 @@ T.Button {
         spacing: 9
 
         Text {
-            id: words
             text: button.text
             font: button.font
             color: button.inkNow

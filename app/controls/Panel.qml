@@ -10,7 +10,7 @@ FocusScope {
     property real bodyHeight: 0 // what stands in it
     property real sheetHeight: bodyHeight + 2 * padding
     property int padding: 28
-    property bool onTop: false // near the top rather than in the middle
+    property bool nearTop: false // near the top rather than in the middle
     property string name: ""
     default property alias content: inside.data
 
@@ -49,9 +49,9 @@ FocusScope {
         readonly property real room: panel.height - 40
 
         anchors.horizontalCenter: parent.horizontalCenter
-        y: panel.onTop ? Math.min(96, panel.height * 0.1) : Math.max(20, (panel.height - height) / 2)
+        y: panel.nearTop ? Math.min(96, panel.height * 0.1) : Math.max(20, (panel.height - height) / 2)
         width: Math.min(panel.sheetWidth, parent.width - 40)
-        height: Math.min(panel.sheetHeight, panel.onTop ? panel.height * 0.9 - 20 : room)
+        height: Math.min(panel.sheetHeight, panel.nearTop ? panel.height * 0.9 - 20 : room)
         radius: Theme.radiusCard
         color: Theme.dark ? Theme.raised : Theme.card
         border.width: 1

@@ -27,7 +27,11 @@ Item {
     Accessible.description: topic.tldr
     Accessible.selected: open
     Accessible.onPressAction: chosen()
-    Component.onCompleted: Qt.callLater(() => card.settled = true)
+    Component.onCompleted: settleSoon()
+
+    function settleSoon() {
+        Qt.callLater(() => card.settled = true); // qmllint disable use-proper-function
+    }
 
     Behavior on height {
         enabled: card.settled && !Theme.reducedMotion

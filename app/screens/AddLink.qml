@@ -11,7 +11,7 @@ Panel {
     signal added(string url, string note)
 
     name: qsTr("Ajouter un sujet")
-    onTop: true
+    nearTop: true
     onShownChanged: {
         if (shown) {
             problem = "";

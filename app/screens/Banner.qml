@@ -18,7 +18,7 @@ Rectangle {
     color: Theme.accentTint
     z: 3
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: head.text + " " + text.text
+    Accessible.name: head.text + " " + detail.text
 
     Column {
         id: words
@@ -38,7 +38,7 @@ Rectangle {
             lineHeight: 1.2
         }
         Label {
-            id: text
+            id: detail
             width: parent.width
             text: banner.notice.length > 0 ? banner.notice : banner.failed ? banner.run.lastError : banner.run.missedText
             color: Theme.inkSoft

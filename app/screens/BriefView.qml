@@ -2,7 +2,7 @@ import QtQuick
 import Vorle
 
 // The reading notes of a topic: written, being written, failed, or not asked for yet.
-Section {
+Chapter {
     id: view
 
     required property var topic

@@ -123,7 +123,7 @@ FocusScope {
                 width: parent.width
                 text: page.topic?.firstStep ?? ""
             }
-            Section {
+            Chapter {
                 width: parent.width
                 name: qsTr("Ce qui change")
                 visible: (page.topic?.changes ?? []).length > 0
@@ -151,7 +151,7 @@ FocusScope {
                     }
                 }
             }
-            Section {
+            Chapter {
                 width: parent.width
                 name: qsTr("Risques")
                 visible: (page.topic?.risks ?? "").length > 0
@@ -167,7 +167,7 @@ FocusScope {
                 details: page.details
                 onLinkOpened: url => page.linkOpened(url)
             }
-            Section {
+            Chapter {
                 width: parent.width
                 name: qsTr("D’où vient la note")
                 visible: page.topic !== null
@@ -210,7 +210,7 @@ FocusScope {
                     onClicked: page.correctionAsked(page.topic.topicId)
                 }
             }
-            Section {
+            Chapter {
                 width: parent.width
                 name: qsTr("Sources")
                 visible: (page.topic?.sources ?? []).length > 0
@@ -228,7 +228,7 @@ FocusScope {
                     }
                 }
             }
-            Section {
+            Chapter {
                 width: parent.width
                 name: qsTr("Ta note")
                 visible: page.topic !== null
@@ -239,7 +239,7 @@ FocusScope {
                     onEdited: text => page.noteEdited(page.topic.topicId, text)
                 }
             }
-            Section {
+            Chapter {
                 width: parent.width
                 name: qsTr("Ce que j’ai lu")
                 visible: page.details.seenText.length > 0

@@ -11,7 +11,7 @@ Panel {
     signal picked(int section, string topicId)
 
     name: qsTr("Rechercher")
-    onTop: true
+    nearTop: true
     sheetWidth: 680
     sheetHeight: 42 + 2 * padding + (results.count > 0 ? 12 + Math.min(results.contentHeight, 460) : field.text.length > 0 ? 54 : 0)
     padding: 16
@@ -23,8 +23,9 @@ Panel {
     }
 
     function accept() {
-        if (results.currentItem) {
-            overlay.picked(results.currentItem.section, results.currentItem.topicId);
+        const hit = results.currentItem as SearchHit;
+        if (hit) {
+            overlay.picked(hit.section, hit.topicId);
         }
     }
 
@@ -65,74 +66,9 @@ Panel {
         Accessible.name: qsTr("Résultats")
         onCountChanged: currentIndex = count > 0 ? 0 : -1
 
-        delegate: Rectangle {
-            id: hit
-
-            required property int index
-            required property string topicId
-            required property string title
-            required property string snippetStyled
-            required property string sectionLabel
-            required property int section
-
+        delegate: SearchHit {
             width: results.width
-            height: 58
-            radius: Theme.radiusButton
-            color: ListView.isCurrentItem ? Theme.accentTint : hover.hovered ? Theme.sunken : "transparent"
-            Accessible.role: Accessible.ListItem
-            Accessible.name: title
-            Accessible.description: sectionLabel
-            Accessible.selected: ListView.isCurrentItem
-
-            HoverHandler {
-                id: hover
-            }
-            TapHandler {
-                onTapped: overlay.picked(hit.section, hit.topicId)
-            }
-            Column {
-                x: 14
-                width: parent.width - 28
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 2
-
-                Item {
-                    width: parent.width
-                    implicitHeight: name.implicitHeight
-
-                    Label {
-                        id: name
-                        width: parent.width - where.implicitWidth - 16
-                        text: hit.title
-                        font.weight: Font.DemiBold
-                        elide: Text.ElideRight
-                        wrapMode: Text.NoWrap
-                        lineHeight: 1.15
-                        Accessible.ignored: true
-                    }
-                    Label {
-                        id: where
-                        anchors.right: parent.right
-                        text: hit.sectionLabel
-                        color: Theme.inkFaint
-                        font.pixelSize: Theme.textSmall
-                        wrapMode: Text.NoWrap
-                        lineHeight: 1.15
-                        Accessible.ignored: true
-                    }
-                }
-                Label {
-                    width: parent.width
-                    text: hit.snippetStyled
-                    textFormat: Text.StyledText
-                    color: Theme.inkSoft
-                    font.pixelSize: Theme.textSmall + 1
-                    elide: Text.ElideRight
-                    wrapMode: Text.NoWrap
-                    lineHeight: 1.15
-                    Accessible.ignored: true
-                }
-            }
+            onPicked: overlay.picked(section, topicId)
         }
     }
 }

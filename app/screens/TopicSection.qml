@@ -25,7 +25,8 @@ FocusScope {
     // The same for the cards, once each has heard of the change: one that opened earlier would
     // read the row that stands where its own stood.
     property string shownId: ""
-    readonly property var current: list.currentItem && list.currentItem.topicId === shownId ? list.currentItem.topic : null
+    readonly property var shownItem: list.currentItem
+    readonly property var current: shownItem && shownItem.topicId === shownId ? shownItem.topic : null
     property alias enlarged: reading.shown
     required property var details
 
@@ -60,13 +61,16 @@ FocusScope {
     function choose(row: int) {
         currentRow = row;
         currentId = model.topicIdAt(row);
-        Qt.callLater(follow);
+        followSoon();
     }
     // After a change of the list: the chosen topic stays chosen; where it is gone, the one that
     // took its place is.
     function settle() {
         const row = model.rowOf(currentId);
         choose(row >= 0 ? row : Math.min(Math.max(0, currentRow), model.count - 1));
+    }
+    function followSoon() {
+        Qt.callLater(follow); // qmllint disable use-proper-function
     }
     function follow() {
         list.currentIndex = currentRow;
@@ -164,7 +168,7 @@ FocusScope {
         ScrollBar.vertical: ScrollBar {
             width: 9
         }
-        onCountChanged: Qt.callLater(root.follow)
+        onCountChanged: root.followSoon()
 
         move: Transition {
             NumberAnimation {

@@ -45,8 +45,8 @@ QtObject {
     readonly property color accentKey: dark ? "#33191613" : "#33FFFFFF"
 
     // Type: the display face for titles, digits and section names, the system's for the rest.
-    property string displayFamily: Qt.application.font.family
-    property string textFamily: Qt.application.font.family
+    property string displayFamily: "sans-serif"
+    property string textFamily: "sans-serif"
     readonly property int textSmall: 12
     readonly property int textBody: 14
     readonly property int textLarge: 16

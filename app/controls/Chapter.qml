@@ -3,7 +3,7 @@ import Vorle
 
 // A named part of a reading page.
 Column {
-    id: section
+    id: chapter
 
     required property string name
     default property alias content: inside.data
@@ -12,7 +12,7 @@ Column {
     visible: inside.implicitHeight > 0
 
     Title {
-        text: section.name
+        text: chapter.name
         color: Theme.inkFaint
         size: Theme.titleSmall
         font.weight: Font.DemiBold
