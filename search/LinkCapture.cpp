@@ -1,5 +1,6 @@
 #include "search/LinkCapture.h"
 
+#include "base/SystemErrorText.h"
 #include "core/Preferences.h"
 #include "judging/Judge.h"
 #include "search/LinkLedger.h"
@@ -105,7 +106,7 @@ Task<> LinkCapture::work() {
         } catch (const AgentError &error) {
             failure = error.text();
         } catch (const std::system_error &error) {
-            failure = tr("Le système a refusé : %1").arg(QString::fromLocal8Bit(error.what()));
+            failure = systemRefusalText(error);
         }
         m_queue.removeOne(id);
         if (!failure.isEmpty()) {

@@ -1,6 +1,7 @@
 #include "app/window/Shell.h"
 
 #include "app/Application.h"
+#include "base/SystemErrorText.h"
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"
 #include "desktop/ClaudeLauncher.h"
@@ -92,7 +93,7 @@ Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic
     } catch (const AgentError &error) {
         word = error.text();
     } catch (const std::system_error &error) {
-        word = tr("Le système a refusé : %1").arg(QString::fromLocal8Bit(error.what()));
+        word = systemRefusalText(error);
     }
     if (self && !word.isEmpty()) {
         Q_EMIT self->said(word);
