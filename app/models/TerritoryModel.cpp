@@ -22,7 +22,9 @@ Readings readAll(const QMap<QString, QString> &folders) {
 }
 
 QString projectDetail(const discovery::Project &project) {
-    const QString problem = discovery::problemText(project);
+    // The folder stands beside it in its own place: naming it again would only fill the line.
+    const QString problem = discovery::problemText(project).replace(
+        QStringLiteral(" dans « %1 »").arg(project.folder), QString());
     if (!problem.isEmpty() || !project.manifest) {
         return problem;
     }
