@@ -30,7 +30,7 @@ Item {
     Component.onCompleted: settleSoon()
 
     function settleSoon() {
-        Qt.callLater(() => card.settled = true); // qmllint disable use-proper-function
+        Qt.callLater(() => card.settled = true); // qmllint disable
     }
 
     Behavior on height {

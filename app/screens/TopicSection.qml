@@ -70,7 +70,7 @@ FocusScope {
         choose(row >= 0 ? row : Math.min(Math.max(0, currentRow), model.count - 1));
     }
     function followSoon() {
-        Qt.callLater(follow); // qmllint disable use-proper-function
+        Qt.callLater(follow); // qmllint disable
     }
     function follow() {
         list.currentIndex = currentRow;
