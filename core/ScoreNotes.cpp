@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace vorle {
 
@@ -48,35 +49,39 @@ QString written(const QString &file, const std::optional<QDateTime> &unreadableA
 ScoreNotes::ScoreNotes(const TopicStore &store, const Clock &clock)
     : m_store(store), m_clock(clock), m_file(notesBeside(store.file())) {}
 
-void ScoreNotes::load() {
-    if (m_loaded) {
-        return;
-    }
-    m_loaded = true;
-    if (m_file.isEmpty()) {
-        return;
-    }
+ScoreNotes::Contents ScoreNotes::read(const QString &file) {
     try {
-        const auto bytes = readWhole(m_file);
-        const auto notes = bytes ? json::decode<QList<ScoreNote>>(*bytes) : QList<ScoreNote>();
-        for (const ScoreNote &note : notes) {
+        const auto bytes = file.isEmpty() ? std::nullopt : readWhole(file);
+        return {bytes ? json::decode<QList<ScoreNote>>(*bytes) : QList<ScoreNote>(), {}};
+    } catch (const std::exception &error) {
+        return {{}, QString::fromLocal8Bit(error.what())};
+    }
+}
+
+void ScoreNotes::take(const Contents &contents) {
+    if (std::exchange(m_loaded, true)) {
+        return;
+    }
+    for (const ScoreNote &note : contents.notes) {
+        if (!m_notes.contains(note.topic)) { // what came while the file was read is newer
             m_notes.insert(note.topic, note);
         }
-    } catch (const std::exception &error) {
-        logLine(QStringLiteral("the notes on scores could not be read: ") +
-                QString::fromLocal8Bit(error.what()));
+    }
+    if (!contents.failure.isEmpty()) {
+        logLine(QStringLiteral("the notes on scores could not be read: ") + contents.failure);
         m_unreadable = true;
     }
 }
 
 std::optional<ScoreNote> ScoreNotes::note(const QUuid &topic) {
-    load();
+    if (!m_loaded) {
+        take(read(m_file));
+    }
     const auto found = m_notes.constFind(topic);
     return found == m_notes.cend() ? std::nullopt : std::optional(*found);
 }
 
 Task<> ScoreNotes::add(QList<ScoreNote> notes) {
-    load();
     for (const ScoreNote &note : notes) {
         m_notes.insert(note.topic, note);
     }
@@ -85,6 +90,9 @@ Task<> ScoreNotes::add(QList<ScoreNote> notes) {
         co_return;
     }
     m_saving = true;
+    if (!m_loaded) {
+        take(co_await onPool([file = m_file] { return read(file); }));
+    }
     while (m_dirty) {
         m_dirty = false;
         dropOrphans();

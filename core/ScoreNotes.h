@@ -47,8 +47,8 @@ struct ScoreNote {
 
 /// The notes of all judged topics: one JSON array in "score-notes.json" beside the topics file
 /// (with the topics file's name before it when that is not "topics.json"; a preview keeps none).
-/// One note a topic, the latest. Read the first time it is needed. Main thread; the store and the
-/// clock must outlive it, and it must outlive every save under way.
+/// One note a topic, the latest. Read the first time it is needed, for a save on the thread pool.
+/// Main thread; the store and the clock must outlive it, and it must outlive every save under way.
 ///
 /// A note explains a score and is never worth a run: nothing here fails. What cannot be read or
 /// written is logged; an unreadable file is kept aside before the first save replaces it.
@@ -69,7 +69,13 @@ public:
     Task<> add(QList<ScoreNote> notes);
 
 private:
-    void load();
+    struct Contents {
+        QList<ScoreNote> notes;
+        QString failure; ///< why they could not be read; empty when they could
+    };
+    static Contents read(const QString &file);
+
+    void take(const Contents &contents);
     void dropOrphans();
 
     const TopicStore &m_store;
