@@ -27,6 +27,7 @@ qt_add_qml_module(vorle_window
     OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/Vorle
     QML_FILES ${VORLE_QML}
     SOURCES
+        window/CommandDoor.cpp window/CommandDoor.h
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
         window/MainWindow.cpp window/MainWindow.h

@@ -1,5 +1,11 @@
 #include "app/cli/Command.h"
 
+#include "app/cli/Handover.h"
+#include "base/SystemErrorText.h"
+
+#include <algorithm>
+#include <system_error>
+
 namespace vorle::cli {
 
 const QList<Command> &commands() {
@@ -9,6 +15,7 @@ const QList<Command> &commands() {
          .synopsis = QStringLiteral("[--demo]"),
          .summary = QStringLiteral("lance une fouille et montre ce qu’elle rapporte"),
          .flags = {json, QStringLiteral("demo")},
+         .throughApp = true,
          .run = fouille},
         {.name = QStringLiteral("consignes"),
          .synopsis = {},
@@ -31,6 +38,7 @@ const QList<Command> &commands() {
          .most = 2,
          .flags = {json},
          .options = {QStringLiteral("avis")},
+         .throughApp = true,
          .run = trier},
         {.name = QStringLiteral("corriger"),
          .synopsis = QStringLiteral("ID NOTE [--raison MOT[,MOT]] [--texte T] | ID --retirer"),
@@ -39,6 +47,7 @@ const QList<Command> &commands() {
          .most = 2,
          .flags = {json, QStringLiteral("retirer")},
          .options = {QStringLiteral("raison"), QStringLiteral("texte")},
+         .throughApp = true,
          .run = corriger},
         {.name = QStringLiteral("programme"),
          .synopsis = {},
@@ -57,6 +66,7 @@ const QList<Command> &commands() {
          .fewest = 1,
          .most = 1,
          .flags = {json, QStringLiteral("refaire")},
+         .throughApp = true,
          .run = fiche},
         {.name = QStringLiteral("lire"),
          .synopsis = QStringLiteral("URL"),
@@ -112,6 +122,37 @@ const QList<Command> &commands() {
          .run = agents},
     };
     return all;
+}
+
+const Command *commandNamed(const QString &name) {
+    const auto &all = commands();
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&](const Command &command) { return command.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+Task<ExitStatus> runCommand(const Command &command, Context &context) {
+    QString text;
+    try {
+        co_return co_await command.run(context);
+    } catch (const HandedOver &handed) {
+        co_return handed.status();
+    } catch (const Failure &failure) {
+        context.console.say(failure.text());
+        co_return failure.status();
+    } catch (const Cancelled &) {
+        text = QStringLiteral("Arrêté.");
+    } catch (const AgentError &error) {
+        text = error.text();
+    } catch (const RunRefused &refused) {
+        text = refused.text();
+    } catch (const std::system_error &error) {
+        text = systemRefusalText(error);
+    } catch (const std::exception &error) {
+        text = QStringLiteral("Erreur inattendue : %1").arg(QString::fromUtf8(error.what()));
+    }
+    context.console.say(text);
+    co_return ExitStatus::Failed;
 }
 
 Arguments parseArguments(const Command &command, const QStringList &words) {

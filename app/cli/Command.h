@@ -46,6 +46,7 @@ struct Context {
     Console &console;
     Arguments arguments;
     CancelToken cancel; ///< cancelled on Ctrl-C
+    QStringList words;  ///< as typed, the command's name first
 };
 
 /// One command of the program. Adding one is adding a row to `commands()`.
@@ -57,11 +58,21 @@ struct Command {
     qsizetype most = 0;
     QStringList flags = {};
     QStringList options = {}; ///< those that take a value
+    /// It changes topics and asks nothing at the keyboard: an app that holds the topics runs it
+    /// for a terminal.
+    bool throughApp = false;
     Task<ExitStatus> (*run)(Context &context);
 };
 
 /// All commands, in the order the help shows them.
 const QList<Command> &commands();
+
+/// The command of that name; null when there is none.
+const Command *commandNamed(const QString &name);
+
+/// Runs the command to its end. Whatever it throws is told on the console, in French. Both outlive
+/// the task.
+Task<ExitStatus> runCommand(const Command &command, Context &context);
 
 /// Reads what follows a command's name. @throws Failure with ExitStatus::Usage
 Arguments parseArguments(const Command &command, const QStringList &words);

@@ -4,11 +4,8 @@
 #include "app/Startup.h"
 #include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
-#include "base/SystemErrorText.h"
 
 #include <QCoreApplication>
-
-#include <system_error>
 
 namespace vorle::cli {
 
@@ -28,38 +25,8 @@ QString helpText() {
     return lines.join(u'\n');
 }
 
-const Command *commandNamed(const QString &name) {
-    const auto &all = commands();
-    const auto found = std::find_if(all.begin(), all.end(),
-                                    [&](const Command &command) { return command.name == name; });
-    return found == all.end() ? nullptr : &*found;
-}
-
-/// Everything a command may throw, told on standard error.
-Task<ExitStatus> guarded(const Command *command, Context &context) {
-    QString text;
-    try {
-        co_return co_await command->run(context);
-    } catch (const Failure &failure) {
-        context.console.say(failure.text());
-        co_return failure.status();
-    } catch (const Cancelled &) {
-        text = QStringLiteral("Arrêté.");
-    } catch (const AgentError &error) {
-        text = error.text();
-    } catch (const RunRefused &refused) {
-        text = refused.text();
-    } catch (const std::system_error &error) {
-        text = systemRefusalText(error);
-    } catch (const std::exception &error) {
-        text = QStringLiteral("Erreur inattendue : %1").arg(QString::fromUtf8(error.what()));
-    }
-    context.console.say(text);
-    co_return ExitStatus::Failed;
-}
-
 Task<> runThenQuit(const Command *command, Context &context) {
-    const ExitStatus status = co_await guarded(command, context);
+    const ExitStatus status = co_await runCommand(*command, context);
     // A command that never waited ends before the event loop starts: the order to leave must wait
     // for it.
     QMetaObject::invokeMethod(
@@ -67,8 +34,8 @@ Task<> runThenQuit(const Command *command, Context &context) {
         [status] { QCoreApplication::exit(static_cast<int>(status)); }, Qt::QueuedConnection);
 }
 
-int runCommand(const Command &command, const Arguments &arguments,
-               const InstalledApps &installedApps) {
+int runHere(const Command &command, const QStringList &words, const InstalledApps &installedApps) {
+    const Arguments arguments = parseArguments(command, words.sliced(1));
     Console console;
     std::unique_ptr<Demonstration> demonstration;
     if (arguments.flags.contains(QStringLiteral("demo"))) {
@@ -84,7 +51,7 @@ int runCommand(const Command &command, const Arguments &arguments,
     if (demonstration) {
         demonstration->furnish(app.preferences());
     }
-    Context context{app, console, arguments, interrupts.token()};
+    Context context{app, console, arguments, interrupts.token(), words};
     const Task<> running = runThenQuit(&command, context);
     return QCoreApplication::exec();
 }
@@ -114,7 +81,7 @@ int runCommandLine(const QStringList &words, const InstalledApps &installedApps)
         return static_cast<int>(ExitStatus::Done);
     }
     try {
-        return runCommand(*command, parseArguments(*command, words.sliced(1)), installedApps);
+        return runHere(*command, words, installedApps);
     } catch (const Failure &failure) {
         console.say(failure.text());
         return static_cast<int>(failure.status());

@@ -12,15 +12,14 @@ namespace vorle::cli {
 
 namespace {
 
-constexpr int widest = 100;
 constexpr int barCells = 24;
 
 int terminalWidth() {
     winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 20) {
-        return std::min<int>(size.ws_col, widest);
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col >= Console::narrowest) {
+        return size.ws_col;
     }
-    return widest;
+    return Console::widest;
 }
 
 /// Text without what could command the terminal or turn its lines around: control characters (save
@@ -64,27 +63,35 @@ void logAboveProgress(QtMsgType, const QMessageLogContext &, const QString &line
 } // namespace
 
 Console::Console()
-    : m_colours(isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR"))
-    , m_moving(isatty(STDERR_FILENO) != 0)
-    , m_width(terminalWidth()) {
-    if (m_moving) {
+    : Console({.colours = isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR"),
+               .moving = isatty(STDERR_FILENO) != 0,
+               .width = terminalWidth()},
+              [](Stream stream, const QByteArray &bytes) {
+                  write(stream == Stream::Out ? stdout : stderr, bytes);
+              }) {
+    if (m_terminal.moving) {
         qInstallMessageHandler(logAboveProgress);
     }
 }
 
-void Console::print(const QString &text) const { write(stdout, text.toUtf8() + '\n'); }
+Console::Console(Terminal terminal, std::function<void(Stream, const QByteArray &)> sink)
+    : m_terminal(terminal), m_sink(std::move(sink)) {
+    m_terminal.width = std::clamp(m_terminal.width, narrowest, widest);
+}
 
-void Console::print(const QByteArray &json) const { write(stdout, json + '\n'); }
+void Console::print(const QString &text) const { m_sink(Stream::Out, text.toUtf8() + '\n'); }
+
+void Console::print(const QByteArray &json) const { m_sink(Stream::Out, json + '\n'); }
 
 void Console::say(const QString &text) {
     endProgress();
-    write(stderr, harmless(text).toUtf8() + '\n');
+    m_sink(Stream::Err, harmless(text).toUtf8() + '\n');
 }
 
 void Console::progress(const QString &status, int done, int total, const QString &details) {
-    if (!m_moving) {
+    if (!m_terminal.moving) {
         if (status != m_lastStatus && !status.isEmpty()) {
-            write(stderr, status.toUtf8() + '\n');
+            m_sink(Stream::Err, status.toUtf8() + '\n');
         }
         m_lastStatus = status;
         return;
@@ -93,20 +100,20 @@ void Console::progress(const QString &status, int done, int total, const QString
     const QString bar = QString(filled, u'█') + QString(barCells - filled, u'░');
     const QString line = bar + QStringLiteral("  ") + status + QStringLiteral("  ") + details;
     // A line that wraps could not be taken back.
-    write(stderr, "\r\033[K" + firstCharacters(line, m_width - 1).toUtf8());
+    m_sink(Stream::Err, "\r\033[K" + firstCharacters(line, m_terminal.width - 1).toUtf8());
     m_lineShown = true;
 }
 
 void Console::endProgress() {
     if (m_lineShown) {
-        write(stderr, "\r\033[K");
+        m_sink(Stream::Err, "\r\033[K");
         m_lineShown = false;
     }
 }
 
 QString Console::wrapped(const QString &text, int margin) const {
     const QString indent(margin, u' ');
-    const qsizetype room = std::max(20, m_width - margin);
+    const qsizetype room = std::max(20, m_terminal.width - margin);
     QStringList lines;
     QString line;
     for (const QString &word : boundSigns(harmless(text)).split(u' ', Qt::SkipEmptyParts)) {
@@ -122,9 +129,10 @@ QString Console::wrapped(const QString &text, int margin) const {
 
 QString Console::styled(const QString &text, const char *code) const {
     const QString shown = harmless(text);
-    return m_colours && code != nullptr ? QStringLiteral("\033[") + QLatin1StringView(code) + u'm' +
-                                              shown + QStringLiteral("\033[0m")
-                                        : shown;
+    return m_terminal.colours && code != nullptr
+               ? QStringLiteral("\033[") + QLatin1StringView(code) + u'm' + shown +
+                     QStringLiteral("\033[0m")
+               : shown;
 }
 
 } // namespace vorle::cli

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
+
+#include <functional>
 
 namespace vorle::cli {
 
@@ -9,7 +12,25 @@ namespace vorle::cli {
 /// moving progress line only where a terminal shows them and NO_COLOR is not set.
 class Console {
 public:
+    enum class Stream { Out, Err };
+    /// What the text is shown on.
+    struct Terminal {
+        bool colours = false;
+        bool moving = false; ///< standard error is a terminal: a line can be taken back
+        int width = widest;
+    };
+    /// Columns; wider lines are hard to read.
+    static constexpr int widest = 100;
+    static constexpr int narrowest = 21;
+
+    /// The terminal the program was started in.
     Console();
+    /// Another one, whose bytes `sink` takes.
+    Console(Terminal terminal, std::function<void(Stream, const QByteArray &)> sink);
+
+    const Terminal &terminal() const { return m_terminal; }
+    /// What another console on this terminal made, as it is.
+    void relay(Stream stream, const QByteArray &bytes) const { m_sink(stream, bytes); }
 
     /// One line (or several) of results.
     void print(const QString &text) const;
@@ -37,9 +58,8 @@ public:
 private:
     QString styled(const QString &text, const char *code) const;
 
-    bool m_colours;
-    bool m_moving; ///< standard error is a terminal
-    int m_width;
+    Terminal m_terminal;
+    std::function<void(Stream, const QByteArray &)> m_sink;
     bool m_lineShown = false;
     QString m_lastStatus;
 };

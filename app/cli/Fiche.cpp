@@ -19,17 +19,26 @@ void show(const Context &context, const Topic &topic, std::optional<int> minutes
     }
 }
 
+/// Whether the writer has done with the topic; a call that was stopped has ended by then.
+bool isOver(const BriefWriter &writer, const QUuid &id) {
+    const bool atOthers = writer.writing() && writer.writing() != id;
+    return !writer.queue().contains(id) && (atOthers || !writer.running());
+}
+
 /// Writes the topic's note and waits for it. @throws Failure, Cancelled
 Task<> write(Context &context, QUuid id) {
     BriefWriter &writer = context.app.briefs();
     OneShot ended;
-    QObject scope; // the connection goes with it
-    QObject::connect(&writer, &BriefWriter::runningChanged, &scope, [&writer, ended] {
-        if (!writer.running()) {
+    QObject scope; // the connections go with it
+    const auto look = [&writer, id, ended] {
+        if (isOver(writer, id)) {
             ended.fire();
         }
-    });
-    const auto stop = context.cancel.onCancel([&writer] { writer.stop(); });
+    };
+    QObject::connect(&writer, &BriefWriter::queueChanged, &scope, look);
+    QObject::connect(&writer, &BriefWriter::writingChanged, &scope, look);
+    QObject::connect(&writer, &BriefWriter::runningChanged, &scope, look);
+    const auto stop = context.cancel.onCancel([&writer, id] { writer.withdraw(id); });
     context.console.progress(QStringLiteral("J’écris la fiche de lecture…"), 0, 1,
                              QStringLiteral("Je relis les sources · environ une minute"));
     writer.ask(id);
@@ -55,14 +64,19 @@ QString costText(std::optional<double> costUSD) {
 Task<ExitStatus> fiche(Context &context) {
     const QString typed = context.arguments.positional.first();
     const bool again = context.arguments.flags.contains(QStringLiteral("refaire"));
-    {
-        // A kept note is read without waiting for whoever is changing the topics.
-        const TopicStore kept(TopicStore::Kind::Real, context.app.resources(), context.app.clock());
+    const auto showKept = [&](const TopicStore &kept) {
         const TopicPtr topic = topicByPrefix(kept, typed);
-        if (topic->brief && !again) {
+        const bool shown = topic->brief && !again;
+        if (shown) {
             show(context, *topic, std::nullopt);
-            co_return ExitStatus::Done;
         }
+        return shown;
+    };
+    // A kept note is read without waiting for whoever is changing the topics.
+    if (context.app.lock().isHeld()
+            ? showKept(context.app.store())
+            : showKept({TopicStore::Kind::Real, context.app.resources(), context.app.clock()})) {
+        co_return ExitStatus::Done;
     }
     co_await holdTopics(context);
     TopicStore &store = context.app.store();
@@ -70,8 +84,13 @@ Task<ExitStatus> fiche(Context &context) {
     if (again || !store.topic(id)->brief) {
         co_await write(context, id);
     }
+    const TopicPtr topic = store.topic(id);
+    if (!topic || !topic->brief) {
+        throw Failure(QStringLiteral("La fiche n’a pas été écrite\u00A0: le sujet ou la demande a "
+                                     "été retiré entre-temps."));
+    }
     const auto receipt = context.app.briefs().receipt(id).value_or(BriefWriter::Receipt());
-    show(context, *store.topic(id), receipt.minutes);
+    show(context, *topic, receipt.minutes);
     if (!store.flush()) {
         throw Failure(
             store.saveError().value_or(QStringLiteral("La fiche n’a pas pu être enregistrée.")));

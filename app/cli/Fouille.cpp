@@ -23,6 +23,9 @@ struct FouilleAnswer : RunReport {
 
 /// Waits for the right to change the topics, then hands out what a run that died left behind.
 Task<> openStore(Context &context) {
+    if (context.app.lock().isHeld()) {
+        co_return; // by the app, which did so when it opened: what is pending now is a run's
+    }
     co_await holdTopics(context);
     TopicStore &store = context.app.store();
     if (store.setAside()) {

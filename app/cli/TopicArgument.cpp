@@ -1,8 +1,10 @@
 #include "app/cli/TopicArgument.h"
 
+#include "app/cli/Handover.h"
 #include "base/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vorle::cli {
 
@@ -47,11 +49,21 @@ QString choices(const QList<TopicPtr> &topics) {
 } // namespace
 
 Task<> holdTopics(Context &context) {
+    constexpr std::chrono::milliseconds pause(50);
     StoreLock &lock = context.app.lock();
-    if (!lock.tryLock()) {
-        context.console.say(QStringLiteral(
-            "Une autre commande vorle travaille sur tes sujets : j’attends qu’elle finisse."));
-        co_await lock.acquire(context.cancel);
+    bool waited = false;
+    while (!lock.tryLock()) {
+        // The app may also have opened since the last time.
+        if (const auto status = co_await handOver(context)) {
+            throw HandedOver(*status);
+        }
+        if (!std::exchange(waited, true)) {
+            context.console.say(QStringLiteral(
+                "Une autre commande vorle travaille sur tes sujets : j’attends qu’elle finisse."));
+        }
+        co_await sleepFor(pause, context.cancel);
+    }
+    if (waited) {
         context.app.preferences().reload();
     }
 }

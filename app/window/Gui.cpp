@@ -4,6 +4,7 @@
 #include "app/Interrupts.h"
 #include "app/Startup.h"
 #include "app/demo/Demonstration.h"
+#include "app/window/CommandDoor.h"
 #include "app/window/MainWindow.h"
 #include "app/window/Shell.h"
 #include "app/window/SingleInstance.h"
@@ -43,11 +44,16 @@ public:
         , m_shell({app, adapters.links, adapters.pasteboard, m_launcher})
         , m_main(m_shell, Typefaces::load(), app.store().file())
         , m_tray(*m_shell.run(), *m_shell.inbox())
+        , m_door(app)
         , m_instance(app.store().file()) {
         QGuiApplication::setQuitOnLastWindowClosed(false);
         QGuiApplication::setWindowIcon(Tray::picture(0));
         m_instance.listen();
         connect(&m_instance, &SingleInstance::raiseAsked, this, [this] { m_main.raise(); });
+        connect(&m_instance, &SingleInstance::commandAsked, &m_door, &CommandDoor::serve);
+        // A command's run leaves a report too.
+        connect(&app.engine(), &SearchEngine::finished, m_shell.report(), &ReportModel::refresh);
+        connect(&app.engine(), &SearchEngine::failed, m_shell.report(), &ReportModel::refresh);
         connect(&m_tray, &Tray::openAsked, this, [this] { m_main.raise(); });
         connect(&m_tray, &Tray::addAsked, this, [this] { m_main.perform(KeyboardMap::AddTopic); });
         connect(&m_tray, &Tray::settingsAsked, this,
@@ -75,6 +81,8 @@ private:
     Task<> leave() {
         m_main.keepPlace();
         m_main.window().hide();
+        m_instance.close();
+        co_await m_door.closed();
         co_await m_shell.stopped();
         m_app.store().flush();
         // From the event loop, which may not have started yet.
@@ -100,6 +108,7 @@ private:
     Shell m_shell;
     MainWindow m_main;
     Tray m_tray;
+    CommandDoor m_door;
     SingleInstance m_instance;
     bool m_quitting = false;
 };

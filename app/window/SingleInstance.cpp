@@ -2,47 +2,82 @@
 
 #include "base/Log.h"
 
-#include <QCryptographicHash>
-#include <QDir>
-#include <QFileInfo>
-#include <QLocalSocket>
+#include <QEventLoop>
+#include <QTimer>
 
 namespace vorle {
 
 namespace {
 
 constexpr int patienceMs = 2000;
-
-/// In the program's private temporary directory, which only the user can reach; short, since a
-/// socket's path may have 104 bytes on a Mac.
-QString socketName(const QString &topicsFile) {
-    const QByteArray hash = QCryptographicHash::hash(
-        QFileInfo(topicsFile).absoluteFilePath().toUtf8(), QCryptographicHash::Sha256);
-    return QDir::tempPath() + QStringLiteral("/vorle-app-") +
-           QString::fromLatin1(hash.toHex().left(12));
-}
+/// Commands under way and callers that have not asked yet.
+constexpr qsizetype mostCallers = 16;
 
 } // namespace
 
 SingleInstance::SingleInstance(const QString &topicsFile, QObject *parent)
-    : QObject(parent), m_name(socketName(topicsFile)) {
+    : QObject(parent), m_name(appSocketName(topicsFile)) {
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket *caller = m_server.nextPendingConnection()) {
-            connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
-            caller->write("ok\n");
-            caller->flush();
-            caller->disconnectFromServer();
-            Q_EMIT raiseAsked();
+        while (QLocalSocket *socket = m_server.nextPendingConnection()) {
+            welcome(socket);
         }
     });
 }
 
+void SingleInstance::welcome(QLocalSocket *socket) {
+    auto *caller = new AppConnection(socket, AppConnection::longestRequest, this);
+    connect(caller, &AppConnection::closed, caller, &QObject::deleteLater);
+    if (findChildren<AppConnection *>(Qt::FindDirectChildrenOnly).size() > mostCallers) {
+        caller->close();
+        return;
+    }
+    auto *patience = new QTimer(caller);
+    connect(patience, &QTimer::timeout, caller, &AppConnection::close);
+    patience->start(patienceMs);
+    connect(
+        caller, &AppConnection::received, this,
+        [this, caller, patience](const AppMessage &message) {
+            patience->stop();
+            take(*caller, message);
+        },
+        Qt::SingleShotConnection);
+    caller->send({.kind = AppMessage::Kind::Hello});
+}
+
+void SingleInstance::take(AppConnection &caller, const AppMessage &message) {
+    if (message.kind == AppMessage::Kind::Raise) {
+        caller.send({.kind = AppMessage::Kind::End, .status = 0});
+        caller.finish();
+        Q_EMIT raiseAsked();
+    } else if (message.kind == AppMessage::Kind::Command && message.command) {
+        Q_EMIT commandAsked(caller, *message.command);
+    } else {
+        caller.close();
+    }
+}
+
 bool SingleInstance::raiseRunning(const QString &topicsFile) {
-    QLocalSocket socket;
-    socket.connectToServer(socketName(topicsFile));
-    return socket.waitForConnected(patienceMs) && socket.waitForReadyRead(patienceMs) &&
-           socket.readAll().startsWith("ok");
+    auto *socket = new QLocalSocket;
+    AppConnection app(socket, AppConnection::longestAnswer);
+    socket->connectToServer(appSocketName(topicsFile));
+    if (!socket->waitForConnected(patienceMs)) {
+        return false;
+    }
+    QEventLoop loop;
+    bool raised = false;
+    connect(&app, &AppConnection::closed, &loop, &QEventLoop::quit);
+    connect(&app, &AppConnection::received, &loop, [&](const AppMessage &message) {
+        if (message.kind == AppMessage::Kind::Hello) {
+            app.send({.kind = AppMessage::Kind::Raise});
+        } else {
+            raised = message.kind == AppMessage::Kind::End;
+            loop.quit();
+        }
+    });
+    QTimer::singleShot(2 * patienceMs, &loop, &QEventLoop::quit);
+    loop.exec();
+    return raised;
 }
 
 bool SingleInstance::listen() {

@@ -1,0 +1,101 @@
+#include "app/cli/Handover.h"
+
+#include "app/AppSocket.h"
+
+#include <QTimer>
+
+namespace vorle::cli {
+
+namespace {
+
+using Kind = AppMessage::Kind;
+
+/// An app that is busy for longer than this is waited for as another command is.
+constexpr int patienceMs = 2000;
+
+/// One command in the app's hands.
+class Errand {
+public:
+    Errand(Context &context, QLocalSocket *socket)
+        : m_context(context), m_app(socket, AppConnection::longestAnswer) {
+        QObject::connect(&m_app, &AppConnection::closed, &m_app, [this] { m_over.fire(); });
+        QObject::connect(&m_app, &AppConnection::received, &m_app,
+                         [this](const AppMessage &message) { take(message); });
+        QTimer::singleShot(patienceMs, &m_app, [this] {
+            if (!m_asked) {
+                m_app.close();
+            }
+        });
+    }
+
+    Task<> ended() {
+        const auto stop = m_context.cancel.onCancel([this] {
+            if (m_asked) {
+                m_app.send({.kind = Kind::Cancel});
+            } else {
+                m_app.close();
+            }
+        });
+        co_await m_over;
+    }
+
+    bool wasAsked() const { return m_asked; }
+    std::optional<ExitStatus> status() const { return m_status; }
+
+private:
+    void take(const AppMessage &message) {
+        switch (message.kind) {
+        case Kind::Hello:
+            if (!m_asked) {
+                m_asked = true;
+                const Console::Terminal &terminal = m_context.console.terminal();
+                m_app.send({.kind = Kind::Command,
+                            .command = AppCommand{m_context.words, terminal.colours,
+                                                  terminal.moving, terminal.width}});
+            }
+            break;
+        case Kind::Out:
+            m_context.console.relay(Console::Stream::Out, message.text.value_or(QByteArray()));
+            break;
+        case Kind::Err:
+            m_context.console.relay(Console::Stream::Err, message.text.value_or(QByteArray()));
+            break;
+        case Kind::End:
+            m_status = message.status == 0   ? ExitStatus::Done
+                       : message.status == 2 ? ExitStatus::Usage
+                                             : ExitStatus::Failed;
+            m_over.fire();
+            break;
+        case Kind::Raise:
+        case Kind::Command:
+        case Kind::Cancel:
+            m_app.close(); // not for us
+            break;
+        }
+    }
+
+    Context &m_context;
+    AppConnection m_app;
+    OneShot m_over;
+    bool m_asked = false;
+    std::optional<ExitStatus> m_status;
+};
+
+} // namespace
+
+Task<std::optional<ExitStatus>> handOver(Context &context) {
+    auto *socket = new QLocalSocket;
+    Errand errand(context, socket);
+    socket->connectToServer(appSocketName(context.app.topicsFile()));
+    co_await errand.ended();
+    if (!errand.wasAsked()) {
+        context.cancel.throwIfCancelled();
+        co_return std::nullopt;
+    }
+    if (!errand.status()) {
+        throw Failure(QStringLiteral("vorle s’est fermé avant la fin de la commande."));
+    }
+    co_return errand.status();
+}
+
+} // namespace vorle::cli

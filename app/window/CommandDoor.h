@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/AppSocket.h"
+#include "base/Async.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <list>
+#include <memory>
+
+namespace vorle {
+
+class Application;
+
+/// Runs commands for command lines while the app holds the topics: the same commands, on the app's
+/// own objects, so that the window shows what they change. Main thread; the application outlives
+/// it, and it is destroyed only once `closed()` has ended or nothing resumes any more.
+class CommandDoor final : public QObject {
+    Q_OBJECT
+public:
+    explicit CommandDoor(Application &app, QObject *parent = nullptr);
+    ~CommandDoor() override;
+
+    /// Runs the command, tells the caller all it says, and ends the connection. It is cancelled
+    /// when the caller asks so or goes away. A command that is none, or that the app does not run
+    /// for others, is refused with a French sentence.
+    void serve(AppConnection &caller, const AppCommand &asked);
+    /// Cancels what is under way, and ends once all of it has.
+    Task<> closed();
+
+private:
+    struct Errand;
+    static Task<> run(QPointer<CommandDoor> self, std::shared_ptr<Errand> errand);
+
+    Application &m_app;
+    std::list<std::shared_ptr<Errand>> m_underWay;
+    bool m_closed = false;
+};
+
+} // namespace vorle

@@ -1,0 +1,275 @@
+// Command lines that reach the running app: the program itself on one end, the app's objects in
+// this process on the other.
+
+#include "app/window/CommandDoor.h"
+
+#include "agents/TemporaryFiles.h"
+#include "app/Application.h"
+#include "app/models/TopicListModel.h"
+#include "app/window/SingleInstance.h"
+#include "tests/core/Samples.h"
+#include "tests/support/Wait.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QtEndian>
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+namespace vorle {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+QStringList words(const char *text) {
+    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
+}
+
+class CommandDoorTest : public testing::Test {
+protected:
+    struct Outcome {
+        int status = -1;
+        std::string out;
+        std::string err;
+    };
+
+    CommandDoorTest() {
+        preparePrivateTemporaryDirectory(); // as the program does: the socket lies there
+        QDir(path("home")).mkpath(QStringLiteral(".local/bin"));
+        const QString agent = path("home/.local/bin/claude");
+        test::fill(agent, "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
+        QFile(agent).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        test::fill(path("home/.claude.json"), R"({"oauthAccount":{}})");
+        test::fill(path("home/scenario.json"), R"({"candidates":{},"brief":"hang"})");
+        qputenv("VORLE_STORE", path("topics.json").toLocal8Bit());
+        qputenv("VORLE_HOME", path("home").toLocal8Bit());
+
+        Application::Setup setup;
+        setup.settingsFile = path("settings.json");
+        app = std::make_unique<Application>(setup);
+        EXPECT_TRUE(app->lock().tryLock());
+        QList<Topic> topics;
+        for (const char *id :
+             {"AB110000-0000-4000-8000-000000000001", "AB220000-0000-4000-8000-000000000002"}) {
+            Topic topic = test::sampleTopic(QString::fromLatin1(id).left(4));
+            topic.id = QUuid(QString::fromLatin1(id));
+            topics += topic;
+        }
+        app->store().add(topics);
+        EXPECT_TRUE(app->store().flush());
+    }
+    ~CommandDoorTest() override {
+        if (door) {
+            test::waitFor(door->closed());
+        }
+        qunsetenv("VORLE_STORE");
+        qunsetenv("VORLE_HOME");
+    }
+
+    void open() {
+        door = std::make_unique<CommandDoor>(*app);
+        instance = std::make_unique<SingleInstance>(app->topicsFile());
+        QObject::connect(instance.get(), &SingleInstance::commandAsked, door.get(),
+                         &CommandDoor::serve);
+        ASSERT_TRUE(instance->listen());
+    }
+
+    QString path(const char *name) const { return folder.filePath(QString::fromLatin1(name)); }
+
+    static std::unique_ptr<QProcess> start(const char *text) {
+        auto process = std::make_unique<QProcess>();
+        process->start(QStringLiteral(VORLE_BINARIES "/vorle"), words(text));
+        return process;
+    }
+    static Outcome end(QProcess &process) {
+        test::spinUntil([&] { return process.state() == QProcess::NotRunning; });
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                process.readAllStandardOutput().toStdString(),
+                process.readAllStandardError().toStdString()};
+    }
+    static Outcome run(const char *text) { return end(*start(text)); }
+
+    /// What the app answers to a command that the program itself would not send.
+    Outcome asked(const AppCommand &command) const {
+        auto *socket = new QLocalSocket;
+        AppConnection connection(socket, AppConnection::longestAnswer);
+        Outcome outcome;
+        bool over = false;
+        QObject::connect(&connection, &AppConnection::closed, [&] { over = true; });
+        QObject::connect(&connection, &AppConnection::received, [&](const AppMessage &message) {
+            const std::string text = message.text.value_or(QByteArray()).toStdString();
+            if (message.kind == AppMessage::Kind::Hello) {
+                connection.send({.kind = AppMessage::Kind::Command, .command = command});
+            } else if (message.kind == AppMessage::Kind::End) {
+                outcome.status = message.status.value_or(-1);
+            } else {
+                (message.kind == AppMessage::Kind::Out ? outcome.out : outcome.err) += text;
+            }
+        });
+        socket->connectToServer(appSocketName(app->topicsFile()));
+        test::spinUntil([&] { return over; });
+        return outcome;
+    }
+
+    TopicPtr topic(const char *beginning) const {
+        for (const TopicPtr &each : app->store().topics()) {
+            if (each->title == QLatin1String(beginning)) {
+                return each;
+            }
+        }
+        throw std::runtime_error("no such topic");
+    }
+    qsizetype calls() const { return test::contentsOf(path("home/calls.log")).count("brief"); }
+
+    QTemporaryDir folder;
+    std::unique_ptr<Application> app;
+    std::unique_ptr<CommandDoor> door;
+    std::unique_ptr<SingleInstance> instance;
+};
+
+TEST_F(CommandDoorTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_once) {
+    open();
+    const TopicListModel inbox(app->store(), Section::Inbox, app->clock());
+    const TopicListModel program(app->store(), Section::Program, app->clock());
+    ASSERT_EQ(inbox.rowCount(), 2);
+    const Outcome kept = run("trier ab11 garder");
+    EXPECT_EQ(kept.status, 0) << kept.err;
+    EXPECT_EQ(kept.out, "Gardé · Programme  AB11\n");
+    EXPECT_EQ(kept.err, "");
+    EXPECT_EQ(inbox.rowCount(), 1);
+    EXPECT_EQ(program.rowCount(), 1);
+
+    const Outcome corrected = run("corriger ab22 3 --texte Déjà\u00A0lu --json");
+    EXPECT_EQ(corrected.status, 0) << corrected.err;
+    EXPECT_EQ(json::decode<Topic>(QByteArray::fromStdString(corrected.out)), *topic("AB22"));
+    ASSERT_TRUE(topic("AB22")->correction);
+    EXPECT_EQ(topic("AB22")->correction->score, 3);
+    // On disk too, and the app still holds its topics.
+    const auto saved = json::decode<QList<Topic>>(test::contentsOf(app->topicsFile()));
+    EXPECT_EQ(saved[0].status, TopicStatus::Program);
+    EXPECT_EQ(saved[1], *topic("AB22"));
+    EXPECT_TRUE(app->lock().isHeld());
+
+    // Another name of the topics file leads to the same app.
+    QFile::link(app->topicsFile(), path("link.json"));
+    qputenv("VORLE_STORE", path("link.json").toLocal8Bit());
+    EXPECT_EQ(run("trier ab22 plus-tard").status, 0);
+    EXPECT_EQ(topic("AB22")->status, TopicStatus::Reserve);
+
+    // What goes wrong keeps its words and its status.
+    const Outcome unknown = run("trier cc garder");
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_THAT(unknown.err, HasSubstr("Aucun sujet n’a un identifiant qui commence par « cc »."));
+    EXPECT_EQ(run("trier xyz garder").status, 2);
+}
+
+TEST_F(CommandDoorTest, a_run_is_the_engines_and_leaves_what_another_one_has_pending) {
+    open();
+    Topic pending = test::sampleTopic(QStringLiteral("En cours"), TopicStatus::Pending);
+    app->store().add({pending});
+    const Outcome refused = run("fouille");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("Rien à fouiller"));
+    EXPECT_EQ(topic("En cours")->status, TopicStatus::Pending);
+}
+
+TEST_F(CommandDoorTest, refuses_what_it_does_not_do_for_others) {
+    open();
+    const struct {
+        const char *typed;
+        int status;
+        const char *said;
+    } cases[] = {
+        {"", 2, "Commande inconnue"},
+        {"effacer tout", 2, "Commande inconnue : effacer"},
+        {"calibrer --reprendre", 1,
+         "vorle est ouvert : fais-le dans sa fenêtre, ou ferme-la d’abord."},
+        {"reglages radius 2", 1, "vorle est ouvert"},
+        {"trier ab11", 2, "Usage : vorle trier"},
+        {"trier ab11 garder --force", 2, "Option inconnue"},
+    };
+    const auto before = app->store().topics();
+    for (const auto &each : cases) {
+        const Outcome outcome = asked({.words = words(each.typed), .width = -5});
+        EXPECT_EQ(outcome.status, each.status) << each.typed;
+        EXPECT_THAT(outcome.err, HasSubstr(each.said));
+        EXPECT_EQ(outcome.out, "");
+    }
+    EXPECT_EQ(app->store().topics(), before);
+    // A terminal that shows colours gets them from here.
+    EXPECT_THAT(asked({.words = words("trier ab11 garder"), .colours = true}).out,
+                HasSubstr("\033[1mGardé"));
+}
+
+TEST_F(CommandDoorTest, stops_when_the_caller_interrupts_or_vanishes) {
+    open();
+    const auto interrupted = start("fiche ab11");
+    test::spinUntil([&] { return calls() == 1; });
+    kill(pid_t(interrupted->processId()), SIGINT);
+    const Outcome outcome = end(*interrupted);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("J’écris la fiche de lecture…\nArrêté.\n"));
+    EXPECT_FALSE(app->briefs().running());
+
+    const auto vanished = start("fiche ab22");
+    test::spinUntil([&] { return calls() == 2; });
+    vanished->kill();
+    test::spinUntil([&] { return !app->briefs().running(); });
+    EXPECT_FALSE(topic("AB22")->brief);
+
+    // An app that quits ends what it runs for others.
+    const auto last = start("fiche ab11");
+    test::spinUntil([&] { return calls() == 3; });
+    test::waitFor(door->closed());
+    EXPECT_EQ(end(*last).status, 1);
+    EXPECT_FALSE(app->briefs().running());
+}
+
+TEST_F(CommandDoorTest, garbage_ends_its_connection_and_nothing_else) {
+    open();
+    const auto framed = [](const QByteArray &text) {
+        QByteArray length(4, Qt::Uninitialized);
+        qToBigEndian(quint32(text.size()), length.data());
+        return length + text;
+    };
+    for (const QByteArray &bytes :
+         {QByteArray("GET / HTTP/1.1\r\n\r\n"), QByteArray(4, '\xFF'), QByteArray(4, '\0'),
+          framed("{"), framed("[]"), framed("{\"kind\":\"rm\"}"), framed("{\"kind\":\"end\"}"),
+          framed("{\"kind\":\"command\"}"), framed("{\"kind\":\"command\",\"command\":{}}"),
+          framed(R"({"kind":"command","command":{"words":"trier","colours":1,"width":"x"}})"),
+          framed(QByteArray(100000, '[')), framed(QByteArray("\xFF\xFE\x00{", 4)),
+          QByteArray("\0\0\0\x40{\"kind\"", 12)}) { // and then not a byte more
+        QLocalSocket socket;
+        socket.connectToServer(appSocketName(app->topicsFile()));
+        socket.write(bytes);
+        test::spinUntil([&] { return socket.state() == QLocalSocket::UnconnectedState; });
+    }
+    // So many that never ask are more than the app keeps, and do not keep it for long.
+    std::list<QLocalSocket> silent(20);
+    for (QLocalSocket &socket : silent) {
+        socket.connectToServer(appSocketName(app->topicsFile()));
+    }
+    const Outcome outcome = run("trier ab11 garder");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(topic("AB11")->status, TopicStatus::Program);
+}
+
+TEST_F(CommandDoorTest, without_an_answer_the_command_waits_as_for_another_one) {
+    const auto waiting = start("trier ab11 garder");
+    QByteArray said;
+    test::spinUntil([&] {
+        said += waiting->readAllStandardError();
+        return said.endsWith('\n');
+    });
+    EXPECT_THAT(said.toStdString(), HasSubstr("Une autre commande vorle travaille sur tes sujets"));
+    EXPECT_EQ(topic("AB11")->status, TopicStatus::Inbox);
+    open(); // the app may open in between
+    EXPECT_EQ(end(*waiting).status, 0);
+    EXPECT_EQ(topic("AB11")->status, TopicStatus::Program);
+}
+
+} // namespace
+} // namespace vorle
