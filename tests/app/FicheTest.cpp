@@ -96,7 +96,7 @@ TEST_F(FicheTest, writes_a_note_once_keeps_it_and_shows_it) {
     ASSERT_EQ(first.status, 0) << first.err;
     EXPECT_THAT(first.err, HasSubstr("J’écris la fiche de lecture…"));
     for (const char *shown :
-         {"Fiche de lecture · Sujet", "4 min de lecture", "La 7 sort", "En trois pas.",
+         {"Fiche de lecture · Sujet", "4\u00A0min de lecture", "La 7 sort", "En trois pas.",
           "    if (a)\n        b ? c : d;", "Pour Tiravue", "Ce qui reste flou",
           "· La date du correctif.", "https://example.org/7"}) {
         EXPECT_THAT(first.out, HasSubstr(shown));
