@@ -27,6 +27,13 @@ TopicStore &Application::store() {
     return *m_store;
 }
 
+ScoreNotes &Application::notes() {
+    if (!m_notes) {
+        m_notes = std::make_unique<ScoreNotes>(store(), m_clock);
+    }
+    return *m_notes;
+}
+
 HttpClient &Application::http() {
     if (!m_http) {
         m_http = std::make_unique<HttpClient>(m_setup.allowLoopback);
@@ -90,8 +97,9 @@ SearchEngine &Application::engine() {
             }
             return names;
         };
-        m_engine = std::make_unique<SearchEngine>(SearchEngine::Parts{
-            preferences(), store(), asker(), reader(), feeds(), images(), m_clock, appNames});
+        m_engine = std::make_unique<SearchEngine>(
+            SearchEngine::Parts{preferences(), store(), notes(), asker(), reader(), feeds(),
+                                images(), m_clock, appNames});
     }
     return *m_engine;
 }

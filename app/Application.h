@@ -6,6 +6,7 @@
 #include "base/Resources.h"
 #include "briefs/BriefWriter.h"
 #include "core/Preferences.h"
+#include "core/ScoreNotes.h"
 #include "core/StoreLock.h"
 #include "core/TopicStore.h"
 #include "platform/InstalledApps.h"
@@ -41,6 +42,8 @@ public:
     /// The topics. Whoever is going to change them holds `lock()` first.
     /// @throws std::system_error when the topics file's folder cannot be made
     TopicStore &store();
+    /// What stood behind the scores: one owner of its file. @throws as `store()`
+    ScoreNotes &notes();
     /// @throws std::system_error as `store()`
     StoreLock &lock();
     HttpClient &http();
@@ -62,6 +65,7 @@ private:
     std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<StoreLock> m_lock;
     std::unique_ptr<TopicStore> m_store;
+    std::unique_ptr<ScoreNotes> m_notes;
     std::unique_ptr<HttpClient> m_http;
     std::unique_ptr<PageReader> m_reader;
     std::unique_ptr<Feeds> m_feeds;

@@ -119,6 +119,9 @@ bool TopicStore::completeCaptured(Topic judged) {
     }
     judged.capturedURL = captured->capturedURL;
     judged.note = captured->note;
+    // What came to the topic while it waited is the user's too.
+    judged.correction = captured->correction;
+    judged.brief = captured->brief;
     judged.foundAt = captured->foundAt;
     judged.origin = judged.origin ? judged.origin : captured->origin;
     judged.gallery.clear();

@@ -2,6 +2,7 @@
 
 #include "agents/PromptText.h"
 #include "base/Text.h"
+#include "core/Corrections.h"
 
 #include <QDate>
 
@@ -120,8 +121,10 @@ QString outcomeText(const Topic &topic) {
         outcome = QStringLiteral("not decided yet");
     }
     if (topic.correction) {
-        outcome += QStringLiteral(": they scored it ") + scoreText(topic.correction->score) +
-                   QStringLiteral(" (vorle had said ") + QString::number(topic.score) + u')';
+        outcome += QStringLiteral(": they scored it ") + scoreText(topic.correction->score);
+        if (const auto judged = judgedScore(topic)) {
+            outcome += QStringLiteral(" (vorle had said ") + QString::number(*judged) + u')';
+        }
     }
     return outcome;
 }

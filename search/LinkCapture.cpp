@@ -64,6 +64,7 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
     topic.project = link.project;
     topic.sources = {{link.title.simplified(), address}};
     topic.status = TopicStatus::Pending;
+    topic.readLevel = ReadLevel::None; // until it is read: no score, rather than 0
     topic.foundAt = m_parts.clock.now();
     topic.capturedURL = address;
     topic.origin = Origin::Capture;

@@ -53,6 +53,8 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
 }
 
 Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
+    // A command may have changed a setting while the app was open.
+    m_parts.preferences.reload();
     const QDateTime start = m_parts.clock.now();
     const auto folders = m_parts.preferences.settings().projects;
     const auto projects = co_await onPool([folders] { return readProjects(folders); });
@@ -71,9 +73,8 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
         const bool reading = progress.scopesDone == progress.scopes;
         setProgress(reading ? Phase::ReadingAndSorting : Phase::Searching, progress);
     };
-    ScoreNotes notes(m_parts.store, m_parts.clock);
     SearchRun run({.harvest = {.store = m_parts.store,
-                               .notes = notes,
+                               .notes = m_parts.notes,
                                .asker = m_parts.asker,
                                .reader = m_parts.reader,
                                .images = m_parts.images,

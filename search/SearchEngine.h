@@ -13,6 +13,7 @@ namespace vorle {
 
 class Feeds;
 class PageReader;
+class ScoreNotes;
 class SourceImage;
 class Preferences;
 class TopicStore;
@@ -41,6 +42,7 @@ public:
     struct Parts {
         Preferences &preferences;
         TopicStore &store;
+        ScoreNotes &notes;
         Asker &asker;
         PageReader &reader;
         Feeds &feeds;

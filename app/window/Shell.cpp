@@ -12,8 +12,7 @@
 
 namespace vorle {
 
-Shell::Shell(Parts parts, QObject *parent)
-    : QObject(parent), m_parts(parts), m_notes(parts.app.store(), parts.app.clock()) {
+Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     Application &app = parts.app;
     TopicStore &store = app.store();
     Preferences &preferences = app.preferences();
@@ -30,9 +29,9 @@ Shell::Shell(Parts parts, QObject *parent)
     m_search = std::make_unique<TopicSearch>(store);
     m_territory = std::make_unique<TerritoryModel>(preferences);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
-    m_page = std::make_unique<TopicPage>(store, m_notes, app.clock());
+    m_page = std::make_unique<TopicPage>(store, app.notes(), app.clock());
     m_capture = std::make_unique<LinkCapture>(LinkCapture::Parts{
-        preferences, store, m_notes, app.asker(), app.reader(), app.images(), app.clock()});
+        preferences, store, app.notes(), app.asker(), app.reader(), app.images(), app.clock()});
     connect(m_capture.get(), &LinkCapture::failed, this,
             [this](const QUuid &, const QString &text) {
                 tell(tr("Un lien que tu as ajouté attend encore : %1 Je réessaierai au prochain "

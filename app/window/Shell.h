@@ -130,7 +130,6 @@ private:
     Parts m_parts;
     QString m_notice;
     int m_settingsRevision = 0;
-    ScoreNotes m_notes;
     QSet<QUuid> m_briefsTold; // topics whose row shows how far their notes are
     std::unique_ptr<TopicListModel> m_inbox;
     std::unique_ptr<TopicListModel> m_program;

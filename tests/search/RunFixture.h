@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Preferences.h"
+#include "core/ScoreNotes.h"
 #include "core/TopicStore.h"
 #include "search/Feeds.h"
 #include "search/PageReader.h"
@@ -121,7 +122,8 @@ protected:
     Feeds feeds{http, clock};
     SourceImage images{http,
                        {folder.filePath(QStringLiteral("pictures")), server.url({}).toString()}};
-    SearchEngine engine{{preferences, store, asker, reader, feeds, images, clock}};
+    ScoreNotes notes{store, clock};
+    SearchEngine engine{{preferences, store, notes, asker, reader, feeds, images, clock}};
     CancelSource stop;
 };
 

@@ -1,6 +1,7 @@
 #include "app/models/RunModel.h"
 #include "app/models/ReportModel.h"
 #include "app/models/TerritoryModel.h"
+#include "core/ScoreNotes.h"
 #include "core/TopicStore.h"
 #include "search/Feeds.h"
 #include "search/PageReader.h"
@@ -66,8 +67,10 @@ protected:
     Asker asker{agent, resources, 10ms};
     Feeds feeds{http, clock};
     SourceImage images{http, {folder.filePath(text("pictures")), server.url({}).toString()}};
+    ScoreNotes notes{store, clock};
     SearchEngine engine{{.preferences = preferences,
                          .store = store,
+                         .notes = notes,
                          .asker = asker,
                          .reader = reader,
                          .feeds = feeds,

@@ -1,5 +1,6 @@
 #include "app/models/Sections.h"
 #include "app/models/KeyboardMap.h"
+#include "core/ScoreNotes.h"
 #include "search/Feeds.h"
 #include "search/PageReader.h"
 #include "search/SourceImage.h"
@@ -32,8 +33,10 @@ protected:
     Asker asker{agent, resources};
     Feeds feeds{http, shelf.clock};
     SourceImage images{http, folder.path()};
+    ScoreNotes notes{shelf.store, shelf.clock};
     SearchEngine engine{{.preferences = preferences,
                          .store = shelf.store,
+                         .notes = notes,
                          .asker = asker,
                          .reader = reader,
                          .feeds = feeds,
