@@ -139,7 +139,9 @@ std::optional<Calibration::Answer> Calibration::answer(const QUuid &topic, Choic
         break;
     }
     if (score) {
-        m_store.setCorrection(topic, correctionOf(*score, {}, {}, m_clock.now()));
+        // Reasons given earlier stay.
+        const Correction former = present->correction.value_or(Correction());
+        m_store.setCorrection(topic, correctionOf(*score, former.tags, former.text, m_clock.now()));
     }
     endWhenOver();
     return taken;

@@ -20,7 +20,9 @@ ProgramText textInProgress(const WeekProgram &program) {
     ProgramText said;
     const qsizetype count = program.fits.size();
     if (count == 0) {
-        said.title = QStringLiteral("Ta semaine est pleine");
+        said.title = program.done == 0 && program.left > 0
+                         ? QStringLiteral("Rien ne tient dans ta semaine")
+                         : QStringLiteral("Ta semaine est pleine");
     } else {
         said.title = QStringLiteral("Cette semaine\u00A0: %1, %2")
                          .arg(count == 1 ? QStringLiteral("1 sujet")

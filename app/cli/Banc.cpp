@@ -32,22 +32,25 @@ struct BenchShown {
     QString profile;
     QList<ItemShown> items;
     BenchFigures figures;
+    QList<QString> worst; ///< the items furthest from their labels, furthest first
 
     static constexpr auto jsonFields() {
-        return std::tuple(json::field("profile", &BenchShown::profile),
-                          json::field("items", &BenchShown::items),
-                          json::field("figures", &BenchShown::figures));
+        return std::tuple(
+            json::field("profile", &BenchShown::profile), json::field("items", &BenchShown::items),
+            json::field("figures", &BenchShown::figures), json::field("worst", &BenchShown::worst));
     }
 };
 
 struct BancAnswer {
     QList<BenchShown> benches;
     BenchFigures figures;
+    QList<QString> worst; ///< over all benches
     std::optional<double> costUSD;
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("benches", &BancAnswer::benches),
                           json::field("figures", &BancAnswer::figures),
+                          json::field("worst", &BancAnswer::worst),
                           json::field("costUSD", &BancAnswer::costUSD));
     }
 };
@@ -177,11 +180,20 @@ void tell(const Console &console, const Judged &judged, const BenchFigures &figu
     }
 }
 
+QList<QString> worstOf(const BenchFigures &figures, const QList<BenchVerdict> &verdicts) {
+    QList<QString> ids;
+    for (const qsizetype place : figures.worst) {
+        ids += verdicts[place].item.id;
+    }
+    return ids;
+}
+
 BancAnswer answerOf(const Judged &judged, const BenchFigures &figures) {
-    BancAnswer answer{{}, figures, judged.costUSD()};
+    BancAnswer answer{{}, figures, worstOf(figures, judged.verdicts()), judged.costUSD()};
     for (qsizetype i = 0; i < judged.outcomes.size(); ++i) {
         const QList<BenchVerdict> &verdicts = judged.outcomes[i].verdicts;
-        BenchShown shown{judged.benches[i].profile.name, {}, benchFigures(verdicts)};
+        const BenchFigures own = benchFigures(verdicts);
+        BenchShown shown{judged.benches[i].profile.name, {}, own, worstOf(own, verdicts)};
         for (const BenchVerdict &verdict : verdicts) {
             shown.items += {verdict.item.id, verdict.item.title, verdict.label, verdict.judgment,
                             verdict.gap()};

@@ -98,7 +98,12 @@ private:
                               QStringLiteral("  (Entrée pour passer)"));
         std::optional<int> score;
         while (!score && !m_stopped) {
-            const auto line = co_await Keyboard::line(m_context.cancel);
+            std::optional<QString> line;
+            try {
+                line = co_await Keyboard::line(m_context.cancel);
+            } catch (const Cancelled &) {
+                // The choice was taken and told: it stands, without a score.
+            }
             m_stopped = !line;
             if (!line || line->isEmpty()) {
                 break;
@@ -179,9 +184,12 @@ Task<ExitStatus> calibrer(Context &context) {
         calibration.begin();
     }
     const Calibration::Progress progress = calibration.progress();
-    const CalibrationText invitation = calibrationInvitation(progress.total - progress.answered);
-    context.console.print(context.console.bold(invitation.title));
-    context.console.print(invitation.text);
+    if (const qsizetype left = progress.total - progress.answered;
+        calibration.isUnderWay() && left > 0) {
+        const CalibrationText invitation = calibrationInvitation(left);
+        context.console.print(context.console.bold(invitation.title));
+        context.console.print(invitation.text);
+    }
     Interview interview(context, calibration);
     const bool complete = co_await interview.run();
     co_return finish(context, calibration, complete);

@@ -38,7 +38,10 @@ Task<> write(Context &context, QUuid id) {
     QObject::connect(&writer, &BriefWriter::queueChanged, &scope, look);
     QObject::connect(&writer, &BriefWriter::writingChanged, &scope, look);
     QObject::connect(&writer, &BriefWriter::runningChanged, &scope, look);
-    const auto stop = context.cancel.onCancel([&writer, id] { writer.withdraw(id); });
+    // A note the window asked for is not this command's to withdraw.
+    const bool askedAlready = writer.queue().contains(id) || writer.writing() == id;
+    const auto stop = context.cancel.onCancel(
+        [&writer, id, askedAlready, ended] { askedAlready ? ended.fire() : writer.withdraw(id); });
     context.console.progress(QStringLiteral("J’écris la fiche de lecture…"), 0, 1,
                              QStringLiteral("Je relis les sources · environ une minute"));
     writer.ask(id);

@@ -34,8 +34,8 @@ const cli::Command &commandFor(const AppCommand &asked) {
                            ExitStatus::Usage);
     }
     if (!command->throughApp) {
-        throw cli::Failure(
-            QStringLiteral("vorle est ouvert : fais-le dans sa fenêtre, ou ferme-la d’abord."));
+        throw cli::Failure(QStringLiteral("vorle est ouvert, et cette commande veut tes sujets "
+                                          "pour elle seule : quitte-le d’abord."));
     }
     return *command;
 }

@@ -312,8 +312,8 @@ TEST_F(Triage, calibration_asks_at_a_terminal_and_goes_on_where_it_was_left) {
     terminal.answer("Arrêter", "g");
     terminal.answer("de 0 à 10", "");
     ::kill(static_cast<pid_t>(process->processId()), SIGINT);
-    EXPECT_EQ(end(*process), 1);
-    EXPECT_EQ(topics()[0].status, TopicStatus::Inbox) << "not answered yet";
+    EXPECT_EQ(end(*process), 0);
+    EXPECT_EQ(topics()[0].status, TopicStatus::Program) << "the choice was taken, the score is not";
     EXPECT_EQ(run("calibrer --passer").status, 0);
     EXPECT_EQ(run("reglages calibrated").out, "true\n");
 }
