@@ -25,8 +25,17 @@ T.Button {
     Accessible.name: text
     Accessible.description: keys.length > 0 ? qsTr("Touche %1").arg(keys) : ""
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => press(event)
+    Keys.onEnterPressed: event => press(event)
+
+    // With another key it is a shortcut, and held down it is one press.
+    function press(event: var) {
+        if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
+            event.accepted = false;
+        } else {
+            clicked();
+        }
+    }
 
     contentItem: Row {
         spacing: 9

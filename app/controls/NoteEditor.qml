@@ -2,11 +2,29 @@ import QtQuick
 import QtQuick.Templates as T
 import Vorle
 
-// The person's own note: saved when the field is left.
+// The person's own note on a topic: saved when the field is left, or when the topic is.
 T.TextArea {
     id: editor
 
-    signal edited(string text)
+    required property var topic // the list model's roles; null for none
+
+    signal edited(string topicId, string text)
+
+    property string heldId: ""
+    property string heldText: ""
+
+    function keep() {
+        if (heldId.length > 0 && text !== heldText) {
+            heldText = text;
+            edited(heldId, text);
+        }
+    }
+    onTopicChanged: {
+        keep();
+        heldId = topic?.topicId ?? "";
+        heldText = topic?.note ?? "";
+        text = heldText;
+    }
 
     implicitHeight: Math.max(64, contentHeight + 24)
     leftPadding: 14
@@ -25,9 +43,9 @@ T.TextArea {
     KeyNavigation.tab: nextItemInFocusChain(true)
     Accessible.role: Accessible.EditableText
     Accessible.name: qsTr("Ta note")
-    onEditingFinished: editor.edited(text)
+    onEditingFinished: keep()
     Keys.onEscapePressed: event => {
-        editor.edited(text);
+        editor.keep();
         editor.focus = false;
         event.accepted = true;
     }

@@ -16,7 +16,13 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
+    Keys.onReturnPressed: event => {
+        if (event.modifiers & ~Qt.KeypadModifier) {
+            event.accepted = false;
+        } else {
+            clicked();
+        }
+    }
 
     background: Rectangle {
         radius: height / 2

@@ -21,8 +21,17 @@ Item {
     Accessible.description: url
     Accessible.focusable: true
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => press(event)
+    Keys.onEnterPressed: event => press(event)
+
+    // With another key it is a shortcut, and held down it is one press.
+    function press(event: var) {
+        if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
+            event.accepted = false;
+        } else {
+            clicked();
+        }
+    }
 
     HoverHandler {
         id: hover

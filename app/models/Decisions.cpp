@@ -1,6 +1,7 @@
 #include "app/models/Decisions.h"
 
 #include "app/models/Wording.h"
+#include "base/Text.h"
 
 #include <QUuid>
 
@@ -11,6 +12,13 @@ namespace {
 QUuid identity(const QString &topicId) { return QUuid::fromString(topicId); }
 
 QString nameOf(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
+
+/// What fits on the line that tells a decision, and leaves room for where it went.
+QString shortTitle(const QString &title) {
+    constexpr qsizetype most = 42;
+    const QStringView kept = firstCharacters(title, most);
+    return kept.size() == title.size() ? title : kept.trimmed().toString() + u'…';
+}
 
 } // namespace
 
@@ -139,7 +147,8 @@ QString Decisions::step(QList<Step> &from, QList<Step> &to, Direction direction)
         to.append(step);
         sentence = predicate(left, wanted, back ? tr("revient") : tr("repart"));
     }
-    sentence = typographic(tr("« %1 » %2").arg(topic ? topic->title : QString(), sentence));
+    sentence =
+        typographic(tr("« %1 » %2").arg(topic ? shortTitle(topic->title) : QString(), sentence));
     Q_EMIT stepsChanged();
     if (back) {
         Q_EMIT undone(nameOf(step.id), sentence);

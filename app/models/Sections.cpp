@@ -27,19 +27,19 @@ Sections::Sections(Parts parts, QObject *parent)
          {&m_parts.inbox, &m_parts.program, &m_parts.reserve, &m_parts.library}) {
         follow(*list);
     }
-    connect(&m_parts.budget, &ProgramBudget::changed, this, &Sections::textsChanged);
-    connect(&m_parts.run, &RunModel::scheduleChanged, this, &Sections::textsChanged);
-    connect(&m_parts.preferences, &Preferences::changed, this, &Sections::textsChanged);
+    connect(&m_parts.budget, &ProgramBudget::changed, this, &Sections::tellSoon);
+    connect(&m_parts.run, &RunModel::scheduleChanged, this, &Sections::tellSoon);
+    connect(&m_parts.preferences, &Preferences::changed, this, &Sections::tellSoon);
 }
 
 void Sections::follow(TopicListModel &list) {
     connect(&list, &TopicListModel::countChanged, this, [this, &list] {
         const QModelIndex row = index(static_cast<int>(list.section()));
         Q_EMIT dataChanged(row, row, {CountRole});
-        Q_EMIT textsChanged();
+        tellSoon();
     });
-    connect(&list, &TopicListModel::minutesChanged, this, &Sections::textsChanged);
-    connect(&list, &TopicListModel::movedCountChanged, this, &Sections::textsChanged);
+    connect(&list, &TopicListModel::minutesChanged, this, &Sections::tellSoon);
+    connect(&list, &TopicListModel::movedCountChanged, this, &Sections::tellSoon);
 }
 
 int Sections::rowCount(const QModelIndex &parent) const {
@@ -168,6 +168,19 @@ QString Sections::subtitle() const {
     return {};
 }
 
+/// One decision changes many things: they are told once, when it is over.
+void Sections::tellSoon() {
+    if (!std::exchange(m_textsDue, true)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_textsDue = false;
+                Q_EMIT textsChanged();
+            },
+            Qt::QueuedConnection);
+    }
+}
+
 /// Names the last run only where every topic came with it.
 QString Sections::inboxSubtitle() const {
     const auto &report = m_parts.preferences.settings().lastReport;
@@ -177,9 +190,7 @@ QString Sections::inboxSubtitle() const {
     }
     constexpr qint64 leeway = 60; // the report's date is taken a little after the last topic's
     const QDateTime begun = report->date.addSecs(-static_cast<qint64>(report->seconds) - leeway);
-    const bool all = std::ranges::all_of(m_parts.inbox.topics(), [&](const TopicPtr &topic) {
-        return !topic->capturedURL && topic->foundAt >= begun && topic->foundAt <= report->date;
-    });
+    const bool all = m_parts.inbox.allFoundWithin(begun, report->date);
     return all ? tr("%1 de la fouille %2")
                      .arg(topics, ofDayText(report->date, m_parts.clock.now(), m_parts.zone))
                : topics;

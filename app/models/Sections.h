@@ -79,9 +79,11 @@ private:
     ProgramText programText() const;
     QString inboxEmptyText() const;
     void follow(TopicListModel &list);
+    void tellSoon();
 
     Parts m_parts;
     Section m_current = Section::Inbox;
+    bool m_textsDue = false;
 };
 
 } // namespace vorle

@@ -308,6 +308,15 @@ void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
     }
 }
 
+bool TopicListModel::allFoundWithin(const QDateTime &begin, const QDateTime &end) const {
+    const qint64 first = begin.toMSecsSinceEpoch();
+    const qint64 last = end.toMSecsSinceEpoch();
+    return std::ranges::all_of(m_rows, [&](const Row &row) {
+        const qint64 found = row.topic->foundAt.toMSecsSinceEpoch();
+        return !row.topic->capturedURL && first <= found && found <= last;
+    });
+}
+
 QList<TopicPtr> TopicListModel::topics() const {
     QList<TopicPtr> list;
     list.reserve(m_rows.size());

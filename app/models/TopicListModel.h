@@ -118,6 +118,10 @@ public:
     /// has a brief and no such word shows "written".
     void setBriefState(const QUuid &id, const QString &state);
 
+    /// Whether a run brought every topic shown, and found it between these moments. Walks the rows
+    /// up to the first that it did not.
+    bool allFoundWithin(const QDateTime &begin, const QDateTime &end) const;
+
     /// The topics shown, in their order.
     QList<TopicPtr> topics() const;
 

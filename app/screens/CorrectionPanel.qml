@@ -18,8 +18,10 @@ Panel {
 
     name: qsTr("Corriger la note")
     Keys.onPressed: event => {
-        if (event.key >= Qt.Key_0 && event.key <= Qt.Key_9 && !why.activeFocus) {
-            panel.score = event.key - Qt.Key_0;
+        const digit = why.activeFocus ? -1 : panel.digitOf(event.key);
+        if (digit >= 0) {
+            // "1" then "0" is ten.
+            panel.score = digit === 0 && panel.score === 1 ? 10 : digit;
             event.accepted = true;
         } else if (event.key === Qt.Key_Left && !why.activeFocus) {
             panel.score = Math.max(0, panel.score - 1);
@@ -43,6 +45,12 @@ Panel {
         corrected = already;
         shown = true;
         digits.forceActiveFocus();
+    }
+    // The digit row of a French keyboard gives digits with Shift alone.
+    readonly property var french: [Qt.Key_Agrave, Qt.Key_Ampersand, Qt.Key_Eacute, Qt.Key_QuoteDbl, Qt.Key_Apostrophe, Qt.Key_ParenLeft, Qt.Key_Minus, Qt.Key_Egrave, Qt.Key_Underscore, Qt.Key_Ccedilla]
+
+    function digitOf(key: int): int {
+        return key >= Qt.Key_0 && key <= Qt.Key_9 ? key - Qt.Key_0 : french.indexOf(key);
     }
     function give() {
         panel.given(topicId, score, chosen, why.text.trim());

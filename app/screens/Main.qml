@@ -20,6 +20,7 @@ Window {
     readonly property var screen: screens[sections.current] ?? inbox
     readonly property bool listing: sections.current < Section.Territory
     readonly property string chosenId: (listing ? screen.currentId : "") ?? ""
+    readonly property var panels: [search, shortcuts, addLink, correction, settings]
     readonly property bool covered: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown
 
     signal quitAsked
@@ -108,11 +109,11 @@ Window {
         const decisions = shell.decisions;
         switch (action) {
         case KeyboardMap.Search:
-            search.shown = true;
+            open(search);
             break;
         case KeyboardMap.AddTopic:
             addLink.suggestion = shell.linkOnPasteboard();
-            addLink.shown = true;
+            open(addLink);
             break;
         case KeyboardMap.GoInbox:
         case KeyboardMap.GoProgram:
@@ -138,10 +139,10 @@ Window {
             tell(decisions.redo());
             break;
         case KeyboardMap.OpenSettings:
-            settings.shown = true;
+            open(settings);
             break;
         case KeyboardMap.ShowShortcuts:
-            shortcuts.shown = !shortcuts.shown;
+            shortcuts.shown ? shortcuts.shown = false : open(shortcuts);
             break;
         case KeyboardMap.Previous:
             screen.move(-1);
@@ -158,6 +159,7 @@ Window {
             if (listing) {
                 screen.enlarged = false;
             }
+            notch.dismissed = true;
             break;
         case KeyboardMap.FirstStep:
             if (chosenId !== "") {
@@ -196,6 +198,18 @@ Window {
             break;
         }
     }
+    // One panel at a time: two would fight for the keyboard.
+    function open(panel: var) {
+        for (const other of panels) {
+            other.shown = other === panel;
+        }
+    }
+    function resume() {
+        // Asked of the panels themselves: a binding on them may not have been told yet.
+        if (!panels.some(panel => panel.shown)) {
+            screen.focusContent();
+        }
+    }
     function go(section: int) {
         if (listing) {
             screen.enlarged = false;
@@ -218,6 +232,7 @@ Window {
         }
     }
     function askCorrection(topicId: string) {
+        open(correction);
         const list = sections.topics;
         const row = list.rowOf(topicId);
         const former = list.value(row, TopicListModel.FormerScore);
@@ -232,6 +247,16 @@ Window {
             window.tell(sentence);
         }
     }
+    // What comes back is what one wants to see.
+    Connections {
+        target: window.shell.decisions
+
+        function onUndone(topicId: string) {
+            if (window.listing) {
+                window.screen.show(topicId);
+            }
+        }
+    }
     Timer {
         id: ghostAway
         interval: Theme.ghostStay
@@ -242,6 +267,7 @@ Window {
     onReadIdChanged: shell.page.topicId = readId
 
     NotchPanel {
+        id: notch
         run: window.shell.run
         transientParent: null
         onOpened: window.raiseAsked()
@@ -285,7 +311,12 @@ Window {
             run: window.shell.run
             keysRun: window.keyboard.keys(KeyboardMap.RunNow)
             enabled: !window.covered
-            onPicked: section => window.sections.current = section
+            onPicked: section => {
+                if (window.listing) {
+                    window.screen.enlarged = false;
+                }
+                window.sections.current = section;
+            }
             onRunAsked: window.shell.run.start()
             onStopAsked: window.shell.run.stop()
             onContentAsked: window.screen.focusContent()
@@ -402,29 +433,28 @@ Window {
             id: search
             search: window.shell.search
             onClosed: shown = false
-            onShownChanged: if (!shown) window.screen.focusContent()
+            onShownChanged: if (!shown) window.resume()
             onPicked: (section, topicId) => window.showTopic(section, topicId)
         }
         ShortcutSheet {
             id: shortcuts
             groups: window.keyboard.groups
             onClosed: shown = false
-            onShownChanged: if (!shown) window.screen.focusContent()
+            onShownChanged: if (!shown) window.resume()
         }
         SettingsPanel {
             id: settings
             shell: window.shell
             onClosed: shown = false
-            onShownChanged: if (!shown) window.screen.focusContent()
+            onShownChanged: if (!shown) window.resume()
         }
         AddLink {
             id: addLink
             onClosed: shown = false
             onShownChanged: {
-                if (shown) {
-                    return;
+                if (!shown) {
+                    window.resume();
                 }
-                window.screen.focusContent();
             }
             onAdded: (url, note) => {
                 problem = window.shell.addLink(url, note);
@@ -438,7 +468,7 @@ Window {
             id: correction
             offered: window.shell.correctionWords
             onClosed: shown = false
-            onShownChanged: if (!shown) window.screen.focusContent()
+            onShownChanged: if (!shown) window.resume()
             onGiven: (topicId, score, tags, text) => {
                 window.shell.correct(topicId, score, tags, text);
                 shown = false;

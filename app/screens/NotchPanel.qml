@@ -68,13 +68,15 @@ Window {
             anchors.leftMargin: 12
             anchors.right: close.left
             anchors.rightMargin: 8
-            y: 20 + (panel.run.running ? 18 : 26)
+            y: 20 + (panel.run.running ? 18 : (76 - height) / 2)
             text: panel.run.running ? panel.run.statusText : panel.run.lastResultText
             color: "#F4EDE3"
             font.family: Theme.textFamily
             font.pixelSize: Theme.textBody
             font.weight: Font.DemiBold
             elide: Text.ElideRight
+            wrapMode: panel.run.running ? Text.NoWrap : Text.Wrap
+            maximumLineCount: panel.run.running ? 1 : 3
             textFormat: Text.PlainText
             Accessible.ignored: true
         }

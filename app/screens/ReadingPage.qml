@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Window
 import Vorle
 
 // The chosen card enlarged into a comfortable page: all that is known of the topic.
@@ -30,6 +31,21 @@ FocusScope {
         }
     }
     onTopicChanged: flick.contentY = 0
+
+    // The keyboard may walk below the fold: the page follows.
+    readonly property Item focused: shown ? Window.activeFocusItem : null
+    onFocusedChanged: {
+        let above = focused;
+        while (above && above !== body) {
+            above = above.parent;
+        }
+        if (above) {
+            const top = focused.mapToItem(flick.contentItem, 0, 0).y;
+            const most = Math.max(0, flick.contentHeight - flick.height);
+            const wanted = Math.max(top + focused.height + 24 - flick.height, Math.min(flick.contentY, top - 24));
+            flick.contentY = Math.max(0, Math.min(most, wanted));
+        }
+    }
 
     function scrollBy(step: real) {
         const most = Math.max(0, flick.contentHeight - flick.height);
@@ -235,8 +251,8 @@ FocusScope {
 
                 NoteEditor {
                     width: parent.width
-                    text: page.topic?.note ?? ""
-                    onEdited: text => page.noteEdited(page.topic.topicId, text)
+                    topic: page.topic
+                    onEdited: (topicId, text) => page.noteEdited(topicId, text)
                 }
             }
             Chapter {

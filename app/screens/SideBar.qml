@@ -150,6 +150,7 @@ FocusScope {
                 text: bar.run.running ? qsTr("Arrêter") : qsTr("Fouiller maintenant")
                 keys: bar.run.running || bar.keysRun.length > 3 ? "" : bar.keysRun
                 focusPolicy: Qt.TabFocus
+                KeyNavigation.backtab: items.count > 0 ? items.itemAt(items.count - 1) : null
                 onClicked: bar.run.running ? bar.stopAsked() : bar.runAsked()
             }
         }

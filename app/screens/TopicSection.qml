@@ -77,8 +77,9 @@ FocusScope {
         shownId = currentId;
     }
     function focusContent() {
-        list.forceActiveFocus();
+        spot.forceActiveFocus();
     }
+    onEnlargedChanged: focusContent()
 
     Component.onCompleted: settle()
     Connections {
@@ -98,8 +99,15 @@ FocusScope {
         }
     }
 
+    // Where the keyboard rests. The list would hand it on to the button it was on last, and a key
+    // meant for the card would press that.
+    Item {
+        id: spot
+        focus: true
+    }
     Item {
         id: head
+        enabled: !root.enlarged
         x: Theme.margin
         width: parent.width - 2 * Theme.margin
         height: titles.implicitHeight + (extra.height > 0 ? extra.height + 20 : 0)
@@ -131,7 +139,7 @@ FocusScope {
         rightMargin: Theme.margin
         bottomMargin: 24
         clip: true
-        focus: true
+        enabled: !root.enlarged
         model: root.model
         spacing: 0
         boundsBehavior: Flickable.StopAtBounds
@@ -170,20 +178,6 @@ FocusScope {
         }
         onCountChanged: root.followSoon()
 
-        move: Transition {
-            NumberAnimation {
-                properties: "y"
-                duration: Theme.calm
-                easing.type: Easing.OutCubic
-            }
-        }
-        displaced: Transition {
-            NumberAnimation {
-                properties: "y"
-                duration: Theme.calm
-                easing.type: Easing.OutCubic
-            }
-        }
         footer: Item {
             width: list.width - 2 * Theme.margin
             height: lastGhost.visible ? lastGhost.height + Theme.cardGap : 0
@@ -228,7 +222,7 @@ FocusScope {
                 actions: root.actions
                 onChosen: {
                     root.choose(row.index);
-                    list.forceActiveFocus();
+                    root.focusContent();
                 }
                 onEnlarged: {
                     root.choose(row.index);

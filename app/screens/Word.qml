@@ -13,7 +13,7 @@ Rectangle {
         away.restart();
     }
 
-    implicitWidth: Math.min(label.implicitWidth + 36, 560)
+    implicitWidth: Math.min(label.implicitWidth + 36, 640)
     implicitHeight: label.implicitHeight + 18
     radius: height / 2
     color: Theme.ink
@@ -31,7 +31,7 @@ Rectangle {
     Label {
         id: label
         anchors.centerIn: parent
-        width: Math.min(implicitWidth, 524)
+        width: Math.min(implicitWidth, 604)
         text: word.text
         color: Theme.paper
         font.weight: Font.Medium

@@ -77,7 +77,9 @@ void Tray::tell(const QString &title, const QString &text) {
 
 QIcon Tray::picture(int waiting) {
     QIcon icon;
-    for (const int size : {16, 22, 24, 32, 44, 64, 128, 256}) {
+    // A count is for the menu bar alone, and changes with every key: few and small.
+    const QList<int> sizes = waiting > 0 ? QList{22, 44} : QList{16, 22, 24, 32, 44, 64, 128, 256};
+    for (const int size : sizes) {
         icon.addPixmap(drawn(size, waiting));
     }
     return icon;
