@@ -8,14 +8,16 @@ set(VORLE_QML
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/KeyCap.qml
     controls/Label.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ScoreBadge.qml controls/SearchButton.qml controls/SearchHit.qml
+    controls/ReadingFoot.qml controls/ScoreBadge.qml controls/SearchButton.qml
+    controls/SearchHit.qml
     controls/SectionHead.qml controls/SideItem.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
     controls/TopicCard.qml controls/WhyLine.qml
-    screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
+    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
     screens/Main.qml screens/NotchPanel.qml screens/ReadingPage.qml screens/ReportScreen.qml
-    screens/SearchOverlay.qml screens/SettingsPanel.qml screens/ShortcutSheet.qml
-    screens/SideBar.qml screens/TerritoryScreen.qml screens/TopicSection.qml screens/Word.qml)
+    screens/SearchOverlay.qml screens/SectionButtons.qml screens/SettingsPanel.qml
+    screens/ShortcutSheet.qml screens/SideBar.qml screens/TerritoryScreen.qml
+    screens/ThemeBindings.qml screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window

@@ -31,172 +31,21 @@ Window {
     minimumHeight: 560
     color: Theme.paper
 
-    Binding {
-        target: Theme
-        property: "dark"
-        value: window.shell.appearance === "Sombre" || (window.shell.appearance !== "Clair" && window.systemDark)
+    ThemeBindings {
+        shell: window.shell
+        systemDark: window.systemDark
+        reducedMotion: window.reducedMotion
+        displayFamily: window.displayFamily
+        textFamily: window.textFamily
     }
-    Binding {
-        target: Theme
-        property: "accentName"
-        value: window.shell.accent
-    }
-    Binding {
-        target: Theme
-        property: "reducedMotion"
-        value: window.reducedMotion
-    }
-    Binding {
-        target: Theme
-        property: "displayFamily"
-        value: window.displayFamily
-        when: window.displayFamily.length > 0
-    }
-    Binding {
-        target: Theme
-        property: "textFamily"
-        value: window.textFamily
-        when: window.textFamily.length > 0
-    }
-
-    // Which action stands on which button, by section.
-    function button(text: string, action: int, primary: bool): var {
-        return { text: text, keys: keyboard.keys(action), action: action, primary: primary };
-    }
-    readonly property var inboxActions: [
-        button(qsTr("Garder"), KeyboardMap.Keep, true),
-        button(qsTr("Plus tard"), KeyboardMap.Later, false),
-        button(qsTr("Pas pour moi"), KeyboardMap.Dismiss, false)]
-    readonly property var programActions: [
-        button(qsTr("Premier pas"), KeyboardMap.FirstStep, true),
-        button(qsTr("Fait"), KeyboardMap.Done, false),
-        button(qsTr("Reporter"), KeyboardMap.Postpone, false),
-        button(qsTr("Retirer"), KeyboardMap.Remove, false)]
-    readonly property var reserveActions: [
-        button(qsTr("Garder"), KeyboardMap.Keep, true),
-        button(qsTr("Remettre à trier"), KeyboardMap.BackToTriage, false),
-        button(qsTr("Bof"), KeyboardMap.WorthMeh, false),
-        button(qsTr("Utile"), KeyboardMap.WorthUseful, false),
-        button(qsTr("Pépite"), KeyboardMap.WorthGem, false)]
 
     property var ghost: null // { section, topicId, went, title, beforeId }
 
-    function decide(action: int, act: var) {
-        const list = sections.topics;
-        const id = chosenId;
-        if (list === null || id === "") {
-            return;
-        }
-        const row = list.rowOf(id);
-        if (list.value(row, TopicListModel.PendingCapture) && action !== KeyboardMap.Dismiss) {
-            tell(qsTr("Je lis encore cette page : elle se décide une fois jugée."));
-            return;
-        }
-        const title = list.value(row, TopicListModel.Title);
-        const before = list.topicIdAt(row + 1);
-        const section = sections.current;
-        const connection = (topicId, went) => window.ghost = { section: section, topicId: topicId, went: went, title: title, beforeId: before };
-        window.shell.decisions.decided.connect(connection);
-        act(id);
-        window.shell.decisions.decided.disconnect(connection);
-        if (list.rowOf(id) >= 0) {
-            window.ghost = null; // it stays in this section
-        } else {
-            ghostAway.restart();
-        }
-    }
     function perform(action: int) {
-        const decisions = shell.decisions;
-        switch (action) {
-        case KeyboardMap.Search:
-            open(search);
-            break;
-        case KeyboardMap.AddTopic:
-            addLink.suggestion = shell.linkOnPasteboard();
-            open(addLink);
-            break;
-        case KeyboardMap.GoInbox:
-        case KeyboardMap.GoProgram:
-        case KeyboardMap.GoReserve:
-        case KeyboardMap.GoLibrary:
-        case KeyboardMap.GoTerritory:
-        case KeyboardMap.GoReport:
-            go(keyboard.target(action));
-            break;
-        case KeyboardMap.GoMenu:
-            side.focusCurrent();
-            break;
-        case KeyboardMap.GoContent:
-            screen.focusContent();
-            break;
-        case KeyboardMap.RunNow:
-            shell.run.start();
-            break;
-        case KeyboardMap.Undo:
-            tell(decisions.undo());
-            break;
-        case KeyboardMap.Redo:
-            tell(decisions.redo());
-            break;
-        case KeyboardMap.OpenSettings:
-            open(settings);
-            break;
-        case KeyboardMap.ShowShortcuts:
-            shortcuts.shown ? shortcuts.shown = false : open(shortcuts);
-            break;
-        case KeyboardMap.Previous:
-            screen.move(-1);
-            break;
-        case KeyboardMap.Next:
-            screen.move(1);
-            break;
-        case KeyboardMap.ToggleCard:
-            if (listing && chosenId !== "") {
-                screen.enlarged = !screen.enlarged;
-            }
-            break;
-        case KeyboardMap.CloseCard:
-            if (listing) {
-                screen.enlarged = false;
-            }
-            notch.dismissed = true;
-            break;
-        case KeyboardMap.FirstStep:
-            if (chosenId !== "") {
-                shell.firstStep(chosenId);
-            }
-            break;
-        case KeyboardMap.Keep:
-            decide(action, id => decisions.keep(id));
-            break;
-        case KeyboardMap.Later:
-            decide(action, id => decisions.later(id));
-            break;
-        case KeyboardMap.Dismiss:
-            decide(action, id => decisions.dismiss(id));
-            break;
-        case KeyboardMap.Done:
-            decide(action, id => decisions.done(id, ""));
-            break;
-        case KeyboardMap.Postpone:
-            decide(action, id => decisions.postpone(id));
-            break;
-        case KeyboardMap.Remove:
-            decide(action, id => decisions.removeFromProgram(id));
-            break;
-        case KeyboardMap.BackToTriage:
-            decide(action, id => decisions.backToTriage(id));
-            break;
-        case KeyboardMap.WorthMeh:
-            decide(action, id => decisions.verdict(id, "meh"));
-            break;
-        case KeyboardMap.WorthUseful:
-            decide(action, id => decisions.verdict(id, "useful"));
-            break;
-        case KeyboardMap.WorthGem:
-            decide(action, id => decisions.verdict(id, "gem"));
-            break;
-        }
+        actions.perform(action);
+    }
+    function ghostShown() {
+        ghostAway.restart();
     }
     // One panel at a time: two would fight for the keyboard.
     function open(panel: var) {
@@ -246,6 +95,20 @@ Window {
         function onSaid(sentence: string) {
             window.tell(sentence);
         }
+    }
+    SectionButtons {
+        id: buttons
+        keyboard: window.keyboard
+    }
+    Actions {
+        id: actions
+        window: window
+        searchPanel: search
+        addPanel: addLink
+        settingsPanel: settings
+        shortcutsPanel: shortcuts
+        menu: side
+        notch: notch
     }
     // What comes back is what one wants to see.
     Connections {
@@ -329,44 +192,23 @@ Window {
             enabled: !window.covered
             focus: true
 
-            component TopicScreen: TopicSection {
-                required property int number
-
-                anchors.fill: parent
-                anchors.topMargin: banner.visible ? banner.height : 0
-                visible: window.sections.current === number
-                focus: visible
-                title: visible ? window.sections.title : ""
-                subtitle: visible ? window.sections.subtitle : ""
-                emptyTitle: visible ? window.sections.emptyTitle : ""
-                emptyText: visible ? window.sections.emptyText : ""
-                emptyActions: visible ? window.sections.emptyActions : []
-                details: window.shell.page
-                ghost: window.ghost !== null && window.ghost.section === number ? window.ghost : null
-                undoKeys: window.keyboard.keys(KeyboardMap.Undo)
-                searchKeys: window.keyboard.keys(KeyboardMap.Search)
-                onAct: action => window.perform(action)
-                onEmptyAct: action => window.perform(action)
-                onUndoAsked: window.perform(KeyboardMap.Undo)
-                onSearchAsked: window.perform(KeyboardMap.Search)
-                onLinkOpened: url => window.shell.openLink(url)
-                onNoteEdited: (topicId, text) => window.shell.decisions.setNote(topicId, text)
-                onCorrectionAsked: topicId => window.askCorrection(topicId)
-            }
-
             TopicScreen {
                 id: inbox
+                window: window
+                banner: banner.height
                 number: Section.Inbox
                 model: window.shell.inbox
                 headings: true
-                actions: window.inboxActions
+                actions: buttons.inbox
                 hint: window.keyboard.inboxHint
             }
             TopicScreen {
                 id: program
+                window: window
+                banner: banner.height
                 number: Section.Program
                 model: window.shell.program
-                actions: window.programActions
+                actions: buttons.program
                 headings: true
                 header: BudgetBar {
                     width: parent.width
@@ -379,16 +221,20 @@ Window {
             }
             TopicScreen {
                 id: reserve
+                window: window
+                banner: banner.height
                 number: Section.Reserve
                 model: window.shell.reserve
-                actions: window.reserveActions
+                actions: buttons.reserve
                 hint: qsTr("%1 garder · %2 remettre à trier · 1 2 3 bof, utile, pépite").arg(window.keyboard.keys(KeyboardMap.Keep)).arg(window.keyboard.keys(KeyboardMap.BackToTriage))
             }
             TopicScreen {
                 id: library
+                window: window
+                banner: banner.height
                 number: Section.Library
                 model: window.shell.library
-                actions: window.reserveActions
+                actions: buttons.reserve
                 hint: reserve.hint
             }
             TerritoryScreen {

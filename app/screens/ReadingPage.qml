@@ -280,44 +280,12 @@ FocusScope {
         }
     }
 
-    Rectangle {
+    ReadingFoot {
         id: foot
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        height: 92
-        color: Theme.paper
-
-        Rectangle {
-            width: parent.width
-            height: 1
-            color: Theme.line
-        }
-        Row {
-            anchors.horizontalCenter: parent.horizontalCenter
-            y: 12
-            spacing: 10
-
-            Repeater {
-                model: page.actions
-
-                ActionButton {
-                    required property var modelData
-                    text: modelData.text
-                    keys: modelData.keys
-                    primary: modelData.primary === true
-                    onClicked: page.act(modelData.action)
-                }
-            }
-        }
-        Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 10
-            text: qsTr("Espace ou Échap pour réduire · après une décision, le sujet suivant s’affiche")
-            color: Theme.inkFaint
-            font.pixelSize: Theme.textSmall + 1
-            wrapMode: Text.NoWrap
-        }
+        actions: page.actions
+        onAct: action => page.act(action)
     }
 }

@@ -266,6 +266,64 @@ TEST_F(WindowTest, panels_keep_the_keyboard_and_typing_decides_nothing) {
     EXPECT_EQ(shell().inbox()->count(), 2);
 }
 
+TEST_F(WindowTest, moving_the_focus_never_decides) {
+    fill();
+    open();
+    // On to a card's button, away to another section and back: the space bar enlarges the card.
+    for (int i = 0; i < 12; ++i) {
+        press(Qt::Key_Tab);
+    }
+    press(Qt::Key_2, Qt::ControlModifier);
+    press(Qt::Key_1, Qt::ControlModifier);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(enlarged());
+    EXPECT_EQ(shell().inbox()->count(), 3);
+    press(Qt::Key_Escape);
+
+    // Two panels never lie over each other, and the last one gives the keyboard back.
+    press(Qt::Key_K, Qt::ControlModifier);
+    press(Qt::Key_N, Qt::ControlModifier);
+    press(Qt::Key_Escape);
+    press(Qt::Key_G);
+    EXPECT_EQ(shell().inbox()->count(), 2);
+
+    // A shortcut is no press of the button that has the focus.
+    for (int i = 0; i < 8; ++i) {
+        press(Qt::Key_Tab);
+        press(Qt::Key_Return, Qt::ControlModifier);
+    }
+    EXPECT_EQ(shell().inbox()->count(), 2);
+}
+
+TEST_F(WindowTest, a_note_is_kept_however_its_page_is_left) {
+    fill();
+    open();
+    const QString id = window().property("chosenId").toString();
+    const auto note = [&] { return store().topic(QUuid::fromString(id))->note; };
+    const auto write = [&](const QString &text) {
+        press(Qt::Key_Space);
+        const auto isNote = [&] {
+            const QQuickItem *item = window().activeFocusItem();
+            return item != nullptr && item->inherits("QQuickTextArea");
+        };
+        for (int i = 0; i < 60 && !isNote(); ++i) {
+            press(Qt::Key_Tab);
+        }
+        ASSERT_TRUE(isNote()) << "the keyboard reaches the note";
+        type(text);
+    };
+    write(QStringLiteral("lire"));
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(note(), QStringLiteral("lire"));
+    EXPECT_EQ(shell().inbox()->count(), 3);
+    press(Qt::Key_1, Qt::ControlModifier);
+    write(QStringLiteral("re"));
+    press(Qt::Key_Escape);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(enlarged());
+    EXPECT_EQ(note()->size(), 6);
+}
+
 TEST_F(WindowTest, the_search_goes_to_what_it_found) {
     fill();
     open();

@@ -1,0 +1,46 @@
+import QtQuick
+import Vorle
+
+// What can be decided from the reading page, and how to leave it.
+Rectangle {
+    id: foot
+
+    property var actions: [] // { text, keys, primary, action }
+
+    signal act(int action)
+
+    height: 92
+    color: Theme.paper
+
+    Rectangle {
+        width: parent.width
+        height: 1
+        color: Theme.line
+    }
+    Row {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: 12
+        spacing: 10
+
+        Repeater {
+            model: foot.actions
+
+            ActionButton {
+                required property var modelData
+                text: modelData.text
+                keys: modelData.keys
+                primary: modelData.primary === true
+                onClicked: foot.act(modelData.action)
+            }
+        }
+    }
+    Label {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 10
+        text: qsTr("Espace ou Échap pour réduire · après une décision, le sujet suivant s’affiche")
+        color: Theme.inkFaint
+        font.pixelSize: Theme.textSmall + 1
+        wrapMode: Text.NoWrap
+    }
+}

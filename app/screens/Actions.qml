@@ -1,0 +1,135 @@
+import QtQuick
+import Vorle.Models
+
+// What each action of the keyboard map does in the window.
+QtObject {
+    id: actions
+
+    required property var window // Main
+    required property var searchPanel
+    required property var addPanel
+    required property var settingsPanel
+    required property var shortcutsPanel
+    required property var menu // SideBar
+    required property var notch
+
+    readonly property var shell: window.shell
+
+    function decide(action: int, act: var) {
+        const list = window.sections.topics;
+        const id = window.chosenId;
+        if (list === null || id === "") {
+            return;
+        }
+        const row = list.rowOf(id);
+        if (list.value(row, TopicListModel.PendingCapture) && action !== KeyboardMap.Dismiss) {
+            window.tell(qsTr("Je lis encore cette page : elle se décide une fois jugée."));
+            return;
+        }
+        const title = list.value(row, TopicListModel.Title);
+        const before = list.topicIdAt(row + 1);
+        const section = window.sections.current;
+        const connection = (topicId, went) => window.ghost = { section: section, topicId: topicId, went: went, title: title, beforeId: before };
+        shell.decisions.decided.connect(connection);
+        act(id);
+        shell.decisions.decided.disconnect(connection);
+        if (list.rowOf(id) >= 0) {
+            window.ghost = null; // it stays in this section
+        } else {
+            window.ghostShown();
+        }
+    }
+    function perform(action: int) {
+        const decisions = shell.decisions;
+        switch (action) {
+        case KeyboardMap.Search:
+            window.open(searchPanel);
+            break;
+        case KeyboardMap.AddTopic:
+            addPanel.suggestion = shell.linkOnPasteboard();
+            window.open(addPanel);
+            break;
+        case KeyboardMap.GoInbox:
+        case KeyboardMap.GoProgram:
+        case KeyboardMap.GoReserve:
+        case KeyboardMap.GoLibrary:
+        case KeyboardMap.GoTerritory:
+        case KeyboardMap.GoReport:
+            window.go(window.keyboard.target(action));
+            break;
+        case KeyboardMap.GoMenu:
+            menu.focusCurrent();
+            break;
+        case KeyboardMap.GoContent:
+            window.screen.focusContent();
+            break;
+        case KeyboardMap.RunNow:
+            shell.run.start();
+            break;
+        case KeyboardMap.Undo:
+            window.tell(decisions.undo());
+            break;
+        case KeyboardMap.Redo:
+            window.tell(decisions.redo());
+            break;
+        case KeyboardMap.OpenSettings:
+            window.open(settingsPanel);
+            break;
+        case KeyboardMap.ShowShortcuts:
+            shortcutsPanel.shown ? shortcutsPanel.shown = false : window.open(shortcutsPanel);
+            break;
+        case KeyboardMap.Previous:
+            window.screen.move(-1);
+            break;
+        case KeyboardMap.Next:
+            window.screen.move(1);
+            break;
+        case KeyboardMap.ToggleCard:
+            if (window.listing && window.chosenId !== "") {
+                window.screen.enlarged = !window.screen.enlarged;
+            }
+            break;
+        case KeyboardMap.CloseCard:
+            if (window.listing) {
+                window.screen.enlarged = false;
+            }
+            notch.dismissed = true;
+            break;
+        case KeyboardMap.FirstStep:
+            if (window.chosenId !== "") {
+                shell.firstStep(window.chosenId);
+            }
+            break;
+        case KeyboardMap.Keep:
+            decide(action, id => decisions.keep(id));
+            break;
+        case KeyboardMap.Later:
+            decide(action, id => decisions.later(id));
+            break;
+        case KeyboardMap.Dismiss:
+            decide(action, id => decisions.dismiss(id));
+            break;
+        case KeyboardMap.Done:
+            decide(action, id => decisions.done(id, ""));
+            break;
+        case KeyboardMap.Postpone:
+            decide(action, id => decisions.postpone(id));
+            break;
+        case KeyboardMap.Remove:
+            decide(action, id => decisions.removeFromProgram(id));
+            break;
+        case KeyboardMap.BackToTriage:
+            decide(action, id => decisions.backToTriage(id));
+            break;
+        case KeyboardMap.WorthMeh:
+            decide(action, id => decisions.verdict(id, "meh"));
+            break;
+        case KeyboardMap.WorthUseful:
+            decide(action, id => decisions.verdict(id, "useful"));
+            break;
+        case KeyboardMap.WorthGem:
+            decide(action, id => decisions.verdict(id, "gem"));
+            break;
+        }
+    }
+}
