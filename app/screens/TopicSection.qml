@@ -27,7 +27,7 @@ FocusScope {
     property string shownId: ""
     readonly property var shownItem: list.currentItem
     readonly property var current: shownItem && shownItem.topicId === shownId ? shownItem.topic : null
-    property alias enlarged: reading.shown
+    property bool enlarged: false // the chosen card is shown as a page
     required property var details
 
     signal act(int action)
@@ -43,7 +43,7 @@ FocusScope {
 
     function move(step: int) {
         if (enlarged) {
-            reading.scrollBy(step * 120);
+            (reading.item as ReadingPage)?.scrollBy(step * 120);
             return;
         }
         nextTopic(step);
@@ -250,17 +250,22 @@ FocusScope {
         text: root.hint
         visible: list.count > 0 || root.ghost !== null
     }
-    ReadingPage {
+    // Made when it is first asked for: most starts never need it.
+    Loader {
         id: reading
         anchors.fill: parent
-        topic: shown ? root.current : null
-        details: root.details
-        actions: root.actions
-        onAct: action => root.act(action)
-        onClosed: root.enlarged = false
-        onLinkOpened: url => root.linkOpened(url)
-        onNoteEdited: (topicId, text) => root.noteEdited(topicId, text)
-        onCorrectionAsked: topicId => root.correctionAsked(topicId)
+        active: root.enlarged || item !== null
+        sourceComponent: ReadingPage {
+            shown: root.enlarged
+            topic: shown ? root.current : null
+            details: root.details
+            actions: root.actions
+            onAct: action => root.act(action)
+            onClosed: root.enlarged = false
+            onLinkOpened: url => root.linkOpened(url)
+            onNoteEdited: (topicId, text) => root.noteEdited(topicId, text)
+            onCorrectionAsked: topicId => root.correctionAsked(topicId)
+        }
     }
     onCurrentIdChanged: if (currentId === "") enlarged = false
 }
