@@ -39,6 +39,8 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
                          .arg(text));
             });
     follow(app.briefs());
+    // Links that still wait from another day, once the window is there.
+    QMetaObject::invokeMethod(this, [this] { m_capture->resume(); }, Qt::QueuedConnection);
 
     connect(m_run.get(), &RunModel::ended, m_report.get(), &ReportModel::refresh);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {

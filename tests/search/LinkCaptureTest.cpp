@@ -1,0 +1,103 @@
+#include "search/LinkCapture.h"
+
+#include "tests/search/RunFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace vorle {
+namespace {
+
+class LinkCaptureTest : public test::RunFixture {
+protected:
+    /// The topic made of it; ends the test when the link was refused.
+    QUuid taken(const QString &url, const QString &note = {}) {
+        const auto result = capture.take({.url = url, .title = {}, .note = note, .project = {}});
+        const auto *id = std::get_if<QUuid>(&result);
+        EXPECT_NE(id, nullptr) << url.toStdString();
+        return id != nullptr ? *id : QUuid();
+    }
+    LinkCapture::Refusal refused(const QString &url) {
+        const auto result = capture.take({.url = url, .title = {}, .note = {}, .project = {}});
+        const auto *refusal = std::get_if<LinkCapture::Refusal>(&result);
+        EXPECT_NE(refusal, nullptr) << url.toStdString();
+        return refusal != nullptr ? *refusal : LinkCapture::Refusal{};
+    }
+    void settle() {
+        test::spinUntil([&] { return !capture.running(); });
+    }
+
+    LinkCapture capture{{preferences, store, notes, asker, reader, images, clock}};
+};
+
+TEST_F(LinkCaptureTest, a_link_waits_is_judged_and_keeps_what_the_user_gave) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    int completed = 0;
+    QObject::connect(&capture, &LinkCapture::completed, &capture, [&] { ++completed; });
+    const QUuid id = taken(at("/long"), QStringLiteral("pour le potager"));
+    const TopicPtr waiting = store.topic(id);
+    EXPECT_EQ(waiting->status, TopicStatus::Pending);
+    EXPECT_EQ(waiting->capturedURL, at("/long"));
+    EXPECT_EQ(waiting->readLevel, ReadLevel::None) << "no score before it is read";
+    EXPECT_TRUE(capture.running());
+    // A correction given while it waits stays.
+    store.setCorrection(id, Correction{9, {}, {}, clock.now()});
+    settle();
+    EXPECT_EQ(completed, 1);
+    const TopicPtr judged = store.topic(id);
+    EXPECT_EQ(judged->status, TopicStatus::Inbox);
+    EXPECT_EQ(judged->title, u"Page long");
+    EXPECT_EQ(judged->note, QStringLiteral("pour le potager"));
+    EXPECT_EQ(judged->foundAt, waiting->foundAt);
+    EXPECT_EQ(judged->readLevel, ReadLevel::Full);
+    EXPECT_FALSE(judged->summary.isEmpty());
+    ASSERT_TRUE(judged->correction);
+    EXPECT_EQ(judged->correction->score, 9);
+    EXPECT_TRUE(notes.note(id));
+    EXPECT_TRUE(promptsSent().contains(u"Their note when saving it: pour le potager"));
+
+    // The same page again is the topic there is.
+    EXPECT_EQ(refused(at("/long") + QStringLiteral("#bas")).held, id);
+    EXPECT_EQ(store.count(), 1);
+}
+
+TEST_F(LinkCaptureTest, what_is_no_web_address_is_refused) {
+    for (const char *text : {"", "  ", "potager", "ftp://example.org/a", "file:///etc/passwd",
+                             "javascript:alert(1)", "https://", "deux mots.fr"}) {
+        const LinkCapture::Refusal refusal = refused(QString::fromUtf8(text));
+        EXPECT_FALSE(refusal.text.isEmpty()) << text;
+        EXPECT_FALSE(refusal.held) << text;
+    }
+    EXPECT_EQ(store.count(), 0);
+}
+
+TEST_F(LinkCaptureTest, a_link_that_cannot_be_judged_waits_for_another_day) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"), "fail");
+    int failed = 0;
+    QObject::connect(&capture, &LinkCapture::failed, &capture, [&] { ++failed; });
+    const QUuid first = taken(at("/long"));
+    const QUuid gone = taken(at("/other"));
+    store.dismiss(gone); // the user thought better of it
+    settle();
+    EXPECT_EQ(failed, 1);
+    EXPECT_EQ(store.topic(first)->status, TopicStatus::Pending);
+    EXPECT_EQ(store.topic(gone)->status, TopicStatus::Dismissed);
+
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    capture.resume();
+    settle();
+    EXPECT_EQ(store.topic(first)->status, TopicStatus::Inbox);
+    EXPECT_EQ(store.topic(gone)->status, TopicStatus::Dismissed);
+}
+
+TEST_F(LinkCaptureTest, a_stop_leaves_the_link_waiting_and_no_process) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"), "hang");
+    const QUuid id = taken(at("/long"));
+    test::spinUntil([&] { return livingAgents() > 0; });
+    capture.stop();
+    settle();
+    EXPECT_EQ(livingAgents(), 0);
+    EXPECT_EQ(store.topic(id)->status, TopicStatus::Pending);
+}
+
+} // namespace
+} // namespace vorle
