@@ -14,8 +14,8 @@ set(VORLE_QML
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
     controls/TopicCard.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
-    screens/Main.qml screens/NotchPanel.qml screens/ReadingPage.qml screens/ReportScreen.qml
-    screens/SearchOverlay.qml screens/SectionButtons.qml screens/SettingsPanel.qml
+    screens/Main.qml screens/NotchPanel.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/TerritoryScreen.qml
     screens/ThemeBindings.qml screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)

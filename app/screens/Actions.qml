@@ -6,10 +6,7 @@ QtObject {
     id: actions
 
     required property var window // Main
-    required property var searchPanel
-    required property var addPanel
-    required property var settingsPanel
-    required property var shortcutsPanel
+    required property var panels
     required property var menu // SideBar
     required property var notch
 
@@ -43,11 +40,10 @@ QtObject {
         const decisions = shell.decisions;
         switch (action) {
         case KeyboardMap.Search:
-            window.open(searchPanel);
+            panels.open(panels.searchPanel);
             break;
         case KeyboardMap.AddTopic:
-            addPanel.suggestion = shell.linkOnPasteboard();
-            window.open(addPanel);
+            panels.add();
             break;
         case KeyboardMap.GoInbox:
         case KeyboardMap.GoProgram:
@@ -73,10 +69,10 @@ QtObject {
             window.tell(decisions.redo());
             break;
         case KeyboardMap.OpenSettings:
-            window.open(settingsPanel);
+            panels.open(panels.settingsPanel);
             break;
         case KeyboardMap.ShowShortcuts:
-            shortcutsPanel.shown ? shortcutsPanel.shown = false : window.open(shortcutsPanel);
+            panels.open(panels.shortcutsPanel.shown ? null : panels.shortcutsPanel);
             break;
         case KeyboardMap.Previous:
             window.screen.move(-1);

@@ -20,8 +20,7 @@ Window {
     readonly property var screen: screens[sections.current] ?? inbox
     readonly property bool listing: sections.current < Section.Territory
     readonly property string chosenId: (listing ? screen.currentId : "") ?? ""
-    readonly property var panels: [search, shortcuts, addLink, correction, settings]
-    readonly property bool covered: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown
+    readonly property bool covered: panels.shown
 
     signal quitAsked
     signal raiseAsked
@@ -47,15 +46,9 @@ Window {
     function ghostShown() {
         ghostAway.restart();
     }
-    // One panel at a time: two would fight for the keyboard.
-    function open(panel: var) {
-        for (const other of panels) {
-            other.shown = other === panel;
-        }
-    }
+    // A panel went: the keyboard goes back to the section.
     function resume() {
-        // Asked of the panels themselves: a binding on them may not have been told yet.
-        if (!panels.some(panel => panel.shown)) {
+        if (!panels.anyShown()) {
             screen.focusContent();
         }
     }
@@ -67,7 +60,7 @@ Window {
         screen.focusContent();
     }
     function showTopic(section: int, topicId: string) {
-        search.shown = false;
+        panels.close();
         if (section < 0) {
             return;
         }
@@ -81,12 +74,7 @@ Window {
         }
     }
     function askCorrection(topicId: string) {
-        open(correction);
-        const list = sections.topics;
-        const row = list.rowOf(topicId);
-        const former = list.value(row, TopicListModel.FormerScore);
-        const now = list.value(row, TopicListModel.Score);
-        correction.open(topicId, list.value(row, TopicListModel.Title), former >= 0 ? former : now, now, shell.correctionTags(topicId), shell.correctionText(topicId), former >= 0);
+        panels.correct(sections.topics, topicId);
     }
 
     Connections {
@@ -103,10 +91,7 @@ Window {
     Actions {
         id: actions
         window: window
-        searchPanel: search
-        addPanel: addLink
-        settingsPanel: settings
-        shortcutsPanel: shortcuts
+        panels: panels
         menu: side
         notch: notch
     }
@@ -275,54 +260,10 @@ Window {
             anchors.bottomMargin: 66
         }
 
-        SearchOverlay {
-            id: search
-            search: window.shell.search
-            onClosed: shown = false
-            onShownChanged: if (!shown) window.resume()
-            onPicked: (section, topicId) => window.showTopic(section, topicId)
-        }
-        ShortcutSheet {
-            id: shortcuts
-            groups: window.keyboard.groups
-            onClosed: shown = false
-            onShownChanged: if (!shown) window.resume()
-        }
-        SettingsPanel {
-            id: settings
-            shell: window.shell
-            onClosed: shown = false
-            onShownChanged: if (!shown) window.resume()
-        }
-        AddLink {
-            id: addLink
-            onClosed: shown = false
-            onShownChanged: {
-                if (!shown) {
-                    window.resume();
-                }
-            }
-            onAdded: (url, note) => {
-                problem = window.shell.addLink(url, note);
-                if (problem.length === 0) {
-                    shown = false;
-                    window.go(Section.Inbox);
-                }
-            }
-        }
-        CorrectionPanel {
-            id: correction
-            offered: window.shell.correctionWords
-            onClosed: shown = false
-            onShownChanged: if (!shown) window.resume()
-            onGiven: (topicId, score, tags, text) => {
-                window.shell.correct(topicId, score, tags, text);
-                shown = false;
-            }
-            onRemoved: topicId => {
-                window.shell.uncorrect(topicId);
-                shown = false;
-            }
+        Panels {
+            id: panels
+            anchors.fill: parent
+            window: window
         }
     }
 }

@@ -53,6 +53,9 @@ TEST(LinkOpener, takes_the_addresses_of_pages_alone) {
 } // namespace vorle
 
 int main(int argc, char **argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QGuiApplication app(argc, argv); // the pasteboard is the window system's
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
