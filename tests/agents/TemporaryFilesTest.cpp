@@ -56,9 +56,23 @@ TEST(TemporaryFiles,
 }
 
 TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_planted_one) {
-    // Where nobody else can write along, as in a user's folder, and where everybody can.
-    const QTemporaryDir place(QCoreApplication::applicationDirPath() +
-                              QStringLiteral("/temporary-XXXXXX"));
+    // Where nobody else can write along, as in a user's folder, and where everybody can. A build
+    // that lies below a shared folder is no such place.
+    const auto isShared = [](QString folder) {
+        for (struct stat status = {}; folder != u"/"; folder = QFileInfo(folder).path()) {
+            if (::stat(QFile::encodeName(folder).constData(), &status) != 0 ||
+                (status.st_mode & S_IWOTH) != 0) {
+                return true;
+            }
+        }
+        return false;
+    };
+    const QString build = QCoreApplication::applicationDirPath();
+    const QString home = isShared(build) ? QDir::homePath() : build;
+    if (isShared(home)) {
+        GTEST_SKIP() << "everybody can write above both the build and the home folder";
+    }
+    const QTemporaryDir place(home + QStringLiteral("/vorle-test-XXXXXX"));
     const QString shared = place.filePath(QStringLiteral("shared"));
     const QString runtime = place.filePath(QStringLiteral("runtime"));
     const QString cache = place.filePath(QStringLiteral("cache"));

@@ -9,6 +9,7 @@
 #include "tests/support/Wait.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <gtest/gtest.h>
@@ -136,7 +137,7 @@ TEST(ClaudeLauncher, lets_a_terminal_live_and_tells_one_that_dies_at_once) {
     test::spinUntil([&] { return desk.agent.leftovers() == QStringList{QStringLiteral("left")}; });
 
     // Hands over to one that runs already, or is slow to begin: the files are still needed.
-    for (const char *shell : {"exit 0", "sleep 0.6"}) {
+    for (const char *shell : {"exit 0", "sleep 0.6\n: > \"$TMPDIR/ended\""}) {
         desk.inTerminal(shell, Life::LastsAsAWindow);
         EXPECT_EQ(desk.failure(ofProject()), QString());
         EXPECT_EQ(desk.agent.leftovers().filter(QStringLiteral("vorle-launch-")).size(), 2);
@@ -144,6 +145,11 @@ TEST(ClaudeLauncher, lets_a_terminal_live_and_tells_one_that_dies_at_once) {
             QFile::remove(desk.agent.temporary() + u'/' + name);
         }
     }
+    // The slow one is waited for, and what watched it goes with it.
+    test::spinUntil([&] { return desk.agent.leftovers().contains(QStringLiteral("ended")); });
+    QElapsedTimer since;
+    since.start();
+    test::spinUntil([&] { return since.elapsed() > 500; });
 }
 
 TEST(ClaudeLauncher, tells_why_no_window_opened_and_leaves_nothing) {
