@@ -49,7 +49,7 @@ install_packages() {
 
 # The display font, from its npm package. Nothing depends on it.
 fetch_font() {
-    local folder="$root/.cache/font" scratch
+    local folder="$root/.cache/font-static" scratch
     if [ -e "$folder" ]; then return; fi
     if ! command -v npm >/dev/null; then
         say "npm est absent : la police du système servira à la place de Bricolage Grotesque."
