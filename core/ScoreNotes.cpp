@@ -1,9 +1,8 @@
 #include "core/ScoreNotes.h"
 
 #include "base/Log.h"
+#include "core/BesideTopics.h"
 #include "core/DurableFile.h"
-
-#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -11,17 +10,6 @@
 namespace vorle {
 
 namespace {
-
-QString notesBeside(const QString &topicsFile) {
-    if (topicsFile.isEmpty()) {
-        return {};
-    }
-    // The demonstration's notes are not the user's.
-    const QFileInfo topics(topicsFile);
-    const QString prefix =
-        topics.fileName() == u"topics.json" ? QString() : topics.completeBaseName() + u'-';
-    return topics.absolutePath() + u'/' + prefix + QStringLiteral("score-notes.json");
-}
 
 /// Gives what went wrong; empty when nothing did. Any thread. `unreadableAt`, when given, asks for
 /// the present file to be kept aside first, under that date.
@@ -47,7 +35,9 @@ QString written(const QString &file, const std::optional<QDateTime> &unreadableA
 } // namespace
 
 ScoreNotes::ScoreNotes(const TopicStore &store, const Clock &clock)
-    : m_store(store), m_clock(clock), m_file(notesBeside(store.file())) {}
+    : m_store(store)
+    , m_clock(clock)
+    , m_file(besideTopics(store.file(), QStringLiteral("score-notes.json"))) {}
 
 ScoreNotes::Contents ScoreNotes::read(const QString &file) {
     try {

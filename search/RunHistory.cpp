@@ -1,28 +1,15 @@
 #include "search/RunHistory.h"
 
 #include "base/Log.h"
+#include "core/BesideTopics.h"
 #include "core/DurableFile.h"
 
 #include <QFileInfo>
 
 namespace vorle {
 
-namespace {
-
-QString historyBeside(const QString &topicsFile) {
-    if (topicsFile.isEmpty()) {
-        return {};
-    }
-    // The demonstration's runs are not the user's.
-    const QFileInfo topics(topicsFile);
-    const QString prefix =
-        topics.fileName() == u"topics.json" ? QString() : topics.completeBaseName() + u'-';
-    return topics.absolutePath() + u'/' + prefix + QStringLiteral("runs.json");
-}
-
-} // namespace
-
-RunHistory::RunHistory(const QString &topicsFile) : m_file(historyBeside(topicsFile)) {}
+RunHistory::RunHistory(const QString &topicsFile)
+    : m_file(besideTopics(topicsFile, QStringLiteral("runs.json"))) {}
 
 QList<RunReport> RunHistory::reports() const {
     try {

@@ -13,7 +13,10 @@ namespace {
 
 QString helpText() {
     QStringList lines{QStringLiteral("vorle, ta veille technique."), QString(),
-                      QStringLiteral("Usage : vorle COMMANDE [OPTIONS]"), QString()};
+                      QStringLiteral("Usage : vorle COMMANDE [OPTIONS]"),
+                      QStringLiteral("Sans commande, la fenêtre s’ouvre ; avec --demo, sur des "
+                                     "sujets d’exemple."),
+                      QString()};
     for (const Command &command : commands()) {
         const QString call = (command.name + u' ' + command.synopsis).trimmed();
         lines += QStringLiteral("  ") + call;

@@ -1,26 +1,13 @@
 #include "app/window/WindowState.h"
 
 #include "base/Log.h"
+#include "core/BesideTopics.h"
 #include "core/DurableFile.h"
-
-#include <QFileInfo>
 
 #include <array>
 #include <system_error>
 
 namespace vorle {
-
-namespace {
-
-QString stateFile(const QString &topicsFile) {
-    // The demonstration's window is another.
-    const QFileInfo topics(topicsFile);
-    const QString prefix =
-        topics.fileName() == u"topics.json" ? QString() : topics.completeBaseName() + u'-';
-    return topics.absolutePath() + u'/' + prefix + QStringLiteral("window.json");
-}
-
-} // namespace
 
 void WindowState::setPlace(const QRect &place) {
     x = place.x();
@@ -34,7 +21,7 @@ WindowState WindowState::load(const QString &topicsFile) {
         return {};
     }
     try {
-        const auto bytes = readWhole(stateFile(topicsFile));
+        const auto bytes = readWhole(besideTopics(topicsFile, QStringLiteral("window.json")));
         if (!bytes) {
             return {};
         }
@@ -51,7 +38,7 @@ void WindowState::save(const QString &topicsFile) const {
     const QByteArray bytes = json::encode(*this, json::Style::Pretty);
     const std::array<QByteArrayView, 1> pieces{bytes};
     try {
-        replaceWhole(stateFile(topicsFile), pieces);
+        replaceWhole(besideTopics(topicsFile, QStringLiteral("window.json")), pieces);
     } catch (const std::system_error &error) {
         logLine(QStringLiteral("the window's place was not kept: %1")
                     .arg(QString::fromLocal8Bit(error.what())));

@@ -1,0 +1,17 @@
+#include "core/BesideTopics.h"
+
+#include <QFileInfo>
+
+namespace vorle {
+
+QString besideTopics(const QString &topicsFile, const QString &name) {
+    if (topicsFile.isEmpty()) {
+        return {};
+    }
+    const QFileInfo topics(topicsFile);
+    const QString prefix =
+        topics.fileName() == u"topics.json" ? QString() : topics.completeBaseName() + u'-';
+    return topics.absolutePath() + u'/' + prefix + name;
+}
+
+} // namespace vorle
