@@ -1,23 +1,23 @@
 # The screens: one QML module, whose files stand in theme/, controls/ and screens/, and the C++ that
 # shows them.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick QuickControls2)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
-    theme/Theme.qml
+    theme/Look.qml theme/Theme.qml
     controls/ActionButton.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/KeyCap.qml
     controls/Label.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ReadingFoot.qml controls/ScoreBadge.qml controls/SearchButton.qml
+    controls/ReadingFoot.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SideItem.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
     controls/TopicCard.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
-    screens/Main.qml screens/NotchPanel.qml screens/Panels.qml screens/ReadingPage.qml
-    screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SettingsPanel.qml
+    screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SectionPlace.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/TerritoryScreen.qml
-    screens/ThemeBindings.qml screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
+    screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window
@@ -46,7 +46,7 @@ target_include_directories(vorle_window
     PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window)
 target_link_libraries(vorle_window
     PUBLIC vorle_app vorle_models vorle_modelsplugin vorle_desktop
-        Qt6::Gui Qt6::Widgets Qt6::Qml Qt6::Quick Qt6::QuickControls2
+        Qt6::Gui Qt6::Widgets Qt6::Qml Qt6::Quick
     PRIVATE vorle_flags)
 vorle_precompile(vorle_window)
 

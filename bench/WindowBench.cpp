@@ -25,7 +25,6 @@
 #include <QMap>
 #include <QProcess>
 #include <QQmlComponent>
-#include <QQuickStyle>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
@@ -85,7 +84,7 @@ void turnUntil(const std::function<bool()> &done, const char *what) {
     timer.start();
     while (!done()) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        if (timer.hasExpired(10'000)) {
+        if (timer.hasExpired(60'000)) {
             std::fprintf(stderr, "waited in vain for %s\n", what);
             std::exit(1);
         }
@@ -124,7 +123,6 @@ Application::Setup setup() {
 }
 
 void startWindow(int &argc, char **argv, double begun) {
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
     const QApplication qt(argc, argv);
     Application app(setup());
     const Moment before;
@@ -173,7 +171,6 @@ void release(QQuickWindow &window, int key) {
 }
 
 void pressKeys(int &argc, char **argv) {
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
     const QApplication qt(argc, argv);
     Application app(setup());
     // The window's most laborious line: it looks whether all came with the last search.

@@ -11,6 +11,11 @@ Column {
 
     signal act(int action)
 
+    function arrange() {
+        buttons.forceLayout();
+        forceLayout();
+    }
+
     spacing: 12
 
     Label {
@@ -63,7 +68,7 @@ Column {
             lineHeight: 1
             text: details.topic.mainSite + (details.topic.sources.length > 1 ? "  +" + (details.topic.sources.length - 1) : "")
             color: Theme.inkFaint
-            font.pixelSize: Theme.textSmall + 1
+            font.pixelSize: Theme.textNote
             wrapMode: Text.NoWrap
         }
     }

@@ -41,7 +41,7 @@ Item {
         text: bar.grade
         color: Theme.ink
         font.family: Theme.displayFamily
-        font.pixelSize: Theme.textBody + 1
+        font.pixelSize: Theme.textMenu
         font.weight: Font.Bold
         Accessible.ignored: true
     }

@@ -19,7 +19,7 @@ Item {
         id: words
         anchors.centerIn: parent
         color: Theme.inkFaint
-        font.pixelSize: Theme.textBody - 1
+        font.pixelSize: Theme.textNote
         wrapMode: Text.NoWrap
     }
 }

@@ -40,7 +40,7 @@ Rectangle {
         anchors.bottomMargin: 10
         text: qsTr("Espace ou Échap pour réduire · après une décision, le sujet suivant s’affiche")
         color: Theme.inkFaint
-        font.pixelSize: Theme.textSmall + 1
+        font.pixelSize: Theme.textNote
         wrapMode: Text.NoWrap
     }
 }

@@ -63,7 +63,7 @@ Rectangle {
             text: hit.snippetStyled
             textFormat: Text.StyledText
             color: Theme.inkSoft
-            font.pixelSize: Theme.textSmall + 1
+            font.pixelSize: Theme.textNote
             elide: Text.ElideRight
             wrapMode: Text.NoWrap
             lineHeight: 1.15

@@ -56,7 +56,7 @@ Item {
         text: item.title
         color: item.current ? Theme.ink : Theme.inkSoft
         font.family: Theme.textFamily
-        font.pixelSize: Theme.textBody + 1
+        font.pixelSize: Theme.textMenu
         font.weight: item.current ? Font.DemiBold : Font.Medium
         textFormat: Text.PlainText
         Accessible.ignored: true
@@ -68,7 +68,7 @@ Item {
         text: item.count > 0 ? item.count : ""
         color: item.strong && item.count > 0 ? Theme.accent : Theme.inkFaint
         font.family: Theme.displayFamily
-        font.pixelSize: Theme.textBody + 1
+        font.pixelSize: Theme.textMenu
         font.weight: Font.Bold
         textFormat: Text.PlainText
         Accessible.ignored: true

@@ -11,6 +11,7 @@ Item {
     property bool showActions: true
     property var actions: [] // { text, keys, primary, action }
     property bool settled: false // moves only once it has been shown
+    property bool still: false // does not move
 
     signal chosen
     signal enlarged
@@ -33,8 +34,14 @@ Item {
         Qt.callLater(() => card.settled = true); // qmllint disable
     }
 
+    // Takes its height at once, where a column would take it with the next frame.
+    function arrange() {
+        (details.item as CardDetails)?.arrange();
+        words.forceLayout();
+    }
+
     Behavior on height {
-        enabled: card.settled && !Theme.reducedMotion
+        enabled: card.settled && !card.still && !Theme.reducedMotion
         NumberAnimation {
             duration: Theme.calm
             easing.type: Easing.OutCubic
@@ -85,10 +92,10 @@ Item {
             visible: card.topic.formerScore >= 0
             anchors.horizontalCenter: badge.horizontalCenter
             y: badge.y + badge.height + 6
-            text: qsTr("avant : %1").arg(card.topic.formerScore)
+            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
             color: Theme.inkFaint
             font.family: Theme.textFamily
-            font.pixelSize: Theme.textSmall - 1
+            font.pixelSize: Theme.textSmall
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
@@ -116,7 +123,7 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     text: card.facts
                     color: Theme.inkFaint
-                    font.pixelSize: Theme.textSmall + 1
+                    font.pixelSize: Theme.textNote
                     lineHeight: 1.1
                     wrapMode: Text.NoWrap
                     elide: Text.ElideRight
@@ -127,9 +134,9 @@ Item {
                     anchors.right: due.visible ? due.left : parent.right
                     anchors.rightMargin: due.visible ? 12 : 0
                     anchors.verticalCenter: parent.verticalCenter
-                    text: qsTr("a bougé")
+                    text: visible ? qsTr("a bougé") : ""
                     color: Theme.accent
-                    font.pixelSize: Theme.textSmall + 1
+                    font.pixelSize: Theme.textNote
                     font.weight: Font.DemiBold
                     lineHeight: 1.1
                 }
@@ -140,7 +147,7 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     text: card.topic.urgencyText
                     color: Theme.accent
-                    font.pixelSize: Theme.textSmall + 1
+                    font.pixelSize: Theme.textNote
                     font.weight: Font.DemiBold
                     lineHeight: 1.1
                 }
@@ -163,6 +170,7 @@ Item {
                 lineHeight: 1.15
             }
             Loader {
+                id: details
                 active: card.open && card.topic.topicId !== undefined
                 visible: active
                 width: parent.width

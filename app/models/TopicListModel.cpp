@@ -2,7 +2,6 @@
 
 #include "app/models/TopicCard.h"
 #include "app/models/Wording.h"
-#include "core/ScoreScale.h"
 #include "core/TopicOrder.h"
 
 #include <QCoreApplication>
@@ -18,22 +17,6 @@ namespace {
 
 bool isPendingCapture(const Topic &topic) {
     return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
-}
-
-/// Links still being read, then by tier, score, newest find.
-bool soonerInInbox(const Topic &a, const Topic &b) {
-    const bool reading = isPendingCapture(a);
-    if (reading != isPendingCapture(b)) {
-        return reading;
-    }
-    const Tier left = tierOf(a);
-    const Tier right = tierOf(b);
-    if (left != right) {
-        return left < right;
-    }
-    const int score = shownScore(a).value_or(0);
-    const int other = shownScore(b).value_or(0);
-    return score != other ? score > other : a.foundAt > b.foundAt;
 }
 
 QString monthHeading(const std::optional<QDateTime> &moment) {
@@ -83,28 +66,52 @@ bool TopicListModel::belongs(const Topic &topic) const {
     }
 }
 
-/// A total order: topics that are equal in it keep the store's own.
-bool TopicListModel::before(const Row &a, const Row &b) const {
+/// Links still being read, then by tier, score, newest find.
+bool TopicListModel::soonerInInbox(const Row &a, const Row &b) {
+    const bool reading = isPendingCapture(*a.topic);
+    if (reading != isPendingCapture(*b.topic)) {
+        return reading;
+    }
+    if (a.tier != b.tier) {
+        return a.tier < b.tier;
+    }
+    const int score = shownScore(*a.topic).value_or(0);
+    const int other = shownScore(*b.topic).value_or(0);
+    return score != other ? score > other : a.topic->foundAt > b.topic->foundAt;
+}
+
+/// The section's order; it may hold two topics equal.
+bool TopicListModel::sooner(const Row &a, const Row &b) const {
     if (a.moved != b.moved) {
         return a.moved;
     }
     if (a.waits != b.waits) {
         return b.waits;
     }
-    const auto sooner = m_section == sections::Section::Inbox     ? soonerInInbox
-                        : m_section == sections::Section::Program ? soonerInProgram
-                        : m_section == sections::Section::Reserve ? triagedLater
-                                                                  : doneLater;
-    if (sooner(*a.topic, *b.topic)) {
-        return true;
+    switch (m_section) {
+    case sections::Section::Inbox:
+        return soonerInInbox(a, b);
+    case sections::Section::Program:
+        return soonerInProgram(*a.topic, *b.topic);
+    case sections::Section::Reserve:
+        return triagedLater(*a.topic, *b.topic);
+    default:
+        return doneLater(*a.topic, *b.topic);
     }
-    return !sooner(*b.topic, *a.topic) &&
-           m_store.position(a.topic->id) < m_store.position(b.topic->id);
+}
+
+/// A total order: topics that are equal in the section's keep the store's own.
+bool TopicListModel::before(const Row &a, const Row &b) const {
+    return sooner(a, b) ||
+           (!sooner(b, a) && m_store.position(a.topic->id) < m_store.position(b.topic->id));
 }
 
 TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic) const {
-    return {topic, m_section == sections::Section::Reserve && m_comebacks.hasMoved(*topic, m_store),
-            m_waiting.contains(topic->id)};
+    return {.topic = topic,
+            .tier = tierOf(*topic),
+            .moved =
+                m_section == sections::Section::Reserve && m_comebacks.hasMoved(*topic, m_store),
+            .waits = m_waiting.contains(topic->id)};
 }
 
 void TopicListModel::load() {
@@ -124,7 +131,9 @@ void TopicListModel::load() {
             m_rows.append(rowFor(topic));
         }
     }
-    std::ranges::sort(m_rows, [this](const Row &a, const Row &b) { return before(a, b); });
+    // They come in the store's order, and stay in it where the section's holds them equal.
+    std::ranges::stable_sort(m_rows, [this](const Row &a, const Row &b) { return sooner(a, b); });
+    m_held.reserve(m_rows.size());
     for (const Row &row : m_rows) {
         m_held.insert(row.topic->id, row);
         m_minutes += row.topic->minutes;
@@ -252,7 +261,7 @@ QVariant TopicListModel::data(const QModelIndex &index, int role) const {
     case sections::Section::Inbox:
         return card.inboxHeading();
     case sections::Section::Program:
-        return row.waits ? m_waitingHeading : tierLabel(tierOf(topic));
+        return row.waits ? m_waitingHeading : tierLabel(row.tier);
     case sections::Section::Library:
         return monthHeading(topic.doneAt);
     default:

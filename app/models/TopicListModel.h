@@ -3,6 +3,7 @@
 #include "app/models/Comebacks.h"
 #include "app/models/Section.h"
 #include "base/Clock.h"
+#include "core/ScoreScale.h"
 #include "core/TopicStore.h"
 
 #include <QAbstractListModel>
@@ -133,6 +134,7 @@ Q_SIGNALS:
 private:
     struct Row {
         TopicPtr topic;
+        Tier tier = Tier::ToDig; // of the topic: worked out once, compared often
         bool moved = false;
         bool waits = false;
 
@@ -140,7 +142,9 @@ private:
     };
 
     bool belongs(const Topic &topic) const;
+    bool sooner(const Row &a, const Row &b) const;
     bool before(const Row &a, const Row &b) const;
+    static bool soonerInInbox(const Row &a, const Row &b);
     Row rowFor(const TopicPtr &topic) const;
     void load();
     void follow(const QUuid &id);

@@ -8,7 +8,7 @@ QtObject {
     required property var window // Main
     required property var panels
     required property var menu // SideBar
-    required property var notch
+    required property var notch // NotchPanel, once there was a run
 
     readonly property var shell: window.shell
 
@@ -24,9 +24,13 @@ QtObject {
             return;
         }
         const title = list.value(row, TopicListModel.Title);
-        const before = list.topicIdAt(row + 1);
+        // The line that stays behind stands over the next card, or under the one before where the
+        // next is of another tier.
+        const heading = at => list.value(at, TopicListModel.Section);
+        const next = list.topicIdAt(row + 1);
+        const apart = window.screen.headings && row > 0 && next !== "" && heading(row) !== heading(row + 1);
         const section = window.sections.current;
-        const connection = (topicId, went) => window.ghost = { section: section, topicId: topicId, went: went, title: title, beforeId: before };
+        const connection = (topicId, went) => window.ghost = { section: section, topicId: topicId, went: went, title: title, beforeId: apart ? "" : next, afterId: apart ? list.topicIdAt(row - 1) : "" };
         shell.decisions.decided.connect(connection);
         act(id);
         shell.decisions.decided.disconnect(connection);
@@ -89,7 +93,9 @@ QtObject {
             if (window.listing) {
                 window.screen.enlarged = false;
             }
-            notch.dismissed = true;
+            if (notch !== null) {
+                notch.dismissed = true;
+            }
             break;
         case KeyboardMap.FirstStep:
             if (window.chosenId !== "") {

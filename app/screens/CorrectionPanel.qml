@@ -122,7 +122,7 @@ Panel {
         Label {
             text: qsTr("Ma note était %1.").arg(panel.appScore)
             color: Theme.inkFaint
-            font.pixelSize: Theme.textSmall + 1
+            font.pixelSize: Theme.textNote
         }
         Flow {
             width: parent.width

@@ -6,20 +6,16 @@ import Vorle.Models
 // The main window: the side bar, the chosen section, and what lies over them. Every key goes
 // through the keyboard map, which also draws the shortcut sheet.
 Window {
-    id: window
+    id: main
 
     required property Shell shell
-    property bool systemDark: false // set by the application
-    property bool reducedMotion: false
-    property string displayFamily: ""
-    property string textFamily: ""
 
     readonly property var sections: shell.sections
     readonly property var keyboard: shell.keyboard
     readonly property var screens: [inbox, program, reserve, library, territory, report]
-    readonly property var screen: screens[sections.current] ?? inbox
+    readonly property var screen: screens[sections.current]?.item ?? null
     readonly property bool listing: sections.current < Section.Territory
-    readonly property string chosenId: (listing ? screen.currentId : "") ?? ""
+    readonly property string chosenId: (listing ? screen?.currentId : "") ?? ""
     readonly property bool covered: panels.shown
 
     signal quitAsked
@@ -30,15 +26,7 @@ Window {
     minimumHeight: 560
     color: Theme.paper
 
-    ThemeBindings {
-        shell: window.shell
-        systemDark: window.systemDark
-        reducedMotion: window.reducedMotion
-        displayFamily: window.displayFamily
-        textFamily: window.textFamily
-    }
-
-    property var ghost: null // { section, topicId, went, title, beforeId }
+    property var ghost: null // { section, topicId, went, title, beforeId, afterId }
 
     function perform(action: int) {
         actions.perform(action);
@@ -69,7 +57,7 @@ Window {
     }
     function tell(sentence: string) {
         if (sentence.length > 0) {
-            window.ghost = null;
+            main.ghost = null;
             word.show(sentence);
         }
     }
@@ -78,51 +66,54 @@ Window {
     }
 
     Connections {
-        target: window.shell
+        target: main.shell
 
         function onSaid(sentence: string) {
-            window.tell(sentence);
+            main.tell(sentence);
         }
     }
     SectionButtons {
         id: buttons
-        keyboard: window.keyboard
+        keyboard: main.keyboard
     }
     Actions {
         id: actions
-        window: window
+        window: main
         panels: panels
         menu: side
-        notch: notch
+        notch: notch.item
     }
     // What comes back is what one wants to see.
     Connections {
-        target: window.shell.decisions
+        target: main.shell.decisions
 
         function onUndone(topicId: string) {
-            if (window.listing) {
-                window.screen.show(topicId);
+            if (main.listing) {
+                main.screen.show(topicId);
             }
         }
     }
     Timer {
         id: ghostAway
         interval: Theme.ghostStay
-        onTriggered: window.ghost = null
+        onTriggered: main.ghost = null
     }
     // What lies behind a card is worked out only when it is looked at.
-    readonly property string readId: listing && screen.enlarged ? chosenId : ""
+    readonly property string readId: listing && screen?.enlarged ? chosenId : ""
     onReadIdChanged: shell.page.topicId = readId
 
-    NotchPanel {
+    Loader {
         id: notch
-        run: window.shell.run
-        transientParent: null
-        onOpened: window.raiseAsked()
+        active: main.shell.run.running || item !== null
+        sourceComponent: NotchPanel {
+            run: main.shell.run
+            transientParent: null
+            onOpened: main.raiseAsked()
+        }
     }
     Shortcut {
         sequences: [StandardKey.Quit]
-        onActivated: window.quitAsked()
+        onActivated: main.quitAsked()
     }
     Item {
         id: root
@@ -130,15 +121,15 @@ Window {
         focus: true
         Keys.priority: Keys.BeforeItem
         Keys.onPressed: event => {
-            const typing = window.activeFocusItem instanceof TextInput || window.activeFocusItem instanceof TextEdit;
-            const action = window.keyboard.action(window.sections.current, event.key, event.modifiers, typing);
+            const typing = main.activeFocusItem instanceof TextInput || main.activeFocusItem instanceof TextEdit;
+            const action = main.keyboard.action(main.sections.current, event.key, event.modifiers, typing);
             if (action === KeyboardMap.NoAction) {
                 return;
             }
-            if (window.covered && action !== KeyboardMap.Search && action !== KeyboardMap.AddTopic && action !== KeyboardMap.ShowShortcuts) {
+            if (main.covered && action !== KeyboardMap.Search && action !== KeyboardMap.AddTopic && action !== KeyboardMap.ShowShortcuts) {
                 return; // a panel keeps the keyboard
             }
-            if (event.isAutoRepeat && !window.keyboard.repeats(action)) {
+            if (event.isAutoRepeat && !main.keyboard.repeats(action)) {
                 event.accepted = true;
                 return;
             }
@@ -146,7 +137,7 @@ Window {
             if (inMenu && (action === KeyboardMap.Previous || action === KeyboardMap.Next)) {
                 return; // the menu moves by itself
             }
-            window.perform(action);
+            main.perform(action);
             event.accepted = true;
         }
 
@@ -154,103 +145,121 @@ Window {
             id: side
             width: Theme.sideWidth
             height: parent.height
-            model: window.sections
-            current: window.sections.current
-            run: window.shell.run
-            keysRun: window.keyboard.keys(KeyboardMap.RunNow)
-            enabled: !window.covered
+            model: main.sections
+            current: main.sections.current
+            run: main.shell.run
+            keysRun: main.keyboard.keys(KeyboardMap.RunNow)
+            enabled: !main.covered
             onPicked: section => {
-                if (window.listing) {
-                    window.screen.enlarged = false;
+                if (main.listing) {
+                    main.screen.enlarged = false;
                 }
-                window.sections.current = section;
+                main.sections.current = section;
             }
-            onRunAsked: window.shell.run.start()
-            onStopAsked: window.shell.run.stop()
-            onContentAsked: window.screen.focusContent()
+            onRunAsked: main.shell.run.start()
+            onStopAsked: main.shell.run.stop()
+            onContentAsked: main.screen.focusContent()
         }
         FocusScope {
             id: content
             x: side.width
             width: parent.width - x
             height: parent.height
-            enabled: !window.covered
+            enabled: !main.covered
             focus: true
 
-            TopicScreen {
+            SectionPlace {
                 id: inbox
-                window: window
-                banner: banner.height
+                window: main
                 number: Section.Inbox
-                model: window.shell.inbox
-                headings: true
-                actions: buttons.inbox
-                hint: window.keyboard.inboxHint
-            }
-            TopicScreen {
-                id: program
-                window: window
-                banner: banner.height
-                number: Section.Program
-                model: window.shell.program
-                actions: buttons.program
-                headings: true
-                header: BudgetBar {
-                    width: parent.width
-                    visible: program.model.count > 0 || done > 0
-                    done: window.shell.budget.done
-                    planned: window.shell.budget.planned
-                    budget: window.shell.budget.budget
+                sourceComponent: TopicScreen {
+                    window: main
+                    bannerHeight: banner.height
+                    number: Section.Inbox
+                    model: main.shell.inbox
+                    headings: true
+                    actions: buttons.inbox
+                    hint: main.keyboard.inboxHint
                 }
-                hint: qsTr("%1 premier pas · %2 fait · %3 reporter · %4 retirer").arg(window.keyboard.keys(KeyboardMap.FirstStep)).arg(window.keyboard.keys(KeyboardMap.Done)).arg(window.keyboard.keys(KeyboardMap.Postpone)).arg(window.keyboard.keys(KeyboardMap.Remove))
             }
-            TopicScreen {
+            SectionPlace {
+                id: program
+                window: main
+                number: Section.Program
+                sourceComponent: TopicScreen {
+                    window: main
+                    bannerHeight: banner.height
+                    number: Section.Program
+                    model: main.shell.program
+                    actions: buttons.program
+                    headings: true
+                    header: BudgetBar {
+                        width: parent.width
+                        visible: main.shell.program.count > 0 || done > 0
+                        done: main.shell.budget.done
+                        planned: main.shell.budget.planned
+                        budget: main.shell.budget.budget
+                    }
+                    hint: buttons.programHint
+                }
+            }
+            SectionPlace {
                 id: reserve
-                window: window
-                banner: banner.height
+                window: main
                 number: Section.Reserve
-                model: window.shell.reserve
-                actions: buttons.reserve
-                hint: qsTr("%1 garder · %2 remettre à trier · 1 2 3 bof, utile, pépite").arg(window.keyboard.keys(KeyboardMap.Keep)).arg(window.keyboard.keys(KeyboardMap.BackToTriage))
+                sourceComponent: TopicScreen {
+                    window: main
+                    bannerHeight: banner.height
+                    number: Section.Reserve
+                    model: main.shell.reserve
+                    actions: buttons.reserve
+                    hint: buttons.reserveHint
+                }
             }
-            TopicScreen {
+            SectionPlace {
                 id: library
-                window: window
-                banner: banner.height
+                window: main
                 number: Section.Library
-                model: window.shell.library
-                actions: buttons.reserve
-                hint: reserve.hint
+                sourceComponent: TopicScreen {
+                    window: main
+                    bannerHeight: banner.height
+                    number: Section.Library
+                    model: main.shell.library
+                    actions: buttons.reserve
+                    hint: buttons.reserveHint
+                }
             }
-            TerritoryScreen {
+            SectionPlace {
                 id: territory
-                anchors.fill: parent
-                visible: window.sections.current === Section.Territory
-                focus: visible
-                title: visible ? window.sections.title : ""
-                model: window.shell.territory
-                searchKeys: window.keyboard.keys(KeyboardMap.Search)
-                onSearchAsked: window.perform(KeyboardMap.Search)
-                onVisibleChanged: if (visible) model.refresh()
+                window: main
+                number: Section.Territory
+                onCurrentChanged: if (current) main.shell.territory.refresh()
+                sourceComponent: TerritoryScreen {
+                    title: main.sections.title
+                    model: main.shell.territory
+                    searchKeys: main.keyboard.keys(KeyboardMap.Search)
+                    onSearchAsked: main.perform(KeyboardMap.Search)
+                }
             }
-            ReportScreen {
+            SectionPlace {
                 id: report
-                anchors.fill: parent
-                visible: window.sections.current === Section.Report
-                focus: visible
-                title: visible ? window.sections.title : ""
-                model: window.shell.report
-                searchKeys: window.keyboard.keys(KeyboardMap.Search)
-                onSearchAsked: window.perform(KeyboardMap.Search)
-                onVisibleChanged: if (visible) model.refresh()
+                window: main
+                number: Section.Report
+                onCurrentChanged: if (current) main.shell.report.refresh()
+                sourceComponent: ReportScreen {
+                    title: main.sections.title
+                    model: main.shell.report
+                    searchKeys: main.keyboard.keys(KeyboardMap.Search)
+                    onSearchAsked: main.perform(KeyboardMap.Search)
+                }
             }
             Banner {
                 id: banner
                 width: parent.width
-                run: window.shell.run
-                notice: window.shell.notice
-                onRunAsked: window.shell.run.start()
-                onNoticeDismissed: window.shell.dismissNotice()
+                run: main.shell.run
+                notice: main.shell.notice
+                onRunAsked: main.shell.run.start()
+                onNoticeDismissed: main.shell.dismissNotice()
             }
         }
         Word {
@@ -263,7 +272,7 @@ Window {
         Panels {
             id: panels
             anchors.fill: parent
-            window: window
+            window: main
         }
     }
 }

@@ -11,23 +11,25 @@ Item {
     readonly property var shell: window.shell
     readonly property var all: [search, shortcuts, addLink, correction, settings]
     readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown
-    readonly property Panel searchPanel: search
-    readonly property Panel shortcutsPanel: shortcuts
-    readonly property Panel settingsPanel: settings
-    readonly property Panel addPanel: addLink
+    readonly property PanelPlace searchPanel: search
+    readonly property PanelPlace shortcutsPanel: shortcuts
+    readonly property PanelPlace settingsPanel: settings
 
     // Two would fight for the keyboard.
-    function open(panel: var) {
+    function open(place: PanelPlace) {
         for (const other of all) {
-            other.shown = other === panel;
+            if (other !== place) {
+                other.hide();
+            }
         }
+        place?.show();
     }
     function close() {
         open(null);
     }
     // Asked of the panels themselves: a binding on them may not have been told yet.
     function anyShown(): bool {
-        return all.some(panel => panel.shown);
+        return all.some(place => place.item !== null && place.item.shown);
     }
     function add() {
         addLink.suggestion = shell.linkOnPasteboard();
@@ -38,56 +40,61 @@ Item {
         const former = topics.value(row, TopicListModel.FormerScore);
         const now = topics.value(row, TopicListModel.Score);
         open(correction);
-        correction.open(topicId, topics.value(row, TopicListModel.Title), former >= 0 ? former : now, now, shell.correctionTags(topicId), shell.correctionText(topicId), former >= 0);
+        (correction.item as CorrectionPanel).open(topicId, topics.value(row, TopicListModel.Title), former >= 0 ? former : now, now, shell.correctionTags(topicId), shell.correctionText(topicId), former >= 0);
     }
 
-    SearchOverlay {
+    PanelPlace {
         id: search
-        search: panels.shell.search
-        onClosed: shown = false
-        onShownChanged: if (!shown) panels.window.resume()
-        onPicked: (section, topicId) => panels.window.showTopic(section, topicId)
+        onGone: panels.window.resume()
+        sourceComponent: SearchOverlay {
+            search: panels.shell.search
+            onPicked: (section, topicId) => panels.window.showTopic(section, topicId)
+        }
     }
-    ShortcutSheet {
+    PanelPlace {
         id: shortcuts
-        groups: panels.window.keyboard.groups
-        onClosed: shown = false
-        onShownChanged: if (!shown) panels.window.resume()
+        onGone: panels.window.resume()
+        sourceComponent: ShortcutSheet {
+            groups: panels.window.keyboard.groups
+        }
     }
-    SettingsPanel {
+    PanelPlace {
         id: settings
-        shell: panels.shell
-        onClosed: shown = false
-        onShownChanged: if (!shown) panels.window.resume()
+        onGone: panels.window.resume()
+        sourceComponent: SettingsPanel {
+            shell: panels.shell
+        }
     }
-    AddLink {
+    PanelPlace {
         id: addLink
-        onClosed: shown = false
-        onShownChanged: {
-            if (!shown) {
-                panels.window.resume();
-            }
-        }
-        onAdded: (url, note) => {
-            problem = panels.shell.addLink(url, note);
-            if (problem.length === 0) {
-                shown = false;
-                panels.window.go(Section.Inbox);
+
+        property string suggestion: ""
+
+        onGone: panels.window.resume()
+        sourceComponent: AddLink {
+            suggestion: addLink.suggestion
+            onAdded: (url, note) => {
+                problem = panels.shell.addLink(url, note);
+                if (problem.length === 0) {
+                    addLink.hide();
+                    panels.window.go(Section.Inbox);
+                }
             }
         }
     }
-    CorrectionPanel {
+    PanelPlace {
         id: correction
-        offered: panels.shell.correctionWords
-        onClosed: shown = false
-        onShownChanged: if (!shown) panels.window.resume()
-        onGiven: (topicId, score, tags, text) => {
-            panels.shell.correct(topicId, score, tags, text);
-            shown = false;
-        }
-        onRemoved: topicId => {
-            panels.shell.uncorrect(topicId);
-            shown = false;
+        onGone: panels.window.resume()
+        sourceComponent: CorrectionPanel {
+            offered: panels.shell.correctionWords
+            onGiven: (topicId, score, tags, text) => {
+                panels.shell.correct(topicId, score, tags, text);
+                correction.hide();
+            }
+            onRemoved: topicId => {
+                panels.shell.uncorrect(topicId);
+                correction.hide();
+            }
         }
     }
 }

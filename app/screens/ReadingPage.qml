@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import QtQuick.Window
 import Vorle
 
@@ -69,9 +69,7 @@ FocusScope {
         contentHeight: body.implicitHeight + 2 * Theme.margin
         boundsBehavior: Flickable.StopAtBounds
         clip: true
-        ScrollBar.vertical: ScrollBar {
-            width: 9
-        }
+        T.ScrollBar.vertical: ScrollLine {}
 
         Column {
             id: body
@@ -105,7 +103,7 @@ FocusScope {
                         Label {
                             text: page.topic ? [page.topic.kindLabel, page.topic.minutesText, page.topic.readLevelText].filter(t => t.length > 0).join("   ·   ") : ""
                             color: Theme.inkFaint
-                            font.pixelSize: Theme.textSmall + 1
+                            font.pixelSize: Theme.textNote
                             wrapMode: Text.NoWrap
                             lineHeight: 1.1
                             anchors.verticalCenter: parent.verticalCenter
@@ -114,7 +112,7 @@ FocusScope {
                     Title {
                         width: parent.width
                         text: page.topic?.title ?? ""
-                        size: Theme.titleScreen - 2
+                        size: Theme.titleScreen
                     }
                     Label {
                         visible: text.length > 0
@@ -128,7 +126,7 @@ FocusScope {
             Label {
                 width: parent.width
                 text: page.topic?.summary ?? ""
-                font.pixelSize: Theme.textLarge + 1
+                font.pixelSize: Theme.textReading
                 lineHeight: 1.5
             }
             WhyLine {
@@ -264,7 +262,7 @@ FocusScope {
                     width: parent.width
                     text: page.details.seenText
                     color: Theme.inkSoft
-                    font.pixelSize: Theme.textBody - 1
+                    font.pixelSize: Theme.textNote
                     lineHeight: 1.5
                     maximumLineCount: more.opened ? 400 : 6
                     elide: Text.ElideRight

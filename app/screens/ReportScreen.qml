@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Vorle
 
 // "Bilan": the last runs, newest first.
@@ -12,6 +12,7 @@ FocusScope {
 
     signal searchAsked
 
+    focus: true
     Accessible.role: Accessible.Pane
     Accessible.name: title
 
@@ -55,9 +56,7 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.List
         Accessible.name: screen.title
-        ScrollBar.vertical: ScrollBar {
-            width: 9
-        }
+        T.ScrollBar.vertical: ScrollLine {}
 
         delegate: Rectangle {
             id: card

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Vorle
 
 // ⌘K: everything held, as one types.
@@ -59,9 +59,7 @@ Panel {
         boundsBehavior: Flickable.StopAtBounds
         highlightMoveDuration: 0
         keyNavigationEnabled: false
-        ScrollBar.vertical: ScrollBar {
-            width: 8
-        }
+        T.ScrollBar.vertical: ScrollLine {}
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Résultats")
         onCountChanged: currentIndex = count > 0 ? 0 : -1

@@ -1,7 +1,7 @@
 import QtQuick
 import Vorle.Models
 
-// Which action stands on which button of a card, by section.
+// Which action stands on which button of a card, by section, and the line under its list.
 QtObject {
     id: buttons
 
@@ -25,4 +25,8 @@ QtObject {
         button(qsTr("Bof"), KeyboardMap.WorthMeh, false),
         button(qsTr("Utile"), KeyboardMap.WorthUseful, false),
         button(qsTr("Pépite"), KeyboardMap.WorthGem, false)]
+
+    // The line under each list.
+    readonly property string programHint: qsTr("%1 premier pas · %2 fait · %3 reporter · %4 retirer").arg(keyboard.keys(KeyboardMap.FirstStep)).arg(keyboard.keys(KeyboardMap.Done)).arg(keyboard.keys(KeyboardMap.Postpone)).arg(keyboard.keys(KeyboardMap.Remove))
+    readonly property string reserveHint: qsTr("%1 garder · %2 remettre à trier · 1 2 3 bof, utile, pépite").arg(keyboard.keys(KeyboardMap.Keep)).arg(keyboard.keys(KeyboardMap.BackToTriage))
 }

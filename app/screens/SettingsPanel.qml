@@ -66,7 +66,7 @@ Panel {
             width: parent.width
             text: qsTr("Tous les autres réglages : « vorle reglages » dans un terminal.")
             color: Theme.inkFaint
-            font.pixelSize: Theme.textSmall + 1
+            font.pixelSize: Theme.textNote
         }
     }
 }

@@ -105,13 +105,13 @@ FocusScope {
                 width: parent.width
                 text: bar.run.running ? qsTr("Fouille en cours") : qsTr("Prochaine fouille")
                 color: Theme.inkFaint
-                font.pixelSize: Theme.textSmall + 1
+                font.pixelSize: Theme.textNote
             }
             Title {
                 width: parent.width
                 visible: !bar.run.running
                 text: bar.run.nextRunText.length > 0 ? bar.run.nextRunText : qsTr("quand tu veux")
-                size: Theme.titleSmall + 2
+                size: Theme.titleCard
             }
             Label {
                 width: parent.width

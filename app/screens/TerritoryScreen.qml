@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Vorle
 
 // "Ton territoire": what a run searches for.
@@ -12,6 +12,7 @@ FocusScope {
 
     signal searchAsked
 
+    focus: true
     Accessible.role: Accessible.Pane
     Accessible.name: title
 
@@ -64,9 +65,7 @@ FocusScope {
                 font.weight: Font.DemiBold
             }
         }
-        ScrollBar.vertical: ScrollBar {
-            width: 9
-        }
+        T.ScrollBar.vertical: ScrollLine {}
 
         delegate: Item {
             id: row
@@ -97,7 +96,7 @@ FocusScope {
                     width: parent.width
                     text: row.name
                     font.weight: Font.Medium
-                    font.pixelSize: Theme.textBody + 1
+                    font.pixelSize: Theme.textMenu
                     lineHeight: 1.2
                     Accessible.ignored: true
                 }
@@ -106,7 +105,7 @@ FocusScope {
                     visible: text.length > 0
                     text: row.detail
                     color: Theme.inkSoft
-                    font.pixelSize: Theme.textBody - 1
+                    font.pixelSize: Theme.textNote
                     lineHeight: 1.25
                     Accessible.ignored: true
                 }

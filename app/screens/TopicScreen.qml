@@ -7,13 +7,12 @@ TopicSection {
     id: screen
 
     required property var window // Main
-    required property int banner // the height it leaves free at the top
+    required property int bannerHeight // the height it leaves free at the top
     required property int number
 
     anchors.fill: parent
-    anchors.topMargin: banner
-    visible: screen.window.sections.current === screen.number
-    focus: visible
+    anchors.topMargin: bannerHeight
+    focus: true
     title: screen.visible ? screen.window.sections.title : ""
     subtitle: screen.visible ? screen.window.sections.subtitle : ""
     emptyTitle: screen.visible ? screen.window.sections.emptyTitle : ""

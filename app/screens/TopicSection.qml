@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Vorle
 
 // A section that lists topics: "À trier", "Programme", "Réserve" and "Bibliothèque".
@@ -15,7 +15,7 @@ FocusScope {
     property string emptyTitle: ""
     property string emptyText: ""
     property var emptyActions: [] // { label, action }
-    property var ghost: null // { topicId, went, title, beforeId }
+    property var ghost: null // { topicId, went, title, beforeId, afterId }
     property string undoKeys: ""
     property string searchKeys: ""
     property alias header: extra.data
@@ -27,6 +27,14 @@ FocusScope {
     property string shownId: ""
     readonly property var shownItem: list.currentItem
     readonly property var current: shownItem && shownItem.topicId === shownId ? shownItem.topic : null
+    // The line that tells where the last topic went; it comes together with the next card.
+    property var shownGhost: null
+    // The rows keep their heights: what changes in several of them is laid out in one go.
+    property bool held: false
+    // The chosen topic that went away. The next card stands open in its place at once, and until
+    // then the space is not given to others: they would be made for nothing.
+    property string goneId: ""
+    property TopicCard openCard: null
     property bool enlarged: false // the chosen card is shown as a page
     required property var details
 
@@ -67,19 +75,32 @@ FocusScope {
     // took its place is.
     function settle() {
         const row = model.rowOf(currentId);
+        if (row < 0) {
+            goneId = currentId;
+        }
         choose(row >= 0 ? row : Math.min(Math.max(0, currentRow), model.count - 1));
     }
     function followSoon() {
         Qt.callLater(follow); // qmllint disable
     }
     function follow() {
-        list.currentIndex = currentRow;
+        held = true;
         shownId = currentId;
+        shownGhost = ghost;
+        openCard?.arrange();
+        held = false;
+        list.currentIndex = currentRow;
+        list.forceLayout();
+        if (goneId !== "") {
+            list.positionViewAtIndex(currentRow, ListView.Contain);
+            goneId = "";
+        }
     }
     function focusContent() {
         spot.forceActiveFocus();
     }
     onEnlargedChanged: focusContent()
+    onGhostChanged: followSoon()
 
     Component.onCompleted: settle()
     Connections {
@@ -152,7 +173,7 @@ FocusScope {
         highlightResizeDuration: 0
         cacheBuffer: 400
         reuseItems: false
-        visible: count > 0 || root.ghost !== null
+        visible: count > 0 || root.shownGhost !== null
         Accessible.role: Accessible.List
         Accessible.name: root.title
         section.property: root.headings ? "section" : ""
@@ -173,9 +194,7 @@ FocusScope {
                 font.weight: Font.DemiBold
             }
         }
-        ScrollBar.vertical: ScrollBar {
-            width: 9
-        }
+        T.ScrollBar.vertical: ScrollLine {}
         onCountChanged: root.followSoon()
 
         footer: Item {
@@ -185,9 +204,9 @@ FocusScope {
             GhostLine {
                 id: lastGhost
                 width: parent.width
-                visible: root.ghost !== null && root.ghost.beforeId === ""
-                went: root.ghost?.went ?? ""
-                title: root.ghost?.title ?? ""
+                visible: root.shownGhost !== null && root.shownGhost.beforeId === "" && root.shownGhost.afterId === ""
+                went: root.shownGhost?.went ?? ""
+                title: root.shownGhost?.title ?? ""
                 undoKeys: root.undoKeys
                 onUndo: root.undoAsked()
             }
@@ -199,26 +218,39 @@ FocusScope {
             required property var model
             readonly property var topic: model
             readonly property string topicId: model.topicId ?? "" // none once the row is gone
-            readonly property bool ghostHere: root.ghost !== null && root.ghost.beforeId === model.topicId
+            readonly property bool ghostAbove: root.shownGhost !== null && topicId.length > 0 && root.shownGhost.beforeId === topicId
+            readonly property bool ghostBelow: root.shownGhost !== null && topicId.length > 0 && root.shownGhost.afterId === topicId
+            readonly property real wholeHeight: card.height + Theme.cardGap + ghostPlace.space
+            property real lastHeight: 0
 
             width: list.width - 2 * Theme.margin
-            height: card.height + Theme.cardGap + (ghostHere ? ghostLine.implicitHeight + Theme.cardGap : 0)
+            height: root.held || topicId === root.goneId ? lastHeight : wholeHeight
+            onHeightChanged: lastHeight = height
 
-            GhostLine {
-                id: ghostLine
+            Loader {
+                id: ghostPlace
+
+                readonly property real space: active ? (item as GhostLine).implicitHeight + Theme.cardGap : 0
+
+                y: row.ghostBelow ? card.height + Theme.cardGap : 0
                 width: parent.width
-                visible: row.ghostHere
-                went: root.ghost?.went ?? ""
-                title: root.ghost?.title ?? ""
-                undoKeys: root.undoKeys
-                onUndo: root.undoAsked()
+                active: row.ghostAbove || row.ghostBelow
+                sourceComponent: GhostLine {
+                    went: root.shownGhost?.went ?? ""
+                    title: root.shownGhost?.title ?? ""
+                    undoKeys: root.undoKeys
+                    onUndo: root.undoAsked()
+                }
             }
             TopicCard {
                 id: card
-                y: row.ghostHere ? ghostLine.implicitHeight + Theme.cardGap : 0
+                y: row.ghostAbove ? ghostPlace.space : 0
+                still: root.goneId !== ""
                 width: parent.width
                 topic: row.model
                 open: row.topicId.length > 0 && row.topicId === root.shownId
+                onOpenChanged: if (open) root.openCard = card
+                Component.onDestruction: if (root.openCard === card) root.openCard = null
                 actions: root.actions
                 onChosen: {
                     root.choose(row.index);
@@ -236,7 +268,7 @@ FocusScope {
     EmptyState {
         anchors.fill: parent
         anchors.topMargin: head.height
-        visible: list.count === 0 && root.ghost === null
+        visible: list.count === 0 && root.shownGhost === null
         title: root.emptyTitle
         text: root.emptyText
         buttons: root.emptyActions
@@ -248,7 +280,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         text: root.hint
-        visible: list.count > 0 || root.ghost !== null
+        visible: list.count > 0 || root.shownGhost !== null
     }
     // Made when it is first asked for: most starts never need it.
     Loader {

@@ -48,8 +48,11 @@ QtObject {
     property string displayFamily: "sans-serif"
     property string textFamily: "sans-serif"
     readonly property int textSmall: 12
+    readonly property int textNote: 13
     readonly property int textBody: 14
+    readonly property int textMenu: 15
     readonly property int textLarge: 16
+    readonly property int textReading: 17
     readonly property int titleSmall: 17
     readonly property int titleCard: 19
     readonly property int titleOpen: 25

@@ -9,7 +9,8 @@ namespace vorle {
 Typefaces Typefaces::load() {
     Typefaces faces{QGuiApplication::font().family(), QGuiApplication::font().family()};
 #ifndef Q_OS_MACOS
-    if (QFontDatabase::families().contains(QStringLiteral("Inter"))) {
+    // The list of all families would read every font there is.
+    if (!QFontDatabase::styles(QStringLiteral("Inter")).isEmpty()) {
         faces.text = QStringLiteral("Inter");
         faces.display = faces.text;
     }

@@ -13,7 +13,6 @@
 #include "desktop/ClaudeLauncher.h"
 
 #include <QApplication>
-#include <QQuickStyle>
 
 #include <cstdio>
 #include <exception>
@@ -121,7 +120,6 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo) {
             QStringLiteral("Il n’y a pas d’écran ici. Les commandes marchent sans : vorle aide"));
         return 1;
     }
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
     QApplication qt(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("vorle"));
     QGuiApplication::setDesktopFileName(QStringLiteral("vorle"));

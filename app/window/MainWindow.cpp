@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QQmlComponent>
 #include <QScreen>
 #include <QStyleHints>
 
@@ -40,14 +41,16 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     shell.sections()->setCurrent(
         static_cast<Section>(std::clamp(m_state.section, 0, sectionCount - 1)));
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    m_engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
-                                   {QStringLiteral("displayFamily"), faces.display},
-                                   {QStringLiteral("textFamily"), faces.text}});
-    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Vorle/screens/Main.qml")));
-    if (m_engine.rootObjects().isEmpty()) {
-        throw std::runtime_error("the main window could not be loaded");
-    }
-    m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
+    const auto shellProperty = QVariant::fromValue(&shell);
+    m_look = made(QStringLiteral("theme/Look.qml"),
+                  {{QStringLiteral("shell"), shellProperty},
+                   {QStringLiteral("systemDark"), systemIsDark()},
+                   {QStringLiteral("reducedMotion"), motionIsReduced()},
+                   {QStringLiteral("displayFamily"), faces.display},
+                   {QStringLiteral("textFamily"), faces.text}});
+    m_screens =
+        made(QStringLiteral("screens/Main.qml"), {{QStringLiteral("shell"), shellProperty}});
+    m_window = qobject_cast<QQuickWindow *>(m_screens.get());
     QList<QRect> screens;
     for (const QScreen *screen : QGuiApplication::screens()) {
         screens += screen->availableGeometry();
@@ -56,10 +59,19 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     m_window->installEventFilter(this);
     connect(m_window, SIGNAL(quitAsked()), this, SIGNAL(quitAsked()));
     connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
-    followSystem();
 }
 
 MainWindow::~MainWindow() = default;
+
+std::unique_ptr<QObject> MainWindow::made(const QString &screen, const QVariantMap &properties) {
+    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Vorle/") + screen));
+    std::unique_ptr<QObject> object(component.createWithInitialProperties(properties));
+    if (!object) {
+        throw std::runtime_error("the screens could not be loaded: " +
+                                 component.errorString().toStdString());
+    }
+    return object;
+}
 
 void MainWindow::raise() {
     m_window->show();
@@ -94,8 +106,8 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void MainWindow::followSystem() {
-    m_window->setProperty("systemDark", systemIsDark());
-    m_window->setProperty("reducedMotion", motionIsReduced());
+    m_look->setProperty("systemDark", systemIsDark());
+    m_look->setProperty("reducedMotion", motionIsReduced());
 }
 
 } // namespace vorle

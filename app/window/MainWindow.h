@@ -5,8 +5,10 @@
 #include "app/window/WindowState.h"
 
 #include <QObject>
-#include <QQmlApplicationEngine>
+#include <QQmlEngine>
 #include <QQuickWindow>
+
+#include <memory>
 
 namespace vorle {
 
@@ -40,12 +42,15 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
     void followSystem();
 
     Shell &m_shell;
     QString m_topicsFile;
     WindowState m_state;
-    QQmlApplicationEngine m_engine;
+    QQmlEngine m_engine;
+    std::unique_ptr<QObject> m_look; // what the theme is turned by
+    std::unique_ptr<QObject> m_screens;
     QQuickWindow *m_window = nullptr;
 };
 

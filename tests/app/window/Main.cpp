@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QQuickStyle>
 
 #include <gmock/gmock.h>
 
@@ -11,7 +10,6 @@ int main(int argc, char **argv) {
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
         qputenv("QT_QUICK_BACKEND", "software");
     }
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
     const QApplication app(argc, argv);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
