@@ -30,12 +30,15 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
         throw RunRefused(refused.status);
     }
     m_phase = Phase::Searching;
+    m_cancel = CancelSource();
+    const auto handedOn = cancel.onCancel([source = m_cancel]() mutable { source.cancel(); });
+    Q_EMIT started();
     const AgentKind agent = m_parts.asker.agent().locator().choose();
     RunFailure failure;
     std::exception_ptr error;
     try {
         m_parts.asker.agent().check(agent);
-        RunReport report = co_await execute(agent, cancel);
+        RunReport report = co_await execute(agent, m_cancel.token());
         setProgress(Phase::Idle, {});
         Q_EMIT finished(report);
         co_return report;

@@ -70,7 +70,12 @@ public:
     /// @throws std::system_error  every scope failed, the last for what the system refused
     Task<RunReport> run(CancelToken cancel);
 
+    /// Asks the run under way to stop, whoever asked for it; what was judged is kept.
+    void stop() { m_cancel.cancel(); }
+
 Q_SIGNALS:
+    /// A run begins; `finished` or `failed` ends it.
+    void started();
     void progressed(const vorle::RunProgress &progress);
     void finished(const vorle::RunReport &report);
     /// The run could not be made, or nothing came of it. A refused run announces nothing.
@@ -83,6 +88,7 @@ private:
 
     Parts m_parts;
     Phase m_phase = Phase::Idle;
+    CancelSource m_cancel; // of the run under way
     RunProgress m_progress;
 };
 

@@ -50,8 +50,16 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &
                    const QTimeZone &zone, QObject *parent)
     : QObject(parent), m_engine(engine), m_preferences(preferences), m_clock(clock), m_zone(zone) {
     connect(&engine, &SearchEngine::progressed, this, &RunModel::take);
+    connect(&engine, &SearchEngine::started, this, &RunModel::begin);
     connect(&engine, &SearchEngine::failed, this,
-            [this](const RunFailure &failure) { m_failure = failure; });
+            [this](const RunFailure &failure) { end({}, failureNotice(failure)); });
+    connect(&engine, &SearchEngine::finished, this, [this](const RunReport &report) {
+        FailureNotice notice;
+        if (!report.saved) {
+            notice.text = tr("Les sujets n’ont pas pu être enregistrés.");
+        }
+        end(resultText(report), std::move(notice));
+    });
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"schedule" || key == u"lastSearch") {
             Q_EMIT scheduleChanged();
@@ -62,46 +70,41 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &
 RunModel::~RunModel() { m_cancel.cancel(); }
 
 void RunModel::start() {
-    if (m_running) {
+    if (m_running || m_followed) {
         return;
     }
     m_cancel = CancelSource();
+    m_followed = true;
+    detach(follow(this, m_engine, m_cancel.token()), QStringLiteral("the search run"));
+}
+
+/// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
+Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel) {
+    try {
+        co_await engine.run(cancel);
+    } catch (const RunRefused &refusal) {
+        if (self) {
+            self->end({}, {.title = {}, .text = refusal.text()});
+        }
+    } catch (const std::exception &) {
+        // The engine has announced it.
+    }
+    if (self) {
+        self->m_followed = false;
+        Q_EMIT self->returned();
+    }
+}
+
+void RunModel::begin() {
     m_running = true;
     m_stopping = false;
     m_part = 0;
     m_progress = {};
     m_result.clear();
     m_notice = {};
-    m_failure.reset();
     Q_EMIT progressChanged();
     Q_EMIT outcomeChanged();
     Q_EMIT scheduleChanged();
-    detach(follow(this, m_engine, m_cancel.token()), QStringLiteral("the search run"));
-}
-
-/// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
-Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel) {
-    QString result;
-    FailureNotice notice;
-    try {
-        const RunReport report = co_await engine.run(cancel);
-        result = resultText(report);
-        if (!report.saved) {
-            notice.text = tr("Les sujets n’ont pas pu être enregistrés.");
-        }
-    } catch (const Cancelled &) {
-        RunReport nothing;
-        nothing.cancelled = true;
-        result = resultText(nothing);
-    } catch (const RunRefused &refusal) {
-        notice.text = refusal.text();
-    } catch (const std::exception &error) {
-        // The engine knows which agent was asked.
-        notice = failureNotice(self && self->m_failure ? *self->m_failure : runFailure(error, {}));
-    }
-    if (self) {
-        self->end(result, std::move(notice));
-    }
 }
 
 void RunModel::end(const QString &result, FailureNotice notice) {
@@ -129,17 +132,17 @@ void RunModel::stop() {
     if (m_running && !m_stopping) {
         m_stopping = true;
         Q_EMIT progressChanged();
-        m_cancel.cancel();
+        m_engine.stop();
     }
 }
 
 Task<> RunModel::stopped() {
     stop();
-    if (!m_running) {
+    if (!m_followed) {
         co_return;
     }
     const OneShot over;
-    connect(this, &RunModel::ended, this, [over] { over.fire(); });
+    connect(this, &RunModel::returned, this, [over] { over.fire(); });
     connect(this, &QObject::destroyed, [over] { over.fire(); });
     co_await over;
 }

@@ -14,12 +14,12 @@
 
 namespace vorle {
 
-/// The search run as the window shows it: the one under way, how the last one went, when the next
-/// is due, whether one was missed. Runs are started here, by hand or by the schedule, so that they
-/// can be stopped here. Main thread; what it is given outlives it.
+/// The search run as the window shows it: the one under way, whoever asked for it; how the last one
+/// went, when the next is due, whether one was missed. Main thread; what it is given outlives it.
 ///
 /// A run goes on after `stop()` until it has kept what it holds: whoever quits awaits `stopped()`
-/// before the engine goes. Deleting this object stops its run, which ends without it.
+/// before the engine goes. Deleting this object stops a run that was started here, which ends
+/// without it.
 class RunModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -63,7 +63,7 @@ public:
     Q_INVOKABLE void stop();
     /// Looks at the clock again. For whoever shows the window or wakes up.
     Q_INVOKABLE void refresh();
-    /// Stops a run under way and waits for its end.
+    /// Stops a run under way, and waits for the end of one that was started here.
     Task<> stopped();
 
     bool running() const { return m_running; }
@@ -88,10 +88,13 @@ Q_SIGNALS:
     void progressChanged();
     void outcomeChanged();
     void scheduleChanged();
-    /// A run of this object ended, one way or another.
+    /// A run ended, one way or another.
     void ended();
+    /// One that was started here has returned.
+    void returned();
 
 private:
+    void begin();
     static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel);
     void take(const RunProgress &progress);
     void end(const QString &result, FailureNotice notice);
@@ -102,13 +105,13 @@ private:
     const Clock &m_clock;
     QTimeZone m_zone;
     CancelSource m_cancel;
+    bool m_followed = false; // a run that was started here has not returned yet
     bool m_running = false;
     bool m_stopping = false;
     double m_part = 0;
     RunProgress m_progress;
     QString m_result;
     FailureNotice m_notice;
-    std::optional<RunFailure> m_failure; // as the engine announced it
 };
 
 } // namespace vorle

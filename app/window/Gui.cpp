@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "app/Interrupts.h"
+#include "app/RunTimer.h"
 #include "app/Startup.h"
 #include "app/demo/Demonstration.h"
 #include "app/window/CommandDoor.h"
@@ -11,6 +12,7 @@
 #include "app/window/Tray.h"
 #include "base/Log.h"
 #include "desktop/ClaudeLauncher.h"
+#include "search/RunPlan.h"
 
 #include <QApplication>
 
@@ -44,15 +46,26 @@ public:
         , m_main(m_shell, Typefaces::load(), app.store().file())
         , m_tray(*m_shell.run(), *m_shell.inbox())
         , m_door(app)
-        , m_instance(app.store().file()) {
+        , m_instance(app.store().file())
+        , m_timer(app.preferences(), app.clock()) {
         QGuiApplication::setQuitOnLastWindowClosed(false);
         QGuiApplication::setWindowIcon(Tray::picture(0));
         m_instance.listen();
         connect(&m_instance, &SingleInstance::raiseAsked, this, [this] { m_main.raise(); });
         connect(&m_instance, &SingleInstance::commandAsked, &m_door, &CommandDoor::serve);
-        // A command's run leaves a report too.
-        connect(&app.engine(), &SearchEngine::finished, m_shell.report(), &ReportModel::refresh);
-        connect(&app.engine(), &SearchEngine::failed, m_shell.report(), &ReportModel::refresh);
+        connect(&m_timer, &RunTimer::due, this, [this] {
+            // Nobody asked: with nothing to search there is nothing to tell either.
+            if (hasTerritory(m_app.preferences())) {
+                m_shell.run()->start();
+            }
+        });
+        connect(&m_timer, &RunTimer::looked, &m_shell, &Shell::refresh);
+        connect(qApp, &QGuiApplication::applicationStateChanged, &m_timer,
+                [this](Qt::ApplicationState state) {
+                    if (state == Qt::ApplicationActive) {
+                        m_timer.look(); // it may have slept
+                    }
+                });
         connect(&m_tray, &Tray::openAsked, this, [this] { m_main.raise(); });
         connect(&m_tray, &Tray::addAsked, this, [this] { m_main.perform(KeyboardMap::AddTopic); });
         connect(&m_tray, &Tray::settingsAsked, this,
@@ -109,6 +122,7 @@ private:
     Tray m_tray;
     CommandDoor m_door;
     SingleInstance m_instance;
+    RunTimer m_timer;
     bool m_quitting = false;
 };
 

@@ -144,6 +144,11 @@ QString Shell::addLink(const QString &url, const QString &note) {
     return refusal != nullptr ? refusal->text : QString();
 }
 
+void Shell::refresh() {
+    m_run->refresh();
+    m_budget->refresh();
+}
+
 Task<> Shell::stopped() {
     m_capture->stop();
     m_parts.app.briefs().stop();

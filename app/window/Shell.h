@@ -100,6 +100,8 @@ public:
     /// Captures a link: it is read and judged, and waits in "À trier". Gives a French sentence
     /// when the link cannot be taken, "" when it was.
     Q_INVOKABLE QString addLink(const QString &url, const QString &note);
+    /// Looks at the clock again: a new day changes what is next, what was missed, the week's time.
+    void refresh();
     /// Stops what goes on in the background, and ends once it has.
     Task<> stopped();
     /// A web address on the pasteboard, "" for anything else.

@@ -151,6 +151,22 @@ TEST_F(RunModelTest, is_stopped_before_the_program_quits) {
     test::spinUntil([&] { return engine.phase() == SearchEngine::Phase::Idle; });
 }
 
+TEST_F(RunModelTest, shows_and_stops_a_run_that_was_asked_for_elsewhere) {
+    signIn(20);
+    preferences.change(&Settings::interests, {text("Rust")});
+    int ends = 0;
+    QObject::connect(model.get(), &RunModel::ended, [&] { ++ends; });
+    Task<RunReport> run = engine.run(CancelToken());
+    EXPECT_TRUE(model->running());
+    test::spinUntil([&] { return !model->statusText().isEmpty(); });
+    model->start(); // shows that one
+    model->stop();
+    EXPECT_TRUE(test::waitFor(std::move(run)).cancelled);
+    EXPECT_FALSE(model->running());
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(model->lastResultText(), text("Fouille arrêtée\u00A0: rien n’était encore jugé."));
+}
+
 TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
     const auto at = [](int day, int hour) {
         return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);

@@ -1,3 +1,4 @@
+#include "app/RunTimer.h"
 #include "app/window/SingleInstance.h"
 #include "app/window/WindowState.h"
 
@@ -6,6 +7,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QThread>
+
+#include "tests/core/Samples.h"
 
 #include <gtest/gtest.h>
 
@@ -70,6 +73,45 @@ TEST(SingleInstance, a_second_start_raises_the_first_even_over_what_a_crash_left
     EXPECT_TRUE(asked.wait(5000));
     EXPECT_TRUE(second->wait(5000));
     EXPECT_TRUE(raised);
+}
+
+TEST(RunTimer, starts_the_run_at_its_time_and_never_one_that_was_slept_through) {
+    using namespace std::chrono_literals;
+    QTemporaryDir folder;
+    Preferences preferences{
+        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json")))};
+    test::FixedClock clock;
+    const auto at = [](int day, int hour, int minute, int second = 0) {
+        return QDateTime(QDate(2026, 11, day), QTime(hour, minute, second), Qt::UTC);
+    };
+    clock.moment = at(8, 23, 0); // Sunday; the run is due on Monday at 8:00
+    RunTimer timer(preferences, clock, QTimeZone::utc());
+    QSignalSpy due(&timer, &RunTimer::due);
+    QSignalSpy looked(&timer, &RunTimer::looked);
+    EXPECT_EQ(timer.wait(), RunTimer::longestWait);
+    clock.moment = at(9, 7, 59, 58);
+    timer.look();
+    EXPECT_EQ(due.count(), 0);
+    EXPECT_EQ(timer.wait(), 3s);
+    clock.moment = at(9, 8, 0, 1);
+    timer.look();
+    EXPECT_EQ(due.count(), 1);
+    EXPECT_EQ(timer.next(), at(16, 8, 0));
+    timer.look(); // once a week is enough
+    EXPECT_EQ(due.count(), 1);
+
+    clock.moment = at(16, 8, 30); // woken up half an hour late
+    timer.look();
+    EXPECT_EQ(due.count(), 1);
+    EXPECT_EQ(looked.count(), 4);
+
+    preferences.change(&Settings::schedule, Schedule{{3}, 9, 0});
+    EXPECT_EQ(timer.next(), at(17, 9, 0));
+    preferences.change(&Settings::schedule, Schedule{{}, 9, 0});
+    EXPECT_FALSE(timer.next());
+    clock.moment = at(17, 9, 0);
+    timer.look();
+    EXPECT_EQ(due.count(), 1);
 }
 
 } // namespace
