@@ -8,7 +8,7 @@ set(VORLE_QML
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/KeyCap.qml
     controls/Label.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ReadingFoot.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
+    controls/ReadingFoot.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SideItem.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
@@ -16,7 +16,7 @@ set(VORLE_QML
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
     screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SectionPlace.qml screens/SettingsPanel.qml
-    screens/ShortcutSheet.qml screens/SideBar.qml screens/TerritoryScreen.qml
+    screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
     screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 

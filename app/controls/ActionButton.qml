@@ -37,23 +37,30 @@ T.Button {
         }
     }
 
-    contentItem: Row {
-        spacing: 9
+    contentItem: Item {
+        // By its place: a name here would have it made before it is needed.
+        implicitWidth: children[0].implicitWidth
+        implicitHeight: children[0].implicitHeight
 
-        Text {
-            text: button.text
-            font: button.font
-            color: button.inkNow
-            textFormat: Text.PlainText
-            anchors.verticalCenter: parent.verticalCenter
-            Accessible.ignored: true
-        }
-        KeyCap {
-            keys: button.keys
-            bare: button.keys.length > 1
-            ink: button.primary ? Theme.accentInk : Theme.inkSoft
-            fill: button.primary ? Theme.accentKey : Theme.sunken
-            anchors.verticalCenter: parent.verticalCenter
+        Row {
+            anchors.centerIn: parent
+            spacing: 9
+
+            Text {
+                text: button.text
+                font: button.font
+                color: button.inkNow
+                textFormat: Text.PlainText
+                anchors.verticalCenter: parent.verticalCenter
+                Accessible.ignored: true
+            }
+            KeyCap {
+                keys: button.keys
+                bare: button.keys.length > 1
+                ink: button.primary ? Theme.accentInk : Theme.inkSoft
+                fill: button.primary ? Theme.accentKey : Theme.sunken
+                anchors.verticalCenter: parent.verticalCenter
+            }
         }
     }
     background: Rectangle {

@@ -101,45 +101,9 @@ FocusScope {
             width: parent.width - 32
             spacing: 4
 
-            Label {
+            RunStatus {
                 width: parent.width
-                text: bar.run.running ? qsTr("Fouille en cours") : qsTr("Prochaine fouille")
-                color: Theme.inkFaint
-                font.pixelSize: Theme.textNote
-            }
-            Title {
-                width: parent.width
-                visible: !bar.run.running
-                text: bar.run.nextRunText.length > 0 ? bar.run.nextRunText : qsTr("quand tu veux")
-                size: Theme.titleCard
-            }
-            Label {
-                width: parent.width
-                visible: bar.run.running
-                text: bar.run.statusText
-                font.weight: Font.DemiBold
-                maximumLineCount: 2
-                elide: Text.ElideRight
-            }
-            Rectangle {
-                visible: bar.run.running
-                width: parent.width
-                height: 5
-                radius: 2.5
-                color: Theme.line
-
-                Rectangle {
-                    width: parent.width * bar.run.progress
-                    height: parent.height
-                    radius: 2.5
-                    color: Theme.accent
-
-                    Behavior on width {
-                        NumberAnimation {
-                            duration: Theme.calm
-                        }
-                    }
-                }
+                run: bar.run
             }
             Item {
                 width: 1

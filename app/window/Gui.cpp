@@ -66,10 +66,10 @@ public:
                         m_timer.look(); // it may have slept
                     }
                 });
-        connect(&m_tray, &Tray::openAsked, this, [this] { m_main.raise(); });
-        connect(&m_tray, &Tray::addAsked, this, [this] { m_main.perform(KeyboardMap::AddTopic); });
-        connect(&m_tray, &Tray::settingsAsked, this,
-                [this] { m_main.perform(KeyboardMap::OpenSettings); });
+        connect(&m_tray, &Tray::openAsked, &m_main, &MainWindow::raise);
+        connect(&m_tray, &Tray::statusAsked, &m_main, &MainWindow::toggleStatus);
+        connect(&m_tray, &Tray::addAsked, &m_main, &MainWindow::add);
+        connect(&m_tray, &Tray::settingsAsked, &m_main, &MainWindow::openSettings);
         connect(&m_tray, &Tray::quitAsked, this, [this] { quit(); });
         connect(&m_main, &MainWindow::closed, this, [this] { windowClosed(); });
         connect(&m_main, &MainWindow::quitAsked, this, [this] { quit(); });

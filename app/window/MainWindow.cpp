@@ -84,6 +84,40 @@ void MainWindow::perform(KeyboardMap::Action action) {
     QMetaObject::invokeMethod(m_window, "perform", Q_ARG(int, static_cast<int>(action)));
 }
 
+void MainWindow::toggleStatus(const QRect &item) {
+    if (!m_statusScreen) {
+        m_statusScreen = made(QStringLiteral("screens/StatusPanel.qml"),
+                              {{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}});
+        auto *made = qobject_cast<QQuickWindow *>(m_statusScreen.get());
+        connect(made, &QWindow::visibleChanged, this, [this](bool shown) {
+            if (!shown) {
+                m_statusGone.start();
+            }
+        });
+        connect(made, SIGNAL(openAsked()), this, SLOT(raise()));
+        connect(made, SIGNAL(addAsked()), this, SLOT(add()));
+        connect(made, SIGNAL(settingsAsked()), this, SLOT(openSettings()));
+    }
+    auto *panel = qobject_cast<QQuickWindow *>(m_statusScreen.get());
+    // The click on the item that should put it away has taken the keyboard from it already.
+    constexpr qint64 sameClick = 300;
+    if (panel->isVisible() || (m_statusGone.isValid() && m_statusGone.elapsed() < sameClick)) {
+        panel->hide();
+        return;
+    }
+    const QScreen *screen = QGuiApplication::screenAt(item.center());
+    const QRect free = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    m_shell.refresh();
+    panel->setPosition(besideItem(item, panel->size(), free));
+    panel->show();
+    panel->raise();
+    panel->requestActivate();
+}
+
+void MainWindow::add() { perform(KeyboardMap::AddTopic); }
+
+void MainWindow::openSettings() { perform(KeyboardMap::OpenSettings); }
+
 void MainWindow::keepPlace() {
     if (m_window->visibility() == QWindow::Windowed) {
         m_state.setPlace(m_window->geometry());

@@ -4,6 +4,7 @@
 #include "app/window/Fonts.h"
 #include "app/window/WindowState.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -29,9 +30,13 @@ public:
 
     /// Shows the window and brings it to the front.
     Q_SLOT void raise();
+    Q_SLOT void add();
+    Q_SLOT void openSettings();
     /// Shows the window and does what the keyboard map calls so.
     void perform(KeyboardMap::Action action);
     void keepPlace();
+    /// Shows the small panel of the menu-bar item, or puts it away.
+    void toggleStatus(const QRect &item);
 
 Q_SIGNALS:
     /// The user asked to close the window, which is still there.
@@ -52,6 +57,8 @@ private:
     std::unique_ptr<QObject> m_look; // what the theme is turned by
     std::unique_ptr<QObject> m_screens;
     QQuickWindow *m_window = nullptr;
+    std::unique_ptr<QObject> m_statusScreen; // made when it is first asked for
+    QElapsedTimer m_statusGone;              // since it was put away
 };
 
 } // namespace vorle

@@ -3,6 +3,8 @@
 #include "app/models/RunModel.h"
 #include "app/models/TopicListModel.h"
 
+#include <QCursor>
+#include <QGuiApplication>
 #include <QPainter>
 
 namespace vorle {
@@ -52,13 +54,11 @@ Tray::Tray(RunModel &run, TopicListModel &inbox, QObject *parent)
     m_menu.addSeparator();
     m_menu.addAction(tr("Réglages"), this, &Tray::settingsAsked);
     m_menu.addAction(tr("Quitter"), this, &Tray::quitAsked);
-    m_item.setContextMenu(&m_menu);
-    connect(&m_item, &QSystemTrayIcon::activated, this,
-            [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
-                    Q_EMIT openAsked();
-                }
-            });
+    // On a Mac an item that has a menu opens it on every click, and never tells of one.
+    if (QGuiApplication::platformName() != u"cocoa") {
+        m_item.setContextMenu(&m_menu);
+    }
+    connect(&m_item, &QSystemTrayIcon::activated, this, &Tray::activated);
     connect(&m_item, &QSystemTrayIcon::messageClicked, this, &Tray::openAsked);
     connect(&run, &RunModel::progressChanged, this, &Tray::refresh);
     connect(&run, &RunModel::scheduleChanged, this, &Tray::refresh);
@@ -66,6 +66,19 @@ Tray::Tray(RunModel &run, TopicListModel &inbox, QObject *parent)
     refresh();
     if (QSystemTrayIcon::isSystemTrayAvailable()) {
         m_item.show();
+    }
+}
+
+void Tray::activated(QSystemTrayIcon::ActivationReason reason) {
+    // Some trays do not say where their items are: then it is where the pointer is.
+    const QRect told = m_item.geometry();
+    const QRect place = told.isValid() ? told : QRect(QCursor::pos(), QSize(1, 1));
+    if (reason == QSystemTrayIcon::Trigger) {
+        Q_EMIT statusAsked(place);
+    } else if (reason == QSystemTrayIcon::DoubleClick) {
+        Q_EMIT openAsked();
+    } else if (reason == QSystemTrayIcon::Context && m_item.contextMenu() == nullptr) {
+        m_menu.popup(place.bottomLeft());
     }
 }
 

@@ -11,7 +11,8 @@ class RunModel;
 class TopicListModel;
 
 /// The menu-bar item: how much there is to sort, the next run, and the ways in. Where the system
-/// has no place for such items nothing is shown, and all of it is reached from the window. Main
+/// has no place for such items nothing is shown, and all of it is reached from the window. A click
+/// asks for the small panel, a double click opens the window, the other button has the menu. Main
 /// thread; needs a QApplication; what it is given outlives it.
 class Tray final : public QObject {
     Q_OBJECT
@@ -27,11 +28,14 @@ public:
 
 Q_SIGNALS:
     void openAsked();
+    /// The item itself was chosen: the small panel is wanted, beside that place on the screen.
+    void statusAsked(const QRect &item);
     void addAsked();
     void settingsAsked();
     void quitAsked();
 
 private:
+    void activated(QSystemTrayIcon::ActivationReason reason);
     void refresh();
 
     RunModel &m_run;

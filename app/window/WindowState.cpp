@@ -4,6 +4,7 @@
 #include "core/BesideTopics.h"
 #include "core/DurableFile.h"
 
+#include <algorithm>
 #include <array>
 #include <system_error>
 
@@ -68,6 +69,18 @@ QRect onScreen(const QRect &wanted, const QSize &fallback, const QList<QRect> &s
     place.moveTo(std::clamp(wanted.x(), screen.x(), screen.right() + 1 - place.width()),
                  std::clamp(wanted.y(), screen.y(), screen.bottom() + 1 - place.height()));
     return place;
+}
+
+QPoint besideItem(const QRect &item, const QSize &panel, const QRect &screen) {
+    constexpr int gap = 6;
+    const bool under = item.center().y() < screen.center().y();
+    const int x = item.center().x() - panel.width() / 2;
+    const int y = under ? item.bottom() + 1 + gap : item.top() - gap - panel.height();
+    const auto held = [](int wanted, int first, int length, int room) {
+        return std::max(first, std::min(wanted, first + room - length));
+    };
+    return {held(x, screen.x() + gap, panel.width(), screen.width() - 2 * gap),
+            held(y, screen.y() + gap, panel.height(), screen.height() - 2 * gap)};
 }
 
 } // namespace vorle

@@ -38,4 +38,8 @@ struct WindowState {
 /// never set, the middle of the first at `fallback`. `screens` are the places free for windows.
 QRect onScreen(const QRect &wanted, const QSize &fallback, const QList<QRect> &screens);
 
+/// Where a panel of that size hangs from the menu-bar item `item`: under it, or over it where the
+/// bar is at the bottom; whole on `screen`, the place free for windows.
+QPoint besideItem(const QRect &item, const QSize &panel, const QRect &screen);
+
 } // namespace vorle

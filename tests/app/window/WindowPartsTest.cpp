@@ -39,6 +39,15 @@ TEST(WindowState, a_window_always_comes_back_where_it_can_be_seen) {
     }
 }
 
+TEST(WindowState, the_small_panel_hangs_from_its_item_and_stays_whole) {
+    const QSize panel(340, 260);
+    const QRect screen(0, 25, 1440, 875);
+    EXPECT_EQ(besideItem({700, 0, 24, 24}, panel, screen), QPoint(541, 31));    // bar at the top
+    EXPECT_EQ(besideItem({1410, 0, 24, 24}, panel, screen), QPoint(1094, 31));  // near the edge
+    EXPECT_EQ(besideItem({20, 904, 24, 24}, panel, screen), QPoint(6, 634));    // bar at the bottom
+    EXPECT_EQ(besideItem({700, 0, 1, 1}, {2000, 2000}, screen), QPoint(6, 31)); // too large for it
+}
+
 TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     QTemporaryDir folder;
     const QString topics = folder.filePath(QStringLiteral("topics.json"));

@@ -382,6 +382,41 @@ TEST_F(WindowTest, everything_that_can_be_acted_on_has_a_name_and_a_role) {
     }
 }
 
+TEST_F(WindowTest, the_small_panel_tells_what_waits_and_leads_in_by_keyboard_alone) {
+    fill();
+    open();
+    QAccessible::setActive(true);
+    const auto panel = [] {
+        for (QWindow *each : QGuiApplication::topLevelWindows()) {
+            if (each->title() == u"vorle, en bref") {
+                return each;
+            }
+        }
+        return static_cast<QWindow *>(nullptr);
+    };
+    EXPECT_EQ(panel(), nullptr);
+    const auto show = [&] {
+        m_main->toggleStatus({700, 0, 24, 24});
+        ASSERT_NE(panel(), nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(panel()));
+    };
+    show();
+    std::multiset<QAccessible::Role> roles;
+    expectNamed(QAccessible::queryAccessibleInterface(panel()), roles, QString());
+    EXPECT_EQ(roles.count(QAccessible::PushButton), 4U);
+    QTest::keyClick(panel(), Qt::Key_Escape);
+    EXPECT_FALSE(panel()->isVisible());
+    m_main->toggleStatus({700, 0, 24, 24});
+    EXPECT_FALSE(panel()->isVisible()) << "the click that put it away does not bring it back";
+
+    QTest::qWait(350);
+    show();
+    QTest::keyClick(panel(), Qt::Key_Tab);
+    QTest::keyClick(panel(), Qt::Key_Return); // "Ajouter un sujet"
+    EXPECT_FALSE(panel()->isVisible());
+    EXPECT_TRUE(window().property("covered").toBool());
+}
+
 TEST_F(WindowTest, an_empty_store_says_so_in_every_section) {
     open();
     for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4}) {
