@@ -11,6 +11,11 @@ Item {
 
     signal act(int action)
 
+    TextMetrics {
+        id: whole
+        font: words.font
+        text: empty.text
+    }
     Column {
         anchors.centerIn: parent
         anchors.verticalCenterOffset: -24
@@ -27,8 +32,14 @@ Item {
             horizontalAlignment: Text.AlignHCenter
         }
         Label {
+            id: words
+
+            // Lines of about one length: a last word of its own looks like a mistake.
+            readonly property real lines: Math.max(1, Math.ceil(whole.advanceWidth / parent.width))
+
             visible: text.length > 0
-            width: parent.width
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(parent.width, Math.ceil(whole.advanceWidth / lines) + 40)
             text: empty.text
             color: Theme.inkSoft
             font.pixelSize: Theme.textLarge
@@ -46,7 +57,7 @@ Item {
                     required property var modelData
                     required property int index
                     text: modelData.label
-                                        primary: index === 0
+                    primary: index === 0
                     onClicked: empty.act(modelData.action)
                 }
             }

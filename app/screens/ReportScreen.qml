@@ -35,6 +35,7 @@ FocusScope {
     }
     EmptyState {
         anchors.fill: parent
+        anchors.topMargin: head.height
         visible: list.count === 0
         title: qsTr("Pas encore de fouille.")
         text: qsTr("Chaque fouille laisse ici son compte rendu : ce que j’ai trouvé, lu, jugé, et ce qui n’a rien donné.")
@@ -115,7 +116,7 @@ FocusScope {
 
                         Label {
                             id: name
-                            width: 190
+                            width: 230
                             text: scope.modelData.name
                             color: Theme.inkFaint
                             elide: Text.ElideRight
@@ -123,7 +124,7 @@ FocusScope {
                         }
                         Label {
                             id: found
-                            x: 202
+                            x: 242
                             width: parent.width - x
                             text: scope.modelData.text
                             color: scope.modelData.failed ? Theme.accent : Theme.inkSoft
