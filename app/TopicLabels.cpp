@@ -73,4 +73,11 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
                                                            : deadline;
 }
 
+QString releasedText(qsizetype count) {
+    return count == 1
+               ? QStringLiteral("1 sujet d’une fouille interrompue rejoint « À trier ».")
+               : QStringLiteral("%1 sujets d’une fouille interrompue rejoignent « À trier ».")
+                     .arg(count);
+}
+
 } // namespace vorle

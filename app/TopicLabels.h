@@ -17,4 +17,7 @@ QString dayLabel(const QDate &day, const QDate &today);
 /// "avant le 28 novembre" (with its year when it is not this one), "maintenant", or empty.
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
 
+/// What is said once `count` topics of a run that died were handed out.
+QString releasedText(qsizetype count);
+
 } // namespace vorle

@@ -6,7 +6,7 @@ set(VORLE_QML
     theme/Look.qml theme/Theme.qml
     controls/ActionButton.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
-    controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/KeyCap.qml
+    controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/KeyCap.qml
     controls/Label.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ReadingFoot.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml

@@ -2,6 +2,7 @@
 
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <utility>
@@ -258,6 +259,26 @@ QStringView utf8Prefix(QStringView text, qsizetype maxBytes) {
         at += point.units;
     }
     return text.first(at);
+}
+
+QString withoutHidden(const QString &text) {
+    const auto hides = [](char32_t c) {
+        constexpr char32_t nonJoiner = 0x200C;
+        constexpr char32_t joiner = 0x200D;
+        return QChar::category(c) == QChar::Other_Format && c != joiner && c != nonJoiner;
+    };
+    // None of them is below U+00AD: most texts are left as they are at once.
+    if (std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0xAD; })) {
+        return text;
+    }
+    QString out;
+    out.reserve(text.size());
+    for (const char32_t c : text.toUcs4()) {
+        if (!hides(c)) {
+            out += QStringView(QChar::fromUcs4(c));
+        }
+    }
+    return out;
 }
 
 } // namespace vorle

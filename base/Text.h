@@ -28,6 +28,10 @@ QStringView lastCharacters(QStringView text, qsizetype count);
 /// name stays as it is.
 QString decodeEntities(QStringView text);
 
+/// `text` without the characters of category Cf, which nobody sees: they turn the direction of what
+/// follows, or hide words. The two joiners stay: they shape what is seen.
+QString withoutHidden(const QString &text);
+
 /// The longest prefix of `text` that takes at most `maxBytes` in UTF-8 and does not cut a code
 /// point.
 QStringView utf8Prefix(QStringView text, qsizetype maxBytes);

@@ -206,7 +206,11 @@ bool TopicStore::markDone(const QUuid &id, std::optional<Worth> worth) {
 bool TopicStore::judgeWorth(const QUuid &id, Worth worth) {
     const TopicPtr present = topic(id);
     if (present && present->status == TopicStatus::Done) {
-        return change(id, [worth](Topic &topic) { topic.worth = worth; });
+        const QDateTime now = m_clock.now();
+        return change(id, [&](Topic &topic) {
+            topic.worth = worth;
+            topic.triagedAt = now;
+        });
     }
     return markDone(id, worth);
 }

@@ -114,7 +114,8 @@ public:
     bool dismiss(const QUuid &id);  ///< "pas pour moi"
     bool backToInbox(const QUuid &id);
     bool markDone(const QUuid &id, std::optional<Worth> worth = std::nullopt);
-    /// The verdict on a topic: in the library the verdict alone changes; anywhere else the topic
+    /// The verdict on a topic: in the library the verdict and the date of the decision
+    /// alone change; anywhere else the topic
     /// is marked done with it.
     bool judgeWorth(const QUuid &id, Worth worth);
     std::optional<Placement> placement(const QUuid &id) const;

@@ -14,20 +14,13 @@ constexpr QChar wordJoiner(0x2060);
 
 /// What a reader sees of `text`, on one line.
 QString visible(const QString &text) {
-    constexpr char32_t nonJoiner = 0x200C;
-    constexpr char32_t joiner = 0x200D;
     QString out;
-    for (const char32_t c : utf8Prefix(text, maxLineBytes).toUcs4()) {
+    for (const char32_t c : withoutHidden(utf8Prefix(text, maxLineBytes).toString()).toUcs4()) {
         switch (QChar::category(c)) {
         case QChar::Other_Control:
         case QChar::Separator_Line:
         case QChar::Separator_Paragraph:
             out += u' ';
-            break;
-        case QChar::Other_Format: // directions, hidden tags; the joiners shape what is seen
-            if (c == joiner || c == nonJoiner) {
-                out += QStringView(QChar::fromUcs4(c));
-            }
             break;
         default:
             out += QStringView(QChar::fromUcs4(c));

@@ -1,3 +1,4 @@
+#include "app/TopicLabels.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
@@ -36,11 +37,7 @@ Task<> openStore(Context &context) {
                 .arg(*store.setAside()));
     }
     if (const qsizetype released = store.releaseAllPending(); released > 0) {
-        context.console.say(
-            released == 1
-                ? QStringLiteral("1 sujet d’une fouille interrompue rejoint « À trier ».")
-                : QStringLiteral("%1 sujets d’une fouille interrompue rejoignent « À trier ».")
-                      .arg(released));
+        context.console.say(releasedText(released));
     }
 }
 

@@ -20,6 +20,7 @@ T.Button {
     font.pixelSize: Theme.textBody
     font.weight: Font.DemiBold
     hoverEnabled: true
+    focusPolicy: Qt.TabFocus // a click leaves the keyboard where single keys decide
     opacity: enabled ? 1 : 0.45
     Accessible.role: Accessible.Button
     Accessible.name: text

@@ -29,10 +29,12 @@ Column {
     }
     WhyLine {
         width: parent.width
+        lines: 4
         text: details.topic.why
     }
     StepLine {
         width: parent.width
+        lines: 3
         text: details.topic.firstStep
     }
     Item {
@@ -54,7 +56,6 @@ Column {
                     text: modelData.text
                     keys: modelData.keys
                     primary: modelData.primary === true
-                    focusPolicy: Qt.TabFocus
                     onClicked: details.act(modelData.action)
                 }
             }

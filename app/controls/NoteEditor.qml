@@ -21,7 +21,11 @@ T.TextArea {
     }
     onTopicChanged: {
         keep();
-        heldId = topic?.topicId ?? "";
+        const id = topic?.topicId ?? "";
+        if (heldId.length > 0 && id !== heldId) {
+            focus = false; // what is typed on was meant for the other
+        }
+        heldId = id;
         heldText = topic?.note ?? "";
         text = heldText;
     }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Vorle
 
 // A sheet over the window: dims what is behind, keeps the keyboard, goes with Échap.
@@ -25,6 +26,18 @@ FocusScope {
     Accessible.name: name
     Accessible.ignored: !shown
     Keys.onEscapePressed: closed()
+    Keys.onPressed: event => {
+        const steps = {
+            [Qt.Key_Up]: -60,
+            [Qt.Key_Down]: 60,
+            [Qt.Key_PageUp]: -0.9 * pages.height,
+            [Qt.Key_PageDown]: 0.9 * pages.height
+        };
+        if (pages.interactive && event.key in steps) {
+            sight.scrollBy(steps[event.key]);
+            event.accepted = true;
+        }
+    }
     onShownChanged: if (shown) forceActiveFocus()
 
     Behavior on opacity {
@@ -33,6 +46,11 @@ FocusScope {
         }
     }
 
+    InSight {
+        id: sight
+        view: pages
+        focused: panel.shown ? panel.Window.activeFocusItem : null
+    }
     Rectangle {
         anchors.fill: parent
         color: Theme.veil

@@ -6,6 +6,7 @@ Rectangle {
     id: foot
 
     property var actions: [] // { text, keys, primary, action }
+    property string hint: ""
 
     signal act(int action)
 
@@ -38,7 +39,7 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 10
-        text: qsTr("Espace ou Échap pour réduire · après une décision, le sujet suivant s’affiche")
+        text: foot.hint
         color: Theme.inkFaint
         font.pixelSize: Theme.textNote
         wrapMode: Text.NoWrap

@@ -6,6 +6,7 @@ Item {
     id: step
 
     property string text: ""
+    property int lines: 100000 // at most
 
     visible: text.length > 0
     implicitHeight: words.implicitHeight
@@ -21,6 +22,8 @@ Item {
         id: words
         x: head.implicitWidth + 10
         width: parent.width - x
+        maximumLineCount: step.lines
+        elide: Text.ElideRight
         text: step.text
         color: Theme.inkSoft
     }

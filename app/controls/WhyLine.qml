@@ -6,6 +6,7 @@ Item {
     id: why
 
     property string text: ""
+    property int lines: 100000 // at most
 
     visible: text.length > 0
     implicitHeight: words.implicitHeight
@@ -21,6 +22,8 @@ Item {
         id: words
         x: 18
         width: parent.width - x
+        maximumLineCount: why.lines
+        elide: Text.ElideRight
         text: qsTr("Pourquoi toi : %1").arg(why.text)
         font.pixelSize: Theme.textLarge
         font.weight: Font.Medium

@@ -16,8 +16,9 @@ QString nameOf(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpp
 /// What fits on the line that tells a decision, and leaves room for where it went.
 QString shortTitle(const QString &title) {
     constexpr qsizetype most = 42;
-    const QStringView kept = firstCharacters(title, most);
-    return kept.size() == title.size() ? title : kept.trimmed().toString() + u'…';
+    const QString seen = withoutHidden(title);
+    const QStringView kept = firstCharacters(seen, most);
+    return kept.size() == seen.size() ? seen : kept.trimmed().toString() + u'…';
 }
 
 } // namespace

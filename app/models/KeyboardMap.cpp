@@ -143,6 +143,7 @@ struct Press {
 /// The press as the table writes it. On a French keyboard the digits need Shift, and without it
 /// their keys give other signs; "?" and "/" need Shift there or elsewhere.
 Press normal(int key, int modifiers) {
+    const bool keypad = (modifiers & Qt::KeypadModifier) != 0; // its signs are what they say
     modifiers &= ~static_cast<int>(Qt::KeypadModifier);
     constexpr int digitRow[][2] = {
         {Qt::Key_Ampersand, Qt::Key_1}, {Qt::Key_Eacute, Qt::Key_2},
@@ -151,7 +152,7 @@ Press normal(int key, int modifiers) {
         {Qt::Key_section, Qt::Key_6},
     };
     const bool shift = (modifiers & Qt::ShiftModifier) != 0;
-    if (!shift) {
+    if (!shift && !keypad) {
         const auto digit =
             std::ranges::find_if(digitRow, [key](const auto &pair) { return pair[0] == key; });
         return {digit == std::end(digitRow) ? key : (*digit)[1], modifiers};
@@ -235,6 +236,15 @@ KeyboardMap::Action KeyboardMap::action(sections::Section section, int key, int 
         }
     }
     return NoAction;
+}
+
+bool KeyboardMap::isEverywhere(Action action) const {
+    return std::ranges::any_of(rows, [action](const Row &row) {
+        return row.group == Group::Everywhere &&
+               std::ranges::any_of(row.bindings, [action](const Binding &binding) {
+                   return binding.action == action;
+               });
+    });
 }
 
 bool KeyboardMap::repeats(Action action) const { return action == Previous || action == Next; }

@@ -91,6 +91,8 @@ public:
     /// Shift. A key event that repeats is to be dropped unless `repeats`.
     Q_INVOKABLE vorle::KeyboardMap::Action action(vorle::sections::Section section, int key,
                                                   int modifiers, bool textFieldFocused) const;
+    /// Whether the action stands under "Partout": it acts while the menu has the keyboard too.
+    Q_INVOKABLE bool isEverywhere(vorle::KeyboardMap::Action action) const;
     /// Whether holding the key down goes on doing it: moving through the list does, nothing that
     /// decides.
     Q_INVOKABLE bool repeats(vorle::KeyboardMap::Action action) const;

@@ -102,18 +102,22 @@ void RunModel::begin() {
     m_progress = {};
     m_result.clear();
     m_notice = {};
+    Q_EMIT runningChanged();
     Q_EMIT progressChanged();
     Q_EMIT outcomeChanged();
     Q_EMIT scheduleChanged();
 }
 
 void RunModel::end(const QString &result, FailureNotice notice) {
-    m_running = false;
+    const bool wasRunning = std::exchange(m_running, false);
     m_stopping = false;
     m_part = 0;
     m_progress = {};
     m_result = typographic(result);
     m_notice = std::move(notice);
+    if (wasRunning) {
+        Q_EMIT runningChanged();
+    }
     Q_EMIT progressChanged();
     Q_EMIT outcomeChanged();
     Q_EMIT scheduleChanged();

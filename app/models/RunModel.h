@@ -24,7 +24,7 @@ class RunModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
-    Q_PROPERTY(bool running READ running NOTIFY progressChanged FINAL)
+    Q_PROPERTY(bool running READ running NOTIFY runningChanged FINAL)
     /// Asked to stop, and not ended yet.
     Q_PROPERTY(bool stopping READ stopping NOTIFY progressChanged FINAL)
     Q_PROPERTY(QString statusText READ statusText NOTIFY progressChanged FINAL)
@@ -85,6 +85,8 @@ public:
     QString startLabel() const;
 
 Q_SIGNALS:
+    /// A run began or ended: once each.
+    void runningChanged();
     void progressChanged();
     void outcomeChanged();
     void scheduleChanged();

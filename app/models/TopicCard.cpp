@@ -3,6 +3,7 @@
 #include "app/TopicLabels.h"
 #include "app/models/TopicListModel.h"
 #include "app/models/Wording.h"
+#include "base/Text.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
 #include "core/ScoreScale.h"
@@ -23,6 +24,10 @@ QString tr(const char *text) { return QCoreApplication::translate("TopicCard", t
 
 QString text(const std::optional<QString> &value) { return value.value_or(QString()); }
 
+/// Words that a page or the agent wrote.
+QString shown(const QString &words) { return withoutHidden(words); }
+QString shown(const std::optional<QString> &words) { return withoutHidden(text(words)); }
+
 QString hostOf(const QString &address) {
     const QString host = QUrl(address).host();
     return host.startsWith(QStringLiteral("www.")) ? host.sliced(4) : host;
@@ -31,7 +36,7 @@ QString hostOf(const QString &address) {
 QVariantList changesOf(const Topic &topic) {
     QVariantList list;
     for (const QString &change : topic.changes.value_or(QList<QString>())) {
-        list.append(QVariantMap{{QStringLiteral("text"), change},
+        list.append(QVariantMap{{QStringLiteral("text"), shown(change)},
                                 {QStringLiteral("label"), changeLabel(change)}});
     }
     return list;
@@ -52,7 +57,7 @@ QString pictureOf(const Topic &topic, const QString &link) {
 QVariantList sourcesOf(const Topic &topic) {
     QVariantList list;
     for (const TopicSource &source : topic.sources) {
-        list.append(QVariantMap{{QStringLiteral("name"), source.displayName()},
+        list.append(QVariantMap{{QStringLiteral("name"), shown(source.displayName())},
                                 {QStringLiteral("url"), source.url},
                                 {QStringLiteral("picture"), pictureOf(topic, source.url)}});
     }
@@ -87,17 +92,17 @@ constexpr RoleValue roleValues[] = {
     {Role::TopicId,
      [](Card c) -> QVariant { return c.topic.id.toString(QUuid::WithoutBraces).toUpper(); }},
     {Role::Section, [](Card) -> QVariant { return QString(); }},
-    {Role::Title, [](Card c) -> QVariant { return c.topic.title; }},
-    {Role::Tldr, [](Card c) -> QVariant { return text(c.topic.tldr); }},
-    {Role::Summary, [](Card c) -> QVariant { return c.topic.summary; }},
+    {Role::Title, [](Card c) -> QVariant { return shown(c.topic.title); }},
+    {Role::Tldr, [](Card c) -> QVariant { return shown(c.topic.tldr); }},
+    {Role::Summary, [](Card c) -> QVariant { return shown(c.topic.summary); }},
     {Role::Gist,
      [](Card c) -> QVariant {
-         return c.topic.summary.isEmpty() ? text(c.topic.tldr) : c.topic.summary;
+         return c.topic.summary.isEmpty() ? shown(c.topic.tldr) : shown(c.topic.summary);
      }},
-    {Role::Why, [](Card c) -> QVariant { return c.topic.why; }},
-    {Role::FirstStep, [](Card c) -> QVariant { return c.topic.firstStep; }},
+    {Role::Why, [](Card c) -> QVariant { return shown(c.topic.why); }},
+    {Role::FirstStep, [](Card c) -> QVariant { return shown(c.topic.firstStep); }},
     {Role::Changes, [](Card c) -> QVariant { return changesOf(c.topic); }},
-    {Role::Risks, [](Card c) -> QVariant { return text(c.topic.risks); }},
+    {Role::Risks, [](Card c) -> QVariant { return shown(c.topic.risks); }},
     {Role::Place,
      [](Card c) -> QVariant { return c.topic.project.value_or(text(c.topic.interest)); }},
     {Role::Project, [](Card c) -> QVariant { return text(c.topic.project); }},

@@ -13,7 +13,12 @@ Rectangle {
     signal runAsked
     signal noticeDismissed
 
-    visible: notice.length > 0 || missed || failed
+    // Sent away, until there is another.
+    property bool away: false
+    readonly property string about: missed ? run.missedTitle : run.lastError
+    onAboutChanged: away = false
+
+    visible: notice.length > 0 || ((missed || failed) && !away)
     height: visible ? Math.max(58, words.implicitHeight + 24) : 0
     color: Theme.accentTint
     z: 3
@@ -24,7 +29,7 @@ Rectangle {
         id: words
         anchors.left: parent.left
         anchors.leftMargin: Theme.margin
-        anchors.right: act.left
+        anchors.right: later.visible ? later.left : act.left
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
@@ -33,7 +38,7 @@ Rectangle {
             id: head
             width: parent.width
             visible: text.length > 0
-            text: banner.notice.length > 0 ? "" : banner.failed ? qsTr("Je n’ai pas pu fouiller.") : banner.run.missedTitle
+            text: banner.notice.length > 0 ? "" : banner.failed ? banner.run.lastErrorTitle : banner.run.missedTitle
             font.weight: Font.DemiBold
             lineHeight: 1.2
         }
@@ -46,11 +51,20 @@ Rectangle {
         }
     }
     ActionButton {
+        id: later
+        anchors.right: act.left
+        anchors.rightMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        visible: banner.notice.length === 0
+        quiet: true
+        text: qsTr("Pas maintenant")
+        onClicked: banner.away = true
+    }
+    ActionButton {
         id: act
         anchors.right: parent.right
         anchors.rightMargin: Theme.margin
         anchors.verticalCenter: parent.verticalCenter
-        focusPolicy: Qt.TabFocus
         text: banner.notice.length > 0 ? qsTr("Compris") : banner.run.startLabel
         onClicked: banner.notice.length > 0 ? banner.noticeDismissed() : banner.runAsked()
     }

@@ -12,16 +12,18 @@ Panel {
     property var offered: [] // the reason words
     property var chosen: []
     property bool corrected: false // there is one already
+    property bool typedOne: false // the last key was a 1
 
     signal given(string topicId, int score, var tags, string text)
     signal removed(string topicId)
 
     name: qsTr("Corriger la note")
     Keys.onPressed: event => {
-        const digit = why.activeFocus ? -1 : panel.digitOf(event.key);
+        const digit = why.activeFocus || (event.modifiers & Qt.ControlModifier) ? -1 : panel.digitOf(event.key);
+        const ten = digit === 0 && panel.typedOne; // "1" then "0"
+        panel.typedOne = digit === 1;
         if (digit >= 0) {
-            // "1" then "0" is ten.
-            panel.score = digit === 0 && panel.score === 1 ? 10 : digit;
+            panel.score = ten ? 10 : digit;
             event.accepted = true;
         } else if (event.key === Qt.Key_Left && !why.activeFocus) {
             panel.score = Math.max(0, panel.score - 1);
@@ -43,6 +45,7 @@ Panel {
         chosen = tags;
         why.text = text;
         corrected = already;
+        typedOne = false;
         shown = true;
         digits.forceActiveFocus();
     }

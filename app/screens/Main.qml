@@ -50,6 +50,7 @@ Window {
     function showTopic(section: int, topicId: string) {
         panels.close();
         if (section < 0) {
+            tell(qsTr("Écarté : il n’est plus dans tes rubriques."));
             return;
         }
         go(section);
@@ -134,8 +135,8 @@ Window {
                 return;
             }
             const inMenu = side.activeFocus;
-            if (inMenu && (action === KeyboardMap.Previous || action === KeyboardMap.Next)) {
-                return; // the menu moves by itself
+            if (inMenu && !main.keyboard.isEverywhere(action)) {
+                return; // the menu moves by itself, and nobody looks at the cards
             }
             main.perform(action);
             event.accepted = true;
@@ -212,6 +213,7 @@ Window {
                     bannerHeight: banner.height
                     number: Section.Reserve
                     model: main.shell.reserve
+                    headings: true
                     actions: buttons.reserve
                     hint: buttons.reserveHint
                 }
@@ -225,6 +227,7 @@ Window {
                     bannerHeight: banner.height
                     number: Section.Library
                     model: main.shell.library
+                    headings: true
                     actions: buttons.reserve
                     hint: buttons.reserveHint
                 }
@@ -266,7 +269,8 @@ Window {
             id: word
             anchors.horizontalCenter: content.horizontalCenter
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: 66
+            anchors.bottomMargin: main.listing && main.screen?.enlarged ? 104 : 66
+            visible: opacity > 0 && !main.covered
         }
 
         Panels {

@@ -15,7 +15,9 @@ Window {
 
     readonly property bool wanted: !dismissed && (run.running || resultShown)
 
-    flags: Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.Tool | Qt.WindowDoesNotAcceptFocus
+    // No tool window: on a Mac those go while another application is in front, which is when a run
+    // that starts by itself would show.
+    flags: Qt.ToolTip | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WindowDoesNotAcceptFocus
     color: "transparent"
     width: 400
     height: 76

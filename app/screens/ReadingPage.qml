@@ -10,6 +10,7 @@ FocusScope {
     required property var topic // null when nothing is chosen
     required property var details // the TopicPage of the chosen topic
     property var actions: []
+    property string hint: ""
     property bool shown: false
 
     signal act(int action)
@@ -32,24 +33,17 @@ FocusScope {
     }
     onTopicChanged: flick.contentY = 0
 
-    // The keyboard may walk below the fold: the page follows.
-    readonly property Item focused: shown ? Window.activeFocusItem : null
-    onFocusedChanged: {
-        let above = focused;
-        while (above && above !== body) {
-            above = above.parent;
-        }
-        if (above) {
-            const top = focused.mapToItem(flick.contentItem, 0, 0).y;
-            const most = Math.max(0, flick.contentHeight - flick.height);
-            const wanted = Math.max(top + focused.height + 24 - flick.height, Math.min(flick.contentY, top - 24));
-            flick.contentY = Math.max(0, Math.min(most, wanted));
-        }
+    InSight {
+        id: sight
+        view: flick
+        focused: page.shown ? page.Window.activeFocusItem : null
     }
 
     function scrollBy(step: real) {
-        const most = Math.max(0, flick.contentHeight - flick.height);
-        flick.contentY = Math.max(0, Math.min(most, flick.contentY + step));
+        sight.scrollBy(step);
+    }
+    function scrollPages(pages: real) {
+        sight.scrollBy(pages * flick.height * 0.9);
     }
 
     Rectangle {
@@ -264,7 +258,7 @@ FocusScope {
                     color: Theme.inkSoft
                     font.pixelSize: Theme.textNote
                     lineHeight: 1.5
-                    maximumLineCount: more.opened ? 400 : 6
+                    maximumLineCount: more.opened ? 100000 : 6
                     elide: Text.ElideRight
                 }
                 ActionButton {
@@ -284,6 +278,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         actions: page.actions
+        hint: page.hint
         onAct: action => page.act(action)
     }
 }

@@ -17,6 +17,7 @@ Panel {
     padding: 16
     onShownChanged: {
         if (shown) {
+            overlay.search.refresh(); // what was written since
             field.selectAll();
             field.forceActiveFocus();
         }

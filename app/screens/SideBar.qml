@@ -72,11 +72,17 @@ FocusScope {
                 Keys.onUpPressed: if (entry.index > 0) bar.step(entry.index - 1)
                 Keys.onDownPressed: if (entry.index < items.count - 1) bar.step(entry.index + 1)
                 Keys.onRightPressed: bar.contentAsked()
-                Keys.onReturnPressed: bar.contentAsked()
+                Keys.onReturnPressed: bar.enter(entry.index)
+                Keys.onEnterPressed: bar.enter(entry.index)
+                Keys.onSpacePressed: bar.enter(entry.index)
             }
         }
     }
 
+    function enter(index: int) {
+        picked(index);
+        contentAsked();
+    }
     function step(index: int) {
         picked(index);
         items.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
@@ -113,7 +119,6 @@ FocusScope {
                 width: parent.width
                 text: bar.run.running ? qsTr("Arrêter") : qsTr("Fouiller maintenant")
                 keys: bar.run.running || bar.keysRun.length > 3 ? "" : bar.keysRun
-                focusPolicy: Qt.TabFocus
                 KeyNavigation.backtab: items.count > 0 ? items.itemAt(items.count - 1) : null
                 onClicked: bar.run.running ? bar.stopAsked() : bar.runAsked()
             }

@@ -20,6 +20,7 @@ TopicSection {
     emptyActions: screen.visible ? screen.window.sections.emptyActions : []
     details: screen.window.shell.page
     ghost: screen.window.ghost !== null && screen.window.ghost.section === screen.number ? screen.window.ghost : null
+    openHint: screen.window.keyboard.openCardHint
     undoKeys: screen.window.keyboard.keys(KeyboardMap.Undo)
     searchKeys: screen.window.keyboard.keys(KeyboardMap.Search)
     onAct: action => screen.window.perform(action)

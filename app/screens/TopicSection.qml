@@ -11,6 +11,7 @@ FocusScope {
     required property var model
     required property var actions
     required property string hint
+    property string openHint: "" // the same under the enlarged card
     property bool headings: false // tier headings between the cards
     property string emptyTitle: ""
     property string emptyText: ""
@@ -58,6 +59,25 @@ FocusScope {
     }
     function nextTopic(step: int) {
         choose(Math.max(0, Math.min(model.count - 1, currentRow + step)));
+    }
+    // Keys for long lists; whether it was one of them.
+    function moveFar(key: int): bool {
+        const page = reading.item as ReadingPage;
+        switch (key) {
+        case Qt.Key_Home:
+            enlarged ? page.scrollPages(-1000) : nextTopic(-model.count);
+            return true;
+        case Qt.Key_End:
+            enlarged ? page.scrollPages(1000) : nextTopic(model.count);
+            return true;
+        case Qt.Key_PageUp:
+            enlarged ? page.scrollPages(-1) : nextTopic(-5);
+            return true;
+        case Qt.Key_PageDown:
+            enlarged ? page.scrollPages(1) : nextTopic(5);
+            return true;
+        }
+        return false;
     }
     function show(topicId: string): bool {
         const row = model.rowOf(topicId);
@@ -125,6 +145,7 @@ FocusScope {
     Item {
         id: spot
         focus: true
+        Keys.onPressed: event => event.accepted = event.modifiers === Qt.NoModifier && root.moveFar(event.key)
     }
     Item {
         id: head
@@ -245,6 +266,7 @@ FocusScope {
             TopicCard {
                 id: card
                 y: row.ghostAbove ? ghostPlace.space : 0
+                low: row.model.waits ?? false
                 still: root.goneId !== ""
                 width: parent.width
                 topic: row.model
@@ -292,6 +314,7 @@ FocusScope {
             topic: shown ? root.current : null
             details: root.details
             actions: root.actions
+            hint: root.openHint
             onAct: action => root.act(action)
             onClosed: root.enlarged = false
             onLinkOpened: url => root.linkOpened(url)

@@ -38,11 +38,11 @@ bool hasScreen() {
 /// The app once it owns its topics: the windows and what they stand on.
 class Gui final : public QObject {
 public:
-    Gui(Application &app, const GuiAdapters &adapters)
+    Gui(Application &app, const GuiAdapters &adapters, qsizetype released)
         : m_app(app)
         , m_launcher({app.agent().locator(), app.preferences(), adapters.terminals,
                       adapters.pasteboard, adapters.links})
-        , m_shell({app, adapters.links, adapters.pasteboard, m_launcher})
+        , m_shell({app, adapters.links, adapters.pasteboard, m_launcher, released})
         , m_main(m_shell, Typefaces::load(), app.store().file())
         , m_tray(*m_shell.run(), *m_shell.inbox())
         , m_door(app)
@@ -64,6 +64,7 @@ public:
                 [this](Qt::ApplicationState state) {
                     if (state == Qt::ApplicationActive) {
                         m_timer.look(); // it may have slept
+                        reopen();
                     }
                 });
         connect(&m_tray, &Tray::openAsked, &m_main, &MainWindow::raise);
@@ -92,6 +93,7 @@ public:
 private:
     Task<> leave() {
         m_main.keepPlace();
+        m_main.finishEditing();
         m_main.window().hide();
         m_instance.close();
         co_await m_door.closed();
@@ -101,8 +103,18 @@ private:
         QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
     }
 
+    /// A Mac starts no second process: it brings the first to the front, whose window may have
+    /// been closed.
+    void reopen() {
+        if (QGuiApplication::platformName() == u"cocoa" && !m_quitting &&
+            !m_main.window().isVisible() && !m_main.isStatusShown()) {
+            m_main.raise();
+        }
+    }
+
     void windowClosed() {
-        if (!m_tray.isShown()) {
+        m_main.finishEditing();
+        if (!m_tray.show()) {
             quit(); // with nothing left to reach it by, a hidden app would only be in the way
             return;
         }
@@ -151,8 +163,7 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo) {
                                     "qu’elle a fini."));
             return 1;
         }
-        app.store().releaseAllPending();
-        Gui gui(app, adapters);
+        Gui gui(app, adapters, app.store().releaseAllPending());
         const Interrupts interrupts;
         const auto onInterrupt = interrupts.token().onCancel([&gui] { gui.quit(); });
         return QApplication::exec();

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QPalette>
 #include <QQmlComponent>
+#include <QQuickItem>
 #include <QScreen>
 #include <QStyleHints>
 
@@ -112,6 +113,17 @@ void MainWindow::toggleStatus(const QRect &item) {
     panel->show();
     panel->raise();
     panel->requestActivate();
+}
+
+bool MainWindow::isStatusShown() const {
+    const auto *panel = qobject_cast<QQuickWindow *>(m_statusScreen.get());
+    return panel != nullptr && panel->isVisible();
+}
+
+void MainWindow::finishEditing() {
+    if (QQuickItem *item = m_window->activeFocusItem()) {
+        item->setFocus(false);
+    }
 }
 
 void MainWindow::add() { perform(KeyboardMap::AddTopic); }

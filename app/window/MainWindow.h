@@ -37,6 +37,9 @@ public:
     void keepPlace();
     /// Shows the small panel of the menu-bar item, or puts it away.
     void toggleStatus(const QRect &item);
+    bool isStatusShown() const;
+    /// Has a note that is being written saved, as leaving its field would.
+    void finishEditing();
 
 Q_SIGNALS:
     /// The user asked to close the window, which is still there.

@@ -1,6 +1,7 @@
 #include "app/window/Shell.h"
 
 #include "app/Application.h"
+#include "app/TopicLabels.h"
 #include "base/SystemErrorText.h"
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"
@@ -39,6 +40,8 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
                          .arg(text));
             });
     follow(app.briefs());
+    // A link dismissed before it was read, and taken back, still wants to be read.
+    connect(m_decisions.get(), &Decisions::undone, m_capture.get(), &LinkCapture::resume);
     // Links that still wait from another day, once the window is there.
     QMetaObject::invokeMethod(this, [this] { m_capture->resume(); }, Qt::QueuedConnection);
 
@@ -54,6 +57,9 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
         }
     });
     connect(&store, &TopicStore::saveFailed, this, &Shell::tell);
+    if (parts.released > 0) {
+        tell(releasedText(parts.released));
+    }
     if (store.setAside()) {
         tell(tr("Tes sujets étaient illisibles. Je repars d’une liste vide, et je garderai "
                 "l’ancien fichier ici : %1")
@@ -81,23 +87,31 @@ void Shell::changeSetting(const QString &key, const QVariant &value) {
     }
 }
 
-bool Shell::openLink(const QString &url) { return m_parts.links.open(QUrl(url, QUrl::StrictMode)); }
+void Shell::openLink(const QString &url) {
+    if (!m_parts.links.open(QUrl(url, QUrl::StrictMode))) {
+        Q_EMIT said(tr("Je n’ai pas pu ouvrir ce lien."));
+    }
+}
 
 void Shell::dismissNotice() { tell({}); }
 
 Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic) {
     QString word;
+    QString problem;
     try {
         word = launcher.hint(co_await launcher.takeFirstStep(std::move(topic)));
     } catch (const LaunchError &error) {
-        word = error.text();
+        problem = error.text();
     } catch (const AgentError &error) {
-        word = error.text();
+        problem = error.text();
     } catch (const std::system_error &error) {
-        word = systemRefusalText(error);
+        problem = systemRefusalText(error);
     }
     if (self && !word.isEmpty()) {
         Q_EMIT self->said(word);
+    }
+    if (self && !problem.isEmpty()) {
+        self->tell(problem); // whole, and until it was read
     }
 }
 

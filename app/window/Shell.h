@@ -65,6 +65,7 @@ public:
         LinkOpener &links;
         Pasteboard &pasteboard;
         ClaudeLauncher &launcher;
+        qsizetype released = 0; ///< topics of a run that died, handed out at this start
     };
     explicit Shell(Parts parts, QObject *parent = nullptr);
     ~Shell() override;
@@ -92,8 +93,8 @@ public:
     /// Sets it; what does not fit is told as a notice.
     Q_INVOKABLE void changeSetting(const QString &key, const QVariant &value);
 
-    /// Opens a topic's link in the browser; web addresses alone.
-    Q_INVOKABLE bool openLink(const QString &url);
+    /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
+    Q_INVOKABLE void openLink(const QString &url);
     Q_INVOKABLE void dismissNotice();
     /// Takes a topic's first step with the agent (⌘↩). What there is to say is said by `said`.
     Q_INVOKABLE void firstStep(const QString &topicId);

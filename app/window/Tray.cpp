@@ -64,9 +64,14 @@ Tray::Tray(RunModel &run, TopicListModel &inbox, QObject *parent)
     connect(&run, &RunModel::scheduleChanged, this, &Tray::refresh);
     connect(&inbox, &TopicListModel::countChanged, this, &Tray::refresh);
     refresh();
-    if (QSystemTrayIcon::isSystemTrayAvailable()) {
+    show();
+}
+
+bool Tray::show() {
+    if (!m_item.isVisible() && QSystemTrayIcon::isSystemTrayAvailable()) {
         m_item.show();
     }
+    return m_item.isVisible();
 }
 
 void Tray::activated(QSystemTrayIcon::ActivationReason reason) {
@@ -100,7 +105,9 @@ QIcon Tray::picture(int waiting) {
 
 void Tray::refresh() {
     const QString next = m_run.nextRunText();
-    m_next->setText(m_run.running()  ? m_run.statusText()
+    QString phase = m_run.statusText();
+    phase.replace(u'&', QStringLiteral("&&")); // no key of the menu's
+    m_next->setText(m_run.running()  ? phase
                     : next.isEmpty() ? tr("Aucune fouille prévue")
                                      : tr("Prochaine fouille : %1").arg(next));
     m_search->setText(m_run.running() ? tr("Arrêter la fouille") : tr("Fouiller maintenant"));

@@ -19,7 +19,8 @@ class Tray final : public QObject {
 public:
     Tray(RunModel &run, TopicListModel &inbox, QObject *parent = nullptr);
 
-    bool isShown() const { return m_item.isVisible(); }
+    /// Shows the item where there is a place for it by now; whether it is shown.
+    bool show();
     /// A short notice beside the item.
     void tell(const QString &title, const QString &text);
 

@@ -92,6 +92,13 @@ TEST(Text, byte_limits_never_cut_a_code_point) {
     EXPECT_GE(utf8Size(lone), lone.toUtf8().size());
 }
 
+TEST(Text, what_hides_or_turns_words_round_is_left_out) {
+    const auto shown = [](const char16_t *text) { return withoutHidden(QString::fromUtf16(text)); };
+    EXPECT_EQ(shown(u"Été\u202Eegats\u202C, no\u00ADtes"), u"Étéegats, notes");
+    EXPECT_EQ(shown(u"\U000E0041\u2066a\u2069\uFEFF"), u"a");
+    EXPECT_EQ(shown(u"👩\u200D💻 caf\u0301"), u"👩\u200D💻 caf\u0301"); // the joiner shapes it
+}
+
 TEST(Text, blanks_are_unicodes) {
     for (const char16_t c : {u' ', u'\n', u'\t', u'\r', u'\v', u'\f', u'\u00A0', u'\u2003',
                              u'\u2028', u'\u202F', u'\u3000'}) {

@@ -89,6 +89,7 @@ TEST_F(TopicStoreTest, takes_triage_decisions_and_takes_them_back) {
     EXPECT_TRUE(store->judgeWorth(id, Worth::Gem));
     EXPECT_EQ(now().worth, Worth::Gem);
     EXPECT_EQ(now().doneAt, clock.moment.addDays(-1));
+    EXPECT_EQ(now().triagedAt, clock.moment);
     EXPECT_TRUE(store->keep(id));
     EXPECT_FALSE(now().doneAt || now().worth);
     EXPECT_TRUE(store->dismiss(id));

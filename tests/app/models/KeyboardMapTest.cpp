@@ -75,6 +75,7 @@ TEST(KeyboardMap, dispatches_what_the_sheet_says) {
         {Section::Library, Qt::Key_2, shift, Map::WorthUseful},
         {Section::Library, Qt::Key_Eacute, 0, Map::WorthUseful},
         {Section::Library, Qt::Key_Ampersand, shift, Map::NoAction},
+        {Section::Library, Qt::Key_Minus, command | Qt::KeypadModifier, Map::NoAction},
         {Section::Report, Qt::Key_Ampersand, command, Map::GoInbox},
         {Section::Inbox, Qt::Key_6, command, Map::GoReport},
         {Section::Inbox, Qt::Key_Question, shift, Map::ShowShortcuts},

@@ -156,6 +156,7 @@ TEST_F(RunModelTest, shows_and_stops_a_run_that_was_asked_for_elsewhere) {
     preferences.change(&Settings::interests, {text("Rust")});
     int ends = 0;
     QObject::connect(model.get(), &RunModel::ended, [&] { ++ends; });
+    const QSignalSpy turns(model.get(), &RunModel::runningChanged);
     Task<RunReport> run = engine.run(CancelToken());
     EXPECT_TRUE(model->running());
     test::spinUntil([&] { return !model->statusText().isEmpty(); });
@@ -164,6 +165,7 @@ TEST_F(RunModelTest, shows_and_stops_a_run_that_was_asked_for_elsewhere) {
     EXPECT_TRUE(test::waitFor(std::move(run)).cancelled);
     EXPECT_FALSE(model->running());
     EXPECT_EQ(ends, 1);
+    EXPECT_EQ(turns.count(), 2); // who looks for its begin and end must not hear each step
     EXPECT_EQ(model->lastResultText(), text("Fouille arrêtée\u00A0: rien n’était encore jugé."));
 }
 

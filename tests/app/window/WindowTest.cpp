@@ -295,6 +295,43 @@ TEST_F(WindowTest, moving_the_focus_never_decides) {
     EXPECT_EQ(shell().inbox()->count(), 2);
 }
 
+TEST_F(WindowTest, a_click_on_a_button_leaves_the_keyboard_on_the_cards) {
+    fill();
+    open();
+    press(Qt::Key_Space);
+    ASSERT_TRUE(enlarged());
+    const auto place = [&](const QString &text) {
+        QPointF found;
+        const auto look = [&](const auto &self, const QQuickItem &item) -> void {
+            if (item.isVisible() && item.inherits("QQuickButton") &&
+                item.property("text").toString() == text) {
+                found = item.mapToScene({item.width() / 2, item.height() / 2});
+            }
+            for (const QQuickItem *child : item.childItems()) {
+                self(self, *child);
+            }
+        };
+        look(look, *window().contentItem());
+        return found.toPoint();
+    };
+    QTest::mouseClick(&window(), Qt::LeftButton, {}, place(QStringLiteral("Garder")));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shell().inbox()->count(), 2);
+    press(Qt::Key_Space); // puts the page away, and presses nothing
+    EXPECT_EQ(shell().inbox()->count(), 2);
+    EXPECT_FALSE(enlarged());
+
+    // In the menu the keys of the cards decide nothing; Return goes in.
+    press(Qt::Key_Left);
+    press(Qt::Key_X);
+    EXPECT_EQ(shell().inbox()->count(), 2);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Return);
+    EXPECT_EQ(shell().sections()->current(), Section::Program);
+    press(Qt::Key_D);
+    EXPECT_EQ(shell().program()->count(), 1);
+}
+
 TEST_F(WindowTest, a_note_is_kept_however_its_page_is_left) {
     fill();
     open();
@@ -322,6 +359,9 @@ TEST_F(WindowTest, a_note_is_kept_however_its_page_is_left) {
     press(Qt::Key_Escape);
     EXPECT_FALSE(enlarged());
     EXPECT_EQ(note()->size(), 6);
+    write(QStringLiteral("s"));
+    m_main->finishEditing(); // as quitting does
+    EXPECT_EQ(note()->size(), 7);
 }
 
 TEST_F(WindowTest, the_search_goes_to_what_it_found) {
