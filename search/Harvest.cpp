@@ -50,7 +50,7 @@ Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> b
 
 void Harvest::take(const Candidate &candidate, const Origins &origins) {
     const auto place = static_cast<qsizetype>(m_items.size());
-    const LinkLedger::Claim claim = m_ledger.claim(candidate.url, place);
+    const LinkLedger::Claim claim = this->claim(candidate.url, place);
     ScopeReport &scope = m_book.report.scopes[origins.report];
     if (claim.standing == LinkLedger::Standing::Held) {
         ++scope.known;
@@ -71,6 +71,15 @@ void Harvest::take(const Candidate &candidate, const Origins &origins) {
     m_items.emplace_back(candidate, std::move(proposals));
     ++m_book.progress.candidates;
     m_reads.push_back(read(place));
+}
+
+/// Asks whose a link is. A topic that holds it was come upon again by that.
+LinkLedger::Claim Harvest::claim(const QString &link, qsizetype place) {
+    const LinkLedger::Claim claim = m_ledger.claim(link, place);
+    if (claim.standing == LinkLedger::Standing::Held) {
+        m_notes.push_back(m_tools.finds.note(claim.topic));
+    }
+    return claim;
 }
 
 /// Another scope, or another address of the same page: one card is for all of them, whether it was
@@ -154,7 +163,7 @@ bool Harvest::leadsElsewhere(qsizetype place) {
     if (item.isUnread() || !namesOnePage(item.page.finalUrl)) {
         return false;
     }
-    const LinkLedger::Claim claim = m_ledger.claim(item.page.finalUrl, place);
+    const LinkLedger::Claim claim = this->claim(item.page.finalUrl, place);
     if (claim.standing == LinkLedger::Standing::New) {
         return false;
     }
@@ -345,7 +354,7 @@ Task<> Harvest::readDug(Dug dug) {
     // A page that is another card already would make two of one: the unreadable one is kept as it
     // is. The very link may have been found readable by the agent.
     const auto isFree = [&](const QString &link) {
-        return m_ledger.claim(link, place).standing == LinkLedger::Standing::New;
+        return claim(link, place).standing == LinkLedger::Standing::New;
     };
     if (unreadItem(dug.id) == nullptr || !isFree(dug.url)) {
         co_return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/FoundAgain.h"
 #include "core/ScoreNotes.h"
 #include "search/HarvestItem.h"
 #include "search/JudgingLine.h"
@@ -20,6 +21,7 @@ public:
     struct Tools {
         TopicStore &store;
         ScoreNotes &notes;
+        FoundAgain &finds;
         Asker &asker;
         PageReader &reader;
         SourceImage &images;
@@ -54,7 +56,8 @@ public:
     Task<> dig();
     /// Ends when the pictures of every topic were fetched, or could not be.
     Task<> finishPictures();
-    /// Ends when what stands behind every score was written, or could not be.
+    /// Ends when what stands behind every score, and what was found again, was written, or could
+    /// not be.
     Task<> finishNotes();
     /// What could not be read keeps its link and says so.
     void settleUnread();
@@ -66,6 +69,7 @@ private:
     using Item = HarvestItem;
 
     Item &at(qsizetype place) { return m_items[static_cast<std::size_t>(place)]; }
+    LinkLedger::Claim claim(const QString &link, qsizetype place);
     Task<> outlast(std::deque<Task<>> &tasks);
     Task<> read(qsizetype place);
     bool leadsElsewhere(qsizetype place);

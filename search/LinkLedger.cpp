@@ -2,10 +2,15 @@
 
 #include "search/Links.h"
 
+#include <algorithm>
+
 namespace vorle {
 
 LinkLedger::LinkLedger(const QList<TopicPtr> &topics) {
-    for (const TopicPtr &topic : topics) {
+    QList<TopicPtr> ordered = topics; // the last one holds
+    std::ranges::stable_partition(
+        ordered, [](const TopicPtr &topic) { return topic->status != TopicStatus::Reserve; });
+    for (const TopicPtr &topic : ordered) {
         for (const TopicSource &source : topic->sources) {
             hold(source.url, topic->id);
         }

@@ -22,7 +22,8 @@ public:
         qsizetype item = 0; ///< the other item, when the same
     };
 
-    /// Holds the links of these topics, and the addresses they are fetched from.
+    /// Holds the links of these topics, and the addresses they are fetched from. Of several topics
+    /// that have a link one in the reserve holds it: it waits for the link to come back.
     explicit LinkLedger(const QList<TopicPtr> &topics);
 
     /// Who has `link`. Nobody: `item` has it from now on. An item may claim again what it has

@@ -9,7 +9,8 @@
 
 namespace vorle {
 
-SearchEngine::SearchEngine(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {}
+SearchEngine::SearchEngine(Parts parts, QObject *parent)
+    : QObject(parent), m_parts(parts), m_finds(parts.store, parts.clock) {}
 
 SearchEngine::~SearchEngine() = default;
 
@@ -78,6 +79,7 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     };
     SearchRun run({.harvest = {.store = m_parts.store,
                                .notes = m_parts.notes,
+                               .finds = m_finds,
                                .asker = m_parts.asker,
                                .reader = m_parts.reader,
                                .images = m_parts.images,

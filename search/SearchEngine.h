@@ -2,6 +2,7 @@
 
 #include "agents/Ask.h"
 #include "base/Clock.h"
+#include "core/FoundAgain.h"
 #include "search/RunFailure.h"
 #include "search/RunReport.h"
 
@@ -16,7 +17,6 @@ class PageReader;
 class ScoreNotes;
 class SourceImage;
 class Preferences;
-class TopicStore;
 
 /// A run that could not start: nothing to search, or one is under way. Its text is for the user.
 class RunRefused final : public std::exception {
@@ -58,6 +58,8 @@ public:
 
     Phase phase() const { return m_phase; }
     const RunProgress &progress() const { return m_progress; }
+    /// Which topics of the reserve the runs came upon again.
+    FoundAgain &finds() { return m_finds; }
 
     /// One whole run. Judged topics are saved as they come, "pending", and released to "inbox" at
     /// the end; a cancelled run releases what was judged and leaves the last run's date alone, as
@@ -87,6 +89,7 @@ private:
     void setProgress(Phase phase, const RunProgress &progress);
 
     Parts m_parts;
+    FoundAgain m_finds;
     Phase m_phase = Phase::Idle;
     CancelSource m_cancel; // of the run under way
     RunProgress m_progress;

@@ -1,12 +1,28 @@
 #include "app/models/Comebacks.h"
 
+#include "core/GitHubLink.h"
+
+#include <QSet>
+
 #include <algorithm>
 
 namespace vorle {
 
 namespace {
 
-/// What a topic is about, as keys. A dependency's name is no web address, so the two cannot meet.
+/// A repository as the address of its page, or nothing. GitHub knows no case.
+QString repositoryOf(const TopicSource &source) {
+    if (!source.url.contains(u"github", Qt::CaseInsensitive)) {
+        return {}; // most links, told without taking the address apart
+    }
+    const auto repository = gitHubRepository(source.url);
+    return repository ? QStringLiteral("https://github.com/%1/%2")
+                            .arg(repository->owner.toLower(), repository->name.toLower())
+                      : QString();
+}
+
+/// What a topic is about, as keys. A dependency's name is no web address, and a repository's is its
+/// own page's, so two of one key are about the same thing.
 template <class Visit>
 void eachKey(const Topic &topic, Visit visit) {
     if (topic.dependency && !topic.dependency->isEmpty()) {
@@ -14,17 +30,17 @@ void eachKey(const Topic &topic, Visit visit) {
     }
     for (const TopicSource &source : topic.sources) {
         visit(source.url);
+        const QString repository = repositoryOf(source);
+        if (!repository.isEmpty() && repository != source.url) {
+            visit(repository);
+        }
     }
 }
 
-bool aboutTheSame(const Topic &a, const Topic &b) {
-    if (a.dependency && !a.dependency->isEmpty() && a.dependency == b.dependency) {
-        return true;
-    }
-    return std::ranges::any_of(a.sources, [&](const TopicSource &source) {
-        return std::ranges::any_of(
-            b.sources, [&](const TopicSource &other) { return other.url == source.url; });
-    });
+bool aboutTheSame(const QSet<QString> &keys, const Topic &other) {
+    bool same = false;
+    eachKey(other, [&](const QString &key) { same = same || keys.contains(key); });
+    return same;
 }
 
 } // namespace
@@ -52,10 +68,15 @@ QList<QUuid> Comebacks::kin(const Topic &topic) const {
 
 bool Comebacks::hasMoved(const Topic &reserved, const TopicStore &store) const {
     const QDateTime since = reserved.triagedAt.value_or(reserved.foundAt);
+    if (m_finds && m_finds->isSince(reserved.id, since)) {
+        return true;
+    }
+    QSet<QString> keys; // a topic noted may have changed since
+    eachKey(reserved, [&](const QString &key) { keys.insert(key); });
     const auto news = [&](const QUuid &id) {
         const TopicPtr other = store.topic(id);
         return other && other->foundAt > since && other->status != TopicStatus::Pending &&
-               other->status != TopicStatus::Dismissed && aboutTheSame(reserved, *other);
+               other->status != TopicStatus::Dismissed && aboutTheSame(keys, *other);
     };
     return std::ranges::any_of(kin(reserved), news);
 }

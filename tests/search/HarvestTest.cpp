@@ -57,6 +57,50 @@ TEST_F(HarvestTest, one_page_is_one_card_across_scopes_and_against_the_store) {
     EXPECT_EQ(inbox().first()->sources.size(), 3);
 }
 
+// What the user set aside makes no second topic: its coming back must be told all the same.
+TEST_F(HarvestTest, a_link_set_aside_that_a_run_finds_again_is_told) {
+    const QString none = QStringLiteral("[]");
+    scenario(list({candidate(at("/long"), "Potager"), candidate(at("/other"), "Potager")}), none);
+    run();
+    ASSERT_EQ(inbox().size(), 2);
+    const bool first = inbox().first()->mainSource()->url == at("/long");
+    const QUuid aside = inbox().at(first ? 0 : 1)->id;
+    const QUuid kept = inbox().at(first ? 1 : 0)->id;
+    store.keep(kept);
+    // Another topic with the same link must not hide the one that waits.
+    Topic twin = *store.topic(aside);
+    twin.id = QUuid::createUuid();
+    twin.status = TopicStatus::Done;
+    store.add({twin});
+    FoundAgain &finds = engine.finds();
+    QList<QUuid> told;
+    QObject::connect(&finds, &FoundAgain::found, [&](const QUuid &id) { told += id; });
+
+    server.serve("/again", test::TestReply::redirect("/long"));
+    const struct {
+        QString found;
+        bool moves = true;
+    } cases[] = {
+        {list({candidate(at("/long") + QStringLiteral("?utm_source=x"), "Potager")})},
+        {list({candidate(at("/other"), "Potager")}), false},
+        {list({candidate(at("/again"), "Potager")})},
+    };
+    for (const auto &one : cases) {
+        store.postpone(aside);
+        const QDateTime since = *store.topic(aside)->triagedAt;
+        EXPECT_FALSE(finds.isSince(aside, since)) << "set aside again, it starts afresh";
+        told.clear();
+        scenario(one.found, none);
+        EXPECT_EQ(run().added, 0);
+        EXPECT_EQ(finds.isSince(aside, since), one.moves);
+        EXPECT_EQ(told, one.moves ? QList{aside} : QList<QUuid>());
+    }
+    EXPECT_EQ(store.topic(aside)->sources.size(), 2) << "the other address is one of its own now";
+    FoundAgain later(store, clock);
+    EXPECT_EQ(later.topics(), QList{aside});
+    EXPECT_TRUE(later.isSince(aside, store.topic(aside)->foundAt.addSecs(-60)));
+}
+
 TEST_F(HarvestTest, a_release_that_is_in_use_already_is_set_apart) {
     QDir(folder.path()).mkdir(QStringLiteral("code"));
     write(QStringLiteral("code/package.json"), R"({"dependencies":{"undici":"^7.0.0"}})");

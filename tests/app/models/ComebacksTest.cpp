@@ -1,0 +1,77 @@
+#include "app/models/Comebacks.h"
+#include "tests/core/Samples.h"
+#include "tests/support/Wait.h"
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using test::sampleTopic;
+
+class ComebacksTest : public testing::Test {
+protected:
+    QUuid add(const char *title, const QString &link, TopicStatus status = TopicStatus::Inbox) {
+        Topic topic = sampleTopic(QString::fromUtf8(title), status);
+        topic.sources = {{{}, link}};
+        topic.foundAt = clock.moment;
+        const QUuid id = store.add({topic}).first();
+        comebacks.note(*store.topic(id));
+        return id;
+    }
+    bool moved(const QUuid &id) const { return comebacks.hasMoved(*store.topic(id), store); }
+    void wait() { clock.moment = clock.moment.addSecs(60); }
+
+    test::FixedClock clock;
+    TopicStore store{QString(), Resources(), clock};
+    Comebacks comebacks;
+};
+
+TEST_F(ComebacksTest, a_topic_whose_link_a_run_found_again_has_moved_until_set_aside_again) {
+    FoundAgain finds(store, clock);
+    comebacks.heed(finds);
+    const QUuid id = add("undici", QStringLiteral("https://example.org/undici"));
+    test::waitFor(finds.note(id));
+    wait();
+    store.postpone(id);
+    EXPECT_FALSE(moved(id)) << "what was found before it was set aside is no news";
+    wait();
+    test::waitFor(finds.note(id));
+    EXPECT_TRUE(moved(id));
+    wait();
+    store.postpone(id);
+    EXPECT_FALSE(moved(id));
+    store.keep(id);
+    wait();
+    test::waitFor(finds.note(id));
+    EXPECT_EQ(finds.topics(), QList{id});
+    EXPECT_FALSE(finds.isSince(id, *store.topic(id)->triagedAt)) << "it does not wait for news";
+}
+
+TEST_F(ComebacksTest, a_newer_topic_about_the_same_repository_is_news) {
+    const struct {
+        const char *link;
+        bool news;
+    } cases[] = {
+        {"https://github.com/nodejs/undici/releases/tag/v7.18.1", true},
+        {"https://www.github.com/NodeJS/Undici.git", true},
+        {"https://raw.githubusercontent.com/nodejs/undici/main/CHANGELOG.md", true},
+        {"https://github.com/nodejs/node", false},
+        {"https://github.com/topics/undici", false},
+        {"https://example.org/github.com/nodejs/undici", false},
+    };
+    for (const auto &one : cases) {
+        const QUuid id = add("undici", QStringLiteral("https://github.com/nodejs/undici"));
+        store.postpone(id);
+        EXPECT_FALSE(moved(id));
+        wait();
+        const QUuid other = add("other", QString::fromUtf8(one.link));
+        EXPECT_EQ(moved(id), one.news) << one.link;
+        EXPECT_EQ(comebacks.kin(*store.topic(other)).contains(id), one.news) << one.link;
+        store.dismiss(other);
+        EXPECT_FALSE(moved(id)) << one.link;
+    }
+}
+
+} // namespace
+} // namespace vorle
