@@ -17,6 +17,12 @@ struct Answer {
     QList<SearchHit> hits;
 };
 
+/// Where the topic is shown: a captured link stands in "À trier" while it is still being read.
+std::optional<sections::Section> sectionOf(const Topic &topic) {
+    const bool reading = topic.status == TopicStatus::Pending && topic.capturedURL;
+    return Sections::sectionOf(reading ? TopicStatus::Inbox : topic.status);
+}
+
 } // namespace
 
 TopicSearch::TopicSearch(TopicStore &store, QObject *parent)
@@ -38,6 +44,17 @@ void TopicSearch::setQuery(const QString &query) {
         m_letGo.start();
         return;
     }
+    ask();
+}
+
+void TopicSearch::refresh() {
+    if (!m_query.trimmed().isEmpty()) {
+        ask();
+    }
+}
+
+void TopicSearch::ask() {
+    m_asked = true;
     m_letGo.stop();
     if (!m_busy) {
         setBusy(true);
@@ -45,11 +62,11 @@ void TopicSearch::setQuery(const QString &query) {
     }
 }
 
-/// Answers the newest query, again as long as another was typed meanwhile.
+/// Answers the newest query, again as long as one was asked meanwhile.
 Task<> TopicSearch::answer(QPointer<TopicSearch> self) {
-    QString query;
-    while (self && self->m_query != query && !self->m_query.trimmed().isEmpty()) {
-        query = self->m_query;
+    while (self && self->m_asked && !self->m_query.trimmed().isEmpty()) {
+        self->m_asked = false;
+        const QString query = self->m_query;
         Answer given = co_await onPool(
             [query, old = self->m_index, topics = self->m_store.topics()]() -> Answer {
                 SearchIndex index = indexed(old, topics);
@@ -112,7 +129,7 @@ QVariant TopicSearch::data(const QModelIndex &index, int role) const {
     case Title:
         return topic.title;
     case SectionNumber: {
-        const auto section = Sections::sectionOf(topic.status);
+        const auto section = sectionOf(topic);
         return section ? static_cast<int>(*section) : -1;
     }
     case SectionLabel:

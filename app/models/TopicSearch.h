@@ -21,7 +21,7 @@ class TopicSearch final : public QAbstractListModel {
     QML_UNCREATABLE("Made by the application")
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged FINAL)
     Q_PROPERTY(int count READ count NOTIFY resultsChanged FINAL)
-    /// An answer is on its way; the results shown are those of an earlier query.
+    /// An answer is on its way; the results shown are earlier ones.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged FINAL)
     /// "3 sujets trouvés", "Rien trouvé pour « xyz »."; "" without a query.
     Q_PROPERTY(QString statusText READ statusText NOTIFY resultsChanged FINAL)
@@ -30,7 +30,7 @@ public:
     enum Role {
         TopicId = Qt::UserRole, ///< string
         Title,
-        SectionNumber, ///< "section": a Section's number; -1 for a dismissed or pending topic
+        SectionNumber, ///< "section": a Section's number; -1 for a dismissed topic
         SectionLabel,  ///< "À trier", "Pas pour moi"
         Place,         ///< the project, else the interest
         Snippet,       ///< around what was found, on one line
@@ -51,12 +51,17 @@ public:
     bool busy() const { return m_busy; }
     QString statusText() const;
 
+    /// Answers the present query once more, from the topics as they are now: they may have changed
+    /// since. For whoever shows the search again with its query in it.
+    Q_INVOKABLE void refresh();
+
 Q_SIGNALS:
     void queryChanged();
     void resultsChanged();
     void busyChanged();
 
 private:
+    void ask();
     static Task<> answer(QPointer<TopicSearch> self);
     void show(QList<SearchHit> hits);
     void setBusy(bool busy);
@@ -68,6 +73,7 @@ private:
     SearchIndex m_index;
     QList<SearchHit> m_hits;
     bool m_busy = false;
+    bool m_asked = false; ///< the present query waits for an answer
     QTimer m_letGo;
 };
 

@@ -1,5 +1,6 @@
 #include "app/models/SearchFold.h"
 #include "app/models/SearchIndex.h"
+#include "app/models/Section.h"
 #include "app/models/TopicSearch.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
@@ -145,6 +146,32 @@ TEST(TopicSearch, answers_the_newest_query_and_follows_what_is_decided) {
     EXPECT_EQ(search.statusText(), text("Rien trouvé pour «\u00A0rien du tout\u00A0»."));
     search.setQuery(QString());
     EXPECT_EQ(search.count(), 0);
+}
+
+TEST(TopicSearch, answers_the_same_query_again_from_the_topics_as_they_are_now) {
+    test::FixedClock clock;
+    TopicStore store(QString(), Resources(), clock);
+    const QUuid rust = store.add({sampleTopic(text("Rust"))}).first();
+    TopicSearch search(store);
+    search.refresh();
+    EXPECT_FALSE(search.busy()) << "there is nothing to answer";
+    search.setQuery(text("zig"));
+    search.refresh(); // while it is being answered
+    spinUntil([&] { return !search.busy(); });
+    EXPECT_EQ(search.count(), 0);
+    store.setNote(rust, text("à comparer au zig"));
+    Topic reading = sampleTopic(text("zig.org"), TopicStatus::Pending);
+    reading.capturedURL = reading.sources.first().url;
+    reading.foundAt = reading.foundAt.addDays(1);
+    store.add({reading, sampleTopic(text("zig d’une fouille en cours"), TopicStatus::Pending)});
+    search.setQuery(text("zig"));
+    EXPECT_FALSE(search.busy());
+    search.refresh();
+    spinUntil([&] { return !search.busy(); });
+    ASSERT_EQ(search.count(), 2);
+    EXPECT_EQ(search.index(0).data(TopicSearch::Title), text("zig.org"));
+    EXPECT_EQ(search.index(0).data(TopicSearch::SectionNumber), static_cast<int>(Section::Inbox));
+    EXPECT_EQ(search.index(1).data(TopicSearch::Title), text("Rust"));
 }
 
 TEST(TopicSearch, may_go_while_it_is_searching) {
