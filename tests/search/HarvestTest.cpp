@@ -72,9 +72,8 @@ TEST_F(HarvestTest, a_link_set_aside_that_a_run_finds_again_is_told) {
     twin.id = QUuid::createUuid();
     twin.status = TopicStatus::Done;
     store.add({twin});
-    FoundAgain &finds = engine.finds();
     QList<QUuid> told;
-    QObject::connect(&finds, &FoundAgain::found, [&](const QUuid &id) { told += id; });
+    QObject::connect(&engine.finds(), &FoundAgain::found, [&](const QUuid &id) { told += id; });
 
     server.serve("/again", test::TestReply::redirect("/long"));
     const struct {
@@ -87,12 +86,9 @@ TEST_F(HarvestTest, a_link_set_aside_that_a_run_finds_again_is_told) {
     };
     for (const auto &one : cases) {
         store.postpone(aside);
-        const QDateTime since = *store.topic(aside)->triagedAt;
-        EXPECT_FALSE(finds.isSince(aside, since)) << "set aside again, it starts afresh";
         told.clear();
         scenario(one.found, none);
         EXPECT_EQ(run().added, 0);
-        EXPECT_EQ(finds.isSince(aside, since), one.moves);
         EXPECT_EQ(told, one.moves ? QList{aside} : QList<QUuid>());
     }
     EXPECT_EQ(store.topic(aside)->sources.size(), 2) << "the other address is one of its own now";
