@@ -305,6 +305,14 @@ void TopicListModel::setWaiting(QSet<QUuid> ids, const QString &heading) {
     follow(m_waiting, before);
 }
 
+void TopicListModel::heed(FoundAgain &finds) {
+    m_comebacks.heed(finds);
+    connect(&finds, &FoundAgain::found, this, &TopicListModel::follow);
+    for (const QUuid &id : finds.topics()) {
+        follow(id);
+    }
+}
+
 void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
     if (state.isEmpty()) {
         m_briefStates.remove(id);

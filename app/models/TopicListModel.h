@@ -83,7 +83,7 @@ public:
         Worth,      ///< "meh", "useful", "gem" or ""
         WorthLabel, ///< "Bof", "Utile", "Pépite" or ""
         PostponedCount,
-        Moved,          ///< bool, of the reserve: a newer topic speaks of the same thing
+        Moved,          ///< bool, of the reserve: see Comebacks
         Waits,          ///< bool, of the program: it does not fit in the week
         HasBrief,       ///< bool
         BriefState,     ///< "", "queued", "writing", "failed" or "written"
@@ -114,6 +114,9 @@ public:
     /// Of the program: the topics that do not fit in the week stand below the others, under these
     /// words.
     void setWaiting(QSet<QUuid> ids, const QString &heading);
+
+    /// Of the reserve: what runs come upon again counts too. `finds` outlives this.
+    void heed(FoundAgain &finds);
 
     /// How far the writing of a topic's brief is: "", "queued", "writing" or "failed". A topic that
     /// has a brief and no such word shows "written".

@@ -20,6 +20,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_inbox = std::make_unique<TopicListModel>(store, Section::Inbox, app.clock());
     m_program = std::make_unique<TopicListModel>(store, Section::Program, app.clock());
     m_reserve = std::make_unique<TopicListModel>(store, Section::Reserve, app.clock());
+    m_reserve->heed(app.engine().finds());
     m_library = std::make_unique<TopicListModel>(store, Section::Library, app.clock());
     m_decisions = std::make_unique<Decisions>(store);
     m_keyboard = std::make_unique<KeyboardMap>(app.agent().locator().choose());

@@ -1,6 +1,7 @@
 #include "app/models/Decisions.h"
 #include "app/models/ProgramBudget.h"
 #include "tests/app/models/Watched.h"
+#include "tests/support/Wait.h"
 
 #include <QRandomGenerator>
 
@@ -101,6 +102,13 @@ TEST(TopicListModel, brings_up_a_reserved_topic_that_news_came_of) {
     shelf.clock.moment = news.foundAt.addDays(1);
     decisions.postpone(second);
     EXPECT_EQ(reserve.movedCount(), 0);
+    // A run that comes upon its link again brings it forward at once.
+    FoundAgain finds(shelf.store, shelf.clock);
+    reserve.heed(finds);
+    shelf.clock.moment = shelf.clock.moment.addDays(1);
+    test::waitFor(finds.note(QUuid::fromString(first)));
+    EXPECT_EQ(watched.seen, (QStringList{first, second}));
+    EXPECT_EQ(reserve.movedCount(), 1);
     EXPECT_EQ(watched.resets, 0);
 }
 
