@@ -111,6 +111,7 @@ FocusScope {
         held = false;
         list.currentIndex = currentRow;
         list.forceLayout();
+        tidy.restart();
         if (goneId !== "") {
             list.positionViewAtIndex(currentRow, ListView.Contain);
             goneId = "";
@@ -287,6 +288,25 @@ FocusScope {
         }
     }
 
+    // The first heading is not left half out of sight where there is room for it.
+    Timer {
+        id: tidy
+        interval: Theme.calm + 60 // the cards have moved to their places
+        onTriggered: {
+            const hidden = list.contentY - list.originY;
+            const bottom = list.currentItem ? list.currentItem.y + list.currentItem.height - list.originY : 0;
+            if (hidden > 0 && hidden < 60 && bottom + 12 <= list.height) {
+                toTop.start();
+            }
+        }
+    }
+    NumberAnimation {
+        id: toTop
+        target: list
+        property: "contentY"
+        to: list.originY
+        duration: Theme.calm
+    }
     EmptyState {
         anchors.fill: parent
         anchors.topMargin: head.height
