@@ -17,7 +17,7 @@ set(VORLE_QML
     screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SectionPlace.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
-    screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
+    screens/TopicRow.qml screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window

@@ -36,6 +36,7 @@ FocusScope {
     // then the space is not given to others: they would be made for nothing.
     property string goneId: ""
     property TopicCard openCard: null
+    readonly property real cardWidth: list.width - 2 * Theme.margin
     property bool enlarged: false // the chosen card is shown as a page
     required property var details
 
@@ -115,6 +116,11 @@ FocusScope {
         if (goneId !== "") {
             list.positionViewAtIndex(currentRow, ListView.Contain);
             goneId = "";
+        }
+    }
+    function forget(card: TopicCard) {
+        if (openCard === card) {
+            openCard = null;
         }
     }
     function focusContent() {
@@ -203,7 +209,7 @@ FocusScope {
         section.delegate: Item {
             id: heading
             property string name: section // given by the list, anew when it uses a heading again
-            width: list.width - 2 * Theme.margin
+            width: root.cardWidth
             height: name.length > 0 ? 40 : 0
 
             Title {
@@ -220,7 +226,7 @@ FocusScope {
         onCountChanged: root.followSoon()
 
         footer: Item {
-            width: list.width - 2 * Theme.margin
+            width: root.cardWidth
             height: lastGhost.visible ? lastGhost.height + Theme.cardGap : 0
 
             GhostLine {
@@ -233,58 +239,26 @@ FocusScope {
                 onUndo: root.undoAsked()
             }
         }
-        delegate: Item {
-            id: row
-
-            required property int index
-            required property var model
-            readonly property var topic: model
-            readonly property string topicId: model.topicId ?? "" // none once the row is gone
-            readonly property bool ghostAbove: root.shownGhost !== null && topicId.length > 0 && root.shownGhost.beforeId === topicId
-            readonly property bool ghostBelow: root.shownGhost !== null && topicId.length > 0 && root.shownGhost.afterId === topicId
-            readonly property real wholeHeight: card.height + Theme.cardGap + ghostPlace.space
-            property real lastHeight: 0
-
-            width: list.width - 2 * Theme.margin
-            height: root.held || topicId === root.goneId ? lastHeight : wholeHeight
-            onHeightChanged: lastHeight = height
-
-            Loader {
-                id: ghostPlace
-
-                readonly property real space: active ? (item as GhostLine).implicitHeight + Theme.cardGap : 0
-
-                y: row.ghostBelow ? card.height + Theme.cardGap : 0
-                width: parent.width
-                active: row.ghostAbove || row.ghostBelow
-                sourceComponent: GhostLine {
-                    went: root.shownGhost?.went ?? ""
-                    title: root.shownGhost?.title ?? ""
-                    undoKeys: root.undoKeys
-                    onUndo: root.undoAsked()
-                }
+        delegate: TopicRow {
+            width: root.cardWidth
+            shownId: root.shownId
+            ghost: root.shownGhost
+            still: root.goneId !== ""
+            held: root.held || topicId === root.goneId
+            actions: root.actions
+            undoKeys: root.undoKeys
+            onOpened: card => root.openCard = card
+            onDropped: card => root.forget(card)
+            onChosen: {
+                root.choose(index);
+                root.focusContent();
             }
-            TopicCard {
-                id: card
-                y: row.ghostAbove ? ghostPlace.space : 0
-                low: row.model.waits ?? false
-                still: root.goneId !== ""
-                width: parent.width
-                topic: row.model
-                open: row.topicId.length > 0 && row.topicId === root.shownId
-                onOpenChanged: if (open) root.openCard = card
-                Component.onDestruction: if (root.openCard === card) root.openCard = null
-                actions: root.actions
-                onChosen: {
-                    root.choose(row.index);
-                    root.focusContent();
-                }
-                onEnlarged: {
-                    root.choose(row.index);
-                    root.enlarged = true;
-                }
-                onAct: action => root.act(action)
+            onEnlarged: {
+                root.choose(index);
+                root.enlarged = true;
             }
+            onAct: action => root.act(action)
+            onUndoAsked: root.undoAsked()
         }
     }
 
