@@ -66,6 +66,8 @@ Window {
         panels.correct(sections.topics, topicId);
     }
 
+    Component.onCompleted: screen.focusContent()
+
     Connections {
         target: main.shell
 

@@ -152,6 +152,11 @@ FocusScope {
     Item {
         id: spot
         focus: true
+        // On to what stands in the content; the chain of all items would go round by the menu.
+        Keys.onTabPressed: {
+            const from = root.enlarged ? reading.item as Item : head;
+            from.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+        }
         Keys.onPressed: event => event.accepted = event.modifiers === Qt.NoModifier && root.moveFar(event.key)
     }
     Item {

@@ -269,6 +269,15 @@ TEST_F(WindowTest, panels_keep_the_keyboard_and_typing_decides_nothing) {
 TEST_F(WindowTest, moving_the_focus_never_decides) {
     fill();
     open();
+    const auto focused = [&] {
+        const QQuickItem *item = window().activeFocusItem();
+        return item != nullptr ? item->property("text").toString() : QString();
+    };
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), u"Rechercher");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), u"Garder");
+    press(Qt::Key_Escape);
     // On to a card's button, away to another section and back: the space bar enlarges the card.
     for (int i = 0; i < 12; ++i) {
         press(Qt::Key_Tab);
