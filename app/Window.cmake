@@ -7,11 +7,11 @@ set(VORLE_QML
     controls/ActionButton.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/KeyCap.qml
-    controls/Label.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
+    controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ReadingFoot.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SideItem.qml
-    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
+    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml controls/TopPull.qml
     controls/TopicCard.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
     screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml

@@ -10,7 +10,7 @@ namespace vorle {
 inline QByteArray readText(QRandomGenerator &random) {
     static const QByteArrayView words[] = {"la ",        "version ", "apporte ",  "un ",
                                            "correctif ", "the ",     "release ",  "\"fixes\" ",
-                                           "memory ",    "été ",     "déployée ", "since ",
+                                           "mémoire ",   "été ",     "déployée ", "since ",
                                            "2026. ",     "parser ",  "— "};
     QByteArray text;
     while (text.size() < 8'000) {

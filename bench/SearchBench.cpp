@@ -2,6 +2,7 @@
 #include "app/models/ProgramBudget.h"
 #include "app/models/SearchFold.h"
 #include "app/models/SearchIndex.h"
+#include "bench/ManyTopics.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -21,43 +22,18 @@
 namespace vorle {
 namespace {
 
-QByteArray readText(QRandomGenerator &random) {
-    static const QByteArrayView words[] = {"la ",        "version ", "apporte ",  "un ",
-                                           "correctif ", "the ",     "release ",  "\"fixes\" ",
-                                           "mémoire ",   "été ",     "déployée ", "since ",
-                                           "2026. ",     "parser ",  "— "};
-    QByteArray text;
-    while (text.size() < 8'000) {
-        text += words[random.bounded(static_cast<quint32>(std::size(words)))];
-        if (random.bounded(14U) == 0) {
-            text += '\n';
-        }
-    }
-    return text;
-}
-
-QList<Topic> manyTopics(qsizetype count, bool texts) {
-    QRandomGenerator random(1);
-    QList<Topic> topics;
+/// Topics of every section, with the texts that were read or without.
+QList<Topic> shelvedTopics(qsizetype count, bool texts) {
+    QRandomGenerator random(2);
+    QList<Topic> topics = manyTopics(count);
     for (qsizetype i = 0; i < count; ++i) {
-        Topic topic;
-        topic.id = QUuid::createUuid();
-        topic.title = QStringLiteral("Vapeur %1 corrige une fuite de mémoire").arg(i);
-        topic.score = static_cast<int>(random.bounded(11U));
-        topic.project = QStringLiteral("Tiravue");
-        topic.minutes = 20;
-        topic.summary = QString::fromUtf8(readText(random).first(300));
-        topic.why = QString::fromUtf8(readText(random).first(200));
+        Topic &topic = topics[i];
         topic.dependency = QStringLiteral("vapeur-%1").arg(i % 400);
-        topic.sources = {
-            {QStringLiteral("Notes"), QStringLiteral("https://example.org/%1").arg(i)}};
-        topic.foundAt =
-            QDateTime(QDate(2026, 11, 2), QTime(8, 0), Qt::UTC).addSecs(-60 * (i % 5'000));
+        topic.foundAt = topic.foundAt.addSecs(-60 * (i % 5'000));
         topic.status = static_cast<TopicStatus>(1 + random.bounded(5U));
-        if (texts) {
-            topic.seenText = readText(random);
+        if (!texts) {
+            topic.seenText.reset();
         }
-        topics.append(std::move(topic));
     }
     // One word that one text holds.
     if (texts) {
@@ -96,7 +72,7 @@ double quantile(std::vector<double> values, double part) {
 constexpr qsizetype topicCount = 5'000;
 
 const QList<TopicPtr> &topics() {
-    static const QList<TopicPtr> list = shared(manyTopics(topicCount, true));
+    static const QList<TopicPtr> list = shared(shelvedTopics(topicCount, true));
     return list;
 }
 
@@ -175,7 +151,7 @@ void refreshIndex(benchmark::State &state) {
 void triage(benchmark::State &state) {
     const SystemClock clock;
     TopicStore store(QString(), Resources(), clock);
-    store.add(manyTopics(10'000, false));
+    store.add(shelvedTopics(10'000, false));
     QTemporaryDir folder;
     Preferences preferences(
         std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json"))));

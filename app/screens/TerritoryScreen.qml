@@ -50,20 +50,9 @@ FocusScope {
         Accessible.role: Accessible.List
         Accessible.name: screen.title
         section.property: "group"
-        section.delegate: Item {
-            id: heading
-            required property string section
+        section.delegate: ListHeading {
+            name: section
             width: list.width - 2 * Theme.margin
-            height: 48
-
-            Title {
-                anchors.bottom: parent.bottom
-                anchors.bottomMargin: 8
-                text: heading.section
-                color: Theme.inkFaint
-                size: Theme.titleSmall
-                font.weight: Font.DemiBold
-            }
         }
         T.ScrollBar.vertical: ScrollLine {}
 

@@ -112,7 +112,7 @@ FocusScope {
         held = false;
         list.currentIndex = currentRow;
         list.forceLayout();
-        tidy.restart();
+        pull.soon();
         if (goneId !== "") {
             list.positionViewAtIndex(currentRow, ListView.Contain);
             goneId = "";
@@ -211,21 +211,9 @@ FocusScope {
         Accessible.name: root.title
         section.property: root.headings ? "section" : ""
         section.criteria: ViewSection.FullString
-        section.delegate: Item {
-            id: heading
-            property string name: section // given by the list, anew when it uses a heading again
+        section.delegate: ListHeading {
+            name: section
             width: root.cardWidth
-            height: name.length > 0 ? 40 : 0
-
-            Title {
-                anchors.bottom: parent.bottom
-                anchors.bottomMargin: 10
-                visible: text.length > 0
-                text: heading.name
-                color: Theme.inkFaint
-                size: Theme.titleSmall
-                font.weight: Font.DemiBold
-            }
         }
         T.ScrollBar.vertical: ScrollLine {}
         onCountChanged: root.followSoon()
@@ -267,24 +255,9 @@ FocusScope {
         }
     }
 
-    // The first heading is not left half out of sight where there is room for it.
-    Timer {
-        id: tidy
-        interval: Theme.calm + 60 // the cards have moved to their places
-        onTriggered: {
-            const hidden = list.contentY - list.originY;
-            const bottom = list.currentItem ? list.currentItem.y + list.currentItem.height - list.originY : 0;
-            if (hidden > 0 && hidden < 60 && bottom + 12 <= list.height) {
-                toTop.start();
-            }
-        }
-    }
-    NumberAnimation {
-        id: toTop
-        target: list
-        property: "contentY"
-        to: list.originY
-        duration: Theme.calm
+    TopPull {
+        id: pull
+        list: list
     }
     EmptyState {
         anchors.fill: parent
