@@ -1,5 +1,6 @@
 #include "app/TopicLabels.h"
 
+#include "base/French.h"
 #include "core/DurationText.h"
 #include "core/KindLabel.h"
 
@@ -74,10 +75,9 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
 }
 
 QString releasedText(qsizetype count) {
-    return count == 1
-               ? QStringLiteral("1 sujet d’une fouille interrompue rejoint « À trier ».")
-               : QStringLiteral("%1 sujets d’une fouille interrompue rejoignent « À trier ».")
-                     .arg(count);
+    return count == 1 ? French::tr("1 sujet d’une fouille interrompue rejoint « À trier ».")
+                      : French::tr("%1 sujets d’une fouille interrompue rejoignent « À trier ».")
+                            .arg(count);
 }
 
 } // namespace vorle

@@ -1,6 +1,7 @@
 #include "agents/TemporaryFiles.h"
 #include "app/cli/CommandLine.h"
 #include "app/window/Gui.h"
+#include "base/French.h"
 #include "platform/Native.h"
 
 #include <QCoreApplication>
@@ -19,7 +20,9 @@ int main(int argc, char **argv) {
     try {
         vorle::preparePrivateTemporaryDirectory();
     } catch (const std::system_error &error) {
-        std::fprintf(stderr, "Aucun dossier temporaire sûr : %s\n", error.what());
+        const QString text = vorle::French::tr("Aucun dossier temporaire sûr : %1\n")
+                                 .arg(QString::fromLocal8Bit(error.what()));
+        std::fputs(text.toUtf8().constData(), stderr);
         return 1;
     }
 

@@ -1,5 +1,6 @@
 #include "core/Calibration.h"
 
+#include "base/French.h"
 #include "core/ScoreScale.h"
 
 #include <QHash>
@@ -161,55 +162,54 @@ void Calibration::endWhenOver() {
 }
 
 CalibrationText calibrationInvitation(qsizetype total) {
-    return {QStringLiteral("Apprends-moi tes goûts"),
-            total == 1
-                ? QStringLiteral("Trie un sujet et dis-moi la note que tu lui aurais donnée. "
-                                 "Mes prochaines notes en tiendront compte.")
-                : QStringLiteral("Trie %1 sujets variés et dis-moi la note que tu leur "
-                                 "aurais donnée. Mes prochaines notes en tiendront compte.")
-                      .arg(total)};
+    return {French::tr("Apprends-moi tes goûts"),
+            total == 1 ? French::tr("Trie un sujet et dis-moi la note que tu lui aurais donnée. "
+                                    "Mes prochaines notes en tiendront compte.")
+                       : French::tr("Trie %1 sujets variés et dis-moi la note que tu leur "
+                                    "aurais donnée. Mes prochaines notes en tiendront compte.")
+                             .arg(total)};
 }
 
-QString calibrationQuestion() { return QStringLiteral("Qu’est-ce que tu en fais\u00A0?"); }
+QString calibrationQuestion() { return French::tr("Qu’est-ce que tu en fais\u00A0?"); }
 
 QString calibrationScoreQuestion() {
-    return QStringLiteral("Quelle note lui aurais-tu donnée, de 0 à 10\u00A0?");
+    return French::tr("Quelle note lui aurais-tu donnée, de 0 à 10\u00A0?");
 }
 
 QString calibrationLabel(Calibration::Choice choice) {
     switch (choice) {
     case Calibration::Choice::Keep:
-        return QStringLiteral("Garder");
+        return French::tr("Garder");
     case Calibration::Choice::Later:
-        return QStringLiteral("Plus tard");
+        return French::tr("Plus tard");
     case Calibration::Choice::NotForMe:
         break;
     }
-    return QStringLiteral("Pas pour moi");
+    return French::tr("Pas pour moi");
 }
 
 QString calibrationPlace(const Calibration::Progress &progress) {
-    return QStringLiteral("%1 sur %2")
+    return French::tr("%1 sur %2")
         .arg(std::min(progress.answered + 1, progress.total))
         .arg(progress.total);
 }
 
 CalibrationText calibrationEnd(qsizetype answered) {
-    return {QStringLiteral("C’est noté"),
+    return {French::tr("C’est noté"),
             answered < Calibration::wanted
-                ? QStringLiteral("Il n’y a plus rien à trier pour l’instant. Tes réponses "
-                                 "guideront déjà la prochaine fouille.")
-                : QStringLiteral("Tes réponses guideront la prochaine fouille, et chaque tri que "
-                                 "tu feras ensuite affinera mes notes.")};
+                ? French::tr("Il n’y a plus rien à trier pour l’instant. Tes réponses "
+                             "guideront déjà la prochaine fouille.")
+                : French::tr("Tes réponses guideront la prochaine fouille, et chaque tri que "
+                             "tu feras ensuite affinera mes notes.")};
 }
 
 QString calibrationNothingText() {
-    return QStringLiteral("Rien à trier pour l’instant\u00A0: il me faut d’abord une fouille.");
+    return French::tr("Rien à trier pour l’instant\u00A0: il me faut d’abord une fouille.");
 }
 
 QString calibrationSkippedText() {
-    return QStringLiteral("Entendu, j’apprendrai de tes tris au fil de l’eau. Tu peux le faire "
-                          "plus tard, quand tu veux.");
+    return French::tr("Entendu, j’apprendrai de tes tris au fil de l’eau. Tu peux le faire "
+                      "plus tard, quand tu veux.");
 }
 
 } // namespace vorle

@@ -1,5 +1,6 @@
 #include "core/Preferences.h"
 
+#include "base/French.h"
 #include "base/MainThread.h"
 #include "core/SettingsTable.h"
 
@@ -115,11 +116,11 @@ std::optional<QString> Preferences::changeSetting(const QString &key, const QJso
     requireMainThread(subject);
     const SettingEntry *entry = findSetting(key);
     if (entry == nullptr) {
-        return QStringLiteral("Réglage inconnu : « %1 ».").arg(key);
+        return French::tr("Réglage inconnu : « %1 ».").arg(key);
     }
     Settings next = m_settings;
     if (!entry->accept(key, value, next)) {
-        return QStringLiteral("« %1 » attend %2.").arg(key, entry->expectation(key));
+        return French::tr("« %1 » attend %2.").arg(key, entry->expectation(key));
     }
     const bool another = !entry->equal(next, m_settings);
     m_settings = std::move(next);

@@ -1,5 +1,7 @@
 #include "core/ScoreScale.h"
 
+#include "base/French.h"
+
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -39,11 +41,11 @@ ModeColour colour(const std::array<QStringView, 2> &pair) {
 
 QString accessibleName(std::optional<int> score) {
     if (!score) {
-        return QStringLiteral("Pas de note : rien n’a pu être lu");
+        return French::tr("Pas de note : rien n’a pu être lu");
     }
-    return QStringLiteral("Note %1 sur 10%2")
+    return French::tr("Note %1 sur 10%2")
         .arg(*score)
-        .arg(*score == 10 ? QStringLiteral(", pépite") : QString());
+        .arg(*score == 10 ? French::tr(", pépite") : QString());
 }
 
 } // namespace
@@ -58,17 +60,17 @@ std::optional<Tier> tierFromNumber(int number) {
 QString tierLabel(Tier tier) {
     switch (tier) {
     case Tier::Urgent:
-        return QStringLiteral("Urgent");
+        return French::tr("Urgent");
     case Tier::VeryRelevant:
-        return QStringLiteral("Très pertinents");
+        return French::tr("Très pertinents");
     case Tier::Relevant:
-        return QStringLiteral("Pertinents");
+        return French::tr("Pertinents");
     case Tier::WorthKnowing:
-        return QStringLiteral("Bons à savoir");
+        return French::tr("Bons à savoir");
     case Tier::ToDig:
         break;
     }
-    return QStringLiteral("À creuser");
+    return French::tr("À creuser");
 }
 
 Tier tierOf(const Topic &topic) {

@@ -1,5 +1,7 @@
 #include "core/SettingsTable.h"
 
+#include "base/French.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -93,36 +95,36 @@ template <class T>
 QString expectationOf(const QString &key) {
     if constexpr (std::is_same_v<T, int>) {
         const Range range = rangeOf(key);
-        return QStringLiteral("un nombre entier de %1 à %2").arg(range.least).arg(range.most);
+        return French::tr("un nombre entier de %1 à %2").arg(range.least).arg(range.most);
     } else if constexpr (std::is_same_v<T, bool>) {
-        return QStringLiteral("true ou false");
+        return French::tr("true ou false");
     } else if constexpr (json::RawEnum<T>) {
         QStringList words;
         for (const std::string_view word : rawStrings(T{})) {
             words += u'"' + QString::fromUtf8(word.data(), qsizetype(word.size())) + u'"';
         }
-        return QStringLiteral("l’un de ces mots : ") + words.join(QStringLiteral(", "));
+        return French::tr("l’un de ces mots : ") + words.join(QStringLiteral(", "));
     } else if constexpr (std::is_same_v<T, std::optional<QString>>) {
-        return key == u"agent" ? QStringLiteral("\"claude\", \"codex\" ou null")
-                               : QStringLiteral("un texte ou null");
+        return key == u"agent" ? French::tr("\"claude\", \"codex\" ou null")
+                               : French::tr("un texte ou null");
     } else if constexpr (std::is_same_v<T, std::optional<QDateTime>>) {
-        return QStringLiteral("une date comme \"2026-11-21T08:00:00Z\" ou null");
+        return French::tr("une date comme \"2026-11-21T08:00:00Z\" ou null");
     } else if constexpr (std::is_same_v<T, QList<QString>>) {
-        return QStringLiteral("une liste de textes");
+        return French::tr("une liste de textes");
     } else if constexpr (std::is_same_v<T, QMap<QString, QString>>) {
-        return QStringLiteral("un objet dont chaque valeur est un texte");
+        return French::tr("un objet dont chaque valeur est un texte");
     } else if constexpr (std::is_same_v<T, QMap<QString, int>>) {
-        return QStringLiteral("un objet dont chaque valeur est un nombre entier de %1 à %2")
+        return French::tr("un objet dont chaque valeur est un nombre entier de %1 à %2")
             .arg(weightRange.least)
             .arg(weightRange.most);
     } else if constexpr (IsList<T>::value) {
-        return QStringLiteral("une liste d’objets comme ") +
+        return French::tr("une liste d’objets comme ") +
                QString::fromUtf8(json::encode(typename T::value_type{}));
     } else if constexpr (IsOptional<T>::value) {
-        return QStringLiteral("null, ou un objet comme ") +
+        return French::tr("null, ou un objet comme ") +
                QString::fromUtf8(json::encode(typename T::value_type{}));
     } else {
-        return QStringLiteral("un objet comme ") + QString::fromUtf8(json::encode(T{}));
+        return French::tr("un objet comme ") + QString::fromUtf8(json::encode(T{}));
     }
 }
 

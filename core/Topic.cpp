@@ -1,5 +1,6 @@
 #include "core/Topic.h"
 
+#include "base/French.h"
 #include "base/Text.h"
 #include "core/GitHubLink.h"
 
@@ -10,7 +11,7 @@ QString TopicSource::displayName() const {
         return repository->owner + u'/' + repository->name;
     }
     const QStringView known = trimmed(title);
-    return known.isEmpty() ? QStringLiteral("Source") : known.toString();
+    return known.isEmpty() ? French::tr("Source") : known.toString();
 }
 
 size_t qHash(const TopicSource &source, size_t seed) {
@@ -32,15 +33,15 @@ QString changeLabel(const QString &change) {
         return change.contains(word, Qt::CaseInsensitive);
     };
     if (speaksOf(u"faille")) {
-        return QStringLiteral("Faille de sécurité");
+        return French::tr("Faille de sécurité");
     }
     if (speaksOf(u"casse")) {
-        return QStringLiteral("Changement cassant");
+        return French::tr("Changement cassant");
     }
     if (speaksOf(u"gain")) {
-        return QStringLiteral("Gain");
+        return French::tr("Gain");
     }
-    return speaksOf(u"nouvelle API") ? QStringLiteral("Nouvelle API") : QString();
+    return speaksOf(u"nouvelle API") ? French::tr("Nouvelle API") : QString();
 }
 
 } // namespace vorle

@@ -1,5 +1,6 @@
 // The topic store and its file: where it lies, how it is loaded, when it is saved.
 
+#include "base/French.h"
 #include "base/Log.h"
 #include "base/MainThread.h"
 #include "base/SystemErrorText.h"
@@ -37,7 +38,7 @@ void makeFolder(const QString &path) {
 }
 
 QString failureText(const std::error_code &error) {
-    return QStringLiteral("Le dernier enregistrement de tes sujets a échoué : %1.")
+    return French::tr("Le dernier enregistrement de tes sujets a échoué : %1.")
         .arg(systemErrorText(error));
 }
 

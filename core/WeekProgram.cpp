@@ -1,5 +1,6 @@
 #include "core/WeekProgram.h"
 
+#include "base/French.h"
 #include "core/DurationText.h"
 
 #include <algorithm>
@@ -21,28 +22,28 @@ ProgramText textInProgress(const WeekProgram &program) {
     const qsizetype count = program.fits.size();
     if (count == 0) {
         said.title = program.done == 0 && program.left > 0
-                         ? QStringLiteral("Rien ne tient dans ta semaine")
-                         : QStringLiteral("Ta semaine est pleine");
+                         ? French::tr("Rien ne tient dans ta semaine")
+                         : French::tr("Ta semaine est pleine");
     } else {
-        said.title = QStringLiteral("Cette semaine\u00A0: %1, %2")
-                         .arg(count == 1 ? QStringLiteral("1 sujet")
-                                         : QStringLiteral("%1 sujets").arg(count),
-                              durationText(program.planned));
+        said.title =
+            French::tr("Cette semaine\u00A0: %1, %2")
+                .arg(count == 1 ? French::tr("1 sujet") : French::tr("%1 sujets").arg(count),
+                     durationText(program.planned));
     }
     if (program.done == 0) {
         said.text =
-            QStringLiteral("Tu as %1 de veille cette semaine.").arg(durationText(program.budget));
+            French::tr("Tu as %1 de veille cette semaine.").arg(durationText(program.budget));
     } else {
-        said.text = QStringLiteral("Déjà fait\u00A0: %1 sur %2.")
+        said.text = French::tr("Déjà fait\u00A0: %1 sur %2.")
                         .arg(durationText(program.done), durationText(program.budget));
         if (program.left > 0) {
-            said.text += QStringLiteral(" Il te reste %1.").arg(durationText(program.left));
+            said.text += French::tr(" Il te reste %1.").arg(durationText(program.left));
         }
     }
     if (program.excess() > 0) {
         said.text +=
-            QStringLiteral(" Les urgences dépassent ton temps de %1\u00A0: elles passent quand "
-                           "même.")
+            French::tr(" Les urgences dépassent ton temps de %1\u00A0: elles passent quand "
+                       "même.")
                 .arg(durationText(program.excess()));
     }
     return said;
@@ -84,23 +85,23 @@ WeekProgram weekProgram(const QList<TopicPtr> &topics, int weeklyMinutes, const 
 ProgramText programText(const WeekProgram &program, const QString &nextRun) {
     switch (program.state) {
     case WeekProgram::State::Empty:
-        return {
-            QStringLiteral("Ton programme est vide."),
-            QStringLiteral("Ce que tu gardes au tri arrive ici, rangé par urgence et par note.")};
+        return {French::tr("Ton programme est vide."),
+                French::tr("Ce que tu gardes au tri arrive ici, rangé par urgence et par note.")};
     case WeekProgram::State::AllDone:
         break;
     case WeekProgram::State::InProgress:
         return textInProgress(program);
     }
-    ProgramText said{QStringLiteral("Programme fini, il te reste ") + durationText(program.left),
-                     QStringLiteral("Tout ce que tu as gardé est fait.")};
+    ProgramText said{French::tr("Programme fini, il te reste ") + durationText(program.left),
+                     French::tr("Tout ce que tu as gardé est fait.")};
     // With no time left, searching for more would be a strange offer.
     if (program.left > 0) {
-        const QString offer = QStringLiteral(
-            " Je peux fouiller maintenant pour remplir le reste de ta semaine, sans attendre ");
-        said.text += nextRun.isEmpty() ? offer.chopped(QStringView(u", sans attendre ").size())
-                                       : offer + nextRun;
-        said.text += u'.';
+        said.text +=
+            nextRun.isEmpty()
+                ? French::tr(" Je peux fouiller maintenant pour remplir le reste de ta semaine.")
+                : French::tr(" Je peux fouiller maintenant pour remplir le reste de ta semaine, "
+                             "sans attendre %1.")
+                      .arg(nextRun);
     }
     return said;
 }
@@ -108,7 +109,7 @@ ProgramText programText(const WeekProgram &program, const QString &nextRun) {
 QString programLineText(const WeekProgram &program) {
     return program.waits.isEmpty()
                ? QString()
-               : QStringLiteral("Ce qui suit ne tient pas dans ta semaine, et t’attend");
+               : French::tr("Ce qui suit ne tient pas dans ta semaine, et t’attend");
 }
 
 } // namespace vorle

@@ -1,5 +1,6 @@
 #include "desktop/LaunchPrompt.h"
 
+#include "base/French.h"
 #include "base/Text.h"
 
 #include <QStringList>
@@ -81,7 +82,7 @@ QString addresses(const QList<TopicSource> &sources) {
 
 QString launchPrompt(const Topic &topic, LaunchPlace place) {
     QString prompt;
-    const auto add = [&](QStringView label, const QString &text) {
+    const auto add = [&](const QString &label, const QString &text) {
         if (!text.isEmpty()) {
             prompt += label;
             prompt += text;
@@ -91,21 +92,21 @@ QString launchPrompt(const Topic &topic, LaunchPlace place) {
     const auto words = [](const QString &text) {
         return utf8Prefix(withoutMentions(visible(text)), maxLineBytes).toString();
     };
-    add(u"Sujet de veille repéré par vorle : ", words(topic.title));
-    add(u"Pourquoi ça me concerne : ", words(topic.why));
-    add(u"Premier pas proposé : ", words(topic.firstStep));
-    add(u"Sources : ", addresses(topic.sources));
-    add(u"Mon projet : ", words(topic.project.value_or(QString())));
+    add(French::tr("Sujet de veille repéré par vorle : "), words(topic.title));
+    add(French::tr("Pourquoi ça me concerne : "), words(topic.why));
+    add(French::tr("Premier pas proposé : "), words(topic.firstStep));
+    add(French::tr("Sources : "), addresses(topic.sources));
+    add(French::tr("Mon projet : "), words(topic.project.value_or(QString())));
     if (!prompt.isEmpty()) {
         prompt += u'\n';
     }
     return prompt +
            (place == LaunchPlace::ProjectFolder
-                ? QStringLiteral(
+                ? French::tr(
                       "Aide-moi à faire ce premier pas dans ce projet. Commence par vérifier ce "
                       "qui me concerne vraiment dans le code, puis propose un plan court avant de "
                       "modifier quoi que ce soit.")
-                : QStringLiteral(
+                : French::tr(
                       "Aide-moi à approfondir ce sujet et à faire ce premier pas : dis-moi ce qui "
                       "compte vraiment pour moi, puis propose un plan court et concret."));
 }

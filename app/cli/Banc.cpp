@@ -1,6 +1,7 @@
 // The judge measured on the samples an expert graded. The user's topics are never opened.
 
 #include "app/cli/Command.h"
+#include "base/French.h"
 #include "judging/JudgeBench.h"
 
 #include <QLocale>
@@ -121,28 +122,27 @@ QString row(const Console &console, const BenchVerdict &verdict) {
 QString figuresText(const BenchFigures &figures) {
     QStringList facts;
     if (figures.meanAbsoluteError) {
-        facts += QStringLiteral("Écart moyen : ") +
-                 french().toString(*figures.meanAbsoluteError, 'f', 2);
         facts +=
-            QStringLiteral("à un point près : %1 %").arg(std::lround(*figures.withinOne * 100));
+            French::tr("Écart moyen : ") + french().toString(*figures.meanAbsoluteError, 'f', 2);
+        facts += French::tr("à un point près : %1 %").arg(std::lround(*figures.withinOne * 100));
         facts +=
-            QStringLiteral("corrélation des rangs : ") +
+            French::tr("corrélation des rangs : ") +
             (figures.rankCorrelation ? french().toString(*figures.rankCorrelation, 'f', 2)
-                                     : QStringLiteral("non définie, les notes sont toutes égales"));
+                                     : French::tr("non définie, les notes sont toutes égales"));
     }
     if (figures.unanswered > 0) {
-        facts += QStringLiteral("sans réponse : %1").arg(figures.unanswered);
+        facts += French::tr("sans réponse : %1").arg(figures.unanswered);
     }
     return facts.join(QStringLiteral(" · "));
 }
 
 QString tableText(const Console &console, const Bench &bench, const JudgeBench::Outcome &outcome) {
-    QStringList lines{console.bold(bench.profile.name) +
-                          console.faint(QStringLiteral("  ") + counted(bench.items.size(),
-                                                                       QStringLiteral("sujet"),
-                                                                       QStringLiteral("sujets"))),
-                      console.faint(cell(QStringLiteral("attendu")) + cell(QStringLiteral("jugé")) +
-                                    cell(QStringLiteral("écart")))};
+    QStringList lines{
+        console.bold(bench.profile.name) +
+            console.faint(QStringLiteral("  ") +
+                          counted(bench.items.size(), French::tr("sujet"), French::tr("sujets"))),
+        console.faint(cell(French::tr("attendu")) + cell(French::tr("jugé")) +
+                      cell(French::tr("écart")))};
     for (const BenchVerdict &verdict : outcome.verdicts) {
         lines += row(console, verdict);
     }
@@ -152,16 +152,16 @@ QString tableText(const Console &console, const Bench &bench, const JudgeBench::
 
 QString worstText(const Console &console, const QList<BenchVerdict> &verdicts,
                   const BenchFigures &figures) {
-    QStringList lines{console.bold(QStringLiteral("Les plus grands écarts"))};
+    QStringList lines{console.bold(French::tr("Les plus grands écarts"))};
     for (const qsizetype place : figures.worst) {
         const BenchVerdict &verdict = verdicts[place];
         lines += console.accent(cell(gapText(*verdict.gap()))) + QStringLiteral("  ") +
                  console.wrapped(verdict.item.title, 9).trimmed();
-        lines += console.wrapped(QStringLiteral("Attendu %1 : %2")
-                                     .arg(scoreText(verdict.label->score), verdict.label->text),
-                                 9);
+        lines += console.wrapped(
+            French::tr("Attendu %1 : %2").arg(scoreText(verdict.label->score), verdict.label->text),
+            9);
         lines +=
-            console.wrapped(QStringLiteral("Jugé %1 : %2")
+            console.wrapped(French::tr("Jugé %1 : %2")
                                 .arg(scoreText(verdict.judgment->relevance), verdict.judgment->why),
                             9);
     }
@@ -176,7 +176,7 @@ void tell(const Console &console, const Judged &judged, const BenchFigures &figu
         console.print(worstText(console, judged.verdicts(), figures));
     }
     if (judged.outcomes.size() > 1) {
-        console.print(console.bold(QStringLiteral("En tout")) + u'\n' + figuresText(figures));
+        console.print(console.bold(French::tr("En tout")) + u'\n' + figuresText(figures));
     }
 }
 
@@ -214,9 +214,9 @@ Task<Judged> judgeAll(Context &context, QList<Bench> benches) {
     qsizetype before = 0;
     for (const Bench &bench : benches) {
         const auto progress = [&](qsizetype done) {
-            context.console.progress(
-                QStringLiteral("Jugement du banc d’essai"), int(before + done), int(total),
-                QStringLiteral("jugés : %1 sur %2").arg(before + done).arg(total));
+            context.console.progress(French::tr("Jugement du banc d’essai"), int(before + done),
+                                     int(total),
+                                     French::tr("jugés : %1 sur %2").arg(before + done).arg(total));
         };
         progress(0);
         judged.outcomes += co_await judging.judge(bench, progress, context.cancel);
@@ -253,11 +253,11 @@ Task<ExitStatus> banc(Context &context) {
     }
     const qsizetype answered = judged.verdicts().size() - figures.unanswered;
     if (answered == 0) {
-        throw Failure(QStringLiteral("L’IA a répondu, mais n’a jugé aucun sujet."));
+        throw Failure(French::tr("L’IA a répondu, mais n’a jugé aucun sujet."));
     }
-    QString line = counted(answered, QStringLiteral("sujet jugé"), QStringLiteral("sujets jugés"));
+    QString line = counted(answered, French::tr("sujet jugé"), French::tr("sujets jugés"));
     if (figures.unanswered > 0) {
-        line += QStringLiteral(", %1 sans réponse").arg(figures.unanswered);
+        line += French::tr(", %1 sans réponse").arg(figures.unanswered);
     }
     if (const auto cost = judged.costUSD()) {
         line += QStringLiteral(" · ") + french().toString(*cost, 'f', 2) + QStringLiteral(" $");

@@ -1,6 +1,7 @@
 #include "app/cli/BriefPage.h"
 
 #include "app/TopicLabels.h"
+#include "base/French.h"
 #include "briefs/BriefWriter.h"
 
 namespace vorle::cli {
@@ -41,7 +42,7 @@ QString partText(const Console &console, const Brief::Part &part) {
 
 QString sourceText(const Console &console, const Brief::Source &source) {
     QStringList out{console.bold(
-        console.wrapped(source.title.isEmpty() ? QStringLiteral("Source") : source.title, margin))};
+        console.wrapped(source.title.isEmpty() ? French::tr("Source") : source.title, margin))};
     if (!source.adds.isEmpty()) {
         out += console.wrapped(source.adds, bodyMargin);
     }
@@ -54,10 +55,10 @@ QString sourceText(const Console &console, const Brief::Source &source) {
 QString briefPage(const Console &console, const Topic &topic, std::optional<int> minutes) {
     const Brief &brief = *topic.brief;
     QStringList blocks{
-        console.bold(console.wrapped(QStringLiteral("Fiche de lecture · ") + topic.title, 0))};
+        console.bold(console.wrapped(French::tr("Fiche de lecture · ") + topic.title, 0))};
     if (minutes) {
         blocks.last() +=
-            u'\n' + console.faint(QStringLiteral("%1 de lecture").arg(durationLabel(*minutes)));
+            u'\n' + console.faint(French::tr("%1 de lecture").arg(durationLabel(*minutes)));
     }
     const auto section = [&](const QString &title, const QStringList &texts) {
         if (!texts.isEmpty()) {
@@ -72,24 +73,24 @@ QString briefPage(const Console &console, const Topic &topic, std::optional<int>
         }
         return texts;
     };
-    section(QStringLiteral("L’essentiel"), parts(brief.essentials));
-    section(QStringLiteral("Les détails"), parts(brief.details));
+    section(French::tr("L’essentiel"), parts(brief.essentials));
+    section(French::tr("Les détails"), parts(brief.details));
     if (brief.project) {
         const QString project = topic.project.value_or(QString()).simplified();
-        section(QStringLiteral("Pour ") + (project.isEmpty() ? QStringLiteral("toi") : project),
+        section(French::tr("Pour ") + (project.isEmpty() ? French::tr("toi") : project),
                 {lines(console, *brief.project, margin)});
     }
     QStringList points;
     for (const QString &point : brief.unclear) {
         points += QStringLiteral("  · ") + console.wrapped(point, bodyMargin).trimmed();
     }
-    section(QStringLiteral("Ce qui reste flou"),
+    section(French::tr("Ce qui reste flou"),
             points.isEmpty() ? QStringList() : QStringList{points.join(u'\n')});
     QStringList sources;
     for (const Brief::Source &source : brief.sources) {
         sources += sourceText(console, source);
     }
-    section(QStringLiteral("Les sources, et ce que chacune apporte"), sources);
+    section(French::tr("Les sources, et ce que chacune apporte"), sources);
     return blocks.join(QStringLiteral("\n\n"));
 }
 

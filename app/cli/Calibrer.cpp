@@ -2,6 +2,7 @@
 #include "app/cli/Keyboard.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "base/French.h"
 #include "core/Calibration.h"
 
 namespace vorle::cli {
@@ -28,9 +29,9 @@ QString keysText(bool mayTakeBack) {
                      QStringLiteral("l ") + calibrationLabel(Choice::Later),
                      QStringLiteral("x ") + calibrationLabel(Choice::NotForMe)};
     if (mayTakeBack) {
-        keys += QStringLiteral("a Annuler la dernière réponse");
+        keys += French::tr("a Annuler la dernière réponse");
     }
-    keys += QStringLiteral("q Arrêter");
+    keys += French::tr("q Arrêter");
     return calibrationQuestion() + QStringLiteral("  ") + keys.join(QStringLiteral(" · "));
 }
 
@@ -83,7 +84,7 @@ private:
             }
             if (*key == u'a' && m_last) {
                 m_calibration.takeBack(*std::exchange(m_last, std::nullopt));
-                m_context.console.say(QStringLiteral("Réponse annulée."));
+                m_context.console.say(French::tr("Réponse annulée."));
                 co_return std::nullopt;
             }
             if (const auto choice = choiceOf(*key)) {
@@ -94,8 +95,7 @@ private:
     }
 
     Task<> askScoreAndAnswer(TopicPtr topic, Choice choice) {
-        m_context.console.say(calibrationScoreQuestion() +
-                              QStringLiteral("  (Entrée pour passer)"));
+        m_context.console.say(calibrationScoreQuestion() + French::tr("  (Entrée pour passer)"));
         std::optional<int> score;
         while (!score && !m_stopped) {
             std::optional<QString> line;
@@ -111,14 +111,13 @@ private:
             score = typedScore(*line);
             if (!score) {
                 m_context.console.say(
-                    QStringLiteral("Un nombre entier de 0 à 10, ou Entrée pour passer."));
+                    French::tr("Un nombre entier de 0 à 10, ou Entrée pour passer."));
             }
         }
         m_last = m_calibration.answer(topic->id, choice, score);
         if (const auto judged = judgedScore(*topic); score && judged) {
-            m_context.console.say(*score == *judged
-                                      ? QStringLiteral("Comme moi.")
-                                      : QStringLiteral("J’avais mis %1.").arg(*judged));
+            m_context.console.say(*score == *judged ? French::tr("Comme moi.")
+                                                    : French::tr("J’avais mis %1.").arg(*judged));
         }
     }
 
@@ -132,14 +131,14 @@ private:
 ExitStatus finish(Context &context, const Calibration &calibration, bool complete) {
     if (!context.app.store().flush()) {
         throw Failure(context.app.store().saveError().value_or(
-            QStringLiteral("Les sujets n’ont pas pu être enregistrés.")));
+            French::tr("Les sujets n’ont pas pu être enregistrés.")));
     }
     if (complete) {
         const CalibrationText end = calibrationEnd(calibration.progress().answered);
         context.console.say(end.title + QStringLiteral(". ") + end.text);
     } else {
-        context.console.say(QStringLiteral("À plus tard\u00A0: « vorle calibrer » reprend où tu "
-                                           "en es."));
+        context.console.say(French::tr("À plus tard\u00A0: « vorle calibrer » reprend où tu "
+                                       "en es."));
     }
     return ExitStatus::Done;
 }
@@ -151,27 +150,26 @@ Task<ExitStatus> calibrer(Context &context) {
     const bool again = context.arguments.flags.contains(QStringLiteral("reprendre"));
     if (context.arguments.flags.contains(QStringLiteral("passer"))) {
         if (again) {
-            throw Failure(QStringLiteral("Choisis entre --passer et --reprendre."),
-                          ExitStatus::Usage);
+            throw Failure(French::tr("Choisis entre --passer et --reprendre."), ExitStatus::Usage);
         }
         preferences.change(&Settings::calibrated, true);
         context.console.say(calibrationSkippedText());
         co_return ExitStatus::Done;
     }
     if (!Keyboard::available()) {
-        throw Failure(QStringLiteral("« vorle calibrer » te pose des questions une à une\u00A0: "
-                                     "lance la commande dans un terminal."),
+        throw Failure(French::tr("« vorle calibrer » te pose des questions une à une\u00A0: "
+                                 "lance la commande dans un terminal."),
                       ExitStatus::Usage);
     }
     co_await holdTopics(context);
     if (context.app.store().setAside()) {
         throw Failure(
-            QStringLiteral("Tes sujets sont illisibles\u00A0: %1").arg(context.app.store().file()));
+            French::tr("Tes sujets sont illisibles\u00A0: %1").arg(context.app.store().file()));
     }
     Calibration calibration(preferences, context.app.store(), context.app.clock());
     if (preferences.settings().calibrated && !again) {
-        context.console.say(QStringLiteral("C’est déjà fait. Pour recommencer\u00A0: vorle "
-                                           "calibrer --reprendre"));
+        context.console.say(French::tr("C’est déjà fait. Pour recommencer\u00A0: vorle "
+                                       "calibrer --reprendre"));
         co_return ExitStatus::Done;
     }
     if (context.app.store().topics(TopicStatus::Inbox).isEmpty()) {

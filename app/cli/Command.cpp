@@ -1,6 +1,7 @@
 #include "app/cli/Command.h"
 
 #include "app/cli/Handover.h"
+#include "base/French.h"
 #include "base/SystemErrorText.h"
 
 #include <algorithm>
@@ -13,27 +14,27 @@ const QList<Command> &commands() {
     static const QList<Command> all{
         {.name = QStringLiteral("fouille"),
          .synopsis = QStringLiteral("[--demo]"),
-         .summary = QStringLiteral("lance une fouille et montre ce qu’elle rapporte"),
+         .summary = French::tr("lance une fouille et montre ce qu’elle rapporte"),
          .flags = {json, QStringLiteral("demo")},
          .throughApp = true,
          .run = fouille},
         {.name = QStringLiteral("consignes"),
          .synopsis = {},
-         .summary = QStringLiteral("montre ce qu’une fouille enverrait à l’IA, sans rien envoyer"),
+         .summary = French::tr("montre ce qu’une fouille enverrait à l’IA, sans rien envoyer"),
          .flags = {json},
          .run = consignes},
         {.name = QStringLiteral("sujets"),
          .synopsis = QStringLiteral("[ID | --statut S]"),
-         .summary = QStringLiteral("liste tes sujets ; avec un identifiant, ouvre ce sujet et "
-                                   "montre de quoi sa note est faite"),
+         .summary = French::tr("liste tes sujets ; avec un identifiant, ouvre ce sujet et "
+                               "montre de quoi sa note est faite"),
          .most = 1,
          .flags = {json},
          .options = {QStringLiteral("statut")},
          .run = sujets},
         {.name = QStringLiteral("trier"),
-         .synopsis = QStringLiteral("ID garder|plus-tard|pas-pour-moi|fait|retirer "
-                                    "[--avis meh|useful|gem]"),
-         .summary = QStringLiteral("prend une décision sur un sujet"),
+         .synopsis = French::tr("ID garder|plus-tard|pas-pour-moi|fait|retirer "
+                                "[--avis meh|useful|gem]"),
+         .summary = French::tr("prend une décision sur un sujet"),
          .fewest = 2,
          .most = 2,
          .flags = {json},
@@ -41,8 +42,8 @@ const QList<Command> &commands() {
          .throughApp = true,
          .run = trier},
         {.name = QStringLiteral("corriger"),
-         .synopsis = QStringLiteral("ID NOTE [--raison MOT[,MOT]] [--texte T] | ID --retirer"),
-         .summary = QStringLiteral("donne ta note à un sujet, de 0 à 10, à la place de la mienne"),
+         .synopsis = French::tr("ID NOTE [--raison MOT[,MOT]] [--texte T] | ID --retirer"),
+         .summary = French::tr("donne ta note à un sujet, de 0 à 10, à la place de la mienne"),
          .fewest = 1,
          .most = 2,
          .flags = {json, QStringLiteral("retirer")},
@@ -51,18 +52,18 @@ const QList<Command> &commands() {
          .run = corriger},
         {.name = QStringLiteral("programme"),
          .synopsis = {},
-         .summary = QStringLiteral("montre ce qui tient dans ta semaine, et ce qui attend"),
+         .summary = French::tr("montre ce qui tient dans ta semaine, et ce qui attend"),
          .flags = {json},
          .run = programme},
         {.name = QStringLiteral("calibrer"),
          .synopsis = QStringLiteral("[--passer | --reprendre]"),
-         .summary = QStringLiteral("un premier tri guidé, pour accorder mes notes aux tiennes"),
+         .summary = French::tr("un premier tri guidé, pour accorder mes notes aux tiennes"),
          .flags = {QStringLiteral("passer"), QStringLiteral("reprendre")},
          .run = calibrer},
         {.name = QStringLiteral("fiche"),
          .synopsis = QStringLiteral("ID [--refaire]"),
-         .summary = QStringLiteral("montre la fiche de lecture d’un sujet, et l’écrit s’il n’en a "
-                                   "pas encore"),
+         .summary = French::tr("montre la fiche de lecture d’un sujet, et l’écrit s’il n’en a "
+                               "pas encore"),
          .fewest = 1,
          .most = 1,
          .flags = {json, QStringLiteral("refaire")},
@@ -70,54 +71,54 @@ const QList<Command> &commands() {
          .run = fiche},
         {.name = QStringLiteral("lire"),
          .synopsis = QStringLiteral("URL"),
-         .summary = QStringLiteral("montre ce que vorle lit d’une page"),
+         .summary = French::tr("montre ce que vorle lit d’une page"),
          .fewest = 1,
          .most = 1,
          .flags = {json},
          .run = lire},
         {.name = QStringLiteral("flux"),
-         .synopsis = QStringLiteral("ADRESSE [--direct]"),
-         .summary = QStringLiteral("cherche le flux d’un site et montre ce qu’il annonce"),
+         .synopsis = French::tr("ADRESSE [--direct]"),
+         .summary = French::tr("cherche le flux d’un site et montre ce qu’il annonce"),
          .fewest = 1,
          .most = 1,
          .flags = {json, QStringLiteral("direct")},
          .run = flux},
         {.name = QStringLiteral("decouverte"),
-         .synopsis = QStringLiteral("[DOSSIER]"),
-         .summary = QStringLiteral("montre les dépendances reconnues dans un dossier ; sans "
-                                   "dossier, tes apps et le métier proposé"),
+         .synopsis = French::tr("[DOSSIER]"),
+         .summary = French::tr("montre les dépendances reconnues dans un dossier ; sans "
+                               "dossier, tes apps et le métier proposé"),
          .most = 1,
          .flags = {json},
          .run = decouverte},
         {.name = QStringLiteral("reflexes"),
          .synopsis = QStringLiteral("[couper ID | remettre ID | repartir --oui]"),
-         .summary = QStringLiteral("montre ce que j’ai appris de tes tris ; coupe ou remet un "
-                                   "réflexe, ou repart de zéro"),
+         .summary = French::tr("montre ce que j’ai appris de tes tris ; coupe ou remet un "
+                               "réflexe, ou repart de zéro"),
          .most = 2,
          .flags = {json, QStringLiteral("oui")},
          .run = reflexes},
         {.name = QStringLiteral("projet"),
-         .synopsis = QStringLiteral("[ajouter DOSSIER [--nom N] [--description D] | retirer NOM]"),
-         .summary = QStringLiteral("liste, ajoute ou retire les projets suivis"),
+         .synopsis = French::tr("[ajouter DOSSIER [--nom N] [--description D] | retirer NOM]"),
+         .summary = French::tr("liste, ajoute ou retire les projets suivis"),
          .most = 2,
          .flags = {json},
          .options = {QStringLiteral("nom"), QStringLiteral("description")},
          .run = projet},
         {.name = QStringLiteral("reglages"),
-         .synopsis = QStringLiteral("[CLE [VALEUR_JSON]]"),
-         .summary = QStringLiteral("lit ou change un réglage"),
+         .synopsis = French::tr("[CLE [VALEUR_JSON]]"),
+         .summary = French::tr("lit ou change un réglage"),
          .most = 2,
          .flags = {json},
          .run = reglages},
         {.name = QStringLiteral("banc"),
          .synopsis = QStringLiteral("[--apercu]"),
-         .summary = QStringLiteral("fait juger le banc d’essai par ton IA et compare aux notes "
-                                   "d’un expert, sans toucher à tes sujets"),
+         .summary = French::tr("fait juger le banc d’essai par ton IA et compare aux notes "
+                               "d’un expert, sans toucher à tes sujets"),
          .flags = {json, QStringLiteral("apercu")},
          .run = banc},
         {.name = QStringLiteral("agents"),
          .synopsis = {},
-         .summary = QStringLiteral("dit quelles IA sont prêtes, déconnectées ou absentes"),
+         .summary = French::tr("dit quelles IA sont prêtes, déconnectées ou absentes"),
          .flags = {json},
          .run = agents},
     };
@@ -141,7 +142,7 @@ Task<ExitStatus> runCommand(const Command &command, Context &context) {
         context.console.say(failure.text());
         co_return failure.status();
     } catch (const Cancelled &) {
-        text = QStringLiteral("Arrêté.");
+        text = French::tr("Arrêté.");
     } catch (const AgentError &error) {
         text = error.text();
     } catch (const RunRefused &refused) {
@@ -149,7 +150,7 @@ Task<ExitStatus> runCommand(const Command &command, Context &context) {
     } catch (const std::system_error &error) {
         text = systemRefusalText(error);
     } catch (const std::exception &error) {
-        text = QStringLiteral("Erreur inattendue : %1").arg(QString::fromUtf8(error.what()));
+        text = French::tr("Erreur inattendue : %1").arg(QString::fromUtf8(error.what()));
     }
     context.console.say(text);
     co_return ExitStatus::Failed;
@@ -172,22 +173,21 @@ Arguments parseArguments(const Command &command, const QStringList &words) {
         const QString name = word.sliced(2, (equals < 0 ? word.size() : equals) - 2);
         if (command.options.contains(name)) {
             if (equals < 0 && i + 1 == words.size()) {
-                throw Failure(QStringLiteral("L’option --%1 attend une valeur.").arg(name),
+                throw Failure(French::tr("L’option --%1 attend une valeur.").arg(name),
                               ExitStatus::Usage);
             }
             arguments.options[name] = equals < 0 ? words[++i] : word.sliced(equals + 1);
         } else if (command.flags.contains(name) && equals < 0) {
             arguments.flags.insert(name);
         } else {
-            throw Failure(
-                QStringLiteral("Option inconnue pour « %1 » : %2").arg(command.name, word),
-                ExitStatus::Usage);
+            throw Failure(French::tr("Option inconnue pour « %1 » : %2").arg(command.name, word),
+                          ExitStatus::Usage);
         }
     }
     if (arguments.positional.size() < command.fewest ||
         arguments.positional.size() > command.most) {
         throw Failure(
-            QStringLiteral("Usage : vorle %1 %2").arg(command.name, command.synopsis).trimmed(),
+            French::tr("Usage : vorle %1 %2").arg(command.name, command.synopsis).trimmed(),
             ExitStatus::Usage);
     }
     return arguments;

@@ -4,6 +4,7 @@
 #include "app/Startup.h"
 #include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
+#include "base/French.h"
 
 #include <QCoreApplication>
 
@@ -12,10 +13,10 @@ namespace vorle::cli {
 namespace {
 
 QString helpText() {
-    QStringList lines{QStringLiteral("vorle, ta veille technique."), QString(),
-                      QStringLiteral("Usage : vorle COMMANDE [OPTIONS]"),
-                      QStringLiteral("Sans commande, la fenêtre s’ouvre ; avec --demo, sur des "
-                                     "sujets d’exemple."),
+    QStringList lines{French::tr("vorle, ta veille technique."), QString(),
+                      French::tr("Usage : vorle COMMANDE [OPTIONS]"),
+                      French::tr("Sans commande, la fenêtre s’ouvre ; avec --demo, sur des "
+                                 "sujets d’exemple."),
                       QString()};
     for (const Command &command : commands()) {
         const QString call = (command.name + u' ' + command.synopsis).trimmed();
@@ -23,8 +24,8 @@ QString helpText() {
         lines += QStringLiteral("      ") + command.summary;
     }
     lines += QString();
-    lines += QStringLiteral("Avec --json, le résultat est du JSON sur la sortie standard. La "
-                            "progression et les messages vont sur la sortie d’erreur.");
+    lines += French::tr("Avec --json, le résultat est du JSON sur la sortie standard. La "
+                        "progression et les messages vont sur la sortie d’erreur.");
     return lines.join(u'\n');
 }
 
@@ -74,12 +75,12 @@ int runCommandLine(const QStringList &words, const InstalledApps &installedApps)
     }
     const Command *command = commandNamed(words.first());
     if (command == nullptr) {
-        console.say(QStringLiteral("Commande inconnue : %1\n\n").arg(words.first()) + helpText());
+        console.say(French::tr("Commande inconnue : %1\n\n").arg(words.first()) + helpText());
         return static_cast<int>(ExitStatus::Usage);
     }
     if (words.contains(QStringLiteral("--help"))) {
         console.print(
-            QStringLiteral("Usage : vorle %1 %2").arg(command->name, command->synopsis).trimmed() +
+            French::tr("Usage : vorle %1 %2").arg(command->name, command->synopsis).trimmed() +
             QStringLiteral("\n\n") + command->summary);
         return static_cast<int>(ExitStatus::Done);
     }

@@ -1,6 +1,7 @@
 // What vorle can tell by itself of a folder, or of the machine and its person.
 
 #include "app/cli/Command.h"
+#include "base/French.h"
 #include "search/Discovery.h"
 
 namespace vorle::cli {
@@ -56,7 +57,7 @@ ExitStatus showFolder(const Context &context, const QString &folder) {
         context.console.print(json::encode(shown, json::Style::Pretty));
     } else if (project.manifest) {
         context.console.print(
-            QStringLiteral("%1 · %2 · %3 dépendances")
+            French::tr("%1 · %2 · %3 dépendances")
                 .arg(project.manifest->name, project.labels.isEmpty()
                                                  ? QStringLiteral("aucune technologie reconnue")
                                                  : project.labels.join(QStringLiteral(", ")))
@@ -94,14 +95,14 @@ ExitStatus showMachine(Context &context) {
         return ExitStatus::Done;
     }
     for (const AppShown &app : shown.apps) {
-        console.print(app.tool ? console.bold(app.name) +
-                                     console.faint(QStringLiteral("  outil proposé"))
-                      : app.leisure ? console.faint(app.name + QStringLiteral("  loisir"))
+        console.print(app.tool
+                          ? console.bold(app.name) + console.faint(French::tr("  outil proposé"))
+                      : app.leisure ? console.faint(app.name + French::tr("  loisir"))
                                     : console.plain(app.name));
     }
-    console.print(QStringLiteral("Métier proposé : ") + console.bold(shown.job));
+    console.print(French::tr("Métier proposé : ") + console.bold(shown.job));
     if (shown.apps.isEmpty()) {
-        context.console.say(QStringLiteral("Aucune application trouvée."));
+        context.console.say(French::tr("Aucune application trouvée."));
     }
     return ExitStatus::Done;
 }

@@ -3,6 +3,7 @@
 #include "app/cli/BriefPage.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
+#include "base/French.h"
 #include "briefs/BriefWriter.h"
 
 #include <QLocale>
@@ -42,15 +43,15 @@ Task<> write(Context &context, QUuid id) {
     const bool askedAlready = writer.queue().contains(id) || writer.writing() == id;
     const auto stop = context.cancel.onCancel(
         [&writer, id, askedAlready, ended] { askedAlready ? ended.fire() : writer.withdraw(id); });
-    context.console.progress(QStringLiteral("J’écris la fiche de lecture…"), 0, 1,
-                             QStringLiteral("Je relis les sources · environ une minute"));
+    context.console.progress(French::tr("J’écris la fiche de lecture…"), 0, 1,
+                             French::tr("Je relis les sources · environ une minute"));
     writer.ask(id);
     co_await ended;
     context.console.endProgress();
     context.cancel.throwIfCancelled();
     if (writer.failed().contains(id)) {
-        throw Failure(QStringLiteral("Je n’ai pas pu écrire la fiche.\n"
-                                     "Les sources n’ont pas répondu, ou ton IA non plus.\n") +
+        throw Failure(French::tr("Je n’ai pas pu écrire la fiche.\n"
+                                 "Les sources n’ont pas répondu, ou ton IA non plus.\n") +
                       writer.failureText(id).trimmed());
     }
 }
@@ -89,17 +90,16 @@ Task<ExitStatus> fiche(Context &context) {
     }
     const TopicPtr topic = store.topic(id);
     if (!topic || !topic->brief) {
-        throw Failure(QStringLiteral("La fiche n’a pas été écrite\u00A0: le sujet ou la demande a "
-                                     "été retiré entre-temps."));
+        throw Failure(French::tr("La fiche n’a pas été écrite\u00A0: le sujet ou la demande a "
+                                 "été retiré entre-temps."));
     }
     const auto receipt = context.app.briefs().receipt(id).value_or(BriefWriter::Receipt());
     show(context, *topic, receipt.minutes);
     if (!store.flush()) {
         throw Failure(
-            store.saveError().value_or(QStringLiteral("La fiche n’a pas pu être enregistrée.")));
+            store.saveError().value_or(French::tr("La fiche n’a pas pu être enregistrée.")));
     }
-    context.console.say(
-        QStringLiteral("Fiche gardée dans le sujet%1").arg(costText(receipt.costUSD)));
+    context.console.say(French::tr("Fiche gardée dans le sujet%1").arg(costText(receipt.costUSD)));
     co_return ExitStatus::Done;
 }
 

@@ -1,6 +1,7 @@
 // Feeds, looked for and read: what a run sees of a trusted site.
 
 #include "app/cli/Command.h"
+#include "base/French.h"
 #include "search/Feeds.h"
 
 namespace vorle::cli {
@@ -45,7 +46,7 @@ Task<ExitStatus> flux(Context &context) {
     const QString typed = context.arguments.positional.first();
     const QUrl address = siteUrl(typed);
     if (address.isEmpty()) {
-        throw Failure(QStringLiteral("« %1 » n’est pas une adresse web.").arg(typed));
+        throw Failure(French::tr("« %1 » n’est pas une adresse web.").arg(typed));
     }
     Feeds &feeds = context.app.feeds();
     FeedShown shown{address.toString(QUrl::FullyEncoded), {}};
@@ -54,8 +55,8 @@ Task<ExitStatus> flux(Context &context) {
         const auto feed = co_await feeds.discover(shown.feed, context.cancel, reach);
         if (!feed) {
             throw Failure(
-                QStringLiteral("%1 n’annonce aucun flux, ou ne répond pas. Si c’est l’adresse du "
-                               "flux lui-même, ajoute --direct.")
+                French::tr("%1 n’annonce aucun flux, ou ne répond pas. Si c’est l’adresse du "
+                           "flux lui-même, ajoute --direct.")
                     .arg(shown.feed));
         }
         // The page wrote this one: elsewhere than on its own host, it leads where strangers may.
@@ -65,8 +66,8 @@ Task<ExitStatus> flux(Context &context) {
     const FeedReading reading = co_await feeds.read(shown.feed, typed, context.cancel, reach);
     if (reading.outcome != FeedOutcome::Read) {
         throw Failure((reading.outcome == FeedOutcome::NoFeed
-                           ? QStringLiteral("Ce n’est pas un flux RSS ou Atom : %1")
-                           : QStringLiteral("Le flux ne répond pas : %1"))
+                           ? French::tr("Ce n’est pas un flux RSS ou Atom : %1")
+                           : French::tr("Le flux ne répond pas : %1"))
                           .arg(shown.feed));
     }
     for (const FeedItem &item : reading.items) {
@@ -80,9 +81,9 @@ Task<ExitStatus> flux(Context &context) {
     }
     const qsizetype count = reading.items.size();
     context.console.say(QStringLiteral("%1 · %2").arg(
-        shown.feed, count == 0   ? QStringLiteral("aucun article")
-                    : count == 1 ? QStringLiteral("1 article")
-                                 : QStringLiteral("%1 articles").arg(count)));
+        shown.feed, count == 0   ? French::tr("aucun article")
+                    : count == 1 ? French::tr("1 article")
+                                 : French::tr("%1 articles").arg(count)));
     co_return ExitStatus::Done;
 }
 

@@ -2,6 +2,7 @@
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "base/French.h"
 #include "core/Calibration.h"
 
 #include <QLocale>
@@ -31,9 +32,8 @@ Task<> openStore(Context &context) {
     TopicStore &store = context.app.store();
     if (store.setAside()) {
         context.console.say(
-            QStringLiteral(
-                "Tes sujets étaient illisibles. Je repars d’une liste vide, et je garderai "
-                "l’ancien fichier ici : %1")
+            French::tr("Tes sujets étaient illisibles. Je repars d’une liste vide, et je garderai "
+                       "l’ancien fichier ici : %1")
                 .arg(*store.setAside()));
     }
     if (const qsizetype released = store.releaseAllPending(); released > 0) {
@@ -45,7 +45,7 @@ void showProgress(Console &console, const RunProgress &progress) {
     // Each scope counts as much as reading and judging what it brought.
     const int total = progress.scopes + 2 * progress.candidates;
     const int done = progress.scopesDone + progress.read + progress.judged;
-    const QString details = QStringLiteral("liens : %1, lus : %2, jugés : %3")
+    const QString details = French::tr("liens : %1, lus : %2, jugés : %3")
                                 .arg(progress.candidates)
                                 .arg(progress.read)
                                 .arg(progress.judged);
@@ -53,25 +53,25 @@ void showProgress(Console &console, const RunProgress &progress) {
 }
 
 QString countedTopics(int count) {
-    return count == 0   ? QStringLiteral("Aucun sujet")
-           : count == 1 ? QStringLiteral("1 sujet")
-                        : QStringLiteral("%1 sujets").arg(count);
+    return count == 0   ? French::tr("Aucun sujet")
+           : count == 1 ? French::tr("1 sujet")
+                        : French::tr("%1 sujets").arg(count);
 }
 
 QString durationText(double seconds) {
     const int whole = static_cast<int>(std::lround(seconds));
-    return whole < 60 ? QStringLiteral("%1 s").arg(whole)
-                      : QStringLiteral("%1 min %2 s").arg(whole / 60).arg(whole % 60);
+    return whole < 60 ? French::tr("%1 s").arg(whole)
+                      : French::tr("%1 min %2 s").arg(whole / 60).arg(whole % 60);
 }
 
 QString summaryLine(const RunReport &report) {
     QString line =
         report.cancelled
-            ? QStringLiteral("Fouille arrêtée : %1 dans « À trier », déjà jugés avant l’arrêt")
+            ? French::tr("Fouille arrêtée : %1 dans « À trier », déjà jugés avant l’arrêt")
                   .arg(countedTopics(report.added))
-            : QStringLiteral("%1 à trier").arg(countedTopics(report.added));
+            : French::tr("%1 à trier").arg(countedTopics(report.added));
     if (report.cancelled && report.added == 0) {
-        line = QStringLiteral("Fouille arrêtée : rien n’était encore jugé");
+        line = French::tr("Fouille arrêtée : rien n’était encore jugé");
     }
     line += QStringLiteral(" · ") + durationText(report.seconds);
     if (report.costUSD > 0) {
@@ -87,16 +87,16 @@ QString scopeLine(const ScopeReport &scope) {
     if (!scope.error.isEmpty()) {
         return scope.error;
     }
-    QStringList facts{scope.found == 1 ? QStringLiteral("1 lien")
-                                       : QStringLiteral("%1 liens").arg(scope.found)};
+    QStringList facts{scope.found == 1 ? French::tr("1 lien")
+                                       : French::tr("%1 liens").arg(scope.found)};
     const auto add = [&](int count, const QString &what) {
         if (count > 0) {
             facts += QString::number(count) + u' ' + what;
         }
     };
-    add(scope.known, QStringLiteral("déjà dans tes sujets"));
-    add(scope.merged, QStringLiteral("en double"));
-    add(scope.refused, QStringLiteral("sans adresse web"));
+    add(scope.known, French::tr("déjà dans tes sujets"));
+    add(scope.merged, French::tr("en double"));
+    add(scope.refused, French::tr("sans adresse web"));
     return facts.join(QStringLiteral(", "));
 }
 
@@ -108,14 +108,14 @@ QString readLine(const RunReport &report) {
             facts += QString::number(count) + u' ' + what;
         }
     };
-    add(report.read.full, QStringLiteral("en entier"));
-    add(report.read.seen, QStringLiteral("en partie"));
-    add(report.read.meta, QStringLiteral("par leur titre et leur description"));
+    add(report.read.full, French::tr("en entier"));
+    add(report.read.seen, French::tr("en partie"));
+    add(report.read.meta, French::tr("par leur titre et leur description"));
     add(report.read.none,
-        report.read.none > 1 ? QStringLiteral("illisibles") : QStringLiteral("illisible"));
+        report.read.none > 1 ? French::tr("illisibles") : French::tr("illisible"));
     if (report.dug > 0) {
-        facts += (report.dug > 1 ? QStringLiteral("dont %1 retrouvées ailleurs")
-                                 : QStringLiteral("dont %1 retrouvée ailleurs"))
+        facts += (report.dug > 1 ? French::tr("dont %1 retrouvées ailleurs")
+                                 : French::tr("dont %1 retrouvée ailleurs"))
                      .arg(report.dug);
     }
     return facts.join(QStringLiteral(", "));
@@ -125,21 +125,21 @@ QString readLine(const RunReport &report) {
 void tellReport(Console &console, const RunReport &report) {
     for (const ScopeReport &scope : report.scopes) {
         const QString name = scope.origin == Origin::Suggestion
-                                 ? QStringLiteral("%1, seconde recherche").arg(scope.name)
+                                 ? French::tr("%1, seconde recherche").arg(scope.name)
                                  : scope.name;
-        console.say(QStringLiteral("%1 : %2").arg(name, scopeLine(scope)));
+        console.say(French::tr("%1 : %2").arg(name, scopeLine(scope)));
     }
     if (const QString line = readLine(report); !line.isEmpty()) {
-        console.say(QStringLiteral("Pages lues : %1").arg(line));
+        console.say(French::tr("Pages lues : %1").arg(line));
     }
     for (const FeedTrouble &feed : report.feeds) {
-        console.say(QStringLiteral("%1 : %2").arg(feed.site, feed.problem));
+        console.say(French::tr("%1 : %2").arg(feed.site, feed.problem));
     }
     for (const DroppedLink &link : report.notNewer) {
-        console.say(QStringLiteral("Mis à part : %1").arg(link.reason));
+        console.say(French::tr("Mis à part : %1").arg(link.reason));
     }
     if (!report.unjudged.isEmpty()) {
-        console.say(QStringLiteral("Liens non jugés : %1. %2")
+        console.say(French::tr("Liens non jugés : %1. %2")
                         .arg(report.unjudged.size())
                         .arg(report.unjudged.first().reason));
     }
@@ -147,8 +147,8 @@ void tellReport(Console &console, const RunReport &report) {
         console.say(warning);
     }
     if (!report.uncovered.isEmpty() && !report.cancelled) {
-        console.say(QStringLiteral("Rien trouvé pour : %1")
-                        .arg(report.uncovered.join(QStringLiteral(", "))));
+        console.say(
+            French::tr("Rien trouvé pour : %1").arg(report.uncovered.join(QStringLiteral(", "))));
     }
 }
 
@@ -159,7 +159,7 @@ void proposeCalibration(Context &context) {
     if (!store.isDemo() && calibration.isProposed()) {
         const Calibration::Progress progress = calibration.progress();
         const CalibrationText text = calibrationInvitation(progress.total - progress.answered);
-        context.console.say(QStringLiteral("%1 (vorle calibrer, ou vorle calibrer --passer). %2")
+        context.console.say(French::tr("%1 (vorle calibrer, ou vorle calibrer --passer). %2")
                                 .arg(text.title, text.text));
     }
 }
@@ -210,7 +210,7 @@ Task<ExitStatus> fouille(Context &context) {
         proposeCalibration(context);
     } else {
         context.console.say(context.app.store().saveError().value_or(
-            QStringLiteral("Les sujets n’ont pas pu être enregistrés.")));
+            French::tr("Les sujets n’ont pas pu être enregistrés.")));
     }
     co_return report.cancelled || !report.saved ? ExitStatus::Failed : ExitStatus::Done;
 }

@@ -1,6 +1,7 @@
 #include "app/cli/Handover.h"
 
 #include "app/AppSocket.h"
+#include "base/French.h"
 
 #include <QTimer>
 
@@ -93,7 +94,7 @@ Task<std::optional<ExitStatus>> handOver(Context &context) {
         co_return std::nullopt;
     }
     if (!errand.status()) {
-        throw Failure(QStringLiteral("vorle s’est fermé avant la fin de la commande."));
+        throw Failure(French::tr("vorle s’est fermé avant la fin de la commande."));
     }
     co_return errand.status();
 }

@@ -2,6 +2,7 @@
 
 #include "app/TopicLabels.h"
 #include "app/cli/Command.h"
+#include "base/French.h"
 #include "base/Text.h"
 #include "judging/JudgePrompt.h"
 #include "search/Links.h"
@@ -94,19 +95,18 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
         shown += {name, question.prompt, schemaText(context, question.schemaName)};
     };
     if (!plan.sites.sites.isEmpty()) {
-        show(QStringLiteral("Tes sites"),
-             pipeline.screening(plan.sites, {QStringLiteral("…")}, agent));
+        show(French::tr("Tes sites"), pipeline.screening(plan.sites, {QStringLiteral("…")}, agent));
     }
     JudgeCandidate frame;
     frame.id = QStringLiteral("c1");
     frame.title = QStringLiteral("…");
     const QString instruction = loadPrompt(context.app.resources(), QStringLiteral("judge-prompt"));
-    shown += {QStringLiteral("Jugement"),
+    shown += {French::tr("Jugement"),
               judgePrompt(instruction, QDate::currentDate(), plan.profile, plan.reflexLines,
                           exampleTopics(topics), {frame}),
               schemaText(context, QStringLiteral("judge-schema"))};
     const QString unread = QStringLiteral("…");
-    show(QStringLiteral("Pages illisibles"),
+    show(French::tr("Pages illisibles"),
          pipeline.digging({{frame.id, unread, unread, unread}}, QDate::currentDate(), agent));
     co_return shown;
 }
@@ -115,7 +115,7 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
 QString typedLink(const QString &text) {
     const QString link = text.contains(u"://") ? text : QStringLiteral("https://") + text;
     if (!isHttpLink(link)) {
-        throw Failure(QStringLiteral("« %1 » n’est pas une adresse web.").arg(text));
+        throw Failure(French::tr("« %1 » n’est pas une adresse web.").arg(text));
     }
     return link;
 }
@@ -127,15 +127,15 @@ QString unreadReason(const ReadPage &page) {
     }
     switch (page.outcome) {
     case HttpResponse::Outcome::Refused:
-        return QStringLiteral("vorle ne va pas à cette adresse, ou elle renvoie sans fin ailleurs");
+        return French::tr("vorle ne va pas à cette adresse, ou elle renvoie sans fin ailleurs");
     case HttpResponse::Outcome::Failed:
-        return QStringLiteral("le site est injoignable");
+        return French::tr("le site est injoignable");
     case HttpResponse::Outcome::TimedOut:
-        return QStringLiteral("le site n’a pas répondu à temps");
+        return French::tr("le site n’a pas répondu à temps");
     case HttpResponse::Outcome::Answered:
         return page.status < 200 || page.status > 299
-                   ? QStringLiteral("le site a répondu %1").arg(page.status)
-                   : QStringLiteral("la page ne contient aucun texte");
+                   ? French::tr("le site a répondu %1").arg(page.status)
+                   : French::tr("la page ne contient aucun texte");
     }
     return {};
 }
@@ -155,11 +155,11 @@ QString stateWord(AgentReadiness readiness) {
 QString stateText(AgentReadiness readiness, AgentKind kind) {
     switch (readiness) {
     case AgentReadiness::Ready:
-        return QStringLiteral("prêt");
+        return French::tr("prêt");
     case AgentReadiness::SignedOut:
-        return QStringLiteral("déconnecté (%1)").arg(signInLabel(kind));
+        return French::tr("déconnecté (%1)").arg(signInLabel(kind));
     case AgentReadiness::Missing:
-        return QStringLiteral("introuvable");
+        return French::tr("introuvable");
     }
     return {};
 }
@@ -174,7 +174,7 @@ Task<ExitStatus> consignes(Context &context) {
     }
     for (const PromptShown &prompt : prompts) {
         context.console.print(context.console.bold(prompt.scope) +
-                              context.console.faint(QStringLiteral("  %1 caractères, %2 octets")
+                              context.console.faint(French::tr("  %1 caractères, %2 octets")
                                                         .arg(characterCount(prompt.prompt))
                                                         .arg(utf8Size(prompt.prompt))) +
                               QStringLiteral("\n\n") +

@@ -1,6 +1,7 @@
 #include "app/TopicLabels.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicCards.h"
+#include "base/French.h"
 #include "core/WeekProgram.h"
 
 #include <QLocale>
@@ -40,7 +41,7 @@ QString nextRunText(Context &context) {
     const auto next =
         context.app.preferences().settings().schedule.nextRun(context.app.clock().now());
     return next ? QLocale(QLocale::French, QLocale::France)
-                      .toString(next->toLocalTime(), QStringLiteral("dddd d MMMM 'à' H:mm"))
+                      .toString(next->toLocalTime(), French::tr("dddd d MMMM 'à' H:mm"))
                 : QString();
 }
 
@@ -50,7 +51,7 @@ Task<ExitStatus> programme(Context &context) {
     const TopicStore &store = context.app.store();
     Console &console = context.console;
     if (store.setAside()) {
-        throw Failure(QStringLiteral("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
+        throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
     }
     const WeekProgram program =
         weekProgram(store.topics(), context.app.preferences().settings().weeklyMinutes,

@@ -1,6 +1,7 @@
 // What the user's decisions taught, and what they think of it.
 
 #include "app/cli/Command.h"
+#include "base/French.h"
 #include "judging/Learning.h"
 
 namespace vorle::cli {
@@ -31,7 +32,7 @@ struct ReflexShown {
 Learned learnedNow(Context &context) {
     const TopicStore &store = context.app.store();
     if (store.setAside()) {
-        throw Failure(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
+        throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
     }
     return learn(store.topics(), context.app.preferences().settings());
 }
@@ -43,11 +44,11 @@ bool isEnabled(const Context &context, const Reflex &reflex) {
 QString groupTitle(Reflex::Group group) {
     switch (group) {
     case Reflex::Group::Up:
-        return QStringLiteral("Ce que je note plus haut");
+        return French::tr("Ce que je note plus haut");
     case Reflex::Group::Down:
-        return QStringLiteral("Ce que je note plus bas");
+        return French::tr("Ce que je note plus bas");
     case Reflex::Group::Waits:
-        return QStringLiteral("Ce qui attend");
+        return French::tr("Ce qui attend");
     }
     return {};
 }
@@ -58,12 +59,11 @@ QString block(const Console &console, const Reflex &reflex, bool enabled) {
     const QString figures = console.wrapped(reflex.evidence, margin);
     const QString id = console.faint(QString(margin, u' ') + reflex.id);
     const QStringList lines =
-        enabled
-            ? QStringList{QStringLiteral("  ● ") + console.bold(title) + QStringLiteral("  ") +
-                              console.accent(reflex.effect),
-                          figures, id}
-            : QStringList{console.faint(QStringLiteral("  ○ ") + title + QStringLiteral("  coupé")),
-                          console.faint(figures), id};
+        enabled ? QStringList{QStringLiteral("  ● ") + console.bold(title) + QStringLiteral("  ") +
+                                  console.accent(reflex.effect),
+                              figures, id}
+                : QStringList{console.faint(QStringLiteral("  ○ ") + title + French::tr("  coupé")),
+                              console.faint(figures), id};
     return lines.join(u'\n');
 }
 
@@ -126,7 +126,7 @@ void switchOff(Context &context, const QString &id) {
     const bool known =
         std::ranges::any_of(reflexes, [&](const Reflex &reflex) { return reflex.id == id; });
     if (!known) {
-        throw Failure(QStringLiteral("Aucun réflexe appris ne s’appelle « %1 ».").arg(id));
+        throw Failure(French::tr("Aucun réflexe appris ne s’appelle « %1 ».").arg(id));
     }
     Preferences &preferences = context.app.preferences();
     auto disabled = preferences.settings().disabledReflexes;
@@ -140,7 +140,7 @@ void switchOn(Context &context, const QString &id) {
     Preferences &preferences = context.app.preferences();
     auto disabled = preferences.settings().disabledReflexes;
     if (disabled.removeAll(id) == 0) {
-        throw Failure(QStringLiteral("Aucun réflexe coupé ne s’appelle « %1 ».").arg(id));
+        throw Failure(French::tr("Aucun réflexe coupé ne s’appelle « %1 ».").arg(id));
     }
     preferences.change(&Settings::disabledReflexes, disabled);
 }
@@ -150,7 +150,7 @@ void startAgain(Context &context) {
     if (!context.arguments.flags.contains(QStringLiteral("oui"))) {
         const QString warning = startAgainText(learnedNow(context).reflexes.size());
         throw Failure(context.console.wrapped(warning, 0) +
-                      QStringLiteral("\nPour confirmer : vorle reflexes repartir --oui"));
+                      French::tr("\nPour confirmer : vorle reflexes repartir --oui"));
     }
     context.app.preferences().change(&Settings::reflexesSince, context.app.clock().now());
 }
@@ -167,8 +167,8 @@ Task<ExitStatus> reflexes(Context &context) {
     } else if (action == u"repartir" && words.size() == 1) {
         startAgain(context);
     } else if (!words.isEmpty()) {
-        throw Failure(QStringLiteral("Usage : vorle reflexes [couper ID | remettre ID | repartir "
-                                     "--oui]"),
+        throw Failure(French::tr("Usage : vorle reflexes [couper ID | remettre ID | repartir "
+                                 "--oui]"),
                       ExitStatus::Usage);
     }
     list(context);

@@ -2,6 +2,7 @@
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "base/French.h"
 
 namespace vorle::cli {
 
@@ -37,14 +38,14 @@ Task<ExitStatus> sujets(Context &context) {
     const QString word = context.arguments.options.value(QStringLiteral("statut"));
     const auto status = json::fromRaw<TopicStatus>(word);
     if (!word.isEmpty() && !status) {
-        throw Failure(QStringLiteral("Statut inconnu : %1. Choix : pending, inbox, program, "
-                                     "reserve, done, dismissed.")
+        throw Failure(French::tr("Statut inconnu : %1. Choix : pending, inbox, program, "
+                                 "reserve, done, dismissed.")
                           .arg(word),
                       ExitStatus::Usage);
     }
     if (!context.arguments.positional.isEmpty()) {
         if (status) {
-            throw Failure(QStringLiteral("Donne un identifiant ou un statut, pas les deux."),
+            throw Failure(French::tr("Donne un identifiant ou un statut, pas les deux."),
                           ExitStatus::Usage);
         }
         openTopic(context);
@@ -52,7 +53,7 @@ Task<ExitStatus> sujets(Context &context) {
     }
     const TopicStore &store = context.app.store();
     if (store.setAside()) {
-        context.console.say(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
+        context.console.say(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
         co_return ExitStatus::Failed;
     }
     const QList<TopicPtr> topics = status ? store.topics(*status) : store.topics();
@@ -65,7 +66,7 @@ Task<ExitStatus> sujets(Context &context) {
     } else if (!topics.isEmpty()) {
         context.console.print(topicLines(context.console, topics));
     } else {
-        context.console.say(QStringLiteral("Aucun sujet."));
+        context.console.say(French::tr("Aucun sujet."));
     }
     co_return ExitStatus::Done;
 }

@@ -1,6 +1,7 @@
 // The commands that change what a run searches for.
 
 #include "app/cli/Command.h"
+#include "base/French.h"
 #include "search/Discovery.h"
 
 #include <QDir>
@@ -42,8 +43,8 @@ void requireWritten(const Preferences &preferences) {
 QString manifestLine(const discovery::Project &project) {
     QStringList facts{project.manifest->name,
                       project.dependencies < 2
-                          ? QStringLiteral("%1 dépendance").arg(project.dependencies)
-                          : QStringLiteral("%1 dépendances").arg(project.dependencies)};
+                          ? French::tr("%1 dépendance").arg(project.dependencies)
+                          : French::tr("%1 dépendances").arg(project.dependencies)};
     if (!project.labels.isEmpty()) {
         facts += project.labels.join(QStringLiteral(", "));
     }
@@ -69,8 +70,8 @@ void listProjects(Context &context) {
     if (context.arguments.json()) {
         context.console.print(json::encode(shown, json::Style::Pretty));
     } else if (lines.isEmpty()) {
-        context.console.say(QStringLiteral("Aucun projet suivi. Ajoute un dossier : vorle projet "
-                                           "ajouter DOSSIER"));
+        context.console.say(French::tr("Aucun projet suivi. Ajoute un dossier : vorle projet "
+                                       "ajouter DOSSIER"));
     } else {
         context.console.print(lines.join(u'\n'));
     }
@@ -87,12 +88,12 @@ void addProject(Context &context, const QString &folder) {
     const QString name =
         context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()).trimmed();
     if (name.isEmpty()) {
-        throw Failure(QStringLiteral("Donne un nom au projet : --nom NOM"), ExitStatus::Usage);
+        throw Failure(French::tr("Donne un nom au projet : --nom NOM"), ExitStatus::Usage);
     }
     auto projects = preferences.settings().projects;
     if (projects.contains(name) && projects[name] != path) {
-        throw Failure(QStringLiteral("Un projet « %1 » existe déjà, dans %2. Choisis un autre nom "
-                                     "avec --nom.")
+        throw Failure(French::tr("Un projet « %1 » existe déjà, dans %2. Choisis un autre nom "
+                                 "avec --nom.")
                           .arg(name, projects[name]));
     }
     projects[name] = path;
@@ -113,7 +114,7 @@ void removeProject(Context &context, const QString &name) {
     Preferences &preferences = context.app.preferences();
     auto projects = preferences.settings().projects;
     if (projects.remove(name) == 0) {
-        throw Failure(QStringLiteral("Aucun projet ne s’appelle « %1 ».").arg(name));
+        throw Failure(French::tr("Aucun projet ne s’appelle « %1 ».").arg(name));
     }
     preferences.change(&Settings::projects, projects);
     requireWritten(preferences);
@@ -134,8 +135,8 @@ QJsonValue parsedValue(const QString &text) {
     QJsonParseError error;
     const auto document = QJsonDocument::fromJson("[" + text.toUtf8() + "]", &error);
     if (error.error != QJsonParseError::NoError || document.array().size() != 1) {
-        throw Failure(QStringLiteral("« %1 » n’est pas du JSON. Un texte s’écrit entre "
-                                     "guillemets : '\"%1\"'")
+        throw Failure(French::tr("« %1 » n’est pas du JSON. Un texte s’écrit entre "
+                                 "guillemets : '\"%1\"'")
                           .arg(text),
                       ExitStatus::Usage);
     }
@@ -151,8 +152,8 @@ Task<ExitStatus> projet(Context &context) {
         co_return ExitStatus::Done;
     }
     if (words.size() != 2 || (words[0] != u"ajouter" && words[0] != u"retirer")) {
-        throw Failure(QStringLiteral("Usage : vorle projet [ajouter DOSSIER [--nom N] "
-                                     "[--description D] | retirer NOM]"),
+        throw Failure(French::tr("Usage : vorle projet [ajouter DOSSIER [--nom N] "
+                                 "[--description D] | retirer NOM]"),
                       ExitStatus::Usage);
     }
     if (words[0] == u"ajouter") {
@@ -167,10 +168,9 @@ Task<ExitStatus> projet(Context &context) {
 Task<ExitStatus> reglages(Context &context) {
     Preferences &preferences = context.app.preferences();
     if (preferences.setAside()) {
-        context.console.say(
-            QStringLiteral("Le fichier des réglages était illisible ; je l’ai gardé "
-                           "ici : %1")
-                .arg(*preferences.setAside()));
+        context.console.say(French::tr("Le fichier des réglages était illisible ; je l’ai gardé "
+                                       "ici : %1")
+                                .arg(*preferences.setAside()));
     }
     const QStringList &words = context.arguments.positional;
     if (words.isEmpty()) {
@@ -196,7 +196,7 @@ Task<ExitStatus> reglages(Context &context) {
     }
     const QJsonValue value = preferences.setting(words[0]);
     if (value.isUndefined()) {
-        throw Failure(QStringLiteral("Réglage inconnu : %1").arg(words[0]));
+        throw Failure(French::tr("Réglage inconnu : %1").arg(words[0]));
     }
     context.console.print(compact(value));
     co_return ExitStatus::Done;

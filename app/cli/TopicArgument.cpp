@@ -1,6 +1,7 @@
 #include "app/cli/TopicArgument.h"
 
 #include "app/cli/Handover.h"
+#include "base/French.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -58,7 +59,7 @@ Task<> holdTopics(Context &context) {
             throw HandedOver(*status);
         }
         if (!std::exchange(waited, true)) {
-            context.console.say(QStringLiteral(
+            context.console.say(French::tr(
                 "Une autre commande vorle travaille sur tes sujets : j’attends qu’elle finisse."));
         }
         co_await sleepFor(pause, context.cancel);
@@ -70,12 +71,12 @@ Task<> holdTopics(Context &context) {
 
 TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {
     if (store.setAside()) {
-        throw Failure(QStringLiteral("Tes sujets sont illisibles : %1").arg(store.file()));
+        throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
     }
     const auto prefix = identityPrefix(text);
     if (!prefix) {
-        throw Failure(QStringLiteral("« %1 » n’est pas l’identifiant d’un sujet. « vorle sujets » "
-                                     "les montre ; le début suffit.")
+        throw Failure(French::tr("« %1 » n’est pas l’identifiant d’un sujet. « vorle sujets » "
+                                 "les montre ; le début suffit.")
                           .arg(text),
                       ExitStatus::Usage);
     }
@@ -83,10 +84,10 @@ TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {
     found.removeIf([&](const TopicPtr &topic) { return !digitsOf(topic->id).startsWith(*prefix); });
     if (found.isEmpty()) {
         throw Failure(
-            QStringLiteral("Aucun sujet n’a un identifiant qui commence par « %1 ».").arg(text));
+            French::tr("Aucun sujet n’a un identifiant qui commence par « %1 ».").arg(text));
     }
     if (found.size() > 1) {
-        throw Failure(QStringLiteral("« %1 » désigne %2 sujets, ajoute quelques caractères :\n%3")
+        throw Failure(French::tr("« %1 » désigne %2 sujets, ajoute quelques caractères :\n%3")
                           .arg(text, QString::number(found.size()), choices(found)));
     }
     return found.first();

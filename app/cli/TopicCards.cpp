@@ -1,6 +1,7 @@
 #include "app/cli/TopicCards.h"
 
 #include "app/TopicLabels.h"
+#include "base/French.h"
 #include "core/Corrections.h"
 #include "core/ScoreScale.h"
 
@@ -23,7 +24,7 @@ QString factLine(QStringList facts) {
 
 QString formerScore(const Topic &topic) {
     const auto former = standingScore(topic).former;
-    return former ? QStringLiteral("j’avais mis %1").arg(*former) : QString();
+    return former ? French::tr("j’avais mis %1").arg(*former) : QString();
 }
 
 } // namespace
@@ -42,10 +43,10 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
     const QString &gist = topic.summary.isEmpty() ? topic.tldr.value_or(QString()) : topic.summary;
     lines += console.wrapped(gist, margin);
     if (!topic.why.isEmpty()) {
-        lines += console.wrapped(QStringLiteral("Pourquoi toi : ") + topic.why, margin);
+        lines += console.wrapped(French::tr("Pourquoi toi : ") + topic.why, margin);
     }
     if (!topic.firstStep.isEmpty()) {
-        lines += console.wrapped(QStringLiteral("Premier pas : ") + topic.firstStep, margin);
+        lines += console.wrapped(French::tr("Premier pas : ") + topic.firstStep, margin);
     }
     for (const TopicSource &source : topic.sources) {
         lines += QString(margin, u' ') + console.faint(source.url);
@@ -60,7 +61,7 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
                  console.bold(console.wrapped(topic->title, margin).trimmed());
         QString urgency = urgencyLabel(topic->urgency, today);
         if (urgency.isEmpty() && topic->isUrgent()) {
-            urgency = QStringLiteral("urgent");
+            urgency = French::tr("urgent");
         }
         lines += console.faint(
             console.wrapped(factLine({durationLabel(topic->minutes), urgency,

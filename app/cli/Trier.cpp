@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
+#include "base/French.h"
 #include "core/Corrections.h"
 #include "core/WeekProgram.h"
 
@@ -31,8 +32,8 @@ constexpr std::array actionWords{
 ActionWord actionNamed(const QString &word) {
     const auto found = std::ranges::find(actionWords, QStringView(word), &ActionWord::word);
     if (found == actionWords.end()) {
-        throw Failure(QStringLiteral("Action inconnue\u00A0: %1. Choix\u00A0: garder, plus-tard, "
-                                     "pas-pour-moi, fait, retirer.")
+        throw Failure(French::tr("Action inconnue\u00A0: %1. Choix\u00A0: garder, plus-tard, "
+                                 "pas-pour-moi, fait, retirer.")
                           .arg(word),
                       ExitStatus::Usage);
     }
@@ -47,13 +48,13 @@ std::optional<Worth> worthGiven(const Arguments &arguments, Action action) {
     const auto worth = json::fromRaw<Worth>(*option);
     if (!worth) {
         throw Failure(
-            QStringLiteral("Avis inconnu\u00A0: %1. Choix\u00A0: meh (Bof), useful (Utile), gem "
-                           "(Pépite).")
+            French::tr("Avis inconnu\u00A0: %1. Choix\u00A0: meh (Bof), useful (Utile), gem "
+                       "(Pépite).")
                 .arg(*option),
             ExitStatus::Usage);
     }
     if (action != Action::Done) {
-        throw Failure(QStringLiteral("--avis ne va qu’avec « fait »."), ExitStatus::Usage);
+        throw Failure(French::tr("--avis ne va qu’avec « fait »."), ExitStatus::Usage);
     }
     return worth;
 }
@@ -61,33 +62,33 @@ std::optional<Worth> worthGiven(const Arguments &arguments, Action action) {
 QString worthWord(Worth worth) {
     switch (worth) {
     case Worth::Meh:
-        return QStringLiteral("Bof");
+        return French::tr("Bof");
     case Worth::Useful:
-        return QStringLiteral("Utile");
+        return French::tr("Utile");
     case Worth::Gem:
         break;
     }
-    return QStringLiteral("Pépite");
+    return French::tr("Pépite");
 }
 
 /// What happened, and where the topic is now.
 QString outcomeLine(Action action, TopicStatus before, std::optional<Worth> worth) {
     switch (action) {
     case Action::Keep:
-        return QStringLiteral("Gardé · Programme");
+        return French::tr("Gardé · Programme");
     case Action::Later:
-        return before == TopicStatus::Program ? QStringLiteral("Reporté · Réserve")
-                                              : QStringLiteral("Plus tard · Réserve");
+        return before == TopicStatus::Program ? French::tr("Reporté · Réserve")
+                                              : French::tr("Plus tard · Réserve");
     case Action::Dismiss:
-        return QStringLiteral("Écarté · Pas pour moi");
+        return French::tr("Écarté · Pas pour moi");
     case Action::Done:
-        return worth ? QStringLiteral("%1 · Bibliothèque").arg(worthWord(*worth))
-                     : QStringLiteral("Fait · Bibliothèque");
+        return worth ? French::tr("%1 · Bibliothèque").arg(worthWord(*worth))
+                     : French::tr("Fait · Bibliothèque");
     case Action::Remove:
         break;
     }
-    return before == TopicStatus::Program ? QStringLiteral("Retiré · À trier")
-                                          : QStringLiteral("Remis · À trier");
+    return before == TopicStatus::Program ? French::tr("Retiré · À trier")
+                                          : French::tr("Remis · À trier");
 }
 
 void decide(TopicStore &store, const QUuid &id, Action action, std::optional<Worth> worth) {
@@ -127,8 +128,8 @@ bool waitsInProgram(Context &context, const QUuid &id) {
 void conclude(Context &context, const QUuid &id, const QString &said) {
     TopicStore &store = context.app.store();
     if (!store.flush()) {
-        throw Failure(store.saveError().value_or(
-            QStringLiteral("Les sujets n’ont pas pu être enregistrés.")));
+        throw Failure(
+            store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
     }
     const TopicPtr topic = store.topic(id);
     if (context.arguments.json()) {
@@ -145,8 +146,8 @@ QString reasonNamed(const QString &word) {
     const QStringList meant =
         offered.contains(word) ? QStringList{word} : offered.filter(word, Qt::CaseInsensitive);
     if (word.isEmpty() || meant.size() != 1) {
-        throw Failure(QStringLiteral("Raison inconnue\u00A0: « %1 ». Choix\u00A0: « %2 ».")
-                          .arg(word, offered.join(QStringLiteral(" », « "))),
+        throw Failure(French::tr("Raison inconnue\u00A0: « %1 ». Choix\u00A0: « %2 ».")
+                          .arg(word, offered.join(French::tr(" », « "))),
                       ExitStatus::Usage);
     }
     return meant.first();
@@ -167,8 +168,8 @@ int scoreNamed(const QString &text) {
     bool number = false;
     const int score = text.toInt(&number);
     if (!number || score < 0 || score > highestScore) {
-        throw Failure(QStringLiteral("« %1 » n’est pas une note\u00A0: donne un nombre entier de 0 "
-                                     "à 10.")
+        throw Failure(French::tr("« %1 » n’est pas une note\u00A0: donne un nombre entier de 0 "
+                                 "à 10.")
                           .arg(text),
                       ExitStatus::Usage);
     }
@@ -177,11 +178,11 @@ int scoreNamed(const QString &text) {
 
 QString correctedText(const Topic &topic) {
     const StandingScore standing = standingScore(topic);
-    const QString now = QStringLiteral("Note %1 sur 10").arg(standing.score.value_or(0));
+    const QString now = French::tr("Note %1 sur 10").arg(standing.score.value_or(0));
     if (standing.former) {
-        return QStringLiteral("%1, j’avais mis %2").arg(now).arg(*standing.former);
+        return French::tr("%1, j’avais mis %2").arg(now).arg(*standing.former);
     }
-    return judgedScore(topic) ? QStringLiteral("%1, comme moi").arg(now) : now;
+    return judgedScore(topic) ? French::tr("%1, comme moi").arg(now) : now;
 }
 
 } // namespace
@@ -195,19 +196,19 @@ Task<ExitStatus> trier(Context &context) {
     if (topic->status == TopicStatus::Pending && topic->capturedURL &&
         asked.action != Action::Dismiss) {
         // The judged version is going to be put in its place, waiting for triage.
-        throw Failure(QStringLiteral("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
-                                     "seulement l’écarter\u00A0: pas-pour-moi."));
+        throw Failure(French::tr("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
+                                 "seulement l’écarter\u00A0: pas-pour-moi."));
     }
     if (topic->status == asked.leadsTo && (!worth || worth == topic->worth)) {
         // A decision taken twice, by a script say, is not counted twice.
-        context.console.say(QStringLiteral("C’était déjà le cas."));
+        context.console.say(French::tr("C’était déjà le cas."));
     } else {
         decide(store, topic->id, asked.action, worth);
     }
     conclude(context, topic->id, outcomeLine(asked.action, topic->status, worth));
     if (asked.action == Action::Keep && waitsInProgram(context, topic->id)) {
         context.console.say(
-            QStringLiteral("Il ne tient pas dans ta semaine\u00A0: il attend sous la ligne."));
+            French::tr("Il ne tient pas dans ta semaine\u00A0: il attend sous la ligne."));
     }
     co_return ExitStatus::Done;
 }
@@ -216,8 +217,8 @@ Task<ExitStatus> corriger(Context &context) {
     const Arguments &arguments = context.arguments;
     const bool remove = arguments.flags.contains(QStringLiteral("retirer"));
     if (remove != (arguments.positional.size() == 1)) {
-        throw Failure(remove ? QStringLiteral("Avec --retirer, ne donne pas de note.")
-                             : QStringLiteral("Il manque la note, de 0 à 10."),
+        throw Failure(remove ? French::tr("Avec --retirer, ne donne pas de note.")
+                             : French::tr("Il manque la note, de 0 à 10."),
                       ExitStatus::Usage);
     }
     const int score = remove ? 0 : scoreNamed(arguments.positional[1]);
@@ -227,14 +228,14 @@ Task<ExitStatus> corriger(Context &context) {
     const TopicPtr topic = topicByPrefix(store, arguments.positional[0]);
     if (remove) {
         if (!topic->correction) {
-            context.console.say(QStringLiteral("Tu n’avais pas corrigé sa note."));
+            context.console.say(French::tr("Tu n’avais pas corrigé sa note."));
         } else {
             store.setCorrection(topic->id, std::nullopt);
         }
         const auto own = judgedScore(*topic);
         conclude(context, topic->id,
-                 own ? QStringLiteral("Note %1 sur 10, la mienne").arg(*own)
-                     : QStringLiteral("Pas de note\u00A0: rien n’a pu être lu"));
+                 own ? French::tr("Note %1 sur 10, la mienne").arg(*own)
+                     : French::tr("Pas de note\u00A0: rien n’a pu être lu"));
         co_return ExitStatus::Done;
     }
     store.setCorrection(topic->id, correctionOf(score, reasons,

@@ -2,6 +2,7 @@
 
 #include "app/demo/DemoBlog.h"
 #include "app/demo/DemoPageWriter.h"
+#include "base/French.h"
 
 #include <QTcpSocket>
 #include <QTimer>
@@ -44,8 +45,9 @@ DemoSite::DemoSite(DemoCatalogue catalogue, int pauseMilliseconds, QObject *pare
     : QObject(parent), m_catalogue(std::move(catalogue)), m_pauseMilliseconds(pauseMilliseconds) {
     connect(&m_server, &QTcpServer::newConnection, this, &DemoSite::accept);
     if (!m_server.listen(QHostAddress::LocalHost)) {
-        throw std::runtime_error("Le site de démonstration n’a pas pu s’ouvrir : " +
-                                 m_server.errorString().toStdString());
+        throw std::runtime_error(French::tr("Le site de démonstration n’a pas pu s’ouvrir : %1")
+                                     .arg(m_server.errorString())
+                                     .toStdString());
     }
 }
 

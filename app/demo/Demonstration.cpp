@@ -1,6 +1,7 @@
 #include "app/demo/Demonstration.h"
 
 #include "app/demo/DemoBlog.h"
+#include "base/French.h"
 #include "core/Preferences.h"
 
 #include <QCoreApplication>
@@ -22,14 +23,14 @@ const QString potager = QStringLiteral("Potager");
 
 void makeFolder(const QString &path) {
     if (!QDir().mkpath(path)) {
-        fail(QStringLiteral("Le dossier de démonstration n’a pas pu être créé : %1").arg(path));
+        fail(French::tr("Le dossier de démonstration n’a pas pu être créé : %1").arg(path));
     }
 }
 
 void writeFile(const QString &path, const QByteArray &bytes) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
-        fail(QStringLiteral("Le fichier de démonstration n’a pas pu être écrit : %1").arg(path));
+        fail(French::tr("Le fichier de démonstration n’a pas pu être écrit : %1").arg(path));
     }
 }
 
@@ -41,7 +42,7 @@ std::unique_ptr<Demonstration> Demonstration::start() {
 
 Demonstration::Demonstration() : m_folder(QDir::tempPath() + QStringLiteral("/vorle-demo-XXXXXX")) {
     if (!m_folder.isValid()) {
-        fail(QStringLiteral("Le dossier de démonstration n’a pas pu être créé : %1")
+        fail(French::tr("Le dossier de démonstration n’a pas pu être créé : %1")
                  .arg(m_folder.errorString()));
     }
     makeHome();
@@ -86,14 +87,14 @@ void Demonstration::makeHome() const {
     const QString agent =
         QCoreApplication::applicationDirPath() + QStringLiteral("/vorle-demo-agent");
     if (!QFileInfo(agent).isExecutable()) {
-        fail(QStringLiteral("L’agent de démonstration est introuvable : %1").arg(agent));
+        fail(French::tr("L’agent de démonstration est introuvable : %1").arg(agent));
     }
     const QString programs = home() + QStringLiteral("/.local/bin");
     makeFolder(programs);
     for (const QString &name : {QStringLiteral("claude"), QStringLiteral("codex")}) {
         const QString link = programs + u'/' + name;
         if (!QFile::link(agent, link)) {
-            fail(QStringLiteral("L’agent de démonstration n’a pas pu être placé : %1").arg(link));
+            fail(French::tr("L’agent de démonstration n’a pas pu être placé : %1").arg(link));
         }
     }
     writeFile(home() + QStringLiteral("/.claude.json"),
@@ -109,7 +110,7 @@ void Demonstration::makeProjects() const {
          {QStringLiteral("package.json"), QStringLiteral("package-lock.json")}) {
         QFile source(QStringLiteral(":/vorle/demo/tiravue/") + name);
         if (!source.open(QIODevice::ReadOnly)) {
-            fail(QStringLiteral("Le projet de démonstration est absent de l’app : %1").arg(name));
+            fail(French::tr("Le projet de démonstration est absent de l’app : %1").arg(name));
         }
         writeFile(projectFolder(tiravue) + u'/' + name, source.readAll());
     }

@@ -10,6 +10,7 @@
 #include "app/window/Shell.h"
 #include "app/window/SingleInstance.h"
 #include "app/window/Tray.h"
+#include "base/French.h"
 #include "base/Log.h"
 #include "desktop/ClaudeLauncher.h"
 #include "search/RunPlan.h"
@@ -142,8 +143,7 @@ private:
 
 int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo) {
     if (!hasScreen()) {
-        complain(
-            QStringLiteral("Il n’y a pas d’écran ici. Les commandes marchent sans : vorle aide"));
+        complain(French::tr("Il n’y a pas d’écran ici. Les commandes marchent sans : vorle aide"));
         return 1;
     }
     QApplication qt(argc, argv);
@@ -159,8 +159,8 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo) {
             if (SingleInstance::raiseRunning(app.topicsFile())) {
                 return 0;
             }
-            complain(QStringLiteral("Une commande vorle travaille sur tes sujets. Ouvre-moi dès "
-                                    "qu’elle a fini."));
+            complain(French::tr("Une commande vorle travaille sur tes sujets. Ouvre-moi dès "
+                                "qu’elle a fini."));
             return 1;
         }
         Gui gui(app, adapters, app.store().releaseAllPending());
