@@ -30,18 +30,30 @@ class Site:
         self.answers: dict[str, Answer] = {}
         self.otherwise: Answer = reply(b"", status="404 Not Found")
         self.asked: list[tuple[str, str]] = []  # (Host, path)
+        self.reached: list[str] = []  # the address of ours that each connection was made to
         self.stopping = threading.Event()
         site = self
 
         class Handler(socketserver.BaseRequestHandler):
             def handle(self) -> None:
+                site.reached.append(self.request.getsockname()[0])
                 site._handle(self.request)
 
-        family = socket.AF_INET6 if ":" in address else socket.AF_INET
-        kind = type("Server", (socketserver.ThreadingTCPServer,),
-                    {"address_family": family, "daemon_threads": True, "allow_reuse_address": True,
-                     "request_queue_size": 128, "handle_error": lambda *_: None})
-        self.server = kind((address, port), Handler)
+        class Server(socketserver.ThreadingTCPServer):
+            address_family = socket.AF_INET6 if ":" in address else socket.AF_INET
+            daemon_threads = True
+            allow_reuse_address = True
+            request_queue_size = 128
+
+            def server_bind(self) -> None:
+                if self.address_family == socket.AF_INET6:
+                    self.socket.setsockopt(socket.IPPROTO_IPV6, socket.IPV6_V6ONLY, 1)
+                super().server_bind()
+
+            def handle_error(self, *_: object) -> None:
+                pass  # who hangs up is no fault of ours
+
+        self.server = Server((address, port), Handler)
         self.address = address
         self.port: int = self.server.server_address[1]
         threading.Thread(target=self.server.serve_forever, args=(0.05,), daemon=True).start()
@@ -59,7 +71,7 @@ class Site:
         try:
             while b"\r\n\r\n" not in head and len(head) < 65_536:
                 more = connection.recv(8192)
-                if not more:
+                if not more or (not head and more[0] == 0x16):  # the start of TLS: not ours
                     return
                 head += more
             words = head.split(b"\r\n", 1)[0].decode("latin-1").split(" ")
