@@ -1,0 +1,118 @@
+#include "app/RunTimer.h"
+#include "tests/attack/Probe.h"
+
+#include <QJsonArray>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <memory>
+
+namespace vorle::attack {
+
+namespace {
+
+class StoryClock final : public Clock {
+public:
+    QDateTime now() const override { return QDateTime::fromSecsSinceEpoch(moment, Qt::UTC); }
+    qint64 moment = 0;
+};
+
+/// The app's timer, living through the story without waiting for it.
+class Story {
+public:
+    explicit Story(const QJsonObject &told)
+        : m_late(told.value(QStringLiteral("late")).toDouble())
+        , m_runSeconds(told.value(QStringLiteral("runSeconds")).toInt())
+        , m_zone(told.value(QStringLiteral("zone")).toString().toLatin1())
+        , m_preferences(
+              std::make_unique<SettingsFile>(m_folder.filePath(QStringLiteral("settings.json")))) {
+        Schedule schedule;
+        schedule.weekdays.clear();
+        for (const QJsonValue &day : told.value(QStringLiteral("weekdays")).toArray()) {
+            schedule.weekdays += day.toInt();
+        }
+        schedule.hour = told.value(QStringLiteral("hour")).toInt();
+        schedule.minute = told.value(QStringLiteral("minute")).toInt();
+        m_preferences.change(&Settings::schedule, schedule);
+        m_clock.moment = told.value(QStringLiteral("start")).toInteger();
+        restart();
+    }
+
+    void live(const QJsonObject &step) {
+        const auto seconds = [&](const char *key) {
+            return step.value(QLatin1StringView(key)).toInteger();
+        };
+        if (step.contains(QStringLiteral("pass"))) {
+            pass(seconds("pass"));
+        } else if (step.contains(QStringLiteral("set"))) {
+            m_clock.moment += seconds("set");
+        } else if (step.contains(QStringLiteral("sleep"))) {
+            m_clock.moment += seconds("sleep"); // timers stand still
+            m_timer->look();                    // the app comes to the front again
+        } else if (step.contains(QStringLiteral("zone"))) {
+            m_zone = QTimeZone(step.value(QStringLiteral("zone")).toString().toLatin1());
+            restart();
+        } else {
+            restart();
+        }
+    }
+
+    const QJsonArray &due() const { return m_due; }
+
+private:
+    void restart() {
+        m_timer = std::make_unique<RunTimer>(m_preferences, m_clock, m_zone);
+        QObject::connect(m_timer.get(), &RunTimer::due, m_timer.get(), [this] {
+            m_due.append(m_clock.moment);
+            m_runEnds = m_runSeconds; // none: the run fails, and leaves the last one's date alone
+        });
+        m_left = wait();
+    }
+
+    /// Until the timer looks again: a coarse one may be late.
+    qint64 wait() const {
+        const auto exact = static_cast<double>(m_timer->wait().count()) / 1000.0;
+        return static_cast<qint64>(exact * (1 + m_late)) + 1;
+    }
+
+    void pass(qint64 seconds) {
+        while (seconds > 0) {
+            const qint64 next = m_runEnds > 0 ? std::min(m_runEnds, m_left) : m_left;
+            const qint64 step = std::min(next, seconds);
+            m_clock.moment += step;
+            seconds -= step;
+            m_left -= step;
+            if (m_runEnds > 0 && (m_runEnds -= step) == 0) {
+                m_preferences.change(&Settings::lastSearch, m_clock.now());
+                m_left = std::min(m_left, wait());
+            }
+            if (m_left == 0) {
+                m_timer->look();
+                m_left = wait();
+            }
+        }
+    }
+
+    double m_late;
+    qint64 m_runSeconds;
+    QTimeZone m_zone;
+    QTemporaryDir m_folder;
+    Preferences m_preferences;
+    StoryClock m_clock;
+    std::unique_ptr<RunTimer> m_timer;
+    QJsonArray m_due;
+    qint64 m_left = 0;
+    qint64 m_runEnds = 0;
+};
+
+} // namespace
+
+QJsonObject timed(const QJsonObject &question) {
+    Story story(question);
+    for (const QJsonValue &step : question.value(QStringLiteral("steps")).toArray()) {
+        story.live(step.toObject());
+    }
+    return {{QStringLiteral("due"), story.due()}};
+}
+
+} // namespace vorle::attack
