@@ -34,7 +34,8 @@ QJsonObject launched(const QJsonObject &question) {
     QString error;
     try {
         const auto where = test::waitFor(launcher.takeFirstStep(topic));
-        error = where == ClaudeLauncher::Where::Terminal ? QString() : QStringLiteral("no terminal");
+        error =
+            where == ClaudeLauncher::Where::Terminal ? QString() : QStringLiteral("no terminal");
     } catch (const std::exception &failure) {
         error = QString::fromUtf8(failure.what());
     }

@@ -11,7 +11,7 @@ import time
 import traceback
 from pathlib import Path
 
-from attack.rows import Row, table
+from attack.rows import Row, recorded, table
 from attack.world import ROOT
 
 # Each area with its draws: in full, and in the short form that the tests run.
@@ -64,6 +64,8 @@ def main(words: list[str]) -> int:
     parser.add_argument("--draws", type=int, help="how often, for each area named")
     parser.add_argument("--seed", type=int, default=20261121)
     parser.add_argument("--program", help="the program to attack")
+    parser.add_argument("--record", action="store_true",
+                        help="put the rows into docs/reliability.md")
     asked = parser.parse_args(words)
     unknown = [area for area in asked.areas if area not in AREAS]
     if unknown:
@@ -83,7 +85,10 @@ def main(words: list[str]) -> int:
         for fault in missed[:20]:
             print(f"  {fault}", file=sys.stderr, flush=True)
     today = datetime.date.today().isoformat()
-    print(f"{today}, commit {commit()}, {program.parent.parent.name} build, seed {asked.seed}, "
-          f"{time.monotonic() - begun:.0f} s\n")
-    print(table(rows))
+    when = f"{today}, {commit()}, {program.parent.parent.name}"
+    print(f"Seed {asked.seed}, {time.monotonic() - begun:.0f} s.\n")
+    print(table(rows, when))
+    if asked.record:
+        page = ROOT / "docs" / "reliability.md"
+        page.write_text(recorded(page.read_text("utf-8"), rows, when), "utf-8")
     return 0 if all(row.held for row in rows) else 1

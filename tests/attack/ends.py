@@ -145,8 +145,7 @@ def run(program: Path, draws: int, seed: int) -> list[Row]:
             site.serve(f"/{number}", page(f"Nouvelle {number}", "mot " * 400))
         results = each(lambda part: one_share(program, site, cases[part[0]::len(parts)], part[1]),
                        list(enumerate(share[1] for share in parts)))
-    rows = {end: Row("kills" if end == "kill -9" else "ends",
-                     f"runs ended by {end}, the agent plain or behind launchers, daemons, deaf")
+    rows = {end: Row("ends", f"runs ended by {end}, the agent plain or behind launchers, daemons, deaf")
             for end in ENDS}
     for case, fault in (pair for part in results for pair in part):
         rows[case.end].draws += 1

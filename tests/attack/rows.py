@@ -34,11 +34,31 @@ def left_out(area: str, tried: str, why: str) -> Row:
     return Row(area, tried, left_out=why)
 
 
-def table(rows: list[Row]) -> str:
-    """The rows as Markdown."""
-    lines = ["| area | what was tried | how often | what was lost |", "|---|---|---:|---|"]
-    for row in rows:
-        times = "–" if row.left_out else f"{row.draws:,}"
-        cells = [row.area, row.tried, times, row.outcome()]
-        lines.append("| " + " | ".join(cell.replace("|", "\\|") for cell in cells) + " |")
-    return "\n".join(lines)
+HEAD = ["| area | what was tried | how often | what was lost | when |", "|---|---|---:|---|---|"]
+
+
+def line(row: Row, when: str) -> str:
+    times = "–" if row.left_out else f"{row.draws:,}"
+    cells = [row.area, row.tried, times, row.outcome(), when]
+    return "| " + " | ".join(cell.replace("|", "\\|").replace("<", "\\<") for cell in cells) + " |"
+
+
+def table(rows: list[Row], when: str) -> str:
+    """The rows as Markdown. `when`: the date, the commit and the build they are of."""
+    return "\n".join([*HEAD, *(line(row, when) for row in rows)])
+
+
+def recorded(page: str, rows: list[Row], when: str) -> str:
+    """The page, with these rows in its table in the place of earlier ones of the same areas."""
+    areas = {row.area for row in rows}
+    before, head, rest = page.partition("\n".join(HEAD) + "\n")
+    if not head:
+        raise ValueError("the page has no table to record in")
+    lines = rest.split("\n")
+    end = next((n for n, text in enumerate(lines) if not text.startswith("|")), len(lines))
+    kept = [text for text in lines[:end] if text.split("|")[1].strip() not in areas]
+    made = kept + [line(row, when) for row in rows]
+    order = {area: n for n, area in enumerate(
+        "kills ends calls disks files servers addresses pages names clocks".split())}
+    made.sort(key=lambda text: order.get(text.split("|")[1].strip(), 99))
+    return before + head + "\n".join(made + lines[end:])
