@@ -133,23 +133,33 @@ def judge(story: Story, wanted: list[int] | None, due: list[int]) -> str:
     return at_most_once(story, due)
 
 
+def zone_at(story: Story, moment: int) -> str:
+    """The zone shown at that moment of a story without jumps."""
+    zone, at = story["zone"], story["start"]
+    for step in story["steps"]:
+        at += step.get("pass", 0)
+        if at >= moment:
+            break
+        zone = step.get("zone", zone)
+    return zone
+
+
 def at_most_once(story: Story, due: list[int]) -> str:
-    """Without a word on which slots were to be served: none twice, none that is not due."""
-    zones = [story["zone"], *(step["zone"] for step in story["steps"] if "zone" in step)]
-    served: set[tuple[str, int]] = set()
+    """Without a word on which slots were to be served: no day of the calendar twice, and none that
+    is not due."""
+    moves = any("zone" in step for step in story["steps"])
+    served: set[dt.date] = set()
     for moment in due:
-        possible = [(zone, one) for zone in zones for one in slots(
-            ZoneInfo(zone), moment - LATE - 1, moment, story["weekdays"], story["hour"],
-            story["minute"])]
+        zone = ZoneInfo(zone_at(story, moment) if moves else story["zone"])
+        possible = slots(zone, moment - LATE - 1, moment, story["weekdays"], story["hour"],
+                         story["minute"])
         if not possible:
-            return f"a run at {when(story['zone'], moment)}, where none is due"
-        if len(zones) == 1 and any(entry in served for entry in possible):
-            return f"two runs for the slot of {when(story['zone'], possible[0][1])}"
-        served.update(possible)
-    for first, second in zip(due, due[1:]):
-        if second - first < (8 * HOUR if len(zones) > 1 else 2 * HOUR):
-            return f"two runs within {(second - first) // 60} minutes"
-    if len(zones) == 1 and len(due) < 1:
+            return f"a run at {when(zone.key, moment)}, where none is due"
+        day = dt.datetime.fromtimestamp(possible[-1], zone).date()
+        if day in served:
+            return f"two runs for {day}, the second at {when(zone.key, moment)}"
+        served.add(day)
+    if not moves and not due:
         return "no run in two weeks"
     return ""
 

@@ -26,6 +26,10 @@ PIECES = [
 ]
 
 
+# How the prompt's first line may begin; a title of nothing that is seen has none.
+LABELS = ("Sujet de veille", "Pourquoi ça me", "Premier pas", "Sources : ", "Mon projet : ")
+
+
 def hostile_name(rng: random.Random, number: int) -> str:
     """One file name: no slash, no zero byte, at most 255 bytes."""
     if number < len(PIECES):
@@ -88,7 +92,7 @@ def attempt(world: World, probe: Probe, name: str, rng: random.Random, number: i
     prompt, _, place = rest.partition(b"\0")
     if count != b"1":
         return f"the agent got {count!r} arguments"
-    if not prompt.startswith("Sujet de veille".encode()):
+    if not prompt.decode(errors="replace").startswith(LABELS):
         return f"the prompt begins with {prompt[:40]!r}"
     if place != str(folder.resolve()).encode() + b"\n":
         return f"the agent works in {place!r}"
