@@ -24,6 +24,7 @@ AREAS: dict[str, tuple[int, int]] = {
     "servers": (270, 36),
     "addresses": (1300, 120),
     "pages": (400, 40),
+    "answers": (120, 8),
     "names": (1000, 60),
     "clocks": (900, 150),
 }

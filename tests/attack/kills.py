@@ -3,6 +3,8 @@ from __future__ import annotations
 
 import json
 import random
+import subprocess
+import time
 from pathlib import Path
 
 from attack import topics
@@ -54,6 +56,46 @@ def one_share(program: Path, shim: Shim, draws: int, seed: int) -> tuple[Row, Ro
     return steps, moments
 
 
+def open_window(program: Path, draws: int, seed: int) -> Row:
+    """The open window takes commands from the terminal, and is killed among them."""
+    row = Row("kills", "kill -9 of the open window while the terminal hands it decisions")
+    rng = random.Random(seed)
+    with World(program, "window") as world:
+        furnish(world, rng)
+        while row.draws < draws:
+            before = topics.read(world.topics)
+            known = {topic["id"]: topic for topic in before}
+            window = world.start(out=subprocess.DEVNULL)
+            time.sleep(0.3)
+            end = time.monotonic() + rng.uniform(0.2, 1.5)
+            done = []
+            while time.monotonic() < end:
+                save = decide(list(known.values()), rng)
+                process = world.start(*save.words, out=subprocess.DEVNULL)
+                if time.monotonic() + 0.1 > end:
+                    time.sleep(rng.uniform(0, 0.05))
+                    window.kill()
+                try:
+                    process.communicate(timeout=30)
+                except subprocess.TimeoutExpired:
+                    process.kill()
+                    row.fault(f"seed {seed}: a command hung when the window was killed")
+                if process.returncode == 0:
+                    known[save.topic]["status"] = save.status
+                    done = [one for one in done if one.topic != save.topic] + [save]
+            window.kill()
+            window.communicate()
+            row.draws += 1
+            fault = topics.losses(before, topics.read(world.topics))
+            for save in done:
+                if not save.happened(world):
+                    fault = fault or f"{' '.join(save.words)} ended with 0, and is not on disk"
+            if fault:
+                row.fault(f"seed {seed}: {fault}")
+        check_strays(world, row)
+    return row
+
+
 def check_strays(world: World, row: Row) -> None:
     """What the killed ones left goes at the next start."""
     end = world.run("trier", topics.identity(2), "retirer")
@@ -71,6 +113,8 @@ def run(program: Path, draws: int, seed: int) -> list[Row]:
         parts = each(lambda share: one_share(program, shim, *share), shares(draws, seed))
     finally:
         shim.close()
+    windows = each(lambda share: open_window(program, *share), shares(max(2, draws // 16), seed))
+    parts = [(*rows, window) for rows, window in zip(parts, windows)]
     rows = list(parts[0])
     for more in parts[1:]:
         for row, other in zip(rows, more):

@@ -166,11 +166,12 @@ class World:
         return found
 
     def strays(self) -> list[str]:
-        """Every file that only passes: what lies in temporary folders or beside a store."""
+        """Every file that only passes: what lies in temporary folders or beside a store. The socket
+        of a window that was killed is none: the next window takes its place."""
         passing = []
         for path in self.root.rglob("*"):
             name = path.name
-            if path.is_dir() and not name.startswith("vorle-"):
+            if name.startswith("vorle-app-") or (path.is_dir() and not name.startswith("vorle-")):
                 continue
             if ".vorle-" in name or name.startswith(("vorle-", "qt_temp")) or (
                     path.parent.name == "tmp"):
