@@ -21,7 +21,10 @@ QString kindLabel(const std::optional<QString> &kind) {
 }
 
 QString readLevelLabel(std::optional<ReadLevel> level) {
-    switch (level.value_or(ReadLevel::None)) {
+    if (!level) {
+        return {};
+    }
+    switch (*level) {
     case ReadLevel::Full:
         return tr("lu en entier");
     case ReadLevel::Seen:

@@ -7,8 +7,8 @@
 namespace vorle {
 
 /// What people read in the place of the record's words, in French. Pure.
-QString kindLabel(const std::optional<QString> &kind); ///< empty for an unknown kind
-QString readLevelLabel(std::optional<ReadLevel> level);
+QString kindLabel(const std::optional<QString> &kind);  ///< empty for an unknown kind
+QString readLevelLabel(std::optional<ReadLevel> level); ///< empty where nobody knows
 QString statusLabel(TopicStatus status);
 /// "15 min", "1 h", "1 h 20": see durationText().
 QString durationLabel(int minutes);

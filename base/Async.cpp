@@ -72,6 +72,14 @@ Task<> batchWorker(std::shared_ptr<Batch> batch) {
 
 void detach(Task<> task, QString what) { runDetached(std::move(task), std::move(what)); }
 
+Task<> outlive(Task<> step, std::exception_ptr &fault) {
+    try {
+        co_await step;
+    } catch (...) {
+        fault = fault ? fault : std::current_exception();
+    }
+}
+
 Task<> forEachBounded(qsizetype count, qsizetype atOnce, std::function<Task<>(qsizetype)> work) {
     auto batch = std::make_shared<Batch>(Batch{0, count, std::move(work), nullptr});
     std::vector<Task<>> workers;

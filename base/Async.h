@@ -49,6 +49,10 @@ Task<> sleepFor(std::chrono::milliseconds duration, CancelToken cancel = {});
 /// Cancelled. What the task uses must live as long as the application.
 void detach(Task<> task, QString what);
 
+/// Waits for a step that may fail while others must still be waited for: keeps in `fault` what it
+/// threw, unless something is kept there already. `fault` outlives the wait.
+Task<> outlive(Task<> step, std::exception_ptr &fault);
+
 /// Runs `work(0)` … `work(count - 1)`, at most `atOnce` at a time, in order of start. When one
 /// throws, no further one starts; once those under way have ended the first exception is thrown.
 Task<> forEachBounded(qsizetype count, qsizetype atOnce, std::function<Task<>(qsizetype)> work);

@@ -90,7 +90,11 @@ struct Settings {
     QMap<QString, QString> projectDescriptions;
     std::optional<QString> agent; ///< "claude" or "codex"; nothing while the user has not chosen
     std::optional<LastReport> lastReport;
-    std::optional<QDateTime> lastSearch; ///< when the last run ended
+    /// When the last run ended that handed its topics over, whatever it left unjudged.
+    std::optional<QDateTime> lastSearch;
+    /// Where the next run's period starts; at `lastSearch` when there is none. It stays behind for
+    /// one run when links were left without a judgment.
+    std::optional<QDateTime> searchedUntil;
 
     /// Each setting with the key it is stored under.
     static constexpr auto fields() {
@@ -122,7 +126,8 @@ struct Settings {
             json::field("projectDescriptions", &Settings::projectDescriptions),
             json::field("agent", &Settings::agent),
             json::field("lastReport", &Settings::lastReport),
-            json::field("lastSearch", &Settings::lastSearch));
+            json::field("lastSearch", &Settings::lastSearch),
+            json::field("searchedUntil", &Settings::searchedUntil));
     }
     bool operator==(const Settings &) const = default;
 };

@@ -174,6 +174,19 @@ bool TopicStore::replacePending(Topic topic) {
     return change(topic.id, [&](Topic &target) { target = std::move(topic); });
 }
 
+bool TopicStore::withdrawPending(const QUuid &id) {
+    const TopicPtr present = topic(id);
+    if (!present || present->status != TopicStatus::Pending || present->capturedURL) {
+        return false;
+    }
+    m_topics.remove(m_index.take(id));
+    for (qsizetype i = 0; i < m_topics.size(); ++i) {
+        m_index[m_topics[i]->id] = i;
+    }
+    save();
+    return true;
+}
+
 bool TopicStore::addSources(const QUuid &id, const QList<TopicSource> &sources) {
     const TopicPtr present = topic(id);
     if (!present) {

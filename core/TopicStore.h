@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 #include "base/Resources.h"
+#include "core/RunReport.h"
 #include "core/Topic.h"
 
 #include <QHash>
@@ -103,9 +104,19 @@ public:
     /// Puts the topic in the place of the pending one of the same identity, which was judged again.
     /// False when there is none, or when it is pending no more: the user has it now.
     bool replacePending(Topic topic);
+    /// Takes a pending topic of a run away: its page turned out to be another topic's, which has
+    /// its links by now. Nothing shows such a topic, so nothing is told. False when there is none,
+    /// or when it is pending no more.
+    bool withdrawPending(const QUuid &id);
     /// Adds to a topic's sources those whose address it does not have. False when there is no such
     /// topic.
     bool addSources(const QUuid &id, const QList<TopicSource> &sources);
+
+    /// The last runs, oldest first, with what became of their topics by now. The demonstration has
+    /// a past of its own, from the resource "demo-history", up to a week ago. Read at each call.
+    QList<RunReport> history() const;
+    /// A run ended: its report joins the history.
+    void addRun(const RunReport &report);
 
     // Triage. Each stamps `triagedAt` and gives false when there is no such topic. Leaving the
     // library takes `doneAt` and the verdict away.
@@ -144,6 +155,7 @@ Q_SIGNALS:
     void topicsAdded(const QList<QUuid> &ids);
     void topicsReset();
     void saved();
+    void historyChanged();
     /// A save failed; `text` is a French sentence for the user.
     void saveFailed(const QString &text);
 
@@ -153,6 +165,7 @@ private:
     void load();
     bool readFile();
     void seed();
+    void seedHistory() const;
     void replaceAll(QList<Topic> topics);
     bool change(const QUuid &id, const std::function<void(Topic &)> &edit);
     bool decide(const QUuid &id, TopicStatus status, std::optional<Worth> worth = std::nullopt);

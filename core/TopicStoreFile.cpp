@@ -6,6 +6,7 @@
 #include "base/SystemErrorText.h"
 #include "core/DurableFile.h"
 #include "core/EngineImport.h"
+#include "core/RunHistory.h"
 #include "core/TopicStore.h"
 #include "core/TopicWriter.h"
 
@@ -87,6 +88,9 @@ void TopicStore::load() {
     if (!loaded && (isDemo() || qEnvironmentVariableIsSet("VORLE_SAMPLE_DATA"))) {
         seed();
     }
+    if (fresh) {
+        seedHistory();
+    }
 }
 
 bool TopicStore::readFile() {
@@ -125,6 +129,40 @@ void TopicStore::seed() {
         logLine(QStringLiteral("the sample topics could not be read: ") +
                 QString::fromUtf8(error.what()));
     }
+}
+
+/// The demonstration's past ends a week before it starts, at the hour it is now.
+void TopicStore::seedHistory() const {
+    const auto data = m_resources.data(QStringLiteral("demo-history"), QStringLiteral("json"));
+    try {
+        auto reports = data ? json::decode<QList<RunReport>>(*data) : QList<RunReport>();
+        const QDateTime last = m_clock.now().addDays(-7);
+        const qint64 shift = reports.isEmpty() ? 0 : reports.last().date.secsTo(last);
+        for (RunReport &report : reports) {
+            report.date = report.date.addSecs(shift);
+        }
+        RunHistory(m_file).replace(std::move(reports));
+    } catch (const json::DecodeError &error) {
+        logLine(QStringLiteral("the demonstration's past could not be read: ") +
+                QString::fromUtf8(error.what()));
+    }
+}
+
+QList<RunReport> TopicStore::history() const {
+    requireMainThread(subject);
+    QList<RunReport> reports = RunHistory(m_file).reports();
+    for (RunReport &report : reports) {
+        countYields(report, [this](const QUuid &id) {
+            const TopicPtr present = topic(id);
+            return present ? std::optional(present->status) : std::nullopt;
+        });
+    }
+    return reports;
+}
+
+void TopicStore::addRun(const RunReport &report) {
+    RunHistory(m_file).replace(history() + QList{report});
+    Q_EMIT historyChanged();
 }
 
 void TopicStore::save() {

@@ -23,7 +23,6 @@ constexpr qsizetype nameCharacters = 200;
 constexpr qsizetype descriptionCharacters = 1'000;
 constexpr qsizetype reflexCharacters = 400;
 constexpr qsizetype profileBytes = 16'000;
-constexpr qsizetype reflexBytes = 8'000;
 constexpr qsizetype examplesBytes = 24'000;
 constexpr qsizetype mostExamples = 12;
 constexpr qsizetype mostVersions = 80;
@@ -77,14 +76,18 @@ private:
 };
 
 QString reflexText(const QStringList &lines) {
-    QStringList held;
+    QString text;
     for (const QString &line : lines) {
-        held += oneLine(line, reflexCharacters);
+        text += reflexLine(line);
     }
-    return promptPrefix(bullets(held), reflexBytes).toString();
+    return promptPrefix(text, reflexBytes).toString();
 }
 
 } // namespace
+
+QString reflexLine(const QString &instruction) {
+    return QStringLiteral("- ") + oneLine(instruction, reflexCharacters) + u'\n';
+}
 
 QString candidateBlock(const JudgeCandidate &candidate) {
     QString block = QStringLiteral("### id: ") + candidate.id + u'\n';
@@ -95,7 +98,9 @@ QString candidateBlock(const JudgeCandidate &candidate) {
                  oneLine(candidate.url, linkCharacters) + u'\n';
     }
     block += QStringLiteral("Kind (guessed): ") + json::rawText(candidate.kind) + u'\n';
-    block += QStringLiteral("Read level: ") + json::rawText(candidate.level) + u'\n';
+    if (candidate.level) {
+        block += QStringLiteral("Read level: ") + json::rawText(*candidate.level) + u'\n';
+    }
     if (candidate.note && !candidate.note->isEmpty()) {
         block += QStringLiteral("Their note when saving it: ") +
                  oneLine(*candidate.note, noteCharacters) + u'\n';
@@ -136,7 +141,7 @@ QString exampleBlock(const Topic &topic) {
     candidate.url = topic.mainSource() != nullptr ? topic.mainSource()->url : QString();
     candidate.kind =
         json::fromRaw<ItemKind>(topic.kind.value_or(QString())).value_or(ItemKind::Article);
-    candidate.level = topic.readLevel.value_or(ReadLevel::None);
+    candidate.level = topic.readLevel;
     candidate.note = topic.note;
     const QString text = topic.seenText ? QString::fromUtf8(*topic.seenText) : topic.summary;
     candidate.content =

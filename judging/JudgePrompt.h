@@ -14,7 +14,8 @@ struct JudgeCandidate {
     QString title;
     QString url;                       ///< empty: no link line
     ItemKind kind = ItemKind::Article; ///< guessed when it was found
-    ReadLevel level = ReadLevel::None;
+    /// Absent where nobody knows how far the page was read: of topics from elsewhere.
+    std::optional<ReadLevel> level = ReadLevel::None;
     std::optional<QString> note; ///< the user's, when they captured it themselves
     QByteArray content;          ///< UTF-8, as read; empty when nothing could be read
 };
@@ -60,10 +61,16 @@ QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics);
 /// bytes as promptSize counts them.
 QString profileText(const JudgeProfile &profile);
 
+/// What the lines of reflexes may take of a prompt, as promptSize counts.
+inline constexpr qsizetype reflexBytes = 8'000;
+
+/// A reflex's instruction as it stands in the prompt: one line, its break included.
+QString reflexLine(const QString &instruction);
+
 /// The instruction with @TODAY, @PROFILE, @REFLEXES, @EXAMPLES and @CANDIDATES replaced in one
 /// pass, so that none of these words inside a page's text is ever taken for a placeholder. Without
 /// any decision yet the examples section holds no block; it never takes more than 24,000
-/// bytes, nor the reflexes more than 8,000.
+/// bytes, nor the reflexes more than `reflexBytes`.
 QString judgePrompt(const QString &instruction, const QDate &today, const JudgeProfile &profile,
                     const QStringList &reflexLines, const QList<TopicPtr> &examples,
                     const QList<JudgeCandidate> &candidates);

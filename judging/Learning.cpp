@@ -1,7 +1,8 @@
 #include "judging/Learning.h"
 
-#include "base/Text.h"
+#include "agents/PromptText.h"
 #include "core/KindLabel.h"
+#include "judging/JudgePrompt.h"
 #include "judging/ToolNames.h"
 
 #include <QCoreApplication>
@@ -22,7 +23,6 @@ constexpr int fewestProjectDecisions = 6;
 constexpr int fewestCorrections = 4;
 constexpr double leastMeanGap = 2.0;
 constexpr int largestStep = 3;
-constexpr qsizetype instructionBytes = 8'000;
 constexpr auto kinds = rawStrings(ItemKind{}).size();
 
 QString tr(const char *text) { return QCoreApplication::translate("Learning", text); }
@@ -264,13 +264,30 @@ QList<Reflex> activeReflexes(const QList<Reflex> &reflexes, const Settings &sett
     QList<Reflex> active;
     qsizetype bytes = 0;
     for (const Reflex &reflex : reflexes) {
-        const qsizetype size = utf8Size(reflex.instruction);
-        if (!settings.disabledReflexes.contains(reflex.id) && bytes + size <= instructionBytes) {
+        const qsizetype size = promptSize(reflexLine(reflex.instruction));
+        if (!settings.disabledReflexes.contains(reflex.id) && bytes + size <= reflexBytes) {
             active += reflex;
             bytes += size;
         }
     }
     return active;
+}
+
+QString unsentReflexesText(const QList<Reflex> &reflexes, const Settings &settings) {
+    const QList<Reflex> active = activeReflexes(reflexes, settings);
+    QStringList left;
+    for (const Reflex &reflex : reflexes) {
+        if (!settings.disabledReflexes.contains(reflex.id) && !active.contains(reflex)) {
+            left +=
+                u'«' + QStringLiteral("\u202F") + reflex.title + QStringLiteral("\u202F") + u'»';
+        }
+    }
+    return left.isEmpty() ? QString()
+           : left.size() == 1
+               ? tr("Un réflexe n’a pas tenu dans la consigne : %1").arg(left.first())
+               : tr("%1 réflexes n’ont pas tenu dans la consigne : %2")
+                     .arg(left.size())
+                     .arg(left.join(QStringLiteral(", ")));
 }
 
 QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings) {

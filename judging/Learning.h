@@ -37,9 +37,12 @@ struct Learned {
 ///   that carried no score, since nothing could be read, has no gap.
 Learned learn(const QList<TopicPtr> &topics, const Settings &settings);
 
-/// The reflexes a run applies: those the user left on, in their order. One whose instruction would
-/// bring them past 8,000 bytes of UTF-8 is left out: a prompt has a size.
+/// The reflexes a run applies: those the user left on, in their order. One whose line would bring
+/// them past what the judge's prompt has room for (see reflexBytes) is left out.
 QList<Reflex> activeReflexes(const QList<Reflex> &reflexes, const Settings &settings);
+
+/// Which of those the user left on are left out, as a French sentence; empty when none is.
+QString unsentReflexesText(const QList<Reflex> &reflexes, const Settings &settings);
 
 /// The lines for the judge: the instructions of `activeReflexes`.
 QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings);

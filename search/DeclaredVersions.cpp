@@ -47,7 +47,8 @@ QStringList codeLines(const QString &text, QStringView comment) {
 Dependencies ofPackageJson(const QString &text) {
     const QJsonObject root = QJsonDocument::fromJson(text.toUtf8()).object();
     Dependencies found;
-    for (const char *member : {"dependencies", "devDependencies", "optionalDependencies"}) {
+    for (const char *member :
+         {"dependencies", "devDependencies", "optionalDependencies", "peerDependencies"}) {
         const QJsonObject object = root.value(QLatin1StringView(member)).toObject();
         for (auto it = object.begin(); it != object.end(); ++it) {
             found.add(it.key(), it.value().toString());

@@ -17,7 +17,6 @@ constexpr qint64 pageBytes = 3'000'000;
 constexpr qsizetype sitesAtOnce = 32;
 
 constexpr int newestItems = 15;
-constexpr int newestDays = 31;
 constexpr int checkDays = 7;
 constexpr qint64 clockSlackSeconds = 86'400; ///< sites get their own time zone wrong
 
@@ -100,7 +99,7 @@ QList<FeedItem> recentItems(QList<FeedItem> items, const QSet<QString> &known,
             continue;
         }
         const QString link = canonicalLink(item.link);
-        if (seen.contains(link) || (!item.date && known.contains(link))) {
+        if (seen.contains(link) || known.contains(link)) {
             continue;
         }
         seen.insert(link);

@@ -16,6 +16,9 @@ enum class FeedOutcome {
     NoFeed       ///< the site announces none, or what was served is none
 };
 
+/// An older item of a feed is none of a run's.
+inline constexpr int newestDays = 31;
+
 struct FeedReading {
     FeedOutcome outcome = FeedOutcome::Unreachable;
     QList<FeedItem> items; ///< empty unless read
@@ -71,9 +74,8 @@ public:
                            Reach reach = Reach::PublicOnly);
 
     /// What a run screens: all sites in parallel, of each feed at most the 15 newest items of the
-    /// last 31 days; those without a date come last and only while their link is new. A date in a
-    /// future that cannot be is none. `knownCanonicalLinks` holds links in the form of
-    /// canonicalLink().
+    /// last 31 days whose link is new; those without a date come last. A date in a future that
+    /// cannot be is none. `knownCanonicalLinks` holds links in the form of canonicalLink().
     ///
     /// A site is searched for a feed when it never was, or not for a week; one whose feed no longer
     /// reads is searched again at once. A feed that reads gives way only to another that reads; one

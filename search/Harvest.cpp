@@ -10,23 +10,6 @@ namespace {
 
 QString tr(const char *text) { return QCoreApplication::translate("SearchRun", text); }
 
-QString identifier(qsizetype place) { return u'c' + QString::number(place + 1); }
-
-/// The place behind an identifier; -1 for any other text.
-qsizetype placeOf(const QString &id) {
-    const qlonglong number = id.startsWith(u'c') ? id.sliced(1).toLongLong() : 0;
-    return number > 0 ? number - 1 : -1;
-}
-
-/// Waits for a step, and keeps what it threw unless something did before.
-Task<> outlive(Task<> step, std::exception_ptr &fault) {
-    try {
-        co_await step;
-    } catch (...) {
-        fault = fault ? fault : std::current_exception();
-    }
-}
-
 } // namespace
 
 Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
@@ -38,12 +21,16 @@ Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> b
     , m_brief(std::move(brief))
     , m_judging(
           m_tools.asker, m_brief, cancel,
-          {.judged = [this](const auto &batch, const auto &verdicts) { keep(batch, verdicts); },
+          {.called =
+               [this](double seconds, double costUSD, RunBook::CallEnd end) {
+                   m_book.noteCall(RunStep::Judge, seconds, costUSD, end);
+               },
+           .judged = [this](const auto &batch, const auto &verdicts) { keep(batch, verdicts); },
            .failed =
                [this](const auto &batch, const std::exception &error) {
-                   m_book.report.costUSD += failureCost(error);
-                   if (leave(batch, failureText(error)) > 0) {
+                   for (const QString &link : leave(batch, failureText(error))) {
                        m_judgeError = std::current_exception();
+                       m_failedLinks.insert(canonicalLink(link));
                    }
                }})
     , m_ledger(m_tools.store.topics()) {}
@@ -57,11 +44,15 @@ void Harvest::take(const Candidate &candidate, const Origins &origins) {
         return;
     }
     QList<Proposal> proposals;
+    const auto propose = [&](const PlannedScope *planned) {
+        proposals +=
+            Proposal{candidate, origins.report, planned, origins.publishedOn, origins.site, {}, {}};
+    };
     for (const PlannedScope *planned : origins.planned) {
-        proposals += Proposal{candidate, origins.report, planned, origins.publishedOn, {}, {}};
+        propose(planned);
     }
     if (proposals.isEmpty()) {
-        proposals += Proposal{candidate, origins.report, nullptr, origins.publishedOn, {}, {}};
+        propose(nullptr);
     }
     if (claim.standing == LinkLedger::Standing::Same) {
         ++scope.merged;
@@ -224,7 +215,7 @@ void Harvest::count(ReadLevel level) {
 JudgeCandidate Harvest::judgeCandidate(qsizetype place) {
     const Item &item = at(place);
     JudgeCandidate candidate;
-    candidate.id = identifier(place);
+    candidate.id = Item::identifier(place);
     candidate.title = item.candidate().title;
     candidate.url = item.url;
     // The link tells best; where it tells nothing, the agent's word counts.
@@ -238,7 +229,6 @@ JudgeCandidate Harvest::judgeCandidate(qsizetype place) {
 }
 
 void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts) {
-    m_book.report.costUSD += verdicts.costUSD.value_or(0);
     QList<Topic> added;
     QList<JudgeCandidate> unanswered;
     QList<QUuid> pictured; // a page that could not be read has no picture to give
@@ -249,7 +239,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
             unanswered += candidate;
             continue;
         }
-        Item &item = at(placeOf(candidate.id));
+        Item &item = at(Item::placeOf(candidate.id));
         Topic topic = item.topicFor(*verdict);
         topic.foundAt = m_tools.now();
         topic.origin = m_book.report.scopes[item.proposals.first().report].origin;
@@ -262,6 +252,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         } else {
             item.topic = topic.id;
             added += std::move(topic);
+            noteYield(item);
             ++m_book.progress.judged;
         }
         notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
@@ -280,121 +271,39 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     m_book.tell();
 }
 
-/// What was not judged is no topic; it is told, and may come back with the next run. An item that
-/// was judged once stays as it was. Gives how many links are left.
-qsizetype Harvest::leave(const QList<JudgeCandidate> &batch, const QString &reason) {
-    const qsizetype before = m_book.report.unjudged.size();
-    for (const JudgeCandidate &candidate : batch) {
-        if (!at(placeOf(candidate.id)).topic) {
-            m_book.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
+/// A card counts for the scope that makes it and for every site whose feed had it.
+void Harvest::noteYield(const Item &item) {
+    const auto note = [&](Yield &yield) {
+        if (!yield.topicIds.contains(*item.topic)) {
+            yield.topicIds += *item.topic;
+            ++yield.added;
         }
-    }
-    return m_book.report.unjudged.size() - before;
-}
-
-QList<DigItem> Harvest::unreadItems() const {
-    QList<DigItem> items;
-    for (std::size_t i = 0; i < m_items.size(); ++i) {
-        const Item &item = m_items[i];
-        if (item.topic && item.isUnread()) {
-            items += DigItem{identifier(static_cast<qsizetype>(i)), item.candidate().title,
-                             item.url, item.candidate().about};
-        }
-    }
-    return items;
-}
-
-Task<> Harvest::dig() {
-    const QList<DigItem> items = unreadItems();
-    if (items.isEmpty()) {
-        co_return;
-    }
-    m_book.show(tr("Recherche des pages illisibles : ") + QString::number(items.size()));
-    // What was found is read and judged before anything that went wrong is passed on.
-    std::exception_ptr fault;
-    for (qsizetype from = 0; from < items.size() && !fault; from += Pipeline::digAtOnce) {
-        co_await outlive(askToDig(items.mid(from, Pipeline::digAtOnce)), fault);
-    }
-    co_await outlive(finishReading(), fault);
-    co_await outlive(m_judging.finish(), fault);
-    if (fault) {
-        std::rethrow_exception(fault);
-    }
-}
-
-Task<> Harvest::askToDig(QList<DigItem> items) {
-    try {
-        const Pipeline::DugUp dug =
-            co_await m_pipeline.dig(std::move(items), m_brief->today, m_tools.agent, m_cancel);
-        m_book.report.costUSD += dug.costUSD.value_or(0);
-        for (const Dug &result : dug.results) {
-            m_reads.push_back(readDug(result));
-        }
-    } catch (const Cancelled &) {
-        throw;
-    } catch (const std::exception &error) {
-        m_book.report.costUSD += failureCost(error);
-        m_book.report.warnings +=
-            tr("Les pages illisibles n’ont pas pu être recherchées : %1").arg(failureText(error));
-    }
-}
-
-/// The item that was asked about under `id` and is still unread; nothing for an identifier made up.
-Harvest::Item *Harvest::unreadItem(const QString &id) {
-    const qsizetype place = placeOf(id);
-    if (place < 0 || place >= static_cast<qsizetype>(m_items.size())) {
-        return nullptr;
-    }
-    Item &item = at(place);
-    return item.topic && item.isUnread() ? &item : nullptr;
-}
-
-Task<> Harvest::readDug(Dug dug) {
-    const qsizetype place = placeOf(dug.id);
-    // A page that is another card already would make two of one: the unreadable one is kept as it
-    // is. The very link may have been found readable by the agent.
-    const auto isFree = [&](const QString &link) {
-        return claim(link, place).standing == LinkLedger::Standing::New;
     };
-    if (unreadItem(dug.id) == nullptr || !isFree(dug.url)) {
-        co_return;
-    }
-    ReadPage page = co_await m_tools.reader.read(dug.url, m_cancel);
-    if (page.level == ReadLevel::None && !dug.what.isEmpty()) {
-        // The agent read what this machine could not: its words stand for the page.
-        page.level = ReadLevel::Meta;
-        page.description = dug.what;
-    }
-    Item *item = unreadItem(dug.id);
-    if (item == nullptr || page.level == ReadLevel::None ||
-        (namesOnePage(page.finalUrl) && !isFree(page.finalUrl))) {
-        co_return;
-    }
-    if (page.title.value_or(QString()).isEmpty()) {
-        page.title = dug.title.isEmpty() ? std::nullopt : std::optional(dug.title);
-    }
-    item->moveTo(dug.url);
-    item->page = std::move(page);
-    item->keepFresh(); // what is old news is in the store already: the judge will grade it
-    // The find is kept whatever becomes of its judgment.
-    if (const TopicPtr topic = m_tools.store.topic(*item->topic)) {
-        Topic found = *topic;
-        found.sources = item->sources();
-        m_tools.store.replacePending(std::move(found));
-    }
-    m_judging.add(judgeCandidate(place));
-}
-
-void Harvest::settleUnread() {
-    for (const Item &item : m_items) {
-        const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr;
-        if (topic && topic->readLevel == ReadLevel::None) {
-            Topic settled = *topic;
-            settled.summary = tr("Je n’ai rien pu lire sur ce sujet : à creuser.");
-            settled.firstStep = tr("Ouvrir le lien et décider s’il vaut une recherche de plus.");
-            m_tools.store.replacePending(std::move(settled));
+    note(*m_book.report.scopes[item.proposals.first().report].yield);
+    for (const Proposal &proposal : item.proposals) {
+        for (SiteReport &site : *m_book.report.sites) {
+            if (proposal.site == site.site) {
+                note(site.yield);
+            }
         }
     }
+}
+
+/// What was not judged is no topic; it is told, and may come back with the next run. An item that
+/// was judged once stays as it was. Gives the links that are left.
+QStringList Harvest::leave(const QList<JudgeCandidate> &batch, const QString &reason) {
+    QStringList left;
+    for (const JudgeCandidate &candidate : batch) {
+        if (!at(Item::placeOf(candidate.id)).topic) {
+            m_book.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
+            left += candidate.url;
+        }
+    }
+    return left;
+}
+
+bool Harvest::leftOthersThan(const QSet<QString> &links) const {
+    return !links.contains(m_failedLinks);
 }
 
 } // namespace vorle

@@ -8,6 +8,8 @@
 #include "search/RunBook.h"
 #include "search/SourceImage.h"
 
+#include <QSet>
+
 #include <deque>
 #include <exception>
 
@@ -27,12 +29,14 @@ public:
         SourceImage &images;
         AgentKind agent;
         std::function<QDateTime()> now;
+        QStringList exclusions = {}; ///< sites and folders that are no source
     };
     /// Where a candidate comes from.
     struct Origins {
         qsizetype report = 0;                ///< its scope's place in the report
         QList<const PlannedScope *> planned; ///< whom it is for; may be nobody
         std::optional<QString> publishedOn;
+        std::optional<QString> site; ///< the trusted site whose feed had it
     };
 
     Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
@@ -64,6 +68,9 @@ public:
 
     /// The failure of a call that left links without a judgment, if any did.
     std::exception_ptr judgeError() const { return m_judgeError; }
+    /// Whether failed calls left a link without a judgment that is none of these (in the form of
+    /// canonicalLink()).
+    bool leftOthersThan(const QSet<QString> &links) const;
 
 private:
     using Item = HarvestItem;
@@ -78,12 +85,15 @@ private:
     void count(ReadLevel level);
     JudgeCandidate judgeCandidate(qsizetype place);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
-    qsizetype leave(const QList<JudgeCandidate> &batch, const QString &reason);
+    QStringList leave(const QList<JudgeCandidate> &batch, const QString &reason);
     Task<> fetchPictures(QUuid id);
     QList<DigItem> unreadItems() const;
     Task<> askToDig(QList<DigItem> items);
     Task<> readDug(Dug dug);
-    Item *unreadItem(const QString &id);
+    void noteYield(const Item &item);
+    void dropFromReport(const QUuid &topic);
+    bool isUnreadTopic(qsizetype place) const;
+    qsizetype joinAnother(qsizetype place, const QString &link);
 
     Tools m_tools;
     RunBook &m_book;
@@ -97,6 +107,7 @@ private:
     std::deque<Task<>> m_pictures;
     std::deque<Task<>> m_notes;
     std::exception_ptr m_judgeError;
+    QSet<QString> m_failedLinks; ///< those it left
 };
 
 } // namespace vorle

@@ -21,6 +21,11 @@ void add(QList<TopicSource> &sources, const TopicSource &source) {
 
 } // namespace
 
+qsizetype HarvestItem::placeOf(const QString &identifier) {
+    const qlonglong number = identifier.startsWith(u'c') ? identifier.sliced(1).toLongLong() : 0;
+    return number > 0 ? number - 1 : -1;
+}
+
 QList<TopicSource> HarvestItem::sources() const {
     QList<TopicSource> all = sourcesOf(candidate(), page);
     for (const TopicSource &other : otherSources) {
@@ -55,7 +60,10 @@ void HarvestItem::moveTo(const QString &address) {
 HarvestItem::News HarvestItem::news() const {
     News news;
     for (Proposal proposal : proposals) {
-        const QString &dependency = proposal.candidate.about;
+        const QString dependency =
+            proposal.planned != nullptr
+                ? dependencyOf(proposal.candidate, *proposal.planned).value_or(QString())
+                : QString();
         const QString inUse =
             proposal.planned != nullptr ? proposal.planned->versions.value(dependency) : QString();
         if (inUse.isEmpty() || isUnread()) {

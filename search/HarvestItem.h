@@ -1,6 +1,6 @@
 #pragma once
 
-#include "search/RunReport.h"
+#include "core/RunReport.h"
 #include "search/TopicDraft.h"
 
 namespace vorle {
@@ -12,6 +12,7 @@ struct Proposal {
     const PlannedScope *planned =
         nullptr; ///< none for a trusted site's item about nothing declared
     std::optional<QString> publishedOn;
+    std::optional<QString> site;           ///< the trusted site whose feed had it
     std::optional<QString> currentVersion; ///< of the dependency it is about, once read
     std::optional<QString> newVersion;
 };
@@ -33,6 +34,11 @@ struct HarvestItem {
 
     HarvestItem(Candidate candidate, QList<Proposal> brought)
         : url(candidate.url), proposals(std::move(brought)) {}
+
+    /// What the agent is told of the item at `place` in the harvest: "c1" for the first.
+    static QString identifier(qsizetype place) { return u'c' + QString::number(place + 1); }
+    /// The place behind an identifier; -1 for any other text.
+    static qsizetype placeOf(const QString &identifier);
 
     const Candidate &candidate() const { return proposals.first().candidate; }
     bool isUnread() const { return page.level == ReadLevel::None; }

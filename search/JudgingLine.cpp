@@ -1,5 +1,7 @@
 #include "search/JudgingLine.h"
 
+#include <QElapsedTimer>
+
 namespace vorle {
 
 namespace {
@@ -53,11 +55,16 @@ Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
     std::exception_ptr fault;
     try {
         std::optional<Judge::Verdicts> verdicts;
+        QElapsedTimer clock;
+        clock.start();
+        const auto seconds = [&] { return static_cast<double>(clock.elapsed()) / 1000.0; };
         try {
             verdicts = co_await m_judge.judge(m_brief, batch, m_cancel);
+            m_handlers.called(seconds(), verdicts->costUSD.value_or(0), RunBook::CallEnd::Answered);
         } catch (const Cancelled &) {
             throw;
         } catch (const std::exception &error) {
+            m_handlers.called(seconds(), failureCost(error), RunBook::CallEnd::Failed);
             takeFailure(batch, turn, error);
         }
         if (verdicts) {

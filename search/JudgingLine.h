@@ -1,6 +1,7 @@
 #pragma once
 
 #include "judging/Judge.h"
+#include "search/RunBook.h"
 
 #include <deque>
 #include <exception>
@@ -19,6 +20,8 @@ namespace vorle {
 class JudgingLine {
 public:
     struct Handlers {
+        /// A call ended, well or not, after so many seconds, for so many US dollars.
+        std::function<void(double seconds, double costUSD, RunBook::CallEnd end)> called;
         /// A call came back. The candidates told are those it answered for, and those that stay
         /// without an answer: no verdict is coming any more.
         std::function<void(const QList<JudgeCandidate> &, const Judge::Verdicts &)> judged;

@@ -48,6 +48,10 @@ QString joinedOr(const QStringList &list, const QString &separator, const QStrin
     return list.isEmpty() ? none : list.join(separator);
 }
 
+QString exclusionList(const QStringList &exclusions) {
+    return joinedOr(exclusions, QStringLiteral(", "), QStringLiteral("none"));
+}
+
 } // namespace
 
 Question Pipeline::question(const PlannedScope &planned, AgentKind agent) const {
@@ -77,15 +81,15 @@ Question Pipeline::screening(const SitesRequest &request, const QStringList &ite
               joinedOr(request.projects, QStringLiteral("; "), QStringLiteral("nothing declared"))},
              {QStringLiteral("@INTERESTS"), joinedOr(request.interests, comma, none)},
              {QStringLiteral("@TOOLS"), joinedOr(request.tools, comma, none)},
+             {QStringLiteral("@EXCLUDED"), exclusionList(request.exclusions)},
              {QStringLiteral("@COUNT"), QString::number(request.count)},
              {QStringLiteral("@KNOWN"), known.isEmpty() ? QStringLiteral("none") : known},
              {QStringLiteral("@ITEMS"), itemLines.join(u'\n')}});
     };
     // Under a limit the items come first, then as many known links as fit.
     const bool limited = EngineAgent::promptLimit(agent).has_value();
-    question.prompt =
-        filled(limited ? joinedLinks(request.knownLinks, promptBytes - utf8Size(filled({})))
-                       : request.knownLinks.join(QStringLiteral(" ; ")));
+    const qsizetype room = limited ? promptBytes - utf8Size(filled({})) : knownBytes;
+    question.prompt = filled(joinedLinks(request.knownLinks, std::min(room, knownBytes)));
     question.schemaName = QStringLiteral("candidates-schema");
     question.step = QStringLiteral("items of trusted sites");
     question.web = WebAccess::On;
@@ -93,7 +97,7 @@ Question Pipeline::screening(const SitesRequest &request, const QStringList &ite
     return question;
 }
 
-Question Pipeline::digging(const QList<DigItem> &items, const QDate &today, AgentKind agent) const {
+Question Pipeline::digging(const QList<DigItem> &items, const DigFrame &frame) const {
     QStringList blocks;
     for (const DigItem &item : items) {
         blocks += digBlock(item);
@@ -101,12 +105,13 @@ Question Pipeline::digging(const QList<DigItem> &items, const QDate &today, Agen
     Question question;
     question.prompt =
         fillTemplate(loadPrompt(m_asker->resources(), QStringLiteral("dig-prompt")),
-                     {{QStringLiteral("@TODAY"), today.toString(Qt::ISODate)},
+                     {{QStringLiteral("@TODAY"), frame.today.toString(Qt::ISODate)},
+                      {QStringLiteral("@EXCLUDED"), exclusionList(frame.exclusions)},
                       {QStringLiteral("@ITEMS"), blocks.join(QStringLiteral("\n\n"))}});
     question.schemaName = QStringLiteral("dig-schema");
     question.step = QStringLiteral("digging for unreadable pages");
     question.web = WebAccess::On;
-    question.agent = agent;
+    question.agent = frame.agent;
     return question;
 }
 
@@ -128,9 +133,8 @@ Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel
     co_return found;
 }
 
-Task<Pipeline::DugUp> Pipeline::dig(QList<DigItem> items, QDate today, AgentKind agent,
-                                    CancelToken cancel) {
-    auto asked = co_await m_asker->ask<DigAnswer>(digging(items, today, agent), std::move(cancel));
+Task<Pipeline::DugUp> Pipeline::dig(QList<DigItem> items, DigFrame frame, CancelToken cancel) {
+    auto asked = co_await m_asker->ask<DigAnswer>(digging(items, frame), std::move(cancel));
     DugUp dug;
     dug.costUSD = asked.costUSD;
     for (Dug &result : asked.answer.results) {

@@ -47,6 +47,13 @@ struct DigItem {
     QString about;
 };
 
+/// What fills the instruction for digging besides the items.
+struct DigFrame {
+    QDate today;
+    QStringList exclusions; ///< sites and folders that are no source
+    AgentKind agent = AgentKind::Claude;
+};
+
 /// Asks the agent for candidates, for what stands behind unreadable links, and for the items of the
 /// trusted sites worth keeping. Main thread; the asker must outlive every call under way.
 class Pipeline {
@@ -62,7 +69,7 @@ public:
     };
 
     /// At most this many items are dug for in one call.
-    static constexpr qsizetype digAtOnce = 20;
+    static constexpr qsizetype digAtOnce = 8;
 
     explicit Pipeline(Asker &asker) : m_asker(&asker) {}
 
@@ -76,14 +83,14 @@ public:
 
     /// The question that digs for unreadable links.
     /// @throws AgentError when the instruction is missing
-    Question digging(const QList<DigItem> &items, const QDate &today, AgentKind agent) const;
+    Question digging(const QList<DigItem> &items, const DigFrame &frame) const;
 
     /// The candidates that a question (of the first two kinds) brings, titles and links tidied.
     /// @throws AgentError, std::system_error, Cancelled
     Task<Found> candidates(Question question, CancelToken cancel);
 
     /// Digs for at most `digAtOnce` items. @throws as candidates()
-    Task<DugUp> dig(QList<DigItem> items, QDate today, AgentKind agent, CancelToken cancel);
+    Task<DugUp> dig(QList<DigItem> items, DigFrame frame, CancelToken cancel);
 
 private:
     Asker *m_asker;

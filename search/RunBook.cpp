@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace vorle {
 
 namespace {
@@ -12,6 +14,21 @@ namespace {
 QString tr(const char *text) { return QCoreApplication::translate("SearchRun", text); }
 
 } // namespace
+
+void RunBook::noteCall(RunStep step, double seconds, double costUSD, CallEnd end) {
+    report.costUSD += costUSD;
+    QList<StepReport> steps = report.steps.value_or(QList<StepReport>());
+    auto place = std::ranges::find(steps, step, &StepReport::step);
+    if (place == steps.end()) {
+        steps.append(StepReport{step});
+        place = std::prev(steps.end());
+    }
+    ++place->calls;
+    place->failed += end == CallEnd::Failed ? 1 : 0;
+    place->seconds += seconds;
+    place->costUSD += costUSD;
+    report.steps = std::move(steps);
+}
 
 void RunBook::show(const QString &status) {
     m_reading = false;

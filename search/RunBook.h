@@ -1,6 +1,6 @@
 #pragma once
 
-#include "search/RunReport.h"
+#include "core/RunReport.h"
 
 #include <functional>
 
@@ -18,6 +18,10 @@ public:
 
     RunReport report;
     RunProgress progress;
+
+    /// Notes a call of that step which took so long; `failed` when it came to nothing.
+    enum class CallEnd { Answered, Failed };
+    void noteCall(RunStep step, double seconds, double costUSD, CallEnd end);
 
     /// Shows `status` until the next one.
     void show(const QString &status);

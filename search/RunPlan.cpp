@@ -2,7 +2,9 @@
 
 #include "core/Preferences.h"
 #include "judging/Learning.h"
+#include "search/DeclaredVersions.h"
 #include "search/Discovery.h"
+#include "search/Feeds.h"
 #include "search/LockFile.h"
 
 #include <QCoreApplication>
@@ -18,13 +20,8 @@ constexpr int mostForTopics = 24;
 constexpr int firstRunDays = 7;
 constexpr int longestPeriodDays = 31;
 constexpr int candidatesFromSites = 8;
-
-QDate periodStart(const Preferences &preferences, const QDateTime &now) {
-    const QDateTime earliest = now.addDays(-longestPeriodDays);
-    const QDateTime last = preferences.settings().lastSearch.value_or(now.addDays(-firstRunDays));
-    // A clock that was turned back would otherwise ask for news from the future.
-    return std::clamp(last, earliest, now).toLocalTime().date();
-}
+/// How far back the candidates instruction lets a declared topic go.
+constexpr int slowTopicMonths = 3;
 
 QStringList trustedAddresses(const Preferences &preferences) {
     QStringList addresses;
@@ -46,6 +43,7 @@ PlannedScope projectScope(const ProjectReading &project, const QString &descript
         planned.project = project.name;
     }
     planned.origin = Origin::Stack;
+    planned.dependencies = project.dependencies;
     planned.versions = project.versions;
     if (found.manifest) {
         planned.scope = CodeProject{
@@ -62,6 +60,10 @@ PlannedScope projectScope(const ProjectReading &project, const QString &descript
 bool isFault(const discovery::Project &found) {
     return found.problem != discovery::Project::Problem::None &&
            found.problem != discovery::Project::Problem::NoManifest && !found.folder.isEmpty();
+}
+
+bool isGone(const discovery::Project &found) {
+    return found.problem == discovery::Project::Problem::NoFolder && !found.folder.isEmpty();
 }
 
 QStringList versionLines(const QMap<QString, QString> &versions) {
@@ -112,6 +114,17 @@ std::optional<PlannedScope> interestsScope(const Preferences &preferences,
     return planned;
 }
 
+QStringList territoryNames(const Settings &settings, const QList<ProjectReading> &projects) {
+    QStringList names = settings.interests + settings.addedTools;
+    for (const ProjectReading &project : projects) {
+        names += project.name;
+        names += project.dependencies;
+    }
+    names.removeAll(QString());
+    names.removeDuplicates();
+    return names;
+}
+
 } // namespace
 
 PlannedScope secondSearch(const PlannedScope &first, const QStringList &emptyTopics,
@@ -126,6 +139,13 @@ PlannedScope secondSearch(const PlannedScope &first, const QStringList &emptyTop
     return second;
 }
 
+QDateTime periodStart(const Settings &settings, const QDateTime &now) {
+    const QDateTime earliest = now.addDays(-longestPeriodDays);
+    const QDateTime last = settings.lastSearch.value_or(now.addDays(-firstRunDays));
+    // A clock that was turned back would otherwise ask for news from the future.
+    return std::clamp(std::min(last, settings.searchedUntil.value_or(last)), earliest, now);
+}
+
 bool hasTerritory(const Preferences &preferences) {
     return !preferences.settings().projects.isEmpty() ||
            !preferences.settings().interests.isEmpty();
@@ -137,8 +157,15 @@ QString emptyTerritoryText() {
         "Rien à fouiller : ajoute un dossier de projet ou un sujet dans Ton territoire.");
 }
 
-QStringList knownLinks(const QList<TopicPtr> &topics) {
+QStringList knownLinks(const QList<TopicPtr> &topics, const QDate &since) {
+    const auto isOlder = [&](const TopicPtr &topic) {
+        const QDate published =
+            QDate::fromString(topic->publishedOn.value_or(QString()), Qt::ISODate);
+        return since.isValid() && (topic->foundAt.toLocalTime().date() < since ||
+                                   (published.isValid() && published < since));
+    };
     QList<TopicPtr> newestFirst = topics;
+    newestFirst.removeIf(isOlder);
     std::stable_sort(newestFirst.begin(), newestFirst.end(),
                      [](const TopicPtr &a, const TopicPtr &b) { return a->foundAt > b->foundAt; });
     QStringList links;
@@ -161,8 +188,11 @@ QStringList knownLinks(const QList<TopicPtr> &topics) {
 QList<ProjectReading> readProjects(const QMap<QString, QString> &folders) {
     QList<ProjectReading> projects;
     for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
-        ProjectReading project{it.key(), discovery::readProject(it.value()), {}};
+        ProjectReading project{it.key(), discovery::readProject(it.value())};
         if (project.found.manifest) {
+            for (const auto &dependency : declaredDependencies(*project.found.manifest)) {
+                project.dependencies += dependency.name;
+            }
             project.versions = versionsInUse(project.found.folder, *project.found.manifest);
         }
         projects += std::move(project);
@@ -177,45 +207,63 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &pro
     RunPlan plan;
     for (const ProjectReading &project : projects) {
         const QString description = settings.projectDescriptions.value(project.name);
+        if (isFault(project.found)) {
+            plan.warnings += discovery::problemText(project.found);
+        }
+        if (isGone(project.found) && description.isEmpty()) {
+            continue; // its name alone says nothing to search for
+        }
         plan.scopes += projectScope(project, description);
         plan.profile.projects +=
             {shownName(project), description, project.found.labels, versionLines(project.versions)};
         plan.sites.projects += description.isEmpty()
                                    ? shownName(project)
                                    : shownName(project) + QStringLiteral(": ") + description;
-        if (isFault(project.found)) {
-            plan.warnings += discovery::problemText(project.found);
-        }
     }
     if (auto interests = interestsScope(preferences, installedApps)) {
         plan.scopes += *std::move(interests);
+    } else if (settings.accessMode == AccessMode::Only && !settings.keptApps.isEmpty()) {
+        plan.warnings += QCoreApplication::translate(
+            "RunPlan", "Les apps que tu as gardées ne font qu’accompagner la recherche de tes "
+                       "sujets et de tes outils : tu n’en as déclaré aucun, je n’en ai rien fait.");
     }
-    const QStringList known = knownLinks(topics);
+    const QStringList names = territoryNames(settings, projects);
+    const QDate since = periodStart(settings, now).toLocalTime().date();
+    const QDate today = now.toLocalTime().date();
+    const QStringList inPeriod = knownLinks(topics, since);
+    // A declared topic where nothing happened may have an older page.
+    const QStringList lookingBack = knownLinks(topics, today.addMonths(-slowTopicMonths));
     const QStringList trusted = trustedAddresses(preferences);
     for (PlannedScope &planned : plan.scopes) {
         const QString sentence = planned.origin == Origin::List
                                      ? stayOnTopicSentence()
                                      : radiusSentence(preferences.radius());
-        planned.request.today = now.toLocalTime().date();
-        planned.request.since = periodStart(preferences, now);
+        planned.request.today = today;
+        planned.request.since = since;
         planned.request.radius = radiusText(sentence, settings.exclusions, trusted);
-        planned.request.knownLinks = known;
+        planned.request.knownLinks = planned.origin == Origin::List ? lookingBack : inPeriod;
+        planned.names = names;
     }
     plan.profile.job = settings.job.value_or(QString());
     for (const QString &topic : settings.interests) {
         plan.profile.interests += {topic, preferences.weightOf(topic)};
     }
     plan.profile.tools = settings.addedTools;
-    plan.reflexes = activeReflexes(learn(topics, settings).reflexes, settings);
+    const QList<Reflex> learned = learn(topics, settings).reflexes;
+    plan.reflexes = activeReflexes(learned, settings);
+    plan.warnings += unsentReflexesText(learned, settings);
+    plan.warnings.removeAll(QString());
     for (const Reflex &reflex : plan.reflexes) {
         plan.reflexLines += reflex.instruction;
     }
     plan.sites.sites = settings.prioritySites;
-    plan.sites.today = now.toLocalTime().date();
+    plan.sites.today = today;
     plan.sites.interests = settings.interests;
     plan.sites.tools = settings.addedTools;
+    plan.sites.exclusions = settings.exclusions;
     plan.sites.count = candidatesFromSites;
-    plan.sites.knownLinks = known;
+    plan.sites.knownLinks = knownLinks(topics, today.addDays(-newestDays));
+    plan.sites.heldLinks = knownLinks(topics);
     return plan;
 }
 

@@ -24,7 +24,11 @@ struct PlannedScope {
     Origin origin = Origin::Stack;
     std::optional<QString> project;  ///< the watched project, when the scope is one with a name
     QStringList topics;              ///< the declared topics the scope asks for, without weights
-    QMap<QString, QString> versions; ///< of a code project: dependency to the version in use
+    QStringList dependencies;        ///< of a code project, as its manifest names them
+    QMap<QString, QString> versions; ///< of these, the version in use
+    /// Every name of the territory that a candidate may say it is about, other scopes' included:
+    /// what it is about is one whole name, never a part of another's.
+    QStringList names;
 };
 
 /// The trusted sites' part of a run: whose feeds are read, and what fills the instruction that
@@ -35,8 +39,10 @@ struct SitesRequest {
     QStringList projects; ///< each with its description
     QStringList interests;
     QStringList tools;
+    QStringList exclusions = {}; ///< sites and folders that are no source
     int count = 8;
-    QStringList knownLinks; ///< newest first
+    QStringList knownLinks = {}; ///< newest first
+    QStringList heldLinks = {};  ///< every link held, whatever its age: what is not screened again
 };
 
 /// Everything a run is going to ask, worked out from the territory and the topics already held.
@@ -60,16 +66,20 @@ QString emptyTerritoryText();
 struct ProjectReading {
     QString name;
     discovery::Project found;
-    QMap<QString, QString> versions; ///< dependency to the version in use
+    QStringList dependencies = {};
+    QMap<QString, QString> versions = {}; ///< dependency to the version in use
 };
 
 /// Reads the folders of the projects (a project's name to its folder). Any thread; a large lock
 /// file takes tens of milliseconds, so it belongs on the thread pool.
 QList<ProjectReading> readProjects(const QMap<QString, QString> &folders);
 
+/// Where the period of a run at `now` starts: where the last one left it, 7 days ago when there was
+/// none, and never more than 31 days back.
+QDateTime periodStart(const Settings &settings, const QDateTime &now);
+
 /// Plans a run at `now`: a scope for each watched project, then one for the declared topics, tools
-/// and apps together, and the trusted sites. The period starts at the last run, 7 days ago when
-/// there was none, and never more than 31 days back. `installedApps` are told as context where the
+/// and apps together, and the trusted sites. `installedApps` are told as context where the
 /// user lets all but some of them be. Main thread.
 RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &projects,
                 const QList<TopicPtr> &topics, const QDateTime &now,
@@ -80,7 +90,9 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &pro
 PlannedScope secondSearch(const PlannedScope &first, const QStringList &emptyTopics,
                           const QStringList &found);
 
-/// Every link of the topics, newest topic first, each once.
-QStringList knownLinks(const QList<TopicPtr> &topics);
+/// Every link of the topics, newest topic first, each once. With `since`, only those that a search
+/// of what was published from that day on may come upon: what was found or published before it is
+/// older than anything it looks for.
+QStringList knownLinks(const QList<TopicPtr> &topics, const QDate &since = {});
 
 } // namespace vorle

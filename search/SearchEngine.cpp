@@ -3,11 +3,30 @@
 #include "core/Preferences.h"
 #include "core/ScoreNotes.h"
 #include "core/TopicStore.h"
-#include "search/RunHistory.h"
+#include "search/Links.h"
 #include "search/RunPlan.h"
+#include "search/ScreenedItems.h"
 #include "search/SearchRun.h"
 
 namespace vorle {
+
+namespace {
+
+/// The links that earlier runs brought and could not have judged. Where nothing at all could be
+/// judged, the judge was the trouble rather than the pages, unless there was a single one.
+QSet<QString> refusedLinks(const QList<RunReport> &reports) {
+    QSet<QString> links;
+    for (const RunReport &report : reports) {
+        if (!report.failed || report.unjudged.size() == 1) {
+            for (const DroppedLink &link : report.unjudged) {
+                links.insert(canonicalLink(link.url));
+            }
+        }
+    }
+    return links;
+}
+
+} // namespace
 
 SearchEngine::SearchEngine(Parts parts, QObject *parent)
     : QObject(parent), m_parts(parts), m_finds(parts.store, parts.clock) {}
@@ -77,6 +96,11 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
         const bool reading = progress.scopesDone == progress.scopes;
         setProgress(reading ? Phase::ReadingAndSorting : Phase::Searching, progress);
     };
+    if (plan.scopes.isEmpty()) {
+        throw RunRefused(plan.warnings.isEmpty() ? emptyTerritoryText() : plan.warnings.join(u' '));
+    }
+    const ScreenedItems screened(m_parts.store.file());
+    const SitesRequest sites = plan.sites;
     SearchRun run({.harvest = {.store = m_parts.store,
                                .notes = m_parts.notes,
                                .finds = m_finds,
@@ -84,26 +108,39 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
                                .reader = m_parts.reader,
                                .images = m_parts.images,
                                .agent = agent,
-                               .now = [this] { return m_parts.clock.now(); }},
+                               .now = [this] { return m_parts.clock.now(); },
+                               .exclusions = sites.exclusions},
                    .feeds = m_parts.feeds,
                    .tell = tell,
-                   .sitesChecked = [this](const auto &sites) { noteFeeds(sites); }},
+                   .sitesChecked = [this](const auto &sites) { noteFeeds(sites); },
+                   .refusedBefore = refusedLinks(m_parts.store.history()),
+                   .refusedItems = screened.passedOver(sites)},
                   std::move(plan), brief, std::move(cancel));
     RunReport report = co_await run.execute();
     m_parts.store.releasePending(report.topicIds);
     report.saved = m_parts.store.flush();
     // A run whose topics are not on disk is not done: the next one asks for its period again.
     if (!report.cancelled && !report.failed && report.saved) {
-        m_parts.preferences.change(&Settings::lastReport, lastOf(report));
-        if (!run.leftLinks()) {
-            m_parts.preferences.change(&Settings::lastSearch, report.date);
-        }
+        noteDone(report, start, run.leftLinks());
+        screened.add(sites, run.passedOver());
     }
-    RunHistory(m_parts.store.file()).add(report);
+    m_parts.store.addRun(report);
     if (run.failure()) {
         std::rethrow_exception(run.failure());
     }
     co_return report;
+}
+
+/// A run that started at `start` is done. Where it left links for the first time, the next period
+/// starts at the run before it: what came since is searched twice, never more, so that the period
+/// moves on whatever an agent refuses.
+void SearchEngine::noteDone(const RunReport &report, const QDateTime &start, bool leftLinks) {
+    const Settings &settings = m_parts.preferences.settings();
+    const QDateTime before = settings.lastSearch.value_or(periodStart(settings, start));
+    m_parts.preferences.change(&Settings::lastReport, lastOf(report));
+    m_parts.preferences.change(&Settings::searchedUntil,
+                               leftLinks ? std::min(before, start) : start);
+    m_parts.preferences.change(&Settings::lastSearch, report.date);
 }
 
 /// Keeps what a run learned of the feeds of the sites the user still trusts.

@@ -3,8 +3,8 @@
 #include "agents/Ask.h"
 #include "base/Clock.h"
 #include "core/FoundAgain.h"
+#include "core/RunReport.h"
 #include "search/RunFailure.h"
-#include "search/RunReport.h"
 
 #include <QObject>
 
@@ -62,11 +62,12 @@ public:
     FoundAgain &finds() { return m_finds; }
 
     /// One whole run. Judged topics are saved as they come, "pending", and released to "inbox" at
-    /// the end; a cancelled run releases what was judged and leaves the last run's date alone, as
-    /// does one whose calls failed and left links without a judgment: the next one searches the
-    /// same period again. A failing scope is reported and the others go on. A run that failed as a
-    /// whole leaves its report, marked so, and the sentence in the status.
-    /// @throws RunRefused  an empty territory (the status then says so), or a run under way
+    /// the end; a cancelled run releases what was judged and leaves the last run's date alone. One
+    /// whose calls failed and left links without a judgment is done all the same, but the next one
+    /// searches its period again; once. A failing scope is reported and the others go on. A run
+    /// that failed as a whole leaves its report, marked so, and the sentence in the status.
+    /// @throws RunRefused  an empty territory (the status then says so), or a run under way; and,
+    ///                     announced as a failure, one of which nothing can be asked
     /// @throws AgentError  the agent is missing or signed out, every scope failed, or nothing that
     ///                     was found could be judged
     /// @throws std::system_error  every scope failed, the last for what the system refused
@@ -85,6 +86,7 @@ Q_SIGNALS:
 
 private:
     Task<RunReport> execute(AgentKind agent, CancelToken cancel);
+    void noteDone(const RunReport &report, const QDateTime &start, bool leftLinks);
     void noteFeeds(const QList<PrioritySite> &checked);
     void setProgress(Phase phase, const RunProgress &progress);
 

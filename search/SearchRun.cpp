@@ -32,6 +32,8 @@ SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief
     , m_pipeline(m_tools.harvest.asker)
     , m_harvest(m_tools.harvest, m_book, std::move(brief), cancel) {
     m_book.report.warnings = m_plan.warnings;
+    m_book.report.steps = QList<StepReport>();
+    m_book.report.sites = QList<SiteReport>();
     m_book.progress.scopes =
         static_cast<int>(m_plan.scopes.size()) + (m_plan.sites.sites.isEmpty() ? 0 : 1);
 }
@@ -63,11 +65,21 @@ Task<> SearchRun::outlast(Task<> step) {
     }
 }
 
+/// The trusted sites have a place of their own: slow projects must not keep their feeds waiting.
 Task<> SearchRun::askEverything() {
-    const qsizetype scopes = m_plan.scopes.size();
-    co_await forEachBounded(m_book.progress.scopes, scopesAtOnce, [this, scopes](qsizetype index) {
-        return index < scopes ? askScope(index) : askSites();
-    });
+    std::vector<Task<>> steps;
+    steps.push_back(forEachBounded(m_plan.scopes.size(), scopesAtOnce,
+                                   [this](qsizetype index) { return askScope(index); }));
+    if (!m_plan.sites.sites.isEmpty()) {
+        steps.push_back(askSites());
+    }
+    std::exception_ptr fault;
+    for (Task<> &step : steps) {
+        co_await outlive(std::move(step), fault);
+    }
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
 }
 
 qsizetype SearchRun::openReport(const QString &name, Origin origin, int asked) {
@@ -75,6 +87,7 @@ qsizetype SearchRun::openReport(const QString &name, Origin origin, int asked) {
     scope.name = name;
     scope.origin = origin;
     scope.asked = asked;
+    scope.yield = Yield();
     m_book.report.scopes += scope;
     m_book.show(name);
     return m_book.report.scopes.size() - 1;
@@ -112,9 +125,8 @@ Task<> SearchRun::askAgain(const PlannedScope &planned, QStringList found) {
 Task<> SearchRun::askSites() {
     m_cancel.throwIfCancelled();
     const qsizetype report = openReport(tr("Tes sites"), Origin::Surface, m_plan.sites.count);
-    const QStringList &known = m_plan.sites.knownLinks;
-    QSet<QString> held;
-    for (const QString &link : known) {
+    QSet<QString> held = m_tools.refusedItems;
+    for (const QString &link : std::as_const(m_plan.sites.heldLinks)) {
         held.insert(canonicalLink(link));
     }
     const FeedsForRun feeds =
@@ -122,6 +134,7 @@ Task<> SearchRun::askSites() {
     m_tools.sitesChecked(feeds.sites);
     bool noneAnswered = true;
     for (const SiteReading &site : feeds.reports) {
+        *m_book.report.sites += SiteReport{site.address, 0, 0, {}};
         noneAnswered = noneAnswered && site.outcome == FeedOutcome::Unreachable;
         if (site.outcome != FeedOutcome::Read) {
             m_book.report.feeds += FeedTrouble{site.address, feedProblem(site.outcome)};
@@ -132,7 +145,15 @@ Task<> SearchRun::askSites() {
     }
     const QStringList lines = screenedLines(feeds.items);
     if (!lines.isEmpty()) {
-        co_await ask(m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent), report, {});
+        const QStringList kept = co_await ask(
+            m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent), report, {});
+        if (m_book.report.scopes[report].error.isEmpty()) {
+            for (const QString &link : kept) {
+                m_screened.remove(canonicalLink(link));
+            }
+        } else {
+            m_screened.clear(); // nobody has looked at them
+        }
     }
     ++m_book.progress.scopesDone;
     m_book.tell();
@@ -152,8 +173,12 @@ QStringList SearchRun::screenedLines(QList<FeedItem> items) {
             break;
         }
         lines += line;
+        const QString link = canonicalLink(item.link);
+        m_screened.insert(link);
+        m_feedSites.insert(link, item.site);
+        ++siteReport(item.site).items;
         if (item.date) {
-            m_feedDates.insert(canonicalLink(item.link), item.date->date().toString(Qt::ISODate));
+            m_feedDates.insert(link, item.date->date().toString(Qt::ISODate));
         }
     }
     if (const qsizetype left = items.size() - lines.size(); left > 0) {
@@ -165,6 +190,12 @@ QStringList SearchRun::screenedLines(QList<FeedItem> items) {
                             .arg(left);
     }
     return lines;
+}
+
+SiteReport &SearchRun::siteReport(const QString &site) {
+    QList<SiteReport> &sites = *m_book.report.sites;
+    const auto found = std::ranges::find(sites, site, &SiteReport::site);
+    return found != sites.end() ? *found : sites.emplaceBack(SiteReport{site, 0, 0, {}});
 }
 
 /// Whom an item of a trusted site is for: every project and the declared topics it is about.
@@ -183,48 +214,70 @@ Task<QStringList> SearchRun::ask(Question question, qsizetype report,
                                  QList<const PlannedScope *> scopes) {
     QStringList links;
     ++m_asked;
+    QElapsedTimer clock;
+    clock.start();
+    const auto noteCall = [&](double costUSD, RunBook::CallEnd end) {
+        m_book.noteCall(scopes.isEmpty() ? RunStep::Sites : RunStep::Candidates,
+                        static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
+    };
     try {
         const Pipeline::Found found = co_await m_pipeline.candidates(std::move(question), m_cancel);
         ScopeReport &scope = m_book.report.scopes[report];
         scope.found = static_cast<int>(found.candidates.size()) + found.refused;
         scope.refused = found.refused;
-        m_book.report.costUSD += found.costUSD.value_or(0);
-        // An answer far past what was asked for would be read and paid for whole.
-        const qsizetype most = std::min<qsizetype>(3 * scope.asked, found.candidates.size());
-        if (most < found.candidates.size()) {
-            m_book.report.warnings += tr("%1 : %2 liens de trop, laissés de côté.")
-                                          .arg(scope.name)
-                                          .arg(found.candidates.size() - most);
-        }
-        for (const Candidate &candidate : found.candidates.first(most)) {
+        noteCall(found.costUSD.value_or(0), RunBook::CallEnd::Answered);
+        for (const Candidate &candidate : found.candidates) {
             links += candidate.url;
-            Harvest::Origins origins{report, scopes, {}};
-            if (scopes.isEmpty()) {
-                origins.planned = whomItConcerns(candidate);
-            }
-            for (const PlannedScope *planned : std::as_const(origins.planned)) {
-                cover(candidate, *planned);
-            }
-            const QString date = m_feedDates.value(canonicalLink(candidate.url));
-            origins.publishedOn = date.isEmpty() ? std::nullopt : std::optional(date);
-            m_harvest.take(candidate, origins);
+            take(candidate, report, scopes, links.size());
         }
     } catch (const Cancelled &) {
         throw;
     } catch (const std::exception &error) {
         ++m_askedInVain;
-        m_book.report.costUSD += failureCost(error);
+        noteCall(failureCost(error), RunBook::CallEnd::Failed);
         m_book.report.scopes[report].error = failureText(error);
         m_scopeError = std::current_exception();
     }
     co_return links;
 }
 
-void SearchRun::cover(const Candidate &candidate, const PlannedScope &planned) {
-    for (const QString &topic : planned.topics) {
-        if (isAbout(candidate, topic)) {
-            m_covered.insert(topic);
+/// Takes the `rank`th candidate of an answer in. An answer far past what was asked for would be
+/// read and paid for whole: of what comes past three times that, only what answers a topic that
+/// nothing did so far is read, and the rest is told.
+void SearchRun::take(const Candidate &candidate, qsizetype report,
+                     const QList<const PlannedScope *> &scopes, qsizetype rank) {
+    const qsizetype before = m_covered.size();
+    for (const PlannedScope *planned : scopes) {
+        cover(candidate, *planned);
+    }
+    const ScopeReport &scope = m_book.report.scopes[report];
+    if (rank > 3 * scope.asked && m_covered.size() == before) {
+        m_book.report.unjudged +=
+            DroppedLink{candidate.title, candidate.url,
+                        tr("L’IA a ramené bien plus de liens que les %1 demandés : celui-ci n’a "
+                           "pas été lu.")
+                            .arg(scope.asked)};
+        return;
+    }
+    const QString link = canonicalLink(candidate.url);
+    const auto known = [&](const QHash<QString, QString> &feeds) {
+        return feeds.contains(link) ? std::optional(feeds.value(link)) : std::nullopt;
+    };
+    Harvest::Origins origins{report, scopes, known(m_feedDates), known(m_feedSites)};
+    if (scopes.isEmpty()) {
+        origins.planned = whomItConcerns(candidate);
+        if (origins.site) {
+            ++siteReport(*origins.site).found;
         }
+    }
+    m_harvest.take(candidate, origins);
+}
+
+/// A declared topic is answered by what its own search brings, not by what another scope did: that
+/// would be a matter of who came first.
+void SearchRun::cover(const Candidate &candidate, const PlannedScope &planned) {
+    for (const QString &topic : topicsOf(candidate, planned)) {
+        m_covered.insert(topic);
     }
 }
 
@@ -235,7 +288,8 @@ std::exception_ptr SearchRun::wholeFailure() const {
     if (m_asked > 0 && m_askedInVain == m_asked) {
         return m_scopeError;
     }
-    return m_book.report.topicIds.isEmpty() ? m_harvest.judgeError() : nullptr;
+    // A page that an agent always refuses fails one run, not every one that brings it.
+    return m_book.report.topicIds.isEmpty() && leftLinks() ? m_harvest.judgeError() : nullptr;
 }
 
 void SearchRun::finishReport() {
@@ -258,9 +312,12 @@ void SearchRun::finishReport() {
         } catch (const std::exception &error) {
             report.failed = failureText(error);
         }
-    } else if (leftLinks() && !report.cancelled) {
-        report.warnings += tr("Des liens n’ont pas pu être jugés : la prochaine fouille reprendra "
-                              "la même période.");
+    } else if (m_harvest.judgeError() && !report.cancelled) {
+        report.warnings += leftLinks()
+                               ? tr("Des liens n’ont pas pu être jugés : la prochaine fouille "
+                                    "les cherchera encore.")
+                               : tr("Des liens n’ont pas pu être jugés, comme la fois d’avant : je "
+                                    "n’y reviens plus.");
     }
 }
 

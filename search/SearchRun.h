@@ -21,6 +21,10 @@ public:
         std::function<void(const RunProgress &)> tell;
         /// The trusted sites with what was learned of their feeds.
         std::function<void(const QList<PrioritySite> &)> sitesChecked;
+        /// The links that earlier runs could not have judged either (as canonicalLink()).
+        QSet<QString> refusedBefore;
+        /// The items of the sites' feeds that a screening passed over already, likewise.
+        QSet<QString> refusedItems;
     };
 
     SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief> brief,
@@ -31,11 +35,16 @@ public:
     Task<RunReport> execute();
 
     /// After `execute`: why the run failed as a whole, if it did. Every call for links failed, or
-    /// nothing that was found could be judged; or something that no step is meant to throw.
+    /// nothing that was found could be judged, unless that was so before; or something that no
+    /// step is meant to throw.
     std::exception_ptr failure() const { return m_failure; }
-    /// After `execute`: whether calls failed that left links without a judgment. They come back
-    /// only when the same period is searched again.
-    bool leftLinks() const { return m_harvest.judgeError() != nullptr; }
+    /// After `execute`: whether calls failed that left links without a judgment for the first
+    /// time. They come back only when the same period is searched again.
+    bool leftLinks() const { return m_harvest.leftOthersThan(m_tools.refusedBefore); }
+
+    /// After `execute`: the items of the sites' feeds that were screened and passed over (as
+    /// canonicalLink()).
+    const QSet<QString> &passedOver() const { return m_screened; }
 
 private:
     Task<> askEverything();
@@ -45,8 +54,11 @@ private:
     /// Asks one question; its failure is the scope's, told in the report. Gives the links found.
     Task<QStringList> ask(Question question, qsizetype report, QList<const PlannedScope *> scopes);
     qsizetype openReport(const QString &name, Origin origin, int asked);
+    SiteReport &siteReport(const QString &site);
     QStringList screenedLines(QList<FeedItem> items);
     QList<const PlannedScope *> whomItConcerns(const Candidate &candidate) const;
+    void take(const Candidate &candidate, qsizetype report,
+              const QList<const PlannedScope *> &scopes, qsizetype rank);
     void cover(const Candidate &candidate, const PlannedScope &planned);
     Task<> outlast(Task<> step);
     std::exception_ptr wholeFailure() const;
@@ -59,8 +71,10 @@ private:
     Pipeline m_pipeline;
     Harvest m_harvest;
     QElapsedTimer m_elapsed;
-    QSet<QString> m_covered;             ///< declared topics that a candidate answered
+    QSet<QString> m_covered; ///< declared topics that a candidate of their scope answered
     QHash<QString, QString> m_feedDates; ///< a feed item's canonical link to its date
+    QHash<QString, QString> m_feedSites; ///< … to its site
+    QSet<QString> m_screened;            ///< feed items put to the agent and not kept by it
     int m_asked = 0;                     ///< questions put to the agent
     int m_askedInVain = 0;               ///< of these, those whose call failed
     std::exception_ptr m_scopeError;

@@ -11,8 +11,6 @@ namespace {
 // Sizes kept under the longest argument Linux accepts (131,071 bytes), with room for the
 // instruction itself and for what its author adds to it.
 constexpr qsizetype manifestBytes = 80'000;
-/// What known links may take where an agent sets no limit.
-constexpr qsizetype mostKnownBytes = 4'000'000;
 
 QString bulleted(const QStringList &lines) {
     return QStringLiteral("- ") + lines.join(QStringLiteral("\n- "));
@@ -158,8 +156,8 @@ QString candidatesPrompt(const QString &instruction, const SearchScope &scope,
     const QString placeholder = QStringLiteral("@KNOWN");
     const qsizetype places = std::max<qsizetype>(1, withoutKnown.count(placeholder));
     const qsizetype room =
-        maxBytes ? std::min(*maxBytes, promptBytes) - utf8Size(withoutKnown) : mostKnownBytes;
-    const QString known = joinedLinks(request.knownLinks, room / places);
+        maxBytes ? std::min(*maxBytes, promptBytes) - utf8Size(withoutKnown) : knownBytes;
+    const QString known = joinedLinks(request.knownLinks, std::min(room, knownBytes) / places);
     return fillTemplate(withoutKnown,
                         {{placeholder, known.isEmpty() ? QStringLiteral("none") : known}});
 }

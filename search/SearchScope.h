@@ -68,6 +68,10 @@ struct CandidatesRequest {
 /// that takes only so much.
 inline constexpr qsizetype promptBytes = 100'000;
 
+/// What known links may take of any prompt, whatever the agent: each call pays for them, and what
+/// comes back all the same is known by its link.
+inline constexpr qsizetype knownBytes = 30'000;
+
 /// As many links, in order, as fit in `maxBytes` with the " ; " between them.
 QString joinedLinks(const QStringList &links, qsizetype maxBytes);
 
@@ -76,7 +80,7 @@ QString joinedLinks(const QStringList &links, qsizetype maxBytes);
 ///
 /// `maxBytes` is the size an agent accepts in UTF-8, or nothing when any size goes. Under a limit
 /// the manifest of a code project is cut at the end of a line past 80,000 bytes, and known links
-/// are listed until the prompt takes 100,000 bytes.
+/// are listed until the prompt takes 100,000 bytes. They never take more than `knownBytes`.
 QString candidatesPrompt(const QString &instruction, const SearchScope &scope,
                          const CandidatesRequest &request, std::optional<qsizetype> maxBytes);
 

@@ -1,23 +1,12 @@
 #include "search/TopicDraft.h"
 
 #include "core/ScoreScale.h"
+#include "search/AboutNames.h"
 #include "search/Links.h"
 
-namespace vorle {
+#include <algorithm>
 
-bool isAbout(const Candidate &candidate, const QString &subject) {
-    const QString &about = candidate.about;
-    const auto boundary = [&](qsizetype at) {
-        return at < 0 || at >= about.size() || !about[at].isLetterOrNumber();
-    };
-    for (qsizetype at = about.indexOf(subject, 0, Qt::CaseInsensitive); at >= 0;
-         at = about.indexOf(subject, at + 1, Qt::CaseInsensitive)) {
-        if (!subject.isEmpty() && boundary(at - 1) && boundary(at + subject.size())) {
-            return true;
-        }
-    }
-    return false;
-}
+namespace vorle {
 
 QByteArray judgedContent(const ReadPage &page) {
     if (page.level != ReadLevel::Meta || !page.text.isEmpty()) { // a short plain text is all text
@@ -93,39 +82,41 @@ QList<TopicSource> sourcesOf(const Candidate &candidate, const ReadPage &page) {
 
 namespace {
 
-/// Whether a manifest holds the name by itself: "react" is not in "react-native".
-bool namesDependency(const QString &manifest, const QString &name) {
-    const auto at = [&](qsizetype place) {
-        return place >= 0 && place < manifest.size() ? manifest[place] : QChar(u' ');
-    };
-    const auto continues = [](QChar c) { return c.isLetterOrNumber() || c == u'_' || c == u'-'; };
-    for (qsizetype i = manifest.indexOf(name); i >= 0; i = manifest.indexOf(name, i + 1)) {
-        const QChar before = at(i - 1);
-        if (!continues(before) && before != u'.' && !continues(at(i + name.size()))) {
-            return !name.isEmpty();
-        }
-    }
-    return false;
-}
-
-bool isDependency(const QString &about, const PlannedScope &planned) {
-    const auto *code = std::get_if<CodeProject>(&planned.scope);
-    return code != nullptr && about.compare(code->name, Qt::CaseInsensitive) != 0 &&
-           (planned.versions.contains(about) || namesDependency(code->manifestText, about));
+bool isProject(const Candidate &candidate, const PlannedScope &planned) {
+    return planned.project && namesIn(candidate.about, planned.names).contains(*planned.project);
 }
 
 std::optional<QString> interestOf(const Candidate &candidate, const PlannedScope &planned) {
-    const auto interest =
-        std::find_if(planned.topics.begin(), planned.topics.end(),
-                     [&](const QString &name) { return isAbout(candidate, name); });
-    return interest != planned.topics.end() ? std::optional(*interest) : std::nullopt;
+    const QStringList topics = topicsOf(candidate, planned);
+    return topics.isEmpty() ? std::nullopt : std::optional(topics.first());
 }
 
 } // namespace
 
+QStringList topicsOf(const Candidate &candidate, const PlannedScope &planned) {
+    QStringList topics = namesIn(candidate.about, planned.names);
+    topics.removeIf([&](const QString &name) { return !planned.topics.contains(name); });
+    std::ranges::stable_sort(topics, std::ranges::greater(), &QString::size);
+    return topics;
+}
+
+std::optional<QString> dependencyOf(const Candidate &candidate, const PlannedScope &planned) {
+    const QString &about = candidate.about;
+    if (planned.project && isSameName(about, *planned.project)) {
+        return std::nullopt;
+    }
+    if (planned.dependencies.contains(about)) {
+        return about;
+    }
+    const auto found = std::ranges::find_if(planned.dependencies, [&](const QString &dependency) {
+        return isSameName(dependency, about);
+    });
+    return found != planned.dependencies.end() ? std::optional(*found) : std::nullopt;
+}
+
 bool concerns(const Candidate &candidate, const PlannedScope &planned) {
-    return (planned.project && isAbout(candidate, *planned.project)) ||
-           isDependency(candidate.about, planned) || interestOf(candidate, planned);
+    return isProject(candidate, planned) || dependencyOf(candidate, planned) ||
+           interestOf(candidate, planned);
 }
 
 void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned) {
@@ -135,9 +126,8 @@ void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedSco
     if (!topic.interest) {
         topic.interest = interestOf(candidate, planned);
     }
-    if (!topic.dependency && topic.project == planned.project &&
-        isDependency(candidate.about, planned)) {
-        topic.dependency = candidate.about;
+    if (!topic.dependency && topic.project == planned.project) {
+        topic.dependency = dependencyOf(candidate, planned);
     }
 }
 

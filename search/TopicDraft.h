@@ -10,8 +10,13 @@ namespace vorle {
 
 /// How a candidate, its page and its judgment make a topic. Pure.
 
-/// Whether the candidate says that it answers `subject`, alone or among other words, in any case.
-bool isAbout(const Candidate &candidate, const QString &subject);
+/// The declared topics of the scope that the candidate says it answers, the longest name first (see
+/// namesIn).
+QStringList topicsOf(const Candidate &candidate, const PlannedScope &planned);
+
+/// The dependency of the scope's project that the candidate says it is about, as the project spells
+/// it.
+std::optional<QString> dependencyOf(const Candidate &candidate, const PlannedScope &planned);
 
 /// What the judge reads of a page: its text, or its title and description when there is no more.
 QByteArray judgedContent(const ReadPage &page);

@@ -107,7 +107,8 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
               schemaText(context, QStringLiteral("judge-schema"))};
     const QString unread = QStringLiteral("…");
     show(French::tr("Pages illisibles"),
-         pipeline.digging({{frame.id, unread, unread, unread}}, QDate::currentDate(), agent));
+         pipeline.digging({{frame.id, unread, unread, unread}},
+                          {QDate::currentDate(), plan.sites.exclusions, agent}));
     co_return shown;
 }
 

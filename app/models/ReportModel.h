@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "search/RunHistory.h"
+#include "core/RunHistory.h"
 
 #include <QAbstractListModel>
 #include <QTimeZone>

@@ -154,6 +154,14 @@ TEST_F(CommandLineTest, the_demonstration_goes_the_whole_road) {
         EXPECT_EQ(note.agent, QStringLiteral("claude"));
         EXPECT_GT(note.bytesRead, 0);
     }
+    QFile runsFile(folder.filePath(QStringLiteral("data/vorle/demo-topics-runs.json")));
+    ASSERT_TRUE(runsFile.open(QIODevice::ReadOnly));
+    const auto runs = json::decode<QList<RunReport>>(runsFile.readAll());
+    ASSERT_EQ(runs.size(), 7) << "the demonstration has a past, and this run joins it";
+    EXPECT_EQ(runs[5].date.secsTo(runs[6].date) / 86'400, 7);
+    EXPECT_EQ(runs[6].added, added);
+    ASSERT_EQ(runs[6].sites.value_or(QList<SiteReport>()).size(), 1);
+    EXPECT_GT(runs[6].sites->first().found, 0);
     EXPECT_TRUE(topics().isEmpty()) << "the real topics are left alone";
     EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("config/vorle/settings.json"))))
         << "so are the real settings";

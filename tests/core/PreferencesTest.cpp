@@ -184,7 +184,7 @@ TEST_F(PreferencesTest, reads_and_changes_settings_by_key) {
     EXPECT_EQ(preferences.changeSetting(QStringLiteral("nope"), 7),
               QStringLiteral("Réglage inconnu : « nope »."));
     EXPECT_EQ(preferences.setting(QStringLiteral("job")), QJsonValue(QJsonValue::Null));
-    EXPECT_EQ(Preferences::settingKeys().size(), 30);
+    EXPECT_EQ(Preferences::settingKeys().size(), 31);
 }
 
 TEST_F(PreferencesTest, keeps_what_several_processes_write_to_one_file) {

@@ -138,6 +138,12 @@ TEST(Examples, outcomes_are_told_in_english_with_the_correction) {
     topic.worth = Worth::Gem;
     topic.correction = Correction{7.5, {}, {}, {}};
     EXPECT_EQ(outcomeText(topic), u"a gem, worth it: they scored it 7.5 (vorle had said 5)");
+    // Nobody noted how far it was read: that is no page that could not be read.
+    topic.sources = {{QStringLiteral("s"), QStringLiteral("https://example.org/a")}};
+    EXPECT_TRUE(exampleBlock(topic).contains(QStringLiteral("\nLink: https://example.org/a\n")));
+    EXPECT_FALSE(exampleBlock(topic).contains(QStringLiteral("Read level")));
+    topic.readLevel = ReadLevel::None;
+    EXPECT_TRUE(exampleBlock(topic).contains(QStringLiteral("Link (could not be read): ")));
     topic.seenText = QByteArray(5'000, 'a');
     EXPECT_LT(exampleBlock(topic).size(), 1'200);
     EXPECT_TRUE(exampleBlock(topic).endsWith(QStringLiteral("(vorle had said 5)\n")));

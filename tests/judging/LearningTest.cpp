@@ -1,4 +1,6 @@
 #include "judging/Learning.h"
+#include "base/Text.h"
+#include "judging/JudgePrompt.h"
 #include "judging/ToolNames.h"
 
 #include <QDate>
@@ -289,8 +291,25 @@ TEST(Learning, keeps_its_rules_in_order_and_gives_the_judge_those_left_on) {
     EXPECT_EQ(lines.size(), all.size() - 1);
     EXPECT_FALSE(lines.join(u'\n').contains(u"long items"));
 
-    QList<Reflex> many(500, learned.reflexes.first());
-    EXPECT_LE(activeInstructions(many, {}).join(u'\n').toUtf8().size(), 8'100);
+    // A prompt has a size: what does not fit is told, and what is counted as sent is sent whole.
+    EXPECT_EQ(unsentReflexesText(learned.reflexes, {}), QString());
+    QList<Reflex> many;
+    for (int i = 0; i < 100; ++i) {
+        many += learned.reflexes.first();
+        many.last().id += QString::number(i);
+        many.last().title = QStringLiteral("T%1").arg(i);
+        many.last().instruction += QStringLiteral(" END%1.").arg(i);
+    }
+    const QStringList sent = activeInstructions(many, {});
+    ASSERT_LT(sent.size(), many.size());
+    const QString prompt = judgePrompt(QStringLiteral("@REFLEXES"), {}, {}, sent, {}, {});
+    EXPECT_LE(utf8Size(prompt), reflexBytes);
+    EXPECT_TRUE(prompt.endsWith(sent.last() + u'\n'));
+    const QString told = unsentReflexesText(many, {});
+    EXPECT_TRUE(told.startsWith(QStringLiteral("%1 réflexes n’ont pas tenu dans la consigne :")
+                                    .arg(many.size() - sent.size())));
+    EXPECT_TRUE(told.contains(u"T99"));
+    EXPECT_FALSE(told.contains(u"T0\u202F"));
 }
 
 TEST(Learning, says_what_starting_again_takes_away) {

@@ -1,3 +1,4 @@
+#include "search/RunPlan.h"
 #include "tests/search/RunFixture.h"
 
 namespace vorle {
@@ -39,6 +40,57 @@ TEST_F(HarvestTest, an_unreadable_page_is_dug_for_and_judged_once_more) {
     EXPECT_EQ(told->readLevel, ReadLevel::Meta) << "the agent's words stand for the page";
     EXPECT_TRUE(told->seenText->contains("Ce que dit la page."));
     EXPECT_TRUE(byLink.contains(at("/dead")));
+}
+
+// What the digger read is the judge's whenever the page gives this machine less than its text.
+TEST_F(HarvestTest, what_the_digger_read_counts_beside_a_title_and_a_description) {
+    server.serve("/thin",
+                 test::TestReply::page("<title>Maigre</title>"
+                                       "<meta name=\"description\" content=\"Une ligne.\">"));
+    dugPages = QStringLiteral(R"({"%1":{"url":"%2","title":"T","what":"DIT-A"},)"
+                              R"("%3":{"url":"%4","title":"T","what":"DIT-B"}})")
+                   .arg(at("/gone1"), at("/thin"), at("/gone2"), at("/long"));
+    scenario(list({candidate(at("/gone1"), "Potager"), candidate(at("/gone2"), "Potager")}),
+             QStringLiteral("[]"));
+    EXPECT_EQ(run().dug, 2);
+    ASSERT_EQ(inbox().size(), 2);
+    for (const TopicPtr &topic : inbox()) {
+        const bool thin = topic->mainSource()->url == at("/thin");
+        EXPECT_EQ(topic->readLevel, thin ? ReadLevel::Meta : ReadLevel::Full);
+        EXPECT_EQ(topic->seenText->contains("DIT-"), thin);
+        EXPECT_EQ(topic->seenText->contains("Une ligne."), thin);
+    }
+    EXPECT_TRUE(promptsSent().contains(u"Une ligne.\nDIT-A"));
+}
+
+// The news of a page that could not be read may stand on a page that another card has: it is one
+// piece of news, and one card, for both who brought it.
+TEST_F(HarvestTest, a_dug_page_that_is_another_card_joins_that_card) {
+    scenario(list({candidate(at("/short"), "Potager")}), QStringLiteral("[]"));
+    run();
+    server.serve("/moved", test::TestReply::redirect("/long"));
+    dugPages =
+        QStringLiteral(R"({"%1":{"url":"%2","title":"a","what":"a"},)"
+                       R"("%3":{"url":"%4","title":"b","what":"b"},)"
+                       R"("%5":{"url":"%6","title":"c","what":"c"}})")
+            .arg(at("/gone1"), at("/long"), at("/gone2"), at("/moved"), at("/gone3"), at("/short"));
+    scenario(list({candidate(at("/gone1"), "Potager"), candidate(at("/gone2"), "Potager"),
+                   candidate(at("/gone3"), "Potager")}),
+             list({candidate(at("/long"), "Rust")}));
+    const RunReport report = run();
+    ASSERT_EQ(inbox().size(), 2);
+    EXPECT_EQ(report.added, 1);
+    EXPECT_EQ(report.topicIds.size(), 1);
+    EXPECT_EQ(report.scopes[0].merged + report.scopes[0].known, 3);
+    for (const TopicPtr &topic : inbox()) {
+        const bool first = topic->mainSource()->url == at("/short");
+        EXPECT_EQ(topic->sources.size(), first ? 2 : 3);
+        EXPECT_EQ(topic->project, QStringLiteral("Potager"));
+        EXPECT_EQ(topic->interest.has_value(), !first);
+        EXPECT_NE(topic->readLevel, ReadLevel::None);
+    }
+    EXPECT_EQ(store.count(), 2);
+    EXPECT_EQ(TopicStore(store.file(), resources, clock).count(), 2);
 }
 
 // Two addresses that lead to one page are one card, whichever came first.
@@ -220,8 +272,6 @@ TEST_F(HarvestTest, one_bad_page_does_not_cost_the_others_their_judgment) {
     otherTraits = QStringLiteral("\"overlooked\":\"/p1\",");
     scenario(QStringLiteral("[]"), list(links.first(2)));
     EXPECT_EQ(run().added, 2) << "what got no answer is judged once more, alone";
-    const auto last = preferences.settings().lastSearch;
-    EXPECT_TRUE(last);
 
     otherTraits = QStringLiteral("\"poison\":\"/p3\",");
     scenario(QStringLiteral("[]"), list(links + QStringList{candidate(at("/long"), "Rust")}));
@@ -229,9 +279,48 @@ TEST_F(HarvestTest, one_bad_page_does_not_cost_the_others_their_judgment) {
     EXPECT_EQ(report.added, 2);
     ASSERT_EQ(report.unjudged.size(), 1);
     EXPECT_EQ(report.unjudged.first().url, at("/p3"));
-    EXPECT_EQ(preferences.settings().lastSearch, last) << "the next run gets another chance";
     EXPECT_EQ(preferences.settings().lastReport, lastOf(report));
     EXPECT_EQ(report.warnings.size(), 1);
+}
+
+// What was left gets a second chance; the run is done all the same, and the period moves on.
+TEST_F(HarvestTest,
+       a_page_that_is_always_refused_holds_the_period_back_once_and_fails_no_later_run) {
+    otherTraits = QStringLiteral("\"poison\":\"/other\",");
+    const QDateTime before = clock.now().addDays(-5);
+    preferences.change(&Settings::lastSearch, before);
+    const auto period = [&] { return periodStart(preferences.settings(), clock.now()); };
+    const auto nothing = QStringLiteral("[]");
+    const QString refused = candidate(at("/other"), "Rust");
+    const struct {
+        QString found;
+        int added;
+        bool heldBack; ///< the next period starts at the run before this one
+    } runs[] = {
+        {list({candidate(at("/long"), "Rust"), refused}), 1, true},
+        {list({candidate(at("/long"), "Rust"), refused}), 0, false}, // the only new one
+        {list({candidate(at("/short"), "Rust"), refused}), 1, false},
+        {list({refused}), 0, false},
+    };
+    for (const auto &one : runs) {
+        const auto last = preferences.settings().lastSearch;
+        scenario(nothing, one.found);
+        const RunReport report = run();
+        EXPECT_EQ(report.added, one.added);
+        EXPECT_EQ(report.unjudged.size(), 1);
+        EXPECT_EQ(report.warnings.size(), 1);
+        EXPECT_EQ(preferences.settings().lastSearch, report.date);
+        EXPECT_EQ(preferences.settings().lastReport, lastOf(report));
+        EXPECT_EQ(period() == last, one.heldBack);
+        EXPECT_LE(period(), report.date);
+    }
+    // Another link that is left holds it back again, yet never further than a run.
+    server.serve("/other2", test::TestReply::page(page("other2")));
+    const auto last = preferences.settings().lastSearch;
+    scenario(nothing, list({candidate(at("/long") + u'?', "Rust"), refused,
+                            candidate(at("/other2"), "Rust")}));
+    EXPECT_THROW(run(), AgentError) << "nothing new could be judged";
+    EXPECT_EQ(preferences.settings().lastSearch, last);
 }
 
 // Six links in a batch that fails: were each tried alone, a judge that is down would be asked

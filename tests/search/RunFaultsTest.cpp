@@ -1,4 +1,3 @@
-#include "search/RunHistory.h"
 #include "tests/search/RunFixture.h"
 
 #include <QScopeGuard>
@@ -38,7 +37,7 @@ TEST_F(RunFaultsTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     EXPECT_TRUE(failures[1].text.contains(u"le serveur est occupé"));
     EXPECT_FALSE(preferences.settings().lastSearch) << "a failed run leaves the last date alone";
     EXPECT_FALSE(preferences.settings().lastReport);
-    const QList<RunReport> kept = RunHistory(store.file()).reports();
+    const QList<RunReport> kept = store.history();
     ASSERT_EQ(kept.size(), 2) << "what it cost is told all the same";
     EXPECT_EQ(kept[0].failed, failures[0].text);
     EXPECT_TRUE(std::ranges::all_of(

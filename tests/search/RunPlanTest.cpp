@@ -94,6 +94,33 @@ TEST_F(RunPlanTest, the_period_starts_at_the_last_run_within_bounds) {
     EXPECT_EQ(since(now.addDays(-3)), QDate(2026, 11, 18));
     EXPECT_EQ(since(now.addDays(-200)), QDate(2026, 10, 21));
     EXPECT_EQ(since(now.addDays(5)), QDate(2026, 11, 21));
+    preferences.change(&Settings::searchedUntil, now.addDays(-6));
+    EXPECT_EQ(since(now.addDays(-3)), QDate(2026, 11, 15)) << "links were left by the last run";
+    EXPECT_EQ(since(now.addDays(-9)), QDate(2026, 11, 12));
+}
+
+TEST_F(RunPlanTest, what_would_be_searched_for_nothing_is_told_instead) {
+    const QString gone = folder.filePath(QStringLiteral("parti"));
+    const struct {
+        QMap<QString, QString> projects;
+        QStringList apps;
+        qsizetype scopes;
+        qsizetype warnings;
+    } cases[] = {
+        {{{QStringLiteral("A"), gone}}, {}, 0, 1},
+        {{{QStringLiteral("A"), gone}, {QStringLiteral("B"), QString()}}, {}, 1, 1},
+        {{{QStringLiteral("Décrit"), gone}}, {}, 1, 1},
+        {{{QStringLiteral("B"), QString()}}, {QStringLiteral("Figma")}, 1, 1},
+    };
+    preferences.change(&Settings::projectDescriptions,
+                       {{QStringLiteral("Décrit"), QStringLiteral("un essai")}});
+    for (const auto &one : cases) {
+        preferences.change(&Settings::projects, one.projects);
+        preferences.change(&Settings::keptApps, one.apps);
+        const RunPlan made = plan();
+        EXPECT_EQ(made.scopes.size(), one.scopes) << one.projects.firstKey().toStdString();
+        EXPECT_EQ(made.warnings.size(), one.warnings) << one.projects.firstKey().toStdString();
+    }
 }
 
 TEST_F(RunPlanTest, the_number_asked_follows_the_topics_within_bounds) {
@@ -122,6 +149,32 @@ TEST_F(RunPlanTest, known_links_are_listed_newest_first_and_once) {
     EXPECT_EQ(knownLinks({topic("2026-01-01", {QStringLiteral("old"), QStringLiteral("both")}),
                           topic("2026-02-01", {QStringLiteral("both"), QStringLiteral("new")})}),
               (QStringList{QStringLiteral("both"), QStringLiteral("new"), QStringLiteral("old")}));
+}
+
+// A search of the last week cannot come upon what was found a month ago; the one for the declared
+// topics goes back three months, the feeds a month.
+TEST_F(RunPlanTest, each_prompt_is_told_the_links_that_its_search_may_come_upon) {
+    preferences.change(&Settings::interests, {QStringLiteral("Rust")});
+    preferences.change(&Settings::projects, {{QStringLiteral("Potager"), QString()}});
+    preferences.change(&Settings::lastSearch, now.addDays(-7));
+    QList<TopicPtr> topics;
+    for (const int days : {1, 20, 60, 200}) {
+        Topic topic;
+        topic.foundAt = now.addDays(-days);
+        topic.sources += {QString(), QString::number(days)};
+        topics += std::make_shared<const Topic>(topic);
+    }
+    Topic old = *topics.first();
+    old.publishedOn = QStringLiteral("2026-10-30"); // found yesterday, three weeks old
+    old.sources = {{QString(), QStringLiteral("22")}};
+    topics += std::make_shared<const Topic>(old);
+    const RunPlan made =
+        planRun(preferences, readProjects(preferences.settings().projects), topics, now);
+    const auto links = [](const QStringList &known) { return known.join(u' '); };
+    EXPECT_EQ(links(made.scopes[0].request.knownLinks), u"1");
+    EXPECT_EQ(links(made.scopes[1].request.knownLinks), u"1 22 20 60");
+    EXPECT_EQ(links(made.sites.knownLinks), u"1 22 20");
+    EXPECT_EQ(made.sites.heldLinks.size(), 5);
 }
 
 } // namespace

@@ -1,6 +1,10 @@
+#include "core/RunHistory.h"
 #include "search/Pipeline.h"
-#include "search/RunHistory.h"
 #include "tests/search/RunFixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gmock/gmock.h>
 
@@ -80,6 +84,76 @@ TEST_F(SearchEngineTest, a_topic_that_came_back_empty_is_searched_once_more) {
     }
 }
 
+// A topic's name may stand inside another's; and another scope's find is no answer to it, whoever
+// comes first.
+TEST_F(SearchEngineTest, a_topic_is_covered_by_its_own_name_in_its_own_search_alone) {
+    preferences.change(&Settings::interests,
+                       {QStringLiteral("React"), QStringLiteral("React Native"),
+                        QStringLiteral("C"), QStringLiteral("Go"), QStringLiteral("Vélo")});
+    preferences.change(&Settings::projects, {{QStringLiteral("Potager"), QString()},
+                                             {QStringLiteral("Go Kart"), QString()}});
+    for (const char *path : {"/p1", "/p2", "/p3", "/p4"}) {
+        server.serve(path, test::TestReply::page(page(path)));
+    }
+    otherScopes = QStringLiteral("\"**Go Kart**\":%1,")
+                      .arg(list({candidate(at("/p1"), "Go Kart"), candidate(at("/p2"), "React")}));
+    for (const char *late : {"**Go Kart**", "Topics the person"}) {
+        otherTraits = QStringLiteral("\"delays\":{\"%1\":0.4},").arg(QString::fromUtf8(late));
+        scenario(QStringLiteral("[]"),
+                 list({candidate(at("/p3"), "React Native"), candidate(at("/p4"), "VELO")}));
+        TopicStore memory{QString(), resources, clock};
+        ScoreNotes noted{memory, clock};
+        SearchEngine other{{preferences, memory, noted, asker, reader, feeds, images, clock}};
+        const RunReport report = test::waitFor(other.run(stop.token()), 60s);
+        EXPECT_EQ(report.uncovered,
+                  (QStringList{QStringLiteral("React"), QStringLiteral("C"), QStringLiteral("Go")}))
+            << late;
+        QMap<QString, TopicPtr> byLink;
+        for (const TopicPtr &topic : memory.topics()) {
+            byLink[topic->mainSource()->url] = topic;
+        }
+        ASSERT_EQ(byLink.size(), 4) << late;
+        EXPECT_EQ(byLink[at("/p1")]->project, QStringLiteral("Go Kart"));
+        EXPECT_FALSE(byLink[at("/p1")]->interest);
+        EXPECT_EQ(byLink[at("/p3")]->interest, QStringLiteral("React Native"));
+        EXPECT_EQ(byLink[at("/p4")]->interest, QStringLiteral("Vélo"));
+    }
+    EXPECT_TRUE(promptsSent().contains(u"Bring at least two links for every topic below.\n- React\n"
+                                       u"- C\n- Go\n"));
+}
+
+// Far more links than were asked for: the surplus is told, but for what answers a topic that
+// nothing else did.
+TEST_F(SearchEngineTest, links_far_past_what_was_asked_are_told_or_answer_a_topic) {
+    QStringList found;
+    for (int i = 0; i < 30; ++i) { // 8 are asked for
+        found += candidate(at("/long") + QStringLiteral("?p=%1").arg(i), i == 29 ? "Vélo" : "Rust");
+    }
+    scenario(QStringLiteral("[]"), list(found));
+    const RunReport report = run();
+    EXPECT_EQ(report.scopes[1].found, 30);
+    EXPECT_EQ(report.added, 25);
+    ASSERT_EQ(report.unjudged.size(), 5);
+    EXPECT_EQ(report.unjudged.first().url, at("/long") + QStringLiteral("?p=24"));
+    EXPECT_TRUE(report.uncovered.isEmpty());
+    EXPECT_EQ(report.scopes.size(), 2) << "no second search";
+}
+
+TEST_F(SearchEngineTest, a_territory_of_which_nothing_can_be_asked_costs_no_call) {
+    preferences.change(&Settings::interests, {});
+    preferences.change(&Settings::projects,
+                       {{QStringLiteral("Parti"), folder.filePath(QStringLiteral("parti"))}});
+    QList<RunFailure> failures;
+    QObject::connect(&engine, &SearchEngine::failed,
+                     [&](const RunFailure &failure) { failures += failure; });
+    EXPECT_THROW(run(), RunRefused);
+    ASSERT_EQ(failures.size(), 1);
+    EXPECT_TRUE(failures.first().text.contains(u"Parti") ||
+                failures.first().text.contains(u"parti"));
+    EXPECT_FALSE(preferences.settings().lastSearch);
+    EXPECT_EQ(promptsSent(), QString());
+}
+
 TEST_F(SearchEngineTest, trusted_sites_are_screened_through_their_feeds) {
     server.serve("/site",
                  test::TestReply::page(
@@ -107,12 +181,82 @@ TEST_F(SearchEngineTest, trusted_sites_are_screened_through_their_feeds) {
         EXPECT_EQ(topic->project.value_or(QString()), ofProject ? u"Potager" : u"");
         EXPECT_EQ(topic->interest.value_or(QString()), ofProject ? u"" : u"Rust");
     }
-    EXPECT_EQ(report.uncovered, QStringList{QStringLiteral("Vélo")});
+    EXPECT_EQ(report.uncovered, (QStringList{QStringLiteral("Rust"), QStringLiteral("Vélo")}))
+        << "what a site brings is no answer to a topic's own search";
     EXPECT_TRUE(std::ranges::any_of(
         inbox(), [](const TopicPtr &topic) { return topic->publishedOn.has_value(); }));
     EXPECT_EQ(report.feeds.size(), 1) << "the site without a feed is told";
     EXPECT_TRUE(promptsSent().contains(u"] Une sortie"));
     EXPECT_EQ(preferences.settings().prioritySites.first().feed, at("/feed"));
+}
+
+// Each item is looked at once: one that became a topic and one that was passed over are not put to
+// the agent again, unless the territory it was passed over for is another now.
+TEST_F(SearchEngineTest, an_item_of_a_feed_is_screened_once) {
+    const QByteArray now = QLocale::c()
+                               .toString(QDateTime::currentDateTimeUtc(),
+                                         QStringLiteral("ddd, dd MMM yyyy HH:mm:ss +0000"))
+                               .toUtf8();
+    server.serve("/site",
+                 test::TestReply::page(
+                     "<link rel=\"alternate\" type=\"application/rss+xml\" href=\"/feed\">"));
+    server.serve("/feed", [&](const test::TestRequest &) {
+        test::TestReply reply;
+        reply.contentType = "application/rss+xml";
+        reply.body = "<rss><channel>";
+        for (const char *path : {"/other", "/long", "/short"}) {
+            reply.body += "<item><title>Item " + QByteArray(path) + "</title><link>" +
+                          at(path).toUtf8() + "</link>";
+            reply.body += path == QByteArray("/short") ? QByteArray("</item>")
+                                                       : "<pubDate>" + now + "</pubDate></item>";
+        }
+        reply.body += "</channel></rss>";
+        return reply;
+    });
+    preferences.change(&Settings::prioritySites, {PrioritySite{at("/site"), {}, {}}});
+    sitesAnswer = list({candidate(at("/other"), "Rust")});
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    const auto screenings = [&] { return promptsSent().count(QStringLiteral("] Item /long")); };
+    const RunReport first = run();
+    EXPECT_EQ(first.added, 1);
+    ASSERT_EQ(first.sites.value_or(QList<SiteReport>()).size(), 1);
+    EXPECT_EQ(first.sites->first().items, 3);
+    EXPECT_EQ(first.sites->first().found, 1);
+    EXPECT_EQ(first.sites->first().yield.topicIds, first.topicIds);
+    EXPECT_EQ(screenings(), 1);
+    EXPECT_EQ(run().added, 0);
+    EXPECT_EQ(screenings(), 1) << "nothing is left to look at, and no call is made";
+    preferences.change(&Settings::addedTools, {QStringLiteral("Figma")});
+    run();
+    EXPECT_EQ(screenings(), 2);
+    EXPECT_EQ(promptsSent().count(QStringLiteral("] Item /other")), 1);
+    // A screening that failed passed over nothing.
+    preferences.change(&Settings::addedTools, {});
+    sitesAnswer = QStringLiteral("\"fail\"");
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    run();
+    const auto tried = screenings();
+    EXPECT_GT(tried, 2);
+    run();
+    EXPECT_GT(screenings(), tried);
+}
+
+// Three projects that never answer hold every place but the one of the feeds.
+TEST_F(SearchEngineTest, the_feeds_do_not_wait_for_slow_projects) {
+    preferences.change(&Settings::projects, {{QStringLiteral("A"), QString()},
+                                             {QStringLiteral("B"), QString()},
+                                             {QStringLiteral("Potager"), QString()}});
+    bool asked = false;
+    server.serve("/site", [&](const test::TestRequest &) {
+        asked = true;
+        stop.cancel();
+        return test::TestReply::page("");
+    });
+    preferences.change(&Settings::prioritySites, {PrioritySite{at("/site"), {}, {}}});
+    otherScopes = QStringLiteral("\"**A**\":\"hang\",\"**B**\":\"hang\",");
+    scenario(QStringLiteral("\"hang\""), QStringLiteral("\"hang\""));
+    EXPECT_TRUE(run().cancelled);
+    EXPECT_TRUE(asked);
 }
 
 TEST_F(SearchEngineTest, each_source_of_a_card_has_its_picture) {
@@ -152,17 +296,61 @@ TEST_F(SearchEngineTest, the_reports_of_the_last_runs_are_kept) {
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}));
     const RunReport first = run();
     const RunReport second = run();
+    EXPECT_EQ(store.history(), (QList<RunReport>{first, second}));
     const RunHistory history(store.file());
-    EXPECT_EQ(history.reports(), (QList<RunReport>{first, second}));
-    for (int i = 0; i < 60; ++i) {
-        history.add(second);
-    }
+    history.replace(QList<RunReport>(60, second));
     EXPECT_EQ(history.reports().size(), RunHistory::mostReports);
     write(QStringLiteral("runs.json"), "{");
     EXPECT_TRUE(history.reports().isEmpty());
-    history.add(first);
-    EXPECT_EQ(history.reports(), QList<RunReport>{first});
+    store.addRun(first);
+    EXPECT_EQ(store.history(), QList<RunReport>{first});
     EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("runs.json.illisible-*")}).size(), 1);
+}
+
+// What the report screen counts: calls, time and money by step, and what became of the topics by
+// scope; a report of an earlier version, without all that, still reads.
+TEST_F(SearchEngineTest, a_report_tells_its_calls_by_step_and_its_topics_by_scope) {
+    scenario(list({candidate(at("/long"), "Potager"), candidate(at("/gone"), "Potager")}),
+             list({candidate(at("/other"), "Rust")}), "fail-once");
+    const RunReport report = run();
+    ASSERT_TRUE(report.steps);
+    double cost = 0;
+    QMap<QString, int> calls;
+    for (const StepReport &step : *report.steps) {
+        calls[json::rawText(step.step)] = step.calls;
+        cost += step.costUSD;
+        EXPECT_GT(step.seconds, 0);
+        EXPECT_EQ(step.failed, 0) << "a call that was made once more and then answered is none";
+    }
+    EXPECT_EQ(calls, (QMap<QString, int>{{QStringLiteral("candidates"), 3},
+                                         {QStringLiteral("dig"), 1},
+                                         {QStringLiteral("judge"), 1}}));
+    EXPECT_DOUBLE_EQ(cost, report.costUSD);
+    const auto yield = [&](qsizetype scope) { return *store.history().last().scopes[scope].yield; };
+    EXPECT_EQ(yield(0).added, 2);
+    EXPECT_EQ(yield(1).added, 1);
+    store.keep(yield(0).topicIds[0]);
+    store.markDone(yield(0).topicIds[1]);
+    store.dismiss(yield(1).topicIds[0]);
+    EXPECT_EQ(yield(0).kept, 2);
+    EXPECT_EQ(yield(0).done, 1);
+    EXPECT_EQ(yield(1).kept, 0);
+
+    QFile kept(folder.filePath(QStringLiteral("runs.json")));
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    QJsonArray runs = QJsonDocument::fromJson(kept.readAll()).array();
+    kept.close();
+    QJsonObject earlier = runs[0].toObject();
+    QJsonArray scopes = earlier[QStringLiteral("scopes")].toArray();
+    QJsonObject scope = scopes[0].toObject();
+    scope.remove(QStringLiteral("yield"));
+    scopes[0] = scope;
+    earlier[QStringLiteral("scopes")] = scopes;
+    earlier.remove(QStringLiteral("steps"));
+    earlier.remove(QStringLiteral("sites"));
+    write(QStringLiteral("runs.json"), QJsonDocument(QJsonArray{earlier}).toJson());
+    ASSERT_EQ(store.history().size(), 1);
+    EXPECT_FALSE(store.history().first().steps);
 }
 
 TEST_F(SearchEngineTest, an_empty_territory_never_reaches_the_agent) {

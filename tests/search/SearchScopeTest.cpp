@@ -98,7 +98,13 @@ TEST(CandidatesPrompt, under_a_limit_cuts_a_long_manifest_at_a_line_and_lists_th
     EXPECT_TRUE(limited.contains(u"/é/100 ; "));
     const QString whole = candidatesPrompt(instruction, project, filled, std::nullopt);
     EXPECT_TRUE(whole.contains(u"dependance-é-9999\""));
-    EXPECT_TRUE(whole.endsWith(u"/é/4999"));
+    for (const auto limit : {std::optional<qsizetype>(), std::optional<qsizetype>(131'071)}) {
+        const QString known =
+            candidatesPrompt(QStringLiteral("@KNOWN"), PlainProject(), filled, limit);
+        EXPECT_LE(utf8Size(known), knownBytes);
+        EXPECT_GT(utf8Size(known), knownBytes - 100);
+        EXPECT_TRUE(known.startsWith(u"https://example.org/é/0 ; ")) << "the newest first";
+    }
 }
 
 } // namespace

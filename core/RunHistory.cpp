@@ -1,4 +1,4 @@
-#include "search/RunHistory.h"
+#include "core/RunHistory.h"
 
 #include "base/Log.h"
 #include "core/BesideTopics.h"
@@ -22,16 +22,14 @@ QList<RunReport> RunHistory::reports() const {
     }
 }
 
-void RunHistory::add(const RunReport &report) const {
-    if (m_file.isEmpty()) {
+void RunHistory::replace(QList<RunReport> all) const {
+    if (m_file.isEmpty() || all.isEmpty()) {
         return;
     }
-    QList<RunReport> all = reports();
     try {
-        if (all.isEmpty() && QFileInfo::exists(m_file)) {
-            keepAside(m_file, asideName(m_file, report.date));
+        if (QFileInfo::exists(m_file) && reports().isEmpty()) {
+            keepAside(m_file, asideName(m_file, all.last().date));
         }
-        all += report;
         all = all.last(std::min(mostReports, all.size()));
         const QByteArray text = json::encode(all, json::Style::Pretty) + '\n';
         const QByteArrayView piece(text);

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "search/RunReport.h"
+#include "core/RunReport.h"
 
 namespace vorle {
 
 /// The reports of the last runs, kept for the report screen: one JSON array, newest last, in
-/// "runs.json" beside the topics file. Main thread.
+/// "runs.json" beside the topics file. Main thread. See TopicStore::history() for the reports with
+/// what became of their topics.
 class RunHistory {
 public:
     static constexpr qsizetype mostReports = 52;
@@ -15,9 +16,10 @@ public:
 
     /// Oldest first; empty when there is none, or none that can be read.
     QList<RunReport> reports() const;
-    /// Adds a report and lets the oldest ones go. A failure is logged: a run is not lost for it.
-    /// What could not be read is kept aside first.
-    void add(const RunReport &report) const;
+    /// Puts these reports in the place of those kept, and lets the oldest ones go. A failure is
+    /// logged: a run is not lost for it. What could not be read is kept aside first, under the
+    /// date of the newest.
+    void replace(QList<RunReport> reports) const;
 
 private:
     QString m_file;

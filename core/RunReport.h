@@ -5,18 +5,61 @@
 
 #include <QUuid>
 
+#include <functional>
+
 namespace vorle {
+
+/// What came of the topics that a scope or a site brought.
+struct Yield {
+    QList<QUuid> topicIds;
+    int added = 0;
+    int kept = 0; ///< of these, in the program or done, the last time anybody looked
+    int done = 0; ///< of those, done
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("topicIds", &Yield::topicIds),
+                          json::field("added", &Yield::added), json::field("kept", &Yield::kept),
+                          json::field("done", &Yield::done));
+    }
+    bool operator==(const Yield &) const = default;
+};
+
+/// The steps of a run that ask the agent.
+enum class RunStep { Candidates, Sites, Judge, Dig };
+constexpr std::array<std::string_view, 4> rawStrings(RunStep) {
+    return {"candidates", "sites", "judge", "dig"};
+}
+
+/// What the calls of one step took, together. A question asked once more after a failure is one
+/// call.
+struct StepReport {
+    RunStep step = RunStep::Candidates;
+    int calls = 0;
+    int failed = 0;     ///< of these, those that came to nothing
+    double seconds = 0; ///< of all calls, which run beside each other
+    double costUSD = 0;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("step", &StepReport::step),
+                          json::field("calls", &StepReport::calls),
+                          json::field("failed", &StepReport::failed),
+                          json::field("seconds", &StepReport::seconds),
+                          json::field("costUSD", &StepReport::costUSD));
+    }
+    bool operator==(const StepReport &) const = default;
+};
 
 /// How one scope of a run went.
 struct ScopeReport {
     QString name;
     Origin origin = Origin::Stack;
-    int asked = 0;   ///< links asked for
-    int found = 0;   ///< links brought back
-    int known = 0;   ///< of these, held already
-    int merged = 0;  ///< of these, the same link as another of this run
-    int refused = 0; ///< of these, no web address
-    QString error;   ///< the failure's text when the scope failed, else empty
+    int asked = 0;              ///< links asked for
+    int found = 0;              ///< links brought back
+    int known = 0;              ///< of these, held already
+    int merged = 0;             ///< of these, the same link as another of this run
+    int refused = 0;            ///< of these, no web address
+    QString error;              ///< the failure's text when the scope failed, else empty
+    std::optional<Yield> yield; ///< absent from the reports of earlier versions
 
     static constexpr auto jsonFields() {
         return std::tuple(
@@ -24,9 +67,24 @@ struct ScopeReport {
             json::field("asked", &ScopeReport::asked), json::field("found", &ScopeReport::found),
             json::field("known", &ScopeReport::known), json::field("merged", &ScopeReport::merged),
             json::field("refused", &ScopeReport::refused),
-            json::field("error", &ScopeReport::error));
+            json::field("error", &ScopeReport::error), json::field("yield", &ScopeReport::yield));
     }
     bool operator==(const ScopeReport &) const = default;
+};
+
+/// What one trusted site brought through its feed.
+struct SiteReport {
+    QString site;  ///< as the user typed it
+    int items = 0; ///< put to the agent
+    int found = 0; ///< of these, kept by it
+    Yield yield;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("site", &SiteReport::site), json::field("items", &SiteReport::items),
+            json::field("found", &SiteReport::found), json::field("yield", &SiteReport::yield));
+    }
+    bool operator==(const SiteReport &) const = default;
 };
 
 /// How many pages could be read, and how far.
@@ -84,8 +142,10 @@ struct RunReport : LastReport {
     /// Why the run failed as a whole; a report without it is one of a run that went through, be it
     /// in part. Absent from the reports of earlier versions.
     std::optional<QString> failed;
-    QList<QString> warnings; ///< French sentences, to be shown as they are
-    QList<QUuid> topicIds;   ///< the topics added, in the order they were judged
+    std::optional<QList<StepReport>> steps; ///< likewise; a step that made no call is not there
+    std::optional<QList<SiteReport>> sites; ///< likewise
+    QList<QString> warnings;                ///< French sentences, to be shown as they are
+    QList<QUuid> topicIds;                  ///< the topics added, in the order they were judged
 
     static constexpr auto jsonFields() {
         return std::tuple_cat(
@@ -97,11 +157,17 @@ struct RunReport : LastReport {
                 json::field("dug", &RunReport::dug), json::field("unjudged", &RunReport::unjudged),
                 json::field("notNewer", &RunReport::notNewer),
                 json::field("feeds", &RunReport::feeds), json::field("failed", &RunReport::failed),
+                json::field("steps", &RunReport::steps), json::field("sites", &RunReport::sites),
                 json::field("warnings", &RunReport::warnings),
                 json::field("topicIds", &RunReport::topicIds)));
     }
     bool operator==(const RunReport &) const = default;
 };
+
+/// Counts again what became of the topics of a report, as `statusOf` gives it; nothing for a topic
+/// that is there no more. A yield of which no topic is left stays as it was counted last. Pure.
+void countYields(RunReport &report,
+                 const std::function<std::optional<TopicStatus>(const QUuid &)> &statusOf);
 
 /// The five keys of a report that are kept as the last one.
 inline LastReport lastOf(const RunReport &report) {
