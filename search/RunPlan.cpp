@@ -8,6 +8,7 @@
 #include "search/LockFile.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 namespace vorle {
 
@@ -125,6 +126,19 @@ QStringList territoryNames(const Settings &settings, const QList<ProjectReading>
     return names;
 }
 
+/// All but the projects.
+void fillSites(SitesRequest &sites, const Settings &settings, const QList<TopicPtr> &topics,
+               const QDate &today) {
+    sites.sites = settings.prioritySites;
+    sites.today = today;
+    sites.interests = settings.interests;
+    sites.tools = settings.addedTools;
+    sites.exclusions = settings.exclusions;
+    sites.count = candidatesFromSites;
+    sites.knownLinks = knownLinks(topics, today.addDays(-newestDays));
+    sites.heldLinks = knownLinks(topics);
+}
+
 } // namespace
 
 PlannedScope secondSearch(const PlannedScope &first, const QStringList &emptyTopics,
@@ -155,6 +169,28 @@ QString emptyTerritoryText() {
     return QCoreApplication::translate(
         "RunPlan",
         "Rien à fouiller : ajoute un dossier de projet ou un sujet dans Ton territoire.");
+}
+
+QString refusalText(const Preferences &preferences) {
+    if (!hasTerritory(preferences)) {
+        return emptyTerritoryText();
+    }
+    const Settings &settings = preferences.settings();
+    if (!settings.interests.isEmpty() || !settings.addedTools.isEmpty()) {
+        return {};
+    }
+    QStringList gone;
+    for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
+        discovery::Project project;
+        project.folder = it.value();
+        project.problem = QFileInfo(it.value()).isDir() ? discovery::Project::Problem::None
+                                                        : discovery::Project::Problem::NoFolder;
+        if (!isGone(project) || !settings.projectDescriptions.value(it.key()).isEmpty()) {
+            return {};
+        }
+        gone += discovery::problemText(project);
+    }
+    return gone.join(u' ');
 }
 
 QStringList knownLinks(const QList<TopicPtr> &topics, const QDate &since) {
@@ -256,14 +292,7 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &pro
     for (const Reflex &reflex : plan.reflexes) {
         plan.reflexLines += reflex.instruction;
     }
-    plan.sites.sites = settings.prioritySites;
-    plan.sites.today = today;
-    plan.sites.interests = settings.interests;
-    plan.sites.tools = settings.addedTools;
-    plan.sites.exclusions = settings.exclusions;
-    plan.sites.count = candidatesFromSites;
-    plan.sites.knownLinks = knownLinks(topics, today.addDays(-newestDays));
-    plan.sites.heldLinks = knownLinks(topics);
+    fillSites(plan.sites, settings, topics, today);
     return plan;
 }
 

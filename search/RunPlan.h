@@ -62,6 +62,11 @@ bool hasTerritory(const Preferences &preferences);
 /// "Rien à fouiller : …": what is said when there is no territory.
 QString emptyTerritoryText();
 
+/// Why a run would ask nothing: there is no territory, or all of it are projects whose folders are
+/// gone and of which nothing else is known. Empty when there is something to ask. Looks at the
+/// folders.
+QString refusalText(const Preferences &preferences);
+
 /// What a watched project's folder holds.
 struct ProjectReading {
     QString name;

@@ -43,9 +43,9 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
     if (m_phase != Phase::Idle) {
         throw RunRefused(tr("Une fouille est déjà en cours."));
     }
-    if (!hasTerritory(m_parts.preferences)) {
+    if (const QString refusal = refusalText(m_parts.preferences); !refusal.isEmpty()) {
         RunProgress refused;
-        refused.status = emptyTerritoryText();
+        refused.status = refusal;
         setProgress(Phase::Idle, refused);
         throw RunRefused(refused.status);
     }
@@ -96,9 +96,6 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
         const bool reading = progress.scopesDone == progress.scopes;
         setProgress(reading ? Phase::ReadingAndSorting : Phase::Searching, progress);
     };
-    if (plan.scopes.isEmpty()) {
-        throw RunRefused(plan.warnings.isEmpty() ? emptyTerritoryText() : plan.warnings.join(u' '));
-    }
     const ScreenedItems screened(m_parts.store.file());
     const SitesRequest sites = plan.sites;
     SearchRun run({.harvest = {.store = m_parts.store,

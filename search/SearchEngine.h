@@ -66,8 +66,7 @@ public:
     /// whose calls failed and left links without a judgment is done all the same, but the next one
     /// searches its period again; once. A failing scope is reported and the others go on. A run
     /// that failed as a whole leaves its report, marked so, and the sentence in the status.
-    /// @throws RunRefused  an empty territory (the status then says so), or a run under way; and,
-    ///                     announced as a failure, one of which nothing can be asked
+    /// @throws RunRefused  nothing to ask (the status then says so), or a run under way
     /// @throws AgentError  the agent is missing or signed out, every scope failed, or nothing that
     ///                     was found could be judged
     /// @throws std::system_error  every scope failed, the last for what the system refused
