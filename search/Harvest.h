@@ -93,7 +93,7 @@ private:
     void noteYield(const Item &item);
     void dropFromReport(const QUuid &topic);
     bool isUnreadTopic(qsizetype place) const;
-    qsizetype joinAnother(qsizetype place, const QString &link);
+    qsizetype joinAnother(qsizetype place, const QString &link, const TopicSource &found);
 
     Tools m_tools;
     RunBook &m_book;

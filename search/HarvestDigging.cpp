@@ -101,7 +101,7 @@ bool Harvest::isUnreadTopic(qsizetype place) const {
 /// Claims what was dug up for an unreadable card. Where another card has that page already, this
 /// one joins it: it is one piece of news. Gives the place of the card that the page is for now; -1
 /// when there is nothing left to do for it.
-qsizetype Harvest::joinAnother(qsizetype place, const QString &link) {
+qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const TopicSource &found) {
     const LinkLedger::Claim claim = this->claim(link, place);
     Item &item = at(place);
     if (claim.standing == LinkLedger::Standing::New) {
@@ -120,7 +120,7 @@ qsizetype Harvest::joinAnother(qsizetype place, const QString &link) {
     item.topic.reset();
     ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
     m_ledger.give(place, claim);
-    const QList<TopicSource> sources = item.sources();
+    const QList<TopicSource> sources = item.sources() + QList{found};
     if (claim.standing == LinkLedger::Standing::Held) {
         ++scope.known;
         m_tools.store.addSources(claim.topic, sources);
@@ -147,7 +147,8 @@ void Harvest::dropFromReport(const QUuid &topic) {
 
 Task<> Harvest::readDug(Dug dug) {
     qsizetype place = Item::placeOf(dug.id);
-    if (!isUnreadTopic(place) || (place = joinAnother(place, dug.url)) < 0) {
+    const TopicSource found{dug.title, dug.url};
+    if (!isUnreadTopic(place) || (place = joinAnother(place, dug.url, found)) < 0) {
         co_return;
     }
     // The very link may have been found readable by the agent.
@@ -156,7 +157,7 @@ Task<> Harvest::readDug(Dug dug) {
     if (page.level == ReadLevel::None || !isUnreadTopic(place)) {
         co_return;
     }
-    if (namesOnePage(page.finalUrl) && (place = joinAnother(place, page.finalUrl)) < 0) {
+    if (namesOnePage(page.finalUrl) && (place = joinAnother(place, page.finalUrl, found)) < 0) {
         co_return;
     }
     if (page.title.value_or(QString()).isEmpty()) {
@@ -168,9 +169,9 @@ Task<> Harvest::readDug(Dug dug) {
     item.keepFresh(); // what is old news is in the store already: the judge will grade it
     // The find is kept whatever becomes of its judgment.
     if (const TopicPtr topic = m_tools.store.topic(*item.topic)) {
-        Topic found = *topic;
-        found.sources = item.sources();
-        m_tools.store.replacePending(std::move(found));
+        Topic moved = *topic;
+        moved.sources = item.sources();
+        m_tools.store.replacePending(std::move(moved));
     }
     m_judging.add(judgeCandidate(place));
 }
