@@ -113,23 +113,27 @@ qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const Topic
     if (!isCard) {
         return -1;
     }
-    if (!m_tools.store.withdrawPending(*item.topic)) {
+    const TopicPtr topic = m_tools.store.topic(*item.topic);
+    if (!topic || topic->status != TopicStatus::Pending) {
         return -1; // the user has it as it is
     }
-    dropFromReport(*item.topic);
-    item.topic.reset();
-    ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
     m_ledger.give(place, claim);
+    ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
     const QList<TopicSource> sources = item.sources() + QList{found};
-    if (claim.standing == LinkLedger::Standing::Held) {
+    const bool isHeld = claim.standing == LinkLedger::Standing::Held;
+    if (isHeld) {
         ++scope.known;
         m_tools.store.addSources(claim.topic, sources);
-        return -1;
+    } else {
+        ++scope.merged;
+        join(claim.item, item.proposals, sources);
     }
-    ++scope.merged;
-    join(claim.item, item.proposals, sources);
+    // Its links are the other one's by now: nothing is lost whatever happens next.
+    item.topic.reset();
+    dropFromReport(topic->id);
+    m_tools.store.withdrawPending(topic->id);
     // That one may wait for a page as well.
-    return isUnreadTopic(claim.item) ? claim.item : -1;
+    return !isHeld && isUnreadTopic(claim.item) ? claim.item : -1;
 }
 
 void Harvest::dropFromReport(const QUuid &topic) {
