@@ -287,9 +287,7 @@ TEST_F(HarvestTest, one_bad_page_does_not_cost_the_others_their_judgment) {
 TEST_F(HarvestTest,
        a_page_that_is_always_refused_holds_the_period_back_once_and_fails_no_later_run) {
     otherTraits = QStringLiteral("\"poison\":\"/other\",");
-    const QDateTime before = // whole seconds, as settings are kept
-        QDateTime::fromSecsSinceEpoch(clock.now().addDays(-5).toSecsSinceEpoch(), Qt::UTC);
-    preferences.change(&Settings::lastSearch, before);
+    int daysAgo = 5;
     const auto period = [&] { return periodStart(preferences.settings(), clock.now()); };
     const auto nothing = QStringLiteral("[]");
     const QString refused = candidate(at("/other"), "Rust");
@@ -304,7 +302,8 @@ TEST_F(HarvestTest,
         {list({refused}), 0, false},
     };
     for (const auto &one : runs) {
-        const auto last = preferences.settings().lastSearch;
+        const QDateTime last = clock.now().addDays(-daysAgo--); // as if days had passed
+        preferences.change(&Settings::lastSearch, last);
         scenario(nothing, one.found);
         const RunReport report = run();
         EXPECT_EQ(report.added, one.added);
