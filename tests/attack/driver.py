@@ -23,6 +23,7 @@ AREAS: dict[str, tuple[int, int]] = {
     "files": (1000, 40),
     "servers": (270, 36),
     "addresses": (1300, 120),
+    "places": (99, 8),
     "pages": (400, 40),
     "answers": (120, 8),
     "names": (1000, 60),

@@ -59,6 +59,6 @@ def recorded(page: str, rows: list[Row], when: str) -> str:
     kept = [text for text in lines[:end] if text.split("|")[1].strip() not in areas]
     made = kept + [line(row, when) for row in rows]
     order = {area: n for n, area in enumerate(
-        "kills ends calls disks files servers addresses pages answers names clocks".split())}
+        "kills ends calls disks files places servers addresses pages answers names clocks".split())}
     made.sort(key=lambda text: order.get(text.split("|")[1].strip(), 99))
     return before + head + "\n".join(made + lines[end:])
