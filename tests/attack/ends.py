@@ -1,7 +1,6 @@
 """Runs ended in every way: nothing judged is lost, and neither process nor file is left behind."""
 from __future__ import annotations
 
-import json
 import random
 import signal
 import subprocess

@@ -15,7 +15,6 @@ from attack.topics import Topic
 from attack.world import Result, World
 
 BESIDE = ("score-notes.json", "found-again.json", "runs.json", "window.json")
-ASIDE = "*.illisible-*"
 
 
 @dataclass

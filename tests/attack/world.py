@@ -3,6 +3,7 @@ from __future__ import annotations
 
 import json
 import os
+import random
 import shutil
 import signal
 import stat
@@ -123,7 +124,7 @@ class World:
             return Result(process.returncode, out.read(), err.read().decode(errors="replace"),
                           time.monotonic() - begun, usage.ru_maxrss, hung)
 
-    def give_topics(self, count: int, rng, text: int = 600) -> list[Topic]:
+    def give_topics(self, count: int, rng: random.Random, text: int = 600) -> list[Topic]:
         made = topics.samples(count, rng, text)
         topics.write(self.topics, made)
         return made
