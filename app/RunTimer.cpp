@@ -4,14 +4,21 @@
 
 namespace vorle {
 
-RunTimer::RunTimer(const Preferences &preferences, const Clock &clock, const QTimeZone &zone,
+RunTimer::RunTimer(const Preferences &preferences, const Clock &clock, const LocalZone &zone,
                    QObject *parent)
-    : QObject(parent), m_preferences(preferences), m_clock(clock), m_zone(zone) {
+    : QObject(parent)
+    , m_preferences(preferences)
+    , m_clock(clock)
+    , m_zone(zone)
+    , m_looked(clock.now()) {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::VeryCoarseTimer); // whole seconds, so that idle stays idle
     connect(&m_timer, &QTimer::timeout, this, &RunTimer::look);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"schedule") {
+            m_served = {}; // another moment of that day is another run
+        }
+        if (key == u"schedule" || key == u"lastSearch") {
             arm();
         }
     });
@@ -19,21 +26,42 @@ RunTimer::RunTimer(const Preferences &preferences, const Clock &clock, const QTi
 }
 
 void RunTimer::look() {
-    const auto late = m_next ? std::chrono::milliseconds(m_next->msecsTo(m_clock.now()))
-                             : std::chrono::milliseconds(-1);
+    const QDateTime now = m_clock.now();
+    const QTimeZone zone = m_zone;
+    // What was due since the last look and is not too late. The zone may be another by now.
+    const QDateTime since = now.addMSecs(-grace.count()).addSecs(-1);
+    const auto slot = dueAfter(std::max(m_looked, since), zone);
+    m_looked = now;
+    const bool isDue = slot && *slot <= now;
+    if (isDue) {
+        m_served = slot->toTimeZone(zone).date();
+    }
     arm();
     Q_EMIT looked();
-    if (late.count() >= 0 && late <= grace) {
+    if (isDue) {
         Q_EMIT due();
     }
 }
 
+std::optional<QDateTime> RunTimer::dueAfter(const QDateTime &moment, const QTimeZone &zone) const {
+    const Settings &settings = m_preferences.settings();
+    QDateTime after = moment;
+    if (settings.lastSearch && *settings.lastSearch <= m_clock.now().addDays(believedDays)) {
+        after = std::max(after, *settings.lastSearch);
+    }
+    auto slot = settings.schedule.nextRun(after, zone);
+    if (slot && slot->toTimeZone(zone).date() == m_served) {
+        slot = settings.schedule.nextRun(*slot, zone);
+    }
+    return slot;
+}
+
 void RunTimer::arm() {
     const QDateTime now = m_clock.now();
-    m_next = m_preferences.settings().schedule.nextRun(now, m_zone);
+    m_next = dueAfter(now, m_zone);
     auto wait = longestWait;
     if (m_next) {
-        // A whole second more: one that looked a moment early would wait for next week.
+        // A whole second more: one that looked a moment early would only have to look again.
         const auto left = std::chrono::milliseconds(now.msecsTo(*m_next) + 1000);
         wait = std::clamp(left, std::chrono::milliseconds(1000), longestWait);
     }

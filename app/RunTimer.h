@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/Clock.h"
+#include "base/LocalZone.h"
 #include "core/Preferences.h"
 
 #include <QDateTime>
 #include <QObject>
-#include <QTimeZone>
 #include <QTimer>
 
 #include <chrono>
@@ -14,9 +14,10 @@
 namespace vorle {
 
 /// Tells when the scheduled run is due. It looks at the clock now and then rather than once at the
-/// end: timers stand still while a machine sleeps, and clocks are set. A moment that passed while
-/// the machine slept is not made up for unasked, it only counts as missed. Main thread; what it is
-/// given outlives it.
+/// end: timers stand still while a machine sleeps, clocks are set, and people travel. A moment that
+/// passed while the machine slept is not made up for unasked, it only counts as missed. A clock
+/// that was set back, or a zone further west, brings no second run of a day that had its own. Main
+/// thread; what it is given outlives it.
 class RunTimer final : public QObject {
     Q_OBJECT
 public:
@@ -25,8 +26,12 @@ public:
     /// How late a run still starts by itself: one look, and what a coarse timer adds to it.
     static constexpr std::chrono::milliseconds grace = std::chrono::minutes(12);
 
-    RunTimer(const Preferences &preferences, const Clock &clock,
-             const QTimeZone &zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
+    /// A last run that lies further ahead than this was dated by a clock that was wrong, and keeps
+    /// no other from being due.
+    static constexpr int believedDays = 7;
+
+    RunTimer(const Preferences &preferences, const Clock &clock, const LocalZone &zone = {},
+             QObject *parent = nullptr);
 
     /// The moment it waits for; nothing without a day in the schedule.
     std::optional<QDateTime> next() const { return m_next; }
@@ -44,12 +49,15 @@ Q_SIGNALS:
 
 private:
     void arm();
+    std::optional<QDateTime> dueAfter(const QDateTime &moment, const QTimeZone &zone) const;
 
     const Preferences &m_preferences;
     const Clock &m_clock;
-    QTimeZone m_zone;
+    LocalZone m_zone;
     QTimer m_timer;
     std::optional<QDateTime> m_next;
+    QDateTime m_looked; ///< when it last looked at the clock
+    QDate m_served;     ///< the day whose run it last asked for
 };
 
 } // namespace vorle

@@ -11,14 +11,30 @@ namespace {
 /// Sunday 1 to Saturday 7, from Monday 1 to Sunday 7.
 int calendarWeekday(const QDate &date) { return date.dayOfWeek() % 7 + 1; }
 
-/// The first moment of the day, at or after that time, that the zone's clocks show.
+/// The first moment at which the zone's clocks show that time of that day; where they skip it, the
+/// moment of the skip. Reckoned from offsets: a date-time in a zone tells nothing certain of times
+/// that its clocks skip or show twice, midnight among them.
 QDateTime momentOn(const QDate &date, const QTime &time, const QTimeZone &zone) {
-    const QDateTime moment(date, time, zone);
-    if (moment.isValid() && moment.time() == time) {
-        return moment.toUTC();
+    const QDateTime shown(date, time, Qt::UTC); // what the clocks show, as if they showed UTC
+    const auto at = [&](int offset) { return shown.addSecs(-offset); };
+    const auto holds = [&](int offset) { return zone.offsetFromUtc(at(offset)) == offset; };
+    const int before = zone.offsetFromUtc(shown.addDays(-2));
+    if (holds(before)) {
+        return at(before);
     }
-    const auto skip = zone.nextTransition(QDateTime(date, QTime(0, 0), zone).addSecs(-1));
-    return skip.atUtc.isValid() ? skip.atUtc : moment.toUTC();
+    int offset = before;
+    for (const QTimeZone::OffsetData &change :
+         zone.transitions(shown.addDays(-2), shown.addDays(2))) {
+        const bool skipped = at(offset) >= change.atUtc && at(change.offsetFromUtc) < change.atUtc;
+        if (skipped) {
+            return change.atUtc;
+        }
+        offset = change.offsetFromUtc;
+        if (holds(offset)) {
+            return at(offset);
+        }
+    }
+    return at(offset);
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include "search/ScreenedItems.h"
 #include "search/SearchRun.h"
 
+#include <algorithm>
+
 namespace vorle {
 
 namespace {
@@ -137,7 +139,8 @@ void SearchEngine::noteDone(const RunReport &report, const QDateTime &start, boo
     m_parts.preferences.change(&Settings::lastReport, lastOf(report));
     m_parts.preferences.change(&Settings::searchedUntil,
                                leftLinks ? std::min(before, start) : start);
-    m_parts.preferences.change(&Settings::lastSearch, report.date);
+    // A clock set back meanwhile does not date the run before what it was due at.
+    m_parts.preferences.change(&Settings::lastSearch, std::max(report.date, start));
 }
 
 /// Keeps what a run learned of the feeds of the sites the user still trusts.

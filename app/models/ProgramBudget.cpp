@@ -7,7 +7,7 @@
 namespace vorle {
 
 ProgramBudget::ProgramBudget(TopicStore &store, const Preferences &preferences, const Clock &clock,
-                             TopicListModel &program, const QTimeZone &zone, QObject *parent)
+                             TopicListModel &program, const LocalZone &zone, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_preferences(preferences)

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "app/models/TopicListModel.h"
+#include "base/LocalZone.h"
 #include "core/Preferences.h"
 #include "core/WeekProgram.h"
 
 #include <QHash>
 #include <QList>
 #include <QObject>
-#include <QTimeZone>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
@@ -29,8 +29,7 @@ class ProgramBudget final : public QObject {
 
 public:
     ProgramBudget(TopicStore &store, const Preferences &preferences, const Clock &clock,
-                  TopicListModel &program, const QTimeZone &zone = QTimeZone::systemTimeZone(),
-                  QObject *parent = nullptr);
+                  TopicListModel &program, const LocalZone &zone = {}, QObject *parent = nullptr);
 
     int budget() const { return m_program.budget; }
     int done() const { return m_program.done; }
@@ -59,7 +58,7 @@ private:
     const Preferences &m_preferences;
     const Clock &m_clock;
     TopicListModel &m_list;
-    QTimeZone m_zone;
+    LocalZone m_zone;
     Period m_week;
     QList<TopicPtr> m_kept;           // in the program's order
     QHash<QUuid, TopicPtr> m_counted; // these again, and what was done this week

@@ -80,7 +80,7 @@ QStringList noticesOf(const RunReport &report) {
 
 } // namespace
 
-ReportModel::ReportModel(RunHistory history, const Clock &clock, const QTimeZone &zone,
+ReportModel::ReportModel(RunHistory history, const Clock &clock, const LocalZone &zone,
                          QObject *parent)
     : QAbstractListModel(parent), m_history(std::move(history)), m_clock(clock), m_zone(zone) {
     refresh();

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/Clock.h"
+#include "base/LocalZone.h"
 #include "core/RunHistory.h"
 
 #include <QAbstractListModel>
-#include <QTimeZone>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
@@ -29,8 +29,8 @@ public:
     Q_ENUM(Role)
 
     /// The clock outlives the model.
-    ReportModel(RunHistory history, const Clock &clock,
-                const QTimeZone &zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
+    ReportModel(RunHistory history, const Clock &clock, const LocalZone &zone = {},
+                QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -46,7 +46,7 @@ Q_SIGNALS:
 private:
     RunHistory m_history;
     const Clock &m_clock;
-    QTimeZone m_zone;
+    LocalZone m_zone;
     QList<RunReport> m_reports; // newest first
 };
 

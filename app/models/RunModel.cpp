@@ -47,7 +47,7 @@ QString resultText(const RunReport &report) {
 } // namespace
 
 RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
-                   const QTimeZone &zone, QObject *parent)
+                   const LocalZone &zone, QObject *parent)
     : QObject(parent), m_engine(engine), m_preferences(preferences), m_clock(clock), m_zone(zone) {
     connect(&engine, &SearchEngine::progressed, this, &RunModel::take);
     connect(&engine, &SearchEngine::started, this, &RunModel::begin);

@@ -3,13 +3,13 @@
 #include "base/Async.h"
 #include "base/Cancellation.h"
 #include "base/Clock.h"
+#include "base/LocalZone.h"
 #include "core/Preferences.h"
 #include "search/SearchEngine.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QString>
-#include <QTimeZone>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
@@ -54,7 +54,7 @@ class RunModel final : public QObject {
 
 public:
     RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
-             const QTimeZone &zone = QTimeZone::systemTimeZone(), QObject *parent = nullptr);
+             const LocalZone &zone = {}, QObject *parent = nullptr);
     ~RunModel() override;
 
     /// Starts a run; does nothing while one is under way.
@@ -105,7 +105,7 @@ private:
     SearchEngine &m_engine;
     Preferences &m_preferences;
     const Clock &m_clock;
-    QTimeZone m_zone;
+    LocalZone m_zone;
     CancelSource m_cancel;
     bool m_followed = false; // a run that was started here has not returned yet
     bool m_running = false;

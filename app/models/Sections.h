@@ -47,7 +47,7 @@ public:
         const RunModel &run;
         const Preferences &preferences;
         const Clock &clock;
-        QTimeZone zone = QTimeZone::systemTimeZone();
+        LocalZone zone = {};
     };
     explicit Sections(Parts parts, QObject *parent = nullptr);
 

@@ -8,7 +8,7 @@ namespace vorle {
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("Wording", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 QLocale french() { return {QLocale::French, QLocale::France}; }
 

@@ -51,7 +51,6 @@ public:
             m_timer->look();                    // the app comes to the front again
         } else if (step.contains(QStringLiteral("zone"))) {
             m_zone = QTimeZone(step.value(QStringLiteral("zone")).toString().toLatin1());
-            restart();
         } else {
             restart();
         }
@@ -61,7 +60,8 @@ public:
 
 private:
     void restart() {
-        m_timer = std::make_unique<RunTimer>(m_preferences, m_clock, m_zone);
+        m_timer = std::make_unique<RunTimer>(m_preferences, m_clock,
+                                             LocalZone([this] { return m_zone; }));
         QObject::connect(m_timer.get(), &RunTimer::due, m_timer.get(), [this] {
             m_due.append(m_clock.moment);
             m_runEnds = m_runSeconds; // none: the run fails, and leaves the last one's date alone

@@ -1,14 +1,7 @@
-#include "app/RunTimer.h"
-#include "app/window/SingleInstance.h"
 #include "app/window/WindowState.h"
 
-#include <QDir>
 #include <QFile>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QThread>
-
-#include "tests/core/Samples.h"
 
 #include <gtest/gtest.h>
 
@@ -64,63 +57,6 @@ TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     file.write("{\"x\": \"no\"");
     file.close();
     EXPECT_EQ(WindowState::load(topics), WindowState());
-}
-
-TEST(SingleInstance, a_second_start_raises_the_first_even_over_what_a_crash_left) {
-    QTemporaryDir folder;
-    const QString topics = folder.filePath(QStringLiteral("topics.json"));
-    EXPECT_FALSE(SingleInstance::raiseRunning(topics));
-    SingleInstance first(topics);
-    ASSERT_TRUE(first.listen());
-    SingleInstance again(topics); // as after a crash: the socket is there already
-    ASSERT_TRUE(again.listen());
-    QSignalSpy asked(&again, &SingleInstance::raiseAsked);
-    bool raised = false;
-    const std::unique_ptr<QThread> second(
-        QThread::create([&] { raised = SingleInstance::raiseRunning(topics); }));
-    second->start();
-    EXPECT_TRUE(asked.wait(5000));
-    EXPECT_TRUE(second->wait(5000));
-    EXPECT_TRUE(raised);
-}
-
-TEST(RunTimer, starts_the_run_at_its_time_and_never_one_that_was_slept_through) {
-    using namespace std::chrono_literals;
-    QTemporaryDir folder;
-    Preferences preferences{
-        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json")))};
-    test::FixedClock clock;
-    const auto at = [](int day, int hour, int minute, int second = 0) {
-        return QDateTime(QDate(2026, 11, day), QTime(hour, minute, second), Qt::UTC);
-    };
-    clock.moment = at(8, 23, 0); // Sunday; the run is due on Monday at 8:00
-    RunTimer timer(preferences, clock, QTimeZone::utc());
-    QSignalSpy due(&timer, &RunTimer::due);
-    QSignalSpy looked(&timer, &RunTimer::looked);
-    EXPECT_EQ(timer.wait(), RunTimer::longestWait);
-    clock.moment = at(9, 7, 59, 58);
-    timer.look();
-    EXPECT_EQ(due.count(), 0);
-    EXPECT_EQ(timer.wait(), 3s);
-    clock.moment = at(9, 8, 0, 1);
-    timer.look();
-    EXPECT_EQ(due.count(), 1);
-    EXPECT_EQ(timer.next(), at(16, 8, 0));
-    timer.look(); // once a week is enough
-    EXPECT_EQ(due.count(), 1);
-
-    clock.moment = at(16, 8, 30); // woken up half an hour late
-    timer.look();
-    EXPECT_EQ(due.count(), 1);
-    EXPECT_EQ(looked.count(), 4);
-
-    preferences.change(&Settings::schedule, Schedule{{3}, 9, 0});
-    EXPECT_EQ(timer.next(), at(17, 9, 0));
-    preferences.change(&Settings::schedule, Schedule{{}, 9, 0});
-    EXPECT_FALSE(timer.next());
-    clock.moment = at(17, 9, 0);
-    timer.look();
-    EXPECT_EQ(due.count(), 1);
 }
 
 } // namespace
