@@ -20,6 +20,14 @@ StoreLock &Application::lock() {
     return *m_lock;
 }
 
+StoreLock &Application::appLock() {
+    if (!m_appLock) {
+        m_appLock = std::make_unique<StoreLock>(TopicStore::location(m_setup.store),
+                                                StoreLock::Right::BeTheApp);
+    }
+    return *m_appLock;
+}
+
 TopicStore &Application::store() {
     if (!m_store) {
         m_store = std::make_unique<TopicStore>(m_setup.store, m_resources, m_clock);
@@ -110,6 +118,14 @@ BriefWriter &Application::briefs() {
             BriefWriter::Parts{preferences(), store(), asker(), m_clock});
     }
     return *m_briefs;
+}
+
+LinkCapture &Application::capture() {
+    if (!m_capture) {
+        m_capture = std::make_unique<LinkCapture>(LinkCapture::Parts{
+            preferences(), store(), notes(), asker(), reader(), images(), m_clock});
+    }
+    return *m_capture;
 }
 
 } // namespace vorle

@@ -12,6 +12,7 @@
 #include "platform/InstalledApps.h"
 #include "search/DiscoveryApps.h"
 #include "search/Feeds.h"
+#include "search/LinkCapture.h"
 #include "search/PageReader.h"
 #include "search/SearchEngine.h"
 #include "search/SourceImage.h"
@@ -44,8 +45,10 @@ public:
     TopicStore &store();
     /// What stood behind the scores: one owner of its file. @throws as `store()`
     ScoreNotes &notes();
-    /// @throws std::system_error as `store()`
+    /// The right to change the topics. @throws std::system_error as `store()`
     StoreLock &lock();
+    /// The right to be the app on these topics. @throws std::system_error as `store()`
+    StoreLock &appLock();
     HttpClient &http();
     PageReader &reader();
     Feeds &feeds();
@@ -56,6 +59,8 @@ public:
     Asker &asker();
     SearchEngine &engine();
     BriefWriter &briefs();
+    /// Whoever had it start on something waits for it before the application goes.
+    LinkCapture &capture();
 
 private:
     Setup m_setup;
@@ -63,6 +68,7 @@ private:
     Resources m_resources;
     // In the order they depend on each other: the last made goes first.
     std::unique_ptr<Preferences> m_preferences;
+    std::unique_ptr<StoreLock> m_appLock; // given back last
     std::unique_ptr<StoreLock> m_lock;
     std::unique_ptr<TopicStore> m_store;
     std::unique_ptr<ScoreNotes> m_notes;
@@ -74,6 +80,7 @@ private:
     std::unique_ptr<Asker> m_asker;
     std::unique_ptr<SearchEngine> m_engine;
     std::unique_ptr<BriefWriter> m_briefs;
+    std::unique_ptr<LinkCapture> m_capture;
 };
 
 } // namespace vorle

@@ -12,7 +12,7 @@ namespace vorle {
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("OpenScore", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 /// At most `digits` digits that count, with a comma.
 QString decimal(double number, int digits) {

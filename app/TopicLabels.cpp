@@ -11,7 +11,7 @@ namespace vorle {
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("TopicLabels", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 } // namespace
 

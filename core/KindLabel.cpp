@@ -6,7 +6,7 @@ namespace vorle {
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("KindLabel", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 } // namespace
 

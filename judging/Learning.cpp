@@ -25,7 +25,7 @@ constexpr double leastMeanGap = 2.0;
 constexpr int largestStep = 3;
 constexpr auto kinds = rawStrings(ItemKind{}).size();
 
-QString tr(const char *text) { return QCoreApplication::translate("Learning", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 // Shares are compared as whole numbers, so that a share that is exactly at its threshold is.
 

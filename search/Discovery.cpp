@@ -110,7 +110,7 @@ bool isMalformed(const Manifest &manifest) {
            !QJsonDocument::fromJson(manifest.text.toUtf8()).isObject();
 }
 
-QString tr(const char *text) { return QCoreApplication::translate("Discovery", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle::discovery", text); }
 
 } // namespace
 

@@ -44,7 +44,7 @@ bool holdsAny(const std::array<QStringView, N> &words, const QStringList &of) {
                        [&](const QString &word) { return holds(words, word); });
 }
 
-QString tr(const char *text) { return QCoreApplication::translate("Discovery", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle::discovery", text); }
 
 } // namespace
 

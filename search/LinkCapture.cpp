@@ -85,6 +85,13 @@ void LinkCapture::resume() {
     }
 }
 
+void LinkCapture::ask(const QUuid &id) {
+    const TopicPtr topic = m_parts.store.topic(id);
+    if (topic && topic->status == TopicStatus::Pending && topic->capturedURL) {
+        start(id);
+    }
+}
+
 void LinkCapture::start(const QUuid &id) {
     if (!m_queue.contains(id)) {
         m_queue += id;

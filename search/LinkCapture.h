@@ -60,6 +60,9 @@ public:
     /// what kept the judge from answering is mended.
     void resume();
 
+    /// Starts on that one link, when it is one that waits.
+    void ask(const QUuid &id);
+
     bool running() const { return m_running; }
     /// Ends the work under way; done once `running` is false. What was not finished stays pending.
     void stop() { m_cancel.cancel(); }

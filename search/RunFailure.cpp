@@ -9,7 +9,7 @@ namespace vorle {
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("RunFailure", text); }
+QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 } // namespace
 

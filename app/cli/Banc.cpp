@@ -86,9 +86,14 @@ QString counted(qsizetype count, const QString &one, const QString &more) {
     return QString::number(count) + u' ' + (count > 1 ? more : one);
 }
 
+/// "0,82", "−0,25": with the minus sign, whatever the locale has for it.
+QString decimals(double number, int places) {
+    return french().toString(number, 'f', places).replace(u'-', u'−');
+}
+
 /// "9,5", "7".
 QString scoreText(double score) {
-    QString text = french().toString(score, 'f', 1);
+    QString text = decimals(score, 1);
     return text.endsWith(u",0") ? text.chopped(2) : text;
 }
 
@@ -122,12 +127,11 @@ QString row(const Console &console, const BenchVerdict &verdict) {
 QString figuresText(const BenchFigures &figures) {
     QStringList facts;
     if (figures.meanAbsoluteError) {
-        facts +=
-            French::tr("Écart moyen : ") + french().toString(*figures.meanAbsoluteError, 'f', 2);
+        facts += French::tr("Écart moyen : ") + decimals(*figures.meanAbsoluteError, 2);
         facts += French::tr("à un point près : %1 %").arg(std::lround(*figures.withinOne * 100));
         facts +=
             French::tr("corrélation des rangs : ") +
-            (figures.rankCorrelation ? french().toString(*figures.rankCorrelation, 'f', 2)
+            (figures.rankCorrelation ? decimals(*figures.rankCorrelation, 2)
                                      : French::tr("non définie, les notes sont toutes égales"));
     }
     if (figures.unanswered > 0) {

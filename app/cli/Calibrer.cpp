@@ -11,6 +11,50 @@ namespace {
 
 using Choice = Calibration::Choice;
 
+/// How far it is, for machines: nothing is asked.
+struct CalibrationShown {
+    bool calibrated = false;
+    bool proposed = false;
+    bool underWay = false;
+    int answered = 0;
+    int total = 0;
+    std::optional<Topic> next;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("calibrated", &CalibrationShown::calibrated),
+                          json::field("proposed", &CalibrationShown::proposed),
+                          json::field("underWay", &CalibrationShown::underWay),
+                          json::field("answered", &CalibrationShown::answered),
+                          json::field("total", &CalibrationShown::total),
+                          json::field("next", &CalibrationShown::next));
+    }
+};
+
+void requireReadable(const TopicStore &store) {
+    if (store.setAside()) {
+        throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
+    }
+}
+
+/// After what the flags ask for; the topics are read alone.
+void showState(Context &context) {
+    Preferences &preferences = context.app.preferences();
+    requireReadable(context.app.store());
+    Calibration calibration(preferences, context.app.store(), context.app.clock());
+    if (context.arguments.flags.contains(QStringLiteral("reprendre"))) {
+        calibration.beginAgain();
+    }
+    const Calibration::Progress progress = calibration.progress();
+    const TopicPtr next = calibration.next();
+    const CalibrationShown shown{preferences.settings().calibrated,
+                                 calibration.isProposed(),
+                                 calibration.isUnderWay(),
+                                 int(progress.answered),
+                                 int(progress.total),
+                                 next ? std::optional(*next) : std::nullopt};
+    context.console.print(json::encode(shown, json::Style::Pretty));
+}
+
 std::optional<Choice> choiceOf(QChar key) {
     switch (key.unicode()) {
     case u'g':
@@ -154,6 +198,13 @@ Task<ExitStatus> calibrer(Context &context) {
         }
         preferences.change(&Settings::calibrated, true);
         context.console.say(calibrationSkippedText());
+        if (context.arguments.json()) {
+            showState(context);
+        }
+        co_return ExitStatus::Done;
+    }
+    if (context.arguments.json()) {
+        showState(context);
         co_return ExitStatus::Done;
     }
     if (!Keyboard::available()) {
@@ -162,10 +213,7 @@ Task<ExitStatus> calibrer(Context &context) {
                       ExitStatus::Usage);
     }
     co_await holdTopics(context);
-    if (context.app.store().setAside()) {
-        throw Failure(
-            French::tr("Tes sujets sont illisibles\u00A0: %1").arg(context.app.store().file()));
-    }
+    requireReadable(context.app.store());
     Calibration calibration(preferences, context.app.store(), context.app.clock());
     if (preferences.settings().calibrated && !again) {
         context.console.say(French::tr("C’est déjà fait. Pour recommencer\u00A0: vorle "

@@ -32,7 +32,7 @@ const QList<Command> &commands() {
          .options = {QStringLiteral("statut")},
          .run = sujets},
         {.name = QStringLiteral("trier"),
-         .synopsis = French::tr("ID garder|plus-tard|pas-pour-moi|fait|retirer "
+         .synopsis = French::tr("ID garder|plus-tard|pas-pour-moi|fait|retirer|retrier "
                                 "[--avis meh|useful|gem]"),
          .summary = French::tr("prend une décision sur un sujet"),
          .fewest = 2,
@@ -58,7 +58,7 @@ const QList<Command> &commands() {
         {.name = QStringLiteral("calibrer"),
          .synopsis = QStringLiteral("[--passer | --reprendre]"),
          .summary = French::tr("un premier tri guidé, pour accorder mes notes aux tiennes"),
-         .flags = {QStringLiteral("passer"), QStringLiteral("reprendre")},
+         .flags = {json, QStringLiteral("passer"), QStringLiteral("reprendre")},
          .run = calibrer},
         {.name = QStringLiteral("fiche"),
          .synopsis = QStringLiteral("ID [--refaire]"),
@@ -112,7 +112,7 @@ const QList<Command> &commands() {
          .run = reglages},
         {.name = QStringLiteral("banc"),
          .synopsis = QStringLiteral("[--apercu]"),
-         .summary = French::tr("fait juger le banc d’essai par ton IA et compare aux notes "
+         .summary = French::tr("fait juger le banc d’essai par ton IA et la compare aux notes "
                                "d’un expert, sans toucher à tes sujets"),
          .flags = {json, QStringLiteral("apercu")},
          .run = banc},

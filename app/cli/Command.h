@@ -40,6 +40,10 @@ struct Arguments {
     bool json() const { return flags.contains(QStringLiteral("json")); }
 };
 
+/// Where a command runs: in the process that was started for it, or in the open app, whose objects
+/// go on when it has ended.
+enum class Host { OwnProcess, App };
+
 /// What a command works with.
 struct Context {
     Application &app;
@@ -47,6 +51,7 @@ struct Context {
     Arguments arguments;
     CancelToken cancel; ///< cancelled on Ctrl-C
     QStringList words;  ///< as typed, the command's name first
+    Host host = Host::OwnProcess;
 };
 
 /// One command of the program. Adding one is adding a row to `commands()`.

@@ -56,12 +56,13 @@ ExitStatus showFolder(const Context &context, const QString &folder) {
                                 project.labels, project.dependencies};
         context.console.print(json::encode(shown, json::Style::Pretty));
     } else if (project.manifest) {
+        const QString labels = project.labels.isEmpty() ? French::tr("aucune technologie reconnue")
+                                                        : project.labels.join(QStringLiteral(", "));
+        const QString count =
+            project.dependencies < 2 ? French::tr("%1 dépendance") : French::tr("%1 dépendances");
         context.console.print(
-            French::tr("%1 · %2 · %3 dépendances")
-                .arg(project.manifest->name, project.labels.isEmpty()
-                                                 ? QStringLiteral("aucune technologie reconnue")
-                                                 : project.labels.join(QStringLiteral(", ")))
-                .arg(project.dependencies));
+            QStringList{project.manifest->name, labels, count.arg(project.dependencies)}.join(
+                QStringLiteral(" · ")));
     }
     if (project.problem != discovery::Project::Problem::None) {
         context.console.say(discovery::problemText(project));

@@ -127,7 +127,7 @@ void tellReport(Console &console, const RunReport &report) {
         const QString name = scope.origin == Origin::Suggestion
                                  ? French::tr("%1, seconde recherche").arg(scope.name)
                                  : scope.name;
-        console.say(French::tr("%1 : %2").arg(name, scopeLine(scope)));
+        console.say(French::tr("%1 : %2").arg(name.simplified(), scopeLine(scope)));
     }
     if (const QString line = readLine(report); !line.isEmpty()) {
         console.say(French::tr("Pages lues : %1").arg(line));

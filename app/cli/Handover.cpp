@@ -67,10 +67,11 @@ private:
                                              : ExitStatus::Failed;
             m_over.fire();
             break;
+        case Kind::Waiting: // it has no topics to run the command on yet
         case Kind::Raise:
         case Kind::Command:
         case Kind::Cancel:
-            m_app.close(); // not for us
+            m_app.close();
             break;
         }
     }

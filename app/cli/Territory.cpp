@@ -61,8 +61,10 @@ void listProjects(Context &context) {
         shown += {it.key(),     it.value(),
                   description,  found.manifest ? std::optional(found.manifest->name) : std::nullopt,
                   found.labels, found.dependencies};
-        lines += context.console.bold(it.key()) +
-                 (description.isEmpty() ? QString() : QStringLiteral(", ") + description);
+        lines += context.console.bold(it.key().simplified()) +
+                 (description.isEmpty()
+                      ? QString()
+                      : context.console.plain(QStringLiteral(", ") + description.simplified()));
         lines += QStringLiteral("  ") + context.console.faint(it.value());
         const QString problem = discovery::problemText(found);
         lines += QStringLiteral("  ") + (problem.isEmpty() ? manifestLine(found) : problem);
@@ -86,7 +88,7 @@ void addProject(Context &context, const QString &folder) {
     }
     Preferences &preferences = context.app.preferences();
     const QString name =
-        context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()).trimmed();
+        context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()).simplified();
     if (name.isEmpty()) {
         throw Failure(French::tr("Donne un nom au projet : --nom NOM"), ExitStatus::Usage);
     }

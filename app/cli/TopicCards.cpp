@@ -19,7 +19,7 @@ QString scoreDigits(const Topic &topic) {
 /// Those that are not empty, on one line.
 QString factLine(QStringList facts) {
     facts.removeAll(QString());
-    return facts.join(QStringLiteral(" · "));
+    return facts.join(QStringLiteral(" · ")).simplified(); // a name may hold line breaks
 }
 
 QString formerScore(const Topic &topic) {
@@ -114,7 +114,7 @@ QString topicLines(const Console &console, const QList<TopicPtr> &topics) {
     QStringList lines;
     for (const TopicPtr &topic : topics) {
         lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
-                 console.plain(topic->title) + QStringLiteral("  ") +
+                 console.plain(topic->title.simplified()) + QStringLiteral("  ") +
                  console.faint(statusLabel(topic->status) + QStringLiteral(" · ") +
                                topic->id.toString(QUuid::WithoutBraces).toUpper());
     }

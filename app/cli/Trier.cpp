@@ -33,7 +33,7 @@ ActionWord actionNamed(const QString &word) {
     const auto found = std::ranges::find(actionWords, QStringView(word), &ActionWord::word);
     if (found == actionWords.end()) {
         throw Failure(French::tr("Action inconnue\u00A0: %1. Choix\u00A0: garder, plus-tard, "
-                                 "pas-pour-moi, fait, retirer.")
+                                 "pas-pour-moi, fait, retirer, retrier.")
                           .arg(word),
                       ExitStatus::Usage);
     }
@@ -185,6 +185,61 @@ QString correctedText(const Topic &topic) {
     return judgedScore(topic) ? French::tr("%1, comme moi").arg(now) : now;
 }
 
+/// A captured link that nobody has judged yet.
+bool isUnread(const Topic &topic) {
+    return topic.capturedURL && (topic.status == TopicStatus::Pending || !topic.criteria);
+}
+
+/// Has the link read and judged, and waits for it. @throws Failure, Cancelled
+Task<> readNow(Context &context, QUuid id) {
+    LinkCapture &capture = context.app.capture();
+    const OneShot over;
+    QString problem;
+    QObject scope; // the connections go with it
+    QObject::connect(&capture, &LinkCapture::failed, &scope,
+                     [&problem, id](const QUuid &which, const QString &text) {
+                         problem = which == id ? text : problem;
+                     });
+    const auto look = [&capture, over, id](const QUuid &which) {
+        if (which == id || !capture.running()) {
+            over.fire();
+        }
+    };
+    QObject::connect(&capture, &LinkCapture::completed, &scope, look);
+    QObject::connect(&capture, &LinkCapture::failed, &scope, look);
+    QObject::connect(&capture, &LinkCapture::runningChanged, &scope, [look] { look({}); });
+    // What the window asked for goes on without the terminal.
+    const auto stop = context.cancel.onCancel([&capture, over, host = context.host] {
+        host == Host::OwnProcess ? capture.stop() : over.fire();
+    });
+    context.console.progress(French::tr("Je lis la page et je la juge…"), 0, 1, QString());
+    capture.ask(id);
+    co_await over;
+    // A process of its own ends with the command: the picture is waited for.
+    while (context.host == Host::OwnProcess && capture.running()) {
+        co_await sleepFor(std::chrono::milliseconds(20));
+    }
+    context.console.endProgress();
+    context.cancel.throwIfCancelled();
+    if (!problem.isEmpty()) {
+        throw Failure(problem);
+    }
+}
+
+/// "retrier" on a captured link that nobody read: it waits again, and is read.
+Task<> retryUnread(Context &context, TopicPtr topic) {
+    TopicStore &store = context.app.store();
+    TopicStore::Placement waiting;
+    waiting.status = TopicStatus::Pending;
+    store.restore(topic->id, waiting);
+    co_await readNow(context, topic->id);
+    const TopicPtr now = store.topic(topic->id);
+    if (!now || isUnread(*now)) {
+        throw Failure(French::tr("Ce lien n’a pas pu être lu et noté\u00A0: il attend toujours."));
+    }
+    conclude(context, topic->id, French::tr("Lu et noté · À trier"));
+}
+
 } // namespace
 
 Task<ExitStatus> trier(Context &context) {
@@ -193,11 +248,15 @@ Task<ExitStatus> trier(Context &context) {
     co_await holdTopics(context);
     TopicStore &store = context.app.store();
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional[0]);
+    if (isUnread(*topic) && asked.word == u"retrier") {
+        co_await retryUnread(context, topic);
+        co_return ExitStatus::Done;
+    }
     if (topic->status == TopicStatus::Pending && topic->capturedURL &&
         asked.action != Action::Dismiss) {
         // The judged version is going to be put in its place, waiting for triage.
         throw Failure(French::tr("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
-                                 "seulement l’écarter\u00A0: pas-pour-moi."));
+                                 "l’écarter (pas-pour-moi) ou le faire lire (retrier)."));
     }
     if (topic->status == asked.leadsTo && (!worth || worth == topic->worth)) {
         // A decision taken twice, by a script say, is not counted twice.

@@ -50,8 +50,12 @@ struct CommandDoor::Errand {
         : caller(&connection)
         , command(asCommand)
         , console(consoleOf(connection, asked))
-        , context{app, console, cli::parseArguments(asCommand, asked.words.sliced(1)),
-                  cancel.token(), asked.words} {}
+        , context{app,
+                  console,
+                  cli::parseArguments(asCommand, asked.words.sliced(1)),
+                  cancel.token(),
+                  asked.words,
+                  cli::Host::App} {}
 
     QPointer<AppConnection> caller;
     const cli::Command &command;

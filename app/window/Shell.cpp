@@ -32,17 +32,15 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_territory = std::make_unique<TerritoryModel>(preferences);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
     m_page = std::make_unique<TopicPage>(store, app.notes(), app.clock());
-    m_capture = std::make_unique<LinkCapture>(LinkCapture::Parts{
-        preferences, store, app.notes(), app.asker(), app.reader(), app.images(), app.clock()});
-    connect(m_capture.get(), &LinkCapture::failed, this,
-            [this](const QUuid &, const QString &text) {
-                tell(tr("Un lien que tu as ajouté attend encore : %1 Je réessaierai au prochain "
-                        "démarrage.")
-                         .arg(text));
-            });
+    m_capture = &app.capture();
+    connect(m_capture, &LinkCapture::failed, this, [this](const QUuid &, const QString &text) {
+        tell(tr("Un lien que tu as ajouté attend encore : %1 Je réessaierai au prochain "
+                "démarrage.")
+                 .arg(text));
+    });
     follow(app.briefs());
     // A link dismissed before it was read, and taken back, still wants to be read.
-    connect(m_decisions.get(), &Decisions::undone, m_capture.get(), &LinkCapture::resume);
+    connect(m_decisions.get(), &Decisions::undone, m_capture, &LinkCapture::resume);
     // Links that still wait from another day, once the window is there.
     QMetaObject::invokeMethod(this, [this] { m_capture->resume(); }, Qt::QueuedConnection);
 

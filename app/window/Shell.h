@@ -147,7 +147,7 @@ private:
     std::unique_ptr<TerritoryModel> m_territory;
     std::unique_ptr<ReportModel> m_report;
     std::unique_ptr<TopicPage> m_page;
-    std::unique_ptr<LinkCapture> m_capture;
+    LinkCapture *m_capture = nullptr; // the application's
 };
 
 } // namespace vorle

@@ -116,6 +116,39 @@ protected:
     test::TestServer server;
 };
 
+TEST_F(CommandLineTest, a_captured_link_that_nobody_read_is_read_when_it_is_to_be_sorted_again) {
+    territory(1, "ok", 0);
+    Topic waiting;
+    waiting.id = QUuid(QStringLiteral("CD330000-0000-4000-8000-000000000003"));
+    waiting.title = QStringLiteral("un site");
+    waiting.status = TopicStatus::Pending;
+    waiting.readLevel = ReadLevel::None;
+    waiting.foundAt = QDateTime(QDate(2026, 11, 2), QTime(8, 0), Qt::UTC);
+    waiting.capturedURL = server.link("/p0");
+    waiting.sources = {{QString(), *waiting.capturedURL}};
+    for (const TopicStatus status : {TopicStatus::Pending, TopicStatus::Dismissed}) {
+        waiting.status = status;
+        QDir(folder.path()).mkpath(QStringLiteral("data/vorle"));
+        write(QStringLiteral("data/vorle/topics.json"), json::encode(QList<Topic>{waiting}));
+        const Outcome read =
+            vorle({QStringLiteral("trier"), QStringLiteral("CD33"), QStringLiteral("retrier")});
+        EXPECT_EQ(read.status, 0) << read.err.constData();
+        EXPECT_THAT(read.out.toStdString(), HasSubstr("Lu et noté · À trier"));
+        ASSERT_EQ(topics().size(), 1);
+        EXPECT_EQ(topics().first().status, TopicStatus::Inbox);
+        EXPECT_EQ(topics().first().score, 7);
+    }
+    // One that cannot be judged waits on, and says why.
+    territory(1, "fail", 0);
+    waiting.status = TopicStatus::Pending;
+    write(QStringLiteral("data/vorle/topics.json"), json::encode(QList<Topic>{waiting}));
+    const Outcome failed =
+        vorle({QStringLiteral("trier"), QStringLiteral("CD33"), QStringLiteral("retrier")});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.err.toStdString(), HasSubstr("le serveur est occupé"));
+    EXPECT_EQ(topics().first().status, TopicStatus::Pending);
+}
+
 TEST_F(CommandLineTest, the_demonstration_goes_the_whole_road) {
     const Outcome run =
         vorle({QStringLiteral("fouille"), QStringLiteral("--demo"), QStringLiteral("--json")});

@@ -138,6 +138,7 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
         {"trier AB11 fait --avis super", 2, "Avis inconnu"},
         {"trier AB11", 2, "Usage : vorle trier"},
         {"trier CD garder", 1, "attend encore d’être lu"},
+        {"trier CD plus-tard", 1, "le faire lire (retrier)"},
         {"corriger AB11 12", 2, "de 0 à 10"},
         {"corriger AB11 sept", 2, "de 0 à 10"},
         {"corriger AB11", 2, "Il manque la note"},
@@ -316,6 +317,21 @@ TEST_F(Triage, calibration_asks_at_a_terminal_and_goes_on_where_it_was_left) {
     EXPECT_EQ(topics()[0].status, TopicStatus::Program) << "the choice was taken, the score is not";
     EXPECT_EQ(run("calibrer --passer").status, 0);
     EXPECT_EQ(run("reglages calibrated").out, "true\n");
+}
+
+TEST_F(Triage, calibration_tells_machines_how_far_it_is_and_asks_nothing) {
+    const auto state = [&](const char *words) {
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out)).object();
+    };
+    EXPECT_EQ(state("calibrer --json")[u"underWay"], false);
+    const QJsonObject begun = state("calibrer --reprendre --json");
+    EXPECT_EQ(begun[u"underWay"], true);
+    EXPECT_EQ(begun[u"answered"], 0);
+    EXPECT_EQ(begun[u"total"], 2);
+    EXPECT_TRUE(begun[u"next"].toObject().contains(u"title"));
+    EXPECT_EQ(state("calibrer --passer --json")[u"calibrated"], true);
 }
 
 TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
