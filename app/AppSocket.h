@@ -29,10 +29,12 @@ struct AppCommand {
 
 /// One message over the running app's local socket. The app greets; the caller, once greeted and
 /// not before, asks for one thing; the app answers with any number of `Out` and `Err` and one
-/// `End`, then closes. A caller that closes first has cancelled.
+/// `End`, then closes. A caller that closes first has cancelled. An app that still waits for its
+/// topics greets with `Waiting`, and can only be raised.
 struct AppMessage {
     enum class Kind {
         Hello,
+        Waiting,
         Raise,   ///< show yourself
         Command, ///< with `command`
         Cancel,  ///< stop the command, keeping what it has
@@ -53,8 +55,8 @@ struct AppMessage {
     }
 };
 
-constexpr std::array<std::string_view, 7> rawStrings(AppMessage::Kind) {
-    return {"hello", "raise", "command", "cancel", "out", "err", "end"};
+constexpr std::array<std::string_view, 8> rawStrings(AppMessage::Kind) {
+    return {"hello", "waiting", "raise", "command", "cancel", "out", "err", "end"};
 }
 
 /// Where the app that runs on these topics listens: in the program's private temporary directory,

@@ -18,8 +18,8 @@ Application::Setup setupFor(const Demonstration *demonstration,
                             const InstalledApps &installedApps) {
     Application::Setup setup;
     setup.installedApps = &installedApps;
-    setup.allowLoopback =
-        demonstration != nullptr || qEnvironmentVariableIsSet("VORLE_ALLOW_LOOPBACK");
+    const QByteArray loopback = qgetenv("VORLE_ALLOW_LOOPBACK");
+    setup.allowLoopback = demonstration != nullptr || (!loopback.isEmpty() && loopback != "0");
     if (demonstration != nullptr) {
         setup.store = TopicStore::Kind::Demo;
         setup.settingsFile = demonstration->home() + QStringLiteral("/settings.json");

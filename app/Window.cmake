@@ -13,11 +13,11 @@ set(VORLE_QML
     controls/SectionHead.qml controls/SideItem.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml controls/TopPull.qml
     controls/TopicCard.qml controls/WhyLine.qml
-    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CorrectionPanel.qml
+    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/ClosingPanel.qml screens/CorrectionPanel.qml
     screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SectionPlace.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
-    screens/TopicRow.qml screens/TopicScreen.qml screens/TopicSection.qml screens/Word.qml)
+    screens/TopicRow.qml screens/TopicScreen.qml screens/TopicSection.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window
@@ -33,10 +33,13 @@ qt_add_qml_module(vorle_window
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
         window/MainWindow.cpp window/MainWindow.h
+        window/Opening.cpp window/Opening.h
+        window/QuitDoor.cpp window/QuitDoor.h
         window/Shell.cpp window/Shell.h
         window/SingleInstance.cpp window/SingleInstance.h
         window/TopicPage.cpp window/TopicPage.h
         window/Tray.cpp window/Tray.h
+        window/WaitingWindow.cpp window/WaitingWindow.h
         window/WindowState.cpp window/WindowState.h)
 # Bytecode starts as fast as it needs to; C++ made from 40 screens would take longer to compile than
 # the rest of the program.

@@ -14,8 +14,17 @@
 
 namespace vorle {
 
-StoreLock::StoreLock(const QString &topicsFile)
-    : m_path(topicsFile.isEmpty() ? QString() : linkTarget(topicsFile) + QStringLiteral(".lock")) {}
+namespace {
+
+QString suffixOf(StoreLock::Right right) {
+    return right == StoreLock::Right::BeTheApp ? QStringLiteral(".app.lock")
+                                               : QStringLiteral(".lock");
+}
+
+} // namespace
+
+StoreLock::StoreLock(const QString &topicsFile, Right right)
+    : m_path(topicsFile.isEmpty() ? QString() : linkTarget(topicsFile) + suffixOf(right)) {}
 
 StoreLock::~StoreLock() { release(); }
 

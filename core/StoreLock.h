@@ -9,14 +9,19 @@
 
 namespace vorle {
 
-/// The right to change a topics file: one holder at a time over all processes. A lock on an open
-/// file beside it ("….lock"), which the system releases when the holder ends, however it ends;
-/// the file itself stays. Several names of one file (symbolic links) share one lock. Reading needs
-/// no lock. Main thread only.
+/// A right that one process at a time has over a topics file. A lock on an open file beside it
+/// ("….lock", "….app.lock"), which the system releases when the holder ends, however it ends; the
+/// file itself stays. Several names of one file (symbolic links) share one lock. Reading needs no
+/// lock. Main thread only.
 class StoreLock {
 public:
+    enum class Right {
+        ChangeTopics, ///< the app has it while it is open, a command while it works
+        BeTheApp      ///< the app's alone, taken before the other and kept as long as it runs
+    };
+
     /// `topicsFile` is TopicStore's; an empty one (a preview) is always free to take.
-    explicit StoreLock(const QString &topicsFile);
+    explicit StoreLock(const QString &topicsFile, Right right = Right::ChangeTopics);
     StoreLock(const StoreLock &) = delete;
     StoreLock &operator=(const StoreLock &) = delete;
     ~StoreLock();

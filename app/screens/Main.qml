@@ -62,6 +62,9 @@ Window {
             word.show(sentence);
         }
     }
+    function askToClose() {
+        panels.askToClose();
+    }
     function askCorrection(topicId: string) {
         panels.correct(sections.topics, topicId);
     }

@@ -9,8 +9,8 @@ Item {
     required property var window // Main
 
     readonly property var shell: window.shell
-    readonly property var all: [search, shortcuts, addLink, correction, settings]
-    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown
+    readonly property var all: [search, shortcuts, addLink, correction, settings, closing]
+    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown
     readonly property PanelPlace searchPanel: search
     readonly property PanelPlace shortcutsPanel: shortcuts
     readonly property PanelPlace settingsPanel: settings
@@ -34,6 +34,9 @@ Item {
     function add() {
         addLink.suggestion = shell.linkOnPasteboard();
         open(addLink);
+    }
+    function askToClose() {
+        open(closing);
     }
     function correct(topics: var, topicId: string) {
         const row = topics.rowOf(topicId);
@@ -63,6 +66,14 @@ Item {
         onGone: panels.window.resume()
         sourceComponent: SettingsPanel {
             shell: panels.shell
+        }
+    }
+    PanelPlace {
+        id: closing
+        onGone: panels.window.resume()
+        sourceComponent: ClosingPanel {
+            run: panels.shell.run
+            onConfirmed: panels.window.quitAsked()
         }
     }
     PanelPlace {

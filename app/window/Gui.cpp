@@ -7,11 +7,15 @@
 #include "app/demo/Demonstration.h"
 #include "app/window/CommandDoor.h"
 #include "app/window/MainWindow.h"
+#include "app/window/Opening.h"
+#include "app/window/QuitDoor.h"
 #include "app/window/Shell.h"
 #include "app/window/SingleInstance.h"
 #include "app/window/Tray.h"
+#include "app/window/WaitingWindow.h"
 #include "base/French.h"
 #include "base/Log.h"
+#include "base/SystemErrorText.h"
 #include "desktop/ClaudeLauncher.h"
 #include "search/RunPlan.h"
 
@@ -19,6 +23,9 @@
 
 #include <cstdio>
 #include <exception>
+#include <functional>
+#include <memory>
+#include <system_error>
 
 namespace vorle {
 
@@ -39,20 +46,20 @@ bool hasScreen() {
 /// The app once it owns its topics: the windows and what they stand on.
 class Gui final : public QObject {
 public:
-    Gui(Application &app, const GuiAdapters &adapters, qsizetype released)
+    /// `left` is called once `quit()` has done its work.
+    Gui(Application &app, const GuiAdapters &adapters, SingleInstance &instance,
+        std::function<void()> left)
         : m_app(app)
         , m_launcher({app.agent().locator(), app.preferences(), adapters.terminals,
                       adapters.pasteboard, adapters.links})
-        , m_shell({app, adapters.links, adapters.pasteboard, m_launcher, released})
+        , m_shell({app, adapters.links, adapters.pasteboard, m_launcher,
+                   app.store().releaseAllPending()})
         , m_main(m_shell, Typefaces::load(), app.store().file())
         , m_tray(*m_shell.run(), *m_shell.inbox())
         , m_door(app)
-        , m_instance(app.store().file())
-        , m_timer(app.preferences(), app.clock()) {
-        QGuiApplication::setQuitOnLastWindowClosed(false);
-        QGuiApplication::setWindowIcon(Tray::picture(0));
-        m_instance.listen();
-        connect(&m_instance, &SingleInstance::raiseAsked, this, [this] { m_main.raise(); });
+        , m_instance(instance)
+        , m_timer(app.preferences(), app.clock())
+        , m_left(std::move(left)) {
         connect(&m_instance, &SingleInstance::commandAsked, &m_door, &CommandDoor::serve);
         connect(&m_timer, &RunTimer::due, this, [this] {
             // Nobody asked: with nothing to search there is nothing to tell either.
@@ -83,6 +90,15 @@ public:
         m_main.raise();
     }
 
+    void raise() { m_main.raise(); }
+
+    /// Puts on disk what is not there yet, and goes on.
+    void keep() {
+        m_main.keepPlace();
+        m_main.finishEditing();
+        m_app.store().flush();
+    }
+
     /// Stops what is under way, keeps what it brought, and leaves.
     void quit() {
         if (!m_quitting) {
@@ -100,8 +116,7 @@ private:
         co_await m_door.closed();
         co_await m_shell.stopped();
         m_app.store().flush();
-        // From the event loop, which may not have started yet.
-        QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+        m_left();
     }
 
     /// A Mac starts no second process: it brings the first to the front, whose window may have
@@ -116,7 +131,8 @@ private:
     void windowClosed() {
         m_main.finishEditing();
         if (!m_tray.show()) {
-            quit(); // with nothing left to reach it by, a hidden app would only be in the way
+            // With nothing left to reach it by, a hidden app would only be in the way.
+            m_shell.run()->running() ? m_main.askToClose() : quit();
             return;
         }
         m_main.window().hide();
@@ -134,9 +150,92 @@ private:
     MainWindow m_main;
     Tray m_tray;
     CommandDoor m_door;
-    SingleInstance m_instance;
+    SingleInstance &m_instance;
     RunTimer m_timer;
+    std::function<void()> m_left;
     bool m_quitting = false;
+};
+
+/// The program from its start to its end: waits until it may be the app, opens, leaves.
+class Program final : public QObject {
+public:
+    Program(Application &app, const GuiAdapters &adapters)
+        : m_app(app), m_adapters(adapters), m_instance(app.topicsFile()) {
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        QGuiApplication::setWindowIcon(Tray::picture(0));
+        connect(&m_instance, &SingleInstance::raiseAsked, this, [this] { raise(); });
+        connect(&m_door, &QuitDoor::quitAsked, this, [this] { quit(); });
+        connect(&m_door, &QuitDoor::keepAsked, this, [this] {
+            if (m_gui) {
+                m_gui->keep();
+            }
+        });
+        detach(open(), QStringLiteral("opening"));
+    }
+
+    void quit() {
+        if (m_gui) {
+            m_gui->quit();
+        } else {
+            m_giveUp.cancel();
+        }
+    }
+
+private:
+    Task<> open() {
+        QString problem;
+        try {
+            Opening opening(m_app.appLock(), m_app.lock(), m_instance, m_app.topicsFile());
+            connect(&opening, &Opening::waiting, this, &Program::wait);
+            if (co_await opening.begin(m_giveUp.token()) == Opening::Outcome::Raised) {
+                m_door.left();
+                co_return;
+            }
+            if (m_waiting) {
+                m_app.preferences().reload();
+            }
+            m_gui = std::make_unique<Gui>(m_app, m_adapters, m_instance, [this] { m_door.left(); });
+            m_waiting.reset();
+            co_return;
+        } catch (const Cancelled &) {
+            m_door.left();
+            co_return;
+        } catch (const std::system_error &error) {
+            problem = systemRefusalText(error);
+        } catch (const std::exception &error) {
+            problem = QString::fromUtf8(error.what());
+        }
+        complain(problem);
+        m_door.left(1);
+    }
+
+    void wait(Opening::Holder holder) {
+        const QString sentence = Opening::text(holder);
+        complain(sentence);
+        if (m_waiting) {
+            m_waiting->setSentence(sentence);
+            return;
+        }
+        m_waiting = std::make_unique<WaitingWindow>(m_app.preferences().settings(),
+                                                    Typefaces::load(), sentence);
+        connect(m_waiting.get(), &WaitingWindow::givenUp, this, [this] { quit(); });
+    }
+
+    void raise() {
+        if (m_gui) {
+            m_gui->raise();
+        } else if (m_waiting) {
+            m_waiting->raise();
+        }
+    }
+
+    Application &m_app;
+    const GuiAdapters &m_adapters;
+    QuitDoor m_door;
+    SingleInstance m_instance;
+    CancelSource m_giveUp;
+    std::unique_ptr<WaitingWindow> m_waiting;
+    std::unique_ptr<Gui> m_gui;
 };
 
 } // namespace
@@ -155,22 +254,16 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo) {
         if (demonstration) {
             demonstration->furnish(app.preferences());
         }
-        if (!app.lock().tryLock()) {
-            if (SingleInstance::raiseRunning(app.topicsFile())) {
-                return 0;
-            }
-            complain(French::tr("Une commande vorle travaille sur tes sujets. Ouvre-moi dès "
-                                "qu’elle a fini."));
-            return 1;
-        }
-        Gui gui(app, adapters, app.store().releaseAllPending());
+        Program program(app, adapters);
         const Interrupts interrupts;
-        const auto onInterrupt = interrupts.token().onCancel([&gui] { gui.quit(); });
+        const auto onInterrupt = interrupts.token().onCancel([&program] { program.quit(); });
         return QApplication::exec();
+    } catch (const std::system_error &error) {
+        complain(systemRefusalText(error));
     } catch (const std::exception &error) {
         complain(QString::fromUtf8(error.what()));
-        return 1;
     }
+    return 1;
 }
 
 } // namespace vorle

@@ -17,7 +17,9 @@ namespace {
 
 constexpr QSize usualSize(1180, 780);
 
-bool systemIsDark() {
+} // namespace
+
+bool MainWindow::systemIsDark() {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     return QGuiApplication::styleHints()->colorScheme() == Qt::ColorScheme::Dark;
 #else
@@ -26,6 +28,8 @@ bool systemIsDark() {
            palette.color(QPalette::Window).lightness();
 #endif
 }
+
+namespace {
 
 bool motionIsReduced() {
     return qEnvironmentVariableIsSet("VORLE_REDUCED_MOTION") ||
@@ -129,6 +133,11 @@ void MainWindow::finishEditing() {
 void MainWindow::add() { perform(KeyboardMap::AddTopic); }
 
 void MainWindow::openSettings() { perform(KeyboardMap::OpenSettings); }
+
+void MainWindow::askToClose() {
+    raise();
+    QMetaObject::invokeMethod(m_window, "askToClose");
+}
 
 void MainWindow::keepPlace() {
     if (m_window->visibility() == QWindow::Windowed) {

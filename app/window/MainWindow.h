@@ -25,6 +25,9 @@ public:
     MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile, QObject *parent = nullptr);
     ~MainWindow() override;
 
+    /// Whether the system shows itself dark. Needs a QGuiApplication.
+    static bool systemIsDark();
+
     QQuickWindow &window() const { return *m_window; }
     WindowState &state() { return m_state; }
 
@@ -35,6 +38,8 @@ public:
     /// Shows the window and does what the keyboard map calls so.
     void perform(KeyboardMap::Action action);
     void keepPlace();
+    /// Asks whether to quit although a run is under way; a yes is `quitAsked`.
+    void askToClose();
     /// Shows the small panel of the menu-bar item, or puts it away.
     void toggleStatus(const QRect &item);
     bool isStatusShown() const;

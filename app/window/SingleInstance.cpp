@@ -2,7 +2,6 @@
 
 #include "base/Log.h"
 
-#include <QEventLoop>
 #include <QTimer>
 
 namespace vorle {
@@ -42,42 +41,46 @@ void SingleInstance::welcome(QLocalSocket *socket) {
             take(*caller, message);
         },
         Qt::SingleShotConnection);
-    caller->send({.kind = AppMessage::Kind::Hello});
+    caller->send({.kind = m_serving ? AppMessage::Kind::Hello : AppMessage::Kind::Waiting});
 }
 
 void SingleInstance::take(AppConnection &caller, const AppMessage &message) {
-    if (message.kind == AppMessage::Kind::Raise) {
+    if (m_closed) {
+        caller.close(); // a window that is about to go is not to be shown
+    } else if (message.kind == AppMessage::Kind::Raise) {
         caller.send({.kind = AppMessage::Kind::End, .status = 0});
         caller.finish();
         Q_EMIT raiseAsked();
-    } else if (message.kind == AppMessage::Kind::Command && message.command) {
+    } else if (message.kind == AppMessage::Kind::Command && message.command && m_serving) {
         Q_EMIT commandAsked(caller, *message.command);
     } else {
         caller.close();
     }
 }
 
-bool SingleInstance::raiseRunning(const QString &topicsFile) {
+void SingleInstance::close() {
+    m_closed = true;
+    m_server.close();
+}
+
+Task<bool> SingleInstance::raiseRunning(QString topicsFile) {
     auto *socket = new QLocalSocket;
     AppConnection app(socket, AppConnection::longestAnswer);
-    socket->connectToServer(appSocketName(topicsFile));
-    if (!socket->waitForConnected(patienceMs)) {
-        return false;
-    }
-    QEventLoop loop;
+    const OneShot over;
     bool raised = false;
-    connect(&app, &AppConnection::closed, &loop, &QEventLoop::quit);
-    connect(&app, &AppConnection::received, &loop, [&](const AppMessage &message) {
-        if (message.kind == AppMessage::Kind::Hello) {
+    connect(&app, &AppConnection::closed, &app, [over] { over.fire(); });
+    connect(&app, &AppConnection::received, &app, [&app, &raised, over](const AppMessage &message) {
+        if (message.kind == AppMessage::Kind::Hello || message.kind == AppMessage::Kind::Waiting) {
             app.send({.kind = AppMessage::Kind::Raise});
         } else {
             raised = message.kind == AppMessage::Kind::End;
-            loop.quit();
+            over.fire();
         }
     });
-    QTimer::singleShot(2 * patienceMs, &loop, &QEventLoop::quit);
-    loop.exec();
-    return raised;
+    QTimer::singleShot(patienceMs, &app, &AppConnection::close);
+    socket->connectToServer(appSocketName(topicsFile));
+    co_await over;
+    co_return raised;
 }
 
 bool SingleInstance::listen() {

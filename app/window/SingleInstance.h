@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppSocket.h"
+#include "base/Async.h"
 
 #include <QLocalServer>
 #include <QObject>
@@ -9,21 +10,25 @@
 namespace vorle {
 
 /// Lets a second start raise the first, and a command line reach it: the running app listens on a
-/// local socket of the user's alone, named after its topics file. Main thread.
+/// local socket of the user's alone, named after its topics file. Whether it listens or not says
+/// nothing about whether it runs: that is what the right to be the app tells. Main thread.
 class SingleInstance final : public QObject {
     Q_OBJECT
 public:
     explicit SingleInstance(const QString &topicsFile, QObject *parent = nullptr);
 
-    /// Asks the app that runs on these topics to show itself; false when none answers. Holds the
-    /// thread for a few seconds at most.
-    static bool raiseRunning(const QString &topicsFile);
+    /// Asks the app that runs on these topics to show itself; false when none answers within a few
+    /// seconds, or it is about to end.
+    static Task<bool> raiseRunning(QString topicsFile);
 
-    /// Starts listening. Only for the process that holds the topics' lock: what a crashed app left
-    /// of its socket is taken away. False when the socket cannot be made; the app runs without.
+    /// Starts listening. Only for the process that has the right to be the app: what a crashed one
+    /// left of its socket is taken away. False when the socket cannot be made; the app runs
+    /// without.
     bool listen();
-    /// Takes no further caller.
-    void close() { m_server.close(); }
+    /// From now on commands are taken too: the topics are this process's.
+    void serve() { m_serving = true; }
+    /// Takes no further caller, and answers none that has not asked yet.
+    void close();
 
 Q_SIGNALS:
     /// A second start asked this one to show itself.
@@ -38,6 +43,8 @@ private:
 
     QString m_name;
     QLocalServer m_server;
+    bool m_serving = false;
+    bool m_closed = false;
 };
 
 } // namespace vorle

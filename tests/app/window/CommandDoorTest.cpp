@@ -75,6 +75,7 @@ protected:
         QObject::connect(instance.get(), &SingleInstance::commandAsked, door.get(),
                          &CommandDoor::serve);
         ASSERT_TRUE(instance->listen());
+        instance->serve();
     }
 
     QString path(const char *name) const { return folder.filePath(QString::fromLatin1(name)); }

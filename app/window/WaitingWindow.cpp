@@ -1,0 +1,59 @@
+#include "app/window/WaitingWindow.h"
+
+#include "app/window/MainWindow.h"
+#include "base/Json.h"
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QScreen>
+
+#include <stdexcept>
+
+namespace vorle {
+
+WaitingWindow::WaitingWindow(const Settings &settings, const Typefaces &faces,
+                             const QString &sentence) {
+    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    const QVariantMap chosen{
+        {QStringLiteral("appearance"), QVariant(json::rawText(settings.appearance))},
+        {QStringLiteral("accent"), QVariant(json::rawText(settings.accent))}};
+    m_look = made(QStringLiteral("theme/Look.qml"),
+                  {{QStringLiteral("shell"), chosen},
+                   {QStringLiteral("systemDark"), MainWindow::systemIsDark()},
+                   {QStringLiteral("reducedMotion"), true}, // it stays for moments
+                   {QStringLiteral("displayFamily"), faces.display},
+                   {QStringLiteral("textFamily"), faces.text}});
+    m_screen =
+        made(QStringLiteral("screens/WaitingScreen.qml"), {{QStringLiteral("sentence"), sentence}});
+    m_window = qobject_cast<QQuickWindow *>(m_screen.get());
+    connect(m_window, SIGNAL(givenUp()), this, SIGNAL(givenUp()));
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QRect free = screen->availableGeometry();
+        m_window->setPosition(free.center() - QRect(QPoint(), m_window->size()).center());
+    }
+    raise();
+}
+
+WaitingWindow::~WaitingWindow() = default;
+
+void WaitingWindow::setSentence(const QString &sentence) {
+    m_window->setProperty("sentence", sentence);
+}
+
+void WaitingWindow::raise() {
+    m_window->show();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+std::unique_ptr<QObject> WaitingWindow::made(const QString &screen, const QVariantMap &properties) {
+    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Vorle/") + screen));
+    std::unique_ptr<QObject> object(component.createWithInitialProperties(properties));
+    if (!object) {
+        throw std::runtime_error("the waiting window could not be loaded: " +
+                                 component.errorString().toStdString());
+    }
+    return object;
+}
+
+} // namespace vorle

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/window/Fonts.h"
+#include "core/Settings.h"
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <memory>
+
+namespace vorle {
+
+/// The small window that stands in the main one's place while the app waits for its topics: one
+/// sentence, and a button that gives up. Main thread.
+class WaitingWindow final : public QObject {
+    Q_OBJECT
+public:
+    /// Shown at once, in the look that the settings ask for.
+    /// @throws std::runtime_error when its screen cannot be loaded: a fault of the build
+    WaitingWindow(const Settings &settings, const Typefaces &faces, const QString &sentence);
+    ~WaitingWindow() override;
+
+    void setSentence(const QString &sentence);
+    void raise();
+
+Q_SIGNALS:
+    /// The user does not want to wait.
+    void givenUp();
+
+private:
+    std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
+
+    QQmlEngine m_engine;
+    std::unique_ptr<QObject> m_look;
+    std::unique_ptr<QObject> m_screen;
+    QQuickWindow *m_window = nullptr;
+};
+
+} // namespace vorle
