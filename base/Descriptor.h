@@ -13,6 +13,10 @@ public:
     explicit Descriptor(int number) : m_number(number) {}
     Descriptor(Descriptor &&other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
     Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(Descriptor &&other) noexcept {
+        std::swap(m_number, other.m_number); // what it held goes with the other
+        return *this;
+    }
     Descriptor &operator=(const Descriptor &) = delete;
     ~Descriptor() {
         if (m_number >= 0) {

@@ -12,6 +12,9 @@ namespace {
 namespace od = simdjson::ondemand;
 
 [[noreturn]] void fail(simdjson::error_code code) {
+    if (code == simdjson::MEMALLOC) {
+        throw std::bad_alloc();
+    }
     throw DecodeError(simdjson::error_message(code));
 }
 
@@ -53,6 +56,26 @@ qint64 Reader::integer() {
 
 std::string_view Reader::utf8() { return checked(at(m_value).get_string()); }
 
+QByteArray Reader::raw() {
+    od::value &value = at(m_value);
+    std::string_view text;
+    switch (checked(value.type())) {
+    case od::json_type::object: {
+        auto object = checked(value.get_object());
+        text = checked(object.raw_json());
+        break;
+    }
+    case od::json_type::array: {
+        auto array = checked(value.get_array());
+        text = checked(array.raw_json());
+        break;
+    }
+    default:
+        text = value.raw_json_token();
+    }
+    return QByteArray(text.data(), static_cast<qsizetype>(text.size())).trimmed();
+}
+
 void Reader::object(Visitor &visitor) {
     od::object members = checked(at(m_value).get_object());
     for (auto member : members) {
@@ -78,15 +101,18 @@ void Reader::array(Visitor &visitor) {
 namespace detail {
 
 void readRoot(const QByteArray &utf8, RootVisitor &visitor) {
-    const auto size = static_cast<std::size_t>(utf8.size());
-    const auto capacity = static_cast<std::size_t>(utf8.capacity());
+    constexpr qsizetype markSize = 3;
+    const qsizetype mark = utf8.startsWith("\xEF\xBB\xBF") ? markSize : 0;
+    const char *start = utf8.constData() + mark;
+    const auto size = static_cast<std::size_t>(utf8.size() - mark);
+    const auto capacity = static_cast<std::size_t>(utf8.capacity() - mark);
     const bool padded = capacity >= size + simdjson::SIMDJSON_PADDING;
     const simdjson::padded_string copy =
-        padded ? simdjson::padded_string() : simdjson::padded_string(utf8.constData(), size);
+        padded ? simdjson::padded_string() : simdjson::padded_string(start, size);
     od::parser parser;
-    od::document document = checked(
-        parser.iterate(padded ? simdjson::padded_string_view(utf8.constData(), size, capacity)
-                              : simdjson::padded_string_view(copy)));
+    od::document document =
+        checked(parser.iterate(padded ? simdjson::padded_string_view(start, size, capacity)
+                                      : simdjson::padded_string_view(copy)));
     od::value root = checked(document.get_value());
     Reader reader(&root);
     visitor.root(reader);
@@ -110,7 +136,7 @@ QUuid readUuid(Reader &in) {
     // With braces a UUID has 38 characters: only the bare form is ours.
     const QLatin1StringView bare(text.data(), static_cast<qsizetype>(text.size()));
     const QUuid id = bare.size() == 36 ? QUuid::fromString(bare) : QUuid();
-    if (id.isNull()) {
+    if (id.isNull() && text != "00000000-0000-0000-0000-000000000000") {
         throw DecodeError("not a UUID");
     }
     return id;
@@ -131,7 +157,8 @@ void failIn(std::string_view key, const DecodeError &error) {
 namespace {
 
 struct RecordVisitor final : Reader::Visitor {
-    RecordVisitor(void *target, std::span<const Slot> fields) : record(target), slots(fields) {}
+    RecordVisitor(void *target, std::span<const Slot> fields, Rest *unknown)
+        : record(target), slots(fields), rest(unknown) {}
 
     void value(std::string_view key, Reader &in) override {
         // Our own files have sorted keys, so the next slot is nearly always the one.
@@ -146,6 +173,11 @@ struct RecordVisitor final : Reader::Visitor {
             }
         }
         if (index == slots.size()) {
+            if (rest != nullptr) {
+                // The key's bytes go with the next look at the text.
+                const QByteArray name(key.data(), static_cast<qsizetype>(key.size()));
+                rest->insert(name, in.raw());
+            }
             return;
         }
         try {
@@ -159,14 +191,25 @@ struct RecordVisitor final : Reader::Visitor {
 
     void *record;
     std::span<const Slot> slots;
+    Rest *rest;
     std::size_t next = 0;
     std::uint64_t seen = 0;
 };
 
+void writeRest(Writer &out, Rest::const_iterator from, Rest::const_iterator to) {
+    for (; from != to; ++from) {
+        out.key(from.key().toStdString());
+        out.raw(from.value());
+    }
+}
+
 } // namespace
 
-void readRecord(Reader &in, void *record, std::span<const Slot> alphabetical) {
-    RecordVisitor visitor(record, alphabetical);
+void readRecord(Reader &in, void *record, std::span<const Slot> alphabetical, Rest *rest) {
+    if (rest != nullptr) {
+        rest->clear();
+    }
+    RecordVisitor visitor(record, alphabetical, rest);
     in.object(visitor);
     for (std::size_t i = 0; i < alphabetical.size(); ++i) {
         if (alphabetical[i].required && (visitor.seen >> i & 1U) == 0) {
@@ -175,14 +218,24 @@ void readRecord(Reader &in, void *record, std::span<const Slot> alphabetical) {
     }
 }
 
-void writeRecord(Writer &out, const void *record, std::span<const Slot> slots) {
+void writeRecord(Writer &out, const void *record, std::span<const Slot> slots, const Rest *rest) {
+    static const Rest nothing;
+    const Rest &unknown = rest != nullptr ? *rest : nothing;
+    auto next = unknown.cbegin();
     out.beginObject();
     for (const Slot &slot : slots) {
+        if (out.style() == Style::Pretty && next != unknown.cend()) {
+            const QByteArrayView key(slot.key.data(), static_cast<qsizetype>(slot.key.size()));
+            const auto upTo = unknown.lowerBound(key.toByteArray());
+            writeRest(out, next, upTo);
+            next = upTo;
+        }
         if (slot.present(record)) {
             out.key(slot.key);
             slot.write(out, record);
         }
     }
+    writeRest(out, next, unknown.cend());
     out.endObject();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
+#include "base/JsonText.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -35,17 +36,16 @@
 ///     };
 ///
 /// A std::optional member may be absent or null; any other is required. Unknown keys are passed
-/// over. An enumeration has a free function `rawStrings(E)` in its own namespace that gives the
-/// raw string of each value, values counting from 0. Texts are QString, or QByteArray where the
-/// UTF-8 form is kept. Moments are ISO 8601 in UTC, to the second. UUIDs are written upper-case
-/// without braces and read in either case.
+/// over, unless the record has a static member function `jsonRest()` that names the member, a
+/// `json::Rest`, to keep them in: they are then written again as they were. An enumeration has a
+/// free function `rawStrings(E)` in its own namespace that gives the raw string of each value,
+/// values counting from 0. Texts are QString, or QByteArray where the UTF-8 form is kept. Moments
+/// are ISO 8601 in UTC, to the second. UUIDs are written upper-case without braces and read in
+/// either case.
 namespace vorle::json {
 
-/// The text does not hold what was asked for: not JSON, a required key absent, a value of the
-/// wrong type, an unknown word. `what()` names the key, in English.
-class DecodeError final : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
+/// What a record does not know of its object: the text of each value, by its key.
+using Rest = QMap<QByteArray, QByteArray>;
 
 template <class Owner, class Value>
 struct Field {
@@ -60,6 +60,9 @@ constexpr Field<Owner, Value> field(std::string_view key, Value Owner::*member) 
 
 template <class T>
 concept Record = requires { T::jsonFields(); };
+
+template <class T>
+concept KeepsRest = Record<T> && requires { T::jsonRest(); };
 
 template <class E>
 concept RawEnum = std::is_enum_v<E> && requires(E value) { rawStrings(value); };
@@ -93,72 +96,6 @@ std::optional<E> fromRaw(const QString &text) {
     const QByteArray utf8 = text.toUtf8();
     return fromRaw<E>(std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())));
 }
-
-/// A position in a JSON text being read. Every function throws DecodeError.
-class Reader {
-public:
-    class Visitor {
-    public:
-        virtual void value(std::string_view key, Reader &in) = 0;
-
-    protected:
-        ~Visitor() = default;
-    };
-
-    explicit Reader(void *value) : m_value(value) {}
-
-    bool isNull();
-    bool boolean();
-    qint64 integer(); ///< a whole number; 3.0 counts as one
-    double number();
-    std::string_view utf8(); ///< valid until the next call on the text
-    /// Visits each member of an object, or each element of an array (with an empty key). What the
-    /// visitor leaves unread is passed over.
-    void object(Visitor &visitor);
-    void array(Visitor &visitor);
-
-private:
-    void *m_value;
-};
-
-enum class Style {
-    Pretty, ///< two blanks a level, keys sorted
-    Compact ///< one line, keys in the record's own order
-};
-
-class Writer {
-public:
-    /// `start` is what the text begins with: a buffer that is given back by take() and handed in
-    /// again spares its allocations.
-    explicit Writer(Style style, int level = 0, QByteArray start = {})
-        : m_out(std::move(start)), m_style(style), m_level(level) {}
-
-    Style style() const { return m_style; }
-    void boolean(bool value);
-    void integer(qint64 value);
-    void number(double value); ///< shortest text that reads back the same; not finite: null
-    void text(QStringView value);
-    void utf8(QByteArrayView value); ///< bytes that are no UTF-8 are replaced by U+FFFD
-    void beginObject() { begin('{'); }
-    void endObject() { end('}'); }
-    void beginArray() { begin('['); }
-    void endArray() { end(']'); }
-    void key(std::string_view name);
-    void element(); ///< before each element of an array
-
-    QByteArray take() { return std::move(m_out); }
-
-private:
-    void begin(char bracket);
-    void end(char bracket);
-    void separate();
-    void escaped(QByteArrayView value);
-
-    QByteArray m_out;
-    Style m_style;
-    int m_level;
-    bool m_first = true;
-};
 
 namespace detail {
 
@@ -251,8 +188,23 @@ struct Table {
     static constexpr std::array<Slot, size> alphabetical = sorted();
 };
 
-void readRecord(Reader &in, void *record, std::span<const Slot> alphabetical);
-void writeRecord(Writer &out, const void *record, std::span<const Slot> slots);
+/// `rest` is null where nothing is kept of it.
+void readRecord(Reader &in, void *record, std::span<const Slot> alphabetical, Rest *rest);
+void writeRecord(Writer &out, const void *record, std::span<const Slot> slots, const Rest *rest);
+
+template <Record T>
+Rest *restOf(T &record) {
+    if constexpr (KeepsRest<T>) {
+        return &(record.*T::jsonRest());
+    } else {
+        return nullptr;
+    }
+}
+
+template <Record T>
+const Rest *restOf(const T &record) {
+    return restOf(const_cast<T &>(record));
+}
 
 template <class T>
 void read(Reader &in, T &out) {
@@ -263,7 +215,7 @@ void read(Reader &in, T &out) {
             read(in, out.emplace());
         }
     } else if constexpr (Record<T>) {
-        readRecord(in, &out, Table<T>::alphabetical);
+        readRecord(in, &out, Table<T>::alphabetical, restOf(out));
     } else if constexpr (RawEnum<T>) {
         const std::string_view word = in.utf8();
         const auto value = fromRaw<T>(word);
@@ -327,7 +279,8 @@ void write(Writer &out, const T &value) {
     } else if constexpr (Record<T>) {
         writeRecord(out, &value,
                     out.style() == Style::Pretty ? std::span<const Slot>(Table<T>::alphabetical)
-                                                 : std::span<const Slot>(Table<T>::own));
+                                                 : std::span<const Slot>(Table<T>::own),
+                    restOf(value));
     } else if constexpr (RawEnum<T>) {
         const std::string_view word = raw(value);
         out.utf8(QByteArrayView(word.data(), static_cast<qsizetype>(word.size())));
@@ -365,9 +318,10 @@ void write(Writer &out, const T &value) {
 
 } // namespace detail
 
-/// Reads a whole text, which must be one JSON object or array and nothing more. Bytes whose
+/// Reads a whole text, which must be one JSON object or array and nothing more; a byte-order mark
+/// before it is passed over. Bytes whose
 /// capacity reaches 64 past their size are parsed where they are; others are copied first.
-/// @throws DecodeError
+/// @throws DecodeError; std::bad_alloc, which says nothing of the text
 template <class T>
 T decode(const QByteArray &utf8) {
     struct Root final : detail::RootVisitor {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 namespace vorle {
 
@@ -41,9 +42,11 @@ constexpr std::array wordings{
     Wording{std::errc::file_exists,
             QT_TRANSLATE_NOOP("SystemErrorText", "un fichier de ce nom existe déjà")},
     Wording{std::errc::file_too_large,
-            QT_TRANSLATE_NOOP("SystemErrorText", "le fichier est trop gros")},
+            QT_TRANSLATE_NOOP("SystemErrorText", "le fichier dépasse la taille permise")},
     Wording{std::errc::filename_too_long,
             QT_TRANSLATE_NOOP("SystemErrorText", "le nom du fichier est trop long")},
+    Wording{std::errc::illegal_byte_sequence,
+            QT_TRANSLATE_NOOP("SystemErrorText", "le nom du fichier n’est pas en UTF-8")},
     Wording{std::errc::too_many_symbolic_link_levels,
             QT_TRANSLATE_NOOP("SystemErrorText", "les liens symboliques tournent en rond")},
     Wording{std::errc::io_error,
@@ -52,6 +55,9 @@ constexpr std::array wordings{
             QT_TRANSLATE_NOOP("SystemErrorText", "il n’y a plus assez de mémoire")},
     Wording{std::errc::resource_unavailable_try_again,
             QT_TRANSLATE_NOOP("SystemErrorText", "trop de programmes tournent en même temps")},
+    // What this program itself answers for a lock that is not let go.
+    Wording{std::errc::device_or_resource_busy,
+            QT_TRANSLATE_NOOP("SystemErrorText", "un autre programme s’en sert")},
     Wording{std::errc::argument_list_too_long,
             QT_TRANSLATE_NOOP("SystemErrorText", "le texte à transmettre est trop long")},
     Wording{std::errc::executable_format_error,
@@ -61,6 +67,11 @@ constexpr std::array wordings{
 } // namespace
 
 QString systemErrorText(const std::error_code &code) {
+    // The one refusal of a full place that the standard has no name for.
+    if (code.value() == EDQUOT &&
+        (code.category() == std::generic_category() || code.category() == std::system_category())) {
+        return tr("ton quota d’espace disque est atteint");
+    }
     const auto known = std::find_if(wordings.begin(), wordings.end(),
                                     [&](const Wording &wording) { return code == wording.code; });
     return known != wordings.end() ? tr(known->text) : tr("erreur %1").arg(code.value());

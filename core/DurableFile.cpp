@@ -9,14 +9,19 @@
 #include <QUuid>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -28,16 +33,36 @@ namespace {
     throw std::system_error(code, std::generic_category(), what);
 }
 
-/// A temporary file, removed when it goes unless it took its final name.
+[[noreturn]] void fail(int code, const QString &path) {
+    throw std::system_error(code, std::generic_category(), path.toStdString());
+}
+
+constexpr std::string_view leftoverMark = ".vorle-";
+
+/// A temporary file, removed when it goes unless it took its final name. It is locked for as long
+/// as it is one: the system lets the lock go when the process ends, which tells a leftover from a
+/// save under way whatever number the process had.
 class Temporary {
 public:
-    explicit Temporary(const QByteArray &name)
-        : m_name(name)
-        , m_file(::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+    explicit Temporary(const QByteArray &finalName)
+        : m_name(finalName + leftoverMark.data() +
+                 QByteArray::number(QCoreApplication::applicationPid()) + '-' +
+                 QUuid::createUuid().toByteArray(QUuid::Id128))
+        , m_file(::open(m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                         S_IRUSR | S_IWUSR)) {
         if (!m_file.isOpen()) {
             fail(errno, "open");
         }
+        // A second number of the same open file keeps the lock past the first one's closing.
+        m_lock = Descriptor(::fcntl(m_file.number(), F_DUPFD_CLOEXEC, 0));
+        const int refusal = m_lock.isOpen() ? 0 : errno;
+        if (refusal != 0 || ::fchmod(m_file.number(), S_IRUSR | S_IWUSR) != 0) {
+            const int code = refusal != 0 ? refusal : errno;
+            ::unlink(m_name.constData());
+            fail(code, "open");
+        }
+        // Without locks on this file system the process's number in the name must do.
+        ::flock(m_lock.number(), LOCK_EX | LOCK_NB);
     }
     Temporary(const Temporary &) = delete;
     Temporary &operator=(const Temporary &) = delete;
@@ -47,6 +72,11 @@ public:
         }
     }
     Descriptor &file() { return m_file; }
+    /// False when a sweep took it for a leftover in the moment before it was locked.
+    bool stands() const {
+        struct stat state{};
+        return ::fstat(m_lock.number(), &state) == 0 && state.st_nlink > 0;
+    }
     void renameTo(const QByteArray &name) {
         if (::rename(m_name.constData(), name.constData()) != 0) {
             fail(errno, "rename");
@@ -57,6 +87,7 @@ public:
 private:
     QByteArray m_name;
     Descriptor m_file;
+    Descriptor m_lock{-1};
     bool m_kept = false;
 };
 
@@ -78,6 +109,9 @@ void writeAll(int file, std::span<const QByteArrayView> pieces) {
                 continue;
             }
             fail(errno, "write");
+        }
+        if (done == 0) { // no bytes and no reason: not to be tried without end
+            fail(EIO, "write");
         }
         auto written = static_cast<std::size_t>(done);
         while (next < left.size() && written >= left[next].iov_len) {
@@ -101,17 +135,68 @@ void syncToDisk(int file) {
     }
 }
 
-void syncFolderOf(const QString &path) {
-    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
-    const Descriptor descriptor(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    // The new file is in place already, and some file systems cannot sync a folder.
-    if (descriptor.isOpen()) {
-        ::fsync(descriptor.number());
+/// The folder that a file's new name is to be synced in: opened before anything is written, so
+/// that a lack of descriptors changes nothing.
+class Folder {
+public:
+    explicit Folder(const QString &path)
+        : m_descriptor(
+              ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        // A folder may be written to and not be read: its syncing is then left to the system.
+        if (!m_descriptor.isOpen() && errno != EACCES) {
+            fail(errno, path);
+        }
     }
+    void sync() const {
+        // Some file systems have no such thing for a folder.
+        if (m_descriptor.isOpen() && ::fsync(m_descriptor.number()) != 0 && errno != EINVAL &&
+            errno != ENOTSUP && errno != EBADF) {
+            fail(errno, "fsync");
+        }
+    }
+
+private:
+    Descriptor m_descriptor;
+};
+
+/// The process that a name of ours for a temporary file carries, or 0 for another name.
+int writerOf(std::string_view name) {
+    constexpr std::size_t idDigits = 32;
+    const std::size_t mark = name.rfind(leftoverMark);
+    if (mark == std::string_view::npos || name.size() < mark + leftoverMark.size() + idDigits + 2) {
+        return 0;
+    }
+    const std::string_view id = name.substr(name.size() - idDigits);
+    const std::string_view number = name.substr(
+        mark + leftoverMark.size(), name.size() - idDigits - 1 - mark - leftoverMark.size());
+    int process = 0;
+    const auto [end, error] =
+        std::from_chars(number.data(), number.data() + number.size(), process);
+    const bool ours = error == std::errc() && end == number.data() + number.size() &&
+                      name[name.size() - idDigits - 1] == '-' &&
+                      id.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+    return ours ? process : 0;
 }
 
-QString leftoverPrefix(const QString &path) {
-    return QFileInfo(path).fileName() + QStringLiteral(".vorle-");
+bool isAbandoned(const std::string &path, int process) {
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file.isOpen()) {
+        return false;
+    }
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) == 0) {
+        return true;
+    }
+    return errno != EWOULDBLOCK && ::kill(process, 0) != 0 && errno == ESRCH;
+}
+
+/// Makes one folder, 0700. Gives what the system said when it is not there afterwards.
+int madeFolder(const QByteArray &name) {
+    if (::mkdir(name.constData(), S_IRWXU) == 0) {
+        return ::chmod(name.constData(), S_IRWXU) == 0 ? 0 : errno;
+    }
+    const int refusal = errno;
+    struct stat state{};
+    return ::stat(name.constData(), &state) == 0 && S_ISDIR(state.st_mode) ? 0 : refusal;
 }
 
 } // namespace
@@ -126,12 +211,11 @@ QString linkTarget(const QString &path) {
         }
         at = info.symLinkTarget();
     }
-    fail(ELOOP, "readlink");
+    fail(ELOOP, path);
 }
 
-std::optional<QByteArray> readWhole(const QString &path) {
-    constexpr qsizetype spare = 64;            // the JSON parser may read past the end
-    constexpr off_t mostBytes = 2'000'000'000; // twenty times the largest file foreseen
+std::optional<QByteArray> readWhole(const QString &path, qint64 most) {
+    constexpr qsizetype spare = 64; // the JSON parser may read past the end
     const QByteArray name = QFile::encodeName(path);
     // Not to wait for ever on a pipe: it is refused below.
     const Descriptor file(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -139,17 +223,17 @@ std::optional<QByteArray> readWhole(const QString &path) {
         if (errno == ENOENT || errno == ENOTDIR) {
             return std::nullopt;
         }
-        fail(errno, "open");
+        fail(errno, path);
     }
     struct stat state{};
     if (::fstat(file.number(), &state) != 0) {
-        fail(errno, "fstat");
+        fail(errno, path);
     }
     if (!S_ISREG(state.st_mode)) {
-        fail(S_ISDIR(state.st_mode) ? EISDIR : EINVAL, "not a regular file");
+        fail(S_ISDIR(state.st_mode) ? EISDIR : EINVAL, path);
     }
-    if (state.st_size > mostBytes) {
-        fail(EFBIG, "read");
+    if (state.st_size > most) {
+        fail(EFBIG, path);
     }
     QByteArray bytes;
     const auto expected = static_cast<qsizetype>(state.st_size);
@@ -160,7 +244,7 @@ std::optional<QByteArray> readWhole(const QString &path) {
         const ssize_t got =
             ::read(file.number(), bytes.data() + size, static_cast<std::size_t>(expected - size));
         if (got < 0 && errno != EINTR) {
-            fail(errno, "read");
+            fail(errno, path);
         }
         if (got == 0) {
             break;
@@ -179,32 +263,56 @@ void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces) {
     if (exists && !S_ISREG(old.st_mode)) { // a device would be lost to the rename
         fail(S_ISDIR(old.st_mode) ? EISDIR : EINVAL, "not a regular file");
     }
-    Temporary temporary(name + ".vorle-" + QByteArray::number(QCoreApplication::applicationPid()) +
-                        '-' + QUuid::createUuid().toByteArray(QUuid::Id128));
-    writeAll(temporary.file().number(), pieces);
-    if (exists && ::fchmod(temporary.file().number(), old.st_mode & 07777) != 0) {
+    const Folder folder(QFileInfo(target).path());
+    auto temporary = std::make_unique<Temporary>(name);
+    while (!temporary->stands()) {
+        temporary = std::make_unique<Temporary>(name);
+    }
+    writeAll(temporary->file().number(), pieces);
+    if (exists && ::fchmod(temporary->file().number(), old.st_mode & 07777) != 0) {
         fail(errno, "fchmod");
     }
-    syncToDisk(temporary.file().number());
-    if (temporary.file().close() != 0 && errno != EINTR) {
+    syncToDisk(temporary->file().number());
+    if (temporary->file().close() != 0 && errno != EINTR) {
         fail(errno, "close");
     }
-    temporary.renameTo(name);
-    syncFolderOf(target);
+    temporary->renameTo(name);
+    folder.sync();
 }
 
-void sweepLeftovers(const QString &path) {
-    const QString target = linkTarget(path);
-    const QString prefix = leftoverPrefix(target);
-    QDir folder = QFileInfo(target).dir();
-    const auto files = folder.entryList(QDir::Files | QDir::Hidden);
-    for (const QString &file : files) {
-        if (!file.startsWith(prefix)) {
-            continue;
-        }
-        const int process = file.mid(prefix.size()).section(u'-', 0, 0).toInt();
-        if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH) {
-            folder.remove(file);
+void replaceWhole(const QString &path, QByteArrayView bytes) { replaceWhole(path, {&bytes, 1}); }
+
+void makeFolder(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    int refusal = madeFolder(name);
+    if (refusal == ENOENT && !QFileInfo(path).isRoot()) {
+        makeFolder(QFileInfo(path).dir().absolutePath());
+        refusal = madeFolder(name);
+    }
+    if (refusal != 0) {
+        fail(refusal, path);
+    }
+}
+
+void makeOwnFolder(const QString &path) {
+    makeFolder(path);
+    struct stat state{};
+    const QByteArray name = QFile::encodeName(path);
+    if (::stat(name.constData(), &state) == 0 && (state.st_mode & 07777) != S_IRWXU &&
+        state.st_uid == ::geteuid() && ::chmod(name.constData(), S_IRWXU) != 0) {
+        fail(errno, path);
+    }
+}
+
+void sweepLeftovers(const QString &folder) {
+    std::error_code ignored;
+    std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), ignored);
+    const std::filesystem::directory_iterator end;
+    for (; !ignored && entry != end; entry.increment(ignored)) {
+        const std::string path = entry->path().string();
+        const int process = writerOf(entry->path().filename().string());
+        if (process > 0 && isAbandoned(path, process)) {
+            ::unlink(path.c_str());
         }
     }
 }
@@ -229,8 +337,7 @@ void keepAside(const QString &path, const QString &aside) {
     // Some file systems have no second names.
     const auto bytes = readWhole(target);
     if (bytes) {
-        const QByteArrayView piece(*bytes);
-        replaceWhole(aside, {&piece, 1});
+        replaceWhole(aside, *bytes);
     }
 }
 

@@ -16,19 +16,37 @@ namespace vorle {
 /// @throws std::system_error for a loop of links
 QString linkTarget(const QString &path);
 
+/// Twenty times the largest file foreseen.
+constexpr qint64 mostFileBytes = 2'000'000'000;
+
 /// All bytes of a regular file, with spare capacity past the end so that they can be parsed where
 /// they are. Nothing when there is no such file.
-/// @throws std::system_error for what cannot be read, is no regular file or passes 2 GB
-std::optional<QByteArray> readWhole(const QString &path);
+/// @throws std::system_error for what cannot be read, is no regular file or has more than `most`
+///         bytes, of which none is read then; it carries the path
+std::optional<QByteArray> readWhole(const QString &path, qint64 most = mostFileBytes);
 
 /// Replaces a file by these pieces, one after the other, in one step: whoever reads it, even after
 /// a crash, finds the old bytes or the new. A symbolic link is written through, the file's mode
-/// kept; a new file is the user's alone (0600).
-/// @throws std::system_error; the file is then as it was
+/// kept; a new file is the user's alone (0600), whatever the umask. Its folder must exist.
+/// @throws std::system_error; the file is then as it was (as the pieces say it, when all that
+///         failed was to see the new name on the disk)
 void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces);
 
-/// Removes what a process that died in the middle of replaceWhole() left beside the file.
-void sweepLeftovers(const QString &path);
+/// The same for one piece.
+void replaceWhole(const QString &path, QByteArrayView bytes);
+
+/// Makes a folder and those above it that are missing, the user's alone (0700) whatever the umask.
+/// One that stands already is left as it is.
+/// @throws std::system_error with the path and what the system said
+void makeFolder(const QString &path);
+
+/// The same for a folder that is this program's by its name: one that stands already is made the
+/// user's alone too.
+void makeOwnFolder(const QString &path);
+
+/// Removes what processes that died in the middle of replaceWhole() left in a folder. What a living
+/// one is writing, here or on another machine that shares the folder, stays.
+void sweepLeftovers(const QString &folder);
 
 /// A free name beside the file to keep its present bytes under: "….illisible-2026-10-26-080000".
 QString asideName(const QString &path, const QDateTime &now);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace vorle {
 
@@ -31,17 +32,15 @@ void tidySets(Settings &settings) {
 
 /// The radius used to go from 0 to 9 under a key of its own.
 void migrateRadius(const SettingsFile &file, Settings &settings) {
-    const QJsonValue present = file.value(QStringLiteral("radiusLevel2"), Form::Plain);
-    if (const double level = present.toDouble(0.5); level == std::floor(level)) {
-        if (level > 0) {
-            settings.radiusLevel = static_cast<int>(std::min(level, 6.0));
-        }
+    const auto whole = [&](const QString &key) {
+        const double number = file.value(key, Form::Plain).toDouble(0.5);
+        return number == std::floor(number) ? std::optional(number) : std::nullopt;
+    };
+    if (whole(QStringLiteral("radiusLevel2"))) {
         return;
     }
-    const QJsonValue old = file.value(QStringLiteral("radiusLevel"), Form::Plain);
-    const int level = old.toInt(-1);
-    if (level >= 0 && level <= 9) {
-        settings.radiusLevel = static_cast<int>(std::lround(level * 6 / 9.0));
+    if (const auto old = whole(QStringLiteral("radiusLevel"))) {
+        settings.radiusLevel = static_cast<int>(std::lround(std::clamp(*old, 0.0, 9.0) * 6 / 9.0));
     }
 }
 
@@ -65,16 +64,19 @@ Settings read(const SettingsFile &file) {
 } // namespace
 
 Preferences::Preferences(std::unique_ptr<SettingsFile> file, QObject *parent)
-    : QObject(parent), m_file(std::move(file)), m_settings(read(*m_file)) {}
+    : QObject(parent), m_file(std::move(file)), m_settings(read(*m_file)) {
+    connect(m_file.get(), &SettingsFile::changedOutside, this, &Preferences::reload);
+    connect(m_file.get(), &SettingsFile::saveFailed, this, &Preferences::saveFailed);
+}
 
-void Preferences::write(const QString &key) {
+void Preferences::write(const QString &key, const Settings &before) {
     requireMainThread(subject);
     tidySets(m_settings);
     const SettingEntry *entry = findSetting(key);
     if (entry == nullptr) {
         return;
     }
-    m_file->setValue(key, entry->json(m_settings), entry->form);
+    m_file->setValue(key, entry->json(before), entry->json(m_settings), entry->form);
 }
 
 void Preferences::reload() {
@@ -123,8 +125,8 @@ std::optional<QString> Preferences::changeSetting(const QString &key, const QJso
         return French::tr("« %1 » attend %2.").arg(key, entry->expectation(key));
     }
     const bool another = !entry->equal(next, m_settings);
-    m_settings = std::move(next);
-    write(key);
+    const Settings before = std::exchange(m_settings, std::move(next));
+    write(key, before);
     if (another) {
         Q_EMIT changed(key);
     }

@@ -14,15 +14,17 @@
 
 namespace vorle {
 
-/// The user's settings, observable and written at once. Main thread only.
+/// The user's settings, observable. Each change is written at once, in the background. Main thread
+/// only.
 ///
 ///     preferences.settings().interests
 ///     preferences.change(&Settings::weeklyMinutes, 120);
 ///
 /// A value that is absent, of the wrong type, out of its range or an unknown word reads as the
-/// setting's default; of a list or a dictionary, the entries that fit are kept. Nothing here
-/// fails but the opening (see SettingsFile): a write that does not succeed is logged and told by
-/// `writeError()`, and the value stands in memory.
+/// setting's default; a whole number out of its range as the nearest in it; of a list or a
+/// dictionary, the entries that fit are kept, and those that do not stay in the file. Nothing here
+/// fails but the opening (see SettingsFile): a write that does not succeed is logged and told, and
+/// the value stands in memory.
 class Preferences final : public QObject {
     Q_OBJECT
 public:
@@ -31,12 +33,18 @@ public:
 
     const Settings &settings() const { return m_settings; }
 
-    /// Sets one setting, writes it at once, and announces it when it is another than before.
+    /// Sets one setting, has it written, and announces it when it is another than before.
     template <class T>
     void change(T Settings::*setting, std::type_identity_t<T> value);
 
     /// Reads again what other processes wrote, and announces what changed.
     void reload();
+    /// From now on does so by itself, soon after another process wrote a settings file. On a Mac
+    /// nobody tells of another process's changes.
+    void watch() { m_file->watch(); }
+    /// Waits until every change is on disk. False when it could not be written: `writeError()` says
+    /// why.
+    bool flush() { return m_file->flush(); }
 
     /// The search radius that acts: 0, 1 or 2.
     int radius() const;
@@ -54,19 +62,23 @@ public:
     /// unknown or the value does not fit; null takes an optional setting's value away.
     std::optional<QString> changeSetting(const QString &key, const QJsonValue &value);
 
-    /// Why the last change was not written, as a French sentence for the user.
-    const std::optional<QString> &writeError() const { return m_file->writeError(); }
+    /// Why the last write that ended failed, as a French sentence for the user; see flush().
+    std::optional<QString> writeError() const { return m_file->writeError(); }
 
+    /// What the user has to know of how the settings file was found: see SettingsFile.
+    const std::optional<QString> &notice() const { return m_file->notice(); }
     /// Where a settings file that could not be read is kept, once it was replaced.
     const std::optional<QString> &setAside() const { return m_file->setAside(); }
 
 Q_SIGNALS:
     void changed(const QString &key);
+    /// A write failed; `text` is a French sentence for the user.
+    void saveFailed(const QString &text);
 
 private:
     template <class T>
     static QString keyOf(T Settings::*setting);
-    void write(const QString &key);
+    void write(const QString &key, const Settings &before);
 
     std::unique_ptr<SettingsFile> m_file;
     Settings m_settings;
@@ -89,9 +101,10 @@ QString Preferences::keyOf(T Settings::*setting) {
 template <class T>
 void Preferences::change(T Settings::*setting, std::type_identity_t<T> value) {
     const bool another = !(m_settings.*setting == value);
+    const Settings before = m_settings;
     m_settings.*setting = std::move(value);
     const QString key = keyOf(setting);
-    write(key);
+    write(key, before);
     if (another) {
         Q_EMIT changed(key);
     }

@@ -3,9 +3,10 @@
 #include "base/Clock.h"
 #include "base/Log.h"
 #include "base/MainThread.h"
+#include "base/SystemErrorText.h"
 #include "core/DurableFile.h"
 
-#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -14,6 +15,7 @@
 #include <QOperatingSystemVersion>
 #include <QStandardPaths>
 
+#include <cerrno>
 #include <system_error>
 
 namespace vorle {
@@ -22,56 +24,18 @@ namespace {
 
 constexpr std::string_view subject = "vorle/Preferences";
 
-bool readJson(QIODevice &device, QSettings::SettingsMap &map) {
-    const QByteArray bytes = device.readAll();
-    const auto document = QJsonDocument::fromJson(bytes);
-    if (!document.isObject()) {
-        return bytes.isEmpty();
-    }
-    map = document.object().toVariantMap();
-    return true;
-}
-
-bool writeJson(QIODevice &device, const QSettings::SettingsMap &map) {
-    const QByteArray bytes = QJsonDocument(QJsonObject::fromVariantMap(map)).toJson();
-    return device.write(bytes) == bytes.size();
-}
-
-/// QSettings knows formats by number for the life of the process.
-QSettings::Format jsonFormat() {
-    static const auto format =
-        QSettings::registerFormat(QStringLiteral("json"), readJson, writeJson);
-    return format;
-}
-
-QString userFile() {
-    const QString named = qEnvironmentVariable("VORLE_SETTINGS");
-    return !named.isEmpty()
-               ? named
-               : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                     QStringLiteral("/vorle/settings.json");
-}
-
 bool usesUserDefaults() {
     return QOperatingSystemVersion::currentType() == QOperatingSystemVersion::MacOS &&
            qEnvironmentVariableIsEmpty("VORLE_SETTINGS");
 }
 
-/// Why the file may not be opened: a pipe would be waited for without end. Nothing when it may.
-std::error_code oddity(const QString &path) {
-    const QFileInfo info(path);
-    if (!info.exists() || info.isFile()) {
-        return {};
-    }
-    return std::make_error_code(info.isDir() ? std::errc::is_a_directory
-                                             : std::errc::invalid_argument);
-}
-
-std::unique_ptr<QSettings> opened(const QString &path) {
-    if (const std::error_code odd = oddity(path)) {
-        throw std::system_error(odd, path.toStdString());
-    }
-    return std::make_unique<QSettings>(path, jsonFormat());
+/// The domain "fr.vorle.vorle" and nothing else. The program has no organisation's name: it would
+/// move the folders of its data.
+std::unique_ptr<QSettings> userDefaults() {
+    auto settings =
+        std::make_unique<QSettings>(QStringLiteral("vorle.fr"), QStringLiteral("vorle"));
+    settings->setFallbacksEnabled(false);
+    return settings;
 }
 
 /// A JSON text's object or list, or nothing.
@@ -99,88 +63,191 @@ QVariant forUserDefaults(const QJsonValue &value, SettingsFile::Form form) {
     return value.toVariant();
 }
 
-} // namespace
-
-SettingsFile::SettingsFile()
-    : m_settings(usesUserDefaults() ? std::make_unique<QSettings>() : opened(userFile())) {}
-
-SettingsFile::SettingsFile(const QString &jsonFile) : m_settings(opened(jsonFile)) {}
-
-QJsonValue SettingsFile::value(const QString &key, Form form) const {
-    requireMainThread(subject);
-    const QVariant stored = m_settings->value(key);
+QJsonValue fromUserDefaults(const QVariant &stored, SettingsFile::Form form) {
     if (!stored.isValid()) {
         return QJsonValue::Undefined;
     }
     if (stored.typeId() == QMetaType::QDateTime) {
         return QString::fromLatin1(formatIso8601(stored.toDateTime()));
     }
-    const bool text = stored.typeId() == QMetaType::QString;
-    if (form == Form::Record && (text || stored.typeId() == QMetaType::QByteArray)) {
-        return parsed(text ? stored.toString().toUtf8() : stored.toByteArray())
-            .value_or(QJsonValue::Null);
+    if (form == SettingsFile::Form::Record && stored.typeId() == QMetaType::QByteArray) {
+        return parsed(stored.toByteArray()).value_or(QJsonValue::Null);
     }
     return QJsonValue::fromVariant(stored);
 }
 
-void SettingsFile::setValue(const QString &key, const QJsonValue &value, Form form) {
+} // namespace
+
+SettingsFile::SettingsFile() {
+    if (usesUserDefaults()) {
+        m_defaults = userDefaults();
+        return;
+    }
+    const QString named = qEnvironmentVariable("VORLE_SETTINGS");
+    if (!named.isEmpty()) {
+        open(named);
+        return;
+    }
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                           QStringLiteral("/vorle");
+    if (QFileInfo(folder).isDir()) { // what only reads makes none
+        makeOwnFolder(folder);
+    }
+    open(folder + QStringLiteral("/settings.json"));
+}
+
+SettingsFile::SettingsFile(const QString &jsonFile) { open(jsonFile); }
+
+SettingsFile::~SettingsFile() {
+    m_json.reset(); // what it still has to say comes to nobody
+}
+
+void SettingsFile::open(const QString &path) {
+    if (path.contains(QChar::ReplacementCharacter)) {
+        // Bytes that no name of ours can carry: another file would be read, and written.
+        throw std::system_error(EILSEQ, std::generic_category(), path.toStdString());
+    }
+    m_json = std::make_unique<JsonSettings>(path, [this](const JsonSettings::Outcome &outcome) {
+        QMetaObject::invokeMethod(this, [this, outcome] { take(outcome); }, Qt::QueuedConnection);
+    });
+    if (m_json->isUnreadable()) {
+        logLine(QStringLiteral("the settings file could not be read as settings"));
+        m_notice =
+            tr("Tes réglages étaient illisibles. Je pars des réglages d’origine ; avant d’en "
+               "changer un, je garderai l’ancien fichier à côté : %1.illisible-…")
+                .arg(path);
+    } else if (m_json->wasEmpty()) {
+        m_notice =
+            tr("Ton fichier de réglages était vide. Je pars des réglages d’origine : %1").arg(path);
+    }
+    sweepLeftovers(QFileInfo(linkTarget(path)).absolutePath());
+}
+
+QJsonValue SettingsFile::value(const QString &key, Form form) const {
     requireMainThread(subject);
-    m_writeError.reset();
-    if (!write(key, value, form)) {
-        logLine(QStringLiteral("the setting could not be written: ") + key);
-        m_writeError = QCoreApplication::translate(
-                           "SettingsFile", "Le réglage « %1 » n’a pas pu être enregistré dans %2")
-                           .arg(key, m_settings->fileName());
+    const QJsonValue stored =
+        m_json ? m_json->value(key) : fromUserDefaults(m_defaults->value(key), form);
+    return form == Form::Record && stored.isString()
+               ? parsed(stored.toString().toUtf8()).value_or(QJsonValue::Null)
+               : stored;
+}
+
+void SettingsFile::setValue(const QString &key, const QJsonValue &base, const QJsonValue &value,
+                            Form form) {
+    requireMainThread(subject);
+    const bool absent = value.isNull() || value.isUndefined();
+    // The fields of one record belong together.
+    const QJsonValue before = form == Form::Record && value.isObject() ? QJsonValue() : base;
+    if (m_json) {
+        m_json->change(key, before, absent ? QJsonValue() : value);
+    } else if (absent) {
+        m_defaults->remove(key);
+    } else {
+        const QJsonValue present = this->value(key, form);
+        m_defaults->setValue(key, forUserDefaults(mergedSetting(before, value, present), form));
     }
 }
 
-bool SettingsFile::write(const QString &key, const QJsonValue &value, Form form) {
-    if (!keepUnreadable()) {
-        return false;
-    }
-    if (m_settings->status() == QSettings::AccessError &&
-        m_settings->format() != QSettings::NativeFormat) {
-        // The status sticks; what is still to be written does not depend on this object.
-        m_settings = std::make_unique<QSettings>(m_settings->fileName(), jsonFormat());
-    }
-    if (value.isNull() || value.isUndefined()) {
-        m_settings->remove(key);
-    } else if (m_settings->format() == QSettings::NativeFormat) {
-        m_settings->setValue(key, forUserDefaults(value, form));
+bool SettingsFile::flush() {
+    requireMainThread(subject);
+    if (m_json) {
+        take(m_json->flush());
     } else {
-        m_settings->setValue(key, value.toVariant());
+        m_defaults->sync();
     }
-    m_settings->sync();
-    return m_settings->status() != QSettings::AccessError;
+    return !m_writeError;
+}
+
+void SettingsFile::take(const JsonSettings::Outcome &outcome) {
+    if (outcome.number <= m_taken) {
+        return; // flush() was quicker
+    }
+    m_taken = outcome.number;
+    if (outcome.aside) {
+        m_setAside = outcome.aside;
+    }
+    const bool failedBefore = m_writeError.has_value();
+    m_writeError.reset();
+    if (!outcome.error) {
+        return;
+    }
+    const QString why = systemErrorText(outcome.error);
+    m_writeError = outcome.keys.size() == 1
+                       ? tr("Le réglage « %1 » n’a pas pu être enregistré dans %2 : %3.")
+                             .arg(outcome.keys.first(), m_json->path(), why)
+                       : tr("Tes réglages n’ont pas pu être enregistrés dans %1 : %2.")
+                             .arg(m_json->path(), why);
+    if (!failedBefore) {
+        logLine(QStringLiteral("settings could not be written: ") +
+                QString::fromStdString(outcome.error.message()));
+        Q_EMIT saveFailed(*m_writeError);
+    }
 }
 
 void SettingsFile::refresh() {
     requireMainThread(subject);
-    if (m_settings->format() == QSettings::NativeFormat || !oddity(m_settings->fileName())) {
-        m_settings->sync();
+    if (m_defaults) {
+        m_defaults->sync();
+        return;
+    }
+    try {
+        m_json->refresh(); // an unfinished file is soon followed by a finished one
+    } catch (const std::system_error &error) {
+        logLine(QStringLiteral("the settings file cannot be read for now: ") +
+                QString::fromLocal8Bit(error.what()));
     }
 }
 
-bool SettingsFile::keepUnreadable() {
-    if (m_settings->format() == QSettings::NativeFormat) {
-        return true;
+void SettingsFile::watch() {
+    requireMainThread(subject);
+    if (!m_json || m_watcher) {
+        return;
     }
-    const QString path = m_settings->fileName();
     try {
-        const auto bytes = readWhole(path);
-        if (!bytes || bytes->isEmpty() || QJsonDocument::fromJson(*bytes).isObject()) {
-            return true;
-        }
-        const QString aside = asideName(path, QDateTime::currentDateTime());
-        keepAside(path, aside);
-        m_setAside = aside;
-        logLine(QStringLiteral("the settings file could not be read, kept as ") + aside);
-    } catch (const std::system_error &error) {
-        logLine(QStringLiteral("the settings file could not be read: ") +
-                QString::fromLocal8Bit(error.what()));
-        return false;
+        makeFolder(QFileInfo(linkTarget(m_json->path())).absolutePath());
+    } catch (const std::system_error &) {
+        return; // nobody writes there either
     }
-    return true;
+    // A save is several changes of a folder: they are looked at once they are over.
+    constexpr int settledMs = 60;
+    m_settled.setSingleShot(true);
+    m_settled.setInterval(settledMs);
+    connect(&m_settled, &QTimer::timeout, this, [this] {
+        watchAgain();
+        Q_EMIT changedOutside();
+    });
+    m_watcher = std::make_unique<QFileSystemWatcher>();
+    // Not pushed back by what comes after: a busy folder must not starve it.
+    const auto look = [this] {
+        if (!m_settled.isActive()) {
+            m_settled.start();
+        }
+    };
+    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, look);
+    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, look);
+    watchAgain();
+}
+
+/// The folders tell of a file that took the name, the file of what is written into it in place. A
+/// file that was replaced is watched no more: the new one has to be.
+void SettingsFile::watchAgain() {
+    QStringList wanted{QFileInfo(m_json->path()).absolutePath()};
+    try {
+        const QString target = linkTarget(m_json->path());
+        wanted += {QFileInfo(target).absolutePath(), target};
+    } catch (const std::system_error &) {
+        logLine(QStringLiteral("the settings file's links lead nowhere"));
+    }
+    wanted.removeDuplicates();
+    for (const QString &path : std::as_const(wanted)) {
+        const QFileInfo info(path);
+        if (info.isFile()) {
+            m_watcher->removePath(path); // it may be the watch of the file that was there before
+        }
+        if (info.exists() && !m_watcher->directories().contains(path)) {
+            m_watcher->addPath(path);
+        }
+    }
 }
 
 } // namespace vorle

@@ -1,8 +1,13 @@
 #pragma once
 
+#include "core/JsonSettings.h"
+
+#include <QFileSystemWatcher>
 #include <QJsonValue>
+#include <QObject>
 #include <QSettings>
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -10,10 +15,10 @@
 namespace vorle {
 
 /// Where settings are kept, one value a key: the user-defaults database on a Mac, a JSON file
-/// elsewhere (one object, types kept, readable by hand). Several processes may write different
-/// keys of one file: each write reads the file again under a lock. Keys it does not know stay.
-/// Main thread only.
-class SettingsFile {
+/// elsewhere (one object, types kept, readable by hand; see JsonSettings). Keys it does not know
+/// stay. Main thread only.
+class SettingsFile final : public QObject {
+    Q_OBJECT
 public:
     /// How a value is put into the user-defaults database, whose types are richer than JSON's.
     /// In a JSON file all three are plain JSON: a date is an ISO 8601 text, a record an object.
@@ -23,36 +28,56 @@ public:
         Record ///< JSON data: the bytes of a JSON text
     };
 
-    /// The user's own settings: on a Mac the user-defaults database; elsewhere settings.json in
-    /// the folder "vorle" of the user's configuration. VORLE_SETTINGS, when set, names a JSON file
-    /// instead.
-    /// @throws std::system_error when a folder, a pipe or a device is in the file's place
+    /// The user's own settings: on a Mac the user-defaults database, in the program's own domain
+    /// ("fr.vorle.vorle"); elsewhere settings.json in the folder "vorle" of the user's
+    /// configuration. VORLE_SETTINGS, when set, names a JSON file instead.
+    /// @throws std::system_error when the file is there and cannot be read: what cannot be read
+    ///         must not be written over
     SettingsFile();
     /// A JSON file. @throws std::system_error as above
     explicit SettingsFile(const QString &jsonFile);
+    ~SettingsFile() override;
 
     /// The value as JSON; Undefined when the key is absent. Records are read from JSON data, from
     /// a JSON text and from a plain object or list alike.
     QJsonValue value(const QString &key, Form form) const;
-    /// Writes the value and sees it on disk before it returns; null and Undefined take the key
-    /// away. A file that is not a JSON object is first kept as "….illisible-<date>". A failure is
-    /// logged and told by writeError(): the caller's value stands in memory.
-    void setValue(const QString &key, const QJsonValue &value, Form form);
-    /// Sees what other processes wrote.
+    /// Asks for the value to be written, and returns at once; null and Undefined take the key away.
+    /// `base` is what was known before: what another process changed meanwhile in a list or a
+    /// dictionary is kept. A file that is not a JSON object is first kept as
+    /// "….illisible-<date>". A failure is logged and told; the value then waits for the next write.
+    void setValue(const QString &key, const QJsonValue &base, const QJsonValue &value, Form form);
+    /// Waits until what was set is on disk. False when it could not be: writeError() says why.
+    bool flush();
+    /// Sees what other processes wrote. What cannot be read changes nothing.
     void refresh();
+    /// From now on `changedOutside` tells what other processes write. Without a folder that can be
+    /// watched it does nothing; the user-defaults database tells nobody.
+    void watch();
 
-    /// Why the last write failed, as a French sentence for the user; nothing when it did not.
-    const std::optional<QString> &writeError() const { return m_writeError; }
-
+    /// Why the last write that ended failed, as a French sentence for the user; nothing when it did
+    /// not.
+    std::optional<QString> writeError() const { return m_writeError; }
+    /// What the user has to know of how the file was found, as a French sentence: it was empty, or
+    /// could not be read as settings. Nothing when all is well.
+    const std::optional<QString> &notice() const { return m_notice; }
     /// Where an unreadable file is kept, once it is.
     const std::optional<QString> &setAside() const { return m_setAside; }
 
-private:
-    /// False when a file that holds no settings could not be kept: it must not be replaced.
-    bool keepUnreadable();
-    bool write(const QString &key, const QJsonValue &value, Form form);
+Q_SIGNALS:
+    void changedOutside();
+    void saveFailed(const QString &text);
 
-    std::unique_ptr<QSettings> m_settings;
+private:
+    void open(const QString &path);
+    void take(const JsonSettings::Outcome &outcome);
+    void watchAgain();
+
+    std::unique_ptr<QSettings> m_defaults; // one of the two
+    std::unique_ptr<JsonSettings> m_json;
+    std::unique_ptr<QFileSystemWatcher> m_watcher;
+    QTimer m_settled;
+    unsigned m_taken = 0; ///< the save whose outcome was taken last
+    std::optional<QString> m_notice;
     std::optional<QString> m_setAside;
     std::optional<QString> m_writeError;
 };

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace vorle {
@@ -164,7 +165,17 @@ struct Of {
         return true;
     }
     static void salvage(const QString &key, const QJsonValue &value, Settings &into) {
-        if (!accept(key, value, into)) {
+        if (accept(key, value, into)) {
+            return;
+        }
+        if constexpr (std::is_same_v<T, int>) {
+            if (const auto number = fromJson<double>(value);
+                number && *number == std::trunc(*number)) {
+                const Range range = rangeOf(key);
+                into.*field.member =
+                    static_cast<int>(std::clamp<double>(*number, range.least, range.most));
+            }
+        } else {
             salvageEntries(key, value, into.*field.member);
         }
     }

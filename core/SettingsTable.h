@@ -16,8 +16,9 @@ struct SettingEntry {
     SettingsFile::Form form;
     /// Sets it when the JSON value fits exactly: type, words and ranges. False changes nothing.
     bool (*accept)(const QString &key, const QJsonValue &value, Settings &into);
-    /// Sets it as far as the JSON value makes sense: exactly, or by the entries of a list or a
-    /// dictionary that fit. Anything else leaves it as it is.
+    /// Sets it as far as the JSON value makes sense: exactly, by the nearest whole number in its
+    /// range, or by the entries of a list or a dictionary that fit. Anything else leaves it as it
+    /// is.
     void (*salvage)(const QString &key, const QJsonValue &value, Settings &into);
     QJsonValue (*json)(const Settings &from); ///< null without a value
     bool (*equal)(const Settings &a, const Settings &b);

@@ -2,17 +2,14 @@
 
 #include "base/Async.h"
 #include "base/Cancellation.h"
+#include "core/FileLock.h"
 
 #include <QString>
 
-#include <chrono>
-
 namespace vorle {
 
-/// A right that one process at a time has over a topics file. A lock on an open file beside it
-/// ("….lock", "….app.lock"), which the system releases when the holder ends, however it ends; the
-/// file itself stays. Several names of one file (symbolic links) share one lock. Reading needs no
-/// lock. Main thread only.
+/// A right that one process at a time has over a topics file (see FileLock). Reading needs no lock.
+/// Main thread only.
 class StoreLock {
 public:
     enum class Right {
@@ -24,9 +21,9 @@ public:
     explicit StoreLock(const QString &topicsFile, Right right = Right::ChangeTopics);
     StoreLock(const StoreLock &) = delete;
     StoreLock &operator=(const StoreLock &) = delete;
-    ~StoreLock();
+    ~StoreLock() = default;
 
-    bool isHeld() const { return m_held; }
+    bool isHeld() const { return m_lock.isHeld(); }
     /// Takes the lock when nobody else holds it.
     /// @throws std::system_error when the lock file cannot be opened
     bool tryLock();
@@ -36,9 +33,7 @@ public:
     void release();
 
 private:
-    QString m_path;
-    int m_descriptor = -1;
-    bool m_held = false;
+    FileLock m_lock;
 };
 
 } // namespace vorle

@@ -29,8 +29,10 @@ bool Topic::isUrgent() const {
 }
 
 QString changeLabel(const QString &change) {
+    // At the start of a sentence too, and in no other spelling.
     const auto speaksOf = [&](QStringView word) {
-        return change.contains(word, Qt::CaseInsensitive);
+        const QString capital = word.first(1).toString().toUpper() + word.sliced(1).toString();
+        return change.contains(word) || change.contains(capital);
     };
     if (speaksOf(u"faille")) {
         return French::tr("Faille de sécurité");

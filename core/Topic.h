@@ -46,6 +46,7 @@ constexpr std::array<std::string_view, 5> rawStrings(Origin) {
 struct TopicSource {
     QString title;
     QString url;
+    json::Rest unknown = {}; ///< keys of a later version
 
     /// The repository ("owner/repo") for a link to GitHub or its raw-content host; else the page
     /// title; "Source" when nothing better is known.
@@ -55,6 +56,7 @@ struct TopicSource {
         return std::tuple(json::field("title", &TopicSource::title),
                           json::field("url", &TopicSource::url));
     }
+    static constexpr auto jsonRest() { return &TopicSource::unknown; }
     bool operator==(const TopicSource &) const = default;
 };
 
@@ -64,10 +66,12 @@ size_t qHash(const TopicSource &source, size_t seed = 0);
 struct Picture {
     QString url;
     QString file;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("url", &Picture::url), json::field("file", &Picture::file));
     }
+    static constexpr auto jsonRest() { return &Picture::unknown; }
     bool operator==(const Picture &) const = default;
 };
 
@@ -77,12 +81,14 @@ struct Correction {
     QList<QString> tags;
     QString text;
     QDateTime at;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(
             json::field("score", &Correction::score), json::field("tags", &Correction::tags),
             json::field("text", &Correction::text), json::field("at", &Correction::at));
     }
+    static constexpr auto jsonRest() { return &Correction::unknown; }
     bool operator==(const Correction &) const = default;
 };
 
@@ -125,6 +131,7 @@ struct Topic {
     std::optional<QByteArray> seenText;
     std::optional<Brief> brief;
     std::optional<Origin> origin;
+    json::Rest unknown = {}; ///< keys of a later version: they survive a save
 
     /// The first source, or nothing when the topic has none.
     const TopicSource *mainSource() const { return sources.isEmpty() ? nullptr : &sources.first(); }
@@ -157,12 +164,13 @@ struct Topic {
             json::field("seenText", &Topic::seenText), json::field("brief", &Topic::brief),
             json::field("origin", &Topic::origin));
     }
+    static constexpr auto jsonRest() { return &Topic::unknown; }
     bool operator==(const Topic &) const = default;
 };
 
 size_t qHash(const Topic &topic, size_t seed = 0);
 
-/// The label a person sees for one change of a topic, from the words in it, whatever their case:
+/// The label a person sees for one change of a topic, from the words in it, capital or not:
 /// a flaw before a break, a gain, a new interface. Empty when no word is recognised.
 QString changeLabel(const QString &change);
 

@@ -33,8 +33,9 @@ struct Period {
     bool contains(const QDateTime &moment) const { return begin <= moment && moment < end; }
 };
 
-/// The calendar week around `moment`, in the user's zone, from the locale's first day of the week.
-Period calendarWeek(const QDateTime &moment, const QLocale &locale = QLocale(),
+/// The calendar week around `moment`, in the user's zone, from the first day that
+/// the system's settings give it: the program speaks French, the user's calendar need not.
+Period calendarWeek(const QDateTime &moment, const QLocale &locale = QLocale::system(),
                     const QTimeZone &zone = QTimeZone::systemTimeZone());
 
 /// The topics found inside the period.

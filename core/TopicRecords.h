@@ -25,7 +25,8 @@ namespace vorle {
 /// way.
 ///
 /// Such a record is never worth a run: nothing here fails. What cannot be read or written is
-/// logged; an unreadable file is kept aside before the first save replaces it.
+/// logged. A file that was read and holds no such records is kept aside before the first save
+/// replaces it; one that the system does not let be read is not replaced.
 template <class Record>
 class TopicRecords {
 public:
@@ -72,7 +73,7 @@ public:
         if (!m_loaded) {
             take(co_await onPool([file = m_file] { return read(file); }));
         }
-        while (m_dirty) {
+        while (m_dirty && m_loaded) {
             m_dirty = false;
             dropOrphans();
             const auto unreadableAt = m_unreadable ? std::optional(m_clock.now()) : std::nullopt;
@@ -92,7 +93,8 @@ public:
 private:
     struct Contents {
         QList<Record> records;
-        QString failure; ///< why they could not be read; empty when they could
+        QString failure;      ///< why they could not be read; empty when they could
+        bool refused = false; ///< by the system: says nothing of what the file holds
     };
 
     /// Any thread.
@@ -100,8 +102,10 @@ private:
         try {
             const auto bytes = file.isEmpty() ? std::nullopt : readWhole(file);
             return {bytes ? json::decode<QList<Record>>(*bytes) : QList<Record>(), {}};
+        } catch (const json::DecodeError &error) {
+            return {{}, QString::fromUtf8(error.what())};
         } catch (const std::exception &error) {
-            return {{}, QString::fromLocal8Bit(error.what())};
+            return {{}, QString::fromLocal8Bit(error.what()), true};
         }
     }
 
@@ -117,9 +121,7 @@ private:
             if (unreadableAt) {
                 keepAside(file, asideName(file, *unreadableAt));
             }
-            const QByteArray text = json::encode(records, json::Style::Pretty) + '\n';
-            const QByteArrayView piece(text);
-            replaceWhole(file, {&piece, 1});
+            replaceWhole(file, json::encode(records, json::Style::Pretty) + '\n');
         } catch (const std::exception &error) {
             return QString::fromLocal8Bit(error.what());
         }
@@ -127,9 +129,10 @@ private:
     }
 
     void take(const Contents &contents) {
-        if (std::exchange(m_loaded, true)) {
+        if (m_loaded) {
             return;
         }
+        m_loaded = !contents.refused; // else it is tried again
         for (const Record &record : contents.records) {
             if (!m_records.contains(record.topic)) { // what came while the file was read is newer
                 m_records.insert(record.topic, record);
@@ -137,7 +140,7 @@ private:
         }
         if (!contents.failure.isEmpty()) {
             logLine(m_what + QStringLiteral(" could not be read: ") + contents.failure);
-            m_unreadable = true;
+            m_unreadable = !contents.refused;
         }
     }
 

@@ -3,7 +3,7 @@
 #include "base/MainThread.h"
 #include "core/TopicWriter.h"
 
-#include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 
@@ -13,14 +13,25 @@ namespace {
 
 constexpr std::string_view subject = "vorle/TopicStore";
 
-/// Earlier versions ended a summary with the project's name.
-void repairSummary(Topic &topic) {
-    static const QRegularExpression suffix(QStringLiteral(" · [A-ZÉ][a-zéèA-Z ]+$"));
-    if (topic.summary.contains(u'·')) {
-        const auto match = suffix.match(topic.summary);
-        if (match.hasMatch()) {
-            topic.summary.remove(match.capturedStart(), match.capturedLength());
+/// An entry copied by hand has its original's identity, one written by hand may have none: each
+/// gets one of its own, the same at every load, so that what is kept beside the topics finds it.
+void giveIdentities(QList<Topic> &topics) {
+    QSet<QUuid> given;
+    given.reserve(topics.size());
+    QList<Topic *> without;
+    for (Topic &topic : topics) {
+        if (topic.id.isNull() || given.contains(topic.id)) {
+            without.append(&topic);
+        } else {
+            given.insert(topic.id);
         }
+    }
+    for (Topic *topic : std::as_const(without)) {
+        const QUuid original = topic->id;
+        for (int number = 2; topic->id.isNull() || given.contains(topic->id); ++number) {
+            topic->id = QUuid::createUuidV5(original, QByteArray::number(number));
+        }
+        given.insert(topic->id);
     }
 }
 
@@ -51,11 +62,8 @@ void TopicStore::replaceAll(QList<Topic> topics) {
     m_topics.reserve(topics.size());
     m_index.clear();
     m_index.reserve(topics.size());
+    giveIdentities(topics);
     for (Topic &topic : topics) {
-        repairSummary(topic);
-        if (m_index.contains(topic.id)) { // copied by hand: neither is lost
-            topic.id = QUuid::createUuid();
-        }
         m_index.insert(topic.id, m_topics.size());
         m_topics.append(std::make_shared<const StoredTopic>(std::move(topic)));
     }
@@ -121,6 +129,7 @@ bool TopicStore::completeCaptured(Topic judged) {
     judged.note = captured->note;
     // What came to the topic while it waited is the user's too.
     judged.correction = captured->correction;
+    judged.unknown = captured->unknown;
     judged.brief = captured->brief;
     judged.foundAt = captured->foundAt;
     judged.origin = judged.origin ? judged.origin : captured->origin;
@@ -171,6 +180,7 @@ bool TopicStore::replacePending(Topic topic) {
         return false;
     }
     topic.status = TopicStatus::Pending;
+    topic.unknown = present->unknown;
     return change(topic.id, [&](Topic &target) { target = std::move(topic); });
 }
 

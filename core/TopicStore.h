@@ -4,6 +4,7 @@
 #include "base/Resources.h"
 #include "core/RunReport.h"
 #include "core/Topic.h"
+#include "core/TopicSalvage.h"
 
 #include <QHash>
 #include <QList>
@@ -55,16 +56,20 @@ public:
         bool operator==(const Placement &) const = default;
     };
 
-    /// The topics file of that kind: VORLE_STORE as given when set; else "topics.json" (or
-    /// "demo-topics.json") in the folder "vorle" of the user's application data. Makes the folder.
-    /// Empty for a preview.
-    /// @throws std::system_error when the folder cannot be made
+    /// The topics file of that kind: VORLE_STORE as given when set, but for a demonstration; else
+    /// "topics.json" (or "demo-topics.json") in the folder "vorle" of the user's application data.
+    /// Makes the folder. Empty for a preview.
+    /// @throws std::system_error when the folder cannot be made, with what the system said, or when
+    ///         the name is not in UTF-8
     static QString location(Kind kind);
 
     /// Opens the store of that kind and loads it. `clock` must outlive the store.
-    /// @throws std::system_error when the file's folder cannot be made
+    /// @throws std::system_error as location(), and when the file is there and the system does not
+    ///         let it be read (no right, a failing disk, no descriptor left): it says nothing of
+    ///         what the file holds, so nothing may be saved over it
     TopicStore(Kind kind, Resources resources, const Clock &clock, QObject *parent = nullptr);
-    /// Opens the store on exactly that file (none when empty) and loads it.
+    /// Opens the store on exactly that file (none when empty) and loads it. @throws as above, the
+    /// folder apart
     TopicStore(QString file, Resources resources, const Clock &clock, QObject *parent = nullptr);
     /// Waits until the last change is on disk.
     ~TopicStore() override;
@@ -74,9 +79,19 @@ public:
     bool isDemo() const { return m_kind == Kind::Demo; }
     bool isPreview() const { return m_kind == Kind::Preview; }
 
-    /// Set when the file was there and could not be read as topics: it is untouched, and the
-    /// first save keeps it under this path before replacing it. For the user to be told.
+    /// Set when the file was read whole and is no list of topics: it is untouched, and the first
+    /// save keeps it under this path before replacing it.
     const std::optional<QString> &setAside() const { return m_setAside; }
+    /// The file was damaged, and nothing stands in its place yet.
+    bool isDamaged() const { return m_readable && m_topics.isEmpty(); }
+    /// What can be read of that file, until repair(); nothing when it was read whole.
+    const std::optional<TopicSalvage> &readable() const { return m_readable; }
+    /// Puts the topics that can be read of a damaged file before those that came since, and saves:
+    /// the file is kept aside first. Gives how many; 0, and changes nothing, when there are none.
+    qsizetype repair();
+    /// What the user has to know of how the file was found, as a French sentence: it is empty, or
+    /// no list of topics. Nothing when all is well, or once it was repaired.
+    std::optional<QString> notice() const;
 
     /// All topics, in the file's order.
     QList<TopicPtr> topics() const;
@@ -176,6 +191,8 @@ private:
     Resources m_resources;
     const Clock &m_clock;
     std::optional<QString> m_setAside;
+    std::optional<TopicSalvage> m_readable;
+    bool m_wasEmpty = false;
     QList<Node> m_topics;
     QHash<QUuid, qsizetype> m_index; // where each topic stands in m_topics
     std::unique_ptr<TopicWriter> m_writer;

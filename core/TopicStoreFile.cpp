@@ -10,11 +10,15 @@
 #include "core/TopicStore.h"
 #include "core/TopicWriter.h"
 
-#include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QSet>
 #include <QStandardPaths>
 
+#include <cerrno>
+#include <new>
 #include <system_error>
+#include <utility>
 
 namespace vorle {
 
@@ -22,19 +26,14 @@ namespace {
 
 constexpr std::string_view subject = "vorle/TopicStore";
 
-/// Makes a folder and those above it, the user's alone.
-/// @throws std::system_error
-void makeFolder(const QString &path) {
-    if (QFileInfo(path).isDir()) {
-        return;
-    }
-    const QFileInfo info(path);
-    if (!info.isRoot()) {
-        makeFolder(info.dir().absolutePath());
-    }
-    const bool made = QDir().mkdir(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    if (!made && !QFileInfo(path).isDir()) {
-        throw std::system_error(std::make_error_code(std::errc::io_error), path.toStdString());
+/// Earlier versions ended a summary with the project's name.
+void repairSummary(Topic &topic) {
+    static const QRegularExpression suffix(QStringLiteral(" · [A-ZÉ][a-zéèA-Z ]+$"));
+    if (topic.summary.contains(u'·')) {
+        const auto match = suffix.match(topic.summary);
+        if (match.hasMatch()) {
+            topic.summary.remove(match.capturedStart(), match.capturedLength());
+        }
     }
 }
 
@@ -43,20 +42,37 @@ QString failureText(const std::error_code &error) {
         .arg(systemErrorText(error));
 }
 
+/// "39 sujets lisibles sur 40."
+QString readableText(const TopicSalvage &salvage) {
+    const qsizetype kept = salvage.topics.size();
+    const QString pattern = kept == 1 ? French::tr("%1 sujet lisible sur %2.")
+                                      : French::tr("%1 sujets lisibles sur %2.");
+    return French::tr("Ton fichier de sujets est abîmé :") + u' ' +
+           pattern.arg(kept).arg(salvage.entries());
+}
+
 } // namespace
 
 QString TopicStore::location(Kind kind) {
     if (kind == Kind::Preview) {
         return {};
     }
-    QString file = qEnvironmentVariable("VORLE_STORE");
-    if (file.isEmpty()) {
-        const QString name =
-            kind == Kind::Demo ? QStringLiteral("demo-topics.json") : QStringLiteral("topics.json");
-        file = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-               QStringLiteral("/vorle/") + name;
+    // The demonstration starts afresh each time: never over a file that the user named.
+    const QString named = kind == Kind::Demo ? QString() : qEnvironmentVariable("VORLE_STORE");
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                           QStringLiteral("/vorle");
+    const QString own = folder + (kind == Kind::Demo ? QStringLiteral("/demo-topics.json")
+                                                     : QStringLiteral("/topics.json"));
+    const QString file = named.isEmpty() ? own : named;
+    if (file.contains(QChar::ReplacementCharacter)) {
+        // Bytes that no name of ours can carry: another file would be read, and written.
+        throw std::system_error(EILSEQ, std::generic_category(), file.toStdString());
     }
-    makeFolder(QFileInfo(file).absolutePath());
+    if (named.isEmpty()) {
+        makeOwnFolder(folder);
+    } else {
+        makeFolder(QFileInfo(file).absolutePath());
+    }
     return file;
 }
 
@@ -65,9 +81,8 @@ void TopicStore::load() {
     if (isPreview()) {
         return;
     }
-    // The demonstration starts afresh each time, but never over a file the user named.
-    const bool fresh = isDemo() && qEnvironmentVariableIsEmpty("VORLE_STORE");
-    const bool loaded = !fresh && readFile();
+    sweepLeftovers(QFileInfo(linkTarget(m_file)).absolutePath());
+    const bool loaded = !isDemo() && readFile();
     m_writer =
         std::make_unique<TopicWriter>(m_file, m_setAside, [this](const std::error_code &error) {
             if (error) {
@@ -94,26 +109,66 @@ void TopicStore::load() {
 }
 
 bool TopicStore::readFile() {
-    QString failure;
+    const auto bytes = readWhole(m_file);
+    m_wasEmpty = bytes && bytes->isEmpty();
+    if (!bytes || m_wasEmpty) {
+        return false;
+    }
     try {
-        const auto bytes = readWhole(m_file);
-        if (!bytes || bytes->isEmpty()) {
-            return false;
+        auto topics = json::decode<QList<Topic>>(*bytes);
+        for (Topic &topic : topics) {
+            repairSummary(topic);
         }
-        replaceAll(json::decode<QList<Topic>>(*bytes));
+        replaceAll(std::move(topics));
         return true;
     } catch (const json::DecodeError &error) {
-        failure = QString::fromUtf8(error.what());
-    } catch (const std::exception &error) {
-        failure = QString::fromLocal8Bit(error.what());
+        logLine(QStringLiteral("the topics file could not be read: ") +
+                QString::fromUtf8(error.what()));
+    } catch (const std::bad_alloc &) { // says nothing of what the file holds
+        throw std::system_error(ENOMEM, std::generic_category(), m_file.toStdString());
     }
-    logLine(QStringLiteral("the topics file could not be read: ") + failure);
-    try {
-        m_setAside = asideName(m_file, m_clock.now());
-    } catch (const std::system_error &) {
-        logLine(QStringLiteral("its links lead nowhere: there is no file to keep"));
-    }
+    m_setAside = asideName(m_file, m_clock.now());
+    m_readable = salvageTopics(*bytes);
     return false;
+}
+
+qsizetype TopicStore::repair() {
+    requireMainThread(subject);
+    if (!m_readable || m_readable->topics.isEmpty()) {
+        return 0;
+    }
+    QList<Topic> all = std::move(std::exchange(m_readable, std::nullopt)->topics);
+    const qsizetype kept = all.size();
+    QSet<QUuid> ids;
+    for (Topic &topic : all) {
+        repairSummary(topic);
+        ids.insert(topic.id);
+    }
+    for (const Node &node : std::as_const(m_topics)) {
+        if (!ids.contains(node->id)) {
+            all.append(*node);
+        }
+    }
+    replaceAll(std::move(all));
+    save();
+    return kept;
+}
+
+std::optional<QString> TopicStore::notice() const {
+    requireMainThread(subject);
+    if (m_wasEmpty && m_topics.isEmpty()) {
+        return tr("Ton fichier de sujets était vide (0 octet). Je pars d’une liste vide : %1")
+            .arg(m_file);
+    }
+    if (!m_readable) {
+        return std::nullopt;
+    }
+    const QString kept =
+        tr("L’ancien fichier est gardé ici dès le premier enregistrement : %1").arg(*m_setAside);
+    if (m_readable->topics.isEmpty()) {
+        return tr("Tes sujets étaient illisibles. Je pars d’une liste vide.") + u' ' + kept;
+    }
+    return readableText(*m_readable) + u' ' + kept;
 }
 
 void TopicStore::seed() {

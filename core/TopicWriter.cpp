@@ -103,10 +103,6 @@ TopicWriter::Outcome TopicWriter::write(const Snapshot &topics) {
             pieces.emplace_back("\n");
         }
         pieces.emplace_back("]\n");
-        if (!m_swept) {
-            sweepLeftovers(m_file);
-            m_swept = true;
-        }
         if (m_aside) {
             keepAside(m_file, *m_aside);
             m_aside.reset();

@@ -66,7 +66,6 @@ private:
 
     const QString m_file;
     std::optional<QString> m_aside; // the writer thread's alone
-    bool m_swept = false;           // the same
     QByteArray m_scratch;           // the same
     const std::function<void(Outcome)> m_finished;
 

@@ -30,14 +30,14 @@ ProgramBudget::ProgramBudget(TopicStore &store, const Preferences &preferences, 
 }
 
 void ProgramBudget::refresh() {
-    const Period week = calendarWeek(m_clock.now(), QLocale(), m_zone);
+    const Period week = calendarWeek(m_clock.now(), QLocale::system(), m_zone);
     if (week.begin != m_week.begin) {
         load();
     }
 }
 
 void ProgramBudget::load() {
-    m_week = calendarWeek(m_clock.now(), QLocale(), m_zone);
+    m_week = calendarWeek(m_clock.now(), QLocale::system(), m_zone);
     m_counted.clear();
     m_kept.clear();
     for (const TopicPtr &topic : m_store.topics()) {
@@ -84,7 +84,7 @@ bool ProgramBudget::note(const TopicPtr &topic) {
 }
 
 void ProgramBudget::follow(const QUuid &id) {
-    const Period week = calendarWeek(m_clock.now(), QLocale(), m_zone);
+    const Period week = calendarWeek(m_clock.now(), QLocale::system(), m_zone);
     if (week.begin != m_week.begin) {
         load();
     } else if (const TopicPtr topic = m_store.topic(id); topic && note(topic)) {

@@ -19,7 +19,8 @@ TEST(SystemErrorText, speaks_french_and_names_the_path) {
     for (const auto &[error, text] : cases) {
         EXPECT_EQ(systemRefusalText(error), text);
     }
-    for (const int code : {ENOENT, EROFS, EMFILE, ENFILE, EPERM, EISDIR, ENOTDIR, EIO, ENOMEM}) {
+    for (const int code : {ENOENT, EROFS, EMFILE, ENFILE, EPERM, EISDIR, ENOTDIR, EIO, ENOMEM,
+                           EFBIG, EDQUOT, EILSEQ}) {
         const QString text = systemErrorText({code, std::generic_category()});
         EXPECT_FALSE(text.startsWith(u"erreur ")) << code;
     }

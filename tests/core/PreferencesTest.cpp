@@ -1,18 +1,11 @@
 #include "core/Preferences.h"
 #include "tests/core/Samples.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <gtest/gtest.h>
-
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <system_error>
 
 namespace vorle {
 namespace {
@@ -24,8 +17,7 @@ class PreferencesTest : public testing::Test {
 protected:
     Preferences open() { return Preferences(std::make_unique<SettingsFile>(file)); }
     Settings read(const QByteArray &text) {
-        // A name of its own each time: the settings of one path are cached.
-        file = dir.filePath(QStringLiteral("%1.json").arg(++m_files));
+        file = dir.filePath(QStringLiteral("read.json"));
         fill(file, text);
         return open().settings();
     }
@@ -33,9 +25,6 @@ protected:
 
     QTemporaryDir dir;
     QString file = dir.filePath(QStringLiteral("sub/settings.json"));
-
-private:
-    int m_files = 0;
 };
 
 TEST_F(PreferencesTest, starts_with_the_defaults) {
@@ -77,6 +66,7 @@ TEST_F(PreferencesTest, gives_back_every_setting_after_a_restart) {
     EXPECT_EQ(preferences.settings().keptApps,
               (QList<QString>{QStringLiteral("b"), QStringLiteral("a")}));
 
+    ASSERT_TRUE(preferences.flush());
     const QJsonObject disk = onDisk();
     EXPECT_EQ(disk.value(u"weeklyMinutes"), QJsonValue(90));
     EXPECT_EQ(disk.value(u"notifyReminder"), QJsonValue(true));
@@ -86,7 +76,9 @@ TEST_F(PreferencesTest, gives_back_every_setting_after_a_restart) {
     const QByteArray copy = contentsOf(file);
     EXPECT_EQ(read(copy), preferences.settings());
 
+    file = dir.filePath(QStringLiteral("sub/settings.json"));
     preferences.change(&Settings::job, std::nullopt);
+    ASSERT_TRUE(preferences.flush());
     EXPECT_FALSE(read(contentsOf(dir.filePath(QStringLiteral("sub/settings.json")))).job);
 }
 
@@ -101,7 +93,12 @@ TEST_F(PreferencesTest, reads_what_does_not_fit_as_the_default) {
     expected.interests = {QStringLiteral("a"), QStringLiteral("b")};
     expected.interestWeights = {{QStringLiteral("a"), 5}};
     expected.prioritySites = {{QStringLiteral("x"), {}, {}}};
+    expected.radiusLevel = 0;
     EXPECT_EQ(settings, expected);
+    EXPECT_EQ(read(R"({"weeklyMinutes":-5})").weeklyMinutes, 0);
+    EXPECT_EQ(read(R"({"weeklyMinutes":1e300,"radiusLevel2":7})").weeklyMinutes, 10'080);
+    EXPECT_EQ(read(R"({"weeklyMinutes":90.5,"radiusLevel2":7})").weeklyMinutes, 180);
+    EXPECT_EQ(read(R"({"radiusLevel2":7})").radiusLevel, 6);
     EXPECT_EQ(read(R"({"accessMode":"allExcept"})").accessMode, AccessMode::AllExcept);
     EXPECT_EQ(read(R"({"schedule":"{\"weekdays\":[4],\"hour\":9,\"minute\":5}"})").schedule,
               (Schedule{{4}, 9, 5}))
@@ -112,7 +109,9 @@ TEST_F(PreferencesTest, carries_old_settings_over) {
     EXPECT_EQ(read(R"({"radiusLevel":9})").radiusLevel, 6);
     EXPECT_EQ(read(R"({"radiusLevel":4})").radiusLevel, 3);
     EXPECT_EQ(read(R"({"radiusLevel":0})").radiusLevel, 0);
-    EXPECT_EQ(read(R"({"radiusLevel":4000})").radiusLevel, 2);
+    EXPECT_EQ(read(R"({"radiusLevel":4000})").radiusLevel, 6);
+    EXPECT_EQ(read(R"({"radiusLevel":-3})").radiusLevel, 0);
+    EXPECT_EQ(read(R"({"radiusLevel":4.5})").radiusLevel, 2);
     EXPECT_EQ(read(R"({"radiusLevel":9,"radiusLevel2":1})").radiusLevel, 1);
     EXPECT_TRUE(read(R"({"onboarded":true})").calibrated);
     EXPECT_FALSE(read(R"({"onboarded":true,"calibrated":false})").calibrated);
@@ -185,80 +184,6 @@ TEST_F(PreferencesTest, reads_and_changes_settings_by_key) {
               QStringLiteral("Réglage inconnu : « nope »."));
     EXPECT_EQ(preferences.setting(QStringLiteral("job")), QJsonValue(QJsonValue::Null));
     EXPECT_EQ(Preferences::settingKeys().size(), 31);
-}
-
-TEST_F(PreferencesTest, keeps_what_several_processes_write_to_one_file) {
-    constexpr int writers = 3;
-    constexpr int rounds = 20;
-    fill(dir.filePath(QStringLiteral("keep.json")), R"({"unknown":{"a":[1,2.5,true]}})");
-    file = dir.filePath(QStringLiteral("keep.json"));
-    const auto lists = QStringList{QStringLiteral("interests"), QStringLiteral("addedTools"),
-                                   QStringLiteral("exclusions")};
-    for (int writer = 0; writer < writers; ++writer) {
-        if (::fork() == 0) {
-            Preferences preferences = open();
-            for (int i = 1; i <= rounds; ++i) {
-                preferences.changeSetting(lists[writer], QJsonArray{i});
-                preferences.changeSetting(lists[writer], QJsonArray{QString::number(i)});
-            }
-            ::_exit(0);
-        }
-    }
-    Preferences watching = open();
-    QStringList told;
-    QObject::connect(&watching, &Preferences::changed, [&](const QString &key) { told += key; });
-    for (int writer = 0; writer < writers; ++writer) {
-        int status = 0;
-        ::wait(&status);
-        EXPECT_EQ(status, 0);
-    }
-    watching.reload();
-    for (const QString &list : lists) {
-        EXPECT_EQ(onDisk().value(list), QJsonValue(QJsonArray{QString::number(rounds)}));
-        EXPECT_EQ(watching.setting(list), QJsonValue(QJsonArray{QString::number(rounds)}));
-    }
-    EXPECT_EQ(told.size(), writers);
-    EXPECT_EQ(onDisk().value(u"unknown").toObject().value(u"a").toArray(),
-              (QJsonArray{1, 2.5, true}));
-}
-
-TEST_F(PreferencesTest, carries_a_failed_write_with_the_next_one) {
-    const QString folder = dir.filePath(QStringLiteral("sub"));
-    fill(folder, "a file where the folder should be");
-    Preferences preferences = open();
-    preferences.change(&Settings::weeklyMinutes, 60);
-    EXPECT_EQ(preferences.settings().weeklyMinutes, 60);
-    ASSERT_TRUE(preferences.writeError());
-    EXPECT_TRUE(preferences.writeError()->contains(u"weeklyMinutes"));
-    QFile::remove(folder);
-    preferences.change(&Settings::proposeTab, false);
-    EXPECT_FALSE(preferences.writeError());
-    EXPECT_EQ(onDisk(), (QJsonObject{{QStringLiteral("proposeTab"), false},
-                                     {QStringLiteral("weeklyMinutes"), 60}}));
-}
-
-TEST_F(PreferencesTest, never_waits_on_a_pipe_in_the_file_s_place) {
-    fill(dir.filePath(QStringLiteral("pipe.json")), "{}");
-    file = dir.filePath(QStringLiteral("pipe.json"));
-    Preferences preferences = open();
-    QFile::remove(file);
-    ASSERT_EQ(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
-    EXPECT_THROW(open(), std::system_error);
-    preferences.reload();
-    preferences.change(&Settings::weeklyMinutes, 60);
-    EXPECT_TRUE(preferences.writeError());
-    EXPECT_EQ(preferences.settings().weeklyMinutes, 60);
-}
-
-TEST_F(PreferencesTest, keeps_an_unreadable_file_aside_before_writing) {
-    const QByteArray broken = R"({"weeklyMinutes":90,)";
-    EXPECT_EQ(read(broken), Settings());
-    Preferences preferences = open();
-    EXPECT_EQ(contentsOf(file), broken);
-    preferences.change(&Settings::weeklyMinutes, 60);
-    ASSERT_TRUE(preferences.setAside());
-    EXPECT_EQ(contentsOf(*preferences.setAside()), broken);
-    EXPECT_EQ(onDisk().value(u"weeklyMinutes"), QJsonValue(60));
 }
 
 } // namespace

@@ -7,6 +7,11 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <sys/resource.h>
+
+#include <csignal>
+#include <functional>
+
 namespace vorle::test {
 
 /// A clock that stands where it is put.
@@ -39,6 +44,19 @@ inline void fill(const QString &path, const QByteArray &bytes) {
     QFile file(path);
     file.open(QIODevice::WriteOnly | QIODevice::Truncate);
     file.write(bytes);
+}
+
+/// Runs `work` while no file may grow past that many bytes, which fails a write in the middle as a
+/// full disk does.
+inline void withFileSizeLimit(rlim_t bytes, const std::function<void()> &work) {
+    const auto before = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small{bytes, old.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    work();
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, before);
 }
 
 } // namespace vorle::test

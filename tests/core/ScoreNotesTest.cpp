@@ -4,6 +4,7 @@
 #include "tests/support/Wait.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -102,6 +103,25 @@ TEST_F(ScoreNotesTest, keeps_every_note_while_the_topics_cannot_be_read) {
     ScoreNotes notes(unread, clock);
     test::waitFor(notes.add({note(QUuid::createUuid(), 5)}));
     EXPECT_TRUE(notes.note(ids[0]));
+}
+
+TEST_F(ScoreNotesTest, a_file_that_the_system_does_not_let_be_read_is_not_replaced) {
+    const auto ids =
+        store.add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
+    ScoreNotes first(store, clock);
+    test::waitFor(first.add({note(ids[0], 7)}));
+    const QString healthy = file + QStringLiteral(".healthy");
+    ASSERT_TRUE(QFile::rename(file, healthy));
+    ASSERT_TRUE(QFile::link(QFileInfo(file).fileName(), file)); // a loop: no one can read it
+    ScoreNotes notes(store, clock);
+    test::waitFor(notes.add({note(ids[1], 5)}));
+    ASSERT_TRUE(QFile::remove(file));
+    ASSERT_TRUE(QFile::rename(healthy, file));
+    EXPECT_TRUE(notes.note(ids[0])) << "read once it could be";
+    test::waitFor(notes.add({}));
+    ScoreNotes later(store, clock);
+    EXPECT_TRUE(later.note(ids[0]));
+    EXPECT_TRUE(later.note(ids[1]));
 }
 
 TEST_F(ScoreNotesTest, a_preview_and_another_topics_file_have_nothing_to_do_with_it) {

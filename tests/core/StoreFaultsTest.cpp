@@ -9,11 +9,14 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 
 /// What a hostile world does to the topics file: torn, replaced, full, killed in the middle.
@@ -70,10 +73,9 @@ TEST_F(StoreFaults, keeps_an_unreadable_file_until_and_beyond_the_first_save) {
     EXPECT_EQ(names().size(), 1 + std::ssize(broken)) << "each kept under a name of its own";
 }
 
-TEST_F(StoreFaults, makes_a_hand_edited_file_pretty_again_and_loses_nothing_it_knows) {
+TEST_F(StoreFaults, makes_a_hand_edited_file_pretty_again_and_loses_nothing) {
     Topic topic = sampleTopic(QStringLiteral("a"));
     QByteArray text = json::encode(QList<Topic>{topic, topic});
-    text.replace("{\"id\"", "{\"from the future\":{\"x\":[1,2]},\"id\"");
     fill(file, text);
     auto store = open();
     ASSERT_EQ(store->count(), 2) << "an identity copied by hand loses no topic";
@@ -107,18 +109,150 @@ TEST_F(StoreFaults, keeps_the_topics_through_failed_saves_and_tries_again) {
     EXPECT_EQ(names(), QStringList{QStringLiteral("topics.json")});
 }
 
-TEST_F(StoreFaults, refuses_to_replace_what_is_no_file_and_never_hangs_on_it) {
+TEST_F(StoreFaults, refuses_to_run_on_what_the_system_does_not_let_it_read) {
+    const QByteArray healthy = json::encode(QList<Topic>{sampleTopic(QStringLiteral("a"))});
+    const auto refusal = [&] {
+        try {
+            open();
+        } catch (const std::system_error &error) {
+            EXPECT_NE(QString::fromUtf8(error.what()).indexOf(dir.path()), -1) << error.what();
+            return error.code().value();
+        }
+        return 0;
+    };
     ASSERT_EQ(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
-    auto store = open();
-    store->add({sampleTopic(QStringLiteral("a"))});
-    EXPECT_FALSE(store->flush());
-    EXPECT_FALSE(QFileInfo(file).isFile());
+    EXPECT_EQ(refusal(), EINVAL) << "a pipe, which is never waited on";
     QFile::remove(file);
+    ASSERT_TRUE(QDir().mkdir(file));
+    EXPECT_EQ(refusal(), EISDIR);
+    QDir().rmdir(file);
+    ASSERT_TRUE(QFile::link(QStringLiteral("topics.json"), file));
+    EXPECT_EQ(refusal(), ELOOP);
+    QFile::remove(file);
+    fill(file, healthy);
+    rlimit old{};
+    ::getrlimit(RLIMIT_NOFILE, &old);
+    const rlimit none{0, old.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    const int withoutDescriptors = refusal();
+    ::setrlimit(RLIMIT_NOFILE, &old);
+    EXPECT_EQ(withoutDescriptors, EMFILE);
+    if (::geteuid() != 0) {
+        ::chmod(QFile::encodeName(file).constData(), 0);
+        EXPECT_EQ(refusal(), EACCES);
+        ::chmod(QFile::encodeName(file).constData(), 0600);
+    }
+    EXPECT_EQ(contentsOf(file), healthy);
+    EXPECT_EQ(open()->count(), 1);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("topics.json")}) << "nothing set aside";
+}
+
+TEST_F(StoreFaults, offers_what_can_be_read_of_a_damaged_file) {
+    QList<Topic> many;
+    for (int i = 0; i < 40; ++i) {
+        many.append(sampleTopic(QString::number(i)));
+    }
+    const QByteArray whole = json::encode(many, json::Style::Pretty) + '\n';
+    const qsizetype third = whole.indexOf("\n  {", whole.indexOf("\n  {", 3) + 1);
+    QByteArray zeroed = whole;
+    zeroed.replace(third - 60, 120, QByteArray(120, '\0'));
+    QByteArray unclosed = whole;
+    unclosed.remove(unclosed.indexOf("\"Page\"") + 5, 1);
+    QByteArray unbalanced = whole;
+    unbalanced.remove(unbalanced.indexOf("\n  }", third) + 3, 1);
+    const struct {
+        const char *what;
+        QByteArray bytes;
+        qsizetype kept;
+        qsizetype left;
+    } cases[] = {
+        {"one unknown word", QByteArray(whole).replace(whole.indexOf("\"inbox\""), 7, "\"in\""), 39,
+         1},
+        {"one key absent", QByteArray(whole).replace(whole.indexOf("\"title\""), 7, "\"titel\""),
+         39, 1},
+        {"torn in the last", whole.first(whole.size() - 40), 39, 1},
+        {"torn between two", whole.first(third), 2, 0},
+        {"without its first line", whole.sliced(2), 40, 0},
+        {"a hole across two", zeroed, 38, 1},
+        {"a text that never ends", unclosed, 39, 1},
+        {"a brace lost", unbalanced, 39, 1},
+        {"bytes that are no UTF-8",
+         QByteArray(whole).replace(whole.indexOf("sum"), 3, "\xFF\xFE\xFD"), 39, 1},
+        {"in an object", "{\"topics\": " + whole + "}", 40, 0},
+        {"on one line", json::encode(many).replace("\"title\":\"7\"", "\"title\":7"), 39, 1},
+        {"a comma too many", QByteArray(whole).replace(whole.size() - 3, 1, ",\n"), 40, 0},
+        {"nothing of ours", "what is this?", 0, 0},
+        {"braces without end", QByteArray(200'000, '{'), 0, 1},
+    };
+    for (const auto &[what, bytes, kept, left] : cases) {
+        SCOPED_TRACE(what);
+        fill(file, bytes);
+        auto store = open();
+        EXPECT_EQ(store->count(), 0) << "never loaded by itself";
+        ASSERT_TRUE(store->readable());
+        EXPECT_EQ(store->readable()->topics.size(), kept);
+        EXPECT_EQ(store->readable()->left, left);
+        EXPECT_TRUE(store->notice());
+        const QUuid came = store->add({sampleTopic(QStringLiteral("came since"))}).first();
+        EXPECT_EQ(store->repair(), kept);
+        EXPECT_EQ(store->repair(), 0) << "once";
+        EXPECT_TRUE(store->flush());
+        EXPECT_EQ(contentsOf(*store->setAside()), bytes);
+        EXPECT_EQ(onDisk().size(), kept + 1);
+        EXPECT_EQ(onDisk().last().id, came);
+        for (const Topic &topic : onDisk().first(kept)) {
+            EXPECT_TRUE(many.contains(topic));
+        }
+    }
+    fill(file, {});
+    EXPECT_TRUE(open()->notice()) << "an empty file is told";
+    EXPECT_FALSE(open()->readable());
+}
+
+TEST_F(StoreFaults, keeps_what_a_later_version_wrote) {
+    QByteArray text =
+        json::encode(QList<Topic>{sampleTopic(QStringLiteral("a"))}, json::Style::Pretty);
+    text.replace("\"gallery\"", "\"future\": {\n      \"x\": [1, 2.50, 1e3, \"\\u00e9\"]\n    },\n"
+                                "    \"gallery\"");
+    text.replace("\"title\": \"Page\"",
+                 "\"since\": 12345678901234567890,\n        \"title\": \"Page\"");
+    text.replace("\"why\"", "\"vu\": null,\n    \"why\"");
+    fill(file, text + '\n');
+    auto store = open();
+    ASSERT_EQ(store->count(), 1);
+    const QUuid id = store->topics()[0]->id;
+    store->save();
     EXPECT_TRUE(store->flush());
-    ASSERT_TRUE(QFile::link(QStringLiteral("loop"), dir.filePath(QStringLiteral("loop"))));
-    TopicStore looping(dir.filePath(QStringLiteral("loop")), Resources(), clock);
-    looping.add({sampleTopic(QStringLiteral("a"))});
-    EXPECT_FALSE(looping.flush());
+    EXPECT_EQ(contentsOf(file), text + '\n');
+    Topic judged = *store->topic(id);
+    judged.unknown.clear();
+    store->completeCaptured(judged);
+    store->keep(id);
+    EXPECT_TRUE(store->flush());
+    EXPECT_TRUE(contentsOf(file).contains("2.50, 1e3, \"\\u00e9\"]\n    },"));
+    EXPECT_TRUE(contentsOf(file).contains("12345678901234567890"));
+}
+
+TEST_F(StoreFaults, sweeps_what_dead_processes_left_and_nothing_else) {
+    const QString id = QString(32, u'a');
+    const QString dead = QStringLiteral("runs.json.vorle-999999999-") + id;
+    const QString reused = QStringLiteral("topics.json.vorle-%1-").arg(::getpid()) + id;
+    const QString alive = QStringLiteral("topics.json.vorle-4194000-") + id;
+    const QStringList others{QStringLiteral("notes.vorle-12"),
+                             QStringLiteral("a.vorle-1-") + u'z' + id,
+                             QStringLiteral("topics.json.illisible-2026-11-02-103000")};
+    for (const QString &name : QStringList{dead, reused, alive} + others) {
+        fill(dir.filePath(name), "x");
+    }
+    const int held = ::open(QFile::encodeName(dir.filePath(alive)).constData(), O_RDONLY);
+    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+    open();
+    QStringList left = others + QStringList{alive};
+    left.sort();
+    EXPECT_EQ(names(), left);
+    ::close(held);
+    open();
+    EXPECT_FALSE(names().contains(alive));
 }
 
 TEST_F(StoreFaults, a_full_disk_leaves_the_old_file_whole) {
@@ -126,20 +260,15 @@ TEST_F(StoreFaults, a_full_disk_leaves_the_old_file_whole) {
     store->add({sampleTopic(QStringLiteral("a"))});
     ASSERT_TRUE(store->flush());
     const QByteArray before = contentsOf(file);
-    // A limit on a file's size fails a write in the middle, as a full disk does.
-    const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small{4096, old.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    QList<Topic> many;
-    for (int i = 0; i < 200; ++i) {
-        many.append(sampleTopic(QString::number(i)));
-    }
-    store->add(many);
-    const bool written = store->flush();
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, ignored);
+    bool written = true;
+    test::withFileSizeLimit(4096, [&] {
+        QList<Topic> many;
+        for (int i = 0; i < 200; ++i) {
+            many.append(sampleTopic(QString::number(i)));
+        }
+        store->add(many);
+        written = store->flush();
+    });
     EXPECT_FALSE(written);
     EXPECT_EQ(contentsOf(file), before);
     EXPECT_EQ(names(), QStringList{QStringLiteral("topics.json")}) << "no half-written file stays";

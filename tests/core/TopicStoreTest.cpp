@@ -5,11 +5,13 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <thread>
 
 namespace vorle {
@@ -177,6 +179,41 @@ TEST_F(TopicStoreTest, repairs_summaries_that_end_with_a_name) {
     }
 }
 
+TEST_F(TopicStoreTest, leaves_the_summaries_of_imported_answers_alone) {
+    fill(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")),
+         R"({"structured_output":{"sujets":[{"titre":"T","note":7,"nature":"gain",
+            "resume":"Une nouvelle API · Tiravue","pourquoi":"p","premier_pas":"s","sources":[]}]}})");
+    qputenv("VORLE_SAMPLE_DATA", "");
+    EXPECT_EQ(open()->topics().value(0)->summary, QStringLiteral("Une nouvelle API · Tiravue"));
+    qunsetenv("VORLE_SAMPLE_DATA");
+}
+
+TEST_F(TopicStoreTest, gives_entries_without_an_identity_of_their_own_the_same_one_at_every_load) {
+    QList<Topic> topics{sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b")),
+                        sampleTopic(QStringLiteral("c")), sampleTopic(QStringLiteral("d")),
+                        sampleTopic(QStringLiteral("e"))};
+    topics[1].id = topics[0].id;
+    topics[2].id = QUuid();
+    topics[3].id = QUuid();
+    topics[4].id = topics[0].id;
+    fill(file, "\xEF\xBB\xBF" + json::encode(topics));
+    const auto identities = [&] {
+        QList<QUuid> ids;
+        for (const TopicPtr &topic : open()->topics()) {
+            ids.append(topic->id);
+        }
+        return ids;
+    };
+    const QList<QUuid> first = identities();
+    ASSERT_EQ(first.size(), 5) << "neither a zero identity nor a byte-order mark is a fault";
+    EXPECT_EQ(first[0], topics[0].id);
+    EXPECT_EQ(QSet<QUuid>(first.begin(), first.end()).size(), 5);
+    EXPECT_FALSE(first.contains(QUuid()));
+    EXPECT_EQ(identities(), first);
+    open()->keep(first[3]);
+    EXPECT_EQ(identities(), first) << "and beyond a save";
+}
+
 TEST_F(TopicStoreTest, finds_its_file_by_kind_and_environment) {
     qputenv("XDG_DATA_HOME", QFile::encodeName(dir.filePath(QStringLiteral("data"))));
     qunsetenv("VORLE_STORE");
@@ -189,11 +226,33 @@ TEST_F(TopicStoreTest, finds_its_file_by_kind_and_environment) {
         ::stat(QFile::encodeName(dir.filePath(QStringLiteral("data/vorle"))).constData(), &state),
         0);
     EXPECT_EQ(state.st_mode & 0777U, 0700U);
+    const QByteArray shared = QFile::encodeName(dir.filePath(QStringLiteral("shared")));
+    ASSERT_EQ(::mkdir(shared.constData(), 0755), 0);
+    qputenv("VORLE_STORE", shared + "/topics.json");
+    EXPECT_EQ(TopicStore::location(TopicStore::Kind::Real),
+              QFile::decodeName(shared + "/topics.json"));
+    ASSERT_EQ(::stat(shared.constData(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777U, 0755U) << "a folder of the user's keeps its mode";
     qputenv("VORLE_STORE", QFile::encodeName(file));
     EXPECT_EQ(TopicStore(TopicStore::Kind::Real, Resources(), clock).file(), file);
+    EXPECT_EQ(TopicStore::location(TopicStore::Kind::Demo),
+              dir.filePath(QStringLiteral("data/vorle/demo-topics.json")))
+        << "a demonstration never takes the user's own file";
+    const auto refusal = [&](const QByteArray &path) {
+        qputenv("VORLE_STORE", path);
+        try {
+            TopicStore::location(TopicStore::Kind::Real);
+        } catch (const std::system_error &error) {
+            return error.code().value();
+        }
+        return 0;
+    };
     fill(file, "a file where a folder should be");
-    qputenv("VORLE_STORE", QFile::encodeName(file + QStringLiteral("/sub/topics.json")));
-    EXPECT_THROW(TopicStore(TopicStore::Kind::Real, Resources(), clock), std::system_error);
+    EXPECT_EQ(refusal(QFile::encodeName(file + QStringLiteral("/sub/topics.json"))), ENOTDIR);
+    EXPECT_EQ(refusal("/proc/vorle/topics.json"), ENOENT);
+    EXPECT_EQ(refusal(dir.path().toUtf8() + "/" + QByteArray(300, 'x') + "/topics.json"),
+              ENAMETOOLONG);
+    EXPECT_EQ(refusal(dir.path().toUtf8() + "/\xE9t\xE9/topics.json"), EILSEQ);
     qunsetenv("VORLE_STORE");
     qunsetenv("XDG_DATA_HOME");
 }

@@ -80,7 +80,11 @@ TEST(Topic, classes_changes_by_their_words) {
     EXPECT_EQ(changeLabel(QStringLiteral("casse le format")), QStringLiteral("Changement cassant"));
     EXPECT_EQ(changeLabel(QStringLiteral("gain de 20 %")), QStringLiteral("Gain"));
     EXPECT_EQ(changeLabel(QStringLiteral("Nouvelle API")), QStringLiteral("Nouvelle API"));
-    EXPECT_EQ(changeLabel(QStringLiteral("rien")), QString());
+    EXPECT_EQ(changeLabel(QStringLiteral("une nouvelle API")), QStringLiteral("Nouvelle API"));
+    EXPECT_EQ(changeLabel(QStringLiteral("Faille corrigée")), QStringLiteral("Faille de sécurité"));
+    for (const QStringView other : {u"rien", u"nouvelle apiculture", u"NOUVELLE API", u"GAIN"}) {
+        EXPECT_EQ(changeLabel(other.toString()), QString());
+    }
 }
 
 TEST(ScoreScale, rounds_and_bounds_the_relevance) {
