@@ -4,17 +4,26 @@
 #include "core/BesideTopics.h"
 #include "core/DurableFile.h"
 
-#include <QFileInfo>
+#include <algorithm>
 
 namespace vorle {
 
 RunHistory::RunHistory(const QString &topicsFile)
     : m_file(besideTopics(topicsFile, QStringLiteral("runs.json"))) {}
 
+namespace {
+
+/// @throws std::system_error, json::DecodeError
+QList<RunReport> readReports(const QString &file) {
+    const auto bytes = file.isEmpty() ? std::nullopt : readWhole(file);
+    return bytes ? json::decode<QList<RunReport>>(*bytes) : QList<RunReport>();
+}
+
+} // namespace
+
 QList<RunReport> RunHistory::reports() const {
     try {
-        const auto bytes = m_file.isEmpty() ? std::nullopt : readWhole(m_file);
-        return bytes ? json::decode<QList<RunReport>>(*bytes) : QList<RunReport>();
+        return readReports(m_file);
     } catch (const std::exception &error) {
         logLine(QStringLiteral("the reports of past runs could not be read: ") +
                 QString::fromUtf8(error.what()));
@@ -27,13 +36,20 @@ void RunHistory::replace(QList<RunReport> all) const {
         return;
     }
     try {
-        if (QFileInfo::exists(m_file) && reports().isEmpty()) {
+        QList<RunReport> kept;
+        try {
+            kept = readReports(m_file);
+        } catch (const json::DecodeError &) {
             keepAside(m_file, asideName(m_file, all.last().date));
         }
+        // What could not be read a moment ago is none the less there.
+        kept.removeIf([&](const RunReport &report) {
+            return std::ranges::any_of(
+                all, [&](const RunReport &other) { return other.date == report.date; });
+        });
+        all = kept + all;
         all = all.last(std::min(mostReports, all.size()));
-        const QByteArray text = json::encode(all, json::Style::Pretty) + '\n';
-        const QByteArrayView piece(text);
-        replaceWhole(m_file, {&piece, 1});
+        replaceWhole(m_file, json::encode(all, json::Style::Pretty) + '\n');
     } catch (const std::exception &error) {
         logLine(QStringLiteral("the report of the run could not be kept: ") +
                 QString::fromUtf8(error.what()));

@@ -1,5 +1,6 @@
 #include "search/SearchEngine.h"
 
+#include "base/French.h"
 #include "core/Preferences.h"
 #include "core/ScoreNotes.h"
 #include "core/TopicStore.h"
@@ -122,6 +123,10 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     if (!report.cancelled && !report.failed && report.saved) {
         noteDone(report, start, run.leftLinks());
         screened.add(sites, run.passedOver());
+    }
+    if (!m_parts.preferences.flush()) {
+        report.warnings += French::tr("La date de cette fouille n’a pas été enregistrée ; la "
+                                      "prochaine reprendra la même période.");
     }
     m_parts.store.addRun(report);
     if (run.failure()) {

@@ -1,17 +1,19 @@
 #include "search/SourceImage.h"
 
+#include "core/DurableFile.h"
 #include "search/Charset.h"
 #include "search/ImageHeader.h"
 #include "search/Links.h"
 #include "search/PicturePage.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QSaveFile>
 #include <QSet>
 #include <QStandardPaths>
+#include <QThreadPool>
+
+#include <system_error>
 
 namespace vorle {
 
@@ -65,9 +67,13 @@ enum class Found {
 };
 
 bool keep(const QString &path, const QByteArray &bytes) {
-    QSaveFile file(path);
-    return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
-           file.write(bytes) == bytes.size() && file.commit();
+    try {
+        makeOwnFolder(QFileInfo(path).path());
+        replaceWhole(path, bytes);
+        return true;
+    } catch (const std::system_error &) {
+        return false;
+    }
 }
 
 } // namespace
@@ -211,7 +217,9 @@ QString SourceImage::defaultCardHost() {
 }
 
 SourceImage::SourceImage(HttpClient &http, Places places)
-    : m_cache(std::make_shared<Cache>(http, std::move(places))) {}
+    : m_cache(std::make_shared<Cache>(http, places)) {
+    QThreadPool::globalInstance()->start([folder = places.cacheFolder] { sweepLeftovers(folder); });
+}
 
 SourceImage::SourceImage(HttpClient &http, QString cacheFolder)
     : SourceImage(http, Places{std::move(cacheFolder)}) {}

@@ -5,7 +5,6 @@
 #include "core/DurableFile.h"
 
 #include <algorithm>
-#include <array>
 #include <system_error>
 
 namespace vorle {
@@ -37,9 +36,8 @@ void WindowState::save(const QString &topicsFile) const {
         return;
     }
     const QByteArray bytes = json::encode(*this, json::Style::Pretty);
-    const std::array<QByteArrayView, 1> pieces{bytes};
     try {
-        replaceWhole(besideTopics(topicsFile, QStringLiteral("window.json")), pieces);
+        replaceWhole(besideTopics(topicsFile, QStringLiteral("window.json")), bytes);
     } catch (const std::system_error &error) {
         logLine(QStringLiteral("the window's place was not kept: %1")
                     .arg(QString::fromLocal8Bit(error.what())));
