@@ -1,5 +1,7 @@
 #include "app/Application.h"
 
+#include "base/French.h"
+
 namespace vorle {
 
 Application::Application(Setup setup) : m_setup(std::move(setup)) {}
@@ -126,6 +128,24 @@ LinkCapture &Application::capture() {
             preferences(), store(), notes(), asker(), reader(), images(), m_clock});
     }
     return *m_capture;
+}
+
+QStringList Application::notices() const {
+    QStringList sentences;
+    if (m_preferences && m_preferences->notice()) {
+        sentences += *m_preferences->notice();
+    }
+    if (m_store && m_store->notice()) {
+        sentences += *m_store->notice();
+        if (m_store->readable() && !m_store->readable()->topics.isEmpty()) {
+            sentences += French::tr("Pour reprendre ce qui est lisible : vorle reparer");
+        }
+    }
+    return sentences;
+}
+
+std::optional<QString> Application::settingsProblem() const {
+    return m_preferences && !m_preferences->flush() ? m_preferences->writeError() : std::nullopt;
 }
 
 } // namespace vorle

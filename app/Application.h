@@ -62,6 +62,13 @@ public:
     /// Whoever had it start on something waits for it before the application goes.
     LinkCapture &capture();
 
+    /// What the user has to know of how the settings and the topics were found, as far as they were
+    /// opened: French sentences.
+    QStringList notices() const;
+    /// Waits until the settings that were changed are on disk. Gives a French sentence when they
+    /// could not be written.
+    std::optional<QString> settingsProblem() const;
+
 private:
     Setup m_setup;
     SystemClock m_clock;

@@ -83,4 +83,10 @@ QString releasedText(qsizetype count) {
                             .arg(count);
 }
 
+QString repairedText(qsizetype kept, qsizetype entries) {
+    const QString pattern =
+        kept == 1 ? French::tr("%1 sujet repris sur %2.") : French::tr("%1 sujets repris sur %2.");
+    return pattern.arg(kept).arg(entries);
+}
+
 } // namespace vorle

@@ -19,5 +19,7 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
 
 /// What is said once `count` topics of a run that died were handed out.
 QString releasedText(qsizetype count);
+/// What is said once `kept` of the entries of a damaged file were taken up.
+QString repairedText(qsizetype kept, qsizetype entries);
 
 } // namespace vorle

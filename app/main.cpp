@@ -8,6 +8,7 @@
 #include <QLocale>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <string_view>
 #include <system_error>
@@ -16,6 +17,9 @@ int main(int argc, char **argv) {
     // The program speaks UTF-8 whatever the machine's locale says.
     std::setlocale(LC_ALL, "C.UTF-8");
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    // A file that may not grow any more is told as a failing write, not by the program's end. A
+    // handler goes when a child starts its program; being ignored would stay.
+    std::signal(SIGXFSZ, [](int) {});
     // Before anything makes a temporary file or starts a child.
     try {
         vorle::preparePrivateTemporaryDirectory();

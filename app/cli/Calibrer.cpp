@@ -31,7 +31,7 @@ struct CalibrationShown {
 };
 
 void requireReadable(const TopicStore &store) {
-    if (store.setAside()) {
+    if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
     }
 }

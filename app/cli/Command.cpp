@@ -110,6 +110,13 @@ const QList<Command> &commands() {
          .most = 2,
          .flags = {json},
          .run = reglages},
+        {.name = QStringLiteral("reparer"),
+         .synopsis = {},
+         .summary = French::tr("reprend ce qui est lisible d’un fichier de sujets abîmé ; l’ancien "
+                               "fichier est gardé à côté"),
+         .flags = {json},
+         .throughApp = true,
+         .run = reparer},
         {.name = QStringLiteral("banc"),
          .synopsis = QStringLiteral("[--apercu]"),
          .summary = French::tr("fait juger le banc d’essai par ton IA et la compare aux notes "
@@ -132,7 +139,23 @@ const Command *commandNamed(const QString &name) {
     return found == all.end() ? nullptr : &*found;
 }
 
-Task<ExitStatus> runCommand(const Command &command, Context &context) {
+namespace {
+
+/// What is to be told whatever the command was: how the files were found, and settings that did not
+/// reach the disk.
+ExitStatus concluded(Context &context, ExitStatus status) {
+    const auto problem = context.app.settingsProblem();
+    for (const QString &notice : context.app.notices()) {
+        context.console.say(notice);
+    }
+    if (!problem || status != ExitStatus::Done) { // what failed has said why
+        return status;
+    }
+    context.console.say(*problem);
+    return ExitStatus::Failed;
+}
+
+Task<ExitStatus> ran(const Command &command, Context &context) {
     QString text;
     try {
         co_return co_await command.run(context);
@@ -154,6 +177,13 @@ Task<ExitStatus> runCommand(const Command &command, Context &context) {
     }
     context.console.say(text);
     co_return ExitStatus::Failed;
+}
+
+} // namespace
+
+Task<ExitStatus> runCommand(const Command &command, Context &context) {
+    const ExitStatus status = co_await ran(command, context);
+    co_return concluded(context, status);
 }
 
 Arguments parseArguments(const Command &command, const QStringList &words) {

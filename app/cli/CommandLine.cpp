@@ -5,8 +5,11 @@
 #include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
 #include "base/French.h"
+#include "base/SystemErrorText.h"
 
 #include <QCoreApplication>
+
+#include <system_error>
 
 namespace vorle::cli {
 
@@ -89,6 +92,9 @@ int runCommandLine(const QStringList &words, const InstalledApps &installedApps)
     } catch (const Failure &failure) {
         console.say(failure.text());
         return static_cast<int>(failure.status());
+    } catch (const std::system_error &error) {
+        console.say(systemRefusalText(error));
+        return static_cast<int>(ExitStatus::Failed);
     }
 }
 

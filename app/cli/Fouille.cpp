@@ -30,11 +30,8 @@ Task<> openStore(Context &context) {
     }
     co_await holdTopics(context);
     TopicStore &store = context.app.store();
-    if (store.setAside()) {
-        context.console.say(
-            French::tr("Tes sujets étaient illisibles. Je repars d’une liste vide, et je garderai "
-                       "l’ancien fichier ici : %1")
-                .arg(*store.setAside()));
+    if (const auto notice = store.notice()) {
+        context.console.say(*notice);
     }
     if (const qsizetype released = store.releaseAllPending(); released > 0) {
         context.console.say(releasedText(released));

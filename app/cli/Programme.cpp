@@ -50,7 +50,7 @@ QString nextRunText(Context &context) {
 Task<ExitStatus> programme(Context &context) {
     const TopicStore &store = context.app.store();
     Console &console = context.console;
-    if (store.setAside()) {
+    if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
     }
     const WeekProgram program =

@@ -31,7 +31,7 @@ struct ReflexShown {
 
 Learned learnedNow(Context &context) {
     const TopicStore &store = context.app.store();
-    if (store.setAside()) {
+    if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
     }
     return learn(store.topics(), context.app.preferences().settings());

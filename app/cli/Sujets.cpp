@@ -52,7 +52,7 @@ Task<ExitStatus> sujets(Context &context) {
         co_return ExitStatus::Done;
     }
     const TopicStore &store = context.app.store();
-    if (store.setAside()) {
+    if (store.isDamaged()) {
         context.console.say(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
         co_return ExitStatus::Failed;
     }

@@ -33,9 +33,9 @@ struct ProjectShown {
 };
 
 /// @throws Failure when the last change did not reach the disk
-void requireWritten(const Preferences &preferences) {
-    if (preferences.writeError()) {
-        throw Failure(*preferences.writeError());
+void requireWritten(Preferences &preferences) {
+    if (!preferences.flush()) {
+        throw Failure(preferences.writeError().value_or(QString()));
     }
 }
 
@@ -169,11 +169,6 @@ Task<ExitStatus> projet(Context &context) {
 
 Task<ExitStatus> reglages(Context &context) {
     Preferences &preferences = context.app.preferences();
-    if (preferences.setAside()) {
-        context.console.say(French::tr("Le fichier des réglages était illisible ; je l’ai gardé "
-                                       "ici : %1")
-                                .arg(*preferences.setAside()));
-    }
     const QStringList &words = context.arguments.positional;
     if (words.isEmpty()) {
         QStringList lines;

@@ -70,7 +70,7 @@ Task<> holdTopics(Context &context) {
 }
 
 TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {
-    if (store.setAside()) {
+    if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
     }
     const auto prefix = identityPrefix(text);

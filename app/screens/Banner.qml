@@ -7,11 +7,13 @@ Rectangle {
 
     required property var run
     property string notice: ""
+    property string remedy: "" // what can be done about the notice, "" for nothing
     readonly property bool missed: run.missed && !run.running
     readonly property bool failed: run.lastError.length > 0 && !run.running
 
     signal runAsked
     signal noticeDismissed
+    signal remedyAsked
 
     // Sent away, until there is another.
     property bool away: false
@@ -55,17 +57,17 @@ Rectangle {
         anchors.right: act.left
         anchors.rightMargin: 4
         anchors.verticalCenter: parent.verticalCenter
-        visible: banner.notice.length === 0
+        visible: banner.notice.length === 0 || banner.remedy.length > 0
         quiet: true
         text: qsTr("Pas maintenant")
-        onClicked: banner.away = true
+        onClicked: banner.notice.length > 0 ? banner.noticeDismissed() : banner.away = true
     }
     ActionButton {
         id: act
         anchors.right: parent.right
         anchors.rightMargin: Theme.margin
         anchors.verticalCenter: parent.verticalCenter
-        text: banner.notice.length > 0 ? qsTr("Compris") : banner.run.startLabel
-        onClicked: banner.notice.length > 0 ? banner.noticeDismissed() : banner.runAsked()
+        text: banner.remedy.length > 0 ? banner.remedy : banner.notice.length > 0 ? qsTr("Compris") : banner.run.startLabel
+        onClicked: banner.remedy.length > 0 ? banner.remedyAsked() : banner.notice.length > 0 ? banner.noticeDismissed() : banner.runAsked()
     }
 }

@@ -268,6 +268,8 @@ Window {
                 notice: main.shell.notice
                 onRunAsked: main.shell.run.start()
                 onNoticeDismissed: main.shell.dismissNotice()
+                remedy: main.shell.remedy
+                onRemedyAsked: main.shell.takeRemedy()
             }
         }
         Word {

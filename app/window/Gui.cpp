@@ -20,6 +20,10 @@
 #include "search/RunPlan.h"
 
 #include <QApplication>
+#include <QMessageBox>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <exception>
@@ -32,6 +36,14 @@ namespace vorle {
 namespace {
 
 void complain(const QString &text) { std::fprintf(stderr, "%s\n", text.toUtf8().constData()); }
+
+/// Whether who started the program sees what it complains of: a terminal, or another program.
+bool isHeard() {
+    struct stat state{};
+    return ::isatty(STDERR_FILENO) == 1 ||
+           (::fstat(STDERR_FILENO, &state) == 0 && S_ISFIFO(state.st_mode)) ||
+           QGuiApplication::platformName() == u"offscreen";
+}
 
 /// Without a screen Qt would end the program in its own words.
 bool hasScreen() {
@@ -60,6 +72,7 @@ public:
         , m_instance(instance)
         , m_timer(app.preferences(), app.clock())
         , m_left(std::move(left)) {
+        app.preferences().watch();
         connect(&m_instance, &SingleInstance::commandAsked, &m_door, &CommandDoor::serve);
         connect(&m_timer, &RunTimer::due, this, [this] {
             // Nobody asked: with nothing to search there is nothing to tell either.
@@ -97,6 +110,7 @@ public:
         m_main.keepPlace();
         m_main.finishEditing();
         m_app.store().flush();
+        m_app.preferences().flush();
     }
 
     /// Stops what is under way, keeps what it brought, and leaves.
@@ -116,6 +130,7 @@ private:
         co_await m_door.closed();
         co_await m_shell.stopped();
         m_app.store().flush();
+        m_app.preferences().flush();
         m_left();
     }
 
@@ -205,8 +220,20 @@ private:
         } catch (const std::exception &error) {
             problem = QString::fromUtf8(error.what());
         }
+        refuse(problem);
+    }
+
+    /// Leaves, once the user has seen why.
+    void refuse(const QString &problem) {
         complain(problem);
-        m_door.left(1);
+        if (isHeard()) {
+            m_door.left(1);
+            return;
+        }
+        m_refusal = std::make_unique<QMessageBox>(QMessageBox::Critical, QStringLiteral("vorle"),
+                                                  problem, QMessageBox::Close);
+        connect(m_refusal.get(), &QMessageBox::finished, this, [this] { m_door.left(1); });
+        m_refusal->show();
     }
 
     void wait(Opening::Holder holder) {
@@ -235,6 +262,7 @@ private:
     SingleInstance m_instance;
     CancelSource m_giveUp;
     std::unique_ptr<WaitingWindow> m_waiting;
+    std::unique_ptr<QMessageBox> m_refusal;
     std::unique_ptr<Gui> m_gui;
 };
 

@@ -11,6 +11,8 @@
 
 #include <QUrl>
 
+#include <utility>
+
 namespace vorle {
 
 Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
@@ -56,14 +58,22 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
         }
     });
     connect(&store, &TopicStore::saveFailed, this, &Shell::tell);
+    connect(&preferences, &Preferences::saveFailed, this, &Shell::tell);
+    // Taken up by a command too.
+    connect(&store, &TopicStore::topicsReset, this, [this] {
+        if (m_notice == std::exchange(m_found, QString())) {
+            tell({});
+        }
+    });
+    QStringList found;
     if (parts.released > 0) {
-        tell(releasedText(parts.released));
+        found += releasedText(parts.released);
     }
-    if (store.setAside()) {
-        tell(tr("Tes sujets étaient illisibles. Je repars d’une liste vide, et je garderai "
-                "l’ancien fichier ici : %1")
-                 .arg(*store.setAside()));
+    for (const auto &notice : {store.notice(), preferences.notice()}) {
+        found += notice ? QStringList{*notice} : QStringList();
     }
+    m_found = found.join(u'\n');
+    tell(m_found);
 }
 
 Shell::~Shell() = default;
@@ -92,7 +102,27 @@ void Shell::openLink(const QString &url) {
     }
 }
 
-void Shell::dismissNotice() { tell({}); }
+void Shell::dismissNotice() {
+    if (m_notice == m_found) {
+        m_found.clear();
+    }
+    tell(m_found); // it may have been hidden by what came since
+}
+
+QString Shell::remedy() const {
+    const auto &readable = m_parts.app.store().readable();
+    return !m_found.isEmpty() && m_notice == m_found && readable && !readable->topics.isEmpty()
+               ? tr("Réparer")
+               : QString();
+}
+
+void Shell::takeRemedy() {
+    const auto readable = m_parts.app.store().readable();
+    const qsizetype entries = readable ? readable->entries() : 0;
+    if (const qsizetype kept = m_parts.app.store().repair(); kept > 0) {
+        Q_EMIT said(repairedText(kept, entries));
+    }
+}
 
 Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic) {
     QString word;

@@ -57,6 +57,8 @@ class Shell final : public QObject {
     Q_PROPERTY(QStringList correctionWords READ correctionWords CONSTANT FINAL)
     /// A sentence on what went wrong lately (a save, the settings); "" when nothing did.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
+    /// What a button beside the notice does about it ("Réparer"); "" when there is nothing to do.
+    Q_PROPERTY(QString remedy READ remedy NOTIFY noticeChanged FINAL)
 
 public:
     /// What the shell stands on; all of it outlives it.
@@ -86,6 +88,7 @@ public:
     QString appearance() const;
     QString accent() const;
     QString notice() const { return m_notice; }
+    QString remedy() const;
     int settingsRevision() const { return m_settingsRevision; }
 
     /// A setting by its key, as JSON has it; undefined for an unknown key or one without a value.
@@ -96,6 +99,8 @@ public:
     /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
     Q_INVOKABLE void openLink(const QString &url);
     Q_INVOKABLE void dismissNotice();
+    /// Does what `remedy` says: takes up the topics that can be read of a damaged file.
+    Q_INVOKABLE void takeRemedy();
     /// Takes a topic's first step with the agent (⌘↩). What there is to say is said by `said`.
     Q_INVOKABLE void firstStep(const QString &topicId);
     /// Captures a link: it is read and judged, and waits in "À trier". Gives a French sentence
@@ -132,6 +137,7 @@ private:
 
     Parts m_parts;
     QString m_notice;
+    QString m_found; ///< how the files were found at this start, until the user has seen it
     int m_settingsRevision = 0;
     QSet<QUuid> m_briefsTold; // topics whose row shows how far their notes are
     std::unique_ptr<TopicListModel> m_inbox;
