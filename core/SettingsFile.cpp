@@ -113,12 +113,13 @@ void SettingsFile::open(const QString &path) {
     if (m_json->isUnreadable()) {
         logLine(QStringLiteral("the settings file could not be read as settings"));
         m_notice =
-            tr("Tes réglages étaient illisibles. Je pars des réglages d’origine ; avant d’en "
-               "changer un, je garderai l’ancien fichier à côté : %1.illisible-…")
+            tr("Tes réglages étaient illisibles. Je pars des réglages d’origine\u202F; avant d’en "
+               "changer un, je garderai l’ancien fichier à côté\u00A0: %1.illisible-…")
                 .arg(path);
     } else if (m_json->wasEmpty()) {
         m_notice =
-            tr("Ton fichier de réglages était vide. Je pars des réglages d’origine : %1").arg(path);
+            tr("Ton fichier de réglages était vide. Je pars des réglages d’origine\u00A0: %1")
+                .arg(path);
     }
     sweepLeftovers(QFileInfo(linkTarget(path)).absolutePath());
 }
@@ -172,11 +173,12 @@ void SettingsFile::take(const JsonSettings::Outcome &outcome) {
         return;
     }
     const QString why = systemErrorText(outcome.error);
-    m_writeError = outcome.keys.size() == 1
-                       ? tr("Le réglage « %1 » n’a pas pu être enregistré dans %2 : %3.")
-                             .arg(outcome.keys.first(), m_json->path(), why)
-                       : tr("Tes réglages n’ont pas pu être enregistrés dans %1 : %2.")
-                             .arg(m_json->path(), why);
+    m_writeError =
+        outcome.keys.size() == 1
+            ? tr("Le réglage «\u202F%1\u202F» n’a pas pu être enregistré dans %2\u00A0: %3.")
+                  .arg(outcome.keys.first(), m_json->path(), why)
+            : tr("Tes réglages n’ont pas pu être enregistrés dans %1\u00A0: %2.")
+                  .arg(m_json->path(), why);
     if (!failedBefore) {
         logLine(QStringLiteral("settings could not be written: ") +
                 QString::fromStdString(outcome.error.message()));

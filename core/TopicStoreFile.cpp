@@ -38,7 +38,7 @@ void repairSummary(Topic &topic) {
 }
 
 QString failureText(const std::error_code &error) {
-    return French::tr("Le dernier enregistrement de tes sujets a échoué : %1.")
+    return French::tr("Le dernier enregistrement de tes sujets a échoué\u00A0: %1.")
         .arg(systemErrorText(error));
 }
 
@@ -47,7 +47,7 @@ QString readableText(const TopicSalvage &salvage) {
     const qsizetype kept = salvage.topics.size();
     const QString pattern = kept == 1 ? French::tr("%1 sujet lisible sur %2.")
                                       : French::tr("%1 sujets lisibles sur %2.");
-    return French::tr("Ton fichier de sujets est abîmé :") + u' ' +
+    return French::tr("Ton fichier de sujets est abîmé\u00A0:") + u' ' +
            pattern.arg(kept).arg(salvage.entries());
 }
 
@@ -157,14 +157,15 @@ qsizetype TopicStore::repair() {
 std::optional<QString> TopicStore::notice() const {
     requireMainThread(subject);
     if (m_wasEmpty && m_topics.isEmpty()) {
-        return tr("Ton fichier de sujets était vide (0 octet). Je pars d’une liste vide : %1")
+        return tr("Ton fichier de sujets était vide (0 octet). Je pars d’une liste vide\u00A0: %1")
             .arg(m_file);
     }
     if (!m_readable) {
         return std::nullopt;
     }
     const QString kept =
-        tr("L’ancien fichier est gardé ici dès le premier enregistrement : %1").arg(*m_setAside);
+        tr("L’ancien fichier est gardé ici dès le premier enregistrement\u00A0: %1")
+            .arg(*m_setAside);
     if (m_readable->topics.isEmpty()) {
         return tr("Tes sujets étaient illisibles. Je pars d’une liste vide.") + u' ' + kept;
     }
