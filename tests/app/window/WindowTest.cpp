@@ -479,6 +479,25 @@ TEST_F(WindowTest, an_empty_store_says_so_in_every_section) {
     EXPECT_EQ(store().count(), 0);
 }
 
+TEST_F(WindowTest, what_can_be_read_of_a_damaged_file_is_offered_with_one_button) {
+    QByteArray damaged = json::encode(QList<Topic>{sampleTopic(QStringLiteral("a")),
+                                                   sampleTopic(QStringLiteral("b")),
+                                                   sampleTopic(QStringLiteral("c"))});
+    test::fill(m_folder.filePath(QStringLiteral("topics.json")),
+               damaged.replace(damaged.lastIndexOf("inbox"), 5, "boxed"));
+    open();
+    QCoreApplication::processEvents();
+    EXPECT_THAT(shownTexts().join(u'\n').toStdString(),
+                testing::HasSubstr("2 sujets lisibles sur 3."));
+    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Réparer")));
+    EXPECT_EQ(store().count(), 0) << "never by itself";
+    shell().takeRemedy();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shell().inbox()->rowCount(), 2);
+    EXPECT_EQ(shell().notice(), QString());
+    EXPECT_FALSE(shownTexts().contains(QStringLiteral("Réparer")));
+}
+
 TEST_F(WindowTest, a_correction_changes_the_score_and_can_be_taken_back) {
     fill();
     open();
