@@ -5,6 +5,7 @@
 #include "core/DurableFile.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vorle {
 
@@ -31,7 +32,11 @@ QList<RunReport> RunHistory::reports() const {
     }
 }
 
-void RunHistory::replace(QList<RunReport> all) const {
+void RunHistory::replace(QList<RunReport> all) const { write(std::move(all), Others::Go); }
+
+void RunHistory::add(QList<RunReport> reports) const { write(std::move(reports), Others::Stay); }
+
+void RunHistory::write(QList<RunReport> all, Others others) const {
     if (m_file.isEmpty() || all.isEmpty()) {
         return;
     }
@@ -42,10 +47,10 @@ void RunHistory::replace(QList<RunReport> all) const {
         } catch (const json::DecodeError &) {
             keepAside(m_file, asideName(m_file, all.last().date));
         }
-        // What could not be read a moment ago is none the less there.
         kept.removeIf([&](const RunReport &report) {
-            return std::ranges::any_of(
-                all, [&](const RunReport &other) { return other.date == report.date; });
+            return others == Others::Go || std::ranges::any_of(all, [&](const RunReport &other) {
+                       return other.date == report.date;
+                   });
         });
         all = kept + all;
         all = all.last(std::min(mostReports, all.size()));

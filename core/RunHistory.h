@@ -16,13 +16,17 @@ public:
 
     /// Oldest first; empty when there is none, or none that can be read.
     QList<RunReport> reports() const;
-    /// Puts these reports in the place of those kept of the same date, and lets the oldest ones go.
-    /// A failure is logged: a run is not lost for it. What was read and holds no reports is kept
-    /// aside first, under the date of the newest; what the system does not let be read is not
-    /// replaced.
+    /// Puts these reports in the place of those kept, and lets the oldest ones go. A failure is
+    /// logged: a run is not lost for it. What was read and holds no reports is kept aside first,
+    /// under the date of the newest; what the system does not let be read is not replaced.
     void replace(QList<RunReport> reports) const;
+    /// The same for the kept reports of these dates alone: the others stay, before these.
+    void add(QList<RunReport> reports) const;
 
 private:
+    enum class Others { Stay, Go };
+    void write(QList<RunReport> all, Others others) const;
+
     QString m_file;
 };
 

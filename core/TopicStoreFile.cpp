@@ -103,7 +103,7 @@ void TopicStore::load() {
     if (!loaded && (isDemo() || qEnvironmentVariableIsSet("VORLE_SAMPLE_DATA"))) {
         seed();
     }
-    if (fresh) {
+    if (isDemo()) {
         seedHistory();
     }
 }
@@ -217,7 +217,7 @@ QList<RunReport> TopicStore::history() const {
 }
 
 void TopicStore::addRun(const RunReport &report) {
-    RunHistory(m_file).replace(history() + QList{report});
+    RunHistory(m_file).add(history() + QList{report});
     Q_EMIT historyChanged();
 }
 
