@@ -191,6 +191,8 @@ public:
     void quit() {
         if (m_gui) {
             m_gui->quit();
+        } else if (m_refusal) {
+            m_refusal->reject();
         } else {
             m_giveUp.cancel();
         }
