@@ -51,6 +51,9 @@ QString manifestLine(const discovery::Project &project) {
     return facts.join(QStringLiteral(" · "));
 }
 
+/// Folders may have any name.
+QString oneLine(QString text) { return text.replace(u'\n', u' ').replace(u'\r', u' '); }
+
 void listProjects(Context &context) {
     const Settings &settings = context.app.preferences().settings();
     QList<ProjectShown> shown;
@@ -65,9 +68,9 @@ void listProjects(Context &context) {
                  (description.isEmpty()
                       ? QString()
                       : context.console.plain(QStringLiteral(", ") + description.simplified()));
-        lines += QStringLiteral("  ") + context.console.faint(it.value());
+        lines += QStringLiteral("  ") + context.console.faint(oneLine(it.value()));
         const QString problem = discovery::problemText(found);
-        lines += QStringLiteral("  ") + (problem.isEmpty() ? manifestLine(found) : problem);
+        lines += QStringLiteral("  ") + (problem.isEmpty() ? manifestLine(found) : oneLine(problem));
     }
     if (context.arguments.json()) {
         context.console.print(json::encode(shown, json::Style::Pretty));
@@ -108,7 +111,7 @@ void addProject(Context &context, const QString &folder) {
         requireWritten(preferences);
     }
     if (found.problem != discovery::Project::Problem::None) {
-        context.console.say(discovery::problemText(found));
+        context.console.say(oneLine(discovery::problemText(found)));
     }
 }
 

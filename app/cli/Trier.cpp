@@ -187,7 +187,10 @@ QString correctedText(const Topic &topic) {
 
 /// A captured link that nobody has judged yet.
 bool isUnread(const Topic &topic) {
-    return topic.capturedURL && (topic.status == TopicStatus::Pending || !topic.criteria);
+    return topic.capturedURL &&
+           (topic.status == TopicStatus::Pending ||
+            (topic.status == TopicStatus::Dismissed && topic.readLevel == ReadLevel::None &&
+             !topic.criteria));
 }
 
 /// Has the link read and judged, and waits for it. @throws Failure, Cancelled
@@ -234,7 +237,7 @@ Task<> retryUnread(Context &context, TopicPtr topic) {
     store.restore(topic->id, waiting);
     co_await readNow(context, topic->id);
     const TopicPtr now = store.topic(topic->id);
-    if (!now || isUnread(*now)) {
+    if (!now || now->status != TopicStatus::Inbox) {
         throw Failure(French::tr("Ce lien n’a pas pu être lu et noté\u00A0: il attend toujours."));
     }
     conclude(context, topic->id, French::tr("Lu et noté · À trier"));
