@@ -158,6 +158,25 @@ TEST_F(TopicStoreTest, releases_pending_topics_but_not_links_still_being_read) {
     EXPECT_EQ(store->releasePending({ids[2]}), 1);
 }
 
+TEST_F(TopicStoreTest, takes_away_a_runs_pending_topic_alone) {
+    auto store = open();
+    Topic captured = sampleTopic(QStringLiteral("c"), TopicStatus::Pending);
+    captured.capturedURL = QStringLiteral("https://example.org/c");
+    const auto ids = store->add({sampleTopic(QStringLiteral("a"), TopicStatus::Pending), captured,
+                                 sampleTopic(QStringLiteral("d"))});
+    EXPECT_FALSE(store->withdrawPending(ids[1])) << "the user's own link";
+    EXPECT_FALSE(store->withdrawPending(ids[2])) << "the user has it already";
+    EXPECT_FALSE(store->withdrawPending(QUuid::createUuid()));
+    EXPECT_TRUE(store->withdrawPending(ids[0]));
+    EXPECT_EQ(store->count(), 2);
+    for (const qsizetype place : {0, 1}) {
+        EXPECT_EQ(store->topics()[place]->id, ids[place + 1]);
+        EXPECT_EQ(store->position(ids[place + 1]), place);
+    }
+    store->keep(ids[2]);
+    EXPECT_EQ(onDisk().size(), 2);
+}
+
 TEST_F(TopicStoreTest, repairs_summaries_that_end_with_a_name) {
     const std::pair<QStringView, QStringView> cases[] = {
         {u"Une nouvelle API · Tiravue", u"Une nouvelle API"},

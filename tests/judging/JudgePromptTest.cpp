@@ -144,6 +144,7 @@ TEST(Examples, outcomes_are_told_in_english_with_the_correction) {
     EXPECT_FALSE(exampleBlock(topic).contains(QStringLiteral("Read level")));
     topic.readLevel = ReadLevel::None;
     EXPECT_TRUE(exampleBlock(topic).contains(QStringLiteral("Link (could not be read): ")));
+    topic.readLevel.reset();
     topic.seenText = QByteArray(5'000, 'a');
     EXPECT_LT(exampleBlock(topic).size(), 1'200);
     EXPECT_TRUE(exampleBlock(topic).endsWith(QStringLiteral("(vorle had said 5)\n")));
