@@ -70,7 +70,8 @@ void listProjects(Context &context) {
                       : context.console.plain(QStringLiteral(", ") + description.simplified()));
         lines += QStringLiteral("  ") + context.console.faint(oneLine(it.value()));
         const QString problem = discovery::problemText(found);
-        lines += QStringLiteral("  ") + (problem.isEmpty() ? manifestLine(found) : oneLine(problem));
+        lines +=
+            QStringLiteral("  ") + (problem.isEmpty() ? manifestLine(found) : oneLine(problem));
     }
     if (context.arguments.json()) {
         context.console.print(json::encode(shown, json::Style::Pretty));

@@ -187,10 +187,9 @@ QString correctedText(const Topic &topic) {
 
 /// A captured link that nobody has judged yet.
 bool isUnread(const Topic &topic) {
-    return topic.capturedURL &&
-           (topic.status == TopicStatus::Pending ||
-            (topic.status == TopicStatus::Dismissed && topic.readLevel == ReadLevel::None &&
-             !topic.criteria));
+    return topic.capturedURL && (topic.status == TopicStatus::Pending ||
+                                 (topic.status == TopicStatus::Dismissed &&
+                                  topic.readLevel == ReadLevel::None && !topic.criteria));
 }
 
 /// Has the link read and judged, and waits for it. @throws Failure, Cancelled

@@ -5,12 +5,17 @@
 
 #include "agents/TemporaryFiles.h"
 #include "app/Application.h"
+#include "app/RunTimer.h"
+#include "app/models/TerritoryModel.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
+#include "search/RunPlan.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
 
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QtEndian>
 
@@ -35,6 +40,7 @@ public:
         }
         qunsetenv("VORLE_STORE");
         qunsetenv("VORLE_HOME");
+        qunsetenv("VORLE_SETTINGS");
     }
 
 protected:
@@ -226,6 +232,41 @@ TEST_F(CommandDoorTest, stops_when_the_caller_interrupts_or_vanishes) {
     test::waitFor(door->closed());
     EXPECT_EQ(end(*last).status, 1);
     EXPECT_FALSE(app->briefs().running());
+}
+
+TEST_F(CommandDoorTest, the_open_app_follows_what_a_command_writes_to_the_settings) {
+    qputenv("VORLE_SETTINGS", path("settings.json").toLocal8Bit());
+    Preferences &preferences = app->preferences();
+    preferences.watch();
+    test::FixedClock clock; // Monday 2 November 2026, 9:30
+    const RunTimer timer(preferences, clock, QTimeZone::utc());
+    const TerritoryModel territory(preferences);
+    const auto at = [](int day, int hour) {
+        return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);
+    };
+    EXPECT_EQ(timer.next(), at(9, 8));
+    EXPECT_FALSE(hasTerritory(preferences));
+    EXPECT_EQ(run(R"(reglages schedule {"weekdays":[3],"hour":9,"minute":0})").status, 0);
+    test::spinUntil([&] { return timer.next() == at(3, 9); });
+
+    const int rows = territory.rowCount();
+    QDir(folder.path()).mkdir(QStringLiteral("projet"));
+    const QByteArray adding = "projet ajouter " + path("projet").toUtf8();
+    EXPECT_EQ(run(adding.constData()).status, 0);
+    test::spinUntil([&] { return hasTerritory(preferences); });
+    test::spinUntil([&] { return territory.rowCount() > rows; });
+
+    for (const auto &[key, value] :
+         {std::pair("weeklyMinutes", "90"), std::pair("agent", "\"codex\""),
+          std::pair("appearance", "\"Sombre\""), std::pair("terminal", "\"Ghostty\""),
+          std::pair("disabledReflexes", "[\"long-later\"]")}) {
+        const QByteArray words = QByteArray("reglages ") + key + ' ' + value;
+        EXPECT_EQ(run(words.constData()).status, 0) << key;
+        const QJsonValue wanted =
+            QJsonDocument::fromJson('[' + QByteArray(value) + ']').array().first();
+        test::spinUntil(
+            [&, name = QString::fromLatin1(key)] { return preferences.setting(name) == wanted; });
+    }
 }
 
 TEST_F(CommandDoorTest, garbage_ends_its_connection_and_nothing_else) {
