@@ -59,7 +59,7 @@ def hostile_page(rng: random.Random, number: int) -> bytes:
 def candidate(rng: random.Random, number: int, link: str) -> dict[str, str]:
     """As an agent gives it that a page has won over."""
     title = forged(rng, number) if rng.random() < 0.5 else "Une nouvelle"
-    tail = rng.choice(["", "", "#" + forged(rng, number), "?" + forged(rng, number)])
+    tail = rng.choice([*[""] * 8, "#" + forged(rng, number), "?" + forged(rng, number)])
     return {"title": title, "url": link + tail, "kind": rng.choice(["article", "tool"]),
             "about": rng.choice(["Rust", "Potager", forged(rng, number)])}
 
