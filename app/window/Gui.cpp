@@ -228,6 +228,15 @@ private:
     /// Leaves, once the user has seen why.
     void refuse(const QString &problem) {
         complain(problem);
+        m_waiting.reset();
+        // Nobody is to be told that a window comes, nor to wait for topics that nobody uses.
+        m_instance.close();
+        try {
+            m_app.lock().release();
+            m_app.appLock().release();
+        } catch (const std::system_error &) {
+            // They were never made: that was the problem.
+        }
         if (isHeard()) {
             m_door.left(1);
             return;
