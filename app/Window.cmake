@@ -8,12 +8,13 @@ set(VORLE_QML
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ReadingFoot.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
+    controls/ReadingFoot.qml controls/ReadingHead.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SideItem.qml
-    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml controls/TopPull.qml
+    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
     controls/TopicCard.qml controls/WhyLine.qml
-    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/ClosingPanel.qml screens/CorrectionPanel.qml
+    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CardSight.qml
+    screens/ClosingPanel.qml screens/CorrectionPanel.qml
     screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SectionPlace.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
@@ -32,6 +33,7 @@ qt_add_qml_module(vorle_window
         window/CommandDoor.cpp window/CommandDoor.h
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
+        window/HeldKeys.cpp window/HeldKeys.h
         window/MainWindow.cpp window/MainWindow.h
         window/Opening.cpp window/Opening.h
         window/QuitDoor.cpp window/QuitDoor.h

@@ -9,6 +9,7 @@ T.Button {
     property string keys: ""
     property bool primary: false
     property bool quiet: false // words alone, no outline
+    property bool takesReturn: true // else Return is left to what the button stands in
 
     readonly property color inkNow: primary ? Theme.accentInk : Theme.ink
 
@@ -28,10 +29,11 @@ T.Button {
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: event => press(event)
     Keys.onEnterPressed: event => press(event)
+    Keys.onSpacePressed: event => event.accepted = event.isAutoRepeat
 
     // With another key it is a shortcut, and held down it is one press.
     function press(event: var) {
-        if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
+        if (!takesReturn || event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
             event.accepted = false;
         } else {
             clicked();

@@ -4,7 +4,7 @@ import Vorle
 // The keyboard may walk below the fold: what it reaches is brought into sight.
 QtObject {
     required property Flickable view
-    required property Item focused // what has the keyboard; null to stay
+    property Item focused: null // what has the keyboard; null to stay
 
     onFocusedChanged: {
         let above = focused;
@@ -18,9 +18,24 @@ QtObject {
     }
 
     function scrollTo(wanted: real) {
-        view.contentY = Math.max(0, Math.min(Math.max(0, view.contentHeight - view.height), wanted));
+        const end = view.originY + view.contentHeight + view.bottomMargin - view.height;
+        view.contentY = Math.max(view.originY, Math.min(end, wanted));
     }
     function scrollBy(step: real) {
         scrollTo(view.contentY + step);
+    }
+    // The keys for long pages; whether it was one of them.
+    function takes(key: int): bool {
+        const steps = {
+            [Qt.Key_Home]: -Infinity,
+            [Qt.Key_End]: Infinity,
+            [Qt.Key_PageUp]: -0.9 * view.height,
+            [Qt.Key_PageDown]: 0.9 * view.height
+        };
+        if (!(key in steps)) {
+            return false;
+        }
+        scrollBy(steps[key]);
+        return true;
     }
 }

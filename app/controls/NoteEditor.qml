@@ -13,6 +13,15 @@ T.TextArea {
     property string heldId: ""
     property string heldText: ""
 
+    // What another hand wrote there, or undid.
+    readonly property string kept: topic?.note ?? ""
+    onKeptChanged: {
+        if ((topic?.topicId ?? "") === heldId && kept !== heldText && text === heldText) {
+            heldText = kept;
+            text = kept;
+        }
+    }
+
     function keep() {
         if (heldId.length > 0 && text !== heldText) {
             heldText = text;
@@ -43,8 +52,9 @@ T.TextArea {
     wrapMode: TextEdit.Wrap
     textFormat: TextEdit.PlainText
     selectByMouse: true
-    KeyNavigation.priority: KeyNavigation.BeforeItem
-    KeyNavigation.tab: nextItemInFocusChain(true)
+    Keys.priority: Keys.BeforeItem
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Accessible.role: Accessible.EditableText
     Accessible.name: qsTr("Ta note")
     onEditingFinished: keep()

@@ -17,7 +17,7 @@ T.AbstractButton {
     Accessible.name: text
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: event => {
-        if (event.modifiers & ~Qt.KeypadModifier) {
+        if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
             event.accepted = false;
         } else {
             clicked();

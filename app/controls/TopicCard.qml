@@ -21,7 +21,9 @@ Item {
     readonly property string facts: [topic.pendingCapture ? qsTr("lien capturé, en lecture…") : "", topic.kindLabel, topic.minutesText, topic.readLevelText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
 
     readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
-    height: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17)
+    readonly property real wholeHeight: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17) // once it has moved
+    readonly property real headHeight: content.y + (details.active ? details.y : bodyHeight) // down to its title
+    height: wholeHeight
     clip: true
     Accessible.role: Accessible.ListItem
     Accessible.name: topic.accessibleName + ". " + topic.title

@@ -2,6 +2,8 @@
 
 #include "app/models/Wording.h"
 #include "base/Text.h"
+#include "core/Corrections.h"
+#include "core/ScoreScale.h"
 
 #include <QUuid>
 
@@ -34,13 +36,19 @@ bool Decisions::decide(const QString &topicId, const QString &ghostText, Act act
         return false;
     }
     const auto after = m_store.placement(id);
-    if (after && *after != *before) {
-        m_done.append({id, *before, *after});
-        m_undone.clear();
-        Q_EMIT stepsChanged();
+    if (after) {
+        keepStep({id, *before, *after});
     }
     Q_EMIT decided(nameOf(id), ghostText);
     return true;
+}
+
+void Decisions::keepStep(Step step) {
+    if (step.before != step.after) {
+        m_done.append(std::move(step));
+        m_undone.clear();
+        Q_EMIT stepsChanged();
+    }
 }
 
 bool Decisions::keep(const QString &topicId) {
@@ -92,7 +100,48 @@ bool Decisions::verdict(const QString &topicId, const QString &worth) {
 }
 
 bool Decisions::setNote(const QString &topicId, const QString &note) {
-    return m_store.setNote(identity(topicId), note);
+    const QUuid id = identity(topicId);
+    const TopicPtr before = m_store.topic(id);
+    if (!before || !m_store.setNote(id, note)) {
+        return false;
+    }
+    keepStep({id, before->note, m_store.topic(id)->note});
+    return true;
+}
+
+bool Decisions::setCorrection(const QString &topicId,
+                              const std::optional<Correction> &correction) {
+    const QUuid id = identity(topicId);
+    const TopicPtr before = m_store.topic(id);
+    if (!before || !m_store.setCorrection(id, correction)) {
+        return false;
+    }
+    keepStep({id, before->correction, correction});
+    return true;
+}
+
+bool Decisions::isAt(const QUuid &id, const Side &side) const {
+    const TopicPtr topic = m_store.topic(id);
+    if (!topic) {
+        return false;
+    }
+    if (const auto *placement = std::get_if<TopicStore::Placement>(&side)) {
+        return m_store.placement(id) == *placement;
+    }
+    if (const auto *own = std::get_if<Own>(&side)) {
+        return topic->correction == *own;
+    }
+    return topic->note == std::get<Note>(side);
+}
+
+bool Decisions::put(const QUuid &id, const Side &side) {
+    if (const auto *placement = std::get_if<TopicStore::Placement>(&side)) {
+        return m_store.restore(id, *placement);
+    }
+    if (const auto *own = std::get_if<Own>(&side)) {
+        return m_store.setCorrection(id, *own);
+    }
+    return m_store.setNote(id, std::get<Note>(side).value_or(QString()));
 }
 
 namespace {
@@ -116,8 +165,8 @@ QString whereTo(TopicStatus status, const QString &verb) {
     return {};
 }
 
-QString predicate(const TopicStore::Placement &from, const TopicStore::Placement &to,
-                  const QString &verb) {
+QString placePredicate(const TopicStore::Placement &from, const TopicStore::Placement &to,
+                       const QString &verb) {
     if (from.status != to.status) {
         return whereTo(to.status, verb);
     }
@@ -130,6 +179,22 @@ QString predicate(const TopicStore::Placement &from, const TopicStore::Placement
 
 } // namespace
 
+QString Decisions::predicate(const QUuid &id, const Side &from, const Side &to,
+                             Direction direction) const {
+    if (const auto *place = std::get_if<TopicStore::Placement>(&to)) {
+        return placePredicate(std::get<TopicStore::Placement>(from), *place,
+                              direction == Direction::Back ? tr("revient") : tr("repart"));
+    }
+    if (const auto *own = std::get_if<Own>(&to)) {
+        const auto judged = judgedScore(*m_store.topic(id));
+        return *own     ? tr("a de nouveau ta note, %1").arg(scoreFromRelevance((*own)->score))
+               : judged ? tr("retrouve ma note, %1").arg(*judged)
+                        : tr("n’a plus de note");
+    }
+    return std::get<Note>(to) ? tr("retrouve ce que tu y avais écrit")
+                              : tr("n’a plus ce que tu y avais écrit");
+}
+
 QString Decisions::undo() { return step(m_done, m_undone, Direction::Back); }
 
 QString Decisions::redo() { return step(m_undone, m_done, Direction::Forth); }
@@ -140,13 +205,15 @@ QString Decisions::step(QList<Step> &from, QList<Step> &to, Direction direction)
     }
     const Step step = from.takeLast();
     const bool back = direction == Direction::Back;
-    const TopicStore::Placement &left = back ? step.after : step.before;
-    const TopicStore::Placement &wanted = back ? step.before : step.after;
+    const Side &left = back ? step.after : step.before;
+    const Side &wanted = back ? step.before : step.after;
     const TopicPtr topic = m_store.topic(step.id);
-    QString sentence = tr("a changé de place entre-temps, il y reste");
-    if (m_store.placement(step.id) == left && m_store.restore(step.id, wanted)) {
+    QString sentence = std::holds_alternative<TopicStore::Placement>(left)
+                           ? tr("a changé de place entre-temps, il y reste")
+                           : tr("a changé entre-temps, il reste comme il est");
+    if (isAt(step.id, left) && put(step.id, wanted)) {
         to.append(step);
-        sentence = predicate(left, wanted, back ? tr("revient") : tr("repart"));
+        sentence = predicate(step.id, left, wanted, direction);
     }
     sentence =
         typographic(tr("« %1 » %2").arg(topic ? shortTitle(topic->title) : QString(), sentence));

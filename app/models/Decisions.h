@@ -6,11 +6,14 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+#include <variant>
+
 namespace vorle {
 
-/// Takes the user's decisions on topics, and takes them back: as many as were taken since the
-/// application started. Topics are named by their identity as a string; the functions give false
-/// for an unknown one. Main thread; the store outlives it.
+/// Takes the user's decisions on topics, their scores and their notes, and takes them back in the
+/// order they came: as many as were taken since the application started. Topics are named by their
+/// identity as a string; the functions give false for an unknown one. Main thread; the store
+/// outlives it.
 class Decisions final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -31,16 +34,18 @@ public:
     Q_INVOKABLE bool done(const QString &topicId, const QString &worth = {});
     /// "1 2 3". `worth` as above, not empty. A topic that is not in the library is done with it.
     Q_INVOKABLE bool verdict(const QString &topicId, const QString &worth);
-    /// The user's own note; no decision, so it is not undone. An empty one takes it away.
+    /// The user's own note. An empty one takes it away.
     Q_INVOKABLE bool setNote(const QString &topicId, const QString &note);
+    /// The user's own score of the topic; nothing takes it away.
+    bool setCorrection(const QString &topicId, const std::optional<Correction> &correction);
 
     bool canUndo() const { return !m_done.isEmpty(); }
     bool canRedo() const { return !m_undone.isEmpty(); }
 
     /// Takes the last decision back, or takes it again, and gives a French sentence on what
-    /// happened, also emitted; "" when there is nothing to. Only what triage sets is put back: a
-    /// note or a brief written meanwhile stays. A topic that moved elsewhere since, without this
-    /// object, stays where it is: the decision is dropped, and the sentence says so.
+    /// happened, also emitted; "" when there is nothing to. Only what that step set is put back:
+    /// what came to the topic by another way meanwhile stays. Where just that is no longer as the
+    /// step left it, without this object, it stays: the step is dropped, and the sentence says so.
     Q_INVOKABLE QString undo();
     Q_INVOKABLE QString redo();
 
@@ -52,15 +57,23 @@ Q_SIGNALS:
     void stepsChanged();
 
 private:
+    using Own = std::optional<Correction>; ///< the user's own score
+    using Note = std::optional<QString>;
+    /// What a step sets of a topic, and nothing else of it.
+    using Side = std::variant<TopicStore::Placement, Own, Note>;
     struct Step {
         QUuid id;
-        TopicStore::Placement before;
-        TopicStore::Placement after;
+        Side before;
+        Side after;
     };
     enum class Direction { Back, Forth };
 
     template <class Act>
     bool decide(const QString &topicId, const QString &ghostText, Act act);
+    void keepStep(Step step);
+    bool isAt(const QUuid &id, const Side &side) const;
+    bool put(const QUuid &id, const Side &side);
+    QString predicate(const QUuid &id, const Side &from, const Side &to, Direction direction) const;
     QString step(QList<Step> &from, QList<Step> &to, Direction direction);
 
     TopicStore &m_store;

@@ -15,9 +15,9 @@ using Map = KeyboardMap;
 /// Where a row of the sheet stands, and where its keys act.
 enum class Group { Everywhere, Inbox, Program, ReserveAndLibrary };
 
-/// A row's keys also act in sections whose group does not name them: moving and reading are the
-/// same in every list.
-enum class Reach { Group, EveryList };
+/// A row's keys also act in sections whose group does not name them: reading is the same in every
+/// list, and moving in every section.
+enum class Reach { Group, EveryList, EverySection };
 
 struct Binding {
     int key;
@@ -54,6 +54,8 @@ constexpr Binding helpKeys[] = {{Qt::Key_Question, plain, Map::ShowShortcuts, u"
                                 {Qt::Key_Slash, command, Map::ShowShortcuts, u"⌘/"}};
 constexpr Binding moveKeys[] = {{Qt::Key_Up, plain, Map::Previous, u"↑"},
                                 {Qt::Key_Down, plain, Map::Next, u"↓"}};
+constexpr Binding topicKeys[] = {{Qt::Key_Up, command, Map::PreviousTopic, u"⌘↑"},
+                                 {Qt::Key_Down, command, Map::NextTopic, u"⌘↓"}};
 constexpr Binding keepKeys[] = {{Qt::Key_G, plain, Map::Keep, {}}};
 constexpr Binding laterKeys[] = {{Qt::Key_L, plain, Map::Later, {}}};
 constexpr Binding dismissKeys[] = {{Qt::Key_X, plain, Map::Dismiss, {}}};
@@ -89,7 +91,8 @@ constexpr Row rows[] = {
     {Group::Everywhere, {}, {}, Reach::Group, redoKeys},
     {Group::Everywhere, u"⌘,", u"Réglages", Reach::Group, settingsKeys},
     {Group::Everywhere, u"?  ou  ⌘/", u"Ces raccourcis", Reach::Group, helpKeys},
-    {Group::Inbox, u"↑ ↓", u"Sujet précédent, suivant", Reach::EveryList, moveKeys},
+    {Group::Inbox, u"↑ ↓", u"Sujet précédent, suivant", Reach::EverySection, moveKeys},
+    {Group::Inbox, {}, {}, Reach::EveryList, topicKeys},
     {Group::Inbox, u"G", u"Garder au programme", Reach::Group, keepKeys},
     {Group::Inbox, u"L", u"Plus tard (réserve)", Reach::Group, laterKeys},
     {Group::Inbox, u"X", u"Pas pour moi", Reach::Group, dismissKeys},
@@ -119,7 +122,8 @@ QString titleOf(Group group) {
 }
 
 bool actsIn(const Row &row, Section section) {
-    if (row.reach == Reach::EveryList && section <= Section::Library) {
+    if (row.reach == Reach::EverySection ||
+        (row.reach == Reach::EveryList && section <= Section::Library)) {
         return true;
     }
     switch (row.group) {
@@ -165,6 +169,7 @@ Press normal(int key, int modifiers) {
 /// Text fields move, type, undo and end with these keys themselves.
 bool editsText(const Binding &binding) {
     return (binding.modifiers & command) == 0 || binding.key == Qt::Key_Z ||
+           binding.key == Qt::Key_Up || binding.key == Qt::Key_Down ||
            binding.action == Map::FirstStep;
 }
 
@@ -247,7 +252,9 @@ bool KeyboardMap::isEverywhere(Action action) const {
     });
 }
 
-bool KeyboardMap::repeats(Action action) const { return action == Previous || action == Next; }
+bool KeyboardMap::repeats(Action action) const {
+    return action >= Previous && action <= NextTopic;
+}
 
 sections::Section KeyboardMap::target(Action action) const {
     return action >= GoInbox && action <= GoReport

@@ -66,6 +66,8 @@ public:
         ShowShortcuts,
         Previous,
         Next,
+        PreviousTopic, ///< these two also where `Previous` and `Next` scroll; no row in the sheet
+        NextTopic,
         Keep,
         Later,
         Dismiss,

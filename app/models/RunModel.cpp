@@ -1,6 +1,7 @@
 #include "app/models/RunModel.h"
 
 #include "app/models/Wording.h"
+#include "search/RunPlan.h"
 
 #include <algorithm>
 #include <utility>
@@ -64,10 +65,21 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &
         if (key == u"schedule" || key == u"lastSearch") {
             Q_EMIT scheduleChanged();
         }
+        followTerritory();
     });
 }
 
 RunModel::~RunModel() { m_cancel.cancel(); }
+
+/// What was missing may have come: then that is no longer to be told.
+void RunModel::followTerritory() {
+    if (m_nothingToSearch && hasTerritory(m_preferences)) {
+        m_nothingToSearch = false;
+        m_notice = {};
+        Q_EMIT outcomeChanged();
+        Q_EMIT scheduleChanged();
+    }
+}
 
 void RunModel::start() {
     if (m_running || m_followed) {
@@ -84,6 +96,7 @@ Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelTok
         co_await engine.run(cancel);
     } catch (const RunRefused &refusal) {
         if (self) {
+            self->m_nothingToSearch = !hasTerritory(self->m_preferences);
             self->end({}, {.title = {}, .text = refusal.text()});
         }
     } catch (const std::exception &) {
@@ -102,6 +115,7 @@ void RunModel::begin() {
     m_progress = {};
     m_result.clear();
     m_notice = {};
+    m_nothingToSearch = false;
     Q_EMIT runningChanged();
     Q_EMIT progressChanged();
     Q_EMIT outcomeChanged();

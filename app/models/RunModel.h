@@ -41,6 +41,8 @@ class RunModel final : public QObject {
     Q_PROPERTY(QString lastError READ lastError NOTIFY outcomeChanged FINAL)
     /// The line over it: "Je n’ai pas pu fouiller."; "" without one.
     Q_PROPERTY(QString lastErrorTitle READ lastErrorTitle NOTIFY outcomeChanged FINAL)
+    /// Whether that is because there is nothing to search; goes as soon as there is.
+    Q_PROPERTY(bool nothingToSearch READ nothingToSearch NOTIFY outcomeChanged FINAL)
     /// "lundi à 8:00"; "" when no run is scheduled.
     Q_PROPERTY(QString nextRunText READ nextRunText NOTIFY scheduleChanged FINAL)
     /// "lundi 16 novembre à 8:04"; "" before the first run.
@@ -77,6 +79,7 @@ public:
     QString lastResultText() const { return m_result; }
     QString lastError() const { return m_notice.text; }
     QString lastErrorTitle() const { return m_notice.title; }
+    bool nothingToSearch() const { return m_nothingToSearch; }
     QString nextRunText() const;
     QString lastRunText() const;
     bool missed() const { return missedMoment().has_value(); }
@@ -100,6 +103,7 @@ private:
     static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel);
     void take(const RunProgress &progress);
     void end(const QString &result, FailureNotice notice);
+    void followTerritory();
     std::optional<QDateTime> missedMoment() const;
 
     SearchEngine &m_engine;
@@ -114,6 +118,7 @@ private:
     RunProgress m_progress;
     QString m_result;
     FailureNotice m_notice;
+    bool m_nothingToSearch = false;
 };
 
 } // namespace vorle

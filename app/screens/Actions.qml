@@ -15,7 +15,7 @@ QtObject {
     function decide(action: int, act: var) {
         const list = window.sections.topics;
         const id = window.chosenId;
-        if (list === null || id === "") {
+        if (list === null || id === "" || !window.screen.ready()) {
             return;
         }
         const row = list.rowOf(id);
@@ -30,7 +30,13 @@ QtObject {
         const next = list.topicIdAt(row + 1);
         const apart = window.screen.headings && row > 0 && next !== "" && heading(row) !== heading(row + 1);
         const section = window.sections.current;
-        const connection = (topicId, went) => window.ghost = { section: section, topicId: topicId, went: went, title: title, beforeId: apart ? "" : next, afterId: apart ? list.topicIdAt(row - 1) : "" };
+        const enlarged = window.screen.enlarged;
+        const connection = (topicId, went) => {
+            window.ghost = { section: section, topicId: topicId, went: went, title: title, beforeId: apart ? "" : next, afterId: apart ? list.topicIdAt(row - 1) : "" };
+            if (enlarged) {
+                window.say(qsTr("%1 : %2").arg(went).arg(title)); // the line lies under the page
+            }
+        };
         shell.decisions.decided.connect(connection);
         act(id);
         shell.decisions.decided.disconnect(connection);
@@ -84,6 +90,12 @@ QtObject {
         case KeyboardMap.Next:
             window.screen.move(1);
             break;
+        case KeyboardMap.PreviousTopic:
+            window.screen.nextTopic(-1);
+            break;
+        case KeyboardMap.NextTopic:
+            window.screen.nextTopic(1);
+            break;
         case KeyboardMap.ToggleCard:
             if (window.listing && window.chosenId !== "") {
                 window.screen.enlarged = !window.screen.enlarged;
@@ -98,7 +110,7 @@ QtObject {
             }
             break;
         case KeyboardMap.FirstStep:
-            if (window.chosenId !== "") {
+            if (window.chosenId !== "" && window.screen.ready()) {
                 shell.firstStep(window.chosenId);
             }
             break;

@@ -12,13 +12,33 @@ Rectangle {
     readonly property bool failed: run.lastError.length > 0 && !run.running
 
     signal runAsked
+    signal territoryAsked
     signal noticeDismissed
     signal remedyAsked
+
+    // What it speaks of, and what its button does about that.
+    readonly property var help: {
+        if (notice.length > 0) {
+            return remedy.length > 0 ? { text: remedy, does: remedyAsked } : { text: qsTr("Compris"), does: noticeDismissed };
+        }
+        if (failed) {
+            return run.nothingToSearch ? { text: qsTr("Ouvrir Ton territoire"), does: territoryAsked } : { text: qsTr("Réessayer"), does: runAsked };
+        }
+        return { text: run.startLabel, does: runAsked };
+    }
 
     // Sent away, until there is another.
     property bool away: false
     readonly property string about: missed ? run.missedTitle : run.lastError
     onAboutChanged: away = false
+
+    Connections {
+        target: banner.run
+
+        function onOutcomeChanged() {
+            banner.away = false; // the same again is told again
+        }
+    }
 
     visible: notice.length > 0 || ((missed || failed) && !away)
     height: visible ? Math.max(58, words.implicitHeight + 24) : 0
@@ -67,7 +87,7 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: Theme.margin
         anchors.verticalCenter: parent.verticalCenter
-        text: banner.remedy.length > 0 ? banner.remedy : banner.notice.length > 0 ? qsTr("Compris") : banner.run.startLabel
-        onClicked: banner.remedy.length > 0 ? banner.remedyAsked() : banner.notice.length > 0 ? banner.noticeDismissed() : banner.runAsked()
+        text: banner.help.text
+        onClicked: banner.help.does()
     }
 }

@@ -47,6 +47,12 @@ Chapter {
             text: qsTr("Les sources n’ont pas répondu, ou ton IA non plus.")
             color: Theme.inkSoft
         }
+        Label {
+            width: parent.width
+            visible: text.length > 0
+            text: view.details.briefFailure
+            color: Theme.inkSoft
+        }
     }
     ActionButton {
         visible: !view.written && view.writing !== "queued" && view.writing !== "writing"

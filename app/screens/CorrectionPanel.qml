@@ -7,8 +7,8 @@ Panel {
 
     property string topicId: ""
     property string title: ""
-    property int appScore: 0
-    property int score: 0
+    property int appScore: -1 // vorle's own; none where nothing could be read
+    property int score: -1 // none chosen yet
     property var offered: [] // the reason words
     property var chosen: []
     property bool corrected: false // there is one already
@@ -37,10 +37,11 @@ Panel {
         }
     }
 
-    function open(id: string, heading: string, appGrade: int, present: int, tags: var, text: string, already: bool) {
+    // `judged` and `present` are -1 for no score.
+    function open(id: string, heading: string, judged: int, present: int, tags: var, text: string, already: bool) {
         topicId = id;
         title = heading;
-        appScore = appGrade;
+        appScore = judged;
         score = present;
         chosen = tags;
         why.text = text;
@@ -56,6 +57,9 @@ Panel {
         return key >= Qt.Key_0 && key <= Qt.Key_9 ? key - Qt.Key_0 : french.indexOf(key);
     }
     function give() {
+        if (score < 0) {
+            return;
+        }
         panel.given(topicId, score, chosen, why.text.trim());
     }
     function toggle(word: string) {
@@ -85,7 +89,7 @@ Panel {
             width: parent.width
             height: 40
             Accessible.role: Accessible.Slider
-            Accessible.name: qsTr("Ta note : %1 sur 10").arg(panel.score)
+            Accessible.name: panel.score < 0 ? qsTr("Ta note : pas encore choisie") : qsTr("Ta note : %1 sur 10").arg(panel.score)
 
             Row {
                 spacing: 6
@@ -123,7 +127,7 @@ Panel {
             }
         }
         Label {
-            text: qsTr("Ma note était %1.").arg(panel.appScore)
+            text: panel.appScore < 0 ? qsTr("Je n’avais rien pu lire : je n’ai pas mis de note.") : qsTr("J’avais mis %1.").arg(panel.appScore)
             color: Theme.inkFaint
             font.pixelSize: Theme.textNote
         }
@@ -138,6 +142,7 @@ Panel {
                     id: word
                     required property string modelData
                     text: modelData
+                    takesReturn: false
                     primary: panel.chosen.includes(modelData)
                     Accessible.name: primary ? qsTr("%1, choisi").arg(text) : text
                     onClicked: panel.toggle(modelData)
@@ -148,7 +153,6 @@ Panel {
             id: why
             width: parent.width
             placeholderText: qsTr("Pourquoi, en quelques mots")
-            onAccepted: panel.give()
         }
         Item {
             width: parent.width
@@ -157,7 +161,8 @@ Panel {
             ActionButton {
                 visible: panel.corrected
                 quiet: true
-                text: qsTr("Reprendre la note de vorle")
+                takesReturn: false
+                text: panel.appScore < 0 ? qsTr("Retirer ma note") : qsTr("Reprendre la note de vorle")
                 onClicked: panel.removed(panel.topicId)
             }
             Row {
@@ -168,10 +173,13 @@ Panel {
                 ActionButton {
                     text: qsTr("Annuler")
                     keys: qsTr("Échap")
+                    takesReturn: false
                     onClicked: panel.closed()
                 }
                 ActionButton {
                     text: qsTr("Noter")
+                    takesReturn: false
+                    enabled: panel.score >= 0
                     keys: "↩"
                     primary: true
                     onClicked: panel.give()

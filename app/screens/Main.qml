@@ -65,6 +65,9 @@ Window {
     function askToClose() {
         panels.askToClose();
     }
+    function say(sentence: string) {
+        word.show(sentence);
+    }
     function askCorrection(topicId: string) {
         panels.correct(sections.topics, topicId);
     }
@@ -113,6 +116,7 @@ Window {
         active: main.shell.run.running || item !== null
         sourceComponent: NotchPanel {
             run: main.shell.run
+            mainWindow: main
             transientParent: null
             onOpened: main.raiseAsked()
         }
@@ -243,6 +247,7 @@ Window {
                 number: Section.Territory
                 onCurrentChanged: if (current) main.shell.territory.refresh()
                 sourceComponent: TerritoryScreen {
+                    bannerHeight: banner.height
                     title: main.sections.title
                     model: main.shell.territory
                     searchKeys: main.keyboard.keys(KeyboardMap.Search)
@@ -255,6 +260,7 @@ Window {
                 number: Section.Report
                 onCurrentChanged: if (current) main.shell.report.refresh()
                 sourceComponent: ReportScreen {
+                    bannerHeight: banner.height
                     title: main.sections.title
                     model: main.shell.report
                     searchKeys: main.keyboard.keys(KeyboardMap.Search)
@@ -267,6 +273,7 @@ Window {
                 run: main.shell.run
                 notice: main.shell.notice
                 onRunAsked: main.shell.run.start()
+                onTerritoryAsked: main.go(Section.Territory)
                 onNoticeDismissed: main.shell.dismissNotice()
                 remedy: main.shell.remedy
                 onRemedyAsked: main.shell.takeRemedy()

@@ -8,12 +8,15 @@ Window {
     id: panel
 
     required property var run
+    required property Window mainWindow
     property bool dismissed: false
     property bool resultShown: false
 
     signal opened
 
-    readonly property bool wanted: !dismissed && (run.running || resultShown)
+    // The main window tells the same: over it, while one works in it, this would only be in the way.
+    readonly property bool wouldCover: mainWindow.active && (mainWindow.visibility === Window.Maximized || mainWindow.visibility === Window.FullScreen || (mainWindow.y < y + height && mainWindow.x < x + width && mainWindow.x + mainWindow.width > x))
+    readonly property bool wanted: !dismissed && !wouldCover && (run.running || resultShown)
 
     // No tool window: on a Mac those go while another application is in front, which is when a run
     // that starts by itself would show.

@@ -40,10 +40,9 @@ Item {
     }
     function correct(topics: var, topicId: string) {
         const row = topics.rowOf(topicId);
-        const former = topics.value(row, TopicListModel.FormerScore);
-        const now = topics.value(row, TopicListModel.Score);
+        const now = topics.value(row, TopicListModel.HasScore) ? topics.value(row, TopicListModel.Score) : -1;
         open(correction);
-        (correction.item as CorrectionPanel).open(topicId, topics.value(row, TopicListModel.Title), former >= 0 ? former : now, now, shell.correctionTags(topicId), shell.correctionText(topicId), former >= 0);
+        (correction.item as CorrectionPanel).open(topicId, topics.value(row, TopicListModel.Title), shell.judgedScore(topicId), now, shell.correctionTags(topicId), shell.correctionText(topicId), shell.isCorrected(topicId));
     }
 
     PanelPlace {

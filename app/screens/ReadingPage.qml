@@ -12,9 +12,15 @@ FocusScope {
     property var actions: []
     property string hint: ""
     property bool shown: false
+    property string section: ""
+    property int position: 0 // among the section's `count` topics
+    property int count: 0
+    property string backKeys: "" // to the topic before, without deciding
+    property string forthKeys: ""
 
     signal act(int action)
     signal closed
+    signal moved(int step)
     signal linkOpened(string url)
     signal noteEdited(string topicId, string text)
     signal correctionAsked(string topicId)
@@ -56,18 +62,30 @@ FocusScope {
         onWheel: {}
     }
 
+    ReadingHead {
+        id: head
+        width: parent.width
+        section: page.section
+        position: page.position
+        count: page.count
+        backKeys: page.backKeys
+        forthKeys: page.forthKeys
+        onClosed: page.closed()
+        onMoved: step => page.moved(step)
+    }
     Flickable {
         id: flick
         anchors.fill: parent
+        anchors.topMargin: head.height
         anchors.bottomMargin: foot.height
-        contentHeight: body.implicitHeight + 2 * Theme.margin
+        contentHeight: body.y + body.implicitHeight + Theme.margin
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         T.ScrollBar.vertical: ScrollLine {}
 
         Column {
             id: body
-            y: Theme.margin
+            y: Theme.cardGap
             x: Math.max(Theme.margin, (flick.width - width) / 2)
             width: Math.min(Theme.readingWidth, flick.width - 2 * Theme.margin)
             spacing: 26

@@ -38,8 +38,8 @@ Panel {
         onTextChanged: overlay.search.query = text
         Keys.onDownPressed: results.incrementCurrentIndex()
         Keys.onUpPressed: results.decrementCurrentIndex()
-        Keys.onReturnPressed: overlay.accept()
-        Keys.onEnterPressed: overlay.accept()
+        Keys.onReturnPressed: event => event.isAutoRepeat || overlay.accept()
+        Keys.onEnterPressed: event => event.isAutoRepeat || overlay.accept()
     }
     Label {
         anchors.top: field.bottom

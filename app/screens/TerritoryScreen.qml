@@ -9,21 +9,28 @@ FocusScope {
     required property string title
     required property var model // TerritoryModel
     property string searchKeys: ""
+    property real bannerHeight: 0 // the height it leaves free at the top
 
     signal searchAsked
 
+    anchors.fill: parent
+    anchors.topMargin: bannerHeight
     focus: true
     Accessible.role: Accessible.Pane
     Accessible.name: title
+    Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && sight.takes(event.key)
 
     function move(step: int) {
-        const most = Math.max(0, list.contentHeight - list.height);
-        list.contentY = Math.max(0, Math.min(most, list.contentY + step * 80));
+        sight.scrollBy(step * 80);
     }
     function focusContent() {
         list.forceActiveFocus();
     }
 
+    InSight {
+        id: sight
+        view: list
+    }
     SectionHead {
         id: head
         x: Theme.margin
@@ -45,6 +52,7 @@ FocusScope {
         bottomMargin: Theme.margin
         clip: true
         focus: true
+        keyNavigationEnabled: false
         model: screen.model
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.List

@@ -20,7 +20,12 @@ Item {
     readonly property string topicId: model.topicId ?? "" // none once the row is gone
     readonly property bool ghostAbove: ghost !== null && topicId.length > 0 && ghost.beforeId === topicId
     readonly property bool ghostBelow: ghost !== null && topicId.length > 0 && ghost.afterId === topicId
-    readonly property real wholeHeight: card.height + Theme.cardGap + ghostPlace.space
+    readonly property real shownHeight: card.height + Theme.cardGap + ghostPlace.space
+    // Where the card stands in the row, and how high it is once nothing moves any more.
+    readonly property real wholeHeight: card.wholeHeight + Theme.cardGap + ghostPlace.space
+    readonly property real cardTop: card.y
+    readonly property real cardHeight: card.wholeHeight
+    readonly property real headHeight: card.headHeight
     property real lastHeight: 0
 
     signal opened(TopicCard card)
@@ -30,7 +35,7 @@ Item {
     signal act(int action)
     signal undoAsked
 
-    height: held ? lastHeight : wholeHeight
+    height: held ? lastHeight : shownHeight
     onHeightChanged: lastHeight = height
 
     Loader {

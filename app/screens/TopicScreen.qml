@@ -23,6 +23,8 @@ TopicSection {
     openHint: screen.window.keyboard.openCardHint
     undoKeys: screen.window.keyboard.keys(KeyboardMap.Undo)
     searchKeys: screen.window.keyboard.keys(KeyboardMap.Search)
+    backKeys: screen.window.keyboard.keys(KeyboardMap.PreviousTopic)
+    forthKeys: screen.window.keyboard.keys(KeyboardMap.NextTopic)
     onAct: action => screen.window.perform(action)
     onEmptyAct: action => screen.window.perform(action)
     onUndoAsked: screen.window.perform(KeyboardMap.Undo)

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Vorle
+import Vorle.Models
 
 // A section that lists topics: "À trier", "Programme", "Réserve" and "Bibliothèque".
 FocusScope {
@@ -19,6 +20,8 @@ FocusScope {
     property var ghost: null // { topicId, went, title, beforeId, afterId }
     property string undoKeys: ""
     property string searchKeys: ""
+    property string backKeys: ""
+    property string forthKeys: ""
     property alias header: extra.data
     // The chosen topic. The view follows it, a frame later: keys may come faster than frames.
     property string currentId: ""
@@ -35,6 +38,8 @@ FocusScope {
     // The chosen topic that went away. The next card stands open in its place at once, and until
     // then the space is not given to others: they would be made for nothing.
     property string goneId: ""
+    property bool due: false // the cards have not heard of the last change yet
+    property bool gone: false // to another topic, by the person's own hand
     property TopicCard openCard: null
     readonly property real cardWidth: list.width - 2 * Theme.margin
     property bool enlarged: false // the chosen card is shown as a page
@@ -50,6 +55,7 @@ FocusScope {
 
     Accessible.role: Accessible.Pane
     Accessible.name: title
+    Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
 
     function move(step: int) {
         if (enlarged) {
@@ -59,7 +65,7 @@ FocusScope {
         nextTopic(step);
     }
     function nextTopic(step: int) {
-        choose(Math.max(0, Math.min(model.count - 1, currentRow + step)));
+        goTo(Math.max(0, Math.min(model.count - 1, currentRow + step)));
     }
     // Keys for long lists; whether it was one of them.
     function moveFar(key: int): bool {
@@ -83,14 +89,33 @@ FocusScope {
     function show(topicId: string): bool {
         const row = model.rowOf(topicId);
         if (row >= 0) {
-            choose(row);
+            goTo(row);
         }
         return row >= 0;
+    }
+    // Because the person asks for it: the view goes there too.
+    function goTo(row: int) {
+        gone = true;
+        choose(row);
+        if (list.activeFocus) {
+            focusContent(); // not to the button of a card that closes
+        }
     }
     function choose(row: int) {
         currentRow = row;
         currentId = model.topicIdAt(row);
         followSoon();
+    }
+    // Whether the chosen topic may be decided: only what is seen. Else it is brought into view.
+    function ready(): bool {
+        if (due) {
+            follow(); // keys may come faster than frames
+        }
+        return currentId !== "" && shownId === currentId && (enlarged || sight.ready());
+    }
+    // A link that is still being read can only be sent away.
+    function actionsOf(pending: bool): var {
+        return pending ? actions.filter(each => each.action === KeyboardMap.Dismiss) : actions;
     }
     // After a change of the list: the chosen topic stays chosen; where it is gone, the one that
     // took its place is.
@@ -102,9 +127,18 @@ FocusScope {
         choose(row >= 0 ? row : Math.min(Math.max(0, currentRow), model.count - 1));
     }
     function followSoon() {
+        if (!due) {
+            due = true;
+            sight.keep();
+        }
         Qt.callLater(follow); // qmllint disable
     }
     function follow() {
+        if (!due) {
+            return;
+        }
+        due = false;
+        sight.busy = true;
         held = true;
         shownId = currentId;
         shownGhost = ghost;
@@ -112,11 +146,16 @@ FocusScope {
         held = false;
         list.currentIndex = currentRow;
         list.forceLayout();
-        pull.soon();
         if (goneId !== "") {
-            list.positionViewAtIndex(currentRow, ListView.Contain);
-            goneId = "";
+            sight.bring(false);
+        } else if (gone) {
+            sight.bring(!enlarged);
+        } else {
+            sight.restore();
         }
+        goneId = "";
+        gone = false;
+        sight.busy = false;
     }
     function forget(card: TopicCard) {
         if (openCard === card) {
@@ -126,7 +165,10 @@ FocusScope {
     function focusContent() {
         spot.forceActiveFocus();
     }
-    onEnlargedChanged: focusContent()
+    onEnlargedChanged: {
+        focusContent();
+        sight.bring(false);
+    }
     onGhostChanged: followSoon()
 
     Component.onCompleted: settle()
@@ -157,7 +199,6 @@ FocusScope {
             const from = root.enlarged ? reading.item as Item : head;
             from.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
         }
-        Keys.onPressed: event => event.accepted = event.modifiers === Qt.NoModifier && root.moveFar(event.key)
     }
     Item {
         id: head
@@ -198,12 +239,7 @@ FocusScope {
         spacing: 0
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
-        highlightFollowsCurrentItem: true
-        highlightRangeMode: ListView.ApplyRange
-        preferredHighlightBegin: root.headings ? 44 : 4 // its heading stays in sight
-        preferredHighlightEnd: Math.max(120, height - 24)
-        highlightMoveDuration: Theme.calm
-        highlightResizeDuration: 0
+        highlightFollowsCurrentItem: false // the view moves as `sight` has it
         cacheBuffer: 400
         reuseItems: false
         visible: count > 0 || root.shownGhost !== null
@@ -238,16 +274,16 @@ FocusScope {
             ghost: root.shownGhost
             still: root.goneId !== ""
             held: root.held || topicId === root.goneId
-            actions: root.actions
+            actions: root.actionsOf(model.pendingCapture)
             undoKeys: root.undoKeys
             onOpened: card => root.openCard = card
             onDropped: card => root.forget(card)
             onChosen: {
-                root.choose(index);
+                root.goTo(index);
                 root.focusContent();
             }
             onEnlarged: {
-                root.choose(index);
+                root.goTo(index);
                 root.enlarged = true;
             }
             onAct: action => root.act(action)
@@ -255,9 +291,10 @@ FocusScope {
         }
     }
 
-    TopPull {
-        id: pull
+    CardSight {
+        id: sight
         list: list
+        lead: root.headings ? 44 : 4 // its heading stays in sight
     }
     EmptyState {
         anchors.fill: parent
@@ -285,8 +322,14 @@ FocusScope {
             shown: root.enlarged
             topic: shown ? root.current : null
             details: root.details
-            actions: root.actions
+            actions: root.actionsOf(topic?.pendingCapture ?? false)
             hint: root.openHint
+            section: root.title
+            position: root.currentRow
+            count: list.count
+            backKeys: root.backKeys
+            forthKeys: root.forthKeys
+            onMoved: step => root.nextTopic(step)
             onAct: action => root.act(action)
             onClosed: root.enlarged = false
             onLinkOpened: url => root.linkOpened(url)

@@ -1,5 +1,6 @@
 #include "app/window/MainWindow.h"
 
+#include "app/window/HeldKeys.h"
 #include "app/window/Shell.h"
 
 #include <QApplication>
@@ -56,17 +57,41 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     m_screens =
         made(QStringLiteral("screens/Main.qml"), {{QStringLiteral("shell"), shellProperty}});
     m_window = qobject_cast<QQuickWindow *>(m_screens.get());
-    QList<QRect> screens;
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        screens += screen->availableGeometry();
-    }
-    m_window->setGeometry(onScreen(m_state.place(), usualSize, screens));
+    restorePlace();
     m_window->installEventFilter(this);
+    new HeldKeys(*m_window);
     connect(m_window, SIGNAL(quitAsked()), this, SIGNAL(quitAsked()));
     connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
 }
 
 MainWindow::~MainWindow() = default;
+
+void MainWindow::restorePlace() {
+    QList<QRect> screens;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        screens += screen->availableGeometry();
+    }
+    m_window->setGeometry(onScreen(m_state.place(), usualSize, screens));
+    if (m_state.maximised.value_or(false)) {
+        m_window->setWindowStates(Qt::WindowMaximized);
+    }
+    // Its place is asked for once it stands: on its way to fill the screen it is not told yet that
+    // it does.
+    constexpr int stands = 400;
+    m_moved.setSingleShot(true);
+    m_moved.setInterval(stands);
+    connect(&m_moved, &QTimer::timeout, this, &MainWindow::notePlace);
+}
+
+void MainWindow::notePlace() {
+    const QWindow::Visibility now = m_window->visibility();
+    if (now == QWindow::Windowed) {
+        m_state.setPlace(m_window->geometry());
+    }
+    if (now == QWindow::Windowed || now == QWindow::Maximized) {
+        m_state.maximised = now == QWindow::Maximized;
+    }
+}
 
 std::unique_ptr<QObject> MainWindow::made(const QString &screen, const QVariantMap &properties) {
     QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Vorle/") + screen));
@@ -99,6 +124,7 @@ void MainWindow::toggleStatus(const QRect &item) {
                 m_statusGone.start();
             }
         });
+        new HeldKeys(*made);
         connect(made, SIGNAL(openAsked()), this, SLOT(raise()));
         connect(made, SIGNAL(addAsked()), this, SLOT(add()));
         connect(made, SIGNAL(settingsAsked()), this, SLOT(openSettings()));
@@ -140,9 +166,7 @@ void MainWindow::askToClose() {
 }
 
 void MainWindow::keepPlace() {
-    if (m_window->visibility() == QWindow::Windowed) {
-        m_state.setPlace(m_window->geometry());
-    }
+    notePlace();
     m_state.section = static_cast<int>(m_shell.sections()->current());
     m_state.save(m_topicsFile);
 }
@@ -153,6 +177,9 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event) {
         event->ignore();
         Q_EMIT closed();
         return true;
+    }
+    if (watched == m_window && (event->type() == QEvent::Resize || event->type() == QEvent::Move)) {
+        m_moved.start();
     }
     if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange) {
         followSystem();

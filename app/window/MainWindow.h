@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QTimer>
 
 #include <memory>
 
@@ -57,6 +58,8 @@ protected:
 private:
     std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
     void followSystem();
+    void restorePlace();
+    void notePlace();
 
     Shell &m_shell;
     QString m_topicsFile;
@@ -67,6 +70,7 @@ private:
     QQuickWindow *m_window = nullptr;
     std::unique_ptr<QObject> m_statusScreen; // made when it is first asked for
     QElapsedTimer m_statusGone;              // since it was put away
+    QTimer m_moved;                          // since the window was
 };
 
 } // namespace vorle

@@ -33,13 +33,14 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_search = std::make_unique<TopicSearch>(store);
     m_territory = std::make_unique<TerritoryModel>(preferences);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
-    m_page = std::make_unique<TopicPage>(store, app.notes(), app.clock());
+    m_page = std::make_unique<TopicPage>(store, app.notes(), app.briefs(), app.clock());
     m_capture = &app.capture();
     connect(m_capture, &LinkCapture::failed, this, [this](const QUuid &, const QString &text) {
-        tell(tr("Un lien que tu as ajouté attend encore : %1 Je réessaierai au prochain "
-                "démarrage.")
-                 .arg(text));
+        tell(Matter::Capture, tr("Un lien que tu as ajouté attend encore : %1 Je réessaierai au "
+                                 "prochain démarrage.")
+                                  .arg(text));
     });
+    connect(m_capture, &LinkCapture::completed, this, [this] { noLonger(Matter::Capture); });
     follow(app.briefs());
     // A link dismissed before it was read, and taken back, still wants to be read.
     connect(m_decisions.get(), &Decisions::undone, m_capture, &LinkCapture::resume);
@@ -57,14 +58,13 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
             m_keyboard->setAgent(m_parts.app.agent().locator().choose());
         }
     });
-    connect(&store, &TopicStore::saveFailed, this, &Shell::tell);
-    connect(&preferences, &Preferences::saveFailed, this, &Shell::tell);
+    connect(&store, &TopicStore::saveFailed, this,
+            [this](const QString &text) { tell(Matter::Save, text); });
+    connect(&store, &TopicStore::saved, this, [this] { noLonger(Matter::Save); });
+    connect(&preferences, &Preferences::saveFailed, this,
+            [this](const QString &text) { tell(Matter::SettingsFile, text); });
     // Taken up by a command too.
-    connect(&store, &TopicStore::topicsReset, this, [this] {
-        if (m_notice == std::exchange(m_found, QString())) {
-            tell({});
-        }
-    });
+    connect(&store, &TopicStore::topicsReset, this, [this] { noLonger(Matter::Found); });
     QStringList found;
     if (parts.released > 0) {
         found += releasedText(parts.released);
@@ -72,8 +72,9 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     for (const auto &notice : {store.notice(), preferences.notice()}) {
         found += notice ? QStringList{*notice} : QStringList();
     }
-    m_found = found.join(u'\n');
-    tell(m_found);
+    if (!found.isEmpty()) {
+        tell(Matter::Found, found.join(u'\n'));
+    }
 }
 
 Shell::~Shell() = default;
@@ -92,7 +93,9 @@ void Shell::changeSetting(const QString &key, const QVariant &value) {
     const auto problem =
         m_parts.app.preferences().changeSetting(key, QJsonValue::fromVariant(value));
     if (problem) {
-        tell(*problem);
+        tell(Matter::Settings, *problem);
+    } else {
+        noLonger(Matter::Settings);
     }
 }
 
@@ -103,24 +106,46 @@ void Shell::openLink(const QString &url) {
 }
 
 void Shell::dismissNotice() {
-    if (m_notice == m_found) {
-        m_found.clear();
+    if (!m_notices.isEmpty()) {
+        noLonger(m_notices.last().matter);
     }
-    tell(m_found); // it may have been hidden by what came since
 }
 
 QString Shell::remedy() const {
-    const auto &readable = m_parts.app.store().readable();
-    return !m_found.isEmpty() && m_notice == m_found && readable && !readable->topics.isEmpty()
-               ? tr("Réparer")
-               : QString();
+    if (m_notices.isEmpty()) {
+        return {};
+    }
+    switch (m_notices.last().matter) {
+    case Matter::Found: {
+        const auto &readable = m_parts.app.store().readable();
+        return readable && !readable->topics.isEmpty() ? tr("Réparer") : QString();
+    }
+    case Matter::Save:
+    case Matter::Capture:
+        return tr("Réessayer");
+    default:
+        return {};
+    }
 }
 
 void Shell::takeRemedy() {
-    const auto readable = m_parts.app.store().readable();
-    const qsizetype entries = readable ? readable->entries() : 0;
-    if (const qsizetype kept = m_parts.app.store().repair(); kept > 0) {
-        Q_EMIT said(repairedText(kept, entries));
+    if (m_notices.isEmpty()) {
+        return;
+    }
+    const Matter matter = m_notices.last().matter;
+    if (matter == Matter::Found) {
+        const auto readable = m_parts.app.store().readable();
+        const qsizetype entries = readable ? readable->entries() : 0;
+        if (const qsizetype kept = m_parts.app.store().repair(); kept > 0) {
+            Q_EMIT said(repairedText(kept, entries));
+        }
+        return;
+    }
+    noLonger(matter); // it is told again where it fails again
+    if (matter == Matter::Save) {
+        m_parts.app.store().save();
+    } else if (matter == Matter::Capture) {
+        m_capture->resume();
     }
 }
 
@@ -136,11 +161,16 @@ Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic
     } catch (const std::system_error &error) {
         problem = systemRefusalText(error);
     }
-    if (self && !word.isEmpty()) {
-        Q_EMIT self->said(word);
+    if (!self) {
+        co_return;
     }
-    if (self && !problem.isEmpty()) {
-        self->tell(problem); // whole, and until it was read
+    if (problem.isEmpty()) {
+        self->noLonger(Matter::FirstStep);
+    } else {
+        self->tell(Matter::FirstStep, problem); // whole, and until it was read
+    }
+    if (!word.isEmpty()) {
+        Q_EMIT self->said(word);
     }
 }
 
@@ -160,17 +190,27 @@ QString Shell::linkOnPasteboard() const {
 
 void Shell::correct(const QString &topicId, int score, const QStringList &tags,
                     const QString &text) {
-    m_parts.app.store().setCorrection(QUuid::fromString(topicId),
-                                      correctionOf(score, tags, text, m_parts.app.clock().now()));
+    m_decisions->setCorrection(topicId,
+                               correctionOf(score, tags, text, m_parts.app.clock().now()));
 }
 
 void Shell::uncorrect(const QString &topicId) {
-    m_parts.app.store().setCorrection(QUuid::fromString(topicId), std::nullopt);
+    m_decisions->setCorrection(topicId, std::nullopt);
 }
 
 QStringList Shell::correctionTags(const QString &topicId) const {
     const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
     return topic && topic->correction ? QStringList(topic->correction->tags) : QStringList();
+}
+
+int Shell::judgedScore(const QString &topicId) const {
+    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    return topic ? vorle::judgedScore(*topic).value_or(-1) : -1;
+}
+
+bool Shell::isCorrected(const QString &topicId) const {
+    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    return topic && topic->correction.has_value();
 }
 
 QString Shell::correctionText(const QString &topicId) const {
@@ -202,7 +242,6 @@ Task<> Shell::stopped() {
 }
 
 void Shell::follow(BriefWriter &briefs) {
-    connect(m_page.get(), &TopicPage::briefAsked, &briefs, &BriefWriter::ask);
     connect(&briefs, &BriefWriter::queueChanged, this, &Shell::showBriefStates);
     connect(&briefs, &BriefWriter::writingChanged, this, &Shell::showBriefStates);
     connect(&briefs, &BriefWriter::failedChanged, this, &Shell::showBriefStates);
@@ -229,9 +268,14 @@ void Shell::showBriefStates() {
     }
 }
 
-void Shell::tell(const QString &notice) {
-    if (m_notice != notice) {
-        m_notice = notice;
+void Shell::tell(Matter matter, const QString &text) {
+    erase_if(m_notices, [matter](const Notice &each) { return each.matter == matter; });
+    m_notices.append({matter, text});
+    Q_EMIT noticeChanged();
+}
+
+void Shell::noLonger(Matter matter) {
+    if (erase_if(m_notices, [matter](const Notice &each) { return each.matter == matter; }) > 0) {
         Q_EMIT noticeChanged();
     }
 }

@@ -55,9 +55,11 @@ class Shell final : public QObject {
     Q_PROPERTY(int settingsRevision READ settingsRevision NOTIFY settingsChanged FINAL)
     /// The words a correction may name as its reasons.
     Q_PROPERTY(QStringList correctionWords READ correctionWords CONSTANT FINAL)
-    /// A sentence on what went wrong lately (a save, the settings); "" when nothing did.
+    /// A sentence on what went wrong lately (a save, the settings); "" when nothing did, or when it
+    /// holds no longer. The latest first; dismissed, the one before shows again.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
-    /// What a button beside the notice does about it ("Réparer"); "" when there is nothing to do.
+    /// What a button beside the notice does about it ("Réparer", "Réessayer"); "" when there is
+    /// nothing to do.
     Q_PROPERTY(QString remedy READ remedy NOTIFY noticeChanged FINAL)
 
 public:
@@ -87,7 +89,7 @@ public:
     ProgramBudget *budget() const { return m_budget.get(); }
     QString appearance() const;
     QString accent() const;
-    QString notice() const { return m_notice; }
+    QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
     QString remedy() const;
     int settingsRevision() const { return m_settingsRevision; }
 
@@ -99,7 +101,8 @@ public:
     /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
     Q_INVOKABLE void openLink(const QString &url);
     Q_INVOKABLE void dismissNotice();
-    /// Does what `remedy` says: takes up the topics that can be read of a damaged file.
+    /// Does what `remedy` says: takes up the topics that can be read of a damaged file, or tries
+    /// again what failed.
     Q_INVOKABLE void takeRemedy();
     /// Takes a topic's first step with the agent (⌘↩). What there is to say is said by `said`.
     Q_INVOKABLE void firstStep(const QString &topicId);
@@ -117,6 +120,9 @@ public:
     Q_INVOKABLE void correct(const QString &topicId, int score, const QStringList &tags,
                              const QString &text);
     Q_INVOKABLE void uncorrect(const QString &topicId);
+    Q_INVOKABLE bool isCorrected(const QString &topicId) const;
+    /// The app's own score, whatever the user said of it; -1 where nothing could be read.
+    Q_INVOKABLE int judgedScore(const QString &topicId) const;
     Q_INVOKABLE QStringList correctionTags(const QString &topicId) const;
     Q_INVOKABLE QString correctionText(const QString &topicId) const;
     QStringList correctionWords() const;
@@ -131,13 +137,26 @@ Q_SIGNALS:
 private:
     void follow(BriefWriter &briefs);
     void showBriefStates();
-    void tell(const QString &notice);
+    /// What a notice is about: each has one at most.
+    enum class Matter {
+        Found, ///< how the files were found at this start
+        Save,
+        SettingsFile,
+        Settings,
+        FirstStep,
+        Capture
+    };
+    struct Notice {
+        Matter matter;
+        QString text;
+    };
+    void tell(Matter matter, const QString &text);
+    void noLonger(Matter matter);
 
     static Task<> launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic);
 
     Parts m_parts;
-    QString m_notice;
-    QString m_found; ///< how the files were found at this start, until the user has seen it
+    QList<Notice> m_notices;
     int m_settingsRevision = 0;
     QSet<QUuid> m_briefsTold; // topics whose row shows how far their notes are
     std::unique_ptr<TopicListModel> m_inbox;

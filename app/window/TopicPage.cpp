@@ -1,5 +1,7 @@
 #include "app/window/TopicPage.h"
 
+#include "briefs/BriefWriter.h"
+
 namespace vorle {
 
 namespace {
@@ -15,8 +17,10 @@ QVariantList partList(const QList<Brief::Part> &parts) {
 
 } // namespace
 
-TopicPage::TopicPage(TopicStore &store, ScoreNotes &notes, const Clock &clock, QObject *parent)
-    : QObject(parent), m_store(store), m_notes(notes), m_clock(clock) {
+TopicPage::TopicPage(TopicStore &store, ScoreNotes &notes, BriefWriter &briefs, const Clock &clock,
+                     QObject *parent)
+    : QObject(parent), m_store(store), m_notes(notes), m_briefs(briefs), m_clock(clock) {
+    connect(&briefs, &BriefWriter::failedChanged, this, &TopicPage::briefFailureChanged);
     connect(&store, &TopicStore::topicChanged, this, [this](const QUuid &id) {
         if (id == m_id && !id.isNull()) {
             take(id);
@@ -42,6 +46,7 @@ void TopicPage::take(const QUuid &id) {
     m_score = m_topic ? openScore(*m_topic, m_notes.note(id), m_clock.now().toLocalTime().date())
                       : OpenScore();
     Q_EMIT topicChanged();
+    Q_EMIT briefFailureChanged();
 }
 
 QString TopicPage::seenText() const {
@@ -81,9 +86,11 @@ QVariantMap TopicPage::brief() const {
             {QStringLiteral("sources"), sources}};
 }
 
+QString TopicPage::briefFailure() const { return m_briefs.failureText(m_id); }
+
 void TopicPage::askBrief() {
     if (m_topic) {
-        Q_EMIT briefAsked(m_id);
+        m_briefs.ask(m_id);
     }
 }
 

@@ -11,6 +11,8 @@
 
 namespace vorle {
 
+class BriefWriter;
+
 /// What the enlarged card shows of one topic beyond its row in the list: its reading notes, the
 /// text that was read, how its score came about. Computed when the topic is chosen or changes.
 /// Main thread; the store outlives it.
@@ -27,14 +29,18 @@ class TopicPage final : public QObject {
     Q_PROPERTY(QString scoreTitle READ scoreTitle NOTIFY topicChanged FINAL)
     /// List of {label, text}: what else stood behind the score.
     Q_PROPERTY(QVariantList facts READ facts NOTIFY topicChanged FINAL)
+    /// Why the last try at reading notes failed, in the agent's own words; "" when it did not.
+    Q_PROPERTY(QString briefFailure READ briefFailure NOTIFY briefFailureChanged FINAL)
     Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY topicChanged FINAL)
     /// {essentials, details: lists of {title, body}, project, unclear: list of strings,
     /// sources: list of {title, url, adds}}; empty lists without reading notes.
     Q_PROPERTY(QVariantMap brief READ brief NOTIFY topicChanged FINAL)
 
 public:
-    /// `notes` and `clock` outlive it, as the store does.
-    TopicPage(TopicStore &store, ScoreNotes &notes, const Clock &clock, QObject *parent = nullptr);
+    /// `notes`, `briefs` and `clock` outlive it, as the store does. What is asked of it is asked of
+    /// `briefs`.
+    TopicPage(TopicStore &store, ScoreNotes &notes, BriefWriter &briefs, const Clock &clock,
+              QObject *parent = nullptr);
 
     QString topicId() const;
     void setTopicId(const QString &topicId);
@@ -43,6 +49,7 @@ public:
     QString scoreTitle() const { return m_score.title; }
     QVariantList facts() const;
     bool hasBrief() const { return m_topic && m_topic->brief.has_value(); }
+    QString briefFailure() const;
     QVariantMap brief() const;
 
     /// Asks for reading notes of the topic shown.
@@ -50,13 +57,14 @@ public:
 
 Q_SIGNALS:
     void topicChanged();
-    void briefAsked(const QUuid &id);
+    void briefFailureChanged();
 
 private:
     void take(const QUuid &id);
 
     TopicStore &m_store;
     ScoreNotes &m_notes;
+    BriefWriter &m_briefs;
     const Clock &m_clock;
     QUuid m_id;
     TopicPtr m_topic;

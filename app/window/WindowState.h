@@ -5,6 +5,8 @@
 #include <QRect>
 #include <QString>
 
+#include <optional>
+
 namespace vorle {
 
 /// Where the main window was and what it showed, kept in "window.json" beside the topics. Losing
@@ -14,6 +16,7 @@ struct WindowState {
     int y = 0;
     int width = 0; ///< 0: never shown yet
     int height = 0;
+    std::optional<bool> maximised; ///< then the place is where it was before
     int section = 0;
     bool toldOfMenuBar = false; ///< the user knows that closing leaves the app in the menu bar
 
@@ -21,6 +24,7 @@ struct WindowState {
         return std::tuple(json::field("x", &WindowState::x), json::field("y", &WindowState::y),
                           json::field("width", &WindowState::width),
                           json::field("height", &WindowState::height),
+                          json::field("maximised", &WindowState::maximised),
                           json::field("section", &WindowState::section),
                           json::field("toldOfMenuBar", &WindowState::toldOfMenuBar));
     }

@@ -1,4 +1,5 @@
 #include "app/models/Decisions.h"
+#include "core/Corrections.h"
 #include "tests/app/models/Watched.h"
 
 #include <gtest/gtest.h>
@@ -83,7 +84,7 @@ TEST_F(DecisionsTest, say_what_was_undone_and_redone) {
 
 TEST_F(DecisionsTest, undo_leaves_alone_what_was_written_or_moved_meanwhile) {
     decisions.keep(id);
-    decisions.setNote(id, QStringLiteral("à lire le soir"));
+    shelf.store.setNote(QUuid::fromString(id), QStringLiteral("à lire le soir"));
     decisions.undo();
     EXPECT_EQ(status(), TopicStatus::Inbox);
     EXPECT_EQ(shelf.topic(id)->note, QStringLiteral("à lire le soir"));
@@ -95,6 +96,46 @@ TEST_F(DecisionsTest, undo_leaves_alone_what_was_written_or_moved_meanwhile) {
     EXPECT_EQ(status(), TopicStatus::Done);
     EXPECT_FALSE(decisions.canUndo());
     EXPECT_FALSE(decisions.canRedo());
+}
+
+TEST_F(DecisionsTest, scores_and_notes_are_taken_back_in_the_order_they_came) {
+    const auto own = [this] { return shelf.topic(id)->correction; };
+    const auto note = [this] { return shelf.topic(id)->note; };
+    const auto scored = [this](int score) {
+        return correctionOf(score, {}, QStringLiteral("Vieux"), shelf.clock.now());
+    };
+    decisions.keep(id);
+    EXPECT_TRUE(decisions.setCorrection(id, scored(4)));
+    EXPECT_TRUE(decisions.setNote(id, QStringLiteral("le soir")));
+    EXPECT_TRUE(decisions.setNote(id, QStringLiteral("le soir"))); // changes nothing: no step
+    EXPECT_TRUE(decisions.setCorrection(id, scored(9)));
+    EXPECT_TRUE(decisions.setCorrection(id, std::nullopt));
+    EXPECT_TRUE(decisions.setNote(id, QString()));
+
+    const auto name = [](const char *rest) {
+        return QString::fromUtf8("«\u00A0Vite 8\u00A0» ") + QString::fromUtf8(rest);
+    };
+    EXPECT_EQ(decisions.undo(), name("retrouve ce que tu y avais écrit"));
+    EXPECT_EQ(note(), QStringLiteral("le soir"));
+    EXPECT_EQ(decisions.undo(), name("a de nouveau ta note, 9"));
+    EXPECT_EQ(own(), scored(9));
+    EXPECT_EQ(decisions.undo(), name("a de nouveau ta note, 4"));
+    EXPECT_EQ(decisions.undo(), name("n’a plus ce que tu y avais écrit"));
+    EXPECT_FALSE(note());
+    EXPECT_EQ(decisions.undo(),
+              name("retrouve ma note, %1").arg(judgedScore(*shelf.topic(id)).value()));
+    EXPECT_FALSE(own());
+    EXPECT_EQ(status(), TopicStatus::Program);
+    EXPECT_EQ(decisions.redo(), name("a de nouveau ta note, 4"));
+    EXPECT_EQ(own(), scored(4));
+
+    shelf.store.setCorrection(QUuid::fromString(id), scored(2)); // not by these hands
+    EXPECT_EQ(decisions.undo(), name("a changé entre-temps, il reste comme il est"));
+    EXPECT_EQ(own(), scored(2));
+    decisions.undo();
+    EXPECT_EQ(status(), TopicStatus::Inbox);
+    EXPECT_FALSE(decisions.canUndo());
+    EXPECT_FALSE(decisions.setNote(QStringLiteral("nothing"), QStringLiteral("x")));
 }
 
 } // namespace

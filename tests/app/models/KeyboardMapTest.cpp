@@ -85,7 +85,11 @@ TEST(KeyboardMap, dispatches_what_the_sheet_says) {
         {Section::Inbox, Qt::Key_Comma, command, Map::OpenSettings},
         {Section::Territory, Qt::Key_K, command, Map::Search},
         {Section::Territory, Qt::Key_Left, 0, Map::GoMenu},
-        {Section::Territory, Qt::Key_Down, 0, Map::NoAction},
+        {Section::Territory, Qt::Key_Down, 0, Map::Next},
+        {Section::Report, Qt::Key_Up, 0, Map::Previous},
+        {Section::Territory, Qt::Key_Down, command, Map::NoAction},
+        {Section::Report, Qt::Key_Space, 0, Map::NoAction},
+        {Section::Library, Qt::Key_Down, command, Map::NextTopic},
         {Section::Library, Qt::Key_Down, Qt::KeypadModifier, Map::Next},
         {Section::Reserve, Qt::Key_Space, 0, Map::ToggleCard},
         {Section::Inbox, Qt::Key_Escape, 0, Map::CloseCard},
@@ -97,6 +101,7 @@ TEST(KeyboardMap, dispatches_what_the_sheet_says) {
     }
     EXPECT_EQ(map.target(Map::GoLibrary), Section::Library);
     EXPECT_FALSE(map.repeats(Map::Keep));
+    EXPECT_FALSE(map.repeats(Map::Undo));
     EXPECT_TRUE(map.repeats(Map::Next));
 }
 
@@ -109,6 +114,7 @@ TEST(KeyboardMap, leaves_a_text_field_its_keys) {
         {Qt::Key_Question, Qt::ShiftModifier, Map::NoAction},
         {Qt::Key_Left, 0, Map::NoAction},
         {Qt::Key_Escape, 0, Map::NoAction},
+        {Qt::Key_Down, command, Map::NoAction},
         {Qt::Key_Z, command, Map::NoAction},
         {Qt::Key_Z, command | Qt::ShiftModifier, Map::NoAction},
         {Qt::Key_K, command, Map::Search},

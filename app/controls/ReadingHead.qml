@@ -1,0 +1,58 @@
+import QtQuick
+import Vorle
+
+// The way back from the reading page, and to the topics beside it.
+Item {
+    id: head
+
+    required property string section
+    required property int position // among `count` topics, from 0
+    required property int count
+    property string backKeys: ""
+    property string forthKeys: ""
+
+    signal closed
+    signal moved(int step)
+
+    implicitHeight: 52
+
+    ActionButton {
+        x: Theme.margin - leftPadding
+        anchors.verticalCenter: parent.verticalCenter
+        quiet: true
+        text: "‹ " + head.section
+        keys: qsTr("Échap")
+        Accessible.name: qsTr("Réduire")
+        onClicked: head.closed()
+    }
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.margin - 8
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            rightPadding: 8
+            text: qsTr("%1 / %2").arg(head.position + 1).arg(head.count)
+            color: Theme.inkFaint
+            font.pixelSize: Theme.textNote
+            wrapMode: Text.NoWrap
+            Accessible.name: qsTr("Sujet %1 sur %2").arg(head.position + 1).arg(head.count)
+        }
+        ActionButton {
+            quiet: true
+            text: qsTr("Précédent")
+            keys: head.backKeys
+            enabled: head.position > 0
+            onClicked: head.moved(-1)
+        }
+        ActionButton {
+            quiet: true
+            text: qsTr("Suivant")
+            keys: head.forthKeys
+            enabled: head.position + 1 < head.count
+            onClicked: head.moved(1)
+        }
+    }
+}

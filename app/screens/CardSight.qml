@@ -1,0 +1,162 @@
+import QtQuick
+import Vorle
+
+// Keeps the chosen row of a list in view, and knows whether its card is: only what is seen may be
+// decided. All is worked out from the heights that the rows are on their way to.
+Item {
+    id: sight
+
+    required property ListView list
+    required property real lead // room over the row, for its heading
+
+    readonly property TopicRow row: list.currentItem as TopicRow
+    // Whether the card stood in view when it was last looked at: it then stays there whatever the
+    // list does. One that was scrolled away from is left where it is.
+    property bool stands: true
+    property bool busy: false
+    property real offset: NaN // where the card stood in the view
+
+    // How much the rows over that place are still to shrink.
+    function toShrink(limit: real): real {
+        let sum = 0;
+        for (const item of list.contentItem.children) {
+            const other = item as TopicRow;
+            if (other && other.y < limit) {
+                sum += other.height - other.wholeHeight;
+            }
+        }
+        return sum;
+    }
+    function cardTop(): real {
+        return row.y - toShrink(row.y) + row.cardTop;
+    }
+    // Of a card that is higher than the view, its head counts; or that nothing else is seen.
+    function holds(): bool {
+        if (!row) {
+            return true;
+        }
+        const top = cardTop() - list.contentY;
+        const bottom = top + row.cardHeight;
+        if (row.cardHeight <= list.height) {
+            return top >= -1 && bottom <= list.height + 1;
+        }
+        const head = top >= -1 && top + row.headHeight <= list.height + 1;
+        return head || (top <= 1 && bottom >= list.height - 1);
+    }
+    // Where the view goes to show the card, moving as little as it can.
+    function wanted(from: real): real {
+        const top = cardTop();
+        const bottom = top + row.cardHeight;
+        const start = top - row.cardTop - lead;
+        let y = Math.min(start, Math.max(from, bottom + 24 - list.height));
+        if (y - list.originY < 60 && bottom + 12 <= list.originY + list.height) {
+            y = list.originY; // the first heading, wholly
+        }
+        const end = list.originY + list.contentHeight - toShrink(Infinity) + list.bottomMargin - list.height;
+        return Math.max(list.originY, Math.min(y, end));
+    }
+    function bring(moving: bool) {
+        motion.stop();
+        list.cancelFlick();
+        if (!row) {
+            return;
+        }
+        const far = Math.abs(row.y - list.contentY) > 3 * list.height;
+        if (far) {
+            list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+            list.forceLayout();
+        }
+        const y = wanted(list.contentY);
+        if (moving && !far && Theme.calm > 0) {
+            motion.to = y;
+            motion.start();
+        } else {
+            list.contentY = y;
+        }
+        stands = true;
+        later.restart();
+    }
+    // Before the list changes: where the card stands.
+    function keep() {
+        offset = row && stands && !motion.running ? row.y + row.cardTop - list.contentY : NaN;
+    }
+    // After it has: the card stands there again.
+    function restore() {
+        if (!row || !stands) {
+            return;
+        }
+        if (isNaN(offset)) {
+            bring(false);
+            return;
+        }
+        for (let i = 0; i < 2; ++i) { // far away, a row's place is a guess until it is gone to
+            if (Math.abs(row.y + row.cardTop - offset - list.contentY) > list.height) {
+                list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+            }
+            list.contentY = row.y + row.cardTop - offset;
+            list.forceLayout();
+        }
+        list.contentY = wanted(list.contentY);
+        later.restart();
+    }
+    // Whether the card may be decided. Where it may not, it is brought into view instead.
+    function ready(): bool {
+        if (!row) {
+            return false;
+        }
+        const top = row.y + row.cardTop - list.contentY;
+        const partly = top < list.height && top + row.cardHeight > 0;
+        motion.complete(); // it was on its way because one went to it
+        if (partly && holds()) {
+            return true;
+        }
+        bring(true);
+        return false;
+    }
+    function look() {
+        if (stands && !busy && !motion.running && !later.running) {
+            later.restart();
+        }
+    }
+
+    NumberAnimation {
+        id: motion
+        target: sight.list
+        property: "contentY"
+        duration: Theme.calm
+        easing.type: Easing.OutCubic
+    }
+    Timer {
+        id: later
+        interval: Theme.calm + 60
+        onTriggered: {
+            if (sight.stands && !sight.list.moving && !sight.holds()) {
+                sight.bring(false);
+            }
+        }
+    }
+    Connections {
+        target: sight.list
+
+        function onContentYChanged() {
+            if (sight.list.moving) {
+                sight.stands = sight.holds();
+            }
+        }
+        function onHeightChanged() {
+            if (sight.stands) {
+                sight.bring(false);
+            }
+        }
+    }
+    Connections {
+        target: sight.row
+
+        function onYChanged() {
+            sight.look();
+        }
+        function onWholeHeightChanged() {
+            sight.look();
+        }
+    }
+}
