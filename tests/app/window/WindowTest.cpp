@@ -1,17 +1,6 @@
-#include "app/window/MainWindow.h"
-
-#include "app/Application.h"
-#include "app/window/Shell.h"
-#include "desktop/ClaudeLauncher.h"
-#include "platform/fakes/FakeLinkOpener.h"
-#include "platform/fakes/FakePasteboard.h"
-#include "platform/fakes/FakeTerminals.h"
-#include "tests/core/Samples.h"
+#include "tests/app/window/OpenWindow.h"
 
 #include <QAccessible>
-#include <QQuickItem>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -20,113 +9,7 @@
 namespace vorle {
 namespace {
 
-using test::sampleTopic;
-
-/// The real window on a temporary store, driven by keys.
-class WindowTest : public testing::Test {
-protected:
-    WindowTest() {
-        const QString home = m_folder.path();
-        qputenv("VORLE_STORE", (home + QStringLiteral("/topics.json")).toLocal8Bit());
-        qputenv("VORLE_HOME", home.toLocal8Bit());
-        qputenv("VORLE_REDUCED_MOTION", "1");
-        Application::Setup setup;
-        setup.settingsFile = home + QStringLiteral("/settings.json");
-        m_app = std::make_unique<Application>(setup);
-    }
-    ~WindowTest() override {
-        for (const char *name : {"VORLE_STORE", "VORLE_HOME", "VORLE_REDUCED_MOTION"}) {
-            qunsetenv(name);
-        }
-    }
-
-    TopicStore &store() { return m_app->store(); }
-
-    /// Three topics to sort, the first one first, and one of each other section.
-    void fill() {
-        QList<Topic> topics;
-        for (const int score : {9, 8, 7}) {
-            Topic topic = sampleTopic(QStringLiteral("Sujet %1").arg(score));
-            topic.score = score;
-            topic.tldr = QStringLiteral("Essentiel");
-            topic.why = QStringLiteral("Raison %1").arg(score);
-            topic.firstStep = QStringLiteral("Lis la page.");
-            topic.criteria = Judgment::Criteria{8, 7, 6, 5, 20};
-            topic.readLevel = ReadLevel::Full;
-            topics += topic;
-        }
-        topics += sampleTopic(QStringLiteral("Gardé"), TopicStatus::Program);
-        topics += sampleTopic(QStringLiteral("Remis"), TopicStatus::Reserve);
-        topics += sampleTopic(QStringLiteral("Terminé"), TopicStatus::Done);
-        store().add(topics);
-    }
-
-    void open() {
-        m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
-            m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
-        m_shell = std::make_unique<Shell>(Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher});
-        m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
-        m_main->raise();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&m_main->window()));
-    }
-    QQuickWindow &window() { return m_main->window(); }
-    Shell &shell() { return *m_shell; }
-
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(&window(), key, modifiers);
-        QCoreApplication::processEvents();
-    }
-    void type(const QString &text) {
-        for (const QChar letter : text) {
-            QTest::keyClick(&window(), letter.toLatin1());
-        }
-        QCoreApplication::processEvents();
-    }
-    TopicStatus statusOf(const QString &title) {
-        for (const TopicPtr &topic : store().topics()) {
-            if (topic->title == title) {
-                return topic->status;
-            }
-        }
-        ADD_FAILURE() << "no topic " << title.toStdString();
-        return TopicStatus::Pending;
-    }
-    /// The title of the open card.
-    QString chosen() {
-        const QString id = window().property("chosenId").toString();
-        const TopicPtr topic = store().topic(QUuid::fromString(id));
-        return topic ? topic->title : QString();
-    }
-    /// The texts that can be seen, one after the other.
-    QStringList shownTexts() {
-        QStringList texts;
-        const auto collect = [&](const auto &self, const QQuickItem &item) -> void {
-            if (!item.isVisible() || item.opacity() == 0) {
-                return;
-            }
-            if (const QString text = item.property("text").toString(); !text.isEmpty()) {
-                texts += text;
-            }
-            for (const QQuickItem *child : item.childItems()) {
-                self(self, *child);
-            }
-        };
-        collect(collect, *window().contentItem());
-        return texts;
-    }
-
-    QObject *screen() { return window().property("screen").value<QObject *>(); }
-    bool enlarged() { return screen()->property("enlarged").toBool(); }
-
-    QTemporaryDir m_folder;
-    std::unique_ptr<Application> m_app;
-    test::FakeTerminals m_terminals;
-    test::FakePasteboard m_pasteboard;
-    test::FakeLinkOpener m_links;
-    std::unique_ptr<ClaudeLauncher> m_launcher;
-    std::unique_ptr<Shell> m_shell;
-    std::unique_ptr<MainWindow> m_main;
-};
+using WindowTest = test::OpenWindow;
 
 TEST_F(WindowTest, single_keys_sort_and_the_next_card_comes_by_itself) {
     fill();
@@ -309,22 +192,7 @@ TEST_F(WindowTest, a_click_on_a_button_leaves_the_keyboard_on_the_cards) {
     open();
     press(Qt::Key_Space);
     ASSERT_TRUE(enlarged());
-    const auto place = [&](const QString &text) {
-        QPointF found;
-        const auto look = [&](const auto &self, const QQuickItem &item) -> void {
-            if (item.isVisible() && item.inherits("QQuickButton") &&
-                item.property("text").toString() == text) {
-                found = item.mapToScene({item.width() / 2, item.height() / 2});
-            }
-            for (const QQuickItem *child : item.childItems()) {
-                self(self, *child);
-            }
-        };
-        look(look, *window().contentItem());
-        return found.toPoint();
-    };
-    QTest::mouseClick(&window(), Qt::LeftButton, {}, place(QStringLiteral("Garder")));
-    QCoreApplication::processEvents();
+    click(QStringLiteral("Garder"));
     EXPECT_EQ(shell().inbox()->count(), 2);
     press(Qt::Key_Space); // puts the page away, and presses nothing
     EXPECT_EQ(shell().inbox()->count(), 2);

@@ -1,0 +1,161 @@
+#pragma once
+
+#include "app/Application.h"
+#include "app/window/MainWindow.h"
+#include "app/window/Shell.h"
+#include "desktop/ClaudeLauncher.h"
+#include "platform/fakes/FakeLinkOpener.h"
+#include "platform/fakes/FakePasteboard.h"
+#include "platform/fakes/FakeTerminals.h"
+#include "tests/core/Samples.h"
+
+#include <QQuickItem>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace vorle::test {
+
+/// The real window on a temporary store, driven by keys.
+class OpenWindow : public testing::Test {
+protected:
+    OpenWindow() {
+        const QString home = m_folder.path();
+        qputenv("VORLE_STORE", (home + QStringLiteral("/topics.json")).toLocal8Bit());
+        qputenv("VORLE_HOME", home.toLocal8Bit());
+        qputenv("VORLE_REDUCED_MOTION", "1");
+        Application::Setup setup;
+        setup.settingsFile = home + QStringLiteral("/settings.json");
+        m_app = std::make_unique<Application>(setup);
+    }
+    ~OpenWindow() override {
+        for (const char *name : {"VORLE_STORE", "VORLE_HOME", "VORLE_REDUCED_MOTION"}) {
+            qunsetenv(name);
+        }
+    }
+
+    TopicStore &store() { return m_app->store(); }
+
+    /// Three topics to sort, the first one first, and one of each other section.
+    void fill() {
+        QList<Topic> topics;
+        for (const int score : {9, 8, 7}) {
+            Topic topic = sampleTopic(QStringLiteral("Sujet %1").arg(score));
+            topic.score = score;
+            topic.tldr = QStringLiteral("Essentiel");
+            topic.why = QStringLiteral("Raison %1").arg(score);
+            topic.firstStep = QStringLiteral("Lis la page.");
+            topic.criteria = Judgment::Criteria{8, 7, 6, 5, 20};
+            topic.readLevel = ReadLevel::Full;
+            topics += topic;
+        }
+        topics += sampleTopic(QStringLiteral("Gardé"), TopicStatus::Program);
+        topics += sampleTopic(QStringLiteral("Remis"), TopicStatus::Reserve);
+        topics += sampleTopic(QStringLiteral("Terminé"), TopicStatus::Done);
+        store().add(topics);
+    }
+
+    void open() {
+        m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
+            m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
+        m_shell = std::make_unique<Shell>(Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher});
+        m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
+        m_main->raise();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&m_main->window()));
+    }
+    QQuickWindow &window() { return m_main->window(); }
+    Shell &shell() { return *m_shell; }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&window(), key, modifiers);
+        QCoreApplication::processEvents();
+    }
+    void type(const QString &text) {
+        for (const QChar letter : text) {
+            QTest::keyClick(&window(), letter.toLatin1());
+        }
+        QCoreApplication::processEvents();
+    }
+    TopicStatus statusOf(const QString &title) {
+        for (const TopicPtr &topic : store().topics()) {
+            if (topic->title == title) {
+                return topic->status;
+            }
+        }
+        ADD_FAILURE() << "no topic " << title.toStdString();
+        return TopicStatus::Pending;
+    }
+    /// The title of the open card.
+    QString chosen() {
+        const QString id = window().property("chosenId").toString();
+        const TopicPtr topic = store().topic(QUuid::fromString(id));
+        return topic ? topic->title : QString();
+    }
+    /// The texts that can be seen, one after the other.
+    QStringList shownTexts() {
+        QStringList texts;
+        const auto collect = [&](const auto &self, const QQuickItem &item) -> void {
+            if (!item.isVisible() || item.opacity() == 0) {
+                return;
+            }
+            if (const QString text = item.property("text").toString(); !text.isEmpty()) {
+                texts += text;
+            }
+            for (const QQuickItem *child : item.childItems()) {
+                self(self, *child);
+            }
+        };
+        collect(collect, *window().contentItem());
+        return texts;
+    }
+
+    /// What the parts that can be seen and pass `wanted` are.
+    QList<QQuickItem *> shown(const std::function<bool(const QQuickItem &)> &wanted) {
+        QList<QQuickItem *> found;
+        const auto look = [&](const auto &self, QQuickItem &item) -> void {
+            if (!item.isVisible() || item.opacity() == 0) {
+                return;
+            }
+            if (wanted(item)) {
+                found += &item;
+            }
+            for (QQuickItem *child : item.childItems()) {
+                self(self, *child);
+            }
+        };
+        look(look, *window().contentItem());
+        return found;
+    }
+    /// The middle of the last button of that text; nowhere without one.
+    QPoint buttonAt(const QString &text) {
+        const auto buttons = shown([&](const QQuickItem &item) {
+            return item.inherits("QQuickAbstractButton") && item.property("text").toString() == text;
+        });
+        if (buttons.isEmpty()) {
+            return {-1, -1};
+        }
+        const QQuickItem &button = *buttons.last();
+        return button.mapToScene({button.width() / 2, button.height() / 2}).toPoint();
+    }
+    void click(const QString &button) {
+        QTest::mouseClick(&window(), Qt::LeftButton, {}, buttonAt(button));
+        QCoreApplication::processEvents();
+    }
+
+    QObject *screen() { return window().property("screen").value<QObject *>(); }
+    bool enlarged() { return screen()->property("enlarged").toBool(); }
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<Application> m_app;
+    FakeTerminals m_terminals;
+    FakePasteboard m_pasteboard;
+    FakeLinkOpener m_links;
+    std::unique_ptr<ClaudeLauncher> m_launcher;
+    std::unique_ptr<Shell> m_shell;
+    std::unique_ptr<MainWindow> m_main;
+};
+
+} // namespace vorle::test

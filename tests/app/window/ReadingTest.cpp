@@ -1,0 +1,224 @@
+#include "briefs/BriefWriter.h"
+#include "tests/app/window/OpenWindow.h"
+
+#include <gmock/gmock.h>
+
+namespace vorle {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+/// The reading page, the panels and the banner: what the hand reaches in them.
+class ReadingTest : public test::OpenWindow {
+protected:
+    QString focused() {
+        const QQuickItem *item = window().activeFocusItem();
+        return item != nullptr ? item->property("text").toString() : QString();
+    }
+    /// Goes on by Tab until the button has the keyboard.
+    bool tabTo(const QString &button) {
+        for (int i = 0; i < 60; ++i) {
+            press(Qt::Key_Tab);
+            if (focused() == button) {
+                return true;
+            }
+        }
+        return false;
+    }
+    /// How far the page, or the list, that can be seen is scrolled.
+    double scrolled(const char *kind) {
+        const auto all = shown([&](const QQuickItem &item) {
+            return QByteArrayView(item.metaObject()->className()) == kind;
+        });
+        return all.isEmpty() ? -1 : all.last()->property("contentY").toDouble();
+    }
+    static QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+};
+
+TEST_F(ReadingTest, the_page_is_left_and_turned_by_hand_and_by_key) {
+    fill();
+    open();
+    window().resize(860, 560);
+    press(Qt::Key_Space);
+    ASSERT_TRUE(enlarged());
+    EXPECT_THAT(shownTexts(), Contains(text("1 / 3")));
+    click(text("Suivant"));
+    EXPECT_EQ(chosen(), u"Sujet 8");
+    press(Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(chosen(), u"Sujet 7");
+    EXPECT_THAT(shownTexts(), Contains(text("3 / 3")));
+    press(Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(chosen(), u"Sujet 8");
+    EXPECT_EQ(shell().inbox()->count(), 3) << "nothing was decided on the way";
+
+    // Every button of the foot is reached, and the page's own keys still work from there.
+    for (const char *button : {"Garder", "Plus tard", "Pas pour moi"}) {
+        EXPECT_TRUE(tabTo(text(button))) << button;
+    }
+    press(Qt::Key_End);
+    EXPECT_GT(scrolled("QQuickFlickable"), 100);
+    press(Qt::Key_PageUp);
+    press(Qt::Key_Home);
+    EXPECT_EQ(scrolled("QQuickFlickable"), 0);
+
+    // Decided there, it says where it went.
+    press(Qt::Key_L);
+    EXPECT_EQ(statusOf(text("Sujet 8")), TopicStatus::Reserve);
+    EXPECT_TRUE(enlarged());
+    EXPECT_THAT(shownTexts(), Contains(text("Plus tard · Réserve\u00A0: Sujet 8")));
+    click(text("‹ À trier"));
+    EXPECT_FALSE(enlarged());
+}
+
+TEST_F(ReadingTest, a_note_undone_leaves_its_field_too) {
+    fill();
+    open();
+    const QString id = window().property("chosenId").toString();
+    press(Qt::Key_Space);
+    shell().decisions()->setNote(id, text("le soir"));
+    EXPECT_THAT(shownTexts(), Contains(text("le soir")));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_THAT(shownTexts(), Not(Contains(text("le soir"))));
+    EXPECT_FALSE(store().topic(QUuid::fromString(id))->note);
+}
+
+TEST_F(ReadingTest, a_failed_brief_says_why) {
+    fill();
+    open();
+    press(Qt::Key_Space);
+    shell().page()->askBrief(); // no agent is there
+    const QUuid id = QUuid::fromString(window().property("chosenId").toString());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_app->briefs().failed().contains(id); }, 30000));
+    const QString why = m_app->briefs().failureText(id);
+    ASSERT_FALSE(why.isEmpty());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shownTexts().contains(why); }, 3000));
+}
+
+TEST_F(ReadingTest, a_score_is_corrected_and_given_back_without_inventing_one) {
+    fill();
+    Topic unread = test::sampleTopic(text("Pas lu"));
+    unread.readLevel = ReadLevel::None;
+    unread.score = 0;
+    store().add({unread});
+    open();
+    const auto ask = [this](const QString &id) {
+        QMetaObject::invokeMethod(&window(), "askCorrection", Q_ARG(QString, id));
+        QCoreApplication::processEvents();
+    };
+    const auto correction = [this](const QString &id) {
+        return store().topic(QUuid::fromString(id))->correction;
+    };
+    const QString none = unread.id.toString(QUuid::WithoutBraces).toUpper();
+    ask(none);
+    EXPECT_TRUE(shownTexts().filter(text("J’avais mis")).isEmpty());
+    press(Qt::Key_Return); // no score was chosen
+    EXPECT_FALSE(correction(none));
+    press(Qt::Key_6);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(correction(none));
+    ask(none);
+    EXPECT_TRUE(shownTexts().filter(text("J’avais mis")).isEmpty());
+    click(text("Retirer ma note"));
+    EXPECT_FALSE(correction(none));
+
+    // The same score as vorle's is one's own all the same.
+    const QString id = window().property("chosenId").toString();
+    shell().correct(id, 9, {}, {});
+    ask(id);
+    EXPECT_THAT(shownTexts(), Contains(text("J’avais mis 9.")));
+    EXPECT_GE(buttonAt(text("Reprendre la note de vorle")).y(), 0);
+    press(Qt::Key_3);
+    ASSERT_TRUE(tabTo(text("Annuler")));
+    press(Qt::Key_Return); // notes, whatever has the keyboard
+    EXPECT_EQ(correction(id)->score, 3);
+    EXPECT_FALSE(window().property("covered").toBool());
+
+    // The last thing done is the first undone, and done again.
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(correction(id)->score, 9);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(correction(id));
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(correction(id)->score, 9);
+}
+
+TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
+    Topic link = test::sampleTopic(text("Un lien"), TopicStatus::Pending);
+    link.capturedURL = text("https://example.org/lien");
+    store().add({link});
+    open();
+    ASSERT_EQ(chosen(), link.title);
+    for (int i = 0; i < 2; ++i) { // on its card, then on its page
+        EXPECT_EQ(buttonAt(text("Garder")).y(), -1);
+        EXPECT_EQ(buttonAt(text("Plus tard")).y(), -1);
+        EXPECT_GE(buttonAt(text("Pas pour moi")).y(), 0);
+        for (const Qt::Key key : {Qt::Key_G, Qt::Key_L}) {
+            press(key);
+            EXPECT_EQ(statusOf(link.title), TopicStatus::Pending);
+            EXPECT_FALSE(shownTexts().filter(text("Je lis encore cette page")).isEmpty());
+        }
+        press(Qt::Key_Space);
+    }
+    press(Qt::Key_X);
+    EXPECT_EQ(statusOf(link.title), TopicStatus::Dismissed);
+}
+
+TEST_F(ReadingTest, the_banner_says_what_holds_and_leads_to_what_helps) {
+    fill();
+    open();
+    press(Qt::Key_R, Qt::ControlModifier); // there is nothing to search
+    ASSERT_TRUE(QTest::qWaitFor([this] { return shell().run()->nothingToSearch(); }, 5000));
+    click(text("Ouvrir Ton territoire"));
+    EXPECT_EQ(shell().sections()->current(), Section::Territory);
+    // It lies over no title.
+    const auto heads = shown([](const QQuickItem &item) {
+        return QByteArrayView(item.metaObject()->className()).startsWith("SectionHead_");
+    });
+    ASSERT_EQ(heads.size(), 1);
+    EXPECT_GE(heads.first()->mapToScene({0, 0}).y(), 58);
+
+    QList<QString> interests;
+    for (int i = 0; i < 40; ++i) {
+        interests += text("Domaine %1").arg(i);
+    }
+    m_app->preferences().change(&Settings::interests, interests);
+    EXPECT_EQ(buttonAt(text("Ouvrir Ton territoire")).y(), -1) << "it holds no longer";
+    shell().territory()->refresh();
+    QCoreApplication::processEvents();
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End}) {
+        const double before = scrolled("QQuickListView");
+        press(key);
+        EXPECT_GT(scrolled("QQuickListView"), before) << key;
+    }
+    press(Qt::Key_Home);
+    EXPECT_EQ(scrolled("QQuickListView"), 0);
+
+    // A first step that fails is told until one works.
+    press(Qt::Key_2, Qt::ControlModifier);
+    m_links.takes = false;
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !shell().notice().isEmpty(); }, 5000));
+    m_links.takes = true;
+    press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return shell().notice().isEmpty(); }, 5000));
+}
+
+TEST_F(ReadingTest, a_window_that_filled_the_screen_does_so_again) {
+    WindowState state;
+    state.setPlace({20, 20, 700, 500});
+    state.maximised = true;
+    state.save(store().file());
+    open();
+    EXPECT_EQ(window().visibility(), QWindow::Maximized);
+    m_main->keepPlace();
+    const WindowState kept = WindowState::load(store().file());
+    EXPECT_EQ(kept.maximised, true);
+    EXPECT_EQ(kept.place().topLeft(), QPoint(20, 20)) << "where it goes back to";
+    window().setWindowStates(Qt::WindowNoState);
+    m_main->keepPlace();
+    EXPECT_EQ(WindowState::load(store().file()).maximised, false);
+}
+
+} // namespace
+} // namespace vorle
