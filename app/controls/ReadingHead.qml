@@ -43,14 +43,14 @@ Item {
         ActionButton {
             quiet: true
             text: qsTr("Précédent")
-            keys: head.backKeys
+            keys: head.width < 680 ? "" : head.backKeys
             enabled: head.position > 0
             onClicked: head.moved(-1)
         }
         ActionButton {
             quiet: true
             text: qsTr("Suivant")
-            keys: head.forthKeys
+            keys: head.width < 680 ? "" : head.forthKeys
             enabled: head.position + 1 < head.count
             onClicked: head.moved(1)
         }

@@ -52,6 +52,9 @@ Item {
         if (y - list.originY < 60 && bottom + 12 <= list.originY + list.height) {
             y = list.originY; // the first heading, wholly
         }
+        return within(y);
+    }
+    function within(y: real): real {
         const end = list.originY + list.contentHeight - toShrink(Infinity) + list.bottomMargin - list.height;
         return Math.max(list.originY, Math.min(y, end));
     }
@@ -93,10 +96,12 @@ Item {
             if (Math.abs(row.y + row.cardTop - offset - list.contentY) > list.height) {
                 list.positionViewAtIndex(list.currentIndex, ListView.Contain);
             }
-            list.contentY = row.y + row.cardTop - offset;
+            list.contentY = within(row.y + row.cardTop - offset);
             list.forceLayout();
         }
-        list.contentY = wanted(list.contentY);
+        if (!holds()) {
+            list.contentY = wanted(list.contentY);
+        }
         later.restart();
     }
     // Whether the card may be decided. Where it may not, it is brought into view instead.

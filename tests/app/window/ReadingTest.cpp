@@ -134,6 +134,16 @@ TEST_F(ReadingTest, a_score_is_corrected_and_given_back_without_inventing_one) {
     EXPECT_EQ(correction(id)->score, 3);
     EXPECT_FALSE(window().property("covered").toBool());
 
+    ask(id);
+    for (int i = 0; i < 9 && !window().activeFocusItem()->inherits("QQuickTextField"); ++i) {
+        press(Qt::Key_Tab);
+    }
+    type(text("Vieux"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(correction(id)->text, u"Vieux");
+    EXPECT_FALSE(window().property("covered").toBool());
+    press(Qt::Key_Z, Qt::ControlModifier);
+
     // The last thing done is the first undone, and done again.
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(correction(id)->score, 9);
