@@ -35,7 +35,14 @@ QtObject {
         if (!(key in steps)) {
             return false;
         }
-        scrollBy(steps[key]);
+        const list = view as ListView;
+        if (list && key === Qt.Key_Home) {
+            list.positionViewAtBeginning(); // it guesses how long it is until it gets there
+        } else if (list && key === Qt.Key_End) {
+            list.positionViewAtEnd();
+        } else {
+            scrollBy(steps[key]);
+        }
         return true;
     }
 }

@@ -109,8 +109,7 @@ bool Decisions::setNote(const QString &topicId, const QString &note) {
     return true;
 }
 
-bool Decisions::setCorrection(const QString &topicId,
-                              const std::optional<Correction> &correction) {
+bool Decisions::setCorrection(const QString &topicId, const std::optional<Correction> &correction) {
     const QUuid id = identity(topicId);
     const TopicPtr before = m_store.topic(id);
     if (!before || !m_store.setCorrection(id, correction)) {

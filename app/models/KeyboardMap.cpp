@@ -252,9 +252,7 @@ bool KeyboardMap::isEverywhere(Action action) const {
     });
 }
 
-bool KeyboardMap::repeats(Action action) const {
-    return action >= Previous && action <= NextTopic;
-}
+bool KeyboardMap::repeats(Action action) const { return action >= Previous && action <= NextTopic; }
 
 sections::Section KeyboardMap::target(Action action) const {
     return action >= GoInbox && action <= GoReport

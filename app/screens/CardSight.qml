@@ -19,8 +19,9 @@ Item {
     // How much the rows over that place are still to shrink.
     function toShrink(limit: real): real {
         let sum = 0;
-        for (const item of list.contentItem.children) {
-            const other = item as TopicRow;
+        const rows = list.contentItem.children;
+        for (let i = 0; i < rows.length; ++i) {
+            const other = rows[i] as TopicRow;
             if (other && other.y < limit) {
                 sum += other.height - other.wholeHeight;
             }
@@ -47,8 +48,11 @@ Item {
     function wanted(from: real): real {
         const top = cardTop();
         const bottom = top + row.cardHeight;
-        const start = top - row.cardTop - lead;
-        let y = Math.min(start, Math.max(from, bottom + 24 - list.height));
+        // Where room is short, what stands around the card gives way to it.
+        const spare = Math.max(0, list.height - row.cardHeight);
+        const over = Math.min(row.cardTop + lead, spare);
+        const under = Math.min(24, spare - over);
+        let y = Math.min(top - over, Math.max(from, bottom + under - list.height));
         if (y - list.originY < 60 && bottom + 12 <= list.originY + list.height) {
             y = list.originY; // the first heading, wholly
         }

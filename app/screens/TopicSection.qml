@@ -140,9 +140,11 @@ FocusScope {
         due = false;
         sight.busy = true;
         held = true;
+        const closing = openCard;
         shownId = currentId;
         shownGhost = ghost;
         openCard?.arrange();
+        closing?.arrange();
         held = false;
         list.currentIndex = currentRow;
         list.forceLayout();

@@ -72,9 +72,6 @@ void MainWindow::restorePlace() {
         screens += screen->availableGeometry();
     }
     m_window->setGeometry(onScreen(m_state.place(), usualSize, screens));
-    if (m_state.maximised.value_or(false)) {
-        m_window->setWindowStates(Qt::WindowMaximized);
-    }
     // Its place is asked for once it stands: on its way to fill the screen it is not told yet that
     // it does.
     constexpr int stands = 400;
@@ -104,7 +101,14 @@ std::unique_ptr<QObject> MainWindow::made(const QString &screen, const QVariantM
 }
 
 void MainWindow::raise() {
-    m_window->show();
+    // Not by show(): that takes a window that fills the screen for one to be made smaller.
+    if (m_window->isVisible()) {
+        m_window->setWindowStates(m_window->windowStates() & ~Qt::WindowMinimized);
+    } else if (m_state.maximised.value_or(false)) {
+        m_window->showMaximized();
+    } else {
+        m_window->show();
+    }
     m_window->raise();
     m_window->requestActivate();
 }

@@ -190,13 +190,10 @@ QString Shell::linkOnPasteboard() const {
 
 void Shell::correct(const QString &topicId, int score, const QStringList &tags,
                     const QString &text) {
-    m_decisions->setCorrection(topicId,
-                               correctionOf(score, tags, text, m_parts.app.clock().now()));
+    m_decisions->setCorrection(topicId, correctionOf(score, tags, text, m_parts.app.clock().now()));
 }
 
-void Shell::uncorrect(const QString &topicId) {
-    m_decisions->setCorrection(topicId, std::nullopt);
-}
+void Shell::uncorrect(const QString &topicId) { m_decisions->setCorrection(topicId, std::nullopt); }
 
 QStringList Shell::correctionTags(const QString &topicId) const {
     const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));

@@ -31,7 +31,9 @@ protected:
         const auto all = shown([&](const QQuickItem &item) {
             return QByteArrayView(item.metaObject()->className()) == kind;
         });
-        return all.isEmpty() ? -1 : all.last()->property("contentY").toDouble();
+        return all.isEmpty() ? -1
+                             : all.last()->property("contentY").toDouble() -
+                                   all.last()->property("originY").toDouble();
     }
     static QString text(const char *utf8) { return QString::fromUtf8(utf8); }
 };

@@ -60,17 +60,27 @@ protected:
         QQuickItem *card = openCard();
         return card == nullptr ? -1 : card->mapToScene({0, 0}).y();
     }
-    void wheel(int notches) {
+    /// As two fingers do: it scrolls by so many pixels.
+    void scroll(int pixels) {
         const QPointF where(600, 380);
-        for (int i = 0; i < std::abs(notches); ++i) {
-            QWheelEvent event(where, where, {}, {0, notches > 0 ? 120 : -120}, Qt::NoButton,
-                              Qt::NoModifier, Qt::NoScrollPhase, false);
+        const auto send = [&](int by, Qt::ScrollPhase phase) {
+            QWheelEvent event(where, where, {0, by}, {0, by}, Qt::NoButton, Qt::NoModifier, phase,
+                              false, Qt::MouseEventSynthesizedBySystem);
+            event.setTimestamp(m_time += 16);
             QCoreApplication::sendEvent(&window(), &event);
-            QTest::qWait(20);
+            QTest::qWait(16);
+        };
+        send(0, Qt::ScrollBegin);
+        for (int left = std::abs(pixels); left > 0; left -= 100) {
+            send(pixels > 0 ? 100 : -100, Qt::ScrollUpdate);
         }
-        QTest::qWait(900); // it runs out
+        send(0, Qt::ScrollEnd);
+        QTest::qWait(400);
     }
     qsizetype waiting() { return shell().inbox()->count(); }
+
+private:
+    quint64 m_time = 1000;
 };
 
 TEST_F(SeenTest, the_open_card_stays_in_view_whatever_the_list_does) {
@@ -126,7 +136,7 @@ TEST_F(SeenTest, what_is_not_in_view_is_shown_and_not_decided) {
     press(Qt::Key_Down);
     const QString topic = chosen();
     for (const Qt::Key key : {Qt::Key_G, Qt::Key_L, Qt::Key_X}) {
-        wheel(-30);
+        scroll(-1500);
         ASSERT_FALSE(seen()) << "scrolled away";
         const auto count = waiting();
         press(key);
@@ -135,7 +145,7 @@ TEST_F(SeenTest, what_is_not_in_view_is_shown_and_not_decided) {
         EXPECT_EQ(chosen(), topic);
     }
     // A list that changes meanwhile is left where one reads it.
-    wheel(-30);
+    scroll(-1500);
     store().add(topics(QStringLiteral("Neuf"), 3, 9));
     turn();
     EXPECT_FALSE(seen());
@@ -183,7 +193,7 @@ TEST_F(SeenTest, a_card_higher_than_the_view_can_still_be_decided) {
     store().add({tall});
     openSmall();
     ASSERT_EQ(chosen(), tall.title);
-    wheel(-30);
+    scroll(-1500);
     press(Qt::Key_G);
     EXPECT_EQ(statusOf(tall.title), TopicStatus::Inbox);
     turn();
