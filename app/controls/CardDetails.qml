@@ -8,6 +8,7 @@ Column {
     required property var topic
     property var actions: []
     property bool showActions: true
+    property bool tight: false // for a low window
 
     signal act(int action)
 
@@ -24,17 +25,17 @@ Column {
         text: details.topic.tldr.length > 0 ? details.topic.tldr : details.topic.summary
         color: Theme.inkSoft
         font.pixelSize: Theme.textLarge
-        maximumLineCount: 4
+        maximumLineCount: details.tight ? 2 : 4
         elide: Text.ElideRight
     }
     WhyLine {
         width: parent.width
-        lines: 4
+        lines: details.tight ? 2 : 4
         text: details.topic.why
     }
     StepLine {
         width: parent.width
-        lines: 3
+        lines: details.tight ? 1 : 3
         text: details.topic.firstStep
     }
     Item {
@@ -62,7 +63,7 @@ Column {
         }
         Label {
             id: site
-            visible: details.actions.length < 5
+            visible: details.actions.length < 5 && !details.tight
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2

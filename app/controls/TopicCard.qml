@@ -12,6 +12,7 @@ Item {
     property var actions: [] // { text, keys, primary, action }
     property bool settled: false // moves only once it has been shown
     property bool still: false // does not move
+    property bool tight: false // in a low window: open, it keeps to what fits
 
     signal chosen
     signal enlarged
@@ -158,7 +159,7 @@ Item {
                 width: parent.width
                 text: card.topic.title
                 size: card.open ? Theme.titleOpen : Theme.titleCard
-                maximumLineCount: card.open ? 4 : 1
+                maximumLineCount: card.open ? (card.tight ? 2 : 4) : 1
                 elide: Text.ElideRight
             }
             Label {
@@ -180,6 +181,7 @@ Item {
                     topic: card.topic
                     actions: card.actions
                     showActions: card.showActions
+                    tight: card.tight
                     onAct: action => card.act(action)
                 }
             }

@@ -13,6 +13,7 @@ Item {
     // Whether the card stood in view when it was last looked at: it then stays there whatever the
     // list does. One that was scrolled away from is left where it is.
     property bool stands: true
+    property bool browsed: false // by hand, since the view was last brought there
     property bool busy: false
     property real offset: NaN // where the card stood in the view
 
@@ -41,8 +42,11 @@ Item {
         if (row.cardHeight <= list.height) {
             return top >= -1 && bottom <= list.height + 1;
         }
-        const head = top >= -1 && top + row.headHeight <= list.height + 1;
-        return head || (top <= 1 && bottom >= list.height - 1);
+        return showsHead() || (top <= 1 && bottom >= list.height - 1);
+    }
+    function showsHead(): bool {
+        const top = cardTop() - list.contentY;
+        return top >= -1 && top + row.headHeight <= list.height + 1;
     }
     // Where the view goes to show the card, moving as little as it can.
     function wanted(from: real): real {
@@ -81,6 +85,7 @@ Item {
             list.contentY = y;
         }
         stands = true;
+        browsed = false;
         later.restart();
     }
     // Before the list changes: where the card stands.
@@ -139,7 +144,7 @@ Item {
         id: later
         interval: Theme.calm + 60
         onTriggered: {
-            if (sight.stands && !sight.list.moving && !sight.holds()) {
+            if (sight.row && sight.stands && !sight.list.moving && !(sight.holds() && (sight.browsed || sight.showsHead()))) {
                 sight.bring(false);
             }
         }
@@ -150,6 +155,7 @@ Item {
         function onContentYChanged() {
             if (sight.list.moving) {
                 sight.stands = sight.holds();
+                sight.browsed = true;
             }
         }
         function onHeightChanged() {

@@ -13,6 +13,7 @@ Item {
     required property bool still // nothing moves
     // It keeps its height: rows that change together are laid out in one go.
     required property bool held
+    property bool tight: false // the window is low
     property var actions: []
     property string undoKeys: ""
 
@@ -58,6 +59,7 @@ Item {
         y: row.ghostAbove ? ghostPlace.space : 0
         low: row.model.waits ?? false
         still: row.still
+        tight: row.tight
         width: parent.width
         topic: row.model
         open: row.topicId.length > 0 && row.topicId === row.shownId

@@ -275,6 +275,7 @@ FocusScope {
             shownId: root.shownId
             ghost: root.shownGhost
             still: root.goneId !== ""
+            tight: list.height < 440
             held: root.held || topicId === root.goneId
             actions: root.actionsOf(model.pendingCapture)
             undoKeys: root.undoKeys
