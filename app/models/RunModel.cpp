@@ -73,7 +73,7 @@ RunModel::~RunModel() { m_cancel.cancel(); }
 
 /// What was missing may have come: then that is no longer to be told.
 void RunModel::followTerritory() {
-    if (m_nothingToSearch && hasTerritory(m_preferences)) {
+    if (m_nothingToSearch && refusalText(m_preferences).isEmpty()) {
         m_nothingToSearch = false;
         m_notice = {};
         Q_EMIT outcomeChanged();
@@ -96,7 +96,7 @@ Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelTok
         co_await engine.run(cancel);
     } catch (const RunRefused &refusal) {
         if (self) {
-            self->m_nothingToSearch = !hasTerritory(self->m_preferences);
+            self->m_nothingToSearch = !refusalText(self->m_preferences).isEmpty();
             self->end({}, {.title = {}, .text = refusal.text()});
         }
     } catch (const std::exception &) {

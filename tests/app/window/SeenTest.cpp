@@ -101,6 +101,13 @@ TEST_F(SeenTest, the_open_card_stays_in_view_whatever_the_list_does) {
     EXPECT_TRUE(stays()) << "a run lands above it";
     EXPECT_EQ(chosen(), topic);
     EXPECT_NEAR(cardTop(), before, 2) << "nor does it move";
+    QList<Topic> mixed;
+    for (const int score : {10, 8, 7, 5, 2}) {
+        mixed += topics(QStringLiteral("Mêlé %1").arg(score), 6, score);
+    }
+    store().add(mixed);
+    EXPECT_TRUE(stays()) << "and all around it";
+    EXPECT_NEAR(cardTop(), before, 2);
 
     shell().correct(window().property("chosenId").toString(), 1, {}, {});
     EXPECT_TRUE(stays()) << "to the last tier";
