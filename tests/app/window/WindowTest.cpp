@@ -9,6 +9,7 @@
 namespace vorle {
 namespace {
 
+using test::sampleTopic;
 using WindowTest = test::OpenWindow;
 
 TEST_F(WindowTest, single_keys_sort_and_the_next_card_comes_by_itself) {
