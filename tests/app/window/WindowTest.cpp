@@ -150,6 +150,24 @@ TEST_F(WindowTest, panels_keep_the_keyboard_and_typing_decides_nothing) {
     EXPECT_EQ(shell().inbox()->count(), 2);
 }
 
+TEST_F(WindowTest, closing_during_a_run_is_asked_about_and_answered_by_keyboard) {
+    fill();
+    open();
+    int quits = 0;
+    QObject::connect(m_main.get(), &MainWindow::quitAsked, [&] { ++quits; });
+    const QString question = QStringLiteral("Quitter pendant la fouille\u202F?");
+    m_main->askToClose();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shownTexts().contains(question); }));
+    press(Qt::Key_G); // the cards behind have no keys now
+    EXPECT_EQ(statusOf(QStringLiteral("Sujet 9")), TopicStatus::Inbox);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !shownTexts().contains(question); }));
+    EXPECT_EQ(quits, 0);
+    m_main->askToClose();
+    press(Qt::Key_Return);
+    EXPECT_EQ(quits, 1);
+}
+
 TEST_F(WindowTest, moving_the_focus_never_decides) {
     fill();
     open();
