@@ -1,5 +1,6 @@
 #include "app/models/KeyboardMap.h"
 
+#include <QCoreApplication>
 #include <QKeySequence>
 #include <QVariantMap>
 
@@ -32,8 +33,8 @@ constexpr int shiftCommand = Qt::ControlModifier | Qt::ShiftModifier;
 
 struct Row {
     Group group;
-    QStringView keys; // a Mac's glyphs; empty: not in the sheet
-    QStringView label;
+    QStringView keys;  // a Mac's glyphs; empty: not in the sheet
+    const char *label; // French, translated when it is shown; null in a row without keys
     Reach reach;
     std::span<const Binding> bindings;
 };
@@ -72,40 +73,51 @@ constexpr Binding worthKeys[] = {{Qt::Key_1, plain, Map::WorthMeh, u"1"},
                                  {Qt::Key_2, plain, Map::WorthUseful, u"2"},
                                  {Qt::Key_3, plain, Map::WorthGem, u"3"}};
 
-/// The label is made at display time: it names the agent.
-constexpr QStringView stepLabel = u"Lancer dans %1 ou approfondir avec %2";
+/// The sheet's rows, in a place whose texts are collected for translation under the map's name.
+struct Sheet {
+    Q_DECLARE_TR_FUNCTIONS(vorle::KeyboardMap)
+public:
+    /// The label is made at display time: it names the agent.
+    static constexpr const char *stepLabel = QT_TR_NOOP("Lancer dans %1 ou approfondir avec %2");
 
-constexpr Row rows[] = {
-    // The system registers the first one: it works from any application, and reaches no window.
-    {Group::Everywhere,
-     u"⌃⌥ Espace",
-     u"Ajouter un sujet, depuis n’importe quelle app",
-     Reach::Group,
-     {}},
-    {Group::Everywhere, u"⌘K", u"Rechercher", Reach::Group, searchKeys},
-    {Group::Everywhere, u"⌘N", u"Ajouter un sujet", Reach::Group, addKeys},
-    {Group::Everywhere, u"⌘1 … ⌘6", u"Aller à une rubrique", Reach::Group, sectionKeys},
-    {Group::Everywhere, u"← →", u"Passer du menu au contenu", Reach::Group, sideKeys},
-    {Group::Everywhere, u"⌘R", u"Fouiller maintenant", Reach::Group, runKeys},
-    {Group::Everywhere, u"⌘Z", u"Annuler le dernier tri", Reach::Group, undoKeys},
-    {Group::Everywhere, {}, {}, Reach::Group, redoKeys},
-    {Group::Everywhere, u"⌘,", u"Réglages", Reach::Group, settingsKeys},
-    {Group::Everywhere, u"?  ou  ⌘/", u"Ces raccourcis", Reach::Group, helpKeys},
-    {Group::Inbox, u"↑ ↓", u"Sujet précédent, suivant", Reach::EverySection, moveKeys},
-    {Group::Inbox, {}, {}, Reach::EveryList, topicKeys},
-    {Group::Inbox, u"G", u"Garder au programme", Reach::Group, keepKeys},
-    {Group::Inbox, u"L", u"Plus tard (réserve)", Reach::Group, laterKeys},
-    {Group::Inbox, u"X", u"Pas pour moi", Reach::Group, dismissKeys},
-    {Group::Inbox, u"Espace", u"Agrandir la carte pour lire", Reach::EveryList, openKeys},
-    {Group::Inbox, u"Échap", u"Réduire la carte", Reach::EveryList, closeKeys},
-    {Group::Program, u"⌘↩", stepLabel, Reach::Group, stepKeys},
-    {Group::Program, u"D", u"Fait", Reach::Group, doneKeys},
-    {Group::Program, u"R", u"Reporter", Reach::Group, postponeKeys},
-    {Group::Program, u"⌫", u"Retirer", Reach::Group, removeKeys},
-    {Group::ReserveAndLibrary, u"G", u"Garder au programme", Reach::Group, keepKeys},
-    {Group::ReserveAndLibrary, u"T", u"Remettre à trier", Reach::Group, backKeys},
-    {Group::ReserveAndLibrary, u"1 2 3", u"Bof, Utile, Pépite", Reach::Group, worthKeys},
+    static constexpr Row rows[] = {
+        // The system registers the first one: it works from any application, and reaches no window.
+        {Group::Everywhere,
+         u"⌃⌥ Espace",
+         QT_TR_NOOP("Ajouter un sujet, depuis n’importe quelle app"),
+         Reach::Group,
+         {}},
+        {Group::Everywhere, u"⌘K", QT_TR_NOOP("Rechercher"), Reach::Group, searchKeys},
+        {Group::Everywhere, u"⌘N", QT_TR_NOOP("Ajouter un sujet"), Reach::Group, addKeys},
+        {Group::Everywhere, u"⌘1 … ⌘6", QT_TR_NOOP("Aller à une rubrique"), Reach::Group,
+         sectionKeys},
+        {Group::Everywhere, u"← →", QT_TR_NOOP("Passer du menu au contenu"), Reach::Group,
+         sideKeys},
+        {Group::Everywhere, u"⌘R", QT_TR_NOOP("Fouiller maintenant"), Reach::Group, runKeys},
+        {Group::Everywhere, u"⌘Z", QT_TR_NOOP("Annuler le dernier tri"), Reach::Group, undoKeys},
+        {Group::Everywhere, {}, {}, Reach::Group, redoKeys},
+        {Group::Everywhere, u"⌘,", QT_TR_NOOP("Réglages"), Reach::Group, settingsKeys},
+        {Group::Everywhere, u"?  ou  ⌘/", QT_TR_NOOP("Ces raccourcis"), Reach::Group, helpKeys},
+        {Group::Inbox, u"↑ ↓", QT_TR_NOOP("Sujet précédent, suivant"), Reach::EverySection,
+         moveKeys},
+        {Group::Inbox, {}, {}, Reach::EveryList, topicKeys},
+        {Group::Inbox, u"G", QT_TR_NOOP("Garder au programme"), Reach::Group, keepKeys},
+        {Group::Inbox, u"L", QT_TR_NOOP("Plus tard (réserve)"), Reach::Group, laterKeys},
+        {Group::Inbox, u"X", QT_TR_NOOP("Pas pour moi"), Reach::Group, dismissKeys},
+        {Group::Inbox, u"Espace", QT_TR_NOOP("Agrandir la carte pour lire"), Reach::EveryList,
+         openKeys},
+        {Group::Inbox, u"Échap", QT_TR_NOOP("Réduire la carte"), Reach::EveryList, closeKeys},
+        {Group::Program, u"⌘↩", stepLabel, Reach::Group, stepKeys},
+        {Group::Program, u"D", QT_TR_NOOP("Fait"), Reach::Group, doneKeys},
+        {Group::Program, u"R", QT_TR_NOOP("Reporter"), Reach::Group, postponeKeys},
+        {Group::Program, u"⌫", QT_TR_NOOP("Retirer"), Reach::Group, removeKeys},
+        {Group::ReserveAndLibrary, u"G", QT_TR_NOOP("Garder au programme"), Reach::Group, keepKeys},
+        {Group::ReserveAndLibrary, u"T", QT_TR_NOOP("Remettre à trier"), Reach::Group, backKeys},
+        {Group::ReserveAndLibrary, u"1 2 3", QT_TR_NOOP("Bof, Utile, Pépite"), Reach::Group,
+         worthKeys},
+    };
 };
+constexpr auto &rows = Sheet::rows;
 
 QString titleOf(Group group) {
     switch (group) {
@@ -217,8 +229,8 @@ QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling) {
         if (groups.isEmpty() || groups.last().title != title) {
             groups.append({title, {}});
         }
-        QString label = tr(row.label.toUtf8().constData());
-        if (row.label == stepLabel) {
+        QString label = tr(row.label);
+        if (row.label == Sheet::stepLabel) {
             label = label.arg(displayName(agent), vorle::chatName(agent));
         }
         groups.last().rows.append({spelled(row.keys.toString(), spelling), label});
