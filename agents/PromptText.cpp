@@ -45,18 +45,35 @@ bool belongsTo(QChar before, char32_t c) {
            before.category() != QChar::Letter_Modifier;
 }
 
-bool looksLikeQuote(QChar c) {
-    return QStringView(u"\"\u02BA\u02DD\u02EE\u02F6\u05F4“”„‟″‶〃〝〞〟❝❞\uFF02").contains(c);
+/// Drawn as whatever a font likes: no agent can know what a reader saw.
+bool isPrivate(char32_t c) {
+    return (c >= 0xE000 && c <= 0xF8FF) || c >= 0xF0000 || (c & 0xFFFEU) == 0xFFFE ||
+           (c >= 0xFDD0 && c <= 0xFDEF);
 }
 
-bool looksLikeHash(QChar c) { return QStringView(u"#\u266F\uFE5F\uFF03").contains(c); }
+bool looksLikeQuote(char32_t c) {
+    return (c < 0x10000 && QStringView(u"\"\u00A8\u02BA\u02DD\u02EE\u02F5\u02F6\u05F4\u1CD3"
+                                       u"“”„‟″‴‶‷⁗❝❞❠⹂〃〝〞〟\uFF02")
+                               .contains(QChar(static_cast<char16_t>(c)))) ||
+           (c >= 0x1F676 && c <= 0x1F678);
+}
+
+bool looksLikeBackquote(char32_t c) {
+    return c < 0x10000 &&
+           QStringView(u"`\u02CB\u1FEF\u2035\uFF40").contains(QChar(static_cast<char16_t>(c)));
+}
+
+bool looksLikeHash(char32_t c) {
+    return c < 0x10000 && QStringView(u"#\u22D5\u2317\u266F\u2A68\u2A69\uFE5F\uFF03")
+                              .contains(QChar(static_cast<char16_t>(c)));
+}
 
 bool isPairAt(QStringView text, qsizetype at) {
     return text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
 }
 
 /// What a reader sees of `text`: every line break as '\n', no other control character, nothing
-/// invisible.
+/// invisible, nothing that only a font of its own draws.
 QString visible(QStringView text) {
     QString out;
     out.reserve(text.size());
@@ -71,7 +88,8 @@ QString visible(QStringView text) {
             out += u'\n';
         } else if (c != U'\t' && drawnBlank(c)) {
             out += u' ';
-        } else if (!isInvisible(c) || (!out.isEmpty() && belongsTo(out.back(), c))) {
+        } else if (!isPrivate(c) &&
+                   (!isInvisible(c) || (!out.isEmpty() && belongsTo(out.back(), c)))) {
             out += text.sliced(i, pair ? 2 : 1);
         }
         i += pair ? 1 : 0;
@@ -79,24 +97,62 @@ QString visible(QStringView text) {
     return out;
 }
 
-/// Three signs or more in a row that could be taken for a fence become apostrophes.
-void breakFences(QString &text) {
-    for (qsizetype i = 0; i < text.size();) {
-        qsizetype past = i;
-        while (past < text.size() && looksLikeQuote(text[past])) {
-            ++past;
-        }
-        if (past - i >= 3) {
-            std::fill(text.begin() + i, text.begin() + past, QChar(u'\''));
-        }
-        i = past + 1;
-    }
+char32_t codePointAt(QStringView text, qsizetype at) {
+    return isPairAt(text, at) ? QChar::surrogateToUcs4(text[at], text[at + 1])
+                              : char32_t{text[at].unicode()};
 }
 
+/// What is drawn over the sign before it, or not at all.
+bool isAccent(char32_t c) { return QChar::isMark(c) || c == 0x200C || c == 0x200D; }
+
+/// Signs of one look in a row, their accents apart.
+struct Run {
+    qsizetype end; ///< behind the last sign and its accents
+    int signs;
+};
+
+template <class Look>
+Run runAt(QStringView text, qsizetype at, Look look) {
+    Run run{at, 0};
+    while (run.end < text.size()) {
+        const char32_t c = codePointAt(text, run.end);
+        const bool sign = look(c);
+        if (!sign && (run.signs == 0 || !isAccent(c))) {
+            break;
+        }
+        run.signs += sign ? 1 : 0;
+        run.end += c >= 0x10000 ? 2 : 1;
+    }
+    return run;
+}
+
+/// Three signs or more in a row that could be taken for a fence become apostrophes.
+template <class Look>
+QString withoutFences(QStringView text, Look look) {
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype at = 0; at < text.size();) {
+        const Run run = runAt(text, at, look);
+        if (run.signs >= 3) {
+            out += QString(run.signs, u'\'');
+            at = run.end;
+        } else {
+            const qsizetype end = std::max(run.end, at + (isPairAt(text, at) ? 2 : 1));
+            out += text.sliced(at, end - at);
+            at = end;
+        }
+    }
+    return out;
+}
+
+QString withoutQuoteFences(QStringView text) { return withoutFences(text, looksLikeQuote); }
+
 bool looksLikeHeading(QStringView line) {
-    const auto first = std::find_if(line.begin(), line.end(),
-                                    [](QChar c) { return !isBlank(c.unicode()) && !c.isMark(); });
-    return first != line.end() && looksLikeHash(*first);
+    qsizetype at = 0;
+    while (at < line.size() && (isBlank(line[at].unicode()) || isAccent(codePointAt(line, at)))) {
+        at += isPairAt(line, at) ? 2 : 1;
+    }
+    return at < line.size() && looksLikeHash(codePointAt(line, at));
 }
 
 } // namespace
@@ -104,15 +160,14 @@ bool looksLikeHeading(QStringView line) {
 QString oneLine(const QString &text, qsizetype maxCharacters) {
     QString line = visible(text);
     line.replace(u'\n', u' ').replace(u'\t', u' ');
-    breakFences(line);
+    line = withoutFences(withoutQuoteFences(line), looksLikeBackquote);
     return firstCharacters(utf8Prefix(trimmed(line), maxCharacters * bytesPerCharacter),
                            maxCharacters)
         .toString();
 }
 
 QString defused(const QString &text) {
-    QString lines = visible(text);
-    breakFences(lines);
+    const QString lines = withoutQuoteFences(visible(text));
     QString out;
     out.reserve(lines.size() + 64);
     for (const QStringView line : QStringView(lines).split(u'\n')) {
@@ -122,6 +177,31 @@ QString defused(const QString &text) {
     }
     out.chop(1);
     return out;
+}
+
+QString fenced(const QString &text) {
+    // A file's own marks of direction, or line breaks that only some readers know, are no text of
+    // an ordinary file; its tabs and line ends are.
+    QString held;
+    held.reserve(text.size());
+    for (const char32_t c : text.toUcs4()) {
+        const bool control =
+            c != U'\t' && c != U'\n' && c != U'\r' && (drawnBlank(c) || breaksLine(c));
+        if (control) {
+            held += u' ';
+        } else if (!isPrivate(c) &&
+                   (!isInvisible(c) || (!held.isEmpty() && belongsTo(held.back(), c)))) {
+            held += QStringView(QChar::fromUcs4(c));
+        }
+    }
+    int longest = 2;
+    for (qsizetype at = 0; at < held.size();) {
+        const Run run = runAt(held, at, looksLikeBackquote);
+        longest = std::max(longest, run.signs);
+        at = std::max(run.end, at + 1);
+    }
+    const QString fence(longest + 1, u'`');
+    return fence + u'\n' + held + u'\n' + fence;
 }
 
 qsizetype promptSize(QStringView text) { return utf8Size(text) + 3 * text.count(u'@'); }

@@ -10,17 +10,23 @@ namespace vorle {
 
 /// How texts of strangers are put into a prompt without becoming a part of it. Pure, any thread.
 
-/// Both functions leave out what nobody sees (marks of direction, zero-width signs, tags), and
-/// make apostrophes of three double quotes in a row, or of signs that look like them: no text can
-/// close a fence.
+/// The first two leave out what nobody sees (marks of direction, zero-width signs, tags) and what
+/// only a font of its own draws (private use), and make apostrophes of three double quotes in a
+/// row, or of signs that look like them, with accents or without: no text can close a fence.
 
 /// Held to one line of at most `maxCharacters` characters and eight bytes each on the whole
-/// (characters may be of any size): line breaks and other control characters become blanks.
+/// (characters may be of any size): line breaks and other control characters become blanks, and
+/// three backquotes in a row apostrophes.
 QString oneLine(const QString &text, qsizetype maxCharacters);
 
 /// Fit to stand between lines of three double quotes: no line can pass for a heading.
 /// Takes at most about twice the bytes of `text`.
 QString defused(const QString &text);
+
+/// A file's text between two lines of backquotes: three, or one more than stand in a row anywhere
+/// in it, so that no line of it can end the block. The text stays as it is but for what nobody
+/// sees.
+QString fenced(const QString &text);
 
 /// The bytes of UTF-8 that `text` may take of a prompt's limit: each "@" counts 3 more, since an
 /// agent may be given a mark before it (see EngineAgent::run).

@@ -261,24 +261,110 @@ QStringView utf8Prefix(QStringView text, qsizetype maxBytes) {
     return text.first(at);
 }
 
+namespace {
+
+/// Signs of numbers that are drawn before what they mark, though they are of category Cf.
+bool isDrawnFormat(char32_t c) {
+    return (c >= 0x600 && c <= 0x605) || c == 0x6DD || c == 0x70F || c == 0x890 || c == 0x891 ||
+           c == 0x8E2 || c == 0x110BD || c == 0x110CD;
+}
+
+/// Whether a joiner behind `c` shapes what is seen.
+bool takesJoiner(char32_t c) {
+    if (QChar::category(c) == QChar::Symbol_Other || (c >= 0x1F3FB && c <= 0x1F3FF)) {
+        return true; // an emoji, or the colour of its skin
+    }
+    switch (QChar::script(c)) {
+    case QChar::Script_Unknown:
+    case QChar::Script_Inherited:
+    case QChar::Script_Common:
+    case QChar::Script_Latin:
+    case QChar::Script_Greek:
+    case QChar::Script_Cyrillic:
+    case QChar::Script_Armenian:
+    case QChar::Script_Georgian:
+    case QChar::Script_Hebrew:
+    case QChar::Script_Han:
+    case QChar::Script_Hiragana:
+    case QChar::Script_Katakana:
+    case QChar::Script_Hangul:
+    case QChar::Script_Bopomofo:
+        return false;
+    default:
+        return QChar::isLetter(c);
+    }
+}
+
+bool breaksLine(char32_t c) {
+    return (c >= U'\n' && c <= U'\r') || c == 0x85 || c == 0x2028 || c == 0x2029;
+}
+
+bool isBlankLine(QStringView line) { return trimmed(line).isEmpty(); }
+
+} // namespace
+
 QString withoutHidden(const QString &text) {
-    const auto hides = [](char32_t c) {
-        constexpr char32_t nonJoiner = 0x200C;
-        constexpr char32_t joiner = 0x200D;
-        return QChar::category(c) == QChar::Other_Format && c != joiner && c != nonJoiner;
-    };
     // None of them is below U+00AD: most texts are left as they are at once.
     if (std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0xAD; })) {
         return text;
     }
     QString out;
     out.reserve(text.size());
+    bool joins = false; // what came before takes a joiner
     for (const char32_t c : text.toUcs4()) {
-        if (!hides(c)) {
-            out += QStringView(QChar::fromUcs4(c));
+        const bool joiner = c == 0x200C || c == 0x200D;
+        const bool format = QChar::category(c) == QChar::Other_Format;
+        if (format && !isDrawnFormat(c) && !(joiner && joins)) {
+            continue;
+        }
+        out += QStringView(QChar::fromUcs4(c));
+        if (!QChar::isMark(c)) {
+            joins = takesJoiner(c);
         }
     }
     return out;
+}
+
+QString heldLines(const QString &text, qsizetype maxCharacters) {
+    constexpr qsizetype bytesPerCharacter = 8;
+    QString lines;
+    lines.reserve(text.size());
+    const QString visible = withoutHidden(text);
+    for (qsizetype at = 0; at < visible.size(); ++at) {
+        const char16_t c = visible[at].unicode();
+        if (c == u'\r' && at + 1 < visible.size() && visible[at + 1] == u'\n') {
+            continue;
+        }
+        if (breaksLine(c)) {
+            lines += u'\n';
+        } else if (c == u'\t' || (c >= 0x20 && (c < 0x7F || c >= 0xA0))) {
+            lines += visible[at];
+        }
+    }
+    QStringView held = utf8Prefix(lines, maxCharacters * bytesPerCharacter);
+    for (qsizetype end = held.indexOf(u'\n'); end >= 0 && isBlankLine(held.first(end));
+         end = held.indexOf(u'\n')) {
+        held = held.sliced(end + 1);
+    }
+    held = firstCharacters(held, maxCharacters);
+    while (!held.isEmpty() && isBlank(held.back().unicode())) {
+        held.chop(1);
+    }
+    return held.toString();
+}
+
+QString heldLine(const QString &text, qsizetype maxCharacters) {
+    QString line;
+    // Blanks may take any room before they are made one.
+    for (const QChar c : heldLines(text, text.size())) {
+        const bool fixed = c == u'\u00A0' || c == u'\u202F';
+        if (fixed || !isBlank(c.unicode())) {
+            line += c;
+        } else if (!line.isEmpty() && line.back() != u' ') {
+            line += u' ';
+        }
+    }
+    return heldLines(trimmed(line).toString(), maxCharacters);
 }
 
 } // namespace vorle

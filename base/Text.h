@@ -28,9 +28,18 @@ QStringView lastCharacters(QStringView text, qsizetype count);
 /// name stays as it is.
 QString decodeEntities(QStringView text);
 
-/// `text` without the characters of category Cf, which nobody sees: they turn the direction of what
-/// follows, or hide words. The two joiners stay: they shape what is seen.
+/// `text` without the signs of category Cf, which nobody sees: they turn the direction of what
+/// follows, or hide words. What a script needs stays: the joiners behind a letter of a script that
+/// joins (Arabic, Indic) or behind an emoji, and the number signs that are drawn.
 QString withoutHidden(const QString &text);
+
+/// A stranger's text as it may be kept: without hidden signs and control characters, every line
+/// break as '\n', tabs as they are, no blank line at either end; at most `maxCharacters`
+/// characters, and eight bytes each on the whole (characters may be of any size).
+QString heldLines(const QString &text, qsizetype maxCharacters);
+
+/// The same on one line: runs of blanks are one, a no-break space stays what it is.
+QString heldLine(const QString &text, qsizetype maxCharacters);
 
 /// The longest prefix of `text` that takes at most `maxBytes` in UTF-8 and does not cut a code
 /// point.

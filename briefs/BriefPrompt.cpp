@@ -1,8 +1,8 @@
 #include "briefs/BriefPrompt.h"
 
 #include "agents/PromptText.h"
-#include "base/AddressRules.h"
 #include "base/Text.h"
+#include "core/WebLink.h"
 
 #include <QStringList>
 
@@ -78,11 +78,11 @@ QString topicText(const Topic &topic) {
 QString sourcesText(const Topic &topic) {
     QStringList lines;
     for (const TopicSource &source : topic.sources) {
-        const QString url = oneLine(source.url, linkBytes);
-        if (lines.size() < mostSources && isHttpLink(url) && utf8Size(url) <= linkBytes) {
+        const auto link = WebLink::from(source.url, linkBytes);
+        if (lines.size() < mostSources && link) {
             const QString title = oneLine(source.title, sourceCharacters);
             lines += QStringLiteral("- ") +
-                     (title.isEmpty() ? QString() : title + QStringLiteral(": ")) + url;
+                     (title.isEmpty() ? QString() : title + QStringLiteral(": ")) + link->text();
         }
     }
     return lines.isEmpty() ? QStringLiteral("(no link is known)") : lines.join(u'\n');

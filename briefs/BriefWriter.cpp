@@ -1,13 +1,12 @@
 #include "briefs/BriefWriter.h"
 
-#include "agents/PromptText.h"
-#include "base/AddressRules.h"
 #include "base/MainThread.h"
 #include "base/SystemErrorText.h"
 #include "base/Text.h"
 #include "briefs/BriefPrompt.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
+#include "core/WebLink.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -30,26 +29,7 @@ constexpr qsizetype titleCharacters = 150;
 constexpr qsizetype bodyCharacters = 1'500;
 constexpr qsizetype pointCharacters = 400;
 constexpr qsizetype codeCharacters = 4'000;
-constexpr qsizetype linkBytes = 2'000;
-/// Characters may be of any size: stacked marks must not make a note of megabytes.
-constexpr qsizetype bytesPerCharacter = 8;
 constexpr double mostMinutes = 60;
-
-/// Lines as they are, without other control characters and without blank lines at either end.
-QString heldLines(QString text, qsizetype characters) {
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    text.removeIf([](QChar c) { return c.unicode() < 0x20 && c != u'\n' && c != u'\t'; });
-    QStringView lines = utf8Prefix(text, characters * bytesPerCharacter);
-    for (qsizetype end = lines.indexOf(u'\n'); end >= 0 && trimmed(lines.first(end)).isEmpty();
-         end = lines.indexOf(u'\n')) {
-        lines = lines.sliced(end + 1);
-    }
-    lines = firstCharacters(lines, characters);
-    while (!lines.isEmpty() && isBlank(lines.back().unicode())) {
-        lines.chop(1);
-    }
-    return lines.toString();
-}
 
 QString heldText(const QString &text, qsizetype characters) {
     return heldLines(trimmed(text).toString(), characters);
@@ -68,7 +48,7 @@ QString withoutFence(const QString &code) {
 QList<Brief::Part> heldParts(const QList<Brief::Part> &parts, qsizetype most) {
     QList<Brief::Part> held;
     for (const Brief::Part &part : parts) {
-        const Brief::Part one{oneLine(part.title, titleCharacters),
+        const Brief::Part one{heldLine(part.title, titleCharacters),
                               heldText(part.body, bodyCharacters)};
         if (held.size() < most && !(one.title.isEmpty() && one.body.isEmpty())) {
             held += one;
@@ -80,12 +60,13 @@ QList<Brief::Part> heldParts(const QList<Brief::Part> &parts, qsizetype most) {
 QList<Brief::Source> heldSources(const QList<Brief::Source> &sources) {
     QList<Brief::Source> held;
     for (const Brief::Source &source : sources) {
-        const QString url = trimmed(source.url).toString();
-        const bool known = std::any_of(
-            held.begin(), held.end(), [&](const Brief::Source &other) { return other.url == url; });
-        if (held.size() < mostSources && !known && utf8Size(url) <= linkBytes && isHttpLink(url)) {
-            held += {oneLine(source.title, titleCharacters), url,
-                     oneLine(source.adds, pointCharacters)};
+        const auto link = WebLink::from(source.url);
+        const bool known = std::any_of(held.begin(), held.end(), [&](const Brief::Source &other) {
+            return link && other.url == link->text();
+        });
+        if (held.size() < mostSources && link && !known) {
+            held += {heldLine(source.title, titleCharacters), link->text(),
+                     heldLine(source.adds, pointCharacters)};
         }
     }
     return held;
@@ -111,7 +92,7 @@ std::optional<Brief> briefFrom(const BriefWriter::Output &output) {
         brief.project = project;
     }
     for (const QString &point : output.unclear) {
-        const QString held = oneLine(point, pointCharacters);
+        const QString held = heldLine(point, pointCharacters);
         if (brief.unclear.size() < mostUnclear && !held.isEmpty()) {
             brief.unclear += held;
         }

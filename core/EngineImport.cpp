@@ -1,6 +1,8 @@
 #include "core/EngineImport.h"
 
+#include "base/Text.h"
 #include "core/ScoreScale.h"
+#include "core/WebLink.h"
 
 namespace vorle {
 
@@ -64,9 +66,17 @@ struct Envelope {
     }
 };
 
+constexpr qsizetype lineCharacters = 300;
+constexpr qsizetype textCharacters = 4'000;
+
+QString line(const QString &text) { return heldLine(text, lineCharacters); }
+
+QString lines(const QString &text) { return heldLines(text, textCharacters); }
+
 /// The agent fills a field it has nothing for with an empty text.
 std::optional<QString> unlessEmpty(const std::optional<QString> &text) {
-    return text && !text->isEmpty() ? text : std::nullopt;
+    const QString held = lines(text.value_or(QString()));
+    return held.isEmpty() ? std::nullopt : std::optional(held);
 }
 
 int minutesOf(const Item &item) {
@@ -78,14 +88,14 @@ int minutesOf(const Item &item) {
 Topic topicFrom(const Item &item, const QString &project, const QDateTime &now) {
     Topic topic;
     topic.id = QUuid::createUuid();
-    topic.title = item.titre;
+    topic.title = line(item.titre);
     topic.score = scoreFromRelevance(item.note);
     topic.project = project;
     topic.minutes = minutesOf(item);
-    topic.kind = item.nature;
-    topic.summary = item.resume;
-    topic.why = item.pourquoi;
-    topic.firstStep = item.premierPas;
+    topic.kind = line(item.nature);
+    topic.summary = lines(item.resume);
+    topic.why = lines(item.pourquoi);
+    topic.firstStep = lines(item.premierPas);
     if (const auto change = unlessEmpty(item.ceQueCaChange)) {
         topic.changes = QList<QString>{*change};
     }
@@ -95,7 +105,9 @@ Topic topicFrom(const Item &item, const QString &project, const QDateTime &now) 
     topic.newVersion = unlessEmpty(item.versionNouvelle);
     topic.publishedOn = unlessEmpty(item.datePublication);
     for (const Source &source : item.sources) {
-        topic.sources.append({source.titre, source.url});
+        if (const auto link = WebLink::from(source.url)) {
+            topic.sources.append({line(source.titre), link->text()});
+        }
     }
     topic.status = TopicStatus::Inbox;
     topic.foundAt = now;

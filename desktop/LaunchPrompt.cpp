@@ -2,6 +2,7 @@
 
 #include "base/French.h"
 #include "base/Text.h"
+#include "core/WebLink.h"
 
 #include <QStringList>
 
@@ -66,13 +67,10 @@ QString addresses(const QList<TopicSource> &sources) {
     QStringList all;
     qsizetype bytes = 0;
     for (const TopicSource &source : sources) {
-        QString address = visible(source.url);
-        address.replace(u' ', QStringLiteral("%20"));
-        const bool isPage = address.startsWith(u"https://", Qt::CaseInsensitive) ||
-                            address.startsWith(u"http://", Qt::CaseInsensitive);
-        bytes += utf8Size(address) + 2;
-        if (isPage && !all.contains(address) && bytes <= maxLineBytes) {
-            all += address;
+        const auto link = WebLink::from(source.url, WebLink::mostBytesOfUsers);
+        bytes += link ? link->text().size() + 2 : 0;
+        if (link && !all.contains(link->text()) && bytes <= maxLineBytes) {
+            all += link->text();
         }
     }
     return all.join(QStringLiteral(", "));

@@ -111,7 +111,7 @@ std::optional<Judgment> accepted(const AnsweredJudgment &answer) {
 }
 
 void cut(QString &text, qsizetype characters) {
-    text = firstCharacters(trimmed(text), characters).toString();
+    text = heldLines(trimmed(text).toString(), characters);
 }
 
 } // namespace

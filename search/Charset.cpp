@@ -108,6 +108,15 @@ QByteArray decodeAs(QByteArrayView bytes, const QByteArray &charset) {
     return fromUtf8OrWindows1252(bytes);
 }
 
+/// Whether the bytes are UTF-8 and could hardly be anything else: beyond ASCII, and without the
+/// signs by which encodings of seven or sixteen bits say the same.
+bool isUtf8ForSure(QByteArrayView bytes) {
+    const QByteArrayView whole = withoutCutCharacter(bytes);
+    const bool foreign = std::any_of(whole.begin(), whole.end(),
+                                     [](char c) { return static_cast<quint8>(c) >= 0x80; });
+    return foreign && !whole.contains('\0') && !whole.contains('\x1B') && whole.isValidUtf8();
+}
+
 QByteArray decodeBytes(QByteArrayView bytes, QByteArrayView contentType) {
     if (bytes.startsWith("\xEF\xBB\xBF")) {
         return fromUtf8OrWindows1252(bytes.sliced(3));
@@ -117,6 +126,9 @@ QByteArray decodeBytes(QByteArrayView bytes, QByteArrayView contentType) {
     }
     if (bytes.startsWith("\xFE\xFF")) {
         return decodeAs(bytes, "utf-16be");
+    }
+    if (isUtf8ForSure(bytes)) {
+        return fromUtf8OrWindows1252(bytes);
     }
     const QByteArray charset = charsetIn(contentType);
     return decodeAs(bytes, charset.isEmpty() ? charsetInMeta(bytes) : charset);

@@ -55,6 +55,14 @@ public:
         return m_rest.size() < before;
     }
 
+    /// The remark in parentheses that a mail's date may end with: "+0100 (CET)".
+    void comment() {
+        const std::size_t open = m_rest.find_first_not_of(" \t\r\n");
+        if (open != std::string_view::npos && m_rest[open] == '(' && m_rest.back() == ')') {
+            m_rest = {};
+        }
+    }
+
     /// A number of `fewest` to `most` digits; -1 for any other count.
     int number(std::size_t fewest, std::size_t most) {
         int value = 0;
@@ -120,28 +128,33 @@ bool isDayName(std::string_view word) {
 std::optional<int> zoneOf(std::string_view name) {
     struct Zone {
         std::string_view name;
-        int hours;
+        int quarters; ///< of an hour
     };
-    static constexpr std::array<Zone, 11> zones{{{"gmt", 0},
-                                                 {"utc", 0},
-                                                 {"ut", 0},
-                                                 {"est", -5},
-                                                 {"edt", -4},
-                                                 {"cst", -6},
-                                                 {"cdt", -5},
-                                                 {"mst", -7},
-                                                 {"mdt", -6},
-                                                 {"pst", -8},
-                                                 {"pdt", -7}}};
+    // Where one name means several zones, the one of RFC 822, else the one of most feeds: BST is
+    // British, IST Indian, CST American.
+    static constexpr auto zones = std::to_array<Zone>({
+        {"gmt", 0},   {"utc", 0},   {"ut", 0},    {"est", -20}, {"edt", -16},  {"cst", -24},
+        {"cdt", -20}, {"mst", -28}, {"mdt", -24}, {"pst", -32}, {"pdt", -28},  {"wet", 0},
+        {"west", 4},  {"bst", 4},   {"cet", 4},   {"cest", 8},  {"met", 4},    {"mest", 8},
+        {"mez", 4},   {"mesz", 8},  {"eet", 8},   {"eest", 12}, {"msk", 12},   {"trt", 12},
+        {"wat", 4},   {"cat", 8},   {"sast", 8},  {"eat", 12},  {"idt", 12},   {"gst", 16},
+        {"pkt", 20},  {"ist", 22},  {"ict", 28},  {"wib", 28},  {"sgt", 32},   {"hkt", 32},
+        {"pht", 32},  {"awst", 32}, {"jst", 36},  {"kst", 36},  {"acst", 38},  {"acdt", 42},
+        {"aest", 40}, {"aedt", 44}, {"nzst", 48}, {"nzdt", 52}, {"brt", -12},  {"art", -12},
+        {"nst", -14}, {"ndt", -10}, {"ast", -16}, {"adt", -12}, {"akst", -36}, {"akdt", -32},
+        {"hst", -40},
+    });
     if (name.size() == 1 && name != "j") {
         return 0;
     }
     for (const Zone &zone : zones) {
         if (zone.name == name) {
-            return zone.hours * 60;
+            return zone.quarters * 15;
         }
     }
-    return std::nullopt;
+    // RFC 2822, section 4.3: other names of zones count as UTC, which is at most half a day off. A
+    // word of two letters is half a day itself: AM, PM.
+    return name.size() >= 3 && name.size() <= 5 ? std::optional(0) : std::nullopt;
 }
 
 /// The zone that ends the text.
@@ -149,6 +162,7 @@ std::optional<int> zone(Cursor &in) {
     int minutes = 0;
     if (!in.atEnd() && isLetter(in.rest().front())) {
         const auto named = zoneOf(in.word());
+        in.comment();
         if (!named || in.atEnd()) {
             return named;
         }
@@ -167,6 +181,7 @@ std::optional<int> zone(Cursor &in) {
     } else if (in.take(':')) {
         rest = in.number(2, 2);
     }
+    in.comment();
     if (hours < 0 || in.digits() == 3 || whole > 23 || rest < 0 || rest > 59 || !in.atEnd()) {
         return std::nullopt;
     }

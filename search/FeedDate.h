@@ -19,10 +19,11 @@ namespace vorle {
 ///     yyyy-MM-dd'T'HH:mm:ssZ
 ///     yyyy-MM-dd'T'HH:mm:ss.SSSZ
 ///
-/// A zone is "+0130", "+01:30", "Z" or a name of RFC 822 ("GMT", "EST", the military letters, which
-/// RFC 2822 section 4.3 reads as UTC), in every form. A year of two digits is what RFC 2822 makes
-/// of it. The weekday is not checked against the date; a day no month has makes no date. Whole
-/// seconds. Pure, any thread.
+/// A zone is "+0130", "+01:30", "Z", a name of RFC 822 ("GMT", "EST") or one in common use ("CET",
+/// "JST"), in every form, a remark in parentheses behind it aside. The military letters and other
+/// names of three to five letters count as UTC, as RFC 2822 section 4.3 has it. A year of two
+/// digits is what RFC 2822 makes of it. The weekday is not checked against the date; a day no month
+/// has makes no date. Whole seconds. Pure, any thread.
 std::optional<QDateTime> parseFeedDate(QByteArrayView text);
 
 } // namespace vorle

@@ -182,10 +182,12 @@ void Gatherer::startChild(Role role, Vocabulary vocabulary, const Attributes &at
 }
 
 void Gatherer::startLink(Vocabulary vocabulary, const Attributes &attributes) {
-    if (const std::string address = attributes.value("href"); !address.empty()) {
+    const std::string address = attributes.value("href");
+    if (!address.empty()) {
         offerLink(rankOf(attributes.value("rel"), attributes.value("type")), address);
     }
-    if (vocabulary == Vocabulary::Feed) {
+    // Some write an Atom link as text.
+    if (vocabulary == Vocabulary::Feed || address.empty()) {
         gather(Role::Link);
     }
 }

@@ -1,6 +1,8 @@
 #include "search/Feeds.h"
 
+#include "agents/PromptText.h"
 #include "base/Text.h"
+#include "core/WebLink.h"
 #include "search/Browser.h"
 #include "search/Charset.h"
 #include "search/Links.h"
@@ -37,8 +39,8 @@ std::size_t findWord(std::string_view text, std::string_view word, std::size_t f
                                : static_cast<std::size_t>(found - text.begin());
 }
 
-/// The value of an attribute, its name standing alone: NAME\s*=\s*["']([^"']+)["'], or without
-/// quotes up to the next blank.
+/// The value of an attribute, its name standing alone: NAME\s*=\s*, then what stands between two
+/// quotes of one kind, or without quotes up to the next blank.
 std::string_view attribute(std::string_view tag, std::string_view name) {
     for (std::size_t at = findWord(tag, name, 0); at != std::string_view::npos;
          at = findWord(tag, name, at + 1)) {
@@ -58,10 +60,11 @@ std::string_view attribute(std::string_view tag, std::string_view name) {
         rest.remove_prefix(1);
         dropSpaces();
         const bool quoted = rest.starts_with('"') || rest.starts_with('\'');
-        rest.remove_prefix(quoted ? 1 : 0);
-        const std::size_t end = rest.find_first_of(quoted ? "\"'" : "\"' \t\r\n\f");
-        if (end > 0 && !rest.empty() && (end != std::string_view::npos || !quoted)) {
-            return rest.substr(0, end);
+        const std::string_view value =
+            quoted ? rest.substr(1) : rest.substr(0, rest.find_first_of("\"' \t\r\n\f"));
+        const std::size_t end = quoted ? value.find(rest.front()) : value.size();
+        if (end > 0 && end != std::string_view::npos) {
+            return value.substr(0, end);
         }
     }
     return {};
@@ -69,19 +72,6 @@ std::string_view attribute(std::string_view tag, std::string_view name) {
 
 bool holds(std::string_view value, std::string_view word) {
     return findWord(value, word, 0) != std::string_view::npos;
-}
-
-/// A stranger's text as part of a prompt's line: nothing in it can close a fence.
-QString inLine(const QString &text, qsizetype maxCharacters) {
-    QString line = firstCharacters(text, maxCharacters).toString();
-    for (QChar &c : line) {
-        const bool control = c.unicode() < 0x20 || (c.unicode() >= 0x7F && c.unicode() < 0xA0) ||
-                             c.unicode() == 0x2028 || c.unicode() == 0x2029;
-        c = control ? QChar(u' ') : c;
-    }
-    line.replace(QStringLiteral("\"\"\""), QStringLiteral("”””"));
-    line.replace(QStringLiteral("```"), QStringLiteral("’’’"));
-    return trimmed(line).toString();
 }
 
 /// What a run takes of a feed's items.
@@ -98,6 +88,13 @@ QList<FeedItem> recentItems(QList<FeedItem> items, const QSet<QString> &known,
         if (item.date && *item.date < oldest) {
             continue;
         }
+        const auto held = WebLink::from(item.link);
+        if (!held) {
+            continue;
+        }
+        item.link = held->text();
+        item.title = withoutHidden(item.title);
+        item.summary = withoutHidden(item.summary);
         const QString link = canonicalLink(item.link);
         if (seen.contains(link) || known.contains(link)) {
             continue;
@@ -149,25 +146,26 @@ std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddres
         }
         QString address = QString::fromUtf8(href.data(), static_cast<qsizetype>(href.size()));
         address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
-        QString feed = pageAddress.resolved(QUrl(address.trimmed())).toString(QUrl::FullyEncoded);
-        if (isHttpLink(feed)) {
-            return feed;
+        const auto feed = WebLink::from(
+            pageAddress.resolved(QUrl(address.trimmed())).toString(QUrl::FullyEncoded));
+        if (feed) {
+            return feed->text();
         }
     }
     return std::nullopt;
 }
 
 QString feedItemLine(const FeedItem &item) {
-    QString site = inLine(item.site, 200);
+    QString site = oneLine(item.site, 200);
     site.replace(u']', u')');
-    QString line = u'[' + site + QStringLiteral("] ") + inLine(item.title, 300);
+    QString line = u'[' + site + QStringLiteral("] ") + oneLine(item.title, 300);
     if (!item.summary.isEmpty()) {
-        line += QStringLiteral(" — ") + inLine(item.summary, 400);
+        line += QStringLiteral(" — ") + oneLine(item.summary, 400);
     }
     if (item.date) {
         line += QStringLiteral(" (") + item.date->toUTC().date().toString(Qt::ISODate) + u')';
     }
-    return line + u' ' + inLine(item.link, feedLinkLimit);
+    return line + u' ' + oneLine(item.link, feedLinkLimit);
 }
 
 Task<HttpResponse> Feeds::fetch(QUrl url, qint64 maxBytes, CancelToken cancel, Reach reach) {
@@ -190,7 +188,12 @@ Task<Feeds::Discovery> Feeds::look(QString siteAddress, CancelToken cancel, Reac
     if (!response.ok()) {
         co_return Discovery{};
     }
-    auto feed = co_await onPool([response]() -> std::optional<QString> {
+    // A feed's own address is one, whatever else the feed announces.
+    const auto itself = WebLink::from(url.toString(QUrl::FullyEncoded));
+    auto feed = co_await onPool([response, itself]() -> std::optional<QString> {
+        if (itself && parseFeed(response.body, response.contentType, response.url, {})) {
+            return itself->text();
+        }
         const auto page = decodeText(response.body, response.contentType);
         return page ? announcedFeed(*page, response.url) : std::nullopt;
     });

@@ -48,13 +48,14 @@ struct FeedsForRun {
 /// QUrl when that is no http(s) address with a host.
 QUrl siteUrl(const QString &typed);
 
-/// The address of the first feed a page announces in a link element (rel holding "alternate", type
-/// holding "rss+xml" or "atom+xml"), resolved against the page's own. The values may stand without
-/// quotes, as HTML allows and as compressed pages have them. Linear in the page. Pure, any thread.
+/// The address of the first feed that a page announces in a link element (rel holding "alternate",
+/// type holding "rss+xml" or "atom+xml"), resolved against the page's own. The values may stand
+/// without quotes, as HTML allows and as compressed pages have them. Linear in the page. Pure, any
+/// thread.
 std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddress);
 
 /// An item's line in a prompt: "[site] title — summary (2026-11-21) link", without what is empty.
-/// Held to one line and bounded, runs of quotes and backquotes that could close a fence defused.
+/// Held to one line and bounded (see oneLine): nothing in it can close a fence.
 QString feedItemLine(const FeedItem &item);
 
 /// The feeds of trusted sites. Main thread; parsing runs on the thread pool. Nothing the network
@@ -64,7 +65,8 @@ class Feeds {
 public:
     Feeds(HttpClient &http, const Clock &clock) : m_http(http), m_clock(clock) {}
 
-    /// The feed a site's page announces; nothing when it announces none or cannot be read.
+    /// The feed that a site's page announces, or the address itself when a feed answers there;
+    /// nothing when there is neither, or the page cannot be read.
     /// @throws Cancelled
     Task<std::optional<QString>> discover(QString siteAddress, CancelToken cancel = {},
                                           Reach reach = Reach::PublicOnly);

@@ -1,7 +1,9 @@
 #include "search/LinkCapture.h"
 
 #include "base/SystemErrorText.h"
+#include "base/Text.h"
 #include "core/Preferences.h"
+#include "core/WebLink.h"
 #include "judging/Judge.h"
 #include "search/LinkLedger.h"
 #include "search/Links.h"
@@ -15,16 +17,17 @@ namespace vorle {
 
 namespace {
 
+constexpr qsizetype titleCharacters = 300;
+constexpr qsizetype noteCharacters = 4'000;
+
 /// The address as people type it, with its scheme; empty when it is none.
 QString addressOf(const QString &typed) {
     const QString text = typed.trimmed();
     const bool hasScheme = text.contains(QStringLiteral("://"));
     const QString whole = hasScheme ? text : QStringLiteral("https://") + text;
-    const QUrl address(whole, QUrl::StrictMode);
-    const bool isPage = (address.scheme() == u"https" || address.scheme() == u"http") &&
-                        !address.host().isEmpty() && (hasScheme || address.host().contains(u'.')) &&
-                        whole.size() <= 4096;
-    return isPage ? whole : QString();
+    const auto link = WebLink::from(whole, WebLink::mostBytesOfUsers);
+    const bool isPage = link && (hasScheme || link->url().host().contains(u'.'));
+    return isPage ? link->text() : QString();
 }
 
 Candidate candidateOf(const Topic &captured) {
@@ -60,15 +63,16 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
     }
     Topic topic;
     topic.id = QUuid::createUuid();
-    topic.title = link.title.trimmed().isEmpty() ? QUrl(address).host() : link.title.simplified();
+    const QString title = heldLine(link.title, titleCharacters);
+    topic.title = title.isEmpty() ? QUrl(address).host() : title;
     topic.project = link.project;
-    topic.sources = {{link.title.simplified(), address}};
+    topic.sources = {{title, address}};
     topic.status = TopicStatus::Pending;
     topic.readLevel = ReadLevel::None; // until it is read: no score, rather than 0
     topic.foundAt = m_parts.clock.now();
     topic.capturedURL = address;
     topic.origin = Origin::Capture;
-    if (const QString note = link.note.trimmed(); !note.isEmpty()) {
+    if (const QString note = heldLines(link.note, noteCharacters); !note.isEmpty()) {
         topic.note = note;
     }
     const QUuid id = topic.id;

@@ -74,6 +74,14 @@ bool isForge(const QString &site) {
     return isOneOf(site, {u"github.com", u"gitlab.com", u"codeberg.org", u"bitbucket.org"});
 }
 
+/// The path behind a repository's own, between slashes and in lower case. Where a forge nests
+/// groups, "-" tells them from its pages.
+QString pageOfRepository(const QStringList &segments) {
+    const qsizetype dash = segments.indexOf(QStringLiteral("-"));
+    const QString page = segments.mid(dash > 1 ? dash + 1 : 2).join(u'/').toLower();
+    return page.isEmpty() ? QStringLiteral("/") : u'/' + page + u'/';
+}
+
 bool isDiscussion(const QString &site, const QStringList &segments) {
     const auto under = [&](QStringView domain) {
         return site == domain || site.endsWith(u'.' + domain.toString());
@@ -160,15 +168,18 @@ ItemKind guessKind(const QString &link) {
     if (isDiscussion(site, segments)) {
         return ItemKind::Discussion;
     }
-    if (path.contains(u"/security/") || path.contains(u"/advisories")) {
+    // What a repository is called tells nothing of its pages: "release-please" is a tool.
+    const bool inRepository =
+        isForge(site) && segments.size() >= 2 && !isGitHubPage(segments[0].toLower());
+    const QString page = inRepository ? pageOfRepository(segments) : path;
+    if (inRepository && (page == u"/" || page.startsWith(u"/tree/"))) {
+        return ItemKind::Tool;
+    }
+    if (page.contains(u"/security/") || page.contains(u"/advisories")) {
         return ItemKind::Security;
     }
-    if (path.contains(u"release") || path.contains(u"changelog")) {
+    if (page.contains(u"release") || page.contains(u"changelog")) {
         return ItemKind::Announcement;
-    }
-    const bool atRoot = segments.size() == 2 || (segments.size() > 2 && segments[2] == u"tree");
-    if (isForge(site) && atRoot && !isGitHubPage(segments[0])) {
-        return ItemKind::Tool;
     }
     return ItemKind::Article;
 }

@@ -39,7 +39,7 @@ MetaTag::MetaTag(std::string_view page, std::size_t begin)
     : m_page(page), m_end(std::min(page.find('>', begin), page.size())) {
     const std::size_t from = std::min(begin + 1, m_end); // one character at least comes before
     eachAttribute(page, from, m_end, {"content"}, [this](std::size_t word, std::size_t value) {
-        m_contents.push_back({word, value, m_page.find_first_of("\"'", value)});
+        m_contents.push_back({word, value, m_page.find(m_page[value - 1], value)});
     });
     eachAttribute(
         page, from, m_end, {"property", "name"},
@@ -56,12 +56,9 @@ std::string_view MetaTag::text(const Content &content) const {
 }
 
 std::optional<std::string_view> MetaTag::valueAfter(std::string_view key) const {
-    // The pattern takes the last content that has a closing quote. The last but one has one for
-    // sure: the quote that opens the last.
-    auto content = m_contents.rbegin();
-    if (content != m_contents.rend() && content->close == nowhere) {
-        ++content;
-    }
+    // The pattern takes the last content that has a closing quote.
+    const auto content = std::find_if(m_contents.rbegin(), m_contents.rend(),
+                                      [](const Content &one) { return one.close != nowhere; });
     if (content == m_contents.rend()) {
         return std::nullopt;
     }
@@ -74,34 +71,30 @@ std::optional<std::string_view> MetaTag::valueAfter(std::string_view key) const 
     return std::nullopt;
 }
 
+/// Whether the key stands between the end of a value that holds ">" and the next ">".
+bool MetaTag::followedBy(std::string_view key, const Content &content) const {
+    const std::size_t end = std::min(m_page.find('>', content.close), m_page.size());
+    bool follows = false;
+    eachAttribute(m_page, std::min(content.close + 2, end), end, {"property", "name"},
+                  [&](std::size_t word, std::size_t value) {
+                      follows = follows || keyEnd({word, value}, key) != nowhere;
+                  });
+    return follows;
+}
+
 std::optional<std::string_view> MetaTag::valueBefore(std::string_view key) const {
-    if (m_contents.empty()) {
-        return std::nullopt;
-    }
-    // A value may hold ">"; then the key stands between its end and the next ">".
-    const Content &last = m_contents.back();
-    if (last.close != nowhere && last.close > m_end) {
-        const std::size_t end = std::min(m_page.find('>', last.close), m_page.size());
-        bool follows = false;
-        eachAttribute(m_page, std::min(last.close + 2, end), end, {"property", "name"},
-                      [&](std::size_t word, std::size_t value) {
-                          follows = follows || keyEnd({word, value}, key) != nowhere;
-                      });
-        if (follows) {
-            return text(last);
-        }
-    }
     const auto name = std::find_if(m_names.rbegin(), m_names.rend(), [&](const Name &candidate) {
         return keyEnd(candidate, key) != nowhere;
     });
-    if (name == m_names.rend()) {
-        return std::nullopt;
+    // The last content that the key follows. Two at most end beyond the tag: one a kind of quote.
+    for (auto content = m_contents.rbegin(); content != m_contents.rend(); ++content) {
+        const bool inside = content->close < m_end;
+        if (inside ? name != m_names.rend() && content->close + 2 <= name->word
+                   : content->close != nowhere && followedBy(key, *content)) {
+            return text(*content);
+        }
     }
-    const auto content =
-        std::find_if(m_contents.rbegin(), m_contents.rend(), [&](const Content &candidate) {
-            return candidate.close < m_end && candidate.close + 2 <= name->word;
-        });
-    return content == m_contents.rend() ? std::nullopt : std::optional(text(*content));
+    return std::nullopt;
 }
 
 } // namespace vorle::html

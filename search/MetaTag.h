@@ -7,11 +7,12 @@
 namespace vorle::html {
 
 /// One "<meta" of a page up to the next ">", as far as two patterns look at it:
-///     <meta[^>]+(?:property|name)=["']KEY["'][^>]+content=["']([^"']*)["']
-///     <meta[^>]+content=["']([^"']*)["'][^>]+(?:property|name)=["']KEY["']
-/// The values are what the patterns capture, case ignored, in time linear in the tag (a value may
-/// reach beyond it). Another "<meta" before the same ">" would see less of the same: the first
-/// speaks for all of them.
+///     <meta[^>]+(?:property|name)=["']KEY["'][^>]+content=(?:"([^"]*)"|'([^']*)')
+///     <meta[^>]+content=(?:"([^"]*)"|'([^']*)')[^>]+(?:property|name)=["']KEY["']
+/// A value ends at the quote that opened it: French is full of the other one. The values are what
+/// the patterns capture, case ignored, in time linear in the tag (a value may reach beyond it).
+/// Another "<meta" before the same ">" would see less of the same: the first speaks for all of
+/// them.
 class MetaTag {
 public:
     /// `begin` is behind "<meta" in `page`, which must outlive the tag and the values.
@@ -36,6 +37,7 @@ private:
     };
 
     std::size_t keyEnd(const Name &name, std::string_view key) const;
+    bool followedBy(std::string_view key, const Content &content) const;
     std::string_view text(const Content &content) const;
 
     std::string_view m_page;

@@ -4,6 +4,7 @@
 #include "search/PageText.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace vorle {
@@ -23,15 +24,21 @@ struct ReadPage : PageText {
 /// are under way: they go on by themselves, and read as ReadLevel::None when the client is gone.
 class PageReader {
 public:
+    /// Where an address is really asked for: tests send all of them to one machine.
+    using Route = std::function<QUrl(const QUrl &)>;
+
     /// `deadline` is for one exchange, from the moment it starts.
     explicit PageReader(HttpClient &http,
-                        std::chrono::milliseconds deadline = std::chrono::seconds(20));
+                        std::chrono::milliseconds deadline = std::chrono::seconds(20),
+                        Route route = {});
     ~PageReader();
     PageReader(const PageReader &) = delete;
     PageReader &operator=(const PageReader &) = delete;
 
-    /// Reads one link, prepared first (see readableLink). Never throws for what the network or
-    /// the page does. `reach` is Anywhere only for a link the user typed. @throws Cancelled
+    /// Reads one link, prepared first (see readableLink); where its site offers the same thing as
+    /// JSON (see twinOf), that, else the page. What nobody sees is left out. Never throws for what
+    /// the network or the page does. `reach` is Anywhere only for a link the user typed. @throws
+    /// Cancelled
     Task<ReadPage> read(QString link, CancelToken cancel = {}, Reach reach = Reach::PublicOnly);
 
 private:

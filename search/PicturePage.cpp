@@ -39,8 +39,8 @@ struct LinkTag {
     std::string_view href;
 };
 
-/// Reads the attributes behind "<link", values in quotes alone. As in the pattern a value ends at
-/// the next quote of either kind.
+/// Reads the attributes behind "<link", values in quotes alone. A value ends at the quote that
+/// opened it.
 LinkTag readLink(std::string_view page, std::size_t at) {
     LinkTag link;
     while (at < page.size() && page[at] != '>') {
@@ -55,7 +55,7 @@ LinkTag readLink(std::string_view page, std::size_t at) {
         if (!valued) {
             continue;
         }
-        const std::size_t close = page.find_first_of("\"'", at + 1);
+        const std::size_t close = page.find(page[at], at + 1);
         if (close == nowhere) {
             at = page.size();
             break;

@@ -2,15 +2,16 @@
 
 #include "agents/PromptText.h"
 #include "base/Text.h"
-#include "search/Links.h"
+#include "core/WebLink.h"
 
 namespace vorle {
 
 namespace {
 
 constexpr qsizetype titleCharacters = 300;
-constexpr qsizetype linkCharacters = 2'000;
 constexpr qsizetype whatCharacters = 4'000;
+constexpr qsizetype nameCharacters = 1'000; ///< of a project, its description with it
+constexpr qsizetype aboutCharacters = 200;
 
 struct CandidatesAnswer {
     QList<Candidate> candidates;
@@ -28,24 +29,20 @@ struct DigAnswer {
     }
 };
 
-QString tidyTitle(const QString &title) {
-    return firstCharacters(title.simplified(), titleCharacters).toString();
-}
-
-/// The link without blanks around it, or nothing when it is no web address.
-std::optional<QString> tidyLink(const QString &link) {
-    const QString bare = trimmed(link).toString();
-    return bare.size() <= linkCharacters && isHttpLink(bare) ? std::optional(bare) : std::nullopt;
-}
-
 QString digBlock(const DigItem &item) {
+    const auto link = WebLink::from(item.url, WebLink::mostBytesOfUsers);
     return QStringLiteral("### id: ") + item.id + QStringLiteral("\nTitle: ") +
-           item.title.simplified() + QStringLiteral("\nLink: ") + item.url.simplified() +
-           QStringLiteral("\nAbout: ") + item.about.simplified();
+           oneLine(item.title, titleCharacters) + QStringLiteral("\nLink: ") +
+           (link ? link->text() : QString()) + QStringLiteral("\nAbout: ") +
+           oneLine(item.about, aboutCharacters);
 }
 
 QString joinedOr(const QStringList &list, const QString &separator, const QString &none) {
-    return list.isEmpty() ? none : list.join(separator);
+    QStringList held;
+    for (const QString &text : list) {
+        held += oneLine(text, nameCharacters);
+    }
+    return held.isEmpty() ? none : held.join(separator);
 }
 
 QString exclusionList(const QStringList &exclusions) {
@@ -88,7 +85,7 @@ Question Pipeline::screening(const SitesRequest &request, const QStringList &ite
     };
     // Under a limit the items come first, then as many known links as fit.
     const bool limited = EngineAgent::promptLimit(agent).has_value();
-    const qsizetype room = limited ? promptBytes - utf8Size(filled({})) : knownBytes;
+    const qsizetype room = limited ? promptBytes - promptSize(filled({})) : knownBytes;
     question.prompt = filled(joinedLinks(request.knownLinks, std::min(room, knownBytes)));
     question.schemaName = QStringLiteral("candidates-schema");
     question.step = QStringLiteral("items of trusted sites");
@@ -104,7 +101,7 @@ Question Pipeline::digging(const QList<DigItem> &items, const DigFrame &frame) c
     }
     Question question;
     question.prompt =
-        fillTemplate(loadPrompt(m_asker->resources(), QStringLiteral("dig-prompt")),
+        replacedOnce(loadPrompt(m_asker->resources(), QStringLiteral("dig-prompt")),
                      {{QStringLiteral("@TODAY"), frame.today.toString(Qt::ISODate)},
                       {QStringLiteral("@EXCLUDED"), exclusionList(frame.exclusions)},
                       {QStringLiteral("@ITEMS"), blocks.join(QStringLiteral("\n\n"))}});
@@ -120,14 +117,14 @@ Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel
     Found found;
     found.costUSD = asked.costUSD;
     for (Candidate &candidate : asked.answer.candidates) {
-        const auto link = tidyLink(candidate.url);
+        const auto link = WebLink::from(candidate.url);
         if (!link) {
             ++found.refused;
             continue;
         }
-        candidate.url = *link;
-        candidate.title = tidyTitle(candidate.title);
-        candidate.about = candidate.about.simplified();
+        candidate.url = link->text();
+        candidate.title = heldLine(candidate.title, titleCharacters);
+        candidate.about = heldLine(candidate.about, aboutCharacters).simplified();
         found.candidates.append(std::move(candidate));
     }
     co_return found;
@@ -138,13 +135,13 @@ Task<Pipeline::DugUp> Pipeline::dig(QList<DigItem> items, DigFrame frame, Cancel
     DugUp dug;
     dug.costUSD = asked.costUSD;
     for (Dug &result : asked.answer.results) {
-        const auto link = tidyLink(result.url);
+        const auto link = WebLink::from(result.url);
         if (!result.found || !link) {
             continue;
         }
-        result.url = *link;
-        result.title = tidyTitle(result.title);
-        result.what = firstCharacters(trimmed(result.what), whatCharacters).toString();
+        result.url = link->text();
+        result.title = heldLine(result.title, titleCharacters);
+        result.what = heldLines(result.what, whatCharacters);
         dug.results.append(std::move(result));
     }
     co_return dug;

@@ -2,7 +2,7 @@
 
 #include "agents/Ask.h"
 #include "agents/PromptText.h"
-#include "base/Text.h"
+#include "core/WebLink.h"
 
 namespace vorle {
 
@@ -12,27 +12,48 @@ namespace {
 // instruction itself and for what its author adds to it.
 constexpr qsizetype manifestBytes = 80'000;
 
-QString bulleted(const QStringList &lines) {
+// Names come from folders, bundles and files: each keeps to its line.
+constexpr qsizetype nameCharacters = 200;
+constexpr qsizetype descriptionCharacters = 2'000;
+
+QString name(const QString &text) { return oneLine(text, nameCharacters); }
+
+QString description(const QString &text) { return oneLine(text, descriptionCharacters); }
+
+QStringList names(QStringList texts) {
+    for (QString &text : texts) {
+        text = name(text);
+    }
+    return texts;
+}
+
+QString bulleted(QStringList lines) {
+    constexpr qsizetype weightCharacters = 20;
+    for (QString &line : lines) {
+        line = oneLine(line, nameCharacters + weightCharacters);
+    }
     return QStringLiteral("- ") + lines.join(QStringLiteral("\n- "));
 }
 
 struct ScopeWriter {
     QString operator()(const CodeProject &project) const {
-        QString text = QStringLiteral("Project watched: **") + project.name + QStringLiteral("**");
+        QString text =
+            QStringLiteral("Project watched: **") + name(project.name) + QStringLiteral("**");
         if (project.description && !project.description->isEmpty()) {
-            text += QStringLiteral(", ") + *project.description;
+            text += QStringLiteral(", ") + description(*project.description);
         }
         return text + QStringLiteral(". Its dependency file `") + project.manifestName +
                QStringLiteral("` is below. Work out which parts matter most, then look for news on "
                               "those dependencies, their tooling, and the project's field."
-                              "\n\n```\n") +
-               project.manifestText + QStringLiteral("\n```");
+                              "\n\n") +
+               fenced(project.manifestText);
     }
 
     QString operator()(const PlainProject &project) const {
-        QString text = QStringLiteral("Project watched: **") + project.name + QStringLiteral("**");
+        QString text =
+            QStringLiteral("Project watched: **") + name(project.name) + QStringLiteral("**");
         if (!project.description.isEmpty()) {
-            text += QStringLiteral(", ") + project.description;
+            text += QStringLiteral(", ") + description(project.description);
         }
         return text + QStringLiteral(". It may not be code. Look for what would help it move "
                                      "forward: news in its field, tools, methods, examples of "
@@ -51,14 +72,14 @@ struct ScopeWriter {
         }
         if (!interests.tools.isEmpty()) {
             blocks += QStringLiteral("Tools they told me they use: ") +
-                      interests.tools.join(QStringLiteral(", ")) +
+                      names(interests.tools).join(QStringLiteral(", ")) +
                       QStringLiteral(". Look for what is new in them: features, versions, ways of "
                                      "using them.");
         }
         if (!interests.apps.isEmpty()) {
             blocks += QStringLiteral("Apps on their Mac, as context on how they work, not topics "
                                      "to search for their own sake: ") +
-                      interests.apps.join(QStringLiteral(", ")) + QStringLiteral(".");
+                      names(interests.apps).join(QStringLiteral(", ")) + QStringLiteral(".");
         }
         return blocks.join(QStringLiteral("\n\n"));
     }
@@ -77,7 +98,7 @@ struct ScopeWriter {
 
 /// The whole lines of `text` that fit in `maxBytes`; a first line longer than that is cut.
 QString wholeLines(const QString &text, qsizetype maxBytes) {
-    const QStringView fitting = utf8Prefix(text, maxBytes);
+    const QStringView fitting = promptPrefix(text, maxBytes);
     if (fitting.size() == text.size()) {
         return text;
     }
@@ -90,7 +111,7 @@ QString wholeLines(const QString &text, qsizetype maxBytes) {
 QString scopeText(const SearchScope &scope) { return std::visit(ScopeWriter{}, scope); }
 
 QString topicLine(const QString &topic, int weight) {
-    return topic + QStringLiteral(" (weight ") + QString::number(weight) + u')';
+    return name(topic) + QStringLiteral(" (weight ") + QString::number(weight) + u')';
 }
 
 QString radiusSentence(int level) {
@@ -116,12 +137,12 @@ QString radiusText(const QString &sentence, const QStringList &exclusions,
     QString text = sentence;
     if (!exclusions.isEmpty()) {
         text += QStringLiteral(" Never use these sites or folders as a source: ") +
-                exclusions.join(QStringLiteral(", ")) + u'.';
+                names(exclusions).join(QStringLiteral(", ")) + u'.';
     }
     if (!trustedSites.isEmpty()) {
         text += QStringLiteral(" The person trusts these sites: look there first (search them with "
                                "site:), then widen to the rest of the web: ") +
-                trustedSites.join(QStringLiteral(", ")) + u'.';
+                names(trustedSites).join(QStringLiteral(", ")) + u'.';
     }
     return text;
 }
@@ -130,8 +151,13 @@ QString joinedLinks(const QStringList &links, qsizetype maxBytes) {
     const QString separator = QStringLiteral(" ; ");
     QString joined;
     qsizetype used = 0;
-    for (const QString &link : links) {
-        used += utf8Size(link) + (joined.isEmpty() ? 0 : separator.size());
+    for (const QString &known : links) {
+        const auto held = WebLink::from(known); // an older file may hold what is none
+        if (!held) {
+            continue;
+        }
+        const QString &link = held->text();
+        used += promptSize(link) + (joined.isEmpty() ? 0 : separator.size());
         if (used > maxBytes) {
             break;
         }
@@ -156,7 +182,7 @@ QString candidatesPrompt(const QString &instruction, const SearchScope &scope,
     const QString placeholder = QStringLiteral("@KNOWN");
     const qsizetype places = std::max<qsizetype>(1, withoutKnown.count(placeholder));
     const qsizetype room =
-        maxBytes ? std::min(*maxBytes, promptBytes) - utf8Size(withoutKnown) : knownBytes;
+        maxBytes ? std::min(*maxBytes, promptBytes) - promptSize(withoutKnown) : knownBytes;
     const QString known = joinedLinks(request.knownLinks, std::min(room, knownBytes) / places);
     return fillTemplate(withoutKnown,
                         {{placeholder, known.isEmpty() ? QStringLiteral("none") : known}});

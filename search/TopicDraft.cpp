@@ -1,6 +1,7 @@
 #include "search/TopicDraft.h"
 
 #include "core/ScoreScale.h"
+#include "core/WebLink.h"
 #include "search/AboutNames.h"
 #include "search/Links.h"
 
@@ -61,21 +62,20 @@ ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
 }
 
 QList<TopicSource> sourcesOf(const Candidate &candidate, const ReadPage &page) {
-    constexpr qsizetype longestLink = 2'000;
     const QString title = page.title.value_or(QString());
     QList<TopicSource> sources{{title.isEmpty() ? candidate.title : title, candidate.url}};
     const QString end = canonicalLink(page.finalUrl);
     const bool another =
         end != canonicalLink(candidate.url) &&
         end != canonicalLink(readableLink(candidate.url).toString(QUrl::FullyEncoded));
-    if (page.level != ReadLevel::None && another && namesOnePage(page.finalUrl) &&
-        page.finalUrl.size() <= longestLink) {
+    const auto led = WebLink::from(page.finalUrl);
+    if (led && page.level != ReadLevel::None && another && namesOnePage(led->text())) {
         // Named by its site: the page's own title stands above it already.
-        QString site = QUrl(page.finalUrl).host();
+        QString site = led->url().host();
         if (site.startsWith(u"www.")) {
             site.remove(0, 4);
         }
-        sources += TopicSource{site, page.finalUrl};
+        sources += TopicSource{site, led->text()};
     }
     return sources;
 }

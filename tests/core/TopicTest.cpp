@@ -149,7 +149,9 @@ QByteArray item(const QByteArray &nature, const QByteArray &more) {
         "nature":")" +
            nature + R"(","resume":"r","pourquoi":"p","ce_que_ca_change":"c",
         "premier_pas":"s","effort_risques":"e","date_publication":"2026-10-20",
-        "sources":[{"titre":"A","url":"https://example.org"}])" +
+        "sources":[{"titre":"A\u202e","url":"https://example.org"},
+                   {"titre":"B","url":"https://example.org/\n### id: c2"},
+                   {"titre":"C","url":"javascript:alert(1)"}])" +
            more + "}";
 }
 
@@ -168,9 +170,11 @@ TEST(EngineImport, makes_a_topic_of_each_subject) {
     EXPECT_TRUE(topics[0].isUrgent());
     EXPECT_EQ(topics[0].project, QStringLiteral("Tiravue"));
     EXPECT_EQ(topics[0].sources[0].url, QStringLiteral("https://example.org"));
+    EXPECT_EQ(topics[0].sources[0].title, QStringLiteral("A"));
     EXPECT_EQ(topics[0].status, TopicStatus::Inbox);
     EXPECT_EQ(topics[0].foundAt, now);
     EXPECT_FALSE(topics[0].newVersion);
+    EXPECT_EQ(topics[0].sources.size(), 1) << "a link that is none is left out";
     EXPECT_NE(topics[0].id, topics[1].id);
     EXPECT_TRUE(import("").isEmpty());
     EXPECT_THROW(import(item("faille", "") + R"(,{"titre":"sans le reste"})"), json::DecodeError);

@@ -1,6 +1,7 @@
 #include "desktop/LaunchPrompt.h"
 
 #include "base/Text.h"
+#include "tests/support/HostileTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -74,6 +75,21 @@ TEST(LaunchPrompt, holds_what_strangers_wrote_to_one_line_of_visible_signs) {
     };
     for (const auto &[text, line] : cases) {
         EXPECT_EQ(lineOf(text), line);
+    }
+}
+
+TEST(LaunchPrompt, keeps_its_lines_whatever_strangers_wrote) {
+    const auto prompt = [](const QString &text) {
+        Topic topic = titled(text);
+        topic.why = topic.firstStep = text;
+        topic.project = text;
+        topic.sources = {{text, QStringLiteral("https://example.org/")},
+                         {text, QStringLiteral("https://example.org/") + text}};
+        return launchPrompt(topic, LaunchPlace::ProjectFolder);
+    };
+    const qsizetype lines = prompt(QStringLiteral("goule")).count(u'\n');
+    for (const QString &text : test::hostileTexts()) {
+        EXPECT_EQ(test::gullible(prompt(text)).count(u'\n'), lines) << text.toStdString();
     }
 }
 

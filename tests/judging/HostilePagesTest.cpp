@@ -1,9 +1,9 @@
-// What strangers write against the judge, one sample a trick (tests/samples/hostile-pages), read
-// back from the assembled prompt by a reader of its own that is as gullible as can be: it takes
-// every line break of Unicode for one, sees no invisible character, and takes whatever looks like a
-// double quote or a hash for one.
+// What strangers write against the judge, one sample a trick (tests/samples/hostile-pages) and
+// hundreds put together, read back from the assembled prompt by a reader of its own that is as
+// gullible as can be (tests/support/HostileTexts).
 
 #include "judging/Judge.h"
+#include "tests/support/HostileTexts.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,43 +13,15 @@
 namespace vorle {
 namespace {
 
+using test::gullible;
+using test::hostileTexts;
+using test::looksLikeHeading;
+
 struct Prompt {
     QStringList outside;  ///< the lines that stand between no fences
     QStringList contents; ///< what stands between fences
     QStringList faults;
 };
-
-QString gullible(const QString &text) {
-    static const QString quotes = QStringLiteral("“”„‟″‶〃ˮʺ״❝❞");
-    static const QString hashes = QStringLiteral("♯");
-    static const QString fillers = QStringLiteral("\u034F\u115F\u1160\u17B4\u17B5\u2800\u3164");
-    QString seen;
-    for (const char32_t code : text.normalized(QString::NormalizationForm_KC).toUcs4()) {
-        const QString one = QString::fromUcs4(&code, 1);
-        if ((code >= 0x0A && code <= 0x0D) || (code >= 0x1C && code <= 0x1E) || code == 0x85 ||
-            code == 0x2028 || code == 0x2029) {
-            seen += u'\n';
-        } else if (quotes.contains(one)) {
-            seen += u'"';
-        } else if (hashes.contains(one)) {
-            seen += u'#';
-        } else if (QChar::category(code) != QChar::Other_Format &&
-                   QChar::category(code) != QChar::Other_Control && !fillers.contains(one) &&
-                   (code < 0xFE00 || code > 0xFE0F) && code < 0xE0000) {
-            seen += one;
-        }
-    }
-    return seen;
-}
-
-bool looksLikeHeading(const QString &line) {
-    for (const QChar c : line) {
-        if (!c.isSpace() && !c.isMark()) {
-            return c == u'#';
-        }
-    }
-    return false;
-}
 
 Prompt readBack(const QString &text) {
     Prompt prompt;
@@ -180,6 +152,29 @@ TEST_F(HostilePages, never_leave_their_line) {
         EXPECT_EQ(prompt.faults, QStringList());
         EXPECT_EQ(skeleton(prompt.outside), skeleton(calm.outside));
         EXPECT_EQ(prompt.contents, calm.contents);
+    }
+}
+
+// Every line break times every fence times every heading, as a page and in every line.
+TEST_F(HostilePages, put_together_leave_neither_their_fence_nor_their_line) {
+    const Prompt calmPage = readBack(withPage("goule"));
+    const Prompt calmLines = readBack(withLines(QStringLiteral("goule")));
+    const QStringList ids = test::blockIds(withPage("goule"));
+    const QStringList texts = hostileTexts();
+    ASSERT_GE(texts.size(), 400);
+    for (const QString &text : texts) {
+        SCOPED_TRACE(text.toUtf8().toPercentEncoding().toStdString());
+        const QString whole = withPage(text.toUtf8());
+        const Prompt page = readBack(whole);
+        ASSERT_EQ(page.faults, QStringList());
+        ASSERT_EQ(page.outside, calmPage.outside);
+        ASSERT_EQ(page.contents.size(), 4);
+        ASSERT_TRUE(page.contents[2].contains(QStringLiteral("goule")));
+        ASSERT_EQ(test::blockIds(whole), ids) << "no foreign identifier";
+        const Prompt lines = readBack(withLines(text));
+        ASSERT_EQ(lines.faults, QStringList());
+        ASSERT_EQ(skeleton(lines.outside), skeleton(calmLines.outside));
+        ASSERT_EQ(lines.contents, calmLines.contents);
     }
 }
 

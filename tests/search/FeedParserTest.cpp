@@ -134,7 +134,8 @@ TEST(FeedParser, chooses_the_link_of_an_item) {
                                   "Celui d’Atom à défaut | https://liens.example/deux\n"
                                   "Une adresse en attribut | https://liens.example/quatre"},
         {"several-links-atom.xml", "Le principal | https://liens.example/1\n"
-                                   "À défaut, un autre | https://liens.example/2"},
+                                   "À défaut, un autre | https://liens.example/2\n"
+                                   "En texte | https://liens.example/4"},
         {"xml-base.xml", "Deux bases | https://base.example/blog/2026/un.html\n"
                          "Une base | https://base.example/x/deux.html?a=1&b=2\n"
                          "La racine | https://base.example/trois"},

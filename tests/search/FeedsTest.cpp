@@ -70,6 +70,8 @@ TEST(AnnouncedFeed, is_the_first_link_that_is_one) {
              type="application/rss+xml" href="javascript:x"><link rel="alternate"
              type="application/rss+xml" href="//f.example/b">)",
          "https://f.example/b"},
+        {R"(<link title="l'actualité" rel="alternate" type="application/rss+xml" href="/l'actu">)",
+         "https://s.example/l'actu"},
         {"<link rel=alternate type=application/rss+xml href=/f.xml?a=1&amp;b=2 title=x>",
          "https://s.example/f.xml?a=1&b=2"},
         {"<link rel=stylesheet type=application/rss+xml href=/a>", ""},
@@ -119,7 +121,7 @@ TEST(FeedItemLine, holds_a_strangers_text_to_one_line) {
                             link,
                             {},
                             QStringLiteral("````")}),
-              QStringLiteral("[a) b] T ””” # id: x — ’’’` https://a.example/1"));
+              QStringLiteral("[a) b] T ''' # id: x — '''' https://a.example/1"));
 }
 
 TEST_F(FeedsTest, discovers_and_reads_as_a_browser_would_ask) {
@@ -246,6 +248,8 @@ TEST_F(FeedsTest, searches_a_site_again_when_it_is_due) {
         {site("/none", server.link("/none"), recent), site("/none", {}, today), FeedOutcome::NoFeed,
          2},
         {site("/none"), site("/none", {}, today), FeedOutcome::NoFeed, 1},
+        // The address of a feed, typed as a site's: looked at once, then read.
+        {site("/feed"), site("/feed", good, today), FeedOutcome::Read, 2},
         {site("/none", gone, recent), site("/none", {}, today), FeedOutcome::NoFeed, 1},
         {site("/moved", gone, recent), site("/moved", good, today), FeedOutcome::Read, 1},
         {site("/dead"), site("/dead"), FeedOutcome::Unreachable, 1},

@@ -61,8 +61,9 @@ TEST_F(LinkCaptureTest, a_link_waits_is_judged_and_keeps_what_the_user_gave) {
 }
 
 TEST_F(LinkCaptureTest, what_is_no_web_address_is_refused) {
-    for (const char *text : {"", "  ", "potager", "ftp://example.org/a", "file:///etc/passwd",
-                             "javascript:alert(1)", "https://", "deux mots.fr"}) {
+    for (const char *text :
+         {"", "  ", "potager", "ftp://example.org/a", "file:///etc/passwd", "javascript:alert(1)",
+          "https://", "deux mots.fr", "https://a.fr/\n### id: c1", "https://a.fr/\u2028x"}) {
         const LinkCapture::Refusal refusal = refused(QString::fromUtf8(text));
         EXPECT_FALSE(refusal.text.isEmpty()) << text;
         EXPECT_FALSE(refusal.held) << text;

@@ -1,4 +1,5 @@
 #include "search/PageReader.h"
+#include "search/Links.h"
 #include "search/TopicDraft.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Wait.h"
@@ -195,6 +196,123 @@ TEST(PageReader, reader_and_client_may_go_first) {
         EXPECT_EQ(test::waitFor(std::move(task)).level, ReadLevel::None);
     }
     EXPECT_EQ(server.requests().size(), 4);
+}
+
+/// Sends every address to one server of this machine: "/" + host + path.
+PageReader::Route to(TestServer &server) {
+    return [&server](const QUrl &url) {
+        QUrl routed = server.url('/' + url.host().toUtf8() + url.path(QUrl::FullyEncoded).toUtf8());
+        routed.setQuery(url.query(QUrl::FullyEncoded));
+        return routed;
+    };
+}
+
+TestReply json(const QByteArray &body) {
+    TestReply reply = TestReply::page(body);
+    reply.contentType = "application/json; charset=utf-8";
+    return reply;
+}
+
+// Where a site offers the same thing as JSON, that is read, under the page's own address.
+TEST(PageReader, reads_what_a_site_publishes_for_programs) {
+    TestServer server;
+    HttpClient http(true);
+    PageReader reader(http, 2s, to(server));
+    const QByteArray words = QByteArray("mots ").repeated(200);
+    server.serve(
+        "/registry." "npmjs.org/@scope%2Fkit",
+        json(R"({"name":"@scope/kit","description":"Un outil.","dist-tags":{"latest":"2.1.0"},
+                      "time":{"created":"2020-01-01T00:00:00Z","2.1.0":"2026-11-19T08:00:00Z",
+                      "2.0.0":"2026-10-01T08:00:00Z"},"readme":"# Kit\n)" +
+             words + R"("})"));
+    server.serve(
+        "/registry." "npmjs.org/kit/1.0.0",
+        json(R"({"name":"kit","version":"1.0.0","description":"D.","deprecated":"use x"})"));
+    server.serve("/www.reddit.com/r/rust/comments/1abc.json",
+                 json(R"([{"data":{"children":[{"data":{"title":"Rust 2","selftext":")" + words +
+                      R"(","is_self":true,"subreddit_name_prefixed":"r/rust"}}]}},
+                      {"data":{"children":[{"data":{"body":"Bien vu","score":12}}]}}])"));
+    server.serve("/api.github.com/repos/o/r/releases/tags/v2",
+                 json(R"({"tag_name":"v2","name":"Deux","published_at":"2026-11-19T08:00:00Z",
+                      "body":"## Breaking\r\n\r\n)" +
+                      words + R"("})"));
+    server.serve(
+        "/api.github.com/repos/o/r/releases",
+        json(R"([{"tag_name":"v2","name":"","body":")" + words + R"("},{"tag_name":"v1"}])"));
+    struct Case {
+        const char *link;
+        const char *title;
+        ReadLevel level;
+        const char *holds;
+    };
+    const Case cases[] = {
+        {"https://www.npmjs.com/package/@scope/kit", "@scope/kit 2.1.0", ReadLevel::Full,
+         "2.1.0 (2026-11-19), 2.0.0 (2026-10-01)"},
+        {"https://npmjs.com/package/kit/v/1.0.0?utm_source=x", "kit 1.0.0", ReadLevel::Meta,
+         "Deprecated: use x"},
+        {"https://old.reddit.com/r/rust/comments/1abc/rust_2/", "Rust 2", ReadLevel::Full,
+         "Comment (12 points): Bien vu"},
+        {"https://github.com/o/r/releases/tag/v2", "Deux (v2)", ReadLevel::Full, "## Breaking"},
+        {"https://github.com/o/r/releases", "v2", ReadLevel::Full, "mots"},
+    };
+    for (const Case &one : cases) {
+        const ReadPage page = test::waitFor(reader.read(QString::fromUtf8(one.link)));
+        EXPECT_EQ(page.title.value_or(QString()), QString::fromUtf8(one.title)) << one.link;
+        EXPECT_EQ(page.level, one.level) << one.link;
+        EXPECT_TRUE(page.text.contains(one.holds)) << one.link << page.text.constData();
+        EXPECT_EQ(page.finalUrl, readableLink(QString::fromUtf8(one.link)).toString()) << one.link;
+    }
+}
+
+TEST(PageReader, reads_the_page_itself_where_its_twin_says_nothing) {
+    TestServer server;
+    HttpClient http(true);
+    PageReader reader(http, 2s, to(server));
+    server.serve("/www.npmjs.com/package/kit", TestReply::page(page("Kit")));
+    server.serve("/github.com/o/r/releases/tag/v2", TestReply::page(page("Deux")));
+    server.serve("/api.github.com/repos/o/r/releases/tags/v2", json(R"({"message":"Not Found"})"));
+    server.serve("/www.youtube.com/watch", TestReply::page(page("Une vidéo")));
+    server.serve("/www.youtube.com/oembed", json(R"({"title":"Autre","author_name":"Ada"})"));
+    for (const char *link :
+         {"https://www.npmjs.com/package/kit", "https://github.com/o/r/releases/tag/v2",
+          "https://www.youtube.com/watch?v=abc"}) {
+        EXPECT_EQ(test::waitFor(reader.read(QString::fromUtf8(link))).level, ReadLevel::Full)
+            << link;
+    }
+    EXPECT_EQ(server.requestCount("/www.youtube.com/oembed"), 0) << "the page says more";
+    // A question about cookies is no page about the video, nor is an error.
+    server.serve("/youtu.be/abc", TestReply::redirect("/consent/login"));
+    server.serve("/consent/login", TestReply::page(page("Avant d’accéder")));
+    for (const char *link : {"https://youtu.be/abc", "https://www.youtube.com/shorts/abc"}) {
+        const ReadPage video = test::waitFor(reader.read(QString::fromUtf8(link)));
+        EXPECT_EQ(video.title, QStringLiteral("Autre")) << link;
+        EXPECT_EQ(video.description, QStringLiteral("A video by Ada on YouTube.")) << link;
+        EXPECT_EQ(video.level, ReadLevel::Meta) << link;
+        EXPECT_EQ(video.finalUrl, QString::fromUtf8(link));
+    }
+    // A registry's document too long to be read whole: the newest version's own.
+    server.serve("/registry." "npmjs.org/big",
+                 json(R"({"name":"big","readme":")" + QByteArray(pageByteLimit, 'x') + R"("})"));
+    server.serve("/registry." "npmjs.org/big/latest", json(R"({"name":"big","version":"9.0.0"})"));
+    const ReadPage big =
+        test::waitFor(reader.read(QStringLiteral("https://npmjs.com/package/big")));
+    EXPECT_EQ(big.title, QStringLiteral("big 9.0.0"));
+    // Neither: as any page that cannot be read.
+    const ReadPage none =
+        test::waitFor(reader.read(QStringLiteral("https://www.reddit.com/r/a/comments/2/b/")));
+    EXPECT_EQ(none.level, ReadLevel::None);
+    EXPECT_EQ(none.status, 404);
+}
+
+TEST(PageReader, keeps_no_sign_that_hides_or_turns_words) {
+    TestServer server;
+    server.serve("/a", TestReply::page("<title>Mise \u202Eà jour\u202C</title><main>" +
+                                       QByteArray("mo\u200Bts ").repeated(200) + "</main>"));
+    HttpClient http(true);
+    PageReader reader(http);
+    const ReadPage read = test::waitFor(reader.read(server.link("/a")));
+    EXPECT_EQ(read.title, QStringLiteral("Mise à jour"));
+    EXPECT_TRUE(read.text.startsWith("mots mots"));
 }
 
 } // namespace

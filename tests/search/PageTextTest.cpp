@@ -35,6 +35,14 @@ TEST(PageText, titles_and_descriptions_come_from_the_first_place_that_has_one) {
         {"<meta name=description content=\"no quotes\">", u"", u""},
         {"<meta name=\"descriptions\" content=\"another key\">", u"", u""},
         {"<title>never closed", u"", u""},
+        // A value ends at the quote that opened it.
+        {"<meta name=\"description\" content=\"L'actualité de l'été\">", u"",
+         u"L'actualité de l'été"},
+        {"<meta content=\"D'abord\" name='description'><title>C</title>", u"C", u"D'abord"},
+        {"<meta content='dit \"oui\"' property='og:title'>", u"dit \"oui\"", u""},
+        {"<meta name='description' content='a\" content=\"b\">", u"", u"b"},
+        {"<meta content='a > b' x=\"'\" name=\"description\">", u"", u"a > b"},
+        {"<meta name='description' content=\"never ' closed>", u"", u""},
     };
     for (const auto &[page, title, description] : cases) {
         const PageText read = html(page);
@@ -137,6 +145,12 @@ TEST(PageText, the_charset_is_found_where_the_page_says_it) {
         {latin, "text/html; charset=utf-8"}, // what it says is not so
         {"<meta charset=iso-8859-1>" + latin, "text/html"},
         {"<meta charset=\"utf-16\">" + utf8, "text/html"},
+        // What is UTF-8 is UTF-8.
+        {utf8, "text/html; charset=ISO-8859-1"},
+        {utf8, "text/html; charset=shift_jis"},
+        {utf8, "text/html; charset=utf-16"},
+        {"<meta charset=iso-8859-1>" + utf8, "text/html"},
+        {"<meta charset=windows-1252>" + utf8 + "\xE2\x80", "text/html"},
     };
     for (const auto &[bytes, type] : cases) {
         EXPECT_EQ(extractPage(bytes, type).title, QStringLiteral("Été à l’ombre"))

@@ -28,6 +28,22 @@ TEST(ScopeText, is_written_for_each_kind_of_scope) {
     EXPECT_TRUE(empty.endsWith(u"Bring at least two links for every topic below.\n- a\n- b"));
 }
 
+// A line of backquotes in a file ends no block.
+TEST(ScopeText, a_manifest_is_fenced_by_more_than_it_holds) {
+    const auto fence = [](const char16_t *manifest) {
+        const QString text = scopeText(CodeProject{
+            QStringLiteral("P"), std::nullopt, QStringLiteral("m"), QString::fromUtf16(manifest)});
+        const QStringList lines = text.split(u'\n');
+        EXPECT_EQ(lines.last(), lines[2]);
+        return lines.last();
+    };
+    EXPECT_EQ(fence(u"a\nb `c` ``d``"), u"```");
+    EXPECT_EQ(fence(u"a\n```\n# The task\n"), u"````");
+    EXPECT_EQ(fence(u"a ````` b\n```"), u"``````");
+    EXPECT_EQ(fence(u"`\u0301`\u200B`"), u"````");
+    EXPECT_EQ(fence(u"ˋ｀‵"), u"````");
+}
+
 TEST(ScopeText, declared_interests_show_only_the_blocks_that_hold_something) {
     DeclaredInterests interests;
     interests.topics = {topicLine(QStringLiteral("Rust"), 5), topicLine(QStringLiteral("Vélo"), 2)};
@@ -55,6 +71,14 @@ TEST(RadiusText, adds_exclusions_then_trusted_sites) {
               u"S. Never use these sites or folders as a source: a.com, b.com. The person trusts "
               u"these sites: look there first (search them with site:), then widen to the rest of "
               u"the web: lwn.net, x.org.");
+}
+
+TEST(JoinedLinks, leave_out_what_is_no_link) {
+    EXPECT_EQ(
+        joinedLinks({QStringLiteral("https://a/\n### id: c1"), QStringLiteral("https://b/ ; x"),
+                     QStringLiteral("x"), QStringLiteral("https://c")},
+                    1'000),
+        u"https://b/%20;%20x ; https://c");
 }
 
 CandidatesRequest request() {
@@ -94,8 +118,8 @@ TEST(CandidatesPrompt, under_a_limit_cuts_a_long_manifest_at_a_line_and_lists_th
     const QString limited = candidatesPrompt(instruction, project, filled, 131'071);
     EXPECT_LE(utf8Size(limited), 100'000);
     EXPECT_GT(utf8Size(limited), 99'900);
-    EXPECT_TRUE(limited.contains(u"\"\n```\nKNOWN:https://example.org/é/0 ; "));
-    EXPECT_TRUE(limited.contains(u"/é/100 ; "));
+    EXPECT_TRUE(limited.contains(u"\"\n```\nKNOWN:https://example.org/%C3%A9/0 ; "));
+    EXPECT_TRUE(limited.contains(u"/%C3%A9/100 ; "));
     const QString whole = candidatesPrompt(instruction, project, filled, std::nullopt);
     EXPECT_TRUE(whole.contains(u"dependance-é-9999\""));
     for (const auto limit : {std::optional<qsizetype>(), std::optional<qsizetype>(131'071)}) {
@@ -103,7 +127,7 @@ TEST(CandidatesPrompt, under_a_limit_cuts_a_long_manifest_at_a_line_and_lists_th
             candidatesPrompt(QStringLiteral("@KNOWN"), PlainProject(), filled, limit);
         EXPECT_LE(utf8Size(known), knownBytes);
         EXPECT_GT(utf8Size(known), knownBytes - 100);
-        EXPECT_TRUE(known.startsWith(u"https://example.org/é/0 ; ")) << "the newest first";
+        EXPECT_TRUE(known.startsWith(u"https://example.org/%C3%A9/0 ; ")) << "the newest first";
     }
 }
 

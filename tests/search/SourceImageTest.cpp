@@ -109,6 +109,8 @@ TEST(SourceImage, the_picture_a_page_names) {
          "i"},
         {R"(<link rel=icon href="u"><linkrel="icon"><link rel="icon"><a rel="icon" href="x">)", ""},
         {R"(<link rel="icon" href="never closed>)", ""},
+        {R"(<meta property="og:image" content="l'image">)", "l'image"},
+        {R"(<link title="l'icône" rel="icon" href="l'icone">)", "l'icone"},
         {std::string(300'000, 'x') + R"(<meta property="og:image" content="o">)", ""},
         // Characters count, not bytes.
         {[] {

@@ -14,9 +14,9 @@ const QString blank = QStringLiteral(R"([\t-\r \x{85}\x{A0}\x{1680}\x{2000}-\x{2
                                      R"(\x{2029}\x{202F}\x{205F}\x{3000}])");
 
 const QString keyFirst =
-    QStringLiteral(R"(<meta[^>]+(?:property|name)=["']%1["'][^>]+content=["']([^"']*)["'])");
+    QStringLiteral(R"(<meta[^>]+(?:property|name)=["']%1["'][^>]+content=(?|"([^"]*)"|'([^']*)'))");
 const QString contentFirst =
-    QStringLiteral(R"(<meta[^>]+content=["']([^"']*)["'][^>]+(?:property|name)=["']%1["'])");
+    QStringLiteral(R"(<meta[^>]+content=(?|"([^"]*)"|'([^']*)')[^>]+(?:property|name)=["']%1["'])");
 const QString titleElement = QStringLiteral(R"(<title[^>]*>([\s\S]*?)</title>)");
 const QString noiseElement = QStringLiteral(R"(<%1%2[\s\S]*?</%1>)");
 const QString bodyElement = QStringLiteral(R"(<%1%2[^>]*>([\s\S]*?)</%1>)");
