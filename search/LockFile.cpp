@@ -1,6 +1,7 @@
 #include "search/LockFile.h"
 
 #include "base/Json.h"
+#include "base/Text.h"
 #include "search/DeclaredVersions.h"
 #include "search/Toml.h"
 #include "search/Version.h"
@@ -18,6 +19,13 @@ namespace vorle {
 namespace {
 
 constexpr qint64 maxLockBytes = 20'000'000;
+
+/// Whether it can be a name or a version at all. A build's may hold anything, line breaks too, and
+/// both are shown and put into prompts.
+bool isWord(const QString &text) {
+    constexpr qsizetype longest = 200;
+    return heldLine(text, longest) == text;
+}
 
 /// What a lock file holds of the dependencies asked for, the lowest version of each.
 class Locked {
@@ -361,6 +369,9 @@ QMap<QString, QString> versionsInUse(const QString &folder, const discovery::Man
             versions[dependency.name] = dependency.version;
         }
     }
+    versions.removeIf([](const QMap<QString, QString>::iterator &entry) {
+        return !isWord(entry.key()) || !isWord(entry.value());
+    });
     return versions;
 }
 

@@ -15,8 +15,9 @@ namespace vorle {
 /// poetry.lock, uv.lock, Package.resolved, gradle.lockfile, buildscript-gradle.lockfile), else from
 /// the manifest: the version it names, or the lowest its range names. Where a lock file holds
 /// several versions of one package, the lowest counts: a release must not be taken for one that is
-/// already everywhere. A dependency without a version number (a folder, a branch, "latest") is
-/// left out, and so is what only other dependencies need.
+/// already everywhere. A dependency without a version number (a folder, a branch, "latest"), or
+/// whose name or version is not one line of at most 200 characters, is left out, and so is what
+/// only other dependencies need.
 ///
 /// Never throws: a lock file that is missing, malformed, past 20,000,000 bytes or no regular file
 /// gives nothing, and the manifest alone speaks. Any thread; reads up to 20 MB, so that it belongs

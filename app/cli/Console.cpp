@@ -1,5 +1,6 @@
 #include "app/cli/Console.h"
 
+#include "base/FrenchSpacing.h"
 #include "base/Text.h"
 
 #include <QByteArray>
@@ -25,29 +26,12 @@ int terminalWidth() {
 /// Text without what could command the terminal or turn its lines around: control characters (save
 /// line breaks and tabs) and marks of direction. Titles, pages and answers come from strangers.
 QString harmless(const QString &text) {
-    QString out;
-    out.reserve(text.size());
-    for (const QChar c : text) {
+    QString out = withoutHidden(text);
+    out.removeIf([](QChar c) {
         const char16_t code = c.unicode();
-        const bool control =
-            (code < 0x20 && code != u'\n' && code != u'\t') || (code >= 0x7F && code < 0xA0);
-        const bool direction = (code >= 0x202A && code <= 0x202E) ||
-                               (code >= 0x2066 && code <= 0x2069) || code == 0x200E ||
-                               code == 0x200F;
-        if (!control && !direction) {
-            out += c;
-        }
-    }
+        return (code < 0x20 && code != u'\n' && code != u'\t') || (code >= 0x7F && code < 0xA0);
+    });
     return out;
-}
-
-/// French keeps these signs with the word they follow.
-QString boundSigns(QString text) {
-    for (const char16_t *sign : {u" :", u" ;", u" !", u" ?", u" »"}) {
-        const QString loose = QString::fromUtf16(sign);
-        text.replace(loose, QChar(QChar::Nbsp) + loose.sliced(1));
-    }
-    return text.replace(QStringLiteral("« "), QStringLiteral("«\u00A0"));
 }
 
 void write(FILE *stream, const QByteArray &bytes) {
@@ -116,7 +100,7 @@ QString Console::wrapped(const QString &text, int margin) const {
     const qsizetype room = std::max(20, m_terminal.width - margin);
     QStringList lines;
     QString line;
-    for (const QString &word : boundSigns(harmless(text)).split(u' ', Qt::SkipEmptyParts)) {
+    for (const QString &word : frenchSpacing(harmless(text)).split(u' ', Qt::SkipEmptyParts)) {
         if (!line.isEmpty() && characterCount(line) + 1 + characterCount(word) > room) {
             lines += indent + line;
             line.clear();

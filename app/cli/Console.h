@@ -51,8 +51,8 @@ public:
     QString faint(const QString &text) const { return styled(text, "2"); }
     QString accent(const QString &text) const { return styled(text, "1;38;5;166"); }
 
-    /// `text` broken at blanks so that no line passes the terminal's width (100 columns at most),
-    /// every line behind `margin` blanks.
+    /// `text`, its blanks as French sets them (see frenchSpacing), broken at blanks so that no line
+    /// passes the terminal's width (100 columns at most), every line behind `margin` blanks.
     QString wrapped(const QString &text, int margin) const;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "app/TopicLabels.h"
 #include "base/French.h"
+#include "base/FrenchSpacing.h"
 #include "core/Corrections.h"
 #include "core/ScoreScale.h"
 
@@ -114,7 +115,7 @@ QString topicLines(const Console &console, const QList<TopicPtr> &topics) {
     QStringList lines;
     for (const TopicPtr &topic : topics) {
         lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
-                 console.plain(topic->title.simplified()) + QStringLiteral("  ") +
+                 console.plain(frenchSpacing(topic->title.simplified())) + QStringLiteral("  ") +
                  console.faint(statusLabel(topic->status) + QStringLiteral(" · ") +
                                topic->id.toString(QUuid::WithoutBraces).toUpper());
     }

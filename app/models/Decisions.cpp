@@ -1,6 +1,7 @@
 #include "app/models/Decisions.h"
 
 #include "app/models/Wording.h"
+#include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/Corrections.h"
 #include "core/ScoreScale.h"
@@ -18,7 +19,7 @@ QString nameOf(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpp
 /// What fits on the line that tells a decision, and leaves room for where it went.
 QString shortTitle(const QString &title) {
     constexpr qsizetype most = 42;
-    const QString seen = withoutHidden(title);
+    const QString seen = frenchSpacing(withoutHidden(title));
     const QStringView kept = firstCharacters(seen, most);
     return kept.size() == seen.size() ? seen : kept.trimmed().toString() + u'…';
 }

@@ -3,6 +3,7 @@
 #include "app/TopicLabels.h"
 #include "app/models/TopicListModel.h"
 #include "app/models/Wording.h"
+#include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
@@ -25,8 +26,8 @@ QString tr(const char *text) { return QCoreApplication::translate("TopicCard", t
 QString text(const std::optional<QString> &value) { return value.value_or(QString()); }
 
 /// Words that a page or the agent wrote.
-QString shown(const QString &words) { return withoutHidden(words); }
-QString shown(const std::optional<QString> &words) { return withoutHidden(text(words)); }
+QString shown(const QString &words) { return frenchSpacing(withoutHidden(words)); }
+QString shown(const std::optional<QString> &words) { return shown(text(words)); }
 
 QString hostOf(const QString &address) {
     const QString host = QUrl(address).host();
@@ -138,7 +139,7 @@ constexpr RoleValue roleValues[] = {
      [](Card c) -> QVariant { return urgencyLabel(c.topic.urgency, c.now.toLocalTime().date()); }},
     {Role::UrgencyReason,
      [](Card c) -> QVariant {
-         return c.topic.urgency ? text(c.topic.urgency->reason) : QString();
+         return c.topic.urgency ? shown(c.topic.urgency->reason) : QString();
      }},
     {Role::Sources, [](Card c) -> QVariant { return sourcesOf(c.topic); }},
     {Role::MainUrl,

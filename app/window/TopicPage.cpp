@@ -1,16 +1,22 @@
 #include "app/window/TopicPage.h"
 
+#include "base/FrenchSpacing.h"
+#include "base/Text.h"
 #include "briefs/BriefWriter.h"
 
 namespace vorle {
 
 namespace {
 
+/// What the agent wrote, as French sets it.
+QString shown(const QString &words) { return frenchSpacing(withoutHidden(words)); }
+
 QVariantList partList(const QList<Brief::Part> &parts) {
     QVariantList list;
     for (const Brief::Part &part : parts) {
-        list +=
-            QVariantMap{{QStringLiteral("title"), part.title}, {QStringLiteral("body"), part.body}};
+        const bool code = part.title == codePartTitle(); // may be copied
+        list += QVariantMap{{QStringLiteral("title"), shown(part.title)},
+                            {QStringLiteral("body"), code ? part.body : shown(part.body)}};
     }
     return list;
 }
@@ -50,7 +56,8 @@ void TopicPage::take(const QUuid &id) {
 }
 
 QString TopicPage::seenText() const {
-    return m_topic ? QString::fromUtf8(m_topic->seenText.value_or(QByteArray())) : QString();
+    return m_topic ? withoutHidden(QString::fromUtf8(m_topic->seenText.value_or(QByteArray())))
+                   : QString();
 }
 
 QVariantList TopicPage::grades() const {
@@ -65,8 +72,8 @@ QVariantList TopicPage::grades() const {
 QVariantList TopicPage::facts() const {
     QVariantList list;
     for (const OpenScore::Fact &fact : m_score.facts) {
-        list +=
-            QVariantMap{{QStringLiteral("label"), fact.label}, {QStringLiteral("text"), fact.text}};
+        list += QVariantMap{{QStringLiteral("label"), fact.label},
+                            {QStringLiteral("text"), shown(fact.text)}};
     }
     return list;
 }
@@ -75,14 +82,18 @@ QVariantMap TopicPage::brief() const {
     const Brief brief = hasBrief() ? *m_topic->brief : Brief();
     QVariantList sources;
     for (const Brief::Source &source : brief.sources) {
-        sources += QVariantMap{{QStringLiteral("title"), source.title},
+        sources += QVariantMap{{QStringLiteral("title"), shown(source.title)},
                                {QStringLiteral("url"), source.url},
-                               {QStringLiteral("adds"), source.adds}};
+                               {QStringLiteral("adds"), shown(source.adds)}};
+    }
+    QStringList unclear;
+    for (const QString &point : brief.unclear) {
+        unclear += shown(point);
     }
     return {{QStringLiteral("essentials"), partList(brief.essentials)},
             {QStringLiteral("details"), partList(brief.details)},
-            {QStringLiteral("project"), brief.project.value_or(QString())},
-            {QStringLiteral("unclear"), QStringList(brief.unclear)},
+            {QStringLiteral("project"), shown(brief.project.value_or(QString()))},
+            {QStringLiteral("unclear"), unclear},
             {QStringLiteral("sources"), sources}};
 }
 

@@ -1,5 +1,6 @@
 #include "base/Text.h"
 #include "search/PageText.h"
+#include "search/PageTwin.h"
 #include "tests/support/LiteralPageText.h"
 #include "tests/support/TagSoup.h"
 
@@ -9,7 +10,7 @@
 
 // The first byte chooses: even, what follows is spelled as tag soup; odd, it is the page, with
 // one of several content types. What is valid UTF-8 must read as the patterns read it; anything
-// must read as valid, bounded text.
+// must read as valid, bounded text, what is taken for a page's twin in JSON too.
 namespace {
 
 using namespace vorle;
@@ -26,8 +27,7 @@ void compare(const QByteArray &page) {
     }
 }
 
-void check(const QByteArray &page, QByteArrayView type) {
-    const PageText read = extractPage(page, type);
+void check(const PageText &read, const QByteArray &page) {
     if (!QByteArrayView(read.text).isValidUtf8() || read.text.contains('\0') ||
         characterCount(QString::fromUtf8(read.text)) > keptCharacters) {
         fail("the text is not what it should be", page);
@@ -52,7 +52,12 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
         return 0;
     }
     const QByteArray page(rest.data(), rest.size());
-    check(page, types[data[0] / 2 % types.size()]);
+    check(extractPage(page, types[data[0] / 2 % types.size()]), page);
+    for (const char *link :
+         {"https://npmjs.com/package/a", "https://reddit.com/r/a/comments/b/", "https://youtu.be/a",
+          "https://github.com/a/b/releases", "https://github.com/a/b/releases/latest"}) {
+        check(twinOf(QUrl(QString::fromLatin1(link)))->read(page), page);
+    }
     // Longer ones exceed what the patterns may take; the other exceptions are no HTML at all.
     const bool html =
         !page.contains('\0') && !page.startsWith("\xEF\xBB\xBF") && !page.startsWith("%PDF-");
