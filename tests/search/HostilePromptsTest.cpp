@@ -2,6 +2,7 @@
 // back by a gullible reader (tests/support/HostileTexts): nothing leaves its place.
 
 #include "core/WebLink.h"
+#include "search/Feeds.h"
 #include "search/Pipeline.h"
 #include "tests/support/HostileTexts.h"
 

@@ -13,10 +13,10 @@ const QString wordEdge = QStringLiteral(R"((?![\p{L}\p{M}\p{Nd}\p{Nl}\p{Pc}\p{Cf
 const QString blank = QStringLiteral(R"([\t-\r \x{85}\x{A0}\x{1680}\x{2000}-\x{200A}\x{2028})"
                                      R"(\x{2029}\x{202F}\x{205F}\x{3000}])");
 
-const QString keyFirst =
-    QStringLiteral(R"(<meta[^>]+(?:property|name)=["']%1["'][^>]+content=(?|"([^"]*)"|'([^']*)'))");
-const QString contentFirst =
-    QStringLiteral(R"(<meta[^>]+content=(?|"([^"]*)"|'([^']*)')[^>]+(?:property|name)=["']%1["'])");
+const QString keyFirst = QStringLiteral(
+    R"re(<meta[^>]+(?:property|name)=["']%1["'][^>]+content=(?|"([^"]*)"|'([^']*)'))re");
+const QString contentFirst = QStringLiteral(
+    R"re(<meta[^>]+content=(?|"([^"]*)"|'([^']*)')[^>]+(?:property|name)=["']%1["'])re");
 const QString titleElement = QStringLiteral(R"(<title[^>]*>([\s\S]*?)</title>)");
 const QString noiseElement = QStringLiteral(R"(<%1%2[\s\S]*?</%1>)");
 const QString bodyElement = QStringLiteral(R"(<%1%2[^>]*>([\s\S]*?)</%1>)");
