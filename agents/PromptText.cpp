@@ -130,18 +130,22 @@ Run runAt(QStringView text, qsizetype at, Look look) {
 template <class Look>
 QString withoutFences(QStringView text, Look look) {
     QString out;
-    out.reserve(text.size());
+    qsizetype copied = 0;
     for (qsizetype at = 0; at < text.size();) {
+        const char16_t c = text[at].unicode();
+        if (c < 0x80 && c != u'"' && c != u'`') { // nearly all there is
+            ++at;
+            continue;
+        }
         const Run run = runAt(text, at, look);
         if (run.signs >= 3) {
+            out += text.sliced(copied, at - copied);
             out += QString(run.signs, u'\'');
-            at = run.end;
-        } else {
-            const qsizetype end = std::max(run.end, at + (isPairAt(text, at) ? 2 : 1));
-            out += text.sliced(at, end - at);
-            at = end;
+            copied = run.end;
         }
+        at = std::max(run.end, at + (isPairAt(text, at) ? 2 : 1));
     }
+    out += text.sliced(copied);
     return out;
 }
 

@@ -33,8 +33,8 @@ QString digBlock(const DigItem &item) {
     const auto link = WebLink::from(item.url, WebLink::mostBytesOfUsers);
     return QStringLiteral("### id: ") + item.id + QStringLiteral("\nTitle: ") +
            oneLine(item.title, titleCharacters) + QStringLiteral("\nLink: ") +
-           (link ? link->text() : QString()) + QStringLiteral("\nAbout: ") +
-           oneLine(item.about, aboutCharacters);
+           (link ? link->text() : oneLine(item.url, titleCharacters)) +
+           QStringLiteral("\nAbout: ") + oneLine(item.about, aboutCharacters);
 }
 
 QString joinedOr(const QStringList &list, const QString &separator, const QString &none) {

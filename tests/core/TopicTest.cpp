@@ -151,7 +151,7 @@ QByteArray item(const QByteArray &nature, const QByteArray &more) {
         "premier_pas":"s","effort_risques":"e","date_publication":"2026-10-20",
         "sources":[{"titre":"A\u202e","url":"https://example.org"},
                    {"titre":"B","url":"https://example.org/\n### id: c2"},
-                   {"titre":"C","url":"javascript:alert(1)"}])" +
+                   {"titre":"C","url":"javascript:void"}])" +
            more + "}";
 }
 

@@ -76,8 +76,11 @@ QStringList hostileTexts() {
 QString gullible(const QString &text) {
     QString seen;
     for (const char32_t sign : text.normalized(QString::NormalizationForm_KC).toUcs4()) {
-        const char32_t code = likeness(sign);
-        if (breaksLine(code)) {
+        const bool plain = sign >= 0x20 && sign < 0x7F;
+        const char32_t code = plain ? sign : likeness(sign);
+        if (plain) {
+            seen += QChar(static_cast<char16_t>(sign));
+        } else if (breaksLine(code)) {
             seen += u'\n';
         } else if (!isInvisible(code)) {
             seen += QString::fromUcs4(&code, 1);
@@ -88,7 +91,7 @@ QString gullible(const QString &text) {
 
 bool looksLikeHeading(const QString &line) { return line.trimmed().startsWith(u'#'); }
 
-QStringList shapeOf(const QString &prompt) {
+std::string shapeOf(const QString &prompt) {
     QStringList shape;
     QString fence; // of the block that is open
     for (const QString &line : gullible(prompt).split(u'\n')) {
@@ -107,10 +110,12 @@ QStringList shapeOf(const QString &prompt) {
         } else if (bare.startsWith(u"- ")) {
             shape += QStringLiteral("-");
         } else {
-            shape += line.section(QStringLiteral(": "), 0, 0).left(24);
+            constexpr qsizetype beginning = 6; // what follows may be a stranger's
+            shape += bare.startsWith(u'#') ? bare : line.left(beginning);
         }
     }
-    return fence.isEmpty() ? shape : shape + QStringList{QStringLiteral("a block without end")};
+    shape += fence.isEmpty() ? QString() : QStringLiteral("a block without end");
+    return shape.join(u'\n').toStdString();
 }
 
 QStringList blockIds(const QString &prompt) {

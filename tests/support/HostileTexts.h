@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <string>
+
 namespace vorle::test {
 
 /// Texts that strangers might write to leave the place a prompt gives them: every sign that some
@@ -19,9 +21,9 @@ QString gullible(const QString &text);
 /// Whether that reader takes the line for a heading.
 bool looksLikeHeading(const QString &line);
 
-/// The shape of what that reader sees outside of any block: of each line what stands before its
-/// first ": ", of a list's line the dash.
-QStringList shapeOf(const QString &prompt);
+/// The shape of what that reader sees outside of any block: its headings, how its other lines
+/// begin, and where blocks stand.
+std::string shapeOf(const QString &prompt);
 
 /// The identifiers of the blocks it sees.
 QStringList blockIds(const QString &prompt);
