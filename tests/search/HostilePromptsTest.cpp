@@ -38,7 +38,7 @@ protected:
         request.projects = {text};
         request.interests = {text};
         request.tools = {text};
-        request.knownLinks = {linkWith(text)};
+        request.knownLinks = {linkWith(text), QStringLiteral("https://example.org/a")};
         const FeedItem item{text, text, linkWith(text), std::nullopt, text};
         return m_pipeline.screening(request, {feedItemLine(item)}, AgentKind::Codex).prompt;
     }
