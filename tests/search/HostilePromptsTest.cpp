@@ -38,6 +38,7 @@ protected:
         request.projects = {text};
         request.interests = {text};
         request.tools = {text};
+        request.exclusions = {text};
         request.knownLinks = {linkWith(text), QStringLiteral("https://example.org/a")};
         const FeedItem item{text, text, linkWith(text), std::nullopt, text};
         return m_pipeline.screening(request, {feedItemLine(item)}, AgentKind::Codex).prompt;
@@ -47,7 +48,7 @@ protected:
         const QList<DigItem> items{
             {QStringLiteral("c1"), text, linkWith(text), text},
             {QStringLiteral("c2"), text, QStringLiteral("https://example.org/b"), text}};
-        return m_pipeline.digging(items, QDate(2026, 11, 21), AgentKind::Codex).prompt;
+        return m_pipeline.digging(items, {QDate(2026, 11, 21), {text}, AgentKind::Codex}).prompt;
     }
 
     static SearchScope project(const QString &text, const QString &manifest) {
