@@ -128,7 +128,7 @@ private:
         while (sign != u':' && (at(end) == u'!' || at(end) == u'?')) {
             ++end;
         }
-        return at(end).isSpace() || QStringView(u"»”’\")]…").contains(at(end));
+        return at(end).isSpace() || QStringView(u"\u00BB\u201D\u2019\")]\u2026").contains(at(end));
     }
 
     /// Whether exactly three digits stand at `place`, after one to three others.
