@@ -157,7 +157,7 @@ Task<> BriefWriter::work() {
         setWriting(id);
         Q_EMIT queueChanged();
         std::optional<Asked<Output>> asked;
-        QString failure;
+        std::optional<QString> failure;
         try {
             if (m_parts.store.topic(id)) {
                 asked = co_await m_parts.asker.ask<Output>(questionFor(id), cancel);
@@ -178,8 +178,8 @@ Task<> BriefWriter::work() {
             setWriting(std::nullopt);
             if (asked) {
                 keep(id, *asked);
-            } else if (!failure.isEmpty()) {
-                fail(id, failure);
+            } else if (failure) {
+                fail(id, *failure);
             }
         }
     }

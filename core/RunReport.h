@@ -58,8 +58,10 @@ struct ScopeReport {
     int known = 0;              ///< of these, held already
     int merged = 0;             ///< of these, the same link as another of this run
     int refused = 0;            ///< of these, no web address
-    QString error;              ///< the failure's text when the scope failed, else empty
+    QString error;              ///< the failure's text when it failed, never blank then; else empty
     std::optional<Yield> yield; ///< absent from the reports of earlier versions
+
+    bool failed() const { return !error.isEmpty(); }
 
     static constexpr auto jsonFields() {
         return std::tuple(

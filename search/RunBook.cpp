@@ -55,7 +55,11 @@ QString failureText(const std::exception &error) {
         return agentError->text().trimmed();
     }
     const auto *refusal = dynamic_cast<const std::system_error *>(&error);
-    return refusal != nullptr ? systemRefusalText(*refusal) : QString::fromUtf8(error.what());
+    if (refusal != nullptr) {
+        return systemRefusalText(*refusal);
+    }
+    const QString told = QString::fromUtf8(error.what()).trimmed();
+    return told.isEmpty() ? tr("erreur inattendue") : told;
 }
 
 double failureCost(const std::exception &error) {

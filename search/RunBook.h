@@ -35,7 +35,7 @@ private:
     bool m_reading = false;
 };
 
-/// The text of whatever a step failed with, for the user.
+/// The text of whatever a step failed with, for the user; never blank.
 QString failureText(const std::exception &error);
 /// What a failed call to the agent cost, in US dollars; 0 for any other failure.
 double failureCost(const std::exception &error);

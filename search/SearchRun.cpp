@@ -97,10 +97,10 @@ Task<> SearchRun::askScope(qsizetype index) {
     m_cancel.throwIfCancelled();
     const PlannedScope &planned = m_plan.scopes[index];
     const qsizetype report = openReport(planned.name, planned.origin, planned.request.count);
-    const QStringList found =
+    const std::optional<QStringList> found =
         co_await ask(m_pipeline.question(planned, m_tools.harvest.agent), report, {&planned});
-    if (m_book.report.scopes[report].error.isEmpty()) {
-        co_await askAgain(planned, found);
+    if (found) {
+        co_await askAgain(planned, *found);
     }
     ++m_book.progress.scopesDone;
     m_book.tell();
@@ -145,10 +145,10 @@ Task<> SearchRun::askSites() {
     }
     const QStringList lines = screenedLines(feeds.items);
     if (!lines.isEmpty()) {
-        const QStringList kept = co_await ask(
+        const std::optional<QStringList> kept = co_await ask(
             m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent), report, {});
-        if (m_book.report.scopes[report].error.isEmpty()) {
-            for (const QString &link : kept) {
+        if (kept) {
+            for (const QString &link : *kept) {
                 m_screened.remove(canonicalLink(link));
             }
         } else {
@@ -210,9 +210,9 @@ QList<const PlannedScope *> SearchRun::whomItConcerns(const Candidate &candidate
 }
 
 /// `scopes` are those the question is asked for; none for the trusted sites.
-Task<QStringList> SearchRun::ask(Question question, qsizetype report,
-                                 QList<const PlannedScope *> scopes) {
-    QStringList links;
+Task<std::optional<QStringList>> SearchRun::ask(Question question, qsizetype report,
+                                                QList<const PlannedScope *> scopes) {
+    std::optional<QStringList> answered;
     ++m_asked;
     QElapsedTimer clock;
     clock.start();
@@ -226,10 +226,12 @@ Task<QStringList> SearchRun::ask(Question question, qsizetype report,
         scope.found = static_cast<int>(found.candidates.size()) + found.refused;
         scope.refused = found.refused;
         noteCall(found.costUSD.value_or(0), RunBook::CallEnd::Answered);
+        QStringList links;
         for (const Candidate &candidate : found.candidates) {
             links += candidate.url;
             take(candidate, report, scopes, links.size());
         }
+        answered = links;
     } catch (const Cancelled &) {
         throw;
     } catch (const std::exception &error) {
@@ -238,7 +240,7 @@ Task<QStringList> SearchRun::ask(Question question, qsizetype report,
         m_book.report.scopes[report].error = failureText(error);
         m_scopeError = std::current_exception();
     }
-    co_return links;
+    co_return answered;
 }
 
 /// Takes the `rank`th candidate of an answer in. An answer far past what was asked for would be

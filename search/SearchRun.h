@@ -51,8 +51,10 @@ private:
     Task<> askScope(qsizetype index);
     Task<> askAgain(const PlannedScope &planned, QStringList found);
     Task<> askSites();
-    /// Asks one question; its failure is the scope's, told in the report. Gives the links found.
-    Task<QStringList> ask(Question question, qsizetype report, QList<const PlannedScope *> scopes);
+    /// Asks one question. Gives the links found, or nothing when it failed: the failure is the
+    /// scope's, told in the report.
+    Task<std::optional<QStringList>> ask(Question question, qsizetype report,
+                                         QList<const PlannedScope *> scopes);
     qsizetype openReport(const QString &name, Origin origin, int asked);
     SiteReport &siteReport(const QString &site);
     QStringList screenedLines(QList<FeedItem> items);

@@ -81,7 +81,7 @@ QString summaryLine(const RunReport &report) {
 
 /// "12 liens, 3 déjà connus, 1 en double".
 QString scopeLine(const ScopeReport &scope) {
-    if (!scope.error.isEmpty()) {
+    if (scope.failed()) {
         return scope.error;
     }
     QStringList facts{scope.found == 1 ? French::tr("1 lien")

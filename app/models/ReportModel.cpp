@@ -37,7 +37,7 @@ QString factsText(const RunReport &report) {
 QVariantList scopesOf(const RunReport &report) {
     QVariantList list;
     for (const ScopeReport &scope : report.scopes) {
-        const bool failed = !scope.error.isEmpty();
+        const bool failed = scope.failed();
         const QString text =
             failed ? scope.error
                    : counted(scope.found, ReportModel::tr("lien"), ReportModel::tr("liens"));

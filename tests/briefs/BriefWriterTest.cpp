@@ -121,6 +121,15 @@ TEST_F(BriefWriterTest, remembers_a_failure_goes_on_and_writes_when_asked_again)
     EXPECT_TRUE(m_writer->failureText(first).isEmpty());
 }
 
+TEST_F(BriefWriterTest, a_blank_error_is_a_failure) {
+    script(R"(echo '{"is_error":true,"result":""}')");
+    const QUuid id = add("un");
+    m_writer->ask(id);
+    finish();
+    EXPECT_EQ(m_writer->failed(), QSet<QUuid>{id});
+    EXPECT_EQ(m_writer->failureText(id), u"erreur de l’agent");
+}
+
 TEST_F(BriefWriterTest, what_is_missing_is_named_without_a_call) {
     const QUuid id = add("un");
     const auto failure = [&] {

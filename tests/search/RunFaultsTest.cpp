@@ -21,6 +21,22 @@ TEST_F(RunFaultsTest, a_failing_scope_is_reported_and_the_others_go_on) {
     EXPECT_EQ(report.scopes[0].error, u"L’IA s’est arrêtée (code 3). le serveur est occupé");
 }
 
+// An error without a word is one all the same: no second search is paid for, and the run tells it.
+TEST_F(RunFaultsTest, a_blank_error_is_an_error) {
+    const QString told = QStringLiteral("erreur de l’agent");
+    secondAnswer = list({candidate(at("/other"), "Rust")});
+    scenario(list({candidate(at("/long"), "Rust")}), QStringLiteral("\"blank\""));
+    const RunReport report = run();
+    ASSERT_EQ(report.scopes.size(), 2) << "nothing was searched again";
+    EXPECT_EQ(report.scopes[1].error, told);
+    EXPECT_EQ(inbox().size(), 1);
+
+    scenario(QStringLiteral("\"blank\""), QStringLiteral("\"blank\""));
+    EXPECT_THROW(run(), AgentError);
+    EXPECT_EQ(store.history().last().failed, told);
+    EXPECT_EQ(engine.progress().status, u"Je n’ai pas pu fouiller. erreur de l’agent");
+}
+
 TEST_F(RunFaultsTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     QList<RunFailure> failures;
     QObject::connect(&engine, &SearchEngine::failed,

@@ -3,11 +3,11 @@
 
 Called with the real command line. Reads scenario.json in its home:
   "candidates": what each scope answers, by a text found in the prompt: a list of candidates,
-                "fail" (exit status 3), "prose", or "hang"
-  "judge":      "ok", "fail", "fail-once", "hang", "prose" or "silent" (judges nobody)
+                "fail" (exit status 3), "prose", "hang", or "blank" (an error without a word)
+  "judge":      "ok", "fail", "fail-once", "hang", "prose", "blank" or "silent" (judges nobody)
   "dig":        what each unreadable link gives, by a text found in its block: {"url", "title",
                 "what"}; the others are not found
-  "brief":      the whole answer to a reading note, or "fail", "prose" or "hang"
+  "brief":      the whole answer to a reading note, or "fail", "prose", "hang" or "blank"
   "seconds":    how long each judgment takes
   "delays":     how long a scope takes to answer, by a text found in the prompt
   "poison":     a text that makes every judgment fail whose prompt holds it
@@ -91,6 +91,9 @@ def main():
         time.sleep(600)
     if plan == "prose":
         print("Voici ce que j’ai trouvé :")
+        return
+    if plan == "blank":
+        print('{"is_error": true, "result": ""}')
         return
     print(json.dumps({"is_error": False, "result": "", "structured_output": answer,
                       "total_cost_usd": 0.25, "duration_ms": 5}))
