@@ -1,11 +1,28 @@
 #include "agents/AgentError.h"
 
+#include "agents/AgentWords.h"
+#include "base/Text.h"
+
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace vorle {
 
 namespace {
 QString translated(const char *french) { return QCoreApplication::translate("AgentError", french); }
+
+constexpr qsizetype messageCharacters = 2'000;
+constexpr qsizetype bytesPerCharacter = 8;
+/// What a longer text is cut to before it is looked into.
+constexpr qsizetype examinedCharacters = 100'000;
+
+QString heldWords(const QString &text) {
+    const QString words = harmlessWords(text.first(std::min(text.size(), examinedCharacters)));
+    const QStringView held = firstCharacters(
+        utf8Prefix(words, messageCharacters * bytesPerCharacter), messageCharacters);
+    return held.size() < words.size() ? held.toString() + u'…' : words;
+}
 } // namespace
 
 AgentError::AgentError(Case kind, const QString &text, Retry retry)
@@ -29,7 +46,7 @@ AgentError AgentError::stopped(int code, const QString &detail) {
     const QString what =
         translated(QT_TRANSLATE_NOOP("AgentError", "L’IA s’est arrêtée (code %1). "))
             .arg(QString::number(code));
-    return {Case::Stopped, what + detail, Retry::Yes};
+    return {Case::Stopped, what + heldWords(detail), Retry::Yes};
 }
 
 AgentError AgentError::timedOut(const QString &agent) {
@@ -38,7 +55,13 @@ AgentError AgentError::timedOut(const QString &agent) {
             Retry::Yes};
 }
 
-AgentError AgentError::message(const QString &text) { return {Case::Message, text, Retry::No}; }
+AgentError AgentError::message(const QString &text) {
+    const QString words = heldWords(text);
+    const bool blank = trimmed(words).isEmpty();
+    return {Case::Message,
+            blank ? translated(QT_TRANSLATE_NOOP("AgentError", "erreur de l’agent")) : words,
+            Retry::No};
+}
 
 AgentError AgentError::unreadable() {
     return {Case::Message,

@@ -8,7 +8,8 @@
 
 namespace vorle {
 
-/// Every failure of a call to the agent. Its text is for the user: screens show it unchanged.
+/// Every failure of a call to the agent. Its text is for the user: screens show it unchanged. It is
+/// never blank, and what the agent said in it is harmless (see AgentWords.h).
 /// What the system itself refuses (a file, a launch) is no AgentError but a std::system_error.
 class AgentError final : public std::exception {
 public:
@@ -20,7 +21,8 @@ public:
     /// The process ended by itself with a status other than 0, or by signal number `code`.
     static AgentError stopped(int code, const QString &detail);
     static AgentError timedOut(const QString &agent);
-    /// A text shown as it is: the agent's own refusal, or ours. Not worth a retry.
+    /// A text shown as it is, up to 2,000 characters: the agent's own refusal, or ours; "erreur de
+    /// l’agent" in the place of a blank one. Not worth a retry.
     static AgentError message(const QString &text);
     /// "réponse du moteur illisible": a message too, but one a second try may cure.
     static AgentError unreadable();

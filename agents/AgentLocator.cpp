@@ -38,7 +38,7 @@ QStringList nvmFolders(const QString &home) {
     return names;
 }
 
-/// Whether the text is a JSON object with something else than null under `wanted`. Claude Code's
+/// Whether the text is a JSON object that holds the key `wanted`, whatever its value. Claude Code's
 /// file can take megabytes, so no document is built.
 bool holdsKey(const QByteArray &text, std::string_view wanted) {
     namespace od = simdjson::ondemand;
@@ -58,8 +58,7 @@ bool holdsKey(const QByteArray &text, std::string_view wanted) {
             member.value().get(value) != simdjson::SUCCESS) {
             return false;
         }
-        bool null = false;
-        held = held || (key == wanted && !(value.is_null().get(null) == simdjson::SUCCESS && null));
+        held = held || key == wanted;
     }
     return held;
 }

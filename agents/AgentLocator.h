@@ -46,7 +46,8 @@ public:
     /// The path of the agent's executable, or nothing. Of several Node versions the newest wins.
     std::optional<QString> locate(AgentKind kind) const;
 
-    /// Signed in means that the agent's own sign-in file is a JSON object that holds an account.
+    /// Signed in means that the agent's own sign-in file is a JSON object that holds the key of an
+    /// account.
     AgentReadiness readiness(AgentKind kind) const;
 
     const AgentEnvironment &environment() const { return m_environment; }

@@ -40,7 +40,7 @@ void Asker::passOrLog(const AgentError &error, Attempt attempt, const QString &s
     if (attempt == Attempt::Second || !error.mayRetry()) {
         throw error.withCost(spent);
     }
-    logLine(step + QStringLiteral(" failed, trying again: ") + error.text().trimmed());
+    logLine(step + QStringLiteral(" failed, trying again: ") + error.text().simplified());
 }
 
 } // namespace vorle

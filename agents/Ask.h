@@ -48,18 +48,21 @@ public:
     const Resources &resources() const { return m_resources; }
     EngineAgent &agent() const { return *m_agent; }
 
-    /// `Answer` is a record with jsonFields(). A failure that allows it (AgentError::mayRetry) is
+    /// `Answer` is a record with jsonFields(). The agent is chosen once, and called only when it is
+    /// ready. A failure that allows it (AgentError::mayRetry) is
     /// logged and the call made once more after a pause; a second one is thrown as it is, with the
     /// cost of both calls.
-    /// @throws AgentError, std::system_error, Cancelled, as EngineAgent::run; AgentError also when
-    ///   the schema is missing or the answer does not decode
+    /// @throws AgentError, std::system_error, Cancelled, as EngineAgent::check and run; AgentError
+    ///   also when the schema is missing or the answer does not decode
     template <class Answer>
     Task<Asked<Answer>> ask(Question question, CancelToken cancel = {}) {
         const AgentRequest request = requestFor(question);
+        const AgentKind agent = m_agent->locator().choose(question.agent);
         std::optional<double> spent;
         for (Attempt attempt = Attempt::First;; attempt = Attempt::Second) {
             try {
-                const AgentResult result = co_await m_agent->run(request, question.agent, cancel);
+                m_agent->check(agent);
+                const AgentResult result = co_await m_agent->run(request, agent, cancel);
                 addCost(spent, result.costUSD);
                 co_return Asked<Answer>{decoded<Answer>(result.json), spent};
             } catch (const AgentError &error) {

@@ -1,4 +1,5 @@
 #include "agents/EngineAgent.h"
+#include "agents/AgentWords.h"
 #include "agents/ProcessRunner.h"
 #include "agents/TemporaryFiles.h"
 #include "base/Text.h"
@@ -7,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
 #include <csignal>
 #include <filesystem>
@@ -19,6 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr qsizetype detailLength = 300;
+constexpr qsizetype examinedErrors = 65'536;
 
 bool hasModel(const AgentRequest &request) { return request.model && !request.model->isEmpty(); }
 
@@ -113,10 +116,50 @@ QString withoutMentions(const QString &prompt) {
     return out;
 }
 
-/// The answer may repeat what the prompt held, in any of its texts, the sign behind the joiner or
-/// not.
-QByteArray withoutJoiners(QByteArray json) {
-    return json.replace(QString(QChar(wordJoiner)).toUtf8(), "");
+/// The word that a mention names, from the sign on: what an answer would repeat of it.
+QStringView mentioned(QStringView text) {
+    qsizetype end = 0;
+    while (end < text.size() &&
+           (text[end].isLetterOrNumber() || QStringView(u"-_./~").contains(text[end]))) {
+        ++end;
+    }
+    while (end > 0 && QStringView(u"-./").contains(text[end - 1])) {
+        --end; // the sentence's own
+    }
+    return text.first(end);
+}
+
+/// What was marked in a prompt that was marked so.
+QSet<QString> markedMentions(const QString &prompt) {
+    QSet<QString> words;
+    const QString mark = QString(QChar(wordJoiner)) + u'@';
+    for (qsizetype at = prompt.indexOf(mark); at >= 0; at = prompt.indexOf(mark, at + 2)) {
+        words.insert(mentioned(QStringView(prompt).sliced(at + 2)).toString());
+    }
+    return words;
+}
+
+/// The answer may repeat what was marked in the prompt, in any of its texts, the sign behind the
+/// mark or not. A mark before anything else is the agent's own.
+QByteArray withoutMarks(const QByteArray &json, const QSet<QString> &marked) {
+    if (marked.isEmpty() || !json.contains(QString(QChar(wordJoiner)).toUtf8())) {
+        return json;
+    }
+    const QString text = QString::fromUtf8(json);
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        if (text[at] == QChar(wordJoiner)) {
+            const QStringView rest = QStringView(text).sliced(at + 1);
+            const bool sign = rest.startsWith(u'@');
+            const QString word = mentioned(sign ? rest.sliced(1) : rest).toString();
+            if ((sign || !word.isEmpty()) && marked.contains(word)) {
+                continue;
+            }
+        }
+        out += text[at];
+    }
+    return out.toUtf8();
 }
 
 /// The prompt as the agent takes it literally. @throws AgentError when it is too long to be passed
@@ -153,7 +196,10 @@ void requireSuccess(const ProcessEnd &end, AgentKind kind, std::chrono::millisec
     if (kind == AgentKind::Claude) {
         told = claudeFailure(end.output);
     }
-    const QStringView detail = trimmed(end.errorTail).isEmpty() ? told.text : end.errorTail;
+    // Before the cut, which could leave half a key that nothing gives away.
+    const QString errors = harmlessWords(end.errorTail);
+    const QString detail =
+        trimmed(errors).isEmpty() ? harmlessWords(told.text.right(examinedErrors)) : errors;
     throw AgentError::stopped(end.status, lastCharacters(detail, detailLength).toString())
         .withCost(told.costUSD);
 }
@@ -220,15 +266,16 @@ Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind
     const ProcessEnd end = co_await runProcess(process, cancel);
 
     using Outcome = std::variant<AgentResult, AgentError>;
-    const auto interpret = [end, kind, timeout = process.timeout,
-                            path = answer.path()]() -> Outcome {
+    const auto interpret = [end, kind, timeout = process.timeout, path = answer.path(),
+                            marked = kind == AgentKind::Claude ? markedMentions(request.prompt)
+                                                               : QSet<QString>()]() -> Outcome {
         try {
             requireSuccess(end, kind, timeout);
             if (kind == AgentKind::Codex) {
                 return unwrapCodex(readAnswer(path));
             }
             AgentResult result = unwrapClaude(end.output);
-            result.json = withoutJoiners(std::move(result.json));
+            result.json = withoutMarks(result.json, marked);
             return result;
         } catch (const AgentError &error) {
             return error;

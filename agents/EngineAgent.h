@@ -38,14 +38,16 @@ public:
 
     const AgentLocator &locator() const { return m_locator; }
 
-    /// @throws AgentError (not found, signed out) unless the agent can be called. For use before a
-    /// whole run; `run` itself does not look at the sign-in.
+    /// @throws AgentError (not found, signed out) unless the agent can be called. `run` itself does
+    /// not look at the sign-in: an Asker does before each of its calls, and whoever asks much looks
+    /// before its first step.
     void check(AgentKind kind) const;
 
     /// One call. Nothing is retried here. So that Claude Code takes the prompt literally, "Task:"
     /// is put before one that begins with "-" or "/" (an option, a command), and an invisible word
-    /// joiner before each "@" that could name a file (it would be read and sent); those joiners are
-    /// taken out of the answer again. They count in `promptLimit`, 3 bytes each.
+    /// joiner before each "@" that could name a file (it would be read and sent); where the answer
+    /// repeats such a mention its joiner is taken out again, and any other is left to the agent.
+    /// They count in `promptLimit`, 3 bytes each.
     /// @throws AgentError: not found (before anything is written), stopped, timed out, or a
     ///   message: an unreadable answer, the agent's own refusal, a prompt over `promptLimit`
     /// @throws std::system_error when a file or the launch is refused

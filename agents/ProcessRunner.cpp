@@ -1,20 +1,24 @@
 #include "agents/ProcessRunner.h"
-#include "agents/TemporaryFiles.h"
 
+#include "agents/TemporaryFiles.h"
+#include "agents/guard/Guard.h"
+#include "base/Descriptor.h"
+
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTimer>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <system_error>
 
+#include <fcntl.h>
+#include <sys/socket.h>
 #include <unistd.h>
-#ifdef Q_OS_LINUX
-#include <sys/prctl.h>
-#endif
 
 namespace vorle {
 
@@ -22,66 +26,109 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto grace = 1s;            ///< between SIGTERM and SIGKILL
-constexpr auto floodInterval = 250ms; ///< between two looks at the files' sizes
+/// What the guard has for ending everything, and more: past it the guard itself is at fault.
+constexpr auto guardPatience =
+    std::chrono::milliseconds(guard::graceMilliseconds + guard::killMilliseconds + 1'000);
+constexpr auto sizeInterval = 250ms; ///< between two looks at the files' sizes
 constexpr qint64 errorTailLimit = 65'536;
+constexpr qint64 errorFileLimit = 8'000'000;
 
-/// Between fork and exec: only calls that are safe there.
-void prepareChild([[maybe_unused]] pid_t parent) {
-    ::setpgid(0, 0);
-#ifdef Q_OS_LINUX
-    // A killed vorle must leave no agent behind. It may have died before the call.
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (::getppid() != parent) {
-        ::_exit(1);
-    }
-#endif
+QString guardProgram() {
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/vorle-guard");
 }
 
-/// One child and everything that may end it. Stays where it is while the child lives.
+/// The two ends of the stream between this process and the guard of a child; no other child gets
+/// either.
+struct Lifeline {
+    Descriptor ours{-1};
+    Descriptor guards{-1};
+
+    /// @throws std::system_error
+    static Lifeline made() {
+        std::array<int, 2> ends{};
+        if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) != 0) {
+            throw std::system_error(errno, std::generic_category(), "socketpair");
+        }
+        for (const int end : ends) {
+            ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        }
+        ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
+#if defined(SO_NOSIGPIPE)
+        const int on = 1;
+        ::setsockopt(ends[0], SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
+#endif
+        return {Descriptor(ends[0]), Descriptor(ends[1])};
+    }
+};
+
+/// Keeps the end of a file of errors that grew past what is worth its place on the disk. The child
+/// appends, so it goes on behind what is left.
+void shorten(const QString &path) {
+    QFile file(path);
+    if (file.size() > errorFileLimit && file.open(QIODevice::ReadWrite)) {
+        file.seek(file.size() - errorTailLimit);
+        const QByteArray tail = file.read(errorTailLimit);
+        file.resize(0);
+        file.seek(0);
+        file.write(tail);
+    }
+}
+
+/// One child under its guard, and everything that may end it. Stays where it is while they live.
 class Child {
 public:
     Child(const ProcessRequest &request, const QString &outputPath, const QString &errorPath)
-        : m_outputPath(outputPath), m_errorPath(errorPath) {
-        m_process.setProgram(request.executable);
-        m_process.setArguments(request.arguments);
+        : m_executable(request.executable)
+        , m_outputPath(outputPath)
+        , m_errorPath(errorPath)
+        , m_lifeline(Lifeline::made()) {
+        const int descriptor = m_lifeline.guards.number();
+        m_process.setProgram(guardProgram());
+        m_process.setArguments(QStringList{QString::number(descriptor), request.executable} +
+                               request.arguments);
         m_process.setProcessEnvironment(request.environment);
         m_process.setWorkingDirectory(request.workingDirectory);
         m_process.setStandardOutputFile(outputPath);
-        m_process.setStandardErrorFile(errorPath);
-        m_process.setChildProcessModifier([parent = ::getpid()] { prepareChild(parent); });
+        m_process.setStandardErrorFile(errorPath, QIODevice::Append);
+        // Between fork and exec: only calls that are safe there.
+        m_process.setChildProcessModifier([descriptor] {
+            ::setsid();
+            ::fcntl(descriptor, F_SETFD, 0);
+        });
         if (!request.input) {
             m_process.setStandardInputFile(QProcess::nullDevice());
         }
         connectAll();
         m_watchdog.setSingleShot(true);
         m_watchdog.setInterval(request.timeout);
-        m_grace.setSingleShot(true);
-        m_grace.setInterval(grace);
-        m_floodWatch.setInterval(floodInterval);
+        m_patience.setSingleShot(true);
+        m_patience.setInterval(guardPatience);
+        m_sizeWatch.setInterval(sizeInterval);
     }
 
     void start(const std::optional<QByteArray> &input) {
         m_elapsed.start();
         m_watchdog.start();
-        m_floodWatch.start();
+        m_sizeWatch.start();
         m_process.start();
+        m_lifeline.guards.close(); // the guard has it now
         m_group = static_cast<pid_t>(m_process.processId());
-        if (m_group <= 0) {
-            return; // told by errorOccurred
-        }
-        ::setpgid(m_group, m_group); // whoever comes first, child or parent
-        if (input) {
+        if (m_group > 0 && input) { // else told by errorOccurred
             m_process.write(*input);
             m_process.closeWriteChannel(); // once all is written
         }
     }
 
-    /// SIGTERM to the group now, SIGKILL after the grace. Idempotent.
+    /// Asks for a polite end, which the guard sees through. Idempotent.
     void end() {
-        if (!m_grace.isActive()) {
-            signalGroup(SIGTERM);
-            m_grace.start();
+        if (!m_patience.isActive() && m_process.state() != QProcess::NotRunning) {
+#if defined(MSG_NOSIGNAL)
+            constexpr int flags = MSG_NOSIGNAL;
+#else
+            constexpr int flags = 0;
+#endif
+            ::send(m_lifeline.ours.number(), &guard::politeEnd, 1, flags);
+            m_patience.start();
         }
     }
 
@@ -89,11 +136,9 @@ public:
 
     /// @throws std::system_error when it never started
     ProcessEnd result() const {
-        if (m_launchFailed) {
-            const QByteArray path = QFile::encodeName(m_process.program());
-            const int error = ::access(path.constData(), X_OK) != 0 ? errno : ENOEXEC;
-            throw std::system_error(error, std::generic_category(),
-                                    m_process.errorString().toStdString());
+        if (m_launchError != 0) {
+            throw std::system_error(m_launchError, std::generic_category(),
+                                    m_executable.toStdString());
         }
         ProcessEnd end;
         end.status = m_process.exitCode();
@@ -109,56 +154,62 @@ public:
 private:
     void connectAll() {
         QObject::connect(&m_process, &QProcess::finished, &m_process, [this] {
-            // The leader is reaped; what it left behind still holds the group's number.
-            if (m_group > 1) {
-                ::kill(-m_group, SIGKILL);
+            int error = 0;
+            if (::recv(m_lifeline.ours.number(), &error, sizeof error, 0) == sizeof error) {
+                m_launchError = error;
             }
+            killGroup(); // where the guard was killed, or cannot reach them all
             stop();
         });
-        QObject::connect(&m_process, &QProcess::errorOccurred, &m_process,
-                         [this](QProcess::ProcessError error) {
-                             // Others are told by the end itself, or mean an input left unread.
-                             if (error == QProcess::FailedToStart) {
-                                 m_launchFailed = true;
-                                 stop();
-                             }
-                         });
+        QObject::connect(
+            &m_process, &QProcess::errorOccurred, &m_process, [this](QProcess::ProcessError error) {
+                // Others are told by the end itself, or mean an input left unread.
+                if (error == QProcess::FailedToStart) {
+                    // The guard is there and in order: no process could be made.
+                    const QByteArray path = QFile::encodeName(guardProgram());
+                    m_launchError = ::access(path.constData(), X_OK) != 0 ? errno : EAGAIN;
+                    stop();
+                }
+            });
         QObject::connect(&m_watchdog, &QTimer::timeout, &m_process, [this] { end(); });
-        QObject::connect(&m_grace, &QTimer::timeout, &m_process, [this] { signalGroup(SIGKILL); });
-        QObject::connect(&m_floodWatch, &QTimer::timeout, &m_process, [this] {
-            if (QFileInfo(m_outputPath).size() + QFileInfo(m_errorPath).size() >
-                ProcessEnd::floodLimit) {
+        QObject::connect(&m_patience, &QTimer::timeout, &m_process, [this] { killGroup(); });
+        QObject::connect(&m_sizeWatch, &QTimer::timeout, &m_process, [this] {
+            shorten(m_errorPath);
+            if (QFileInfo(m_outputPath).size() > ProcessEnd::floodLimit) {
                 m_flooded = true;
-                signalGroup(SIGKILL);
+                m_lifeline.ours.close(); // the guard ends everything at once
+                m_patience.start();
             }
         });
     }
 
-    void signalGroup(int signal) const {
-        if (m_group > 1 && m_process.state() != QProcess::NotRunning) {
-            ::kill(-m_group, signal);
+    void killGroup() const {
+        if (m_group > 1) {
+            ::kill(-m_group, SIGKILL);
         }
     }
 
     void stop() {
         m_lifetime = std::chrono::milliseconds(m_elapsed.elapsed());
         m_watchdog.stop();
-        m_grace.stop();
-        m_floodWatch.stop();
+        m_patience.stop();
+        m_sizeWatch.stop();
         m_ended.fire();
     }
 
+    QString m_executable;
     QString m_outputPath;
     QString m_errorPath;
+    Lifeline m_lifeline;
     OneShot m_ended;
     QElapsedTimer m_elapsed;
     std::chrono::milliseconds m_lifetime{0};
     pid_t m_group = 0;
-    bool m_launchFailed = false;
+    int m_launchError = 0; ///< an errno
     bool m_flooded = false;
     QTimer m_watchdog;
-    QTimer m_grace;
-    QTimer m_floodWatch;
+    QTimer m_patience; ///< with a guard that was asked for the end
+    QTimer m_sizeWatch;
     QProcess m_process; // last: it goes first, and its signals with it
 };
 

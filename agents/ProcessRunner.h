@@ -28,7 +28,7 @@ struct ProcessEnd {
     enum class How {
         Exited,    ///< by itself, with an exit status
         Signalled, ///< by a signal it did not catch
-        Flooded    ///< by us: its output passed `floodLimit` on disk
+        Flooded    ///< by us: its standard output passed `floodLimit` on disk
     };
 
     /// An output past this many bytes is not read: `output` is then empty.
@@ -44,13 +44,14 @@ struct ProcessEnd {
     bool succeeded() const { return how == How::Exited && status == 0; }
 };
 
-/// Runs one program to its end, in a process group of its own, without a shell. Output and error
-/// go to files, so that a talkative child never blocks. Past the time-out the whole group gets
-/// SIGTERM, a second later SIGKILL; what is left of the group when its leader ends is killed too.
-/// The child is always reaped and the files are always removed. On Linux it also dies with this
-/// process. Main thread; suspends its caller.
+/// Runs one program to its end, in a session of its own, without a shell. Output and error go to
+/// files, so that a talkative child never blocks; of a long standard error only the end is kept,
+/// however much it is. Past the time-out the child's group gets SIGTERM, a second later everything
+/// that descends from it SIGKILL, as does what is left when the child ends, and all of it when this
+/// process is gone, however it ended: a guard stands between them (agents/guard/Guard.h). The child
+/// is always reaped and the files are always removed. Main thread; suspends its caller.
 /// @throws std::system_error when a file cannot be created or the program not be launched
-/// @throws Cancelled once the group, ended as at the time-out, is gone
+/// @throws Cancelled once the child and its descendants, ended as at the time-out, are gone
 Task<ProcessEnd> runProcess(ProcessRequest request, CancelToken cancel = {});
 
 } // namespace vorle

@@ -1,7 +1,7 @@
 #include "agents/StructuredOutput.h"
 #include "agents/AgentError.h"
+#include "agents/AgentWords.h"
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -79,9 +79,15 @@ QByteArray withoutHalfCharacters(QByteArray json) {
     return json;
 }
 
+QByteArray tidy(const QByteArray &json) { return withoutControls(withoutHalfCharacters(json)); }
+
+/// No call costs more: a figure past it, as one below 0, is none.
+constexpr double highestCost = 100'000;
+
 std::optional<double> costOf(const QJsonObject &result) {
     const QJsonValue cost = result[QStringLiteral("total_cost_usd")];
-    return cost.isDouble() ? std::optional(cost.toDouble()) : std::nullopt;
+    const double dollars = cost.toDouble(-1);
+    return dollars >= 0 && dollars <= highestCost ? std::optional(dollars) : std::nullopt;
 }
 
 } // namespace
@@ -103,25 +109,20 @@ AgentResult unwrapClaude(const QByteArray &output) {
     const QJsonObject result = document.object();
     const auto cost = costOf(result);
     if (result[QStringLiteral("is_error")].toBool()) {
-        const QJsonValue text = result[QStringLiteral("result")];
-        throw AgentError::message(
-            text.isString() ? text.toString()
-                            : QCoreApplication::translate("AgentError", "erreur de l’agent"))
-            .withCost(cost);
+        throw AgentError::message(result[QStringLiteral("result")].toString()).withCost(cost);
     }
     const QJsonValue answer = result[QStringLiteral("structured_output")];
     if (!answer.isObject()) {
         throw AgentError::unreadable().withCost(cost);
     }
-    return {withoutHalfCharacters(QJsonDocument(answer.toObject()).toJson(QJsonDocument::Compact)),
-            cost};
+    return {tidy(QJsonDocument(answer.toObject()).toJson(QJsonDocument::Compact)), cost};
 }
 
 AgentResult unwrapCodex(const QByteArray &answer) {
     if (QJsonDocument::fromJson(answer).isNull()) {
         throw AgentError::unreadable();
     }
-    return {withoutHalfCharacters(answer), std::nullopt};
+    return {tidy(answer), std::nullopt};
 }
 
 ClaudeFailure claudeFailure(const QByteArray &output) {

@@ -10,9 +10,9 @@ namespace vorle {
 /// What a call to an agent gave.
 struct AgentResult {
     /// The answer, a JSON value not yet held against the schema. Escaped halves of characters
-    /// are U+FFFD.
+    /// are U+FFFD; control characters are left out.
     QByteArray json;
-    std::optional<double> costUSD; ///< only Claude Code tells
+    std::optional<double> costUSD; ///< only Claude Code tells; finite, 0 or more
 };
 
 /// The JSON Schema as Codex wants it: every property required, those that were optional (and have

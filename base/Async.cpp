@@ -29,6 +29,7 @@ Task<> sleepFor(std::chrono::milliseconds duration, CancelToken cancel) {
     OneShot woken;
     QTimer timer;
     timer.setSingleShot(true);
+    timer.setTimerType(Qt::PreciseTimer); // a coarse one may come before its time
     QObject::connect(&timer, &QTimer::timeout, &timer, [woken] { woken.fire(); });
     const auto registration = cancel.onCancel([woken] { woken.fire(); });
     timer.start(duration);

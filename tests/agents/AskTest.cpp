@@ -26,6 +26,7 @@ class AskTest : public testing::Test {
 protected:
     AskTest() : m_agent(m_agents.environment(), {}), m_resources(m_agents.home()) {
         test::writeFile(m_agents.home() + QStringLiteral("/found-schema.json"), "{}");
+        m_agents.signIn(AgentKind::Claude);
         logged.clear();
         m_oldHandler = qInstallMessageHandler(keepLog);
     }
@@ -104,6 +105,15 @@ TEST_F(AskTest, passes_a_second_failure_up_as_it_is) {
 TEST_F(AskTest, does_not_insist_when_the_agent_refuses) {
     script({R"sh(echo '{"is_error":true,"result":"Quota"}')sh", good});
     EXPECT_EQ(errorOfAsking().text(), QStringLiteral("Quota"));
+    EXPECT_EQ(m_agents.calls().size(), 1);
+}
+
+TEST_F(AskTest, looks_whether_the_agent_is_ready_before_each_call) {
+    script({"rm \"$HOME/.claude.json\"; exit 3", good});
+    const AgentError error = errorOfAsking();
+    EXPECT_EQ(error.text(), QStringLiteral("Claude Code n’est plus connecté."));
+    EXPECT_EQ(m_agents.calls().size(), 1);
+    EXPECT_EQ(errorOfAsking().kind(), AgentError::Case::SignedOut);
     EXPECT_EQ(m_agents.calls().size(), 1);
 }
 

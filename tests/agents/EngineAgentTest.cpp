@@ -142,8 +142,7 @@ TEST_F(EngineAgentTest, the_child_finds_its_tools_its_home_and_no_project) {
 }
 
 TEST_F(EngineAgentTest, claude_takes_every_prompt_literally) {
-    m_agents.install(AgentKind::Claude,
-                     R"sh(printf '{"structured_output":{"a":"x \342\201\240@types/node"}}')sh");
+    m_agents.install(AgentKind::Claude, claudeAnswers);
     const std::pair<QString, QString> cases[] = {
         {QStringLiteral("-x"), QStringLiteral("Task:\n-x")},
         {QStringLiteral("/help"), QStringLiteral("Task:\n/help")},
@@ -156,8 +155,29 @@ TEST_F(EngineAgentTest, claude_takes_every_prompt_literally) {
     for (const auto &[prompt, passed] : cases) {
         AgentRequest request;
         request.prompt = prompt;
-        EXPECT_EQ(run(AgentKind::Claude, request).json, R"({"a":"x @types/node"})");
+        run(AgentKind::Claude, request);
         EXPECT_EQ(m_agents.calls().last().arguments.at(1), passed);
+    }
+}
+
+// The answer repeats what was marked, the sign behind the mark or not; any other joiner is its own.
+TEST_F(EngineAgentTest, takes_its_own_marks_out_of_the_answer_and_no_others) {
+    m_agents.install(AgentKind::Claude, "cat \"$HOME/answer\"");
+    const std::pair<const char16_t *, const char16_t *> cases[] = {
+        {u"\u2060@types/node", u"@types/node"},
+        {u"(\u2060@types/node).", u"(@types/node)."},
+        {u"\u2060types/node", u"types/node"},
+        {u"\u2060\u2060@types/node", u"\u2060@types/node"},
+        {u"\u2060@other \u2060x a\u2060b \u2060", u"\u2060@other \u2060x a\u2060b \u2060"},
+    };
+    for (const auto &[answer, expected] : cases) {
+        test::writeFile(m_agents.home() + QStringLiteral("/answer"),
+                        R"({"structured_output":{"a":")" + QString::fromUtf16(answer).toUtf8() +
+                            "\"}}");
+        AgentRequest request;
+        request.prompt = QStringLiteral("uses @types/node.");
+        EXPECT_EQ(run(AgentKind::Claude, request).json,
+                  R"({"a":")" + QString::fromUtf16(expected).toUtf8() + "\"}");
     }
 }
 
@@ -192,6 +212,8 @@ TEST_F(EngineAgentTest, every_way_to_fail_has_its_error) {
     const Failure failures[] = {
         {AgentKind::Claude, "echo oops >&2; exit 3", 60s, Case::Stopped,
          QStringLiteral("L’IA s’est arrêtée (code 3). oops\n")},
+        {AgentKind::Codex, "printf '\\033[31mkey=sk-proj-0123456789abcdef\\033[0m\\a' >&2; exit 3",
+         60s, Case::Stopped, QStringLiteral("L’IA s’est arrêtée (code 3). key=[clé masquée]")},
         {AgentKind::Claude, "kill -9 $$", 60s, Case::Stopped,
          QStringLiteral("L’IA s’est arrêtée (code 9). ")},
         {AgentKind::Claude, "exit 143", 60s, Case::Stopped,
@@ -240,6 +262,19 @@ TEST_F(EngineAgentTest, keeps_the_last_300_characters_a_reader_sees_of_the_error
                     (QString(100'000, u'x') + accented.repeated(300)).toUtf8());
     EXPECT_EQ(errorOf(AgentKind::Codex).text(),
               QStringLiteral("L’IA s’est arrêtée (code 1). ") + accented.repeated(300));
+}
+
+TEST_F(EngineAgentTest, an_answer_counts_however_much_was_told_beside_it) {
+    m_agents.install(AgentKind::Claude,
+                     QByteArray("yes warning | head -c 40000000 >&2\n") + claudeAnswers);
+    EXPECT_EQ(run(AgentKind::Claude).json, R"({"a":1})");
+}
+
+TEST_F(EngineAgentTest, the_cut_of_the_errors_never_lays_half_a_key_bare) {
+    m_agents.install(AgentKind::Codex, "cat \"$HOME/err\" >&2; exit 1");
+    test::writeFile(m_agents.home() + QStringLiteral("/err"),
+                    "sk-proj-" + QByteArray("a1").repeated(10) + QByteArray(290, ' ') + "fin");
+    EXPECT_FALSE(errorOf(AgentKind::Codex).text().contains(u"a1"));
 }
 
 TEST_F(EngineAgentTest, what_is_missing_is_told_before_anything_is_written) {

@@ -133,11 +133,65 @@ TEST_F(ProcessRunner, ends_the_whole_group_at_the_time_out_even_when_it_will_not
     expectGone();
 }
 
-TEST_F(ProcessRunner, ends_what_the_leader_leaves_behind) {
-    const ProcessEnd end = test::waitFor(runProcess(shell(
-        QStringLiteral("(trap '' TERM HUP; sleep 60) & echo $! > \"$HOME/pids\"; echo done"))));
-    EXPECT_EQ(end.output, "done\n");
-    EXPECT_EQ(pids().size(), 1);
+/// What a child may start: each script notes two processes in $PIDS, of which it is the second.
+/// The first would go on for minutes.
+struct Tree {
+    const char *what;
+    const char *start;
+};
+constexpr Tree trees[] = {
+    {"behind a launcher that waits", "sh -c 'echo $$ >> \"$PIDS\"; exec sleep 120' &"},
+    {"that does not listen", "(trap '' TERM HUP; exec sleep 120) & echo $! >> \"$PIDS\";"},
+#ifdef Q_OS_LINUX
+    {"in a session of its own",
+     "setsid sh -c 'trap \"\" TERM; echo $$ >> \"$PIDS\"; exec sleep 120' &"},
+    {"whose parents are gone",
+     "(setsid sh -c '(setsid sh -c \"echo \\$\\$ >> $PIDS; exec sleep 120\" &)' &);"},
+#endif
+};
+/// Waits until the first is there, so that it is noted before whatever ends it.
+QString scriptOf(const Tree &tree, const char *then) {
+    return QString::fromLatin1(tree.start) +
+           QStringLiteral(" while [ ! -s \"$PIDS\" ]; do sleep 0.01; done; "
+                          "echo $$ >> \"$PIDS\"; ") +
+           QString::fromLatin1(then);
+}
+
+TEST_F(ProcessRunner, ends_all_that_the_child_started_however_it_ends) {
+    for (const Tree &tree : trees) {
+        const auto run = [&](const char *then, CancelToken cancel = {}) {
+            QFile::remove(m_folder.home() + QStringLiteral("/pids"));
+            ProcessRequest request = shell(scriptOf(tree, then), 700ms);
+            request.environment.insert(QStringLiteral("PIDS"),
+                                       m_folder.home() + QStringLiteral("/pids"));
+            const ProcessEnd end = test::waitFor(runProcess(request, std::move(cancel)));
+            EXPECT_EQ(pids().size(), 2) << tree.what;
+            return end;
+        };
+        EXPECT_EQ(run("echo done").output, "done\n") << tree.what;
+        expectGone();
+        EXPECT_EQ(run("exec sleep 120").how, ProcessEnd::How::Signalled) << tree.what;
+        expectGone();
+        CancelSource source;
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, [&] {
+            if (pids().size() == 2) {
+                source.cancel();
+            }
+        });
+        watch.start(5ms);
+        EXPECT_THROW(run("exec sleep 120", source.token()), Cancelled) << tree.what;
+        expectGone();
+    }
+}
+
+TEST_F(ProcessRunner, a_killed_guard_takes_the_child_with_it) {
+#ifndef Q_OS_LINUX
+    GTEST_SKIP() << "no such service on this system";
+#endif
+    const ProcessEnd end = test::waitFor(runProcess(
+        shell(QStringLiteral("echo $$ > \"$HOME/pids\"; kill -9 $PPID; sleep 120; sleep 120"))));
+    EXPECT_EQ(std::pair(end.how, end.status), std::pair(ProcessEnd::How::Signalled, SIGKILL));
     expectGone();
 }
 
@@ -192,6 +246,18 @@ TEST_F(ProcessRunner, an_output_too_large_costs_no_memory_and_an_endless_one_is_
     end = test::waitFor(runProcess(shell(QStringLiteral("yes & echo $! > \"$HOME/pids\"; wait"))));
     EXPECT_EQ(end.how, ProcessEnd::How::Flooded);
     expectGone();
+
+    // What is told besides is no answer: however much, it costs the answer nothing, nor the disk.
+    end = test::waitFor(
+        runProcess(shell(QStringLiteral("yes error | head -c 40000002 >&2; echo out; sleep 0.6; "
+                                        "stat -L -c %s /proc/$$/fd/2; printf last >&2"))));
+    EXPECT_TRUE(end.succeeded());
+    EXPECT_TRUE(end.output.startsWith("out\n"));
+#ifdef Q_OS_LINUX
+    EXPECT_LE(end.output.mid(4).trimmed().toLongLong(), 8'000'000);
+#endif
+    EXPECT_TRUE(end.errorTail.endsWith(QStringLiteral("error\nlast")))
+        << qPrintable(end.errorTail.right(40));
 }
 
 TEST_F(ProcessRunner, the_end_of_errors_never_starts_inside_a_character) {
@@ -203,27 +269,28 @@ TEST_F(ProcessRunner, the_end_of_errors_never_starts_inside_a_character) {
 
 /// Run by the next test in a process of its own, which is then killed.
 TEST_F(ProcessRunner, DISABLED_runs_for_ever) {
-    ProcessRequest request = shell(QStringLiteral("echo $$ > \"$PIDS\"; sleep 120"));
-    test::waitFor(runProcess(request), 120s);
+    test::waitFor(runProcess(shell(qEnvironmentVariable("SCRIPT"))), 120s);
 }
 
-TEST_F(ProcessRunner, the_child_dies_with_a_killed_app) {
-#ifndef Q_OS_LINUX
-    GTEST_SKIP() << "no such service on this system";
-#endif
-    QProcess app;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PIDS"), m_folder.home() + QStringLiteral("/pids"));
-    app.setProcessEnvironment(environment);
-    app.start(QCoreApplication::applicationFilePath(),
-              {QStringLiteral("--gtest_also_run_disabled_tests"),
-               QStringLiteral("--gtest_filter=*DISABLED_runs_for_ever")});
-    test::spinUntil([&] { return pids().size() == 1; });
-    EXPECT_TRUE(isAlive(pids().first()));
-    app.kill();
-    app.waitForFinished();
-    expectGone();
-    QDir(m_folder.temporary()).removeRecursively(); // what the killed app could not remove
+TEST_F(ProcessRunner, all_of_it_ends_with_a_killed_app) {
+    for (const Tree &tree : trees) {
+        QFile::remove(m_folder.home() + QStringLiteral("/pids"));
+        QProcess app;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("PIDS"), m_folder.home() + QStringLiteral("/pids"));
+        environment.insert(QStringLiteral("SCRIPT"), scriptOf(tree, "exec sleep 120"));
+        app.setProcessEnvironment(environment);
+        app.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("--gtest_also_run_disabled_tests"),
+                   QStringLiteral("--gtest_filter=*DISABLED_runs_for_ever")});
+        test::spinUntil([&] { return pids().size() == 2; });
+        EXPECT_TRUE(isAlive(pids().first())) << tree.what;
+        app.kill();
+        app.waitForFinished();
+        expectGone();
+        QDir(m_folder.temporary()).removeRecursively(); // what the killed app could not remove
+        QDir().mkpath(m_folder.temporary());
+    }
 }
 
 } // namespace

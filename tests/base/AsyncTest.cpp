@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace vorle {
 namespace {
 
@@ -26,6 +28,22 @@ TEST(Async, sleeping_lets_the_loop_turn_and_stops_when_cancelled) {
     EXPECT_THROW(test::waitFor(sleepFor(20s, source.token())), Cancelled);
     EXPECT_LT(elapsed.elapsed(), 10'000);
     EXPECT_THROW(test::waitFor(sleepFor(20s, source.token())), Cancelled);
+}
+
+TEST(Async, no_wait_ends_before_its_time) {
+    std::vector<Task<>> sleeps;
+    const auto sleep = [](std::chrono::milliseconds time) -> Task<> {
+        QElapsedTimer clock;
+        clock.start();
+        co_await sleepFor(time);
+        EXPECT_GE(clock.elapsed(), time.count() - 1);
+    };
+    for (int i = 0; i < 40; ++i) {
+        sleeps.push_back(sleep(std::chrono::milliseconds(101 + 7 * i)));
+    }
+    for (Task<> &task : sleeps) {
+        test::waitFor(std::move(task));
+    }
 }
 
 TEST(Async, pool_work_comes_back_to_the_main_thread) {

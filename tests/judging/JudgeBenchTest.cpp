@@ -150,6 +150,7 @@ TEST(BenchSamples, cover_every_kind_and_reading_and_carry_a_label_each) {
 class JudgeBenchTest : public testing::Test {
 protected:
     JudgeBenchTest() {
+        m_agents.signIn(AgentKind::Claude);
         test::writeFile(m_agents.home() + QStringLiteral("/scenario.json"),
                         R"({"candidates":{},"judge":"ok"})");
     }

@@ -61,6 +61,7 @@ protected:
                         claude ? R"({"structured_output":)" + text + '}' : text);
         m_agents.install(kind, claude ? R"sh(cat "$HOME/answer")sh"
                                       : R"sh(cat "$HOME/answer" > "$answer")sh");
+        m_agents.signIn(kind);
         EngineAgent agent(m_agents.environment(), {});
         Asker asker(agent, Resources(QStringLiteral(VORLE_RESOURCES)), 1ms);
         auto brief = std::make_shared<JudgeBrief>();
