@@ -11,10 +11,12 @@
 #include <QUuid>
 
 #include <cerrno>
+#include <filesystem>
 #include <optional>
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,11 +42,13 @@ std::optional<struct stat> statusOf(const QString &path) {
                                                                       : std::nullopt;
 }
 
-/// A folder, no link to one, that is the user's and that not everybody can write to.
+constexpr mode_t writtenByOthers = S_IWGRP | S_IWOTH;
+
+/// A folder, no link to one, that is the user's and that nobody else can write to.
 bool isOwnFolder(const QString &path) {
     const auto status = statusOf(path);
     return status && S_ISDIR(status->st_mode) && status->st_uid == ::geteuid() &&
-           (status->st_mode & S_IWOTH) == 0;
+           (status->st_mode & writtenByOthers) == 0;
 }
 
 /// Whether somebody else than the user and root can put a file there or in a folder above.
@@ -52,7 +56,7 @@ bool othersCanWriteAlong(const QString &path) {
     QString folder = QFileInfo(path).canonicalFilePath();
     while (!folder.isEmpty()) {
         const auto status = statusOf(folder);
-        if (!status || (status->st_mode & S_IWOTH) != 0 ||
+        if (!status || (status->st_mode & writtenByOthers) != 0 ||
             (status->st_uid != 0 && status->st_uid != ::geteuid())) {
             return true;
         }
@@ -65,29 +69,88 @@ bool othersCanWriteAlong(const QString &path) {
     return true;
 }
 
-QString userFolder() {
+/// Where the folder may stand, the best first.
+QStringList userFolders() {
+    QStringList folders;
     const QString runtime = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
     if (QDir::isAbsolutePath(runtime) && isOwnFolder(runtime) && !othersCanWriteAlong(runtime)) {
-        return runtime + QStringLiteral("/vorle");
+        folders += runtime + QStringLiteral("/vorle");
     }
-    const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
-                          QStringLiteral("/vorle");
-    if (!QDir().mkpath(cache)) {
-        failOn(cache, errno);
+    for (const auto place :
+         {QStandardPaths::GenericCacheLocation, QStandardPaths::GenericDataLocation}) {
+        folders += QStandardPaths::writableLocation(place) + QStringLiteral("/vorle/tmp");
     }
-    return cache + QStringLiteral("/tmp");
+    return folders;
+}
+
+/// 0 once the folder is there and the user's alone, else why it is not, as an `errno`.
+int makePrivate(const QString &folder) {
+    const QByteArray path = QFile::encodeName(folder);
+    std::error_code refused;
+    std::filesystem::create_directories(std::filesystem::path(path.constData()).parent_path(),
+                                        refused);
+    if (refused) {
+        return refused.value();
+    }
+    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST) {
+        return errno;
+    }
+    // What stood there already must be ours, or it could be anybody's trap.
+    if (!isOwnFolder(folder)) {
+        return EPERM;
+    }
+    if (::chmod(path.constData(), 0700) != 0) {
+        return errno;
+    }
+    return ::access(path.constData(), W_OK | X_OK) == 0 ? 0 : errno;
+}
+
+/// Takes the lock that tells a living owner. False when another has it.
+bool takeLock(int descriptor) {
+    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+enum class Use { Free, Held, Unknown };
+
+/// Whether a living process has it in use; what is free stays locked as long as `held` lives.
+Use useOf(const QString &path, std::optional<Descriptor> &held) {
+    held.emplace(::open(QFile::encodeName(path).constData(),
+                        O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!held->isOpen()) {
+        return Use::Unknown;
+    }
+    if (::flock(held->number(), LOCK_EX | LOCK_NB) == 0) {
+        return Use::Free;
+    }
+    return errno == EWOULDBLOCK ? Use::Held : Use::Unknown;
+}
+
+/// Whether the name still stands for the file that is open: it may have been swept before its lock
+/// was taken.
+bool isStillThere(const QString &path, int descriptor) {
+    struct stat open = {};
+    const auto named = statusOf(path);
+    return named && ::fstat(descriptor, &open) == 0 && open.st_ino == named->st_ino &&
+           open.st_dev == named->st_dev;
 }
 
 } // namespace
+
+Descriptor inUse(const QString &path) {
+    std::optional<Descriptor> held;
+    return useOf(path, held) == Use::Free ? std::move(*held) : Descriptor(-1);
+}
 
 TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix) {
     const QString folder = QDir::tempPath(); // empty when TMPDIR does not exist
     if (folder.isEmpty()) {
         failOn(QFile::decodeName(qgetenv("TMPDIR")), ENOENT);
     }
-    m_path = folder + u'/' + prefix.toString() +
-             QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString();
-    opened(m_path, O_WRONLY | O_CREAT | O_EXCL);
+    do {
+        m_path = folder + u'/' + prefix.toString() +
+                 QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString();
+        m_use.emplace(opened(m_path, O_WRONLY | O_CREAT | O_EXCL));
+    } while (!takeLock(m_use->number()) || !isStillThere(m_path, m_use->number()));
 }
 
 TemporaryFile::~TemporaryFile() {
@@ -112,33 +175,39 @@ void preparePrivateTemporaryDirectory() {
     if (!othersCanWriteAlong(QDir::tempPath())) {
         return;
     }
-    const QString folder = userFolder();
-    const QByteArray path = QFile::encodeName(folder);
-    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST) {
-        failOn(folder, errno);
+    const QStringList folders = userFolders();
+    int refusal = 0;
+    for (const QString &folder : folders) {
+        const int error = makePrivate(folder);
+        if (error == 0) {
+            qputenv("TMPDIR", QFile::encodeName(folder));
+            return;
+        }
+        refusal = refusal != 0 ? refusal : error;
     }
-    // What stood there already must be ours, or it could be anybody's trap.
-    if (!isOwnFolder(folder)) {
-        failOn(folder, EPERM);
-    }
-    if (::chmod(path.constData(), 0700) != 0) {
-        failOn(folder, errno);
-    }
-    qputenv("TMPDIR", path);
+    failOn(folders.first(), refusal);
 }
 
 void sweepStrays() {
     // Only names this program gives: a folder of the user's may begin with its name too.
     static const QRegularExpression ours(QStringLiteral(
-        "^vorle-((schema|answer|run|install|launch)-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"
+        "^vorle-((schema|answer|run|install|(launch))-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"
         "[0-9A-F]{12}(\\.json|\\.out|\\.err|\\.txt|\\.command)?|demo-[A-Za-z]{6})$"));
     const QDateTime oldest = QDateTime::currentDateTimeUtc().addDays(-1);
-    const QFileInfoList strays = QDir(QDir::tempPath())
-                                     .entryInfoList({QStringLiteral("vorle-*")},
-                                                    QDir::Files | QDir::Dirs | QDir::NoSymLinks);
+    const QFileInfoList strays =
+        QDir(QDir::tempPath())
+            .entryInfoList({QStringLiteral("vorle-*")},
+                           QDir::Files | QDir::Dirs | QDir::System | QDir::NoSymLinks);
     for (const QFileInfo &stray : strays) {
-        if (!ours.match(stray.fileName()).hasMatch() || stray.lastModified() >= oldest ||
-            stray.ownerId() != ::geteuid()) {
+        const auto name = ours.match(stray.fileName());
+        if (!name.hasMatch() || stray.ownerId() != ::geteuid()) {
+            continue;
+        }
+        std::optional<Descriptor> held; // until it is gone: nobody takes it meanwhile
+        const Use use = useOf(stray.filePath(), held);
+        const bool leftToAnother = !name.captured(3).isEmpty();
+        const bool old = stray.lastModified() < oldest;
+        if (use == Use::Held || (!old && (leftToAnother || use == Use::Unknown))) {
             continue;
         }
         if (stray.isDir()) {

@@ -1,5 +1,6 @@
 #include "app/demo/Demonstration.h"
 
+#include "agents/TemporaryFiles.h"
 #include "app/demo/DemoBlog.h"
 #include "base/French.h"
 #include "core/Preferences.h"
@@ -45,6 +46,7 @@ Demonstration::Demonstration() : m_folder(QDir::tempPath() + QStringLiteral("/vo
         fail(French::tr("Le dossier de démonstration n’a pas pu être créé : %1")
                  .arg(m_folder.errorString()));
     }
+    m_use.emplace(inUse(m_folder.path()));
     makeHome();
     makeProjects();
     m_site = std::make_unique<DemoSite>(DemoCatalogue(QDate::currentDate()));

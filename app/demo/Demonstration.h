@@ -1,12 +1,14 @@
 #pragma once
 
 #include "app/demo/DemoSite.h"
+#include "base/Descriptor.h"
 
 #include <QMap>
 #include <QString>
 #include <QTemporaryDir>
 
 #include <memory>
+#include <optional>
 
 namespace vorle {
 
@@ -41,6 +43,7 @@ private:
     void makeProjects() const;
 
     QTemporaryDir m_folder;
+    std::optional<Descriptor> m_use; ///< of the folder
     std::unique_ptr<DemoSite> m_site;
 };
 

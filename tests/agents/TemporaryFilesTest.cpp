@@ -106,38 +106,88 @@ TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_p
     EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
     variables.set("XDG_RUNTIME_DIR", runtime);
 
+    // Nor is one that a group can write to a place for temporary files.
+    variables.set("TMPDIR", place.filePath(QStringLiteral("group")));
+    QDir().mkpath(place.filePath(QStringLiteral("group")));
+    ASSERT_EQ(::chmod(QFile::encodeName(place.filePath(QStringLiteral("group"))).constData(), 0770),
+              0);
+    ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0700), 0);
+    preparePrivateTemporaryDirectory();
+    EXPECT_EQ(QDir::tempPath(), runtime + QStringLiteral("/vorle"));
+
     // A link where our folder should be.
     variables.set("TMPDIR", shared);
     ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0700), 0);
     QDir(runtime + QStringLiteral("/vorle")).removeRecursively();
     QFile::link(shared, runtime + QStringLiteral("/vorle"));
+    preparePrivateTemporaryDirectory();
+    EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
+
+    // No folder at all: whoever would have used one is told.
+    variables.set("TMPDIR", shared);
+    test::writeFile(place.filePath(QStringLiteral("file")), {});
+    variables.set("XDG_CACHE_HOME", place.filePath(QStringLiteral("file")));
+    variables.set("XDG_DATA_HOME", place.filePath(QStringLiteral("file")));
     EXPECT_THROW(preparePrivateTemporaryDirectory(), std::system_error);
     EXPECT_EQ(QDir::tempPath(), shared);
+    variables.set("XDG_DATA_HOME", place.filePath(QStringLiteral("data")));
+    preparePrivateTemporaryDirectory();
+    EXPECT_EQ(QDir::tempPath(), place.filePath(QStringLiteral("data/vorle/tmp")));
 }
 
-TEST(TemporaryFiles, sweeps_what_was_left_more_than_a_day_ago_and_nothing_else) {
+TEST(TemporaryFiles, sweeps_what_nobody_uses_any_more_and_nothing_else) {
     const test::ScriptedAgent folder;
-    const auto place = [&](const QString &name, int hoursAgo) {
-        const QString path = folder.temporary() + u'/' + name;
+    const auto place = [&](const char *name, int hoursAgo) {
+        const QString path = folder.temporary() + u'/' + QString::fromLatin1(name);
         test::writeFile(path, "x");
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
         file.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * hoursAgo),
                          QFileDevice::FileModificationTime);
     };
-    place(QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000001.out"), 25);
-    place(QStringLiteral("vorle-launch-0A000000-0000-4000-8000-000000000001.txt"), 25);
-    place(QStringLiteral("vorle-launch-0A000000-0000-4000-8000-000000000001.command"), 25);
-    place(QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000002.out"), 23);
-    place(QStringLiteral("other-OLD"), 25);
-    place(QStringLiteral("vorle-mes-notes.txt"), 25);
+    const auto leave = [&](const char *name) {
+        QDir().mkpath(folder.temporary() + u'/' + QString::fromLatin1(name));
+        place((QByteArray(name) + "/inside").constData(), 0);
+    };
+    // What dead processes left, seconds ago.
+    place("vorle-run-0A000000-0000-4000-8000-000000000001.out", 0);
+    place("vorle-answer-0A000000-0000-4000-8000-000000000001.json", 0);
+    leave("vorle-demo-AbCdEf");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(folder.temporary() +
+                                         QStringLiteral("/vorle-answer-0A000000-0000-4000-8000-"
+                                                        "000000000002.json"))
+                           .constData(),
+                       0600),
+              0);
+    // What was left to a terminal: it may not have come to it yet.
+    place("vorle-launch-0A000000-0000-4000-8000-000000000001.txt", 25);
+    place("vorle-launch-0A000000-0000-4000-8000-000000000002.command", 23);
+    // What is another's, or in use, however old.
+    place("other-OLD", 25);
+    place("vorle-mes-notes.txt", 25);
     QFile::link(QStringLiteral("/etc/hostname"),
                 folder.temporary() + QStringLiteral("/vorle-link"));
+    const TemporaryFile used(u"vorle-run-", u".err");
+    place(QFileInfo(used.path()).fileName().toLatin1().constData(), 48);
+    leave("vorle-demo-ZyXwVu");
+    std::optional<Descriptor> use(inUse(folder.temporary() + QStringLiteral("/vorle-demo-ZyXwVu")));
+    EXPECT_TRUE(use->isOpen());
+
+    QStringList left{QStringLiteral("other-OLD"),
+                     QStringLiteral("vorle-demo-ZyXwVu"),
+                     QStringLiteral("vorle-launch-0A000000-0000-4000-8000-000000000002.command"),
+                     QStringLiteral("vorle-link"),
+                     QStringLiteral("vorle-mes-notes.txt"),
+                     QFileInfo(used.path()).fileName()};
+    left.sort();
     sweepStrays();
-    EXPECT_EQ(folder.leftovers(),
-              (QStringList{QStringLiteral("other-OLD"), QStringLiteral("vorle-link"),
-                           QStringLiteral("vorle-mes-notes.txt"),
-                           QStringLiteral("vorle-run-0A000000-0000-4000-8000-000000000002.out")}));
+    QStringList found = folder.leftovers();
+    found.sort();
+    EXPECT_EQ(found, left);
+
+    use.reset();
+    sweepStrays();
+    EXPECT_FALSE(QFile::exists(folder.temporary() + QStringLiteral("/vorle-demo-ZyXwVu")));
 }
 
 } // namespace
