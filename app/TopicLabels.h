@@ -17,6 +17,8 @@ QString dayLabel(const QDate &day, const QDate &today);
 /// "avant le 28 novembre" (with its year when it is not this one), "maintenant", or empty.
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
 
+/// Why a captured link that is still being read takes no decision but the one against it.
+QString beingReadText();
 /// What is said once `count` topics of a run that died were handed out.
 QString releasedText(qsizetype count);
 /// What is said once `kept` of the entries of a damaged file were taken up.

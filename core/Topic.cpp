@@ -28,6 +28,10 @@ bool Topic::isUrgent() const {
     return score >= 9 && kind && (kind->contains(u"faille") || kind->contains(u"casse"));
 }
 
+bool isBeingRead(const Topic &topic) {
+    return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
+}
+
 QString changeLabel(const QString &change) {
     // At the start of a sentence too, and in no other spelling.
     const auto speaksOf = [&](QStringView word) {

@@ -170,6 +170,10 @@ struct Topic {
 
 size_t qHash(const Topic &topic, size_t seed = 0);
 
+/// Whether it is a captured link that was not judged yet. What the judge makes of it will stand in
+/// its place, so until then it can be dismissed and nothing else.
+bool isBeingRead(const Topic &topic);
+
 /// The label a person sees for one change of a topic, from the words in it, capital or not:
 /// a flaw before a break, a gain, a new interface. Empty when no word is recognised.
 QString changeLabel(const QString &change);

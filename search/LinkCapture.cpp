@@ -1,17 +1,15 @@
 #include "search/LinkCapture.h"
 
-#include "base/SystemErrorText.h"
 #include "base/Text.h"
 #include "core/Preferences.h"
 #include "core/WebLink.h"
 #include "judging/Judge.h"
 #include "search/LinkLedger.h"
 #include "search/Links.h"
+#include "search/RunBook.h"
 #include "search/RunPlan.h"
 #include "search/SourceImage.h"
 #include "search/TopicDraft.h"
-
-#include <system_error>
 
 namespace vorle {
 
@@ -83,23 +81,47 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
 
 void LinkCapture::resume() {
     for (const TopicPtr &topic : m_parts.store.topics(TopicStatus::Pending)) {
-        if (topic->capturedURL) {
+        if (isBeingRead(*topic)) {
             start(topic->id);
         }
     }
 }
 
+LinkCapture::State LinkCapture::state(const QUuid &id) const {
+    const TopicPtr topic = m_parts.store.topic(id);
+    if (!topic || !isBeingRead(*topic)) {
+        return State::None;
+    }
+    if (m_failures.contains(id)) {
+        return State::Failed;
+    }
+    return m_running && !m_queue.isEmpty() && m_queue.first() == id ? State::Reading
+                                                                    : State::Queued;
+}
+
+QString LinkCapture::failureText(const QUuid &id) const {
+    return state(id) == State::Failed ? m_failures.value(id) : QString();
+}
+
+void LinkCapture::retry(const QUuid &id) {
+    if (state(id) == State::Failed) {
+        start(id);
+    }
+}
+
 void LinkCapture::ask(const QUuid &id) {
     const TopicPtr topic = m_parts.store.topic(id);
-    if (topic && topic->status == TopicStatus::Pending && topic->capturedURL) {
+    if (topic && isBeingRead(*topic)) {
         start(id);
     }
 }
 
 void LinkCapture::start(const QUuid &id) {
+    m_failures.remove(id);
     if (!m_queue.contains(id)) {
         m_queue += id;
     }
+    Q_EMIT stateChanged(id);
     if (!m_running) {
         detach(work(), QStringLiteral("captured links"));
     }
@@ -110,20 +132,22 @@ Task<> LinkCapture::work() {
     Q_EMIT runningChanged();
     while (!m_queue.isEmpty() && !m_cancel.token().isCancelled()) {
         const QUuid id = m_queue.first();
-        QString failure;
+        Q_EMIT stateChanged(id);
+        std::optional<QString> failure;
         try {
             co_await complete(id);
         } catch (const Cancelled &) {
             break;
-        } catch (const AgentError &error) {
-            failure = error.text();
-        } catch (const std::system_error &error) {
-            failure = systemRefusalText(error);
+        } catch (const std::exception &error) {
+            failure = vorle::failureText(error);
         }
         m_queue.removeOne(id);
-        if (!failure.isEmpty()) {
-            Q_EMIT failed(id, failure);
+        const TopicPtr topic = m_parts.store.topic(id);
+        if (failure && topic && isBeingRead(*topic)) {
+            m_failures.insert(id, *failure);
+            Q_EMIT failed(id, *failure);
         }
+        Q_EMIT stateChanged(id);
     }
     m_queue.clear();
     m_running = false;
@@ -132,9 +156,13 @@ Task<> LinkCapture::work() {
 
 Task<> LinkCapture::complete(QUuid id) {
     const TopicPtr captured = m_parts.store.topic(id);
-    if (!captured || !captured->capturedURL || captured->status != TopicStatus::Pending) {
+    if (!captured || !isBeingRead(*captured)) {
         co_return;
     }
+    // An agent that cannot answer costs no reading either.
+    const EngineAgent &agent = m_parts.asker.agent();
+    const AgentKind kind = agent.locator().choose();
+    agent.check(kind);
     const Candidate candidate = candidateOf(*captured);
     const ReadPage page =
         co_await m_parts.reader.read(candidate.url, m_cancel.token(), Reach::Anywhere);
@@ -142,8 +170,8 @@ Task<> LinkCapture::complete(QUuid id) {
     const auto projects = co_await onPool([folders] { return readProjects(folders); });
     const QDateTime now = m_parts.clock.now();
     const RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), now);
-    const auto brief = std::make_shared<const JudgeBrief>(
-        judgeBrief(plan, m_parts.store.topics(), now, m_parts.asker.agent().locator().choose()));
+    const auto brief =
+        std::make_shared<const JudgeBrief>(judgeBrief(plan, m_parts.store.topics(), now, kind));
     const JudgeCandidate shown{.id = QStringLiteral("c-1"),
                                .title = page.title.value_or(captured->title),
                                .url = candidate.url,

@@ -5,8 +5,9 @@
 #include "core/ScoreNotes.h"
 #include "core/TopicStore.h"
 
+#include <QHash>
+#include <QList>
 #include <QObject>
-#include <QSet>
 
 #include <variant>
 
@@ -19,9 +20,9 @@ class SourceImage;
 /// Takes the links the user captures: each becomes a pending topic at once, is read and judged
 /// like a run's, and completed in place, ready for triage. One at a time, in the order they came.
 ///
-/// A link that could not be judged stays pending, and is tried again by `resume()`: nothing the
-/// user gave is lost. Main thread; what it is given must outlive it, and it must outlive the work
-/// under way (see `stop`).
+/// A link that could not be judged stays pending and says so, until it is tried again by `retry()`
+/// or `resume()`: nothing the user gave is lost. Main thread; what it is given must outlive it, and
+/// it must outlive the work under way (see `stop`).
 class LinkCapture final : public QObject {
     Q_OBJECT
 public:
@@ -40,6 +41,14 @@ public:
         QString title; ///< as the user or the sharing app has it; may be empty
         QString note;
         std::optional<QString> project;
+    };
+
+    /// Where a captured link stands.
+    enum class State {
+        None,    ///< not waiting: unknown, judged, or decided on
+        Queued,  ///< to be read after others
+        Reading, ///< being read and judged
+        Failed   ///< could not be judged; `failureText` tells why
     };
 
     /// Why a link was not taken.
@@ -63,6 +72,12 @@ public:
     /// Starts on that one link, when it is one that waits.
     void ask(const QUuid &id);
 
+    State state(const QUuid &id) const;
+    /// Why it could not be judged, a French sentence; empty unless its state is Failed.
+    QString failureText(const QUuid &id) const;
+    /// Starts again on a link whose state is Failed.
+    void retry(const QUuid &id);
+
     bool running() const { return m_running; }
     /// Ends the work under way; done once `running` is false. What was not finished stays pending.
     void stop() { m_cancel.cancel(); }
@@ -73,6 +88,8 @@ Q_SIGNALS:
     void completed(const QUuid &id);
     /// It could not be judged; `text` is a French sentence.
     void failed(const QUuid &id, const QString &text);
+    /// `state` gives another answer for it.
+    void stateChanged(const QUuid &id);
 
 private:
     void start(const QUuid &id);
@@ -81,7 +98,8 @@ private:
 
     Parts m_parts;
     CancelSource m_cancel;
-    QList<QUuid> m_queue;
+    QList<QUuid> m_queue; ///< the one being read first
+    QHash<QUuid, QString> m_failures;
     bool m_running = false;
 };
 

@@ -1,5 +1,6 @@
 // The commands that take one decision on one topic.
 
+#include "app/TopicLabels.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "base/French.h"
@@ -254,8 +255,7 @@ Task<ExitStatus> trier(Context &context) {
         co_await retryUnread(context, topic);
         co_return ExitStatus::Done;
     }
-    if (topic->status == TopicStatus::Pending && topic->capturedURL &&
-        asked.action != Action::Dismiss) {
+    if (isBeingRead(*topic) && asked.action != Action::Dismiss) {
         // The judged version is going to be put in its place, waiting for triage.
         throw Failure(French::tr("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
                                  "l’écarter (pas-pour-moi) ou le faire lire (retrier)."));

@@ -144,6 +144,27 @@ TEST_F(TopicStoreTest, completes_a_captured_link_in_place) {
     EXPECT_EQ(store->topic(captured.id)->status, TopicStatus::Dismissed);
 }
 
+// What the judge makes of the link takes its place: a decision taken before would be lost.
+TEST_F(TopicStoreTest, a_link_being_read_can_be_dismissed_and_nothing_else) {
+    auto store = open();
+    Topic captured = sampleTopic(QStringLiteral("mine"), TopicStatus::Pending);
+    captured.capturedURL = QStringLiteral("https://example.org/mine");
+    const QUuid id = store->add({captured}).first();
+    const Topic before = *store->topic(id);
+    EXPECT_TRUE(isBeingRead(before));
+    EXPECT_FALSE(store->keep(id));
+    EXPECT_FALSE(store->postpone(id));
+    EXPECT_FALSE(store->backToInbox(id));
+    EXPECT_FALSE(store->markDone(id));
+    EXPECT_FALSE(store->judgeWorth(id, Worth::Gem));
+    EXPECT_EQ(*store->topic(id), before);
+    const auto place = store->placement(id);
+    EXPECT_TRUE(store->dismiss(id));
+    EXPECT_FALSE(isBeingRead(*store->topic(id)));
+    EXPECT_TRUE(store->restore(id, *place));
+    EXPECT_FALSE(store->keep(id));
+}
+
 TEST_F(TopicStoreTest, releases_pending_topics_but_not_links_still_being_read) {
     auto store = open();
     Topic captured = sampleTopic(QStringLiteral("c"), TopicStatus::Pending);

@@ -90,6 +90,57 @@ TEST_F(LinkCaptureTest, a_link_that_cannot_be_judged_waits_for_another_day) {
     EXPECT_EQ(store.topic(gone)->status, TopicStatus::Dismissed);
 }
 
+TEST_F(LinkCaptureTest, tells_where_each_link_stands_and_tries_again_when_asked) {
+    using State = LinkCapture::State;
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"), "fail");
+    QList<State> states;
+    QUuid first;
+    QObject::connect(&capture, &LinkCapture::stateChanged, &capture, [&](const QUuid &id) {
+        if (id == first && (states.isEmpty() || states.last() != capture.state(id))) {
+            states += capture.state(id);
+        }
+    });
+    first = taken(at("/long"));
+    const QUuid second = taken(at("/other"));
+    EXPECT_EQ(capture.state(first), State::Reading);
+    EXPECT_EQ(capture.state(second), State::Queued);
+    settle();
+    EXPECT_EQ(capture.state(first), State::Failed);
+    EXPECT_TRUE(capture.failureText(first).contains(u"le serveur est occupé"));
+
+    // Nobody reads for an agent that is signed out, or calls it.
+    write(QStringLiteral("home/.claude.json"), "{}");
+    const qsizetype requests = server.requests().size();
+    const QString sent = promptsSent();
+    capture.retry(first);
+    settle();
+    EXPECT_EQ(capture.failureText(first), u"Claude Code n’est plus connecté.");
+    EXPECT_EQ(server.requests().size(), requests);
+    EXPECT_EQ(promptsSent(), sent);
+
+    write(QStringLiteral("home/.claude.json"), R"({"oauthAccount":{}})");
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    capture.retry(first);
+    settle();
+    EXPECT_EQ(capture.state(first), State::None);
+    EXPECT_EQ(store.topic(first)->status, TopicStatus::Inbox);
+    EXPECT_EQ(capture.state(second), State::Failed) << "the other was not asked for";
+    EXPECT_EQ(states, (QList<State>{State::Failed, State::Queued, State::Reading, State::Failed,
+                                    State::Queued, State::Reading, State::None}));
+    store.dismiss(second);
+    EXPECT_EQ(capture.state(second), State::None);
+}
+
+TEST_F(LinkCaptureTest, a_blank_error_is_told_too) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"), "blank");
+    QStringList told;
+    QObject::connect(&capture, &LinkCapture::failed, &capture,
+                     [&](const QUuid &, const QString &text) { told += text; });
+    taken(at("/long"));
+    settle();
+    EXPECT_EQ(told, QStringList{QStringLiteral("erreur de l’agent")});
+}
+
 TEST_F(LinkCaptureTest, a_stop_leaves_the_link_waiting_and_no_process) {
     scenario(QStringLiteral("[]"), QStringLiteral("[]"), "hang");
     const QUuid id = taken(at("/long"));
