@@ -1,17 +1,54 @@
 #include "agents/TemporaryFiles.h"
+#include "app/Startup.h"
 #include "app/cli/CommandLine.h"
 #include "app/window/Gui.h"
 #include "base/French.h"
+#include "base/SystemErrorText.h"
 #include "platform/Native.h"
 
 #include <QCoreApplication>
 #include <QLocale>
 
+#include <algorithm>
+#include <array>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <string_view>
 #include <system_error>
+
+namespace {
+
+/// Help must come whatever state the machine is in: it needs no folder and reads no file.
+bool asksForHelp(int argc, char **argv) {
+    constexpr std::array<std::string_view, 3> first{"-h", "aide", "--version"};
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word(argv[i]);
+        if (word == "--help" ||
+            (i == 1 && std::find(first.begin(), first.end(), word) != first.end())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// What everything else stands on. False, told on standard error, where the system refuses it.
+bool prepare() {
+    try {
+        vorle::ignoreRelativeFolders();
+        vorle::preparePrivateTemporaryDirectory();
+        vorle::requireThreads();
+        vorle::sweepStrays();
+        return true;
+    } catch (const std::system_error &error) {
+        const QString text =
+            vorle::French::tr("Je ne peux pas démarrer. %1\n").arg(vorle::systemRefusalText(error));
+        std::fputs(text.toUtf8().constData(), stderr);
+        return false;
+    }
+}
+
+} // namespace
 
 int main(int argc, char **argv) {
     // The program speaks UTF-8 whatever the machine's locale says.
@@ -20,19 +57,12 @@ int main(int argc, char **argv) {
     // A file that may not grow any more is told as a failing write, not by the program's end. A
     // handler goes when a child starts its program; being ignored would stay.
     std::signal(SIGXFSZ, [](int) {});
-    // Before anything makes a temporary file or starts a child.
-    try {
-        vorle::preparePrivateTemporaryDirectory();
-    } catch (const std::system_error &error) {
-        const QString text = vorle::French::tr("Aucun dossier temporaire sûr : %1\n")
-                                 .arg(QString::fromLocal8Bit(error.what()));
-        std::fputs(text.toUtf8().constData(), stderr);
-        return 1;
-    }
-
     QCoreApplication::setApplicationName(QStringLiteral("vorle"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VORLE_VERSION));
-    vorle::sweepStrays();
+    // Before anything makes a temporary file or starts a child.
+    if (!asksForHelp(argc, argv) && !prepare()) {
+        return 1;
+    }
     const auto installedApps = vorle::native::installedApps();
     // Without a command the app opens; a command starts no graphics.
     const bool demo = argc == 2 && std::string_view(argv[1]) == "--demo";

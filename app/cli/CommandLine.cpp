@@ -63,10 +63,8 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
     return QCoreApplication::exec();
 }
 
-} // namespace
-
-int runCommandLine(const QStringList &words, const InstalledApps &installedApps) {
-    Console console;
+/// What the words ask for, but for whether its result could be written.
+int run(Console &console, const QStringList &words, const InstalledApps &installedApps) {
     if (words.isEmpty() || words.first() == u"--help" || words.first() == u"-h" ||
         words.first() == u"aide") {
         console.print(helpText());
@@ -96,6 +94,18 @@ int runCommandLine(const QStringList &words, const InstalledApps &installedApps)
         console.say(systemRefusalText(error));
         return static_cast<int>(ExitStatus::Failed);
     }
+}
+
+} // namespace
+
+int runCommandLine(const QStringList &words, const InstalledApps &installedApps) {
+    Console console;
+    const int status = run(console, words, installedApps);
+    if (!Console::wroteAll() && status == static_cast<int>(ExitStatus::Done)) {
+        console.say(French::tr("Le résultat n’a pas pu être écrit en entier."));
+        return static_cast<int>(ExitStatus::Failed);
+    }
+    return status;
 }
 
 } // namespace vorle::cli

@@ -63,6 +63,8 @@ Console::Console(Terminal terminal, std::function<void(Stream, const QByteArray 
     m_terminal.width = std::clamp(m_terminal.width, narrowest, widest);
 }
 
+bool Console::wroteAll() { return std::fflush(stdout) == 0 && std::ferror(stdout) == 0; }
+
 void Console::print(const QString &text) const { m_sink(Stream::Out, text.toUtf8() + '\n'); }
 
 void Console::print(const QByteArray &json) const { m_sink(Stream::Out, json + '\n'); }

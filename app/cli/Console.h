@@ -28,6 +28,10 @@ public:
     /// Another one, whose bytes `sink` takes.
     Console(Terminal terminal, std::function<void(Stream, const QByteArray &)> sink);
 
+    /// Whether everything this process has put on its standard output got there. Looks once more
+    /// at what may still be under way.
+    static bool wroteAll();
+
     const Terminal &terminal() const { return m_terminal; }
     /// What another console on this terminal made, as it is.
     void relay(Stream stream, const QByteArray &bytes) const { m_sink(stream, bytes); }

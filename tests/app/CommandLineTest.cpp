@@ -237,6 +237,49 @@ TEST_F(CommandLineTest, wrong_usage_and_refusals_are_told_in_french_and_change_n
     EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("home/calls.log"))));
 }
 
+TEST_F(CommandLineTest, help_comes_whatever_state_the_machine_is_in) {
+    for (const char *name : {"HOME", "TMPDIR", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+                             "XDG_RUNTIME_DIR", "VORLE_HOME"}) {
+        environment.insert(QString::fromLatin1(name), QStringLiteral("/dev/null/nowhere"));
+    }
+    for (const QStringList &call :
+         {QStringList{QStringLiteral("--help")}, QStringList{QStringLiteral("aide")},
+          QStringList{QStringLiteral("fouille"), QStringLiteral("--help")}}) {
+        const Outcome help = vorle(call);
+        EXPECT_EQ(help.status, 0) << help.err.constData();
+        EXPECT_THAT(help.out.toStdString(), HasSubstr("Usage : vorle"));
+    }
+    const Outcome refused = vorle({QStringLiteral("sujets")});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err.toStdString(), HasSubstr("Je ne peux pas démarrer. Le système a "));
+}
+
+TEST_F(CommandLineTest, a_result_that_could_not_be_written_is_a_failure) {
+    if (!QFile::exists(QStringLiteral("/dev/full"))) {
+        GTEST_SKIP() << "no such device on this system";
+    }
+    for (const char *command : {"aide", "reglages", "agents"}) {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(QStringLiteral(VORLE_BINARIES "/vorle"), {QString::fromLatin1(command)});
+        const Outcome outcome = end(process);
+        EXPECT_EQ(outcome.status, 1) << command;
+        EXPECT_THAT(outcome.err.toStdString(), HasSubstr("n’a pas pu être écrit en entier"));
+    }
+}
+
+TEST_F(CommandLineTest, a_relative_folder_in_the_environment_is_none) {
+    environment.insert(QStringLiteral("HOME"), folder.filePath(QStringLiteral("home")));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("ici"));
+    ASSERT_EQ(
+        vorle({QStringLiteral("reglages"), QStringLiteral("weeklyMinutes"), QStringLiteral("60")})
+            .status,
+        0);
+    EXPECT_TRUE(QFile::exists(folder.filePath(QStringLiteral("home/.config/vorle/settings.json"))));
+    EXPECT_FALSE(QFile::exists(QStringLiteral("ici")));
+}
+
 TEST_F(CommandLineTest, projects_and_settings_are_kept_and_shape_the_prompts) {
     QDir(folder.path()).mkdir(QStringLiteral("Mon projet"));
     write(QStringLiteral("Mon projet/package.json"),
@@ -319,7 +362,7 @@ TEST_F(CommandLineTest, a_setting_that_cannot_be_kept_is_a_failure) {
 
 TEST_F(CommandLineTest, a_run_may_not_reach_this_machine_unless_told) {
     territory(3, "ok", 0);
-    environment.remove(QStringLiteral("VORLE_ALLOW_LOOPBACK"));
+    environment.insert(QStringLiteral("VORLE_ALLOW_LOOPBACK"), QStringLiteral("0"));
     EXPECT_EQ(vorle({QStringLiteral("fouille")}).status, 0);
     EXPECT_TRUE(server.requests().isEmpty());
     for (const Topic &topic : topics()) {
