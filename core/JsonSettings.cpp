@@ -190,7 +190,12 @@ void JsonSettings::change(const QString &key, const QJsonValue &base, const QJso
         m_asked = true;
     }
     if (!m_thread.joinable()) {
-        m_thread = std::thread([this] { run(); });
+        try {
+            m_thread = std::thread([this] { run(); });
+        } catch (const std::system_error &) { // too many processes: late, but on the disk
+            std::unique_lock lock(m_mutex);
+            saveOnce(lock);
+        }
     }
     m_changed.notify_all();
 }
@@ -219,8 +224,12 @@ JsonSettings::Outcome JsonSettings::flush() {
     m_changed.wait(lock, isIdle);
     if (!m_waiting.isEmpty()) { // the disk may have room again
         m_asked = true;
-        m_changed.notify_all();
-        m_changed.wait(lock, isIdle);
+        if (m_thread.joinable()) {
+            m_changed.notify_all();
+            m_changed.wait(lock, isIdle);
+        } else {
+            saveOnce(lock);
+        }
     }
     return m_last;
 }
@@ -232,37 +241,41 @@ void JsonSettings::run() {
         if (!m_asked) {
             return;
         }
-        m_asked = false;
-        m_busy = true;
-        m_saving = std::exchange(m_waiting, {});
-        const Changes changes = m_saving;
-        lock.unlock();
-        Outcome outcome{m_last.number + 1, {}, changes.keys(), {}}; // this thread's alone
-        std::optional<QJsonObject> saved;
-        try {
-            saved = save(m_path, changes, outcome.aside);
-        } catch (const std::system_error &error) {
-            outcome.error = error.code();
-        } catch (const std::bad_alloc &) {
-            outcome.error = std::make_error_code(std::errc::not_enough_memory);
-        }
-        m_finished(outcome);
-        lock.lock();
-        if (saved) {
-            m_disk = *saved;
-            ++m_saves;
-        } else {
-            for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
-                const auto newer = m_waiting.constFind(it.key());
-                m_waiting.insert(it.key(),
-                                 {it->base, newer == m_waiting.cend() ? it->value : newer->value});
-            }
-        }
-        m_saving.clear();
-        m_busy = false;
-        m_last = outcome;
-        m_changed.notify_all();
+        saveOnce(lock);
     }
+}
+
+void JsonSettings::saveOnce(std::unique_lock<std::mutex> &lock) {
+    m_asked = false;
+    m_busy = true;
+    m_saving = std::exchange(m_waiting, {});
+    const Changes changes = m_saving;
+    Outcome outcome{m_last.number + 1, {}, changes.keys(), {}};
+    lock.unlock();
+    std::optional<QJsonObject> saved;
+    try {
+        saved = save(m_path, changes, outcome.aside);
+    } catch (const std::system_error &error) {
+        outcome.error = error.code();
+    } catch (const std::bad_alloc &) {
+        outcome.error = std::make_error_code(std::errc::not_enough_memory);
+    }
+    m_finished(outcome);
+    lock.lock();
+    if (saved) {
+        m_disk = *saved;
+        ++m_saves;
+    } else {
+        for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
+            const auto newer = m_waiting.constFind(it.key());
+            m_waiting.insert(it.key(),
+                             {it->base, newer == m_waiting.cend() ? it->value : newer->value});
+        }
+    }
+    m_saving.clear();
+    m_busy = false;
+    m_last = outcome;
+    m_changed.notify_all();
 }
 
 } // namespace vorle

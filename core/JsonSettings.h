@@ -23,7 +23,7 @@ QJsonValue mergedSetting(const QJsonValue &base, const QJsonValue &mine, const Q
 /// A settings file: one JSON object, a value a key. Several processes may change one file: each
 /// change takes the file's lock, reads the file again, puts its keys in and replaces the file as a
 /// whole and atomically. A thread of its own does that, so that nobody waits for the disk but in
-/// flush(). Called from one thread.
+/// flush() (the caller's, where none can be started). Called from one thread.
 class JsonSettings {
 public:
     /// A change that waits for the disk.
@@ -72,6 +72,8 @@ public:
 
 private:
     void run();
+    /// Saves what waits, with the lock let go meanwhile.
+    void saveOnce(std::unique_lock<std::mutex> &lock);
 
     const QString m_path;
     const std::function<void(const Outcome &)> m_finished;

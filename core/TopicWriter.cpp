@@ -34,7 +34,12 @@ void TopicWriter::ask(Job job) {
         }
     }
     if (!m_thread.joinable()) {
-        m_thread = std::thread([this] { run(); });
+        try {
+            m_thread = std::thread([this] { run(); });
+        } catch (const std::system_error &) { // too many processes: late, but on the disk
+            std::unique_lock lock(m_mutex);
+            workOnce(lock);
+        }
     }
     m_changed.notify_all();
 }
@@ -57,26 +62,30 @@ void TopicWriter::run() {
         if (!m_waiting) {
             return;
         }
-        std::optional<Job> job;
-        job.swap(m_waiting);
-        m_busy = true;
-        lock.unlock();
-        Outcome outcome = m_lastOutcome; // written by this thread alone
-        if (job->write) {
-            outcome = write(job->topics);
-        } else {
-            encodeAll(job->topics);
-        }
-        const bool written = job->write;
-        job.reset(); // the last hold on replaced topics is let go here, off the main thread
-        if (written) {
-            m_finished(outcome);
-        }
-        lock.lock();
-        m_busy = false;
-        m_lastOutcome = outcome;
-        m_changed.notify_all();
+        workOnce(lock);
     }
+}
+
+void TopicWriter::workOnce(std::unique_lock<std::mutex> &lock) {
+    std::optional<Job> job;
+    job.swap(m_waiting);
+    m_busy = true;
+    lock.unlock();
+    Outcome outcome = m_lastOutcome; // written here alone
+    if (job->write) {
+        outcome = write(job->topics);
+    } else {
+        encodeAll(job->topics);
+    }
+    const bool written = job->write;
+    job.reset(); // the last hold on replaced topics is let go here, off the main thread
+    if (written) {
+        m_finished(outcome);
+    }
+    lock.lock();
+    m_busy = false;
+    m_lastOutcome = outcome;
+    m_changed.notify_all();
 }
 
 void TopicWriter::encodeAll(const Snapshot &topics) {

@@ -27,8 +27,9 @@ private:
     mutable QByteArray m_encoded; // the writer thread's alone
 };
 
-/// Writes the topics file from a thread of its own. While one save runs, at most one more waits:
-/// the newest. Every member is called from one thread, the store's.
+/// Writes the topics file from a thread of its own (from the caller's where none can be started).
+/// While one save runs, at most one more waits: the newest. Every member is called from one thread,
+/// the store's.
 class TopicWriter {
 public:
     using Snapshot = QList<std::shared_ptr<const StoredTopic>>;
@@ -60,6 +61,8 @@ private:
 
     void ask(Job job);
     void run();
+    /// Does the job that waits, with the lock let go meanwhile.
+    void workOnce(std::unique_lock<std::mutex> &lock);
     Outcome write(const Snapshot &topics);
     void encodeAll(const Snapshot &topics);
     void encode(const StoredTopic &topic);

@@ -241,6 +241,15 @@ private:
             m_door.left(1);
             return;
         }
+        // Nobody is kept waiting by a box that only says why.
+        m_instance.close();
+        try {
+            m_app.lock().release();
+            m_app.appLock().release();
+        } catch (const std::system_error &) {
+            logLine(
+                QStringLiteral("there is no place for the topics, and so no lock to give back"));
+        }
         m_refusal = std::make_unique<QMessageBox>(QMessageBox::Critical, QStringLiteral("vorle"),
                                                   problem, QMessageBox::Close);
         connect(m_refusal.get(), &QMessageBox::finished, this, [this] { m_door.left(1); });

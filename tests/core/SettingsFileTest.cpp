@@ -1,5 +1,6 @@
 #include "core/JsonSettings.h"
 #include "core/Preferences.h"
+#include "core/TopicStore.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
 
@@ -189,6 +190,27 @@ TEST_F(SettingsFileTest, a_full_disk_leaves_the_old_settings_whole) {
               (QStringList{QStringLiteral("full.json"), QStringLiteral("full.json.lock")}));
     EXPECT_TRUE(preferences.flush());
     EXPECT_EQ(onDisk().value(u"weeklyMinutes"), QJsonValue(60));
+}
+
+TEST_F(SettingsFileTest, saves_where_no_thread_can_be_started) {
+    constexpr uid_t nobody = 65534; // root may start any number
+    const QString topics = dir.filePath(QStringLiteral("topics.json"));
+    ASSERT_TRUE(::geteuid() != 0 ||
+                ::chown(QFile::encodeName(dir.path()).constData(), nobody, nobody) == 0);
+    inProcesses(1, [&](int) {
+        const rlimit none{0, 0};
+        if ((::geteuid() == 0 && ::setuid(nobody) != 0) || ::setrlimit(RLIMIT_NPROC, &none) != 0) {
+            return false;
+        }
+        const test::FixedClock clock;
+        TopicStore store(topics, Resources(), clock);
+        store.add({test::sampleTopic(QStringLiteral("a"))});
+        Preferences preferences = open();
+        preferences.change(&Settings::weeklyMinutes, 60);
+        return preferences.flush() && store.flush();
+    });
+    EXPECT_EQ(onDisk().value(u"weeklyMinutes"), QJsonValue(60));
+    EXPECT_EQ(json::decode<QList<Topic>>(contentsOf(topics)).size(), 1);
 }
 
 TEST_F(SettingsFileTest, keeps_its_files_to_the_user_whatever_the_umask) {
