@@ -38,6 +38,7 @@ Item {
             color: Theme.inkFaint
             font.pixelSize: Theme.textNote
             wrapMode: Text.NoWrap
+            lineHeight: 1.1
             Accessible.name: qsTr("Sujet %1 sur %2").arg(head.position + 1).arg(head.count)
         }
         ActionButton {

@@ -44,6 +44,11 @@ Item {
         }
         return showsHead() || (top <= 1 && bottom >= list.height - 1);
     }
+    // As the rows stand now, on their way.
+    function partlySeen(): bool {
+        const top = row.y + row.cardTop - list.contentY;
+        return top < list.height && top + row.cardHeight > 0;
+    }
     function showsHead(): bool {
         const top = cardTop() - list.contentY;
         return top >= -1 && top + row.headHeight <= list.height + 1;
@@ -72,13 +77,13 @@ Item {
         if (!row) {
             return;
         }
-        const far = Math.abs(row.y - list.contentY) > 3 * list.height;
-        if (far) {
+        if (Math.abs(row.y - list.contentY) > 3 * list.height) {
             list.positionViewAtIndex(list.currentIndex, ListView.Contain);
             list.forceLayout();
         }
         const y = wanted(list.contentY);
-        if (moving && !far && Theme.calm > 0) {
+        // What cannot be seen at all yet is there at once: a quick hand decides it next.
+        if (moving && partlySeen() && Theme.calm > 0) {
             motion.to = y;
             motion.start();
         } else {
@@ -118,8 +123,7 @@ Item {
         if (!row) {
             return false;
         }
-        const top = row.y + row.cardTop - list.contentY;
-        const partly = top < list.height && top + row.cardHeight > 0;
+        const partly = partlySeen();
         motion.complete(); // it was on its way because one went to it
         if (partly && holds()) {
             return true;

@@ -144,7 +144,9 @@ FocusScope {
         shownId = currentId;
         shownGhost = ghost;
         openCard?.arrange();
-        closing?.arrange();
+        if (goneId === "" && closing !== openCard) {
+            closing?.arrange();
+        }
         held = false;
         list.currentIndex = currentRow;
         list.forceLayout();
