@@ -129,6 +129,9 @@ void MainWindow::toggleStatus(const QRect &item) {
             }
         });
         new HeldKeys(*made);
+        // On X11 task bars list tool windows, and pass over tool bars; elsewhere it says nothing.
+        constexpr int toolBar = 0x8;
+        made->setProperty("_q_xcb_wm_window_type", toolBar);
         connect(made, SIGNAL(openAsked()), this, SLOT(raise()));
         connect(made, SIGNAL(addAsked()), this, SLOT(add()));
         connect(made, SIGNAL(settingsAsked()), this, SLOT(openSettings()));
