@@ -97,6 +97,7 @@ void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
             m_tools.store.replacePending(std::move(tied));
         }
         m_tools.store.addSources(*item.topic, item.sources());
+        noteSites(item);
     }
 }
 
@@ -252,7 +253,10 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         } else {
             item.topic = topic.id;
             added += std::move(topic);
-            noteYield(item);
+            Yield &yield = *m_book.report.scopes[item.proposals.first().report].yield;
+            yield.topicIds += *item.topic;
+            ++yield.added;
+            noteSites(item);
             ++m_book.progress.judged;
         }
         notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
@@ -271,19 +275,13 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     m_book.tell();
 }
 
-/// A card counts for the scope that makes it and for every site whose feed had it.
-void Harvest::noteYield(const Item &item) {
-    const auto note = [&](Yield &yield) {
-        if (!yield.topicIds.contains(*item.topic)) {
-            yield.topicIds += *item.topic;
-            ++yield.added;
-        }
-    };
-    note(*m_book.report.scopes[item.proposals.first().report].yield);
+/// A card counts for every site whose feed it was kept from, whoever else brought it and whenever.
+void Harvest::noteSites(const Item &item) {
     for (const Proposal &proposal : item.proposals) {
         for (SiteReport &site : *m_book.report.sites) {
-            if (proposal.site == site.site) {
-                note(site.yield);
+            if (proposal.site == site.site && !site.yield.topicIds.contains(*item.topic)) {
+                site.yield.topicIds += *item.topic;
+                ++site.yield.added;
             }
         }
     }

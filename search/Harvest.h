@@ -36,7 +36,7 @@ public:
         qsizetype report = 0;                ///< its scope's place in the report
         QList<const PlannedScope *> planned; ///< whom it is for; may be nobody
         std::optional<QString> publishedOn;
-        std::optional<QString> site; ///< the trusted site whose feed had it
+        std::optional<QString> site; ///< the trusted site whose feed it was kept from
     };
 
     Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
@@ -90,7 +90,7 @@ private:
     QList<DigItem> unreadItems() const;
     Task<> askToDig(QList<DigItem> items);
     Task<> readDug(Dug dug);
-    void noteYield(const Item &item);
+    void noteSites(const Item &item);
     void dropFromReport(const QUuid &topic);
     bool isUnreadTopic(qsizetype place) const;
     qsizetype joinAnother(qsizetype place, const QString &link, const TopicSource &found);

@@ -12,7 +12,7 @@ struct Proposal {
     const PlannedScope *planned =
         nullptr; ///< none for a trusted site's item about nothing declared
     std::optional<QString> publishedOn;
-    std::optional<QString> site;           ///< the trusted site whose feed had it
+    std::optional<QString> site;           ///< the trusted site whose feed it was kept from
     std::optional<QString> currentVersion; ///< of the dependency it is about, once read
     std::optional<QString> newVersion;
 };

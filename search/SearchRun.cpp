@@ -265,9 +265,10 @@ void SearchRun::take(const Candidate &candidate, qsizetype report,
     const auto known = [&](const QHash<QString, QString> &feeds) {
         return feeds.contains(link) ? std::optional(feeds.value(link)) : std::nullopt;
     };
-    Harvest::Origins origins{report, scopes, known(m_feedDates), known(m_feedSites)};
+    Harvest::Origins origins{report, scopes, known(m_feedDates), {}};
     if (scopes.isEmpty()) {
         origins.planned = whomItConcerns(candidate);
+        origins.site = known(m_feedSites);
         if (origins.site) {
             ++siteReport(*origins.site).found;
         }

@@ -210,14 +210,16 @@ TEST_F(SearchEngineTest, an_item_of_a_feed_is_screened_once) {
     });
     preferences.change(&Settings::prioritySites, {PrioritySite{at("/site"), {}, {}}});
     sitesAnswer = list({candidate(at("/other"), "Rust")});
-    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    // What another scope brings is no merit of the site, though its feed had it too.
+    scenario(QStringLiteral("[]"), list({candidate(at("/short"), "Vélo")}));
     const auto screenings = [&] { return promptsSent().count(QStringLiteral("] Item /long")); };
     const RunReport first = run();
-    EXPECT_EQ(first.added, 1);
+    EXPECT_EQ(first.added, 2);
     ASSERT_EQ(first.sites.value_or(QList<SiteReport>()).size(), 1);
     EXPECT_EQ(first.sites->first().items, 3);
     EXPECT_EQ(first.sites->first().found, 1);
-    EXPECT_EQ(first.sites->first().yield.topicIds, first.topicIds);
+    ASSERT_EQ(first.sites->first().yield.topicIds.size(), 1);
+    EXPECT_EQ(store.topic(first.sites->first().yield.topicIds.first())->origin, Origin::Surface);
     EXPECT_EQ(screenings(), 1);
     EXPECT_EQ(run().added, 0);
     EXPECT_EQ(screenings(), 1) << "nothing is left to look at, and no call is made";
