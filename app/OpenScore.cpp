@@ -32,15 +32,17 @@ QString titleText(const Topic &topic) {
 }
 
 QString urgencyText(const Judgment::Urgency &urgency, const QDate &today) {
-    QString text = urgencyLabel(urgency, today);
-    if (text.isEmpty() && urgency.level == Judgment::Urgency::Level::Before) {
-        // A deadline that is no date ("fin 2026") is still worth reading.
-        text = urgency.date ? tr("avant %1").arg(*urgency.date) : tr("à une date inconnue");
+    QString text = urgencySentence(urgency, today);
+    if (!text.isEmpty()) {
+        return text;
     }
-    if (text.isEmpty()) {
+    if (urgency.level != Judgment::Urgency::Level::Before) {
         return tr("aucune");
     }
-    return urgency.reason ? tr("%1\u00A0: %2").arg(text, *urgency.reason) : text;
+    // A deadline that is no date ("fin 2026") is still worth reading.
+    text = urgency.date ? tr("avant %1").arg(*urgency.date) : tr("à une date inconnue");
+    text[0] = text[0].toUpper();
+    return urgency.reason ? text + QStringLiteral(". ") + *urgency.reason : text;
 }
 
 QString bytesText(int bytes) {

@@ -1,6 +1,7 @@
 #include "app/TopicLabels.h"
 
 #include "base/French.h"
+#include "base/Text.h"
 #include "core/DurationText.h"
 #include "core/KindLabel.h"
 
@@ -17,7 +18,17 @@ QString tr(const char *text) { return QCoreApplication::translate("vorle", text)
 
 QString kindLabel(const std::optional<QString> &kind) {
     const auto known = json::fromRaw<ItemKind>(kind.value_or(QString()));
-    return known ? kindLabel(*known) : QString();
+    if (known) {
+        return kindLabel(*known);
+    }
+    // Files from elsewhere may name a kind of their own: it is shown, held to a word or two.
+    constexpr qsizetype most = 24;
+    QString word =
+        firstCharacters(withoutHidden(kind.value_or(QString())).simplified(), most).toString();
+    if (!word.isEmpty()) {
+        word[0] = word[0].toUpper();
+    }
+    return word;
 }
 
 QString readLevelLabel(std::optional<ReadLevel> level) {
@@ -70,11 +81,27 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
     }
     const QDate date = QDate::fromString(urgency->date.value_or(QString()), Qt::ISODate);
     if (!date.isValid()) {
-        return urgency->level == Judgment::Urgency::Level::Now ? tr("maintenant") : QString();
+        return urgency->level == Judgment::Urgency::Level::Now ? tr("à faire maintenant")
+                                                               : QString();
     }
     const QString deadline = tr("avant le %1").arg(dayLabel(date, today));
-    return urgency->level == Judgment::Urgency::Level::Now ? tr("maintenant, %1").arg(deadline)
-                                                           : deadline;
+    return urgency->level == Judgment::Urgency::Level::Now
+               ? tr("à faire maintenant, %1").arg(deadline)
+               : deadline;
+}
+
+QString urgencySentence(const std::optional<Judgment::Urgency> &urgency, const QDate &today) {
+    QString said = urgencyLabel(urgency, today);
+    if (said.isEmpty()) {
+        return {};
+    }
+    said[0] = said[0].toUpper();
+    QString reason = urgency->reason.value_or(QString()).trimmed();
+    if (!reason.isEmpty()) {
+        reason[0] = reason[0].toUpper();
+        said += QStringLiteral(". ") + reason;
+    }
+    return said;
 }
 
 QString beingReadText() {

@@ -7,15 +7,17 @@
 namespace vorle {
 
 /// What people read in the place of the record's words, in French. Pure.
-QString kindLabel(const std::optional<QString> &kind);  ///< empty for an unknown kind
+QString kindLabel(const std::optional<QString> &kind);  ///< a word that is no ItemKind as it is
 QString readLevelLabel(std::optional<ReadLevel> level); ///< empty where nobody knows
 QString statusLabel(TopicStatus status);
 /// "15 min", "1 h", "1 h 20": see durationText().
 QString durationLabel(int minutes);
 /// "2 novembre", "1er décembre"; with its year when it is not today's.
 QString dayLabel(const QDate &day, const QDate &today);
-/// "avant le 28 novembre" (with its year when it is not this one), "maintenant", or empty.
+/// "avant le 28 novembre" (with its year when it is not this one), "à faire maintenant", or empty.
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
+/// The same as a sentence, with its reason: "À faire maintenant. La faille est exploitée."
+QString urgencySentence(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
 
 /// Why a captured link that is still being read takes no decision but the one against it.
 QString beingReadText();

@@ -2,6 +2,7 @@
 
 #include "base/French.h"
 #include "core/DurationText.h"
+#include "core/NumberText.h"
 
 #include <algorithm>
 
@@ -25,15 +26,14 @@ ProgramText textInProgress(const WeekProgram &program) {
                          ? French::tr("Rien ne tient dans ta semaine")
                          : French::tr("Ta semaine est pleine");
     } else {
-        said.title =
-            French::tr("Cette semaine\u00A0: %1, %2")
-                .arg(count == 1 ? French::tr("1 sujet") : French::tr("%1 sujets").arg(count),
-                     durationText(program.planned));
+        said.title = French::tr("%1, %2").arg(
+            count == 1 ? French::tr("1 sujet") : French::tr("%1 sujets").arg(numberText(count)),
+            durationText(program.planned));
+        if (program.done == 0) {
+            said.title += French::tr(" sur %1").arg(durationText(program.budget));
+        }
     }
-    if (program.done == 0) {
-        said.text =
-            French::tr("Tu as %1 de veille cette semaine.").arg(durationText(program.budget));
-    } else {
+    if (program.done > 0) {
         said.text = French::tr("Déjà fait\u00A0: %1 sur %2.")
                         .arg(durationText(program.done), durationText(program.budget));
         if (program.left > 0) {
@@ -46,6 +46,7 @@ ProgramText textInProgress(const WeekProgram &program) {
                        "même.")
                 .arg(durationText(program.excess()));
     }
+    said.text = said.text.trimmed();
     return said;
 }
 

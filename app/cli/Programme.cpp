@@ -65,7 +65,9 @@ Task<ExitStatus> programme(Context &context) {
     }
     const ProgramText said = programText(program, nextRunText(context));
     console.print(console.bold(said.title));
-    console.print(said.text);
+    if (!said.text.isEmpty()) {
+        console.print(said.text);
+    }
     const QDate today = context.app.clock().now().toLocalTime().date();
     if (!program.fits.isEmpty()) {
         console.print(u'\n' + programLines(console, program.fits, today));

@@ -80,7 +80,8 @@ public:
         BackToTriage,
         WorthMeh,
         WorthUseful,
-        WorthGem
+        WorthGem,
+        ReadAgain ///< has no key: a captured link that could not be judged is tried once more
     };
     Q_ENUM(Action)
 

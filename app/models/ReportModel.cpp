@@ -44,8 +44,8 @@ QVariantList scopesOf(const RunReport &report) {
         const QString name = scope.origin == Origin::Suggestion
                                  ? ReportModel::tr("%1, seconde recherche").arg(scope.name)
                                  : scope.name;
-        list.append(QVariantMap{{QStringLiteral("name"), name},
-                                {QStringLiteral("text"), text},
+        list.append(QVariantMap{{QStringLiteral("name"), shownWords(name)},
+                                {QStringLiteral("text"), shownWords(text)},
                                 {QStringLiteral("failed"), failed}});
     }
     return list;
@@ -73,7 +73,7 @@ QStringList noticesOf(const RunReport &report) {
                        .arg(report.uncovered.join(QStringLiteral(", ")));
     }
     for (QString &notice : notices) {
-        notice = typographic(notice);
+        notice = shownWords(notice);
     }
     return notices;
 }

@@ -1,6 +1,7 @@
 #include "app/models/RunModel.h"
 
 #include "app/models/Wording.h"
+#include "core/NumberText.h"
 #include "search/RunPlan.h"
 
 #include <algorithm>
@@ -29,15 +30,15 @@ QString resultText(const RunReport &report) {
     if (report.cancelled) {
         return report.added == 0 ? RunModel::tr("Fouille arrêtée : rien n’était encore jugé.")
                : report.added == 1
-                   ? RunModel::tr("Fouille arrêtée : 1 sujet déjà jugé t’attend dans À trier.")
-                   : RunModel::tr(
-                         "Fouille arrêtée : %1 sujets déjà jugés t’attendent dans À trier.")
-                         .arg(report.added);
+                   ? RunModel::tr("Fouille arrêtée : 1 nouveau sujet dans « À trier ».")
+                   : RunModel::tr("Fouille arrêtée : %1 nouveaux sujets dans « À trier ».")
+                         .arg(numberText(report.added));
     }
-    QString text = report.added == 0 ? RunModel::tr("Rien de nouveau cette fois.")
-                   : report.added == 1
-                       ? RunModel::tr("1 sujet t’attend dans À trier.")
-                       : RunModel::tr("%1 sujets t’attendent dans À trier.").arg(report.added);
+    QString text =
+        report.added == 0 ? RunModel::tr("Rien de nouveau cette fois.")
+        : report.added == 1
+            ? RunModel::tr("1 nouveau sujet dans « À trier ».")
+            : RunModel::tr("%1 nouveaux sujets dans « À trier ».").arg(numberText(report.added));
     if (!report.uncovered.isEmpty()) {
         text += RunModel::tr(" Rien trouvé pour : %1.")
                     .arg(report.uncovered.join(QStringLiteral(", ")));

@@ -35,7 +35,7 @@ class RunModel final : public QObject {
     Q_PROPERTY(int candidates READ candidates NOTIFY progressChanged FINAL)
     Q_PROPERTY(int read READ read NOTIFY progressChanged FINAL)
     Q_PROPERTY(int judged READ judged NOTIFY progressChanged FINAL)
-    /// After a run of this session: "12 sujets t’attendent dans À trier."; "" before.
+    /// After a run of this session: "12 nouveaux sujets dans « À trier »."; "" before.
     Q_PROPERTY(QString lastResultText READ lastResultText NOTIFY outcomeChanged FINAL)
     /// Why the last run of this session failed or could not start; "" when it did not.
     Q_PROPERTY(QString lastError READ lastError NOTIFY outcomeChanged FINAL)

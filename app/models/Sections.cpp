@@ -3,6 +3,7 @@
 #include "app/models/KeyboardMap.h"
 #include "app/models/Wording.h"
 #include "core/DurationText.h"
+#include "core/NumberText.h"
 
 #include <algorithm>
 
@@ -145,7 +146,7 @@ QString Sections::subtitle() const {
         return count == 0 ? QString() : inboxSubtitle() + minutes;
     case Section::Program: {
         const ProgramText said = programText();
-        return count == 0 ? QString() : QStringLiteral("%1. %2").arg(said.title, said.text);
+        return count == 0 ? QString() : (said.title + QStringLiteral(". ") + said.text).trimmed();
     }
     case Section::Reserve: {
         const int moved = m_parts.reserve.movedCount();
@@ -181,7 +182,7 @@ void Sections::tellSoon() {
     }
 }
 
-/// Names the last run only where every topic came with it.
+/// Names the last run, and how many of the topics came with it.
 QString Sections::inboxSubtitle() const {
     const auto &report = m_parts.preferences.settings().lastReport;
     const QString topics = countedTopics(m_parts.inbox.count());
@@ -190,10 +191,14 @@ QString Sections::inboxSubtitle() const {
     }
     constexpr qint64 leeway = 60; // the report's date is taken a little after the last topic's
     const QDateTime begun = report->date.addSecs(-static_cast<qint64>(report->seconds) - leeway);
-    const bool all = m_parts.inbox.allFoundWithin(begun, report->date);
-    return all ? tr("%1 de la fouille %2")
-                     .arg(topics, ofDayText(report->date, m_parts.clock.now(), m_parts.zone))
-               : topics;
+    const int ofRun = m_parts.inbox.foundWithin(begun, report->date);
+    if (ofRun == 0) {
+        return topics;
+    }
+    const QString day = ofDayText(report->date, m_parts.clock.now(), m_parts.zone);
+    return ofRun == m_parts.inbox.count()
+               ? tr("%1 de la fouille %2").arg(topics, day)
+               : tr("%1, dont %2 de la fouille %3").arg(topics, numberText(ofRun), day);
 }
 
 ProgramText Sections::programText() const { return m_parts.budget.text(m_parts.run.nextRunText()); }

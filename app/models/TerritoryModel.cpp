@@ -1,6 +1,7 @@
 #include "app/models/TerritoryModel.h"
 
 #include "app/models/Wording.h"
+#include "base/Text.h"
 #include "search/Discovery.h"
 
 #include <QFileInfo>
@@ -134,9 +135,9 @@ QVariant TerritoryModel::data(const QModelIndex &index, int role) const {
     case Group:
         return row.group;
     case Name:
-        return row.name;
+        return withoutHidden(row.name);
     case Detail:
-        return row.detail;
+        return withoutHidden(row.detail);
     case Labels:
         return row.labels;
     case Weight:

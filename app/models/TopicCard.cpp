@@ -3,10 +3,10 @@
 #include "app/TopicLabels.h"
 #include "app/models/TopicListModel.h"
 #include "app/models/Wording.h"
-#include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
+#include "core/NumberText.h"
 #include "core/ScoreScale.h"
 #include "search/SourceImage.h"
 
@@ -26,8 +26,8 @@ QString tr(const char *text) { return QCoreApplication::translate("TopicCard", t
 QString text(const std::optional<QString> &value) { return value.value_or(QString()); }
 
 /// Words that a page or the agent wrote.
-QString shown(const QString &words) { return frenchSpacing(withoutHidden(words)); }
-QString shown(const std::optional<QString> &words) { return shown(text(words)); }
+QString shown(const QString &words) { return shownWords(words); }
+QString shown(const std::optional<QString> &words) { return shownWords(text(words)); }
 
 QString hostOf(const QString &address) {
     const QString host = QUrl(address).host();
@@ -60,6 +60,7 @@ QVariantList sourcesOf(const Topic &topic) {
     for (const TopicSource &source : topic.sources) {
         list.append(QVariantMap{{QStringLiteral("name"), shown(source.displayName())},
                                 {QStringLiteral("url"), source.url},
+                                {QStringLiteral("address"), withoutHidden(source.url)},
                                 {QStringLiteral("picture"), pictureOf(topic, source.url)}});
     }
     return list;
@@ -70,14 +71,29 @@ QString versionText(const Topic &topic) {
     QStringList versions;
     for (const auto &version : {topic.currentVersion, topic.newVersion}) {
         if (version && !version->isEmpty()) {
-            versions += *version;
+            versions += shown(*version);
         }
     }
     QString words = versions.join(QStringLiteral(" → "));
     if (topic.dependency && !topic.dependency->isEmpty()) {
-        words = words.isEmpty() ? *topic.dependency : *topic.dependency + u' ' + words;
+        const QString name = shown(*topic.dependency);
+        words = words.isEmpty() ? name : name + u' ' + words;
     }
     return words;
+}
+
+/// "12 novembre"; a date in other words as it is.
+QString publishedText(const TopicCard &card) {
+    const QString written = shown(card.topic.publishedOn).simplified();
+    const QDate day = QDate::fromString(written.left(10), Qt::ISODate);
+    constexpr qsizetype most = 24;
+    return day.isValid() ? dayLabel(day, card.now.toLocalTime().date())
+                         : firstCharacters(written, most).toString();
+}
+
+QString postponedText(const Topic &topic) {
+    return topic.postponedCount > 0 ? tr("reporté %1 fois").arg(numberText(topic.postponedCount))
+                                    : QString();
 }
 
 using Role = TopicListModel::Role;
@@ -105,9 +121,9 @@ constexpr RoleValue roleValues[] = {
     {Role::Changes, [](Card c) -> QVariant { return changesOf(c.topic); }},
     {Role::Risks, [](Card c) -> QVariant { return shown(c.topic.risks); }},
     {Role::Place,
-     [](Card c) -> QVariant { return c.topic.project.value_or(text(c.topic.interest)); }},
-    {Role::Project, [](Card c) -> QVariant { return text(c.topic.project); }},
-    {Role::Interest, [](Card c) -> QVariant { return text(c.topic.interest); }},
+     [](Card c) -> QVariant { return shown(c.topic.project.value_or(text(c.topic.interest))); }},
+    {Role::Project, [](Card c) -> QVariant { return shown(c.topic.project); }},
+    {Role::Interest, [](Card c) -> QVariant { return shown(c.topic.interest); }},
     {Role::KindLabel, [](Card c) -> QVariant { return kindLabel(c.topic.kind); }},
     {Role::Minutes, [](Card c) -> QVariant { return c.topic.minutes; }},
     {Role::MinutesText, [](Card c) -> QVariant { return durationText(c.topic.minutes); }},
@@ -137,9 +153,9 @@ constexpr RoleValue roleValues[] = {
     {Role::Urgent, [](Card c) -> QVariant { return c.topic.isUrgent(); }},
     {Role::UrgencyText,
      [](Card c) -> QVariant { return urgencyLabel(c.topic.urgency, c.now.toLocalTime().date()); }},
-    {Role::UrgencyReason,
+    {Role::UrgencySentence,
      [](Card c) -> QVariant {
-         return c.topic.urgency ? shown(c.topic.urgency->reason) : QString();
+         return shown(urgencySentence(c.topic.urgency, c.now.toLocalTime().date()));
      }},
     {Role::Sources, [](Card c) -> QVariant { return sourcesOf(c.topic); }},
     {Role::MainUrl,
@@ -151,7 +167,7 @@ constexpr RoleValue roleValues[] = {
          return c.topic.mainSource() == nullptr ? QString() : hostOf(c.topic.mainSource()->url);
      }},
     {Role::VersionText, [](Card c) -> QVariant { return versionText(c.topic); }},
-    {Role::PublishedOn, [](Card c) -> QVariant { return text(c.topic.publishedOn); }},
+    {Role::PublishedOn, [](Card c) -> QVariant { return publishedText(c); }},
     {Role::FoundText,
      [](Card c) -> QVariant {
          return dayText(c.topic.foundAt, c.now, QTimeZone::systemTimeZone());
@@ -161,7 +177,7 @@ constexpr RoleValue roleValues[] = {
      [](Card c) -> QVariant { return c.topic.worth ? json::rawText(*c.topic.worth) : QString(); }},
     {Role::WorthLabel,
      [](Card c) -> QVariant { return c.topic.worth ? worthLabel(*c.topic.worth) : QString(); }},
-    {Role::PostponedCount, [](Card c) -> QVariant { return c.topic.postponedCount; }},
+    {Role::PostponedText, [](Card c) -> QVariant { return postponedText(c.topic); }},
     {Role::Moved, [](Card c) -> QVariant { return c.moved; }},
     {Role::Waits, [](Card c) -> QVariant { return c.waits; }},
     {Role::HasBrief, [](Card c) -> QVariant { return c.topic.brief.has_value(); }},
@@ -170,6 +186,8 @@ constexpr RoleValue roleValues[] = {
          return c.briefState.isEmpty() && c.topic.brief ? QStringLiteral("written") : c.briefState;
      }},
     {Role::PendingCapture, [](Card c) -> QVariant { return c.isPendingCapture(); }},
+    {Role::CaptureProblem,
+     [](Card c) -> QVariant { return c.isPendingCapture() ? c.captureProblem : QString(); }},
 };
 
 constexpr bool standInOrder() {
@@ -179,14 +197,14 @@ constexpr bool standInOrder() {
             return false;
         }
     }
-    return next == Role::PendingCapture + 1;
+    return next == Role::CaptureProblem + 1;
 }
 static_assert(standInOrder(), "a role is its place in the table");
 
 } // namespace
 
 QVariant TopicCard::value(int role) const {
-    return role >= Role::TopicId && role <= Role::PendingCapture
+    return role >= Role::TopicId && role <= Role::CaptureProblem
                ? roleValues[role - Role::TopicId].value(*this)
                : QVariant();
 }

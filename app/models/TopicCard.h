@@ -15,6 +15,7 @@ struct TopicCard {
     bool moved = false;
     bool waits = false;
     QString briefState;
+    QString captureProblem;
 
     /// The value of a TopicListModel::Role; an invalid one for any other number.
     QVariant value(int role) const;

@@ -120,6 +120,7 @@ void TopicListModel::load() {
     m_comebacks.clear();
     m_minutes = 0;
     m_movedCount = 0;
+    m_ofRun = 0;
     const QList<TopicPtr> all = m_store.topics();
     if (m_section == sections::Section::Reserve) {
         for (const TopicPtr &topic : all) {
@@ -136,9 +137,20 @@ void TopicListModel::load() {
     m_held.reserve(m_rows.size());
     for (const Row &row : m_rows) {
         m_held.insert(row.topic->id, row);
-        m_minutes += row.topic->minutes;
-        m_movedCount += row.moved ? 1 : 0;
+        tally(row, 1);
     }
+}
+
+/// Takes a row into the sums, or out of them.
+void TopicListModel::tally(const Row &row, int times) {
+    m_minutes += times * static_cast<qint64>(row.topic->minutes);
+    m_movedCount += row.moved ? times : 0;
+    m_ofRun += isOfRun(*row.topic) ? times : 0;
+}
+
+bool TopicListModel::isOfRun(const Topic &topic) const {
+    const qint64 found = topic.foundAt.toMSecsSinceEpoch();
+    return !topic.capturedURL && m_runBegin <= found && found <= m_runEnd;
 }
 
 /// What changed in the store may move the topic itself and, in the reserve, those it is news of.
@@ -175,8 +187,7 @@ void TopicListModel::insert(Row row) {
     const qsizetype at = lowerBound(row);
     beginInsertRows({}, static_cast<int>(at), static_cast<int>(at));
     m_held.insert(row.topic->id, row);
-    m_minutes += row.topic->minutes;
-    m_movedCount += row.moved ? 1 : 0;
+    tally(row, 1);
     m_rows.insert(at, std::move(row));
     endInsertRows();
 }
@@ -185,8 +196,7 @@ void TopicListModel::remove(qsizetype at) {
     beginRemoveRows({}, static_cast<int>(at), static_cast<int>(at));
     const Row row = m_rows.takeAt(at);
     m_held.remove(row.topic->id);
-    m_minutes -= row.topic->minutes;
-    m_movedCount -= row.moved ? 1 : 0;
+    tally(row, -1);
     endRemoveRows();
 }
 
@@ -202,8 +212,8 @@ void TopicListModel::replace(qsizetype at, Row row) {
         beginMoveRows({}, static_cast<int>(at), static_cast<int>(at), {}, static_cast<int>(to));
     }
     m_held.insert(row.topic->id, row);
-    m_minutes += row.topic->minutes - old.topic->minutes;
-    m_movedCount += (row.moved ? 1 : 0) - (old.moved ? 1 : 0);
+    tally(old, -1);
+    tally(row, 1);
     m_rows[at] = std::move(row);
     qsizetype now = at;
     if (moves) {
@@ -253,7 +263,12 @@ QVariant TopicListModel::data(const QModelIndex &index, int role) const {
     }
     const Row &row = m_rows.at(index.row());
     const Topic &topic = *row.topic;
-    const TopicCard card{topic, m_clock.now(), row.moved, row.waits, m_briefStates.value(topic.id)};
+    const TopicCard card{topic,
+                         m_clock.now(),
+                         row.moved,
+                         row.waits,
+                         m_briefStates.value(topic.id),
+                         m_captureProblems.value(topic.id)};
     if (role != Section) {
         return card.value(role);
     }
@@ -314,24 +329,37 @@ void TopicListModel::heed(FoundAgain &finds) {
 }
 
 void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
-    if (state.isEmpty()) {
-        m_briefStates.remove(id);
+    setWord(m_briefStates, id, state, BriefState);
+}
+
+void TopicListModel::setCaptureProblem(const QUuid &id, const QString &problem) {
+    setWord(m_captureProblems, id, problem, CaptureProblem);
+}
+
+/// Keeps what a role says of a topic beyond the topic itself, and tells its row.
+void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word,
+                             Role role) {
+    if (word.isEmpty()) {
+        words.remove(id);
     } else {
-        m_briefStates.insert(id, state);
+        words.insert(id, word);
     }
     if (const qsizetype at = indexOf(id); at >= 0) {
         const QModelIndex place = index(static_cast<int>(at));
-        Q_EMIT dataChanged(place, place, {BriefState});
+        Q_EMIT dataChanged(place, place, {role});
     }
 }
 
-bool TopicListModel::allFoundWithin(const QDateTime &begin, const QDateTime &end) const {
+int TopicListModel::foundWithin(const QDateTime &begin, const QDateTime &end) {
     const qint64 first = begin.toMSecsSinceEpoch();
     const qint64 last = end.toMSecsSinceEpoch();
-    return std::ranges::all_of(m_rows, [&](const Row &row) {
-        const qint64 found = row.topic->foundAt.toMSecsSinceEpoch();
-        return !row.topic->capturedURL && first <= found && found <= last;
-    });
+    if (first != m_runBegin || last != m_runEnd) {
+        m_runBegin = first;
+        m_runEnd = last;
+        m_ofRun = static_cast<int>(
+            std::ranges::count_if(m_rows, [this](const Row &row) { return isOfRun(*row.topic); }));
+    }
+    return m_ofRun;
 }
 
 QList<TopicPtr> TopicListModel::topics() const {

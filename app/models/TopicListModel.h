@@ -70,24 +70,27 @@ public:
         AccessibleName, ///< the badge's
         TierNumber,     ///< int, 0 (urgent) to 4
         TierLabel,
-        Urgent,        ///< bool
-        UrgencyText,   ///< "avant le 28 novembre", "maintenant"
-        UrgencyReason, ///< string
-        Sources,       ///< list of {name, url, picture}; the picture a file: address or ""
-        MainUrl,       ///< string, the first source's address
-        MainSite,      ///< "github.com"
-        VersionText,   ///< "undici 7.12.0 → 7.18.1"
-        PublishedOn,
-        FoundText, ///< "lundi 16 novembre"
+        Urgent,          ///< bool
+        UrgencyText,     ///< "avant le 28 novembre", "à faire maintenant"
+        UrgencySentence, ///< the same with its reason: "À faire maintenant. La faille est
+                         ///< exploitée."
+        Sources, ///< list of {name, url, address, picture}: the address as it is shown; the picture
+                 ///< a file: address or ""
+        MainUrl, ///< string, the first source's address
+        MainSite,    ///< "github.com"
+        VersionText, ///< "undici 7.12.0 → 7.18.1"
+        PublishedOn, ///< "12 novembre", or as the source words it
+        FoundText,   ///< "lundi 16 novembre"
         Note,
-        Worth,      ///< "meh", "useful", "gem" or ""
-        WorthLabel, ///< "Bof", "Utile", "Pépite" or ""
-        PostponedCount,
+        Worth,          ///< "meh", "useful", "gem" or ""
+        WorthLabel,     ///< "Bof", "Utile", "Pépite" or ""
+        PostponedText,  ///< "reporté 2 fois"; "" for never
         Moved,          ///< bool, of the reserve: see Comebacks
         Waits,          ///< bool, of the program: it does not fit in the week
         HasBrief,       ///< bool
         BriefState,     ///< "", "queued", "writing", "failed" or "written"
         PendingCapture, ///< bool, a captured link that is still being read
+        CaptureProblem, ///< string, why it could not be judged; "" while it is tried
     };
     Q_ENUM(Role)
 
@@ -122,9 +125,12 @@ public:
     /// has a brief and no such word shows "written".
     void setBriefState(const QUuid &id, const QString &state);
 
-    /// Whether a run brought every topic shown, and found it between these moments. Walks the rows
-    /// up to the first that it did not.
-    bool allFoundWithin(const QDateTime &begin, const QDateTime &end) const;
+    /// Why a captured link could not be judged; "" takes it back.
+    void setCaptureProblem(const QUuid &id, const QString &problem);
+
+    /// How many of the topics shown a run brought between these moments; captured links are none of
+    /// them. Walks the rows when the moments are not those of the last call.
+    int foundWithin(const QDateTime &begin, const QDateTime &end);
 
     /// The topics shown, in their order.
     QList<TopicPtr> topics() const;
@@ -158,6 +164,9 @@ private:
     qsizetype indexOf(const QUuid &id) const;
     qsizetype lowerBound(const Row &row) const;
     void tellChanges(int count, int minutes, int moved);
+    void setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word, Role role);
+    void tally(const Row &row, int times);
+    bool isOfRun(const Topic &topic) const;
 
     TopicStore &m_store;
     sections::Section m_section;
@@ -166,10 +175,14 @@ private:
     QHash<QUuid, Row> m_held; // each row again by identity, to find where it stands
     Comebacks m_comebacks;    // filled for the reserve alone
     QHash<QUuid, QString> m_briefStates;
+    QHash<QUuid, QString> m_captureProblems;
     QSet<QUuid> m_waiting;
     QString m_waitingHeading;
     qint64 m_minutes = 0;
     int m_movedCount = 0;
+    qint64 m_runBegin = 0; // of the run whose topics are counted, in ms of the epoch
+    qint64 m_runEnd = -1;
+    int m_ofRun = 0;
 };
 
 } // namespace vorle

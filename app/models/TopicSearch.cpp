@@ -3,6 +3,7 @@
 #include "app/TopicLabels.h"
 #include "app/models/Sections.h"
 #include "app/models/Wording.h"
+#include "base/Text.h"
 #include "core/ScoreScale.h"
 
 namespace vorle {
@@ -127,7 +128,7 @@ QVariant TopicSearch::data(const QModelIndex &index, int role) const {
     case TopicId:
         return topic.id.toString(QUuid::WithoutBraces).toUpper();
     case Title:
-        return topic.title;
+        return shownWords(topic.title);
     case SectionNumber: {
         const auto section = sectionOf(topic);
         return section ? static_cast<int>(*section) : -1;
@@ -135,11 +136,11 @@ QVariant TopicSearch::data(const QModelIndex &index, int role) const {
     case SectionLabel:
         return statusLabel(topic.status);
     case Place:
-        return topic.project.value_or(topic.interest.value_or(QString()));
+        return shownWords(topic.project.value_or(topic.interest.value_or(QString())));
     case Snippet:
-        return hit.snippet;
+        return withoutHidden(hit.snippet);
     case SnippetStyled:
-        return hit.styled;
+        return withoutHidden(hit.styled);
     case Digits:
         return scoreBadge(shownScore(topic)).digits;
     default:

@@ -1,5 +1,9 @@
 #include "app/models/Wording.h"
 
+#include "base/FrenchSpacing.h"
+#include "base/Text.h"
+#include "core/NumberText.h"
+
 #include <QCoreApplication>
 #include <QLocale>
 #include <QRegularExpression>
@@ -30,8 +34,10 @@ QString typographic(QString text) {
     return text.replace(blanks, QStringLiteral("\u00A0"));
 }
 
+QString shownWords(const QString &words) { return frenchSpacing(withoutHidden(words)); }
+
 QString counted(qsizetype count, const QString &one, const QString &many) {
-    return QStringLiteral("%1 %2").arg(count).arg(count < 2 ? one : many);
+    return QStringLiteral("%1 %2").arg(numberText(count), count < 2 ? one : many);
 }
 
 QString countedTopics(qsizetype count) {

@@ -14,7 +14,11 @@ namespace vorle {
 /// punctuation.
 QString typographic(QString text);
 
-/// "1 sujet", "12 sujets": `one` below 2, else `many`, each after the number.
+/// Words that a page or the agent wrote, as they are shown: without the signs nobody sees, which
+/// turn the direction of what follows or hide words, and set as French sets its punctuation.
+QString shownWords(const QString &words);
+
+/// "1 sujet", "1 430 sujets": `one` below 2, else `many`, each after the number.
 QString counted(qsizetype count, const QString &one, const QString &many);
 /// "Aucun sujet", "1 sujet", "12 sujets".
 QString countedTopics(qsizetype count);

@@ -393,7 +393,7 @@ TEST(OpenScoreTest, tells_what_is_known_and_leaves_out_the_rest) {
     EXPECT_EQ(open.title, QStringLiteral("Note 9 sur 10, la tienne. J’avais mis 7"));
     ASSERT_EQ(open.grades.size(), 4);
     EXPECT_EQ(open.grades[3], (OpenScore::Grade{QStringLiteral("Fiabilité"), 9}));
-    EXPECT_EQ(fact(open, u"Urgence"), QStringLiteral("avant le 28 novembre : fin du support"));
+    EXPECT_EQ(fact(open, u"Urgence"), QStringLiteral("Avant le 28 novembre. Fin du support"));
     EXPECT_EQ(fact(open, u"Lecture"), QStringLiteral("lu en entier, 5,4 ko de texte"));
     EXPECT_EQ(fact(open, u"Avant arrondi"), QStringLiteral("7,46, arrondi à 7"));
     EXPECT_EQ(fact(open, u"Jugé par"), QStringLiteral("Codex, le 2 novembre"));

@@ -1,5 +1,6 @@
 #include "core/WeekProgram.h"
 #include "core/DurationText.h"
+#include "core/NumberText.h"
 #include "tests/core/Samples.h"
 
 #include <gtest/gtest.h>
@@ -149,6 +150,20 @@ TEST_F(WeekProgramTest, says_what_state_it_is_in) {
     EXPECT_EQ(shown(full), QStringLiteral("|a"));
     EXPECT_EQ(programText(full, {}).title, QStringLiteral("Ta semaine est pleine"));
     EXPECT_FALSE(programLineText(full).isEmpty());
+    kept("b", 8, 20);
+    EXPECT_EQ(programText(program(180), {}).title, QStringLiteral("1 sujet, 20\u00A0min"));
+    EXPECT_EQ(programText(program(180), {}).text,
+              QStringLiteral("Déjà fait\u00A0: 1\u00A0h\u00A040 sur 3\u00A0h. Il te reste "
+                             "1\u00A0h\u00A020."));
+    std::erase_if(m_topics, [](const Topic &topic) { return topic.status == TopicStatus::Done; });
+    const ProgramText fresh = programText(program(180), {});
+    EXPECT_EQ(fresh.title + fresh.text, QStringLiteral("2 sujets, 1\u00A0h\u00A050 sur 3\u00A0h"));
+}
+
+TEST(NumberText, keeps_its_groups_together) {
+    EXPECT_EQ(numberText(12), QStringLiteral("12"));
+    EXPECT_EQ(numberText(1430), QStringLiteral("1\u202F430"));
+    EXPECT_EQ(numberText(1234567), QStringLiteral("1\u202F234\u202F567"));
 }
 
 TEST(DurationText, is_french) {

@@ -116,7 +116,7 @@ TEST_F(RunModelTest, runs_and_tells_what_came_of_it) {
     model->start(); // one at a time
     untilEnded();
     EXPECT_EQ(model->lastError(), QString());
-    EXPECT_EQ(model->lastResultText(), text("1 sujet t’attend dans À trier."));
+    EXPECT_EQ(model->lastResultText(), text("1 nouveau sujet dans «\u00A0À trier\u00A0»."));
     EXPECT_GT(steps, 2);
     EXPECT_EQ(counts, text("1 lien, 1 lu, 1 jugé"));
     EXPECT_DOUBLE_EQ(last, 1);

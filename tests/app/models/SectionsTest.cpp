@@ -91,7 +91,16 @@ TEST_F(SectionsTest, say_where_the_topics_to_triage_come_from) {
         EXPECT_EQ(sections.subtitle(), text(subtitle));
     }
     shelf.store.add({sampleTopic(text("from the run before"))});
-    EXPECT_EQ(sections.subtitle(), text("3 sujets, 1\u00A0h\u00A007 de lecture"));
+    EXPECT_EQ(sections.subtitle(),
+              text("3 sujets, dont 2 de la fouille du 2 novembre, 1\u00A0h\u00A007 de lecture"));
+    // A link added by hand is no find of the run's, whenever it came.
+    Topic captured = one;
+    captured.id = QUuid();
+    captured.capturedURL = text("https://example.org/");
+    shelf.store.add({captured});
+    EXPECT_TRUE(sections.subtitle().startsWith(text("4 sujets, dont 2 ")));
+    shelf.store.dismiss(shelf.store.topics().first()->id);
+    EXPECT_TRUE(sections.subtitle().startsWith(text("3 sujets, dont 1 ")));
     EXPECT_EQ(page(), text("|"));
 
     for (const TopicPtr &topic : shelf.store.topics()) {

@@ -1,3 +1,4 @@
+#include "app/TopicLabels.h"
 #include "app/models/Decisions.h"
 #include "app/models/ProgramBudget.h"
 #include "tests/app/models/Watched.h"
@@ -175,12 +176,13 @@ TEST(TopicListModel, words_a_card) {
         {Model::AccessibleName, QStringLiteral("Note 9 sur 10")},
         {Model::TierNumber, 1},
         {Model::UrgencyText, QStringLiteral("avant le 28 novembre")},
-        {Model::UrgencyReason, QStringLiteral("Fin")},
+        {Model::UrgencySentence, QStringLiteral("Avant le 28 novembre. Fin")},
         {Model::MainSite, QStringLiteral("example.org")},
         {Model::VersionText, QStringLiteral("undici 7.18.1")},
         {Model::Worth, QString()},
         {Model::BriefState, QString()},
         {Model::PendingCapture, false},
+        {Model::CaptureProblem, QString()},
     };
     for (const auto &[role, value] : cases) {
         EXPECT_EQ(inbox.value(0, role), value) << inbox.roleNames().value(role).toStdString();
@@ -191,6 +193,9 @@ TEST(TopicListModel, words_a_card) {
     const auto source = inbox.value(0, Model::Sources).toList().at(0).toMap();
     EXPECT_EQ(source.value(QStringLiteral("name")), QStringLiteral("Source"));
     EXPECT_EQ(source.value(QStringLiteral("picture")), QString());
+    // What hides in words of others, or turns them round, is not shown.
+    EXPECT_EQ(kindLabel(QStringLiteral(" pod\u202Ecast ")), QStringLiteral("Podcast"));
+    EXPECT_EQ(kindLabel(std::nullopt), QString());
     EXPECT_EQ(inbox.roleNames().value(Model::Section), "section");
     EXPECT_EQ(inbox.value(1, Model::Title), QVariant());
 }
