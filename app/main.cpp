@@ -70,7 +70,9 @@ int main(int argc, char **argv) {
         const auto terminals = vorle::native::terminals();
         const auto pasteboard = vorle::native::pasteboard();
         const auto links = vorle::native::linkOpener();
-        return vorle::runGui(argc, argv, {*installedApps, *terminals, *pasteboard, *links}, demo);
+        return vorle::runGui(
+            argc, argv,
+            {*installedApps, *terminals, *pasteboard, *links, vorle::native::motionSetting}, demo);
     }
 
     const QCoreApplication app(argc, argv);

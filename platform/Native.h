@@ -2,6 +2,7 @@
 
 #include "platform/InstalledApps.h"
 #include "platform/LinkOpener.h"
+#include "platform/MotionSetting.h"
 #include "platform/Pasteboard.h"
 #include "platform/Terminals.h"
 
@@ -17,5 +18,6 @@ std::unique_ptr<Terminals> terminals();
 // These need a QGuiApplication when they are used.
 std::unique_ptr<Pasteboard> pasteboard();
 std::unique_ptr<LinkOpener> linkOpener();
+std::unique_ptr<MotionSetting> motionSetting();
 
 } // namespace vorle::native

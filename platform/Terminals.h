@@ -45,6 +45,9 @@ public:
 
     virtual LoginShells shells() const = 0;
 
+    /// The names this system can have a terminal for, the one it comes with first.
+    virtual QStringList names() const = 0;
+
     /// How the terminal of that name ("Terminal", "Ghostty", "iTerm") opens a window that runs the
     /// session; nothing when it is known not to be here. Reads the search path at each call.
     virtual std::optional<TerminalCommand> command(const QString &terminal,

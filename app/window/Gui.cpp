@@ -17,6 +17,7 @@
 #include "base/Log.h"
 #include "base/SystemErrorText.h"
 #include "desktop/ClaudeLauncher.h"
+#include "platform/MotionSetting.h"
 #include "search/RunPlan.h"
 
 #include <QApplication>
@@ -65,7 +66,8 @@ public:
         , m_launcher({app.agent().locator(), app.preferences(), adapters.terminals,
                       adapters.pasteboard, adapters.links})
         , m_shell({app, adapters.links, adapters.pasteboard, m_launcher,
-                   app.store().releaseAllPending()})
+                   app.store().releaseAllPending(), adapters.terminals.names()})
+        , m_motion(adapters.motion())
         , m_main(m_shell, Typefaces::load(), app.store().file())
         , m_tray(*m_shell.run(), *m_shell.inbox())
         , m_door(app)
@@ -100,6 +102,7 @@ public:
             &m_main.window(), &QQuickWindow::frameSwapped, this,
             [this] { m_app.store().prepareSaves(); },
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+        m_main.heed(*m_motion);
         m_main.raise();
     }
 
@@ -154,14 +157,17 @@ private:
         if (!m_main.state().toldOfMenuBar) {
             m_main.state().toldOfMenuBar = true;
             m_main.keepPlace();
-            m_tray.tell(tr("vorle reste là"),
-                        tr("Je continue dans la barre de menus. Pour me quitter : menu, Quitter."));
+            m_tray.tell(
+                tr("vorle reste là"),
+                tr("Je continue dans la barre de menus. Pour quitter\u00A0: clic droit sur mon "
+                   "icône, puis Quitter."));
         }
     }
 
     Application &m_app;
     ClaudeLauncher m_launcher;
     Shell m_shell;
+    std::unique_ptr<MotionSetting> m_motion;
     MainWindow m_main;
     Tray m_tray;
     CommandDoor m_door;

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+
 namespace vorle {
 
 class InstalledApps;
 class LinkOpener;
+class MotionSetting;
 class Pasteboard;
 class Terminals;
 
@@ -13,6 +17,8 @@ struct GuiAdapters {
     const Terminals &terminals;
     Pasteboard &pasteboard;
     LinkOpener &links;
+    /// Made once the program has a QApplication: a bus may only be asked then.
+    std::function<std::unique_ptr<MotionSetting>()> motion;
 };
 
 /// Opens the app: the main window, the menu-bar item, the panel under the notch. One process a

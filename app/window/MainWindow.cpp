@@ -2,8 +2,9 @@
 
 #include "app/window/HeldKeys.h"
 #include "app/window/Shell.h"
+#include "platform/MotionSetting.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QPalette>
 #include <QQmlComponent>
 #include <QQuickItem>
@@ -30,15 +31,6 @@ bool MainWindow::systemIsDark() {
 #endif
 }
 
-namespace {
-
-bool motionIsReduced() {
-    return qEnvironmentVariableIsSet("VORLE_REDUCED_MOTION") ||
-           !QApplication::isEffectEnabled(Qt::UI_General);
-}
-
-} // namespace
-
 MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile, QObject *parent)
     : QObject(parent)
     , m_shell(shell)
@@ -64,7 +56,22 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    if (m_motion != nullptr) {
+        m_motion->follow({});
+    }
+}
+
+void MainWindow::heed(MotionSetting &motion) {
+    m_motion = &motion;
+    motion.follow([this] { followSystem(); });
+    followSystem();
+}
+
+bool MainWindow::motionIsReduced() const {
+    return qEnvironmentVariableIsSet("VORLE_REDUCED_MOTION") ||
+           (m_motion != nullptr && m_motion->isReduced());
+}
 
 void MainWindow::restorePlace() {
     QList<QRect> screens;

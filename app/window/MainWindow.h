@@ -14,6 +14,7 @@
 
 namespace vorle {
 
+class MotionSetting;
 class Shell;
 
 /// The main window and the panel under the notch: loads them, keeps the window's place, follows
@@ -31,6 +32,10 @@ public:
 
     QQuickWindow &window() const { return *m_window; }
     WindowState &state() { return m_state; }
+
+    /// Moves as much as the system asks for, from now on; without it, everything moves. `motion`
+    /// outlives the window.
+    void heed(MotionSetting &motion);
 
     /// Shows the window and brings it to the front.
     Q_SLOT void raise();
@@ -57,6 +62,7 @@ protected:
 
 private:
     std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
+    bool motionIsReduced() const;
     void followSystem();
     void restorePlace();
     void notePlace();
@@ -64,6 +70,7 @@ private:
     Shell &m_shell;
     QString m_topicsFile;
     WindowState m_state;
+    MotionSetting *m_motion = nullptr;
     QQmlEngine m_engine;
     std::unique_ptr<QObject> m_look; // what the theme is turned by
     std::unique_ptr<QObject> m_screens;

@@ -14,6 +14,9 @@ public:
     LoginShells loginShells{QStringLiteral("/bin/sh"), QStringLiteral("/bin/sh")};
 
     LoginShells shells() const override { return loginShells; }
+    QStringList names() const override {
+        return {QStringLiteral("Terminal"), QStringLiteral("Ghostty")};
+    }
     std::optional<TerminalCommand> command(const QString &terminal,
                                            const TerminalSession &session) const override {
         return answer(terminal, session);

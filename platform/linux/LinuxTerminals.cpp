@@ -56,6 +56,15 @@ LoginShells LinuxTerminals::shells() const {
     return {readsPosix(session) ? session : plain, session};
 }
 
+QStringList LinuxTerminals::names() const {
+    QStringList names;
+    for (const Known &known : knownTerminals) {
+        names += QString::fromLatin1(known.name);
+    }
+    names.removeDuplicates();
+    return names;
+}
+
 std::optional<TerminalCommand> LinuxTerminals::command(const QString &terminal,
                                                        const TerminalSession &session) const {
     for (const Known &known : knownTerminals) {

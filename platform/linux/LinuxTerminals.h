@@ -21,6 +21,7 @@ public:
     /// The user's shell stays open, "/bin/sh" where it lets nobody in; it also runs scripts when
     /// it is one that reads POSIX, else "/bin/sh" does.
     LoginShells shells() const override;
+    QStringList names() const override;
     std::optional<TerminalCommand> command(const QString &terminal,
                                            const TerminalSession &session) const override;
 

@@ -2,6 +2,7 @@
 
 #include "platform/linux/DesktopApps.h"
 #include "platform/linux/LinuxTerminals.h"
+#include "platform/linux/PortalMotion.h"
 
 namespace vorle::native {
 
@@ -12,5 +13,7 @@ std::unique_ptr<InstalledApps> installedApps() {
 std::unique_ptr<Terminals> terminals() {
     return std::make_unique<LinuxTerminals>(LinuxTerminals::Setting::ofThisProcess());
 }
+
+std::unique_ptr<MotionSetting> motionSetting() { return std::make_unique<PortalMotion>(); }
 
 } // namespace vorle::native

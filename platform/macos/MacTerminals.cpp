@@ -8,6 +8,10 @@ LoginShells MacTerminals::shells() const {
     return {QStringLiteral("/bin/zsh"), QStringLiteral("/bin/zsh")};
 }
 
+QStringList MacTerminals::names() const {
+    return {QStringLiteral("Terminal"), QStringLiteral("Ghostty"), QStringLiteral("iTerm")};
+}
+
 std::optional<TerminalCommand> MacTerminals::command(const QString &terminal,
                                                      const TerminalSession &session) const {
     TerminalCommand command;

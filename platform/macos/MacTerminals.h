@@ -15,6 +15,7 @@ class MacTerminals final : public Terminals {
 public:
     /// Both "/bin/zsh", every Mac's own.
     LoginShells shells() const override;
+    QStringList names() const override;
     std::optional<TerminalCommand> command(const QString &terminal,
                                            const TerminalSession &session) const override;
 };

@@ -93,6 +93,9 @@ TEST(MacTerminals, opens_a_script_or_hands_ghostty_a_line) {
         QStringLiteral("--initial-command=/bin/zsh -l -c 'cd '\\''/it'\\'''\\''s'\\''; x'");
     EXPECT_EQ(MacTerminals().command(QStringLiteral("Ghostty"), session),
               (TerminalCommand{open, arguments, Life::EndsOnceOpen, absent}));
+    // Only what there can be is offered.
+    EXPECT_EQ(MacTerminals().names(), words("Terminal Ghostty iTerm"));
+    EXPECT_EQ(LinuxTerminals({{}, {}}).names(), words("Terminal Ghostty"));
     EXPECT_EQ(MacTerminals().shells(),
               (LoginShells{QStringLiteral("/bin/zsh"), QStringLiteral("/bin/zsh")}));
 }
