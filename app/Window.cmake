@@ -5,20 +5,20 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
     controls/ActionButton.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
-    controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
+    controls/ChangeRow.qml controls/Chapter.qml controls/Chip.qml controls/Choice.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ReadingFoot.qml controls/ReadingHead.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
+    controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
-    controls/SectionHead.qml controls/SideItem.qml
+    controls/SectionHead.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
-    controls/TopicCard.qml controls/WhyLine.qml
+    controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CardSight.qml
     screens/ClosingPanel.qml screens/CorrectionPanel.qml
     screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SectionPlace.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
-    screens/TopicRow.qml screens/TopicScreen.qml screens/TopicSection.qml screens/WaitingScreen.qml screens/Word.qml)
+    screens/TopicRow.qml screens/TopicScreen.qml screens/TopicSection.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window
@@ -30,7 +30,9 @@ qt_add_qml_module(vorle_window
     OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/Vorle
     QML_FILES ${VORLE_QML}
     SOURCES
+        window/Announcer.cpp window/Announcer.h
         window/CommandDoor.cpp window/CommandDoor.h
+        window/Curtain.cpp window/Curtain.h
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
         window/HeldKeys.cpp window/HeldKeys.h
@@ -39,6 +41,7 @@ qt_add_qml_module(vorle_window
         window/QuitDoor.cpp window/QuitDoor.h
         window/Shell.cpp window/Shell.h
         window/SingleInstance.cpp window/SingleInstance.h
+        window/TextLeading.cpp window/TextLeading.h
         window/TopicPage.cpp window/TopicPage.h
         window/Tray.cpp window/Tray.h
         window/WaitingWindow.cpp window/WaitingWindow.h

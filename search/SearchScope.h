@@ -72,7 +72,8 @@ inline constexpr qsizetype promptBytes = 100'000;
 /// comes back all the same is known by its link.
 inline constexpr qsizetype knownBytes = 30'000;
 
-/// As many links, in order, what is none (see WebLink) apart, as fit in `maxBytes` with the " ; " between them.
+/// As many links, in order, what is none (see WebLink) apart, as fit in `maxBytes` with the " ; "
+/// between them.
 QString joinedLinks(const QStringList &links, qsizetype maxBytes);
 
 /// The instruction with its placeholders replaced one after the other, in their fixed order

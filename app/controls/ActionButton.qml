@@ -10,8 +10,10 @@ T.Button {
     property bool primary: false
     property bool quiet: false // words alone, no outline
     property bool takesReturn: true // else Return is left to what the button stands in
+    property bool given: false // what it says holds already
+    property bool usable: true // what lies behind a panel is not enabled, and looks as ever
 
-    readonly property color inkNow: primary ? Theme.accentInk : Theme.ink
+    readonly property color inkNow: primary ? Theme.accentInk : given ? Theme.tintInk : Theme.ink
 
     implicitWidth: Math.max(Theme.hit, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(Theme.hit + 10, contentItem.implicitHeight + topPadding + bottomPadding)
@@ -22,9 +24,10 @@ T.Button {
     font.weight: Font.DemiBold
     hoverEnabled: true
     focusPolicy: Qt.TabFocus // a click leaves the keyboard where single keys decide
-    opacity: enabled ? 1 : 0.45
+    enabled: usable
+    opacity: usable ? 1 : 0.45
     Accessible.role: Accessible.Button
-    Accessible.name: text
+    Accessible.name: given ? qsTr("%1, choisi").arg(text) : text
     Accessible.description: keys.length > 0 ? qsTr("Touche %1").arg(keys) : ""
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: event => press(event)
@@ -60,7 +63,7 @@ T.Button {
             KeyCap {
                 keys: button.keys
                 bare: button.keys.length > 1
-                ink: button.primary ? Theme.accentInk : Theme.inkSoft
+                ink: button.primary ? Theme.accentInk : button.given ? Theme.tintInk : Theme.inkSoft
                 fill: button.primary ? Theme.accentKey : Theme.sunken
                 anchors.verticalCenter: parent.verticalCenter
             }
@@ -69,10 +72,10 @@ T.Button {
     background: Rectangle {
         radius: Theme.radiusButton
         color: button.primary ? (button.down ? Qt.darker(Theme.accent, 1.12) : Theme.accent)
-                              : button.down ? Theme.sunken
+                              : button.down ? Theme.sunken : button.given ? Theme.accentTint
                                             : button.hovered && !button.quiet ? Theme.raised : "transparent"
         border.width: button.primary || button.quiet ? 0 : 1
-        border.color: button.hovered ? Theme.inkFaint : Theme.line
+        border.color: button.given ? Theme.tintInk : button.hovered ? Theme.inkFaint : Theme.line
 
         FocusRing {
             radius: parent.radius + 3

@@ -5,9 +5,10 @@ import Vorle
 Item {
     id: bar
 
-    required property int done
-    required property int planned
-    required property int budget
+    required property var model // ProgramBudget
+    readonly property int done: model.done
+    readonly property int planned: model.planned
+    readonly property int budget: model.budget
     property string text: ""
 
     implicitHeight: 6 + (text.length > 0 ? words.implicitHeight + 8 : 0)

@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // What the chosen card adds: the gist, why it matters to this person, the first step, the keys.
 Column {
@@ -17,8 +18,18 @@ Column {
         forceLayout();
     }
 
+    readonly property var again: ({ text: qsTr("Réessayer"), keys: "", action: KeyboardMap.ReadAgain, primary: true })
+
     spacing: 12
 
+    Label {
+        visible: text.length > 0
+        width: parent.width
+        text: details.topic.captureProblem ?? ""
+        color: Theme.tintInk
+        maximumLineCount: 3
+        elide: Text.ElideRight
+    }
     Label {
         visible: text.length > 0
         width: parent.width
@@ -50,13 +61,14 @@ Column {
             spacing: 10
 
             Repeater {
-                model: details.actions
+                model: ((details.topic.captureProblem ?? "").length > 0 ? [again] : []).concat(details.actions)
 
                 ActionButton {
                     required property var modelData
                     text: modelData.text
                     keys: modelData.keys
                     primary: modelData.primary === true
+                    given: modelData.worth !== undefined && modelData.worth === details.topic.worth
                     onClicked: details.act(modelData.action)
                 }
             }

@@ -7,6 +7,7 @@ Rectangle {
 
     property var actions: [] // { text, keys, primary, action }
     property string hint: ""
+    property string worth: "" // the verdict given
 
     signal act(int action)
 
@@ -31,6 +32,7 @@ Rectangle {
                 text: modelData.text
                 keys: modelData.keys
                 primary: modelData.primary === true
+                given: modelData.worth !== undefined && modelData.worth === foot.worth
                 onClicked: foot.act(modelData.action)
             }
         }

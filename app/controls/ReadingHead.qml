@@ -45,14 +45,14 @@ Item {
             quiet: true
             text: qsTr("Précédent")
             keys: head.width < 680 ? "" : head.backKeys
-            enabled: head.position > 0
+            usable: head.position > 0
             onClicked: head.moved(-1)
         }
         ActionButton {
             quiet: true
             text: qsTr("Suivant")
             keys: head.width < 680 ? "" : head.forthKeys
-            enabled: head.position + 1 < head.count
+            usable: head.position + 1 < head.count
             onClicked: head.moved(1)
         }
     }

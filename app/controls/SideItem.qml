@@ -65,7 +65,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 18
         anchors.verticalCenter: parent.verticalCenter
-        text: item.count > 0 ? item.count : ""
+        text: item.count > 0 ? item.count.toLocaleString(Qt.locale("fr_FR"), "f", 0) : ""
         color: item.strong && item.count > 0 ? Theme.accent : Theme.inkFaint
         font.family: Theme.displayFamily
         font.pixelSize: Theme.textMenu

@@ -8,6 +8,7 @@ Item {
 
     required property string name
     required property string url
+    property string address: "" // the url as it is shown
     property string picture: ""
     property string adds: ""
     readonly property bool pictured: picture.length > 0
@@ -18,7 +19,7 @@ Item {
     activeFocusOnTab: true
     Accessible.role: Accessible.Link
     Accessible.name: name
-    Accessible.description: url
+    Accessible.description: address
     Accessible.focusable: true
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: event => press(event)
@@ -88,7 +89,7 @@ Item {
         }
         Label {
             width: parent.width
-            text: row.adds.length > 0 ? row.adds : row.url
+            text: row.adds.length > 0 ? row.adds : row.address
             color: Theme.inkFaint
             font.pixelSize: Theme.textSmall
             maximumLineCount: row.adds.length > 0 ? 3 : 1

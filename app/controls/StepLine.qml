@@ -7,9 +7,10 @@ Item {
 
     property string text: ""
     property int lines: 100000 // at most
+    property bool selectable: false // whole, and to be taken along
 
     visible: text.length > 0
-    implicitHeight: words.implicitHeight
+    implicitHeight: selectable ? whole.implicitHeight : cut.implicitHeight
 
     Label {
         id: head
@@ -19,12 +20,23 @@ Item {
         wrapMode: Text.NoWrap
     }
     Label {
-        id: words
+        id: cut
         x: head.implicitWidth + 10
         width: parent.width - x
+        visible: !step.selectable
         maximumLineCount: step.lines
         elide: Text.ElideRight
-        text: step.text
+        text: step.selectable ? "" : step.text
         color: Theme.inkSoft
+    }
+    Loader {
+        id: whole
+        x: cut.x
+        width: cut.width
+        active: step.selectable
+        sourceComponent: SelectableText {
+            text: step.text
+            color: Theme.inkSoft
+        }
     }
 }

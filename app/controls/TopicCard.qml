@@ -19,7 +19,7 @@ Item {
     signal act(int action)
 
     property bool low: false // stands below the line of the week's time
-    readonly property string facts: [topic.pendingCapture ? qsTr("lien capturé, en lecture…") : "", topic.kindLabel, topic.minutesText, topic.readLevelText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
+    readonly property string facts: [!topic.pendingCapture ? "" : (topic.captureProblem ?? "").length > 0 ? qsTr("lien capturé, pas encore jugé") : qsTr("lien capturé, en lecture…"), topic.kindLabel, topic.minutesText, topic.publishedOn, topic.readLevelText, topic.postponedText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
 
     readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
     readonly property real wholeHeight: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17) // once it has moved
@@ -30,6 +30,8 @@ Item {
     Accessible.name: topic.accessibleName + ". " + topic.title
     Accessible.description: topic.tldr
     Accessible.selected: open
+    Accessible.focusable: true
+    Accessible.focused: open
     Accessible.onPressAction: chosen()
     Component.onCompleted: settleSoon()
 
@@ -161,6 +163,10 @@ Item {
                 size: card.open ? Theme.titleOpen : Theme.titleCard
                 maximumLineCount: card.open ? (card.tight ? 2 : 4) : 1
                 elide: Text.ElideRight
+            }
+            VersionLine {
+                width: parent.width
+                text: card.open ? card.topic.versionText : ""
             }
             Label {
                 visible: !card.open && text.length > 0

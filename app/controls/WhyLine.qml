@@ -7,9 +7,11 @@ Item {
 
     property string text: ""
     property int lines: 100000 // at most
+    property bool selectable: false // whole, and to be taken along
+    readonly property string words: qsTr("Pourquoi toi : %1").arg(text)
 
     visible: text.length > 0
-    implicitHeight: words.implicitHeight
+    implicitHeight: selectable ? whole.implicitHeight : cut.implicitHeight
 
     Rectangle {
         width: 3
@@ -19,13 +21,25 @@ Item {
         color: Theme.accent
     }
     Label {
-        id: words
+        id: cut
         x: 18
         width: parent.width - x
+        visible: !why.selectable
         maximumLineCount: why.lines
         elide: Text.ElideRight
-        text: qsTr("Pourquoi toi : %1").arg(why.text)
+        text: why.selectable ? "" : why.words
         font.pixelSize: Theme.textLarge
         font.weight: Font.Medium
+    }
+    Loader {
+        id: whole
+        x: 18
+        width: parent.width - x
+        active: why.selectable
+        sourceComponent: SelectableText {
+            text: why.words
+            font.pixelSize: Theme.textLarge
+            font.weight: Font.Medium
+        }
     }
 }

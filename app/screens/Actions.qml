@@ -114,6 +114,9 @@ QtObject {
                 shell.firstStep(window.chosenId);
             }
             break;
+        case KeyboardMap.ReadAgain:
+            shell.readAgain();
+            break;
         case KeyboardMap.Keep:
             decide(action, id => decisions.keep(id));
             break;

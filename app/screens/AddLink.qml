@@ -78,7 +78,7 @@ Panel {
                 text: qsTr("Ajouter")
                 keys: "↩"
                 primary: true
-                enabled: link.text.trim().length > 0
+                usable: link.text.trim().length > 0
                 onClicked: panel.send()
             }
         }

@@ -84,6 +84,7 @@ Chapter {
             width: view.width
             title: modelData.title
             body: modelData.body
+            code: modelData.code
         }
     }
     BriefPart {
@@ -100,6 +101,7 @@ Chapter {
             width: view.width
             name: modelData.title
             url: modelData.url
+            address: modelData.address
             adds: modelData.adds
             onClicked: view.linkOpened(url)
         }

@@ -179,7 +179,7 @@ Panel {
                 ActionButton {
                     text: qsTr("Noter")
                     takesReturn: false
-                    enabled: panel.score >= 0
+                    usable: panel.score >= 0
                     keys: "↩"
                     primary: true
                     onClicked: panel.give()

@@ -60,6 +60,7 @@ Window {
         if (sentence.length > 0) {
             main.ghost = null;
             word.show(sentence);
+            voice.say(sentence);
         }
     }
     function askToClose() {
@@ -160,6 +161,7 @@ Window {
             run: main.shell.run
             keysRun: main.keyboard.keys(KeyboardMap.RunNow)
             enabled: !main.covered
+            drawn: main.covered
             onPicked: section => {
                 if (main.listing) {
                     main.screen.enlarged = false;
@@ -170,13 +172,16 @@ Window {
             onStopAsked: main.shell.run.stop()
             onContentAsked: main.screen.focusContent()
         }
-        FocusScope {
+        Curtain {
             id: content
             x: side.width
             width: parent.width - x
             height: parent.height
             enabled: !main.covered
+            drawn: main.covered
             focus: true
+            Accessible.role: Accessible.Grouping
+            Accessible.name: main.sections.title
 
             SectionPlace {
                 id: inbox
@@ -206,9 +211,7 @@ Window {
                     header: BudgetBar {
                         width: parent.width
                         visible: main.shell.program.count > 0 || done > 0
-                        done: main.shell.budget.done
-                        planned: main.shell.budget.planned
-                        budget: main.shell.budget.budget
+                        model: main.shell.budget
                     }
                     hint: buttons.programHint
                 }
@@ -278,6 +281,10 @@ Window {
                 remedy: main.shell.remedy
                 onRemedyAsked: main.shell.takeRemedy()
             }
+        }
+        Voice {
+            id: voice
+            shell: main.shell
         }
         Word {
             id: word

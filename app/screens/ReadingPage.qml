@@ -37,7 +37,10 @@ FocusScope {
             duration: Theme.quick
         }
     }
-    onTopicChanged: flick.contentY = 0
+    onTopicChanged: {
+        flick.contentY = 0;
+        mark(null);
+    }
 
     InSight {
         id: sight
@@ -52,6 +55,22 @@ FocusScope {
         sight.scrollBy(pages * flick.height * 0.9);
     }
 
+    // The words that were marked, in one text at a time: the keyboard stays on the page.
+    property TextEdit marked: null
+
+    function mark(text: TextEdit) {
+        if (marked !== text) {
+            marked?.deselect();
+            marked = text;
+        }
+    }
+    onShownChanged: mark(null)
+
+    Shortcut {
+        sequences: [StandardKey.Copy]
+        enabled: page.shown && page.marked !== null && page.marked.selectedText.length > 0
+        onActivated: page.marked.copy()
+    }
     Rectangle {
         anchors.fill: parent
         color: Theme.paper
@@ -91,62 +110,25 @@ FocusScope {
             spacing: 26
             visible: page.topic !== null
 
-            Row {
+            ReadingTitle {
                 width: parent.width
-                spacing: 24
-
-                ScoreBadge {
-                    id: badge
-                    size: 76
-                    topic: page.topic
-                    visible: page.topic !== null
-                }
-                Column {
-                    width: parent.width - badge.width - parent.spacing
-                    spacing: 10
-
-                    Row {
-                        spacing: 10
-
-                        Chip {
-                            text: page.topic?.place ?? ""
-                            anchors.verticalCenter: parent.verticalCenter
-                        }
-                        Label {
-                            text: page.topic ? [page.topic.kindLabel, page.topic.minutesText, page.topic.readLevelText].filter(t => t.length > 0).join("   ·   ") : ""
-                            color: Theme.inkFaint
-                            font.pixelSize: Theme.textNote
-                            wrapMode: Text.NoWrap
-                            lineHeight: 1.1
-                            anchors.verticalCenter: parent.verticalCenter
-                        }
-                    }
-                    Title {
-                        width: parent.width
-                        text: page.topic?.title ?? ""
-                        size: Theme.titleScreen
-                    }
-                    Label {
-                        visible: text.length > 0
-                        width: parent.width
-                        text: page.topic ? [page.topic.urgencyText, page.topic.urgencyReason].filter(t => t.length > 0).join(" : ") : ""
-                        color: Theme.accent
-                        font.weight: Font.DemiBold
-                    }
-                }
+                topic: page.topic
             }
-            Label {
+            SelectableText {
                 width: parent.width
+                visible: text.length > 0
                 text: page.topic?.summary ?? ""
                 font.pixelSize: Theme.textReading
-                lineHeight: 1.5
+                leading: 1.5
             }
             WhyLine {
                 width: parent.width
+                selectable: true
                 text: page.topic?.why ?? ""
             }
             StepLine {
                 width: parent.width
+                selectable: true
                 text: page.topic?.firstStep ?? ""
             }
             Chapter {
@@ -157,23 +139,8 @@ FocusScope {
                 Repeater {
                     model: page.topic?.changes ?? []
 
-                    Item {
-                        id: change
-                        required property var modelData
+                    ChangeRow {
                         width: parent.width
-                        implicitHeight: Math.max(words.implicitHeight, label.visible ? label.implicitHeight : 0)
-
-                        Label {
-                            id: words
-                            width: parent.width - (label.visible ? label.width + 12 : 0)
-                            text: change.modelData.text
-                            lineHeight: 1.4
-                        }
-                        Chip {
-                            id: label
-                            anchors.right: parent.right
-                            text: change.modelData.label
-                        }
                     }
                 }
             }
@@ -182,7 +149,7 @@ FocusScope {
                 name: qsTr("Risques")
                 visible: (page.topic?.risks ?? "").length > 0
 
-                Label {
+                SelectableText {
                     width: parent.width
                     text: page.topic?.risks ?? ""
                 }
@@ -249,6 +216,7 @@ FocusScope {
                         width: parent.width
                         name: modelData.name
                         url: modelData.url
+                        address: modelData.address
                         picture: modelData.picture
                         onClicked: page.linkOpened(url)
                     }
@@ -297,6 +265,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         actions: page.actions
         hint: page.hint
+        worth: page.topic?.worth ?? ""
         onAct: action => page.act(action)
     }
 }

@@ -10,6 +10,9 @@ QtObject {
     function button(text: string, action: int, primary: bool): var {
         return { text: text, keys: keyboard.keys(action), action: action, primary: primary };
     }
+    function verdict(text: string, action: int, worth: string): var {
+        return { text: text, keys: keyboard.keys(action), action: action, primary: false, worth: worth };
+    }
     readonly property var inbox: [
         button(qsTr("Garder"), KeyboardMap.Keep, true),
         button(qsTr("Plus tard"), KeyboardMap.Later, false),
@@ -22,9 +25,9 @@ QtObject {
     readonly property var reserve: [
         button(qsTr("Garder"), KeyboardMap.Keep, true),
         button(qsTr("Remettre à trier"), KeyboardMap.BackToTriage, false),
-        button(qsTr("Bof"), KeyboardMap.WorthMeh, false),
-        button(qsTr("Utile"), KeyboardMap.WorthUseful, false),
-        button(qsTr("Pépite"), KeyboardMap.WorthGem, false)]
+        verdict(qsTr("Bof"), KeyboardMap.WorthMeh, "meh"),
+        verdict(qsTr("Utile"), KeyboardMap.WorthUseful, "useful"),
+        verdict(qsTr("Pépite"), KeyboardMap.WorthGem, "gem")]
 
     // The line under each list.
     readonly property string programHint: qsTr("%1 premier pas · %2 fait · %3 reporter · %4 retirer").arg(keyboard.keys(KeyboardMap.FirstStep)).arg(keyboard.keys(KeyboardMap.Done)).arg(keyboard.keys(KeyboardMap.Postpone)).arg(keyboard.keys(KeyboardMap.Remove))

@@ -9,15 +9,20 @@ Panel {
 
     readonly property var choices: [
         { name: qsTr("Apparence"), key: "appearance", words: ["Automatique", "Clair", "Sombre"] },
-        { name: qsTr("Couleur"), key: "accent", words: ["Braise", "Framboise", "Lagune", "Indigo"] },
+        { name: qsTr("Couleur"), key: "accent", words: Object.keys(Theme.accents) },
         { name: qsTr("IA"), key: "agent", words: ["claude", "codex"], shown: ["Claude Code", "Codex"] },
-        { name: qsTr("Terminal"), key: "terminal", words: ["Terminal", "Ghostty", "iTerm"] },
+        { name: qsTr("Terminal"), key: "terminal", words: shell.terminals },
         { name: qsTr("Notifications"), key: "notifyMode", words: ["À chaque fouille", "Seulement si urgent", "Jamais"] },
         { name: qsTr("Temps de veille par semaine"), key: "weeklyMinutes", words: [60, 120, 180, 240, 300], shown: ["1 h", "2 h", "3 h", "4 h", "5 h"] }]
 
     name: qsTr("Réglages")
-    sheetWidth: 720
+    sheetWidth: 640
     bodyHeight: body.implicitHeight
+    onShownChanged: {
+        if (shown) {
+            (settings.itemAt(0) as Choice).takeFocus();
+        }
+    }
 
     Column {
         id: body
@@ -29,37 +34,20 @@ Panel {
             size: Theme.titleOpen
         }
         Repeater {
+            id: settings
             model: panel.choices
 
-            Column {
-                id: choice
+            Choice {
                 required property var modelData
-                readonly property var present: panel.shell.setting(modelData.key, panel.shell.settingsRevision)
+                // The agent is chosen by what is ready where nobody chose it.
+                readonly property var present: modelData.key === "agent" ? panel.shell.agent : panel.shell.setting(modelData.key, panel.shell.settingsRevision)
+
                 width: body.width
-                spacing: 8
-
-                Label {
-                    text: choice.modelData.name
-                    color: Theme.inkSoft
-                    font.weight: Font.Medium
-                }
-                Flow {
-                    width: parent.width
-                    spacing: 8
-
-                    Repeater {
-                        model: choice.modelData.words
-
-                        ActionButton {
-                            required property int index
-                            required property var modelData
-                            text: choice.modelData.shown ? choice.modelData.shown[index] : modelData
-                            primary: choice.present === modelData
-                            Accessible.name: primary ? qsTr("%1 : %2, choisi").arg(choice.modelData.name).arg(text) : qsTr("%1 : %2").arg(choice.modelData.name).arg(text)
-                            onClicked: panel.shell.changeSetting(choice.modelData.key, modelData)
-                        }
-                    }
-                }
+                name: modelData.name
+                labels: modelData.shown ?? modelData.words
+                dots: modelData.key === "accent" ? Object.values(Theme.accents).map(pair => Theme.dark ? pair.dark : pair.light) : []
+                chosen: modelData.words.indexOf(present)
+                onPicked: index => panel.shell.changeSetting(modelData.key, modelData.words[index])
             }
         }
         Label {

@@ -2,7 +2,7 @@ import QtQuick
 import Vorle
 
 // The six sections, what waits in each, and the next run.
-FocusScope {
+Curtain {
     id: bar
 
     required property var model // Sections

@@ -78,7 +78,7 @@ Window {
             ActionButton {
                 width: parent.width
                 text: panel.run.running ? qsTr("Arrêter") : qsTr("Fouiller maintenant")
-                enabled: !panel.run.stopping
+                usable: !panel.run.stopping
                 onClicked: panel.run.running ? panel.run.stop() : panel.run.start()
             }
             Rectangle {
@@ -90,7 +90,7 @@ Window {
                 id: open
                 width: parent.width
                 primary: true
-                text: panel.waiting === 0 ? qsTr("Ouvrir vorle") : panel.waiting === 1 ? qsTr("Trier 1 sujet") : qsTr("Trier %1 sujets").arg(panel.waiting)
+                text: panel.waiting === 0 ? qsTr("Ouvrir vorle") : panel.waiting === 1 ? qsTr("Trier 1 sujet") : qsTr("Trier %1 sujets").arg(panel.waiting.toLocaleString(Qt.locale("fr_FR"), "f", 0))
                 onClicked: panel.leave(panel.openAsked)
             }
             Row {

@@ -172,6 +172,18 @@ FocusScope {
     onEnlargedChanged: {
         focusContent();
         sight.bring(false);
+        Qt.callLater(pointAtChosen); // qmllint disable
+    }
+    onOpenCardChanged: pointAtChosen()
+
+    // The keyboard rests on no card: whoever listens is told which one it acts on.
+    function pointAtChosen() {
+        if (spot.activeFocus) {
+            voice.pointAt(enlarged ? reading.item as Item : openCard);
+        }
+    }
+    Announcer {
+        id: voice
     }
     onGhostChanged: followSoon()
 
@@ -198,6 +210,7 @@ FocusScope {
     Item {
         id: spot
         focus: true
+        onActiveFocusChanged: Qt.callLater(root.pointAtChosen) // qmllint disable
         // On to what stands in the content; the chain of all items would go round by the menu.
         Keys.onTabPressed: {
             const from = root.enlarged ? reading.item as Item : head;

@@ -20,6 +20,8 @@ QtObject {
     readonly property color raised: dark ? "#2D2822" : "#FFFFFF"
     readonly property color sunken: dark ? "#1F1B17" : "#F6F1E9"
     readonly property color line: dark ? "#3A342C" : "#E9E0D4"
+    readonly property color well: dark ? "#12100D" : "#EFE8DD" // the track of a choice
+    readonly property color segment: dark ? "#332D26" : "#FFFFFF" // what is chosen on it
     readonly property color veil: dark ? "#99000000" : "#59241D16"
     readonly property color shadow: dark ? "#40000000" : "#0F241D16"
 
@@ -47,6 +49,7 @@ QtObject {
     // Type: the display face for titles, digits and section names, the system's for the rest.
     property string displayFamily: "sans-serif"
     property string textFamily: "sans-serif"
+    readonly property string codeFamily: mac ? "Menlo" : "monospace"
     readonly property int textSmall: 12
     readonly property int textNote: 13
     readonly property int textBody: 14

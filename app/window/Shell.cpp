@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "app/TopicLabels.h"
+#include "app/models/Wording.h"
 #include "base/SystemErrorText.h"
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"
@@ -35,12 +36,16 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
     m_page = std::make_unique<TopicPage>(store, app.notes(), app.briefs(), app.clock());
     m_capture = &app.capture();
-    connect(m_capture, &LinkCapture::failed, this, [this](const QUuid &, const QString &text) {
-        tell(Matter::Capture, tr("Un lien que tu as ajouté attend encore : %1 Je réessaierai au "
-                                 "prochain démarrage.")
-                                  .arg(text));
+    connect(m_capture, &LinkCapture::failed, this, [this](const QUuid &id, const QString &text) {
+        m_inbox->setCaptureProblem(id, shownWords(text));
+        tell(Matter::Capture,
+             tr("Un lien que tu as ajouté attend encore : %1 Tu peux réessayer depuis sa carte.")
+                 .arg(text));
     });
-    connect(m_capture, &LinkCapture::completed, this, [this] { noLonger(Matter::Capture); });
+    connect(m_capture, &LinkCapture::completed, this, [this](const QUuid &id) {
+        m_inbox->setCaptureProblem(id, {});
+        noLonger(Matter::Capture);
+    });
     follow(app.briefs());
     // A link dismissed before it was read, and taken back, still wants to be read.
     connect(m_decisions.get(), &Decisions::undone, m_capture, &LinkCapture::resume);
@@ -55,7 +60,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
             Q_EMIT lookChanged();
         }
         if (key == u"agent") {
-            m_keyboard->setAgent(m_parts.app.agent().locator().choose());
+            followAgent();
         }
     });
     connect(&store, &TopicStore::saveFailed, this,
@@ -84,6 +89,18 @@ QString Shell::appearance() const {
 }
 
 QString Shell::accent() const { return json::rawText(m_parts.app.preferences().settings().accent); }
+
+QString Shell::agent() const { return json::rawText(m_parts.app.agent().locator().choose()); }
+
+void Shell::followAgent() {
+    m_keyboard->setAgent(m_parts.app.agent().locator().choose());
+    Q_EMIT agentChanged();
+}
+
+QString Shell::titleOf(const QString &topicId) const {
+    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    return topic ? shownWords(topic->title) : QString();
+}
 
 QVariant Shell::setting(const QString &key, int /*revision*/) const {
     return m_parts.app.preferences().setting(key).toVariant();
@@ -227,6 +244,14 @@ QString Shell::addLink(const QString &url, const QString &note) {
 void Shell::refresh() {
     m_run->refresh();
     m_budget->refresh();
+    followAgent();
+}
+
+void Shell::readAgain() {
+    for (const TopicPtr &topic : m_parts.app.store().topics(TopicStatus::Pending)) {
+        m_inbox->setCaptureProblem(topic->id, {});
+    }
+    m_capture->resume();
 }
 
 Task<> Shell::stopped() {

@@ -51,6 +51,10 @@ class Shell final : public QObject {
     Q_PROPERTY(QString appearance READ appearance NOTIFY lookChanged FINAL)
     /// "Braise", "Framboise", "Lagune" or "Indigo".
     Q_PROPERTY(QString accent READ accent NOTIFY lookChanged FINAL)
+    /// The agent that is used now, "claude" or "codex", chosen by hand or by what is ready.
+    Q_PROPERTY(QString agent READ agent NOTIFY agentChanged FINAL)
+    /// The terminals there can be on this system, as the settings name them.
+    Q_PROPERTY(QStringList terminals READ terminals CONSTANT FINAL)
     /// Counts the changes of settings: what reads one names it, to be read again.
     Q_PROPERTY(int settingsRevision READ settingsRevision NOTIFY settingsChanged FINAL)
     /// The words a correction may name as its reasons.
@@ -69,7 +73,8 @@ public:
         LinkOpener &links;
         Pasteboard &pasteboard;
         ClaudeLauncher &launcher;
-        qsizetype released = 0; ///< topics of a run that died, handed out at this start
+        qsizetype released = 0;     ///< topics of a run that died, handed out at this start
+        QStringList terminals = {}; ///< see Terminals::names
     };
     explicit Shell(Parts parts, QObject *parent = nullptr);
     ~Shell() override;
@@ -89,6 +94,8 @@ public:
     ProgramBudget *budget() const { return m_budget.get(); }
     QString appearance() const;
     QString accent() const;
+    QString agent() const;
+    QStringList terminals() const { return m_parts.terminals; }
     QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
     QString remedy() const;
     int settingsRevision() const { return m_settingsRevision; }
@@ -109,7 +116,12 @@ public:
     /// Captures a link: it is read and judged, and waits in "À trier". Gives a French sentence
     /// when the link cannot be taken, "" when it was.
     Q_INVOKABLE QString addLink(const QString &url, const QString &note);
-    /// Looks at the clock again: a new day changes what is next, what was missed, the week's time.
+    /// A topic's title as it is shown; "" for none.
+    Q_INVOKABLE QString titleOf(const QString &topicId) const;
+    /// Has the captured links that could not be judged tried once more.
+    Q_INVOKABLE void readAgain();
+    /// Looks at the clock and the agents again: a new day changes what is next, what was missed,
+    /// the week's time; an agent may have been signed in to.
     void refresh();
     /// Stops what goes on in the background, and ends once it has.
     Task<> stopped();
@@ -129,6 +141,7 @@ public:
 
 Q_SIGNALS:
     void lookChanged();
+    void agentChanged();
     void noticeChanged();
     void settingsChanged();
     /// A word for the user on what they just did.
@@ -137,6 +150,7 @@ Q_SIGNALS:
 private:
     void follow(BriefWriter &briefs);
     void showBriefStates();
+    void followAgent();
     /// What a notice is about: each has one at most.
     enum class Matter {
         Found, ///< how the files were found at this start

@@ -1,6 +1,6 @@
 #include "app/window/TopicPage.h"
 
-#include "base/FrenchSpacing.h"
+#include "app/models/Wording.h"
 #include "base/Text.h"
 #include "briefs/BriefWriter.h"
 
@@ -8,15 +8,15 @@ namespace vorle {
 
 namespace {
 
-/// What the agent wrote, as French sets it.
-QString shown(const QString &words) { return frenchSpacing(withoutHidden(words)); }
-
 QVariantList partList(const QList<Brief::Part> &parts) {
     QVariantList list;
     for (const Brief::Part &part : parts) {
-        const bool code = part.title == codePartTitle(); // may be copied
-        list += QVariantMap{{QStringLiteral("title"), shown(part.title)},
-                            {QStringLiteral("body"), code ? part.body : shown(part.body)}};
+        // Code is copied: its blanks stay as they are.
+        const bool code = part.title == codePartTitle();
+        list += QVariantMap{
+            {QStringLiteral("title"), shownWords(part.title)},
+            {QStringLiteral("body"), code ? withoutHidden(part.body) : shownWords(part.body)},
+            {QStringLiteral("code"), code}};
     }
     return list;
 }
@@ -73,7 +73,7 @@ QVariantList TopicPage::facts() const {
     QVariantList list;
     for (const OpenScore::Fact &fact : m_score.facts) {
         list += QVariantMap{{QStringLiteral("label"), fact.label},
-                            {QStringLiteral("text"), shown(fact.text)}};
+                            {QStringLiteral("text"), shownWords(fact.text)}};
     }
     return list;
 }
@@ -82,17 +82,18 @@ QVariantMap TopicPage::brief() const {
     const Brief brief = hasBrief() ? *m_topic->brief : Brief();
     QVariantList sources;
     for (const Brief::Source &source : brief.sources) {
-        sources += QVariantMap{{QStringLiteral("title"), shown(source.title)},
+        sources += QVariantMap{{QStringLiteral("title"), shownWords(source.title)},
                                {QStringLiteral("url"), source.url},
-                               {QStringLiteral("adds"), shown(source.adds)}};
+                               {QStringLiteral("address"), withoutHidden(source.url)},
+                               {QStringLiteral("adds"), shownWords(source.adds)}};
     }
     QStringList unclear;
     for (const QString &point : brief.unclear) {
-        unclear += shown(point);
+        unclear += shownWords(point);
     }
     return {{QStringLiteral("essentials"), partList(brief.essentials)},
             {QStringLiteral("details"), partList(brief.details)},
-            {QStringLiteral("project"), shown(brief.project.value_or(QString()))},
+            {QStringLiteral("project"), shownWords(brief.project.value_or(QString()))},
             {QStringLiteral("unclear"), unclear},
             {QStringLiteral("sources"), sources}};
 }

@@ -32,8 +32,8 @@ class TopicPage final : public QObject {
     /// Why the last try at reading notes failed, in the agent's own words; "" when it did not.
     Q_PROPERTY(QString briefFailure READ briefFailure NOTIFY briefFailureChanged FINAL)
     Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY topicChanged FINAL)
-    /// {essentials, details: lists of {title, body}, project, unclear: list of strings,
-    /// sources: list of {title, url, adds}}; empty lists without reading notes.
+    /// {essentials, details: lists of {title, body, code}, project, unclear: list of strings,
+    /// sources: list of {title, url, address, adds}}; empty lists without reading notes.
     Q_PROPERTY(QVariantMap brief READ brief NOTIFY topicChanged FINAL)
 
 public:

@@ -38,8 +38,8 @@ TEST(Theme, text_stands_out_from_its_ground_in_both_appearances_and_every_accent
         return colour;
     };
     const std::initializer_list<std::pair<const char *, QList<const char *>>> pairs{
-        {"ink", {"paper", "side", "card", "raised", "sunken", "accentTint"}},
-        {"inkSoft", {"paper", "side", "card", "raised", "sunken", "accentTint"}},
+        {"ink", {"paper", "side", "card", "raised", "sunken", "accentTint", "well", "segment"}},
+        {"inkSoft", {"paper", "side", "card", "raised", "sunken", "accentTint", "well", "segment"}},
         {"inkFaint", {"paper", "side", "card", "raised"}},
         {"accent", {"paper", "card", "raised"}},
         {"tintInk", {"accentTint"}},

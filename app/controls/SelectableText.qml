@@ -1,0 +1,39 @@
+import QtQuick
+import Vorle
+
+// A text of the reading page: as a label looks, and with words the mouse can take along. It leaves
+// the keyboard where single keys decide.
+TextEdit {
+    id: words
+
+    property real leading: Theme.leading
+
+    readOnly: true
+    activeFocusOnPress: false
+    selectByMouse: true
+    persistentSelection: true
+    textFormat: TextEdit.PlainText
+    wrapMode: TextEdit.Wrap
+    font.family: Theme.textFamily
+    font.pixelSize: Theme.textBody
+    color: Theme.ink
+    selectionColor: Theme.accent
+    selectedTextColor: Theme.accentInk
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+
+    // The page keeps one text marked at a time, and copies it.
+    onSelectedTextChanged: {
+        for (let above = parent; above !== null && selectedText.length > 0; above = above.parent) {
+            if (above instanceof ReadingPage) {
+                (above as ReadingPage).mark(words);
+                return;
+            }
+        }
+    }
+
+    TextLeading {
+        document: words.textDocument
+        height: words.leading
+    }
+}

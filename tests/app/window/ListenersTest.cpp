@@ -1,0 +1,313 @@
+// What those hear who do not look, what is shown of a topic and can be taken along, and how much
+// moves.
+
+#include "app/window/MainWindow.h"
+
+#include "app/Application.h"
+#include "app/window/Announcer.h"
+#include "app/window/Shell.h"
+#include "briefs/BriefWriter.h"
+#include "desktop/ClaudeLauncher.h"
+#include "platform/fakes/FakeLinkOpener.h"
+#include "platform/fakes/FakeMotionSetting.h"
+#include "platform/fakes/FakePasteboard.h"
+#include "platform/fakes/FakeTerminals.h"
+#include "tests/core/Samples.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace vorle {
+namespace {
+
+using test::sampleTopic;
+using testing::Contains;
+using testing::Not;
+
+QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+
+class ListenersTest : public testing::Test {
+protected:
+    ListenersTest() {
+        qputenv("VORLE_STORE", path("topics.json").toLocal8Bit());
+        qputenv("VORLE_HOME", m_folder.path().toLocal8Bit());
+        Application::Setup setup;
+        setup.settingsFile = path("settings.json");
+        m_app = std::make_unique<Application>(setup);
+    }
+    ~ListenersTest() override {
+        qunsetenv("VORLE_STORE");
+        qunsetenv("VORLE_HOME");
+    }
+
+    QString path(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
+    void add(int score, TopicStatus status = TopicStatus::Inbox) {
+        Topic topic = sampleTopic(QStringLiteral("Sujet %1").arg(score), status);
+        topic.score = score;
+        topic.readLevel = ReadLevel::Full;
+        m_app->store().add({topic});
+    }
+    void open() {
+        m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
+            m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
+        m_shell = std::make_unique<Shell>(
+            Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher, 0, m_terminals.names()});
+        m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, m_app->store().file());
+        m_main->heed(m_motion);
+        m_main->raise();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    }
+    QQuickWindow &window() { return m_main->window(); }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&window(), key, modifiers);
+        QCoreApplication::processEvents();
+    }
+    template <class Visit>
+    void visit(Visit visit) {
+        const auto walk = [&](const auto &self, const QQuickItem &item) -> void {
+            if (!item.isVisible() || item.opacity() == 0) {
+                return;
+            }
+            visit(item);
+            for (const QQuickItem *child : item.childItems()) {
+                self(self, *child);
+            }
+        };
+        walk(walk, *window().contentItem());
+    }
+    QStringList shownTexts() {
+        QStringList texts;
+        visit([&](const QQuickItem &item) {
+            if (const QString words = item.property("text").toString(); !words.isEmpty()) {
+                texts += words;
+            }
+        });
+        return texts;
+    }
+    const QQuickItem *itemSaying(const QString &words) {
+        const QQuickItem *found = nullptr;
+        visit([&](const QQuickItem &item) {
+            found = item.property("text").toString() == words ? &item : found;
+        });
+        return found;
+    }
+    /// Takes down what is said, and the name of what is pointed at.
+    void listen() {
+        for (Announcer *announcer : window().findChildren<Announcer *>()) {
+            QObject::connect(announcer, &Announcer::wordsChanged, announcer, [this, announcer] {
+                heard += QStringLiteral("said: ") + announcer->words();
+            });
+            QObject::connect(announcer, &Announcer::pointedAt, announcer, [this](QQuickItem *at) {
+                QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(at);
+                ASSERT_NE(interface, nullptr);
+                heard += QStringLiteral("here: ") + interface->text(QAccessible::Name);
+            });
+        }
+    }
+    bool hears(const char *words) {
+        return QTest::qWaitFor([&] { return heard.contains(text(words)); });
+    }
+    static void name(QAccessibleInterface *item, QStringList &names) {
+        if (item == nullptr || item->state().invisible) {
+            return;
+        }
+        names += item->text(QAccessible::Name);
+        for (int i = 0; i < item->childCount(); ++i) {
+            name(item->child(i), names);
+        }
+    }
+    QStringList named() {
+        QStringList names;
+        name(QAccessible::queryAccessibleInterface(&window()), names);
+        return names;
+    }
+
+    QStringList heard;
+    QTemporaryDir m_folder;
+    std::unique_ptr<Application> m_app;
+    test::FakeTerminals m_terminals;
+    test::FakePasteboard m_pasteboard;
+    test::FakeLinkOpener m_links;
+    test::FakeMotionSetting m_motion;
+    std::unique_ptr<ClaudeLauncher> m_launcher;
+    std::unique_ptr<Shell> m_shell;
+    std::unique_ptr<MainWindow> m_main;
+};
+
+TEST_F(ListenersTest, moves_decisions_and_undo_are_told_to_who_listens) {
+    add(9);
+    add(8);
+    add(7);
+    open();
+    listen();
+    press(Qt::Key_Down);
+    EXPECT_TRUE(hears("here: Note 8 sur 10. Sujet 8")) << heard.join(u'\n').toStdString();
+    press(Qt::Key_G);
+    EXPECT_TRUE(hears("here: Note 7 sur 10. Sujet 7"));
+    EXPECT_TRUE(hears("said: Gardé · Programme. Sujet 8"));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return !heard.filter(text("said: «\u00A0Sujet 8\u00A0»")).isEmpty();
+    })) << heard.join(u'\n').toStdString();
+    heard.clear();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(hears("here: Sujet 8")) << "the page";
+    // A panel, and back from it.
+    press(Qt::Key_Escape);
+    heard.clear();
+    press(Qt::Key_Question, Qt::ShiftModifier);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(hears("here: Note 8 sur 10. Sujet 8"));
+}
+
+TEST_F(ListenersTest, what_lies_behind_a_panel_is_not_come_upon_and_looks_as_ever) {
+    add(9);
+    open();
+    QAccessible::setActive(true);
+    const QStringList before = named();
+    EXPECT_THAT(before, Contains(text("Garder")));
+    EXPECT_THAT(before, Contains(text("Prochaine fouille")));
+    press(Qt::Key_Question, Qt::ShiftModifier);
+    EXPECT_THAT(named(), Not(Contains(text("Garder"))));
+    EXPECT_THAT(named(), Not(Contains(text("Prochaine fouille"))));
+    EXPECT_THAT(named(), Contains(text("Raccourcis clavier")));
+    visit([&](const QQuickItem &item) {
+        if (item.inherits("QQuickButton")) {
+            EXPECT_EQ(item.opacity(), 1) << item.property("text").toString().toStdString();
+        }
+    });
+    press(Qt::Key_Escape);
+    QTest::qWait(200);
+    EXPECT_EQ(named(), before);
+}
+
+TEST_F(ListenersTest, each_setting_is_one_stop_and_the_arrows_choose) {
+    open();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    const auto focused = [&] {
+        const QQuickItem *item = window().activeFocusItem();
+        return item != nullptr ? item->property("modelData").toString() : QString();
+    };
+    EXPECT_EQ(focused(), text("Automatique"));
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    EXPECT_EQ(focused(), text("Sombre"));
+    EXPECT_EQ(m_shell->appearance(), text("Sombre"));
+    press(Qt::Key_Right);
+    press(Qt::Key_Left);
+    EXPECT_EQ(m_shell->appearance(), text("Sombre")) << "round by both ends";
+    QStringList stops;
+    for (int i = 0; i < 6; ++i) {
+        stops += focused();
+        press(Qt::Key_Tab);
+    }
+    EXPECT_EQ(stops, QStringList({text("Sombre"), text("Braise"), text("Claude Code"),
+                                  text("Terminal"), text("À chaque fouille"), text("3 h")}));
+    EXPECT_THAT(shownTexts(), Not(Contains(text("iTerm")))) << "there is none here";
+}
+
+TEST_F(ListenersTest, a_page_shows_all_that_is_known_cleanly_and_lets_its_words_be_taken) {
+    Topic topic = sampleTopic(text("Faille\u202E dans undici"));
+    topic.summary = text("Vraiment grave ; à lire.");
+    topic.kind = text("podcast");
+    topic.dependency = text("undici");
+    topic.currentVersion = text("7.12.0");
+    topic.newVersion = text("7.18.1");
+    topic.publishedOn = text("2025-11-02");
+    topic.postponedCount = 2;
+    topic.seenText = text("page\u202E lue").toUtf8();
+    topic.urgency = Judgment::Urgency{Judgment::Urgency::Level::Now, {}, text("la faille sert.")};
+    topic.brief.emplace();
+    topic.brief->essentials = {{text("Titre\u2066"), text("Corps\u202E")}};
+    topic.brief->details = {{codePartTitle(), text("a = b ; c")}};
+    m_app->store().add({topic});
+    add(1);
+    open();
+    press(Qt::Key_Space);
+    const QString all = shownTexts().join(u'\n');
+    for (const char *words :
+         {"Faille dans undici", "undici 7.12.0 → 7.18.1", "Podcast", "2 novembre 2025",
+          "reporté 2 fois", "À faire maintenant. La faille sert.", "page lue", "Corps"}) {
+        EXPECT_TRUE(all.contains(text(words))) << words << " in\n" << all.toStdString();
+    }
+    for (const QString &words : shownTexts()) {
+        EXPECT_EQ(words.indexOf(QChar(0x202E)) + words.indexOf(QChar(0x2066)), -2)
+            << words.toStdString();
+    }
+    const QQuickItem *code = itemSaying(text("a = b ; c"));
+    ASSERT_NE(code, nullptr) << "code keeps its blanks";
+    EXPECT_EQ(code->property("font").value<QFont>().family(), text("monospace"));
+
+    // Marked with the mouse, copied with the keyboard, and the keys still decide.
+    const QQuickItem *title = itemSaying(text("Faille dans undici"));
+    ASSERT_NE(title, nullptr);
+    const QPoint at = title->mapToScene(QPointF(4, 12)).toPoint();
+    QTest::mouseDClick(&window(), Qt::LeftButton, {}, at);
+    QCoreApplication::processEvents();
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), text("Faille"));
+    press(Qt::Key_G);
+    EXPECT_EQ(m_app->store().topics(TopicStatus::Program).size(), 1);
+}
+
+TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_again) {
+    open(); // no agent is installed here
+    EXPECT_EQ(m_shell->addLink(text("http://127.0.0.1:9/page"), {}), QString());
+    const auto problem = [&] {
+        return m_shell->inbox()->value(0, TopicListModel::CaptureProblem).toString();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemSaying(text("Réessayer")) != nullptr; }));
+    EXPECT_FALSE(problem().isEmpty());
+    EXPECT_THAT(shownTexts(), Contains(problem()));
+    const QSignalSpy told(m_shell->inbox(), &TopicListModel::dataChanged);
+    const QQuickItem *again = itemSaying(text("Réessayer"));
+    while (again != nullptr && !again->inherits("QQuickAbstractButton")) {
+        again = again->parentItem();
+    }
+    ASSERT_NE(again, nullptr);
+    QMetaObject::invokeMethod(const_cast<QQuickItem *>(again), "clicked");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.count() >= 1 && !problem().isEmpty(); }))
+        << "tried, and told again";
+}
+
+TEST_F(ListenersTest, things_move_unless_the_system_asks_for_less) {
+    open();
+    QQmlComponent component(qmlEngine(&window()));
+    component.setData("import QtQuick\nimport Vorle\nQtObject { property var theme: Theme }", {});
+    const std::unique_ptr<QObject> holder(component.create());
+    ASSERT_TRUE(holder);
+    const auto *theme = holder->property("theme").value<QObject *>();
+    ASSERT_NE(theme, nullptr);
+    EXPECT_EQ(theme->property("calm").toInt(), 200);
+    m_motion.turn(true);
+    EXPECT_EQ(theme->property("calm").toInt(), 0);
+    m_motion.turn(false);
+    EXPECT_EQ(theme->property("quick").toInt(), 120);
+}
+
+TEST_F(ListenersTest, the_verdict_given_is_marked) {
+    Topic topic = sampleTopic(text("Terminé"), TopicStatus::Done);
+    topic.worth = Worth::Useful;
+    m_app->store().add({topic});
+    open();
+    press(Qt::Key_4, Qt::ControlModifier);
+    QStringList given;
+    visit([&](const QQuickItem &item) {
+        if (item.property("given").toBool()) {
+            given += item.property("text").toString();
+        }
+    });
+    EXPECT_EQ(given, QStringList{text("Utile")});
+}
+
+} // namespace
+} // namespace vorle
