@@ -150,6 +150,7 @@ TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix) {
         m_path = folder + u'/' + prefix.toString() +
                  QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString();
         m_use.emplace(opened(m_path, O_WRONLY | O_CREAT | O_EXCL));
+        ::fchmod(m_use->number(), 0600); // whatever the mask has taken away
     } while (!takeLock(m_use->number()) || !isStillThere(m_path, m_use->number()));
 }
 

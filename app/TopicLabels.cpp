@@ -104,11 +104,6 @@ QString urgencySentence(const std::optional<Judgment::Urgency> &urgency, const Q
     return said;
 }
 
-QString beingReadText() {
-    return French::tr("Je suis encore en train de lire ce lien. D’ici là, tu peux seulement "
-                      "l’écarter.");
-}
-
 QString releasedText(qsizetype count) {
     return count == 1 ? French::tr("1 sujet d’une fouille interrompue rejoint « À trier ».")
                       : French::tr("%1 sujets d’une fouille interrompue rejoignent « À trier ».")

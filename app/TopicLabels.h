@@ -19,8 +19,6 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
 /// The same as a sentence, with its reason: "À faire maintenant. La faille est exploitée."
 QString urgencySentence(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
 
-/// Why a captured link that is still being read takes no decision but the one against it.
-QString beingReadText();
 /// What is said once `count` topics of a run that died were handed out.
 QString releasedText(qsizetype count);
 /// What is said once `kept` of the entries of a damaged file were taken up.

@@ -1,6 +1,5 @@
 // The commands that take one decision on one topic.
 
-#include "app/TopicLabels.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "base/French.h"
