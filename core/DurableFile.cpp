@@ -55,12 +55,13 @@ public:
         }
         // A second number of the same open file keeps the lock past the first one's closing.
         m_lock = Descriptor(::fcntl(m_file.number(), F_DUPFD_CLOEXEC, 0));
-        const int refusal = m_lock.isOpen() ? 0 : errno;
-        if (refusal != 0 || ::fchmod(m_file.number(), S_IRUSR | S_IWUSR) != 0) {
-            const int code = refusal != 0 ? refusal : errno;
+        if (!m_lock.isOpen()) {
+            const int refusal = errno;
             ::unlink(m_name.constData());
-            fail(code, "open");
+            fail(refusal, "open");
         }
+        // What the umask took away. Some file systems have no modes to set.
+        ::fchmod(m_file.number(), S_IRUSR | S_IWUSR);
         // Without locks on this file system the process's number in the name must do.
         ::flock(m_lock.number(), LOCK_EX | LOCK_NB);
     }
@@ -189,10 +190,12 @@ bool isAbandoned(const std::string &path, int process) {
     return errno != EWOULDBLOCK && ::kill(process, 0) != 0 && errno == ESRCH;
 }
 
-/// Makes one folder, 0700. Gives what the system said when it is not there afterwards.
+/// Makes one folder, 0700 where the file system has modes. Gives what the system said when it is
+/// not there afterwards.
 int madeFolder(const QByteArray &name) {
     if (::mkdir(name.constData(), S_IRWXU) == 0) {
-        return ::chmod(name.constData(), S_IRWXU) == 0 ? 0 : errno;
+        ::chmod(name.constData(), S_IRWXU); // what the umask took away
+        return 0;
     }
     const int refusal = errno;
     struct stat state{};
@@ -299,8 +302,8 @@ void makeOwnFolder(const QString &path) {
     struct stat state{};
     const QByteArray name = QFile::encodeName(path);
     if (::stat(name.constData(), &state) == 0 && (state.st_mode & 07777) != S_IRWXU &&
-        state.st_uid == ::geteuid() && ::chmod(name.constData(), S_IRWXU) != 0) {
-        fail(errno, path);
+        state.st_uid == ::geteuid()) {
+        ::chmod(name.constData(), S_IRWXU); // in vain where the file system has no modes
     }
 }
 

@@ -94,10 +94,10 @@ Entries merged(const Entries &base, const Entries &mine, const Entries &theirs) 
     return result;
 }
 
-/// Writes the changes into the file. Gives what it then holds.
-/// @throws std::system_error
+/// Writes the changes into the file, or into what was known of it when it holds nothing now. Gives
+/// what it then holds. @throws std::system_error
 QJsonObject save(const QString &path, const JsonSettings::Changes &changes,
-                 std::optional<QString> &aside) {
+                 const QJsonObject &known, std::optional<QString> &aside) {
     using namespace std::chrono_literals;
     const QString target = linkTarget(path);
     makeFolder(QFileInfo(target).absolutePath());
@@ -106,9 +106,9 @@ QJsonObject save(const QString &path, const JsonSettings::Changes &changes,
         throw std::system_error(std::make_error_code(std::errc::device_or_resource_busy));
     }
     const Reading present = readSettings(path);
-    QJsonObject values = present.values;
+    QJsonObject values = present.unreadable || present.empty ? known : present.values;
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
-        const QJsonValue value = mergedSetting(it->base, it->value, present.values.value(it.key()));
+        const QJsonValue value = mergedSetting(it->base, it->value, values.value(it.key()));
         if (value.isNull() || value.isUndefined()) {
             values.remove(it.key());
         } else {
@@ -250,11 +250,12 @@ void JsonSettings::saveOnce(std::unique_lock<std::mutex> &lock) {
     m_busy = true;
     m_saving = std::exchange(m_waiting, {});
     const Changes changes = m_saving;
+    const QJsonObject known = m_disk;
     Outcome outcome{m_last.number + 1, {}, changes.keys(), {}};
     lock.unlock();
     std::optional<QJsonObject> saved;
     try {
-        saved = save(m_path, changes, outcome.aside);
+        saved = save(m_path, changes, known, outcome.aside);
     } catch (const std::system_error &error) {
         outcome.error = error.code();
     } catch (const std::bad_alloc &) {

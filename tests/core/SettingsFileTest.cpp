@@ -148,6 +148,10 @@ TEST_F(SettingsFileTest, sees_what_others_write_while_it_is_open) {
     fill(file, R"({"weeklyMin)");
     open1.reload();
     EXPECT_EQ(open1.settings().weeklyMinutes, 60);
+    open1.change(&Settings::notifyReminder, true);
+    ASSERT_TRUE(open1.flush());
+    EXPECT_TRUE(open1.setAside());
+    EXPECT_EQ(onDisk().value(u"weeklyMinutes"), QJsonValue(60)) << "what is known is written again";
     fill(file, R"({"weeklyMinutes":30})");
     until("weeklyMinutes");
     EXPECT_EQ(open1.settings().weeklyMinutes, 30);
