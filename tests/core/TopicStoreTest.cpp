@@ -195,6 +195,7 @@ TEST_F(TopicStoreTest, takes_away_a_runs_pending_topic_alone) {
         EXPECT_EQ(store->position(ids[place + 1]), place);
     }
     store->keep(ids[2]);
+    ASSERT_TRUE(store->flush());
     EXPECT_EQ(onDisk().size(), 2);
 }
 
