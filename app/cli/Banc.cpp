@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "base/French.h"
+#include "core/NumberText.h"
 #include "judging/JudgeBench.h"
 
 #include <QLocale>
@@ -83,7 +84,7 @@ struct Judged {
 QLocale french() { return {QLocale::French, QLocale::France}; }
 
 QString counted(qsizetype count, const QString &one, const QString &more) {
-    return QString::number(count) + u' ' + (count > 1 ? more : one);
+    return numberText(count) + u' ' + (count > 1 ? more : one);
 }
 
 /// "0,82", "−0,25": with the minus sign, whatever the locale has for it.

@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "base/French.h"
+#include "core/NumberText.h"
 #include "search/Discovery.h"
 
 namespace vorle::cli {
@@ -61,8 +62,8 @@ ExitStatus showFolder(const Context &context, const QString &folder) {
         const QString count =
             project.dependencies < 2 ? French::tr("%1 dépendance") : French::tr("%1 dépendances");
         context.console.print(
-            QStringList{project.manifest->name, labels, count.arg(project.dependencies)}.join(
-                QStringLiteral(" · ")));
+            QStringList{project.manifest->name, labels, count.arg(numberText(project.dependencies))}
+                .join(QStringLiteral(" · ")));
     }
     if (project.problem != discovery::Project::Problem::None) {
         context.console.say(discovery::problemText(project));

@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "base/French.h"
+#include "core/NumberText.h"
 #include "search/Feeds.h"
 
 namespace vorle::cli {
@@ -83,7 +84,7 @@ Task<ExitStatus> flux(Context &context) {
     context.console.say(QStringLiteral("%1 · %2").arg(
         shown.feed, count == 0   ? French::tr("aucun article")
                     : count == 1 ? French::tr("1 article")
-                                 : French::tr("%1 articles").arg(count)));
+                                 : French::tr("%1 articles").arg(numberText(count))));
     co_return ExitStatus::Done;
 }
 

@@ -4,6 +4,7 @@
 #include "app/cli/TopicCards.h"
 #include "base/French.h"
 #include "core/Calibration.h"
+#include "core/NumberText.h"
 
 #include <QLocale>
 
@@ -52,7 +53,7 @@ void showProgress(Console &console, const RunProgress &progress) {
 QString countedTopics(int count) {
     return count == 0   ? French::tr("Aucun sujet")
            : count == 1 ? French::tr("1 sujet")
-                        : French::tr("%1 sujets").arg(count);
+                        : French::tr("%1 sujets").arg(numberText(count));
 }
 
 QString durationText(double seconds) {
@@ -85,10 +86,10 @@ QString scopeLine(const ScopeReport &scope) {
         return scope.error;
     }
     QStringList facts{scope.found == 1 ? French::tr("1 lien")
-                                       : French::tr("%1 liens").arg(scope.found)};
+                                       : French::tr("%1 liens").arg(numberText(scope.found))};
     const auto add = [&](int count, const QString &what) {
         if (count > 0) {
-            facts += QString::number(count) + u' ' + what;
+            facts += numberText(count) + u' ' + what;
         }
     };
     add(scope.known, French::tr("déjà dans tes sujets"));
@@ -102,7 +103,7 @@ QString readLine(const RunReport &report) {
     QStringList facts;
     const auto add = [&](int count, const QString &what) {
         if (count > 0) {
-            facts += QString::number(count) + u' ' + what;
+            facts += numberText(count) + u' ' + what;
         }
     };
     add(report.read.full, French::tr("en entier"));

@@ -4,6 +4,7 @@
 #include "app/cli/Command.h"
 #include "base/French.h"
 #include "base/Text.h"
+#include "core/NumberText.h"
 #include "judging/JudgePrompt.h"
 #include "search/Links.h"
 #include "search/Pipeline.h"
@@ -174,12 +175,12 @@ Task<ExitStatus> consignes(Context &context) {
         co_return ExitStatus::Done;
     }
     for (const PromptShown &prompt : prompts) {
-        context.console.print(context.console.bold(prompt.scope) +
-                              context.console.faint(French::tr("  %1 caractères, %2 octets")
-                                                        .arg(characterCount(prompt.prompt))
-                                                        .arg(utf8Size(prompt.prompt))) +
-                              QStringLiteral("\n\n") +
-                              context.console.plain(prompt.prompt.trimmed()) + u'\n');
+        context.console.print(
+            context.console.bold(prompt.scope) +
+            context.console.faint(French::tr("  %1 caractères, %2 octets")
+                                      .arg(numberText(characterCount(prompt.prompt)),
+                                           numberText(utf8Size(prompt.prompt)))) +
+            QStringLiteral("\n\n") + context.console.plain(prompt.prompt.trimmed()) + u'\n');
     }
     co_return ExitStatus::Done;
 }

@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "base/French.h"
+#include "core/NumberText.h"
 #include "search/Discovery.h"
 
 #include <QDir>
@@ -43,8 +44,8 @@ void requireWritten(Preferences &preferences) {
 QString manifestLine(const discovery::Project &project) {
     QStringList facts{project.manifest->name,
                       project.dependencies < 2
-                          ? French::tr("%1 dépendance").arg(project.dependencies)
-                          : French::tr("%1 dépendances").arg(project.dependencies)};
+                          ? French::tr("%1 dépendance").arg(numberText(project.dependencies))
+                          : French::tr("%1 dépendances").arg(numberText(project.dependencies))};
     if (!project.labels.isEmpty()) {
         facts += project.labels.join(QStringLiteral(", "));
     }

@@ -3,6 +3,7 @@
 #include "app/cli/Handover.h"
 #include "base/French.h"
 #include "base/Text.h"
+#include "core/NumberText.h"
 
 #include <algorithm>
 #include <utility>
@@ -88,7 +89,7 @@ TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {
     }
     if (found.size() > 1) {
         throw Failure(French::tr("« %1 » désigne %2 sujets, ajoute quelques caractères :\n%3")
-                          .arg(text, QString::number(found.size()), choices(found)));
+                          .arg(text, numberText(found.size()), choices(found)));
     }
     return found.first();
 }

@@ -158,9 +158,10 @@ private:
             m_main.state().toldOfMenuBar = true;
             m_main.keepPlace();
             m_tray.tell(
-                tr("vorle reste là"),
-                tr("Je continue dans la barre de menus. Pour quitter\u00A0: clic droit sur mon "
-                   "icône, puis Quitter."));
+                French::tr("vorle reste là"),
+                French::tr(
+                    "Je continue dans la barre de menus. Pour quitter\u00A0: clic droit sur mon "
+                    "icône, puis Quitter."));
         }
     }
 
