@@ -12,6 +12,7 @@ Column {
     visible: inside.implicitHeight > 0
 
     Title {
+        width: parent.width
         text: chapter.name
         color: Theme.inkFaint
         size: Theme.titleSmall

@@ -20,33 +20,29 @@ Row {
         width: parent.width - badge.width - parent.spacing
         spacing: 10
 
-        Item {
+        Flow {
             width: parent.width
-            implicitHeight: Math.max(chip.visible ? chip.implicitHeight : 0, facts.implicitHeight)
+            spacing: 10
 
             Chip {
-                id: chip
                 text: head.topic?.place ?? ""
-                anchors.verticalCenter: parent.verticalCenter
             }
             Label {
-                id: facts
-                x: chip.visible ? chip.width + 10 : 0
-                width: parent.width - x
+                width: Math.min(implicitWidth, parent.width)
+                topPadding: 3
                 text: head.topic ? [head.topic.kindLabel, head.topic.minutesText, head.topic.publishedOn, head.topic.readLevelText, head.topic.postponedText, head.topic.worthLabel].filter(t => t.length > 0).join("   ·   ") : ""
                 color: Theme.inkFaint
                 font.pixelSize: Theme.textNote
                 lineHeight: 1.2
-                anchors.verticalCenter: parent.verticalCenter
             }
         }
         SelectableText {
             width: parent.width
             text: head.topic?.title ?? ""
             font.family: Theme.displayFamily
-            font.pixelSize: Theme.titleScreen
+            font.pixelSize: text.length > 90 ? Theme.titleOpen : Theme.titleScreen // a long one is read, not looked at
             font.weight: Font.Bold
-            font.letterSpacing: -0.012 * Theme.titleScreen
+            font.letterSpacing: -0.012 * font.pixelSize
             leading: 1.15
             Accessible.role: Accessible.Heading
         }

@@ -113,18 +113,25 @@ Item {
             spacing: card.open ? 12 : 5
 
             Item {
+                id: line
+
+                // What the place and the facts share; the deadline is never cut.
+                readonly property real room: width - (due.visible ? due.implicitWidth + 12 : 0) - (moved.visible ? moved.implicitWidth + 12 : 0)
+
                 width: parent.width
                 implicitHeight: Math.max(chip.visible ? chip.implicitHeight : 0, factsLine.implicitHeight)
 
                 Chip {
                     id: chip
+                    width: Math.min(implicitWidth, line.room)
                     text: card.topic.place
                     anchors.verticalCenter: parent.verticalCenter
                 }
                 Label {
                     id: factsLine
                     x: chip.visible ? chip.width + 10 : 0
-                    width: parent.width - x - (due.visible ? due.implicitWidth + 12 : 0) - (moved.visible ? moved.implicitWidth + 12 : 0)
+                    width: Math.max(0, line.room - x)
+                    visible: width > 40
                     anchors.verticalCenter: parent.verticalCenter
                     text: card.facts
                     color: Theme.inkFaint
