@@ -166,6 +166,8 @@ void SettingsFile::take(const JsonSettings::Outcome &outcome) {
     m_taken = outcome.number;
     if (outcome.aside) {
         m_setAside = outcome.aside;
+        m_notice = tr("Tes réglages étaient illisibles. J’ai gardé l’ancien fichier ici\u00A0: %1")
+                       .arg(*m_setAside);
     }
     const bool failedBefore = m_writeError.has_value();
     m_writeError.reset();
