@@ -109,8 +109,10 @@ def judge_first_save(world: World, hurt: Damaged, known: list[Topic]) -> str:
     if result.crash:
         return "first save: " + result.crash
     if not same(world.topics, hurt) and not stands_aside(world.topics, hurt):
+        # A whole file's own words count: keys that the program does not know stay too.
+        before = json.loads(hurt.content) if hurt.whole else known
         try:
-            return topics.losses([one for one in known if one["id"] in hurt.sure],
+            return topics.losses([one for one in before if one["id"] in hurt.sure],
                                  topics.read(world.topics))
         except ValueError as error:
             return f"the first save left a file that cannot be read: {error}"
