@@ -76,7 +76,10 @@ public:
     /// False when a sweep took it for a leftover in the moment before it was locked.
     bool stands() const {
         struct stat state{};
-        return ::fstat(m_lock.number(), &state) == 0 && state.st_nlink > 0;
+        if (::fstat(m_lock.number(), &state) != 0) {
+            fail(errno, "fstat"); // asked again it would be made again, for ever
+        }
+        return state.st_nlink > 0;
     }
     void renameTo(const QByteArray &name) {
         if (::rename(m_name.constData(), name.constData()) != 0) {

@@ -87,7 +87,6 @@ def places() -> list[Place]:
               prepare=text("home/.config/vorle/settings.json.lock")),
         Place("a fresh empty lock on topics",
               prepare=text("home/.local/share/vorle/topics.json.lock")),
-        Place("8 descriptors", limits={resource.RLIMIT_NOFILE: 8}),
         Place("16 descriptors", limits={resource.RLIMIT_NOFILE: 16}),
         Place("one process", limits={resource.RLIMIT_NPROC: 1}),
         Place("files of no byte", limits={resource.RLIMIT_FSIZE: 0}),
