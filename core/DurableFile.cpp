@@ -77,7 +77,7 @@ public:
     bool stands() const {
         struct stat state{};
         if (::fstat(m_lock.number(), &state) != 0) {
-            fail(errno, "fstat"); // asked again it would be made again, for ever
+            fail(errno, "fstat");
         }
         return state.st_nlink > 0;
     }
@@ -271,7 +271,8 @@ void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces) {
     }
     const Folder folder(QFileInfo(target).path());
     auto temporary = std::make_unique<Temporary>(name);
-    while (!temporary->stands()) {
+    // A few times: where the file system counts no names, the rename tells.
+    for (int tries = 0; tries < 3 && !temporary->stands(); ++tries) {
         temporary = std::make_unique<Temporary>(name);
     }
     writeAll(temporary->file().number(), pieces);
