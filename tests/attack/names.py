@@ -27,7 +27,8 @@ PIECES = [
 
 
 # How the prompt's first line may begin; a title of nothing that is seen has none.
-LABELS = ("Sujet de veille", "Pourquoi ça me", "Premier pas", "Sources : ", "Mon projet : ")
+LABELS = ("Sujet de veille", "Pourquoi ça me", "Premier pas", "Sources : ", "Mon projet : ",
+          "Aide-moi")
 
 
 def hostile_name(rng: random.Random, number: int) -> str:
