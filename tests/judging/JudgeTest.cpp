@@ -104,7 +104,7 @@ TEST_F(JudgeTest, takes_of_an_answer_what_was_asked_and_nothing_of_one_that_has_
         {"one missing", answer({good}), "c2=3"},
         {"empty list", answer({}), ""},
         {"unknown ids",
-         answer({judgment("c9"), judgment(""), judgment("C1"), judgment("c1\\u0000"), good}),
+         answer({judgment("c9"), judgment(""), judgment("C1"), judgment("c1\\u00a0"), good}),
          "c2=3"},
         {"a repeated id", answer({judgment("c1"), judgment("c1", {{"relevance", "1"}})}), "c1=7"},
         {"an unknown kind", answer({judgment("c1", {{"kind", R"("podcast")"}}), good}), "c2=3"},
