@@ -126,12 +126,17 @@ Use useOf(const QString &path, std::optional<Descriptor> &held) {
 }
 
 /// Whether the name still stands for the file that is open: it may have been swept before its lock
-/// was taken.
+/// was taken. What the system does not tell counts as yes, or one would be made after the other.
 bool isStillThere(const QString &path, int descriptor) {
     struct stat open = {};
-    const auto named = statusOf(path);
-    return named && ::fstat(descriptor, &open) == 0 && open.st_ino == named->st_ino &&
-           open.st_dev == named->st_dev;
+    struct stat named = {};
+    if (::fstat(descriptor, &open) != 0) {
+        return true;
+    }
+    if (::lstat(QFile::encodeName(path).constData(), &named) != 0) {
+        return errno != ENOENT;
+    }
+    return open.st_ino == named.st_ino && open.st_dev == named.st_dev;
 }
 
 } // namespace
