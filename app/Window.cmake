@@ -15,7 +15,7 @@ set(VORLE_QML
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CardSight.qml
     screens/ClosingPanel.qml screens/CorrectionPanel.qml
-    screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/LastGhost.qml screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml screens/ReadingPlace.qml
     screens/ReportScreen.qml screens/SearchOverlay.qml screens/SectionButtons.qml screens/SectionPlace.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
     screens/TopicRow.qml screens/TopicScreen.qml screens/TopicSection.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)

@@ -16,6 +16,9 @@ Item {
     property bool browsed: false // by hand, since the view was last brought there
     property bool busy: false
     property real offset: NaN // where the card stood in the view
+    // Where it is kept from then on: rows that are made around it take their places one by one.
+    property real pinned: NaN
+    property int pins: 0
 
     // How much the rows over that place are still to shrink.
     function toShrink(limit: real): real {
@@ -73,6 +76,7 @@ Item {
     }
     function bring(moving: bool) {
         motion.stop();
+        pinned = NaN;
         list.cancelFlick();
         if (!row) {
             return;
@@ -113,10 +117,19 @@ Item {
             list.contentY = within(row.y + row.cardTop - offset);
             list.forceLayout();
         }
-        if (!holds()) {
+        if (holds()) {
+            pinned = offset;
+            pins = 0;
+        } else {
             list.contentY = wanted(list.contentY);
         }
         later.restart();
+    }
+    function pin() {
+        const drift = row ? row.y + row.cardTop - list.contentY - pinned : NaN;
+        if (Math.abs(drift) > 1 && !list.moving && !motion.running && ++pins < 20) {
+            list.contentY = within(list.contentY + drift);
+        }
     }
     // Whether the card may be decided. Where it may not, it is brought into view instead.
     function ready(): bool {
@@ -132,6 +145,9 @@ Item {
         return false;
     }
     function look() {
+        if (!busy && !isNaN(pinned)) {
+            Qt.callLater(pin); // qmllint disable
+        }
         if (stands && !busy && !motion.running && !later.running) {
             later.restart();
         }
@@ -160,6 +176,7 @@ Item {
             if (sight.list.moving) {
                 sight.stands = sight.holds();
                 sight.browsed = true;
+                sight.pinned = NaN;
             }
         }
         function onHeightChanged() {

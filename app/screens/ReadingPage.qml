@@ -47,14 +47,12 @@ FocusScope {
         view: flick
         focused: page.shown ? page.Window.activeFocusItem : null
     }
-
     function scrollBy(step: real) {
         sight.scrollBy(step);
     }
-    function scrollPages(pages: real) {
-        sight.scrollBy(pages * flick.height * 0.9);
+    function takes(key: int): bool {
+        return sight.takes(key);
     }
-
     // The words that were marked, in one text at a time: the keyboard stays on the page.
     property TextEdit marked: null
 

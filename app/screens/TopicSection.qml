@@ -58,33 +58,18 @@ FocusScope {
     Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
 
     function move(step: int) {
-        if (enlarged) {
-            (reading.item as ReadingPage)?.scrollBy(step * 120);
-            return;
-        }
-        nextTopic(step);
+        enlarged ? reading.page?.scrollBy(step * 120) : nextTopic(step);
     }
     function nextTopic(step: int) {
         goTo(Math.max(0, Math.min(model.count - 1, currentRow + step)));
     }
     // Keys for long lists; whether it was one of them.
     function moveFar(key: int): bool {
-        const page = reading.item as ReadingPage;
-        switch (key) {
-        case Qt.Key_Home:
-            enlarged ? page.scrollPages(-1000) : nextTopic(-model.count);
-            return true;
-        case Qt.Key_End:
-            enlarged ? page.scrollPages(1000) : nextTopic(model.count);
-            return true;
-        case Qt.Key_PageUp:
-            enlarged ? page.scrollPages(-1) : nextTopic(-5);
-            return true;
-        case Qt.Key_PageDown:
-            enlarged ? page.scrollPages(1) : nextTopic(5);
-            return true;
+        const steps = { [Qt.Key_Home]: -model.count, [Qt.Key_End]: model.count, [Qt.Key_PageUp]: -5, [Qt.Key_PageDown]: 5 };
+        if (key in steps) {
+            enlarged ? reading.page.takes(key) : nextTopic(steps[key]);
         }
-        return false;
+        return key in steps;
     }
     function show(topicId: string): bool {
         const row = model.rowOf(topicId);
@@ -108,9 +93,7 @@ FocusScope {
     }
     // Whether the chosen topic may be decided: only what is seen. Else it is brought into view.
     function ready(): bool {
-        if (due) {
-            follow(); // keys may come faster than frames
-        }
+        follow(); // keys may come faster than frames
         return currentId !== "" && shownId === currentId && (enlarged || sight.ready());
     }
     // A link that is still being read can only be sent away.
@@ -150,10 +133,8 @@ FocusScope {
         held = false;
         list.currentIndex = currentRow;
         list.forceLayout();
-        if (goneId !== "") {
-            sight.bring(false);
-        } else if (gone) {
-            sight.bring(!enlarged);
+        if (goneId !== "" || gone) {
+            sight.bring(goneId === "" && !enlarged);
         } else {
             sight.restore();
         }
@@ -186,7 +167,6 @@ FocusScope {
         id: voice
     }
     onGhostChanged: followSoon()
-
     Component.onCompleted: settle()
     Connections {
         target: root.model
@@ -271,19 +251,11 @@ FocusScope {
         T.ScrollBar.vertical: ScrollLine {}
         onCountChanged: root.followSoon()
 
-        footer: Item {
+        footer: LastGhost {
             width: root.cardWidth
-            height: lastGhost.visible ? lastGhost.height + Theme.cardGap : 0
-
-            GhostLine {
-                id: lastGhost
-                width: parent.width
-                visible: root.shownGhost !== null && root.shownGhost.beforeId === "" && root.shownGhost.afterId === ""
-                went: root.shownGhost?.went ?? ""
-                title: root.shownGhost?.title ?? ""
-                undoKeys: root.undoKeys
-                onUndo: root.undoAsked()
-            }
+            ghost: root.shownGhost
+            undoKeys: root.undoKeys
+            onUndo: root.undoAsked()
         }
         delegate: TopicRow {
             width: root.cardWidth
@@ -331,29 +303,11 @@ FocusScope {
         text: root.hint
         visible: list.count > 0 || root.shownGhost !== null
     }
-    // Made when it is first asked for: most starts never need it.
-    Loader {
+    ReadingPlace {
         id: reading
         anchors.fill: parent
-        active: root.enlarged || item !== null
-        sourceComponent: ReadingPage {
-            shown: root.enlarged
-            topic: shown ? root.current : null
-            details: root.details
-            actions: root.actionsOf(topic?.pendingCapture ?? false)
-            hint: root.openHint
-            section: root.title
-            position: root.currentRow
-            count: list.count
-            backKeys: root.backKeys
-            forthKeys: root.forthKeys
-            onMoved: step => root.nextTopic(step)
-            onAct: action => root.act(action)
-            onClosed: root.enlarged = false
-            onLinkOpened: url => root.linkOpened(url)
-            onNoteEdited: (topicId, text) => root.noteEdited(topicId, text)
-            onCorrectionAsked: topicId => root.correctionAsked(topicId)
-        }
+        section: root
+        position: root.currentRow
     }
     onCurrentIdChanged: if (currentId === "") enlarged = false
 }
