@@ -34,7 +34,7 @@ QtObject {
         const connection = (topicId, went) => {
             window.ghost = { section: section, topicId: topicId, went: went, title: title, beforeId: apart ? "" : next, afterId: apart ? list.topicIdAt(row - 1) : "" };
             if (enlarged) {
-                window.say(qsTr("%1 : %2").arg(went).arg(title)); // the line lies under the page
+                window.word.show(qsTr("%1 : %2").arg(went).arg(title)); // the line lies under the page
             }
         };
         shell.decisions.decided.connect(connection);

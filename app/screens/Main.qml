@@ -26,6 +26,7 @@ Window {
     minimumHeight: 560
     color: Theme.paper
 
+    property alias word: word
     property var ghost: null // { section, topicId, went, title, beforeId, afterId }
 
     function perform(action: int) {
@@ -66,15 +67,11 @@ Window {
     function askToClose() {
         panels.askToClose();
     }
-    function say(sentence: string) {
-        word.show(sentence);
-    }
     function askCorrection(topicId: string) {
         panels.correct(sections.topics, topicId);
     }
 
     Component.onCompleted: screen.focusContent()
-
     Connections {
         target: main.shell
 

@@ -171,18 +171,10 @@ FocusScope {
     Connections {
         target: root.model
 
-        function onRowsInserted() {
-            root.settle();
-        }
-        function onRowsRemoved() {
-            root.settle();
-        }
-        function onRowsMoved() {
-            root.settle();
-        }
-        function onModelReset() {
-            root.settle();
-        }
+        function onRowsInserted() { root.settle(); }
+        function onRowsRemoved() { root.settle(); }
+        function onRowsMoved() { root.settle(); }
+        function onModelReset() { root.settle(); }
     }
 
     // Where the keyboard rests. The list would hand it on to the button it was on last, and a key
@@ -268,14 +260,8 @@ FocusScope {
             undoKeys: root.undoKeys
             onOpened: card => root.openCard = card
             onDropped: card => root.forget(card)
-            onChosen: {
-                root.goTo(index);
-                root.focusContent();
-            }
-            onEnlarged: {
-                root.goTo(index);
-                root.enlarged = true;
-            }
+            onChosen: { root.goTo(index); root.focusContent(); }
+            onEnlarged: { root.goTo(index); root.enlarged = true; }
             onAct: action => root.act(action)
             onUndoAsked: root.undoAsked()
         }
