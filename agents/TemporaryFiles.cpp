@@ -154,7 +154,8 @@ TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix) {
     do {
         m_path = folder + u'/' + prefix.toString() +
                  QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + suffix.toString();
-        m_use.emplace(opened(m_path, O_WRONLY | O_CREAT | O_EXCL));
+        // For reading alone: a script that somebody may still write to is not run.
+        m_use.emplace(opened(m_path, O_RDONLY | O_CREAT | O_EXCL));
         ::fchmod(m_use->number(), 0600); // whatever the mask has taken away
     } while (!takeLock(m_use->number()) || !isStillThere(m_path, m_use->number()));
 }

@@ -24,7 +24,6 @@ Item {
     readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
     readonly property real wholeHeight: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17) // once it has moved
     readonly property real headHeight: content.y + (details.active ? details.y : bodyHeight) // down to its title
-    height: wholeHeight
     clip: true
     Accessible.role: Accessible.ListItem
     Accessible.name: topic.accessibleName + ". " + topic.title
@@ -33,8 +32,21 @@ Item {
     Accessible.focusable: true
     Accessible.focused: open
     Accessible.onPressAction: chosen()
+    onWholeHeightChanged: {
+        if (settled && !still && Theme.calm > 0) {
+            glide.to = wholeHeight;
+            glide.restart();
+        } else {
+            glide.stop();
+            height = wholeHeight;
+        }
+    }
     Component.onCompleted: settleSoon()
 
+    // Ends what moves, as the next key does.
+    function arrive() {
+        glide.complete();
+    }
     function settleSoon() {
         Qt.callLater(() => card.settled = true); // qmllint disable
     }
@@ -45,12 +57,12 @@ Item {
         words.forceLayout();
     }
 
-    Behavior on height {
-        enabled: card.settled && !card.still && !Theme.reducedMotion
-        NumberAnimation {
-            duration: Theme.calm
-            easing.type: Easing.OutCubic
-        }
+    NumberAnimation {
+        id: glide
+        target: card
+        property: "height"
+        duration: Theme.calm
+        easing.type: Easing.OutCubic
     }
 
     Rectangle {

@@ -131,14 +131,22 @@ Item {
             list.contentY = within(list.contentY + drift);
         }
     }
+    // Ends all motion: the key that comes next is meant for where it leads.
+    function arrive() {
+        motion.complete();
+        const rows = list.contentItem.children;
+        for (let i = 0; i < rows.length; ++i) {
+            (rows[i] as TopicRow)?.arrive();
+        }
+        list.forceLayout();
+    }
     // Whether the card may be decided. Where it may not, it is brought into view instead.
     function ready(): bool {
         if (!row) {
             return false;
         }
-        const partly = partlySeen();
-        motion.complete(); // it was on its way because one went to it
-        if (partly && holds()) {
+        arrive();
+        if (holds()) {
             return true;
         }
         bring(true);

@@ -36,6 +36,10 @@ Item {
     signal act(int action)
     signal undoAsked
 
+    function arrive() {
+        card.arrive();
+    }
+
     height: held ? lastHeight : shownHeight
     onHeightChanged: lastHeight = height
 
