@@ -37,12 +37,15 @@ Row {
             }
         }
         SelectableText {
+            // A long one is read, not looked at.
+            readonly property int size: text.length > 90 ? Theme.titleOpen : Theme.titleScreen
+
             width: parent.width
             text: head.topic?.title ?? ""
             font.family: Theme.displayFamily
-            font.pixelSize: text.length > 90 ? Theme.titleOpen : Theme.titleScreen // a long one is read, not looked at
+            font.pixelSize: size
             font.weight: Font.Bold
-            font.letterSpacing: -0.012 * font.pixelSize
+            font.letterSpacing: -0.012 * size
             leading: 1.15
             Accessible.role: Accessible.Heading
         }

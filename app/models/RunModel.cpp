@@ -48,9 +48,14 @@ QString resultText(const RunReport &report) {
 
 } // namespace
 
-RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
-                   const LocalZone &zone, QObject *parent)
-    : QObject(parent), m_engine(engine), m_preferences(preferences), m_clock(clock), m_zone(zone) {
+RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const TopicStore &store,
+                   const Clock &clock, const LocalZone &zone, QObject *parent)
+    : QObject(parent)
+    , m_engine(engine)
+    , m_preferences(preferences)
+    , m_clock(clock)
+    , m_store(store)
+    , m_zone(zone) {
     connect(&engine, &SearchEngine::progressed, this, &RunModel::take);
     connect(&engine, &SearchEngine::started, this, &RunModel::begin);
     connect(&engine, &SearchEngine::failed, this,
@@ -211,7 +216,24 @@ QString RunModel::missedTitle() const {
                   : QString();
 }
 
+/// A run that was tried then and came to nothing did not fail for the Mac's sake.
 QString RunModel::missedText() const {
+    const auto moment = missedMoment();
+    if (!moment) {
+        return {};
+    }
+    const QList<RunReport> past = m_store.history();
+    if (!past.isEmpty() && past.last().date >= *moment) {
+        const RunReport &last = past.last();
+        if (last.cancelled) {
+            return typographic(tr("Elle a été arrêtée avant la fin. Je peux la relancer "
+                                  "maintenant : quelques minutes."));
+        }
+        if (last.failed) {
+            return typographic(tr("Je n’ai pas pu fouiller. Je peux réessayer maintenant : "
+                                  "quelques minutes."));
+        }
+    }
     return typographic(
         tr("Ton Mac était éteint ou en veille. Je peux la lancer maintenant : quelques minutes."));
 }

@@ -5,6 +5,7 @@
 #include "base/Clock.h"
 #include "base/LocalZone.h"
 #include "core/Preferences.h"
+#include "core/TopicStore.h"
 #include "search/SearchEngine.h"
 
 #include <QObject>
@@ -50,13 +51,13 @@ class RunModel final : public QObject {
     /// The banner of a run that did not happen.
     Q_PROPERTY(bool missed READ missed NOTIFY scheduleChanged FINAL)
     Q_PROPERTY(QString missedTitle READ missedTitle NOTIFY scheduleChanged FINAL)
-    Q_PROPERTY(QString missedText READ missedText CONSTANT FINAL)
+    Q_PROPERTY(QString missedText READ missedText NOTIFY scheduleChanged FINAL)
     /// "Fouiller maintenant"
     Q_PROPERTY(QString startLabel READ startLabel CONSTANT FINAL)
 
 public:
-    RunModel(SearchEngine &engine, Preferences &preferences, const Clock &clock,
-             const LocalZone &zone = {}, QObject *parent = nullptr);
+    RunModel(SearchEngine &engine, Preferences &preferences, const TopicStore &store,
+             const Clock &clock, const LocalZone &zone = {}, QObject *parent = nullptr);
     ~RunModel() override;
 
     /// Starts a run; does nothing while one is under way.
@@ -109,6 +110,7 @@ private:
     SearchEngine &m_engine;
     Preferences &m_preferences;
     const Clock &m_clock;
+    const TopicStore &m_store;
     LocalZone m_zone;
     CancelSource m_cancel;
     bool m_followed = false; // a run that was started here has not returned yet

@@ -189,7 +189,7 @@ QString Sections::inboxSubtitle() const {
     if (!report) {
         return topics;
     }
-    constexpr qint64 leeway = 60; // the report's date is taken a little after the last topic's
+    constexpr qint64 leeway = 2; // moments are kept in whole seconds
     const QDateTime begun = report->date.addSecs(-static_cast<qint64>(report->seconds) - leeway);
     const int ofRun = m_parts.inbox.foundWithin(begun, report->date);
     if (ofRun == 0) {

@@ -27,7 +27,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_library = std::make_unique<TopicListModel>(store, Section::Library, app.clock());
     m_decisions = std::make_unique<Decisions>(store);
     m_keyboard = std::make_unique<KeyboardMap>(app.agent().locator().choose());
-    m_run = std::make_unique<RunModel>(app.engine(), preferences, app.clock());
+    m_run = std::make_unique<RunModel>(app.engine(), preferences, store, app.clock());
     m_budget = std::make_unique<ProgramBudget>(store, preferences, app.clock(), *m_program);
     m_sections = std::make_unique<Sections>(Sections::Parts{
         *m_inbox, *m_program, *m_reserve, *m_library, *m_budget, *m_run, preferences, app.clock()});

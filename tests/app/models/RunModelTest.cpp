@@ -77,7 +77,7 @@ protected:
                          .images = images,
                          .clock = clock}};
     std::unique_ptr<RunModel> model =
-        std::make_unique<RunModel>(engine, preferences, clock, QTimeZone::utc());
+        std::make_unique<RunModel>(engine, preferences, store, clock, QTimeZone::utc());
 };
 
 TEST_F(RunModelTest, says_why_a_run_cannot_start) {
@@ -193,6 +193,19 @@ TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
         EXPECT_EQ(model->missedTitle(), text(each.missed));
         EXPECT_EQ(model->missed(), *each.missed != '\0');
     }
+    // What kept it from being is told as it was, after a restart too.
+    const auto why = [&](QDateTime when, bool cancelled, std::optional<QString> failed) {
+        RunReport report;
+        report.date = std::move(when);
+        report.cancelled = cancelled;
+        report.failed = std::move(failed);
+        store.addRun(report);
+        return model->missedText();
+    };
+    const QString off = text("Ton Mac était éteint");
+    EXPECT_TRUE(why(at(2, 9), false, {}).startsWith(off));
+    EXPECT_TRUE(why(at(9, 8), true, {}).startsWith(text("Elle a été arrêtée")));
+    EXPECT_TRUE(why(at(9, 9), false, text("panne")).startsWith(text("Je n’ai pas pu fouiller.")));
     QSignalSpy changes(model.get(), &RunModel::scheduleChanged);
     preferences.change(&Settings::schedule, Schedule{{}, 8, 0});
     EXPECT_EQ(changes.count(), 1);

@@ -42,7 +42,7 @@ protected:
                          .feeds = feeds,
                          .images = images,
                          .clock = shelf.clock}};
-    RunModel run{engine, preferences, shelf.clock, QTimeZone::utc()};
+    RunModel run{engine, preferences, shelf.store, shelf.clock, QTimeZone::utc()};
     ProgramBudget budget{shelf.store, preferences, shelf.clock, shelf.list(Section::Program),
                          QTimeZone::utc()};
     Sections sections{Sections::Parts{shelf.list(Section::Inbox), shelf.list(Section::Program),
