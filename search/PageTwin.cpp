@@ -104,6 +104,9 @@ PageText readPackage(const QByteArray &body) {
                    package.value(u"readme").toString()});
 }
 
+/// Where npm's packages are served from, each service under a name of its own.
+constexpr QLatin1String packageHost("npmjs.org");
+
 /// The name behind "/package/", its scope with it, and the version that the page is about.
 struct PackagePage {
     QString name;
@@ -127,8 +130,8 @@ std::optional<PackagePage> packageOf(const QUrl &link) {
 
 std::optional<PageTwin> packageTwin(const PackagePage &page, const QString &version) {
     const QString path = u'/' + page.name + (version.isEmpty() ? QString() : u'/' + version);
-    return PageTwin{https(QStringLiteral("registry." "npmjs.org"), path), PageTwin::Use::Instead,
-                    &readPackage};
+    return PageTwin{https(QStringLiteral("registry.%1").arg(packageHost), path),
+                    PageTwin::Use::Instead, &readPackage};
 }
 
 // Reddit

@@ -220,13 +220,15 @@ TEST(PageReader, reads_what_a_site_publishes_for_programs) {
     PageReader reader(http, 2s, to(server));
     const QByteArray words = QByteArray("mots ").repeated(200);
     server.serve(
-        "/registry." "npmjs.org/@scope%2Fkit",
+        "/registry."
+        "npmjs.org/@scope%2Fkit",
         json(R"({"name":"@scope/kit","description":"Un outil.","dist-tags":{"latest":"2.1.0"},
                       "time":{"created":"2020-01-01T00:00:00Z","2.1.0":"2026-11-19T08:00:00Z",
                       "2.0.0":"2026-10-01T08:00:00Z"},"readme":"# Kit\n)" +
              words + R"("})"));
     server.serve(
-        "/registry." "npmjs.org/kit/1.0.0",
+        "/registry."
+        "npmjs.org/kit/1.0.0",
         json(R"({"name":"kit","version":"1.0.0","description":"D.","deprecated":"use x"})"));
     server.serve("/www.reddit.com/r/rust/comments/1abc.json",
                  json(R"([{"data":{"children":[{"data":{"title":"Rust 2","selftext":")" + words +
@@ -291,9 +293,12 @@ TEST(PageReader, reads_the_page_itself_where_its_twin_says_nothing) {
         EXPECT_EQ(video.finalUrl, QString::fromUtf8(link));
     }
     // A registry's document too long to be read whole: the newest version's own.
-    server.serve("/registry." "npmjs.org/big",
+    server.serve("/registry."
+                 "npmjs.org/big",
                  json(R"({"name":"big","readme":")" + QByteArray(pageByteLimit, 'x') + R"("})"));
-    server.serve("/registry." "npmjs.org/big/latest", json(R"({"name":"big","version":"9.0.0"})"));
+    server.serve("/registry."
+                 "npmjs.org/big/latest",
+                 json(R"({"name":"big","version":"9.0.0"})"));
     const ReadPage big =
         test::waitFor(reader.read(QStringLiteral("https://npmjs.com/package/big")));
     EXPECT_EQ(big.title, QStringLiteral("big 9.0.0"));
