@@ -20,7 +20,7 @@ Column {
 
     readonly property var again: ({ text: qsTr("Réessayer"), keys: "", action: KeyboardMap.ReadAgain, primary: true })
 
-    spacing: 12
+    spacing: tight ? 8 : 12
 
     Label {
         visible: text.length > 0
@@ -36,7 +36,8 @@ Column {
         text: details.topic.tldr.length > 0 ? details.topic.tldr : details.topic.summary
         color: Theme.inkSoft
         font.pixelSize: Theme.textLarge
-        maximumLineCount: details.tight ? 2 : 4
+        // The versions over it take a line of it where there is little room.
+        maximumLineCount: !details.tight ? 4 : details.topic.versionText.length > 0 ? 1 : 2
         elide: Text.ElideRight
     }
     WhyLine {

@@ -106,7 +106,8 @@ Item {
         if (!row || !stands) {
             return;
         }
-        if (isNaN(offset)) {
+        // One that is higher than the view shows as much of itself as it can.
+        if (isNaN(offset) || row.cardHeight > list.height) {
             bring(false);
             return;
         }
