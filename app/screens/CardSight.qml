@@ -153,6 +153,12 @@ Item {
         bring(true);
         return false;
     }
+    // By hand.
+    function browse() {
+        stands = holds();
+        browsed = true;
+        pinned = NaN;
+    }
     function look() {
         if (!busy && !isNaN(pinned)) {
             Qt.callLater(pin); // qmllint disable
@@ -183,10 +189,12 @@ Item {
 
         function onContentYChanged() {
             if (sight.list.moving) {
-                sight.stands = sight.holds();
-                sight.browsed = true;
-                sight.pinned = NaN;
+                sight.browse();
             }
+        }
+        // The first step of a scroll comes before the list says that it moves.
+        function onMovingChanged() {
+            sight.browse();
         }
         function onHeightChanged() {
             if (sight.stands) {

@@ -162,15 +162,16 @@ TEST_F(DemoAgentTest, refuses_what_it_does_not_know) {
 
 TEST_F(DemoAgentTest, furnishes_a_territory_of_its_own_and_takes_it_away) {
     const QString home = demonstration->home();
-    Preferences preferences(
+    auto preferences = std::make_unique<Preferences>(
         std::make_unique<SettingsFile>(home + QStringLiteral("/settings.json")));
-    demonstration->furnish(preferences);
-    EXPECT_EQ(preferences.settings().interests.size(), 4);
-    EXPECT_EQ(preferences.settings().prioritySites.size(), 1);
-    const auto &projects = preferences.settings().projects;
+    demonstration->furnish(*preferences);
+    EXPECT_EQ(preferences->settings().interests.size(), 4);
+    EXPECT_EQ(preferences->settings().prioritySites.size(), 1);
+    const auto projects = preferences->settings().projects;
     EXPECT_TRUE(QFile::exists(projects.value(QStringLiteral("Tiravue")) +
                               QStringLiteral("/package-lock.json")));
     EXPECT_TRUE(QFile::exists(projects.value(QStringLiteral("Potager"))));
+    preferences.reset(); // as the app does: what it still writes is written first
     demonstration.reset();
     EXPECT_FALSE(QFile::exists(home));
     EXPECT_FALSE(QFile::exists(projects.value(QStringLiteral("Potager"))));
