@@ -171,8 +171,8 @@ void TemporaryFile::write(QByteArrayView bytes) const {
     while (!bytes.isEmpty()) {
         const ssize_t written =
             ::write(file.number(), bytes.data(), static_cast<std::size_t>(bytes.size()));
-        if (written < 0 && errno != EINTR) {
-            failOn(m_path, errno);
+        if (written == 0 || (written < 0 && errno != EINTR)) { // nothing, and no reason given
+            failOn(m_path, written == 0 ? EIO : errno);
         }
         bytes = bytes.sliced(std::max<ssize_t>(written, 0));
     }

@@ -48,7 +48,8 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     });
     follow(app.briefs());
     // A link dismissed before it was read, and taken back, still wants to be read.
-    connect(m_decisions.get(), &Decisions::undone, m_capture, &LinkCapture::resume);
+    connect(m_decisions.get(), &Decisions::undone, this,
+            [this](const QString &id) { m_capture->ask(QUuid(id)); });
     // Links that still wait from another day, once the window is there.
     QMetaObject::invokeMethod(this, [this] { m_capture->resume(); }, Qt::QueuedConnection);
 

@@ -269,6 +269,16 @@ TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_
     ASSERT_TRUE(QTest::qWaitFor([&] {
         return !problem().isEmpty() && itemSaying(problem()) != nullptr;
     })) << shownTexts().join(u'\n').toStdString();
+    // Taking back what has nothing to do with it asks nothing of the agent again.
+    const QSignalSpy asked(&m_app->capture(), &LinkCapture::stateChanged);
+    add(1);
+    press(Qt::Key_End);
+    press(Qt::Key_G);
+    ASSERT_EQ(m_app->store().topics(TopicStatus::Program).size(), 1);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(m_app->store().topics(TopicStatus::Program).isEmpty());
+    EXPECT_EQ(asked.count(), 0);
+    press(Qt::Key_Home);
     const QSignalSpy told(m_shell->inbox(), &TopicListModel::dataChanged);
     // The card's own button: the banner over the list has one of that name too.
     const QQuickItem *again = nullptr;
