@@ -152,7 +152,11 @@ void Harvest::dropFromReport(const QUuid &topic) {
 Task<> Harvest::readDug(Dug dug) {
     qsizetype place = Item::placeOf(dug.id);
     const TopicSource found{dug.title, dug.url};
-    if (!isUnreadTopic(place) || (place = joinAnother(place, dug.url, found)) < 0) {
+    if (!isUnreadTopic(place)) {
+        co_return;
+    }
+    place = joinAnother(place, dug.url, found);
+    if (place < 0) {
         co_return;
     }
     // The very link may have been found readable by the agent.
@@ -161,7 +165,10 @@ Task<> Harvest::readDug(Dug dug) {
     if (page.level == ReadLevel::None || !isUnreadTopic(place)) {
         co_return;
     }
-    if (namesOnePage(page.finalUrl) && (place = joinAnother(place, page.finalUrl, found)) < 0) {
+    if (namesOnePage(page.finalUrl)) {
+        place = joinAnother(place, page.finalUrl, found);
+    }
+    if (place < 0) {
         co_return;
     }
     if (page.title.value_or(QString()).isEmpty()) {
