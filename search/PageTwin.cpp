@@ -153,7 +153,7 @@ PageText readThread(const QByteArray &body) {
     if (!post.value(u"is_self").toBool(true) && !link.isEmpty()) {
         parts += QStringLiteral("Link: ") + link;
     }
-    for (const QJsonValue &child : childrenOf(1)) {
+    for (const QJsonValue child : childrenOf(1)) {
         const QJsonObject comment = dataOf(child);
         const QString said = comment.value(u"body").toString();
         if (!said.isEmpty() && parts.size() < mostComments) {
@@ -243,7 +243,7 @@ PageText readRelease(const QByteArray &body) {
 PageText readReleases(const QByteArray &body) {
     QStringList parts;
     QString newest;
-    for (const QJsonValue &value : QJsonDocument::fromJson(body).array()) {
+    for (const QJsonValue value : QJsonDocument::fromJson(body).array()) {
         const QJsonObject release = value.toObject();
         const QString title = releaseTitle(release);
         if (!title.isEmpty() && parts.size() < mostReleases) {
