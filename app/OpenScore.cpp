@@ -19,7 +19,7 @@ QString decimal(double number, int digits) {
     return QString::number(number, 'g', digits).replace(u'.', u',');
 }
 
-QString quoted(const QString &text) { return QStringLiteral("«\u00A0%1\u00A0»").arg(text); }
+QString quoted(const QString &text) { return QStringLiteral("«\u202F%1\u202F»").arg(text); }
 
 QString titleText(const Topic &topic) {
     const StandingScore standing = standingScore(topic);

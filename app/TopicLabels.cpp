@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "core/DurationText.h"
 #include "core/KindLabel.h"
+#include "core/NumberText.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -105,15 +106,16 @@ QString urgencySentence(const std::optional<Judgment::Urgency> &urgency, const Q
 }
 
 QString releasedText(qsizetype count) {
-    return count == 1 ? French::tr("1 sujet d’une fouille interrompue rejoint « À trier ».")
-                      : French::tr("%1 sujets d’une fouille interrompue rejoignent « À trier ».")
-                            .arg(count);
+    return count == 1
+               ? French::tr("1 sujet d’une fouille interrompue rejoint «\u202FÀ trier\u202F».")
+               : French::tr("%1 sujets d’une fouille interrompue rejoignent «\u202FÀ trier\u202F».")
+                     .arg(numberText(count));
 }
 
 QString repairedText(qsizetype kept, qsizetype entries) {
     const QString pattern =
         kept == 1 ? French::tr("%1 sujet repris sur %2.") : French::tr("%1 sujets repris sur %2.");
-    return pattern.arg(kept).arg(entries);
+    return pattern.arg(numberText(kept), numberText(entries));
 }
 
 } // namespace vorle

@@ -10,7 +10,7 @@ set(VORLE_QML
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
-    controls/SectionHead.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
+    controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CardSight.qml

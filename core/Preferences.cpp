@@ -67,6 +67,7 @@ Preferences::Preferences(std::unique_ptr<SettingsFile> file, QObject *parent)
     : QObject(parent), m_file(std::move(file)), m_settings(read(*m_file)) {
     connect(m_file.get(), &SettingsFile::changedOutside, this, &Preferences::reload);
     connect(m_file.get(), &SettingsFile::saveFailed, this, &Preferences::saveFailed);
+    connect(m_file.get(), &SettingsFile::saved, this, &Preferences::saved);
 }
 
 void Preferences::write(const QString &key, const Settings &before) {

@@ -74,6 +74,8 @@ Q_SIGNALS:
     void changed(const QString &key);
     /// A write failed; `text` is a French sentence for the user.
     void saveFailed(const QString &text);
+    /// A write ended well after one that had failed.
+    void saved();
 
 private:
     template <class T>

@@ -172,6 +172,9 @@ void SettingsFile::take(const JsonSettings::Outcome &outcome) {
     const bool failedBefore = m_writeError.has_value();
     m_writeError.reset();
     if (!outcome.error) {
+        if (failedBefore) {
+            Q_EMIT saved();
+        }
         return;
     }
     const QString why = systemErrorText(outcome.error);

@@ -66,6 +66,8 @@ public:
 Q_SIGNALS:
     void changedOutside();
     void saveFailed(const QString &text);
+    /// A write ended well after one that had failed.
+    void saved();
 
 private:
     void open(const QString &path);

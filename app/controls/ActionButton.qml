@@ -7,6 +7,7 @@ T.Button {
     id: button
 
     property string keys: ""
+    property bool keysShown: true // where there is room
     property bool primary: false
     property bool quiet: false // words alone, no outline
     property bool takesReturn: true // else Return is left to what the button stands in
@@ -18,7 +19,7 @@ T.Button {
     implicitWidth: Math.max(Theme.hit, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(Theme.hit + 10, contentItem.implicitHeight + topPadding + bottomPadding)
     leftPadding: quiet ? 8 : 15
-    rightPadding: keys.length > 0 ? 10 : leftPadding
+    rightPadding: keys.length > 0 && keysShown ? 10 : leftPadding
     font.family: Theme.textFamily
     font.pixelSize: Theme.textBody
     font.weight: Font.DemiBold
@@ -34,6 +35,10 @@ T.Button {
     Keys.onEnterPressed: event => press(event)
     Keys.onSpacePressed: event => event.accepted = event.isAutoRepeat
 
+    // With its keys, whether they are shown or not.
+    function fullWidth(): real {
+        return Math.max(Theme.hit, contentItem.children[0].fullWidth + leftPadding + (keys.length > 0 ? 10 : leftPadding)); // qmllint disable
+    }
     // With another key it is a shortcut, and held down it is one press.
     function press(event: var) {
         if (!takesReturn || event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
@@ -52,6 +57,8 @@ T.Button {
             anchors.centerIn: parent
             spacing: 9
 
+            readonly property real fullWidth: children[0].implicitWidth + (button.keys.length > 0 ? spacing + children[1].implicitWidth : 0)
+
             Text {
                 text: button.text
                 font: button.font
@@ -62,6 +69,7 @@ T.Button {
             }
             KeyCap {
                 keys: button.keys
+                visible: button.keysShown && keys.length > 0
                 bare: button.keys.length > 1
                 ink: button.primary ? Theme.accentInk : button.given ? Theme.tintInk : Theme.inkSoft
                 fill: button.primary ? Theme.accentKey : Theme.sunken

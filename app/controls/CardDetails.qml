@@ -1,6 +1,5 @@
 import QtQuick
 import Vorle
-import Vorle.Models
 
 // What the chosen card adds: the gist, why it matters to this person, the first step, the keys.
 Column {
@@ -10,6 +9,9 @@ Column {
     property var actions: []
     property bool showActions: true
     property bool tight: false // for a low window
+    property real before: 0 // the room at its left, under the score
+    // Where a second row of buttons would lie under the window's edge they all stand in one.
+    readonly property bool crowded: tight && width < 560
 
     signal act(int action)
 
@@ -17,8 +19,6 @@ Column {
         buttons.forceLayout();
         forceLayout();
     }
-
-    readonly property var again: ({ text: qsTr("Réessayer"), keys: "", action: KeyboardMap.ReadAgain, primary: true })
 
     spacing: tight ? 8 : 12
 
@@ -57,17 +57,28 @@ Column {
 
         Flow {
             id: buttons
+            x: details.crowded ? -details.before : 0
             y: 4
-            width: parent.width - (site.visible ? site.implicitWidth + 12 : 0)
-            spacing: 10
+            width: parent.width - x - (site.visible ? site.implicitWidth + 12 : 0)
+            spacing: details.crowded ? 8 : 10
+
+            readonly property real needed: {
+                let sum = -spacing;
+                for (let i = 0; i < all.count; ++i) {
+                    sum += ((all.itemAt(i) as ActionButton)?.fullWidth() ?? 0) + spacing;
+                }
+                return sum;
+            }
 
             Repeater {
-                model: ((details.topic.captureProblem ?? "").length > 0 ? [again] : []).concat(details.actions)
+                id: all
+                model: details.actions
 
                 ActionButton {
                     required property var modelData
                     text: modelData.text
                     keys: modelData.keys
+                    keysShown: !details.crowded || buttons.needed <= buttons.width // the hint names them too
                     primary: modelData.primary === true
                     given: modelData.worth !== undefined && modelData.worth === details.topic.worth
                     onClicked: details.act(modelData.action)

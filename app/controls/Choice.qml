@@ -1,8 +1,8 @@
 import QtQuick
 import Vorle
 
-// A setting with its few values, under its name.
-Column {
+// A setting with its few values, beside its name; under it where there is no room.
+Flow {
     id: choice
 
     property alias name: segments.name
@@ -19,6 +19,9 @@ Column {
     spacing: 8
 
     Label {
+        width: 206
+        height: segments.height
+        verticalAlignment: Text.AlignVCenter
         text: segments.name
         color: Theme.inkSoft
         font.weight: Font.Medium

@@ -10,7 +10,7 @@ Item {
 
     implicitHeight: 24
     Accessible.role: Accessible.StaticText
-    Accessible.name: qsTr("%1 : %2 sur 10").arg(name).arg(grade)
+    Accessible.name: qsTr("%1 : %2 sur 10").arg(name).arg(grade)
 
     Label {
         id: word

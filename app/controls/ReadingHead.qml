@@ -14,6 +14,10 @@ Item {
     signal closed
     signal moved(int step)
 
+    function grouped(number: int): string {
+        return number.toLocaleString(Qt.locale("fr_FR"), "f", 0);
+    }
+
     implicitHeight: 52
 
     ActionButton {
@@ -34,12 +38,12 @@ Item {
         Label {
             anchors.verticalCenter: parent.verticalCenter
             rightPadding: 8
-            text: qsTr("%1 / %2").arg(head.position + 1).arg(head.count)
+            text: qsTr("%1 / %2").arg(head.grouped(head.position + 1)).arg(head.grouped(head.count))
             color: Theme.inkFaint
             font.pixelSize: Theme.textNote
             wrapMode: Text.NoWrap
             lineHeight: 1.1
-            Accessible.name: qsTr("Sujet %1 sur %2").arg(head.position + 1).arg(head.count)
+            Accessible.name: qsTr("Sujet %1 sur %2").arg(head.grouped(head.position + 1)).arg(head.grouped(head.count))
         }
         ActionButton {
             quiet: true

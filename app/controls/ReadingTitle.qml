@@ -30,7 +30,7 @@ Row {
             Label {
                 width: Math.min(implicitWidth, parent.width)
                 topPadding: 3
-                text: head.topic ? [head.topic.kindLabel, head.topic.minutesText, head.topic.publishedOn, head.topic.readLevelText, head.topic.postponedText, head.topic.worthLabel].filter(t => t.length > 0).join("   ·   ") : ""
+                text: head.topic ? [head.topic.captureText, head.topic.kindLabel, head.topic.minutesText, head.topic.publishedOn, head.topic.readLevelText, head.topic.postponedText, head.topic.worthLabel].filter(t => t.length > 0).join("   ·   ") : ""
                 color: Theme.inkFaint
                 font.pixelSize: Theme.textNote
                 lineHeight: 1.2
@@ -49,16 +49,27 @@ Row {
             leading: 1.15
             Accessible.role: Accessible.Heading
         }
-        VersionLine {
+        SelectableText {
+            visible: text.length > 0
             width: parent.width
             text: head.topic?.versionText ?? ""
+            color: Theme.inkSoft
+            font.weight: Font.DemiBold
+            leading: 1.15
         }
-        Label {
+        SelectableText {
             visible: text.length > 0
             width: parent.width
             text: head.topic?.urgencySentence ?? ""
             color: Theme.accent
             font.weight: Font.DemiBold
+        }
+        // Why a captured link could not be judged.
+        SelectableText {
+            visible: text.length > 0
+            width: parent.width
+            text: head.topic?.captureProblem ?? ""
+            color: Theme.tintInk
         }
     }
 }

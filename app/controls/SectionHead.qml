@@ -8,19 +8,20 @@ Item {
     required property string title
     required property string subtitle
     property string searchKeys: ""
+    property alias below: extra.data // one item, under the title
 
     signal searchAsked
 
-    implicitHeight: titles.y + titles.implicitHeight
+    implicitHeight: titles.y + titles.implicitHeight + (extra.height > 0 ? extra.height + 20 : 0)
 
     Column {
         id: titles
         y: 30
-        width: parent.width - search.width - 16
+        width: parent.width
         spacing: 2
 
         Title {
-            width: parent.width
+            width: parent.width - search.width - 16
             text: head.title
             size: Theme.titleScreen
         }
@@ -32,10 +33,16 @@ Item {
             elide: Text.ElideRight
         }
     }
+    Item {
+        id: extra
+        y: titles.y + titles.implicitHeight + 14
+        width: parent.width
+        height: children.length > 0 && children[0].visible ? children[0].implicitHeight : 0
+    }
     SearchButton {
         id: search
         anchors.right: parent.right
-        y: 38
+        y: 32 // the line under the title passes below it
         keys: head.searchKeys
         onClicked: head.searchAsked()
     }

@@ -86,7 +86,7 @@ Item {
                 height: row.height
                 activeFocusOnTab: on || (group.chosen < 0 && index === 0)
                 Accessible.role: Accessible.RadioButton
-                Accessible.name: qsTr("%1 : %2").arg(group.name).arg(modelData)
+                Accessible.name: qsTr("%1 : %2").arg(group.name).arg(modelData)
                 Accessible.checkable: true
                 Accessible.checked: on
                 Accessible.focusable: true

@@ -11,12 +11,14 @@ Item {
     property bool current: false
     property bool strong: false // the count is what asks for attention
 
+    readonly property string shownCount: count > 0 ? count.toLocaleString(Qt.locale("fr_FR"), "f", 0) : ""
+
     signal clicked
 
     implicitHeight: 46
     activeFocusOnTab: true
     Accessible.role: Accessible.PageTab
-    Accessible.name: count > 0 ? qsTr("%1, %2").arg(title).arg(count) : title
+    Accessible.name: count > 0 ? qsTr("%1, %2").arg(title).arg(shownCount) : title
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.selected: current
@@ -65,7 +67,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 18
         anchors.verticalCenter: parent.verticalCenter
-        text: item.count > 0 ? item.count.toLocaleString(Qt.locale("fr_FR"), "f", 0) : ""
+        text: item.shownCount
         color: item.strong && item.count > 0 ? Theme.accent : Theme.inkFaint
         font.family: Theme.displayFamily
         font.pixelSize: Theme.textMenu

@@ -19,7 +19,7 @@ Item {
     signal act(int action)
 
     property bool low: false // stands below the line of the week's time
-    readonly property string facts: [!topic.pendingCapture ? "" : (topic.captureProblem ?? "").length > 0 ? qsTr("lien capturé, pas encore jugé") : qsTr("lien capturé, en lecture…"), topic.kindLabel, topic.minutesText, topic.publishedOn, topic.readLevelText, topic.postponedText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
+    readonly property string facts: [topic.captureText ?? "", topic.kindLabel, topic.minutesText, topic.publishedOn, topic.readLevelText, topic.postponedText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
 
     readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
     readonly property real wholeHeight: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17) // once it has moved
@@ -109,7 +109,7 @@ Item {
             visible: card.topic.formerScore >= 0
             anchors.horizontalCenter: badge.horizontalCenter
             y: badge.y + badge.height + 6
-            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
+            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
             color: Theme.inkFaint
             font.family: Theme.textFamily
             font.pixelSize: Theme.textSmall
@@ -207,6 +207,7 @@ Item {
                     actions: card.actions
                     showActions: card.showActions
                     tight: card.tight
+                    before: words.x
                     onAct: action => card.act(action)
                 }
             }

@@ -8,7 +8,7 @@ Item {
     property string text: ""
     property int lines: 100000 // at most
     property bool selectable: false // whole, and to be taken along
-    readonly property string words: qsTr("Pourquoi toi : %1").arg(text)
+    readonly property string words: qsTr("Pourquoi toi : %1").arg(text)
 
     visible: text.length > 0
     implicitHeight: selectable ? whole.implicitHeight : cut.implicitHeight

@@ -216,7 +216,7 @@ QString Decisions::step(QList<Step> &from, QList<Step> &to, Direction direction)
         sentence = predicate(step.id, left, wanted, direction);
     }
     sentence =
-        typographic(tr("« %1 » %2").arg(topic ? shortTitle(topic->title) : QString(), sentence));
+        frenchSpacing(tr("« %1 » %2").arg(topic ? shortTitle(topic->title) : QString(), sentence));
     Q_EMIT stepsChanged();
     if (back) {
         Q_EMIT undone(nameOf(step.id), sentence);

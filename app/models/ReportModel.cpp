@@ -1,6 +1,7 @@
 #include "app/models/ReportModel.h"
 
 #include "app/models/Wording.h"
+#include "core/NumberText.h"
 
 #include <QLocale>
 
@@ -58,18 +59,17 @@ QStringList noticesOf(const RunReport &report) {
     }
     notices += report.warnings;
     for (const FeedTrouble &feed : report.feeds) {
-        notices += ReportModel::tr("%1 : %2").arg(feed.site, feed.problem);
+        notices += ReportModel::tr("%1\u00A0: %2").arg(feed.site, feed.problem);
     }
     for (const DroppedLink &link : report.notNewer) {
-        notices += ReportModel::tr("Mis à part : %1").arg(link.reason);
+        notices += ReportModel::tr("Mis à part\u00A0: %1").arg(link.reason);
     }
     if (!report.unjudged.isEmpty()) {
-        notices += ReportModel::tr("Liens non jugés : %1. %2")
-                       .arg(report.unjudged.size())
-                       .arg(report.unjudged.first().reason);
+        notices += ReportModel::tr("Liens non jugés\u00A0: %1. %2")
+                       .arg(numberText(report.unjudged.size()), report.unjudged.first().reason);
     }
     if (!report.uncovered.isEmpty() && !report.cancelled) {
-        notices += ReportModel::tr("Rien trouvé pour : %1")
+        notices += ReportModel::tr("Rien trouvé pour\u00A0: %1")
                        .arg(report.uncovered.join(QStringLiteral(", ")));
     }
     for (QString &notice : notices) {

@@ -1,6 +1,7 @@
 #include "app/models/RunModel.h"
 
 #include "app/models/Wording.h"
+#include "base/FrenchSpacing.h"
 #include "core/NumberText.h"
 #include "search/RunPlan.h"
 
@@ -28,19 +29,21 @@ double partDone(const RunProgress &progress) {
 
 QString resultText(const RunReport &report) {
     if (report.cancelled) {
-        return report.added == 0 ? RunModel::tr("Fouille arrêtée : rien n’était encore jugé.")
+        return report.added == 0 ? RunModel::tr("Fouille arrêtée\u00A0: rien n’était encore jugé.")
                : report.added == 1
-                   ? RunModel::tr("Fouille arrêtée : 1 nouveau sujet dans « À trier ».")
-                   : RunModel::tr("Fouille arrêtée : %1 nouveaux sujets dans « À trier ».")
+                   ? RunModel::tr(
+                         "Fouille arrêtée\u00A0: 1 nouveau sujet dans «\u202FÀ trier\u202F».")
+                   : RunModel::tr(
+                         "Fouille arrêtée\u00A0: %1 nouveaux sujets dans «\u202FÀ trier\u202F».")
                          .arg(numberText(report.added));
     }
-    QString text =
-        report.added == 0 ? RunModel::tr("Rien de nouveau cette fois.")
-        : report.added == 1
-            ? RunModel::tr("1 nouveau sujet dans « À trier ».")
-            : RunModel::tr("%1 nouveaux sujets dans « À trier ».").arg(numberText(report.added));
+    QString text = report.added == 0 ? RunModel::tr("Rien de nouveau cette fois.")
+                   : report.added == 1
+                       ? RunModel::tr("1 nouveau sujet dans «\u202FÀ trier\u202F».")
+                       : RunModel::tr("%1 nouveaux sujets dans «\u202FÀ trier\u202F».")
+                             .arg(numberText(report.added));
     if (!report.uncovered.isEmpty()) {
-        text += RunModel::tr(" Rien trouvé pour : %1.")
+        text += RunModel::tr(" Rien trouvé pour\u00A0: %1.")
                     .arg(report.uncovered.join(QStringLiteral(", ")));
     }
     return text;
@@ -133,8 +136,8 @@ void RunModel::end(const QString &result, FailureNotice notice) {
     m_stopping = false;
     m_part = 0;
     m_progress = {};
-    m_result = typographic(result);
-    m_notice = std::move(notice);
+    m_result = shownWords(result);
+    m_notice = {.title = shownWords(notice.title), .text = shownWords(notice.text)};
     if (wasRunning) {
         Q_EMIT runningChanged();
     }
@@ -174,8 +177,8 @@ Task<> RunModel::stopped() {
 void RunModel::refresh() { Q_EMIT scheduleChanged(); }
 
 QString RunModel::statusText() const {
-    return m_stopping ? typographic(tr("J’arrête, en gardant ce qui est déjà jugé."))
-                      : m_progress.status;
+    return m_stopping ? tr("J’arrête, en gardant ce qui est déjà jugé.")
+                      : shownWords(m_progress.status);
 }
 
 QString RunModel::countsText() const {
@@ -226,15 +229,15 @@ QString RunModel::missedText() const {
     if (!past.isEmpty() && past.last().date >= *moment) {
         const RunReport &last = past.last();
         if (last.cancelled) {
-            return typographic(tr("Elle a été arrêtée avant la fin. Je peux la relancer "
-                                  "maintenant : quelques minutes."));
+            return frenchSpacing(tr("Elle a été arrêtée avant la fin. Je peux la relancer "
+                                    "maintenant : quelques minutes."));
         }
         if (last.failed) {
-            return typographic(tr("Je n’ai pas pu fouiller. Je peux réessayer maintenant : "
-                                  "quelques minutes."));
+            return frenchSpacing(tr("Je n’ai pas pu fouiller. Je peux réessayer maintenant : "
+                                    "quelques minutes."));
         }
     }
-    return typographic(
+    return frenchSpacing(
         tr("Ton Mac était éteint ou en veille. Je peux la lancer maintenant : quelques minutes."));
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/models/KeyboardMap.h"
 #include "app/models/Wording.h"
+#include "base/FrenchSpacing.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"
 
@@ -152,7 +153,7 @@ QString Sections::subtitle() const {
         const int moved = m_parts.reserve.movedCount();
         const QString news = moved == 0   ? QString()
                              : moved == 1 ? tr(", 1 a bougé")
-                                          : tr(", %1 ont bougé").arg(moved);
+                                          : tr(", %1 ont bougé").arg(numberText(moved));
         return count == 0
                    ? QString()
                    : counted(count, tr("sujet mis de côté"), tr("sujets mis de côté")) + news;
@@ -233,7 +234,7 @@ QString Sections::emptyText() const {
     case Section::Program:
         return programText().text;
     case Section::Reserve:
-        return typographic(
+        return frenchSpacing(
             tr("Les sujets mis de côté avec « Plus tard » t’attendent ici. Je te les "
                "ressors quand ils bougent."));
     case Section::Library:

@@ -35,6 +35,12 @@ QString projectDetail(const discovery::Project &project) {
     return facts.join(QStringLiteral(" · "));
 }
 
+/// A name, a path or an address that the user or a file gave, on its line.
+QString shownLine(const QString &words) {
+    constexpr qsizetype most = 600;
+    return shownWords(heldLine(words, most));
+}
+
 QString weightText(int weight) { return TerritoryModel::tr("importance %1 sur 5").arg(weight); }
 
 } // namespace
@@ -135,11 +141,16 @@ QVariant TerritoryModel::data(const QModelIndex &index, int role) const {
     case Group:
         return row.group;
     case Name:
-        return withoutHidden(row.name);
+        return shownLine(row.name);
     case Detail:
-        return withoutHidden(row.detail);
-    case Labels:
-        return row.labels;
+        return shownLine(row.detail);
+    case Labels: {
+        QStringList labels;
+        for (const QString &label : row.labels) {
+            labels += shownLine(label);
+        }
+        return labels;
+    }
     case Weight:
         return row.weight;
     case Folder:

@@ -96,6 +96,14 @@ QString postponedText(const Topic &topic) {
                                     : QString();
 }
 
+QString captureText(const TopicCard &card) {
+    if (!card.isPendingCapture()) {
+        return {};
+    }
+    return card.captureProblem.isEmpty() ? tr("lien capturé, en lecture…")
+                                         : tr("lien capturé, pas encore jugé");
+}
+
 using Role = TopicListModel::Role;
 using Card = const TopicCard &;
 
@@ -147,7 +155,8 @@ constexpr RoleValue roleValues[] = {
     {Role::FillDark, [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).fill.dark); }},
     {Role::Filled, [](Card c) -> QVariant { return scoreBadge(c.score()).filled; }},
     {Role::Gem, [](Card c) -> QVariant { return scoreBadge(c.score()).gem; }},
-    {Role::AccessibleName, [](Card c) -> QVariant { return scoreBadge(c.score()).accessibleName; }},
+    {Role::AccessibleName,
+     [](Card c) -> QVariant { return shown(scoreBadge(c.score()).accessibleName); }},
     {Role::TierNumber, [](Card c) -> QVariant { return static_cast<int>(tierOf(c.topic)); }},
     {Role::TierLabel, [](Card c) -> QVariant { return tierLabel(tierOf(c.topic)); }},
     {Role::Urgent, [](Card c) -> QVariant { return c.topic.isUrgent(); }},
@@ -188,6 +197,7 @@ constexpr RoleValue roleValues[] = {
     {Role::PendingCapture, [](Card c) -> QVariant { return c.isPendingCapture(); }},
     {Role::CaptureProblem,
      [](Card c) -> QVariant { return c.isPendingCapture() ? c.captureProblem : QString(); }},
+    {Role::CaptureText, [](Card c) -> QVariant { return captureText(c); }},
 };
 
 constexpr bool standInOrder() {
@@ -197,14 +207,14 @@ constexpr bool standInOrder() {
             return false;
         }
     }
-    return next == Role::CaptureProblem + 1;
+    return next == Role::CaptureText + 1;
 }
 static_assert(standInOrder(), "a role is its place in the table");
 
 } // namespace
 
 QVariant TopicCard::value(int role) const {
-    return role >= Role::TopicId && role <= Role::CaptureProblem
+    return role >= Role::TopicId && role <= Role::CaptureText
                ? roleValues[role - Role::TopicId].value(*this)
                : QVariant();
 }

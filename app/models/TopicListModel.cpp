@@ -329,16 +329,16 @@ void TopicListModel::heed(FoundAgain &finds) {
 }
 
 void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
-    setWord(m_briefStates, id, state, BriefState);
+    setWord(m_briefStates, id, state, {BriefState});
 }
 
 void TopicListModel::setCaptureProblem(const QUuid &id, const QString &problem) {
-    setWord(m_captureProblems, id, problem, CaptureProblem);
+    setWord(m_captureProblems, id, problem, {CaptureProblem, CaptureText});
 }
 
-/// Keeps what a role says of a topic beyond the topic itself, and tells its row.
+/// Keeps what roles say of a topic beyond the topic itself, and tells its row.
 void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word,
-                             Role role) {
+                             const QList<int> &roles) {
     if (word.isEmpty()) {
         words.remove(id);
     } else {
@@ -346,7 +346,7 @@ void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, cons
     }
     if (const qsizetype at = indexOf(id); at >= 0) {
         const QModelIndex place = index(static_cast<int>(at));
-        Q_EMIT dataChanged(place, place, {role});
+        Q_EMIT dataChanged(place, place, roles);
     }
 }
 

@@ -91,6 +91,7 @@ public:
         BriefState,     ///< "", "queued", "writing", "failed" or "written"
         PendingCapture, ///< bool, a captured link that is still being read
         CaptureProblem, ///< string, why it could not be judged; "" while it is tried
+        CaptureText,    ///< "lien capturé, en lecture…", or that it is not judged yet; else ""
     };
     Q_ENUM(Role)
 
@@ -164,7 +165,8 @@ private:
     qsizetype indexOf(const QUuid &id) const;
     qsizetype lowerBound(const Row &row) const;
     void tellChanges(int count, int minutes, int moved);
-    void setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word, Role role);
+    void setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word,
+                 const QList<int> &roles);
     void tally(const Row &row, int times);
     bool isOfRun(const Topic &topic) const;
 

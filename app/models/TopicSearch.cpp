@@ -3,6 +3,7 @@
 #include "app/TopicLabels.h"
 #include "app/models/Sections.h"
 #include "app/models/Wording.h"
+#include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/ScoreScale.h"
 
@@ -164,7 +165,7 @@ QString TopicSearch::statusText() const {
         return {};
     }
     if (m_hits.isEmpty()) {
-        return typographic(tr("Rien trouvé pour « %1 ».").arg(m_shownQuery));
+        return frenchSpacing(tr("Rien trouvé pour « %1 ».").arg(m_shownQuery));
     }
     return m_hits.size() == mostHits
                ? tr("Les %1 meilleurs résultats").arg(mostHits)

@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <QRegularExpression>
 
 namespace vorle {
 
@@ -28,11 +27,6 @@ QString dayAndMonth(const QDate &day, const QDate &today) {
 }
 
 } // namespace
-
-QString typographic(QString text) {
-    static const QRegularExpression blanks(QStringLiteral("(?<=«) | (?=[»:;!?])"));
-    return text.replace(blanks, QStringLiteral("\u00A0"));
-}
 
 QString shownWords(const QString &words) { return frenchSpacing(withoutHidden(words)); }
 

@@ -10,10 +10,6 @@ namespace vorle {
 
 /// How the window words counts and moments, in French. Pure functions, any thread.
 
-/// The text with the no-break spaces French sets inside quotation marks and before high
-/// punctuation.
-QString typographic(QString text);
-
 /// Words that a page or the agent wrote, as they are shown: without the signs nobody sees, which
 /// turn the direction of what follows or hide words, and set as French sets its punctuation.
 QString shownWords(const QString &words);

@@ -20,7 +20,7 @@ QtObject {
         }
         const row = list.rowOf(id);
         if (list.value(row, TopicListModel.PendingCapture) && action !== KeyboardMap.Dismiss) {
-            window.tell(qsTr("Je lis encore cette page : elle se décide une fois jugée."));
+            window.tell(list.value(row, TopicListModel.CaptureProblem).length > 0 ? qsTr("Je n’ai pas encore pu juger cette page : réessaie, ou écarte-la.") : qsTr("Je lis encore cette page : elle se décide une fois jugée."));
             return;
         }
         const title = list.value(row, TopicListModel.Title);

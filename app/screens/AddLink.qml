@@ -41,7 +41,7 @@ Panel {
         }
         Label {
             width: parent.width
-            text: qsTr("Je lis la page, je la juge, et tu la retrouves dans « À trier ».")
+            text: qsTr("Je lis la page, je la juge, et tu la retrouves dans « À trier ».")
             color: Theme.inkSoft
         }
         TextEntry {

@@ -47,7 +47,7 @@ Chapter {
             text: qsTr("Les sources n’ont pas répondu, ou ton IA non plus.")
             color: Theme.inkSoft
         }
-        Label {
+        SelectableText {
             width: parent.width
             visible: text.length > 0
             text: view.details.briefFailure

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Vorle
 
 // Keeps the chosen row of a list in view, and knows whether its card is: only what is seen may be
@@ -10,6 +11,8 @@ Item {
     required property real lead // room over the row, for its heading
 
     readonly property TopicRow row: list.currentItem as TopicRow
+    readonly property T.ScrollBar bar: list.T.ScrollBar.vertical
+    readonly property bool scrolling: list.moving || bar.pressed // by hand
     // Whether the card stood in view when it was last looked at: it then stays there whatever the
     // list does. One that was scrolled away from is left where it is.
     property bool stands: true
@@ -128,7 +131,7 @@ Item {
     }
     function pin() {
         const drift = row ? row.y + row.cardTop - list.contentY - pinned : NaN;
-        if (Math.abs(drift) > 1 && !list.moving && !motion.running && ++pins < 20) {
+        if (Math.abs(drift) > 1 && !scrolling && !motion.running && ++pins < 20) {
             list.contentY = within(list.contentY + drift);
         }
     }
@@ -179,7 +182,7 @@ Item {
         id: later
         interval: Theme.calm + 60
         onTriggered: {
-            if (sight.row && sight.stands && !sight.list.moving && !(sight.holds() && (sight.browsed || sight.showsHead()))) {
+            if (sight.row && sight.stands && !sight.scrolling && !(sight.holds() && (sight.browsed || sight.showsHead()))) {
                 sight.bring(false);
             }
         }
@@ -188,7 +191,7 @@ Item {
         target: sight.list
 
         function onContentYChanged() {
-            if (sight.list.moving) {
+            if (sight.scrolling) {
                 sight.browse();
             }
         }
@@ -200,6 +203,14 @@ Item {
             if (sight.stands) {
                 sight.bring(false);
             }
+        }
+    }
+    // A bar that is dragged moves the list without its saying so.
+    Connections {
+        target: sight.bar
+
+        function onPressedChanged() {
+            sight.browse();
         }
     }
     Connections {

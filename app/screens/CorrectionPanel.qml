@@ -89,7 +89,7 @@ Panel {
             width: parent.width
             height: 40
             Accessible.role: Accessible.Slider
-            Accessible.name: panel.score < 0 ? qsTr("Ta note : pas encore choisie") : qsTr("Ta note : %1 sur 10").arg(panel.score)
+            Accessible.name: panel.score < 0 ? qsTr("Ta note : pas encore choisie") : qsTr("Ta note : %1 sur 10").arg(panel.score)
 
             Row {
                 spacing: 6
@@ -127,7 +127,7 @@ Panel {
             }
         }
         Label {
-            text: panel.appScore < 0 ? qsTr("Je n’avais rien pu lire : je n’ai pas mis de note.") : qsTr("J’avais mis %1.").arg(panel.appScore)
+            text: panel.appScore < 0 ? qsTr("Je n’avais rien pu lire : je n’ai pas mis de note.") : qsTr("J’avais mis %1.").arg(panel.appScore)
             color: Theme.inkFaint
             font.pixelSize: Theme.textNote
         }

@@ -51,7 +51,7 @@ Window {
     function showTopic(section: int, topicId: string) {
         panels.close();
         if (section < 0) {
-            tell(qsTr("Écarté : il n’est plus dans tes rubriques."));
+            tell(qsTr("Écarté : il n’est plus dans tes rubriques."));
             return;
         }
         go(section);

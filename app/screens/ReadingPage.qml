@@ -40,6 +40,7 @@ FocusScope {
     onTopicChanged: {
         flick.contentY = 0;
         mark(null);
+        seen.opened = false;
     }
 
     InSight {
@@ -182,12 +183,12 @@ FocusScope {
                         width: parent.width
                         implicitHeight: factText.implicitHeight
 
-                        Label {
+                        SelectableText {
                             width: 118
                             text: fact.modelData.label
                             color: Theme.inkFaint
                         }
-                        Label {
+                        SelectableText {
                             id: factText
                             x: 126
                             width: parent.width - x
@@ -197,7 +198,7 @@ FocusScope {
                     }
                 }
                 ActionButton {
-                    text: (page.topic?.formerScore ?? -1) >= 0 ? qsTr("Revoir ma note") : qsTr("Corriger la note")
+                    text: page.details.corrected ? qsTr("Revoir ma note") : qsTr("Corriger la note")
                     onClicked: page.correctionAsked(page.topic.topicId)
                 }
             }
@@ -236,21 +237,10 @@ FocusScope {
                 name: qsTr("Ce que j’ai lu")
                 visible: page.details.seenText.length > 0
 
-                Label {
+                SeenText {
+                    id: seen
                     width: parent.width
                     text: page.details.seenText
-                    color: Theme.inkSoft
-                    font.pixelSize: Theme.textNote
-                    lineHeight: 1.5
-                    maximumLineCount: more.opened ? 100000 : 6
-                    elide: Text.ElideRight
-                }
-                ActionButton {
-                    id: more
-                    property bool opened: false
-                    quiet: true
-                    text: opened ? qsTr("Replier") : qsTr("Lire la suite")
-                    onClicked: opened = !opened
                 }
             }
         }

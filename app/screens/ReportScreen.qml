@@ -45,7 +45,7 @@ FocusScope {
         anchors.topMargin: head.height
         visible: list.count === 0
         title: qsTr("Pas encore de fouille.")
-        text: qsTr("Chaque fouille laisse ici son compte rendu : ce que j’ai trouvé, lu, jugé, et ce qui n’a rien donné.")
+        text: qsTr("Chaque fouille laisse ici son compte rendu : ce que j’ai trouvé, lu, jugé, et ce qui n’a rien donné.")
     }
     ListView {
         id: list

@@ -16,7 +16,7 @@ Panel {
         { name: qsTr("Temps de veille par semaine"), key: "weeklyMinutes", words: [60, 120, 180, 240, 300], shown: ["1 h", "2 h", "3 h", "4 h", "5 h"] }]
 
     name: qsTr("Réglages")
-    sheetWidth: 640
+    sheetWidth: 680
     bodyHeight: body.implicitHeight
     onShownChanged: {
         if (shown) {
@@ -27,7 +27,7 @@ Panel {
     Column {
         id: body
         width: parent.width
-        spacing: 18
+        spacing: 16
 
         Title {
             text: panel.name
@@ -52,7 +52,7 @@ Panel {
         }
         Label {
             width: parent.width
-            text: qsTr("Tous les autres réglages : « vorle reglages » dans un terminal.")
+            text: qsTr("Tous les autres réglages : « vorle reglages » dans un terminal.")
             color: Theme.inkFaint
             font.pixelSize: Theme.textNote
         }

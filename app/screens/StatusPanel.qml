@@ -11,7 +11,7 @@ Window {
     readonly property var run: shell.run
     readonly property int waiting: shell.inbox.count
     // Why there is no result, the result, or when the last one was.
-    readonly property string lastWord: run.lastError.length > 0 ? run.lastError : run.lastResultText.length > 0 ? run.lastResultText : run.lastRunText.length > 0 ? qsTr("Dernière fouille : %1").arg(run.lastRunText) : qsTr("Je n’ai pas encore fouillé.")
+    readonly property string lastWord: run.lastError.length > 0 ? run.lastError : run.lastResultText.length > 0 ? run.lastResultText : run.lastRunText.length > 0 ? qsTr("Dernière fouille : %1").arg(run.lastRunText) : qsTr("Je n’ai pas encore fouillé.")
 
     signal openAsked
     signal addAsked

@@ -22,7 +22,7 @@ FocusScope {
     property string searchKeys: ""
     property string backKeys: ""
     property string forthKeys: ""
-    property alias header: extra.data
+    property alias header: head.below
     // The chosen topic. The view follows it, a frame later: keys may come faster than frames.
     property string currentId: ""
     property int currentRow: -1
@@ -96,9 +96,10 @@ FocusScope {
         follow(); // keys may come faster than frames
         return currentId !== "" && shownId === currentId && (enlarged || sight.ready());
     }
-    // A link that is still being read can only be sent away.
-    function actionsOf(pending: bool): var {
-        return pending ? actions.filter(each => each.action === KeyboardMap.Dismiss) : actions;
+    // A link that waits to be judged can only be sent away, or tried again once that failed.
+    function actionsOf(pending: bool, problem: string): var {
+        const again = problem.length > 0 ? [{ text: qsTr("Réessayer"), keys: "", action: KeyboardMap.ReadAgain, primary: true }] : [];
+        return pending ? again.concat(actions.filter(each => each.action === KeyboardMap.Dismiss)) : actions;
     }
     // After a change of the list: the chosen topic stays chosen; where it is gone, the one that
     // took its place is.
@@ -189,105 +190,98 @@ FocusScope {
             from.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
         }
     }
-    Item {
-        id: head
+    // Behind the page it is seen through its coming and going, and not come upon.
+    Curtain {
+        anchors.fill: parent
+        drawn: root.enlarged
         enabled: !root.enlarged
-        x: Theme.margin
-        width: parent.width - 2 * Theme.margin
-        height: titles.implicitHeight + (extra.height > 0 ? extra.height + 20 : 0)
+        Accessible.role: Accessible.Grouping
+        Accessible.name: root.title
 
         SectionHead {
-            id: titles
-            width: parent.width
+            id: head
+            x: Theme.margin
+            width: parent.width - 2 * Theme.margin
             title: root.title
             subtitle: root.subtitle
             searchKeys: root.searchKeys
             onSearchAsked: root.searchAsked()
         }
-        Item {
-            id: extra
-            y: titles.implicitHeight + 14
-            width: parent.width
-            height: children.length > 0 && children[0].visible ? children[0].implicitHeight : 0
+        ListView {
+            id: list
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: head.bottom
+            anchors.bottom: hintLine.top
+            anchors.topMargin: 12
+            leftMargin: Theme.margin
+            rightMargin: Theme.margin
+            bottomMargin: 24
+            clip: true
+            model: root.model
+            spacing: 0
+            boundsBehavior: Flickable.StopAtBounds
+            keyNavigationEnabled: false
+            highlightFollowsCurrentItem: false // the view moves as `sight` has it
+            cacheBuffer: 400
+            reuseItems: false
+            visible: count > 0 || root.shownGhost !== null
+            Accessible.role: Accessible.List
+            Accessible.name: root.title
+            section.property: root.headings ? "section" : ""
+            section.criteria: ViewSection.FullString
+            section.delegate: ListHeading {
+                name: section
+                width: root.cardWidth
+            }
+            T.ScrollBar.vertical: ScrollLine {}
+            onCountChanged: root.followSoon()
+
+            footer: LastGhost {
+                width: root.cardWidth
+                ghost: root.shownGhost
+                undoKeys: root.undoKeys
+                onUndo: root.undoAsked()
+            }
+            delegate: TopicRow {
+                width: root.cardWidth
+                shownId: root.shownId
+                ghost: root.shownGhost
+                still: root.goneId !== ""
+                tight: list.height < 440
+                held: root.held || topicId === root.goneId
+                actions: root.actionsOf(model.pendingCapture, model.captureProblem)
+                undoKeys: root.undoKeys
+                onOpened: card => root.openCard = card
+                onDropped: card => root.forget(card)
+                onChosen: { root.goTo(index); root.focusContent(); }
+                onEnlarged: { root.goTo(index); root.enlarged = true; }
+                onAct: action => root.act(action)
+                onUndoAsked: root.undoAsked()
+            }
+        }
+        EmptyState {
+            anchors.fill: parent
+            anchors.topMargin: head.height
+            visible: list.count === 0 && root.shownGhost === null
+            title: root.emptyTitle
+            text: root.emptyText
+            buttons: root.emptyActions
+            onAct: action => root.emptyAct(action)
+        }
+        HintLine {
+            id: hintLine
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            text: root.hint
+            visible: list.count > 0 || root.shownGhost !== null
         }
     }
-
-    ListView {
-        id: list
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.top: head.bottom
-        anchors.bottom: hintLine.top
-        anchors.topMargin: 12
-        leftMargin: Theme.margin
-        rightMargin: Theme.margin
-        bottomMargin: 24
-        clip: true
-        enabled: !root.enlarged
-        model: root.model
-        spacing: 0
-        boundsBehavior: Flickable.StopAtBounds
-        keyNavigationEnabled: false
-        highlightFollowsCurrentItem: false // the view moves as `sight` has it
-        cacheBuffer: 400
-        reuseItems: false
-        visible: count > 0 || root.shownGhost !== null
-        Accessible.role: Accessible.List
-        Accessible.name: root.title
-        section.property: root.headings ? "section" : ""
-        section.criteria: ViewSection.FullString
-        section.delegate: ListHeading {
-            name: section
-            width: root.cardWidth
-        }
-        T.ScrollBar.vertical: ScrollLine {}
-        onCountChanged: root.followSoon()
-
-        footer: LastGhost {
-            width: root.cardWidth
-            ghost: root.shownGhost
-            undoKeys: root.undoKeys
-            onUndo: root.undoAsked()
-        }
-        delegate: TopicRow {
-            width: root.cardWidth
-            shownId: root.shownId
-            ghost: root.shownGhost
-            still: root.goneId !== ""
-            tight: list.height < 440
-            held: root.held || topicId === root.goneId
-            actions: root.actionsOf(model.pendingCapture)
-            undoKeys: root.undoKeys
-            onOpened: card => root.openCard = card
-            onDropped: card => root.forget(card)
-            onChosen: { root.goTo(index); root.focusContent(); }
-            onEnlarged: { root.goTo(index); root.enlarged = true; }
-            onAct: action => root.act(action)
-            onUndoAsked: root.undoAsked()
-        }
-    }
-
     CardSight {
         id: sight
         list: list
         lead: root.headings ? 44 : 4 // its heading stays in sight
-    }
-    EmptyState {
-        anchors.fill: parent
-        anchors.topMargin: head.height
-        visible: list.count === 0 && root.shownGhost === null
-        title: root.emptyTitle
-        text: root.emptyText
-        buttons: root.emptyActions
-        onAct: action => root.emptyAct(action)
-    }
-    HintLine {
-        id: hintLine
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.bottom: parent.bottom
-        text: root.hint
-        visible: list.count > 0 || root.shownGhost !== null
     }
     ReadingPlace {
         id: reading

@@ -31,12 +31,12 @@ void end(AppConnection &caller, ExitStatus status) {
 const cli::Command &commandFor(const AppCommand &asked) {
     const cli::Command *command = cli::commandNamed(asked.words.value(0));
     if (command == nullptr) {
-        throw cli::Failure(French::tr("Commande inconnue : %1").arg(asked.words.value(0)),
+        throw cli::Failure(French::tr("Commande inconnue\u00A0: %1").arg(asked.words.value(0)),
                            ExitStatus::Usage);
     }
     if (!command->throughApp) {
         throw cli::Failure(French::tr("vorle est ouvert, et cette commande veut tes sujets "
-                                      "pour elle seule : quitte-le d’abord."));
+                                      "pour elle seule\u00A0: quitte-le d’abord."));
     }
     return *command;
 }

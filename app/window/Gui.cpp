@@ -297,7 +297,8 @@ private:
 
 int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo) {
     if (!hasScreen()) {
-        complain(French::tr("Il n’y a pas d’écran ici. Les commandes marchent sans : vorle aide"));
+        complain(
+            French::tr("Il n’y a pas d’écran ici. Les commandes marchent sans\u00A0: vorle aide"));
         return 1;
     }
     QApplication qt(argc, argv);

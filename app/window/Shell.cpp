@@ -6,12 +6,14 @@
 #include "base/SystemErrorText.h"
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"
+#include "core/NumberText.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/LinkOpener.h"
 #include "platform/Pasteboard.h"
 
 #include <QUrl>
 
+#include <algorithm>
 #include <utility>
 
 namespace vorle {
@@ -36,16 +38,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
     m_page = std::make_unique<TopicPage>(store, app.notes(), app.briefs(), app.clock());
     m_capture = &app.capture();
-    connect(m_capture, &LinkCapture::failed, this, [this](const QUuid &id, const QString &text) {
-        m_inbox->setCaptureProblem(id, shownWords(text));
-        tell(Matter::Capture,
-             tr("Un lien que tu as ajouté attend encore : %1 Tu peux réessayer depuis sa carte.")
-                 .arg(text));
-    });
-    connect(m_capture, &LinkCapture::completed, this, [this](const QUuid &id) {
-        m_inbox->setCaptureProblem(id, {});
-        noLonger(Matter::Capture);
-    });
+    follow(*m_capture);
     follow(app.briefs());
     // A link dismissed before it was read, and taken back, still wants to be read.
     connect(m_decisions.get(), &Decisions::undone, this,
@@ -69,6 +62,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     connect(&store, &TopicStore::saved, this, [this] { noLonger(Matter::Save); });
     connect(&preferences, &Preferences::saveFailed, this,
             [this](const QString &text) { tell(Matter::SettingsFile, text); });
+    connect(&preferences, &Preferences::saved, this, [this] { noLonger(Matter::SettingsFile); });
     // Taken up by a command too.
     connect(&store, &TopicStore::topicsReset, this, [this] { noLonger(Matter::Found); });
     QStringList found;
@@ -119,7 +113,7 @@ void Shell::changeSetting(const QString &key, const QVariant &value) {
 
 void Shell::openLink(const QString &url) {
     if (!m_parts.links.open(QUrl(url, QUrl::StrictMode))) {
-        Q_EMIT said(tr("Je n’ai pas pu ouvrir ce lien."));
+        say(tr("Je n’ai pas pu ouvrir ce lien."));
     }
 }
 
@@ -155,7 +149,7 @@ void Shell::takeRemedy() {
         const auto readable = m_parts.app.store().readable();
         const qsizetype entries = readable ? readable->entries() : 0;
         if (const qsizetype kept = m_parts.app.store().repair(); kept > 0) {
-            Q_EMIT said(repairedText(kept, entries));
+            say(repairedText(kept, entries));
         }
         return;
     }
@@ -163,7 +157,7 @@ void Shell::takeRemedy() {
     if (matter == Matter::Save) {
         m_parts.app.store().save();
     } else if (matter == Matter::Capture) {
-        m_capture->resume();
+        readAgain();
     }
 }
 
@@ -188,7 +182,7 @@ Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic
         self->tell(Matter::FirstStep, problem); // whole, and until it was read
     }
     if (!word.isEmpty()) {
-        Q_EMIT self->said(word);
+        self->say(word);
     }
 }
 
@@ -239,7 +233,7 @@ QString Shell::addLink(const QString &url, const QString &note) {
     const auto taken =
         m_capture->take({.url = url, .title = {}, .note = note, .project = std::nullopt});
     const auto *refusal = std::get_if<LinkCapture::Refusal>(&taken);
-    return refusal != nullptr ? refusal->text : QString();
+    return refusal != nullptr ? shownWords(refusal->text) : QString();
 }
 
 void Shell::refresh() {
@@ -248,12 +242,7 @@ void Shell::refresh() {
     followAgent();
 }
 
-void Shell::readAgain() {
-    for (const TopicPtr &topic : m_parts.app.store().topics(TopicStatus::Pending)) {
-        m_inbox->setCaptureProblem(topic->id, {});
-    }
-    m_capture->resume();
-}
+void Shell::readAgain() { m_capture->resume(); }
 
 Task<> Shell::stopped() {
     m_capture->stop();
@@ -262,6 +251,50 @@ Task<> Shell::stopped() {
     while (m_capture->running() || m_parts.app.briefs().running()) {
         co_await sleepFor(std::chrono::milliseconds(20));
     }
+}
+
+/// What a captured link's state says goes to its card, and all that failed together to the notice.
+void Shell::follow(LinkCapture &capture) {
+    connect(&capture, &LinkCapture::failed, this, [this](const QUuid &id) {
+        m_failedLinks.removeOne(id);
+        m_failedLinks.append(id);
+        tell(Matter::Capture, failedLinksText());
+    });
+    connect(&capture, &LinkCapture::stateChanged, this, [this](const QUuid &id) {
+        m_inbox->setCaptureProblem(id, shownWords(m_capture->failureText(id)));
+        dropSettledLinks();
+    });
+    // One that was decided on meanwhile waits no longer.
+    const TopicStore &store = m_parts.app.store();
+    connect(&store, &TopicStore::topicChanged, this, &Shell::dropSettledLinks);
+    connect(&store, &TopicStore::topicsReset, this, &Shell::dropSettledLinks);
+}
+
+void Shell::dropSettledLinks() {
+    const auto gone = m_failedLinks.removeIf(
+        [this](const QUuid &id) { return m_capture->state(id) != LinkCapture::State::Failed; });
+    const auto told = std::ranges::find(m_notices, Matter::Capture, &Notice::matter);
+    if (gone == 0 || told == m_notices.end()) {
+        return; // one that was put away does not come back for it
+    }
+    if (m_failedLinks.isEmpty()) {
+        noLonger(Matter::Capture);
+    } else {
+        told->text = shownWords(failedLinksText()); // in its place among the others
+        Q_EMIT noticeChanged();
+    }
+}
+
+/// The latest reason stands for all: mostly it is the same one.
+QString Shell::failedLinksText() const {
+    const QString why = m_capture->failureText(m_failedLinks.last());
+    return m_failedLinks.size() == 1
+               ? tr("Un lien que tu as ajouté attend encore\u00A0: %1 Tu peux réessayer depuis sa "
+                    "carte.")
+                     .arg(why)
+               : tr("%1 liens que tu as ajoutés attendent encore\u00A0: %2 Tu peux réessayer "
+                    "depuis la carte de l’un d’eux.")
+                     .arg(numberText(m_failedLinks.size()), why);
 }
 
 void Shell::follow(BriefWriter &briefs) {
@@ -293,9 +326,11 @@ void Shell::showBriefStates() {
 
 void Shell::tell(Matter matter, const QString &text) {
     erase_if(m_notices, [matter](const Notice &each) { return each.matter == matter; });
-    m_notices.append({matter, text});
+    m_notices.append({matter, shownWords(text)});
     Q_EMIT noticeChanged();
 }
+
+void Shell::say(const QString &sentence) { Q_EMIT said(shownWords(sentence)); }
 
 void Shell::noLonger(Matter matter) {
     if (erase_if(m_notices, [matter](const Notice &each) { return each.matter == matter; }) > 0) {

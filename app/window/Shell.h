@@ -148,6 +148,9 @@ Q_SIGNALS:
     void said(const QString &sentence);
 
 private:
+    void follow(LinkCapture &capture);
+    void dropSettledLinks();
+    QString failedLinksText() const;
     void follow(BriefWriter &briefs);
     void showBriefStates();
     void followAgent();
@@ -166,6 +169,7 @@ private:
     };
     void tell(Matter matter, const QString &text);
     void noLonger(Matter matter);
+    void say(const QString &sentence);
 
     static Task<> launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic);
 
@@ -187,6 +191,7 @@ private:
     std::unique_ptr<ReportModel> m_report;
     std::unique_ptr<TopicPage> m_page;
     LinkCapture *m_capture = nullptr; // the application's
+    QList<QUuid> m_failedLinks;       // captured links that wait after a failure, the latest last
 };
 
 } // namespace vorle

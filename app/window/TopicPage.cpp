@@ -98,7 +98,7 @@ QVariantMap TopicPage::brief() const {
             {QStringLiteral("sources"), sources}};
 }
 
-QString TopicPage::briefFailure() const { return m_briefs.failureText(m_id); }
+QString TopicPage::briefFailure() const { return shownWords(m_briefs.failureText(m_id)); }
 
 void TopicPage::askBrief() {
     if (m_topic) {

@@ -31,6 +31,8 @@ class TopicPage final : public QObject {
     Q_PROPERTY(QVariantList facts READ facts NOTIFY topicChanged FINAL)
     /// Why the last try at reading notes failed, in the agent's own words; "" when it did not.
     Q_PROPERTY(QString briefFailure READ briefFailure NOTIFY briefFailureChanged FINAL)
+    /// Whether its score is the user's own.
+    Q_PROPERTY(bool corrected READ corrected NOTIFY topicChanged FINAL)
     Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY topicChanged FINAL)
     /// {essentials, details: lists of {title, body, code}, project, unclear: list of strings,
     /// sources: list of {title, url, address, adds}}; empty lists without reading notes.
@@ -48,6 +50,7 @@ public:
     QVariantList grades() const;
     QString scoreTitle() const { return m_score.title; }
     QVariantList facts() const;
+    bool corrected() const { return m_topic && m_topic->correction.has_value(); }
     bool hasBrief() const { return m_topic && m_topic->brief.has_value(); }
     QString briefFailure() const;
     QVariantMap brief() const;

@@ -2,6 +2,7 @@
 
 #include "app/models/RunModel.h"
 #include "app/models/TopicListModel.h"
+#include "core/NumberText.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -109,13 +110,13 @@ void Tray::refresh() {
     phase.replace(u'&', QStringLiteral("&&")); // no key of the menu's
     m_next->setText(m_run.running()  ? phase
                     : next.isEmpty() ? tr("Aucune fouille prévue")
-                                     : tr("Prochaine fouille : %1").arg(next));
+                                     : tr("Prochaine fouille\u00A0: %1").arg(next));
     m_search->setText(m_run.running() ? tr("Arrêter la fouille") : tr("Fouiller maintenant"));
     const int waiting = m_inbox.count();
     m_item.setIcon(picture(waiting));
     m_item.setToolTip(waiting == 0   ? tr("vorle, rien à trier")
                       : waiting == 1 ? tr("vorle, 1 sujet à trier")
-                                     : tr("vorle, %1 sujets à trier").arg(waiting));
+                                     : tr("vorle, %1 sujets à trier").arg(numberText(waiting)));
 }
 
 } // namespace vorle

@@ -162,8 +162,10 @@ TEST_F(SettingsFileTest, carries_a_failed_write_with_the_next_one) {
     Preferences preferences = open();
     fill(folder, "a file where the folder should be");
     QStringList told;
+    int mended = 0;
     QObject::connect(&preferences, &Preferences::saveFailed,
                      [&](const QString &text) { told += text; });
+    QObject::connect(&preferences, &Preferences::saved, [&] { ++mended; });
     preferences.change(&Settings::weeklyMinutes, 60);
     EXPECT_FALSE(preferences.flush());
     EXPECT_EQ(preferences.settings().weeklyMinutes, 60);
@@ -174,8 +176,13 @@ TEST_F(SettingsFileTest, carries_a_failed_write_with_the_next_one) {
     EXPECT_EQ(preferences.settings().weeklyMinutes, 60) << "what waits for the disk is not lost";
     QFile::remove(folder);
     preferences.change(&Settings::proposeTab, false);
+    EXPECT_EQ(mended, 0);
     EXPECT_TRUE(preferences.flush());
     EXPECT_FALSE(preferences.writeError());
+    preferences.change(&Settings::proposeTab, true);
+    preferences.change(&Settings::proposeTab, false);
+    EXPECT_TRUE(preferences.flush());
+    EXPECT_EQ(mended, 1) << "told once, as the failure was";
     EXPECT_EQ(onDisk(), (QJsonObject{{QStringLiteral("proposeTab"), false},
                                      {QStringLiteral("weeklyMinutes"), 60}}));
 }

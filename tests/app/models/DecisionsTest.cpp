@@ -72,14 +72,14 @@ TEST_F(DecisionsTest, refuse_what_they_do_not_know) {
 
 TEST_F(DecisionsTest, say_what_was_undone_and_redone) {
     decisions.dismiss(id);
-    EXPECT_EQ(decisions.undo(), QStringLiteral("«\u00A0Vite 8\u00A0» revient dans À trier"));
-    EXPECT_EQ(decisions.redo(), QStringLiteral("«\u00A0Vite 8\u00A0» est de nouveau écarté"));
+    EXPECT_EQ(decisions.undo(), QStringLiteral("«\u202FVite 8\u202F» revient dans À trier"));
+    EXPECT_EQ(decisions.redo(), QStringLiteral("«\u202FVite 8\u202F» est de nouveau écarté"));
     decisions.undo();
     decisions.done(id);
     EXPECT_FALSE(decisions.canRedo()); // a new decision ends what could be redone
     decisions.verdict(id, QStringLiteral("gem"));
-    EXPECT_EQ(decisions.undo(), QStringLiteral("«\u00A0Vite 8\u00A0» n’a plus d’avis"));
-    EXPECT_EQ(decisions.redo(), QStringLiteral("«\u00A0Vite 8\u00A0» a de nouveau l’avis Pépite"));
+    EXPECT_EQ(decisions.undo(), QStringLiteral("«\u202FVite 8\u202F» n’a plus d’avis"));
+    EXPECT_EQ(decisions.redo(), QStringLiteral("«\u202FVite 8\u202F» a de nouveau l’avis Pépite"));
 }
 
 TEST_F(DecisionsTest, undo_leaves_alone_what_was_written_or_moved_meanwhile) {
@@ -113,7 +113,7 @@ TEST_F(DecisionsTest, scores_and_notes_are_taken_back_in_the_order_they_came) {
     EXPECT_TRUE(decisions.setNote(id, QString()));
 
     const auto name = [](const char *rest) {
-        return QString::fromUtf8("«\u00A0Vite 8\u00A0» ") + QString::fromUtf8(rest);
+        return QString::fromUtf8("«\u202FVite 8\u202F» ") + QString::fromUtf8(rest);
     };
     EXPECT_EQ(decisions.undo(), name("retrouve ce que tu y avais écrit"));
     EXPECT_EQ(note(), QStringLiteral("le soir"));

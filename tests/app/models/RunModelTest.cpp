@@ -116,7 +116,7 @@ TEST_F(RunModelTest, runs_and_tells_what_came_of_it) {
     model->start(); // one at a time
     untilEnded();
     EXPECT_EQ(model->lastError(), QString());
-    EXPECT_EQ(model->lastResultText(), text("1 nouveau sujet dans «\u00A0À trier\u00A0»."));
+    EXPECT_EQ(model->lastResultText(), text("1 nouveau sujet dans «\u202FÀ trier\u202F»."));
     EXPECT_GT(steps, 2);
     EXPECT_EQ(counts, text("1 lien, 1 lu, 1 jugé"));
     EXPECT_DOUBLE_EQ(last, 1);
@@ -232,6 +232,15 @@ TEST_F(RunModelTest, shows_the_territory_as_it_changes) {
     EXPECT_EQ(territory.index(1).data(TerritoryModel::Weight), 5);
     EXPECT_EQ(territory.index(2).data(TerritoryModel::Weight), Preferences::defaultWeight);
     EXPECT_EQ(territory.index(3).data(TerritoryModel::Name), text("crypto"));
+    // What is named by hand or by a file keeps to its line, and hides nothing.
+    const QString sly = text("Tira\u202Evue\n\x1b[2J ; fin");
+    preferences.change(&Settings::projects, {{sly, folder.path()}});
+    preferences.change(&Settings::projectDescriptions, {{sly, sly}});
+    EXPECT_EQ(territory.index(0).data(TerritoryModel::Name), text("Tiravue [2J\u202F; fin"));
+    EXPECT_TRUE(territory.index(0)
+                    .data(TerritoryModel::Detail)
+                    .toString()
+                    .startsWith(text("Tiravue [2J\u202F; fin")));
 }
 
 } // namespace

@@ -143,7 +143,7 @@ TEST(TopicSearch, answers_the_newest_query_and_follows_what_is_decided) {
     EXPECT_EQ(search.index(0).data(TopicSearch::Title), text("Rust"));
     search.setQuery(text("rien du tout"));
     spinUntil([&] { return !search.busy(); });
-    EXPECT_EQ(search.statusText(), text("Rien trouvé pour «\u00A0rien du tout\u00A0»."));
+    EXPECT_EQ(search.statusText(), text("Rien trouvé pour «\u202Frien du tout\u202F»."));
     search.setQuery(QString());
     EXPECT_EQ(search.count(), 0);
 }

@@ -119,7 +119,7 @@ TEST_F(SectionsTest, have_a_page_where_there_is_nothing) {
                            "urgence et par note."));
     EXPECT_TRUE(sections.emptyActions().isEmpty());
     sections.setCurrent(Section::Reserve);
-    EXPECT_EQ(page(), text("Rien en réserve.|Les sujets mis de côté avec «\u00A0Plus tard\u00A0» "
+    EXPECT_EQ(page(), text("Rien en réserve.|Les sujets mis de côté avec «\u202FPlus tard\u202F» "
                            "t’attendent ici. Je te les ressors quand ils bougent."));
     sections.setCurrent(Section::Library);
     EXPECT_EQ(page(), text("Ta bibliothèque est vide.|Les sujets que tu termines dans ton "

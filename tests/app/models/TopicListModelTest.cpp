@@ -183,6 +183,7 @@ TEST(TopicListModel, words_a_card) {
         {Model::BriefState, QString()},
         {Model::PendingCapture, false},
         {Model::CaptureProblem, QString()},
+        {Model::CaptureText, QString()},
     };
     for (const auto &[role, value] : cases) {
         EXPECT_EQ(inbox.value(0, role), value) << inbox.roleNames().value(role).toStdString();
@@ -196,6 +197,10 @@ TEST(TopicListModel, words_a_card) {
     // What hides in words of others, or turns them round, is not shown.
     EXPECT_EQ(kindLabel(QStringLiteral(" pod\u202Ecast ")), QStringLiteral("Podcast"));
     EXPECT_EQ(kindLabel(std::nullopt), QString());
+    EXPECT_EQ(releasedText(1430), QStringLiteral("1\u202F430 sujets d’une fouille interrompue "
+                                                 "rejoignent «\u202FÀ trier\u202F»."));
+    EXPECT_EQ(repairedText(1430, 12000),
+              QStringLiteral("1\u202F430 sujets repris sur 12\u202F000."));
     EXPECT_EQ(inbox.roleNames().value(Model::Section), "section");
     EXPECT_EQ(inbox.value(1, Model::Title), QVariant());
 }

@@ -191,7 +191,7 @@ TEST_F(CommandDoorTest, refuses_what_it_does_not_do_for_others) {
         const char *said;
     } cases[] = {
         {"", 2, "Commande inconnue"},
-        {"effacer tout", 2, "Commande inconnue : effacer"},
+        {"effacer tout", 2, "Commande inconnue\u00A0: effacer"},
         {"calibrer --reprendre", 1, "vorle est ouvert"},
         {"reglages radius 2", 1, "vorle est ouvert"},
         {"trier ab11", 2, "Usage : vorle trier"},

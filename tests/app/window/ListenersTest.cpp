@@ -93,10 +93,21 @@ protected:
         });
         return texts;
     }
-    const QQuickItem *itemSaying(const QString &words) {
+    static bool isWithin(const QQuickItem *item, QByteArrayView type) {
+        while (item != nullptr &&
+               !QByteArrayView(item->metaObject()->className()).startsWith(type)) {
+            item = item->parentItem();
+        }
+        return item != nullptr;
+    }
+    /// The last item of that text, within one of that type where it is named.
+    const QQuickItem *itemSaying(const QString &words, QByteArrayView type = {}) {
         const QQuickItem *found = nullptr;
         visit([&](const QQuickItem &item) {
-            found = item.property("text").toString() == words ? &item : found;
+            if (item.property("text").toString() == words &&
+                (type.isEmpty() || isWithin(&item, type))) {
+                found = &item;
+            }
         });
         return found;
     }
@@ -156,7 +167,7 @@ TEST_F(ListenersTest, moves_decisions_and_undo_are_told_to_who_listens) {
     EXPECT_TRUE(hears("said: Gardé · Programme. Sujet 8"));
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        return !heard.filter(text("said: «\u00A0Sujet 8\u00A0»")).isEmpty();
+        return !heard.filter(text("said: «\u202FSujet 8\u202F»")).isEmpty();
     })) << heard.join(u'\n').toStdString();
     heard.clear();
     press(Qt::Key_Space);
@@ -186,6 +197,23 @@ TEST_F(ListenersTest, what_lies_behind_a_panel_is_not_come_upon_and_looks_as_eve
             EXPECT_EQ(item.opacity(), 1) << item.property("text").toString().toStdString();
         }
     });
+    press(Qt::Key_Escape);
+    QTest::qWait(200);
+    EXPECT_EQ(named(), before);
+}
+
+TEST_F(ListenersTest, what_lies_behind_the_page_is_not_come_upon) {
+    add(9);
+    add(8);
+    open();
+    QAccessible::setActive(true);
+    const QStringList before = named();
+    EXPECT_THAT(before, Contains(text("Note 8 sur 10. Sujet 8")));
+    EXPECT_THAT(before, Contains(text("Rechercher")));
+    press(Qt::Key_Space);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return named().contains(text("Réduire")); }));
+    EXPECT_THAT(named(), Not(Contains(text("Note 8 sur 10. Sujet 8"))));
+    EXPECT_THAT(named(), Not(Contains(text("Rechercher"))));
     press(Qt::Key_Escape);
     QTest::qWait(200);
     EXPECT_EQ(named(), before);
@@ -249,13 +277,25 @@ TEST_F(ListenersTest, a_page_shows_all_that_is_known_cleanly_and_lets_its_words_
     EXPECT_EQ(code->property("font").value<QFont>().family(), text("monospace"));
 
     // Marked with the mouse, copied with the keyboard, and the keys still decide.
-    const QQuickItem *title = itemSaying(text("Faille dans undici"));
-    ASSERT_NE(title, nullptr);
-    const QPoint at = title->mapToScene(QPointF(4, 12)).toPoint();
-    QTest::mouseDClick(&window(), Qt::LeftButton, {}, at);
-    QCoreApplication::processEvents();
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), text("Faille"));
+    const std::pair<const char *, const char *> texts[] = {
+        {"Faille dans undici", "Faille"},
+        {"undici 7.12.0 → 7.18.1", "undici"},
+        {"À faire maintenant. La faille sert.", "À"},
+        {"Effort", "Effort"},
+        {"page lue", "page"},
+    };
+    for (const auto &[words, first] : texts) {
+        const QQuickItem *item = itemSaying(text(words), "ReadingPage_");
+        ASSERT_NE(item, nullptr) << words;
+        for (int i = 0; i < 40 && item->mapToScene({0, 30}).y() > window().height() - 100; ++i) {
+            press(Qt::Key_Down);
+        }
+        const QPoint at = item->mapToScene(QPointF(4, 12)).toPoint();
+        QTest::mouseDClick(&window(), Qt::LeftButton, {}, at);
+        QCoreApplication::processEvents();
+        press(Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), text(first));
+    }
     press(Qt::Key_G);
     EXPECT_EQ(m_app->store().topics(TopicStatus::Program).size(), 1);
 }
@@ -269,6 +309,16 @@ TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_
     ASSERT_TRUE(QTest::qWaitFor([&] {
         return !problem().isEmpty() && itemSaying(problem()) != nullptr;
     })) << shownTexts().join(u'\n').toStdString();
+    // Nothing is being read: it is not said to be, on its card or on its page.
+    for (const char *place : {"TopicCard_", "ReadingPage_"}) {
+        EXPECT_NE(itemSaying(problem(), place), nullptr) << place;
+        EXPECT_NE(itemSaying(text("Réessayer"), place), nullptr) << place;
+        press(Qt::Key_G);
+        EXPECT_TRUE(shownTexts().filter(text("Je lis encore")).isEmpty());
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return !shownTexts().filter(text("Je n’ai pas encore pu juger")).isEmpty(); }));
+        press(Qt::Key_Space);
+    }
     // Taking back what has nothing to do with it asks nothing of the agent again.
     const QSignalSpy asked(&m_app->capture(), &LinkCapture::stateChanged);
     add(1);
@@ -281,16 +331,7 @@ TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_
     press(Qt::Key_Home);
     const QSignalSpy told(m_shell->inbox(), &TopicListModel::dataChanged);
     // The card's own button: the banner over the list has one of that name too.
-    const QQuickItem *again = nullptr;
-    visit([&](const QQuickItem &item) {
-        for (const QQuickItem *above = &item;
-             above != nullptr && item.property("text").toString() == text("Réessayer");
-             above = above->parentItem()) {
-            if (QByteArrayView(above->metaObject()->className()).startsWith("TopicCard_")) {
-                again = &item;
-            }
-        }
-    });
+    const QQuickItem *again = itemSaying(text("Réessayer"), "TopicCard_");
     while (again != nullptr && !again->inherits("QQuickAbstractButton")) {
         again = again->parentItem();
     }

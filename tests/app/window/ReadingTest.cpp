@@ -1,6 +1,8 @@
 #include "briefs/BriefWriter.h"
 #include "tests/app/window/OpenWindow.h"
 
+#include <QRegularExpression>
+
 #include <gmock/gmock.h>
 
 namespace vorle {
@@ -119,6 +121,12 @@ TEST_F(ReadingTest, a_score_is_corrected_and_given_back_without_inventing_one) {
     press(Qt::Key_6);
     press(Qt::Key_Return);
     ASSERT_TRUE(correction(none));
+    QMetaObject::invokeMethod(&window(), "showTopic", Q_ARG(int, int(Section::Inbox)),
+                              Q_ARG(QString, none));
+    press(Qt::Key_Space);
+    EXPECT_THAT(shownTexts(), Contains(text("Revoir ma note"))) << "it is a score of one's own";
+    press(Qt::Key_Space);
+    press(Qt::Key_Home);
     ask(none);
     EXPECT_TRUE(shownTexts().filter(text("J’avais mis")).isEmpty());
     click(text("Retirer ma note"));
@@ -161,7 +169,8 @@ TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
     store().add({link});
     open();
     ASSERT_EQ(chosen(), link.title);
-    for (int i = 0; i < 2; ++i) { // on its card, then on its page
+    shell().inbox()->setCaptureProblem(link.id, {}); // no agent is there to read it
+    for (int i = 0; i < 2; ++i) {                    // on its card, then on its page
         EXPECT_EQ(buttonAt(text("Garder")).y(), -1);
         EXPECT_EQ(buttonAt(text("Plus tard")).y(), -1);
         EXPECT_GE(buttonAt(text("Pas pour moi")).y(), 0);
@@ -214,6 +223,95 @@ TEST_F(ReadingTest, the_banner_says_what_holds_and_leads_to_what_helps) {
     m_links.takes = true;
     press(Qt::Key_Return, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([this] { return shell().notice().isEmpty(); }, 5000));
+}
+
+TEST_F(ReadingTest, what_is_told_goes_once_it_holds_no_longer) {
+    open();
+    Q_EMIT m_app->preferences().saveFailed(text("Le réglage n’a pas pu être enregistré : plein."));
+    EXPECT_EQ(shell().notice(), text("Le réglage n’a pas pu être enregistré\u00A0: plein."));
+    Q_EMIT m_app->preferences().saved();
+    EXPECT_EQ(shell().notice(), QString());
+
+    // Links that could not be judged (no agent is there), until the last is judged or sent away.
+    const auto failed = [this](int count) {
+        return QTest::qWaitFor(
+            [&] {
+                int found = 0;
+                for (int row = 0; row < shell().inbox()->count(); ++row) {
+                    const auto why = shell().inbox()->value(row, TopicListModel::CaptureProblem);
+                    found += why.toString().isEmpty() ? 0 : 1;
+                }
+                return found == count;
+            },
+            20000);
+    };
+    for (const char *page : {"a", "b", "c"}) {
+        ASSERT_EQ(shell().addLink(text("http://127.0.0.1:9/") + text(page), {}), QString());
+    }
+    ASSERT_TRUE(failed(3));
+    EXPECT_TRUE(shell().notice().startsWith(text("3 liens que tu as ajoutés attendent encore")))
+        << shell().notice().toStdString();
+    const QList<TopicPtr> links = store().topics(TopicStatus::Pending);
+    Topic judged = *links.at(0);
+    judged.readLevel = ReadLevel::Full;
+    ASSERT_TRUE(store().completeCaptured(judged));
+    Q_EMIT m_app->capture().completed(judged.id);
+    EXPECT_TRUE(shell().notice().startsWith(text("2 liens que tu as ajoutés attendent encore")));
+    store().dismiss(links.at(1)->id);
+    EXPECT_TRUE(
+        shell().notice().startsWith(text("Un lien que tu as ajouté attend encore\u00A0: ")));
+
+    // Tried again, its card no longer says that it failed, until it fails again.
+    int cleared = 0;
+    QObject::connect(shell().inbox(), &TopicListModel::dataChanged, &window(), [&] {
+        const int row = shell().inbox()->rowOf(links.at(2)->id.toString());
+        cleared += shell().inbox()->value(row, TopicListModel::CaptureProblem).toString().isEmpty();
+    });
+    shell().takeRemedy();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !shell().notice().isEmpty(); }, 20000));
+    EXPECT_GE(cleared, 1);
+    store().dismiss(links.at(2)->id);
+    EXPECT_EQ(shell().notice(), QString());
+}
+
+TEST_F(ReadingTest, every_text_is_set_as_French_sets_it) {
+    fill();
+    open();
+    ASSERT_EQ(shell().addLink(text("http://127.0.0.1:9/a"), {}), QString());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !shell().notice().isEmpty(); }, 20000));
+    shell().page()->setTopicId(window().property("chosenId").toString());
+    shell().page()->askBrief();
+    m_app->preferences().change(&Settings::interests, {text("Rust")});
+    press(Qt::Key_R, Qt::ControlModifier); // fails: no agent is there
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !shell().run()->lastError().isEmpty(); }, 20000));
+    shell().addLink(text("pas un lien"), {});
+    QStringList said{shell().notice(), shell().run()->lastError(), shell().run()->lastErrorTitle(),
+                     shell().page()->briefFailure(), shell().run()->missedText()};
+    const auto hear = [&] {
+        // Those that can be marked tell of a no-break blank as of a plain one.
+        for (const QQuickItem *item :
+             shown([](const QQuickItem &each) { return each.inherits("QQuickText"); })) {
+            said += item->property("text").toString();
+        }
+    };
+    for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5, Qt::Key_6}) {
+        press(key, Qt::ControlModifier);
+        hear();
+        press(Qt::Key_Space);
+        hear();
+        press(Qt::Key_Escape);
+    }
+    for (const Qt::Key key : {Qt::Key_N, Qt::Key_Comma, Qt::Key_K}) {
+        press(key, Qt::ControlModifier);
+        hear();
+        press(Qt::Key_Escape);
+    }
+    EXPECT_GT(said.size(), 100);
+    static const QRegularExpression breaking(
+        QStringLiteral("(?<!\\s) (?=»|[;:!?]+(\\s|$))|« |\u00A0(?=[;!?»])"));
+    for (const QString &words : said) {
+        EXPECT_FALSE(breaking.match(words).hasMatch()) << words.toStdString();
+    }
 }
 
 TEST_F(ReadingTest, a_window_that_filled_the_screen_does_so_again) {

@@ -79,6 +79,26 @@ protected:
         send(0, Qt::ScrollEnd);
         QTest::qWait(400);
     }
+    /// Drags the bar beside the list by so many pixels; null where none can be seen.
+    QQuickItem *drag(int pixels) {
+        const auto bars =
+            shown([](const QQuickItem &item) { return isNamed(item, "ScrollLine_"); });
+        if (bars.isEmpty()) {
+            return nullptr;
+        }
+        QQuickItem *bar = bars.first();
+        const double handle = (bar->property("visualPosition").toDouble() +
+                               bar->property("visualSize").toDouble() / 2) *
+                              bar->height();
+        const QPoint at = bar->mapToScene({bar->width() / 2, handle}).toPoint();
+        QTest::mousePress(&window(), Qt::LeftButton, {}, at);
+        for (int step = 1; step <= 8; ++step) {
+            QTest::mouseMove(&window(), at + QPoint(0, pixels * step / 8), 16);
+        }
+        QTest::mouseRelease(&window(), Qt::LeftButton, {}, at + QPoint(0, pixels));
+        QTest::qWait(400);
+        return bar;
+    }
     qsizetype waiting() { return shell().inbox()->count(); }
 
 private:
@@ -172,6 +192,63 @@ TEST_F(SeenTest, what_is_not_in_view_is_shown_and_not_decided) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return seen(); }, 3000));
     click(QStringLiteral("Plus tard"));
     EXPECT_EQ(statusOf(topic), TopicStatus::Reserve);
+}
+
+TEST_F(SeenTest, a_bar_that_is_dragged_scrolls_by_hand_too) {
+    openSmall();
+    const QString topic = chosen();
+    ASSERT_NE(drag(200), nullptr);
+    EXPECT_FALSE(seen());
+    store().add(topics(QStringLiteral("Neuf"), 3, 5)); // what then changes brings nothing back
+    QTest::qWait(400);
+    EXPECT_FALSE(seen());
+    press(Qt::Key_G);
+    EXPECT_EQ(statusOf(topic), TopicStatus::Inbox);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return seen(); }, 3000));
+}
+
+TEST_F(SeenTest, the_smallest_window_shows_every_button_of_the_open_card) {
+    const auto words = [](const char *text) { return QString::fromUtf8(text).repeated(12); };
+    const std::pair<TopicStatus, int> sections[] = {{TopicStatus::Inbox, 3},
+                                                    {TopicStatus::Program, 4},
+                                                    {TopicStatus::Reserve, 5},
+                                                    {TopicStatus::Done, 5}};
+    for (const auto &[status, buttons] : sections) {
+        for (Topic topic : topics(QStringLiteral("Sujet"), 3, 8)) {
+            topic.status = status;
+            topic.title = words("un titre qui dit tout ");
+            topic.tldr = words("l’essentiel en une phrase ");
+            topic.why = words("tu t’en sers ");
+            topic.firstStep = words("lis la page ");
+            topic.dependency = QStringLiteral("undici");
+            topic.newVersion = QStringLiteral("7.18.1");
+            topic.doneAt = topic.foundAt;
+            store().add({topic});
+        }
+    }
+    open();
+    window().resize(window().minimumSize());
+    int key = Qt::Key_1;
+    for (const auto &[status, buttons] : sections) {
+        press(static_cast<Qt::Key>(key++), Qt::ControlModifier);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return openCard() != nullptr; }, 3000)) << key;
+        turn();
+        QQuickItem *card = openCard();
+        const QQuickItem &list = listOf(*card);
+        EXPECT_LE(card->height(), list.height()) << key;
+        EXPECT_TRUE(QTest::qWaitFor([this] { return seen(); }, 3000)) << key;
+        const double end = list.mapToScene({0, list.height()}).y();
+        const auto found = shown([&](const QQuickItem &item) {
+            return item.inherits("QQuickAbstractButton") && card->isAncestorOf(&item);
+        });
+        EXPECT_EQ(found.size(), buttons) << key;
+        for (const QQuickItem *button : found) {
+            const QRectF place = button->mapRectToScene({0, 0, button->width(), button->height()});
+            EXPECT_LE(place.bottom(), end) << key;
+            EXPECT_EQ(place.top(), found.first()->mapToScene({0, 0}).y()) << "in one row";
+            EXPECT_LE(place.right(), card->mapToScene({card->width(), 0}).x()) << key;
+        }
+    }
 }
 
 TEST_F(SeenTest, a_quick_hand_is_followed_while_the_cards_still_move) {

@@ -51,7 +51,7 @@ TEST_F(WindowTest, the_open_card_tells_its_own_story_after_every_change) {
         return QTest::qWaitFor([&] {
             const QStringList texts = shownTexts();
             return texts.filter(QStringLiteral("Pourquoi toi")) ==
-                   QStringList{QStringLiteral("Pourquoi toi : Raison %1").arg(score)};
+                   QStringList{QStringLiteral("Pourquoi toi\u00A0: Raison %1").arg(score)};
         });
     };
     EXPECT_TRUE(tells(9));
