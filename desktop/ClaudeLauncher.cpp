@@ -3,11 +3,11 @@
 #include "agents/AgentError.h"
 #include "agents/PromptText.h"
 #include "agents/TemporaryFiles.h"
+#include "base/French.h"
 #include "base/Json.h"
 #include "desktop/LaunchPrompt.h"
 #include "desktop/LaunchScript.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -22,8 +22,6 @@ constexpr qsizetype maxDetail = 300;
 constexpr char16_t claudeChat[] = u"https://claude.ai/new";
 constexpr char16_t chatGptChat[] = u"https://chatgpt.com/";
 
-QString tr(const char *text) { return QCoreApplication::translate("ClaudeLauncher", text); }
-
 void makeExecutable(const QString &path) {
     const auto everybody = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup |
                            QFile::ReadOther | QFile::ExeOther;
@@ -35,22 +33,23 @@ void makeExecutable(const QString &path) {
 } // namespace
 
 LaunchError LaunchError::terminalNotFound() {
-    return LaunchError(tr("le terminal choisi est introuvable."));
+    return LaunchError(French::tr("le terminal choisi est introuvable."));
 }
 
 LaunchError LaunchError::terminalFailed(const QString &detail) {
     const QString told = oneLine(detail, maxDetail);
-    return LaunchError(tr("Le Terminal n’a pas pu être ouvert : ") +
-                       (told.isEmpty() ? tr("il s’est arrêté aussitôt.") : told));
+    return LaunchError(French::tr("Le Terminal n’a pas pu être ouvert : ") +
+                       (told.isEmpty() ? French::tr("il s’est arrêté aussitôt.") : told));
 }
 
 LaunchError LaunchError::browserFailed() {
-    return LaunchError(tr("Le navigateur n’a pas pu être ouvert. La consigne est copiée."));
+    return LaunchError(French::tr("Le navigateur n’a pas pu être ouvert. La consigne est copiée."));
 }
 
 QString ClaudeLauncher::label() const {
     const AgentKind kind = m_parts.agents.choose();
-    return tr("Lancer dans %1 ou approfondir avec %2").arg(displayName(kind), chatName(kind));
+    return French::tr("Lancer dans %1 ou approfondir avec %2")
+        .arg(displayName(kind), chatName(kind));
 }
 
 std::optional<QString> ClaudeLauncher::folderOf(const Topic &topic) const {
@@ -66,7 +65,7 @@ ClaudeLauncher::Where ClaudeLauncher::placeOf(const Topic &topic) const {
 
 QString ClaudeLauncher::hint(Where where) const {
     return where == Where::Terminal ? QString()
-                                    : tr("La consigne est copiée : colle-la dans %1.")
+                                    : French::tr("La consigne est copiée : colle-la dans %1.")
                                           .arg(chatName(m_parts.agents.choose()));
 }
 
@@ -112,7 +111,7 @@ Task<> ClaudeLauncher::openTerminal(QString prompt, QString folder) const {
     const QFileInfo place(folder);
     if (!place.isDir()) {
         throw LaunchError::terminalFailed(
-            tr("le dossier du projet est introuvable (%1).").arg(folder));
+            French::tr("le dossier du projet est introuvable (%1).").arg(folder));
     }
     const QString agent = executable();
     TemporaryFile promptFile(u"vorle-launch-", u".txt");

@@ -1,16 +1,9 @@
 #include "search/Harvest.h"
 
+#include "base/French.h"
 #include "search/Links.h"
 
-#include <QCoreApplication>
-
 namespace vorle {
-
-namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("SearchRun", text); }
-
-} // namespace
 
 Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
                  CancelToken cancel)
@@ -271,7 +264,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     for (const QUuid &topic : pictured) {
         m_pictures.push_back(fetchPictures(topic));
     }
-    leave(unanswered, tr("L’IA n’a rien répondu pour ce lien."));
+    leave(unanswered, French::tr("L’IA n’a rien répondu pour ce lien."));
     m_book.tell();
 }
 

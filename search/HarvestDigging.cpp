@@ -1,10 +1,10 @@
 // The part of a harvest that digs: for the cards whose page could not be read, readable pages are
 // looked for, read and judged once more.
 
+#include "base/French.h"
 #include "search/Harvest.h"
 #include "search/Links.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 
 namespace vorle {
@@ -12,8 +12,6 @@ namespace vorle {
 namespace {
 
 constexpr qsizetype digCallsAtOnce = 2;
-
-QString tr(const char *text) { return QCoreApplication::translate("SearchRun", text); }
 
 /// Adds what the agent read there, where this machine read less than the whole page: those words
 /// are all that a page without an answer has.
@@ -49,7 +47,7 @@ Task<> Harvest::dig() {
     if (items.isEmpty()) {
         co_return;
     }
-    m_book.show(tr("Recherche des pages illisibles : ") + QString::number(items.size()));
+    m_book.show(French::tr("Recherche des pages illisibles : ") + QString::number(items.size()));
     // What was found is read and judged before anything that went wrong is passed on.
     std::exception_ptr fault;
     const qsizetype calls = (items.size() + Pipeline::digAtOnce - 1) / Pipeline::digAtOnce;
@@ -85,7 +83,8 @@ Task<> Harvest::askToDig(QList<DigItem> items) {
     } catch (const std::exception &error) {
         noteCall(failureCost(error), RunBook::CallEnd::Failed);
         m_book.report.warnings +=
-            tr("Les pages illisibles n’ont pas pu être recherchées : %1").arg(failureText(error));
+            French::tr("Les pages illisibles n’ont pas pu être recherchées : %1")
+                .arg(failureText(error));
     }
 }
 
@@ -192,8 +191,9 @@ void Harvest::settleUnread() {
         const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr;
         if (topic && topic->readLevel == ReadLevel::None) {
             Topic settled = *topic;
-            settled.summary = tr("Je n’ai rien pu lire sur ce sujet : à creuser.");
-            settled.firstStep = tr("Ouvrir le lien et décider s’il vaut une recherche de plus.");
+            settled.summary = French::tr("Je n’ai rien pu lire sur ce sujet : à creuser.");
+            settled.firstStep =
+                French::tr("Ouvrir le lien et décider s’il vaut une recherche de plus.");
             m_tools.store.replacePending(std::move(settled));
         }
     }

@@ -1,14 +1,11 @@
 #include "search/HarvestItem.h"
 
+#include "base/French.h"
 #include "search/Version.h"
-
-#include <QCoreApplication>
 
 namespace vorle {
 
 namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("SearchRun", text); }
 
 void add(QList<TopicSource> &sources, const TopicSource &source) {
     const bool held = std::any_of(sources.begin(), sources.end(), [&](const TopicSource &other) {
@@ -78,8 +75,9 @@ HarvestItem::News HarvestItem::news() const {
             news.fresh += proposal;
             continue;
         }
-        const DroppedLink old{proposal.candidate.title, url,
-                              tr("%1 : tu utilises déjà la version %2.").arg(dependency, inUse)};
+        const DroppedLink old{
+            proposal.candidate.title, url,
+            French::tr("%1 : tu utilises déjà la version %2.").arg(dependency, inUse)};
         if (!news.old.contains(old)) {
             news.old += old;
         }

@@ -1,19 +1,12 @@
 #include "search/RunBook.h"
 
 #include "agents/AgentError.h"
+#include "base/French.h"
 #include "base/SystemErrorText.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
 namespace vorle {
-
-namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("SearchRun", text); }
-
-} // namespace
 
 void RunBook::noteCall(RunStep step, double seconds, double costUSD, CallEnd end) {
     report.costUSD += costUSD;
@@ -43,8 +36,8 @@ void RunBook::showReading() {
 
 void RunBook::tell() {
     if (m_reading && progress.candidates > 0) {
-        progress.status =
-            tr("Lecture et tri : ") + tr("%1 sur %2").arg(progress.judged).arg(progress.candidates);
+        progress.status = French::tr("Lecture et tri : ") +
+                          French::tr("%1 sur %2").arg(progress.judged).arg(progress.candidates);
     }
     m_follow(progress);
 }
@@ -59,7 +52,7 @@ QString failureText(const std::exception &error) {
         return systemRefusalText(*refusal);
     }
     const QString told = QString::fromUtf8(error.what()).trimmed();
-    return told.isEmpty() ? tr("erreur inattendue") : told;
+    return told.isEmpty() ? French::tr("erreur inattendue") : told;
 }
 
 double failureCost(const std::exception &error) {

@@ -1,10 +1,9 @@
 #include "search/SearchRun.h"
 
+#include "base/French.h"
 #include "base/Text.h"
 #include "search/Links.h"
 #include "search/TopicDraft.h"
-
-#include <QCoreApplication>
 
 namespace vorle {
 
@@ -14,11 +13,9 @@ constexpr qsizetype scopesAtOnce = 3;
 /// What the items of the feeds may take of a prompt.
 constexpr qsizetype itemLinesBytes = 60'000;
 
-QString tr(const char *text) { return QCoreApplication::translate("SearchRun", text); }
-
 QString feedProblem(FeedOutcome outcome) {
-    return outcome == FeedOutcome::NoFeed ? tr("ce site n’annonce aucun flux.")
-                                          : tr("ce site n’a pas répondu.");
+    return outcome == FeedOutcome::NoFeed ? French::tr("ce site n’annonce aucun flux.")
+                                          : French::tr("ce site n’a pas répondu.");
 }
 
 } // namespace
@@ -124,7 +121,8 @@ Task<> SearchRun::askAgain(const PlannedScope &planned, QStringList found) {
 
 Task<> SearchRun::askSites() {
     m_cancel.throwIfCancelled();
-    const qsizetype report = openReport(tr("Tes sites"), Origin::Surface, m_plan.sites.count);
+    const qsizetype report =
+        openReport(French::tr("Tes sites"), Origin::Surface, m_plan.sites.count);
     QSet<QString> held = m_tools.refusedItems;
     for (const QString &link : std::as_const(m_plan.sites.heldLinks)) {
         held.insert(canonicalLink(link));
@@ -141,7 +139,7 @@ Task<> SearchRun::askSites() {
         }
     }
     if (noneAnswered) {
-        m_book.report.scopes[report].error = tr("Aucun de tes sites n’a répondu.");
+        m_book.report.scopes[report].error = French::tr("Aucun de tes sites n’a répondu.");
     }
     const QStringList lines = screenedLines(feeds.items);
     if (!lines.isEmpty()) {
@@ -183,11 +181,13 @@ QStringList SearchRun::screenedLines(QList<FeedItem> items) {
     }
     if (const qsizetype left = items.size() - lines.size(); left > 0) {
         m_book.report.warnings +=
-            left == 1 ? tr("Tes sites annonçaient trop de nouveautés : la plus ancienne est "
-                           "laissée de côté.")
-                      : tr("Tes sites annonçaient trop de nouveautés : les %1 plus anciennes sont "
-                           "laissées de côté.")
-                            .arg(left);
+            left == 1
+                ? French::tr("Tes sites annonçaient trop de nouveautés : la plus ancienne est "
+                             "laissée de côté.")
+                : French::tr(
+                      "Tes sites annonçaient trop de nouveautés : les %1 plus anciennes sont "
+                      "laissées de côté.")
+                      .arg(left);
     }
     return lines;
 }
@@ -254,11 +254,11 @@ void SearchRun::take(const Candidate &candidate, qsizetype report,
     }
     const ScopeReport &scope = m_book.report.scopes[report];
     if (rank > 3 * scope.asked && m_covered.size() == before) {
-        m_book.report.unjudged +=
-            DroppedLink{candidate.title, candidate.url,
-                        tr("L’IA a ramené bien plus de liens que les %1 demandés : celui-ci n’a "
-                           "pas été lu.")
-                            .arg(scope.asked)};
+        m_book.report.unjudged += DroppedLink{
+            candidate.title, candidate.url,
+            French::tr("L’IA a ramené bien plus de liens que les %1 demandés : celui-ci n’a "
+                       "pas été lu.")
+                .arg(scope.asked)};
         return;
     }
     const QString link = canonicalLink(candidate.url);
@@ -316,11 +316,12 @@ void SearchRun::finishReport() {
             report.failed = failureText(error);
         }
     } else if (m_harvest.judgeError() && !report.cancelled) {
-        report.warnings += leftLinks()
-                               ? tr("Des liens n’ont pas pu être jugés : la prochaine fouille "
-                                    "les cherchera encore.")
-                               : tr("Des liens n’ont pas pu être jugés, comme la fois d’avant : je "
-                                    "n’y reviens plus.");
+        report.warnings +=
+            leftLinks()
+                ? French::tr("Des liens n’ont pas pu être jugés : la prochaine fouille "
+                             "les cherchera encore.")
+                : French::tr("Des liens n’ont pas pu être jugés, comme la fois d’avant : je "
+                             "n’y reviens plus.");
     }
 }
 

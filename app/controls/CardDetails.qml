@@ -11,7 +11,7 @@ Column {
     property bool tight: false // for a low window
     property real before: 0 // the room at its left, under the score
     // Where a second row of buttons would lie under the window's edge they all stand in one.
-    readonly property bool crowded: tight && width < 560
+    readonly property bool crowded: tight && buttons.needed > width
 
     signal act(int action)
 
@@ -60,7 +60,7 @@ Column {
             x: details.crowded ? -details.before : 0
             y: 4
             width: parent.width - x - (site.visible ? site.implicitWidth + 12 : 0)
-            spacing: details.crowded ? 8 : 10
+            spacing: details.tight ? 8 : 10
 
             readonly property real needed: {
                 let sum = -spacing;

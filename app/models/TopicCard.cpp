@@ -3,6 +3,7 @@
 #include "app/TopicLabels.h"
 #include "app/models/TopicListModel.h"
 #include "app/models/Wording.h"
+#include "base/French.h"
 #include "base/Text.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
@@ -10,7 +11,6 @@
 #include "core/ScoreScale.h"
 #include "search/SourceImage.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QTimeZone>
 #include <QUrl>
@@ -20,8 +20,6 @@
 namespace vorle {
 
 namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("TopicCard", text); }
 
 QString text(const std::optional<QString> &value) { return value.value_or(QString()); }
 
@@ -92,16 +90,17 @@ QString publishedText(const TopicCard &card) {
 }
 
 QString postponedText(const Topic &topic) {
-    return topic.postponedCount > 0 ? tr("reporté %1 fois").arg(numberText(topic.postponedCount))
-                                    : QString();
+    return topic.postponedCount > 0
+               ? French::tr("reporté %1 fois").arg(numberText(topic.postponedCount))
+               : QString();
 }
 
 QString captureText(const TopicCard &card) {
     if (!card.isPendingCapture()) {
         return {};
     }
-    return card.captureProblem.isEmpty() ? tr("lien capturé, en lecture…")
-                                         : tr("lien capturé, pas encore jugé");
+    return card.captureProblem.isEmpty() ? French::tr("lien capturé, en lecture…")
+                                         : French::tr("lien capturé, pas encore jugé");
 }
 
 using Role = TopicListModel::Role;
@@ -134,7 +133,10 @@ constexpr RoleValue roleValues[] = {
     {Role::Interest, [](Card c) -> QVariant { return shown(c.topic.interest); }},
     {Role::KindLabel, [](Card c) -> QVariant { return kindLabel(c.topic.kind); }},
     {Role::Minutes, [](Card c) -> QVariant { return c.topic.minutes; }},
-    {Role::MinutesText, [](Card c) -> QVariant { return durationText(c.topic.minutes); }},
+    {Role::MinutesText,
+     [](Card c) -> QVariant {
+         return c.isPendingCapture() ? QString() : durationText(c.topic.minutes);
+     }},
     {Role::ReadLevelText,
      [](Card c) -> QVariant {
          return c.isPendingCapture() ? QString() : readLevelLabel(c.topic.readLevel);
@@ -220,7 +222,7 @@ QVariant TopicCard::value(int role) const {
 }
 
 QString TopicCard::inboxHeading() const {
-    return isPendingCapture() ? tr("En cours de lecture") : tierLabel(tierOf(topic));
+    return isPendingCapture() ? French::tr("En cours de lecture") : tierLabel(tierOf(topic));
 }
 
 bool TopicCard::isPendingCapture() const {

@@ -280,8 +280,7 @@ QVariant TopicListModel::data(const QModelIndex &index, int role) const {
     case sections::Section::Library:
         return monthHeading(topic.doneAt);
     default:
-        return row.moved ? QCoreApplication::translate("TopicListModel", "Ils ont bougé")
-                         : QString();
+        return row.moved ? tr("Ils ont bougé") : QString();
     }
 }
 

@@ -46,14 +46,14 @@ public:
         Gist, ///< string, the one text a closed card shows: the summary, else the gist
         Why,
         FirstStep,
-        Changes,   ///< list of {text, label}; the label may be empty
-        Risks,     ///< string
-        Place,     ///< string, the project, else the interest
-        Project,   ///< string
-        Interest,  ///< string
-        KindLabel, ///< "Sécurité"
-        Minutes,   ///< int
-        MinutesText,
+        Changes,     ///< list of {text, label}; the label may be empty
+        Risks,       ///< string
+        Place,       ///< string, the project, else the interest
+        Project,     ///< string
+        Interest,    ///< string
+        KindLabel,   ///< "Sécurité"
+        Minutes,     ///< int
+        MinutesText, ///< "20 min"; "" of a link that is not judged yet
         ReadLevelText,
         HasScore,    ///< bool
         Score,       ///< int, the user's own when corrected; 0 without one

@@ -162,7 +162,7 @@ FocusScope {
             Chapter {
                 width: parent.width
                 name: qsTr("D’où vient la note")
-                visible: page.topic !== null
+                visible: page.topic !== null && !page.topic.pendingCapture
 
                 Repeater {
                     model: page.details.grades

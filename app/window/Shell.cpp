@@ -293,7 +293,7 @@ QString Shell::failedLinksText() const {
                     "carte.")
                      .arg(why)
                : tr("%1 liens que tu as ajoutés attendent encore\u00A0: %2 Tu peux réessayer "
-                    "depuis la carte de l’un d’eux.")
+                    "depuis leurs cartes.")
                      .arg(numberText(m_failedLinks.size()), why);
 }
 

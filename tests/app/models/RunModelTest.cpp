@@ -83,7 +83,8 @@ protected:
 TEST_F(RunModelTest, says_why_a_run_cannot_start) {
     model->start();
     untilEnded();
-    EXPECT_FALSE(model->lastError().isEmpty());
+    EXPECT_TRUE(model->lastError().startsWith(text("Rien à fouiller\u00A0: ")))
+        << model->lastError().toStdString();
     const QString refused = model->lastError();
     preferences.change(&Settings::interests, {text("Rust")});
     model->start();
@@ -206,6 +207,16 @@ TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
     EXPECT_TRUE(why(at(2, 9), false, {}).startsWith(off));
     EXPECT_TRUE(why(at(9, 8), true, {}).startsWith(text("Elle a été arrêtée")));
     EXPECT_TRUE(why(at(9, 9), false, text("panne")).startsWith(text("Je n’ai pas pu fouiller.")));
+    RunReport many;
+    many.date = at(10, 9);
+    many.unjudged =
+        QList<DroppedLink>(1430, {text("Page"), text("https://example.org/"), text("panne")});
+    store.addRun(many);
+    const ReportModel reports(RunHistory(store.file()), clock, QTimeZone::utc());
+    EXPECT_TRUE(reports.index(0)
+                    .data(ReportModel::Notices)
+                    .toStringList()
+                    .contains(text("Liens non jugés\u00A0: 1\u202F430. panne")));
     QSignalSpy changes(model.get(), &RunModel::scheduleChanged);
     preferences.change(&Settings::schedule, Schedule{{}, 8, 0});
     EXPECT_EQ(changes.count(), 1);

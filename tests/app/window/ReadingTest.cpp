@@ -170,7 +170,8 @@ TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
     open();
     ASSERT_EQ(chosen(), link.title);
     shell().inbox()->setCaptureProblem(link.id, {}); // no agent is there to read it
-    for (int i = 0; i < 2; ++i) {                    // on its card, then on its page
+    EXPECT_EQ(shell().inbox()->value(0, TopicListModel::MinutesText), QString());
+    for (int i = 0; i < 2; ++i) { // on its card, then on its page
         EXPECT_EQ(buttonAt(text("Garder")).y(), -1);
         EXPECT_EQ(buttonAt(text("Plus tard")).y(), -1);
         EXPECT_GE(buttonAt(text("Pas pour moi")).y(), 0);
@@ -179,6 +180,7 @@ TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
             EXPECT_EQ(statusOf(link.title), TopicStatus::Pending);
             EXPECT_FALSE(shownTexts().filter(text("Je lis encore cette page")).isEmpty());
         }
+        EXPECT_EQ(buttonAt(text("Corriger la note")).y(), -1) << "there is none yet";
         press(Qt::Key_Space);
     }
     press(Qt::Key_X);
