@@ -30,6 +30,7 @@ Column {
         }
     }
     ActionButton {
+        x: -leftPadding // its words under the others
         visible: seen.opened || seen.longer
         quiet: true
         text: seen.opened ? qsTr("Replier") : qsTr("Lire la suite")

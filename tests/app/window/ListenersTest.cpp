@@ -219,6 +219,21 @@ TEST_F(ListenersTest, what_lies_behind_the_page_is_not_come_upon) {
     EXPECT_EQ(named(), before);
 }
 
+TEST_F(ListenersTest, numbers_are_grouped_wherever_they_are_told) {
+    QList<Topic> many;
+    for (int i = 0; i < 1430; ++i) {
+        many += sampleTopic(text("Sujet"));
+    }
+    m_app->store().add(many);
+    open();
+    QAccessible::setActive(true);
+    EXPECT_THAT(named(), Contains(text("À trier, 1\u202F430")));
+    press(Qt::Key_Space);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return named().contains(text("Réduire")); }));
+    EXPECT_THAT(named(), Contains(text("Sujet 1 sur 1\u202F430")));
+    EXPECT_THAT(shownTexts(), Contains(text("1 / 1\u202F430")));
+}
+
 TEST_F(ListenersTest, each_setting_is_one_stop_and_the_arrows_choose) {
     open();
     press(Qt::Key_Comma, Qt::ControlModifier);
