@@ -91,6 +91,11 @@ void Preferences::reload() {
     }
 }
 
+void Preferences::watch() {
+    m_file->watch();
+    reload(); // what was written before anybody watched
+}
+
 int Preferences::radius() const { return std::min(m_settings.radiusLevel, 2); }
 
 int Preferences::weightOf(const QString &interest) const {

@@ -39,9 +39,8 @@ public:
 
     /// Reads again what other processes wrote, and announces what changed.
     void reload();
-    /// From now on does so by itself, soon after another process wrote a settings file. On a Mac
-    /// nobody tells of another process's changes.
-    void watch() { m_file->watch(); }
+    /// Does so now, and from now on by itself, soon after another process wrote.
+    void watch();
     /// Waits until every change is on disk. False when it could not be written: `writeError()` says
     /// why.
     bool flush() { return m_file->flush(); }

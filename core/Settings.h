@@ -48,6 +48,7 @@ struct LastReport {
     double costUSD = 0; ///< of the agent calls, in US dollars; 0 when the agent does not say
     double seconds = 0;
     QList<QString> uncovered; ///< the declared topics that stayed without a candidate
+    json::Rest unknown = {};  ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("date", &LastReport::date),
@@ -56,6 +57,7 @@ struct LastReport {
                           json::field("seconds", &LastReport::seconds),
                           json::field("uncovered", &LastReport::uncovered));
     }
+    static constexpr auto jsonRest() { return &LastReport::unknown; }
     bool operator==(const LastReport &) const = default;
 };
 

@@ -98,6 +98,8 @@ SettingsFile::SettingsFile() {
 
 SettingsFile::SettingsFile(const QString &jsonFile) { open(jsonFile); }
 
+SettingsFile::SettingsFile(std::unique_ptr<QSettings> defaults) : m_defaults(std::move(defaults)) {}
+
 SettingsFile::~SettingsFile() {
     m_json.reset(); // what it still has to say comes to nobody
 }
@@ -207,54 +209,19 @@ void SettingsFile::refresh() {
 
 void SettingsFile::watch() {
     requireMainThread(subject);
-    if (!m_json || m_watcher) {
+    if (m_watch) {
         return;
     }
-    try {
-        makeFolder(QFileInfo(linkTarget(m_json->path())).absolutePath());
-    } catch (const std::system_error &) {
-        return; // nobody writes there either
-    }
-    // A save is several changes of a folder: they are looked at once they are over.
-    constexpr int settledMs = 60;
-    m_settled.setSingleShot(true);
-    m_settled.setInterval(settledMs);
-    connect(&m_settled, &QTimer::timeout, this, [this] {
-        watchAgain();
-        Q_EMIT changedOutside();
-    });
-    m_watcher = std::make_unique<QFileSystemWatcher>();
-    // Not pushed back by what comes after: a busy folder must not starve it.
-    const auto look = [this] {
-        if (!m_settled.isActive()) {
-            m_settled.start();
-        }
-    };
-    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, look);
-    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, look);
-    watchAgain();
-}
-
-/// The folders tell of a file that took the name, the file of what is written into it in place. A
-/// file that was replaced is watched no more: the new one has to be.
-void SettingsFile::watchAgain() {
-    QStringList wanted{QFileInfo(m_json->path()).absolutePath()};
-    try {
-        const QString target = linkTarget(m_json->path());
-        wanted += {QFileInfo(target).absolutePath(), target};
-    } catch (const std::system_error &) {
-        logLine(QStringLiteral("the settings file's links lead nowhere"));
-    }
-    wanted.removeDuplicates();
-    for (const QString &path : std::as_const(wanted)) {
-        const QFileInfo info(path);
-        if (info.isFile()) {
-            m_watcher->removePath(path); // it may be the watch of the file that was there before
-        }
-        if (info.exists() && !m_watcher->directories().contains(path)) {
-            m_watcher->addPath(path);
+    if (m_json) {
+        try {
+            makeFolder(QFileInfo(linkTarget(m_json->path())).absolutePath());
+        } catch (const std::system_error &) {
+            return; // nobody writes there either
         }
     }
+    // The database is a file too: the system writes it out soon after a change.
+    m_watch = std::make_unique<FileWatch>(m_json ? m_json->path() : m_defaults->fileName());
+    connect(m_watch.get(), &FileWatch::changed, this, &SettingsFile::changedOutside);
 }
 
 } // namespace vorle

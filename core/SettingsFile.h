@@ -1,13 +1,12 @@
 #pragma once
 
+#include "core/FileWatch.h"
 #include "core/JsonSettings.h"
 
-#include <QFileSystemWatcher>
 #include <QJsonValue>
 #include <QObject>
 #include <QSettings>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -36,6 +35,8 @@ public:
     SettingsFile();
     /// A JSON file. @throws std::system_error as above
     explicit SettingsFile(const QString &jsonFile);
+    /// A user-defaults database, or what stands in for one.
+    explicit SettingsFile(std::unique_ptr<QSettings> defaults);
     ~SettingsFile() override;
 
     /// The value as JSON; Undefined when the key is absent. Records are read from JSON data, from
@@ -50,8 +51,9 @@ public:
     bool flush();
     /// Sees what other processes wrote. What cannot be read changes nothing.
     void refresh();
-    /// From now on `changedOutside` tells what other processes write. Without a folder that can be
-    /// watched it does nothing; the user-defaults database tells nobody.
+    /// From now on `changedOutside` tells what other processes write, of the user-defaults database
+    /// once the system has put it on the disk. Without a folder that can be watched it does
+    /// nothing.
     void watch();
 
     /// Why the last write that ended failed, as a French sentence for the user; nothing when it did
@@ -72,12 +74,10 @@ Q_SIGNALS:
 private:
     void open(const QString &path);
     void take(const JsonSettings::Outcome &outcome);
-    void watchAgain();
 
     std::unique_ptr<QSettings> m_defaults; // one of the two
     std::unique_ptr<JsonSettings> m_json;
-    std::unique_ptr<QFileSystemWatcher> m_watcher;
-    QTimer m_settled;
+    std::unique_ptr<FileWatch> m_watch;
     unsigned m_taken = 0; ///< the save whose outcome was taken last
     std::optional<QString> m_notice;
     std::optional<QString> m_setAside;

@@ -1,31 +1,13 @@
-#include "core/Preferences.h"
-#include "tests/core/Samples.h"
+#include "tests/core/SettingsFixture.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
-#include <gtest/gtest.h>
 
 namespace vorle {
 namespace {
 
 using test::contentsOf;
-using test::fill;
 
-class PreferencesTest : public testing::Test {
-protected:
-    Preferences open() { return Preferences(std::make_unique<SettingsFile>(file)); }
-    Settings read(const QByteArray &text) {
-        file = dir.filePath(QStringLiteral("read.json"));
-        fill(file, text);
-        return open().settings();
-    }
-    QJsonObject onDisk() const { return QJsonDocument::fromJson(contentsOf(file)).object(); }
-
-    QTemporaryDir dir;
-    QString file = dir.filePath(QStringLiteral("sub/settings.json"));
-};
+class PreferencesTest : public test::SettingsFixture {};
 
 TEST_F(PreferencesTest, starts_with_the_defaults) {
     const Settings settings = open().settings();
@@ -103,6 +85,18 @@ TEST_F(PreferencesTest, reads_what_does_not_fit_as_the_default) {
     EXPECT_EQ(read(R"({"schedule":"{\"weekdays\":[4],\"hour\":9,\"minute\":5}"})").schedule,
               (Schedule{{4}, 9, 5}))
         << "a record may also be a JSON text";
+}
+
+TEST_F(PreferencesTest, keeps_what_a_later_version_wrote_of_a_trusted_site) {
+    read(R"({"prioritySites":[{"address":"x","since":[1,2]},{"address":"y"}],"future":{"a":1}})");
+    Preferences preferences = open();
+    auto sites = preferences.settings().prioritySites;
+    sites[0].feed = QStringLiteral("f");
+    preferences.change(&Settings::prioritySites, sites);
+    ASSERT_TRUE(preferences.flush());
+    EXPECT_EQ(onDisk(), QJsonDocument::fromJson(R"({"prioritySites":[{"address":"x","feed":"f",
+        "since":[1,2]},{"address":"y"}],"future":{"a":1}})")
+                            .object());
 }
 
 TEST_F(PreferencesTest, carries_old_settings_over) {

@@ -1,16 +1,11 @@
 #include "core/JsonSettings.h"
-#include "core/Preferences.h"
 #include "core/TopicStore.h"
-#include "tests/core/Samples.h"
+#include "tests/core/SettingsFixture.h"
 #include "tests/support/Wait.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
-#include <gtest/gtest.h>
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -27,19 +22,7 @@ namespace {
 using test::contentsOf;
 using test::fill;
 
-class SettingsFileTest : public testing::Test {
-protected:
-    Preferences open() { return Preferences(std::make_unique<SettingsFile>(file)); }
-    Settings read(const QByteArray &text) {
-        file = dir.filePath(QStringLiteral("read.json"));
-        fill(file, text);
-        return open().settings();
-    }
-    QJsonObject onDisk() const { return QJsonDocument::fromJson(contentsOf(file)).object(); }
-
-    QTemporaryDir dir;
-    QString file = dir.filePath(QStringLiteral("sub/settings.json"));
-};
+class SettingsFileTest : public test::SettingsFixture {};
 
 /// Runs `work` in that many processes at once and waits for them.
 void inProcesses(int count, const std::function<bool(int)> &work) {
@@ -155,6 +138,59 @@ TEST_F(SettingsFileTest, sees_what_others_write_while_it_is_open) {
     fill(file, R"({"weeklyMinutes":30})");
     until("weeklyMinutes");
     EXPECT_EQ(open1.settings().weeklyMinutes, 30);
+}
+
+TEST_F(SettingsFileTest, sees_what_was_written_before_it_watched) {
+    Preferences open1 = open();
+    Preferences other = open();
+    other.change(&Settings::weeklyMinutes, 60);
+    ASSERT_TRUE(other.flush());
+    open1.watch();
+    EXPECT_EQ(open1.settings().weeklyMinutes, 60);
+}
+
+// A file of another form stands in for the database: like it, it is read again on demand alone.
+TEST_F(SettingsFileTest, sees_what_others_put_into_the_user_defaults) {
+    const auto database = [&] {
+        return Preferences(std::make_unique<SettingsFile>(std::make_unique<QSettings>(
+            dir.filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat)));
+    };
+    Preferences watching = database();
+    watching.watch();
+    QStringList told;
+    QObject::connect(&watching, &Preferences::changed, [&](const QString &key) { told += key; });
+    Preferences other = database();
+    other.change(&Settings::weeklyMinutes, 60);
+    ASSERT_TRUE(other.flush());
+    test::spinUntil([&] { return told.contains(u"weeklyMinutes"); });
+    other.change(&Settings::schedule, Schedule{{3}, 9, 30});
+    ASSERT_TRUE(other.flush());
+    test::spinUntil([&] { return told.contains(u"schedule"); });
+    EXPECT_EQ(watching.settings().schedule, (Schedule{{3}, 9, 30}));
+}
+
+TEST_F(SettingsFileTest, a_watch_tells_of_its_file_alone) {
+    const auto path = [&](const char *name) { return dir.filePath(QString::fromUtf8(name)); };
+    ASSERT_TRUE(QDir().mkdir(path("there")));
+    ASSERT_TRUE(QFile::link(path("there/target.json"), path("link.json")));
+    FileWatch watch(path("link.json"));
+    FileWatch beside(path("beside.json"));
+    int told = 0;
+    int toldBeside = 0;
+    QObject::connect(&watch, &FileWatch::changed, [&] { ++told; });
+    QObject::connect(&beside, &FileWatch::changed, [&] { ++toldBeside; });
+    // Twice: whatever the first could wrongly bring has come by the second.
+    for (int round = 1; round <= 2; ++round) {
+        fill(path("beside.json"), QByteArray(round, 'x'));
+        test::spinUntil([&] { return toldBeside >= round; });
+    }
+    EXPECT_EQ(told, 0);
+    fill(path("there/target.json"), "{}"); // where the link leads
+    test::spinUntil([&] { return told == 1; });
+    const int before = toldBeside;
+    QFile::remove(path("there/target.json"));
+    test::spinUntil([&] { return told >= 2; });
+    EXPECT_EQ(toldBeside, before);
 }
 
 TEST_F(SettingsFileTest, carries_a_failed_write_with_the_next_one) {
