@@ -16,7 +16,8 @@ RunTimer::RunTimer(const Preferences &preferences, const Clock &clock, const Loc
     connect(&m_timer, &QTimer::timeout, this, &RunTimer::look);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"schedule") {
-            m_served = {}; // another moment of that day is another run
+            m_served = {};            // another moment of that day is another run
+            m_looked = m_clock.now(); // one that is past already was never waited for
         }
         if (key == u"schedule" || key == u"lastSearch") {
             arm();

@@ -56,6 +56,22 @@ TEST_F(RunTimerTest, starts_the_run_at_its_time_and_never_one_that_was_slept_thr
     EXPECT_EQ(due.count(), 1);
 }
 
+TEST_F(RunTimerTest, a_moment_that_was_past_when_it_was_chosen_starts_nothing) {
+    clock.moment = november(10, 8, 55); // Tuesday
+    RunTimer timer(preferences, clock, QTimeZone::utc());
+    QSignalSpy due(&timer, &RunTimer::due);
+    clock.moment = november(10, 9, 1);
+    preferences.change(&Settings::schedule, Schedule{{3}, 9, 0}); // a minute ago
+    EXPECT_EQ(timer.next(), november(17, 9, 0));
+    clock.moment = november(10, 9, 2);
+    timer.look();
+    EXPECT_EQ(due.count(), 0);
+    preferences.change(&Settings::schedule, Schedule{{3}, 9, 3}); // in a minute
+    clock.moment = november(10, 9, 3, 1);
+    timer.look();
+    EXPECT_EQ(due.count(), 1);
+}
+
 TEST_F(RunTimerTest, a_zone_that_changes_under_way_brings_neither_a_second_run_nor_a_wrong_hour) {
     QTimeZone zone("Europe/Paris");
     clock.moment = november(9, 6, 55); // 7:55 in Paris
