@@ -14,22 +14,26 @@ struct Brief {
     struct Part {
         QString title;
         QString body;
+        json::Rest unknown = {}; ///< keys of a later version
 
         static constexpr auto jsonFields() {
             return std::tuple(json::field("title", &Part::title), json::field("body", &Part::body));
         }
+        static constexpr auto jsonRest() { return &Part::unknown; }
         bool operator==(const Part &) const = default;
     };
 
     struct Source {
         QString title;
         QString url;
-        QString adds; ///< what this source adds to the others
+        QString adds;            ///< what this source adds to the others
+        json::Rest unknown = {}; ///< keys of a later version
 
         static constexpr auto jsonFields() {
             return std::tuple(json::field("title", &Source::title),
                               json::field("url", &Source::url), json::field("adds", &Source::adds));
         }
+        static constexpr auto jsonRest() { return &Source::unknown; }
         bool operator==(const Source &) const = default;
     };
 
@@ -38,6 +42,7 @@ struct Brief {
     std::optional<QString> project; ///< what the topic means for the user's project
     QList<QString> unclear;         ///< the points that stay unclear
     QList<Source> sources;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(
@@ -45,6 +50,7 @@ struct Brief {
             json::field("project", &Brief::project), json::field("unclear", &Brief::unclear),
             json::field("sources", &Brief::sources));
     }
+    static constexpr auto jsonRest() { return &Brief::unknown; }
     bool operator==(const Brief &) const = default;
 };
 

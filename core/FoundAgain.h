@@ -14,10 +14,12 @@ namespace vorle {
 struct Find {
     QUuid topic;
     QDateTime at;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("topic", &Find::topic), json::field("at", &Find::at));
     }
+    static constexpr auto jsonRest() { return &Find::unknown; }
     bool operator==(const Find &) const = default;
 };
 

@@ -36,6 +36,7 @@ struct Judgment {
         int novelty = 0;
         int reliability = 0;
         int effortMinutes = 0;
+        json::Rest unknown = {}; ///< keys of a later version
 
         static constexpr auto jsonFields() {
             return std::tuple(json::field("impact", &Criteria::impact),
@@ -44,6 +45,7 @@ struct Judgment {
                               json::field("reliability", &Criteria::reliability),
                               json::field("effort_minutes", &Criteria::effortMinutes));
         }
+        static constexpr auto jsonRest() { return &Criteria::unknown; }
         bool operator==(const Criteria &) const = default;
     };
 
@@ -60,12 +62,14 @@ struct Judgment {
         Level level = Level::None;
         std::optional<QString> date;   ///< the deadline, when the level is Before
         std::optional<QString> reason; ///< what the deadline is
+        json::Rest unknown = {};       ///< keys of a later version
 
         static constexpr auto jsonFields() {
             return std::tuple(json::field("level", &Urgency::level),
                               json::field("date", &Urgency::date),
                               json::field("reason", &Urgency::reason));
         }
+        static constexpr auto jsonRest() { return &Urgency::unknown; }
         bool operator==(const Urgency &) const = default;
     };
 

@@ -41,12 +41,8 @@ void RunHistory::write(QList<RunReport> all, Others others) const {
         return;
     }
     try {
-        QList<RunReport> kept;
-        try {
-            kept = readReports(m_file);
-        } catch (const json::DecodeError &) {
-            keepAside(m_file, asideName(m_file, all.last().date));
-        }
+        QList<RunReport> kept =
+            replaceable<QList<RunReport>>(m_file, all.last().date).value_or(QList<RunReport>());
         kept.removeIf([&](const RunReport &report) {
             return others == Others::Go || std::ranges::any_of(all, [&](const RunReport &other) {
                        return other.date == report.date;

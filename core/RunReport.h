@@ -13,14 +13,16 @@ namespace vorle {
 struct Yield {
     QList<QUuid> topicIds;
     int added = 0;
-    int kept = 0; ///< of these, in the program or done, the last time anybody looked
-    int done = 0; ///< of those, done
+    int kept = 0;            ///< of these, in the program or done, the last time anybody looked
+    int done = 0;            ///< of those, done
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("topicIds", &Yield::topicIds),
                           json::field("added", &Yield::added), json::field("kept", &Yield::kept),
                           json::field("done", &Yield::done));
     }
+    static constexpr auto jsonRest() { return &Yield::unknown; }
     bool operator==(const Yield &) const = default;
 };
 
@@ -38,6 +40,7 @@ struct StepReport {
     int failed = 0;     ///< of these, those that came to nothing
     double seconds = 0; ///< of all calls, which run beside each other
     double costUSD = 0;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("step", &StepReport::step),
@@ -46,6 +49,7 @@ struct StepReport {
                           json::field("seconds", &StepReport::seconds),
                           json::field("costUSD", &StepReport::costUSD));
     }
+    static constexpr auto jsonRest() { return &StepReport::unknown; }
     bool operator==(const StepReport &) const = default;
 };
 
@@ -60,6 +64,7 @@ struct ScopeReport {
     int refused = 0;            ///< of these, no web address
     QString error;              ///< the failure's text when it failed, never blank then; else empty
     std::optional<Yield> yield; ///< absent from the reports of earlier versions
+    json::Rest unknown = {};    ///< keys of a later version
 
     bool failed() const { return !error.isEmpty(); }
 
@@ -71,6 +76,7 @@ struct ScopeReport {
             json::field("refused", &ScopeReport::refused),
             json::field("error", &ScopeReport::error), json::field("yield", &ScopeReport::yield));
     }
+    static constexpr auto jsonRest() { return &ScopeReport::unknown; }
     bool operator==(const ScopeReport &) const = default;
 };
 
@@ -80,12 +86,14 @@ struct SiteReport {
     int items = 0; ///< put to the agent
     int found = 0; ///< of these, kept by it
     Yield yield;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(
             json::field("site", &SiteReport::site), json::field("items", &SiteReport::items),
             json::field("found", &SiteReport::found), json::field("yield", &SiteReport::yield));
     }
+    static constexpr auto jsonRest() { return &SiteReport::unknown; }
     bool operator==(const SiteReport &) const = default;
 };
 
@@ -95,12 +103,14 @@ struct ReadCounts {
     int seen = 0;
     int meta = 0;
     int none = 0;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(
             json::field("full", &ReadCounts::full), json::field("seen", &ReadCounts::seen),
             json::field("meta", &ReadCounts::meta), json::field("none", &ReadCounts::none));
     }
+    static constexpr auto jsonRest() { return &ReadCounts::unknown; }
     bool operator==(const ReadCounts &) const = default;
 };
 
@@ -108,29 +118,34 @@ struct ReadCounts {
 struct DroppedLink {
     QString title;
     QString url;
-    QString reason; ///< a French sentence
+    QString reason;          ///< a French sentence
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("title", &DroppedLink::title),
                           json::field("url", &DroppedLink::url),
                           json::field("reason", &DroppedLink::reason));
     }
+    static constexpr auto jsonRest() { return &DroppedLink::unknown; }
     bool operator==(const DroppedLink &) const = default;
 };
 
 /// A trusted site whose feed gave nothing.
 struct FeedTrouble {
     QString site;
-    QString problem; ///< a French sentence
+    QString problem;         ///< a French sentence
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("site", &FeedTrouble::site),
                           json::field("problem", &FeedTrouble::problem));
     }
+    static constexpr auto jsonRest() { return &FeedTrouble::unknown; }
     bool operator==(const FeedTrouble &) const = default;
 };
 
-/// How a run went, whole: the five keys kept of the last run, then the rest.
+/// How a run went, whole: the five keys kept of the last run, then the rest. Keys of a later
+/// version are kept as LastReport keeps them.
 struct RunReport : LastReport {
     bool cancelled = false;
     bool saved = true; ///< false: the last save failed; the topics are in memory alone

@@ -15,11 +15,13 @@ struct ScoreNote {
     /// A reflex whose instruction line the judge was given.
     struct Reflex {
         QString id;
-        QString title; ///< French, as it read then
+        QString title;           ///< French, as it read then
+        json::Rest unknown = {}; ///< keys of a later version
 
         static constexpr auto jsonFields() {
             return std::tuple(json::field("id", &Reflex::id), json::field("title", &Reflex::title));
         }
+        static constexpr auto jsonRest() { return &Reflex::unknown; }
         bool operator==(const Reflex &) const = default;
     };
 
@@ -30,6 +32,7 @@ struct ScoreNote {
     int bytesRead = 0;            ///< of the page's text, in UTF-8, as given to the judge
     int examples = 0;             ///< past decisions shown to the judge
     QList<Reflex> reflexes;
+    json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("topic", &ScoreNote::topic),
@@ -40,6 +43,7 @@ struct ScoreNote {
                           json::field("examples", &ScoreNote::examples),
                           json::field("reflexes", &ScoreNote::reflexes));
     }
+    static constexpr auto jsonRest() { return &ScoreNote::unknown; }
     bool operator==(const ScoreNote &) const = default;
 };
 

@@ -26,8 +26,12 @@ namespace {
 
 constexpr std::string_view subject = "vorle/TopicStore";
 
-/// Earlier versions ended a summary with the project's name.
+/// Earlier versions, which did not say what brought a topic in, ended a summary with the project's
+/// name. A summary of this one is what it says.
 void repairSummary(Topic &topic) {
+    if (topic.origin) {
+        return;
+    }
     static const QRegularExpression suffix(QStringLiteral(" · [A-ZÉ][a-zéèA-Z ]+$"));
     if (topic.summary.contains(u'·')) {
         const auto match = suffix.match(topic.summary);
@@ -81,7 +85,13 @@ void TopicStore::load() {
     if (isPreview()) {
         return;
     }
-    sweepLeftovers(QFileInfo(linkTarget(m_file)).absolutePath());
+    // The topics are written where a link leads, what lies beside them where the link stands.
+    const QString folder = QFileInfo(m_file).absolutePath();
+    const QString target = QFileInfo(linkTarget(m_file)).absolutePath();
+    sweepLeftovers(folder);
+    if (target != folder) {
+        sweepLeftovers(target);
+    }
     const bool loaded = !isDemo() && readFile();
     m_writer =
         std::make_unique<TopicWriter>(m_file, m_setAside, [this](const std::error_code &error) {

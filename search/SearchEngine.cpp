@@ -53,6 +53,7 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
         throw RunRefused(refused.status);
     }
     m_phase = Phase::Searching;
+    m_reported = false;
     m_cancel = CancelSource();
     const auto handedOn = cancel.onCancel([source = m_cancel]() mutable { source.cancel(); });
     Q_EMIT started();
@@ -71,6 +72,12 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
     }
     // What was judged before the failure is the user's.
     m_parts.store.releaseAllPending();
+    if (!m_reported) { // it never came to asking: the history says so all the same
+        RunReport report;
+        report.date = m_parts.clock.now();
+        report.failed = failure.text;
+        m_parts.store.addRun(report);
+    }
     RunProgress told;
     told.status = failureLine(failure);
     setProgress(Phase::Idle, told);
@@ -122,13 +129,14 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     // A run whose topics are not on disk is not done: the next one asks for its period again.
     if (!report.cancelled && !report.failed && report.saved) {
         noteDone(report, start, run.leftLinks());
-        screened.add(sites, run.passedOver());
+        screened.add(sites, run.passedOver(), start);
     }
     if (!m_parts.preferences.flush()) {
         report.warnings += French::tr("La date de cette fouille n’a pas été enregistrée ; la "
                                       "prochaine reprendra la même période.");
     }
     m_parts.store.addRun(report);
+    m_reported = true;
     if (run.failure()) {
         std::rethrow_exception(run.failure());
     }

@@ -65,7 +65,8 @@ public:
     /// the end; a cancelled run releases what was judged and leaves the last run's date alone. One
     /// whose calls failed and left links without a judgment is done all the same, but the next one
     /// searches its period again; once. A failing scope is reported and the others go on. A run
-    /// that failed as a whole leaves its report, marked so, and the sentence in the status.
+    /// that failed as a whole leaves its report, marked so, and the sentence in the status; so does
+    /// one whose agent is missing or signed out.
     /// @throws RunRefused  nothing to ask (the status then says so), or a run under way
     /// @throws AgentError  the agent is missing or signed out, every scope failed, or nothing that
     ///                     was found could be judged
@@ -92,7 +93,8 @@ private:
     Parts m_parts;
     FoundAgain m_finds;
     Phase m_phase = Phase::Idle;
-    CancelSource m_cancel; // of the run under way
+    bool m_reported = false; ///< the run under way has left its report
+    CancelSource m_cancel;   // of the run under way
     RunProgress m_progress;
 };
 

@@ -4,8 +4,10 @@
 #include "core/BesideTopics.h"
 #include "core/DurableFile.h"
 
+#include <QDateTime>
+
 #include <algorithm>
-#include <system_error>
+#include <exception>
 
 namespace vorle {
 
@@ -20,25 +22,32 @@ WindowState WindowState::load(const QString &topicsFile) {
     if (topicsFile.isEmpty()) {
         return {};
     }
+    WindowState state;
     try {
         const auto bytes = readWhole(besideTopics(topicsFile, QStringLiteral("window.json")));
-        if (!bytes) {
-            return {};
+        if (bytes) {
+            state = json::decode<WindowState>(*bytes);
         }
-        return json::decode<WindowState>(*bytes);
-    } catch (const std::exception &) {
+    } catch (const json::DecodeError &) {
         return {};
+    } catch (const std::exception &error) {
+        logLine(QStringLiteral("the window's place could not be read: ") +
+                QString::fromLocal8Bit(error.what()));
+        state.refused = true;
     }
+    return state;
 }
 
 void WindowState::save(const QString &topicsFile) const {
-    if (topicsFile.isEmpty()) {
+    if (topicsFile.isEmpty() || refused) {
         return;
     }
     const QByteArray bytes = json::encode(*this, json::Style::Pretty);
     try {
-        replaceWhole(besideTopics(topicsFile, QStringLiteral("window.json")), bytes);
-    } catch (const std::system_error &error) {
+        const QString file = besideTopics(topicsFile, QStringLiteral("window.json"));
+        replaceable<WindowState>(file, QDateTime::currentDateTime()); // what it is none of is kept
+        replaceWhole(file, bytes);
+    } catch (const std::exception &error) {
         logLine(QStringLiteral("the window's place was not kept: %1")
                     .arg(QString::fromLocal8Bit(error.what())));
     }

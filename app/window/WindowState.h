@@ -10,7 +10,9 @@
 namespace vorle {
 
 /// Where the main window was and what it showed, kept in "window.json" beside the topics. Losing
-/// it loses nothing the user made: a file that cannot be read or written is passed over.
+/// it loses nothing the user made: a file that cannot be read or written is passed over. One that
+/// was read and holds no place is kept aside before it is replaced; one that the system did not let
+/// be read is not replaced.
 struct WindowState {
     int x = 0;
     int y = 0;
@@ -19,6 +21,8 @@ struct WindowState {
     std::optional<bool> maximised; ///< then the place is where it was before
     int section = 0;
     bool toldOfMenuBar = false; ///< the user knows that closing leaves the app in the menu bar
+    json::Rest unknown = {};    ///< keys of a later version
+    bool refused = false;       ///< by the system, which did not let the file be read
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("x", &WindowState::x), json::field("y", &WindowState::y),
@@ -28,6 +32,7 @@ struct WindowState {
                           json::field("section", &WindowState::section),
                           json::field("toldOfMenuBar", &WindowState::toldOfMenuBar));
     }
+    static constexpr auto jsonRest() { return &WindowState::unknown; }
     bool operator==(const WindowState &) const = default;
 
     QRect place() const { return {x, y, width, height}; }

@@ -4,6 +4,9 @@ from __future__ import annotations
 import json
 import os
 import random
+import signal
+import subprocess
+import time
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -12,9 +15,12 @@ from attack.damage import Damaged, damage, encoded
 from attack.parallel import each, shares
 from attack.rows import Row
 from attack.topics import Topic
+from attack.web import Site, reply
 from attack.world import Result, World
 
 BESIDE = ("score-notes.json", "found-again.json", "runs.json", "window.json")
+# Those that are written by no command of the reading kind: by a window's end, or by a run.
+REWRITTEN = ("window.json", "screened.json", "runs.json")
 
 
 @dataclass
@@ -24,6 +30,7 @@ class Tally:
     topics: Row
     settings: Row
     beside: Row
+    rewritten: Row
     hoped: int = 0
     found: int = 0
 
@@ -32,7 +39,9 @@ def tally() -> Tally:
     return Tally(Row("files", "damaged topics files: cut, bits flipped, wrong types, byte order "
                               "marks, deep nesting, empty, 200 MB; then `reparer`, or a first save"),
                  Row("files", "damaged settings, read and then changed"),
-                 Row("files", "damaged score notes, returns, run history and window place"))
+                 Row("files", "damaged score notes, returns, run history and window place"),
+                 Row("files", "a damaged window place, written anew by a window; damaged items passed "
+                              "over and run history, by a run"))
 
 
 def put(path: Path, hurt: Damaged) -> None:
@@ -197,16 +206,70 @@ def one_settings_file(world: World, rng: random.Random, number: int, count: Tall
         count.settings.fault(f"{how} (draw {number}): {fault}")
 
 
+def hurt_beside(name: str, known: list[Topic], rng: random.Random) -> Damaged:
+    record = [{"topic": one["id"], "at": "2026-11-01T08:00:00Z"} for one in known]
+    text, _ = encoded(record)
+    return Damaged(name, rng.choice([
+        text[:rng.randrange(1, len(text))], b"", b"{}", b"null", b"[" * 100_000, rng.randbytes(200),
+        text.replace(b"2026", b"20x6"), b"\xef\xbb\xbf" + text, b'{"a":' * 50_000]))
+
+
+def end_a_window(world: World, done: Path, hurt: Damaged) -> str:
+    """Opens the window and asks it to end, as a session does; longer where the machine is busy."""
+    for wait in (1, 4, 12):
+        window = world.start(out=subprocess.DEVNULL)
+        time.sleep(wait)
+        window.send_signal(signal.SIGTERM)
+        try:
+            _, err = window.communicate(timeout=60)
+        except subprocess.TimeoutExpired:
+            window.kill()
+            window.communicate()
+            return "the window never ended"
+        if window.returncode not in (0, 1):
+            return f"the window ended with {window.returncode}: {err.decode(errors='replace')[-160:]}"
+        if not same(done, hurt):
+            return ""
+    return "no window kept its place, so nothing is shown"
+
+
+def one_run(world: World, site: Site, done: Path, hurt: Damaged) -> str:
+    """A run that passes over the one item of a trusted site's feed."""
+    world.give_settings(interests=["Rust"], calibrated=True,
+                        prioritySites=[{"address": site.link("/site"), "feed": site.link("/feed")}])
+    world.give_agent({"candidates": {"trusts, for their": [], "Topics the person": [],
+                                     "came back empty on": []}})
+    result = world.run("fouille", env={"VORLE_ALLOW_LOOPBACK": "1"})
+    if result.crash or result.status != 0:
+        return result.crash or f"the run ended with {result.status}: {result.err[-160:]}"
+    return "the run wrote nothing, so nothing is shown" if same(done, hurt) else ""
+
+
+def one_rewritten(world: World, site: Site, rng: random.Random, number: int, count: Tally) -> None:
+    known = topics.samples(3, rng)
+    topics.write(world.topics, known)
+    name = REWRITTEN[number % len(REWRITTEN)]
+    place = world.data / name
+    hurt = hurt_beside(name, known, rng)
+    put(place, hurt)
+    count.rewritten.draws += 1
+    fault = (end_a_window(world, place, hurt) if name == "window.json"
+             else one_run(world, site, place, hurt))
+    fault = fault or topics.losses(known, topics.read(world.topics))
+    if not fault and not stands_aside(place, hurt):
+        fault = "saved over what could not be read"
+    for aside in asides(place):
+        aside.unlink()
+    if fault:
+        count.rewritten.fault(f"{name} (draw {number}, {hurt.content[:12]!r}): {fault}")
+
+
 def one_file_beside(world: World, rng: random.Random, number: int, count: Tally) -> None:
     known = topics.samples(3, rng)
     topics.write(world.topics, known)
     name = BESIDE[number % len(BESIDE)]
-    record = [{"topic": one["id"], "at": "2026-11-01T08:00:00Z"} for one in known]
-    text, _ = encoded(record)
-    content = rng.choice([text[:rng.randrange(1, len(text))], b"", b"{}", b"null", b"[" * 100_000,
-                          rng.randbytes(200), text.replace(b"2026", b"20x6"), b"\xef\xbb\xbf" + text,
-                          b'{"a":' * 50_000])
-    hurt = Damaged(name, content)
+    hurt = hurt_beside(name, known, rng)
+    content = hurt.content
     put(world.data / name, hurt)
     count.beside.draws += 1
     fault = ""
@@ -234,8 +297,17 @@ def one_share(program: Path, draws: int, seed: int) -> Tally:
         for number in range(draws * 3 // 10):
             one_settings_file(world, rng, number, count)
         world.settings.unlink(missing_ok=True)
-        for number in range(draws - draws * 6 // 10 - draws * 3 // 10):
+        rest = draws - draws * 6 // 10 - draws * 3 // 10
+        for number in range(rest):
             one_file_beside(world, rng, number, count)
+        for name in BESIDE:
+            (world.data / name).unlink(missing_ok=True)
+        site = Site()
+        item = f"<item><title>Article</title><link>{site.link('/item')}</link></item>"
+        site.serve("/feed", reply(f'<rss version="2.0"><channel>{item}</channel></rss>'.encode(),
+                                  "Content-Type: application/rss+xml"))
+        for number in range(max(1, rest // 3)):
+            one_rewritten(world, site, rng, number + seed, count)
     return count
 
 
@@ -245,9 +317,10 @@ def run(program: Path, draws: int, seed: int) -> list[Row]:
     for part in parts[1:]:
         whole.hoped += part.hoped
         whole.found += part.found
-    rows = [whole.topics, whole.settings, whole.beside]
+    rows = [whole.topics, whole.settings, whole.beside, whole.rewritten]
     for part in parts[1:]:
-        for row, other in zip(rows, (part.topics, part.settings, part.beside)):
+        for row, other in zip(rows, (part.topics, part.settings, part.beside,
+                                    part.rewritten)):
             row.draws += other.draws
             row.faults += other.faults
     if whole.hoped:

@@ -1,3 +1,6 @@
+#include "core/DurableFile.h"
+#include "core/FoundAgain.h"
+#include "core/ScoreNotes.h"
 #include "core/StoreLock.h"
 #include "core/TopicStore.h"
 #include "tests/core/Samples.h"
@@ -5,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QRandomGenerator>
 
 #include <gtest/gtest.h>
@@ -217,6 +221,43 @@ TEST_F(StoreFaults, keeps_what_a_later_version_wrote) {
     text.replace("\"title\": \"Page\"",
                  "\"since\": 12345678901234567890,\n        \"title\": \"Page\"");
     text.replace("\"why\"", "\"vu\": null,\n    \"why\"");
+    // In the records inside it too.
+    text.replace("\"firstStep\"", R"("brief": {
+      "details": [],
+      "essentials": [
+        {
+          "body": "b",
+          "images": [
+            1
+          ],
+          "title": "t"
+        }
+      ],
+      "model": "m",
+      "sources": [
+        {
+          "adds": "a",
+          "read": true,
+          "title": "t",
+          "url": "https://example.org/"
+        }
+      ],
+      "unclear": []
+    },
+    "criteria": {
+      "actionability": 1,
+      "effort_minutes": 5,
+      "fun": 9,
+      "impact": 2,
+      "novelty": 3,
+      "reliability": 4
+    },
+    "firstStep")");
+    text.replace("\"vu\"", R"("urgency": {
+      "level": "now",
+      "who": "all"
+    },
+    "vu")");
     fill(file, text + '\n');
     auto store = open();
     ASSERT_EQ(store->count(), 1);
@@ -231,6 +272,71 @@ TEST_F(StoreFaults, keeps_what_a_later_version_wrote) {
     EXPECT_TRUE(store->flush());
     EXPECT_TRUE(contentsOf(file).contains("2.50, 1e3, \"\\u00e9\"]\n    },"));
     EXPECT_TRUE(contentsOf(file).contains("12345678901234567890"));
+}
+
+// Each file beside the topics is read, and written anew for one more record.
+TEST_F(StoreFaults, keeps_what_a_later_version_wrote_beside_the_topics) {
+    auto store = open();
+    const auto ids = store->add({sampleTopic(QStringLiteral("a"), TopicStatus::Reserve),
+                                 sampleTopic(QStringLiteral("b"), TopicStatus::Reserve)});
+    const QByteArray id = ids[0].toByteArray(QUuid::WithoutBraces).toUpper();
+    const auto compact = [&](const char *name) {
+        return QJsonDocument::fromJson(contentsOf(dir.filePath(QString::fromUtf8(name))))
+            .toJson(QJsonDocument::Compact);
+    };
+
+    const QByteArray find = R"({"at":"2026-11-01T08:00:00Z","by":"b","topic":")" + id + "\"}";
+    fill(dir.filePath(QStringLiteral("found-again.json")), '[' + find + ']');
+    FoundAgain finds(*store, clock);
+    test::waitFor(finds.note(ids[1]));
+    EXPECT_TRUE(compact("found-again.json").startsWith('[' + find + ','));
+
+    const QByteArray note = R"({"at":"2026-11-01T08:00:00Z","bytesRead":1,"examples":0,)"
+                            R"("model":"m","reflexes":[{"id":"r","since":2,"title":"R"}],)"
+                            R"("relevance":7,"topic":")" +
+                            id + "\"}";
+    fill(dir.filePath(QStringLiteral("score-notes.json")), '[' + note + ']');
+    ScoreNotes notes(*store, clock);
+    ScoreNote other;
+    other.topic = ids[1];
+    other.at = clock.moment;
+    test::waitFor(notes.add({other}));
+    EXPECT_TRUE(compact("score-notes.json").startsWith('[' + note + ','));
+
+    RunReport report;
+    report.date = clock.moment;
+    report.scopes = {ScopeReport{}};
+    report.scopes[0].yield = Yield{};
+    report.unjudged = report.notNewer = {DroppedLink{}};
+    report.feeds = {FeedTrouble{}};
+    report.steps = {StepReport{}};
+    report.sites = {SiteReport{}};
+    QByteArray runs = json::encode(QList<RunReport>{report});
+    // A key of its own in every record, wherever one begins.
+    int keys = 0;
+    for (qsizetype at = runs.indexOf('{'); at >= 0; at = runs.indexOf('{', at + 1)) {
+        runs.insert(at + 1, "\"ahead" + QByteArray::number(++keys) + "\":[1,\"x\"],");
+    }
+    EXPECT_EQ(keys, 10);
+    fill(dir.filePath(QStringLiteral("runs.json")), runs);
+    report.date = report.date.addDays(1);
+    store->addRun(report);
+    const QByteArray kept = compact("runs.json");
+    for (int key = 1; key <= keys; ++key) {
+        EXPECT_EQ(kept.count("\"ahead" + QByteArray::number(key) + "\":[1,\"x\"]"), 1) << key;
+    }
+    EXPECT_EQ(store->history().size(), 2);
+}
+
+TEST_F(StoreFaults, reports_that_the_system_does_not_let_be_read_are_not_replaced) {
+    const QString runs = dir.filePath(QStringLiteral("runs.json"));
+    fill(runs, "[]");
+    ASSERT_TRUE(QFile::resize(runs, mostFileBytes + 1)); // more than it reads
+    RunReport report;
+    report.date = clock.moment;
+    open()->addRun(report);
+    EXPECT_EQ(QFileInfo(runs).size(), mostFileBytes + 1);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("runs.json")}) << "nothing set aside either";
 }
 
 TEST_F(StoreFaults, sweeps_what_dead_processes_left_and_nothing_else) {
@@ -253,6 +359,14 @@ TEST_F(StoreFaults, sweeps_what_dead_processes_left_and_nothing_else) {
     ::close(held);
     open();
     EXPECT_FALSE(names().contains(alive));
+    // The topics may lie elsewhere, behind a link: what lies beside them still lies here.
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("there")));
+    ASSERT_TRUE(QFile::link(dir.filePath(QStringLiteral("there/topics.json")), file));
+    fill(dir.filePath(dead), "x");
+    fill(dir.filePath(QStringLiteral("there/") + reused), "x");
+    open();
+    EXPECT_FALSE(names().contains(dead));
+    EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("there/") + reused)));
 }
 
 TEST_F(StoreFaults, a_full_disk_leaves_the_old_file_whole) {

@@ -225,8 +225,12 @@ TEST_F(TopicStoreTest, leaves_the_summaries_of_imported_answers_alone) {
          R"({"structured_output":{"sujets":[{"titre":"T","note":7,"nature":"gain",
             "resume":"Une nouvelle API · Tiravue","pourquoi":"p","premier_pas":"s","sources":[]}]}})");
     qputenv("VORLE_SAMPLE_DATA", "");
-    EXPECT_EQ(open()->topics().value(0)->summary, QStringLiteral("Une nouvelle API · Tiravue"));
+    const auto imported = open();
+    EXPECT_EQ(imported->topics().value(0)->summary, QStringLiteral("Une nouvelle API · Tiravue"));
     qunsetenv("VORLE_SAMPLE_DATA");
+    ASSERT_TRUE(imported->flush());
+    EXPECT_EQ(open()->topics().value(0)->summary, QStringLiteral("Une nouvelle API · Tiravue"))
+        << "what this version wrote is no remainder of an earlier one";
 }
 
 TEST_F(TopicStoreTest, gives_entries_without_an_identity_of_their_own_the_same_one_at_every_load) {

@@ -1,5 +1,8 @@
+#include "core/DurableFile.h"
+#include "search/ScreenedItems.h"
 #include "tests/search/RunFixture.h"
 
+#include <QFileInfo>
 #include <QScopeGuard>
 #include <QTimer>
 
@@ -63,6 +66,14 @@ TEST_F(RunFaultsTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     write(QStringLiteral("home/.claude.json"), "{}");
     EXPECT_THROW(run(), AgentError);
     EXPECT_EQ(failures[2].text, u"Claude Code n’est plus connecté.");
+    QFile::remove(folder.filePath(QStringLiteral("home/.local/bin/claude")));
+    EXPECT_THROW(run(), AgentError);
+    ASSERT_EQ(failures.size(), 4);
+    const QList<RunReport> all = store.history();
+    ASSERT_EQ(all.size(), 4) << "nor is one that could not be made forgotten";
+    EXPECT_EQ(all[2].failed, failures[2].text);
+    EXPECT_EQ(all[3].failed, failures[3].text);
+    EXPECT_EQ(all[3].added, 0);
     EXPECT_EQ(failureNotice(failures[2]),
               (FailureNotice{QStringLiteral("Je n’ai pas pu fouiller."),
                              QStringLiteral("Claude Code n’est plus connecté. Ouvre vorle pour te "
@@ -212,6 +223,49 @@ TEST_F(RunFaultsTest, a_stop_at_any_moment_leaves_nothing_behind) {
         EXPECT_FALSE(topic->sources.isEmpty());
         EXPECT_FALSE(topic->summary.isEmpty());
     }
+}
+
+// The items passed over: what is no list of them is kept aside, what cannot be read is left alone.
+TEST(ScreenedItems, replaces_no_file_that_it_could_not_read) {
+    const QTemporaryDir folder;
+    const auto path = [&](const char *name) { return folder.filePath(QString::fromUtf8(name)); };
+    const auto there = [&] {
+        return QDir(folder.path()).entryList(QDir::Files, QDir::Name).join(u' ');
+    };
+    const ScreenedItems items(path("topics.json"));
+    const QDateTime now(QDate(2026, 11, 22), QTime(8, 0), Qt::UTC);
+    const QString link = QStringLiteral("a.fr/1");
+    QFile file(path("screened.json"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{\"links\": [");
+    file.close();
+    EXPECT_TRUE(items.passedOver({}).isEmpty());
+    EXPECT_EQ(there(), u"screened.json") << "reading changes nothing";
+    items.add({}, {link}, now);
+    EXPECT_EQ(items.passedOver({}), QSet<QString>{link});
+    EXPECT_TRUE(there().contains(u"screened.json.illisible-")) << there().toStdString();
+
+    // With another territory, what a later version wrote stays.
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray kept = file.readAll().replace("\"links\"", "\"future\": 1.50,\n  \"links\"");
+    file.close();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(kept);
+    file.close();
+    SitesRequest other;
+    other.tools = {QStringLiteral("Figma")};
+    items.add(other, {QStringLiteral("a.fr/2")}, now);
+    EXPECT_EQ(items.passedOver(other), QSet<QString>{QStringLiteral("a.fr/2")});
+    EXPECT_TRUE(items.passedOver({}).isEmpty());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains("\"future\": 1.50"));
+    file.close();
+
+    ASSERT_TRUE(QFile::resize(file.fileName(), mostFileBytes + 1)); // more than is read
+    const QString before = there();
+    items.add(other, {link}, now);
+    EXPECT_EQ(file.size(), mostFileBytes + 1);
+    EXPECT_EQ(there(), before);
 }
 
 } // namespace

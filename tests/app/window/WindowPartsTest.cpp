@@ -1,5 +1,8 @@
 #include "app/window/WindowState.h"
 
+#include "core/DurableFile.h"
+
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -57,6 +60,28 @@ TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     file.write("{\"x\": \"no\"");
     file.close();
     EXPECT_EQ(WindowState::load(topics), WindowState());
+    // Kept aside before the next place takes its name.
+    state.save(topics);
+    EXPECT_EQ(WindowState::load(topics), state);
+    const QDir there(folder.path());
+    const QStringList aside = there.entryList({QStringLiteral("window.json.illisible-*")});
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(there.entryInfoList({aside.first()}).first().size(), 10);
+    // What a later version wrote stays; what the system does not let be read is not replaced.
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(json::encode(state).chopped(1) + R"(,"zoom":1.50})");
+    file.close();
+    WindowState later = WindowState::load(topics);
+    later.section = 2;
+    later.save(topics);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains("\"zoom\": 1.50"));
+    file.close();
+    ASSERT_TRUE(QFile::resize(file.fileName(), mostFileBytes + 1)); // more than is read
+    WindowState unread = WindowState::load(topics);
+    unread.save(topics);
+    later.save(topics);
+    EXPECT_EQ(file.size(), mostFileBytes + 1);
 }
 
 } // namespace
