@@ -87,7 +87,9 @@ QString correctionText(const Correction &correction, const QDate &today, const Q
     QStringList parts{tr("%1 sur 10, le %2")
                           .arg(scoreFromRelevance(correction.score))
                           .arg(dayLabel(correction.at.toTimeZone(zone).date(), today))};
-    parts += correction.tags;
+    for (const QString &reason : correction.tags) {
+        parts += correctionReasonText(reason);
+    }
     if (!correction.text.isEmpty()) {
         parts += quoted(correction.text);
     }

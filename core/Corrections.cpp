@@ -1,5 +1,6 @@
 #include "core/Corrections.h"
 
+#include "base/French.h"
 #include "base/Text.h"
 #include "core/ScoreScale.h"
 
@@ -10,6 +11,19 @@ const QStringList &correctionReasons() {
                                      QStringLiteral("plus important que ça"),
                                      QStringLiteral("pas fiable")};
     return reasons;
+}
+
+QString correctionReasonText(const QString &reason) {
+    switch (correctionReasons().indexOf(reason)) {
+    case 0:
+        return French::tr("hors de mon domaine");
+    case 1:
+        return French::tr("plus important que ça");
+    case 2:
+        return French::tr("pas fiable");
+    default:
+        return reason;
+    }
 }
 
 Correction correctionOf(double score, const QStringList &reasons, const QString &text,

@@ -14,8 +14,11 @@ namespace vorle {
 
 inline constexpr int highestScore = 10;
 
-/// The reasons offered, in their order.
+/// The reasons offered, in their order: the words that are kept.
 const QStringList &correctionReasons();
+
+/// How a reason reads to the user; one that is none of those offered, as it was kept.
+QString correctionReasonText(const QString &reason);
 
 /// A correction as it is kept: the score is the nearest whole number in 0-10, since that is what
 /// the user then reads (not a number: 0); the offered reasons stand in their order, each once, and

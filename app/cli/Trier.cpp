@@ -140,11 +140,19 @@ void conclude(Context &context, const QUuid &id, const QString &said) {
     }
 }
 
-/// The offered reason that is meant by a word of it, or by the whole.
+/// The offered reason that is meant by a word of what it reads as, or by the whole.
 QString reasonNamed(const QString &word) {
-    const QStringList &offered = correctionReasons();
-    const QStringList meant =
-        offered.contains(word) ? QStringList{word} : offered.filter(word, Qt::CaseInsensitive);
+    QStringList offered;
+    QStringList meant;
+    for (const QString &reason : correctionReasons()) {
+        offered += correctionReasonText(reason);
+        if (reason == word || offered.last() == word) {
+            return reason;
+        }
+        if (offered.last().contains(word, Qt::CaseInsensitive)) {
+            meant += reason;
+        }
+    }
     if (word.isEmpty() || meant.size() != 1) {
         throw Failure(French::tr("Raison inconnue\u00A0: « %1 ». Choix\u00A0: « %2 ».")
                           .arg(word, offered.join(French::tr(" », « "))),

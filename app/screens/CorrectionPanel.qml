@@ -9,7 +9,7 @@ Panel {
     property string title: ""
     property int appScore: -1 // vorle's own; none where nothing could be read
     property int score: -1 // none chosen yet
-    property var offered: [] // the reason words
+    property var offered: [] // the reasons: a word and its text
     property var chosen: []
     property bool corrected: false // there is one already
     property bool typedOne: false // the last key was a 1
@@ -140,12 +140,12 @@ Panel {
 
                 ActionButton {
                     id: word
-                    required property string modelData
-                    text: modelData
+                    required property var modelData
+                    text: modelData.text
                     takesReturn: false
-                    primary: panel.chosen.includes(modelData)
+                    primary: panel.chosen.includes(modelData.word)
                     Accessible.name: primary ? qsTr("%1, choisi").arg(text) : text
-                    onClicked: panel.toggle(modelData)
+                    onClicked: panel.toggle(modelData.word)
                 }
             }
         }

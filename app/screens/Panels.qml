@@ -96,7 +96,7 @@ Item {
         id: correction
         onGone: panels.window.resume()
         sourceComponent: CorrectionPanel {
-            offered: panels.shell.correctionWords
+            offered: panels.shell.correctionReasons
             onGiven: (topicId, score, tags, text) => {
                 panels.shell.correct(topicId, score, tags, text);
                 correction.hide();

@@ -8,11 +8,11 @@ Panel {
     required property var shell
 
     readonly property var choices: [
-        { name: qsTr("Apparence"), key: "appearance", words: ["Automatique", "Clair", "Sombre"] },
-        { name: qsTr("Couleur"), key: "accent", words: Object.keys(Theme.accents) },
+        { name: qsTr("Apparence"), key: "appearance", words: ["Automatique", "Clair", "Sombre"], shown: [qsTr("Automatique"), qsTr("Clair"), qsTr("Sombre")] },
+        { name: qsTr("Couleur"), key: "accent", words: Object.keys(Theme.accents), shown: [qsTr("Braise"), qsTr("Framboise"), qsTr("Lagune"), qsTr("Indigo")] },
         { name: qsTr("IA"), key: "agent", words: ["claude", "codex"], shown: ["Claude Code", "Codex"] },
         { name: qsTr("Terminal"), key: "terminal", words: shell.terminals },
-        { name: qsTr("Notifications"), key: "notifyMode", words: ["À chaque fouille", "Seulement si urgent", "Jamais"] },
+        { name: qsTr("Notifications"), key: "notifyMode", words: ["À chaque fouille", "Seulement si urgent", "Jamais"], shown: [qsTr("À chaque fouille"), qsTr("Seulement si urgent"), qsTr("Jamais")] },
         { name: qsTr("Temps de veille par semaine"), key: "weeklyMinutes", words: [60, 120, 180, 240, 300], shown: ["1 h", "2 h", "3 h", "4 h", "5 h"] }]
 
     name: qsTr("Réglages")

@@ -227,7 +227,14 @@ QString Shell::correctionText(const QString &topicId) const {
     return topic && topic->correction ? topic->correction->text : QString();
 }
 
-QStringList Shell::correctionWords() const { return correctionReasons(); }
+QVariantList Shell::correctionReasons() const {
+    QVariantList reasons;
+    for (const QString &word : vorle::correctionReasons()) {
+        reasons += QVariantMap{{QStringLiteral("word"), word},
+                               {QStringLiteral("text"), correctionReasonText(word)}};
+    }
+    return reasons;
+}
 
 QString Shell::addLink(const QString &url, const QString &note) {
     const auto taken =

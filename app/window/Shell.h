@@ -57,8 +57,8 @@ class Shell final : public QObject {
     Q_PROPERTY(QStringList terminals READ terminals CONSTANT FINAL)
     /// Counts the changes of settings: what reads one names it, to be read again.
     Q_PROPERTY(int settingsRevision READ settingsRevision NOTIFY settingsChanged FINAL)
-    /// The words a correction may name as its reasons.
-    Q_PROPERTY(QStringList correctionWords READ correctionWords CONSTANT FINAL)
+    /// The reasons a correction may name: `word`, as it is kept, and `text`, as it reads.
+    Q_PROPERTY(QVariantList correctionReasons READ correctionReasons CONSTANT FINAL)
     /// A sentence on what went wrong lately (a save, the settings); "" when nothing did, or when it
     /// holds no longer. The latest first; dismissed, the one before shows again.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
@@ -137,7 +137,7 @@ public:
     Q_INVOKABLE int judgedScore(const QString &topicId) const;
     Q_INVOKABLE QStringList correctionTags(const QString &topicId) const;
     Q_INVOKABLE QString correctionText(const QString &topicId) const;
-    QStringList correctionWords() const;
+    QVariantList correctionReasons() const;
 
 Q_SIGNALS:
     void lookChanged();

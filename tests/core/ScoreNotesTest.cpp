@@ -3,8 +3,10 @@
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QTranslator>
 
 #include <gtest/gtest.h>
 
@@ -153,6 +155,29 @@ TEST(Corrections, are_whole_scores_in_range_with_the_offered_reasons_in_their_or
                           now}));
     EXPECT_EQ(correctionOf(-3, {}, {}, now).score, 0);
     EXPECT_EQ(correctionOf(6.5, {}, {}, now).score, 7);
+}
+
+/// A table of texts in another language.
+class Capitals final : public QTranslator {
+public:
+    QString translate(const char *, const char *text, const char *, int) const override {
+        return QString::fromUtf8(text).toUpper();
+    }
+    bool isEmpty() const override { return false; }
+};
+
+TEST(Corrections, are_kept_in_words_that_no_language_changes) {
+    const QString kept = QStringLiteral("pas fiable");
+    EXPECT_EQ(correctionReasonText(kept), kept);
+    EXPECT_EQ(correctionReasonText(QStringLiteral("trop long")), QStringLiteral("trop long"))
+        << "of another version";
+    Capitals other;
+    QCoreApplication::installTranslator(&other);
+    for (const QString &reason : correctionReasons()) {
+        EXPECT_EQ(correctionReasonText(reason), reason.toUpper());
+    }
+    EXPECT_EQ(correctionOf(5, {kept}, {}, {}).tags, QStringList{kept});
+    QCoreApplication::removeTranslator(&other);
 }
 
 TEST(Corrections, show_the_users_score_with_the_former_one) {
