@@ -86,6 +86,8 @@ public:
         connect(qApp, &QGuiApplication::applicationStateChanged, &m_timer,
                 [this](Qt::ApplicationState state) {
                     if (state == Qt::ApplicationActive) {
+                        // A Mac's settings come to the disk some seconds after a command set them.
+                        m_app.preferences().reload();
                         m_timer.look(); // it may have slept
                         reopen();
                     }
@@ -236,19 +238,7 @@ private:
     void refuse(const QString &problem) {
         complain(problem);
         m_waiting.reset();
-        // Nobody is to be told that a window comes, nor to wait for topics that nobody uses.
-        m_instance.close();
-        try {
-            m_app.lock().release();
-            m_app.appLock().release();
-        } catch (const std::system_error &) {
-            // They were never made: that was the problem.
-        }
-        if (isHeard()) {
-            m_door.left(1);
-            return;
-        }
-        // Nobody is kept waiting by a box that only says why.
+        // Nobody is to be told that a window comes, nor to wait behind a box that only says why.
         m_instance.close();
         try {
             m_app.lock().release();
@@ -256,6 +246,10 @@ private:
         } catch (const std::system_error &) {
             logLine(
                 QStringLiteral("there is no place for the topics, and so no lock to give back"));
+        }
+        if (isHeard()) {
+            m_door.left(1);
+            return;
         }
         m_refusal = std::make_unique<QMessageBox>(QMessageBox::Critical, QStringLiteral("vorle"),
                                                   problem, QMessageBox::Close);
