@@ -73,11 +73,13 @@ class Network:
                 shell("ip", "route", "add", "local", "0.0.0.0/0", "dev", "lo")):
             raise OSError("the network namespace cannot be furnished (iproute2?)")
         self.six = shell("ip", "-6", "route", "add", "local", "::/0", "dev", "lo")
-        self.files = Path(tempfile.mkdtemp(prefix="vorle-attack-net-"))
-        (self.files / "resolv.conf").write_text("nameserver 127.0.0.1\noptions attempts:1 timeout:1\n")
         target = str(Path("/etc/resolv.conf").resolve())
-        if not shell("mount", "--bind", str(self.files / "resolv.conf"), target):
-            raise OSError("the name server cannot be set")
+        # Once mounted it needs no name of its own any more.
+        with tempfile.TemporaryDirectory(prefix="vorle-attack-net-") as folder:
+            file = Path(folder) / "resolv.conf"
+            file.write_text("nameserver 127.0.0.1\noptions attempts:1 timeout:1\n")
+            if not shell("mount", "--bind", str(file), target):
+                raise OSError("the name server cannot be set")
         Names(public).start()
         self.sites = [Site("0.0.0.0", port) for port in PORTS]
         if self.six:

@@ -40,8 +40,12 @@ class Shim:
             raise OSError("no C compiler")
         self.folder = Path(tempfile.mkdtemp(prefix="vorle-attack-shim-"))
         self.library = self.folder / "shim.so"
-        subprocess.run([compiler, "-shared", "-fPIC", "-O1", "-o", str(self.library),
-                        str(HERE / "shim.c"), "-ldl"], check=True, capture_output=True)
+        try:
+            subprocess.run([compiler, "-shared", "-fPIC", "-O1", "-o", str(self.library),
+                            str(HERE / "shim.c"), "-ldl"], check=True, capture_output=True)
+        except BaseException:
+            self.close()
+            raise
 
     def environment(self, world: World, *, nth: int, error: int, calls: str = "", ever: int = 0,
                     half: bool = False, under: str = "") -> dict[str, str]:

@@ -1,5 +1,6 @@
 #include "search/PageReader.h"
 #include "search/Links.h"
+#include "search/PageTwin.h"
 #include "search/TopicDraft.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Wait.h"
@@ -207,6 +208,14 @@ PageReader::Route to(TestServer &server) {
     };
 }
 
+/// Where the server is asked for the twin of that page.
+QByteArray twin(const char *link) {
+    const auto twin = twinOf(QUrl(QString::fromUtf8(link)));
+    return twin ? '/' + twin->address.host().toUtf8() +
+                      twin->address.path(QUrl::FullyEncoded).toUtf8()
+                : QByteArray();
+}
+
 TestReply json(const QByteArray &body) {
     TestReply reply = TestReply::page(body);
     reply.contentType = "application/json; charset=utf-8";
@@ -219,16 +228,18 @@ TEST(PageReader, reads_what_a_site_publishes_for_programs) {
     HttpClient http(true);
     PageReader reader(http, 2s, to(server));
     const QByteArray words = QByteArray("mots ").repeated(200);
+    const QByteArray scoped = twin("https://www.npmjs.com/package/@scope/kit");
+    EXPECT_TRUE(scoped.endsWith("/@scope%2Fkit")) << scoped.constData();
     server.serve(
-        "/registry."
-        "npmjs.org/@scope%2Fkit",
+        scoped,
         json(R"({"name":"@scope/kit","description":"Un outil.","dist-tags":{"latest":"2.1.0"},
                       "time":{"created":"2020-01-01T00:00:00Z","2.1.0":"2026-11-19T08:00:00Z",
                       "2.0.0":"2026-10-01T08:00:00Z"},"readme":"# Kit\n)" +
              words + R"("})"));
+    const QByteArray versioned = twin("https://www.npmjs.com/package/kit/v/1.0.0");
+    EXPECT_TRUE(versioned.endsWith("/kit/1.0.0")) << versioned.constData();
     server.serve(
-        "/registry."
-        "npmjs.org/kit/1.0.0",
+        versioned,
         json(R"({"name":"kit","version":"1.0.0","description":"D.","deprecated":"use x"})"));
     server.serve("/www.reddit.com/r/rust/comments/1abc.json",
                  json(R"([{"data":{"children":[{"data":{"title":"Rust 2","selftext":")" + words +
@@ -293,12 +304,10 @@ TEST(PageReader, reads_the_page_itself_where_its_twin_says_nothing) {
         EXPECT_EQ(video.finalUrl, QString::fromUtf8(link));
     }
     // A registry's document too long to be read whole: the newest version's own.
-    server.serve("/registry."
-                 "npmjs.org/big",
+    const QByteArray whole = twin("https://npmjs.com/package/big");
+    server.serve(whole,
                  json(R"({"name":"big","readme":")" + QByteArray(pageByteLimit, 'x') + R"("})"));
-    server.serve("/registry."
-                 "npmjs.org/big/latest",
-                 json(R"({"name":"big","version":"9.0.0"})"));
+    server.serve(whole + "/latest", json(R"({"name":"big","version":"9.0.0"})"));
     const ReadPage big =
         test::waitFor(reader.read(QStringLiteral("https://npmjs.com/package/big")));
     EXPECT_EQ(big.title, QStringLiteral("big 9.0.0"));
