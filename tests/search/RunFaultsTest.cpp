@@ -66,8 +66,10 @@ TEST_F(RunFaultsTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     write(QStringLiteral("home/.claude.json"), "{}");
     EXPECT_THROW(run(), AgentError);
     EXPECT_EQ(failures[2].text, u"Claude Code n’est plus connecté.");
-    QFile::remove(folder.filePath(QStringLiteral("home/.local/bin/claude")));
+    const QString agentFile = folder.filePath(QStringLiteral("home/.local/bin/claude"));
+    ASSERT_TRUE(QFile::rename(agentFile, agentFile + u'~'));
     EXPECT_THROW(run(), AgentError);
+    ASSERT_TRUE(QFile::rename(agentFile + u'~', agentFile));
     ASSERT_EQ(failures.size(), 4);
     const QList<RunReport> all = store.history();
     ASSERT_EQ(all.size(), 4) << "nor is one that could not be made forgotten";

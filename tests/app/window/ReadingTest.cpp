@@ -119,8 +119,10 @@ TEST_F(ReadingTest, a_score_is_corrected_and_given_back_without_inventing_one) {
     press(Qt::Key_Return); // no score was chosen
     EXPECT_FALSE(correction(none));
     press(Qt::Key_6);
+    click(text("pas fiable"));
     press(Qt::Key_Return);
     ASSERT_TRUE(correction(none));
+    EXPECT_EQ(correction(none)->tags, QList<QString>{text("pas fiable")});
     QMetaObject::invokeMethod(&window(), "showTopic", Q_ARG(int, int(Section::Inbox)),
                               Q_ARG(QString, none));
     press(Qt::Key_Space);
