@@ -5,6 +5,7 @@ import argparse
 import datetime
 import importlib
 import os
+import signal
 import subprocess
 import sys
 import time
@@ -12,7 +13,7 @@ import traceback
 from pathlib import Path
 
 from attack.rows import Row, recorded, table
-from attack.world import ROOT
+from attack.world import ROOT, World, sweep
 
 # Each area with its draws: in full, and in the short form that the tests run.
 AREAS: dict[str, tuple[int, int]] = {
@@ -58,6 +59,14 @@ def run_area(name: str, program: Path, draws: int, seed: int) -> list[Row]:
         return [row]
 
 
+def leave(number: int, _: object) -> None:
+    """Asked to end in the middle: nothing of ours lives on or stays behind."""
+    for world in list(World.living):
+        world.close()
+    sweep(mine=True)
+    os._exit(128 + number)
+
+
 def main(words: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="scripts/attack",
                                      description="Attacks the built program and counts what is lost.")
@@ -73,6 +82,9 @@ def main(words: list[str]) -> int:
     if unknown:
         parser.error(f"no such area: {', '.join(unknown)}")
     program = program_at(asked.program)
+    sweep()
+    for number in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, leave)
     rows: list[Row] = []
     begun = time.monotonic()
     for area in asked.areas or AREAS:

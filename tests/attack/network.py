@@ -3,14 +3,15 @@ Only for use inside a network namespace, where nothing else is."""
 from __future__ import annotations
 
 import ipaddress
+import shutil
 import socket
 import struct
 import subprocess
-import tempfile
 import threading
 from pathlib import Path
 
 from attack.web import Site
+from attack.world import scratch
 
 PORTS = (80, 8080, 443)
 
@@ -75,11 +76,14 @@ class Network:
         self.six = shell("ip", "-6", "route", "add", "local", "::/0", "dev", "lo")
         target = str(Path("/etc/resolv.conf").resolve())
         # Once mounted it needs no name of its own any more.
-        with tempfile.TemporaryDirectory(prefix="vorle-attack-net-") as folder:
-            file = Path(folder) / "resolv.conf"
+        folder = scratch("net")
+        try:
+            file = folder / "resolv.conf"
             file.write_text("nameserver 127.0.0.1\noptions attempts:1 timeout:1\n")
             if not shell("mount", "--bind", str(file), target):
                 raise OSError("the name server cannot be set")
+        finally:
+            shutil.rmtree(folder, ignore_errors=True)
         Names(public).start()
         self.sites = [Site("0.0.0.0", port) for port in PORTS]
         if self.six:

@@ -4,10 +4,9 @@ from __future__ import annotations
 import errno
 import shutil
 import subprocess
-import tempfile
 from pathlib import Path
 
-from attack.world import HERE, World
+from attack.world import HERE, World, scratch
 
 # What a file system really answers to each call.
 ERRORS: dict[str, tuple[int, ...]] = {
@@ -38,7 +37,7 @@ class Shim:
         compiler = next((c for c in map(shutil.which, ("cc", "clang-19", "clang", "gcc")) if c), None)
         if compiler is None:
             raise OSError("no C compiler")
-        self.folder = Path(tempfile.mkdtemp(prefix="vorle-attack-shim-"))
+        self.folder = scratch("shim")
         self.library = self.folder / "shim.so"
         try:
             subprocess.run([compiler, "-shared", "-fPIC", "-O1", "-o", str(self.library),

@@ -12,6 +12,7 @@ import tempfile
 import time
 from dataclasses import dataclass
 from pathlib import Path
+from typing import ClassVar
 
 from attack import topics
 from attack.topics import Topic
@@ -23,6 +24,24 @@ STAND_IN = ROOT / "tests" / "support" / "stand-in-agent.py"
 # A sanitizer that found something ends the program with this, so that it cannot pass for a refusal.
 SANITIZER_STATUS = 99
 SANITIZED = ("AddressSanitizer", "LeakSanitizer", "runtime error:")
+
+
+# Every scratch folder carries the process that made it, so that it can be told from one in use.
+PREFIX = "vorle-attack-"
+
+
+def scratch(name: str) -> Path:
+    """A new folder in the temporary one."""
+    return Path(tempfile.mkdtemp(prefix=f"{PREFIX}{os.getpid()}-{name}-"))
+
+
+def sweep(mine: bool = False) -> None:
+    """Removes what drivers that were killed left; `mine`: what this one made."""
+    for folder in Path(tempfile.gettempdir()).glob(PREFIX + "*"):
+        process = folder.name.removeprefix(PREFIX).partition("-")[0]
+        if process.isdigit() and (int(process) == os.getpid() if mine
+                                  else not Path("/proc", process).exists()):
+            shutil.rmtree(folder, ignore_errors=True)
 
 
 @dataclass
@@ -60,9 +79,12 @@ class Result:
 class World:
     """A scratch machine. Its agent is the stand-in of the tests, behind the real command line."""
 
+    living: "ClassVar[list[World]]" = []
+
     def __init__(self, program: Path, name: str = "w") -> None:
         self.program = program
-        self.root = Path(tempfile.mkdtemp(prefix=f"vorle-attack-{name}-"))
+        self.root = scratch(name)
+        World.living.append(self)
         self.home = self.root / "home"
         self.data = self.home / ".local" / "share" / "vorle"
         self.topics = self.data / "topics.json"
@@ -195,6 +217,8 @@ class World:
             except OSError:
                 pass
         shutil.rmtree(self.root, ignore_errors=True)
+        if self in World.living:
+            World.living.remove(self)
 
     def __enter__(self) -> "World":
         return self
