@@ -39,16 +39,6 @@ Task<> sleepFor(std::chrono::milliseconds duration, CancelToken cancel) {
 
 namespace {
 
-Task<> runDetached(Task<> task, QString what) {
-    try {
-        co_await task;
-    } catch (const Cancelled &) {
-        // Somebody asked for the stop: nothing to tell.
-    } catch (const std::exception &error) {
-        logLine(what + QStringLiteral(": ") + QString::fromUtf8(error.what()));
-    }
-}
-
 struct Batch {
     qsizetype next = 0;
     qsizetype count = 0;
@@ -71,13 +61,49 @@ Task<> batchWorker(std::shared_ptr<Batch> batch) {
 
 } // namespace
 
-void detach(Task<> task, QString what) { runDetached(std::move(task), std::move(what)); }
+Task<> logged(Task<> task, QString what) {
+    try {
+        co_await task;
+    } catch (const Cancelled &) {
+        // Somebody asked for the stop: nothing to tell.
+    } catch (const std::exception &error) {
+        logLine(what + QStringLiteral(": ") + QString::fromUtf8(error.what()));
+    }
+}
 
-Task<> outlive(Task<> step, std::exception_ptr &fault) {
+void detach(Task<> task, QString what) { logged(std::move(task), std::move(what)); }
+
+Task<> settle(Task<> step, std::exception_ptr &fault) {
     try {
         co_await step;
     } catch (...) {
         fault = fault ? fault : std::current_exception();
+    }
+}
+
+void TaskGroup::add(Task<> task) {
+    ++m_state->underWay;
+    watch(m_state, std::move(task));
+}
+
+Task<> TaskGroup::watch(std::shared_ptr<State> state, Task<> task) {
+    co_await settle(std::move(task), state->firstError);
+    if (--state->underWay == 0) {
+        for (const OneShot &waiting : std::exchange(state->joining, {})) {
+            waiting.fire();
+        }
+    }
+}
+
+Task<> TaskGroup::join() {
+    const std::shared_ptr<State> state = m_state;
+    while (state->underWay > 0) {
+        const OneShot over;
+        state->joining.push_back(over);
+        co_await over;
+    }
+    if (const std::exception_ptr error = std::exchange(state->firstError, nullptr)) {
+        std::rethrow_exception(error);
     }
 }
 

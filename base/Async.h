@@ -9,9 +9,11 @@
 #include <chrono>
 #include <coroutine>
 #include <deque>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace vorle {
 
@@ -45,13 +47,40 @@ private:
 /// Waits without holding the thread. @throws Cancelled as soon as `cancel` is.
 Task<> sleepFor(std::chrono::milliseconds duration, CancelToken cancel = {});
 
-/// Lets a task run on by itself. An exception that leaves it is logged under `what`, except
-/// Cancelled. What the task uses must live as long as the application.
+/// The task with what it throws logged under `what`, except Cancelled: it throws nothing.
+Task<> logged(Task<> task, QString what);
+
+/// Lets a task run on by itself, logged. What it uses must live as long as the application; where
+/// it does not, a TaskGroup waits for it.
 void detach(Task<> task, QString what);
 
-/// Waits for a step that may fail while others must still be waited for: keeps in `fault` what it
-/// threw, unless something is kept there already. `fault` outlives the wait.
-Task<> outlive(Task<> step, std::exception_ptr &fault);
+/// Waits for a step after which others must still be waited for: keeps in `fault` what it threw,
+/// unless something is kept there already. `fault` must stay until the wait has ended.
+Task<> settle(Task<> step, std::exception_ptr &fault);
+
+/// Tasks that use one object and are waited for together: the object joins them before it goes.
+/// A group that goes first lets its tasks run on. Main thread.
+class TaskGroup {
+public:
+    TaskGroup() : m_state(std::make_shared<State>()) {}
+
+    /// Takes a task that has started.
+    void add(Task<> task);
+    bool isEmpty() const { return m_state->underWay == 0; }
+    /// Ends once every task has, those that are added meanwhile too. Several may wait; the first of
+    /// them is told of a failure. @throws what the first task to fail since the last join threw
+    Task<> join();
+
+private:
+    struct State {
+        qsizetype underWay = 0;
+        std::exception_ptr firstError;
+        std::vector<OneShot> joining;
+    };
+    static Task<> watch(std::shared_ptr<State> state, Task<> task);
+
+    std::shared_ptr<State> m_state;
+};
 
 /// Runs `work(0)` … `work(count - 1)`, at most `atOnce` at a time, in order of start. When one
 /// throws, no further one starts; once those under way have ended the first exception is thrown.

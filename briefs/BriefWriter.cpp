@@ -123,7 +123,7 @@ void BriefWriter::ask(const QUuid &id) {
     Q_EMIT queueChanged();
     if (!m_running) {
         setRunning(true);
-        detach(work(), QStringLiteral("briefs"));
+        m_work.add(logged(work(), QStringLiteral("briefs")));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/Ask.h"
+#include "base/Async.h"
 #include "base/Clock.h"
 #include "core/Brief.h"
 
@@ -64,6 +65,8 @@ public:
     const QList<QUuid> &queue() const { return m_queue; }
     /// Whether the queue is being worked through; true still while a stopped call ends.
     bool running() const { return m_running; }
+    /// Ends once no call is under way and no topic waits for one.
+    Task<> ended() { return m_work.join(); }
     std::optional<QUuid> writing() const { return m_writing; }
     /// The topics whose last attempt failed.
     QSet<QUuid> failed() const { return {m_failures.keyBegin(), m_failures.keyEnd()}; }
@@ -78,7 +81,7 @@ public:
     void ask(const QUuid &id);
     /// Takes the topic out of the queue, or ends the call that writes it.
     void withdraw(const QUuid &id);
-    /// Withdraws every topic. Done once `running` is false.
+    /// Withdraws every topic; done once `ended` is.
     void stop();
 
 Q_SIGNALS:
@@ -101,6 +104,7 @@ private:
     QList<QUuid> m_queue;
     std::optional<QUuid> m_writing;
     bool m_running = false;
+    TaskGroup m_work;
     CancelSource m_call; ///< ends the call under way
     QHash<QUuid, QString> m_failures;
     QHash<QUuid, Receipt> m_receipts;

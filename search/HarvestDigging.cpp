@@ -51,14 +51,14 @@ Task<> Harvest::dig() {
     // What was found is read and judged before anything that went wrong is passed on.
     std::exception_ptr fault;
     const qsizetype calls = (items.size() + Pipeline::digAtOnce - 1) / Pipeline::digAtOnce;
-    co_await outlive(forEachBounded(calls, digCallsAtOnce,
+    co_await settle(forEachBounded(calls, digCallsAtOnce,
                                     [&](qsizetype call) {
                                         return askToDig(items.mid(call * Pipeline::digAtOnce,
                                                                   Pipeline::digAtOnce));
                                     }),
                      fault);
-    co_await outlive(finishReading(), fault);
-    co_await outlive(m_judging.finish(), fault);
+    co_await settle(finishReading(), fault);
+    co_await settle(m_judging.finish(), fault);
     if (fault) {
         std::rethrow_exception(fault);
     }

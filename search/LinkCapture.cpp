@@ -123,7 +123,7 @@ void LinkCapture::start(const QUuid &id) {
     }
     Q_EMIT stateChanged(id);
     if (!m_running) {
-        detach(work(), QStringLiteral("captured links"));
+        m_work.add(logged(work(), QStringLiteral("captured links")));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/Ask.h"
+#include "base/Async.h"
 #include "base/Clock.h"
 #include "core/ScoreNotes.h"
 #include "core/TopicStore.h"
@@ -79,7 +80,9 @@ public:
     void retry(const QUuid &id);
 
     bool running() const { return m_running; }
-    /// Ends the work under way; done once `running` is false. What was not finished stays pending.
+    /// Ends once no link is being read and none waits for it.
+    Task<> ended() { return m_work.join(); }
+    /// Ends the work under way; done once `ended` is. What was not finished stays pending.
     void stop() { m_cancel.cancel(); }
 
 Q_SIGNALS:
@@ -101,6 +104,7 @@ private:
     QList<QUuid> m_queue; ///< the one being read first
     QHash<QUuid, QString> m_failures;
     bool m_running = false;
+    TaskGroup m_work;
 };
 
 } // namespace vorle

@@ -226,8 +226,8 @@ Task<> readNow(Context &context, QUuid id) {
     capture.ask(id);
     co_await over;
     // A process of its own ends with the command: the picture is waited for.
-    while (context.host == Host::OwnProcess && capture.running()) {
-        co_await sleepFor(std::chrono::milliseconds(20));
+    if (context.host == Host::OwnProcess) {
+        co_await capture.ended();
     }
     context.console.endProgress();
     context.cancel.throwIfCancelled();

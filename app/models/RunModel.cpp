@@ -91,12 +91,12 @@ void RunModel::followTerritory() {
 }
 
 void RunModel::start() {
-    if (m_running || m_followed) {
+    if (m_running || !m_following.isEmpty()) {
         return;
     }
     m_cancel = CancelSource();
-    m_followed = true;
-    detach(follow(this, m_engine, m_cancel.token()), QStringLiteral("the search run"));
+    m_following.add(
+        logged(follow(this, m_engine, m_cancel.token()), QStringLiteral("the search run")));
 }
 
 /// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
@@ -110,10 +110,6 @@ Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelTok
         }
     } catch (const std::exception &) {
         // The engine has announced it.
-    }
-    if (self) {
-        self->m_followed = false;
-        Q_EMIT self->returned();
     }
 }
 
@@ -165,13 +161,7 @@ void RunModel::stop() {
 
 Task<> RunModel::stopped() {
     stop();
-    if (!m_followed) {
-        co_return;
-    }
-    const OneShot over;
-    connect(this, &RunModel::returned, this, [over] { over.fire(); });
-    connect(this, &QObject::destroyed, [over] { over.fire(); });
-    co_await over;
+    co_await m_following.join();
 }
 
 void RunModel::refresh() { Q_EMIT scheduleChanged(); }

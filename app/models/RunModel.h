@@ -96,8 +96,6 @@ Q_SIGNALS:
     void scheduleChanged();
     /// A run ended, one way or another.
     void ended();
-    /// One that was started here has returned.
-    void returned();
 
 private:
     void begin();
@@ -113,7 +111,7 @@ private:
     const TopicStore &m_store;
     LocalZone m_zone;
     CancelSource m_cancel;
-    bool m_followed = false; // a run that was started here has not returned yet
+    TaskGroup m_following; // the run that was started here, until it has returned
     bool m_running = false;
     bool m_stopping = false;
     double m_part = 0;

@@ -88,7 +88,7 @@ void CommandDoor::serve(AppConnection &caller, const AppCommand &asked) {
         }
     });
     m_underWay.push_back(errand);
-    detach(run(this, errand), QStringLiteral("a command from a terminal"));
+    m_running.add(logged(run(this, errand), QStringLiteral("a command from a terminal")));
 }
 
 Task<> CommandDoor::run(QPointer<CommandDoor> self, std::shared_ptr<Errand> errand) {
@@ -107,9 +107,7 @@ Task<> CommandDoor::closed() {
     for (const auto &errand : underWay) {
         errand->cancel.cancel();
     }
-    while (!m_underWay.empty()) {
-        co_await sleepFor(std::chrono::milliseconds(20));
-    }
+    co_await m_running.join();
 }
 
 } // namespace vorle

@@ -35,6 +35,7 @@ private:
 
     Application &m_app;
     std::list<std::shared_ptr<Errand>> m_underWay;
+    TaskGroup m_running;
     bool m_closed = false;
 };
 

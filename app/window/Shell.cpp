@@ -255,9 +255,8 @@ Task<> Shell::stopped() {
     m_capture->stop();
     m_parts.app.briefs().stop();
     co_await m_run->stopped();
-    while (m_capture->running() || m_parts.app.briefs().running()) {
-        co_await sleepFor(std::chrono::milliseconds(20));
-    }
+    co_await m_capture->ended();
+    co_await m_parts.app.briefs().ended();
 }
 
 /// What a captured link's state says goes to its card, and all that failed together to the notice.

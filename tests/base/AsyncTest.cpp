@@ -110,6 +110,52 @@ TEST(Async, a_gate_serves_in_order_and_survives_a_cancelled_wait) {
               (QStringList{QStringLiteral("a"), QStringLiteral("b gave up"), QStringLiteral("c")}));
 }
 
+TEST(Async, a_group_waits_for_all_and_tells_the_first_failure) {
+    QStringList ended;
+    const auto work = [&](QString name, std::chrono::milliseconds time, bool fails) -> Task<> {
+        co_await sleepFor(time);
+        ended += name;
+        if (fails) {
+            throw std::runtime_error(name.toStdString());
+        }
+    };
+    TaskGroup group;
+    const auto addLate = [&]() -> Task<> {
+        co_await sleepFor(10ms);
+        group.add(work(QStringLiteral("late"), 30ms, true));
+    };
+    test::waitFor(group.join()); // nothing to wait for
+    group.add(work(QStringLiteral("slow"), 60ms, true));
+    group.add(work(QStringLiteral("quick"), 1ms, true));
+    group.add(addLate());
+    auto first = group.join();
+    auto second = group.join();
+    try {
+        test::waitFor(std::move(first));
+        ADD_FAILURE() << "the failure was lost";
+    } catch (const std::runtime_error &error) {
+        EXPECT_STREQ(error.what(), "quick");
+    }
+    test::waitFor(std::move(second));
+    EXPECT_EQ(ended, (QStringList{QStringLiteral("quick"), QStringLiteral("late"),
+                                  QStringLiteral("slow")}));
+    EXPECT_TRUE(group.isEmpty());
+    test::waitFor(group.join()); // told once
+}
+
+TEST(Async, a_group_that_goes_lets_its_tasks_run_on) {
+    OneShot over;
+    {
+        TaskGroup group;
+        group.add([](OneShot done) -> Task<> {
+            co_await sleepFor(5ms);
+            done.fire();
+        }(over));
+    }
+    const auto waits = [&]() -> Task<> { co_await over; };
+    test::waitFor(waits());
+}
+
 TEST(Cancellation, callbacks_run_once_and_a_dropped_one_never) {
     CancelSource source;
     int kept = 0;
