@@ -184,7 +184,7 @@ Task<> Harvest::readDug(Dug dug) {
         moved.sources = item.sources();
         m_tools.store.replacePending(std::move(moved));
     }
-    m_judging.add(judgeCandidate(place));
+    putToJudge(place);
 }
 
 void Harvest::settleUnread() {

@@ -1,6 +1,8 @@
 #include "search/RunPlan.h"
 #include "tests/search/RunFixture.h"
 
+#include <gmock/gmock.h>
+
 namespace vorle {
 namespace {
 
@@ -162,15 +164,30 @@ TEST_F(HarvestTest, a_release_that_is_in_use_already_is_set_apart) {
     };
     preferences.change(&Settings::projects,
                        {{QStringLiteral("Potager"), folder.filePath(QStringLiteral("code"))}});
+    // The agent keeps one from a feed: put to it again, it would be read in vain for a month.
+    server.serve("/feed", [&](const test::TestRequest &) {
+        test::TestReply reply;
+        reply.contentType = "application/rss+xml";
+        reply.body = "<rss><channel><item><title>Item kept</title><link>" + at("/kept").toUtf8() +
+                     "</link></item></channel></rss>";
+        return reply;
+    });
+    preferences.change(&Settings::prioritySites, {PrioritySite{at("/feed"), {}, {}}});
+    sitesAnswer = list({release("/kept", "7.11.0")});
     scenario(list({release("/old", "7.10.0"), release("/new", "7.18.1")}), QStringLiteral("[]"));
     const RunReport report = run();
     ASSERT_EQ(inbox().size(), 1);
     EXPECT_EQ(inbox().first()->dependency, QStringLiteral("undici"));
     EXPECT_EQ(inbox().first()->currentVersion, QStringLiteral("7.12.0"));
     EXPECT_EQ(inbox().first()->newVersion, QStringLiteral("7.18.1"));
-    ASSERT_EQ(report.notNewer.size(), 1);
-    EXPECT_EQ(report.notNewer.first().url, at("/old"));
+    QStringList old;
+    for (const DroppedLink &link : report.notNewer) {
+        old += link.url;
+    }
+    EXPECT_THAT(old, testing::UnorderedElementsAre(at("/old"), at("/kept")));
     EXPECT_TRUE(promptsSent().contains(u"versions in use: undici 7.12.0"));
+    run();
+    EXPECT_EQ(promptsSent().count(QStringLiteral("] Item kept")), 1);
 }
 
 // A link that one project has passed already may be what another waits for, whoever comes first
@@ -314,13 +331,60 @@ TEST_F(HarvestTest,
         EXPECT_EQ(period() == last, one.heldBack);
         EXPECT_LE(period(), report.date);
     }
-    // Another link that is left holds it back again, yet never further than a run.
-    server.serve("/other2", test::TestReply::page(page("other2")));
+    // Another one that is refused beside it: that nothing could be judged may be the judge's
+    // fault, twice. The third run is done like any other.
+    server.serve("/other2", test::TestReply::page("<title>/other</title>"));
     const auto last = preferences.settings().lastSearch;
     scenario(nothing,
              list({candidate(at("/long"), "Rust"), refused, candidate(at("/other2"), "Rust")}));
-    EXPECT_THROW(run(), AgentError) << "nothing new could be judged";
-    EXPECT_EQ(preferences.settings().lastSearch, last);
+    for (int turn = 0; turn < 2; ++turn) {
+        EXPECT_THROW(run(), AgentError) << "nothing new could be judged";
+        EXPECT_EQ(preferences.settings().lastSearch, last);
+    }
+    for (int turn = 0; turn < 2; ++turn) {
+        const RunReport report = run();
+        EXPECT_EQ(report.unjudged.size(), 2);
+        EXPECT_EQ(preferences.settings().lastSearch, report.date);
+    }
+}
+
+// What a run that was stopped left may be the judge's fault, as in one that failed.
+TEST_F(HarvestTest, a_link_that_a_stopped_run_left_is_not_given_up) {
+    RunReport stopped;
+    stopped.date = clock.now().addDays(-1);
+    stopped.cancelled = true;
+    stopped.unjudged = {{QStringLiteral("t"), at("/other"), QStringLiteral("r")}};
+    store.addRun(stopped);
+    otherTraits = QStringLiteral("\"poison\":\"/other\",");
+    scenario(QStringLiteral("[]"), list({candidate(at("/other"), "Rust")}));
+    EXPECT_THROW(run(), AgentError);
+}
+
+// Two pages that are always refused come first in what was found: they keep nobody else from being
+// judged, and what was refused once more is not left out without having been tried.
+TEST_F(HarvestTest, links_refused_before_are_judged_last_and_make_nobody_give_up) {
+    RunReport before;
+    before.date = clock.now().addDays(-7);
+    QStringList found;
+    for (int i = 0; i < 8; ++i) {
+        const QByteArray path = (i < 2 ? "/poison" : "/p") + QByteArray::number(i);
+        server.serve(path, test::TestReply::page(page("p")));
+        found += candidate(server.link(path), "Rust");
+        if (i < 3) { // the third is judged today
+            before.unjudged += {QStringLiteral("t"), server.link(path), QStringLiteral("r")};
+        }
+    }
+    store.addRun(before);
+    otherTraits = QStringLiteral("\"poison\":\"/poison\",");
+    scenario(QStringLiteral("[]"), list(found));
+    const RunReport report = run();
+    EXPECT_EQ(report.added, 6);
+    EXPECT_EQ(report.unjudged.size(), 2);
+    const QString prompts = promptsSent();
+    const auto sent = [&](const char *path) {
+        return prompts.indexOf(QStringLiteral("Link: ") + at(path));
+    };
+    EXPECT_GT(sent("/poison0"), sent("/p7"));
 }
 
 // Six links in a batch that fails: were each tried alone, a judge that is down would be asked
