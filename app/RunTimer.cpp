@@ -50,9 +50,9 @@ std::optional<QDateTime> RunTimer::dueAfter(const QDateTime &moment, const QTime
     if (settings.lastSearch && *settings.lastSearch <= m_clock.now().addDays(believedDays)) {
         after = std::max(after, *settings.lastSearch);
     }
-    auto slot = settings.schedule.nextRun(after, zone);
+    auto slot = settings.schedule.nextRun(after, zone, settings.servedSlot);
     if (slot && slot->toTimeZone(zone).date() == m_served) {
-        slot = settings.schedule.nextRun(*slot, zone);
+        slot = settings.schedule.nextRun(*slot, zone, settings.servedSlot);
     }
     return slot;
 }

@@ -161,8 +161,11 @@ struct RunReport : LastReport {
     std::optional<QString> failed;
     std::optional<QList<StepReport>> steps; ///< likewise; a step that made no call is not there
     std::optional<QList<SiteReport>> sites; ///< likewise
-    QList<QString> warnings;                ///< French sentences, to be shown as they are
-    QList<QUuid> topicIds;                  ///< the topics added, in the order they were judged
+    /// Links far past those asked for, which were not even read; absent without any, and from the
+    /// reports of earlier versions.
+    std::optional<QList<DroppedLink>> surplus;
+    QList<QString> warnings; ///< French sentences, to be shown as they are
+    QList<QUuid> topicIds;   ///< the topics added, in the order they were judged
 
     static constexpr auto jsonFields() {
         return std::tuple_cat(
@@ -175,6 +178,7 @@ struct RunReport : LastReport {
                 json::field("notNewer", &RunReport::notNewer),
                 json::field("feeds", &RunReport::feeds), json::field("failed", &RunReport::failed),
                 json::field("steps", &RunReport::steps), json::field("sites", &RunReport::sites),
+                json::field("surplus", &RunReport::surplus),
                 json::field("warnings", &RunReport::warnings),
                 json::field("topicIds", &RunReport::topicIds)));
     }

@@ -94,6 +94,8 @@ struct Settings {
     std::optional<LastReport> lastReport;
     /// When the last run ended that handed its topics over, whatever it left unjudged.
     std::optional<QDateTime> lastSearch;
+    /// The slot of the schedule that this run served, as Schedule::slotAt() names it.
+    std::optional<QString> servedSlot;
     /// Where the next run's period starts; at `lastSearch` when there is none. It stays behind for
     /// one run when links were left without a judgment.
     std::optional<QDateTime> searchedUntil;
@@ -129,6 +131,7 @@ struct Settings {
             json::field("agent", &Settings::agent),
             json::field("lastReport", &Settings::lastReport),
             json::field("lastSearch", &Settings::lastSearch),
+            json::field("servedSlot", &Settings::servedSlot),
             json::field("searchedUntil", &Settings::searchedUntil));
     }
     bool operator==(const Settings &) const = default;

@@ -32,6 +32,11 @@ bool isBeingRead(const Topic &topic) {
     return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
 }
 
+bool isUnjudgedCapture(const Topic &topic) {
+    return isBeingRead(topic) || (topic.capturedURL && topic.status == TopicStatus::Dismissed &&
+                                  topic.readLevel == ReadLevel::None && !topic.criteria);
+}
+
 QString changeLabel(const QString &change) {
     // At the start of a sentence too, and in no other spelling.
     const auto speaksOf = [&](QStringView word) {

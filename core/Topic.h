@@ -174,6 +174,11 @@ size_t qHash(const Topic &topic, size_t seed = 0);
 /// its place, so until then it can be dismissed and nothing else.
 bool isBeingRead(const Topic &topic);
 
+/// Whether it is a captured link that was never judged: it is being read, or it was dismissed
+/// before it was. It can be dismissed, or be put back to be read, and nothing else: there is
+/// nothing to decide on.
+bool isUnjudgedCapture(const Topic &topic);
+
 /// The label a person sees for one change of a topic, from the words in it, capital or not:
 /// a flaw before a break, a gain, a new interface. Empty when no word is recognised.
 QString changeLabel(const QString &change);

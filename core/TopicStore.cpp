@@ -240,8 +240,8 @@ bool TopicStore::judgeWorth(const QUuid &id, Worth worth) {
 
 bool TopicStore::decide(const QUuid &id, TopicStatus status, std::optional<Worth> worth) {
     const TopicPtr present = topic(id);
-    if (present && isBeingRead(*present) && status != TopicStatus::Dismissed) {
-        return false; // the judge would undo it
+    if (present && isUnjudgedCapture(*present) && status != TopicStatus::Dismissed) {
+        return false; // the judge would undo it, or has never seen it
     }
     const QDateTime now = m_clock.now();
     return change(id, [&](Topic &topic) {

@@ -134,7 +134,7 @@ public:
     void addRun(const RunReport &report);
 
     // Triage. Each stamps `triagedAt` and gives false when there is no such topic, or when it is a
-    // link that is still being read (see isBeingRead), which can only be dismissed. Leaving the
+    // link that was never judged (see isUnjudgedCapture), which can only be dismissed. Leaving the
     // library takes `doneAt` and the verdict away.
     bool keep(const QUuid &id);     ///< to the program
     bool postpone(const QUuid &id); ///< "plus tard", "reporter": to the reserve, counted

@@ -105,8 +105,12 @@ QString candidateBlock(const JudgeCandidate &candidate) {
         block += QStringLiteral("Their note when saving it: ") +
                  oneLine(*candidate.note, noteCharacters) + u'\n';
     }
+    // What the level says counts: a page that was read may hold little, and one that was not may
+    // carry words of ours.
+    const bool unread =
+        candidate.level ? *candidate.level == ReadLevel::None : candidate.content.isEmpty();
     const QString content =
-        candidate.content.isEmpty()
+        unread
             ? QStringLiteral("(nothing could be read)")
             : promptPrefix(defused(QString::fromUtf8(candidate.content)), contentBytes).toString();
     return block + QStringLiteral("Content:\n\"\"\"\n") + content + QStringLiteral("\n\"\"\"\n");

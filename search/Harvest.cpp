@@ -184,7 +184,7 @@ bool Harvest::passOn(qsizetype place) {
     item.proposals = fresh;
     count(item.page.level);
     ++m_book.progress.read;
-    m_judging.add(judgeCandidate(place));
+    putToJudge(place);
     return true;
 }
 
@@ -206,7 +206,7 @@ void Harvest::count(ReadLevel level) {
     }
 }
 
-JudgeCandidate Harvest::judgeCandidate(qsizetype place) {
+void Harvest::putToJudge(qsizetype place) {
     const Item &item = at(place);
     JudgeCandidate candidate;
     candidate.id = Item::identifier(place);
@@ -219,7 +219,11 @@ JudgeCandidate Harvest::judgeCandidate(qsizetype place) {
     }
     candidate.level = item.page.level;
     candidate.content = judgedContent(item.page);
-    return candidate;
+    if (m_tools.refusedBefore.contains(canonicalLink(item.url))) {
+        m_judging.addDoubtful(std::move(candidate));
+    } else {
+        m_judging.add(std::move(candidate));
+    }
 }
 
 void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts) {
@@ -293,8 +297,17 @@ QStringList Harvest::leave(const QList<JudgeCandidate> &batch, const QString &re
     return left;
 }
 
-bool Harvest::leftOthersThan(const QSet<QString> &links) const {
-    return !links.contains(m_failedLinks);
+QSet<QString> Harvest::oldNews() const {
+    QSet<QString> links;
+    for (const Item &item : m_items) {
+        if (item.stage == Item::Stage::OldNews) {
+            links.insert(canonicalLink(item.url));
+            for (const TopicSource &other : item.otherSources) {
+                links.insert(canonicalLink(other.url));
+            }
+        }
+    }
+    return links;
 }
 
 } // namespace vorle

@@ -30,6 +30,9 @@ public:
         AgentKind agent;
         std::function<QDateTime()> now;
         QStringList exclusions = {}; ///< sites and folders that are no source
+        /// The links that earlier runs could not have judged either (as canonicalLink()). They are
+        /// judged last, each alone.
+        QSet<QString> refusedBefore = {};
     };
     /// Where a candidate comes from.
     struct Origins {
@@ -68,9 +71,10 @@ public:
 
     /// The failure of a call that left links without a judgment, if any did.
     std::exception_ptr judgeError() const { return m_judgeError; }
-    /// Whether failed calls left a link without a judgment that is none of these (in the form of
-    /// canonicalLink()).
-    bool leftOthersThan(const QSet<QString> &links) const;
+    /// Whether failed calls left a link without a judgment that was not refused before.
+    bool leftLinks() const { return !m_tools.refusedBefore.contains(m_failedLinks); }
+    /// Every link (as canonicalLink()) of the pages that are old news to all who brought them.
+    QSet<QString> oldNews() const;
 
 private:
     using Item = HarvestItem;
@@ -83,7 +87,7 @@ private:
     bool passOn(qsizetype place);
     void join(qsizetype place, const QList<Proposal> &proposals, const QList<TopicSource> &sources);
     void count(ReadLevel level);
-    JudgeCandidate judgeCandidate(qsizetype place);
+    void putToJudge(qsizetype place);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
     QStringList leave(const QList<JudgeCandidate> &batch, const QString &reason);
     Task<> fetchPictures(QUuid id);

@@ -52,11 +52,11 @@ Task<> Harvest::dig() {
     std::exception_ptr fault;
     const qsizetype calls = (items.size() + Pipeline::digAtOnce - 1) / Pipeline::digAtOnce;
     co_await settle(forEachBounded(calls, digCallsAtOnce,
-                                    [&](qsizetype call) {
-                                        return askToDig(items.mid(call * Pipeline::digAtOnce,
-                                                                  Pipeline::digAtOnce));
-                                    }),
-                     fault);
+                                   [&](qsizetype call) {
+                                       return askToDig(items.mid(call * Pipeline::digAtOnce,
+                                                                 Pipeline::digAtOnce));
+                                   }),
+                    fault);
     co_await settle(finishReading(), fault);
     co_await settle(m_judging.finish(), fault);
     if (fault) {
@@ -183,7 +183,7 @@ Task<> Harvest::readDug(Dug dug) {
         moved.sources = item.sources();
         m_tools.store.replacePending(std::move(moved));
     }
-    m_judging.add(judgeCandidate(place));
+    putToJudge(place);
 }
 
 void Harvest::settleUnread() {

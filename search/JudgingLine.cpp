@@ -8,6 +8,8 @@ namespace {
 
 constexpr int callsAtOnce = 2;
 constexpr int mostInVain = 2;
+/// So many in a row, and it is the judge after all.
+constexpr int mostDoubtfulInVain = 4;
 
 /// Whether another call may do better. A missing or signed-out agent stays so for the whole run.
 bool mayDoBetter(const std::exception &error) {
@@ -30,6 +32,11 @@ void JudgingLine::add(JudgeCandidate candidate) {
     send();
 }
 
+void JudgingLine::addDoubtful(JudgeCandidate candidate) {
+    m_doubtful.append(std::move(candidate));
+    send();
+}
+
 void JudgingLine::send() {
     while (!m_cancel.isCancelled() && m_underWay < callsAtOnce) {
         const qsizetype size = nextBatchSize(m_waiting);
@@ -40,6 +47,8 @@ void JudgingLine::send() {
             start(batch, Turn::First);
         } else if (!m_alone.isEmpty()) {
             start({m_alone.takeFirst()}, Turn::Alone);
+        } else if (m_finishing && !m_doubtful.isEmpty()) {
+            start({m_doubtful.takeFirst()}, Turn::Doubtful);
         } else {
             return;
         }
@@ -85,12 +94,8 @@ void JudgingLine::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
     QList<JudgeCandidate> told;
     for (const JudgeCandidate &candidate : batch) {
         const bool answered = verdicts.byId.contains(candidate.id);
-        if (answered) {
-            m_inVain = 0;
-        } else if (turn == Turn::Alone) {
-            ++m_inVain;
-        }
-        if (answered || turn == Turn::Alone) {
+        countTurn(turn, answered);
+        if (answered || turn != Turn::First) {
             told += candidate;
         } else {
             m_alone += candidate;
@@ -100,17 +105,33 @@ void JudgingLine::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
 }
 
 void JudgingLine::takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error) {
-    if (turn == Turn::Alone) {
-        ++m_inVain;
-    } else if (batch.size() > 1 && mayDoBetter(error)) {
+    countTurn(turn, false);
+    if (turn == Turn::First && batch.size() > 1 && mayDoBetter(error)) {
         m_alone += std::exchange(batch, {});
     }
     m_handlers.failed(batch + givenUp(), error);
 }
 
-/// Those who are not judged once more after all.
+/// A batch that came to nothing says little: what is in it is judged once more.
+void JudgingLine::countTurn(Turn turn, bool answered) {
+    int &inVain = turn == Turn::Doubtful ? m_doubtfulInVain : m_inVain;
+    if (answered) {
+        inVain = 0;
+    } else if (turn != Turn::First) {
+        ++inVain;
+    }
+}
+
+/// Those who are not judged after all.
 QList<JudgeCandidate> JudgingLine::givenUp() {
-    return m_inVain < mostInVain ? QList<JudgeCandidate>() : std::exchange(m_alone, {});
+    QList<JudgeCandidate> given;
+    if (m_inVain >= mostInVain) {
+        given += std::exchange(m_alone, {});
+    }
+    if (m_doubtfulInVain >= mostDoubtfulInVain) {
+        given += std::exchange(m_doubtful, {});
+    }
+    return given;
 }
 
 Task<> JudgingLine::finish() {
@@ -129,7 +150,7 @@ Task<> JudgingLine::finish() {
     if (fault) {
         std::rethrow_exception(fault);
     }
-    if (!m_waiting.isEmpty() || !m_alone.isEmpty()) {
+    if (!m_waiting.isEmpty() || !m_alone.isEmpty() || !m_doubtful.isEmpty()) {
         throw Cancelled();
     }
 }

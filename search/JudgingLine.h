@@ -17,6 +17,9 @@ namespace vorle {
 /// it gave no answer for, are judged once more, each alone. That stops when two in a row came to
 /// nothing, the judge being the trouble then, and is not tried when the agent is missing or signed
 /// out.
+///
+/// A doubtful candidate, one that earlier runs could not have judged, comes last and alone:
+/// whatever becomes of it says nothing of the judge, so it makes no other give up.
 class JudgingLine {
 public:
     struct Handlers {
@@ -37,13 +40,14 @@ public:
     ~JudgingLine() = default;
 
     void add(JudgeCandidate candidate);
+    void addDoubtful(JudgeCandidate candidate);
     /// Judges what is left, and ends once every batch has. More may be added afterwards, and
     /// finished again. @throws Cancelled once nothing is under way any more; what was not judged
     /// is then left. Whatever else a handler threw comes out then too.
     Task<> finish();
 
 private:
-    enum class Turn { First, Alone };
+    enum class Turn { First, Alone, Doubtful };
 
     void send();
     void start(QList<JudgeCandidate> batch, Turn turn);
@@ -51,6 +55,7 @@ private:
     void takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
                       const Judge::Verdicts &verdicts);
     void takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error);
+    void countTurn(Turn turn, bool answered);
     QList<JudgeCandidate> givenUp();
 
     Judge m_judge;
@@ -60,7 +65,9 @@ private:
     QList<JudgeCandidate> m_waiting;
     QList<JudgeCandidate> m_alone; ///< to be judged once more
     int m_inVain = 0;              ///< of these, the last ones that came to nothing
-    std::deque<Task<>> m_calls;    ///< grows as batches end
+    QList<JudgeCandidate> m_doubtful;
+    int m_doubtfulInVain = 0;   ///< likewise
+    std::deque<Task<>> m_calls; ///< grows as batches end
     int m_underWay = 0;
     bool m_finishing = false;
 };

@@ -63,8 +63,22 @@ bool isFault(const discovery::Project &found) {
            found.problem != discovery::Project::Problem::NoManifest && !found.folder.isEmpty();
 }
 
-bool isGone(const discovery::Project &found) {
-    return found.problem == discovery::Project::Problem::NoFolder && !found.folder.isEmpty();
+/// Why nothing is asked of a project: it has no folder to look into and no description, and its
+/// name alone says nothing to search for. Empty when something is known of it.
+QString unknownText(const QString &name, const QString &description,
+                    const discovery::Project &found) {
+    if (found.problem != discovery::Project::Problem::NoFolder || !description.isEmpty()) {
+        return {};
+    }
+    if (!found.folder.isEmpty()) {
+        return discovery::problemText(found);
+    }
+    const QString project =
+        name.isEmpty() ? QCoreApplication::translate("RunPlan", "Un projet sans nom")
+                       : QCoreApplication::translate("RunPlan", "Le projet « %1 »").arg(name);
+    return QCoreApplication::translate("RunPlan", "%1 n’a ni dossier ni description : je ne sais "
+                                                  "pas quoi chercher pour lui.")
+        .arg(project);
 }
 
 QStringList versionLines(const QMap<QString, QString> &versions) {
@@ -160,37 +174,30 @@ QDateTime periodStart(const Settings &settings, const QDateTime &now) {
     return std::clamp(std::min(last, settings.searchedUntil.value_or(last)), earliest, now);
 }
 
-bool hasTerritory(const Preferences &preferences) {
-    return !preferences.settings().projects.isEmpty() ||
-           !preferences.settings().interests.isEmpty();
-}
-
-QString emptyTerritoryText() {
-    return QCoreApplication::translate(
-        "RunPlan",
-        "Rien à fouiller : ajoute un dossier de projet ou un sujet dans Ton territoire.");
-}
-
 QString refusalText(const Preferences &preferences) {
-    if (!hasTerritory(preferences)) {
-        return emptyTerritoryText();
-    }
     const Settings &settings = preferences.settings();
+    if (settings.projects.isEmpty() && settings.interests.isEmpty()) {
+        return QCoreApplication::translate(
+            "RunPlan",
+            "Rien à fouiller : ajoute un dossier de projet ou un sujet dans Ton territoire.");
+    }
     if (!settings.interests.isEmpty() || !settings.addedTools.isEmpty()) {
         return {};
     }
-    QStringList gone;
+    QStringList reasons;
     for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
         discovery::Project project;
         project.folder = it.value();
         project.problem = QFileInfo(it.value()).isDir() ? discovery::Project::Problem::None
                                                         : discovery::Project::Problem::NoFolder;
-        if (!isGone(project) || !settings.projectDescriptions.value(it.key()).isEmpty()) {
+        const QString reason =
+            unknownText(it.key(), settings.projectDescriptions.value(it.key()), project);
+        if (reason.isEmpty()) {
             return {};
         }
-        gone += discovery::problemText(project);
+        reasons += reason;
     }
-    return gone.join(u' ');
+    return reasons.join(u' ');
 }
 
 QStringList knownLinks(const QList<TopicPtr> &topics, const QDate &since) {
@@ -243,11 +250,13 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &pro
     RunPlan plan;
     for (const ProjectReading &project : projects) {
         const QString description = settings.projectDescriptions.value(project.name);
+        const QString unknown = unknownText(project.name, description, project.found);
+        if (!unknown.isEmpty()) {
+            plan.warnings += unknown;
+            continue;
+        }
         if (isFault(project.found)) {
             plan.warnings += discovery::problemText(project.found);
-        }
-        if (isGone(project.found) && description.isEmpty()) {
-            continue; // its name alone says nothing to search for
         }
         plan.scopes += projectScope(project, description);
         plan.profile.projects +=

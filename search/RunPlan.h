@@ -55,16 +55,9 @@ struct RunPlan {
     QStringList warnings; ///< French sentences: a project folder that is gone, a malformed manifest
 };
 
-/// Whether there is anything to search: a watched project or a declared topic. Tools, apps and
-/// sites alone are context, not a subject.
-bool hasTerritory(const Preferences &preferences);
-
-/// "Rien à fouiller : …": what is said when there is no territory.
-QString emptyTerritoryText();
-
-/// Why a run would ask nothing: there is no territory, or all of it are projects whose folders are
-/// gone and of which nothing else is known. Empty when there is something to ask. Looks at the
-/// folders.
+/// Why a run would ask nothing: there is neither a watched project nor a declared topic (tools,
+/// apps and sites alone are context, not a subject), or all there is are projects without a folder
+/// and without a description. Empty when a run can start. Looks at the folders.
 QString refusalText(const Preferences &preferences);
 
 /// What a watched project's folder holds.

@@ -16,17 +16,24 @@ namespace vorle {
 namespace {
 
 /// The links that earlier runs brought and could not have judged. Where nothing at all could be
-/// judged, the judge was the trouble rather than the pages, unless there was a single one.
+/// judged, or the run was stopped, the judge may have been the trouble rather than the pages: it
+/// takes two such runs. Were they never counted, a refused page would fail every run that brings
+/// it alone.
 QSet<QString> refusedLinks(const QList<RunReport> &reports) {
-    QSet<QString> links;
+    constexpr int enough = 2;
+    QHash<QString, int> marks;
     for (const RunReport &report : reports) {
-        if (!report.failed || report.unjudged.size() == 1) {
-            for (const DroppedLink &link : report.unjudged) {
-                links.insert(canonicalLink(link.url));
-            }
+        const bool wentThrough = !report.failed && !report.cancelled;
+        QSet<QString> left;
+        for (const DroppedLink &link : report.unjudged) {
+            left.insert(canonicalLink(link.url));
+        }
+        for (const QString &link : std::as_const(left)) {
+            marks[link] += wentThrough ? enough : 1;
         }
     }
-    return links;
+    marks.removeIf([](const auto &mark) { return mark.value() < enough; });
+    return {marks.keyBegin(), marks.keyEnd()};
 }
 
 } // namespace
@@ -116,11 +123,11 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
                                .images = m_parts.images,
                                .agent = agent,
                                .now = [this] { return m_parts.clock.now(); },
-                               .exclusions = sites.exclusions},
+                               .exclusions = sites.exclusions,
+                               .refusedBefore = refusedLinks(m_parts.store.history())},
                    .feeds = m_parts.feeds,
                    .tell = tell,
                    .sitesChecked = [this](const auto &sites) { noteFeeds(sites); },
-                   .refusedBefore = refusedLinks(m_parts.store.history()),
                    .refusedItems = screened.passedOver(sites)},
                   std::move(plan), brief, std::move(cancel));
     RunReport report = co_await run.execute();
@@ -153,7 +160,10 @@ void SearchEngine::noteDone(const RunReport &report, const QDateTime &start, boo
     m_parts.preferences.change(&Settings::searchedUntil,
                                leftLinks ? std::min(before, start) : start);
     // A clock set back meanwhile does not date the run before what it was due at.
-    m_parts.preferences.change(&Settings::lastSearch, std::max(report.date, start));
+    const QDateTime ended = std::max(report.date, start);
+    m_parts.preferences.change(&Settings::servedSlot,
+                               settings.schedule.slotAt(ended, m_parts.zone));
+    m_parts.preferences.change(&Settings::lastSearch, ended);
 }
 
 /// Keeps what a run learned of the feeds of the sites the user still trusts.

@@ -2,6 +2,7 @@
 
 #include "agents/Ask.h"
 #include "base/Clock.h"
+#include "base/LocalZone.h"
 #include "core/FoundAgain.h"
 #include "core/RunReport.h"
 #include "search/RunFailure.h"
@@ -51,6 +52,7 @@ public:
         /// The names of the apps on this machine, for whoever lets all of them be told; may be
         /// empty.
         std::function<QStringList()> apps = {};
+        LocalZone zone = {};
     };
 
     explicit SearchEngine(Parts parts, QObject *parent = nullptr);

@@ -147,7 +147,9 @@ Task<> SearchRun::askSites() {
             m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent), report, {});
         if (kept) {
             for (const QString &link : *kept) {
-                m_screened.remove(canonicalLink(link));
+                if (const QString item = canonicalLink(link); m_screened.remove(item)) {
+                    m_kept.insert(item);
+                }
             }
         } else {
             m_screened.clear(); // nobody has looked at them
@@ -254,7 +256,10 @@ void SearchRun::take(const Candidate &candidate, qsizetype report,
     }
     const ScopeReport &scope = m_book.report.scopes[report];
     if (rank > 3 * scope.asked && m_covered.size() == before) {
-        m_book.report.unjudged += DroppedLink{
+        // The judge never saw it: it is not among those that were left.
+        std::optional<QList<DroppedLink>> &surplus = m_book.report.surplus;
+        surplus = std::move(surplus).value_or(QList<DroppedLink>());
+        *surplus += DroppedLink{
             candidate.title, candidate.url,
             French::tr("L’IA a ramené bien plus de liens que les %1 demandés : celui-ci n’a "
                        "pas été lu.")

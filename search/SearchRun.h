@@ -21,9 +21,8 @@ public:
         std::function<void(const RunProgress &)> tell;
         /// The trusted sites with what was learned of their feeds.
         std::function<void(const QList<PrioritySite> &)> sitesChecked;
-        /// The links that earlier runs could not have judged either (as canonicalLink()).
-        QSet<QString> refusedBefore;
-        /// The items of the sites' feeds that a screening passed over already, likewise.
+        /// The items of the sites' feeds that a screening passed over already (as
+        /// canonicalLink()).
         QSet<QString> refusedItems;
     };
 
@@ -40,11 +39,11 @@ public:
     std::exception_ptr failure() const { return m_failure; }
     /// After `execute`: whether calls failed that left links without a judgment for the first
     /// time. They come back only when the same period is searched again.
-    bool leftLinks() const { return m_harvest.leftOthersThan(m_tools.refusedBefore); }
+    bool leftLinks() const { return m_harvest.leftLinks(); }
 
-    /// After `execute`: the items of the sites' feeds that were screened and passed over (as
-    /// canonicalLink()).
-    const QSet<QString> &passedOver() const { return m_screened; }
+    /// After `execute`: the items of the sites' feeds that were screened and passed over, by the
+    /// agent or because they turned out to be old news (as canonicalLink()).
+    QSet<QString> passedOver() const { return m_screened + (m_kept & m_harvest.oldNews()); }
 
 private:
     Task<> askEverything();
@@ -77,6 +76,7 @@ private:
     QHash<QString, QString> m_feedDates; ///< a feed item's canonical link to its date
     QHash<QString, QString> m_feedSites; ///< … to its site
     QSet<QString> m_screened;            ///< feed items put to the agent and not kept by it
+    QSet<QString> m_kept;                ///< … and kept by it
     int m_asked = 0;                     ///< questions put to the agent
     int m_askedInVain = 0;               ///< of these, those whose call failed
     std::exception_ptr m_scopeError;

@@ -141,6 +141,11 @@ void tellReport(Console &console, const RunReport &report) {
                         .arg(report.unjudged.size())
                         .arg(report.unjudged.first().reason));
     }
+    if (report.surplus && !report.surplus->isEmpty()) {
+        console.say(French::tr("Liens de trop : %1. %2")
+                        .arg(report.surplus->size())
+                        .arg(report.surplus->first().reason));
+    }
     for (const QString &warning : report.warnings) {
         console.say(warning);
     }

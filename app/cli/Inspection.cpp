@@ -69,8 +69,8 @@ QString schemaText(const Context &context, const QString &name) {
 
 Task<QList<PromptShown>> runPrompts(Context &context) {
     const Preferences &preferences = context.app.preferences();
-    if (!hasTerritory(preferences)) {
-        throw Failure(emptyTerritoryText());
+    if (const QString refusal = refusalText(preferences); !refusal.isEmpty()) {
+        throw Failure(refusal);
     }
     const QList<TopicPtr> topics = context.app.store().topics();
     const auto folders = preferences.settings().projects;

@@ -38,8 +38,9 @@ QList<Topic> records(const QList<TopicPtr> &topics) {
 }
 
 QString nextRunText(Context &context) {
-    const auto next =
-        context.app.preferences().settings().schedule.nextRun(context.app.clock().now());
+    const Settings &settings = context.app.preferences().settings();
+    const auto next = settings.schedule.nextRun(context.app.clock().now(),
+                                                QTimeZone::systemTimeZone(), settings.servedSlot);
     return next ? QLocale(QLocale::French, QLocale::France)
                       .toString(next->toLocalTime(), French::tr("dddd d MMMM 'à' H:mm"))
                 : QString();

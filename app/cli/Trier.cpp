@@ -193,13 +193,6 @@ QString correctedText(const Topic &topic) {
     return judgedScore(topic) ? French::tr("%1, comme moi").arg(now) : now;
 }
 
-/// A captured link that nobody has judged yet.
-bool isUnread(const Topic &topic) {
-    return topic.capturedURL && (topic.status == TopicStatus::Pending ||
-                                 (topic.status == TopicStatus::Dismissed &&
-                                  topic.readLevel == ReadLevel::None && !topic.criteria));
-}
-
 /// Has the link read and judged, and waits for it. @throws Failure, Cancelled
 Task<> readNow(Context &context, QUuid id) {
     LinkCapture &capture = context.app.capture();
@@ -258,14 +251,16 @@ Task<ExitStatus> trier(Context &context) {
     co_await holdTopics(context);
     TopicStore &store = context.app.store();
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional[0]);
-    if (isUnread(*topic) && asked.word == u"retrier") {
+    if (isUnjudgedCapture(*topic) && asked.word == u"retrier") {
         co_await retryUnread(context, topic);
         co_return ExitStatus::Done;
     }
-    if (isBeingRead(*topic) && asked.action != Action::Dismiss) {
-        // The judged version is going to be put in its place, waiting for triage.
-        throw Failure(French::tr("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
-                                 "l’écarter (pas-pour-moi) ou le faire lire (retrier)."));
+    if (isUnjudgedCapture(*topic) && asked.action != Action::Dismiss) {
+        throw Failure(isBeingRead(*topic)
+                          ? French::tr("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
+                                       "l’écarter (pas-pour-moi) ou le faire lire (retrier).")
+                          : French::tr("Tu as écarté ce lien avant qu’il soit lu et noté. Fais-le "
+                                       "lire d’abord (retrier)."));
     }
     if (topic->status == asked.leadsTo && (!worth || worth == topic->worth)) {
         // A decision taken twice, by a script say, is not counted twice.

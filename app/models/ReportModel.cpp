@@ -68,6 +68,11 @@ QStringList noticesOf(const RunReport &report) {
         notices += ReportModel::tr("Liens non jugés\u00A0: %1. %2")
                        .arg(numberText(report.unjudged.size()), report.unjudged.first().reason);
     }
+    if (report.surplus && !report.surplus->isEmpty()) {
+        notices += ReportModel::tr("Liens de trop\u00A0: %1. %2")
+                       .arg(report.surplus->size())
+                       .arg(report.surplus->first().reason);
+    }
     if (!report.uncovered.isEmpty() && !report.cancelled) {
         notices += ReportModel::tr("Rien trouvé pour\u00A0: %1")
                        .arg(report.uncovered.join(QStringLiteral(", ")));

@@ -71,7 +71,10 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const TopicSt
         end(resultText(report), std::move(notice));
     });
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"schedule" || key == u"lastSearch") {
+        // What there is to search says whether a run was missed.
+        constexpr QStringView keys[] = {u"schedule", u"lastSearch",          u"interests",
+                                        u"projects", u"projectDescriptions", u"addedTools"};
+        if (std::ranges::find(keys, QStringView(key)) != std::end(keys)) {
             Q_EMIT scheduleChanged();
         }
         followTerritory();
@@ -97,6 +100,12 @@ void RunModel::start() {
     m_cancel = CancelSource();
     m_following.add(
         logged(follow(this, m_engine, m_cancel.token()), QStringLiteral("the search run")));
+}
+
+void RunModel::startDue() {
+    if (refusalText(m_preferences).isEmpty()) {
+        start();
+    }
 }
 
 /// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
@@ -183,7 +192,8 @@ QString RunModel::countsText() const {
 
 QString RunModel::nextRunText() const {
     const QDateTime now = m_clock.now();
-    const auto next = m_preferences.settings().schedule.nextRun(now, m_zone);
+    const Settings &settings = m_preferences.settings();
+    const auto next = settings.schedule.nextRun(now, m_zone, settings.servedSlot);
     return next ? comingText(*next, now, m_zone) : QString();
 }
 
@@ -193,13 +203,16 @@ QString RunModel::lastRunText() const {
                 : QString();
 }
 
-/// A run under way makes up for the missed one; one that failed here says why itself.
+/// A run under way makes up for the missed one; one that failed here says why itself. One that had
+/// nothing to search was not kept from being, and could not be started either.
 std::optional<QDateTime> RunModel::missedMoment() const {
     if (m_running || !m_notice.text.isEmpty()) {
         return std::nullopt;
     }
     const Settings &settings = m_preferences.settings();
-    return settings.schedule.missedRun(settings.lastSearch, m_clock.now(), m_zone);
+    const auto missed = settings.schedule.missedRun(settings.lastSearch, m_clock.now(), m_zone,
+                                                    settings.servedSlot);
+    return missed && refusalText(m_preferences).isEmpty() ? missed : std::nullopt;
 }
 
 QString RunModel::missedTitle() const {
@@ -225,6 +238,10 @@ QString RunModel::missedText() const {
         if (last.failed) {
             return frenchSpacing(tr("Je n’ai pas pu fouiller. Je peux réessayer maintenant : "
                                     "quelques minutes."));
+        }
+        if (!last.saved) {
+            return frenchSpacing(tr("Les sujets trouvés n’ont pas pu être enregistrés. Je peux la "
+                                    "relancer maintenant : quelques minutes."));
         }
     }
     return frenchSpacing(

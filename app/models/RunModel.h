@@ -62,6 +62,9 @@ public:
 
     /// Starts a run; does nothing while one is under way.
     Q_INVOKABLE void start();
+    /// The scheduled run is due: as start(), but where a run would be refused nothing is told, as
+    /// nobody asked.
+    void startDue();
     /// Asks the run to stop; what was judged is kept.
     Q_INVOKABLE void stop();
     /// Looks at the clock again. For whoever shows the window or wakes up.

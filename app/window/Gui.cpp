@@ -18,7 +18,6 @@
 #include "base/SystemErrorText.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/MotionSetting.h"
-#include "search/RunPlan.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -76,12 +75,7 @@ public:
         , m_left(std::move(left)) {
         app.preferences().watch();
         connect(&m_instance, &SingleInstance::commandAsked, &m_door, &CommandDoor::serve);
-        connect(&m_timer, &RunTimer::due, this, [this] {
-            // Nobody asked: with nothing to search there is nothing to tell either.
-            if (hasTerritory(m_app.preferences())) {
-                m_shell.run()->start();
-            }
-        });
+        connect(&m_timer, &RunTimer::due, m_shell.run(), &RunModel::startDue);
         connect(&m_timer, &RunTimer::looked, &m_shell, &Shell::refresh);
         connect(qApp, &QGuiApplication::applicationStateChanged, &m_timer,
                 [this](Qt::ApplicationState state) {

@@ -122,6 +122,11 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
     Topic captured = test::sampleTopic(QStringLiteral("capturé"), TopicStatus::Pending);
     captured.id = QUuid(QStringLiteral("CD330000-0000-4000-8000-000000000003"));
     captured.capturedURL = QStringLiteral("https://example.org/");
+    captured.readLevel = ReadLevel::None;
+    captured.criteria.reset();
+    list += captured;
+    captured.id = QUuid(QStringLiteral("CE440000-0000-4000-8000-000000000004"));
+    captured.status = TopicStatus::Dismissed;
     list += captured;
     save(list);
     const QByteArray before = test::contentsOf(file);
@@ -139,6 +144,8 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
         {"trier AB11", 2, "Usage : vorle trier"},
         {"trier CD garder", 1, "attend encore d’être lu"},
         {"trier CD plus-tard", 1, "le faire lire (retrier)"},
+        {"trier CE garder", 1, "Tu as écarté ce lien avant qu’il soit lu"},
+        {"trier CE retirer", 1, "Fais-le lire d’abord (retrier)"},
         {"corriger AB11 12", 2, "de 0 à 10"},
         {"corriger AB11 sept", 2, "de 0 à 10"},
         {"corriger AB11", 2, "Il manque la note"},

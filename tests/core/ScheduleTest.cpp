@@ -47,6 +47,27 @@ TEST(Schedule, tells_a_missed_run) {
     EXPECT_EQ(never.missedRun(last, at(2026, 11, 3, 8, 5), paris), at(2026, 11, 3, 8, 5));
 }
 
+// Further west the same Monday has its 8:00 once more: the run it is for was made.
+TEST(Schedule, a_slot_that_was_served_is_neither_due_nor_missed_in_another_zone) {
+    const Schedule mondays;
+    const QTimeZone newYork("America/New_York");
+    const QDateTime last = at(2026, 11, 9, 8, 5); // 2:05 in New York
+    const auto served = mondays.slotAt(last, paris);
+    EXPECT_EQ(served, QStringLiteral("2026-11-09T08:00"));
+    const QDateTime noon(QDate(2026, 11, 9), QTime(12, 0), newYork);
+    EXPECT_TRUE(mondays.missedRun(last, noon, newYork));
+    EXPECT_EQ(mondays.missedRun(last, noon, newYork, served), std::nullopt);
+    const QDateTime next(QDate(2026, 11, 16), QTime(8, 0), newYork);
+    EXPECT_EQ(mondays.nextRun(last, newYork, served), next);
+    EXPECT_EQ(mondays.missedRun(last, next, newYork, served), next);
+    // A run made by hand before the hour serves the week before, and leaves this one due.
+    const QDateTime early = at(2026, 11, 9, 7, 0);
+    EXPECT_EQ(mondays.slotAt(early, paris), QStringLiteral("2026-11-02T08:00"));
+    EXPECT_EQ(mondays.missedRun(early, noon, paris, mondays.slotAt(early, paris)),
+              at(2026, 11, 9, 8, 0));
+    EXPECT_EQ((Schedule{{}, 8, 0}).slotAt(last, paris), std::nullopt);
+}
+
 TEST(Schedule, compares_its_days_as_a_set) {
     EXPECT_EQ((Schedule{{2, 4}, 8, 0}), (Schedule{{4, 2, 2}, 8, 0}));
     EXPECT_NE((Schedule{{2, 4}, 8, 0}), (Schedule{{2}, 8, 0}));

@@ -149,6 +149,8 @@ TEST_F(TopicStoreTest, a_link_being_read_can_be_dismissed_and_nothing_else) {
     auto store = open();
     Topic captured = sampleTopic(QStringLiteral("mine"), TopicStatus::Pending);
     captured.capturedURL = QStringLiteral("https://example.org/mine");
+    captured.readLevel = ReadLevel::None;
+    captured.criteria.reset();
     const QUuid id = store->add({captured}).first();
     const Topic before = *store->topic(id);
     EXPECT_TRUE(isBeingRead(before));
@@ -161,6 +163,10 @@ TEST_F(TopicStoreTest, a_link_being_read_can_be_dismissed_and_nothing_else) {
     const auto place = store->placement(id);
     EXPECT_TRUE(store->dismiss(id));
     EXPECT_FALSE(isBeingRead(*store->topic(id)));
+    EXPECT_FALSE(store->keep(id)) << "there is still no judgment to keep";
+    EXPECT_FALSE(store->backToInbox(id));
+    EXPECT_EQ(store->topic(id)->status, TopicStatus::Dismissed);
+    EXPECT_TRUE(store->dismiss(id));
     EXPECT_TRUE(store->restore(id, *place));
     EXPECT_FALSE(store->keep(id));
 }

@@ -51,6 +51,16 @@ TEST(CandidateBlock, has_its_lines_in_order) {
                                       u"Their note when saving it: à lire vite\n"
                                       u"Content:\n\"\"\"\n(nothing could be read)\n\"\"\"\n");
 
+    // The level says whether it was read, not how much came of it.
+    unread.content = "Je n’ai rien pu lire.";
+    EXPECT_TRUE(candidateBlock(unread).contains(u"\n(nothing could be read)\n"));
+    JudgeCandidate bare = candidate();
+    bare.level = ReadLevel::Meta;
+    bare.content.clear();
+    EXPECT_FALSE(candidateBlock(bare).contains(u"be read"));
+    bare.level.reset();
+    EXPECT_TRUE(candidateBlock(bare).contains(u"\n(nothing could be read)\n"));
+
     unread.url.clear();
     EXPECT_FALSE(candidateBlock(unread).contains(QStringLiteral("Link")));
 }

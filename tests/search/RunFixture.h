@@ -39,6 +39,12 @@ protected:
         write(QStringLiteral("home/.claude.json"), R"({"oauthAccount":{}})");
         preferences.change(&Settings::interests, {QStringLiteral("Rust"), QStringLiteral("Vélo")});
         preferences.change(&Settings::projects, {{QStringLiteral("Potager"), QString()}});
+        // Without a folder and a description nothing is asked for a project.
+        QMap<QString, QString> descriptions;
+        for (const char *name : {"A", "B", "Go Kart", "Potager", "Tiravue"}) {
+            descriptions.insert(QString::fromUtf8(name), QStringLiteral("un essai"));
+        }
+        preferences.change(&Settings::projectDescriptions, descriptions);
         server.serve("/long", TestReply::page(page("long")));
         server.serve("/other", TestReply::page(page("other")));
         server.serve("/short", TestReply::page("<title>Court</title><p>peu"));

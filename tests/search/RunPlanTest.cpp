@@ -26,9 +26,9 @@ protected:
 TEST_F(RunPlanTest, tools_and_sites_alone_are_no_territory) {
     preferences.change(&Settings::addedTools, {QStringLiteral("Figma")});
     preferences.change(&Settings::prioritySites, {PrioritySite{QStringLiteral("lwn.net"), {}, {}}});
-    EXPECT_FALSE(hasTerritory(preferences));
+    EXPECT_TRUE(refusalText(preferences).startsWith(u"Rien à fouiller"));
     preferences.change(&Settings::interests, {QStringLiteral("Rust")});
-    EXPECT_TRUE(hasTerritory(preferences));
+    EXPECT_EQ(refusalText(preferences), QString());
 }
 
 TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
@@ -42,7 +42,8 @@ TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
                         {QString(), QString()},
                         {QStringLiteral("Zut"), QStringLiteral("/nulle/part")}});
     preferences.change(&Settings::projectDescriptions,
-                       {{QStringLiteral("Zut"), QStringLiteral("un essai")}});
+                       {{QStringLiteral("Zut"), QStringLiteral("un essai")},
+                        {QString(), QStringLiteral("un bloc-notes")}});
     preferences.change(&Settings::interests, {QStringLiteral("Rust"), QStringLiteral("Vélo")});
     preferences.change(&Settings::interestWeights, {{QStringLiteral("Rust"), 5}});
     preferences.change(&Settings::radiusLevel, 0);
@@ -108,9 +109,12 @@ TEST_F(RunPlanTest, what_would_be_searched_for_nothing_is_told_instead) {
         qsizetype warnings;
     } cases[] = {
         {{{QStringLiteral("A"), gone}}, {}, 0, 1},
-        {{{QStringLiteral("A"), gone}, {QStringLiteral("B"), QString()}}, {}, 1, 1},
+        {{{QStringLiteral("A"), gone}, {QStringLiteral("B"), QString()}}, {}, 0, 2},
+        {{{QString(), QString()}}, {}, 0, 1},
+        {{{QStringLiteral("A"), folder.path()}, {QStringLiteral("B"), QString()}}, {}, 1, 1},
         {{{QStringLiteral("Décrit"), gone}}, {}, 1, 1},
-        {{{QStringLiteral("B"), QString()}}, {QStringLiteral("Figma")}, 1, 1},
+        {{{QStringLiteral("Décrit"), QString()}}, {}, 1, 0},
+        {{{QStringLiteral("Décrit"), QString()}}, {QStringLiteral("Figma")}, 1, 1},
     };
     preferences.change(&Settings::projectDescriptions,
                        {{QStringLiteral("Décrit"), QStringLiteral("un essai")}});
@@ -120,6 +124,7 @@ TEST_F(RunPlanTest, what_would_be_searched_for_nothing_is_told_instead) {
         const RunPlan made = plan();
         EXPECT_EQ(made.scopes.size(), one.scopes) << one.projects.firstKey().toStdString();
         EXPECT_EQ(made.warnings.size(), one.warnings) << one.projects.firstKey().toStdString();
+        EXPECT_EQ(refusalText(preferences).isEmpty(), one.scopes > 0) << "no run for no call";
     }
 }
 
@@ -156,6 +161,8 @@ TEST_F(RunPlanTest, known_links_are_listed_newest_first_and_once) {
 TEST_F(RunPlanTest, each_prompt_is_told_the_links_that_its_search_may_come_upon) {
     preferences.change(&Settings::interests, {QStringLiteral("Rust")});
     preferences.change(&Settings::projects, {{QStringLiteral("Potager"), QString()}});
+    preferences.change(&Settings::projectDescriptions,
+                       {{QStringLiteral("Potager"), QStringLiteral("un jardin")}});
     preferences.change(&Settings::lastSearch, now.addDays(-7));
     QList<TopicPtr> topics;
     for (const int days : {1, 20, 60, 200}) {

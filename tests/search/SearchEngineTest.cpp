@@ -133,10 +133,19 @@ TEST_F(SearchEngineTest, links_far_past_what_was_asked_are_told_or_answer_a_topi
     const RunReport report = run();
     EXPECT_EQ(report.scopes[1].found, 30);
     EXPECT_EQ(report.added, 25);
-    ASSERT_EQ(report.unjudged.size(), 5);
-    EXPECT_EQ(report.unjudged.first().url, at("/long") + QStringLiteral("?p=24"));
+    ASSERT_EQ(report.surplus.value_or(QList<DroppedLink>()).size(), 5);
+    EXPECT_EQ(report.surplus->first().url, at("/long") + QStringLiteral("?p=24"));
     EXPECT_TRUE(report.uncovered.isEmpty());
     EXPECT_EQ(report.scopes.size(), 2) << "no second search";
+
+    // The judge never saw that link: that it fails now is the first time.
+    otherTraits = QStringLiteral("\"poison\":\"p=24\",");
+    scenario(list({candidate(at("/other"), "Potager")}),
+             list({candidate(at("/long") + QStringLiteral("?p=24"), "Rust")}));
+    const QDateTime last = clock.now().addDays(-3);
+    preferences.change(&Settings::lastSearch, last);
+    EXPECT_EQ(run().added, 1);
+    EXPECT_EQ(periodStart(preferences.settings(), clock.now()), last) << "it is looked for again";
 }
 
 TEST_F(SearchEngineTest, a_territory_of_which_nothing_can_be_asked_costs_no_call) {

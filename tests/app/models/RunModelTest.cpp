@@ -75,9 +75,11 @@ protected:
                          .reader = reader,
                          .feeds = feeds,
                          .images = images,
-                         .clock = clock}};
-    std::unique_ptr<RunModel> model =
-        std::make_unique<RunModel>(engine, preferences, store, clock, QTimeZone::utc());
+                         .clock = clock,
+                         .zone = LocalZone([this] { return zone; })}};
+    QTimeZone zone = QTimeZone::utc();
+    std::unique_ptr<RunModel> model = std::make_unique<RunModel>(
+        engine, preferences, store, clock, LocalZone([this] { return zone; }));
 };
 
 TEST_F(RunModelTest, says_why_a_run_cannot_start) {
@@ -93,6 +95,19 @@ TEST_F(RunModelTest, says_why_a_run_cannot_start) {
     EXPECT_EQ(model->lastErrorTitle(), text("Je n’ai pas pu fouiller."));
     EXPECT_NE(model->lastError(), refused);
     EXPECT_TRUE(model->lastResultText().isEmpty());
+
+    // The one of the schedule says nothing where it would be refused: nobody asked for it.
+    preferences.change(&Settings::interests, {});
+    preferences.change(&Settings::projects, {{text("Parti"), folder.filePath(text("parti"))}});
+    const QString told = model->lastError();
+    QSignalSpy ends(model.get(), &RunModel::ended);
+    model->startDue();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ends.count(), 0);
+    EXPECT_EQ(model->lastError(), told);
+    preferences.change(&Settings::interests, {text("Rust")});
+    model->startDue();
+    test::spinUntil([&] { return ends.count() == 1; });
 }
 
 TEST_F(RunModelTest, runs_and_tells_what_came_of_it) {
@@ -179,6 +194,7 @@ TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
         const char *next;
         const char *missed;
     };
+    preferences.change(&Settings::interests, {text("Rust")});
     preferences.change(&Settings::lastSearch, at(2, 9));
     const Case cases[] = {
         {at(2, 10), "lundi prochain à 8:00", ""},
@@ -207,6 +223,15 @@ TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
     EXPECT_TRUE(why(at(2, 9), false, {}).startsWith(off));
     EXPECT_TRUE(why(at(9, 8), true, {}).startsWith(text("Elle a été arrêtée")));
     EXPECT_TRUE(why(at(9, 9), false, text("panne")).startsWith(text("Je n’ai pas pu fouiller.")));
+    RunReport unsaved;
+    unsaved.date = at(9, 10);
+    unsaved.saved = false;
+    store.addRun(unsaved);
+    EXPECT_TRUE(model->missedText().startsWith(text("Les sujets trouvés n’ont pas pu être")));
+    preferences.change(&Settings::interests, {});
+    EXPECT_FALSE(model->missed()) << "nothing was to be searched";
+    preferences.change(&Settings::interests, {text("Rust")});
+    EXPECT_TRUE(model->missed());
     RunReport many;
     many.date = at(10, 9);
     many.unjudged =
@@ -223,6 +248,22 @@ TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
     EXPECT_EQ(model->nextRunText(), QString());
     preferences.change(&Settings::lastSearch, std::nullopt);
     EXPECT_FALSE(model->missed());
+}
+
+// The same Monday shows its 8:00 again further west: its run was made before the flight.
+TEST_F(RunModelTest, a_flight_west_makes_no_missed_run_of_one_that_was_made) {
+    signIn();
+    preferences.change(&Settings::interests, {text("Rust")});
+    zone = QTimeZone("Europe/Paris"); // 10:30 there
+    model->start();
+    untilEnded();
+    ASSERT_TRUE(preferences.settings().lastSearch);
+    zone = QTimeZone("Pacific/Honolulu"); // 23:30 of the Sunday
+    EXPECT_EQ(model->nextRunText(), text("lundi 9 novembre à 8:00"));
+    clock.moment = clock.moment.addSecs(10 * 3600); // Monday 9:30
+    EXPECT_FALSE(model->missed());
+    clock.moment = clock.moment.addDays(7);
+    EXPECT_EQ(model->missedTitle(), text("La fouille de lundi 9 novembre n’a pas eu lieu."));
 }
 
 TEST_F(RunModelTest, shows_the_territory_as_it_changes) {

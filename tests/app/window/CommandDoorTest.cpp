@@ -245,7 +245,7 @@ TEST_F(CommandDoorTest, the_open_app_follows_what_a_command_writes_to_the_settin
         return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);
     };
     EXPECT_EQ(timer.next(), at(9, 8));
-    EXPECT_FALSE(hasTerritory(preferences));
+    EXPECT_FALSE(refusalText(preferences).isEmpty());
     EXPECT_EQ(run(R"(reglages schedule {"weekdays":[3],"hour":9,"minute":0})").status, 0);
     test::spinUntil([&] { return timer.next() == at(3, 9); });
 
@@ -253,7 +253,7 @@ TEST_F(CommandDoorTest, the_open_app_follows_what_a_command_writes_to_the_settin
     QDir(folder.path()).mkdir(QStringLiteral("projet"));
     const QByteArray adding = "projet ajouter " + path("projet").toUtf8();
     EXPECT_EQ(run(adding.constData()).status, 0);
-    test::spinUntil([&] { return hasTerritory(preferences); });
+    test::spinUntil([&] { return refusalText(preferences).isEmpty(); });
     test::spinUntil([&] { return territory.rowCount() > rows; });
 
     for (const auto &[key, value] :

@@ -91,6 +91,11 @@ TEST_F(RunTimerTest, a_zone_that_changes_under_way_brings_neither_a_second_run_n
     timer.look();
     EXPECT_EQ(due.count(), 1);
     EXPECT_EQ(timer.next(), november(16, 13, 0));
+    // So it is after a restart: the run left word of the slot it served.
+    preferences.change(&Settings::lastSearch, november(9, 8, 5));
+    preferences.change(&Settings::servedSlot, QStringLiteral("2026-11-09T08:00"));
+    clock.moment = november(9, 12, 0);
+    EXPECT_EQ(RunTimer(preferences, clock, zone).next(), november(16, 13, 0));
     // Another moment of the same day, chosen by hand, is another run.
     preferences.change(&Settings::schedule, Schedule{{2}, 15, 0});
     EXPECT_EQ(timer.next(), november(9, 20, 0));
