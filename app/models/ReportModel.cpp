@@ -70,8 +70,7 @@ QStringList noticesOf(const RunReport &report) {
     }
     if (report.surplus && !report.surplus->isEmpty()) {
         notices += ReportModel::tr("Liens de trop\u00A0: %1. %2")
-                       .arg(report.surplus->size())
-                       .arg(report.surplus->first().reason);
+                       .arg(numberText(report.surplus->size()), report.surplus->first().reason);
     }
     if (!report.uncovered.isEmpty() && !report.cancelled) {
         notices += ReportModel::tr("Rien trouvé pour\u00A0: %1")
