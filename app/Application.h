@@ -10,12 +10,12 @@
 #include "core/StoreLock.h"
 #include "core/TopicStore.h"
 #include "platform/InstalledApps.h"
-#include "search/DiscoveryApps.h"
-#include "search/Feeds.h"
-#include "search/LinkCapture.h"
-#include "search/PageReader.h"
-#include "search/SearchEngine.h"
-#include "search/SourceImage.h"
+#include "search/discovery/DiscoveryApps.h"
+#include "search/feeds/Feeds.h"
+#include "search/run/LinkCapture.h"
+#include "search/run/SearchEngine.h"
+#include "search/web/PageReader.h"
+#include "search/web/SourceImage.h"
 
 #include <memory>
 

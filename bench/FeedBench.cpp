@@ -2,8 +2,8 @@
 // floor: the same bytes and options, handlers that do nothing), then beside two parsers of the npm
 // registry (the peers, in a warm process of their own). Then the reading of one date.
 
-#include "search/FeedDate.h"
-#include "search/FeedParser.h"
+#include "search/feeds/FeedDate.h"
+#include "search/feeds/FeedParser.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -2,7 +2,7 @@
 // expressions it stands for (the peer, same result) and with one look at every byte (the floor:
 // decoding the UTF-8 and finding each "<"). Then pages made to be slow, at two sizes.
 
-#include "search/PageText.h"
+#include "search/web/PageText.h"
 #include "tests/support/LiteralPageText.h"
 
 #include <QElapsedTimer>

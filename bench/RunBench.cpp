@@ -3,7 +3,7 @@
 // command line with as many transfers at once, extracting nothing). Also how long the main thread
 // was held at a stretch meanwhile.
 
-#include "search/PageReader.h"
+#include "search/web/PageReader.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -163,7 +163,7 @@ Task<Judge::Verdicts> Judge::judge(std::shared_ptr<const JudgeBrief> brief,
     Question question;
     question.prompt =
         judgePrompt(loadPrompt(m_asker->resources(), QStringLiteral("judge-prompt")), brief->today,
-                    brief->profile, brief->reflexLines, brief->examples, batch);
+                    brief->profile, brief->reflexLines(), brief->examples, batch);
     question.schemaName = QStringLiteral("judge-schema");
     question.step = QStringLiteral("judge");
     question.agent = brief->agent;

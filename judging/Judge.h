@@ -1,22 +1,11 @@
 #pragma once
 
 #include "agents/Ask.h"
-#include "judging/JudgePrompt.h"
-#include "judging/Reflex.h"
+#include "judging/JudgeBrief.h"
 
 #include <QHash>
 
 namespace vorle {
-
-/// What a run gives the judge besides the candidates.
-struct JudgeBrief {
-    JudgeProfile profile;
-    QStringList reflexLines;  ///< English instruction lines of the active reflexes
-    QList<Reflex> reflexes;   ///< whose lines those are
-    QList<TopicPtr> examples; ///< see exampleTopics
-    QDate today;
-    std::optional<AgentKind> agent; ///< instead of the chosen one
-};
 
 /// Asks the agent to judge candidates, one call a batch. Main thread; what it is given must
 /// outlive every call under way.

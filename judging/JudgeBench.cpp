@@ -31,23 +31,29 @@ JudgeCandidate candidateOf(const BenchItem &item) {
     return candidate;
 }
 
-std::shared_ptr<const JudgeBrief> briefOf(const Bench &bench) {
-    auto brief = std::make_shared<JudgeBrief>();
-    const BenchProfile &profile = bench.profile;
-    brief->profile.job = profile.job;
-    brief->profile.language = profile.language;
-    brief->profile.tools = profile.tools;
+BriefSource sourceOf(const BenchProfile &profile) {
+    BriefSource source;
+    source.profile.job = profile.job;
+    source.profile.language = profile.language;
+    source.profile.tools = profile.tools;
     for (const auto &project : profile.projects) {
-        brief->profile.projects += {project.name, project.description, {}, {}};
+        source.profile.projects += {project.name, project.description, {}, {}};
     }
     for (const auto &interest : profile.interests) {
-        brief->profile.interests += {interest.topic, interest.weight};
+        source.profile.interests += {interest.topic, interest.weight};
     }
-    brief->reflexLines = profile.reflexes;
-    for (const BenchItem &item : bench.items) {
-        brief->today = std::max(brief->today, item.collectedAt.date());
+    for (const QString &line : profile.reflexes) {
+        source.reflexes.emplaceBack().instruction = line;
     }
-    return brief;
+    return source;
+}
+
+QDate newestDay(const QList<BenchItem> &items) {
+    QDate newest;
+    for (const BenchItem &item : items) {
+        newest = std::max(newest, item.collectedAt.date());
+    }
+    return newest;
 }
 
 QList<QList<JudgeCandidate>> batchesOf(const QList<BenchItem> &items) {
@@ -198,7 +204,14 @@ Task<> JudgeBench::judgeBatch(Session &session, qsizetype place) {
 }
 
 Task<JudgeBench::Outcome> JudgeBench::judge(Bench bench, Progress progress, CancelToken cancel) {
-    Session session{briefOf(bench), batchesOf(bench.items), std::move(progress), cancel, {}, {}, 0};
+    Session session{std::make_shared<const JudgeBrief>(
+                        judgeBrief(sourceOf(bench.profile), newestDay(bench.items))),
+                    batchesOf(bench.items),
+                    std::move(progress),
+                    cancel,
+                    {},
+                    {},
+                    0};
     Outcome outcome;
     try {
         co_await forEachBounded(session.batches.size(), callsAtOnce,

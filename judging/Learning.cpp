@@ -1,6 +1,5 @@
 #include "judging/Learning.h"
 
-#include "agents/PromptText.h"
 #include "core/KindLabel.h"
 #include "judging/JudgePrompt.h"
 #include "judging/ToolNames.h"
@@ -260,27 +259,16 @@ Learned learn(const QList<TopicPtr> &topics, const Settings &settings) {
     return cases.learned();
 }
 
-QList<Reflex> activeReflexes(const QList<Reflex> &reflexes, const Settings &settings) {
-    QList<Reflex> active;
-    qsizetype bytes = 0;
-    for (const Reflex &reflex : reflexes) {
-        const qsizetype size = promptSize(reflexLine(reflex.instruction));
-        if (!settings.disabledReflexes.contains(reflex.id) && bytes + size <= reflexBytes) {
-            active += reflex;
-            bytes += size;
-        }
-    }
-    return active;
+QList<Reflex> reflexesLeftOn(QList<Reflex> reflexes, const Settings &settings) {
+    reflexes.removeIf(
+        [&](const Reflex &reflex) { return settings.disabledReflexes.contains(reflex.id); });
+    return reflexes;
 }
 
-QString unsentReflexesText(const QList<Reflex> &reflexes, const Settings &settings) {
-    const QList<Reflex> active = activeReflexes(reflexes, settings);
+QString unsentReflexesText(const QList<Reflex> &unsent) {
     QStringList left;
-    for (const Reflex &reflex : reflexes) {
-        if (!settings.disabledReflexes.contains(reflex.id) && !active.contains(reflex)) {
-            left +=
-                u'«' + QStringLiteral("\u202F") + reflex.title + QStringLiteral("\u202F") + u'»';
-        }
+    for (const Reflex &reflex : unsent) {
+        left += u'«' + QStringLiteral("\u202F") + reflex.title + QStringLiteral("\u202F") + u'»';
     }
     return left.isEmpty() ? QString()
            : left.size() == 1
@@ -288,14 +276,6 @@ QString unsentReflexesText(const QList<Reflex> &reflexes, const Settings &settin
                : tr("%1 réflexes n’ont pas tenu dans la consigne : %2")
                      .arg(left.size())
                      .arg(left.join(QStringLiteral(", ")));
-}
-
-QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings) {
-    QStringList lines;
-    for (const Reflex &reflex : activeReflexes(reflexes, settings)) {
-        lines += reflex.instruction;
-    }
-    return lines;
 }
 
 QString nothingLearnedText(const Learned &learned) {

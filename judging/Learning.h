@@ -37,15 +37,11 @@ struct Learned {
 ///   that carried no score, since nothing could be read, has no gap.
 Learned learn(const QList<TopicPtr> &topics, const Settings &settings);
 
-/// The reflexes a run applies: those the user left on, in their order. One whose line would bring
-/// them past what the judge's prompt has room for (see reflexBytes) is left out.
-QList<Reflex> activeReflexes(const QList<Reflex> &reflexes, const Settings &settings);
+/// The reflexes the user left on, in their order: those that apply.
+QList<Reflex> reflexesLeftOn(QList<Reflex> reflexes, const Settings &settings);
 
-/// Which of those the user left on are left out, as a French sentence; empty when none is.
-QString unsentReflexesText(const QList<Reflex> &reflexes, const Settings &settings);
-
-/// The lines for the judge: the instructions of `activeReflexes`.
-QStringList activeInstructions(const QList<Reflex> &reflexes, const Settings &settings);
+/// Which reflexes the judge's prompt had no room for, as a French sentence; empty for none.
+QString unsentReflexesText(const QList<Reflex> &unsent);
 
 /// What is shown in the place of reflexes: how many decisions are still needed, followed by
 /// `sampleReflexes()`, or that the decisions draw no rule. Empty when there are reflexes.

@@ -3,7 +3,7 @@
 #include "app/cli/Command.h"
 #include "base/French.h"
 #include "core/NumberText.h"
-#include "search/Feeds.h"
+#include "search/feeds/Feeds.h"
 
 namespace vorle::cli {
 

@@ -5,10 +5,12 @@
 #include "base/French.h"
 #include "base/Text.h"
 #include "core/NumberText.h"
-#include "judging/JudgePrompt.h"
-#include "search/Links.h"
-#include "search/Pipeline.h"
-#include "search/RunPlan.h"
+#include "judging/JudgeBrief.h"
+#include "judging/Learning.h"
+#include "search/run/JudgedProjects.h"
+#include "search/run/Pipeline.h"
+#include "search/run/RunPlan.h"
+#include "search/web/Links.h"
 
 namespace vorle::cli {
 
@@ -79,9 +81,15 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
     for (const discovery::App &app : context.app.apps()) {
         apps += app.name;
     }
-    const RunPlan plan = planRun(preferences, projects, topics, context.app.clock().now(), apps);
-    for (const QString &warning : plan.warnings) {
-        context.console.say(warning);
+    const QDateTime now = context.app.clock().now();
+    const RunPlan plan = planRun(preferences, projects, topics, now, apps);
+    const JudgeBrief brief = judgeBrief(
+        briefSource(preferences, judgedProjects(projects, preferences.settings()), topics),
+        now.toLocalTime().date());
+    for (const QString &warning : plan.warnings + QStringList{unsentReflexesText(brief.unsent)}) {
+        if (!warning.isEmpty()) {
+            context.console.say(warning);
+        }
     }
     const AgentKind agent = context.app.agent().locator().choose();
     const Pipeline pipeline(context.app.asker());
@@ -103,13 +111,13 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
     frame.title = QStringLiteral("…");
     const QString instruction = loadPrompt(context.app.resources(), QStringLiteral("judge-prompt"));
     shown += {French::tr("Jugement"),
-              judgePrompt(instruction, QDate::currentDate(), plan.profile, plan.reflexLines,
-                          exampleTopics(topics), {frame}),
+              judgePrompt(instruction, brief.today, brief.profile, brief.reflexLines(),
+                          brief.examples, {frame}),
               schemaText(context, QStringLiteral("judge-schema"))};
     const QString unread = QStringLiteral("…");
     show(French::tr("Pages illisibles"),
          pipeline.digging({{frame.id, unread, unread, unread}},
-                          {QDate::currentDate(), plan.sites.exclusions, agent}));
+                          {brief.today, plan.sites.exclusions, agent}));
     co_return shown;
 }
 

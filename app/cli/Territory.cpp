@@ -3,7 +3,7 @@
 #include "app/cli/Command.h"
 #include "base/French.h"
 #include "core/NumberText.h"
-#include "search/Discovery.h"
+#include "search/discovery/Discovery.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "app/models/Wording.h"
 #include "base/FrenchSpacing.h"
 #include "core/NumberText.h"
-#include "search/RunPlan.h"
+#include "search/run/RunPlan.h"
 
 #include <algorithm>
 #include <utility>

@@ -6,7 +6,7 @@
 #include "base/LocalZone.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
-#include "search/SearchEngine.h"
+#include "search/run/SearchEngine.h"
 
 #include <QObject>
 #include <QPointer>

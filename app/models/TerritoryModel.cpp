@@ -2,7 +2,7 @@
 
 #include "app/models/Wording.h"
 #include "base/Text.h"
-#include "search/Discovery.h"
+#include "search/discovery/Discovery.h"
 
 #include <QFileInfo>
 

@@ -9,7 +9,7 @@
 #include "core/DurationText.h"
 #include "core/NumberText.h"
 #include "core/ScoreScale.h"
-#include "search/SourceImage.h"
+#include "search/web/SourceImage.h"
 
 #include <QFileInfo>
 #include <QTimeZone>

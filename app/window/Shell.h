@@ -12,7 +12,7 @@
 #include "app/window/TopicPage.h"
 #include "base/Async.h"
 #include "core/ScoreNotes.h"
-#include "search/LinkCapture.h"
+#include "search/run/LinkCapture.h"
 
 #include <QObject>
 #include <QPointer>

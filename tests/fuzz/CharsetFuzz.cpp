@@ -1,4 +1,4 @@
-#include "search/Charset.h"
+#include "search/web/Charset.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,7 @@
-#include "search/FeedDate.h"
-#include "search/FeedParser.h"
-#include "search/Feeds.h"
+#include "search/feeds/FeedDate.h"
+#include "search/feeds/FeedParser.h"
+#include "search/feeds/Feeds.h"
+#include "search/run/FeedItemLine.h"
 
 #include <array>
 #include <cstdio>

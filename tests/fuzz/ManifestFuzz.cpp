@@ -1,8 +1,8 @@
 #include "base/Text.h"
-#include "search/DeclaredVersions.h"
-#include "search/Discovery.h"
-#include "search/LockFile.h"
-#include "search/Toml.h"
+#include "search/discovery/DeclaredVersions.h"
+#include "search/discovery/Discovery.h"
+#include "search/discovery/LockFile.h"
+#include "search/discovery/Toml.h"
 
 #include <QDir>
 #include <QFile>

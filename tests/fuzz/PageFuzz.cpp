@@ -1,6 +1,6 @@
 #include "base/Text.h"
-#include "search/PageText.h"
-#include "search/PageTwin.h"
+#include "search/web/PageText.h"
+#include "search/web/PageTwin.h"
 #include "tests/support/LiteralPageText.h"
 #include "tests/support/TagSoup.h"
 

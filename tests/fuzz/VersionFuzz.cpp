@@ -1,5 +1,4 @@
-#include "search/PageText.h"
-#include "search/Version.h"
+#include "search/discovery/Version.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "search/PageText.h"
+#include "search/web/PageText.h"
 
 namespace vorle::test {
 

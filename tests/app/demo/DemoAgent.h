@@ -6,8 +6,8 @@
 #include "app/demo/Demonstration.h"
 #include "base/Resources.h"
 #include "judging/JudgePrompt.h"
-#include "search/Pipeline.h"
-#include "search/SearchScope.h"
+#include "search/run/Pipeline.h"
+#include "search/run/SearchScope.h"
 #include "tests/support/Wait.h"
 
 #include <QFile>

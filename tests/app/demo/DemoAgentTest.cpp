@@ -2,7 +2,7 @@
 
 #include "tests/app/demo/DemoAgent.h"
 #include "core/Preferences.h"
-#include "search/PageReader.h"
+#include "search/web/PageReader.h"
 
 #include <QSet>
 

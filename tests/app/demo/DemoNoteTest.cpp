@@ -2,7 +2,7 @@
 
 #include "briefs/BriefPrompt.h"
 #include "briefs/BriefWriter.h"
-#include "search/PageReader.h"
+#include "search/web/PageReader.h"
 #include "tests/app/demo/DemoAgent.h"
 
 #include <gmock/gmock.h>

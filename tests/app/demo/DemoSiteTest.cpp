@@ -1,5 +1,5 @@
 #include "app/demo/DemoSite.h"
-#include "search/PageReader.h"
+#include "search/web/PageReader.h"
 #include "tests/support/Wait.h"
 
 #include <QTcpSocket>

@@ -3,12 +3,14 @@
 
 #include "app/demo/DemoBlog.h"
 #include "core/Preferences.h"
-#include "search/Discovery.h"
-#include "search/Feeds.h"
-#include "search/LockFile.h"
-#include "search/PageReader.h"
-#include "search/RunPlan.h"
-#include "search/Version.h"
+#include "judging/JudgeBrief.h"
+#include "search/discovery/Discovery.h"
+#include "search/discovery/LockFile.h"
+#include "search/discovery/Version.h"
+#include "search/feeds/Feeds.h"
+#include "search/run/FeedItemLine.h"
+#include "search/run/JudgedProjects.h"
+#include "search/web/PageReader.h"
 #include "tests/app/demo/DemoAgent.h"
 
 #include <QSet>
@@ -185,9 +187,9 @@ TEST_F(DemoWatchTest, says_of_each_page_what_it_is_really_about) {
                                  {},
                                  page->text.toUtf8()};
     }
+    const QList<ProjectReading> projects = readProjects(preferences.settings().projects);
     const JudgeProfile profile =
-        planRun(preferences, readProjects(preferences.settings().projects), {}, SystemClock().now())
-            .profile;
+        briefSource(preferences, judgedProjects(projects, preferences.settings()), {}).profile;
     const QString prompt =
         judgePrompt(resource("judge-prompt", "md"), QDate::currentDate(), profile, {}, {}, blocks);
     EXPECT_THROW(ask<JudgmentsAnswer>(prompt, "judge-schema"), AgentError) << "fails once";

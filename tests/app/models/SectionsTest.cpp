@@ -1,9 +1,9 @@
 #include "app/models/Sections.h"
 #include "app/models/KeyboardMap.h"
 #include "core/ScoreNotes.h"
-#include "search/Feeds.h"
-#include "search/PageReader.h"
-#include "search/SourceImage.h"
+#include "search/feeds/Feeds.h"
+#include "search/web/PageReader.h"
+#include "search/web/SourceImage.h"
 #include "tests/app/models/Watched.h"
 
 #include <gtest/gtest.h>

@@ -9,7 +9,7 @@
 #include "app/models/TerritoryModel.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
-#include "search/RunPlan.h"
+#include "search/run/RunPlan.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
 

@@ -1,0 +1,50 @@
+#include "judging/JudgeBrief.h"
+
+#include "agents/PromptText.h"
+#include "core/Preferences.h"
+#include "judging/Learning.h"
+
+namespace vorle {
+
+QStringList JudgeBrief::reflexLines() const {
+    QStringList lines;
+    for (const Reflex &reflex : reflexes) {
+        lines += reflex.instruction;
+    }
+    return lines;
+}
+
+JudgeBrief judgeBrief(BriefSource source, const QDate &today, std::optional<AgentKind> agent) {
+    JudgeBrief brief{.profile = std::move(source.profile),
+                     .examples = exampleTopics(source.topics),
+                     .today = today,
+                     .agent = agent};
+    qsizetype bytes = 0;
+    for (const Reflex &reflex : std::as_const(source.reflexes)) {
+        const qsizetype size = promptSize(reflexLine(reflex.instruction));
+        if (bytes + size <= reflexBytes) {
+            brief.reflexes += reflex;
+            bytes += size;
+        } else {
+            brief.unsent += reflex;
+        }
+    }
+    return brief;
+}
+
+BriefSource briefSource(const Preferences &preferences, QList<JudgeProfile::Project> projects,
+                        QList<TopicPtr> topics) {
+    const Settings &settings = preferences.settings();
+    BriefSource source;
+    source.profile.job = settings.job.value_or(QString());
+    source.profile.projects = std::move(projects);
+    for (const QString &topic : settings.interests) {
+        source.profile.interests += {topic, preferences.weightOf(topic)};
+    }
+    source.profile.tools = settings.addedTools;
+    source.reflexes = reflexesLeftOn(learn(topics, settings).reflexes, settings);
+    source.topics = std::move(topics);
+    return source;
+}
+
+} // namespace vorle

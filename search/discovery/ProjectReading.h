@@ -1,0 +1,28 @@
+#pragma once
+
+#include "search/discovery/Discovery.h"
+
+#include <QList>
+#include <QMap>
+
+namespace vorle {
+
+/// What a watched project's folder holds.
+struct ProjectReading {
+    QString name;
+    discovery::Project found;
+    QStringList dependencies = {};
+    QMap<QString, QString> versions = {}; ///< dependency to the version in use
+
+    /// It has a folder, and that is there. One that was added by its description alone never had
+    /// one.
+    bool hasFolder() const;
+    /// Its name in a prompt: "a project" for one without.
+    QString shownName() const;
+};
+
+/// Reads the folders of the projects (a project's name to its folder). Any thread; a large lock
+/// file takes tens of milliseconds, so it belongs on the thread pool.
+QList<ProjectReading> readProjects(const QMap<QString, QString> &folders);
+
+} // namespace vorle

@@ -1,0 +1,273 @@
+#include "search/feeds/Feeds.h"
+
+#include "base/Text.h"
+#include "core/WebLink.h"
+#include "search/web/Browser.h"
+#include "search/web/Charset.h"
+#include "search/web/Links.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace vorle {
+
+namespace {
+
+constexpr std::chrono::seconds deadline{12};
+constexpr qint64 pageBytes = 3'000'000;
+constexpr qsizetype sitesAtOnce = 32;
+
+constexpr int newestItems = 15;
+constexpr int checkDays = 7;
+constexpr qint64 clockSlackSeconds = 86'400; ///< sites get their own time zone wrong
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; }
+
+bool isWordCharacter(char c) {
+    return (lower(c) >= 'a' && lower(c) <= 'z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+/// Where `word` (lower case) stands in `text`, from `from` on, whatever its case.
+std::size_t findWord(std::string_view text, std::string_view word, std::size_t from) {
+    const auto found = std::search(
+        text.begin() + static_cast<std::ptrdiff_t>(std::min(from, text.size())), text.end(),
+        word.begin(), word.end(), [](char a, char b) { return lower(a) == b; });
+    return found == text.end() ? std::string_view::npos
+                               : static_cast<std::size_t>(found - text.begin());
+}
+
+/// The value of an attribute, its name standing alone: NAME\s*=\s*, then what stands between two
+/// quotes of one kind, or without quotes up to the next blank.
+std::string_view attribute(std::string_view tag, std::string_view name) {
+    for (std::size_t at = findWord(tag, name, 0); at != std::string_view::npos;
+         at = findWord(tag, name, at + 1)) {
+        if (at > 0 && (isWordCharacter(tag[at - 1]) || tag[at - 1] == '-')) {
+            continue;
+        }
+        std::string_view rest = tag.substr(at + name.size());
+        const auto dropSpaces = [&] {
+            while (!rest.empty() && isSpace(rest.front())) {
+                rest.remove_prefix(1);
+            }
+        };
+        dropSpaces();
+        if (!rest.starts_with('=')) {
+            continue;
+        }
+        rest.remove_prefix(1);
+        dropSpaces();
+        const bool quoted = rest.starts_with('"') || rest.starts_with('\'');
+        const std::string_view value =
+            quoted ? rest.substr(1) : rest.substr(0, rest.find_first_of("\"' \t\r\n\f"));
+        const std::size_t end = quoted ? value.find(rest.front()) : value.size();
+        if (end > 0 && end != std::string_view::npos) {
+            return value.substr(0, end);
+        }
+    }
+    return {};
+}
+
+bool holds(std::string_view value, std::string_view word) {
+    return findWord(value, word, 0) != std::string_view::npos;
+}
+
+/// What a run takes of a feed's items.
+QList<FeedItem> recentItems(QList<FeedItem> items, const QSet<QString> &known,
+                            const QDateTime &now) {
+    QList<FeedItem> recent;
+    QSet<QString> seen;
+    const QDateTime oldest = now.addDays(-newestDays);
+    const QDateTime latest = now.addSecs(clockSlackSeconds);
+    for (FeedItem &item : items) {
+        if (item.date && *item.date > latest) {
+            item.date.reset(); // a date that cannot be is none
+        }
+        if (item.date && *item.date < oldest) {
+            continue;
+        }
+        const auto held = WebLink::from(item.link);
+        if (!held) {
+            continue;
+        }
+        item.link = held->text();
+        item.title = withoutHidden(item.title);
+        item.summary = withoutHidden(item.summary);
+        const QString link = canonicalLink(item.link);
+        if (seen.contains(link) || known.contains(link)) {
+            continue;
+        }
+        seen.insert(link);
+        recent.append(std::move(item));
+    }
+    std::ranges::stable_sort(recent, [](const FeedItem &a, const FeedItem &b) {
+        return a.date && (!b.date || *a.date > *b.date);
+    });
+    recent.resize(std::min<qsizetype>(recent.size(), newestItems));
+    return recent;
+}
+
+} // namespace
+
+QUrl siteUrl(const QString &typed) {
+    const QString address = trimmed(typed).toString();
+    const qsizetype scheme = address.indexOf(u"://");
+    const bool hasScheme =
+        scheme > 0 && std::all_of(address.begin(), address.begin() + scheme, [](QChar c) {
+            return c.isLetterOrNumber() || c == u'+' || c == u'-' || c == u'.';
+        });
+    const QString whole = hasScheme ? address : QStringLiteral("https://") + address;
+    return isHttpLink(whole) ? QUrl(whole) : QUrl();
+}
+
+std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddress) {
+    const std::string_view text(page.data(), static_cast<std::size_t>(page.size()));
+    std::size_t at = 0;
+    while ((at = text.find('<', at)) != std::string_view::npos) {
+        const std::string_view rest = text.substr(++at);
+        const bool opens =
+            rest.size() > 4 && holds(rest.substr(0, 4), "link") && !isWordCharacter(rest[4]);
+        if (!opens) {
+            continue;
+        }
+        const std::size_t end = rest.find('>');
+        if (end == std::string_view::npos) {
+            break;
+        }
+        const std::string_view tag = rest.substr(0, end);
+        at += end;
+        const std::string_view type = attribute(tag, "type");
+        const std::string_view href = attribute(tag, "href");
+        if (!holds(attribute(tag, "rel"), "alternate") || href.empty() ||
+            (!holds(type, "rss+xml") && !holds(type, "atom+xml"))) {
+            continue;
+        }
+        QString address = QString::fromUtf8(href.data(), static_cast<qsizetype>(href.size()));
+        address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
+        const auto feed = WebLink::from(
+            pageAddress.resolved(QUrl(address.trimmed())).toString(QUrl::FullyEncoded));
+        if (feed) {
+            return feed->text();
+        }
+    }
+    return std::nullopt;
+}
+
+Task<HttpResponse> Feeds::fetch(QUrl url, qint64 maxBytes, CancelToken cancel, Reach reach) {
+    HttpRequest request;
+    request.url = std::move(url);
+    request.userAgent = browserUserAgent;
+    request.maxBytes = maxBytes;
+    request.deadline = deadline;
+    request.reach = reach;
+    return m_http.get(std::move(request), std::move(cancel));
+}
+
+Task<Feeds::Discovery> Feeds::look(QString siteAddress, CancelToken cancel, Reach reach) {
+    cancel.throwIfCancelled();
+    const QUrl url = siteUrl(siteAddress);
+    if (url.isEmpty()) {
+        co_return Discovery{};
+    }
+    const HttpResponse response = co_await fetch(url, pageBytes, cancel, reach);
+    if (!response.ok()) {
+        co_return Discovery{};
+    }
+    // A feed's own address is one, whatever else the feed announces.
+    const auto itself = WebLink::from(url.toString(QUrl::FullyEncoded));
+    auto feed = co_await onPool([response, itself]() -> std::optional<QString> {
+        if (itself && parseFeed(response.body, response.contentType, response.url, {})) {
+            return itself->text();
+        }
+        const auto page = decodeText(response.body, response.contentType);
+        return page ? announcedFeed(*page, response.url) : std::nullopt;
+    });
+    cancel.throwIfCancelled();
+    const FeedOutcome outcome = feed ? FeedOutcome::Read : FeedOutcome::NoFeed;
+    co_return Discovery{outcome, std::move(feed)};
+}
+
+Task<std::optional<QString>> Feeds::discover(QString siteAddress, CancelToken cancel, Reach reach) {
+    const Discovery found = co_await look(std::move(siteAddress), std::move(cancel), reach);
+    co_return found.feed;
+}
+
+Task<FeedReading> Feeds::read(QString feedAddress, QString site, CancelToken cancel, Reach reach) {
+    cancel.throwIfCancelled();
+    const QUrl url = siteUrl(feedAddress);
+    if (url.isEmpty()) {
+        co_return FeedReading{};
+    }
+    const HttpResponse response = co_await fetch(url, feedByteLimit, cancel, reach);
+    if (!response.ok()) {
+        FeedReading unread;
+        unread.gone = response.status == 404 || response.status == 410;
+        co_return unread;
+    }
+    auto items = co_await onPool([response, site] {
+        return parseFeed(response.body, response.contentType, response.url, site);
+    });
+    cancel.throwIfCancelled();
+    if (!items) {
+        co_return FeedReading{FeedOutcome::NoFeed, {}, false};
+    }
+    co_return FeedReading{FeedOutcome::Read, *std::move(items), false};
+}
+
+Task<Feeds::SiteRun> Feeds::readSite(PrioritySite site, CancelToken cancel) {
+    SiteRun run{std::move(site), {}};
+    FeedReading &reading = run.reading;
+    const QDateTime now = m_clock.now();
+    const bool lately =
+        run.site.checked && *run.site.checked <= now && run.site.checked->addDays(checkDays) > now;
+    if (run.site.feed) {
+        reading = co_await read(*run.site.feed, run.site.address, cancel);
+    } else if (lately) {
+        reading.outcome = FeedOutcome::NoFeed;
+    }
+    if (lately && (!run.site.feed || reading.outcome == FeedOutcome::Read)) {
+        co_return run;
+    }
+    const Discovery found = co_await look(run.site.address, cancel, Reach::PublicOnly);
+    if (found.outcome == FeedOutcome::Unreachable) {
+        co_return run;
+    }
+    run.site.checked = now;
+    if (found.feed && found.feed != run.site.feed) {
+        FeedReading another = co_await read(*found.feed, run.site.address, cancel);
+        if (another.outcome == FeedOutcome::Read || reading.outcome != FeedOutcome::Read) {
+            run.site.feed = found.feed;
+            reading = std::move(another);
+        }
+    } else if (!found.feed && (!run.site.feed || reading.isNoFeed())) {
+        run.site.feed.reset();
+        reading.outcome = FeedOutcome::NoFeed;
+    }
+    co_return run;
+}
+
+Task<FeedsForRun> Feeds::itemsForRun(QList<PrioritySite> sites, QSet<QString> knownCanonicalLinks,
+                                     CancelToken cancel) {
+    cancel.throwIfCancelled();
+    std::vector<SiteRun> runs(static_cast<std::size_t>(sites.size()));
+    const auto readOne = [](Feeds *self, PrioritySite site, CancelToken token,
+                            SiteRun *out) -> Task<> {
+        *out = co_await self->readSite(std::move(site), std::move(token));
+    };
+    co_await forEachBounded(sites.size(), sitesAtOnce, [&](qsizetype i) {
+        return readOne(this, sites[i], cancel, &runs[static_cast<std::size_t>(i)]);
+    });
+    FeedsForRun all;
+    const QDateTime now = m_clock.now();
+    for (SiteRun &run : runs) {
+        const QList<FeedItem> recent =
+            recentItems(std::move(run.reading.items), knownCanonicalLinks, now);
+        all.reports.append({run.site.address, run.reading.outcome, recent.size()});
+        all.items += recent;
+        all.sites.append(std::move(run.site));
+    }
+    co_return all;
+}
+
+} // namespace vorle

@@ -1,0 +1,313 @@
+#include "search/run/Harvest.h"
+
+#include "base/French.h"
+#include "search/web/Links.h"
+
+namespace vorle {
+
+Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
+                 CancelToken cancel)
+    : m_tools(std::move(tools))
+    , m_book(book)
+    , m_cancel(cancel)
+    , m_pipeline(m_tools.asker)
+    , m_brief(std::move(brief))
+    , m_judging(
+          m_tools.asker, m_brief, cancel,
+          {.called =
+               [this](double seconds, double costUSD, RunBook::CallEnd end) {
+                   m_book.noteCall(RunStep::Judge, seconds, costUSD, end);
+               },
+           .judged = [this](const auto &batch, const auto &verdicts) { keep(batch, verdicts); },
+           .failed =
+               [this](const auto &batch, const std::exception &error) {
+                   for (const QString &link : leave(batch, failureText(error))) {
+                       m_judgeError = std::current_exception();
+                       m_failedLinks.insert(canonicalLink(link));
+                   }
+               }})
+    , m_ledger(m_tools.store.topics()) {}
+
+void Harvest::take(const Candidate &candidate, const Origins &origins) {
+    const auto place = static_cast<qsizetype>(m_items.size());
+    const LinkLedger::Claim claim = this->claim(candidate.url, place);
+    ScopeReport &scope = m_book.report.scopes[origins.report];
+    if (claim.standing == LinkLedger::Standing::Held) {
+        ++scope.known;
+        return;
+    }
+    QList<Proposal> proposals;
+    const auto propose = [&](const PlannedScope *planned) {
+        proposals +=
+            Proposal{candidate, origins.report, planned, origins.publishedOn, origins.site, {}, {}};
+    };
+    for (const PlannedScope *planned : origins.planned) {
+        propose(planned);
+    }
+    if (proposals.isEmpty()) {
+        propose(nullptr);
+    }
+    if (claim.standing == LinkLedger::Standing::Same) {
+        ++scope.merged;
+        join(claim.item, proposals, {{candidate.title, candidate.url}});
+        return;
+    }
+    m_items.emplace_back(candidate, std::move(proposals));
+    ++m_book.progress.candidates;
+    m_reads.push_back(read(place));
+}
+
+/// Asks whose a link is. A topic that holds it was come upon again by that.
+LinkLedger::Claim Harvest::claim(const QString &link, qsizetype place) {
+    const LinkLedger::Claim claim = m_ledger.claim(link, place);
+    if (claim.standing == LinkLedger::Standing::Held) {
+        m_notes.push_back(m_tools.finds.note(claim.topic));
+    }
+    return claim;
+}
+
+/// Another scope, or another address of the same page: one card is for all of them, whether it was
+/// judged already or not.
+void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
+                   const QList<TopicSource> &sources) {
+    Item &item = at(place);
+    const bool wasOld = item.stage == Item::Stage::OldNews;
+    if (wasOld) {
+        item.proposals.clear(); // those were told
+    }
+    item.join(proposals, sources);
+    if (wasOld && passOn(place)) {
+        ++m_book.progress.candidates;
+        m_book.report.notNewer.removeIf(
+            [&](const DroppedLink &old) { return old.url == item.url; });
+    } else if (item.stage == Item::Stage::Taken) {
+        item.keepFresh();
+    }
+    if (const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr) {
+        Topic tied = *topic;
+        item.placeInTerritory(tied);
+        if (tied != *topic) {
+            m_tools.store.replacePending(std::move(tied));
+        }
+        m_tools.store.addSources(*item.topic, item.sources());
+        noteSites(item);
+    }
+}
+
+/// Waits for every task, the ones added meanwhile too: they use this object.
+Task<> Harvest::outlast(std::deque<Task<>> &tasks) {
+    std::exception_ptr fault;
+    for (std::size_t i = 0; i < tasks.size(); ++i) {
+        co_await outlive(std::move(tasks[i]), fault);
+    }
+    tasks.clear();
+    m_cancel.throwIfCancelled();
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
+}
+
+Task<> Harvest::finishReading() { return outlast(m_reads); }
+
+Task<> Harvest::finishPictures() { return outlast(m_pictures); }
+
+Task<> Harvest::finishNotes() { return outlast(m_notes); }
+
+/// A picture for each of a topic's first sources, in their order.
+Task<> Harvest::fetchPictures(QUuid id) {
+    constexpr qsizetype mostPictures = 4;
+    const TopicPtr topic = m_tools.store.topic(id);
+    std::vector<Task<std::optional<Picture>>> pictures;
+    for (qsizetype i = 0; topic && i < std::min(topic->sources.size(), mostPictures); ++i) {
+        pictures.push_back(m_tools.images.picture(topic->sources[i].url, m_cancel));
+    }
+    QList<Picture> gallery;
+    for (Task<std::optional<Picture>> &picture : pictures) {
+        if (const auto found = co_await picture) {
+            gallery += *found;
+        }
+    }
+    if (!gallery.isEmpty()) {
+        m_tools.store.setGallery(id, std::move(gallery));
+    }
+}
+
+Task<> Harvest::read(qsizetype place) {
+    Item &item = at(place);
+    item.page = co_await m_tools.reader.read(item.url, m_cancel);
+    if (leadsElsewhere(place) || !passOn(place)) {
+        --m_book.progress.candidates;
+    }
+    m_book.tell();
+}
+
+/// Whether the link led to a page that is held already, or that another item has: it then has all
+/// that this one brought, and what this one claimed.
+bool Harvest::leadsElsewhere(qsizetype place) {
+    const Item &item = at(place);
+    if (item.isUnread() || !namesOnePage(item.page.finalUrl)) {
+        return false;
+    }
+    const LinkLedger::Claim claim = this->claim(item.page.finalUrl, place);
+    if (claim.standing == LinkLedger::Standing::New) {
+        return false;
+    }
+    m_ledger.give(place, claim);
+    ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
+    QList<TopicSource> sources = item.otherSources;
+    sources.prepend({item.candidate().title, item.url});
+    if (claim.standing == LinkLedger::Standing::Held) {
+        ++scope.known;
+        m_tools.store.addSources(claim.topic, sources);
+    } else {
+        ++scope.merged;
+        join(claim.item, item.proposals, sources);
+    }
+    return true;
+}
+
+/// Sends a page that was read to the judge, for those to whom it is news. False when it is none to
+/// anybody: it is told apart, not shown.
+bool Harvest::passOn(qsizetype place) {
+    Item &item = at(place);
+    const auto [fresh, old] = item.news();
+    if (fresh.isEmpty()) {
+        item.stage = Item::Stage::OldNews;
+        for (const DroppedLink &link : old) {
+            if (!m_book.report.notNewer.contains(link)) {
+                m_book.report.notNewer += link;
+            }
+        }
+        return false;
+    }
+    item.stage = Item::Stage::Taken;
+    item.proposals = fresh;
+    count(item.page.level);
+    ++m_book.progress.read;
+    putToJudge(place);
+    return true;
+}
+
+void Harvest::count(ReadLevel level) {
+    ReadCounts &read = m_book.report.read;
+    switch (level) {
+    case ReadLevel::Full:
+        ++read.full;
+        break;
+    case ReadLevel::Seen:
+        ++read.seen;
+        break;
+    case ReadLevel::Meta:
+        ++read.meta;
+        break;
+    case ReadLevel::None:
+        ++read.none;
+        break;
+    }
+}
+
+void Harvest::putToJudge(qsizetype place) {
+    const Item &item = at(place);
+    JudgeCandidate candidate;
+    candidate.id = Item::identifier(place);
+    candidate.title = item.candidate().title;
+    candidate.url = item.url;
+    // The link tells best; where it tells nothing, the agent's word counts.
+    candidate.kind = guessKind(item.url);
+    if (candidate.kind == ItemKind::Article) {
+        candidate.kind = json::fromRaw<ItemKind>(item.candidate().kind).value_or(ItemKind::Article);
+    }
+    candidate.level = item.page.level;
+    candidate.content = judgedContent(item.page);
+    if (m_tools.refusedBefore.contains(canonicalLink(item.url))) {
+        m_judging.addDoubtful(std::move(candidate));
+    } else {
+        m_judging.add(std::move(candidate));
+    }
+}
+
+void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts) {
+    QList<Topic> added;
+    QList<JudgeCandidate> unanswered;
+    QList<QUuid> pictured; // a page that could not be read has no picture to give
+    QList<ScoreNote> notes;
+    for (const JudgeCandidate &candidate : batch) {
+        const auto verdict = verdicts.byId.constFind(candidate.id);
+        if (verdict == verdicts.byId.cend()) {
+            unanswered += candidate;
+            continue;
+        }
+        Item &item = at(Item::placeOf(candidate.id));
+        Topic topic = item.topicFor(*verdict);
+        topic.foundAt = m_tools.now();
+        topic.origin = m_book.report.scopes[item.proposals.first().report].origin;
+        if (item.topic) { // dug up: judged once more, in its place
+            topic.id = *item.topic;
+            if (!m_tools.store.replacePending(std::move(topic))) {
+                continue; // the user has it as it was judged first
+            }
+            ++m_book.report.dug;
+        } else {
+            item.topic = topic.id;
+            added += std::move(topic);
+            Yield &yield = *m_book.report.scopes[item.proposals.first().report].yield;
+            yield.topicIds += *item.topic;
+            ++yield.added;
+            noteSites(item);
+            ++m_book.progress.judged;
+        }
+        notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
+        if (!item.isUnread()) {
+            pictured += *item.topic;
+        }
+    }
+    m_book.report.topicIds += m_tools.store.add(std::move(added));
+    if (!notes.isEmpty()) {
+        m_notes.push_back(m_tools.notes.add(std::move(notes)));
+    }
+    for (const QUuid &topic : pictured) {
+        m_pictures.push_back(fetchPictures(topic));
+    }
+    leave(unanswered, French::tr("L’IA n’a rien répondu pour ce lien."));
+    m_book.tell();
+}
+
+/// A card counts for every site whose feed it was kept from, whoever else brought it and whenever.
+void Harvest::noteSites(const Item &item) {
+    for (const Proposal &proposal : item.proposals) {
+        for (SiteReport &site : *m_book.report.sites) {
+            if (proposal.site == site.site && !site.yield.topicIds.contains(*item.topic)) {
+                site.yield.topicIds += *item.topic;
+                ++site.yield.added;
+            }
+        }
+    }
+}
+
+/// What was not judged is no topic; it is told, and may come back with the next run. An item that
+/// was judged once stays as it was. Gives the links that are left.
+QStringList Harvest::leave(const QList<JudgeCandidate> &batch, const QString &reason) {
+    QStringList left;
+    for (const JudgeCandidate &candidate : batch) {
+        if (!at(Item::placeOf(candidate.id)).topic) {
+            m_book.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
+            left += candidate.url;
+        }
+    }
+    return left;
+}
+
+QSet<QString> Harvest::oldNews() const {
+    QSet<QString> links;
+    for (const Item &item : m_items) {
+        if (item.stage == Item::Stage::OldNews) {
+            links.insert(canonicalLink(item.url));
+            for (const TopicSource &other : item.otherSources) {
+                links.insert(canonicalLink(other.url));
+            }
+        }
+    }
+    return links;
+}
+
+} // namespace vorle

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "core/FoundAgain.h"
+#include "core/ScoreNotes.h"
+#include "search/run/HarvestItem.h"
+#include "search/run/JudgingLine.h"
+#include "search/run/LinkLedger.h"
+#include "search/run/RunBook.h"
+#include "search/web/SourceImage.h"
+
+#include <QSet>
+
+#include <deque>
+#include <exception>
+
+namespace vorle {
+
+/// What the scopes of a run brought, on its way from the agent's answers to topics: each link is
+/// claimed, read and judged; the unreadable ones are dug for. Main thread; stays where it is until
+/// every task it gave has ended.
+class Harvest {
+public:
+    struct Tools {
+        TopicStore &store;
+        ScoreNotes &notes;
+        FoundAgain &finds;
+        Asker &asker;
+        PageReader &reader;
+        SourceImage &images;
+        AgentKind agent;
+        std::function<QDateTime()> now;
+        QStringList exclusions = {}; ///< sites and folders that are no source
+        /// The links that earlier runs could not have judged either (as canonicalLink()). They are
+        /// judged last, each alone.
+        QSet<QString> refusedBefore = {};
+    };
+    /// Where a candidate comes from.
+    struct Origins {
+        qsizetype report = 0;                ///< its scope's place in the report
+        QList<const PlannedScope *> planned; ///< whom it is for; may be nobody
+        std::optional<QString> publishedOn;
+        std::optional<QString> site; ///< the trusted site whose feed it was kept from
+    };
+
+    Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
+            CancelToken cancel);
+    Harvest(const Harvest &) = delete;
+    Harvest &operator=(const Harvest &) = delete;
+    ~Harvest() = default;
+
+    /// Takes a candidate in: it is read and judged from now on, unless its link is held already.
+    /// What another scope brought too is one card, for both.
+    void take(const Candidate &candidate, const Origins &origins);
+
+    // Each of these ends once nothing of its kind is under way any more, whatever went wrong, and
+    // then throws: Cancelled, or the first failure that is none of those foreseen.
+
+    /// Ends when every page is read, then when every candidate is judged.
+    Task<> finishReading();
+    Task<> finishJudging() { return m_judging.finish(); }
+    /// Looks for readable pages in the place of the unreadable ones; what is found is read and
+    /// judged once more.
+    Task<> dig();
+    /// Ends when the pictures of every topic were fetched, or could not be.
+    Task<> finishPictures();
+    /// Ends when what stands behind every score, and what was found again, was written, or could
+    /// not be.
+    Task<> finishNotes();
+    /// What could not be read keeps its link and says so.
+    void settleUnread();
+
+    /// The failure of a call that left links without a judgment, if any did.
+    std::exception_ptr judgeError() const { return m_judgeError; }
+    /// Whether failed calls left a link without a judgment that was not refused before.
+    bool leftLinks() const { return !m_tools.refusedBefore.contains(m_failedLinks); }
+    /// Every link (as canonicalLink()) of the pages that are old news to all who brought them.
+    QSet<QString> oldNews() const;
+
+private:
+    using Item = HarvestItem;
+
+    Item &at(qsizetype place) { return m_items[static_cast<std::size_t>(place)]; }
+    LinkLedger::Claim claim(const QString &link, qsizetype place);
+    Task<> outlast(std::deque<Task<>> &tasks);
+    Task<> read(qsizetype place);
+    bool leadsElsewhere(qsizetype place);
+    bool passOn(qsizetype place);
+    void join(qsizetype place, const QList<Proposal> &proposals, const QList<TopicSource> &sources);
+    void count(ReadLevel level);
+    void putToJudge(qsizetype place);
+    void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
+    QStringList leave(const QList<JudgeCandidate> &batch, const QString &reason);
+    Task<> fetchPictures(QUuid id);
+    QList<DigItem> unreadItems() const;
+    Task<> askToDig(QList<DigItem> items);
+    Task<> readDug(Dug dug);
+    void noteSites(const Item &item);
+    void dropFromReport(const QUuid &topic);
+    bool isUnreadTopic(qsizetype place) const;
+    qsizetype joinAnother(qsizetype place, const QString &link, const TopicSource &found);
+
+    Tools m_tools;
+    RunBook &m_book;
+    CancelToken m_cancel;
+    Pipeline m_pipeline;
+    std::shared_ptr<const JudgeBrief> m_brief;
+    JudgingLine m_judging;
+    LinkLedger m_ledger;
+    std::deque<Item> m_items; ///< a candidate's identifier is its place here, from "c1"
+    std::deque<Task<>> m_reads;
+    std::deque<Task<>> m_pictures;
+    std::deque<Task<>> m_notes;
+    std::exception_ptr m_judgeError;
+    QSet<QString> m_failedLinks; ///< those it left
+};
+
+} // namespace vorle

@@ -1,0 +1,202 @@
+// The part of a harvest that digs: for the cards whose page could not be read, readable pages are
+// looked for, read and judged once more.
+
+#include "base/French.h"
+#include "search/run/Harvest.h"
+#include "search/web/Links.h"
+
+#include <QElapsedTimer>
+
+namespace vorle {
+
+namespace {
+
+constexpr qsizetype digCallsAtOnce = 2;
+
+/// Adds what the agent read there, where this machine read less than the whole page: those words
+/// are all that a page without an answer has.
+void addTold(ReadPage &page, const QString &what) {
+    if (what.isEmpty() || page.level == ReadLevel::Full) {
+        return;
+    }
+    if (!page.text.isEmpty()) {
+        page.text += "\n\n" + what.toUtf8();
+        return;
+    }
+    const QString description = page.description.value_or(QString());
+    page.description = description.isEmpty() ? what : description + u'\n' + what;
+    page.level = ReadLevel::Meta;
+}
+
+} // namespace
+
+QList<DigItem> Harvest::unreadItems() const {
+    QList<DigItem> items;
+    for (std::size_t i = 0; i < m_items.size(); ++i) {
+        const Item &item = m_items[i];
+        if (item.topic && item.isUnread()) {
+            items += DigItem{Item::identifier(static_cast<qsizetype>(i)), item.candidate().title,
+                             item.url, item.candidate().about};
+        }
+    }
+    return items;
+}
+
+Task<> Harvest::dig() {
+    const QList<DigItem> items = unreadItems();
+    if (items.isEmpty()) {
+        co_return;
+    }
+    m_book.show(French::tr("Recherche des pages illisibles : ") + QString::number(items.size()));
+    // What was found is read and judged before anything that went wrong is passed on.
+    std::exception_ptr fault;
+    const qsizetype calls = (items.size() + Pipeline::digAtOnce - 1) / Pipeline::digAtOnce;
+    co_await settle(forEachBounded(calls, digCallsAtOnce,
+                                   [&](qsizetype call) {
+                                       return askToDig(items.mid(call * Pipeline::digAtOnce,
+                                                                 Pipeline::digAtOnce));
+                                   }),
+                    fault);
+    co_await settle(finishReading(), fault);
+    co_await settle(m_judging.finish(), fault);
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
+}
+
+Task<> Harvest::askToDig(QList<DigItem> items) {
+    DigFrame frame{m_brief->today, m_tools.exclusions, m_tools.agent};
+    QElapsedTimer clock;
+    clock.start();
+    const auto noteCall = [&](double costUSD, RunBook::CallEnd end) {
+        m_book.noteCall(RunStep::Dig, static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
+    };
+    try {
+        const Pipeline::DugUp dug =
+            co_await m_pipeline.dig(std::move(items), std::move(frame), m_cancel);
+        noteCall(dug.costUSD.value_or(0), RunBook::CallEnd::Answered);
+        for (const Dug &result : dug.results) {
+            m_reads.push_back(readDug(result));
+        }
+    } catch (const Cancelled &) {
+        throw;
+    } catch (const std::exception &error) {
+        noteCall(failureCost(error), RunBook::CallEnd::Failed);
+        m_book.report.warnings +=
+            French::tr("Les pages illisibles n’ont pas pu être recherchées : %1")
+                .arg(failureText(error));
+    }
+}
+
+/// Whether a card stands there whose page could not be read; false for a place made up.
+bool Harvest::isUnreadTopic(qsizetype place) const {
+    if (place < 0 || place >= static_cast<qsizetype>(m_items.size())) {
+        return false;
+    }
+    const Item &item = m_items[static_cast<std::size_t>(place)];
+    return item.topic && item.isUnread();
+}
+
+/// Claims what was dug up for an unreadable card. Where another card has that page already, this
+/// one joins it: it is one piece of news. Gives the place of the card that the page is for now; -1
+/// when there is nothing left to do for it.
+qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const TopicSource &found) {
+    const LinkLedger::Claim claim = this->claim(link, place);
+    Item &item = at(place);
+    if (claim.standing == LinkLedger::Standing::New) {
+        return place;
+    }
+    // One that got no judgment is no card: nothing would be left of this one.
+    const bool isCard = claim.standing == LinkLedger::Standing::Held || at(claim.item).topic ||
+                        at(claim.item).stage == Item::Stage::OldNews;
+    if (!isCard) {
+        return -1;
+    }
+    const TopicPtr topic = m_tools.store.topic(*item.topic);
+    if (!topic || topic->status != TopicStatus::Pending) {
+        return -1; // the user has it as it is
+    }
+    m_ledger.give(place, claim);
+    ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
+    const QList<TopicSource> sources = item.sources() + QList{found};
+    const bool isHeld = claim.standing == LinkLedger::Standing::Held;
+    if (isHeld) {
+        ++scope.known;
+        m_tools.store.addSources(claim.topic, sources);
+    } else {
+        ++scope.merged;
+        join(claim.item, item.proposals, sources);
+    }
+    // Its links are the other one's by now: nothing is lost whatever happens next.
+    item.topic.reset();
+    dropFromReport(topic->id);
+    m_tools.store.withdrawPending(topic->id);
+    // That one may wait for a page as well.
+    return !isHeld && isUnreadTopic(claim.item) ? claim.item : -1;
+}
+
+void Harvest::dropFromReport(const QUuid &topic) {
+    const auto drop = [&](Yield &yield) {
+        yield.added -= static_cast<int>(yield.topicIds.removeAll(topic));
+    };
+    m_book.report.topicIds.removeOne(topic);
+    for (ScopeReport &scope : m_book.report.scopes) {
+        drop(*scope.yield);
+    }
+    for (SiteReport &site : *m_book.report.sites) {
+        drop(site.yield);
+    }
+}
+
+Task<> Harvest::readDug(Dug dug) {
+    qsizetype place = Item::placeOf(dug.id);
+    const TopicSource found{dug.title, dug.url};
+    if (!isUnreadTopic(place)) {
+        co_return;
+    }
+    place = joinAnother(place, dug.url, found);
+    if (place < 0) {
+        co_return;
+    }
+    // The very link may have been found readable by the agent.
+    ReadPage page = co_await m_tools.reader.read(dug.url, m_cancel);
+    addTold(page, dug.what);
+    if (page.level == ReadLevel::None || !isUnreadTopic(place)) {
+        co_return;
+    }
+    if (namesOnePage(page.finalUrl)) {
+        place = joinAnother(place, page.finalUrl, found);
+    }
+    if (place < 0) {
+        co_return;
+    }
+    if (page.title.value_or(QString()).isEmpty()) {
+        page.title = dug.title.isEmpty() ? std::nullopt : std::optional(dug.title);
+    }
+    Item &item = at(place);
+    item.moveTo(dug.url);
+    item.page = std::move(page);
+    item.keepFresh(); // what is old news is in the store already: the judge will grade it
+    // The find is kept whatever becomes of its judgment.
+    if (const TopicPtr topic = m_tools.store.topic(*item.topic)) {
+        Topic moved = *topic;
+        moved.sources = item.sources();
+        m_tools.store.replacePending(std::move(moved));
+    }
+    putToJudge(place);
+}
+
+void Harvest::settleUnread() {
+    for (const Item &item : m_items) {
+        const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr;
+        if (topic && topic->readLevel == ReadLevel::None) {
+            Topic settled = *topic;
+            settled.summary = French::tr("Je n’ai rien pu lire sur ce sujet : à creuser.");
+            settled.firstStep =
+                French::tr("Ouvrir le lien et décider s’il vaut une recherche de plus.");
+            m_tools.store.replacePending(std::move(settled));
+        }
+    }
+}
+
+} // namespace vorle

@@ -1,0 +1,158 @@
+#include "search/run/JudgingLine.h"
+
+#include <QElapsedTimer>
+
+namespace vorle {
+
+namespace {
+
+constexpr int callsAtOnce = 2;
+constexpr int mostInVain = 2;
+/// So many in a row, and it is the judge after all.
+constexpr int mostDoubtfulInVain = 4;
+
+/// Whether another call may do better. A missing or signed-out agent stays so for the whole run.
+bool mayDoBetter(const std::exception &error) {
+    const auto *agentError = dynamic_cast<const AgentError *>(&error);
+    return agentError == nullptr || (agentError->kind() != AgentError::Case::NotFound &&
+                                     agentError->kind() != AgentError::Case::SignedOut);
+}
+
+} // namespace
+
+JudgingLine::JudgingLine(Asker &asker, std::shared_ptr<const JudgeBrief> brief, CancelToken cancel,
+                         Handlers handlers)
+    : m_judge(asker)
+    , m_brief(std::move(brief))
+    , m_cancel(std::move(cancel))
+    , m_handlers(std::move(handlers)) {}
+
+void JudgingLine::add(JudgeCandidate candidate) {
+    m_waiting.append(std::move(candidate));
+    send();
+}
+
+void JudgingLine::addDoubtful(JudgeCandidate candidate) {
+    m_doubtful.append(std::move(candidate));
+    send();
+}
+
+void JudgingLine::send() {
+    while (!m_cancel.isCancelled() && m_underWay < callsAtOnce) {
+        const qsizetype size = nextBatchSize(m_waiting);
+        const bool mayGrow = size == m_waiting.size() && size < Judge::batchCandidates;
+        if (size > 0 && (m_finishing || !mayGrow)) {
+            const QList<JudgeCandidate> batch = m_waiting.first(size);
+            m_waiting.remove(0, size);
+            start(batch, Turn::First);
+        } else if (!m_alone.isEmpty()) {
+            start({m_alone.takeFirst()}, Turn::Alone);
+        } else if (m_finishing && !m_doubtful.isEmpty()) {
+            start({m_doubtful.takeFirst()}, Turn::Doubtful);
+        } else {
+            return;
+        }
+    }
+}
+
+void JudgingLine::start(QList<JudgeCandidate> batch, Turn turn) {
+    ++m_underWay;
+    m_calls.push_back(judge(std::move(batch), turn));
+}
+
+Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
+    std::exception_ptr fault;
+    try {
+        std::optional<Judge::Verdicts> verdicts;
+        QElapsedTimer clock;
+        clock.start();
+        const auto seconds = [&] { return static_cast<double>(clock.elapsed()) / 1000.0; };
+        try {
+            verdicts = co_await m_judge.judge(m_brief, batch, m_cancel);
+            m_handlers.called(seconds(), verdicts->costUSD.value_or(0), RunBook::CallEnd::Answered);
+        } catch (const Cancelled &) {
+            throw;
+        } catch (const std::exception &error) {
+            m_handlers.called(seconds(), failureCost(error), RunBook::CallEnd::Failed);
+            takeFailure(batch, turn, error);
+        }
+        if (verdicts) {
+            takeVerdicts(batch, turn, *verdicts);
+        }
+    } catch (...) {
+        fault = std::current_exception();
+    }
+    --m_underWay;
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
+    send();
+}
+
+void JudgingLine::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
+                               const Judge::Verdicts &verdicts) {
+    QList<JudgeCandidate> told;
+    for (const JudgeCandidate &candidate : batch) {
+        const bool answered = verdicts.byId.contains(candidate.id);
+        countTurn(turn, answered);
+        if (answered || turn != Turn::First) {
+            told += candidate;
+        } else {
+            m_alone += candidate;
+        }
+    }
+    m_handlers.judged(told + givenUp(), verdicts);
+}
+
+void JudgingLine::takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error) {
+    countTurn(turn, false);
+    if (turn == Turn::First && batch.size() > 1 && mayDoBetter(error)) {
+        m_alone += std::exchange(batch, {});
+    }
+    m_handlers.failed(batch + givenUp(), error);
+}
+
+/// A batch that came to nothing says little: what is in it is judged once more.
+void JudgingLine::countTurn(Turn turn, bool answered) {
+    int &inVain = turn == Turn::Doubtful ? m_doubtfulInVain : m_inVain;
+    if (answered) {
+        inVain = 0;
+    } else if (turn != Turn::First) {
+        ++inVain;
+    }
+}
+
+/// Those who are not judged after all.
+QList<JudgeCandidate> JudgingLine::givenUp() {
+    QList<JudgeCandidate> given;
+    if (m_inVain >= mostInVain) {
+        given += std::exchange(m_alone, {});
+    }
+    if (m_doubtfulInVain >= mostDoubtfulInVain) {
+        given += std::exchange(m_doubtful, {});
+    }
+    return given;
+}
+
+Task<> JudgingLine::finish() {
+    m_finishing = true;
+    send();
+    std::exception_ptr fault;
+    for (std::size_t i = 0; i < m_calls.size(); ++i) {
+        try {
+            co_await m_calls[i];
+        } catch (...) {
+            fault = fault ? fault : std::current_exception();
+        }
+    }
+    m_calls.clear();
+    m_finishing = false;
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
+    if (!m_waiting.isEmpty() || !m_alone.isEmpty() || !m_doubtful.isEmpty()) {
+        throw Cancelled();
+    }
+}
+
+} // namespace vorle

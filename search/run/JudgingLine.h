@@ -1,0 +1,75 @@
+#pragma once
+
+#include "judging/Judge.h"
+#include "search/run/RunBook.h"
+
+#include <deque>
+#include <exception>
+#include <functional>
+
+namespace vorle {
+
+/// Candidates on their way to the judge: they leave in batches, 2 calls at a time, while others are
+/// still being read. A batch that could still grow waits for `finish`. Main thread; stays where it
+/// is until `finish` has ended.
+///
+/// One bad page must not cost the others theirs: the candidates of a batch that failed, and those
+/// it gave no answer for, are judged once more, each alone. That stops when two in a row came to
+/// nothing, the judge being the trouble then, and is not tried when the agent is missing or signed
+/// out.
+///
+/// A doubtful candidate, one that earlier runs could not have judged, comes last and alone:
+/// whatever becomes of it says nothing of the judge, so it makes no other give up.
+class JudgingLine {
+public:
+    struct Handlers {
+        /// A call ended, well or not, after so many seconds, for so many US dollars.
+        std::function<void(double seconds, double costUSD, RunBook::CallEnd end)> called;
+        /// A call came back. The candidates told are those it answered for, and those that stay
+        /// without an answer: no verdict is coming any more.
+        std::function<void(const QList<JudgeCandidate> &, const Judge::Verdicts &)> judged;
+        /// A call failed, its retry included. The candidates told stay without a verdict; those
+        /// that are judged once more are not among them, so that there may be none.
+        std::function<void(const QList<JudgeCandidate> &, const std::exception &)> failed;
+    };
+
+    JudgingLine(Asker &asker, std::shared_ptr<const JudgeBrief> brief, CancelToken cancel,
+                Handlers handlers);
+    JudgingLine(const JudgingLine &) = delete;
+    JudgingLine &operator=(const JudgingLine &) = delete;
+    ~JudgingLine() = default;
+
+    void add(JudgeCandidate candidate);
+    void addDoubtful(JudgeCandidate candidate);
+    /// Judges what is left, and ends once every batch has. More may be added afterwards, and
+    /// finished again. @throws Cancelled once nothing is under way any more; what was not judged
+    /// is then left. Whatever else a handler threw comes out then too.
+    Task<> finish();
+
+private:
+    enum class Turn { First, Alone, Doubtful };
+
+    void send();
+    void start(QList<JudgeCandidate> batch, Turn turn);
+    Task<> judge(QList<JudgeCandidate> batch, Turn turn);
+    void takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
+                      const Judge::Verdicts &verdicts);
+    void takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error);
+    void countTurn(Turn turn, bool answered);
+    QList<JudgeCandidate> givenUp();
+
+    Judge m_judge;
+    std::shared_ptr<const JudgeBrief> m_brief;
+    CancelToken m_cancel;
+    Handlers m_handlers;
+    QList<JudgeCandidate> m_waiting;
+    QList<JudgeCandidate> m_alone; ///< to be judged once more
+    int m_inVain = 0;              ///< of these, the last ones that came to nothing
+    QList<JudgeCandidate> m_doubtful;
+    int m_doubtfulInVain = 0;   ///< likewise
+    std::deque<Task<>> m_calls; ///< grows as batches end
+    int m_underWay = 0;
+    bool m_finishing = false;
+};
+
+} // namespace vorle

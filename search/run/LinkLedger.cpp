@@ -1,0 +1,57 @@
+#include "search/run/LinkLedger.h"
+
+#include "search/web/Links.h"
+
+#include <algorithm>
+
+namespace vorle {
+
+LinkLedger::LinkLedger(const QList<TopicPtr> &topics) {
+    QList<TopicPtr> ordered = topics; // the last one holds
+    std::ranges::stable_partition(
+        ordered, [](const TopicPtr &topic) { return topic->status != TopicStatus::Reserve; });
+    for (const TopicPtr &topic : ordered) {
+        for (const TopicSource &source : topic->sources) {
+            hold(source.url, topic->id);
+        }
+        if (topic->capturedURL) {
+            hold(*topic->capturedURL, topic->id);
+        }
+    }
+}
+
+void LinkLedger::hold(const QString &link, const QUuid &topic) {
+    m_held.insert(canonicalLink(link), topic);
+    // The file behind a page that shows it is the same thing.
+    if (const QUrl fetched = readableLink(link); !fetched.isEmpty()) {
+        m_held.insert(canonicalLink(fetched.toString(QUrl::FullyEncoded)), topic);
+    }
+}
+
+LinkLedger::Claim LinkLedger::claim(const QString &link, qsizetype item) {
+    const QString canonical = canonicalLink(link);
+    if (const auto held = m_held.constFind(canonical); held != m_held.cend()) {
+        return {Standing::Held, *held, 0};
+    }
+    const auto same = m_items.constFind(canonical);
+    if (same != m_items.cend() && *same != item) {
+        return {Standing::Same, {}, *same};
+    }
+    m_items.insert(canonical, item);
+    return {};
+}
+
+void LinkLedger::give(qsizetype item, const Claim &heir) {
+    for (auto link = m_items.begin(); link != m_items.end();) {
+        if (*link != item) {
+            ++link;
+        } else if (heir.standing == Standing::Held) {
+            m_held.insert(link.key(), heir.topic);
+            link = m_items.erase(link);
+        } else {
+            *link++ = heir.item;
+        }
+    }
+}
+
+} // namespace vorle

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "agents/Ask.h"
+#include "base/Clock.h"
+#include "base/LocalZone.h"
+#include "core/FoundAgain.h"
+#include "core/RunReport.h"
+#include "search/run/RunFailure.h"
+
+#include <QObject>
+
+#include <exception>
+
+namespace vorle {
+
+class Feeds;
+class PageReader;
+class ScoreNotes;
+class SourceImage;
+class Preferences;
+
+/// A run that could not start: nothing to search, or one is under way. Its text is for the user.
+class RunRefused final : public std::exception {
+public:
+    explicit RunRefused(const QString &text) : m_text(text), m_utf8(text.toUtf8()) {}
+    const QString &text() const { return m_text; }
+    const char *what() const noexcept override { return m_utf8.constData(); }
+
+private:
+    QString m_text;
+    QByteArray m_utf8;
+};
+
+/// Drives search runs, one at a time: from the territory to judged topics in "À trier". It knows
+/// neither notifier nor screen: it tells what happens, and whoever made it wires the rest. Main
+/// thread; what it is given must outlive it, and it must outlive a run under way.
+class SearchEngine : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Phase { Idle, Searching, ReadingAndSorting };
+
+    struct Parts {
+        Preferences &preferences;
+        TopicStore &store;
+        ScoreNotes &notes;
+        Asker &asker;
+        PageReader &reader;
+        Feeds &feeds;
+        SourceImage &images;
+        const Clock &clock;
+        /// The names of the apps on this machine, for whoever lets all of them be told; may be
+        /// empty.
+        std::function<QStringList()> apps = {};
+        LocalZone zone = {};
+    };
+
+    explicit SearchEngine(Parts parts, QObject *parent = nullptr);
+    ~SearchEngine() override;
+
+    Phase phase() const { return m_phase; }
+    const RunProgress &progress() const { return m_progress; }
+    /// Which topics of the reserve the runs came upon again.
+    FoundAgain &finds() { return m_finds; }
+
+    /// One whole run. Judged topics are saved as they come, "pending", and released to "inbox" at
+    /// the end; a cancelled run releases what was judged and leaves the last run's date alone. One
+    /// whose calls failed and left links without a judgment is done all the same, but the next one
+    /// searches its period again; once. A failing scope is reported and the others go on. A run
+    /// that failed as a whole leaves its report, marked so, and the sentence in the status; so does
+    /// one whose agent is missing or signed out.
+    /// @throws RunRefused  nothing to ask (the status then says so), or a run under way
+    /// @throws AgentError  the agent is missing or signed out, every scope failed, or nothing that
+    ///                     was found could be judged
+    /// @throws std::system_error  every scope failed, the last for what the system refused
+    Task<RunReport> run(CancelToken cancel);
+
+    /// Asks the run under way to stop, whoever asked for it; what was judged is kept.
+    void stop() { m_cancel.cancel(); }
+
+Q_SIGNALS:
+    /// A run begins; `finished` or `failed` ends it.
+    void started();
+    void progressed(const vorle::RunProgress &progress);
+    void finished(const vorle::RunReport &report);
+    /// The run could not be made, or nothing came of it. A refused run announces nothing.
+    void failed(const vorle::RunFailure &failure);
+
+private:
+    Task<RunReport> execute(AgentKind agent, CancelToken cancel);
+    void noteDone(const RunReport &report, const QDateTime &start, bool leftLinks);
+    void noteFeeds(const QList<PrioritySite> &checked);
+    void setProgress(Phase phase, const RunProgress &progress);
+
+    Parts m_parts;
+    FoundAgain m_finds;
+    Phase m_phase = Phase::Idle;
+    bool m_reported = false; ///< the run under way has left its report
+    CancelSource m_cancel;   // of the run under way
+    RunProgress m_progress;
+};
+
+} // namespace vorle
