@@ -53,7 +53,7 @@ set_target_properties(vorle_window PROPERTIES QT_QMLCACHEGEN_ARGUMENTS --only-by
 target_include_directories(vorle_window
     PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window)
 target_link_libraries(vorle_window
-    PUBLIC vorle_app vorle_models vorle_modelsplugin vorle_desktop
+    PUBLIC vorle_cli vorle_wiring vorle_models vorle_modelsplugin vorle_desktop
         Qt6::Gui Qt6::Widgets Qt6::Qml Qt6::Quick
     PRIVATE vorle_flags)
 vorle_precompile(vorle_window)

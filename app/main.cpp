@@ -1,7 +1,7 @@
 #include "agents/TemporaryFiles.h"
-#include "app/Startup.h"
 #include "app/cli/CommandLine.h"
 #include "app/window/Gui.h"
+#include "app/wiring/Startup.h"
 #include "base/French.h"
 #include "base/SystemErrorText.h"
 #include "platform/Native.h"

@@ -9,9 +9,9 @@
 //
 // Offscreen and drawn in software, unless QT_QPA_PLATFORM and QT_QUICK_BACKEND say otherwise.
 
-#include "app/Application.h"
 #include "app/window/MainWindow.h"
 #include "app/window/Shell.h"
+#include "app/wiring/Application.h"
 #include "bench/ManyTopics.h"
 #include "bench/Standing.h"
 #include "desktop/ClaudeLauncher.h"

@@ -1,6 +1,6 @@
 #include "app/cli/BriefPage.h"
 
-#include "app/TopicLabels.h"
+#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "briefs/BriefWriter.h"
 

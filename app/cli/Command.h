@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Application.h"
 #include "app/cli/Console.h"
+#include "app/wiring/Application.h"
 #include "base/Async.h"
 
 #include <QMap>

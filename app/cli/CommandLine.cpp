@@ -1,9 +1,9 @@
 #include "app/cli/CommandLine.h"
 
-#include "app/Interrupts.h"
-#include "app/Startup.h"
 #include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
+#include "app/wiring/Interrupts.h"
+#include "app/wiring/Startup.h"
 #include "base/French.h"
 #include "base/SystemErrorText.h"
 

@@ -1,7 +1,7 @@
-#include "app/TopicLabels.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "core/Calibration.h"
 #include "core/NumberText.h"

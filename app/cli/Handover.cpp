@@ -1,6 +1,6 @@
 #include "app/cli/Handover.h"
 
-#include "app/AppSocket.h"
+#include "app/wiring/AppSocket.h"
 #include "base/French.h"
 
 #include <QTimer>

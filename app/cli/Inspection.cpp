@@ -1,7 +1,7 @@
 // The commands that show and change nothing.
 
-#include "app/TopicLabels.h"
 #include "app/cli/Command.h"
+#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "base/Text.h"
 #include "core/NumberText.h"

@@ -1,6 +1,6 @@
-#include "app/TopicLabels.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicCards.h"
+#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "core/WeekProgram.h"
 

@@ -1,8 +1,8 @@
 // The command that takes up what can be read of a damaged topics file.
 
-#include "app/TopicLabels.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
+#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 
 namespace vorle::cli {

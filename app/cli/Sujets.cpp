@@ -1,7 +1,7 @@
-#include "app/OpenScore.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "app/labels/OpenScore.h"
 #include "base/French.h"
 
 namespace vorle::cli {

@@ -1,6 +1,6 @@
 #include "app/cli/TopicCards.h"
 
-#include "app/TopicLabels.h"
+#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "base/FrenchSpacing.h"
 #include "core/Corrections.h"

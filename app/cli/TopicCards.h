@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/OpenScore.h"
 #include "app/cli/Console.h"
+#include "app/labels/OpenScore.h"
 #include "core/TopicStore.h"
 
 #include <QDate>

@@ -1,6 +1,6 @@
 #include "app/models/Decisions.h"
 
-#include "app/models/Wording.h"
+#include "app/labels/Wording.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/Corrections.h"

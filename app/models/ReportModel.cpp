@@ -1,6 +1,6 @@
 #include "app/models/ReportModel.h"
 
-#include "app/models/Wording.h"
+#include "app/labels/Wording.h"
 #include "core/NumberText.h"
 
 #include <QLocale>

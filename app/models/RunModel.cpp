@@ -1,6 +1,6 @@
 #include "app/models/RunModel.h"
 
-#include "app/models/Wording.h"
+#include "app/labels/Wording.h"
 #include "base/FrenchSpacing.h"
 #include "core/NumberText.h"
 #include "search/run/RunPlan.h"

@@ -1,7 +1,7 @@
 #include "app/models/Sections.h"
 
+#include "app/labels/Wording.h"
 #include "app/models/KeyboardMap.h"
-#include "app/models/Wording.h"
 #include "base/FrenchSpacing.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"

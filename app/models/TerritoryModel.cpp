@@ -1,6 +1,6 @@
 #include "app/models/TerritoryModel.h"
 
-#include "app/models/Wording.h"
+#include "app/labels/Wording.h"
 #include "base/Text.h"
 #include "search/discovery/Discovery.h"
 

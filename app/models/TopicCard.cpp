@@ -1,8 +1,8 @@
 #include "app/models/TopicCard.h"
 
-#include "app/TopicLabels.h"
+#include "app/labels/TopicLabels.h"
+#include "app/labels/Wording.h"
 #include "app/models/TopicListModel.h"
-#include "app/models/Wording.h"
 #include "base/French.h"
 #include "base/Text.h"
 #include "core/Corrections.h"

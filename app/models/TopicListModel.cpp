@@ -1,7 +1,7 @@
 #include "app/models/TopicListModel.h"
 
+#include "app/labels/Wording.h"
 #include "app/models/TopicCard.h"
-#include "app/models/Wording.h"
 #include "core/TopicOrder.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/models/Comebacks.h"
 #include "app/models/Section.h"
+#include "app/triage/Comebacks.h"
 #include "base/Clock.h"
 #include "core/ScoreScale.h"
 #include "core/TopicStore.h"

@@ -1,8 +1,8 @@
 #include "app/models/TopicSearch.h"
 
-#include "app/TopicLabels.h"
+#include "app/labels/TopicLabels.h"
+#include "app/labels/Wording.h"
 #include "app/models/Sections.h"
-#include "app/models/Wording.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/ScoreScale.h"

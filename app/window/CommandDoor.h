@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppSocket.h"
+#include "app/wiring/AppSocket.h"
 #include "base/Async.h"
 
 #include <QObject>

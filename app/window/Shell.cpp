@@ -1,8 +1,8 @@
 #include "app/window/Shell.h"
 
-#include "app/Application.h"
-#include "app/TopicLabels.h"
-#include "app/models/Wording.h"
+#include "app/labels/TopicLabels.h"
+#include "app/labels/Wording.h"
+#include "app/wiring/Application.h"
 #include "base/SystemErrorText.h"
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"

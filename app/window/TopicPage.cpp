@@ -1,6 +1,6 @@
 #include "app/window/TopicPage.h"
 
-#include "app/models/Wording.h"
+#include "app/labels/Wording.h"
 #include "base/Text.h"
 #include "briefs/BriefWriter.h"
 

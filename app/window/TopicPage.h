@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/OpenScore.h"
+#include "app/labels/OpenScore.h"
 #include "base/Clock.h"
 #include "core/TopicStore.h"
 

@@ -1,7 +1,7 @@
 // What follows the search, run as a person runs it: vorle sujets ID, trier, corriger, programme,
 // calibrer.
 
-#include "app/OpenScore.h"
+#include "app/labels/OpenScore.h"
 #include "core/Preferences.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"

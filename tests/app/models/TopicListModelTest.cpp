@@ -1,4 +1,4 @@
-#include "app/TopicLabels.h"
+#include "app/labels/TopicLabels.h"
 #include "app/models/Decisions.h"
 #include "app/models/ProgramBudget.h"
 #include "tests/app/models/Watched.h"

@@ -4,11 +4,11 @@
 #include "app/window/CommandDoor.h"
 
 #include "agents/TemporaryFiles.h"
-#include "app/Application.h"
-#include "app/RunTimer.h"
 #include "app/models/TerritoryModel.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
+#include "app/wiring/Application.h"
+#include "app/wiring/RunTimer.h"
 #include "search/run/RunPlan.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"

@@ -3,9 +3,9 @@
 
 #include "app/window/MainWindow.h"
 
-#include "app/Application.h"
 #include "app/window/Announcer.h"
 #include "app/window/Shell.h"
+#include "app/wiring/Application.h"
 #include "briefs/BriefWriter.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeLinkOpener.h"

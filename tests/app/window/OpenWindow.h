@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Application.h"
 #include "app/window/MainWindow.h"
 #include "app/window/Shell.h"
+#include "app/wiring/Application.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeLinkOpener.h"
 #include "platform/fakes/FakePasteboard.h"

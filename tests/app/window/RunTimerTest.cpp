@@ -1,6 +1,6 @@
 // The scheduled run over clocks that are changed, set and slept through.
 
-#include "app/RunTimer.h"
+#include "app/wiring/RunTimer.h"
 #include "tests/core/Samples.h"
 
 #include <QSignalSpy>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Application.h"
+#include "app/wiring/Application.h"
 
 #include <memory>
 

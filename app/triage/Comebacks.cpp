@@ -1,4 +1,4 @@
-#include "app/models/Comebacks.h"
+#include "app/triage/Comebacks.h"
 
 #include "core/GitHubLink.h"
 

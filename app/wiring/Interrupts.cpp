@@ -1,4 +1,4 @@
-#include "app/Interrupts.h"
+#include "app/wiring/Interrupts.h"
 
 #include <array>
 #include <csignal>

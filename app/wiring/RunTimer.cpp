@@ -1,4 +1,4 @@
-#include "app/RunTimer.h"
+#include "app/wiring/RunTimer.h"
 
 #include <algorithm>
 

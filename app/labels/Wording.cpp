@@ -1,4 +1,4 @@
-#include "app/models/Wording.h"
+#include "app/labels/Wording.h"
 
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"

@@ -1,4 +1,4 @@
-#include "app/AppSocket.h"
+#include "app/wiring/AppSocket.h"
 
 #include "core/DurableFile.h"
 

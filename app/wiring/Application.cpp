@@ -1,4 +1,4 @@
-#include "app/Application.h"
+#include "app/wiring/Application.h"
 
 #include "base/French.h"
 

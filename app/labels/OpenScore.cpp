@@ -1,7 +1,7 @@
-#include "app/OpenScore.h"
+#include "app/labels/OpenScore.h"
 
 #include "agents/AgentKind.h"
-#include "app/TopicLabels.h"
+#include "app/labels/TopicLabels.h"
 #include "core/Corrections.h"
 #include "core/ScoreScale.h"
 

@@ -1,4 +1,4 @@
-#include "app/Startup.h"
+#include "app/wiring/Startup.h"
 
 #include "app/demo/Demonstration.h"
 

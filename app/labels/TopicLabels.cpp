@@ -1,4 +1,4 @@
-#include "app/TopicLabels.h"
+#include "app/labels/TopicLabels.h"
 
 #include "base/French.h"
 #include "base/Text.h"
