@@ -54,14 +54,14 @@ void Harvest::take(const Candidate &candidate, const Origins &origins) {
     }
     m_items.emplace_back(candidate, std::move(proposals));
     ++m_book.progress.candidates;
-    m_reads.push_back(read(place));
+    m_reads.add(read(place));
 }
 
 /// Asks whose a link is. A topic that holds it was come upon again by that.
 LinkLedger::Claim Harvest::claim(const QString &link, qsizetype place) {
     const LinkLedger::Claim claim = m_ledger.claim(link, place);
     if (claim.standing == LinkLedger::Standing::Held) {
-        m_notes.push_back(m_tools.finds.note(claim.topic));
+        m_notes.add(m_tools.finds.note(claim.topic));
     }
     return claim;
 }
@@ -94,24 +94,21 @@ void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
     }
 }
 
-/// Waits for every task, the ones added meanwhile too: they use this object.
-Task<> Harvest::outlast(std::deque<Task<>> &tasks) {
+/// A stop goes before whatever else went wrong.
+Task<> Harvest::finish(TaskGroup &tasks) {
     std::exception_ptr fault;
-    for (std::size_t i = 0; i < tasks.size(); ++i) {
-        co_await outlive(std::move(tasks[i]), fault);
-    }
-    tasks.clear();
+    co_await settle(tasks.join(), fault);
     m_cancel.throwIfCancelled();
     if (fault) {
         std::rethrow_exception(fault);
     }
 }
 
-Task<> Harvest::finishReading() { return outlast(m_reads); }
+Task<> Harvest::finishReading() { return finish(m_reads); }
 
-Task<> Harvest::finishPictures() { return outlast(m_pictures); }
+Task<> Harvest::finishPictures() { return finish(m_pictures); }
 
-Task<> Harvest::finishNotes() { return outlast(m_notes); }
+Task<> Harvest::finishNotes() { return finish(m_notes); }
 
 /// A picture for each of a topic's first sources, in their order.
 Task<> Harvest::fetchPictures(QUuid id) {
@@ -263,10 +260,10 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     }
     m_book.report.topicIds += m_tools.store.add(std::move(added));
     if (!notes.isEmpty()) {
-        m_notes.push_back(m_tools.notes.add(std::move(notes)));
+        m_notes.add(m_tools.notes.add(std::move(notes)));
     }
     for (const QUuid &topic : pictured) {
-        m_pictures.push_back(fetchPictures(topic));
+        m_pictures.add(fetchPictures(topic));
     }
     leave(unanswered, French::tr("L’IA n’a rien répondu pour ce lien."));
     m_book.tell();

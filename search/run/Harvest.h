@@ -81,7 +81,7 @@ private:
 
     Item &at(qsizetype place) { return m_items[static_cast<std::size_t>(place)]; }
     LinkLedger::Claim claim(const QString &link, qsizetype place);
-    Task<> outlast(std::deque<Task<>> &tasks);
+    Task<> finish(TaskGroup &tasks);
     Task<> read(qsizetype place);
     bool leadsElsewhere(qsizetype place);
     bool passOn(qsizetype place);
@@ -107,9 +107,9 @@ private:
     JudgingLine m_judging;
     LinkLedger m_ledger;
     std::deque<Item> m_items; ///< a candidate's identifier is its place here, from "c1"
-    std::deque<Task<>> m_reads;
-    std::deque<Task<>> m_pictures;
-    std::deque<Task<>> m_notes;
+    TaskGroup m_reads;
+    TaskGroup m_pictures;
+    TaskGroup m_notes;
     std::exception_ptr m_judgeError;
     QSet<QString> m_failedLinks; ///< those it left
 };

@@ -76,7 +76,7 @@ Task<> Harvest::askToDig(QList<DigItem> items) {
             co_await m_pipeline.dig(std::move(items), std::move(frame), m_cancel);
         noteCall(dug.costUSD.value_or(0), RunBook::CallEnd::Answered);
         for (const Dug &result : dug.results) {
-            m_reads.push_back(readDug(result));
+            m_reads.add(readDug(result));
         }
     } catch (const Cancelled &) {
         throw;

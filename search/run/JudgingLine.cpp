@@ -47,7 +47,7 @@ void JudgingLine::send() {
             start(batch, Turn::First);
         } else if (!m_alone.isEmpty()) {
             start({m_alone.takeFirst()}, Turn::Alone);
-        } else if (m_finishing && !m_doubtful.isEmpty()) {
+        } else if (m_finishing && m_underWay == m_doubtfulUnderWay && !m_doubtful.isEmpty()) {
             start({m_doubtful.takeFirst()}, Turn::Doubtful);
         } else {
             return;
@@ -57,7 +57,8 @@ void JudgingLine::send() {
 
 void JudgingLine::start(QList<JudgeCandidate> batch, Turn turn) {
     ++m_underWay;
-    m_calls.push_back(judge(std::move(batch), turn));
+    m_doubtfulUnderWay += turn == Turn::Doubtful ? 1 : 0;
+    m_calls.add(judge(std::move(batch), turn));
 }
 
 Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
@@ -83,6 +84,7 @@ Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
         fault = std::current_exception();
     }
     --m_underWay;
+    m_doubtfulUnderWay -= turn == Turn::Doubtful ? 1 : 0;
     if (fault) {
         std::rethrow_exception(fault);
     }
@@ -138,14 +140,7 @@ Task<> JudgingLine::finish() {
     m_finishing = true;
     send();
     std::exception_ptr fault;
-    for (std::size_t i = 0; i < m_calls.size(); ++i) {
-        try {
-            co_await m_calls[i];
-        } catch (...) {
-            fault = fault ? fault : std::current_exception();
-        }
-    }
-    m_calls.clear();
+    co_await settle(m_calls.join(), fault);
     m_finishing = false;
     if (fault) {
         std::rethrow_exception(fault);

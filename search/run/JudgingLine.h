@@ -66,9 +66,10 @@ private:
     QList<JudgeCandidate> m_alone; ///< to be judged once more
     int m_inVain = 0;              ///< of these, the last ones that came to nothing
     QList<JudgeCandidate> m_doubtful;
-    int m_doubtfulInVain = 0;   ///< likewise
-    std::deque<Task<>> m_calls; ///< grows as batches end
+    int m_doubtfulInVain = 0; ///< likewise
+    TaskGroup m_calls;        ///< grows as batches end
     int m_underWay = 0;
+    int m_doubtfulUnderWay = 0; ///< of these; none beside another's call
     bool m_finishing = false;
 };
 

@@ -38,22 +38,22 @@ SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief
 
 Task<RunReport> SearchRun::execute() {
     m_elapsed.start();
-    co_await outlast(askEverything());
+    co_await runStep(askEverything());
     m_book.showReading();
-    co_await outlast(m_harvest.finishReading());
-    co_await outlast(m_harvest.finishJudging());
+    co_await runStep(m_harvest.finishReading());
+    co_await runStep(m_harvest.finishJudging());
     if (!m_book.report.cancelled) {
-        co_await outlast(m_harvest.dig());
+        co_await runStep(m_harvest.dig());
     }
-    co_await outlast(m_harvest.finishPictures());
-    co_await outlast(m_harvest.finishNotes());
+    co_await runStep(m_harvest.finishPictures());
+    co_await runStep(m_harvest.finishNotes());
     m_harvest.settleUnread();
     finishReport();
     co_return m_book.report;
 }
 
 /// Waits for a step whatever it throws: what it started uses this object.
-Task<> SearchRun::outlast(Task<> step) {
+Task<> SearchRun::runStep(Task<> step) {
     try {
         co_await step;
     } catch (const Cancelled &) {
@@ -65,19 +65,13 @@ Task<> SearchRun::outlast(Task<> step) {
 
 /// The trusted sites have a place of their own: slow projects must not keep their feeds waiting.
 Task<> SearchRun::askEverything() {
-    std::vector<Task<>> steps;
-    steps.push_back(forEachBounded(m_plan.scopes.size(), scopesAtOnce,
-                                   [this](qsizetype index) { return askScope(index); }));
+    TaskGroup asking;
+    asking.add(forEachBounded(m_plan.scopes.size(), scopesAtOnce,
+                              [this](qsizetype index) { return askScope(index); }));
     if (!m_plan.sites.sites.isEmpty()) {
-        steps.push_back(askSites());
+        asking.add(askSites());
     }
-    std::exception_ptr fault;
-    for (Task<> &step : steps) {
-        co_await outlive(std::move(step), fault);
-    }
-    if (fault) {
-        std::rethrow_exception(fault);
-    }
+    co_await asking.join();
 }
 
 qsizetype SearchRun::openReport(const QString &name, Origin origin, int asked) {

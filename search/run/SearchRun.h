@@ -61,7 +61,7 @@ private:
     void take(const Candidate &candidate, qsizetype report,
               const QList<const PlannedScope *> &scopes, qsizetype rank);
     void cover(const Candidate &candidate, const PlannedScope &planned);
-    Task<> outlast(Task<> step);
+    Task<> runStep(Task<> step);
     std::exception_ptr wholeFailure() const;
     void finishReport();
 
