@@ -406,8 +406,9 @@ TEST(OpenScoreTest, tells_what_is_known_and_leaves_out_the_rest) {
     EXPECT_EQ(fact(open, u"Jugé par"), QStringLiteral("Codex, le 2 novembre"));
     EXPECT_EQ(fact(open, u"Réflexes"), QStringLiteral("La stack passe avant. kind-video"));
     EXPECT_EQ(fact(open, u"Exemples"), QStringLiteral("12 de tes tris"));
-    EXPECT_EQ(fact(open, u"Ta correction"),
-              QStringLiteral("9 sur 10, le 3 novembre · plus important que ça · « lu %1 »"));
+    EXPECT_EQ(
+        fact(open, u"Ta correction"),
+        QStringLiteral("9 sur 10, le 3 novembre · plus important que ça · «\u202Flu %1\u202F»"));
 
     topic.readLevel = ReadLevel::None;
     topic.correction.reset();
