@@ -18,7 +18,7 @@ constexpr qsizetype bytesPerCharacter = 8;
 constexpr qsizetype examinedCharacters = 100'000;
 
 QString heldWords(const QString &text) {
-    const QString words = harmlessWords(text.first(std::min(text.size(), examinedCharacters)));
+    const QString words = sanitized(text.first(std::min(text.size(), examinedCharacters)));
     const QStringView held = firstCharacters(
         utf8Prefix(words, messageCharacters * bytesPerCharacter), messageCharacters);
     return held.size() < words.size() ? held.toString() + u'…' : words;

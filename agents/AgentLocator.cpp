@@ -15,7 +15,7 @@ namespace vorle {
 namespace {
 
 /// Larger than any sign-in file (Claude Code keeps its history of projects in there).
-constexpr qint64 signInFileLimit = 64'000'000;
+constexpr qint64 maxSignInFileBytes = 64'000'000;
 
 std::optional<QString> executableIn(const QString &folder, const QString &name) {
     const QFileInfo file(folder + u'/' + name);
@@ -126,7 +126,7 @@ bool AgentLocator::isSignedIn(AgentKind kind) const {
     QFile file(path);
     // A pipe in its place would hold us for ever.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
-        file.size() > signInFileLimit) {
+        file.size() > maxSignInFileBytes) {
         return false;
     }
     return holdsKey(file.readAll(), claude ? "oauthAccount" : "tokens");

@@ -89,7 +89,7 @@ qsizetype endOfSequence(const QByteArray &json, qsizetype at) {
 
 } // namespace
 
-QString harmlessWords(const QString &text) {
+QString sanitized(const QString &text) {
     QString out = withoutSequences(text);
     out.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     out.replace(u'\r', u'\n');
@@ -103,7 +103,7 @@ QString harmlessWords(const QString &text) {
     return out;
 }
 
-QByteArray withoutControls(const QByteArray &json) {
+QByteArray sanitizedJson(const QByteArray &json) {
     QByteArray out;
     out.reserve(json.size());
     for (qsizetype at = 0; at < json.size();) {

@@ -11,10 +11,10 @@ namespace vorle {
 /// Words of the agent for people: without escape sequences, control characters (line breaks and
 /// tabs stay) and characters nobody sees, and with "[clé masquée]" in the place of what looks like
 /// a key, a token or a password. Everything else is as it was. Takes time in proportion to `text`.
-QString harmlessWords(const QString &text);
+QString sanitized(const QString &text);
 
 /// The same for the texts inside a JSON value, which stays one: without escape sequences and
 /// control characters. Secrets are left to whoever reads it.
-QByteArray withoutControls(const QByteArray &json);
+QByteArray sanitizedJson(const QByteArray &json);
 
 } // namespace vorle

@@ -35,8 +35,8 @@ void Asker::addCost(std::optional<double> &total, std::optional<double> cost) {
     }
 }
 
-void Asker::passOrLog(const AgentError &error, Attempt attempt, const QString &step,
-                      std::optional<double> spent) {
+void Asker::rethrowOrLog(const AgentError &error, Attempt attempt, const QString &step,
+                         std::optional<double> spent) {
     if (attempt == Attempt::Second || !error.mayRetry()) {
         throw error.withCost(spent);
     }

@@ -67,7 +67,7 @@ public:
                 co_return Asked<Answer>{decoded<Answer>(result.json), spent};
             } catch (const AgentError &error) {
                 addCost(spent, error.costUSD());
-                passOrLog(error, attempt, question.step, spent);
+                rethrowOrLog(error, attempt, question.step, spent);
             }
             co_await sleepFor(m_retryDelay, cancel);
         }
@@ -79,8 +79,8 @@ private:
     AgentRequest requestFor(const Question &question) const;
     static void addCost(std::optional<double> &total, std::optional<double> cost);
     /// @throws AgentError, the same with its cost, when no further attempt is due
-    static void passOrLog(const AgentError &error, Attempt attempt, const QString &step,
-                          std::optional<double> spent);
+    static void rethrowOrLog(const AgentError &error, Attempt attempt, const QString &step,
+                             std::optional<double> spent);
 
     template <class Answer>
     static Answer decoded(const QByteArray &json) {

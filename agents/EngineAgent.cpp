@@ -197,9 +197,9 @@ void requireSuccess(const ProcessEnd &end, AgentKind kind, std::chrono::millisec
         told = claudeFailure(end.output);
     }
     // Before the cut, which could leave half a key that nothing gives away.
-    const QString errors = harmlessWords(end.errorTail);
+    const QString errors = sanitized(end.errorTail);
     const QString detail =
-        trimmed(errors).isEmpty() ? harmlessWords(told.text.right(examinedErrors)) : errors;
+        trimmed(errors).isEmpty() ? sanitized(told.text.right(examinedErrors)) : errors;
     throw AgentError::stopped(end.status, lastCharacters(detail, detailLength).toString())
         .withCost(told.costUSD);
 }
@@ -208,7 +208,7 @@ QByteArray readAnswer(const QString &path) {
     QFile file(path);
     // The agent may have put anything there, a pipe included.
     const bool readable = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
-                          file.size() <= ProcessEnd::outputLimit;
+                          file.size() <= ProcessEnd::maxShownOutput;
     return readable ? file.readAll() : QByteArray();
 }
 

@@ -39,12 +39,12 @@ QString guardProgram() {
 
 /// The two ends of the stream between this process and the guard of a child; no other child gets
 /// either.
-struct Lifeline {
+struct LivenessSocket {
     Descriptor ours{-1};
     Descriptor guards{-1};
 
     /// @throws std::system_error
-    static Lifeline made() {
+    static LivenessSocket made() {
         std::array<int, 2> ends{};
         if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) != 0) {
             throw std::system_error(errno, std::generic_category(), "socketpair");
@@ -81,7 +81,7 @@ public:
         : m_executable(request.executable)
         , m_outputPath(outputPath)
         , m_errorPath(errorPath)
-        , m_lifeline(Lifeline::made()) {
+        , m_lifeline(LivenessSocket::made()) {
         const int descriptor = m_lifeline.guards.number();
         m_process.setProgram(guardProgram());
         m_process.setArguments(QStringList{QString::number(descriptor), request.executable} +
@@ -101,8 +101,8 @@ public:
         connectAll();
         m_watchdog.setSingleShot(true);
         m_watchdog.setInterval(request.timeout);
-        m_patience.setSingleShot(true);
-        m_patience.setInterval(guardPatience);
+        m_timeouts.setSingleShot(true);
+        m_timeouts.setInterval(guardPatience);
         m_sizeWatch.setInterval(sizeInterval);
     }
 
@@ -121,14 +121,14 @@ public:
 
     /// Asks for a polite end, which the guard sees through. Idempotent.
     void end() {
-        if (!m_patience.isActive() && m_process.state() != QProcess::NotRunning) {
+        if (!m_timeouts.isActive() && m_process.state() != QProcess::NotRunning) {
 #if defined(MSG_NOSIGNAL)
             constexpr int flags = MSG_NOSIGNAL;
 #else
             constexpr int flags = 0;
 #endif
             ::send(m_lifeline.ours.number(), &guard::politeEnd, 1, flags);
-            m_patience.start();
+            m_timeouts.start();
         }
     }
 
@@ -172,13 +172,13 @@ private:
                 }
             });
         QObject::connect(&m_watchdog, &QTimer::timeout, &m_process, [this] { end(); });
-        QObject::connect(&m_patience, &QTimer::timeout, &m_process, [this] { killGroup(); });
+        QObject::connect(&m_timeouts, &QTimer::timeout, &m_process, [this] { killGroup(); });
         QObject::connect(&m_sizeWatch, &QTimer::timeout, &m_process, [this] {
             shorten(m_errorPath);
-            if (QFileInfo(m_outputPath).size() > ProcessEnd::floodLimit) {
+            if (QFileInfo(m_outputPath).size() > ProcessEnd::maxOutputBytes) {
                 m_flooded = true;
                 m_lifeline.ours.close(); // the guard ends everything at once
-                m_patience.start();
+                m_timeouts.start();
             }
         });
     }
@@ -192,7 +192,7 @@ private:
     void stop() {
         m_lifetime = std::chrono::milliseconds(m_elapsed.elapsed());
         m_watchdog.stop();
-        m_patience.stop();
+        m_timeouts.stop();
         m_sizeWatch.stop();
         m_ended.fire();
     }
@@ -200,7 +200,7 @@ private:
     QString m_executable;
     QString m_outputPath;
     QString m_errorPath;
-    Lifeline m_lifeline;
+    LivenessSocket m_lifeline;
     OneShot m_ended;
     QElapsedTimer m_elapsed;
     std::chrono::milliseconds m_lifetime{0};
@@ -208,15 +208,16 @@ private:
     int m_launchError = 0; ///< an errno
     bool m_flooded = false;
     QTimer m_watchdog;
-    QTimer m_patience; ///< with a guard that was asked for the end
+    QTimer m_timeouts; ///< with a guard that was asked for the end
     QTimer m_sizeWatch;
     QProcess m_process; // last: it goes first, and its signals with it
 };
 
 QByteArray readOutput(const QString &path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.size() <= ProcessEnd::outputLimit ? file.readAll()
-                                                                                    : QByteArray();
+    return file.open(QIODevice::ReadOnly) && file.size() <= ProcessEnd::maxShownOutput
+               ? file.readAll()
+               : QByteArray();
 }
 
 QString readTail(const QString &path) {

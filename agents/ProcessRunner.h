@@ -28,12 +28,12 @@ struct ProcessEnd {
     enum class How {
         Exited,    ///< by itself, with an exit status
         Signalled, ///< by a signal it did not catch
-        Flooded    ///< by us: its standard output passed `floodLimit` on disk
+        Flooded    ///< by us: its standard output passed `maxOutputBytes` on disk
     };
 
     /// An output past this many bytes is not read: `output` is then empty.
-    static constexpr qint64 outputLimit = 16'000'000;
-    static constexpr qint64 floodLimit = 32'000'000;
+    static constexpr qint64 maxShownOutput = 16'000'000;
+    static constexpr qint64 maxOutputBytes = 32'000'000;
 
     How how = How::Exited;
     int status = 0;                       ///< the exit status, or the signal's number

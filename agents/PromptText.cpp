@@ -170,7 +170,7 @@ QString oneLine(const QString &text, qsizetype maxCharacters) {
         .toString();
 }
 
-QString defused(const QString &text) {
+QString escapedForPrompt(const QString &text) {
     const QString lines = withoutQuoteFences(visible(text));
     QString out;
     out.reserve(lines.size() + 64);
@@ -183,7 +183,7 @@ QString defused(const QString &text) {
     return out;
 }
 
-QString fenced(const QString &text) {
+QString fencedForPrompt(const QString &text) {
     // A file's own marks of direction, or line breaks that only some readers know, are no text of
     // an ordinary file; its tabs and line ends are.
     QString held;

@@ -21,12 +21,12 @@ QString oneLine(const QString &text, qsizetype maxCharacters);
 
 /// Fit to stand between lines of three double quotes: no line can pass for a heading.
 /// Takes at most about twice the bytes of `text`.
-QString defused(const QString &text);
+QString escapedForPrompt(const QString &text);
 
 /// A file's text between two lines of backquotes: three, or one more than stand in a row anywhere
 /// in it, so that no line of it can end the block. The text stays as it is but for what nobody
 /// sees.
-QString fenced(const QString &text);
+QString fencedForPrompt(const QString &text);
 
 /// The bytes of UTF-8 that `text` may take of a prompt's limit: each "@" counts 3 more, since an
 /// agent may be given a mark before it (see EngineAgent::run).

@@ -79,15 +79,15 @@ QByteArray withoutHalfCharacters(QByteArray json) {
     return json;
 }
 
-QByteArray tidy(const QByteArray &json) { return withoutControls(withoutHalfCharacters(json)); }
+QByteArray tidy(const QByteArray &json) { return sanitizedJson(withoutHalfCharacters(json)); }
 
 /// No call costs more: a figure past it, as one below 0, is none.
-constexpr double highestCost = 100'000;
+constexpr double maxCost = 100'000;
 
 std::optional<double> costOf(const QJsonObject &result) {
     const QJsonValue cost = result[QStringLiteral("total_cost_usd")];
     const double dollars = cost.toDouble(-1);
-    return dollars >= 0 && dollars <= highestCost ? std::optional(dollars) : std::nullopt;
+    return dollars >= 0 && dollars <= maxCost ? std::optional(dollars) : std::nullopt;
 }
 
 } // namespace

@@ -195,7 +195,7 @@ void preparePrivateTemporaryDirectory() {
     failOn(folders.first(), refusal);
 }
 
-void sweepStrays() {
+void removeStaleFiles() {
     // Only names this program gives: a folder of the user's may begin with its name too.
     static const QRegularExpression ours(QStringLiteral(
         "^vorle-((schema|answer|run|install|(launch))-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"

@@ -11,7 +11,7 @@
 namespace vorle {
 
 /// Marks a file or folder of ours in the temporary directory as in use while what is given back
-/// lives, at most as long as this process, however that ends: `sweepStrays` leaves it alone. A
+/// lives, at most as long as this process, however that ends: `removeStaleFiles` leaves it alone. A
 /// number below 0 where that cannot be.
 Descriptor inUse(const QString &path);
 
@@ -29,8 +29,8 @@ public:
     const QString &path() const { return m_path; }
     /// Makes `bytes` its whole content. @throws std::system_error
     void write(QByteArrayView bytes) const;
-    /// Leaves the file to the process it was made for, which removes it; `sweepStrays` does, a day
-    /// later, where that one died. For names that begin with "vorle-launch-".
+    /// Leaves the file to the process it was made for, which removes it; `removeStaleFiles` does, a
+    /// day later, where that one died. For names that begin with "vorle-launch-".
     void keep() { m_kept = true; }
 
 private:
@@ -52,6 +52,6 @@ void preparePrivateTemporaryDirectory();
 /// temporary directory by processes that are no more, whenever that was; those that are in use
 /// stay. What was left to a terminal goes after a day, as does what cannot be told to be in use.
 /// Sockets and links stay.
-void sweepStrays();
+void removeStaleFiles();
 
 } // namespace vorle

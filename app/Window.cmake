@@ -31,14 +31,14 @@ qt_add_qml_module(vorle_window
     QML_FILES ${VORLE_QML}
     SOURCES
         window/Announcer.cpp window/Announcer.h
-        window/CommandDoor.cpp window/CommandDoor.h
-        window/Curtain.cpp window/Curtain.h
+        window/CommandServer.cpp window/CommandServer.h
+        window/AccessibilityBarrier.cpp window/AccessibilityBarrier.h
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
-        window/HeldKeys.cpp window/HeldKeys.h
+        window/KeyRepeatFilter.cpp window/KeyRepeatFilter.h
         window/MainWindow.cpp window/MainWindow.h
         window/Opening.cpp window/Opening.h
-        window/QuitDoor.cpp window/QuitDoor.h
+        window/QuitHandler.cpp window/QuitHandler.h
         window/Shell.cpp window/Shell.h
         window/SingleInstance.cpp window/SingleInstance.h
         window/TextLeading.cpp window/TextLeading.h

@@ -38,7 +38,7 @@ bool prepare() {
         vorle::ignoreRelativeFolders();
         vorle::preparePrivateTemporaryDirectory();
         vorle::requireThreads();
-        vorle::sweepStrays();
+        vorle::removeStaleFiles();
         return true;
     } catch (const std::system_error &error) {
         const QString text =

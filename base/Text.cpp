@@ -325,7 +325,7 @@ QString withoutHidden(const QString &text) {
     return out;
 }
 
-QString heldLines(const QString &text, qsizetype maxCharacters) {
+QString clampedLines(const QString &text, qsizetype maxCharacters) {
     constexpr qsizetype bytesPerCharacter = 8;
     QString lines;
     lines.reserve(text.size());
@@ -353,10 +353,10 @@ QString heldLines(const QString &text, qsizetype maxCharacters) {
     return held.toString();
 }
 
-QString heldLine(const QString &text, qsizetype maxCharacters) {
+QString clampedLine(const QString &text, qsizetype maxCharacters) {
     QString line;
     // Blanks may take any room before they are made one.
-    for (const QChar c : heldLines(text, text.size())) {
+    for (const QChar c : clampedLines(text, text.size())) {
         const bool fixed = c == u'\u00A0' || c == u'\u202F';
         if (fixed || !isBlank(c.unicode())) {
             line += c;
@@ -364,7 +364,7 @@ QString heldLine(const QString &text, qsizetype maxCharacters) {
             line += u' ';
         }
     }
-    return heldLines(trimmed(line).toString(), maxCharacters);
+    return clampedLines(trimmed(line).toString(), maxCharacters);
 }
 
 } // namespace vorle

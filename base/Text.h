@@ -36,10 +36,10 @@ QString withoutHidden(const QString &text);
 /// A stranger's text as it may be kept: without hidden signs and control characters, every line
 /// break as '\n', tabs as they are, no blank line at either end; at most `maxCharacters`
 /// characters, and eight bytes each on the whole (characters may be of any size).
-QString heldLines(const QString &text, qsizetype maxCharacters);
+QString clampedLines(const QString &text, qsizetype maxCharacters);
 
 /// The same on one line: runs of blanks are one, a no-break space stays what it is.
-QString heldLine(const QString &text, qsizetype maxCharacters);
+QString clampedLine(const QString &text, qsizetype maxCharacters);
 
 /// The longest prefix of `text` that takes at most `maxBytes` in UTF-8 and does not cut a code
 /// point.

@@ -90,13 +90,13 @@ Task<> readAll(PageReader &reader, QStringList addresses, int *full) {
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
-double measured(const QStringList &addresses, double *longestHold) {
+double measured(const QStringList &addresses, double *maxHold) {
     HttpClient http(true);
     PageReader reader(http);
     QElapsedTimer beat;
     QTimer heart;
     QObject::connect(&heart, &QTimer::timeout, [&] {
-        *longestHold = std::max(*longestHold, double(beat.nsecsElapsed()) / 1e6 - 1.0);
+        *maxHold = std::max(*maxHold, double(beat.nsecsElapsed()) / 1e6 - 1.0);
         beat.restart();
     });
     heart.setTimerType(Qt::PreciseTimer);

@@ -15,7 +15,7 @@ constexpr qsizetype descriptionCharacters = 500;
 constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype judgedCharacters = 1'000;
 constexpr qsizetype noteCharacters = 500;
-constexpr qsizetype mostSources = 5;
+constexpr qsizetype maxSources = 5;
 constexpr qsizetype sourceCharacters = 200;
 constexpr qsizetype linkBytes = 500;
 /// As much as a run keeps of a page; the bytes bound what characters of any size may take of a
@@ -79,7 +79,7 @@ QString sourcesText(const Topic &topic) {
     QStringList lines;
     for (const TopicSource &source : topic.sources) {
         const auto link = WebLink::from(source.url, linkBytes);
-        if (lines.size() < mostSources && link) {
+        if (lines.size() < maxSources && link) {
             const QString title = oneLine(source.title, sourceCharacters);
             lines += QStringLiteral("- ") +
                      (title.isEmpty() ? QString() : title + QStringLiteral(": ")) + link->text();
@@ -90,8 +90,8 @@ QString sourcesText(const Topic &topic) {
 
 QString readText(const Topic &topic) {
     const QString whole = QString::fromUtf8(topic.seenText.value_or(QByteArray()));
-    const QString text =
-        defused(firstCharacters(utf8Prefix(trimmed(whole), textBytes), textCharacters).toString());
+    const QString text = escapedForPrompt(
+        firstCharacters(utf8Prefix(trimmed(whole), textBytes), textCharacters).toString());
     const QString fence = QStringLiteral("\"\"\"");
     return trimmed(text).isEmpty()
                ? QStringLiteral("(nothing could be read: search the web for it)")

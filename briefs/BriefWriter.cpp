@@ -21,18 +21,18 @@ namespace {
 constexpr std::string_view subject = "vorle/BriefWriter";
 
 // Twice what the instruction asks for and more: the agent is held, not corrected.
-constexpr qsizetype mostEssentials = 6;
-constexpr qsizetype mostDetails = 8;
-constexpr qsizetype mostUnclear = 6;
-constexpr qsizetype mostSources = 8;
+constexpr qsizetype maxEssentials = 6;
+constexpr qsizetype maxDetails = 8;
+constexpr qsizetype maxUnclear = 6;
+constexpr qsizetype maxSources = 8;
 constexpr qsizetype titleCharacters = 150;
 constexpr qsizetype bodyCharacters = 1'500;
 constexpr qsizetype pointCharacters = 400;
 constexpr qsizetype codeCharacters = 4'000;
-constexpr double mostMinutes = 60;
+constexpr double maxMinutes = 60;
 
 QString heldText(const QString &text, qsizetype characters) {
-    return heldLines(trimmed(text).toString(), characters);
+    return clampedLines(trimmed(text).toString(), characters);
 }
 
 /// Agents like to fence code whatever they are told.
@@ -48,7 +48,7 @@ QString withoutFence(const QString &code) {
 QList<Brief::Part> heldParts(const QList<Brief::Part> &parts, qsizetype most) {
     QList<Brief::Part> held;
     for (const Brief::Part &part : parts) {
-        const Brief::Part one{heldLine(part.title, titleCharacters),
+        const Brief::Part one{clampedLine(part.title, titleCharacters),
                               heldText(part.body, bodyCharacters)};
         if (held.size() < most && !(one.title.isEmpty() && one.body.isEmpty())) {
             held += one;
@@ -64,9 +64,9 @@ QList<Brief::Source> heldSources(const QList<Brief::Source> &sources) {
         const bool known = std::any_of(held.begin(), held.end(), [&](const Brief::Source &other) {
             return link && other.url == link->text();
         });
-        if (held.size() < mostSources && link && !known) {
-            held += {heldLine(source.title, titleCharacters), link->text(),
-                     heldLine(source.adds, pointCharacters)};
+        if (held.size() < maxSources && link && !known) {
+            held += {clampedLine(source.title, titleCharacters), link->text(),
+                     clampedLine(source.adds, pointCharacters)};
         }
     }
     return held;
@@ -78,12 +78,13 @@ QString codePartTitle() { return QCoreApplication::translate("BriefWriter", "Exe
 
 std::optional<Brief> briefFrom(const BriefWriter::Output &output) {
     Brief brief;
-    brief.essentials = heldParts(output.essentials, mostEssentials);
+    brief.essentials = heldParts(output.essentials, maxEssentials);
     if (brief.essentials.isEmpty()) {
         return std::nullopt;
     }
-    brief.details = heldParts(output.details, mostDetails);
-    const QString code = heldLines(withoutFence(output.code.value_or(QString())), codeCharacters);
+    brief.details = heldParts(output.details, maxDetails);
+    const QString code =
+        clampedLines(withoutFence(output.code.value_or(QString())), codeCharacters);
     if (!code.isEmpty()) {
         brief.details += {codePartTitle(), code};
     }
@@ -92,8 +93,8 @@ std::optional<Brief> briefFrom(const BriefWriter::Output &output) {
         brief.project = project;
     }
     for (const QString &point : output.unclear) {
-        const QString held = heldLine(point, pointCharacters);
-        if (brief.unclear.size() < mostUnclear && !held.isEmpty()) {
+        const QString held = clampedLine(point, pointCharacters);
+        if (brief.unclear.size() < maxUnclear && !held.isEmpty()) {
             brief.unclear += held;
         }
     }
@@ -210,7 +211,7 @@ void BriefWriter::keep(const QUuid &id, const Asked<Output> &asked) {
     Receipt receipt{std::nullopt, asked.costUSD};
     if (asked.answer.minutes && std::isfinite(*asked.answer.minutes)) {
         receipt.minutes =
-            static_cast<int>(std::lround(std::clamp(*asked.answer.minutes, 1.0, mostMinutes)));
+            static_cast<int>(std::lround(std::clamp(*asked.answer.minutes, 1.0, maxMinutes)));
     }
     m_receipts.insert(id, receipt);
     if (m_parts.store.setBrief(id, brief)) {

@@ -4,7 +4,7 @@
 
 namespace vorle {
 
-QString besideTopics(const QString &topicsFile, const QString &name) {
+QString sidecarPath(const QString &topicsFile, const QString &name) {
     if (topicsFile.isEmpty()) {
         return {};
     }

@@ -13,7 +13,7 @@ namespace vorle {
 /// The path of a file that is kept beside a topics file: that name in the same folder, behind the
 /// topics file's own ("demo-topics-runs.json") when it is another than "topics.json", since the
 /// demonstration's are not the user's. Empty for an empty one, a preview's. Pure, any thread.
-QString besideTopics(const QString &topicsFile, const QString &name);
+QString sidecarPath(const QString &topicsFile, const QString &name);
 
 /// What a file holds that is about to be replaced; nothing when there is none. One that was read
 /// and holds no T is kept aside, under the date `now`, and counts as none. Any thread.
@@ -28,7 +28,7 @@ std::optional<T> replaceable(const QString &file, const QDateTime &now) {
     try {
         return json::decode<T>(*bytes);
     } catch (const json::DecodeError &) {
-        keepAside(file, asideName(file, now));
+        backUpUnreadable(file, backupName(file, now));
         return std::nullopt;
     }
 }

@@ -12,7 +12,7 @@ namespace vorle {
 /// The user's own score of a topic, in the place of the app's. Pure functions, any thread; the
 /// store keeps the result (TopicStore::setCorrection).
 
-inline constexpr int highestScore = 10;
+inline constexpr int maxScore = 10;
 
 /// The reasons offered, in their order: the words that are kept.
 const QStringList &correctionReasons();

@@ -208,9 +208,9 @@ int madeFolder(const QByteArray &name) {
 } // namespace
 
 QString linkTarget(const QString &path) {
-    constexpr int mostLinks = 40; // the system's own limit
+    constexpr int maxLinks = 40; // the system's own limit
     QString at = path;
-    for (int links = 0; links <= mostLinks; ++links) {
+    for (int links = 0; links <= maxLinks; ++links) {
         const QFileInfo info(at);
         if (!info.isSymbolicLink()) {
             return at;
@@ -311,7 +311,7 @@ void makeOwnFolder(const QString &path) {
     }
 }
 
-void sweepLeftovers(const QString &folder) {
+void removeStaleTemporaryFiles(const QString &folder) {
     std::error_code ignored;
     std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), ignored);
     const std::filesystem::directory_iterator end;
@@ -324,7 +324,7 @@ void sweepLeftovers(const QString &folder) {
     }
 }
 
-QString asideName(const QString &path, const QDateTime &now) {
+QString backupName(const QString &path, const QDateTime &now) {
     const QString base = linkTarget(path) + QStringLiteral(".illisible-") +
                          now.toLocalTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
     QString name = base;
@@ -334,7 +334,7 @@ QString asideName(const QString &path, const QDateTime &now) {
     return name;
 }
 
-void keepAside(const QString &path, const QString &aside) {
+void backUpUnreadable(const QString &path, const QString &aside) {
     const QString target = linkTarget(path);
     // A second name costs nothing, cannot be half done, and needs no right to read.
     if (::link(QFile::encodeName(target).constData(), QFile::encodeName(aside).constData()) == 0 ||

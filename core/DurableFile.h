@@ -17,13 +17,13 @@ namespace vorle {
 QString linkTarget(const QString &path);
 
 /// Twenty times the largest file foreseen.
-constexpr qint64 mostFileBytes = 2'000'000'000;
+constexpr qint64 maxFileBytes = 2'000'000'000;
 
 /// All bytes of a regular file, with spare capacity past the end so that they can be parsed where
 /// they are. Nothing when there is no such file.
 /// @throws std::system_error for what cannot be read, is no regular file or has more than `most`
 ///         bytes, of which none is read then; it carries the path
-std::optional<QByteArray> readWhole(const QString &path, qint64 most = mostFileBytes);
+std::optional<QByteArray> readWhole(const QString &path, qint64 most = maxFileBytes);
 
 /// Replaces a file by these pieces, one after the other, in one step: whoever reads it, even after
 /// a crash, finds the old bytes or the new. A symbolic link is written through, the file's mode
@@ -46,14 +46,14 @@ void makeOwnFolder(const QString &path);
 
 /// Removes what processes that died in the middle of replaceWhole() left in a folder. What a living
 /// one is writing, here or on another machine that shares the folder, stays.
-void sweepLeftovers(const QString &folder);
+void removeStaleTemporaryFiles(const QString &folder);
 
 /// A free name beside the file to keep its present bytes under: "….illisible-2026-10-26-080000".
-QString asideName(const QString &path, const QDateTime &now);
+QString backupName(const QString &path, const QDateTime &now);
 
 /// Gives the file's bytes a second name, which stands when the file is replaced. Does nothing
 /// when there is no such file.
 /// @throws std::system_error
-void keepAside(const QString &path, const QString &aside);
+void backUpUnreadable(const QString &path, const QString &aside);
 
 } // namespace vorle

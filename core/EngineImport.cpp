@@ -66,12 +66,12 @@ struct Envelope {
     }
 };
 
-constexpr qsizetype lineCharacters = 300;
+constexpr qsizetype maxLineCharacters = 300;
 constexpr qsizetype textCharacters = 4'000;
 
-QString line(const QString &text) { return heldLine(text, lineCharacters); }
+QString line(const QString &text) { return clampedLine(text, maxLineCharacters); }
 
-QString lines(const QString &text) { return heldLines(text, textCharacters); }
+QString lines(const QString &text) { return clampedLines(text, textCharacters); }
 
 /// The agent fills a field it has nothing for with an empty text.
 std::optional<QString> unlessEmpty(const std::optional<QString> &text) {

@@ -16,7 +16,7 @@ namespace vorle {
 namespace {
 
 /// A thousand times what a rich territory takes: more is another file put in its place.
-constexpr qint64 mostBytes = 10'000'000;
+constexpr qint64 maxBytes = 10'000'000;
 
 struct Reading {
     QJsonObject values;
@@ -27,7 +27,7 @@ struct Reading {
 
 /// @throws std::system_error
 Reading readSettings(const QString &path) {
-    const auto bytes = readWhole(path, mostBytes);
+    const auto bytes = readWhole(path, maxBytes);
     Reading reading;
     reading.exists = bytes.has_value();
     reading.empty = bytes && bytes->isEmpty();
@@ -119,8 +119,8 @@ QJsonObject save(const QString &path, const JsonSettings::Changes &changes,
         return values;
     }
     if (present.unreadable) {
-        const QString name = asideName(path, QDateTime::currentDateTime());
-        keepAside(path, name);
+        const QString name = backupName(path, QDateTime::currentDateTime());
+        backUpUnreadable(path, name);
         aside = name;
     }
     replaceWhole(path, QJsonDocument(values).toJson());

@@ -10,7 +10,7 @@
 namespace vorle {
 
 RunHistory::RunHistory(const QString &topicsFile)
-    : m_file(besideTopics(topicsFile, QStringLiteral("runs.json"))) {}
+    : m_file(sidecarPath(topicsFile, QStringLiteral("runs.json"))) {}
 
 namespace {
 
@@ -49,7 +49,7 @@ void RunHistory::write(QList<RunReport> all, Others others) const {
                    });
         });
         all = kept + all;
-        all = all.last(std::min(mostReports, all.size()));
+        all = all.last(std::min(maxReports, all.size()));
         replaceWhole(m_file, json::encode(all, json::Style::Pretty) + '\n');
     } catch (const std::exception &error) {
         logLine(QStringLiteral("the report of the run could not be kept: ") +

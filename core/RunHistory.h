@@ -9,7 +9,7 @@ namespace vorle {
 /// what became of their topics.
 class RunHistory {
 public:
-    static constexpr qsizetype mostReports = 52;
+    static constexpr qsizetype maxReports = 52;
 
     /// The history that lies beside `topicsFile`; a preview's (an empty name) keeps nothing.
     explicit RunHistory(const QString &topicsFile);

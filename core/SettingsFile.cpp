@@ -123,7 +123,7 @@ void SettingsFile::open(const QString &path) {
             tr("Ton fichier de réglages était vide. Je pars des réglages d’origine\u00A0: %1")
                 .arg(path);
     }
-    sweepLeftovers(QFileInfo(linkTarget(path)).absolutePath());
+    removeStaleTemporaryFiles(QFileInfo(linkTarget(path)).absolutePath());
 }
 
 QJsonValue SettingsFile::value(const QString &key, Form form) const {

@@ -16,16 +16,18 @@ qint64 rank(const std::optional<QDateTime> &date) {
 
 } // namespace
 
-bool triagedLater(const Topic &a, const Topic &b) { return rank(a.triagedAt) > rank(b.triagedAt); }
+bool latestTriagedFirst(const Topic &a, const Topic &b) {
+    return rank(a.triagedAt) > rank(b.triagedAt);
+}
 
-bool doneLater(const Topic &a, const Topic &b) { return rank(a.doneAt) > rank(b.doneAt); }
+bool latestDoneFirst(const Topic &a, const Topic &b) { return rank(a.doneAt) > rank(b.doneAt); }
 
 bool moreUrgent(const Topic &a, const Topic &b) {
     const bool urgent = a.isUrgent();
     return urgent != b.isUrgent() ? urgent : rank(a.triagedAt) < rank(b.triagedAt);
 }
 
-bool soonerInProgram(const Topic &a, const Topic &b) {
+bool programOrder(const Topic &a, const Topic &b) {
     const bool urgent = a.isUrgent();
     if (urgent != b.isUrgent()) {
         return urgent;

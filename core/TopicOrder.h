@@ -13,14 +13,14 @@ namespace vorle {
 /// topics it holds equal keep the store's order. Pure functions, any thread.
 
 /// Most recent decision first; one never triaged counts as the most distant past.
-bool triagedLater(const Topic &a, const Topic &b);
+bool latestTriagedFirst(const Topic &a, const Topic &b);
 /// Most recently done first; one without a date counts as the most distant past.
-bool doneLater(const Topic &a, const Topic &b);
+bool latestDoneFirst(const Topic &a, const Topic &b);
 /// Urgent topics first; within each group the earliest decision first, a missing one before all.
 bool moreUrgent(const Topic &a, const Topic &b);
 /// The program's order: urgent topics first, then by the score shown, then the earliest decision
 /// first.
-bool soonerInProgram(const Topic &a, const Topic &b);
+bool programOrder(const Topic &a, const Topic &b);
 
 /// The topics in the given order.
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &));

@@ -20,7 +20,7 @@ namespace vorle {
 
 /// What is known of topics and has no room in the topics file: one `Record` (with a `topic`, and
 /// the moment `at`) a topic, the latest, in one JSON array in a file beside the topics file (see
-/// besideTopics; a preview keeps none). Read the first time it is needed, for a save on the thread
+/// sidecarPath; a preview keeps none). Read the first time it is needed, for a save on the thread
 /// pool. Main thread; the store and the clock must outlive it, and it must outlive every save under
 /// way.
 ///
@@ -38,7 +38,7 @@ public:
     TopicRecords(const TopicStore &store, const Clock &clock, const Names &names)
         : m_store(store)
         , m_clock(clock)
-        , m_file(besideTopics(store.file(), names.file))
+        , m_file(sidecarPath(store.file(), names.file))
         , m_what(names.what) {}
     TopicRecords(const TopicRecords &) = delete;
     TopicRecords &operator=(const TopicRecords &) = delete;
@@ -119,7 +119,7 @@ private:
         });
         try {
             if (unreadableAt) {
-                keepAside(file, asideName(file, *unreadableAt));
+                backUpUnreadable(file, backupName(file, *unreadableAt));
             }
             replaceWhole(file, json::encode(records, json::Style::Pretty) + '\n');
         } catch (const std::exception &error) {

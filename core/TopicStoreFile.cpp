@@ -88,9 +88,9 @@ void TopicStore::load() {
     // The topics are written where a link leads, what lies beside them where the link stands.
     const QString folder = QFileInfo(m_file).absolutePath();
     const QString target = QFileInfo(linkTarget(m_file)).absolutePath();
-    sweepLeftovers(folder);
+    removeStaleTemporaryFiles(folder);
     if (target != folder) {
-        sweepLeftovers(target);
+        removeStaleTemporaryFiles(target);
     }
     const bool loaded = !isDemo() && readFile();
     m_writer =
@@ -137,7 +137,7 @@ bool TopicStore::readFile() {
     } catch (const std::bad_alloc &) { // says nothing of what the file holds
         throw std::system_error(ENOMEM, std::generic_category(), m_file.toStdString());
     }
-    m_setAside = asideName(m_file, m_clock.now());
+    m_setAside = backupName(m_file, m_clock.now());
     m_readable = salvageTopics(*bytes);
     return false;
 }

@@ -66,7 +66,7 @@ WeekProgram weekProgram(const QList<TopicPtr> &topics, int weeklyMinutes, const 
         }
     }
     program.left = std::max(0, program.budget - program.done);
-    for (const TopicPtr &topic : ordered(std::move(kept), soonerInProgram)) {
+    for (const TopicPtr &topic : ordered(std::move(kept), programOrder)) {
         const int minutes = minutesOf(*topic);
         if (topic->isUrgent() || program.planned + minutes <= program.left) {
             program.fits.append(topic);

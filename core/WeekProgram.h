@@ -7,7 +7,7 @@ namespace vorle {
 /// The week's program: what the user kept, held against the time they give their watch each week.
 /// Pure functions, any thread.
 ///
-/// Topics stand in the program's order (see soonerInProgram): urgent ones, then by score and so by
+/// Topics stand in the program's order (see programOrder): urgent ones, then by score and so by
 /// tier. Each takes its minutes out of what the week has left:
 ///
 /// - An urgent topic always fits, even past the budget: it cannot wait for next week.

@@ -91,10 +91,10 @@ QString ClaudeLauncher::executable() const {
 Task<ClaudeLauncher::Where> ClaudeLauncher::takeFirstStep(Topic topic) {
     const auto folder = folderOf(topic);
     if (!folder) {
-        openChat(launchPrompt(topic, LaunchPlace::Elsewhere));
+        openChat(launchPrompt(topic, LaunchTarget::Elsewhere));
         co_return Where::WebChat;
     }
-    co_await openTerminal(launchPrompt(topic, LaunchPlace::ProjectFolder), *folder);
+    co_await openTerminal(launchPrompt(topic, LaunchTarget::ProjectFolder), *folder);
     co_return Where::Terminal;
 }
 
@@ -129,7 +129,7 @@ Task<> ClaudeLauncher::openTerminal(QString prompt, QString folder) const {
 
     std::optional<QString> failure;
     try {
-        failure = co_await startTerminal(*command, scriptFile.path(), m_patience);
+        failure = co_await startTerminal(*command, scriptFile.path(), m_timeouts);
     } catch (const std::system_error &error) {
         failure = QString::fromUtf8(error.what());
     }

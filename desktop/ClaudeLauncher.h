@@ -52,8 +52,8 @@ public:
         LinkOpener &links;
     };
 
-    explicit ClaudeLauncher(Parts parts, TerminalPatience patience = {})
-        : m_parts(parts), m_patience(patience) {}
+    explicit ClaudeLauncher(Parts parts, TerminalTimeouts patience = {})
+        : m_parts(parts), m_timeouts(patience) {}
 
     /// What the key for it is called, with the names of the chosen agent: "Lancer dans Claude Code
     /// ou approfondir avec Claude". Reads files (see AgentLocator::choose).
@@ -86,7 +86,7 @@ private:
     Task<> openTerminal(QString prompt, QString folder) const;
 
     Parts m_parts;
-    TerminalPatience m_patience;
+    TerminalTimeouts m_timeouts;
 };
 
 } // namespace vorle

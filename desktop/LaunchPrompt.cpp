@@ -67,7 +67,7 @@ QString addresses(const QList<TopicSource> &sources) {
     QStringList all;
     qsizetype bytes = 0;
     for (const TopicSource &source : sources) {
-        const auto link = WebLink::from(source.url, WebLink::mostBytesOfUsers);
+        const auto link = WebLink::from(source.url, WebLink::maxUserBytes);
         bytes += link ? link->text().size() + 2 : 0;
         if (link && !all.contains(link->text()) && bytes <= maxLineBytes) {
             all += link->text();
@@ -78,7 +78,7 @@ QString addresses(const QList<TopicSource> &sources) {
 
 } // namespace
 
-QString launchPrompt(const Topic &topic, LaunchPlace place) {
+QString launchPrompt(const Topic &topic, LaunchTarget place) {
     QString prompt;
     const auto add = [&](const QString &label, const QString &text) {
         if (!text.isEmpty()) {
@@ -99,7 +99,7 @@ QString launchPrompt(const Topic &topic, LaunchPlace place) {
         prompt += u'\n';
     }
     return prompt +
-           (place == LaunchPlace::ProjectFolder
+           (place == LaunchTarget::ProjectFolder
                 ? French::tr(
                       "Aide-moi à faire ce premier pas dans ce projet. Commence par vérifier ce "
                       "qui me concerne vraiment dans le code, puis propose un plan court avant de "

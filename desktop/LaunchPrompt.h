@@ -7,7 +7,7 @@
 namespace vorle {
 
 /// Where the agent that reads the prompt will be.
-enum class LaunchPlace { ProjectFolder, Elsewhere };
+enum class LaunchTarget { ProjectFolder, Elsewhere };
 
 /// Hands a topic over to an agent in French: labelled lines for what the topic has, then the
 /// request. Never empty, and never begins with a sign an agent takes for an option or a command.
@@ -18,6 +18,6 @@ enum class LaunchPlace { ProjectFolder, Elsewhere };
 /// that leads out of the project, gets an invisible word joiner, because the agent would read the
 /// file; "@scope/package" stays as it is. The whole takes less than 128 KB in UTF-8 and so fits
 /// in one argument of a process on any system. Pure.
-QString launchPrompt(const Topic &topic, LaunchPlace place);
+QString launchPrompt(const Topic &topic, LaunchTarget place);
 
 } // namespace vorle

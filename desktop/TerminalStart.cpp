@@ -94,7 +94,7 @@ Task<Failure> watchItsStart(TerminalCommand command, QString script,
 
 } // namespace
 
-Task<Failure> startTerminal(TerminalCommand command, QString script, TerminalPatience patience) {
+Task<Failure> startTerminal(TerminalCommand command, QString script, TerminalTimeouts patience) {
     return command.life == TerminalCommand::Life::EndsOnceOpen
                ? runToItsEnd(std::move(command), patience.end)
                : watchItsStart(std::move(command), std::move(script), patience.start);

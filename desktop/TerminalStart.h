@@ -11,7 +11,7 @@
 namespace vorle {
 
 /// How long a terminal is watched before it counts as open, or as failed.
-struct TerminalPatience {
+struct TerminalTimeouts {
     std::chrono::milliseconds end = std::chrono::seconds(30);  ///< of a command that ends
     std::chrono::milliseconds start = std::chrono::seconds(5); ///< of one that may last
 };
@@ -22,6 +22,6 @@ struct TerminalPatience {
 /// first), when it ends well, or when it is still there after `patience.start`. Main thread.
 /// @throws std::system_error when it cannot be launched, or a temporary file not be made
 Task<std::optional<QString>> startTerminal(TerminalCommand command, QString script,
-                                           TerminalPatience patience = {});
+                                           TerminalTimeouts patience = {});
 
 } // namespace vorle

@@ -9,13 +9,13 @@ namespace vorle {
 
 namespace {
 
-constexpr int highestGrade = 10;
-constexpr int mostMinutes = 600;
+constexpr int maxGrade = 10;
+constexpr int maxMinutes = 600;
 constexpr qsizetype gistCharacters = 300;
 constexpr qsizetype summaryCharacters = 2'000;
 constexpr qsizetype reasonCharacters = 1'000;
 constexpr qsizetype changeCharacters = 300;
-constexpr qsizetype mostChanges = 12;
+constexpr qsizetype maxChanges = 12;
 
 /// A judgment as it came: words and grades are checked one judgment at a time, so that a bad one
 /// does not cost the others.
@@ -96,10 +96,10 @@ std::optional<Judgment> accepted(const AnsweredJudgment &answer) {
     Judgment judgment;
     judgment.id = answer.id;
     judgment.kind = *kind;
-    judgment.criteria = {
-        whole(grades.impact, 0, highestGrade), whole(grades.actionability, 0, highestGrade),
-        whole(grades.novelty, 0, highestGrade), whole(grades.reliability, 0, highestGrade),
-        whole(grades.effortMinutes, 1, mostMinutes)};
+    judgment.criteria = {whole(grades.impact, 0, maxGrade),
+                         whole(grades.actionability, 0, maxGrade),
+                         whole(grades.novelty, 0, maxGrade), whole(grades.reliability, 0, maxGrade),
+                         whole(grades.effortMinutes, 1, maxMinutes)};
     judgment.relevance = answer.relevance;
     judgment.urgency = {*level, answer.urgency.date, answer.urgency.reason};
     judgment.tldr = answer.tldr;
@@ -107,30 +107,29 @@ std::optional<Judgment> accepted(const AnsweredJudgment &answer) {
     judgment.why = answer.why;
     judgment.firstStep = answer.firstStep;
     judgment.changes = answer.changes;
-    return heldToRange(std::move(judgment));
+    return clampedToRange(std::move(judgment));
 }
 
 void cut(QString &text, qsizetype characters) {
-    text = heldLines(trimmed(text).toString(), characters);
+    text = clampedLines(trimmed(text).toString(), characters);
 }
 
 } // namespace
 
-Judgment heldToRange(Judgment judgment) {
-    const auto grade = [](int value) { return std::clamp(value, 0, highestGrade); };
+Judgment clampedToRange(Judgment judgment) {
+    const auto grade = [](int value) { return std::clamp(value, 0, maxGrade); };
     judgment.criteria.impact = grade(judgment.criteria.impact);
     judgment.criteria.actionability = grade(judgment.criteria.actionability);
     judgment.criteria.novelty = grade(judgment.criteria.novelty);
     judgment.criteria.reliability = grade(judgment.criteria.reliability);
-    judgment.criteria.effortMinutes = std::clamp(judgment.criteria.effortMinutes, 1, mostMinutes);
-    judgment.relevance = std::isnan(judgment.relevance)
-                             ? 0
-                             : std::clamp(judgment.relevance, 0.0, double(highestGrade));
+    judgment.criteria.effortMinutes = std::clamp(judgment.criteria.effortMinutes, 1, maxMinutes);
+    judgment.relevance =
+        std::isnan(judgment.relevance) ? 0 : std::clamp(judgment.relevance, 0.0, double(maxGrade));
     cut(judgment.tldr, gistCharacters);
     cut(judgment.summary, summaryCharacters);
     cut(judgment.why, reasonCharacters);
     cut(judgment.firstStep, reasonCharacters);
-    judgment.changes = judgment.changes.first(std::min(mostChanges, judgment.changes.size()));
+    judgment.changes = judgment.changes.first(std::min(maxChanges, judgment.changes.size()));
     for (QString &change : judgment.changes) {
         cut(change, changeCharacters);
     }

@@ -42,6 +42,6 @@ qsizetype nextBatchSize(const QList<JudgeCandidate> &waiting);
 
 /// `judgment` with its grades between 0 and 10 (not a number: 0), its minutes between 1 and 600 and
 /// its texts cut to what a card can show.
-Judgment heldToRange(Judgment judgment);
+Judgment clampedToRange(Judgment judgment);
 
 } // namespace vorle

@@ -13,7 +13,7 @@ namespace {
 constexpr qsizetype previewWindow = 15;
 constexpr qsizetype previewItems = 10;
 constexpr qsizetype worstShown = 5;
-constexpr qsizetype callsAtOnce = 2;
+constexpr qsizetype maxConcurrentCalls = 2;
 
 constexpr std::array benchNames{"bench-web", "bench-commune", "bench-svt"};
 
@@ -214,7 +214,7 @@ Task<JudgeBench::Outcome> JudgeBench::judge(Bench bench, Progress progress, Canc
                     0};
     Outcome outcome;
     try {
-        co_await forEachBounded(session.batches.size(), callsAtOnce,
+        co_await forEachBounded(session.batches.size(), maxConcurrentCalls,
                                 [&](qsizetype place) { return judgeBatch(session, place); });
     } catch (const Cancelled &) {
         throw;

@@ -24,8 +24,8 @@ constexpr qsizetype descriptionCharacters = 1'000;
 constexpr qsizetype reflexCharacters = 400;
 constexpr qsizetype profileBytes = 16'000;
 constexpr qsizetype examplesBytes = 24'000;
-constexpr qsizetype mostExamples = 12;
-constexpr qsizetype mostVersions = 80;
+constexpr qsizetype maxExamples = 12;
+constexpr qsizetype maxVersions = 80;
 
 QString scoreText(double score) { return QString::number(score, 'g', 3); }
 
@@ -52,7 +52,7 @@ QString projectText(const JudgeProfile::Project &project) {
         text += QStringLiteral(" [") + names(project.labels).join(QStringLiteral(", ")) + u']';
     }
     if (!project.versions.isEmpty()) {
-        const auto shown = project.versions.first(std::min(mostVersions, project.versions.size()));
+        const auto shown = project.versions.first(std::min(maxVersions, project.versions.size()));
         text += QStringLiteral("\n  versions in use: ") + names(shown).join(QStringLiteral(", "));
     }
     return text;
@@ -110,9 +110,9 @@ QString candidateBlock(const JudgeCandidate &candidate) {
     const bool unread =
         candidate.level ? *candidate.level == ReadLevel::None : candidate.content.isEmpty();
     const QString content =
-        unread
-            ? QStringLiteral("(nothing could be read)")
-            : promptPrefix(defused(QString::fromUtf8(candidate.content)), contentBytes).toString();
+        unread ? QStringLiteral("(nothing could be read)")
+               : promptPrefix(escapedForPrompt(QString::fromUtf8(candidate.content)), contentBytes)
+                     .toString();
     return block + QStringLiteral("Content:\n\"\"\"\n") + content + QStringLiteral("\n\"\"\"\n");
 }
 
@@ -176,7 +176,7 @@ QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics) {
     QList<TopicPtr> shown;
     ExampleRoom room;
     for (const TopicPtr &topic : std::as_const(chosen)) {
-        if (shown.size() < mostExamples && room.takes(exampleBlock(*topic))) {
+        if (shown.size() < maxExamples && room.takes(exampleBlock(*topic))) {
             shown += topic;
         }
     }

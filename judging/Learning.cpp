@@ -13,14 +13,14 @@ namespace vorle {
 
 namespace {
 
-constexpr int fewestStackDecisions = 4;
-constexpr int fewestKindDecisions = 5;
+constexpr int minStackDecisions = 4;
+constexpr int minKindDecisions = 5;
 constexpr int longMinutes = 60;
-constexpr int fewestLongItems = 3;
+constexpr int minLongItems = 3;
 /// One more than for a kind: a project is judged less readily.
-constexpr int fewestProjectDecisions = 6;
-constexpr int fewestCorrections = 4;
-constexpr double leastMeanGap = 2.0;
+constexpr int minProjectDecisions = 6;
+constexpr int minCorrections = 4;
+constexpr double minMeanGap = 2.0;
 constexpr int largestStep = 3;
 constexpr auto kinds = rawStrings(ItemKind{}).size();
 
@@ -115,7 +115,7 @@ struct Corrections {
     int signedStep() const {
         const double mean = count == 0 ? 0 : gaps / count;
         // Scores need not be whole: a mean of 2 may come out a hair under it.
-        if (count < fewestCorrections || std::abs(mean) < leastMeanGap - 1e-9) {
+        if (count < minCorrections || std::abs(mean) < minMeanGap - 1e-9) {
             return 0;
         }
         const int step = std::min(static_cast<int>(std::lround(std::abs(mean))), largestStep);
@@ -182,22 +182,22 @@ public:
             return learned;
         }
         QList<Reflex> &reflexes = learned.reflexes;
-        if (m_stack.decided >= fewestStackDecisions && m_rest.decided > 0 &&
+        if (m_stack.decided >= minStackDecisions && m_rest.decided > 0 &&
             keptFarMore(m_stack, m_rest)) {
             reflexes += stackReflex(m_stack.keptPercent(), m_rest.keptPercent());
         }
         for (std::size_t i = 0; i < kinds; ++i) {
             const Tally &kind = m_kinds[i];
-            if (kind.decided >= fewestKindDecisions && kind.oftenDismissed()) {
+            if (kind.decided >= minKindDecisions && kind.oftenDismissed()) {
                 reflexes += kindReflex(static_cast<ItemKind>(i), kind.dismissed, kind.decided);
             }
         }
-        if (m_longItems >= fewestLongItems && 2 * m_longPostponed >= m_longItems) {
+        if (m_longItems >= minLongItems && 2 * m_longPostponed >= m_longItems) {
             reflexes += longReflex(m_longPostponed, m_longItems);
         }
         for (const QString &name : m_projectNames) {
             const Tally project = m_projects.value(name);
-            if (project.decided >= fewestProjectDecisions && project.oftenDismissed()) {
+            if (project.decided >= minProjectDecisions && project.oftenDismissed()) {
                 reflexes += projectReflex(name, project.dismissed, project.decided);
             }
         }

@@ -83,7 +83,7 @@ QString keysText(bool mayTakeBack) {
 std::optional<int> typedScore(const QString &text) {
     bool number = false;
     const int score = text.toInt(&number);
-    return number && score >= 0 && score <= highestScore ? std::optional(score) : std::nullopt;
+    return number && score >= 0 && score <= maxScore ? std::optional(score) : std::nullopt;
 }
 
 /// One conversation at the terminal. Lives as long as the command.

@@ -1,6 +1,6 @@
 #include "app/cli/Command.h"
 
-#include "app/cli/Handover.h"
+#include "app/cli/CommandForwarding.h"
 #include "base/French.h"
 #include "base/SystemErrorText.h"
 
@@ -159,7 +159,7 @@ Task<ExitStatus> ran(const Command &command, Context &context) {
     QString text;
     try {
         co_return co_await command.run(context);
-    } catch (const HandedOver &handed) {
+    } catch (const CommandForwarded &handed) {
         co_return handed.status();
     } catch (const Failure &failure) {
         context.console.say(failure.text());

@@ -56,7 +56,7 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
     const Interrupts interrupts;
     Application app(setupFor(demonstration.get(), installedApps));
     if (demonstration) {
-        demonstration->furnish(app.preferences());
+        demonstration->populate(app.preferences());
     }
     Context context{app, console, arguments, interrupts.token(), words};
     const Task<> running = runThenQuit(&command, context);

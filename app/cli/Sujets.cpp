@@ -1,7 +1,7 @@
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
-#include "app/labels/OpenScore.h"
+#include "app/labels/ScoreExplanation.h"
 #include "base/French.h"
 
 namespace vorle::cli {
@@ -10,7 +10,7 @@ namespace {
 
 /// A topic, with what stood behind its score.
 struct OpenedTopic : Topic {
-    std::optional<ScoreNote> scoreNote;
+    std::optional<ScoreProvenance> scoreNote;
 
     static constexpr auto jsonFields() {
         return std::tuple_cat(Topic::jsonFields(),
@@ -21,7 +21,7 @@ struct OpenedTopic : Topic {
 void openTopic(Context &context) {
     const TopicStore &store = context.app.store();
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional.first());
-    const auto note = ScoreNotes(store, context.app.clock()).note(topic->id);
+    const auto note = ScoreProvenanceLog(store, context.app.clock()).note(topic->id);
     if (context.arguments.json()) {
         context.console.print(json::encode(OpenedTopic{{*topic}, note}, json::Style::Pretty));
         return;

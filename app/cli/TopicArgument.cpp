@@ -1,6 +1,6 @@
 #include "app/cli/TopicArgument.h"
 
-#include "app/cli/Handover.h"
+#include "app/cli/CommandForwarding.h"
 #include "base/French.h"
 #include "base/Text.h"
 #include "core/NumberText.h"
@@ -13,7 +13,7 @@ namespace vorle::cli {
 namespace {
 
 constexpr qsizetype identityDigits = 32;
-constexpr qsizetype mostNamed = 5;
+constexpr qsizetype maxNamed = 5;
 constexpr qsizetype titleCharacters = 60;
 
 /// The digits of an identity, or of its beginning; nothing for any other text.
@@ -36,13 +36,13 @@ QString digitsOf(const QUuid &id) { return id.toString(QUuid::Id128).toUpper(); 
 /// The topics to choose from, a few of them.
 QString choices(const QList<TopicPtr> &topics) {
     QStringList lines;
-    for (const TopicPtr &topic : topics.first(std::min(mostNamed, topics.size()))) {
+    for (const TopicPtr &topic : topics.first(std::min(maxNamed, topics.size()))) {
         const QString title = firstCharacters(topic->title, titleCharacters).toString();
         lines += QStringLiteral("  %1  %2%3")
                      .arg(identityText(topic->id), title,
                           title.size() < topic->title.size() ? QStringLiteral("…") : QString());
     }
-    if (topics.size() > mostNamed) {
+    if (topics.size() > maxNamed) {
         lines += QStringLiteral("  …");
     }
     return lines.join(u'\n');
@@ -56,8 +56,8 @@ Task<> holdTopics(Context &context) {
     bool waited = false;
     while (!lock.tryLock()) {
         // The app may also have opened since the last time.
-        if (const auto status = co_await handOver(context)) {
-            throw HandedOver(*status);
+        if (const auto status = co_await forwardCommand(context)) {
+            throw CommandForwarded(*status);
         }
         if (!std::exchange(waited, true)) {
             context.console.say(French::tr(

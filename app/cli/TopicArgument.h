@@ -10,8 +10,9 @@ namespace vorle::cli {
 /// Waits for the right to change the topics, saying so when another command holds it. Where the app
 /// holds it, the app runs the command. The topics file must not have been opened before, save by
 /// the process that holds the right already: what another one changed would be lost.
-/// @throws HandedOver once the app has run the command: let it through
-/// @throws std::system_error when the lock file cannot be opened, Cancelled, Failure as handOver()
+/// @throws CommandForwarded once the app has run the command: let it through
+/// @throws std::system_error when the lock file cannot be opened, Cancelled, Failure as
+/// forwardCommand()
 Task<> holdTopics(Context &context);
 
 /// The topic a person named: its identity, or any beginning of it that no other topic shares, in

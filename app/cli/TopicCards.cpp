@@ -73,19 +73,19 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
     return lines.join(u'\n');
 }
 
-QString openScoreLines(const Console &console, const OpenScore &open) {
+QString openScoreLines(const Console &console, const ScoreExplanation &open) {
     constexpr int labelWidth = 15;
-    constexpr int highestGrade = 10;
+    constexpr int maxGrade = 10;
     const QString indent(margin, u' ');
     QStringList lines{indent + console.bold(open.title)};
-    for (const OpenScore::Grade &grade : open.grades) {
-        const int filled = std::clamp(grade.grade, 0, highestGrade);
+    for (const ScoreExplanation::Grade &grade : open.grades) {
+        const int filled = std::clamp(grade.grade, 0, maxGrade);
         lines += indent + grade.label.leftJustified(labelWidth) +
                  console.accent(QString(filled, u'█')) +
-                 console.faint(QString(highestGrade - filled, u'░')) +
+                 console.faint(QString(maxGrade - filled, u'░')) +
                  QStringLiteral("  %1").arg(grade.grade);
     }
-    for (const OpenScore::Fact &fact : open.facts) {
+    for (const ScoreExplanation::Fact &fact : open.facts) {
         const QString text = console.wrapped(fact.text, margin + labelWidth).trimmed();
         lines += indent + fact.label.leftJustified(labelWidth) + text;
     }

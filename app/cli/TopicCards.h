@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/cli/Console.h"
-#include "app/labels/OpenScore.h"
+#include "app/labels/ScoreExplanation.h"
 #include "core/TopicStore.h"
 
 #include <QDate>
@@ -22,7 +22,7 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
 QString programLines(const Console &console, const QList<TopicPtr> &topics, const QDate &today);
 
 /// What a score is made of: the four grades as bars, then a line a fact.
-QString openScoreLines(const Console &console, const OpenScore &open);
+QString openScoreLines(const Console &console, const ScoreExplanation &open);
 
 /// One line a topic: score, title, where it stands, identity.
 QString topicLines(const Console &console, const QList<TopicPtr> &topics);

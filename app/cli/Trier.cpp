@@ -175,7 +175,7 @@ QStringList reasonsGiven(const Arguments &arguments) {
 int scoreNamed(const QString &text) {
     bool number = false;
     const int score = text.toInt(&number);
-    if (!number || score < 0 || score > highestScore) {
+    if (!number || score < 0 || score > maxScore) {
         throw Failure(French::tr("« %1 » n’est pas une note\u00A0: donne un nombre entier de 0 "
                                  "à 10.")
                           .arg(text),

@@ -57,7 +57,7 @@ QMap<QString, QString> Demonstration::environment() const {
             {QStringLiteral("VORLE_DEMO_SITE"), m_site->address()}};
 }
 
-void Demonstration::furnish(Preferences &preferences) const {
+void Demonstration::populate(Preferences &preferences) const {
     const QString local = QStringLiteral("modèles d’IA en local");
     const QString access = QStringLiteral("accessibilité des applications mobiles");
     const QString film = QStringLiteral("photographie argentique");

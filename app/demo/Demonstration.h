@@ -33,7 +33,7 @@ public:
     QMap<QString, QString> environment() const;
 
     /// Fills a demonstration territory into `preferences`, which must be a demonstration's own.
-    void furnish(Preferences &preferences) const;
+    void populate(Preferences &preferences) const;
 
 private:
     Demonstration();

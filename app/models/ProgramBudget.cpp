@@ -48,7 +48,7 @@ void ProgramBudget::load() {
             }
         }
     }
-    m_kept = ordered(std::move(m_kept), soonerInProgram);
+    m_kept = ordered(std::move(m_kept), programOrder);
     compute();
 }
 
@@ -59,8 +59,8 @@ bool ProgramBudget::counts(const Topic &topic) const {
 
 /// The program's order; topics it holds equal keep the store's.
 bool ProgramBudget::before(const TopicPtr &a, const TopicPtr &b) const {
-    return soonerInProgram(*a, *b) ||
-           (!soonerInProgram(*b, *a) && m_store.position(a->id) < m_store.position(b->id));
+    return programOrder(*a, *b) ||
+           (!programOrder(*b, *a) && m_store.position(a->id) < m_store.position(b->id));
 }
 
 /// Takes a topic's present state in. Whether it counts, or counted before.

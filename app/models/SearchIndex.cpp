@@ -12,7 +12,7 @@ namespace vorle {
 
 namespace {
 
-constexpr qsizetype longestQuery = 200;
+constexpr qsizetype maxQueryCharacters = 200;
 
 bool sameTexts(const Topic &a, const Topic &b) {
     return a.title == b.title && a.tldr == b.tldr && a.summary == b.summary && a.why == b.why &&
@@ -44,7 +44,7 @@ int frequency(char c) {
 
 QList<Word> wordsOf(const QString &query) {
     QList<Word> words;
-    const QByteArray folded = foldedForSearch(QStringView(query).left(longestQuery));
+    const QByteArray folded = foldedForSearch(QStringView(query).left(maxQueryCharacters));
     for (const QByteArray &bytes : folded.split(' ')) {
         if (!bytes.isEmpty()) {
             const auto rarest = std::ranges::min_element(bytes, {}, frequency);
@@ -172,7 +172,7 @@ QList<SearchHit> searched(const SearchIndex &index, const QString &query) {
     }
     QList<SearchHit> hits;
     for (const Match &found : matches) {
-        if (hits.size() == mostHits) {
+        if (hits.size() == maxHits) {
             break;
         }
         const auto field = static_cast<SearchEntry::Field>(found.field);

@@ -39,9 +39,9 @@ struct SearchHit {
     QString styled;  ///< the same for Text.StyledText: escaped, what was found in bold
 };
 
-inline constexpr qsizetype mostHits = 50;
+inline constexpr qsizetype maxHits = 50;
 
-/// The topics in which every word of the query is found, at most `mostHits`: those whose words
+/// The topics in which every word of the query is found, at most `maxHits`: those whose words
 /// stand in the title first, then in the gist, then in notes, then in the read text; of equals,
 /// where they begin words before where they stand inside, then the newest. Dismissed topics come
 /// after all others; those of a run still under way are left out.

@@ -29,19 +29,19 @@ Sections::Sections(Parts parts, QObject *parent)
          {&m_parts.inbox, &m_parts.program, &m_parts.reserve, &m_parts.library}) {
         follow(*list);
     }
-    connect(&m_parts.budget, &ProgramBudget::changed, this, &Sections::tellSoon);
-    connect(&m_parts.run, &RunModel::scheduleChanged, this, &Sections::tellSoon);
-    connect(&m_parts.preferences, &Preferences::changed, this, &Sections::tellSoon);
+    connect(&m_parts.budget, &ProgramBudget::changed, this, &Sections::scheduleTextsChanged);
+    connect(&m_parts.run, &RunModel::scheduleChanged, this, &Sections::scheduleTextsChanged);
+    connect(&m_parts.preferences, &Preferences::changed, this, &Sections::scheduleTextsChanged);
 }
 
 void Sections::follow(TopicListModel &list) {
     connect(&list, &TopicListModel::countChanged, this, [this, &list] {
         const QModelIndex row = index(static_cast<int>(list.section()));
         Q_EMIT dataChanged(row, row, {CountRole});
-        tellSoon();
+        scheduleTextsChanged();
     });
-    connect(&list, &TopicListModel::minutesChanged, this, &Sections::tellSoon);
-    connect(&list, &TopicListModel::movedCountChanged, this, &Sections::tellSoon);
+    connect(&list, &TopicListModel::minutesChanged, this, &Sections::scheduleTextsChanged);
+    connect(&list, &TopicListModel::movedCountChanged, this, &Sections::scheduleTextsChanged);
 }
 
 int Sections::rowCount(const QModelIndex &parent) const {
@@ -171,7 +171,7 @@ QString Sections::subtitle() const {
 }
 
 /// One decision changes many things: they are told once, when it is over.
-void Sections::tellSoon() {
+void Sections::scheduleTextsChanged() {
     if (!std::exchange(m_textsDue, true)) {
         QMetaObject::invokeMethod(
             this,

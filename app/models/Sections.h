@@ -79,7 +79,7 @@ private:
     ProgramText programText() const;
     QString inboxEmptyText() const;
     void follow(TopicListModel &list);
-    void tellSoon();
+    void scheduleTextsChanged();
 
     Parts m_parts;
     Section m_current = Section::Inbox;

@@ -38,7 +38,7 @@ QString projectDetail(const discovery::Project &project) {
 /// A name, a path or an address that the user or a file gave, on its line.
 QString shownLine(const QString &words) {
     constexpr qsizetype most = 600;
-    return shownWords(heldLine(words, most));
+    return shownWords(clampedLine(words, most));
 }
 
 QString weightText(int weight) { return TerritoryModel::tr("importance %1 sur 5").arg(weight); }

@@ -92,11 +92,11 @@ bool TopicListModel::sooner(const Row &a, const Row &b) const {
     case sections::Section::Inbox:
         return soonerInInbox(a, b);
     case sections::Section::Program:
-        return soonerInProgram(*a.topic, *b.topic);
+        return programOrder(*a.topic, *b.topic);
     case sections::Section::Reserve:
-        return triagedLater(*a.topic, *b.topic);
+        return latestTriagedFirst(*a.topic, *b.topic);
     default:
-        return doneLater(*a.topic, *b.topic);
+        return latestDoneFirst(*a.topic, *b.topic);
     }
 }
 
@@ -109,22 +109,22 @@ bool TopicListModel::before(const Row &a, const Row &b) const {
 TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic) const {
     return {.topic = topic,
             .tier = tierOf(*topic),
-            .moved =
-                m_section == sections::Section::Reserve && m_comebacks.hasMoved(*topic, m_store),
+            .moved = m_section == sections::Section::Reserve &&
+                     m_reserveActivity.hasMoved(*topic, m_store),
             .waits = m_waiting.contains(topic->id)};
 }
 
 void TopicListModel::load() {
     m_rows.clear();
     m_held.clear();
-    m_comebacks.clear();
+    m_reserveActivity.clear();
     m_minutes = 0;
     m_movedCount = 0;
     m_ofRun = 0;
     const QList<TopicPtr> all = m_store.topics();
     if (m_section == sections::Section::Reserve) {
         for (const TopicPtr &topic : all) {
-            m_comebacks.note(*topic);
+            m_reserveActivity.note(*topic);
         }
     }
     for (const TopicPtr &topic : all) {
@@ -161,9 +161,9 @@ void TopicListModel::follow(const QUuid &id) {
     place(id);
     const TopicPtr topic = m_store.topic(id);
     if (m_section == sections::Section::Reserve && topic) {
-        m_comebacks.note(*topic);
-        for (const QUuid &kin : m_comebacks.kin(*topic)) {
-            place(kin);
+        m_reserveActivity.note(*topic);
+        for (const QUuid &related : m_reserveActivity.relatedTopics(*topic)) {
+            place(related);
         }
     }
     tellChanges(count, minutes, moved);
@@ -319,9 +319,9 @@ void TopicListModel::setWaiting(QSet<QUuid> ids, const QString &heading) {
     follow(m_waiting, before);
 }
 
-void TopicListModel::heed(FoundAgain &finds) {
-    m_comebacks.heed(finds);
-    connect(&finds, &FoundAgain::found, this, &TopicListModel::follow);
+void TopicListModel::observe(RediscoveryLog &finds) {
+    m_reserveActivity.observe(finds);
+    connect(&finds, &RediscoveryLog::found, this, &TopicListModel::follow);
     for (const QUuid &id : finds.topics()) {
         follow(id);
     }

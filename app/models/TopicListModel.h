@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/models/Section.h"
-#include "app/triage/Comebacks.h"
+#include "app/triage/ReserveActivity.h"
 #include "base/Clock.h"
 #include "core/ScoreScale.h"
 #include "core/TopicStore.h"
@@ -19,8 +19,8 @@ namespace vorle {
 ///
 /// The orders:
 /// - À trier: links just captured and still being read; then by tier, score, newest find;
-/// - Programme: what fits in the week, then what waits (see setWaiting), each in soonerInProgram's;
-/// - Réserve: topics that have moved (see Comebacks), then the latest set aside;
+/// - Programme: what fits in the week, then what waits (see setWaiting), each in programOrder's;
+/// - Réserve: topics that have moved (see ReserveActivity), then the latest set aside;
 /// - Bibliothèque: the latest done.
 /// Topics these hold equal keep the store's order. A role is computed when it is asked for.
 class TopicListModel final : public QAbstractListModel {
@@ -85,7 +85,7 @@ public:
         Worth,          ///< "meh", "useful", "gem" or ""
         WorthLabel,     ///< "Bof", "Utile", "Pépite" or ""
         PostponedText,  ///< "reporté 2 fois"; "" for never
-        Moved,          ///< bool, of the reserve: see Comebacks
+        Moved,          ///< bool, of the reserve: see ReserveActivity
         Waits,          ///< bool, of the program: it does not fit in the week
         HasBrief,       ///< bool
         BriefState,     ///< "", "queued", "writing", "failed" or "written"
@@ -120,7 +120,7 @@ public:
     void setWaiting(QSet<QUuid> ids, const QString &heading);
 
     /// Of the reserve: what runs come upon again counts too. `finds` outlives this.
-    void heed(FoundAgain &finds);
+    void observe(RediscoveryLog &finds);
 
     /// How far the writing of a topic's brief is: "", "queued", "writing" or "failed". A topic that
     /// has a brief and no such word shows "written".
@@ -174,8 +174,8 @@ private:
     sections::Section m_section;
     const Clock &m_clock;
     QList<Row> m_rows;
-    QHash<QUuid, Row> m_held; // each row again by identity, to find where it stands
-    Comebacks m_comebacks;    // filled for the reserve alone
+    QHash<QUuid, Row> m_held;          // each row again by identity, to find where it stands
+    ReserveActivity m_reserveActivity; // filled for the reserve alone
     QHash<QUuid, QString> m_briefStates;
     QHash<QUuid, QString> m_captureProblems;
     QSet<QUuid> m_waiting;

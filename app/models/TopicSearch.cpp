@@ -167,8 +167,8 @@ QString TopicSearch::statusText() const {
     if (m_hits.isEmpty()) {
         return frenchSpacing(tr("Rien trouvé pour « %1 ».").arg(m_shownQuery));
     }
-    return m_hits.size() == mostHits
-               ? tr("Les %1 meilleurs résultats").arg(mostHits)
+    return m_hits.size() == maxHits
+               ? tr("Les %1 meilleurs résultats").arg(maxHits)
                : counted(m_hits.size(), tr("sujet trouvé"), tr("sujets trouvés"));
 }
 

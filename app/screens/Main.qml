@@ -158,7 +158,7 @@ Window {
             run: main.shell.run
             keysRun: main.keyboard.keys(KeyboardMap.RunNow)
             enabled: !main.covered
-            drawn: main.covered
+            active: main.covered
             onPicked: section => {
                 if (main.listing) {
                     main.screen.enlarged = false;
@@ -169,13 +169,13 @@ Window {
             onStopAsked: main.shell.run.stop()
             onContentAsked: main.screen.focusContent()
         }
-        Curtain {
+        AccessibilityBarrier {
             id: content
             x: side.width
             width: parent.width - x
             height: parent.height
             enabled: !main.covered
-            drawn: main.covered
+            active: main.covered
             focus: true
             Accessible.role: Accessible.Grouping
             Accessible.name: main.sections.title

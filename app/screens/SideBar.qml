@@ -2,7 +2,7 @@ import QtQuick
 import Vorle
 
 // The six sections, what waits in each, and the next run.
-Curtain {
+AccessibilityBarrier {
     id: bar
 
     required property var model // Sections

@@ -191,9 +191,9 @@ FocusScope {
         }
     }
     // Behind the page it is seen through its coming and going, and not come upon.
-    Curtain {
+    AccessibilityBarrier {
         anchors.fill: parent
-        drawn: root.enlarged
+        active: root.enlarged
         enabled: !root.enlarged
         Accessible.role: Accessible.Grouping
         Accessible.name: root.title

@@ -1,10 +1,10 @@
 #include "app/window/Gui.h"
 
 #include "app/demo/Demonstration.h"
-#include "app/window/CommandDoor.h"
+#include "app/window/CommandServer.h"
 #include "app/window/MainWindow.h"
 #include "app/window/Opening.h"
-#include "app/window/QuitDoor.h"
+#include "app/window/QuitHandler.h"
 #include "app/window/Shell.h"
 #include "app/window/SingleInstance.h"
 #include "app/window/Tray.h"
@@ -69,12 +69,12 @@ public:
         , m_motion(adapters.motion())
         , m_main(m_shell, Typefaces::load(), app.store().file())
         , m_tray(*m_shell.run(), *m_shell.inbox())
-        , m_door(app)
+        , m_commands(app)
         , m_instance(instance)
         , m_timer(app.preferences(), app.clock())
         , m_left(std::move(left)) {
         app.preferences().watch();
-        connect(&m_instance, &SingleInstance::commandAsked, &m_door, &CommandDoor::serve);
+        connect(&m_instance, &SingleInstance::commandAsked, &m_commands, &CommandServer::serve);
         connect(&m_timer, &RunTimer::due, m_shell.run(), &RunModel::startDue);
         connect(&m_timer, &RunTimer::looked, &m_shell, &Shell::refresh);
         connect(qApp, &QGuiApplication::applicationStateChanged, &m_timer,
@@ -98,7 +98,7 @@ public:
             &m_main.window(), &QQuickWindow::frameSwapped, this,
             [this] { m_app.store().prepareSaves(); },
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
-        m_main.heed(*m_motion);
+        m_main.observe(*m_motion);
         m_main.raise();
     }
 
@@ -126,7 +126,7 @@ private:
         m_main.finishEditing();
         m_main.window().hide();
         m_instance.close();
-        co_await m_door.closed();
+        co_await m_commands.closed();
         co_await m_shell.stopped();
         m_app.store().flush();
         m_app.preferences().flush();
@@ -167,7 +167,7 @@ private:
     std::unique_ptr<MotionSetting> m_motion;
     MainWindow m_main;
     Tray m_tray;
-    CommandDoor m_door;
+    CommandServer m_commands;
     SingleInstance &m_instance;
     RunTimer m_timer;
     std::function<void()> m_left;
@@ -182,8 +182,8 @@ public:
         QGuiApplication::setQuitOnLastWindowClosed(false);
         QGuiApplication::setWindowIcon(Tray::picture(0));
         connect(&m_instance, &SingleInstance::raiseAsked, this, [this] { raise(); });
-        connect(&m_door, &QuitDoor::quitAsked, this, [this] { quit(); });
-        connect(&m_door, &QuitDoor::keepAsked, this, [this] {
+        connect(&m_quitHandler, &QuitHandler::quitAsked, this, [this] { quit(); });
+        connect(&m_quitHandler, &QuitHandler::keepAsked, this, [this] {
             if (m_gui) {
                 m_gui->keep();
             }
@@ -208,17 +208,18 @@ private:
             Opening opening(m_app.appLock(), m_app.lock(), m_instance, m_app.topicsFile());
             connect(&opening, &Opening::waiting, this, &Program::wait);
             if (co_await opening.begin(m_giveUp.token()) == Opening::Outcome::Raised) {
-                m_door.left();
+                m_quitHandler.left();
                 co_return;
             }
             if (m_waiting) {
                 m_app.preferences().reload();
             }
-            m_gui = std::make_unique<Gui>(m_app, m_adapters, m_instance, [this] { m_door.left(); });
+            m_gui = std::make_unique<Gui>(m_app, m_adapters, m_instance,
+                                          [this] { m_quitHandler.left(); });
             m_waiting.reset();
             co_return;
         } catch (const Cancelled &) {
-            m_door.left();
+            m_quitHandler.left();
             co_return;
         } catch (const std::system_error &error) {
             problem = systemRefusalText(error);
@@ -242,12 +243,12 @@ private:
                 QStringLiteral("there is no place for the topics, and so no lock to give back"));
         }
         if (isHeard()) {
-            m_door.left(1);
+            m_quitHandler.left(1);
             return;
         }
         m_refusal = std::make_unique<QMessageBox>(QMessageBox::Critical, QStringLiteral("vorle"),
                                                   problem, QMessageBox::Close);
-        connect(m_refusal.get(), &QMessageBox::finished, this, [this] { m_door.left(1); });
+        connect(m_refusal.get(), &QMessageBox::finished, this, [this] { m_quitHandler.left(1); });
         m_refusal->show();
     }
 
@@ -273,7 +274,7 @@ private:
 
     Application &m_app;
     const GuiAdapters &m_adapters;
-    QuitDoor m_door;
+    QuitHandler m_quitHandler;
     SingleInstance m_instance;
     CancelSource m_giveUp;
     std::unique_ptr<WaitingWindow> m_waiting;
@@ -296,7 +297,7 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, bool demo) {
         const std::unique_ptr<Demonstration> demonstration = demo ? enterDemonstration() : nullptr;
         Application app(setupFor(demonstration.get(), adapters.installedApps));
         if (demonstration) {
-            demonstration->furnish(app.preferences());
+            demonstration->populate(app.preferences());
         }
         Program program(app, adapters);
         const Interrupts interrupts;

@@ -1,6 +1,6 @@
 #include "app/window/MainWindow.h"
 
-#include "app/window/HeldKeys.h"
+#include "app/window/KeyRepeatFilter.h"
 #include "app/window/Shell.h"
 #include "platform/MotionSetting.h"
 
@@ -51,7 +51,7 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     m_window = qobject_cast<QQuickWindow *>(m_screens.get());
     restorePlace();
     m_window->installEventFilter(this);
-    new HeldKeys(*m_window);
+    new KeyRepeatFilter(*m_window);
     connect(m_window, SIGNAL(quitAsked()), this, SIGNAL(quitAsked()));
     connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
 }
@@ -62,7 +62,7 @@ MainWindow::~MainWindow() {
     }
 }
 
-void MainWindow::heed(MotionSetting &motion) {
+void MainWindow::observe(MotionSetting &motion) {
     m_motion = &motion;
     motion.follow([this] { followSystem(); });
     followSystem();
@@ -84,10 +84,10 @@ void MainWindow::restorePlace() {
     constexpr int stands = 400;
     m_moved.setSingleShot(true);
     m_moved.setInterval(stands);
-    connect(&m_moved, &QTimer::timeout, this, &MainWindow::notePlace);
+    connect(&m_moved, &QTimer::timeout, this, &MainWindow::saveWindowGeometry);
 }
 
-void MainWindow::notePlace() {
+void MainWindow::saveWindowGeometry() {
     const QWindow::Visibility now = m_window->visibility();
     if (now == QWindow::Windowed) {
         m_state.setPlace(m_window->geometry());
@@ -135,7 +135,7 @@ void MainWindow::toggleStatus(const QRect &item) {
                 m_statusGone.start();
             }
         });
-        new HeldKeys(*made);
+        new KeyRepeatFilter(*made);
         // On X11 task bars list tool windows, and pass over tool bars; elsewhere it says nothing.
         constexpr int toolBar = 0x8;
         made->setProperty("_q_xcb_wm_window_type", toolBar);
@@ -180,7 +180,7 @@ void MainWindow::askToClose() {
 }
 
 void MainWindow::keepPlace() {
-    notePlace();
+    saveWindowGeometry();
     m_state.section = static_cast<int>(m_shell.sections()->current());
     m_state.save(m_topicsFile);
 }

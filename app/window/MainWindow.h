@@ -35,7 +35,7 @@ public:
 
     /// Moves as much as the system asks for, from now on; without it, everything moves. `motion`
     /// outlives the window.
-    void heed(MotionSetting &motion);
+    void observe(MotionSetting &motion);
 
     /// Shows the window and brings it to the front.
     Q_SLOT void raise();
@@ -65,7 +65,7 @@ private:
     bool motionIsReduced() const;
     void followSystem();
     void restorePlace();
-    void notePlace();
+    void saveWindowGeometry();
 
     Shell &m_shell;
     QString m_topicsFile;

@@ -17,20 +17,20 @@ Task<Opening::Outcome> Opening::begin(CancelToken cancel) {
         if (co_await SingleInstance::raiseRunning(m_file)) {
             co_return Outcome::Raised;
         }
-        stillWaits(Holder::App);
+        noteWaiting(Holder::App);
         co_await sleepFor(pause, cancel);
     }
     m_instance.listen();
     while (!m_topics.tryLock()) {
-        stillWaits(Holder::Command);
+        noteWaiting(Holder::Command);
         co_await sleepFor(pause, cancel);
     }
     m_instance.serve();
     co_return Outcome::Open;
 }
 
-void Opening::stillWaits(Holder holder) {
-    if (m_told != holder && std::chrono::milliseconds(m_since.elapsed()) >= wordless) {
+void Opening::noteWaiting(Holder holder) {
+    if (m_told != holder && std::chrono::milliseconds(m_since.elapsed()) >= silentWait) {
         m_told = holder;
         Q_EMIT waiting(holder);
     }

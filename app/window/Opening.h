@@ -31,7 +31,7 @@ public:
     Q_ENUM(Holder)
 
     /// How long a start waits before there is a word on it: an app that opens or ends takes less.
-    static constexpr std::chrono::milliseconds wordless = std::chrono::milliseconds(700);
+    static constexpr std::chrono::milliseconds silentWait = std::chrono::milliseconds(700);
 
     Opening(StoreLock &app, StoreLock &topics, SingleInstance &instance, QString topicsFile)
         : m_app(app), m_topics(topics), m_instance(instance), m_file(std::move(topicsFile)) {}
@@ -47,7 +47,7 @@ Q_SIGNALS:
     void waiting(vorle::Opening::Holder holder);
 
 private:
-    void stillWaits(Holder holder);
+    void noteWaiting(Holder holder);
 
     StoreLock &m_app;
     StoreLock &m_topics;

@@ -25,7 +25,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_inbox = std::make_unique<TopicListModel>(store, Section::Inbox, app.clock());
     m_program = std::make_unique<TopicListModel>(store, Section::Program, app.clock());
     m_reserve = std::make_unique<TopicListModel>(store, Section::Reserve, app.clock());
-    m_reserve->heed(app.engine().finds());
+    m_reserve->observe(app.engine().finds());
     m_library = std::make_unique<TopicListModel>(store, Section::Library, app.clock());
     m_decisions = std::make_unique<Decisions>(store);
     m_keyboard = std::make_unique<KeyboardMap>(app.agent().locator().choose());
@@ -59,12 +59,13 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     });
     connect(&store, &TopicStore::saveFailed, this,
             [this](const QString &text) { tell(Matter::Save, text); });
-    connect(&store, &TopicStore::saved, this, [this] { noLonger(Matter::Save); });
+    connect(&store, &TopicStore::saved, this, [this] { dismissNotices(Matter::Save); });
     connect(&preferences, &Preferences::saveFailed, this,
             [this](const QString &text) { tell(Matter::SettingsFile, text); });
-    connect(&preferences, &Preferences::saved, this, [this] { noLonger(Matter::SettingsFile); });
+    connect(&preferences, &Preferences::saved, this,
+            [this] { dismissNotices(Matter::SettingsFile); });
     // Taken up by a command too.
-    connect(&store, &TopicStore::topicsReset, this, [this] { noLonger(Matter::Found); });
+    connect(&store, &TopicStore::topicsReset, this, [this] { dismissNotices(Matter::Found); });
     QStringList found;
     if (parts.released > 0) {
         found += releasedText(parts.released);
@@ -107,7 +108,7 @@ void Shell::changeSetting(const QString &key, const QVariant &value) {
     if (problem) {
         tell(Matter::Settings, *problem);
     } else {
-        noLonger(Matter::Settings);
+        dismissNotices(Matter::Settings);
     }
 }
 
@@ -119,7 +120,7 @@ void Shell::openLink(const QString &url) {
 
 void Shell::dismissNotice() {
     if (!m_notices.isEmpty()) {
-        noLonger(m_notices.last().matter);
+        dismissNotices(m_notices.last().matter);
     }
 }
 
@@ -153,7 +154,7 @@ void Shell::takeRemedy() {
         }
         return;
     }
-    noLonger(matter); // it is told again where it fails again
+    dismissNotices(matter); // it is told again where it fails again
     if (matter == Matter::Save) {
         m_parts.app.store().save();
     } else if (matter == Matter::Capture) {
@@ -177,7 +178,7 @@ Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic
         co_return;
     }
     if (problem.isEmpty()) {
-        self->noLonger(Matter::FirstStep);
+        self->dismissNotices(Matter::FirstStep);
     } else {
         self->tell(Matter::FirstStep, problem); // whole, and until it was read
     }
@@ -284,7 +285,7 @@ void Shell::dropSettledLinks() {
         return; // one that was put away does not come back for it
     }
     if (m_failedLinks.isEmpty()) {
-        noLonger(Matter::Capture);
+        dismissNotices(Matter::Capture);
     } else {
         told->text = shownWords(failedLinksText()); // in its place among the others
         Q_EMIT noticeChanged();
@@ -338,7 +339,7 @@ void Shell::tell(Matter matter, const QString &text) {
 
 void Shell::say(const QString &sentence) { Q_EMIT said(shownWords(sentence)); }
 
-void Shell::noLonger(Matter matter) {
+void Shell::dismissNotices(Matter matter) {
     if (erase_if(m_notices, [matter](const Notice &each) { return each.matter == matter; }) > 0) {
         Q_EMIT noticeChanged();
     }

@@ -11,7 +11,7 @@
 #include "app/models/TopicSearch.h"
 #include "app/window/TopicPage.h"
 #include "base/Async.h"
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "search/run/LinkCapture.h"
 
 #include <QObject>
@@ -168,7 +168,7 @@ private:
         QString text;
     };
     void tell(Matter matter, const QString &text);
-    void noLonger(Matter matter);
+    void dismissNotices(Matter matter);
     void say(const QString &sentence);
 
     static Task<> launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic);

@@ -8,9 +8,9 @@ namespace vorle {
 
 namespace {
 
-constexpr int patienceMs = 2000;
+constexpr int timeoutMs = 2000;
 /// Commands under way and callers that have not asked yet.
-constexpr qsizetype mostCallers = 16;
+constexpr qsizetype maxCallers = 16;
 
 } // namespace
 
@@ -25,15 +25,15 @@ SingleInstance::SingleInstance(const QString &topicsFile, QObject *parent)
 }
 
 void SingleInstance::welcome(QLocalSocket *socket) {
-    auto *caller = new AppConnection(socket, AppConnection::longestRequest, this);
+    auto *caller = new AppConnection(socket, AppConnection::maxRequestBytes, this);
     connect(caller, &AppConnection::closed, caller, &QObject::deleteLater);
-    if (findChildren<AppConnection *>(Qt::FindDirectChildrenOnly).size() > mostCallers) {
+    if (findChildren<AppConnection *>(Qt::FindDirectChildrenOnly).size() > maxCallers) {
         caller->close();
         return;
     }
     auto *patience = new QTimer(caller);
     connect(patience, &QTimer::timeout, caller, &AppConnection::close);
-    patience->start(patienceMs);
+    patience->start(timeoutMs);
     connect(
         caller, &AppConnection::received, this,
         [this, caller, patience](const AppMessage &message) {
@@ -65,7 +65,7 @@ void SingleInstance::close() {
 
 Task<bool> SingleInstance::raiseRunning(QString topicsFile) {
     auto *socket = new QLocalSocket;
-    AppConnection app(socket, AppConnection::longestAnswer);
+    AppConnection app(socket, AppConnection::maxAnswerBytes);
     const OneShot over;
     bool raised = false;
     connect(&app, &AppConnection::closed, &app, [over] { over.fire(); });
@@ -77,7 +77,7 @@ Task<bool> SingleInstance::raiseRunning(QString topicsFile) {
             over.fire();
         }
     });
-    QTimer::singleShot(patienceMs, &app, &AppConnection::close);
+    QTimer::singleShot(timeoutMs, &app, &AppConnection::close);
     socket->connectToServer(appSocketName(topicsFile));
     co_await over;
     co_return raised;

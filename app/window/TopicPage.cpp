@@ -23,8 +23,8 @@ QVariantList partList(const QList<Brief::Part> &parts) {
 
 } // namespace
 
-TopicPage::TopicPage(TopicStore &store, ScoreNotes &notes, BriefWriter &briefs, const Clock &clock,
-                     QObject *parent)
+TopicPage::TopicPage(TopicStore &store, ScoreProvenanceLog &notes, BriefWriter &briefs,
+                     const Clock &clock, QObject *parent)
     : QObject(parent), m_store(store), m_notes(notes), m_briefs(briefs), m_clock(clock) {
     connect(&briefs, &BriefWriter::failedChanged, this, &TopicPage::briefFailureChanged);
     connect(&store, &TopicStore::topicChanged, this, [this](const QUuid &id) {
@@ -50,7 +50,7 @@ void TopicPage::take(const QUuid &id) {
     m_id = id;
     m_topic = m_store.topic(id);
     m_score = m_topic ? openScore(*m_topic, m_notes.note(id), m_clock.now().toLocalTime().date())
-                      : OpenScore();
+                      : ScoreExplanation();
     Q_EMIT topicChanged();
     Q_EMIT briefFailureChanged();
 }
@@ -62,7 +62,7 @@ QString TopicPage::seenText() const {
 
 QVariantList TopicPage::grades() const {
     QVariantList list;
-    for (const OpenScore::Grade &grade : m_score.grades) {
+    for (const ScoreExplanation::Grade &grade : m_score.grades) {
         list += QVariantMap{{QStringLiteral("name"), grade.label},
                             {QStringLiteral("grade"), grade.grade}};
     }
@@ -71,7 +71,7 @@ QVariantList TopicPage::grades() const {
 
 QVariantList TopicPage::facts() const {
     QVariantList list;
-    for (const OpenScore::Fact &fact : m_score.facts) {
+    for (const ScoreExplanation::Fact &fact : m_score.facts) {
         list += QVariantMap{{QStringLiteral("label"), fact.label},
                             {QStringLiteral("text"), shownWords(fact.text)}};
     }

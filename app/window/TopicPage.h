@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/labels/OpenScore.h"
+#include "app/labels/ScoreExplanation.h"
 #include "base/Clock.h"
 #include "core/TopicStore.h"
 
@@ -41,7 +41,7 @@ class TopicPage final : public QObject {
 public:
     /// `notes`, `briefs` and `clock` outlive it, as the store does. What is asked of it is asked of
     /// `briefs`.
-    TopicPage(TopicStore &store, ScoreNotes &notes, BriefWriter &briefs, const Clock &clock,
+    TopicPage(TopicStore &store, ScoreProvenanceLog &notes, BriefWriter &briefs, const Clock &clock,
               QObject *parent = nullptr);
 
     QString topicId() const;
@@ -66,12 +66,12 @@ private:
     void take(const QUuid &id);
 
     TopicStore &m_store;
-    ScoreNotes &m_notes;
+    ScoreProvenanceLog &m_notes;
     BriefWriter &m_briefs;
     const Clock &m_clock;
     QUuid m_id;
     TopicPtr m_topic;
-    OpenScore m_score;
+    ScoreExplanation m_score;
 };
 
 } // namespace vorle

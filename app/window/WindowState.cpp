@@ -24,7 +24,7 @@ WindowState WindowState::load(const QString &topicsFile) {
     }
     WindowState state;
     try {
-        const auto bytes = readWhole(besideTopics(topicsFile, QStringLiteral("window.json")));
+        const auto bytes = readWhole(sidecarPath(topicsFile, QStringLiteral("window.json")));
         if (bytes) {
             state = json::decode<WindowState>(*bytes);
         }
@@ -44,7 +44,7 @@ void WindowState::save(const QString &topicsFile) const {
     }
     const QByteArray bytes = json::encode(*this, json::Style::Pretty);
     try {
-        const QString file = besideTopics(topicsFile, QStringLiteral("window.json"));
+        const QString file = sidecarPath(topicsFile, QStringLiteral("window.json"));
         replaceable<WindowState>(file, QDateTime::currentDateTime()); // what it is none of is kept
         replaceWhole(file, bytes);
     } catch (const std::exception &error) {

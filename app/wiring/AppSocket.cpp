@@ -44,7 +44,7 @@ void AppConnection::send(const AppMessage &message) {
     if (!m_open) {
         return;
     }
-    if (m_socket->bytesToWrite() > longestAnswer) {
+    if (m_socket->bytesToWrite() > maxAnswerBytes) {
         close();
         return;
     }

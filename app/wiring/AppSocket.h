@@ -70,8 +70,8 @@ QString appSocketName(const QString &topicsFile);
 class AppConnection final : public QObject {
     Q_OBJECT
 public:
-    static constexpr qsizetype longestRequest = 1 << 20; ///< bytes of a message to the app
-    static constexpr qsizetype longestAnswer = 64 << 20;
+    static constexpr qsizetype maxRequestBytes = 1 << 20; ///< bytes of a message to the app
+    static constexpr qsizetype maxAnswerBytes = 64 << 20;
 
     /// Takes over the socket, connected or about to be. A message of more than `longest` bytes is
     /// none.

@@ -37,9 +37,9 @@ TopicStore &Application::store() {
     return *m_store;
 }
 
-ScoreNotes &Application::notes() {
+ScoreProvenanceLog &Application::notes() {
     if (!m_notes) {
-        m_notes = std::make_unique<ScoreNotes>(store(), m_clock);
+        m_notes = std::make_unique<ScoreProvenanceLog>(store(), m_clock);
     }
     return *m_notes;
 }

@@ -60,11 +60,11 @@ std::optional<QDateTime> RunTimer::dueAfter(const QDateTime &moment, const QTime
 void RunTimer::arm() {
     const QDateTime now = m_clock.now();
     m_next = dueAfter(now, m_zone);
-    auto wait = longestWait;
+    auto wait = maxWait;
     if (m_next) {
         // A whole second more: one that looked a moment early would only have to look again.
         const auto left = std::chrono::milliseconds(now.msecsTo(*m_next) + 1000);
-        wait = std::clamp(left, std::chrono::milliseconds(1000), longestWait);
+        wait = std::clamp(left, std::chrono::milliseconds(1000), maxWait);
     }
     m_timer.start(wait);
 }

@@ -22,7 +22,7 @@ class RunTimer final : public QObject {
     Q_OBJECT
 public:
     /// How far apart two looks at the clock are at most.
-    static constexpr std::chrono::milliseconds longestWait = std::chrono::minutes(10);
+    static constexpr std::chrono::milliseconds maxWait = std::chrono::minutes(10);
     /// How late a run still starts by itself: one look, and what a coarse timer adds to it.
     static constexpr std::chrono::milliseconds grace = std::chrono::minutes(12);
 

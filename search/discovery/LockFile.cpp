@@ -24,7 +24,7 @@ constexpr qint64 maxLockBytes = 20'000'000;
 /// both are shown and put into prompts.
 bool isWord(const QString &text) {
     constexpr qsizetype longest = 200;
-    return heldLine(text, longest) == text;
+    return clampedLine(text, longest) == text;
 }
 
 /// What a lock file holds of the dependencies asked for, the lowest version of each.

@@ -50,7 +50,7 @@ public:
                     next = std::min(m_text.find('<', next + 1), m_text.size());
                 }
                 mendText(at, next);
-            } else if (m_ampersand < next || next - at > longestText) {
+            } else if (m_ampersand < next || next - at > maxTextBytes) {
                 const std::size_t text = endOfTag(at, next);
                 if (text == nowhere) {
                     break;
@@ -70,8 +70,8 @@ public:
     }
 
 private:
-    static constexpr std::size_t longestText = 5'000;
-    static constexpr int mostAttributes = 512;
+    static constexpr std::size_t maxTextBytes = 5'000;
+    static constexpr int maxAttributes = 512;
     static constexpr std::string_view section = "<![CDATA[";
     static constexpr std::string_view sectionEnd = "]]>";
 
@@ -109,8 +109,8 @@ private:
         const std::size_t after = found + end.size();
         if (!kept) {
             replace(at, after, {});
-        } else if (found - at > longestText) {
-            replace(wholeCharacters(at + longestText), found, {});
+        } else if (found - at > maxTextBytes) {
+            replace(wholeCharacters(at + maxTextBytes), found, {});
         }
         const std::size_t next = std::min(m_text.find('<', after), m_text.size());
         lookFrom(after);
@@ -130,7 +130,7 @@ private:
                 return at + 1;
             } else if (c == '"' || c == '\'') {
                 quote = c;
-                if (++attributes > mostAttributes) {
+                if (++attributes > maxAttributes) {
                     return nowhere;
                 }
             }
@@ -180,12 +180,12 @@ private:
     /// a "<" or is long.
     void mendText(std::size_t from, std::size_t end) {
         const bool needed =
-            from < end && (m_ampersand < end || m_text[from] == '<' || end - from > longestText);
+            from < end && (m_ampersand < end || m_text[from] == '<' || end - from > maxTextBytes);
         if (!needed) {
             return;
         }
         replace(from, end, section);
-        std::array<char, longestText + 4> buffer; // one character may pass the limit
+        std::array<char, maxTextBytes + 4> buffer; // one character may pass the limit
         const std::string_view text(buffer.data(), decode(from, end, buffer.data()));
         std::size_t written = 0;
         for (std::size_t found = 0; (found = text.find(sectionEnd, written)) != nowhere;) {
@@ -198,18 +198,18 @@ private:
         lookFrom(end);
     }
 
-    /// Writes the text with its references decoded, up to longestText; gives the size.
+    /// Writes the text with its references decoded, up to maxTextBytes; gives the size.
     std::size_t decode(std::size_t at, std::size_t end, char *out) {
         std::size_t size = 0;
-        while (at < end && size < longestText) {
+        while (at < end && size < maxTextBytes) {
             if (at == m_ampersand) {
                 at += decodeReference(m_text.substr(at, end - at), out, size);
                 lookFrom(at);
                 continue;
             }
             std::size_t stop = std::min(m_ampersand, end);
-            if (stop - at > longestText - size) {
-                end = stop = wholeCharacters(at + longestText - size);
+            if (stop - at > maxTextBytes - size) {
+                end = stop = wholeCharacters(at + maxTextBytes - size);
             }
             std::memcpy(out + size, m_text.data() + at, stop - at);
             size += stop - at;

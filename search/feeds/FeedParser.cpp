@@ -19,17 +19,17 @@ namespace vorle {
 namespace {
 
 constexpr int deepest = 256;
-constexpr int mostNamespaces = 256;
+constexpr int maxNamespaces = 256;
 /// Different names, of elements, attributes, prefixes and namespaces: libxml2 keeps them all, in
 /// lists that grow with them. No vocabulary has a hundredth of that.
-constexpr int mostNames = 20'000;
+constexpr int maxNames = 20'000;
 /// Addresses that take more than a look to resolve, in the whole feed.
-constexpr int mostResolved = 20'000;
-constexpr qsizetype mostItems = 2'000;
+constexpr int maxResolved = 20'000;
+constexpr qsizetype maxItems = 2'000;
 constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype summaryCharacters = 400;
-constexpr std::size_t longestLink = feedLinkLimit;
-constexpr std::size_t longestBase = 512;
+constexpr std::size_t maxLinkBytes = feedLinkLimit;
+constexpr std::size_t maxBaseBytes = 512;
 
 struct GatheredText {
     std::string utf8;
@@ -40,7 +40,7 @@ struct GatheredText {
 constexpr std::size_t bytesOf(Role role) {
     switch (role) {
     case Role::Link:
-        return longestLink + 8; // one that was cut is still too long
+        return maxLinkBytes + 8; // one that was cut is still too long
     case Role::Published:
     case Role::Dated:
     case Role::Updated:
@@ -105,8 +105,8 @@ private:
 
 void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *uri, int namespaces,
                      const Attributes &attributes) {
-    if (m_depth == deepest || xmlDictSize(m_parser->dict) > mostNames ||
-        m_namespaces[static_cast<std::size_t>(m_depth)] + namespaces > mostNamespaces) {
+    if (m_depth == deepest || xmlDictSize(m_parser->dict) > maxNames ||
+        m_namespaces[static_cast<std::size_t>(m_depth)] + namespaces > maxNamespaces) {
         xmlStopParser(m_parser);
         return;
     }
@@ -122,7 +122,7 @@ void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *
         }
     }
     if (const std::string base = attributes.value("base", "xml");
-        !base.empty() && base.size() <= longestBase) {
+        !base.empty() && base.size() <= maxBaseBytes) {
         m_bases.push_back({m_depth, QByteArray::fromStdString(base), std::nullopt});
     }
     if (m_gathering != nullptr && !isInlineElement(word)) {
@@ -154,7 +154,7 @@ const QUrl &Gatherer::base() {
     for (++at; at < m_bases.size(); ++at) {
         const QUrl &outer = *m_bases[at - 1].address;
         const QUrl sum = outer.resolved(QUrl(QString::fromUtf8(m_bases[at].written)));
-        const bool fits = static_cast<std::size_t>(sum.toString().size()) <= longestBase;
+        const bool fits = static_cast<std::size_t>(sum.toString().size()) <= maxBaseBytes;
         m_bases[at].address = fits ? sum : outer;
         ++m_resolved;
     }
@@ -210,7 +210,7 @@ void Gatherer::startText(Role role, Vocabulary vocabulary, const Attributes &att
 }
 
 void Gatherer::offerLink(LinkRank rank, std::string_view link) {
-    if (rank >= m_linkRank || link.size() > longestLink || m_resolved > mostResolved) {
+    if (rank >= m_linkRank || link.size() > maxLinkBytes || m_resolved > maxResolved) {
         return;
     }
     QString address = absoluteLink(link);
@@ -218,7 +218,7 @@ void Gatherer::offerLink(LinkRank rank, std::string_view link) {
         ++m_resolved;
         address = resolvedLink(link, base());
     }
-    if (!address.isEmpty() && static_cast<std::size_t>(address.size()) <= longestLink) {
+    if (!address.isEmpty() && static_cast<std::size_t>(address.size()) <= maxLinkBytes) {
         m_link = std::move(address);
         m_linkRank = rank;
     }
@@ -308,7 +308,7 @@ void Gatherer::closeItem() {
     m_linkRank = NoLink;
     m_gathering = nullptr;
     m_itemDepth = 0;
-    if (m_items.size() == mostItems) {
+    if (m_items.size() == maxItems) {
         xmlStopParser(m_parser);
     }
 }
@@ -347,8 +347,8 @@ std::optional<QList<FeedItem>> parseFeed(QByteArrayView bytes, QByteArrayView co
         return true;
     }();
     QByteArrayView taken = bytes;
-    if (bytes.size() > feedByteLimit) {
-        taken = bytes.first(bytes.first(feedByteLimit).lastIndexOf('>') + 1);
+    if (bytes.size() > maxFeedBytes) {
+        taken = bytes.first(bytes.first(maxFeedBytes).lastIndexOf('>') + 1);
     }
     const QByteArray document = feedDocument(taken, contentType);
     if (!ready || document.isEmpty()) {

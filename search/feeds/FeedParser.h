@@ -22,7 +22,7 @@ struct FeedItem {
 };
 
 /// What is read of a feed, in bytes; the rest is as if it had never been sent.
-inline constexpr qsizetype feedByteLimit = 10'000'000;
+inline constexpr qsizetype maxFeedBytes = 10'000'000;
 /// An item whose link is longer is not kept: a link is never cut.
 inline constexpr qsizetype feedLinkLimit = 2'000;
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::seconds deadline{12};
 constexpr qint64 pageBytes = 3'000'000;
-constexpr qsizetype sitesAtOnce = 32;
+constexpr qsizetype maxConcurrentSites = 32;
 
 constexpr int newestItems = 15;
 constexpr int checkDays = 7;
@@ -199,7 +199,7 @@ Task<FeedReading> Feeds::read(QString feedAddress, QString site, CancelToken can
     if (url.isEmpty()) {
         co_return FeedReading{};
     }
-    const HttpResponse response = co_await fetch(url, feedByteLimit, cancel, reach);
+    const HttpResponse response = co_await fetch(url, maxFeedBytes, cancel, reach);
     if (!response.ok()) {
         FeedReading unread;
         unread.gone = response.status == 404 || response.status == 410;
@@ -255,7 +255,7 @@ Task<FeedsForRun> Feeds::itemsForRun(QList<PrioritySite> sites, QSet<QString> kn
                             SiteRun *out) -> Task<> {
         *out = co_await self->readSite(std::move(site), std::move(token));
     };
-    co_await forEachBounded(sites.size(), sitesAtOnce, [&](qsizetype i) {
+    co_await forEachBounded(sites.size(), maxConcurrentSites, [&](qsizetype i) {
         return readOne(this, sites[i], cancel, &runs[static_cast<std::size_t>(i)]);
     });
     FeedsForRun all;

@@ -30,18 +30,18 @@ struct FeedReading {
 };
 
 /// What became of one site, for the report of a run.
-struct SiteReading {
+struct SiteFeedResult {
     QString address; ///< as the user typed it
     FeedOutcome outcome = FeedOutcome::Unreachable;
     qsizetype items = 0; ///< handed to the screening
 
-    bool operator==(const SiteReading &) const = default;
+    bool operator==(const SiteFeedResult &) const = default;
 };
 
 struct FeedsForRun {
-    QList<FeedItem> items;      ///< site by site, in the sites' order, newest first in each
-    QList<PrioritySite> sites;  ///< those given, with what discovery found: for Preferences
-    QList<SiteReading> reports; ///< one for each site
+    QList<FeedItem> items;         ///< site by site, in the sites' order, newest first in each
+    QList<PrioritySite> sites;     ///< those given, with what discovery found: for Preferences
+    QList<SiteFeedResult> reports; ///< one for each site
 };
 
 /// The address a person typed for a site, "https://" in front when it has no scheme; an invalid

@@ -5,18 +5,18 @@
 
 namespace vorle {
 
-Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
+Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeBrief> brief,
                  CancelToken cancel)
     : m_tools(std::move(tools))
-    , m_book(book)
+    , m_recorder(book)
     , m_cancel(cancel)
     , m_pipeline(m_tools.asker)
     , m_brief(std::move(brief))
     , m_judging(
           m_tools.asker, m_brief, cancel,
           {.called =
-               [this](double seconds, double costUSD, RunBook::CallEnd end) {
-                   m_book.noteCall(RunStep::Judge, seconds, costUSD, end);
+               [this](double seconds, double costUSD, RunRecorder::CallEnd end) {
+                   m_recorder.noteCall(RunStep::Judge, seconds, costUSD, end);
                },
            .judged = [this](const auto &batch, const auto &verdicts) { keep(batch, verdicts); },
            .failed =
@@ -30,9 +30,9 @@ Harvest::Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> b
 
 void Harvest::take(const Candidate &candidate, const Origins &origins) {
     const auto place = static_cast<qsizetype>(m_items.size());
-    const LinkLedger::Claim claim = this->claim(candidate.url, place);
-    ScopeReport &scope = m_book.report.scopes[origins.report];
-    if (claim.standing == LinkLedger::Standing::Held) {
+    const LinkRegistry::Claim claim = this->claim(candidate.url, place);
+    ScopeReport &scope = m_recorder.report.scopes[origins.report];
+    if (claim.standing == LinkRegistry::Standing::Held) {
         ++scope.known;
         return;
     }
@@ -47,20 +47,20 @@ void Harvest::take(const Candidate &candidate, const Origins &origins) {
     if (proposals.isEmpty()) {
         propose(nullptr);
     }
-    if (claim.standing == LinkLedger::Standing::Same) {
+    if (claim.standing == LinkRegistry::Standing::Same) {
         ++scope.merged;
         join(claim.item, proposals, {{candidate.title, candidate.url}});
         return;
     }
     m_items.emplace_back(candidate, std::move(proposals));
-    ++m_book.progress.candidates;
+    ++m_recorder.progress.candidates;
     m_reads.add(read(place));
 }
 
 /// Asks whose a link is. A topic that holds it was come upon again by that.
-LinkLedger::Claim Harvest::claim(const QString &link, qsizetype place) {
-    const LinkLedger::Claim claim = m_ledger.claim(link, place);
-    if (claim.standing == LinkLedger::Standing::Held) {
+LinkRegistry::Claim Harvest::claim(const QString &link, qsizetype place) {
+    const LinkRegistry::Claim claim = m_ledger.claim(link, place);
+    if (claim.standing == LinkRegistry::Standing::Held) {
         m_notes.add(m_tools.finds.note(claim.topic));
     }
     return claim;
@@ -77,8 +77,8 @@ void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
     }
     item.join(proposals, sources);
     if (wasOld && passOn(place)) {
-        ++m_book.progress.candidates;
-        m_book.report.notNewer.removeIf(
+        ++m_recorder.progress.candidates;
+        m_recorder.report.notNewer.removeIf(
             [&](const DroppedLink &old) { return old.url == item.url; });
     } else if (item.stage == Item::Stage::Taken) {
         item.keepFresh();
@@ -112,10 +112,10 @@ Task<> Harvest::finishNotes() { return finish(m_notes); }
 
 /// A picture for each of a topic's first sources, in their order.
 Task<> Harvest::fetchPictures(QUuid id) {
-    constexpr qsizetype mostPictures = 4;
+    constexpr qsizetype maxPictures = 4;
     const TopicPtr topic = m_tools.store.topic(id);
     std::vector<Task<std::optional<Picture>>> pictures;
-    for (qsizetype i = 0; topic && i < std::min(topic->sources.size(), mostPictures); ++i) {
+    for (qsizetype i = 0; topic && i < std::min(topic->sources.size(), maxPictures); ++i) {
         pictures.push_back(m_tools.images.picture(topic->sources[i].url, m_cancel));
     }
     QList<Picture> gallery;
@@ -133,9 +133,9 @@ Task<> Harvest::read(qsizetype place) {
     Item &item = at(place);
     item.page = co_await m_tools.reader.read(item.url, m_cancel);
     if (leadsElsewhere(place) || !passOn(place)) {
-        --m_book.progress.candidates;
+        --m_recorder.progress.candidates;
     }
-    m_book.tell();
+    m_recorder.tell();
 }
 
 /// Whether the link led to a page that is held already, or that another item has: it then has all
@@ -145,15 +145,15 @@ bool Harvest::leadsElsewhere(qsizetype place) {
     if (item.isUnread() || !namesOnePage(item.page.finalUrl)) {
         return false;
     }
-    const LinkLedger::Claim claim = this->claim(item.page.finalUrl, place);
-    if (claim.standing == LinkLedger::Standing::New) {
+    const LinkRegistry::Claim claim = this->claim(item.page.finalUrl, place);
+    if (claim.standing == LinkRegistry::Standing::New) {
         return false;
     }
     m_ledger.give(place, claim);
-    ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
+    ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     QList<TopicSource> sources = item.otherSources;
     sources.prepend({item.candidate().title, item.url});
-    if (claim.standing == LinkLedger::Standing::Held) {
+    if (claim.standing == LinkRegistry::Standing::Held) {
         ++scope.known;
         m_tools.store.addSources(claim.topic, sources);
     } else {
@@ -171,8 +171,8 @@ bool Harvest::passOn(qsizetype place) {
     if (fresh.isEmpty()) {
         item.stage = Item::Stage::OldNews;
         for (const DroppedLink &link : old) {
-            if (!m_book.report.notNewer.contains(link)) {
-                m_book.report.notNewer += link;
+            if (!m_recorder.report.notNewer.contains(link)) {
+                m_recorder.report.notNewer += link;
             }
         }
         return false;
@@ -180,13 +180,13 @@ bool Harvest::passOn(qsizetype place) {
     item.stage = Item::Stage::Taken;
     item.proposals = fresh;
     count(item.page.level);
-    ++m_book.progress.read;
+    ++m_recorder.progress.read;
     putToJudge(place);
     return true;
 }
 
 void Harvest::count(ReadLevel level) {
-    ReadCounts &read = m_book.report.read;
+    ReadCounts &read = m_recorder.report.read;
     switch (level) {
     case ReadLevel::Full:
         ++read.full;
@@ -227,7 +227,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     QList<Topic> added;
     QList<JudgeCandidate> unanswered;
     QList<QUuid> pictured; // a page that could not be read has no picture to give
-    QList<ScoreNote> notes;
+    QList<ScoreProvenance> notes;
     for (const JudgeCandidate &candidate : batch) {
         const auto verdict = verdicts.byId.constFind(candidate.id);
         if (verdict == verdicts.byId.cend()) {
@@ -237,28 +237,28 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         Item &item = at(Item::placeOf(candidate.id));
         Topic topic = item.topicFor(*verdict);
         topic.foundAt = m_tools.now();
-        topic.origin = m_book.report.scopes[item.proposals.first().report].origin;
+        topic.origin = m_recorder.report.scopes[item.proposals.first().report].origin;
         if (item.topic) { // dug up: judged once more, in its place
             topic.id = *item.topic;
             if (!m_tools.store.replacePending(std::move(topic))) {
                 continue; // the user has it as it was judged first
             }
-            ++m_book.report.dug;
+            ++m_recorder.report.dug;
         } else {
             item.topic = topic.id;
             added += std::move(topic);
-            Yield &yield = *m_book.report.scopes[item.proposals.first().report].yield;
+            Yield &yield = *m_recorder.report.scopes[item.proposals.first().report].yield;
             yield.topicIds += *item.topic;
             ++yield.added;
             noteSites(item);
-            ++m_book.progress.judged;
+            ++m_recorder.progress.judged;
         }
         notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
         if (!item.isUnread()) {
             pictured += *item.topic;
         }
     }
-    m_book.report.topicIds += m_tools.store.add(std::move(added));
+    m_recorder.report.topicIds += m_tools.store.add(std::move(added));
     if (!notes.isEmpty()) {
         m_notes.add(m_tools.notes.add(std::move(notes)));
     }
@@ -266,13 +266,13 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         m_pictures.add(fetchPictures(topic));
     }
     leave(unanswered, French::tr("L’IA n’a rien répondu pour ce lien."));
-    m_book.tell();
+    m_recorder.tell();
 }
 
 /// A card counts for every site whose feed it was kept from, whoever else brought it and whenever.
 void Harvest::noteSites(const Item &item) {
     for (const Proposal &proposal : item.proposals) {
-        for (SiteReport &site : *m_book.report.sites) {
+        for (SiteReport &site : *m_recorder.report.sites) {
             if (proposal.site == site.site && !site.yield.topicIds.contains(*item.topic)) {
                 site.yield.topicIds += *item.topic;
                 ++site.yield.added;
@@ -287,7 +287,7 @@ QStringList Harvest::leave(const QList<JudgeCandidate> &batch, const QString &re
     QStringList left;
     for (const JudgeCandidate &candidate : batch) {
         if (!at(Item::placeOf(candidate.id)).topic) {
-            m_book.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
+            m_recorder.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
             left += candidate.url;
         }
     }

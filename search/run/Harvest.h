@@ -1,11 +1,11 @@
 #pragma once
 
-#include "core/FoundAgain.h"
-#include "core/ScoreNotes.h"
+#include "core/RediscoveryLog.h"
+#include "core/ScoreProvenanceLog.h"
 #include "search/run/HarvestItem.h"
-#include "search/run/JudgingLine.h"
-#include "search/run/LinkLedger.h"
-#include "search/run/RunBook.h"
+#include "search/run/JudgingQueue.h"
+#include "search/run/LinkRegistry.h"
+#include "search/run/RunRecorder.h"
 #include "search/web/SourceImage.h"
 
 #include <QSet>
@@ -22,8 +22,8 @@ class Harvest {
 public:
     struct Tools {
         TopicStore &store;
-        ScoreNotes &notes;
-        FoundAgain &finds;
+        ScoreProvenanceLog &notes;
+        RediscoveryLog &finds;
         Asker &asker;
         PageReader &reader;
         SourceImage &images;
@@ -42,7 +42,7 @@ public:
         std::optional<QString> site; ///< the trusted site whose feed it was kept from
     };
 
-    Harvest(Tools tools, RunBook &book, std::shared_ptr<const JudgeBrief> brief,
+    Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeBrief> brief,
             CancelToken cancel);
     Harvest(const Harvest &) = delete;
     Harvest &operator=(const Harvest &) = delete;
@@ -67,7 +67,7 @@ public:
     /// not be.
     Task<> finishNotes();
     /// What could not be read keeps its link and says so.
-    void settleUnread();
+    void finalizeUnread();
 
     /// The failure of a call that left links without a judgment, if any did.
     std::exception_ptr judgeError() const { return m_judgeError; }
@@ -80,7 +80,7 @@ private:
     using Item = HarvestItem;
 
     Item &at(qsizetype place) { return m_items[static_cast<std::size_t>(place)]; }
-    LinkLedger::Claim claim(const QString &link, qsizetype place);
+    LinkRegistry::Claim claim(const QString &link, qsizetype place);
     Task<> finish(TaskGroup &tasks);
     Task<> read(qsizetype place);
     bool leadsElsewhere(qsizetype place);
@@ -100,12 +100,12 @@ private:
     qsizetype joinAnother(qsizetype place, const QString &link, const TopicSource &found);
 
     Tools m_tools;
-    RunBook &m_book;
+    RunRecorder &m_recorder;
     CancelToken m_cancel;
     Pipeline m_pipeline;
     std::shared_ptr<const JudgeBrief> m_brief;
-    JudgingLine m_judging;
-    LinkLedger m_ledger;
+    JudgingQueue m_judging;
+    LinkRegistry m_ledger;
     std::deque<Item> m_items; ///< a candidate's identifier is its place here, from "c1"
     TaskGroup m_reads;
     TaskGroup m_pictures;

@@ -11,7 +11,7 @@ namespace vorle {
 
 namespace {
 
-constexpr qsizetype digCallsAtOnce = 2;
+constexpr qsizetype maxConcurrentDigCalls = 2;
 
 /// Adds what the agent read there, where this machine read less than the whole page: those words
 /// are all that a page without an answer has.
@@ -47,14 +47,15 @@ Task<> Harvest::dig() {
     if (items.isEmpty()) {
         co_return;
     }
-    m_book.show(French::tr("Recherche des pages illisibles : ") + QString::number(items.size()));
+    m_recorder.show(French::tr("Recherche des pages illisibles : ") +
+                    QString::number(items.size()));
     // What was found is read and judged before anything that went wrong is passed on.
     std::exception_ptr fault;
-    const qsizetype calls = (items.size() + Pipeline::digAtOnce - 1) / Pipeline::digAtOnce;
-    co_await settle(forEachBounded(calls, digCallsAtOnce,
+    const qsizetype calls = (items.size() + Pipeline::maxDigBatch - 1) / Pipeline::maxDigBatch;
+    co_await settle(forEachBounded(calls, maxConcurrentDigCalls,
                                    [&](qsizetype call) {
-                                       return askToDig(items.mid(call * Pipeline::digAtOnce,
-                                                                 Pipeline::digAtOnce));
+                                       return askToDig(items.mid(call * Pipeline::maxDigBatch,
+                                                                 Pipeline::maxDigBatch));
                                    }),
                     fault);
     co_await settle(finishReading(), fault);
@@ -68,21 +69,22 @@ Task<> Harvest::askToDig(QList<DigItem> items) {
     DigFrame frame{m_brief->today, m_tools.exclusions, m_tools.agent};
     QElapsedTimer clock;
     clock.start();
-    const auto noteCall = [&](double costUSD, RunBook::CallEnd end) {
-        m_book.noteCall(RunStep::Dig, static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
+    const auto noteCall = [&](double costUSD, RunRecorder::CallEnd end) {
+        m_recorder.noteCall(RunStep::Dig, static_cast<double>(clock.elapsed()) / 1000.0, costUSD,
+                            end);
     };
     try {
         const Pipeline::DugUp dug =
             co_await m_pipeline.dig(std::move(items), std::move(frame), m_cancel);
-        noteCall(dug.costUSD.value_or(0), RunBook::CallEnd::Answered);
+        noteCall(dug.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
         for (const Dug &result : dug.results) {
             m_reads.add(readDug(result));
         }
     } catch (const Cancelled &) {
         throw;
     } catch (const std::exception &error) {
-        noteCall(failureCost(error), RunBook::CallEnd::Failed);
-        m_book.report.warnings +=
+        noteCall(failureCost(error), RunRecorder::CallEnd::Failed);
+        m_recorder.report.warnings +=
             French::tr("Les pages illisibles n’ont pas pu être recherchées : %1")
                 .arg(failureText(error));
     }
@@ -101,13 +103,13 @@ bool Harvest::isUnreadTopic(qsizetype place) const {
 /// one joins it: it is one piece of news. Gives the place of the card that the page is for now; -1
 /// when there is nothing left to do for it.
 qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const TopicSource &found) {
-    const LinkLedger::Claim claim = this->claim(link, place);
+    const LinkRegistry::Claim claim = this->claim(link, place);
     Item &item = at(place);
-    if (claim.standing == LinkLedger::Standing::New) {
+    if (claim.standing == LinkRegistry::Standing::New) {
         return place;
     }
     // One that got no judgment is no card: nothing would be left of this one.
-    const bool isCard = claim.standing == LinkLedger::Standing::Held || at(claim.item).topic ||
+    const bool isCard = claim.standing == LinkRegistry::Standing::Held || at(claim.item).topic ||
                         at(claim.item).stage == Item::Stage::OldNews;
     if (!isCard) {
         return -1;
@@ -117,9 +119,9 @@ qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const Topic
         return -1; // the user has it as it is
     }
     m_ledger.give(place, claim);
-    ScopeReport &scope = m_book.report.scopes[item.proposals.first().report];
+    ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     const QList<TopicSource> sources = item.sources() + QList{found};
-    const bool isHeld = claim.standing == LinkLedger::Standing::Held;
+    const bool isHeld = claim.standing == LinkRegistry::Standing::Held;
     if (isHeld) {
         ++scope.known;
         m_tools.store.addSources(claim.topic, sources);
@@ -139,11 +141,11 @@ void Harvest::dropFromReport(const QUuid &topic) {
     const auto drop = [&](Yield &yield) {
         yield.added -= static_cast<int>(yield.topicIds.removeAll(topic));
     };
-    m_book.report.topicIds.removeOne(topic);
-    for (ScopeReport &scope : m_book.report.scopes) {
+    m_recorder.report.topicIds.removeOne(topic);
+    for (ScopeReport &scope : m_recorder.report.scopes) {
         drop(*scope.yield);
     }
-    for (SiteReport &site : *m_book.report.sites) {
+    for (SiteReport &site : *m_recorder.report.sites) {
         drop(site.yield);
     }
 }
@@ -186,7 +188,7 @@ Task<> Harvest::readDug(Dug dug) {
     putToJudge(place);
 }
 
-void Harvest::settleUnread() {
+void Harvest::finalizeUnread() {
     for (const Item &item : m_items) {
         const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr;
         if (topic && topic->readLevel == ReadLevel::None) {

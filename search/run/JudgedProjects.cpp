@@ -14,10 +14,10 @@ QStringList versionLines(const QMap<QString, QString> &versions) {
 
 } // namespace
 
-QList<JudgeProfile::Project> judgedProjects(const QList<ProjectReading> &projects,
+QList<JudgeProfile::Project> judgedProjects(const QList<ProjectSnapshot> &projects,
                                             const Settings &settings) {
     QList<JudgeProfile::Project> judged;
-    for (const ProjectReading &project : projects) {
+    for (const ProjectSnapshot &project : projects) {
         const QString description = settings.projectDescriptions.value(project.name);
         if (project.hasFolder() || !description.isEmpty()) {
             judged += {project.shownName(), description, project.found.labels,

@@ -5,8 +5,8 @@
 #include "core/WebLink.h"
 #include "judging/Judge.h"
 #include "search/run/JudgedProjects.h"
-#include "search/run/LinkLedger.h"
-#include "search/run/RunBook.h"
+#include "search/run/LinkRegistry.h"
+#include "search/run/RunRecorder.h"
 #include "search/run/TopicDraft.h"
 #include "search/web/Links.h"
 #include "search/web/SourceImage.h"
@@ -23,7 +23,7 @@ QString addressOf(const QString &typed) {
     const QString text = typed.trimmed();
     const bool hasScheme = text.contains(QStringLiteral("://"));
     const QString whole = hasScheme ? text : QStringLiteral("https://") + text;
-    const auto link = WebLink::from(whole, WebLink::mostBytesOfUsers);
+    const auto link = WebLink::from(whole, WebLink::maxUserBytes);
     const bool isPage = link && (hasScheme || link->url().host().contains(u'.'));
     return isPage ? link->text() : QString();
 }
@@ -45,13 +45,13 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
     if (address.isEmpty()) {
         return Refusal{tr("Ce n’est pas l’adresse d’une page web."), std::nullopt};
     }
-    const LinkLedger::Claim claim = LinkLedger(m_parts.store.topics()).claim(address, 0);
-    if (claim.standing == LinkLedger::Standing::Held) {
+    const LinkRegistry::Claim claim = LinkRegistry(m_parts.store.topics()).claim(address, 0);
+    if (claim.standing == LinkRegistry::Standing::Held) {
         return Refusal{tr("Tu as déjà ce lien."), claim.topic};
     }
     Topic topic;
     topic.id = QUuid::createUuid();
-    const QString title = heldLine(link.title, titleCharacters);
+    const QString title = clampedLine(link.title, titleCharacters);
     topic.title = title.isEmpty() ? QUrl(address).host() : title;
     topic.project = link.project;
     topic.sources = {{title, address}};
@@ -60,7 +60,7 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
     topic.foundAt = m_parts.clock.now();
     topic.capturedURL = address;
     topic.origin = Origin::Capture;
-    if (const QString note = heldLines(link.note, noteCharacters); !note.isEmpty()) {
+    if (const QString note = clampedLines(link.note, noteCharacters); !note.isEmpty()) {
         topic.note = note;
     }
     const QUuid id = topic.id;

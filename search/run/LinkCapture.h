@@ -3,7 +3,7 @@
 #include "agents/Ask.h"
 #include "base/Async.h"
 #include "base/Clock.h"
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
 
 #include <QHash>
@@ -30,7 +30,7 @@ public:
     struct Parts {
         const Preferences &preferences;
         TopicStore &store;
-        ScoreNotes &notes;
+        ScoreProvenanceLog &notes;
         Asker &asker;
         PageReader &reader;
         SourceImage &images;

@@ -30,7 +30,7 @@ struct DigAnswer {
 };
 
 QString digBlock(const DigItem &item) {
-    const auto link = WebLink::from(item.url, WebLink::mostBytesOfUsers);
+    const auto link = WebLink::from(item.url, WebLink::maxUserBytes);
     return QStringLiteral("### id: ") + item.id + QStringLiteral("\nTitle: ") +
            oneLine(item.title, titleCharacters) + QStringLiteral("\nLink: ") +
            (link ? link->text() : oneLine(item.url, titleCharacters)) +
@@ -123,8 +123,8 @@ Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel
             continue;
         }
         candidate.url = link->text();
-        candidate.title = heldLine(candidate.title, titleCharacters);
-        candidate.about = heldLine(candidate.about, aboutCharacters).simplified();
+        candidate.title = clampedLine(candidate.title, titleCharacters);
+        candidate.about = clampedLine(candidate.about, aboutCharacters).simplified();
         found.candidates.append(std::move(candidate));
     }
     co_return found;
@@ -140,8 +140,8 @@ Task<Pipeline::DugUp> Pipeline::dig(QList<DigItem> items, DigFrame frame, Cancel
             continue;
         }
         result.url = link->text();
-        result.title = heldLine(result.title, titleCharacters);
-        result.what = heldLines(result.what, whatCharacters);
+        result.title = clampedLine(result.title, titleCharacters);
+        result.what = clampedLines(result.what, whatCharacters);
         dug.results.append(std::move(result));
     }
     co_return dug;

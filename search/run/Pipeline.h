@@ -69,7 +69,7 @@ public:
     };
 
     /// At most this many items are dug for in one call.
-    static constexpr qsizetype digAtOnce = 8;
+    static constexpr qsizetype maxDigBatch = 8;
 
     explicit Pipeline(Asker &asker) : m_asker(&asker) {}
 
@@ -89,7 +89,7 @@ public:
     /// @throws AgentError, std::system_error, Cancelled
     Task<Found> candidates(Question question, CancelToken cancel);
 
-    /// Digs for at most `digAtOnce` items. @throws as candidates()
+    /// Digs for at most `maxDigBatch` items. @throws as candidates()
     Task<DugUp> dig(QList<DigItem> items, DigFrame frame, CancelToken cancel);
 
 private:

@@ -1,7 +1,7 @@
 #include "search/run/RunFailure.h"
 
 #include "agents/AgentError.h"
-#include "search/run/RunBook.h"
+#include "search/run/RunRecorder.h"
 
 #include <QCoreApplication>
 

@@ -12,10 +12,10 @@ namespace {
 
 constexpr int candidatesPerProject = 8;
 constexpr int candidatesPerTopic = 2;
-constexpr int fewestForTopics = 8;
-constexpr int mostForTopics = 24;
+constexpr int minForTopics = 8;
+constexpr int maxForTopics = 24;
 constexpr int firstRunDays = 7;
-constexpr int longestPeriodDays = 31;
+constexpr int maxPeriodDays = 31;
 constexpr int candidatesFromSites = 8;
 /// How far back the candidates instruction lets a declared topic go.
 constexpr int slowTopicMonths = 3;
@@ -28,7 +28,7 @@ QStringList trustedAddresses(const Preferences &preferences) {
     return addresses;
 }
 
-PlannedScope projectScope(const ProjectReading &project, const QString &description) {
+PlannedScope projectScope(const ProjectSnapshot &project, const QString &description) {
     const discovery::Project &found = project.found;
     PlannedScope planned;
     planned.name = project.shownName();
@@ -76,15 +76,16 @@ QString unknownText(const QString &name, const QString &description,
 /// The apps the user lets be told. Of all on the machine where only some are kept back, names that
 /// are no names are left out: anybody may install one.
 QStringList appsInScope(const Preferences &preferences, const QStringList &installed) {
-    constexpr qsizetype mostApps = 200;
-    constexpr qsizetype longestName = 80;
+    constexpr qsizetype maxApps = 200;
+    constexpr qsizetype maxNameCharacters = 80;
     if (preferences.settings().accessMode == AccessMode::Only) {
         return preferences.settings().keptApps;
     }
     QStringList names;
     for (const QString &name : installed) {
         const QString bare = name.simplified();
-        if (preferences.appInScope(name) && bare.size() <= longestName && names.size() < mostApps) {
+        if (preferences.appInScope(name) && bare.size() <= maxNameCharacters &&
+            names.size() < maxApps) {
             names += bare;
         }
     }
@@ -108,14 +109,14 @@ std::optional<PlannedScope> interestsScope(const Preferences &preferences,
     const int wanted = candidatesPerTopic * static_cast<int>(interests.topics.size());
     planned.name = QCoreApplication::translate("RunPlan", "Tes sujets");
     planned.origin = Origin::List;
-    planned.request.count = std::clamp(wanted, fewestForTopics, mostForTopics);
+    planned.request.count = std::clamp(wanted, minForTopics, maxForTopics);
     planned.scope = std::move(interests);
     return planned;
 }
 
-QStringList territoryNames(const Settings &settings, const QList<ProjectReading> &projects) {
+QStringList territoryNames(const Settings &settings, const QList<ProjectSnapshot> &projects) {
     QStringList names = settings.interests + settings.addedTools;
-    for (const ProjectReading &project : projects) {
+    for (const ProjectSnapshot &project : projects) {
         names += project.name;
         names += project.dependencies;
     }
@@ -146,13 +147,13 @@ PlannedScope secondSearch(const PlannedScope &first, const QStringList &emptyTop
     second.topics = emptyTopics;
     second.origin = Origin::Suggestion;
     second.request.count =
-        std::min(candidatesPerTopic * static_cast<int>(emptyTopics.size()), mostForTopics);
+        std::min(candidatesPerTopic * static_cast<int>(emptyTopics.size()), maxForTopics);
     second.request.knownLinks = found + first.request.knownLinks;
     return second;
 }
 
 QDateTime periodStart(const Settings &settings, const QDateTime &now) {
-    const QDateTime earliest = now.addDays(-longestPeriodDays);
+    const QDateTime earliest = now.addDays(-maxPeriodDays);
     const QDateTime last = settings.lastSearch.value_or(now.addDays(-firstRunDays));
     // A clock that was turned back would otherwise ask for news from the future.
     return std::clamp(std::min(last, settings.searchedUntil.value_or(last)), earliest, now);
@@ -212,12 +213,12 @@ QStringList knownLinks(const QList<TopicPtr> &topics, const QDate &since) {
     return links;
 }
 
-RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &projects,
+RunPlan planRun(const Preferences &preferences, const QList<ProjectSnapshot> &projects,
                 const QList<TopicPtr> &topics, const QDateTime &now,
                 const QStringList &installedApps) {
     const Settings &settings = preferences.settings();
     RunPlan plan;
-    for (const ProjectReading &project : projects) {
+    for (const ProjectSnapshot &project : projects) {
         const QString description = settings.projectDescriptions.value(project.name);
         const QString unknown = unknownText(project.name, description, project.found);
         if (!unknown.isEmpty()) {

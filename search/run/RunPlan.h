@@ -2,7 +2,7 @@
 
 #include "core/PrioritySite.h"
 #include "core/TopicStore.h"
-#include "search/discovery/ProjectReading.h"
+#include "search/discovery/ProjectSnapshot.h"
 #include "search/run/SearchScope.h"
 
 #include <QDateTime>
@@ -63,7 +63,7 @@ QDateTime periodStart(const Settings &settings, const QDateTime &now);
 /// Plans a run at `now`: a scope for each watched project, then one for the declared topics, tools
 /// and apps together, and the trusted sites. `installedApps` are told as context where the
 /// user lets all but some of them be. Main thread.
-RunPlan planRun(const Preferences &preferences, const QList<ProjectReading> &projects,
+RunPlan planRun(const Preferences &preferences, const QList<ProjectSnapshot> &projects,
                 const QList<TopicPtr> &topics, const QDateTime &now,
                 const QStringList &installedApps = {});
 

@@ -37,7 +37,7 @@ QString territoryOf(const SitesRequest &request) {
 } // namespace
 
 ScreenedItems::ScreenedItems(const QString &topicsFile)
-    : m_file(besideTopics(topicsFile, QStringLiteral("screened.json"))) {}
+    : m_file(sidecarPath(topicsFile, QStringLiteral("screened.json"))) {}
 
 QSet<QString> ScreenedItems::passedOver(const SitesRequest &request) const {
     try {
@@ -69,7 +69,7 @@ void ScreenedItems::add(const SitesRequest &request, const QSet<QString> &links,
         fresh.removeIf([&](const QString &link) { return contents.links.contains(link); });
         fresh.sort(); // the same items always make the same file
         contents.links += fresh;
-        contents.links = contents.links.last(std::min(mostItems, contents.links.size()));
+        contents.links = contents.links.last(std::min(maxItems, contents.links.size()));
         replaceWhole(m_file, json::encode(contents, json::Style::Pretty) + '\n');
     } catch (const std::exception &error) {
         logLine(QStringLiteral("the screened items could not be kept: ") +

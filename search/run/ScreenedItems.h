@@ -16,7 +16,7 @@ namespace vorle {
 /// read is not replaced. Main thread.
 class ScreenedItems {
 public:
-    static constexpr qsizetype mostItems = 1'000;
+    static constexpr qsizetype maxItems = 1'000;
 
     /// What lies beside `topicsFile`; a preview's (an empty name) keeps nothing.
     explicit ScreenedItems(const QString &topicsFile);

@@ -2,7 +2,7 @@
 
 #include "base/French.h"
 #include "core/Preferences.h"
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
 #include "judging/Learning.h"
 #include "search/run/JudgedProjects.h"
@@ -41,7 +41,7 @@ QSet<QString> refusedLinks(const QList<RunReport> &reports) {
 } // namespace
 
 SearchEngine::SearchEngine(Parts parts, QObject *parent)
-    : QObject(parent), m_parts(parts), m_finds(parts.store, parts.clock) {}
+    : QObject(parent), m_parts(parts), m_rediscoveries(parts.store, parts.clock) {}
 
 SearchEngine::~SearchEngine() = default;
 
@@ -119,7 +119,7 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     const SitesRequest sites = plan.sites;
     SearchRun run({.harvest = {.store = m_parts.store,
                                .notes = m_parts.notes,
-                               .finds = m_finds,
+                               .finds = m_rediscoveries,
                                .asker = m_parts.asker,
                                .reader = m_parts.reader,
                                .images = m_parts.images,

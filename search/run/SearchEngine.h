@@ -3,7 +3,7 @@
 #include "agents/Ask.h"
 #include "base/Clock.h"
 #include "base/LocalZone.h"
-#include "core/FoundAgain.h"
+#include "core/RediscoveryLog.h"
 #include "core/RunReport.h"
 #include "search/run/RunFailure.h"
 
@@ -15,7 +15,7 @@ namespace vorle {
 
 class Feeds;
 class PageReader;
-class ScoreNotes;
+class ScoreProvenanceLog;
 class SourceImage;
 class Preferences;
 
@@ -43,7 +43,7 @@ public:
     struct Parts {
         Preferences &preferences;
         TopicStore &store;
-        ScoreNotes &notes;
+        ScoreProvenanceLog &notes;
         Asker &asker;
         PageReader &reader;
         Feeds &feeds;
@@ -61,7 +61,7 @@ public:
     Phase phase() const { return m_phase; }
     const RunProgress &progress() const { return m_progress; }
     /// Which topics of the reserve the runs came upon again.
-    FoundAgain &finds() { return m_finds; }
+    RediscoveryLog &finds() { return m_rediscoveries; }
 
     /// One whole run. Judged topics are saved as they come, "pending", and released to "inbox" at
     /// the end; a cancelled run releases what was judged and leaves the last run's date alone. One
@@ -93,7 +93,7 @@ private:
     void setProgress(Phase phase, const RunProgress &progress);
 
     Parts m_parts;
-    FoundAgain m_finds;
+    RediscoveryLog m_rediscoveries;
     Phase m_phase = Phase::Idle;
     bool m_reported = false; ///< the run under way has left its report
     CancelSource m_cancel;   // of the run under way

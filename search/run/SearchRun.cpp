@@ -10,7 +10,7 @@ namespace vorle {
 
 namespace {
 
-constexpr qsizetype scopesAtOnce = 3;
+constexpr qsizetype maxConcurrentScopes = 3;
 /// What the items of the feeds may take of a prompt.
 constexpr qsizetype itemLinesBytes = 60'000;
 
@@ -26,30 +26,30 @@ SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief
     : m_tools(std::move(tools))
     , m_plan(std::move(plan))
     , m_cancel(cancel)
-    , m_book(m_tools.tell)
+    , m_recorder(m_tools.tell)
     , m_pipeline(m_tools.harvest.asker)
-    , m_harvest(m_tools.harvest, m_book, std::move(brief), cancel) {
-    m_book.report.warnings = m_plan.warnings;
-    m_book.report.steps = QList<StepReport>();
-    m_book.report.sites = QList<SiteReport>();
-    m_book.progress.scopes =
+    , m_harvest(m_tools.harvest, m_recorder, std::move(brief), cancel) {
+    m_recorder.report.warnings = m_plan.warnings;
+    m_recorder.report.steps = QList<StepReport>();
+    m_recorder.report.sites = QList<SiteReport>();
+    m_recorder.progress.scopes =
         static_cast<int>(m_plan.scopes.size()) + (m_plan.sites.sites.isEmpty() ? 0 : 1);
 }
 
 Task<RunReport> SearchRun::execute() {
     m_elapsed.start();
     co_await runStep(askEverything());
-    m_book.showReading();
+    m_recorder.showReading();
     co_await runStep(m_harvest.finishReading());
     co_await runStep(m_harvest.finishJudging());
-    if (!m_book.report.cancelled) {
+    if (!m_recorder.report.cancelled) {
         co_await runStep(m_harvest.dig());
     }
     co_await runStep(m_harvest.finishPictures());
     co_await runStep(m_harvest.finishNotes());
-    m_harvest.settleUnread();
+    m_harvest.finalizeUnread();
     finishReport();
-    co_return m_book.report;
+    co_return m_recorder.report;
 }
 
 /// Waits for a step whatever it throws: what it started uses this object.
@@ -57,7 +57,7 @@ Task<> SearchRun::runStep(Task<> step) {
     try {
         co_await step;
     } catch (const Cancelled &) {
-        m_book.report.cancelled = true;
+        m_recorder.report.cancelled = true;
     } catch (...) {
         m_fault = m_fault ? m_fault : std::current_exception();
     }
@@ -66,7 +66,7 @@ Task<> SearchRun::runStep(Task<> step) {
 /// The trusted sites have a place of their own: slow projects must not keep their feeds waiting.
 Task<> SearchRun::askEverything() {
     TaskGroup asking;
-    asking.add(forEachBounded(m_plan.scopes.size(), scopesAtOnce,
+    asking.add(forEachBounded(m_plan.scopes.size(), maxConcurrentScopes,
                               [this](qsizetype index) { return askScope(index); }));
     if (!m_plan.sites.sites.isEmpty()) {
         asking.add(askSites());
@@ -80,9 +80,9 @@ qsizetype SearchRun::openReport(const QString &name, Origin origin, int asked) {
     scope.origin = origin;
     scope.asked = asked;
     scope.yield = Yield();
-    m_book.report.scopes += scope;
-    m_book.show(name);
-    return m_book.report.scopes.size() - 1;
+    m_recorder.report.scopes += scope;
+    m_recorder.show(name);
+    return m_recorder.report.scopes.size() - 1;
 }
 
 Task<> SearchRun::askScope(qsizetype index) {
@@ -94,8 +94,8 @@ Task<> SearchRun::askScope(qsizetype index) {
     if (found) {
         co_await askAgain(planned, *found);
     }
-    ++m_book.progress.scopesDone;
-    m_book.tell();
+    ++m_recorder.progress.scopesDone;
+    m_recorder.tell();
 }
 
 /// The declared topics that came back empty are searched once more.
@@ -126,15 +126,15 @@ Task<> SearchRun::askSites() {
         co_await m_tools.feeds.itemsForRun(m_plan.sites.sites, held, m_cancel);
     m_tools.sitesChecked(feeds.sites);
     bool noneAnswered = true;
-    for (const SiteReading &site : feeds.reports) {
-        *m_book.report.sites += SiteReport{site.address, 0, 0, {}};
+    for (const SiteFeedResult &site : feeds.reports) {
+        *m_recorder.report.sites += SiteReport{site.address, 0, 0, {}};
         noneAnswered = noneAnswered && site.outcome == FeedOutcome::Unreachable;
         if (site.outcome != FeedOutcome::Read) {
-            m_book.report.feeds += FeedTrouble{site.address, feedProblem(site.outcome)};
+            m_recorder.report.feeds += FeedTrouble{site.address, feedProblem(site.outcome)};
         }
     }
     if (noneAnswered) {
-        m_book.report.scopes[report].error = French::tr("Aucun de tes sites n’a répondu.");
+        m_recorder.report.scopes[report].error = French::tr("Aucun de tes sites n’a répondu.");
     }
     const QStringList lines = screenedLines(feeds.items);
     if (!lines.isEmpty()) {
@@ -150,8 +150,8 @@ Task<> SearchRun::askSites() {
             m_screened.clear(); // nobody has looked at them
         }
     }
-    ++m_book.progress.scopesDone;
-    m_book.tell();
+    ++m_recorder.progress.scopesDone;
+    m_recorder.tell();
 }
 
 /// The items' lines as far as they fit, the newest first, whatever their site, so that none crowds
@@ -177,7 +177,7 @@ QStringList SearchRun::screenedLines(QList<FeedItem> items) {
         }
     }
     if (const qsizetype left = items.size() - lines.size(); left > 0) {
-        m_book.report.warnings +=
+        m_recorder.report.warnings +=
             left == 1
                 ? French::tr("Tes sites annonçaient trop de nouveautés : la plus ancienne est "
                              "laissée de côté.")
@@ -190,13 +190,13 @@ QStringList SearchRun::screenedLines(QList<FeedItem> items) {
 }
 
 SiteReport &SearchRun::siteReport(const QString &site) {
-    QList<SiteReport> &sites = *m_book.report.sites;
+    QList<SiteReport> &sites = *m_recorder.report.sites;
     const auto found = std::ranges::find(sites, site, &SiteReport::site);
     return found != sites.end() ? *found : sites.emplaceBack(SiteReport{site, 0, 0, {}});
 }
 
 /// Whom an item of a trusted site is for: every project and the declared topics it is about.
-QList<const PlannedScope *> SearchRun::whomItConcerns(const Candidate &candidate) const {
+QList<const PlannedScope *> SearchRun::matchingScopes(const Candidate &candidate) const {
     QList<const PlannedScope *> scopes;
     for (const PlannedScope &planned : m_plan.scopes) {
         if (concerns(candidate, planned)) {
@@ -213,16 +213,16 @@ Task<std::optional<QStringList>> SearchRun::ask(Question question, qsizetype rep
     ++m_asked;
     QElapsedTimer clock;
     clock.start();
-    const auto noteCall = [&](double costUSD, RunBook::CallEnd end) {
-        m_book.noteCall(scopes.isEmpty() ? RunStep::Sites : RunStep::Candidates,
-                        static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
+    const auto noteCall = [&](double costUSD, RunRecorder::CallEnd end) {
+        m_recorder.noteCall(scopes.isEmpty() ? RunStep::Sites : RunStep::Candidates,
+                            static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
     };
     try {
         const Pipeline::Found found = co_await m_pipeline.candidates(std::move(question), m_cancel);
-        ScopeReport &scope = m_book.report.scopes[report];
+        ScopeReport &scope = m_recorder.report.scopes[report];
         scope.found = static_cast<int>(found.candidates.size()) + found.refused;
         scope.refused = found.refused;
-        noteCall(found.costUSD.value_or(0), RunBook::CallEnd::Answered);
+        noteCall(found.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
         QStringList links;
         for (const Candidate &candidate : found.candidates) {
             links += candidate.url;
@@ -233,8 +233,8 @@ Task<std::optional<QStringList>> SearchRun::ask(Question question, qsizetype rep
         throw;
     } catch (const std::exception &error) {
         ++m_askedInVain;
-        noteCall(failureCost(error), RunBook::CallEnd::Failed);
-        m_book.report.scopes[report].error = failureText(error);
+        noteCall(failureCost(error), RunRecorder::CallEnd::Failed);
+        m_recorder.report.scopes[report].error = failureText(error);
         m_scopeError = std::current_exception();
     }
     co_return answered;
@@ -249,10 +249,10 @@ void SearchRun::take(const Candidate &candidate, qsizetype report,
     for (const PlannedScope *planned : scopes) {
         cover(candidate, *planned);
     }
-    const ScopeReport &scope = m_book.report.scopes[report];
+    const ScopeReport &scope = m_recorder.report.scopes[report];
     if (rank > 3 * scope.asked && m_covered.size() == before) {
         // The judge never saw it: it is not among those that were left.
-        std::optional<QList<DroppedLink>> &surplus = m_book.report.surplus;
+        std::optional<QList<DroppedLink>> &surplus = m_recorder.report.surplus;
         surplus = std::move(surplus).value_or(QList<DroppedLink>());
         *surplus += DroppedLink{
             candidate.title, candidate.url,
@@ -267,7 +267,7 @@ void SearchRun::take(const Candidate &candidate, qsizetype report,
     };
     Harvest::Origins origins{report, scopes, known(m_feedDates), {}};
     if (scopes.isEmpty()) {
-        origins.planned = whomItConcerns(candidate);
+        origins.planned = matchingScopes(candidate);
         origins.site = known(m_feedSites);
         if (origins.site) {
             ++siteReport(*origins.site).found;
@@ -285,18 +285,18 @@ void SearchRun::cover(const Candidate &candidate, const PlannedScope &planned) {
 }
 
 std::exception_ptr SearchRun::wholeFailure() const {
-    if (m_fault || m_book.report.cancelled) {
+    if (m_fault || m_recorder.report.cancelled) {
         return m_fault;
     }
     if (m_asked > 0 && m_askedInVain == m_asked) {
         return m_scopeError;
     }
     // A page that an agent always refuses fails one run, not every one that brings it.
-    return m_book.report.topicIds.isEmpty() && leftLinks() ? m_harvest.judgeError() : nullptr;
+    return m_recorder.report.topicIds.isEmpty() && leftLinks() ? m_harvest.judgeError() : nullptr;
 }
 
 void SearchRun::finishReport() {
-    RunReport &report = m_book.report;
+    RunReport &report = m_recorder.report;
     for (const PlannedScope &planned : m_plan.scopes) {
         for (const QString &topic : planned.topics) {
             if (!m_covered.contains(topic)) {
@@ -306,7 +306,7 @@ void SearchRun::finishReport() {
     }
     report.date = m_tools.harvest.now();
     report.added = static_cast<int>(report.topicIds.size());
-    report.judged = m_book.progress.judged;
+    report.judged = m_recorder.progress.judged;
     report.seconds = static_cast<double>(m_elapsed.elapsed()) / 1000.0;
     m_failure = wholeFailure();
     if (m_failure) {

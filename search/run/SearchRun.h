@@ -57,7 +57,7 @@ private:
     qsizetype openReport(const QString &name, Origin origin, int asked);
     SiteReport &siteReport(const QString &site);
     QStringList screenedLines(QList<FeedItem> items);
-    QList<const PlannedScope *> whomItConcerns(const Candidate &candidate) const;
+    QList<const PlannedScope *> matchingScopes(const Candidate &candidate) const;
     void take(const Candidate &candidate, qsizetype report,
               const QList<const PlannedScope *> &scopes, qsizetype rank);
     void cover(const Candidate &candidate, const PlannedScope &planned);
@@ -68,7 +68,7 @@ private:
     Tools m_tools;
     RunPlan m_plan;
     CancelToken m_cancel;
-    RunBook m_book;
+    RunRecorder m_recorder;
     Pipeline m_pipeline;
     Harvest m_harvest;
     QElapsedTimer m_elapsed;

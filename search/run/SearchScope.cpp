@@ -46,7 +46,7 @@ struct ScopeWriter {
                QStringLiteral("` is below. Work out which parts matter most, then look for news on "
                               "those dependencies, their tooling, and the project's field."
                               "\n\n") +
-               fenced(project.manifestText);
+               fencedForPrompt(project.manifestText);
     }
 
     QString operator()(const PlainProject &project) const {

@@ -46,9 +46,9 @@ Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgmen
     return topic;
 }
 
-ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
-                    const Judgment &judgment, const QUuid &topic, const QDateTime &now) {
-    ScoreNote note;
+ScoreProvenance draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
+                          const Judgment &judgment, const QUuid &topic, const QDateTime &now) {
+    ScoreProvenance note;
     note.topic = topic;
     note.at = now;
     note.agent = brief.agent ? std::optional(json::rawText(*brief.agent)) : std::nullopt;
@@ -56,7 +56,7 @@ ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
     note.bytesRead = static_cast<int>(candidate.content.size());
     note.examples = static_cast<int>(brief.examples.size());
     for (const Reflex &reflex : brief.reflexes) {
-        note.reflexes += ScoreNote::Reflex{reflex.id, reflex.title};
+        note.reflexes += ScoreProvenance::Reflex{reflex.id, reflex.title};
     }
     return note;
 }

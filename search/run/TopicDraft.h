@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/Topic.h"
 #include "judging/Judge.h"
 #include "search/run/Pipeline.h"
@@ -26,8 +26,8 @@ QByteArray judgedContent(const ReadPage &page);
 Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgment &judgment);
 
 /// What stood behind the judgment of `topic`, as the candidate was shown to the judge.
-ScoreNote draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
-                    const Judgment &judgment, const QUuid &topic, const QDateTime &now);
+ScoreProvenance draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
+                          const Judgment &judgment, const QUuid &topic, const QDateTime &now);
 
 /// The sources of a page: the candidate's link, then the page it led to when that is another one,
 /// so that the next run knows both. A redirect to a site's front page or to a sign-in tells nothing

@@ -18,7 +18,7 @@ constexpr std::array<std::string_view, 14> names{
     "nav",     "noscript", "script", "style", "svg",    "template", "title"};
 
 /// The bytes of "</noscript>" and "</template>", and one more for a long s.
-constexpr std::size_t longestTag = 12;
+constexpr std::size_t maxTagBytes = 12;
 
 /// For each letter, the first name that does not come before it.
 constexpr std::array<std::uint8_t, 27> firstName = [] {
@@ -220,7 +220,7 @@ void Document::lookAgainAt(std::span<const std::size_t> seams) {
     marks.reserve(m_marks.size());
     auto mark = m_marks.begin();
     for (const std::size_t seam : seams) {
-        const std::size_t reach = std::min(seam, longestTag);
+        const std::size_t reach = std::min(seam, maxTagBytes);
         const std::size_t back = text().substr(seam - reach, reach).rfind('<');
         if (back == nowhere) {
             continue;
@@ -243,21 +243,21 @@ void Document::lookAgainAt(std::span<const std::size_t> seams) {
     m_marks = std::move(marks);
 }
 
-Beginning beginning(std::string_view text, std::size_t mostBytes) {
-    if (text.size() <= mostBytes) {
+Beginning beginning(std::string_view text, std::size_t maxBytes) {
+    if (text.size() <= maxBytes) {
         return {text, true};
     }
-    const std::size_t blank = text.substr(0, mostBytes).rfind(' ');
+    const std::size_t blank = text.substr(0, maxBytes).rfind(' ');
     return {text.substr(0, blank == nowhere ? 0 : blank), false};
 }
 
-Beginning Stripper::upTo(std::size_t mostBytes) {
-    while (m_at < m_page.size() && m_text.size() <= mostBytes) {
+Beginning Stripper::upTo(std::size_t maxBytes) {
+    while (m_at < m_page.size() && m_text.size() <= maxBytes) {
         const std::size_t tag = m_page.find('<', m_at);
         const std::size_t end = tag == nowhere ? nowhere : m_page.find('>', tag + 1);
         const bool empty = end == tag + 1; // "<>" is text
         const std::size_t textEnd = end == nowhere ? m_page.size() : empty ? end : tag;
-        const std::size_t room = mostBytes + 1 - m_text.size();
+        const std::size_t room = maxBytes + 1 - m_text.size();
         if (textEnd - m_at > room) {
             m_text += m_page.substr(m_at, room);
             m_at += room;
@@ -270,7 +270,7 @@ Beginning Stripper::upTo(std::size_t mostBytes) {
             m_at = end + 1;
         }
     }
-    const Beginning read = beginning(m_text, mostBytes);
+    const Beginning read = beginning(m_text, maxBytes);
     return {read.text, read.whole && m_at == m_page.size()};
 }
 

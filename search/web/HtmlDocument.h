@@ -81,8 +81,8 @@ struct Beginning {
     bool whole;
 };
 
-/// About the first `mostBytes` of a text as they are.
-Beginning beginning(std::string_view text, std::size_t mostBytes);
+/// About the first `maxBytes` of a text as they are.
+Beginning beginning(std::string_view text, std::size_t maxBytes);
 
 /// A page with a blank in place of each tag: <[^>]+>
 class Stripper {
@@ -90,9 +90,9 @@ public:
     /// `page` must outlive the stripper.
     explicit Stripper(std::string_view page) : m_page(page) {}
 
-    /// About the first `mostBytes` of the text, going on from the call before. The view holds
+    /// About the first `maxBytes` of the text, going on from the call before. The view holds
     /// until the next call.
-    Beginning upTo(std::size_t mostBytes);
+    Beginning upTo(std::size_t maxBytes);
 
 private:
     std::string_view m_page;

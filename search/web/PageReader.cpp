@@ -13,14 +13,14 @@ namespace vorle {
 
 namespace {
 
-constexpr int readsAtOnce = 16;
+constexpr int maxConcurrentReads = 16;
 constexpr int readsAtOncePerHost = 4;
 
 /// What is kept of a page is shown one day.
 void withoutHiddenSigns(PageText &page) {
     for (auto *line : {&page.title, &page.description}) {
         if (line->has_value()) {
-            *line = heldLine(**line, lineCharacters);
+            *line = clampedLine(**line, maxLineCharacters);
             if ((*line)->isEmpty()) {
                 line->reset();
             }
@@ -35,7 +35,10 @@ void withoutHiddenSigns(PageText &page) {
 class PageReader::Places {
 public:
     Places(HttpClient &http, std::chrono::milliseconds deadline, Route route)
-        : m_http(&http), m_deadline(deadline), m_route(std::move(route)), m_all(readsAtOnce) {}
+        : m_http(&http)
+        , m_deadline(deadline)
+        , m_route(std::move(route))
+        , m_all(maxConcurrentReads) {}
 
     static Task<ReadPage> read(std::shared_ptr<Places> places, QString link, CancelToken cancel,
                                Reach reach);
@@ -90,7 +93,7 @@ Task<ReadPage> PageReader::Places::readAt(std::shared_ptr<Places> places, QUrl a
     page.finalUrl = request.url.toString(QUrl::FullyEncoded);
     request.userAgent = browserUserAgent;
     request.acceptLanguage = "en";
-    request.maxBytes = pageByteLimit;
+    request.maxBytes = maxPageTextBytes;
     request.deadline = places->m_deadline;
     request.reach = reach;
     const HttpResponse response = co_await fetch(places, std::move(request), cancel);

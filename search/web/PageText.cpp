@@ -74,14 +74,14 @@ QStringView bounded(QStringView text, qsizetype characters) {
                                          : fitting.chopped(lastCharacters(fitting, 1).size());
 }
 
-/// The first keptCharacters of a body. `upTo(n)` gives about its first n bytes; what lies further
-/// is looked at only when those hold fewer characters.
+/// The first maxBodyCharacters of a body. `upTo(n)` gives about its first n bytes; what lies
+/// further is looked at only when those hold fewer characters.
 template <class UpTo, class Clean>
 QString keptText(UpTo upTo, Clean clean) {
     for (std::size_t window = firstWindow;; window *= 4) {
         const html::Beginning piece = upTo(window);
         const QString text = clean(textOf(piece.text));
-        const QStringView kept = bounded(text, keptCharacters);
+        const QStringView kept = bounded(text, maxBodyCharacters);
         if (piece.whole || kept.size() < text.size()) {
             return kept.toString();
         }
@@ -93,7 +93,7 @@ std::optional<QString> line(std::optional<std::string_view> html) {
         return std::nullopt;
     }
     const QString text = tidied(decodeEntities(textOf(*html)));
-    const QStringView kept = bounded(text, lineCharacters);
+    const QStringView kept = bounded(text, maxLineCharacters);
     return kept.isEmpty() ? std::nullopt : std::optional(kept.toString());
 }
 
@@ -178,8 +178,8 @@ bool isMedia(const QByteArray &type) {
 } // namespace
 
 PageText extractPage(QByteArrayView bytes, QByteArrayView contentType, PageExtent extent) {
-    if (bytes.size() > pageByteLimit) {
-        bytes = bytes.first(pageByteLimit);
+    if (bytes.size() > maxPageTextBytes) {
+        bytes = bytes.first(maxPageTextBytes);
         extent = PageExtent::Cut;
     }
     const QByteArray type = contentType.toByteArray().trimmed().toLower();

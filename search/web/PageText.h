@@ -10,23 +10,23 @@
 namespace vorle {
 
 /// The most of a page that is looked at, in bytes.
-inline constexpr qsizetype pageByteLimit = 3'000'000;
+inline constexpr qsizetype maxPageTextBytes = 3'000'000;
 /// A body of fewer characters (as a reader sees them) does not count as read.
 inline constexpr qsizetype readableCharacters = 600;
 /// The most characters (as a reader sees them) of a body that are kept.
-inline constexpr qsizetype keptCharacters = 8'000;
+inline constexpr qsizetype maxBodyCharacters = 8'000;
 /// The most characters (as a reader sees them) of a title or a description that are kept.
-inline constexpr qsizetype lineCharacters = 2'000;
+inline constexpr qsizetype maxLineCharacters = 2'000;
 /// The most bytes a kept character takes on average. No writing comes near it: what does piles up
 /// marks on its letters, of which one character holds as many as it likes.
 inline constexpr qsizetype bytesPerCharacter = 32;
 
 /// What a page says. A blank title or description is no title or description.
 struct PageText {
-    std::optional<QString> title;       ///< at most lineCharacters
-    std::optional<QString> description; ///< at most lineCharacters
-    /// The body in UTF-8, at most keptCharacters. Empty unless it was read, but for plain text: of
-    /// a short one, which has no title to be known by, it is all there is.
+    std::optional<QString> title;       ///< at most maxLineCharacters
+    std::optional<QString> description; ///< at most maxLineCharacters
+    /// The body in UTF-8, at most maxBodyCharacters. Empty unless it was read, but for plain text:
+    /// of a short one, which has no title to be known by, it is all there is.
     QByteArray text;
     ReadLevel level = ReadLevel::None;
 

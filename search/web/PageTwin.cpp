@@ -15,8 +15,8 @@ namespace vorle {
 
 namespace {
 
-constexpr qsizetype mostReleases = 5;
-constexpr qsizetype mostComments = 12;
+constexpr qsizetype maxReleases = 5;
+constexpr qsizetype maxComments = 12;
 constexpr qsizetype commentCharacters = 1'200;
 
 QString siteOf(const QUrl &url) {
@@ -55,7 +55,7 @@ PageText pageOf(const QString &title, const QString &description, const QStringL
     PageText page =
         extractPage(held.join(QStringLiteral("\n\n")).toUtf8(), "text/markdown; charset=utf-8");
     const auto line = [](const QString &text) {
-        const QString one = heldLine(text, lineCharacters);
+        const QString one = clampedLine(text, maxLineCharacters);
         return one.isEmpty() ? std::nullopt : std::optional(one);
     };
     page.title = line(title);
@@ -78,7 +78,7 @@ QString versionsText(const QJsonObject &times) {
     }
     std::sort(dated.begin(), dated.end(), std::greater<>());
     QStringList lines;
-    for (const auto &[day, version] : dated.first(std::min(mostReleases * 2, dated.size()))) {
+    for (const auto &[day, version] : dated.first(std::min(maxReleases * 2, dated.size()))) {
         lines += version + QStringLiteral(" (") + day + u')';
     }
     return lines.isEmpty() ? QString()
@@ -156,7 +156,7 @@ PageText readThread(const QByteArray &body) {
     for (const QJsonValue child : childrenOf(1)) {
         const QJsonObject comment = dataOf(child);
         const QString said = comment.value(u"body").toString();
-        if (!said.isEmpty() && parts.size() < mostComments) {
+        if (!said.isEmpty() && parts.size() < maxComments) {
             parts +=
                 QStringLiteral("Comment (") + QString::number(comment.value(u"score").toInt()) +
                 QStringLiteral(" points): ") + firstCharacters(said, commentCharacters).toString();
@@ -246,7 +246,7 @@ PageText readReleases(const QByteArray &body) {
     for (const QJsonValue value : QJsonDocument::fromJson(body).array()) {
         const QJsonObject release = value.toObject();
         const QString title = releaseTitle(release);
-        if (!title.isEmpty() && parts.size() < mostReleases) {
+        if (!title.isEmpty() && parts.size() < maxReleases) {
             newest = newest.isEmpty() ? title : newest;
             parts += title + QStringLiteral(", ") + releaseDay(release) + QStringLiteral("\n\n") +
                      release.value(u"body").toString();
@@ -266,7 +266,7 @@ std::optional<PageTwin> releaseTwin(const QUrl &link) {
                          QStringLiteral("/releases");
     if (words.size() == 3) {
         return PageTwin{
-            https(host, root, QStringLiteral("per_page=") + QString::number(mostReleases)),
+            https(host, root, QStringLiteral("per_page=") + QString::number(maxReleases)),
             PageTwin::Use::Instead, &readReleases};
     }
     if (words[3] == u"latest" && words.size() == 4) {

@@ -21,13 +21,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int sourcesAtOnce = 8;
+constexpr int maxConcurrentSources = 8;
 constexpr auto deadline = 8s;
 constexpr qint64 maxPageBytes = 1'200'000; // 300,000 characters of at most 4 bytes
 constexpr qint64 maxPictureBytes = 5'000'000;
 constexpr int smallestSide = 8;
 constexpr int largestSide = 8'192;
-constexpr qint64 mostPixels = qint64{4'096} * 4'096;
+constexpr qint64 maxPixels = qint64{4'096} * 4'096;
 constexpr auto userAgent = "Mozilla/5.0 (Macintosh) vorle";
 
 /// Where the picture of a page may be, the preferred address first: what it names, its site's icon.
@@ -56,7 +56,7 @@ bool isPicture(const QByteArray &bytes) {
     const auto size = imageSize(bytes);
     return size && std::min(size->width, size->height) >= smallestSide &&
            std::max(size->width, size->height) <= largestSide &&
-           qint64{size->width} * size->height <= mostPixels;
+           qint64{size->width} * size->height <= maxPixels;
 }
 
 /// How a try ended.
@@ -82,7 +82,7 @@ bool keep(const QString &path, const QByteArray &bytes) {
 class SourceImage::Cache {
 public:
     Cache(HttpClient &http, Places places)
-        : m_http(&http), m_places(std::move(places)), m_gate(sourcesAtOnce) {}
+        : m_http(&http), m_places(std::move(places)), m_gate(maxConcurrentSources) {}
 
     static Task<std::optional<Picture>> picture(std::shared_ptr<Cache> self, QString link,
                                                 CancelToken cancel);
@@ -218,7 +218,8 @@ QString SourceImage::defaultCardHost() {
 
 SourceImage::SourceImage(HttpClient &http, Places places)
     : m_cache(std::make_shared<Cache>(http, places)) {
-    QThreadPool::globalInstance()->start([folder = places.cacheFolder] { sweepLeftovers(folder); });
+    QThreadPool::globalInstance()->start(
+        [folder = places.cacheFolder] { removeStaleTemporaryFiles(folder); });
 }
 
 SourceImage::SourceImage(HttpClient &http, QString cacheFolder)

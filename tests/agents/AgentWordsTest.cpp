@@ -22,7 +22,7 @@ TEST(AgentWords, nothing_is_left_that_a_terminal_obeys_or_nobody_sees) {
         {u"gauche\u202edroite\u2066\u200f\ufeff", u"gauchedroite"},
     };
     for (const auto &[text, expected] : cases) {
-        EXPECT_EQ(harmlessWords(QString::fromUtf16(text)), QString::fromUtf16(expected));
+        EXPECT_EQ(sanitized(QString::fromUtf16(text)), QString::fromUtf16(expected));
     }
 }
 
@@ -51,10 +51,10 @@ TEST(AgentWords, what_looks_like_a_secret_is_masked_and_nothing_else) {
         {"https://example.org:8080/a@b", "https://example.org:8080/a@b"},
     };
     for (const auto &[text, expected] : cases) {
-        const QString masked = harmlessWords(QString::fromUtf8(text));
+        const QString masked = sanitized(QString::fromUtf8(text));
         EXPECT_EQ(masked,
                   QString::fromUtf8(expected).replace(u'#', QStringLiteral("[clé masquée]")));
-        EXPECT_EQ(harmlessWords(masked), masked) << "said twice, it is masked once";
+        EXPECT_EQ(sanitized(masked), masked) << "said twice, it is masked once";
     }
 }
 
@@ -67,8 +67,8 @@ TEST(AgentWords, a_json_value_loses_its_control_characters_and_stays_one) {
         {"[\"a\x7f\xC2\x85\xC2\xA0é\"]", "[\"a\xC2\xA0é\"]"},
     };
     for (const auto &[json, expected] : cases) {
-        EXPECT_EQ(withoutControls(json), expected);
-        EXPECT_FALSE(QJsonDocument::fromJson(withoutControls(json)).isNull()) << json.constData();
+        EXPECT_EQ(sanitizedJson(json), expected);
+        EXPECT_FALSE(QJsonDocument::fromJson(sanitizedJson(json)).isNull()) << json.constData();
     }
 }
 

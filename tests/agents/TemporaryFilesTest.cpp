@@ -180,13 +180,13 @@ TEST(TemporaryFiles, sweeps_what_nobody_uses_any_more_and_nothing_else) {
                      QStringLiteral("vorle-mes-notes.txt"),
                      QFileInfo(used.path()).fileName()};
     left.sort();
-    sweepStrays();
+    removeStaleFiles();
     QStringList found = folder.leftovers();
     found.sort();
     EXPECT_EQ(found, left);
 
     use.reset();
-    sweepStrays();
+    removeStaleFiles();
     EXPECT_FALSE(QFile::exists(folder.temporary() + QStringLiteral("/vorle-demo-ZyXwVu")));
 }
 

@@ -1,6 +1,6 @@
 // The program itself, run as a person runs it: arguments, standard streams, exit status, files.
 
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Wait.h"
@@ -181,9 +181,9 @@ TEST_F(CommandLineTest, the_demonstration_goes_the_whole_road) {
     EXPECT_GE(scores.size(), 4);
     QFile notesFile(folder.filePath(QStringLiteral("data/vorle/demo-topics-score-notes.json")));
     ASSERT_TRUE(notesFile.open(QIODevice::ReadOnly));
-    const auto notes = json::decode<QList<ScoreNote>>(notesFile.readAll());
+    const auto notes = json::decode<QList<ScoreProvenance>>(notesFile.readAll());
     EXPECT_EQ(notes.size(), added) << "what stood behind each score is kept, dug-up pages too";
-    for (const ScoreNote &note : notes) {
+    for (const ScoreProvenance &note : notes) {
         EXPECT_EQ(note.agent, QStringLiteral("claude"));
         EXPECT_GT(note.bytesRead, 0);
     }

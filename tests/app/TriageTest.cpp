@@ -1,7 +1,7 @@
 // What follows the search, run as a person runs it: vorle sujets ID, trier, corriger, programme,
 // calibrer.
 
-#include "app/labels/OpenScore.h"
+#include "app/labels/ScoreExplanation.h"
 #include "core/Preferences.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
@@ -342,7 +342,7 @@ TEST_F(Triage, calibration_tells_machines_how_far_it_is_and_asks_nothing) {
 }
 
 TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
-    ScoreNote note;
+    ScoreProvenance note;
     note.topic = QUuid(QString::fromLatin1(first));
     note.at = QDateTime(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
     note.agent = QStringLiteral("claude");
@@ -363,10 +363,10 @@ TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
     EXPECT_EQ(shown[u"title"].toString(), u"AB11");
 }
 
-TEST(OpenScoreTest, tells_what_is_known_and_leaves_out_the_rest) {
+TEST(ScoreExplanationTest, tells_what_is_known_and_leaves_out_the_rest) {
     Topic topic = test::sampleTopic(QStringLiteral("a"));
-    const auto fact = [](const OpenScore &open, QStringView label) {
-        for (const OpenScore::Fact &one : open.facts) {
+    const auto fact = [](const ScoreExplanation &open, QStringView label) {
+        for (const ScoreExplanation::Fact &one : open.facts) {
             if (one.label == label) {
                 return QString(one.text).replace(QChar(QChar::Nbsp), u' ');
             }
@@ -374,7 +374,7 @@ TEST(OpenScoreTest, tells_what_is_known_and_leaves_out_the_rest) {
         return QString();
     };
     const QDate today(2026, 11, 3);
-    const OpenScore bare = openScore(topic, std::nullopt, today);
+    const ScoreExplanation bare = openScore(topic, std::nullopt, today);
     EXPECT_EQ(bare.title, QStringLiteral("Note 7 sur 10"));
     EXPECT_TRUE(bare.grades.isEmpty());
     EXPECT_EQ(bare.facts.size(), 1) << "the effort alone is known";
@@ -388,7 +388,7 @@ TEST(OpenScoreTest, tells_what_is_known_and_leaves_out_the_rest) {
                                   {QStringLiteral("plus important que ça")},
                                   QStringLiteral("lu %1"),
                                   QDateTime(today, QTime(9, 0), Qt::UTC)};
-    ScoreNote note;
+    ScoreProvenance note;
     note.at = QDateTime(QDate(2026, 11, 1), QTime(23, 30), Qt::UTC);
     note.agent = QStringLiteral("codex");
     note.relevance = 7.46;
@@ -396,10 +396,10 @@ TEST(OpenScoreTest, tells_what_is_known_and_leaves_out_the_rest) {
     note.examples = 12;
     note.reflexes = {{QStringLiteral("stack-first"), QStringLiteral("La stack passe avant.")},
                      {QStringLiteral("kind-video"), QString()}};
-    const OpenScore open = openScore(topic, note, today, QTimeZone("Europe/Paris"));
+    const ScoreExplanation open = openScore(topic, note, today, QTimeZone("Europe/Paris"));
     EXPECT_EQ(open.title, QStringLiteral("Note 9 sur 10, la tienne. J’avais mis 7"));
     ASSERT_EQ(open.grades.size(), 4);
-    EXPECT_EQ(open.grades[3], (OpenScore::Grade{QStringLiteral("Fiabilité"), 9}));
+    EXPECT_EQ(open.grades[3], (ScoreExplanation::Grade{QStringLiteral("Fiabilité"), 9}));
     EXPECT_EQ(fact(open, u"Urgence"), QStringLiteral("Avant le 28 novembre. Fin du support"));
     EXPECT_EQ(fact(open, u"Lecture"), QStringLiteral("lu en entier, 5,4 ko de texte"));
     EXPECT_EQ(fact(open, u"Avant arrondi"), QStringLiteral("7,46, arrondi à 7"));

@@ -39,7 +39,7 @@ class Failing:
 
 def calls_of(world: World, shim: Shim, what: str, rng: random.Random) -> dict[str, int]:
     """How often such a save makes each call on our files."""
-    furnish(world, rng)
+    populate(world, rng)
     save = save_for(world, what, rng)
     world.run(*save.words, env=shim.environment(world, nth=1, error=ONLY_NOTE, ever=EVER))
     made = Counter(line.split()[0] for line in shim.fired(world))
@@ -82,7 +82,7 @@ def attempt(world: World, shim: Shim, case: Failing, seed: int, row: Row) -> Non
         aside.unlink()
     if fault:
         row.fault(f"{case}: {fault}")
-        furnish(world, rng)
+        populate(world, rng)
 
 
 def saves(program: Path, shim: Shim, draws: int, seed: int) -> Row:
@@ -98,7 +98,7 @@ def saves(program: Path, shim: Shim, draws: int, seed: int) -> Row:
     def share(number: int) -> Row:
         part = Row(row.area, row.tried)
         with World(program, "calls") as world:
-            furnish(world, random.Random(seed))
+            populate(world, random.Random(seed))
             for case in chosen[number::WORKERS]:
                 attempt(world, shim, case, seed, part)
             world.run("trier", topics.identity(1), "garder")
@@ -121,7 +121,7 @@ def run_once(program: Path, shim: Shim, site: Site, case: Failing, seed: int, ro
     """A search run during which one of our writes fails."""
     rng = random.Random(seed)
     with World(program, "run") as world:
-        furnish(world, rng, count=6)
+        populate(world, rng, count=6)
         world.give_settings(interests=["Rust"], projects={"Potager": ""}, calibrated=True)
         settings = json.loads(world.settings.read_bytes())
         links = [site.link(f"/{number}") for number in range(4)]

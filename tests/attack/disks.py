@@ -44,7 +44,7 @@ def mend(world: World, rng: random.Random) -> None:
         topics.read(world.topics)
         json.loads(world.settings.read_bytes())
     except (ValueError, OSError):
-        furnish(world, rng)
+        populate(world, rng)
 
 
 def small_disk(program: Path, draws: int, seed: int) -> list[Row]:
@@ -59,7 +59,7 @@ def small_disk(program: Path, draws: int, seed: int) -> list[Row]:
             return [left_out("disks", TRIED, mounted.stderr.strip()[:100])]
         for folder in (world.data, world.settings.parent, world.cache):
             folder.mkdir(parents=True, exist_ok=True)
-        furnish(world, rng, count=40)
+        populate(world, rng, count=40)
         try:
             world.run("sujets")  # makes the folders it wants
             while row.draws < draws:
@@ -94,7 +94,7 @@ def size_limit(program: Path, draws: int, seed: int) -> Row:
     row = Row("disks", LIMITED)
     rng = random.Random(seed)
     with World(program, "limit") as world:
-        furnish(world, rng)
+        populate(world, rng)
         size = world.topics.stat().st_size
         old = resource.getrlimit(resource.RLIMIT_FSIZE)
         while row.draws < draws:

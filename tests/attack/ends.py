@@ -40,7 +40,7 @@ class Case:
 
 
 def prepare(world: World, site: Site, case: Case, rng: random.Random) -> None:
-    furnish(world, rng, count=5)
+    populate(world, rng, count=5)
     world.give_settings(interests=["Rust"], projects={"Potager": ""}, calibrated=True)
     links = [site.link(f"/{number}") for number in range(PAGES)]
 

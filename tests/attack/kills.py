@@ -21,7 +21,7 @@ def one_share(program: Path, shim: Shim, draws: int, seed: int) -> tuple[Row, Ro
     moments = Row("kills", "kill -9 at any moment of such a save")
     rng = random.Random(seed)
     with World(program, "kills") as world:
-        furnish(world, rng)
+        populate(world, rng)
         usual = max(world.run("trier", topics.identity(1), "garder").seconds, 0.02)
         nth = 1 + rng.randrange(3)
         while steps.draws + moments.draws < draws:
@@ -51,7 +51,7 @@ def one_share(program: Path, shim: Shim, draws: int, seed: int) -> tuple[Row, Ro
                 fault = fault or result.crash
             if fault:
                 row.fault(f"seed {seed}: killed {where} in {' '.join(save.words)}: {fault}")
-                furnish(world, rng)
+                populate(world, rng)
         check_strays(world, steps)
     return steps, moments
 
@@ -61,7 +61,7 @@ def open_window(program: Path, draws: int, seed: int) -> Row:
     row = Row("kills", "kill -9 of the open window while the terminal hands it decisions")
     rng = random.Random(seed)
     with World(program, "window") as world:
-        furnish(world, rng)
+        populate(world, rng)
         while row.draws < draws:
             before = topics.read(world.topics)
             known = {topic["id"]: topic for topic in before}

@@ -69,7 +69,7 @@ def manifest(rng: random.Random) -> str:
                                         + "\n" for n in range(6)) + "flask==3.0\n")
 
 
-def furnish(world: World, rng: random.Random, links: list[str], start: int) -> None:
+def populate(world: World, rng: random.Random, links: list[str], start: int) -> None:
     project = world.root / "projet"
     project.mkdir(exist_ok=True)
     (project / "requirements.txt").write_text(manifest(rng), "utf-8", errors="surrogatepass")
@@ -107,7 +107,7 @@ def one_share(program: Path, draws: int, seed: int) -> Row:
             for number in numbers:
                 site.serve(f"/{number}", hostile_page(rng, number))
             world.topics.unlink(missing_ok=True)
-            furnish(world, rng, [site.link(f"/{number}") for number in numbers], start)
+            populate(world, rng, [site.link(f"/{number}") for number in numbers], start)
             result = world.run("fouille", env={"VORLE_ALLOW_LOOPBACK": "1"}, seconds=240)
             row.draws += len(numbers)
             if result.crash or result.status != 0:

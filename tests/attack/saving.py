@@ -43,7 +43,7 @@ def set_minutes(world: World, rng: random.Random) -> Save:
     return Save(("reglages", "weeklyMinutes", str(new)), minutes=new)
 
 
-def furnish(world: World, rng: random.Random, count: int = 40, text: int = 4000) -> None:
+def populate(world: World, rng: random.Random, count: int = 40, text: int = 4000) -> None:
     """Topics and settings to lose."""
     world.give_topics(count, rng, text)
     world.give_settings(weeklyMinutes=180, job="Jardinière", interests=["Rust", "Vélo"],

@@ -323,7 +323,7 @@ TEST(HttpClient, serves_two_hundred_at_once) {
     for (auto &task : tasks) {
         EXPECT_TRUE(test::waitFor(std::move(task)).ok());
     }
-    EXPECT_GT(server.mostAtOnce(), 100);
+    EXPECT_GT(server.maxConcurrent(), 100);
 }
 
 } // namespace

@@ -107,16 +107,20 @@ TEST(Text, what_hides_or_turns_words_round_is_left_out) {
 }
 
 TEST(Text, a_strangers_text_is_held_to_what_can_be_shown) {
-    const auto line = [](const char16_t *text) { return heldLine(QString::fromUtf16(text), 12); };
+    const auto line = [](const char16_t *text) {
+        return clampedLine(QString::fromUtf16(text), 12);
+    };
     EXPECT_EQ(line(u" a\r\n\tb\u2028c\u001B\u0085 \u202Ed\u0007 "), u"a b c d");
     EXPECT_EQ(line(u"10\u202F000\u00A0€  ?"), u"10\u202F000\u00A0€ ?");
     EXPECT_EQ(line(u"abcdefghijkl plus loin"), u"abcdefghijkl");
     EXPECT_EQ(line(u"\n \u200B\n"), u"");
-    const auto lines = [](const char16_t *text) { return heldLines(QString::fromUtf16(text), 30); };
+    const auto lines = [](const char16_t *text) {
+        return clampedLines(QString::fromUtf16(text), 30);
+    };
     EXPECT_EQ(lines(u"\n \r\n  if x:\r\n\tpass\n\n"), u"  if x:\n\tpass");
     EXPECT_EQ(lines(u"a\rb\u2029c\u0007d"), u"a\nb\ncd");
     const QString piled = u'a' + QString(100'000, QChar(0x301));
-    EXPECT_LE(heldLines(piled, 100).size(), 800) << "characters may be of any size";
+    EXPECT_LE(clampedLines(piled, 100).size(), 800) << "characters may be of any size";
 }
 
 TEST(Text, blanks_are_unicodes) {

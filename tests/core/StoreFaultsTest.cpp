@@ -1,6 +1,6 @@
 #include "core/DurableFile.h"
-#include "core/FoundAgain.h"
-#include "core/ScoreNotes.h"
+#include "core/RediscoveryLog.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/StoreLock.h"
 #include "core/TopicStore.h"
 #include "tests/core/Samples.h"
@@ -287,7 +287,7 @@ TEST_F(StoreFaults, keeps_what_a_later_version_wrote_beside_the_topics) {
 
     const QByteArray find = R"({"at":"2026-11-01T08:00:00Z","by":"b","topic":")" + id + "\"}";
     fill(dir.filePath(QStringLiteral("found-again.json")), '[' + find + ']');
-    FoundAgain finds(*store, clock);
+    RediscoveryLog finds(*store, clock);
     test::waitFor(finds.note(ids[1]));
     EXPECT_TRUE(compact("found-again.json").startsWith('[' + find + ','));
 
@@ -296,8 +296,8 @@ TEST_F(StoreFaults, keeps_what_a_later_version_wrote_beside_the_topics) {
                             R"("relevance":7,"topic":")" +
                             id + "\"}";
     fill(dir.filePath(QStringLiteral("score-notes.json")), '[' + note + ']');
-    ScoreNotes notes(*store, clock);
-    ScoreNote other;
+    ScoreProvenanceLog notes(*store, clock);
+    ScoreProvenance other;
     other.topic = ids[1];
     other.at = clock.moment;
     test::waitFor(notes.add({other}));
@@ -331,11 +331,11 @@ TEST_F(StoreFaults, keeps_what_a_later_version_wrote_beside_the_topics) {
 TEST_F(StoreFaults, reports_that_the_system_does_not_let_be_read_are_not_replaced) {
     const QString runs = dir.filePath(QStringLiteral("runs.json"));
     fill(runs, "[]");
-    ASSERT_TRUE(QFile::resize(runs, mostFileBytes + 1)); // more than it reads
+    ASSERT_TRUE(QFile::resize(runs, maxFileBytes + 1)); // more than it reads
     RunReport report;
     report.date = clock.moment;
     open()->addRun(report);
-    EXPECT_EQ(QFileInfo(runs).size(), mostFileBytes + 1);
+    EXPECT_EQ(QFileInfo(runs).size(), maxFileBytes + 1);
     EXPECT_EQ(names(), QStringList{QStringLiteral("runs.json")}) << "nothing set aside either";
 }
 

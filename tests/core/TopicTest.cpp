@@ -204,10 +204,10 @@ TEST(TopicOrder, sorts_each_section) {
         }
         return titles;
     };
-    EXPECT_EQ(order(triagedLater), QStringLiteral("dacebf"));
-    EXPECT_EQ(order(doneLater), QStringLiteral("dacebf"));
+    EXPECT_EQ(order(latestTriagedFirst), QStringLiteral("dacebf"));
+    EXPECT_EQ(order(latestDoneFirst), QStringLiteral("dacebf"));
     EXPECT_EQ(order(moreUrgent), QStringLiteral("edbfca"));
-    EXPECT_EQ(order(soonerInProgram), QStringLiteral("edbfca"));
+    EXPECT_EQ(order(programOrder), QStringLiteral("edbfca"));
 }
 
 TEST(TopicOrder, takes_the_week_from_the_users_calendar) {

@@ -47,10 +47,10 @@ TEST(WebLink, is_an_encoded_web_address_or_nothing) {
 
 TEST(WebLink, is_never_cut_and_never_too_long) {
     const QString base = QStringLiteral("https://a.fr/");
-    const QString fits = base + QString(WebLink::mostBytes - base.size(), u'x');
+    const QString fits = base + QString(WebLink::maxBytes - base.size(), u'x');
     EXPECT_EQ(held(fits), fits.toLatin1());
     EXPECT_EQ(held(fits + u'x'), "none");
-    EXPECT_TRUE(WebLink::from(fits + u'x', WebLink::mostBytesOfUsers));
+    EXPECT_TRUE(WebLink::from(fits + u'x', WebLink::maxUserBytes));
     // Encoded it would be six times as long.
     EXPECT_EQ(held(base + QString(400, u'é')), "none");
     // What it gives, it takes.

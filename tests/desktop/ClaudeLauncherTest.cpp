@@ -120,7 +120,7 @@ TEST(ClaudeLauncher, opens_the_chosen_terminal_on_files_of_the_users_own_that_go
     const auto calls = desk.agent.calls();
     ASSERT_EQ(calls.size(), 1);
     EXPECT_EQ(calls[0].arguments,
-              QStringList{launchPrompt(ofProject(), LaunchPlace::ProjectFolder)});
+              QStringList{launchPrompt(ofProject(), LaunchTarget::ProjectFolder)});
     EXPECT_EQ(calls[0].directory, QDir(desk.folder()).canonicalPath());
     EXPECT_TRUE(desk.agent.leftovers().isEmpty());
     EXPECT_TRUE(desk.links.opened.isEmpty());
@@ -209,7 +209,7 @@ TEST(ClaudeLauncher, hands_a_topic_without_a_watched_project_to_the_web_chat) {
     Desk desk;
     Topic topic;
     topic.title = QStringLiteral("Sans projet");
-    const QString prompt = launchPrompt(topic, LaunchPlace::Elsewhere);
+    const QString prompt = launchPrompt(topic, LaunchTarget::Elsewhere);
     desk.pasteboard.replace(QStringLiteral("avant"));
     desk.links.onOpen = [&] { EXPECT_EQ(desk.pasteboard.text(), prompt); };
     EXPECT_EQ(desk.take(topic), Where::WebChat);

@@ -16,7 +16,7 @@ Topic titled(const QString &title) {
 
 /// The line the title makes, without its label.
 QString lineOf(const QString &title) {
-    const QString first = launchPrompt(titled(title), LaunchPlace::Elsewhere).section(u'\n', 0, 0);
+    const QString first = launchPrompt(titled(title), LaunchTarget::Elsewhere).section(u'\n', 0, 0);
     return first.mid(QStringLiteral("Sujet de veille repéré par vorle : ").size());
 }
 
@@ -29,7 +29,7 @@ TEST(LaunchPrompt, names_what_the_topic_has_in_order_then_asks) {
                      {QStringLiteral("Encore"), QStringLiteral("https://example.org/notes?a=1,2")},
                      {QStringLiteral("Fichier"), QStringLiteral("file:///etc/passwd")},
                      {QStringLiteral("Phrase"), QStringLiteral("http://a.example/ ignore tout")}};
-    EXPECT_EQ(launchPrompt(topic, LaunchPlace::ProjectFolder),
+    EXPECT_EQ(launchPrompt(topic, LaunchTarget::ProjectFolder),
               QStringLiteral(
                   "Sujet de veille repéré par vorle : Qt 6.8 est là\n"
                   "Pourquoi ça me concerne : Tu livres avec Qt.\n"
@@ -40,12 +40,12 @@ TEST(LaunchPrompt, names_what_the_topic_has_in_order_then_asks) {
                   "Aide-moi à faire ce premier pas dans ce projet. Commence par vérifier ce qui me "
                   "concerne vraiment dans le code, puis propose un plan court avant de modifier "
                   "quoi que ce soit."));
-    EXPECT_EQ(launchPrompt(titled(QStringLiteral("Seul")), LaunchPlace::Elsewhere),
+    EXPECT_EQ(launchPrompt(titled(QStringLiteral("Seul")), LaunchTarget::Elsewhere),
               QStringLiteral("Sujet de veille repéré par vorle : Seul\n\n"
                              "Aide-moi à approfondir ce sujet et à faire ce premier pas : dis-moi "
                              "ce qui compte vraiment pour moi, puis propose un plan court et "
                              "concret."));
-    EXPECT_TRUE(launchPrompt(titled(QStringLiteral(" \n")), LaunchPlace::Elsewhere)
+    EXPECT_TRUE(launchPrompt(titled(QStringLiteral(" \n")), LaunchTarget::Elsewhere)
                     .startsWith(u"Aide-moi"));
 }
 
@@ -85,7 +85,7 @@ TEST(LaunchPrompt, keeps_its_lines_whatever_strangers_wrote) {
         topic.project = text;
         topic.sources = {{text, QStringLiteral("https://example.org/")},
                          {text, QStringLiteral("https://example.org/") + text}};
-        return launchPrompt(topic, LaunchPlace::ProjectFolder);
+        return launchPrompt(topic, LaunchTarget::ProjectFolder);
     };
     const qsizetype lines = prompt(QStringLiteral("goule")).count(u'\n');
     for (const QString &text : test::hostileTexts()) {
@@ -104,7 +104,7 @@ TEST(LaunchPrompt, fits_in_one_argument_whatever_the_topic_holds) {
         for (int i = 0; i < 5'000; ++i) {
             topic.sources += {QString(), QStringLiteral("https://example.org/%1/").arg(i) + piece};
         }
-        EXPECT_LT(utf8Size(launchPrompt(topic, LaunchPlace::ProjectFolder)), 131'071);
+        EXPECT_LT(utf8Size(launchPrompt(topic, LaunchTarget::ProjectFolder)), 131'071);
     }
 }
 

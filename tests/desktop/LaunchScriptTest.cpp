@@ -131,7 +131,7 @@ struct Case {
         Topic topic;
         topic.title = name;
         topic.project = name;
-        prompt = launchPrompt(topic, LaunchPlace::ProjectFolder).toUtf8();
+        prompt = launchPrompt(topic, LaunchTarget::ProjectFolder).toUtf8();
     }
 
     LaunchTexts prepare(const LoginShells &shells) const {

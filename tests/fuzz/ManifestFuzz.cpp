@@ -71,7 +71,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     }
     for (auto it = versions.cbegin(); it != versions.cend(); ++it) {
         require(names.contains(it.key()), "a version of nothing declared", bytes);
-        require(heldLine(it.key(), 200) == it.key() && heldLine(it.value(), 200) == it.value(),
+        require(clampedLine(it.key(), 200) == it.key() &&
+                    clampedLine(it.value(), 200) == it.value(),
                 "no plain word", bytes);
     }
     require(discovery::technologyLabels(manifest.text, manifest.name).size() <= 3, "labels", bytes);

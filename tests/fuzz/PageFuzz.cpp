@@ -29,7 +29,7 @@ void compare(const QByteArray &page) {
 
 void check(const PageText &read, const QByteArray &page) {
     if (!QByteArrayView(read.text).isValidUtf8() || read.text.contains('\0') ||
-        characterCount(QString::fromUtf8(read.text)) > keptCharacters) {
+        characterCount(QString::fromUtf8(read.text)) > maxBodyCharacters) {
         fail("the text is not what it should be", page);
     }
 }

@@ -167,7 +167,7 @@ TEST(Judgments, are_held_to_their_ranges) {
     wild.tldr = QString(10'000, u'a');
     wild.changes = QStringList(50, QString(9'000, u'b'));
     wild.urgency.date = QStringLiteral("  ");
-    const Judgment held = heldToRange(wild);
+    const Judgment held = clampedToRange(wild);
     EXPECT_EQ(held.relevance, 10);
     EXPECT_EQ(held.criteria, (Judgment::Criteria{0, 10, 5, 10, 600}));
     EXPECT_LE(held.tldr.size(), 300);
@@ -175,7 +175,7 @@ TEST(Judgments, are_held_to_their_ranges) {
     EXPECT_LE(held.changes.first().size(), 300);
     EXPECT_FALSE(held.urgency.date);
     wild.relevance = std::nan("");
-    EXPECT_EQ(heldToRange(wild).relevance, 0);
+    EXPECT_EQ(clampedToRange(wild).relevance, 0);
 }
 
 TEST(Batches, are_cut_by_count_and_by_bytes) {

@@ -56,7 +56,7 @@ std::optional<QString> metaValue(const QString &html, const QString &key) {
 std::optional<QString> line(const std::optional<QString> &html) {
     const QString text = cleaned(html.value_or(QString()));
     return text.isEmpty() ? std::nullopt
-                          : std::optional(firstCharacters(text, lineCharacters).toString());
+                          : std::optional(firstCharacters(text, maxLineCharacters).toString());
 }
 
 QString body(QString page) {
@@ -85,7 +85,7 @@ PageText literalPageText(const QString &html, PageExtent extent) {
         }
     }
     const QString text = body(html);
-    const QString kept = firstCharacters(text, keptCharacters).toString();
+    const QString kept = firstCharacters(text, maxBodyCharacters).toString();
     if (characterCount(kept) >= readableCharacters) {
         page.text = kept.toUtf8();
         page.level = extent == PageExtent::Cut ? ReadLevel::Seen : ReadLevel::Full;

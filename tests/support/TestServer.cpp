@@ -92,8 +92,8 @@ void TestServer::answer(QTcpSocket *socket, const TestRequest &request) {
     m_answering.insert(socket, host);
     m_mostAtOnce = std::max(m_mostAtOnce, static_cast<int>(m_answering.size()));
     const auto ofHost = std::count(m_answering.cbegin(), m_answering.cend(), host);
-    int &mostOfHost = m_mostAtOnceByHost[host];
-    mostOfHost = std::max(mostOfHost, static_cast<int>(ofHost));
+    int &maxPerHost = m_mostAtOnceByHost[host];
+    maxPerHost = std::max(maxPerHost, static_cast<int>(ofHost));
 
     const auto handler = m_handlers.constFind(request.target.split('?').first());
     TestReply reply;

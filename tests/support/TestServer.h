@@ -66,8 +66,8 @@ public:
     qsizetype connectionsOpen() const { return m_open; }
     qsizetype connectionsMade() const { return m_made; }
     /// The most requests that were being answered at once, in all or for one Host header.
-    int mostAtOnce() const { return m_mostAtOnce; }
-    int mostAtOnce(const QByteArray &host) const { return m_mostAtOnceByHost.value(host); }
+    int maxConcurrent() const { return m_mostAtOnce; }
+    int maxConcurrent(const QByteArray &host) const { return m_mostAtOnceByHost.value(host); }
 
 private:
     void accept();

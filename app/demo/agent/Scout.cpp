@@ -11,48 +11,50 @@ namespace vorle::demo {
 namespace {
 
 /// The pages found for one subject, and the subject as the answer spells it.
-struct Haul {
+struct ScoutResult {
     QString about;
     QList<DemoPage> pages;
 };
 
-QList<Haul> projectHauls(const ScopeRead &scope, const DemoCatalogue &catalogue) {
-    QList<Haul> hauls;
+QList<ScoutResult> projectResults(const ScopeRead &scope, const DemoCatalogue &catalogue) {
+    QList<ScoutResult> results;
     for (const QString &dependency : scope.dependencies) {
-        hauls += Haul{dependency, catalogue.named(dependency)};
+        results += ScoutResult{dependency, catalogue.named(dependency)};
     }
-    hauls += Haul{scope.project, catalogue.about(scope.project + u' ' + scope.description)};
-    const bool nothing = std::all_of(hauls.begin(), hauls.end(),
-                                     [](const Haul &haul) { return haul.pages.isEmpty(); });
+    results +=
+        ScoutResult{scope.project, catalogue.about(scope.project + u' ' + scope.description)};
+    const bool nothing = std::all_of(results.begin(), results.end(), [](const ScoutResult &result) {
+        return result.pages.isEmpty();
+    });
     if (nothing) {
         const qsizetype several = std::min<qsizetype>(3, scope.dependencies.size());
-        for (Haul &haul : hauls) {
-            if (&haul == &hauls.last() || &haul < hauls.data() + several) {
-                haul.pages = catalogue.madeFor(haul.about).first(2);
+        for (ScoutResult &result : results) {
+            if (&result == &results.last() || &result < results.data() + several) {
+                result.pages = catalogue.madeFor(result.about).first(2);
             }
         }
     }
-    return hauls;
+    return results;
 }
 
-QList<Haul> topicHauls(const ScopeRead &scope, const DemoCatalogue &catalogue) {
-    QList<Haul> hauls;
+QList<ScoutResult> topicResults(const ScopeRead &scope, const DemoCatalogue &catalogue) {
+    QList<ScoutResult> results;
     for (const auto &interest : scope.interests) {
-        Haul haul{interest.topic, catalogue.about(interest.topic)};
-        if (haul.pages.size() < 2) {
-            haul.pages += catalogue.madeFor(interest.topic).first(interest.weight >= 4 ? 3 : 2);
+        ScoutResult result{interest.topic, catalogue.about(interest.topic)};
+        if (result.pages.size() < 2) {
+            result.pages += catalogue.madeFor(interest.topic).first(interest.weight >= 4 ? 3 : 2);
         }
-        hauls += haul;
+        results += result;
     }
     const auto lighter = [&](const auto &a, const auto &b) { return a.weight < b.weight; };
     const auto lightest = std::min_element(scope.interests.begin(), scope.interests.end(), lighter);
     if (!scope.second && scope.interests.size() >= 3) {
-        hauls[lightest - scope.interests.begin()].pages.clear();
+        results[lightest - scope.interests.begin()].pages.clear();
     }
     for (const QString &tool : scope.tools) {
-        hauls += Haul{tool, catalogue.named(tool)};
+        results += ScoutResult{tool, catalogue.named(tool)};
     }
-    return hauls;
+    return results;
 }
 
 } // namespace
@@ -64,24 +66,24 @@ FoundAnswer scout(const QHash<QString, QString> &values, const DemoCatalogue &ca
     const QStringList known = values.value(QStringLiteral("@KNOWN")).split(QStringLiteral(" ; "));
     QSet<QString> taken(known.begin(), known.end());
 
-    const QList<Haul> hauls =
-        scope.project.isEmpty() ? topicHauls(scope, catalogue) : projectHauls(scope, catalogue);
+    const QList<ScoutResult> results =
+        scope.project.isEmpty() ? topicResults(scope, catalogue) : projectResults(scope, catalogue);
     qsizetype rounds = 0;
-    for (const Haul &haul : hauls) {
-        rounds = std::max(rounds, haul.pages.size());
+    for (const ScoutResult &result : results) {
+        rounds = std::max(rounds, result.pages.size());
     }
     FoundAnswer answer;
     // One page of each subject in turn: when the number is short, no subject goes without.
     for (qsizetype round = 0; round < rounds; ++round) {
-        for (const Haul &haul : hauls) {
-            if (round >= haul.pages.size() || answer.candidates.size() >= count) {
+        for (const ScoutResult &result : results) {
+            if (round >= result.pages.size() || answer.candidates.size() >= count) {
                 continue;
             }
-            const DemoPage &page = haul.pages[round];
+            const DemoPage &page = result.pages[round];
             const QString url = site + page.path;
             if (!taken.contains(url)) {
                 taken.insert(url);
-                answer.candidates += Found{page.headline, url, page.kind, haul.about};
+                answer.candidates += Found{page.headline, url, page.kind, result.about};
             }
         }
     }

@@ -164,7 +164,7 @@ TEST_F(DemoAgentTest, furnishes_a_territory_of_its_own_and_takes_it_away) {
     const QString home = demonstration->home();
     auto preferences = std::make_unique<Preferences>(
         std::make_unique<SettingsFile>(home + QStringLiteral("/settings.json")));
-    demonstration->furnish(*preferences);
+    demonstration->populate(*preferences);
     EXPECT_EQ(preferences->settings().interests.size(), 4);
     EXPECT_EQ(preferences->settings().prioritySites.size(), 1);
     const auto projects = preferences->settings().projects;

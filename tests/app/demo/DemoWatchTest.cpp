@@ -46,7 +46,7 @@ struct DugAnswer {
 
 class DemoWatchTest : public test::DemoAgent {
 protected:
-    DemoWatchTest() { demonstration->furnish(preferences); }
+    DemoWatchTest() { demonstration->populate(preferences); }
 
     QString prompt(const char *name, const QList<std::pair<const char *, QString>> &values) const {
         QString text = resource(name, "md");
@@ -187,7 +187,7 @@ TEST_F(DemoWatchTest, says_of_each_page_what_it_is_really_about) {
                                  {},
                                  page->text.toUtf8()};
     }
-    const QList<ProjectReading> projects = readProjects(preferences.settings().projects);
+    const QList<ProjectSnapshot> projects = readProjects(preferences.settings().projects);
     const JudgeProfile profile =
         briefSource(preferences, judgedProjects(projects, preferences.settings()), {}).profile;
     const QString prompt =

@@ -1,7 +1,7 @@
 #include "app/models/RunModel.h"
 #include "app/models/ReportModel.h"
 #include "app/models/TerritoryModel.h"
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
 #include "search/feeds/Feeds.h"
 #include "search/web/PageReader.h"
@@ -67,7 +67,7 @@ protected:
     Asker asker{agent, resources, 10ms};
     Feeds feeds{http, clock};
     SourceImage images{http, {folder.filePath(text("pictures")), server.url({}).toString()}};
-    ScoreNotes notes{store, clock};
+    ScoreProvenanceLog notes{store, clock};
     SearchEngine engine{{.preferences = preferences,
                          .store = store,
                          .notes = notes,

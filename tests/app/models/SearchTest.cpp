@@ -109,7 +109,7 @@ TEST_F(SearchIndexTest, gives_fifty_at_most_the_newest_first) {
         add("same").note = QString::number(i);
     }
     const auto hits = searched(indexed({}, {topics.begin(), topics.end()}), text("same"));
-    ASSERT_EQ(hits.size(), mostHits);
+    ASSERT_EQ(hits.size(), maxHits);
     EXPECT_EQ(hits.first().topic->note, text("59"));
 }
 

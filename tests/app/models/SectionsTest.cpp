@@ -1,6 +1,6 @@
 #include "app/models/Sections.h"
 #include "app/models/KeyboardMap.h"
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "search/feeds/Feeds.h"
 #include "search/web/PageReader.h"
 #include "search/web/SourceImage.h"
@@ -33,7 +33,7 @@ protected:
     Asker asker{agent, resources};
     Feeds feeds{http, shelf.clock};
     SourceImage images{http, folder.path()};
-    ScoreNotes notes{shelf.store, shelf.clock};
+    ScoreProvenanceLog notes{shelf.store, shelf.clock};
     SearchEngine engine{{.preferences = preferences,
                          .store = shelf.store,
                          .notes = notes,

@@ -104,8 +104,8 @@ TEST(TopicListModel, brings_up_a_reserved_topic_that_news_came_of) {
     decisions.postpone(second);
     EXPECT_EQ(reserve.movedCount(), 0);
     // A run that comes upon its link again brings it forward at once.
-    FoundAgain finds(shelf.store, shelf.clock);
-    reserve.heed(finds);
+    RediscoveryLog finds(shelf.store, shelf.clock);
+    reserve.observe(finds);
     shelf.clock.moment = shelf.clock.moment.addDays(1);
     test::waitFor(finds.note(QUuid::fromString(first)));
     EXPECT_EQ(watched.seen, (QStringList{first, second}));

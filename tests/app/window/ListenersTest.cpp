@@ -62,7 +62,7 @@ protected:
         m_shell = std::make_unique<Shell>(
             Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher, 0, m_terminals.names()});
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, m_app->store().file());
-        m_main->heed(m_motion);
+        m_main->observe(m_motion);
         m_main->raise();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
     }

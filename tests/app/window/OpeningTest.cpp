@@ -3,7 +3,7 @@
 
 #include "app/window/Opening.h"
 #include "agents/TemporaryFiles.h"
-#include "app/window/QuitDoor.h"
+#include "app/window/QuitHandler.h"
 #include "app/window/SingleInstance.h"
 #include "core/RunHistory.h"
 #include "tests/core/Samples.h"
@@ -156,11 +156,11 @@ TEST_F(OpeningTest, one_that_is_opening_or_ending_is_neither_missed_nor_mistaken
     EXPECT_FALSE(third.outcome);
 }
 
-TEST(QuitDoor, the_systems_quit_waits_until_the_program_has_left) {
-    QuitDoor door;
+TEST(QuitHandler, the_systems_quit_waits_until_the_program_has_left) {
+    QuitHandler door;
     int asked = 0;
     bool left = false;
-    QObject::connect(&door, &QuitDoor::quitAsked, [&] {
+    QObject::connect(&door, &QuitHandler::quitAsked, [&] {
         ++asked;
         QTimer::singleShot(50ms, &door, [&] {
             left = true;

@@ -77,11 +77,11 @@ TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_TRUE(file.readAll().contains("\"zoom\": 1.50"));
     file.close();
-    ASSERT_TRUE(QFile::resize(file.fileName(), mostFileBytes + 1)); // more than is read
+    ASSERT_TRUE(QFile::resize(file.fileName(), maxFileBytes + 1)); // more than is read
     WindowState unread = WindowState::load(topics);
     unread.save(topics);
     later.save(topics);
-    EXPECT_EQ(file.size(), mostFileBytes + 1);
+    EXPECT_EQ(file.size(), maxFileBytes + 1);
 }
 
 } // namespace

@@ -251,7 +251,7 @@ TEST(FeedParser, texts_and_sizes_are_bounded) {
                            QByteArray("<x>&#233;</x>").repeated(100'000) + "</item>";
     const auto cut = parse("<rss>" + one.repeated(9) + "</rss>"); // more than 10 MB
     ASSERT_TRUE(cut.has_value());
-    EXPECT_EQ(cut->size(), feedByteLimit / one.size());
+    EXPECT_EQ(cut->size(), maxFeedBytes / one.size());
 }
 
 } // namespace

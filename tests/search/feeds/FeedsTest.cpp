@@ -190,8 +190,8 @@ TEST_F(FeedsTest, a_run_takes_the_newest_of_the_last_month) {
                  QStringLiteral("years-ahead")};
     EXPECT_EQ(links, expected);
     EXPECT_FALSE(got.items.last().date) << "a date that cannot be is none";
-    EXPECT_EQ(got.reports, (QList<SiteReading>{{server.link("/"), FeedOutcome::Read, 15},
-                                               {server.link("/b"), FeedOutcome::Read, 4}}));
+    EXPECT_EQ(got.reports, (QList<SiteFeedResult>{{server.link("/"), FeedOutcome::Read, 15},
+                                                  {server.link("/b"), FeedOutcome::Read, 4}}));
     EXPECT_EQ(got.sites, (QList<PrioritySite>{{server.link("/"), server.link("/feed"), today},
                                               {server.link("/b"), server.link("/bf"), today}}));
 }
@@ -262,7 +262,7 @@ TEST_F(FeedsTest, reads_all_sites_at_once_and_stops_when_told) {
         sites += site(path, server.link(path));
     }
     EXPECT_EQ(run(sites).items.size(), 8);
-    EXPECT_EQ(server.mostAtOnce(), 8);
+    EXPECT_EQ(server.maxConcurrent(), 8);
 
     server.serve("/silent", TestReply::shaped(TestReply::Shape::Silent));
     sites += site("/silent", server.link("/silent"));

@@ -126,7 +126,7 @@ TEST_F(HarvestTest, a_link_set_aside_that_a_run_finds_again_is_told) {
     twin.status = TopicStatus::Done;
     store.add({twin});
     QList<QUuid> told;
-    QObject::connect(&engine.finds(), &FoundAgain::found, [&](const QUuid &id) { told += id; });
+    QObject::connect(&engine.finds(), &RediscoveryLog::found, [&](const QUuid &id) { told += id; });
 
     server.serve("/again", test::TestReply::redirect("/long"));
     const struct {
@@ -145,7 +145,7 @@ TEST_F(HarvestTest, a_link_set_aside_that_a_run_finds_again_is_told) {
         EXPECT_EQ(told, one.moves ? QList{aside} : QList<QUuid>());
     }
     EXPECT_EQ(store.topic(aside)->sources.size(), 2) << "the other address is one of its own now";
-    FoundAgain later(store, clock);
+    RediscoveryLog later(store, clock);
     EXPECT_EQ(later.topics(), QList{aside});
     EXPECT_TRUE(later.isSince(aside, store.topic(aside)->foundAt.addSecs(-60)));
 }
@@ -230,7 +230,7 @@ TEST_F(HarvestTest, what_is_old_news_to_one_project_stays_news_to_another) {
         otherTraits = QStringLiteral("\"delays\":{\"%1\":0.7},").arg(QString::fromUtf8(one.late));
         scenario(release, one.topics);
         TopicStore memory{QString(), resources, clock};
-        ScoreNotes noted{memory, clock};
+        ScoreProvenanceLog noted{memory, clock};
         SearchEngine other{{preferences, memory, noted, asker, reader, feeds, images, clock}};
         const RunReport report = test::waitFor(other.run(stop.token()), 60s);
         EXPECT_EQ(report.notNewer.isEmpty(), one.added) << one.late;

@@ -263,10 +263,10 @@ TEST(ScreenedItems, replaces_no_file_that_it_could_not_read) {
     EXPECT_TRUE(file.readAll().contains("\"future\": 1.50"));
     file.close();
 
-    ASSERT_TRUE(QFile::resize(file.fileName(), mostFileBytes + 1)); // more than is read
+    ASSERT_TRUE(QFile::resize(file.fileName(), maxFileBytes + 1)); // more than is read
     const QString before = there();
     items.add(other, {link}, now);
-    EXPECT_EQ(file.size(), mostFileBytes + 1);
+    EXPECT_EQ(file.size(), maxFileBytes + 1);
     EXPECT_EQ(there(), before);
 }
 

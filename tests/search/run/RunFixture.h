@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/Preferences.h"
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
 #include "search/feeds/Feeds.h"
 #include "search/run/SearchEngine.h"
@@ -128,7 +128,7 @@ protected:
     Feeds feeds{http, clock};
     SourceImage images{http,
                        {folder.filePath(QStringLiteral("pictures")), server.url({}).toString()}};
-    ScoreNotes notes{store, clock};
+    ScoreProvenanceLog notes{store, clock};
     SearchEngine engine{{preferences, store, notes, asker, reader, feeds, images, clock}};
     CancelSource stop;
 };

@@ -102,7 +102,7 @@ TEST_F(SearchEngineTest, a_topic_is_covered_by_its_own_name_in_its_own_search_al
         scenario(QStringLiteral("[]"),
                  list({candidate(at("/p3"), "React Native"), candidate(at("/p4"), "VELO")}));
         TopicStore memory{QString(), resources, clock};
-        ScoreNotes noted{memory, clock};
+        ScoreProvenanceLog noted{memory, clock};
         SearchEngine other{{preferences, memory, noted, asker, reader, feeds, images, clock}};
         const RunReport report = test::waitFor(other.run(stop.token()), 60s);
         EXPECT_EQ(report.uncovered,
@@ -305,7 +305,7 @@ TEST_F(SearchEngineTest, the_reports_of_the_last_runs_are_kept) {
     EXPECT_EQ(store.history(), (QList<RunReport>{first, second}));
     const RunHistory history(store.file());
     history.replace(QList<RunReport>(60, second));
-    EXPECT_EQ(history.reports().size(), RunHistory::mostReports);
+    EXPECT_EQ(history.reports().size(), RunHistory::maxReports);
     write(QStringLiteral("runs.json"), "{");
     EXPECT_TRUE(history.reports().isEmpty());
     store.addRun(first);

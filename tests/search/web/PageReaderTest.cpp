@@ -88,7 +88,7 @@ TEST(PageReader, a_page_past_the_limit_is_seen_in_part) {
     PageReader reader(http);
     const ReadPage read = test::waitFor(reader.read(server.link("/endless")));
     EXPECT_EQ(read.level, ReadLevel::Seen);
-    EXPECT_EQ(read.text.size(), keptCharacters);
+    EXPECT_EQ(read.text.size(), maxBodyCharacters);
 }
 
 TEST(PageReader, only_a_link_the_user_typed_reaches_this_machine) {
@@ -124,8 +124,8 @@ TEST(PageReader, a_slow_host_leaves_places_to_the_others) {
     for (auto &task : tasks) {
         EXPECT_EQ(test::waitFor(std::move(task)).level, ReadLevel::Full);
     }
-    EXPECT_EQ(slow.mostAtOnce(), 4);
-    EXPECT_EQ(quick.mostAtOnce(), 4);
+    EXPECT_EQ(slow.maxConcurrent(), 4);
+    EXPECT_EQ(quick.maxConcurrent(), 4);
 
     source.cancel();
     for (auto &task : stuck) {
@@ -154,8 +154,8 @@ TEST(PageReader, sixteen_pages_are_read_at_once_over_many_hosts) {
         readWhole += test::waitFor(std::move(task)).level == ReadLevel::Full ? 1 : 0;
     }
     EXPECT_GE(readWhole, 24);
-    EXPECT_LE(server.mostAtOnce(), 16);
-    EXPECT_GE(server.mostAtOnce(), 8);
+    EXPECT_LE(server.maxConcurrent(), 16);
+    EXPECT_GE(server.maxConcurrent(), 8);
 }
 
 TEST(PageReader, a_stop_ends_reads_wherever_they_are) {
@@ -305,7 +305,7 @@ TEST(PageReader, reads_the_page_itself_where_its_twin_says_nothing) {
     // A registry's document too long to be read whole: the newest version's own.
     const QByteArray whole = twin("https://npmjs.com/package/big");
     server.serve(whole,
-                 json(R"({"name":"big","readme":")" + QByteArray(pageByteLimit, 'x') + R"("})"));
+                 json(R"({"name":"big","readme":")" + QByteArray(maxPageTextBytes, 'x') + R"("})"));
     server.serve(whole + "/latest", json(R"({"name":"big","version":"9.0.0"})"));
     const ReadPage big =
         test::waitFor(reader.read(QStringLiteral("https://npmjs.com/package/big")));

@@ -91,7 +91,7 @@ TEST(PageText, six_hundred_characters_make_a_page_read) {
     EXPECT_EQ(plain("a  <b> &amp;\n\n\nc ").text, "a <b> &amp;\n\nc");
     EXPECT_EQ(plain(" \n ").level, ReadLevel::None);
     EXPECT_EQ(plain(text(600), PageExtent::Cut).level, ReadLevel::Seen);
-    EXPECT_EQ(plain(text(600) + QByteArray(pageByteLimit, ' ')).level, ReadLevel::Seen);
+    EXPECT_EQ(plain(text(600) + QByteArray(maxPageTextBytes, ' ')).level, ReadLevel::Seen);
     EXPECT_EQ(extractPage(text(600), "text/html", PageExtent::Cut).level, ReadLevel::Seen);
 }
 
@@ -108,14 +108,14 @@ TEST(PageText, at_most_eight_thousand_characters_are_kept_and_none_is_cut) {
                       QString::fromUtf8(extractPage(unit.repeated(20'000), "text/plain").text)),
                   8'000);
     }
-    EXPECT_EQ(html("<title>" + text(1'400'000) + "</title>").title->size(), lineCharacters);
+    EXPECT_EQ(html("<title>" + text(1'400'000) + "</title>").title->size(), maxLineCharacters);
     // A character may hold any number of marks: bytes are bounded too.
     const QByteArray marked = "a" + QByteArray("\u0301").repeated(100);
     const PageText piled =
         html("<title>" + marked.repeated(4'000) + "</title><meta content='" +
              marked.repeated(4'000) + "' name='description'>" + marked.repeated(4'000));
     for (const QString &kept : {*piled.title, *piled.description, QString::fromUtf8(piled.text)}) {
-        EXPECT_LE(kept.toUtf8().size(), keptCharacters * bytesPerCharacter);
+        EXPECT_LE(kept.toUtf8().size(), maxBodyCharacters * bytesPerCharacter);
         EXPECT_EQ(kept.size() % 101, 0) << "none is cut";
         EXPECT_GT(kept.size(), 100);
     }

@@ -1,4 +1,4 @@
-#include "search/run/JudgingLine.h"
+#include "search/run/JudgingQueue.h"
 
 #include <QElapsedTimer>
 
@@ -6,8 +6,8 @@ namespace vorle {
 
 namespace {
 
-constexpr int callsAtOnce = 2;
-constexpr int mostInVain = 2;
+constexpr int maxConcurrentCalls = 2;
+constexpr int maxFailuresInARow = 2;
 /// So many in a row, and it is the judge after all.
 constexpr int mostDoubtfulInVain = 4;
 
@@ -20,33 +20,33 @@ bool mayDoBetter(const std::exception &error) {
 
 } // namespace
 
-JudgingLine::JudgingLine(Asker &asker, std::shared_ptr<const JudgeBrief> brief, CancelToken cancel,
-                         Handlers handlers)
+JudgingQueue::JudgingQueue(Asker &asker, std::shared_ptr<const JudgeBrief> brief,
+                           CancelToken cancel, Handlers handlers)
     : m_judge(asker)
     , m_brief(std::move(brief))
     , m_cancel(std::move(cancel))
     , m_handlers(std::move(handlers)) {}
 
-void JudgingLine::add(JudgeCandidate candidate) {
+void JudgingQueue::add(JudgeCandidate candidate) {
     m_waiting.append(std::move(candidate));
     send();
 }
 
-void JudgingLine::addDoubtful(JudgeCandidate candidate) {
+void JudgingQueue::addDoubtful(JudgeCandidate candidate) {
     m_doubtful.append(std::move(candidate));
     send();
 }
 
-void JudgingLine::send() {
-    while (!m_cancel.isCancelled() && m_underWay < callsAtOnce) {
+void JudgingQueue::send() {
+    while (!m_cancel.isCancelled() && m_underWay < maxConcurrentCalls) {
         const qsizetype size = nextBatchSize(m_waiting);
         const bool mayGrow = size == m_waiting.size() && size < Judge::batchCandidates;
         if (size > 0 && (m_finishing || !mayGrow)) {
             const QList<JudgeCandidate> batch = m_waiting.first(size);
             m_waiting.remove(0, size);
             start(batch, Turn::First);
-        } else if (!m_alone.isEmpty()) {
-            start({m_alone.takeFirst()}, Turn::Alone);
+        } else if (!m_retryAlone.isEmpty()) {
+            start({m_retryAlone.takeFirst()}, Turn::Alone);
         } else if (m_finishing && m_underWay == m_doubtfulUnderWay && !m_doubtful.isEmpty()) {
             start({m_doubtful.takeFirst()}, Turn::Doubtful);
         } else {
@@ -55,13 +55,13 @@ void JudgingLine::send() {
     }
 }
 
-void JudgingLine::start(QList<JudgeCandidate> batch, Turn turn) {
+void JudgingQueue::start(QList<JudgeCandidate> batch, Turn turn) {
     ++m_underWay;
     m_doubtfulUnderWay += turn == Turn::Doubtful ? 1 : 0;
     m_calls.add(judge(std::move(batch), turn));
 }
 
-Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
+Task<> JudgingQueue::judge(QList<JudgeCandidate> batch, Turn turn) {
     std::exception_ptr fault;
     try {
         std::optional<Judge::Verdicts> verdicts;
@@ -70,11 +70,12 @@ Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
         const auto seconds = [&] { return static_cast<double>(clock.elapsed()) / 1000.0; };
         try {
             verdicts = co_await m_judge.judge(m_brief, batch, m_cancel);
-            m_handlers.called(seconds(), verdicts->costUSD.value_or(0), RunBook::CallEnd::Answered);
+            m_handlers.called(seconds(), verdicts->costUSD.value_or(0),
+                              RunRecorder::CallEnd::Answered);
         } catch (const Cancelled &) {
             throw;
         } catch (const std::exception &error) {
-            m_handlers.called(seconds(), failureCost(error), RunBook::CallEnd::Failed);
+            m_handlers.called(seconds(), failureCost(error), RunRecorder::CallEnd::Failed);
             takeFailure(batch, turn, error);
         }
         if (verdicts) {
@@ -91,8 +92,8 @@ Task<> JudgingLine::judge(QList<JudgeCandidate> batch, Turn turn) {
     send();
 }
 
-void JudgingLine::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
-                               const Judge::Verdicts &verdicts) {
+void JudgingQueue::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
+                                const Judge::Verdicts &verdicts) {
     QList<JudgeCandidate> told;
     for (const JudgeCandidate &candidate : batch) {
         const bool answered = verdicts.byId.contains(candidate.id);
@@ -100,23 +101,24 @@ void JudgingLine::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
         if (answered || turn != Turn::First) {
             told += candidate;
         } else {
-            m_alone += candidate;
+            m_retryAlone += candidate;
         }
     }
     m_handlers.judged(told + givenUp(), verdicts);
 }
 
-void JudgingLine::takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error) {
+void JudgingQueue::takeFailure(QList<JudgeCandidate> batch, Turn turn,
+                               const std::exception &error) {
     countTurn(turn, false);
     if (turn == Turn::First && batch.size() > 1 && mayDoBetter(error)) {
-        m_alone += std::exchange(batch, {});
+        m_retryAlone += std::exchange(batch, {});
     }
     m_handlers.failed(batch + givenUp(), error);
 }
 
 /// A batch that came to nothing says little: what is in it is judged once more.
-void JudgingLine::countTurn(Turn turn, bool answered) {
-    int &inVain = turn == Turn::Doubtful ? m_doubtfulInVain : m_inVain;
+void JudgingQueue::countTurn(Turn turn, bool answered) {
+    int &inVain = turn == Turn::Doubtful ? m_doubtfulInVain : m_failedInARow;
     if (answered) {
         inVain = 0;
     } else if (turn != Turn::First) {
@@ -125,10 +127,10 @@ void JudgingLine::countTurn(Turn turn, bool answered) {
 }
 
 /// Those who are not judged after all.
-QList<JudgeCandidate> JudgingLine::givenUp() {
+QList<JudgeCandidate> JudgingQueue::givenUp() {
     QList<JudgeCandidate> given;
-    if (m_inVain >= mostInVain) {
-        given += std::exchange(m_alone, {});
+    if (m_failedInARow >= maxFailuresInARow) {
+        given += std::exchange(m_retryAlone, {});
     }
     if (m_doubtfulInVain >= mostDoubtfulInVain) {
         given += std::exchange(m_doubtful, {});
@@ -136,7 +138,7 @@ QList<JudgeCandidate> JudgingLine::givenUp() {
     return given;
 }
 
-Task<> JudgingLine::finish() {
+Task<> JudgingQueue::finish() {
     m_finishing = true;
     send();
     std::exception_ptr fault;
@@ -145,7 +147,7 @@ Task<> JudgingLine::finish() {
     if (fault) {
         std::rethrow_exception(fault);
     }
-    if (!m_waiting.isEmpty() || !m_alone.isEmpty() || !m_doubtful.isEmpty()) {
+    if (!m_waiting.isEmpty() || !m_retryAlone.isEmpty() || !m_doubtful.isEmpty()) {
         throw Cancelled();
     }
 }

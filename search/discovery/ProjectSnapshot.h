@@ -8,7 +8,7 @@
 namespace vorle {
 
 /// What a watched project's folder holds.
-struct ProjectReading {
+struct ProjectSnapshot {
     QString name;
     discovery::Project found;
     QStringList dependencies = {};
@@ -23,6 +23,6 @@ struct ProjectReading {
 
 /// Reads the folders of the projects (a project's name to its folder). Any thread; a large lock
 /// file takes tens of milliseconds, so it belongs on the thread pool.
-QList<ProjectReading> readProjects(const QMap<QString, QString> &folders);
+QList<ProjectSnapshot> readProjects(const QMap<QString, QString> &folders);
 
 } // namespace vorle

@@ -1,4 +1,4 @@
-#include "app/window/Curtain.h"
+#include "app/window/AccessibilityBarrier.h"
 
 #include <QAccessibleObject>
 #include <QQmlContext>
@@ -24,13 +24,13 @@ void collect(const QQuickItem &item, QList<QAccessibleInterface *> &found) {
     }
 }
 
-class CurtainInterface final : public QAccessibleObject {
+class BarrierInterface final : public QAccessibleObject {
 public:
-    explicit CurtainInterface(Curtain *curtain) : QAccessibleObject(curtain) {}
+    explicit BarrierInterface(AccessibilityBarrier *barrier) : QAccessibleObject(barrier) {}
 
-    QWindow *window() const override { return curtain() ? curtain()->window() : nullptr; }
+    QWindow *window() const override { return barrier() ? barrier()->window() : nullptr; }
     QAccessibleInterface *parent() const override {
-        for (QQuickItem *item = curtain()->parentItem(); item != nullptr;
+        for (QQuickItem *item = barrier()->parentItem(); item != nullptr;
              item = item->parentItem()) {
             if (QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item)) {
                 return interface;
@@ -64,49 +64,49 @@ public:
     }
     QAccessible::State state() const override {
         QAccessible::State state;
-        state.invisible = !curtain()->isVisible();
+        state.invisible = !barrier()->isVisible();
         return state;
     }
     QRect rect() const override {
-        const QRectF inScene = curtain()->mapRectToScene(curtain()->boundingRect());
+        const QRectF inScene = barrier()->mapRectToScene(barrier()->boundingRect());
         const QPoint corner =
             window() != nullptr ? window()->mapToGlobal(inScene.topLeft().toPoint()) : QPoint();
         return {corner, inScene.size().toSize()};
     }
 
 private:
-    Curtain *curtain() const { return static_cast<Curtain *>(object()); }
+    AccessibilityBarrier *barrier() const { return static_cast<AccessibilityBarrier *>(object()); }
     /// What the screen says of it with the attached properties.
     QVariant given(const QString &name) const {
-        return QQmlProperty(curtain(), name, qmlContext(curtain())).read();
+        return QQmlProperty(barrier(), name, qmlContext(barrier())).read();
     }
     QList<QAccessibleInterface *> children() const {
         QList<QAccessibleInterface *> found;
-        if (!curtain()->drawn()) {
-            collect(*curtain(), found);
+        if (!barrier()->active()) {
+            collect(*barrier(), found);
         }
         return found;
     }
 };
 
 QAccessibleInterface *interfaceOf(const QString & /*className*/, QObject *object) {
-    auto *curtain = qobject_cast<Curtain *>(object);
-    return curtain != nullptr ? new CurtainInterface(curtain) : nullptr;
+    auto *barrier = qobject_cast<AccessibilityBarrier *>(object);
+    return barrier != nullptr ? new BarrierInterface(barrier) : nullptr;
 }
 
 } // namespace
 
-Curtain::Curtain(QQuickItem *parent) : QQuickItem(parent) {
+AccessibilityBarrier::AccessibilityBarrier(QQuickItem *parent) : QQuickItem(parent) {
     setFlag(ItemIsFocusScope);
     QAccessible::installFactory(interfaceOf); // once is enough, and again does nothing
 }
 
-void Curtain::setDrawn(bool drawn) {
-    if (m_drawn == drawn) {
+void AccessibilityBarrier::setActive(bool active) {
+    if (m_active == active) {
         return;
     }
-    m_drawn = drawn;
-    Q_EMIT drawnChanged();
+    m_active = active;
+    Q_EMIT activeChanged();
     if (QAccessible::isActive()) {
         QAccessibleEvent event(this, QAccessible::ObjectReorder);
         QAccessible::updateAccessibility(&event);

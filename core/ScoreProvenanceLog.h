@@ -11,7 +11,7 @@
 namespace vorle {
 
 /// What stood behind a topic's score when it was judged and has no room in its record.
-struct ScoreNote {
+struct ScoreProvenance {
     /// A reflex whose instruction line the judge was given.
     struct Reflex {
         QString id;
@@ -35,31 +35,31 @@ struct ScoreNote {
     json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
-        return std::tuple(json::field("topic", &ScoreNote::topic),
-                          json::field("at", &ScoreNote::at),
-                          json::field("agent", &ScoreNote::agent),
-                          json::field("relevance", &ScoreNote::relevance),
-                          json::field("bytesRead", &ScoreNote::bytesRead),
-                          json::field("examples", &ScoreNote::examples),
-                          json::field("reflexes", &ScoreNote::reflexes));
+        return std::tuple(json::field("topic", &ScoreProvenance::topic),
+                          json::field("at", &ScoreProvenance::at),
+                          json::field("agent", &ScoreProvenance::agent),
+                          json::field("relevance", &ScoreProvenance::relevance),
+                          json::field("bytesRead", &ScoreProvenance::bytesRead),
+                          json::field("examples", &ScoreProvenance::examples),
+                          json::field("reflexes", &ScoreProvenance::reflexes));
     }
-    static constexpr auto jsonRest() { return &ScoreNote::unknown; }
-    bool operator==(const ScoreNote &) const = default;
+    static constexpr auto jsonRest() { return &ScoreProvenance::unknown; }
+    bool operator==(const ScoreProvenance &) const = default;
 };
 
 /// The notes of all judged topics, in "score-notes.json": see TopicRecords for how they are kept.
 /// Main thread; the store and the clock must outlive it, and it must outlive every save under way.
-class ScoreNotes {
+class ScoreProvenanceLog {
 public:
-    ScoreNotes(const TopicStore &store, const Clock &clock);
+    ScoreProvenanceLog(const TopicStore &store, const Clock &clock);
 
     /// The topic's note, or nothing.
-    std::optional<ScoreNote> note(const QUuid &topic) { return m_records.of(topic); }
+    std::optional<ScoreProvenance> note(const QUuid &topic) { return m_records.of(topic); }
     /// Takes these notes, in the place of older ones of the same topics, and has them written.
-    Task<> add(QList<ScoreNote> notes) { return m_records.add(std::move(notes)); }
+    Task<> add(QList<ScoreProvenance> notes) { return m_records.add(std::move(notes)); }
 
 private:
-    TopicRecords<ScoreNote> m_records;
+    TopicRecords<ScoreProvenance> m_records;
 };
 
 } // namespace vorle

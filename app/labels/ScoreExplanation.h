@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/Topic.h"
 
 #include <QDate>
@@ -13,7 +13,7 @@
 namespace vorle {
 
 /// A score laid open: what it is made of and what stood behind it, in French, for whoever shows it.
-struct OpenScore {
+struct ScoreExplanation {
     struct Grade {
         QString label;
         int grade = 0; ///< 0 to 10
@@ -36,7 +36,7 @@ struct OpenScore {
 ///               or imported: the facts that rest on it are then left out
 /// @param today  the day the texts are read on; `zone` turns the note's moment into a day
 /// Pure, any thread.
-OpenScore openScore(const Topic &topic, const std::optional<ScoreNote> &note, const QDate &today,
-                    const QTimeZone &zone = QTimeZone::systemTimeZone());
+ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenance> &note,
+                           const QDate &today, const QTimeZone &zone = QTimeZone::systemTimeZone());
 
 } // namespace vorle

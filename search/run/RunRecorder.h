@@ -8,13 +8,13 @@ namespace vorle {
 
 /// What a run notes as it goes, shared by its parts: the report, the progress and whoever follows
 /// it. Main thread; lives as long as the run.
-class RunBook {
+class RunRecorder {
 public:
-    explicit RunBook(std::function<void(const RunProgress &)> follow)
+    explicit RunRecorder(std::function<void(const RunProgress &)> follow)
         : m_follow(std::move(follow)) {}
-    RunBook(const RunBook &) = delete;
-    RunBook &operator=(const RunBook &) = delete;
-    ~RunBook() = default;
+    RunRecorder(const RunRecorder &) = delete;
+    RunRecorder &operator=(const RunRecorder &) = delete;
+    ~RunRecorder() = default;
 
     RunReport report;
     RunProgress progress;

@@ -8,13 +8,13 @@ namespace vorle {
 /// ends, a session manager, QCoreApplication::quit()) to one door. The program leaves in its own
 /// time, keeping what it has; the system is answered once it has left, and is made to wait a few
 /// seconds at most. Main thread; one object a program.
-class QuitDoor final : public QObject {
+class QuitHandler final : public QObject {
     Q_OBJECT
 public:
     /// How long the system is made to wait.
-    static constexpr int patienceMs = 10'000;
+    static constexpr int timeoutMs = 10'000;
 
-    QuitDoor();
+    QuitHandler();
 
     /// The program has left: nothing is under way any more, all is kept. It ends with that status.
     void left(int status = 0);

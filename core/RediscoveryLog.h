@@ -25,11 +25,11 @@ struct Find {
 
 /// The finds of all topics, in "found-again.json": see TopicRecords for how they are kept. Main
 /// thread; the store and the clock must outlive it, and it must outlive every save under way.
-class FoundAgain final : public QObject {
+class RediscoveryLog final : public QObject {
     Q_OBJECT
 
 public:
-    FoundAgain(const TopicStore &store, const Clock &clock);
+    RediscoveryLog(const TopicStore &store, const Clock &clock);
 
     /// A run came upon this topic's link now, whatever brought it. Only a topic of the reserve is
     /// kept; of any other it is no news. The task ends as TopicRecords::add does.
@@ -38,7 +38,7 @@ public:
     /// Whether the topic was found again after that moment.
     bool isSince(const QUuid &topic, const QDateTime &moment);
     /// The topics that were ever found again.
-    QList<QUuid> topics() { return m_finds.all().keys(); }
+    QList<QUuid> topics() { return m_rediscoveries.all().keys(); }
 
 Q_SIGNALS:
     /// It was found again just now.
@@ -47,7 +47,7 @@ Q_SIGNALS:
 private:
     const TopicStore &m_store;
     const Clock &m_clock;
-    TopicRecords<Find> m_finds;
+    TopicRecords<Find> m_rediscoveries;
 };
 
 } // namespace vorle

@@ -1,4 +1,4 @@
-#include "app/window/HeldKeys.h"
+#include "app/window/KeyRepeatFilter.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -6,16 +6,18 @@
 
 namespace vorle {
 
-HeldKeys::HeldKeys(QWindow &window) : QObject(&window) { window.installEventFilter(this); }
+KeyRepeatFilter::KeyRepeatFilter(QWindow &window) : QObject(&window) {
+    window.installEventFilter(this);
+}
 
 /// Nobody lets a key go and presses it again in one millisecond; what a program types may take less
 /// than one from press to press, and has not held the key.
-bool HeldKeys::isRepeat(const QKeyEvent &press) const {
+bool KeyRepeatFilter::isRepeat(const QKeyEvent &press) const {
     const auto last = m_presses.constFind(press.nativeScanCode());
     return last != m_presses.constEnd() && last->up == press.timestamp() && last->up > last->down;
 }
 
-bool HeldKeys::eventFilter(QObject *watched, QEvent *event) {
+bool KeyRepeatFilter::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) {
         return false;
     }

@@ -16,11 +16,11 @@ class Application;
 /// Runs commands for command lines while the app holds the topics: the same commands, on the app's
 /// own objects, so that the window shows what they change. Main thread; the application outlives
 /// it, and it is destroyed only once `closed()` has ended or nothing resumes any more.
-class CommandDoor final : public QObject {
+class CommandServer final : public QObject {
     Q_OBJECT
 public:
-    explicit CommandDoor(Application &app, QObject *parent = nullptr);
-    ~CommandDoor() override;
+    explicit CommandServer(Application &app, QObject *parent = nullptr);
+    ~CommandServer() override;
 
     /// Runs the command, tells the caller all it says, and ends the connection. It is cancelled
     /// when the caller asks so or goes away. A command that is none, or that the app does not run
@@ -30,11 +30,11 @@ public:
     Task<> closed();
 
 private:
-    struct Errand;
-    static Task<> run(QPointer<CommandDoor> self, std::shared_ptr<Errand> errand);
+    struct RunningCommand;
+    static Task<> run(QPointer<CommandServer> self, std::shared_ptr<RunningCommand> command);
 
     Application &m_app;
-    std::list<std::shared_ptr<Errand>> m_underWay;
+    std::list<std::shared_ptr<RunningCommand>> m_underWay;
     TaskGroup m_running;
     bool m_closed = false;
 };

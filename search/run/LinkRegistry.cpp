@@ -1,4 +1,4 @@
-#include "search/run/LinkLedger.h"
+#include "search/run/LinkRegistry.h"
 
 #include "search/web/Links.h"
 
@@ -6,7 +6,7 @@
 
 namespace vorle {
 
-LinkLedger::LinkLedger(const QList<TopicPtr> &topics) {
+LinkRegistry::LinkRegistry(const QList<TopicPtr> &topics) {
     QList<TopicPtr> ordered = topics; // the last one holds
     std::ranges::stable_partition(
         ordered, [](const TopicPtr &topic) { return topic->status != TopicStatus::Reserve; });
@@ -20,7 +20,7 @@ LinkLedger::LinkLedger(const QList<TopicPtr> &topics) {
     }
 }
 
-void LinkLedger::hold(const QString &link, const QUuid &topic) {
+void LinkRegistry::hold(const QString &link, const QUuid &topic) {
     m_held.insert(canonicalLink(link), topic);
     // The file behind a page that shows it is the same thing.
     if (const QUrl fetched = readableLink(link); !fetched.isEmpty()) {
@@ -28,7 +28,7 @@ void LinkLedger::hold(const QString &link, const QUuid &topic) {
     }
 }
 
-LinkLedger::Claim LinkLedger::claim(const QString &link, qsizetype item) {
+LinkRegistry::Claim LinkRegistry::claim(const QString &link, qsizetype item) {
     const QString canonical = canonicalLink(link);
     if (const auto held = m_held.constFind(canonical); held != m_held.cend()) {
         return {Standing::Held, *held, 0};
@@ -41,7 +41,7 @@ LinkLedger::Claim LinkLedger::claim(const QString &link, qsizetype item) {
     return {};
 }
 
-void LinkLedger::give(qsizetype item, const Claim &heir) {
+void LinkRegistry::give(qsizetype item, const Claim &heir) {
     for (auto link = m_items.begin(); link != m_items.end();) {
         if (*link != item) {
             ++link;

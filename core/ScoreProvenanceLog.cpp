@@ -1,8 +1,8 @@
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 
 namespace vorle {
 
-ScoreNotes::ScoreNotes(const TopicStore &store, const Clock &clock)
+ScoreProvenanceLog::ScoreProvenanceLog(const TopicStore &store, const Clock &clock)
     : m_records(store, clock,
                 {QStringLiteral("score-notes.json"), QStringLiteral("the notes on scores")}) {}
 

@@ -1,4 +1,4 @@
-#include "search/run/RunBook.h"
+#include "search/run/RunRecorder.h"
 
 #include "agents/AgentError.h"
 #include "base/French.h"
@@ -8,7 +8,7 @@
 
 namespace vorle {
 
-void RunBook::noteCall(RunStep step, double seconds, double costUSD, CallEnd end) {
+void RunRecorder::noteCall(RunStep step, double seconds, double costUSD, CallEnd end) {
     report.costUSD += costUSD;
     QList<StepReport> steps = report.steps.value_or(QList<StepReport>());
     auto place = std::ranges::find(steps, step, &StepReport::step);
@@ -23,18 +23,18 @@ void RunBook::noteCall(RunStep step, double seconds, double costUSD, CallEnd end
     report.steps = std::move(steps);
 }
 
-void RunBook::show(const QString &status) {
+void RunRecorder::show(const QString &status) {
     m_reading = false;
     progress.status = status;
     tell();
 }
 
-void RunBook::showReading() {
+void RunRecorder::showReading() {
     m_reading = true;
     tell();
 }
 
-void RunBook::tell() {
+void RunRecorder::tell() {
     if (m_reading && progress.candidates > 0) {
         progress.status = French::tr("Lecture et tri : ") +
                           French::tr("%1 sur %2").arg(progress.judged).arg(progress.candidates);

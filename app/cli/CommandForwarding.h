@@ -9,9 +9,9 @@ namespace vorle::cli {
 
 /// Thrown where a command finds that the running app holds the topics, once the app has run it
 /// instead. It is no failure: nothing is left to do but end with its status.
-class HandedOver final : public std::exception {
+class CommandForwarded final : public std::exception {
 public:
-    explicit HandedOver(ExitStatus status) : m_status(status) {}
+    explicit CommandForwarded(ExitStatus status) : m_status(status) {}
 
     ExitStatus status() const { return m_status; }
     const char *what() const noexcept override { return "handed over to the running app"; }
@@ -24,6 +24,6 @@ private:
 /// nothing when no app answers, and then it was not asked either. A Ctrl-C is handed on, and the
 /// app's answer to it waited for.
 /// @throws Failure when the app ended before the command did, Cancelled before the app was asked
-Task<std::optional<ExitStatus>> handOver(Context &context);
+Task<std::optional<ExitStatus>> forwardCommand(Context &context);
 
 } // namespace vorle::cli

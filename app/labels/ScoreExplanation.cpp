@@ -1,4 +1,4 @@
-#include "app/labels/OpenScore.h"
+#include "app/labels/ScoreExplanation.h"
 
 #include "agents/AgentKind.h"
 #include "app/labels/TopicLabels.h"
@@ -54,24 +54,24 @@ QString bytesText(int bytes) {
     return tr("%1\u00A0ko de texte").arg(decimal(amount, amount < 10 ? 2 : 3));
 }
 
-QString readingText(const Topic &topic, const std::optional<ScoreNote> &note) {
+QString readingText(const Topic &topic, const std::optional<ScoreProvenance> &note) {
     const QString level = readLevelLabel(topic.readLevel);
     return note && note->bytesRead > 0 ? tr("%1, %2").arg(level, bytesText(note->bytesRead))
                                        : level;
 }
 
-QString judgeText(const ScoreNote &note, const QDate &today, const QTimeZone &zone) {
+QString judgeText(const ScoreProvenance &note, const QDate &today, const QTimeZone &zone) {
     const QString day = dayLabel(note.at.toTimeZone(zone).date(), today);
     const auto agent = json::fromRaw<AgentKind>(note.agent.value_or(QString()));
     return agent ? tr("%1, le %2").arg(displayName(*agent), day) : tr("le %1").arg(day);
 }
 
-QString reflexesText(const QList<ScoreNote::Reflex> &reflexes) {
+QString reflexesText(const QList<ScoreProvenance::Reflex> &reflexes) {
     if (reflexes.isEmpty()) {
         return tr("aucun");
     }
     QStringList titles;
-    for (const ScoreNote::Reflex &reflex : reflexes) {
+    for (const ScoreProvenance::Reflex &reflex : reflexes) {
         titles += reflex.title.isEmpty() ? reflex.id : reflex.title;
     }
     return titles.join(u' ');
@@ -98,9 +98,9 @@ QString correctionText(const Correction &correction, const QDate &today, const Q
 
 } // namespace
 
-OpenScore openScore(const Topic &topic, const std::optional<ScoreNote> &note, const QDate &today,
-                    const QTimeZone &zone) {
-    OpenScore open;
+ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenance> &note,
+                           const QDate &today, const QTimeZone &zone) {
+    ScoreExplanation open;
     open.title = titleText(topic);
     if (topic.criteria) {
         open.grades = {{tr("Impact"), topic.criteria->impact},
@@ -109,7 +109,7 @@ OpenScore openScore(const Topic &topic, const std::optional<ScoreNote> &note, co
                        {tr("Fiabilité"), topic.criteria->reliability}};
     }
     const auto add = [&](const QString &label, const QString &text) {
-        open.facts += OpenScore::Fact{label, text};
+        open.facts += ScoreExplanation::Fact{label, text};
     };
     add(tr("Effort"), durationLabel(topic.minutes));
     if (topic.urgency) {

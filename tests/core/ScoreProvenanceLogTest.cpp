@@ -1,4 +1,4 @@
-#include "core/ScoreNotes.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/Corrections.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
@@ -17,10 +17,10 @@ using test::contentsOf;
 using test::fill;
 using test::sampleTopic;
 
-class ScoreNotesTest : public testing::Test {
+class ScoreProvenanceLogTest : public testing::Test {
 protected:
-    ScoreNote note(const QUuid &topic, double relevance) const {
-        ScoreNote note;
+    ScoreProvenance note(const QUuid &topic, double relevance) const {
+        ScoreProvenance note;
         note.topic = topic;
         note.at = clock.moment;
         note.agent = QStringLiteral("claude");
@@ -30,7 +30,9 @@ protected:
         note.reflexes = {{QStringLiteral("stack-first"), QStringLiteral("Les mises à jour…")}};
         return note;
     }
-    QList<ScoreNote> onDisk() const { return json::decode<QList<ScoreNote>>(contentsOf(file)); }
+    QList<ScoreProvenance> onDisk() const {
+        return json::decode<QList<ScoreProvenance>>(contentsOf(file));
+    }
 
     QTemporaryDir dir;
     test::FixedClock clock;
@@ -38,17 +40,17 @@ protected:
     TopicStore store{dir.filePath(QStringLiteral("topics.json")), Resources(), clock};
 };
 
-TEST_F(ScoreNotesTest, keeps_one_note_a_topic_and_drops_those_of_topics_that_are_gone) {
+TEST_F(ScoreProvenanceLogTest, keeps_one_note_a_topic_and_drops_those_of_topics_that_are_gone) {
     const auto ids =
         store.add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
     {
-        ScoreNotes notes(store, clock);
+        ScoreProvenanceLog notes(store, clock);
         EXPECT_FALSE(notes.note(ids[0]));
         test::waitFor(notes.add({note(ids[0], 7.6), note(QUuid::createUuid(), 3)}));
         test::waitFor(notes.add({note(ids[0], 8.2), note(ids[1], 5)}));
     }
     EXPECT_EQ(onDisk().size(), 2);
-    ScoreNotes again(store, clock);
+    ScoreProvenanceLog again(store, clock);
     EXPECT_EQ(again.note(ids[0]), note(ids[0], 8.2));
     EXPECT_EQ(again.note(ids[1]), note(ids[1], 5));
     EXPECT_EQ(
@@ -57,13 +59,13 @@ TEST_F(ScoreNotesTest, keeps_one_note_a_topic_and_drops_those_of_topics_that_are
 }
 
 // Two batches come back while a write is under way: none may be lost to the other.
-TEST_F(ScoreNotesTest, writes_what_came_while_it_was_writing) {
+TEST_F(ScoreProvenanceLogTest, writes_what_came_while_it_was_writing) {
     QList<Topic> topics;
     for (int i = 0; i < 30; ++i) {
         topics += sampleTopic(QString::number(i));
     }
     const auto ids = store.add(topics);
-    ScoreNotes notes(store, clock);
+    ScoreProvenanceLog notes(store, clock);
     std::vector<Task<>> saves;
     for (const QUuid &id : ids) {
         saves.push_back(notes.add({note(id, 6)}));
@@ -74,10 +76,10 @@ TEST_F(ScoreNotesTest, writes_what_came_while_it_was_writing) {
     EXPECT_EQ(onDisk().size(), 30);
 }
 
-TEST_F(ScoreNotesTest, keeps_an_unreadable_file_aside_and_never_fails) {
+TEST_F(ScoreProvenanceLogTest, keeps_an_unreadable_file_aside_and_never_fails) {
     const auto ids = store.add({sampleTopic(QStringLiteral("a"))});
     fill(file, "{\"not\":\"a list\"}");
-    ScoreNotes notes(store, clock);
+    ScoreProvenanceLog notes(store, clock);
     EXPECT_FALSE(notes.note(ids[0]));
     EXPECT_EQ(contentsOf(file), "{\"not\":\"a list\"}");
     test::waitFor(notes.add({note(ids[0], 7)}));
@@ -93,46 +95,46 @@ TEST_F(ScoreNotesTest, keeps_an_unreadable_file_aside_and_never_fails) {
     EXPECT_EQ(notes.note(ids[0])->relevance, 8);
 }
 
-TEST_F(ScoreNotesTest, keeps_every_note_while_the_topics_cannot_be_read) {
+TEST_F(ScoreProvenanceLogTest, keeps_every_note_while_the_topics_cannot_be_read) {
     const auto ids = store.add({sampleTopic(QStringLiteral("a"))});
-    ScoreNotes first(store, clock);
+    ScoreProvenanceLog first(store, clock);
     test::waitFor(first.add({note(ids[0], 7)}));
     const QString broken = dir.filePath(QStringLiteral("broken/topics.json"));
     QDir(dir.path()).mkdir(QStringLiteral("broken"));
     fill(broken, "[");
     QFile::copy(file, dir.filePath(QStringLiteral("broken/score-notes.json")));
     const TopicStore unread(broken, Resources(), clock);
-    ScoreNotes notes(unread, clock);
+    ScoreProvenanceLog notes(unread, clock);
     test::waitFor(notes.add({note(QUuid::createUuid(), 5)}));
     EXPECT_TRUE(notes.note(ids[0]));
 }
 
-TEST_F(ScoreNotesTest, a_file_that_the_system_does_not_let_be_read_is_not_replaced) {
+TEST_F(ScoreProvenanceLogTest, a_file_that_the_system_does_not_let_be_read_is_not_replaced) {
     const auto ids =
         store.add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
-    ScoreNotes first(store, clock);
+    ScoreProvenanceLog first(store, clock);
     test::waitFor(first.add({note(ids[0], 7)}));
     const QString healthy = file + QStringLiteral(".healthy");
     ASSERT_TRUE(QFile::rename(file, healthy));
     ASSERT_TRUE(QFile::link(QFileInfo(file).fileName(), file)); // a loop: no one can read it
-    ScoreNotes notes(store, clock);
+    ScoreProvenanceLog notes(store, clock);
     test::waitFor(notes.add({note(ids[1], 5)}));
     ASSERT_TRUE(QFile::remove(file));
     ASSERT_TRUE(QFile::rename(healthy, file));
     EXPECT_TRUE(notes.note(ids[0])) << "read once it could be";
     test::waitFor(notes.add({}));
-    ScoreNotes later(store, clock);
+    ScoreProvenanceLog later(store, clock);
     EXPECT_TRUE(later.note(ids[0]));
     EXPECT_TRUE(later.note(ids[1]));
 }
 
-TEST_F(ScoreNotesTest, a_preview_and_another_topics_file_have_nothing_to_do_with_it) {
+TEST_F(ScoreProvenanceLogTest, a_preview_and_another_topics_file_have_nothing_to_do_with_it) {
     const TopicStore preview(QString(), Resources(), clock);
-    ScoreNotes none(preview, clock);
+    ScoreProvenanceLog none(preview, clock);
     test::waitFor(none.add({note(QUuid::createUuid(), 5)}));
     TopicStore demo(dir.filePath(QStringLiteral("demo-topics.json")), Resources(), clock);
     const auto ids = demo.add({sampleTopic(QStringLiteral("a"))});
-    ScoreNotes notes(demo, clock);
+    ScoreProvenanceLog notes(demo, clock);
     test::waitFor(notes.add({note(ids[0], 5)}));
     EXPECT_FALSE(QFile::exists(file));
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("demo-topics-score-notes.json"))));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "judging/Judge.h"
-#include "search/run/RunBook.h"
+#include "search/run/RunRecorder.h"
 
 #include <deque>
 #include <exception>
@@ -20,11 +20,11 @@ namespace vorle {
 ///
 /// A doubtful candidate, one that earlier runs could not have judged, comes last and alone:
 /// whatever becomes of it says nothing of the judge, so it makes no other give up.
-class JudgingLine {
+class JudgingQueue {
 public:
     struct Handlers {
         /// A call ended, well or not, after so many seconds, for so many US dollars.
-        std::function<void(double seconds, double costUSD, RunBook::CallEnd end)> called;
+        std::function<void(double seconds, double costUSD, RunRecorder::CallEnd end)> called;
         /// A call came back. The candidates told are those it answered for, and those that stay
         /// without an answer: no verdict is coming any more.
         std::function<void(const QList<JudgeCandidate> &, const Judge::Verdicts &)> judged;
@@ -33,11 +33,11 @@ public:
         std::function<void(const QList<JudgeCandidate> &, const std::exception &)> failed;
     };
 
-    JudgingLine(Asker &asker, std::shared_ptr<const JudgeBrief> brief, CancelToken cancel,
-                Handlers handlers);
-    JudgingLine(const JudgingLine &) = delete;
-    JudgingLine &operator=(const JudgingLine &) = delete;
-    ~JudgingLine() = default;
+    JudgingQueue(Asker &asker, std::shared_ptr<const JudgeBrief> brief, CancelToken cancel,
+                 Handlers handlers);
+    JudgingQueue(const JudgingQueue &) = delete;
+    JudgingQueue &operator=(const JudgingQueue &) = delete;
+    ~JudgingQueue() = default;
 
     void add(JudgeCandidate candidate);
     void addDoubtful(JudgeCandidate candidate);
@@ -63,8 +63,8 @@ private:
     CancelToken m_cancel;
     Handlers m_handlers;
     QList<JudgeCandidate> m_waiting;
-    QList<JudgeCandidate> m_alone; ///< to be judged once more
-    int m_inVain = 0;              ///< of these, the last ones that came to nothing
+    QList<JudgeCandidate> m_retryAlone; ///< to be judged once more
+    int m_failedInARow = 0;             ///< of these, the last ones that came to nothing
     QList<JudgeCandidate> m_doubtful;
     int m_doubtfulInVain = 0; ///< likewise
     TaskGroup m_calls;        ///< grows as batches end

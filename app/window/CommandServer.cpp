@@ -1,4 +1,4 @@
-#include "app/window/CommandDoor.h"
+#include "app/window/CommandServer.h"
 
 #include "app/cli/Command.h"
 #include "base/French.h"
@@ -44,11 +44,11 @@ const cli::Command &commandFor(const AppCommand &asked) {
 } // namespace
 
 /// One command under way.
-struct CommandDoor::Errand {
-    Errand(Application &app, AppConnection &connection, const AppCommand &asked,
-           const cli::Command &asCommand)
+struct CommandServer::RunningCommand {
+    RunningCommand(Application &app, AppConnection &connection, const AppCommand &asked,
+                   const cli::Command &asCommand)
         : caller(&connection)
-        , command(asCommand)
+        , row(asCommand)
         , console(consoleOf(connection, asked))
         , context{app,
                   console,
@@ -58,54 +58,54 @@ struct CommandDoor::Errand {
                   cli::Host::App} {}
 
     QPointer<AppConnection> caller;
-    const cli::Command &command;
+    const cli::Command &row;
     CancelSource cancel;
     cli::Console console;
     cli::Context context;
 };
 
-CommandDoor::CommandDoor(Application &app, QObject *parent) : QObject(parent), m_app(app) {}
+CommandServer::CommandServer(Application &app, QObject *parent) : QObject(parent), m_app(app) {}
 
-CommandDoor::~CommandDoor() = default;
+CommandServer::~CommandServer() = default;
 
-void CommandDoor::serve(AppConnection &caller, const AppCommand &asked) {
+void CommandServer::serve(AppConnection &caller, const AppCommand &asked) {
     if (m_closed) {
         caller.close();
         return;
     }
-    std::shared_ptr<Errand> errand;
+    std::shared_ptr<RunningCommand> command;
     try {
-        errand = std::make_shared<Errand>(m_app, caller, asked, commandFor(asked));
+        command = std::make_shared<RunningCommand>(m_app, caller, asked, commandFor(asked));
     } catch (const cli::Failure &failure) {
         consoleOf(caller, asked).say(failure.text());
         end(caller, failure.status());
         return;
     }
-    connect(&caller, &AppConnection::closed, &caller, [errand] { errand->cancel.cancel(); });
-    connect(&caller, &AppConnection::received, &caller, [errand](const AppMessage &message) {
+    connect(&caller, &AppConnection::closed, &caller, [command] { command->cancel.cancel(); });
+    connect(&caller, &AppConnection::received, &caller, [command](const AppMessage &message) {
         if (message.kind == AppMessage::Kind::Cancel) {
-            errand->cancel.cancel();
+            command->cancel.cancel();
         }
     });
-    m_underWay.push_back(errand);
-    m_running.add(logged(run(this, errand), QStringLiteral("a command from a terminal")));
+    m_underWay.push_back(command);
+    m_running.add(logged(run(this, command), QStringLiteral("a command from a terminal")));
 }
 
-Task<> CommandDoor::run(QPointer<CommandDoor> self, std::shared_ptr<Errand> errand) {
-    const ExitStatus status = co_await cli::runCommand(errand->command, errand->context);
-    if (errand->caller) {
-        end(*errand->caller, status);
+Task<> CommandServer::run(QPointer<CommandServer> self, std::shared_ptr<RunningCommand> command) {
+    const ExitStatus status = co_await cli::runCommand(command->row, command->context);
+    if (command->caller) {
+        end(*command->caller, status);
     }
     if (self) {
-        self->m_underWay.remove(errand);
+        self->m_underWay.remove(command);
     }
 }
 
-Task<> CommandDoor::closed() {
+Task<> CommandServer::closed() {
     m_closed = true;
     const auto underWay = m_underWay; // a cancelled one may end at once
-    for (const auto &errand : underWay) {
-        errand->cancel.cancel();
+    for (const auto &command : underWay) {
+        command->cancel.cancel();
     }
     co_await m_running.join();
 }

@@ -1,7 +1,7 @@
 // Command lines that reach the running app: the program itself on one end, the app's objects in
 // this process on the other.
 
-#include "app/window/CommandDoor.h"
+#include "app/window/CommandServer.h"
 
 #include "agents/TemporaryFiles.h"
 #include "app/models/TerritoryModel.h"
@@ -32,9 +32,9 @@ QStringList words(const char *text) {
     return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
 }
 
-class CommandDoorTest : public testing::Test {
+class CommandServerTest : public testing::Test {
 public:
-    ~CommandDoorTest() override {
+    ~CommandServerTest() override {
         if (door) {
             test::waitFor(door->closed());
         }
@@ -50,7 +50,7 @@ protected:
         std::string err;
     };
 
-    CommandDoorTest() {
+    CommandServerTest() {
         preparePrivateTemporaryDirectory(); // as the program does: the socket lies there
         QDir(path("home")).mkpath(QStringLiteral(".local/bin"));
         const QString agent = path("home/.local/bin/claude");
@@ -76,10 +76,10 @@ protected:
         EXPECT_TRUE(app->store().flush());
     }
     void open() {
-        door = std::make_unique<CommandDoor>(*app);
+        door = std::make_unique<CommandServer>(*app);
         instance = std::make_unique<SingleInstance>(app->topicsFile());
         QObject::connect(instance.get(), &SingleInstance::commandAsked, door.get(),
-                         &CommandDoor::serve);
+                         &CommandServer::serve);
         ASSERT_TRUE(instance->listen());
         instance->serve();
     }
@@ -102,7 +102,7 @@ protected:
     /// What the app answers to a command that the program itself would not send.
     Outcome asked(const AppCommand &command) const {
         auto *socket = new QLocalSocket;
-        AppConnection connection(socket, AppConnection::longestAnswer);
+        AppConnection connection(socket, AppConnection::maxAnswerBytes);
         Outcome outcome;
         bool over = false;
         QObject::connect(&connection, &AppConnection::closed, [&] { over = true; });
@@ -133,11 +133,11 @@ protected:
 
     QTemporaryDir folder;
     std::unique_ptr<Application> app;
-    std::unique_ptr<CommandDoor> door;
+    std::unique_ptr<CommandServer> door;
     std::unique_ptr<SingleInstance> instance;
 };
 
-TEST_F(CommandDoorTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_once) {
+TEST_F(CommandServerTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_once) {
     open();
     const TopicListModel inbox(app->store(), Section::Inbox, app->clock());
     const TopicListModel program(app->store(), Section::Program, app->clock());
@@ -173,7 +173,7 @@ TEST_F(CommandDoorTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_on
     EXPECT_EQ(run("trier xyz garder").status, 2);
 }
 
-TEST_F(CommandDoorTest, a_run_is_the_engines_and_leaves_what_another_one_has_pending) {
+TEST_F(CommandServerTest, a_run_is_the_engines_and_leaves_what_another_one_has_pending) {
     open();
     Topic pending = test::sampleTopic(QStringLiteral("En cours"), TopicStatus::Pending);
     app->store().add({pending});
@@ -183,7 +183,7 @@ TEST_F(CommandDoorTest, a_run_is_the_engines_and_leaves_what_another_one_has_pen
     EXPECT_EQ(topic("En cours")->status, TopicStatus::Pending);
 }
 
-TEST_F(CommandDoorTest, refuses_what_it_does_not_do_for_others) {
+TEST_F(CommandServerTest, refuses_what_it_does_not_do_for_others) {
     open();
     const struct {
         const char *typed;
@@ -210,7 +210,7 @@ TEST_F(CommandDoorTest, refuses_what_it_does_not_do_for_others) {
                 HasSubstr("\033[1mGardé"));
 }
 
-TEST_F(CommandDoorTest, stops_when_the_caller_interrupts_or_vanishes) {
+TEST_F(CommandServerTest, stops_when_the_caller_interrupts_or_vanishes) {
     open();
     const auto interrupted = start("fiche ab11");
     test::spinUntil([&] { return calls() == 1; });
@@ -234,7 +234,7 @@ TEST_F(CommandDoorTest, stops_when_the_caller_interrupts_or_vanishes) {
     EXPECT_FALSE(app->briefs().running());
 }
 
-TEST_F(CommandDoorTest, the_open_app_follows_what_a_command_writes_to_the_settings) {
+TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_settings) {
     qputenv("VORLE_SETTINGS", path("settings.json").toLocal8Bit());
     Preferences &preferences = app->preferences();
     preferences.watch();
@@ -269,7 +269,7 @@ TEST_F(CommandDoorTest, the_open_app_follows_what_a_command_writes_to_the_settin
     }
 }
 
-TEST_F(CommandDoorTest, garbage_ends_its_connection_and_nothing_else) {
+TEST_F(CommandServerTest, garbage_ends_its_connection_and_nothing_else) {
     open();
     const auto framed = [](const QByteArray &text) {
         QByteArray length(4, Qt::Uninitialized);
@@ -298,7 +298,7 @@ TEST_F(CommandDoorTest, garbage_ends_its_connection_and_nothing_else) {
     EXPECT_EQ(topic("AB11")->status, TopicStatus::Program);
 }
 
-TEST_F(CommandDoorTest, without_an_answer_the_command_waits_as_for_another_one) {
+TEST_F(CommandServerTest, without_an_answer_the_command_waits_as_for_another_one) {
     const auto waiting = start("trier ab11 garder");
     QByteArray said;
     test::spinUntil([&] {

@@ -9,7 +9,7 @@ namespace vorle {
 
 /// Which links a run may take: one link, one card. Two spellings of a link are the same link (see
 /// canonicalLink), and so are two that lead to the same page. Main thread.
-class LinkLedger {
+class LinkRegistry {
 public:
     enum class Standing {
         New,  ///< nobody has it: it now belongs to the item that claimed it
@@ -24,7 +24,7 @@ public:
 
     /// Holds the links of these topics, and the addresses they are fetched from. Of several topics
     /// that have a link one in the reserve holds it: it waits for the link to come back.
-    explicit LinkLedger(const QList<TopicPtr> &topics);
+    explicit LinkRegistry(const QList<TopicPtr> &topics);
 
     /// Who has `link`. Nobody: `item` has it from now on. An item may claim again what it has
     /// (Standing::New).

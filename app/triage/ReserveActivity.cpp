@@ -1,4 +1,4 @@
-#include "app/triage/Comebacks.h"
+#include "app/triage/ReserveActivity.h"
 
 #include "core/GitHubLink.h"
 
@@ -45,7 +45,7 @@ bool aboutTheSame(const QSet<QString> &keys, const Topic &other) {
 
 } // namespace
 
-void Comebacks::note(const Topic &topic) {
+void ReserveActivity::note(const Topic &topic) {
     eachKey(topic, [&](const QString &key) {
         QList<QUuid> &ids = m_about[key];
         if (!ids.contains(topic.id)) {
@@ -54,7 +54,7 @@ void Comebacks::note(const Topic &topic) {
     });
 }
 
-QList<QUuid> Comebacks::kin(const Topic &topic) const {
+QList<QUuid> ReserveActivity::relatedTopics(const Topic &topic) const {
     QList<QUuid> found;
     eachKey(topic, [&](const QString &key) {
         for (const QUuid &id : m_about.value(key)) {
@@ -66,9 +66,9 @@ QList<QUuid> Comebacks::kin(const Topic &topic) const {
     return found;
 }
 
-bool Comebacks::hasMoved(const Topic &reserved, const TopicStore &store) const {
+bool ReserveActivity::hasMoved(const Topic &reserved, const TopicStore &store) const {
     const QDateTime since = reserved.triagedAt.value_or(reserved.foundAt);
-    if (m_finds && m_finds->isSince(reserved.id, since)) {
+    if (m_rediscoveries && m_rediscoveries->isSince(reserved.id, since)) {
         return true;
     }
     QSet<QString> keys; // a topic noted may have changed since
@@ -78,7 +78,7 @@ bool Comebacks::hasMoved(const Topic &reserved, const TopicStore &store) const {
         return other && other->foundAt > since && other->status != TopicStatus::Pending &&
                other->status != TopicStatus::Dismissed && aboutTheSame(keys, *other);
     };
-    return std::ranges::any_of(kin(reserved), news);
+    return std::ranges::any_of(relatedTopics(reserved), news);
 }
 
 } // namespace vorle

@@ -14,11 +14,11 @@ namespace vorle {
 ///
 /// Keys without a time or without a place on a keyboard are left as they are: a program posted them
 /// (Qt does while a screen reader listens), and each press is one.
-class HeldKeys final : public QObject {
+class KeyRepeatFilter final : public QObject {
     Q_OBJECT
 public:
     /// Watches what `window` is sent, and is its child.
-    explicit HeldKeys(QWindow &window);
+    explicit KeyRepeatFilter(QWindow &window);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -1,4 +1,4 @@
-#include "app/triage/Comebacks.h"
+#include "app/triage/ReserveActivity.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Wait.h"
 
@@ -9,7 +9,7 @@ namespace {
 
 using test::sampleTopic;
 
-class ComebacksTest : public testing::Test {
+class ReserveActivityTest : public testing::Test {
 protected:
     QUuid add(const char *title, const QString &link, TopicStatus status = TopicStatus::Inbox) {
         Topic topic = sampleTopic(QString::fromUtf8(title), status);
@@ -24,12 +24,12 @@ protected:
 
     test::FixedClock clock;
     TopicStore store{QString(), Resources(), clock};
-    Comebacks comebacks;
+    ReserveActivity comebacks;
 };
 
-TEST_F(ComebacksTest, a_topic_whose_link_a_run_found_again_has_moved_until_set_aside_again) {
-    FoundAgain finds(store, clock);
-    comebacks.heed(finds);
+TEST_F(ReserveActivityTest, a_topic_whose_link_a_run_found_again_has_moved_until_set_aside_again) {
+    RediscoveryLog finds(store, clock);
+    comebacks.observe(finds);
     const QUuid id = add("undici", QStringLiteral("https://example.org/undici"));
     test::waitFor(finds.note(id));
     wait();
@@ -48,7 +48,7 @@ TEST_F(ComebacksTest, a_topic_whose_link_a_run_found_again_has_moved_until_set_a
     EXPECT_FALSE(finds.isSince(id, *store.topic(id)->triagedAt)) << "it does not wait for news";
 }
 
-TEST_F(ComebacksTest, a_newer_topic_about_the_same_repository_is_news) {
+TEST_F(ReserveActivityTest, a_newer_topic_about_the_same_repository_is_news) {
     const struct {
         const char *link;
         bool news;
@@ -67,7 +67,7 @@ TEST_F(ComebacksTest, a_newer_topic_about_the_same_repository_is_news) {
         wait();
         const QUuid other = add("other", QString::fromUtf8(one.link));
         EXPECT_EQ(moved(id), one.news) << one.link;
-        EXPECT_EQ(comebacks.kin(*store.topic(other)).contains(id), one.news) << one.link;
+        EXPECT_EQ(comebacks.relatedTopics(*store.topic(other)).contains(id), one.news) << one.link;
         store.dismiss(other);
         EXPECT_FALSE(moved(id)) << one.link;
     }

@@ -1,4 +1,4 @@
-#include "app/window/QuitDoor.h"
+#include "app/window/QuitHandler.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -11,19 +11,19 @@
 
 namespace vorle {
 
-QuitDoor::QuitDoor() {
+QuitHandler::QuitHandler() {
     qApp->installEventFilter(this);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, &QuitDoor::keepAsked);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &QuitHandler::keepAsked);
 }
 
-void QuitDoor::left(int status) {
+void QuitHandler::left(int status) {
     m_left = true;
     // From the event loop, which may not have started yet.
     QMetaObject::invokeMethod(
         qApp, [status] { QCoreApplication::exit(status); }, Qt::QueuedConnection);
 }
 
-bool QuitDoor::eventFilter(QObject *watched, QEvent *event) {
+bool QuitHandler::eventFilter(QObject *watched, QEvent *event) {
     if (watched != qApp || event->type() != QEvent::Quit) {
         return QObject::eventFilter(watched, event);
     }
@@ -34,7 +34,7 @@ bool QuitDoor::eventFilter(QObject *watched, QEvent *event) {
     if (first && !m_left) {
         // A session that ends waits for the answer alone, and kills who has given it.
         QEventLoop leaving;
-        QTimer::singleShot(patienceMs, &leaving, &QEventLoop::quit);
+        QTimer::singleShot(timeoutMs, &leaving, &QEventLoop::quit);
         leaving.exec(); // left() ends it, as it ends every loop
     }
     event->setAccepted(m_left);

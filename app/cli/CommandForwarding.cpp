@@ -1,4 +1,4 @@
-#include "app/cli/Handover.h"
+#include "app/cli/CommandForwarding.h"
 
 #include "app/wiring/AppSocket.h"
 #include "base/French.h"
@@ -12,17 +12,17 @@ namespace {
 using Kind = AppMessage::Kind;
 
 /// An app that is busy for longer than this is waited for as another command is.
-constexpr int patienceMs = 2000;
+constexpr int timeoutMs = 2000;
 
 /// One command in the app's hands.
-class Errand {
+class ForwardedCommand {
 public:
-    Errand(Context &context, QLocalSocket *socket)
-        : m_context(context), m_app(socket, AppConnection::longestAnswer) {
+    ForwardedCommand(Context &context, QLocalSocket *socket)
+        : m_context(context), m_app(socket, AppConnection::maxAnswerBytes) {
         QObject::connect(&m_app, &AppConnection::closed, &m_app, [this] { m_over.fire(); });
         QObject::connect(&m_app, &AppConnection::received, &m_app,
                          [this](const AppMessage &message) { take(message); });
-        QTimer::singleShot(patienceMs, &m_app, [this] {
+        QTimer::singleShot(timeoutMs, &m_app, [this] {
             if (!m_asked) {
                 m_app.close();
             }
@@ -85,19 +85,19 @@ private:
 
 } // namespace
 
-Task<std::optional<ExitStatus>> handOver(Context &context) {
+Task<std::optional<ExitStatus>> forwardCommand(Context &context) {
     auto *socket = new QLocalSocket;
-    Errand errand(context, socket);
+    ForwardedCommand forwarded(context, socket);
     socket->connectToServer(appSocketName(context.app.topicsFile()));
-    co_await errand.ended();
-    if (!errand.wasAsked()) {
+    co_await forwarded.ended();
+    if (!forwarded.wasAsked()) {
         context.cancel.throwIfCancelled();
         co_return std::nullopt;
     }
-    if (!errand.status()) {
+    if (!forwarded.status()) {
         throw Failure(French::tr("vorle s’est fermé avant la fin de la commande."));
     }
-    co_return errand.status();
+    co_return forwarded.status();
 }
 
 } // namespace vorle::cli

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/FoundAgain.h"
+#include "core/RediscoveryLog.h"
 #include "core/TopicStore.h"
 
 #include <QHash>
@@ -11,28 +11,28 @@
 namespace vorle {
 
 /// Which set-aside topics have moved since then: a run came upon one of its links again (see
-/// FoundAgain); or a topic found since, and not dismissed, is about the same dependency or the same
-/// GitHub repository, or shares a link with it. Setting it aside again starts afresh.
+/// RediscoveryLog); or a topic found since, and not dismissed, is about the same dependency or the
+/// same GitHub repository, or shares a link with it. Setting it aside again starts afresh.
 ///
 /// Knows topics by their dependency, repositories and links; most of the strings are the topics'
 /// own, shared. Main thread.
-class Comebacks {
+class ReserveActivity {
 public:
     /// Takes note of what a topic is about. Calling it again for a changed topic is right.
     void note(const Topic &topic);
     /// Forgets the topics.
     void clear() { m_about.clear(); }
     /// What the runs came upon again counts from now on.
-    void heed(FoundAgain &finds) { m_finds = &finds; }
+    void observe(RediscoveryLog &finds) { m_rediscoveries = &finds; }
 
     /// Whether a reserved topic has moved, by what the store holds now.
     bool hasMoved(const Topic &reserved, const TopicStore &store) const;
     /// The other topics noted that are about the same thing.
-    QList<QUuid> kin(const Topic &topic) const;
+    QList<QUuid> relatedTopics(const Topic &topic) const;
 
 private:
     QHash<QString, QList<QUuid>> m_about; // by dependency, by repository, and by link
-    QPointer<FoundAgain> m_finds;
+    QPointer<RediscoveryLog> m_rediscoveries;
 };
 
 } // namespace vorle
