@@ -11,7 +11,7 @@ from pathlib import Path
 from attack import topics
 from attack.parallel import WORKERS, each
 from attack.rows import Row
-from attack.saving import Save, decide, ended_badly, furnish, lost, set_minutes
+from attack.saving import Save, decide, ended_badly, populate, lost, set_minutes
 from attack.shim import ERRORS, ONLY_NOTE, Shim
 from attack.web import Site, page
 from attack.world import World

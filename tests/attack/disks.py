@@ -10,7 +10,7 @@ from pathlib import Path
 
 from attack import namespace, topics
 from attack.rows import Row, left_out
-from attack.saving import decide, ended_badly, furnish, lost, set_minutes
+from attack.saving import decide, ended_badly, populate, lost, set_minutes
 from attack.world import World
 
 TRIED = "saves on a disk (a small tmpfs) with 0 to 200 pages left, in space and in files"

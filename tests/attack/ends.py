@@ -11,7 +11,7 @@ from pathlib import Path
 from attack import topics
 from attack.parallel import each, shares
 from attack.rows import Row
-from attack.saving import furnish
+from attack.saving import populate
 from attack.web import Site, page
 from attack.world import World
 

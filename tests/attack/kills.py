@@ -10,7 +10,7 @@ from pathlib import Path
 from attack import topics
 from attack.parallel import each, shares
 from attack.rows import Row
-from attack.saving import decide, furnish, lost, set_minutes
+from attack.saving import decide, populate, lost, set_minutes
 from attack.shim import KILL, Shim
 from attack.world import World
 
