@@ -208,7 +208,7 @@ QByteArray readAnswer(const QString &path) {
     QFile file(path);
     // The agent may have put anything there, a pipe included.
     const bool readable = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
-                          file.size() <= ProcessEnd::maxShownOutput;
+                          file.size() <= ProcessEnd::maxReadOutput;
     return readable ? file.readAll() : QByteArray();
 }
 

@@ -101,8 +101,8 @@ public:
         connectAll();
         m_watchdog.setSingleShot(true);
         m_watchdog.setInterval(request.timeout);
-        m_timeouts.setSingleShot(true);
-        m_timeouts.setInterval(guardPatience);
+        m_guardTimer.setSingleShot(true);
+        m_guardTimer.setInterval(guardPatience);
         m_sizeWatch.setInterval(sizeInterval);
     }
 
@@ -121,14 +121,14 @@ public:
 
     /// Asks for a polite end, which the guard sees through. Idempotent.
     void end() {
-        if (!m_timeouts.isActive() && m_process.state() != QProcess::NotRunning) {
+        if (!m_guardTimer.isActive() && m_process.state() != QProcess::NotRunning) {
 #if defined(MSG_NOSIGNAL)
             constexpr int flags = MSG_NOSIGNAL;
 #else
             constexpr int flags = 0;
 #endif
             ::send(m_lifeline.ours.number(), &guard::politeEnd, 1, flags);
-            m_timeouts.start();
+            m_guardTimer.start();
         }
     }
 
@@ -172,13 +172,13 @@ private:
                 }
             });
         QObject::connect(&m_watchdog, &QTimer::timeout, &m_process, [this] { end(); });
-        QObject::connect(&m_timeouts, &QTimer::timeout, &m_process, [this] { killGroup(); });
+        QObject::connect(&m_guardTimer, &QTimer::timeout, &m_process, [this] { killGroup(); });
         QObject::connect(&m_sizeWatch, &QTimer::timeout, &m_process, [this] {
             shorten(m_errorPath);
             if (QFileInfo(m_outputPath).size() > ProcessEnd::maxOutputBytes) {
                 m_flooded = true;
                 m_lifeline.ours.close(); // the guard ends everything at once
-                m_timeouts.start();
+                m_guardTimer.start();
             }
         });
     }
@@ -192,7 +192,7 @@ private:
     void stop() {
         m_lifetime = std::chrono::milliseconds(m_elapsed.elapsed());
         m_watchdog.stop();
-        m_timeouts.stop();
+        m_guardTimer.stop();
         m_sizeWatch.stop();
         m_ended.fire();
     }
@@ -208,14 +208,14 @@ private:
     int m_launchError = 0; ///< an errno
     bool m_flooded = false;
     QTimer m_watchdog;
-    QTimer m_timeouts; ///< with a guard that was asked for the end
+    QTimer m_guardTimer; ///< with a guard that was asked for the end
     QTimer m_sizeWatch;
     QProcess m_process; // last: it goes first, and its signals with it
 };
 
 QByteArray readOutput(const QString &path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.size() <= ProcessEnd::maxShownOutput
+    return file.open(QIODevice::ReadOnly) && file.size() <= ProcessEnd::maxReadOutput
                ? file.readAll()
                : QByteArray();
 }

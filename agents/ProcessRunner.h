@@ -32,7 +32,7 @@ struct ProcessEnd {
     };
 
     /// An output past this many bytes is not read: `output` is then empty.
-    static constexpr qint64 maxShownOutput = 16'000'000;
+    static constexpr qint64 maxReadOutput = 16'000'000;
     static constexpr qint64 maxOutputBytes = 32'000'000;
 
     How how = How::Exited;

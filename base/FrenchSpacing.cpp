@@ -81,11 +81,11 @@ private:
         const QStringView ticks = m_text.sliced(m_at, open - m_at);
         // Looked for once: where one run has no fellow, no later one of its length has.
         const auto length = static_cast<std::size_t>(std::min<qsizetype>(ticks.size(), 3));
-        if (m_retryAlone[length]) {
+        if (m_unmatched[length]) {
             return open;
         }
         const qsizetype close = m_text.indexOf(ticks, open);
-        m_retryAlone[length] = close < 0;
+        m_unmatched[length] = close < 0;
         return close < 0 ? open : close + ticks.size();
     }
 
@@ -160,7 +160,7 @@ private:
     QStringView m_text;
     qsizetype m_at = 0;
     QString m_out;
-    std::array<bool, 4> m_retryAlone{};
+    std::array<bool, 4> m_unmatched{};
 };
 
 } // namespace

@@ -101,8 +101,8 @@ std::vector<Shape> shapes() {
          page(script(120'000), "<header>" + icon.repeated(50) + "</header>" + row.repeated(600) +
                                    "<article>" + prose(15'000) + "</article>")},
         {"long page, 3 MB",
-         page(script(200'000), "<nav>" + links(2'000) + "</nav>" + prose(maxPageTextBytes))
-             .first(maxPageTextBytes)},
+         page(script(200'000), "<nav>" + links(2'000) + "</nav>" + prose(maxPageBytes))
+             .first(maxPageBytes)},
     };
 }
 
@@ -168,8 +168,8 @@ void hostilePages() {
     double worst = 0;
     double worstRatio = 0;
     for (const auto &[name, unit] : units) {
-        const QByteArray whole = "<meta" + unit.repeated(maxPageTextBytes / unit.size());
-        const QByteArray half = whole.first(maxPageTextBytes / 2);
+        const QByteArray whole = "<meta" + unit.repeated(maxPageBytes / unit.size());
+        const QByteArray half = whole.first(maxPageBytes / 2);
         std::vector<double> small;
         std::vector<double> large;
         for (int turn = 0; turn < turns; ++turn) {

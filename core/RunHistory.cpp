@@ -49,6 +49,12 @@ void RunHistory::write(QList<RunReport> all, Others others) const {
                    });
         });
         all = kept + all;
+        // A press on the same button again tells nothing new, and must not push out real reports.
+        for (qsizetype i = all.size() - 1; i > 0; --i) {
+            if (!all[i].hasBegun() && !all[i - 1].hasBegun()) {
+                all.remove(i - 1);
+            }
+        }
         all = all.last(std::min(maxReports, all.size()));
         replaceWhole(m_file, json::encode(all, json::Style::Pretty) + '\n');
     } catch (const std::exception &error) {

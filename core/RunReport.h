@@ -118,13 +118,16 @@ struct ReadCounts {
 struct DroppedLink {
     QString title;
     QString url;
-    QString reason;          ///< a French sentence
+    QString reason; ///< a French sentence
+    /// Given up together with the judge, without a call of its own: that says nothing of the page.
+    std::optional<bool> untried = {};
     json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("title", &DroppedLink::title),
                           json::field("url", &DroppedLink::url),
-                          json::field("reason", &DroppedLink::reason));
+                          json::field("reason", &DroppedLink::reason),
+                          json::field("untried", &DroppedLink::untried));
     }
     static constexpr auto jsonRest() { return &DroppedLink::unknown; }
     bool operator==(const DroppedLink &) const = default;
@@ -166,6 +169,9 @@ struct RunReport : LastReport {
     std::optional<QList<DroppedLink>> surplus;
     QList<QString> warnings; ///< French sentences, to be shown as they are
     QList<QUuid> topicIds;   ///< the topics added, in the order they were judged
+
+    /// False for one that came to nothing before it asked anything: no agent was there, say.
+    bool hasBegun() const { return !failed || !scopes.isEmpty() || steps; }
 
     static constexpr auto jsonFields() {
         return std::tuple_cat(

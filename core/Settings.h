@@ -96,6 +96,16 @@ struct Settings {
     std::optional<QDateTime> lastSearch;
     /// The slot of the schedule that this run served, as Schedule::slotAt() names it.
     std::optional<QString> servedSlot;
+    /// That slot, unless a clock that was wrong dated the run far ahead of `now`: then the slot it
+    /// named is one that no run served.
+    std::optional<QString> believedSlot(const QDateTime &now) const {
+        return believes(now) ? servedSlot : std::nullopt;
+    }
+    /// Whether the last run, if any, was dated by a clock to believe: at most 7 days ahead of
+    /// `now`.
+    bool believes(const QDateTime &now) const {
+        return !lastSearch || *lastSearch <= now.addDays(7);
+    }
     /// Where the next run's period starts; at `lastSearch` when there is none. It stays behind for
     /// one run when links were left without a judgment.
     std::optional<QDateTime> searchedUntil;

@@ -39,8 +39,9 @@ QList<Topic> records(const QList<TopicPtr> &topics) {
 
 QString nextRunText(Context &context) {
     const Settings &settings = context.app.preferences().settings();
-    const auto next = settings.schedule.nextRun(context.app.clock().now(),
-                                                QTimeZone::systemTimeZone(), settings.servedSlot);
+    const QDateTime now = context.app.clock().now();
+    const auto next =
+        settings.schedule.nextRun(now, QTimeZone::systemTimeZone(), settings.believedSlot(now));
     return next ? QLocale(QLocale::French, QLocale::France)
                       .toString(next->toLocalTime(), French::tr("dddd d MMMM 'à' H:mm"))
                 : QString();

@@ -105,6 +105,8 @@ void RunModel::start() {
 void RunModel::startDue() {
     if (refusalText(m_preferences).isEmpty()) {
         start();
+    } else {
+        m_refusedAt = m_clock.now();
     }
 }
 
@@ -193,7 +195,7 @@ QString RunModel::countsText() const {
 QString RunModel::nextRunText() const {
     const QDateTime now = m_clock.now();
     const Settings &settings = m_preferences.settings();
-    const auto next = settings.schedule.nextRun(now, m_zone, settings.servedSlot);
+    const auto next = settings.schedule.nextRun(now, m_zone, settings.believedSlot(now));
     return next ? comingText(*next, now, m_zone) : QString();
 }
 
@@ -210,8 +212,9 @@ std::optional<QDateTime> RunModel::missedMoment() const {
         return std::nullopt;
     }
     const Settings &settings = m_preferences.settings();
-    const auto missed = settings.schedule.missedRun(settings.lastSearch, m_clock.now(), m_zone,
-                                                    settings.servedSlot);
+    const QDateTime now = m_clock.now();
+    const auto missed =
+        settings.schedule.missedRun(settings.lastSearch, now, m_zone, settings.believedSlot(now));
     return missed && refusalText(m_preferences).isEmpty() ? missed : std::nullopt;
 }
 
@@ -243,6 +246,10 @@ QString RunModel::missedText() const {
             return frenchSpacing(tr("Les sujets trouvés n’ont pas pu être enregistrés. Je peux la "
                                     "relancer maintenant : quelques minutes."));
         }
+    }
+    if (m_refusedAt && *m_refusedAt >= *moment) {
+        return frenchSpacing(tr("Il n’y avait rien à fouiller à ce moment-là. Je peux la lancer "
+                                "maintenant : quelques minutes."));
     }
     return frenchSpacing(
         tr("Ton Mac était éteint ou en veille. Je peux la lancer maintenant : quelques minutes."));

@@ -122,6 +122,7 @@ private:
     QString m_result;
     FailureNotice m_notice;
     bool m_nothingToSearch = false;
+    std::optional<QDateTime> m_refusedAt; // a due run found nothing to search, with the app open
 };
 
 } // namespace vorle

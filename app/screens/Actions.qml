@@ -115,7 +115,7 @@ QtObject {
             }
             break;
         case KeyboardMap.ReadAgain:
-            shell.readAgain();
+            shell.retry(window.chosenId);
             break;
         case KeyboardMap.Keep:
             decide(action, id => decisions.keep(id));

@@ -252,6 +252,8 @@ void Shell::refresh() {
 
 void Shell::readAgain() { m_capture->resume(); }
 
+void Shell::retry(const QString &topicId) { m_capture->retry(QUuid::fromString(topicId)); }
+
 Task<> Shell::stopped() {
     m_capture->stop();
     m_parts.app.briefs().stop();

@@ -120,6 +120,8 @@ public:
     Q_INVOKABLE QString titleOf(const QString &topicId) const;
     /// Has the captured links that could not be judged tried once more.
     Q_INVOKABLE void readAgain();
+    /// The same for that one; nothing for one that did not fail.
+    Q_INVOKABLE void retry(const QString &topicId);
     /// Looks at the clock and the agents again: a new day changes what is next, what was missed,
     /// the week's time; an agent may have been signed in to.
     void refresh();

@@ -10,19 +10,27 @@ RunTimer::RunTimer(const Preferences &preferences, const Clock &clock, const Loc
     , m_preferences(preferences)
     , m_clock(clock)
     , m_zone(zone)
+    , m_schedule(preferences.settings().schedule)
     , m_looked(clock.now()) {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::VeryCoarseTimer); // whole seconds, so that idle stays idle
     connect(&m_timer, &QTimer::timeout, this, &RunTimer::look);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"schedule") {
-            m_served = {};            // another moment of that day is another run
-            m_looked = m_clock.now(); // one that is past already was never waited for
-        }
-        if (key == u"schedule" || key == u"lastSearch") {
+            follow();
+        } else if (key == u"lastSearch") {
             arm();
         }
     });
+    arm();
+}
+
+/// Another schedule from now on: what the old one made due since the last look still is, whereas a
+/// moment of the new one that is past already was never waited for.
+void RunTimer::follow() {
+    look();
+    m_schedule = m_preferences.settings().schedule;
+    m_served = {}; // another moment of that day is another run
     arm();
 }
 
@@ -46,13 +54,15 @@ void RunTimer::look() {
 
 std::optional<QDateTime> RunTimer::dueAfter(const QDateTime &moment, const QTimeZone &zone) const {
     const Settings &settings = m_preferences.settings();
+    const QDateTime now = m_clock.now();
     QDateTime after = moment;
-    if (settings.lastSearch && *settings.lastSearch <= m_clock.now().addDays(believedDays)) {
+    if (settings.lastSearch && settings.believes(now)) {
         after = std::max(after, *settings.lastSearch);
     }
-    auto slot = settings.schedule.nextRun(after, zone, settings.servedSlot);
+    const auto served = settings.believedSlot(now);
+    auto slot = m_schedule.nextRun(after, zone, served);
     if (slot && slot->toTimeZone(zone).date() == m_served) {
-        slot = settings.schedule.nextRun(*slot, zone, settings.servedSlot);
+        slot = m_schedule.nextRun(*slot, zone, served);
     }
     return slot;
 }

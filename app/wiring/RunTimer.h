@@ -26,10 +26,6 @@ public:
     /// How late a run still starts by itself: one look, and what a coarse timer adds to it.
     static constexpr std::chrono::milliseconds grace = std::chrono::minutes(12);
 
-    /// A last run that lies further ahead than this was dated by a clock that was wrong, and keeps
-    /// no other from being due.
-    static constexpr int believedDays = 7;
-
     RunTimer(const Preferences &preferences, const Clock &clock, const LocalZone &zone = {},
              QObject *parent = nullptr);
 
@@ -49,11 +45,13 @@ Q_SIGNALS:
 
 private:
     void arm();
+    void follow();
     std::optional<QDateTime> dueAfter(const QDateTime &moment, const QTimeZone &zone) const;
 
     const Preferences &m_preferences;
     const Clock &m_clock;
     LocalZone m_zone;
+    Schedule m_schedule; ///< as it was last told
     QTimer m_timer;
     std::optional<QDateTime> m_next;
     QDateTime m_looked; ///< when it last looked at the clock

@@ -25,7 +25,9 @@ Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeBrie
                        m_judgeError = std::current_exception();
                        m_failedLinks.insert(canonicalLink(link));
                    }
-               }})
+               },
+           .gaveUp = [this](const auto &batch,
+                            const std::exception *error) { giveUp(batch, error); }})
     , m_ledger(m_tools.store.topics()) {}
 
 void Harvest::take(const Candidate &candidate, const Origins &origins) {
@@ -292,6 +294,24 @@ QStringList Harvest::leave(const QList<JudgeCandidate> &batch, const QString &re
         }
     }
     return left;
+}
+
+/// The judge is the trouble: these were not tried, and the next run is to find them again.
+void Harvest::giveUp(const QList<JudgeCandidate> &batch, const std::exception *error) {
+    const QString reason =
+        error != nullptr ? failureText(*error)
+                         : French::tr("L’IA n’a rien répondu pour les liens d’avant : celui-ci n’a "
+                                      "pas été essayé.");
+    QList<DroppedLink> &unjudged = m_recorder.report.unjudged;
+    const qsizetype before = unjudged.size();
+    for (const QString &link : leave(batch, reason)) {
+        m_judgeError = error != nullptr ? std::current_exception() : m_judgeError;
+        m_failedLinks.insert(canonicalLink(link));
+        m_gaveUp = true;
+    }
+    for (qsizetype i = before; i < unjudged.size(); ++i) {
+        unjudged[i].untried = true;
+    }
 }
 
 QSet<QString> Harvest::oldNews() const {

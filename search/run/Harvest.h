@@ -72,7 +72,10 @@ public:
     /// The failure of a call that left links without a judgment, if any did.
     std::exception_ptr judgeError() const { return m_judgeError; }
     /// Whether failed calls left a link without a judgment that was not refused before.
-    bool leftLinks() const { return !m_tools.refusedBefore.contains(m_failedLinks); }
+    bool failedAnew() const { return !m_tools.refusedBefore.contains(m_failedLinks); }
+    /// Whether links were left that another run should find again: such ones, or any that was given
+    /// up without having been tried.
+    bool leftLinks() const { return m_gaveUp || failedAnew(); }
     /// Every link (as canonicalLink()) of the pages that are old news to all who brought them.
     QSet<QString> oldNews() const;
 
@@ -90,6 +93,7 @@ private:
     void putToJudge(qsizetype place);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
     QStringList leave(const QList<JudgeCandidate> &batch, const QString &reason);
+    void giveUp(const QList<JudgeCandidate> &batch, const std::exception *error);
     Task<> fetchPictures(QUuid id);
     QList<DigItem> unreadItems() const;
     Task<> askToDig(QList<DigItem> items);
@@ -112,6 +116,7 @@ private:
     TaskGroup m_notes;
     std::exception_ptr m_judgeError;
     QSet<QString> m_failedLinks; ///< those it left
+    bool m_gaveUp = false;       ///< some of them without having been tried
 };
 
 } // namespace vorle

@@ -9,7 +9,7 @@ namespace {
 constexpr int maxConcurrentCalls = 2;
 constexpr int maxFailuresInARow = 2;
 /// So many in a row, and it is the judge after all.
-constexpr int mostDoubtfulInVain = 4;
+constexpr int maxDoubtfulInVain = 4;
 
 /// Whether another call may do better. A missing or signed-out agent stays so for the whole run.
 bool mayDoBetter(const std::exception &error) {
@@ -104,7 +104,8 @@ void JudgingQueue::takeVerdicts(const QList<JudgeCandidate> &batch, Turn turn,
             m_retryAlone += candidate;
         }
     }
-    m_handlers.judged(told + givenUp(), verdicts);
+    m_handlers.judged(told, verdicts);
+    giveUp(nullptr);
 }
 
 void JudgingQueue::takeFailure(QList<JudgeCandidate> batch, Turn turn,
@@ -113,7 +114,8 @@ void JudgingQueue::takeFailure(QList<JudgeCandidate> batch, Turn turn,
     if (turn == Turn::First && batch.size() > 1 && mayDoBetter(error)) {
         m_retryAlone += std::exchange(batch, {});
     }
-    m_handlers.failed(batch + givenUp(), error);
+    m_handlers.failed(batch, error);
+    giveUp(&error);
 }
 
 /// A batch that came to nothing says little: what is in it is judged once more.
@@ -126,16 +128,18 @@ void JudgingQueue::countTurn(Turn turn, bool answered) {
     }
 }
 
-/// Those who are not judged after all.
-QList<JudgeCandidate> JudgingQueue::givenUp() {
+/// Leaves those that are not judged after all.
+void JudgingQueue::giveUp(const std::exception *error) {
     QList<JudgeCandidate> given;
     if (m_failedInARow >= maxFailuresInARow) {
         given += std::exchange(m_retryAlone, {});
     }
-    if (m_doubtfulInVain >= mostDoubtfulInVain) {
+    if (m_doubtfulInVain >= maxDoubtfulInVain) {
         given += std::exchange(m_doubtful, {});
     }
-    return given;
+    if (!given.isEmpty()) {
+        m_handlers.gaveUp(given, error);
+    }
 }
 
 Task<> JudgingQueue::finish() {

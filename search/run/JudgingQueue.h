@@ -31,6 +31,9 @@ public:
         /// A call failed, its retry included. The candidates told stay without a verdict; those
         /// that are judged once more are not among them, so that there may be none.
         std::function<void(const QList<JudgeCandidate> &, const std::exception &)> failed;
+        /// The candidates told are judged no more, since the calls before came to nothing; the
+        /// last of them by that error, or by an answer that left its candidate out (null).
+        std::function<void(const QList<JudgeCandidate> &, const std::exception *)> gaveUp;
     };
 
     JudgingQueue(Asker &asker, std::shared_ptr<const JudgeBrief> brief, CancelToken cancel,
@@ -56,7 +59,7 @@ private:
                       const Judge::Verdicts &verdicts);
     void takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error);
     void countTurn(Turn turn, bool answered);
-    QList<JudgeCandidate> givenUp();
+    void giveUp(const std::exception *error);
 
     Judge m_judge;
     std::shared_ptr<const JudgeBrief> m_brief;

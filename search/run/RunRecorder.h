@@ -19,8 +19,9 @@ public:
     RunReport report;
     RunProgress progress;
 
-    /// Notes a call of that step which took so long; `failed` when it came to nothing.
     enum class CallEnd { Answered, Failed };
+    /// Notes a call of that step which took so many seconds and cost so many US dollars; `end`
+    /// tells whether it came to anything.
     void noteCall(RunStep step, double seconds, double costUSD, CallEnd end);
 
     /// Shows `status` until the next one.

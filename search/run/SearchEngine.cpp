@@ -18,20 +18,21 @@ namespace vorle {
 namespace {
 
 /// The links that earlier runs brought and could not have judged. Where nothing at all could be
-/// judged, or the run was stopped, the judge may have been the trouble rather than the pages: it
-/// takes two such runs. Were they never counted, a refused page would fail every run that brings
-/// it alone.
+/// judged, the run was stopped, or the link was given up without a call of its own, the judge may
+/// have been the trouble rather than the page: it takes two such runs. Were they never counted, a
+/// refused page would fail every run that brings it alone.
 QSet<QString> refusedLinks(const QList<RunReport> &reports) {
     constexpr int enough = 2;
     QHash<QString, int> marks;
     for (const RunReport &report : reports) {
         const bool wentThrough = !report.failed && !report.cancelled;
-        QSet<QString> left;
+        QMap<QString, int> left;
         for (const DroppedLink &link : report.unjudged) {
-            left.insert(canonicalLink(link.url));
+            int &mark = left[canonicalLink(link.url)];
+            mark = std::max(mark, wentThrough && !link.untried.value_or(false) ? enough : 1);
         }
-        for (const QString &link : std::as_const(left)) {
-            marks[link] += wentThrough ? enough : 1;
+        for (auto link = left.cbegin(); link != left.cend(); ++link) {
+            marks[link.key()] += link.value();
         }
     }
     marks.removeIf([](const auto &mark) { return mark.value() < enough; });

@@ -292,7 +292,8 @@ std::exception_ptr SearchRun::wholeFailure() const {
         return m_scopeError;
     }
     // A page that an agent always refuses fails one run, not every one that brings it.
-    return m_recorder.report.topicIds.isEmpty() && leftLinks() ? m_harvest.judgeError() : nullptr;
+    return m_recorder.report.topicIds.isEmpty() && m_harvest.failedAnew() ? m_harvest.judgeError()
+                                                                          : nullptr;
 }
 
 void SearchRun::finishReport() {

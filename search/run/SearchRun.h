@@ -37,8 +37,8 @@ public:
     /// nothing that was found could be judged, unless that was so before; or something that no
     /// step is meant to throw.
     std::exception_ptr failure() const { return m_failure; }
-    /// After `execute`: whether calls failed that left links without a judgment for the first
-    /// time. They come back only when the same period is searched again.
+    /// After `execute`: whether links were left without a judgment for the first time, or
+    /// without having been tried. They come back only when the same period is searched again.
     bool leftLinks() const { return m_harvest.leftLinks(); }
 
     /// After `execute`: the items of the sites' feeds that were screened and passed over, by the

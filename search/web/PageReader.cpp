@@ -93,7 +93,7 @@ Task<ReadPage> PageReader::Places::readAt(std::shared_ptr<Places> places, QUrl a
     page.finalUrl = request.url.toString(QUrl::FullyEncoded);
     request.userAgent = browserUserAgent;
     request.acceptLanguage = "en";
-    request.maxBytes = maxPageTextBytes;
+    request.maxBytes = maxPageBytes;
     request.deadline = places->m_deadline;
     request.reach = reach;
     const HttpResponse response = co_await fetch(places, std::move(request), cancel);

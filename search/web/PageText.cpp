@@ -178,8 +178,8 @@ bool isMedia(const QByteArray &type) {
 } // namespace
 
 PageText extractPage(QByteArrayView bytes, QByteArrayView contentType, PageExtent extent) {
-    if (bytes.size() > maxPageTextBytes) {
-        bytes = bytes.first(maxPageTextBytes);
+    if (bytes.size() > maxPageBytes) {
+        bytes = bytes.first(maxPageBytes);
         extent = PageExtent::Cut;
     }
     const QByteArray type = contentType.toByteArray().trimmed().toLower();

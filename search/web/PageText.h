@@ -10,7 +10,7 @@
 namespace vorle {
 
 /// The most of a page that is looked at, in bytes.
-inline constexpr qsizetype maxPageTextBytes = 3'000'000;
+inline constexpr qsizetype maxPageBytes = 3'000'000;
 /// A body of fewer characters (as a reader sees them) does not count as read.
 inline constexpr qsizetype readableCharacters = 600;
 /// The most characters (as a reader sees them) of a body that are kept.

@@ -83,6 +83,9 @@ private:
             seconds -= step;
             m_left -= step;
             if (m_runEnds > 0 && (m_runEnds -= step) == 0) {
+                m_preferences.change(
+                    &Settings::servedSlot,
+                    m_preferences.settings().schedule.slotAt(m_clock.now(), m_zone));
                 m_preferences.change(&Settings::lastSearch, m_clock.now());
                 m_left = std::min(m_left, wait());
             }

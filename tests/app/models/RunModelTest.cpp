@@ -230,8 +230,16 @@ TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
     EXPECT_TRUE(model->missedText().startsWith(text("Les sujets trouvés n’ont pas pu être")));
     preferences.change(&Settings::interests, {});
     EXPECT_FALSE(model->missed()) << "nothing was to be searched";
+    store.addRun([&] {
+        RunReport old;
+        old.date = at(2, 9);
+        return old;
+    }());
+    clock.moment = at(25, 8);
+    model->startDue(); // the app was open, and there was nothing to search
     preferences.change(&Settings::interests, {text("Rust")});
     EXPECT_TRUE(model->missed());
+    EXPECT_TRUE(model->missedText().startsWith(text("Il n’y avait rien à fouiller")));
     RunReport many;
     many.date = at(10, 9);
     many.unjudged =

@@ -70,6 +70,11 @@ TEST_F(RunTimerTest, a_moment_that_was_past_when_it_was_chosen_starts_nothing) {
     clock.moment = november(10, 9, 3, 1);
     timer.look();
     EXPECT_EQ(due.count(), 1);
+    // Changed after its moment, before the timer looked: the old schedule's run is still due.
+    preferences.change(&Settings::schedule, Schedule{{3}, 9, 5});
+    clock.moment = november(10, 9, 5, 10);
+    preferences.change(&Settings::schedule, Schedule{{3, 4}, 9, 5});
+    EXPECT_EQ(due.count(), 2);
 }
 
 TEST_F(RunTimerTest, a_zone_that_changes_under_way_brings_neither_a_second_run_nor_a_wrong_hour) {
@@ -105,6 +110,10 @@ TEST_F(RunTimerTest, a_run_that_a_wrong_clock_dated_years_ahead_does_not_stop_al
     preferences.change(&Settings::lastSearch, november(9, 8, 0).addYears(3));
     clock.moment = november(8, 23, 0);
     const RunTimer timer(preferences, clock, QTimeZone::utc());
+    EXPECT_EQ(timer.next(), november(9, 8, 0));
+    // Nor does the slot that such a run took itself to serve.
+    preferences.change(&Settings::servedSlot, QStringLiteral("2026-11-09T08:00"));
+    preferences.change(&Settings::lastSearch, november(17, 12, 0));
     EXPECT_EQ(timer.next(), november(9, 8, 0));
 }
 
@@ -151,20 +160,27 @@ private:
         const bool back = touched && m_mishap == Mishap::BackDuringTheRun;
         const QDateTime began = m_clock.moment;
         m_clock.moment = began.addSecs(back ? -3600 : 240);
-        m_preferences.change(&Settings::lastSearch, std::max(began, m_clock.moment)); // as a run
+        done(std::max(began, m_clock.moment));
         if (touched && m_mishap == Mishap::BackAnHour) {
             m_clock.moment = m_clock.moment.addSecs(-3600);
         } else if (touched && m_mishap == Mishap::BackADay) {
             m_clock.moment = m_clock.moment.addDays(-1);
         }
     }
+    /// As a run leaves it.
+    void done(const QDateTime &ended) {
+        const Settings &settings = m_preferences.settings();
+        m_preferences.change(&Settings::servedSlot, settings.schedule.slotAt(ended, m_zone));
+        m_preferences.change(&Settings::lastSearch, ended);
+    }
     /// What the window offers: a run that was missed, until it is made up for.
     void offer() {
         const Settings &settings = m_preferences.settings();
         if (const auto missed =
-                settings.schedule.missedRun(settings.lastSearch, m_clock.moment, m_zone)) {
+                settings.schedule.missedRun(settings.lastSearch, m_clock.moment, m_zone,
+                                            settings.believedSlot(m_clock.moment))) {
             banners[missed->toTimeZone(m_zone).date()].insert(*missed);
-            m_preferences.change(&Settings::lastSearch, m_clock.moment); // the user takes it up
+            done(m_clock.moment); // the user takes it up
         }
     }
 

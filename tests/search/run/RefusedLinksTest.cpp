@@ -80,6 +80,34 @@ TEST_F(RefusedLinksTest,
     }
 }
 
+// What was given up together with the judge says nothing of the pages: the next run puts them to it
+// in batches again.
+TEST_F(RefusedLinksTest, links_given_up_with_the_judge_are_no_refused_ones) {
+    QStringList found{candidate(at("/short"), "Rust")};
+    for (int i = 0; i < 7; ++i) {
+        const QByteArray path = "/poison" + QByteArray::number(i);
+        server.serve(path, test::TestReply::page(page("p")));
+        found += candidate(server.link(path), "Rust");
+    }
+    otherTraits = QStringLiteral("\"poison\":\"/poison\",");
+    scenario(QStringLiteral("[]"), list(found));
+    const RunReport hiccup = run();
+    const qsizetype untried = std::ranges::count_if(
+        hiccup.unjudged, [](const DroppedLink &link) { return link.untried.value_or(false); });
+    ASSERT_GT(untried, 0) << "two in a row were enough";
+    otherTraits.clear();
+    scenario(QStringLiteral("[]"), list(found.sliced(1)));
+    QFile log(folder.filePath(QStringLiteral("home/calls.log")));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    const auto judgments = [&] {
+        log.seek(0);
+        return log.readAll().count("judge");
+    };
+    const auto before = judgments();
+    EXPECT_EQ(run().added + hiccup.added, 8);
+    EXPECT_LE(judgments() - before, 1 + hiccup.unjudged.size() - untried);
+}
+
 // What a run that was stopped left may be the judge's fault, as in one that failed.
 TEST_F(RefusedLinksTest, a_link_that_a_stopped_run_left_is_not_given_up) {
     RunReport stopped;

@@ -305,7 +305,7 @@ TEST(PageReader, reads_the_page_itself_where_its_twin_says_nothing) {
     // A registry's document too long to be read whole: the newest version's own.
     const QByteArray whole = twin("https://npmjs.com/package/big");
     server.serve(whole,
-                 json(R"({"name":"big","readme":")" + QByteArray(maxPageTextBytes, 'x') + R"("})"));
+                 json(R"({"name":"big","readme":")" + QByteArray(maxPageBytes, 'x') + R"("})"));
     server.serve(whole + "/latest", json(R"({"name":"big","version":"9.0.0"})"));
     const ReadPage big =
         test::waitFor(reader.read(QStringLiteral("https://npmjs.com/package/big")));

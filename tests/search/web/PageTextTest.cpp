@@ -91,7 +91,7 @@ TEST(PageText, six_hundred_characters_make_a_page_read) {
     EXPECT_EQ(plain("a  <b> &amp;\n\n\nc ").text, "a <b> &amp;\n\nc");
     EXPECT_EQ(plain(" \n ").level, ReadLevel::None);
     EXPECT_EQ(plain(text(600), PageExtent::Cut).level, ReadLevel::Seen);
-    EXPECT_EQ(plain(text(600) + QByteArray(maxPageTextBytes, ' ')).level, ReadLevel::Seen);
+    EXPECT_EQ(plain(text(600) + QByteArray(maxPageBytes, ' ')).level, ReadLevel::Seen);
     EXPECT_EQ(extractPage(text(600), "text/html", PageExtent::Cut).level, ReadLevel::Seen);
 }
 
