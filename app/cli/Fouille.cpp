@@ -205,7 +205,8 @@ Task<ExitStatus> fouille(Context &context) {
         }
         context.console.print(json::encode(answer, json::Style::Pretty));
     } else if (!topics.isEmpty()) {
-        context.console.print(topicCards(context.console, topics, QDate::currentDate()) + u'\n');
+        context.console.print(
+            topicCards(context.console, topics, context.app.store(), QDate::currentDate()) + u'\n');
     }
     tellReport(context.console, report);
     if (report.saved) {

@@ -74,7 +74,7 @@ Task<ExitStatus> programme(Context &context) {
         console.print(u'\n' + programLines(console, program.fits, today));
     }
     if (!program.waits.isEmpty()) {
-        console.print(QStringLiteral("\n── %1 ──\n").arg(programLineText(program)));
+        console.print(QStringLiteral("\n── %1 ──\n").arg(waitingHeading()));
         console.print(programLines(console, program.waits, today));
     }
     co_return ExitStatus::Done;

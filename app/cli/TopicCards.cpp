@@ -1,6 +1,7 @@
 #include "app/cli/TopicCards.h"
 
 #include "app/labels/TopicLabels.h"
+#include "app/triage/SectionOrder.h"
 #include "base/French.h"
 #include "base/FrenchSpacing.h"
 #include "core/Corrections.h"
@@ -92,21 +93,21 @@ QString openScoreLines(const Console &console, const ScoreExplanation &open) {
     return lines.join(u'\n');
 }
 
-QString topicCards(const Console &console, QList<TopicPtr> topics, const QDate &today) {
-    std::stable_sort(topics.begin(), topics.end(), [](const TopicPtr &a, const TopicPtr &b) {
-        const Tier left = tierOf(*a);
-        const Tier right = tierOf(*b);
-        return left != right ? left < right
-                             : shownScore(*a).value_or(0) > shownScore(*b).value_or(0);
-    });
-    QStringList blocks;
-    std::optional<Tier> shown;
+QString topicCards(const Console &console, const QList<TopicPtr> &topics, const TopicStore &store,
+                   const QDate &today) {
+    constexpr TopicSection section = TopicSection::Inbox; // where what a run brings back is found
+    QList<PlacedTopic> placed;
     for (const TopicPtr &topic : topics) {
-        if (const Tier tier = tierOf(*topic); tier != shown) {
-            blocks += console.bold(tierLabel(tier));
-            shown = tier;
+        placed += PlacedTopic{.topic = topic, .tier = tierOf(*topic)};
+    }
+    QStringList blocks;
+    QString heading;
+    for (const PlacedTopic &each : inOrder(section, std::move(placed), store)) {
+        if (const QString own = headingOf(section, each); own != heading) {
+            blocks += console.bold(own);
+            heading = own;
         }
-        blocks += topicCard(console, *topic, today, CardScore::Shown);
+        blocks += topicCard(console, *each.topic, today, CardScore::Shown);
     }
     return blocks.join(QStringLiteral("\n\n"));
 }

@@ -92,23 +92,6 @@ QString Sections::title(Section section) {
     return {};
 }
 
-std::optional<Section> Sections::sectionOf(TopicStatus status) {
-    switch (status) {
-    case TopicStatus::Inbox:
-        return Section::Inbox;
-    case TopicStatus::Program:
-        return Section::Program;
-    case TopicStatus::Reserve:
-        return Section::Reserve;
-    case TopicStatus::Done:
-        return Section::Library;
-    case TopicStatus::Pending:
-    case TopicStatus::Dismissed:
-        break;
-    }
-    return std::nullopt;
-}
-
 TopicListModel *Sections::listOf(Section section) const {
     switch (section) {
     case Section::Inbox:

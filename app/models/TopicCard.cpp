@@ -96,7 +96,7 @@ QString postponedText(const Topic &topic) {
 }
 
 QString captureText(const TopicCard &card) {
-    if (!card.isPendingCapture()) {
+    if (!isBeingRead(card.topic)) {
         return {};
     }
     return card.captureProblem.isEmpty() ? French::tr("lien capturé, en lecture…")
@@ -135,11 +135,11 @@ constexpr RoleValue roleValues[] = {
     {Role::Minutes, [](Card c) -> QVariant { return c.topic.minutes; }},
     {Role::MinutesText,
      [](Card c) -> QVariant {
-         return c.isPendingCapture() ? QString() : durationText(c.topic.minutes);
+         return isBeingRead(c.topic) ? QString() : durationText(c.topic.minutes);
      }},
     {Role::ReadLevelText,
      [](Card c) -> QVariant {
-         return c.isPendingCapture() ? QString() : readLevelLabel(c.topic.readLevel);
+         return isBeingRead(c.topic) ? QString() : readLevelLabel(c.topic.readLevel);
      }},
     {Role::HasScore, [](Card c) -> QVariant { return c.score().has_value(); }},
     {Role::Score, [](Card c) -> QVariant { return c.score().value_or(0); }},
@@ -196,9 +196,9 @@ constexpr RoleValue roleValues[] = {
      [](Card c) -> QVariant {
          return c.briefState.isEmpty() && c.topic.brief ? QStringLiteral("written") : c.briefState;
      }},
-    {Role::PendingCapture, [](Card c) -> QVariant { return c.isPendingCapture(); }},
+    {Role::PendingCapture, [](Card c) -> QVariant { return isBeingRead(c.topic); }},
     {Role::CaptureProblem,
-     [](Card c) -> QVariant { return c.isPendingCapture() ? c.captureProblem : QString(); }},
+     [](Card c) -> QVariant { return isBeingRead(c.topic) ? c.captureProblem : QString(); }},
     {Role::CaptureText, [](Card c) -> QVariant { return captureText(c); }},
 };
 
@@ -221,16 +221,8 @@ QVariant TopicCard::value(int role) const {
                : QVariant();
 }
 
-QString TopicCard::inboxHeading() const {
-    return isPendingCapture() ? French::tr("En cours de lecture") : tierLabel(tierOf(topic));
-}
-
-bool TopicCard::isPendingCapture() const {
-    return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
-}
-
 std::optional<int> TopicCard::score() const {
-    return isPendingCapture() ? std::nullopt : shownScore(topic);
+    return isBeingRead(topic) ? std::nullopt : shownScore(topic);
 }
 
 } // namespace vorle
