@@ -38,18 +38,6 @@ QString countedTopics(qsizetype count) {
     return count == 0 ? tr("Aucun sujet") : counted(count, tr("sujet"), tr("sujets"));
 }
 
-QString worthLabel(Worth worth) {
-    switch (worth) {
-    case Worth::Meh:
-        return tr("Bof");
-    case Worth::Useful:
-        return tr("Utile");
-    case Worth::Gem:
-        return tr("Pépite");
-    }
-    return {};
-}
-
 QString timeText(const QDateTime &moment, const QTimeZone &zone) {
     return moment.toTimeZone(zone).toString(QStringLiteral("H:mm"));
 }

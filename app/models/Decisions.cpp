@@ -1,6 +1,6 @@
 #include "app/models/Decisions.h"
 
-#include "app/labels/Wording.h"
+#include "app/labels/DecisionLabels.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/Corrections.h"
@@ -53,32 +53,32 @@ void Decisions::keepStep(Step step) {
 }
 
 bool Decisions::keep(const QString &topicId) {
-    return decide(topicId, tr("Gardé · Programme"),
+    return decide(topicId, outcomeText(Outcome::Kept),
                   [this](const QUuid &id) { return m_store.keep(id); });
 }
 
 bool Decisions::later(const QString &topicId) {
-    return decide(topicId, tr("Plus tard · Réserve"),
+    return decide(topicId, outcomeText(Outcome::Later),
                   [this](const QUuid &id) { return m_store.postpone(id); });
 }
 
 bool Decisions::dismiss(const QString &topicId) {
-    return decide(topicId, tr("Écarté · Pas pour moi"),
+    return decide(topicId, outcomeText(Outcome::Dismissed),
                   [this](const QUuid &id) { return m_store.dismiss(id); });
 }
 
 bool Decisions::postpone(const QString &topicId) {
-    return decide(topicId, tr("Reporté · Réserve"),
+    return decide(topicId, outcomeText(Outcome::Postponed),
                   [this](const QUuid &id) { return m_store.postpone(id); });
 }
 
 bool Decisions::removeFromProgram(const QString &topicId) {
-    return decide(topicId, tr("Retiré · À trier"),
+    return decide(topicId, outcomeText(Outcome::Removed),
                   [this](const QUuid &id) { return m_store.backToInbox(id); });
 }
 
 bool Decisions::backToTriage(const QString &topicId) {
-    return decide(topicId, tr("Remis · À trier"),
+    return decide(topicId, outcomeText(Outcome::PutBack),
                   [this](const QUuid &id) { return m_store.backToInbox(id); });
 }
 
@@ -87,7 +87,7 @@ bool Decisions::done(const QString &topicId, const QString &worth) {
     if (!verdict && !worth.isEmpty()) {
         return false;
     }
-    return decide(topicId, tr("Fait · Bibliothèque"),
+    return decide(topicId, outcomeText(Outcome::Done),
                   [this, verdict](const QUuid &id) { return m_store.markDone(id, verdict); });
 }
 
@@ -96,7 +96,7 @@ bool Decisions::verdict(const QString &topicId, const QString &worth) {
     if (!verdict) {
         return false;
     }
-    return decide(topicId, tr("%1 · Bibliothèque").arg(worthLabel(*verdict)),
+    return decide(topicId, outcomeText(*verdict),
                   [this, verdict](const QUuid &id) { return m_store.judgeWorth(id, *verdict); });
 }
 

@@ -1,5 +1,6 @@
 #include "app/models/TopicCard.h"
 
+#include "app/labels/DecisionLabels.h"
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/TopicListModel.h"
@@ -103,6 +104,13 @@ QString captureText(const TopicCard &card) {
                                          : French::tr("lien capturé, pas encore jugé");
 }
 
+QString refusalOf(const TopicCard &card) {
+    const auto refused = refusal(card.topic, TopicStatus::Program);
+    return refused ? refusalText(*refused, card.captureProblem.isEmpty() ? Reading::UnderWay
+                                                                         : Reading::Stopped)
+                   : QString();
+}
+
 using Role = TopicListModel::Role;
 using Card = const TopicCard &;
 
@@ -200,6 +208,7 @@ constexpr RoleValue roleValues[] = {
     {Role::CaptureProblem,
      [](Card c) -> QVariant { return isBeingRead(c.topic) ? c.captureProblem : QString(); }},
     {Role::CaptureText, [](Card c) -> QVariant { return captureText(c); }},
+    {Role::Refusal, [](Card c) -> QVariant { return refusalOf(c); }},
 };
 
 constexpr bool standInOrder() {
@@ -209,14 +218,14 @@ constexpr bool standInOrder() {
             return false;
         }
     }
-    return next == Role::CaptureText + 1;
+    return next == Role::Refusal + 1;
 }
 static_assert(standInOrder(), "a role is its place in the table");
 
 } // namespace
 
 QVariant TopicCard::value(int role) const {
-    return role >= Role::TopicId && role <= Role::CaptureText
+    return role >= Role::TopicId && role <= Role::Refusal
                ? roleValues[role - Role::TopicId].value(*this)
                : QVariant();
 }

@@ -246,7 +246,7 @@ void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
 }
 
 void TopicListModel::setCaptureProblem(const QUuid &id, const QString &problem) {
-    setWord(m_captureProblems, id, problem, {CaptureProblem, CaptureText});
+    setWord(m_captureProblems, id, problem, {CaptureProblem, CaptureText, Refusal});
 }
 
 /// Keeps what roles say of a topic beyond the topic itself, and tells its row.

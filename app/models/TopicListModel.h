@@ -87,6 +87,8 @@ public:
         PendingCapture, ///< bool, a captured link that is still being read
         CaptureProblem, ///< string, why it could not be judged; "" while it is tried
         CaptureText,    ///< "lien capturé, en lecture…", or that it is not judged yet; else ""
+        Refusal,        ///< string, why it can be dismissed and nothing else; "" when it may be
+                        ///< decided
     };
     Q_ENUM(Role)
 
