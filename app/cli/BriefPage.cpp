@@ -1,8 +1,8 @@
 #include "app/cli/BriefPage.h"
 
-#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "briefs/BriefWriter.h"
+#include "core/DurationText.h"
 
 namespace vorle::cli {
 
@@ -58,7 +58,7 @@ QString briefPage(const Console &console, const Topic &topic, std::optional<int>
         console.bold(console.wrapped(French::tr("Fiche de lecture · ") + topic.title, 0))};
     if (minutes) {
         blocks.last() +=
-            u'\n' + console.faint(French::tr("%1 de lecture").arg(durationLabel(*minutes)));
+            u'\n' + console.faint(French::tr("%1 de lecture").arg(durationText(*minutes)));
     }
     const auto section = [&](const QString &title, const QStringList &texts) {
         if (!texts.isEmpty()) {

@@ -5,6 +5,7 @@
 #include "base/French.h"
 #include "base/FrenchSpacing.h"
 #include "core/Corrections.h"
+#include "core/DurationText.h"
 #include "core/ScoreScale.h"
 
 namespace vorle::cli {
@@ -35,7 +36,7 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
     const bool shown = score == CardScore::Shown;
     const QString facts =
         factLine({topic.project.value_or(topic.interest.value_or(QString())), kindLabel(topic.kind),
-                  durationLabel(topic.minutes), readLevelLabel(topic.readLevel),
+                  durationText(topic.minutes), readLevelLabel(topic.readLevel),
                   urgencyLabel(topic.urgency, today), shown ? formerScore(topic) : QString()});
     QStringList lines;
     // The score stands in the margin of the title's first line.
@@ -66,9 +67,9 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
             urgency = French::tr("urgent");
         }
         lines += console.faint(
-            console.wrapped(factLine({durationLabel(topic->minutes), urgency,
+            console.wrapped(factLine({durationText(topic->minutes), urgency,
                                       topic->project.value_or(topic->interest.value_or(QString())),
-                                      topic->id.toString(QUuid::WithoutBraces).toUpper()}),
+                                      identityText(topic->id)}),
                             margin));
     }
     return lines.join(u'\n');
@@ -118,7 +119,7 @@ QString topicLines(const Console &console, const QList<TopicPtr> &topics) {
         lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
                  console.plain(frenchSpacing(topic->title.simplified())) + QStringLiteral("  ") +
                  console.faint(statusLabel(topic->status) + QStringLiteral(" · ") +
-                               topic->id.toString(QUuid::WithoutBraces).toUpper());
+                               identityText(topic->id));
     }
     return lines.join(u'\n');
 }

@@ -1,6 +1,7 @@
 #include "app/models/Decisions.h"
 
 #include "app/labels/DecisionLabels.h"
+#include "app/labels/TopicLabels.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/Corrections.h"
@@ -13,8 +14,6 @@ namespace vorle {
 namespace {
 
 QUuid identity(const QString &topicId) { return QUuid::fromString(topicId); }
-
-QString nameOf(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
 
 /// What fits on the line that tells a decision, and leaves room for where it went.
 QString shortTitle(const QString &title) {
@@ -40,7 +39,7 @@ bool Decisions::decide(const QString &topicId, const QString &ghostText, Act act
     if (after) {
         keepStep({id, *before, *after});
     }
-    Q_EMIT decided(nameOf(id), ghostText);
+    Q_EMIT decided(identityText(id), ghostText);
     return true;
 }
 
@@ -219,9 +218,9 @@ QString Decisions::step(QList<Step> &from, QList<Step> &to, Direction direction)
         frenchSpacing(tr("« %1 » %2").arg(topic ? shortTitle(topic->title) : QString(), sentence));
     Q_EMIT stepsChanged();
     if (back) {
-        Q_EMIT undone(nameOf(step.id), sentence);
+        Q_EMIT undone(identityText(step.id), sentence);
     } else {
-        Q_EMIT redone(nameOf(step.id), sentence);
+        Q_EMIT redone(identityText(step.id), sentence);
     }
     return sentence;
 }

@@ -121,8 +121,7 @@ struct RoleValue {
 
 /// One line a role, in the order of TopicListModel::Role; Section is the model's own.
 constexpr RoleValue roleValues[] = {
-    {Role::TopicId,
-     [](Card c) -> QVariant { return c.topic.id.toString(QUuid::WithoutBraces).toUpper(); }},
+    {Role::TopicId, [](Card c) -> QVariant { return identityText(c.topic.id); }},
     {Role::Section, [](Card) -> QVariant { return QString(); }},
     {Role::Title, [](Card c) -> QVariant { return shown(c.topic.title); }},
     {Role::Tldr, [](Card c) -> QVariant { return shown(c.topic.tldr); }},

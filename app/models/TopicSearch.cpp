@@ -121,7 +121,7 @@ QVariant TopicSearch::data(const QModelIndex &index, int role) const {
     const Topic &topic = *hit.topic;
     switch (role) {
     case TopicId:
-        return topic.id.toString(QUuid::WithoutBraces).toUpper();
+        return identityText(topic.id);
     case Title:
         return shownWords(topic.title);
     case SectionNumber: {

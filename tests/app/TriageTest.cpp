@@ -143,7 +143,7 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
         {"trier AB11 fait --avis super", 2, "Avis inconnu"},
         {"trier AB11", 2, "Usage : vorle trier"},
         {"trier CD garder", 1, "Je n’ai pas encore pu juger cette page"},
-        {"trier CD plus-tard", 1, "Pour la faire lire\u00A0: vorle trier CD retrier"},
+        {"trier CD plus-tard", 1, "Pour la faire lire : vorle trier CD retrier"},
         {"trier CE garder", 1, "Tu as écarté cette page avant que je la juge"},
         {"trier CE retirer", 1, "vorle trier CE retrier"},
         {"corriger AB11 12", 2, "de 0 à 10"},
