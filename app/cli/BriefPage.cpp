@@ -1,6 +1,7 @@
 #include "app/cli/BriefPage.h"
 
 #include "base/French.h"
+#include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
 #include "core/DurationText.h"
 
@@ -46,7 +47,7 @@ QString sourceText(const Console &console, const Brief::Source &source) {
     if (!source.adds.isEmpty()) {
         out += console.wrapped(source.adds, bodyMargin);
     }
-    out += QString(bodyMargin, u' ') + console.faint(source.url);
+    out += QString(bodyMargin, u' ') + console.faint(WebLink::shown(source.url));
     return out.join(u'\n');
 }
 

@@ -4,6 +4,7 @@
 #include "app/triage/SectionOrder.h"
 #include "base/French.h"
 #include "base/FrenchSpacing.h"
+#include "base/WebLink.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
 #include "core/ScoreScale.h"
@@ -52,7 +53,7 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
         lines += console.wrapped(French::tr("Premier pas : ") + topic.firstStep, margin);
     }
     for (const TopicSource &source : topic.sources) {
-        lines += QString(margin, u' ') + console.faint(source.url);
+        lines += QString(margin, u' ') + console.faint(WebLink::shown(source.url));
     }
     return lines.join(u'\n');
 }

@@ -6,6 +6,7 @@
 #include "app/models/TopicListModel.h"
 #include "base/French.h"
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"
@@ -59,7 +60,7 @@ QVariantList sourcesOf(const Topic &topic) {
     for (const TopicSource &source : topic.sources) {
         list.append(QVariantMap{{QStringLiteral("name"), shown(source.displayName())},
                                 {QStringLiteral("url"), source.url},
-                                {QStringLiteral("address"), withoutHidden(source.url)},
+                                {QStringLiteral("address"), WebLink::shown(source.url)},
                                 {QStringLiteral("picture"), pictureOf(topic, source.url)}});
     }
     return list;
