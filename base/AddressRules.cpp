@@ -1,7 +1,5 @@
 #include "base/AddressRules.h"
 
-#include "base/Text.h"
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -106,12 +104,6 @@ NameKind nameKind(const QString &host) {
         return NameKind::Loopback;
     }
     return name.endsWith(u".local") ? NameKind::LocalNetwork : NameKind::Ordinary;
-}
-
-QUrl httpLink(const QString &link) {
-    const QUrl url(trimmed(link).toString());
-    const bool http = url.scheme() == u"http" || url.scheme() == u"https";
-    return url.isValid() && http && !url.host().isEmpty() ? url : QUrl();
 }
 
 } // namespace vorle

@@ -2,7 +2,6 @@
 
 #include <QHostAddress>
 #include <QString>
-#include <QUrl>
 
 namespace vorle {
 
@@ -22,10 +21,5 @@ AddressKind addressKind(const QHostAddress &address);
 /// "localhost", names ending in ".localhost" or ".local".
 enum class NameKind { Ordinary, Loopback, LocalNetwork };
 NameKind nameKind(const QString &host);
-
-/// `link`, the blanks around it apart, when it is an absolute http or https address with a host; an
-/// empty address for anything else.
-QUrl httpLink(const QString &link);
-inline bool isHttpLink(const QString &link) { return !httpLink(link).isEmpty(); }
 
 } // namespace vorle

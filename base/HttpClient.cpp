@@ -2,6 +2,7 @@
 
 #include "base/AddressRules.h"
 #include "base/MainThread.h"
+#include "base/WebLink.h"
 
 #include <QDeadlineTimer>
 #include <QSocketNotifier>
@@ -187,11 +188,10 @@ HttpClient::Private::~Private() {
 }
 
 bool HttpClient::Private::mayAsk(const Exchange &exchange, const QUrl &url) const {
-    const QString host = url.host(QUrl::FullyEncoded);
-    const QString scheme = url.scheme();
-    if (!url.isValid() || host.isEmpty() || (scheme != u"http" && scheme != u"https")) {
+    if (!WebLink::isWeb(url)) {
         return false;
     }
+    const QString host = url.host(QUrl::FullyEncoded);
     switch (exchange.request.reach == Reach::Anywhere ? NameKind::Ordinary : nameKind(host)) {
     case NameKind::Ordinary:
         return true; // the address it leads to is checked when the connection opens

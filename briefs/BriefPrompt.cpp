@@ -2,7 +2,7 @@
 
 #include "agents/PromptText.h"
 #include "base/Text.h"
-#include "core/WebLink.h"
+#include "base/WebLink.h"
 
 #include <QStringList>
 
@@ -78,8 +78,8 @@ QString topicText(const Topic &topic) {
 QString sourcesText(const Topic &topic) {
     QStringList lines;
     for (const TopicSource &source : topic.sources) {
-        const auto link = WebLink::from(source.url, linkBytes);
-        if (lines.size() < maxSources && link) {
+        const auto link = WebLink::from(source.url);
+        if (lines.size() < maxSources && link && link->text().size() <= linkBytes) {
             const QString title = oneLine(source.title, sourceCharacters);
             lines += QStringLiteral("- ") +
                      (title.isEmpty() ? QString() : title + QStringLiteral(": ")) + link->text();

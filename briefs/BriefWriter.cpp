@@ -3,10 +3,10 @@
 #include "base/MainThread.h"
 #include "base/SystemErrorText.h"
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "briefs/BriefPrompt.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
-#include "core/WebLink.h"
 
 #include <QCoreApplication>
 #include <QPointer>

@@ -1,8 +1,8 @@
 #include "core/EngineImport.h"
 
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "core/ScoreScale.h"
-#include "core/WebLink.h"
 
 namespace vorle {
 

@@ -1,6 +1,6 @@
 #include "core/GitHubLink.h"
 
-#include "base/AddressRules.h"
+#include "base/WebLink.h"
 
 #include <QStringList>
 
@@ -10,7 +10,7 @@
 namespace vorle {
 
 std::optional<Repository> gitHubRepository(const QString &link) {
-    const QUrl url = httpLink(link);
+    const QUrl url = WebLink::parsed(link);
     QString host = url.host();
     for (const QStringView prefix : {u"www.", u"m."}) {
         if (host.startsWith(prefix)) {

@@ -22,11 +22,6 @@ bool latestTriagedFirst(const Topic &a, const Topic &b) {
 
 bool latestDoneFirst(const Topic &a, const Topic &b) { return rank(a.doneAt) > rank(b.doneAt); }
 
-bool moreUrgent(const Topic &a, const Topic &b) {
-    const bool urgent = a.isUrgent();
-    return urgent != b.isUrgent() ? urgent : rank(a.triagedAt) < rank(b.triagedAt);
-}
-
 bool programOrder(const Topic &a, const Topic &b) {
     const bool urgent = a.isUrgent();
     if (urgent != b.isUrgent()) {

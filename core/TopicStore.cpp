@@ -1,6 +1,7 @@
 #include "core/TopicStore.h"
 
 #include "base/MainThread.h"
+#include "core/Decision.h"
 #include "core/TopicWriter.h"
 
 #include <QSet>
@@ -240,8 +241,8 @@ bool TopicStore::judgeWorth(const QUuid &id, Worth worth) {
 
 bool TopicStore::decide(const QUuid &id, TopicStatus status, std::optional<Worth> worth) {
     const TopicPtr present = topic(id);
-    if (present && isUnjudgedCapture(*present) && status != TopicStatus::Dismissed) {
-        return false; // the judge would undo it, or has never seen it
+    if (present && refusal(*present, status)) {
+        return false;
     }
     const QDateTime now = m_clock.now();
     return change(id, [&](Topic &topic) {

@@ -107,10 +107,8 @@ ProgramText programText(const WeekProgram &program, const QString &nextRun) {
     return said;
 }
 
-QString programLineText(const WeekProgram &program) {
-    return program.waits.isEmpty()
-               ? QString()
-               : French::tr("Ce qui suit ne tient pas dans ta semaine, et t’attend");
+QString waitingHeading() {
+    return French::tr("Ce qui suit ne tient pas dans ta semaine, et t’attend");
 }
 
 } // namespace vorle

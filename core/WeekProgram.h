@@ -57,7 +57,7 @@ struct ProgramText {
 ///                 when none is scheduled
 ProgramText programText(const WeekProgram &program, const QString &nextRun);
 
-/// The words on the line between what fits and what waits; empty when nothing waits.
-QString programLineText(const WeekProgram &program);
+/// The words on the line between what fits and what waits.
+QString waitingHeading();
 
 } // namespace vorle

@@ -5,6 +5,7 @@
 #include "agents/TemporaryFiles.h"
 #include "base/French.h"
 #include "base/Json.h"
+#include "base/WebLink.h"
 #include "desktop/LaunchPrompt.h"
 #include "desktop/LaunchScript.h"
 
@@ -101,8 +102,8 @@ Task<ClaudeLauncher::Where> ClaudeLauncher::takeFirstStep(Topic topic) {
 void ClaudeLauncher::openChat(const QString &prompt) const {
     m_parts.pasteboard.replace(prompt);
     const bool claude = m_parts.agents.choose() == AgentKind::Claude;
-    if (!m_parts.links.open(QUrl(claude ? QStringView(claudeChat).toString()
-                                        : QStringView(chatGptChat).toString()))) {
+    const auto chat = WebLink::from(QString::fromUtf16(claude ? claudeChat : chatGptChat));
+    if (!chat || !m_parts.links.open(*chat)) {
         throw LaunchError::browserFailed();
     }
 }

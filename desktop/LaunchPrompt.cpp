@@ -2,7 +2,7 @@
 
 #include "base/French.h"
 #include "base/Text.h"
-#include "core/WebLink.h"
+#include "base/WebLink.h"
 
 #include <QStringList>
 
@@ -67,7 +67,7 @@ QString addresses(const QList<TopicSource> &sources) {
     QStringList all;
     qsizetype bytes = 0;
     for (const TopicSource &source : sources) {
-        const auto link = WebLink::from(source.url, WebLink::maxUserBytes);
+        const auto link = WebLink::from(source.url, WebLink::Giver::User);
         bytes += link ? link->text().size() + 2 : 0;
         if (link && !all.contains(link->text()) && bytes <= maxLineBytes) {
             all += link->text();

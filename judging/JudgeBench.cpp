@@ -23,7 +23,7 @@ JudgeCandidate candidateOf(const BenchItem &item) {
     JudgeCandidate candidate;
     candidate.id = item.id;
     candidate.title = item.title;
-    candidate.url = item.origin.contains(u"://") ? item.origin : QString();
+    candidate.url = item.origin;
     candidate.kind = item.kind.value_or(ItemKind::Article);
     candidate.level = item.readLevel;
     candidate.note = item.note;

@@ -2,6 +2,7 @@
 
 #include "agents/PromptText.h"
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "core/Corrections.h"
 
 #include <QDate>
@@ -11,7 +12,6 @@ namespace vorle {
 namespace {
 
 constexpr qsizetype titleCharacters = 300;
-constexpr qsizetype linkCharacters = 2'000;
 constexpr qsizetype noteCharacters = 1'000;
 /// Characters may be of any size: stacked marks must not make a block of megabytes.
 constexpr qsizetype contentBytes = 40'000;
@@ -92,10 +92,11 @@ QString reflexLine(const QString &instruction) {
 QString candidateBlock(const JudgeCandidate &candidate) {
     QString block = QStringLiteral("### id: ") + candidate.id + u'\n';
     block += QStringLiteral("Title: ") + oneLine(candidate.title, titleCharacters) + u'\n';
-    if (!candidate.url.isEmpty()) {
+    // Whole or not at all: a link that was cut leads elsewhere.
+    if (const auto link = WebLink::from(candidate.url, WebLink::Giver::User)) {
         block += (candidate.level == ReadLevel::None ? QStringLiteral("Link (could not be read): ")
                                                      : QStringLiteral("Link: ")) +
-                 oneLine(candidate.url, linkCharacters) + u'\n';
+                 link->text() + u'\n';
     }
     block += QStringLiteral("Kind (guessed): ") + json::rawText(candidate.kind) + u'\n';
     if (candidate.level) {

@@ -12,7 +12,7 @@ namespace vorle {
 struct JudgeCandidate {
     QString id;
     QString title;
-    QString url;                       ///< empty: no link line
+    QString url;                       ///< what is no web link has no line
     ItemKind kind = ItemKind::Article; ///< guessed when it was found
     /// Absent where nobody knows how far the page was read: of topics from elsewhere.
     std::optional<ReadLevel> level = ReadLevel::None;
@@ -42,7 +42,8 @@ struct JudgeProfile {
 
 /// The English block that presents one candidate, each line ended by a line break. What strangers
 /// wrote is kept apart: the content stands between lines of three double quotes, and fences and
-/// block headings inside it are defused; titles, links and notes are held to one line.
+/// block headings inside it are defused; titles and notes are held to one line, links whole or left
+/// out.
 QString candidateBlock(const JudgeCandidate &candidate);
 
 /// The same lines for a topic the user decided on, then what they did with it. At most 600

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QUrl>
+#include "base/WebLink.h"
 
 namespace vorle {
 
@@ -9,13 +9,9 @@ class LinkOpener {
 public:
     virtual ~LinkOpener() = default;
 
-    /// Opens an http or https address; false when the system did not take it. Any other address is
-    /// refused: links come from strangers, and a file or a mail is no page.
-    bool open(const QUrl &address) {
-        const bool isPage = address.isValid() && !address.host().isEmpty() &&
-                            (address.scheme() == u"http" || address.scheme() == u"https");
-        return isPage && openInBrowser(address);
-    }
+    /// False when the system did not take it. Links come from strangers, and a file or a mail is no
+    /// page: nothing but a web link can be handed over.
+    bool open(const WebLink &link) { return openInBrowser(link.url()); }
 
 private:
     virtual bool openInBrowser(const QUrl &address) = 0;

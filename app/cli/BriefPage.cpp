@@ -1,8 +1,9 @@
 #include "app/cli/BriefPage.h"
 
-#include "app/labels/TopicLabels.h"
 #include "base/French.h"
+#include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
+#include "core/DurationText.h"
 
 namespace vorle::cli {
 
@@ -46,7 +47,7 @@ QString sourceText(const Console &console, const Brief::Source &source) {
     if (!source.adds.isEmpty()) {
         out += console.wrapped(source.adds, bodyMargin);
     }
-    out += QString(bodyMargin, u' ') + console.faint(source.url);
+    out += QString(bodyMargin, u' ') + console.faint(WebLink::shown(source.url));
     return out.join(u'\n');
 }
 
@@ -58,7 +59,7 @@ QString briefPage(const Console &console, const Topic &topic, std::optional<int>
         console.bold(console.wrapped(French::tr("Fiche de lecture · ") + topic.title, 0))};
     if (minutes) {
         blocks.last() +=
-            u'\n' + console.faint(French::tr("%1 de lecture").arg(durationLabel(*minutes)));
+            u'\n' + console.faint(French::tr("%1 de lecture").arg(durationText(*minutes)));
     }
     const auto section = [&](const QString &title, const QStringList &texts) {
         if (!texts.isEmpty()) {

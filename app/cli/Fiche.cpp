@@ -3,10 +3,9 @@
 #include "app/cli/BriefPage.h"
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
+#include "app/labels/RunLabels.h"
 #include "base/French.h"
 #include "briefs/BriefWriter.h"
-
-#include <QLocale>
 
 namespace vorle::cli {
 
@@ -56,11 +55,8 @@ Task<> write(Context &context, QUuid id) {
     }
 }
 
-QString costText(std::optional<double> costUSD) {
-    return costUSD && *costUSD > 0
-               ? QStringLiteral(" · %1 $").arg(
-                     QLocale(QLocale::French, QLocale::France).toString(*costUSD, 'f', 2))
-               : QString();
+QString costFact(std::optional<double> costUSD) {
+    return costUSD && *costUSD > 0 ? QStringLiteral(" · ") + costText(*costUSD) : QString();
 }
 
 } // namespace
@@ -99,7 +95,7 @@ Task<ExitStatus> fiche(Context &context) {
         throw Failure(
             store.saveError().value_or(French::tr("La fiche n’a pas pu être enregistrée.")));
     }
-    context.console.say(French::tr("Fiche gardée dans le sujet%1").arg(costText(receipt.costUSD)));
+    context.console.say(French::tr("Fiche gardée dans le sujet%1").arg(costFact(receipt.costUSD)));
     co_return ExitStatus::Done;
 }
 

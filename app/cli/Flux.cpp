@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "base/French.h"
+#include "base/WebLink.h"
 #include "core/NumberText.h"
 #include "search/feeds/Feeds.h"
 
@@ -45,12 +46,12 @@ QString itemText(const Console &console, const FeedItem &item) {
 
 Task<ExitStatus> flux(Context &context) {
     const QString typed = context.arguments.positional.first();
-    const QUrl address = siteUrl(typed);
-    if (address.isEmpty()) {
+    const auto address = WebLink::typed(typed, WebLink::Host::Any);
+    if (!address) {
         throw Failure(French::tr("« %1 » n’est pas une adresse web.").arg(typed));
     }
     Feeds &feeds = context.app.feeds();
-    FeedShown shown{address.toString(QUrl::FullyEncoded), {}};
+    FeedShown shown{address->text(), {}};
     Reach reach = Reach::Anywhere; // the person typed it
     if (!context.arguments.flags.contains(QStringLiteral("direct"))) {
         const auto feed = co_await feeds.discover(shown.feed, context.cancel, reach);
@@ -61,7 +62,7 @@ Task<ExitStatus> flux(Context &context) {
                     .arg(shown.feed));
         }
         // The page wrote this one: elsewhere than on its own host, it leads where strangers may.
-        reach = QUrl(*feed).host() == address.host() ? reach : Reach::PublicOnly;
+        reach = QUrl(*feed).host() == address->url().host() ? reach : Reach::PublicOnly;
         shown.feed = *feed;
     }
     const FeedReading reading = co_await feeds.read(shown.feed, typed, context.cancel, reach);

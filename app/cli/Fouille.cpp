@@ -1,14 +1,11 @@
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "app/labels/RunLabels.h"
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "core/Calibration.h"
 #include "core/NumberText.h"
-
-#include <QLocale>
-
-#include <cmath>
 
 namespace vorle::cli {
 
@@ -50,43 +47,12 @@ void showProgress(Console &console, const RunProgress &progress) {
     console.progress(progress.status, done, total, details);
 }
 
-QString countedTopics(int count) {
-    return count == 0   ? French::tr("Aucun sujet")
-           : count == 1 ? French::tr("1 sujet")
-                        : French::tr("%1 sujets").arg(numberText(count));
-}
-
-QString durationText(double seconds) {
-    const int whole = static_cast<int>(std::lround(seconds));
-    return whole < 60 ? French::tr("%1 s").arg(whole)
-                      : French::tr("%1 min %2 s").arg(whole / 60).arg(whole % 60);
-}
-
-QString summaryLine(const RunReport &report) {
-    QString line =
-        report.cancelled
-            ? French::tr("Fouille arrêtée : %1 dans « À trier », déjà jugés avant l’arrêt")
-                  .arg(countedTopics(report.added))
-            : French::tr("%1 à trier").arg(countedTopics(report.added));
-    if (report.cancelled && report.added == 0) {
-        line = French::tr("Fouille arrêtée : rien n’était encore jugé");
-    }
-    line += QStringLiteral(" · ") + durationText(report.seconds);
-    if (report.costUSD > 0) {
-        line += QStringLiteral(" · ") +
-                QLocale(QLocale::French, QLocale::France).toString(report.costUSD, 'f', 2) +
-                QStringLiteral(" $");
-    }
-    return line;
-}
-
 /// "12 liens, 3 déjà connus, 1 en double".
 QString scopeLine(const ScopeReport &scope) {
     if (scope.failed()) {
         return scope.error;
     }
-    QStringList facts{scope.found == 1 ? French::tr("1 lien")
-                                       : French::tr("%1 liens").arg(numberText(scope.found))};
+    QStringList facts{scopeText(scope)};
     const auto add = [&](int count, const QString &what) {
         if (count > 0) {
             facts += numberText(count) + u' ' + what;
@@ -119,39 +85,17 @@ QString readLine(const RunReport &report) {
     return facts.join(QStringLiteral(", "));
 }
 
-/// The run's report, short: a line a scope, then what was read and what was left out.
+/// The run's report, short: a line a scope, then what was read and what else there is to tell.
 void tellReport(Console &console, const RunReport &report) {
     for (const ScopeReport &scope : report.scopes) {
-        const QString name = scope.origin == Origin::Suggestion
-                                 ? French::tr("%1, seconde recherche").arg(scope.name)
-                                 : scope.name;
-        console.say(French::tr("%1 : %2").arg(name.simplified(), scopeLine(scope)));
+        console.say(
+            French::tr("%1\u00A0: %2").arg(scopeName(scope).simplified(), scopeLine(scope)));
     }
     if (const QString line = readLine(report); !line.isEmpty()) {
-        console.say(French::tr("Pages lues : %1").arg(line));
+        console.say(French::tr("Pages lues\u00A0: %1").arg(line));
     }
-    for (const FeedTrouble &feed : report.feeds) {
-        console.say(French::tr("%1 : %2").arg(feed.site, feed.problem));
-    }
-    for (const DroppedLink &link : report.notNewer) {
-        console.say(French::tr("Mis à part : %1").arg(link.reason));
-    }
-    if (!report.unjudged.isEmpty()) {
-        console.say(French::tr("Liens non jugés : %1. %2")
-                        .arg(report.unjudged.size())
-                        .arg(report.unjudged.first().reason));
-    }
-    if (report.surplus && !report.surplus->isEmpty()) {
-        console.say(French::tr("Liens de trop : %1. %2")
-                        .arg(report.surplus->size())
-                        .arg(report.surplus->first().reason));
-    }
-    for (const QString &warning : report.warnings) {
-        console.say(warning);
-    }
-    if (!report.uncovered.isEmpty() && !report.cancelled) {
-        console.say(
-            French::tr("Rien trouvé pour : %1").arg(report.uncovered.join(QStringLiteral(", "))));
+    for (const QString &notice : runNotices(report)) {
+        console.say(notice);
     }
 }
 
@@ -205,11 +149,13 @@ Task<ExitStatus> fouille(Context &context) {
         }
         context.console.print(json::encode(answer, json::Style::Pretty));
     } else if (!topics.isEmpty()) {
-        context.console.print(topicCards(context.console, topics, QDate::currentDate()) + u'\n');
+        context.console.print(
+            topicCards(context.console, topics, context.app.store(), QDate::currentDate()) + u'\n');
     }
     tellReport(context.console, report);
     if (report.saved) {
-        context.console.say(summaryLine(report));
+        context.console.say(runResultText(report));
+        context.console.say(runFactsText(report));
         proposeCalibration(context);
     } else {
         context.console.say(context.app.store().saveError().value_or(

@@ -4,6 +4,7 @@
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "core/NumberText.h"
 #include "judging/JudgeBrief.h"
 #include "judging/Learning.h"
@@ -121,15 +122,6 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
     co_return shown;
 }
 
-/// A link as a person types it: without a scheme, https is meant.
-QString typedLink(const QString &text) {
-    const QString link = text.contains(u"://") ? text : QStringLiteral("https://") + text;
-    if (!isHttpLink(link)) {
-        throw Failure(French::tr("« %1 » n’est pas une adresse web.").arg(text));
-    }
-    return link;
-}
-
 /// Why nothing could be read of a page; empty when something was.
 QString unreadReason(const ReadPage &page) {
     if (page.level != ReadLevel::None) {
@@ -194,7 +186,12 @@ Task<ExitStatus> consignes(Context &context) {
 }
 
 Task<ExitStatus> lire(Context &context) {
-    const QString link = typedLink(context.arguments.positional.first());
+    const QString text = context.arguments.positional.first();
+    const auto typed = WebLink::typed(text, WebLink::Host::Any);
+    if (!typed) {
+        throw Failure(French::tr("« %1 » n’est pas une adresse web.").arg(text));
+    }
+    const QString &link = typed->text();
     const ReadPage page = co_await context.app.reader().read(link, context.cancel, Reach::Anywhere);
     if (context.arguments.json()) {
         const PageShown shown{link, page.title, page.description, page.text, page.level};

@@ -1,10 +1,8 @@
 #include "app/cli/Command.h"
 #include "app/cli/TopicCards.h"
-#include "app/labels/TopicLabels.h"
+#include "app/labels/RunLabels.h"
 #include "base/French.h"
 #include "core/WeekProgram.h"
-
-#include <QLocale>
 
 namespace vorle::cli {
 
@@ -37,16 +35,6 @@ QList<Topic> records(const QList<TopicPtr> &topics) {
     return records;
 }
 
-QString nextRunText(Context &context) {
-    const Settings &settings = context.app.preferences().settings();
-    const QDateTime now = context.app.clock().now();
-    const auto next =
-        settings.schedule.nextRun(now, QTimeZone::systemTimeZone(), settings.believedSlot(now));
-    return next ? QLocale(QLocale::French, QLocale::France)
-                      .toString(next->toLocalTime(), French::tr("dddd d MMMM 'à' H:mm"))
-                : QString();
-}
-
 } // namespace
 
 Task<ExitStatus> programme(Context &context) {
@@ -65,7 +53,9 @@ Task<ExitStatus> programme(Context &context) {
         console.print(json::encode(shown, json::Style::Pretty));
         co_return ExitStatus::Done;
     }
-    const ProgramText said = programText(program, nextRunText(context));
+    const ProgramText said =
+        programText(program, nextRunText(context.app.preferences().settings(),
+                                         context.app.clock().now(), QTimeZone::systemTimeZone()));
     console.print(console.bold(said.title));
     if (!said.text.isEmpty()) {
         console.print(said.text);
@@ -75,7 +65,7 @@ Task<ExitStatus> programme(Context &context) {
         console.print(u'\n' + programLines(console, program.fits, today));
     }
     if (!program.waits.isEmpty()) {
-        console.print(QStringLiteral("\n── %1 ──\n").arg(programLineText(program)));
+        console.print(QStringLiteral("\n── %1 ──\n").arg(waitingHeading()));
         console.print(programLines(console, program.waits, today));
     }
     co_return ExitStatus::Done;

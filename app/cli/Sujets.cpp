@@ -2,7 +2,12 @@
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
 #include "app/labels/ScoreExplanation.h"
+#include "app/triage/ReserveActivity.h"
+#include "app/triage/SectionOrder.h"
 #include "base/French.h"
+#include "core/WeekProgram.h"
+
+#include <QSet>
 
 namespace vorle::cli {
 
@@ -32,6 +37,43 @@ void openTopic(Context &context) {
     console.print(openScoreLines(console, openScore(*topic, note, today)));
 }
 
+/// The topics of one status, as the window's section of it lists them. Those of no section stand as
+/// the store has them.
+QList<TopicPtr> topicsOf(Context &context, TopicStatus status) {
+    const TopicStore &store = context.app.store();
+    QList<TopicPtr> topics = store.topics(status);
+    const auto section = sectionOf(status);
+    if (!section) {
+        return topics;
+    }
+    ReserveActivity activity;
+    QList<TopicPtr> waiting;
+    if (section == TopicSection::Reserve) {
+        activity.observe(context.app.engine().finds());
+        for (const TopicPtr &topic : store.topics()) {
+            activity.note(*topic);
+        }
+    } else if (section == TopicSection::Program) {
+        waiting = weekProgram(store.topics(), context.app.preferences().settings().weeklyMinutes,
+                              calendarWeek(context.app.clock().now()))
+                      .waits;
+    }
+    const QSet<TopicPtr> waits(waiting.cbegin(), waiting.cend());
+    QList<PlacedTopic> placed;
+    for (const TopicPtr &topic : std::as_const(topics)) {
+        placed += PlacedTopic{.topic = topic,
+                              .tier = tierOf(*topic),
+                              .moved = section == TopicSection::Reserve &&
+                                       activity.hasMoved(*topic, store),
+                              .waits = waits.contains(topic)};
+    }
+    topics.clear();
+    for (const PlacedTopic &each : inOrder(*section, std::move(placed), store)) {
+        topics += each.topic;
+    }
+    return topics;
+}
+
 } // namespace
 
 Task<ExitStatus> sujets(Context &context) {
@@ -56,7 +98,7 @@ Task<ExitStatus> sujets(Context &context) {
         context.console.say(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
         co_return ExitStatus::Failed;
     }
-    const QList<TopicPtr> topics = status ? store.topics(*status) : store.topics();
+    const QList<TopicPtr> topics = status ? topicsOf(context, *status) : store.topics();
     if (context.arguments.json()) {
         QList<Topic> records;
         for (const TopicPtr &topic : topics) {

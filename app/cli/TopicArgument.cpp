@@ -1,6 +1,7 @@
 #include "app/cli/TopicArgument.h"
 
 #include "app/cli/CommandForwarding.h"
+#include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "base/Text.h"
 #include "core/NumberText.h"
@@ -93,7 +94,5 @@ TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {
     }
     return found.first();
 }
-
-QString identityText(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
 
 } // namespace vorle::cli

@@ -21,7 +21,4 @@ Task<> holdTopics(Context &context);
 ///                  several have (told with their titles), or when the topics file is unreadable
 TopicPtr topicByPrefix(const TopicStore &store, const QString &text);
 
-/// A topic's identity as it is shown and written: upper-case, without braces.
-QString identityText(const QUuid &id);
-
 } // namespace vorle::cli

@@ -1,9 +1,12 @@
 #include "app/cli/TopicCards.h"
 
 #include "app/labels/TopicLabels.h"
+#include "app/triage/SectionOrder.h"
 #include "base/French.h"
 #include "base/FrenchSpacing.h"
+#include "base/WebLink.h"
 #include "core/Corrections.h"
+#include "core/DurationText.h"
 #include "core/ScoreScale.h"
 
 namespace vorle::cli {
@@ -34,7 +37,7 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
     const bool shown = score == CardScore::Shown;
     const QString facts =
         factLine({topic.project.value_or(topic.interest.value_or(QString())), kindLabel(topic.kind),
-                  durationLabel(topic.minutes), readLevelLabel(topic.readLevel),
+                  durationText(topic.minutes), readLevelLabel(topic.readLevel),
                   urgencyLabel(topic.urgency, today), shown ? formerScore(topic) : QString()});
     QStringList lines;
     // The score stands in the margin of the title's first line.
@@ -50,7 +53,7 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
         lines += console.wrapped(French::tr("Premier pas : ") + topic.firstStep, margin);
     }
     for (const TopicSource &source : topic.sources) {
-        lines += QString(margin, u' ') + console.faint(source.url);
+        lines += QString(margin, u' ') + console.faint(WebLink::shown(source.url));
     }
     return lines.join(u'\n');
 }
@@ -65,9 +68,9 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
             urgency = French::tr("urgent");
         }
         lines += console.faint(
-            console.wrapped(factLine({durationLabel(topic->minutes), urgency,
+            console.wrapped(factLine({durationText(topic->minutes), urgency,
                                       topic->project.value_or(topic->interest.value_or(QString())),
-                                      topic->id.toString(QUuid::WithoutBraces).toUpper()}),
+                                      identityText(topic->id)}),
                             margin));
     }
     return lines.join(u'\n');
@@ -92,21 +95,21 @@ QString openScoreLines(const Console &console, const ScoreExplanation &open) {
     return lines.join(u'\n');
 }
 
-QString topicCards(const Console &console, QList<TopicPtr> topics, const QDate &today) {
-    std::stable_sort(topics.begin(), topics.end(), [](const TopicPtr &a, const TopicPtr &b) {
-        const Tier left = tierOf(*a);
-        const Tier right = tierOf(*b);
-        return left != right ? left < right
-                             : shownScore(*a).value_or(0) > shownScore(*b).value_or(0);
-    });
-    QStringList blocks;
-    std::optional<Tier> shown;
+QString topicCards(const Console &console, const QList<TopicPtr> &topics, const TopicStore &store,
+                   const QDate &today) {
+    constexpr TopicSection section = TopicSection::Inbox; // where what a run brings back is found
+    QList<PlacedTopic> placed;
     for (const TopicPtr &topic : topics) {
-        if (const Tier tier = tierOf(*topic); tier != shown) {
-            blocks += console.bold(tierLabel(tier));
-            shown = tier;
+        placed += PlacedTopic{.topic = topic, .tier = tierOf(*topic)};
+    }
+    QStringList blocks;
+    QString heading;
+    for (const PlacedTopic &each : inOrder(section, std::move(placed), store)) {
+        if (const QString own = headingOf(section, each); own != heading) {
+            blocks += console.bold(own);
+            heading = own;
         }
-        blocks += topicCard(console, *topic, today, CardScore::Shown);
+        blocks += topicCard(console, *each.topic, today, CardScore::Shown);
     }
     return blocks.join(QStringLiteral("\n\n"));
 }
@@ -117,7 +120,7 @@ QString topicLines(const Console &console, const QList<TopicPtr> &topics) {
         lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
                  console.plain(frenchSpacing(topic->title.simplified())) + QStringLiteral("  ") +
                  console.faint(statusLabel(topic->status) + QStringLiteral(" · ") +
-                               topic->id.toString(QUuid::WithoutBraces).toUpper());
+                               identityText(topic->id));
     }
     return lines.join(u'\n');
 }

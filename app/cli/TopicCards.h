@@ -9,9 +9,10 @@
 
 namespace vorle::cli {
 
-/// The topics as a person reads them in a terminal: by tier, best first, each with its score, gist,
-/// reason, first step and link.
-QString topicCards(const Console &console, QList<TopicPtr> topics, const QDate &today);
+/// Topics as a person reads them in a terminal, under the headings and in the order of "À trier":
+/// each with its score, gist, reason, first step and link.
+QString topicCards(const Console &console, const QList<TopicPtr> &topics, const TopicStore &store,
+                   const QDate &today);
 
 enum class CardScore { Shown, Hidden };
 

@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
+#include "app/labels/DecisionLabels.h"
 #include "base/French.h"
 #include "core/Corrections.h"
 #include "core/WeekProgram.h"
@@ -59,36 +60,22 @@ std::optional<Worth> worthGiven(const Arguments &arguments, Action action) {
     return worth;
 }
 
-QString worthWord(Worth worth) {
-    switch (worth) {
-    case Worth::Meh:
-        return French::tr("Bof");
-    case Worth::Useful:
-        return French::tr("Utile");
-    case Worth::Gem:
-        break;
-    }
-    return French::tr("Pépite");
-}
-
 /// What happened, and where the topic is now.
 QString outcomeLine(Action action, TopicStatus before, std::optional<Worth> worth) {
+    const bool fromProgram = before == TopicStatus::Program;
     switch (action) {
     case Action::Keep:
-        return French::tr("Gardé · Programme");
+        return outcomeText(Outcome::Kept);
     case Action::Later:
-        return before == TopicStatus::Program ? French::tr("Reporté · Réserve")
-                                              : French::tr("Plus tard · Réserve");
+        return outcomeText(fromProgram ? Outcome::Postponed : Outcome::Later);
     case Action::Dismiss:
-        return French::tr("Écarté · Pas pour moi");
+        return outcomeText(Outcome::Dismissed);
     case Action::Done:
-        return worth ? French::tr("%1 · Bibliothèque").arg(worthWord(*worth))
-                     : French::tr("Fait · Bibliothèque");
+        return worth ? outcomeText(*worth) : outcomeText(Outcome::Done);
     case Action::Remove:
         break;
     }
-    return before == TopicStatus::Program ? French::tr("Retiré · À trier")
-                                          : French::tr("Remis · À trier");
+    return outcomeText(fromProgram ? Outcome::Removed : Outcome::PutBack);
 }
 
 void decide(TopicStore &store, const QUuid &id, Action action, std::optional<Worth> worth) {
@@ -255,12 +242,12 @@ Task<ExitStatus> trier(Context &context) {
         co_await retryUnread(context, topic);
         co_return ExitStatus::Done;
     }
-    if (isUnjudgedCapture(*topic) && asked.action != Action::Dismiss) {
-        throw Failure(isBeingRead(*topic)
-                          ? French::tr("Ce lien attend encore d’être lu et noté. D’ici là, tu peux "
-                                       "l’écarter (pas-pour-moi) ou le faire lire (retrier).")
-                          : French::tr("Tu as écarté ce lien avant qu’il soit lu et noté. Fais-le "
-                                       "lire d’abord (retrier)."));
+    if (const auto refused = refusal(*topic, asked.leadsTo)) {
+        const bool reading = isBeingRead(*topic) && context.app.capture().running();
+        const QString why = refusalText(*refused, reading ? Reading::UnderWay : Reading::Stopped);
+        throw Failure(reading ? why
+                              : French::tr("%1 Pour la faire lire\u00A0: vorle trier %2 retrier")
+                                    .arg(why, context.arguments.positional[0]));
     }
     if (topic->status == asked.leadsTo && (!worth || worth == topic->worth)) {
         // A decision taken twice, by a script say, is not counted twice.

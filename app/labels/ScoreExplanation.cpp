@@ -3,6 +3,7 @@
 #include "agents/AgentKind.h"
 #include "app/labels/TopicLabels.h"
 #include "core/Corrections.h"
+#include "core/DurationText.h"
 #include "core/ScoreScale.h"
 
 #include <QCoreApplication>
@@ -111,7 +112,7 @@ ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenan
     const auto add = [&](const QString &label, const QString &text) {
         open.facts += ScoreExplanation::Fact{label, text};
     };
-    add(tr("Effort"), durationLabel(topic.minutes));
+    add(tr("Effort"), durationText(topic.minutes));
     if (topic.urgency) {
         add(tr("Urgence"), urgencyText(*topic.urgency, today));
     }

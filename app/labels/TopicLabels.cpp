@@ -2,7 +2,6 @@
 
 #include "base/French.h"
 #include "base/Text.h"
-#include "core/DurationText.h"
 #include "core/KindLabel.h"
 #include "core/NumberText.h"
 
@@ -67,8 +66,6 @@ QString statusLabel(TopicStatus status) {
     return {};
 }
 
-QString durationLabel(int minutes) { return durationText(minutes); }
-
 QString dayLabel(const QDate &day, const QDate &today) {
     const QString format =
         day.year() == today.year() ? QStringLiteral("MMMM") : QStringLiteral("MMMM yyyy");
@@ -104,6 +101,8 @@ QString urgencySentence(const std::optional<Judgment::Urgency> &urgency, const Q
     }
     return said;
 }
+
+QString identityText(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
 
 QString releasedText(qsizetype count) {
     return count == 1

@@ -10,14 +10,15 @@ namespace vorle {
 QString kindLabel(const std::optional<QString> &kind);  ///< a word that is no ItemKind as it is
 QString readLevelLabel(std::optional<ReadLevel> level); ///< empty where nobody knows
 QString statusLabel(TopicStatus status);
-/// "15 min", "1 h", "1 h 20": see durationText().
-QString durationLabel(int minutes);
 /// "2 novembre", "1er décembre"; with its year when it is not today's.
 QString dayLabel(const QDate &day, const QDate &today);
 /// "avant le 28 novembre" (with its year when it is not this one), "à faire maintenant", or empty.
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
 /// The same as a sentence, with its reason: "À faire maintenant. La faille est exploitée."
 QString urgencySentence(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
+
+/// How a topic is named to the program and by it: upper case, without braces.
+QString identityText(const QUuid &id);
 
 /// What is said once `count` topics of a run that died were handed out.
 QString releasedText(qsizetype count);

@@ -1,5 +1,6 @@
 #include "app/labels/Wording.h"
 
+#include "app/labels/TopicLabels.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/NumberText.h"
@@ -17,15 +18,6 @@ QLocale french() { return {QLocale::French, QLocale::France}; }
 
 QString weekday(const QDate &day) { return french().dayName(day.dayOfWeek()); }
 
-/// "2 novembre", "1er décembre 2025".
-QString dayAndMonth(const QDate &day, const QDate &today) {
-    const QString number = day.day() == 1 ? tr("1er") : QString::number(day.day());
-    const QString month = french().monthName(day.month());
-    return day.year() == today.year()
-               ? QStringLiteral("%1 %2").arg(number, month)
-               : QStringLiteral("%1 %2 %3").arg(number, month, QString::number(day.year()));
-}
-
 } // namespace
 
 QString shownWords(const QString &words) { return frenchSpacing(withoutHidden(words)); }
@@ -38,25 +30,13 @@ QString countedTopics(qsizetype count) {
     return count == 0 ? tr("Aucun sujet") : counted(count, tr("sujet"), tr("sujets"));
 }
 
-QString worthLabel(Worth worth) {
-    switch (worth) {
-    case Worth::Meh:
-        return tr("Bof");
-    case Worth::Useful:
-        return tr("Utile");
-    case Worth::Gem:
-        return tr("Pépite");
-    }
-    return {};
-}
-
 QString timeText(const QDateTime &moment, const QTimeZone &zone) {
     return moment.toTimeZone(zone).toString(QStringLiteral("H:mm"));
 }
 
 QString dayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
     const QDate day = moment.toTimeZone(zone).date();
-    return weekday(day) + u' ' + dayAndMonth(day, now.toTimeZone(zone).date());
+    return weekday(day) + u' ' + dayLabel(day, now.toTimeZone(zone).date());
 }
 
 QString comingText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
@@ -86,7 +66,7 @@ QString ofDayText(const QDateTime &moment, const QDateTime &now, const QTimeZone
         return tr("d’hier");
     }
     return days > 1 && days < 7 ? tr("de %1").arg(weekday(day))
-                                : tr("du %1").arg(dayAndMonth(day, today));
+                                : tr("du %1").arg(dayLabel(day, today));
 }
 
 } // namespace vorle

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "core/Topic.h"
-
 #include <QDateTime>
 #include <QString>
 #include <QTimeZone>
@@ -18,9 +16,6 @@ QString shownWords(const QString &words);
 QString counted(qsizetype count, const QString &one, const QString &many);
 /// "Aucun sujet", "1 sujet", "12 sujets".
 QString countedTopics(qsizetype count);
-
-/// "Bof", "Utile", "Pépite".
-QString worthLabel(Worth worth);
 
 /// "8:00"
 QString timeText(const QDateTime &moment, const QTimeZone &zone);

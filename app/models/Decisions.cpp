@@ -1,6 +1,7 @@
 #include "app/models/Decisions.h"
 
-#include "app/labels/Wording.h"
+#include "app/labels/DecisionLabels.h"
+#include "app/labels/TopicLabels.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/Corrections.h"
@@ -13,8 +14,6 @@ namespace vorle {
 namespace {
 
 QUuid identity(const QString &topicId) { return QUuid::fromString(topicId); }
-
-QString nameOf(const QUuid &id) { return id.toString(QUuid::WithoutBraces).toUpper(); }
 
 /// What fits on the line that tells a decision, and leaves room for where it went.
 QString shortTitle(const QString &title) {
@@ -40,7 +39,7 @@ bool Decisions::decide(const QString &topicId, const QString &ghostText, Act act
     if (after) {
         keepStep({id, *before, *after});
     }
-    Q_EMIT decided(nameOf(id), ghostText);
+    Q_EMIT decided(identityText(id), ghostText);
     return true;
 }
 
@@ -53,32 +52,32 @@ void Decisions::keepStep(Step step) {
 }
 
 bool Decisions::keep(const QString &topicId) {
-    return decide(topicId, tr("Gardé · Programme"),
+    return decide(topicId, outcomeText(Outcome::Kept),
                   [this](const QUuid &id) { return m_store.keep(id); });
 }
 
 bool Decisions::later(const QString &topicId) {
-    return decide(topicId, tr("Plus tard · Réserve"),
+    return decide(topicId, outcomeText(Outcome::Later),
                   [this](const QUuid &id) { return m_store.postpone(id); });
 }
 
 bool Decisions::dismiss(const QString &topicId) {
-    return decide(topicId, tr("Écarté · Pas pour moi"),
+    return decide(topicId, outcomeText(Outcome::Dismissed),
                   [this](const QUuid &id) { return m_store.dismiss(id); });
 }
 
 bool Decisions::postpone(const QString &topicId) {
-    return decide(topicId, tr("Reporté · Réserve"),
+    return decide(topicId, outcomeText(Outcome::Postponed),
                   [this](const QUuid &id) { return m_store.postpone(id); });
 }
 
 bool Decisions::removeFromProgram(const QString &topicId) {
-    return decide(topicId, tr("Retiré · À trier"),
+    return decide(topicId, outcomeText(Outcome::Removed),
                   [this](const QUuid &id) { return m_store.backToInbox(id); });
 }
 
 bool Decisions::backToTriage(const QString &topicId) {
-    return decide(topicId, tr("Remis · À trier"),
+    return decide(topicId, outcomeText(Outcome::PutBack),
                   [this](const QUuid &id) { return m_store.backToInbox(id); });
 }
 
@@ -87,7 +86,7 @@ bool Decisions::done(const QString &topicId, const QString &worth) {
     if (!verdict && !worth.isEmpty()) {
         return false;
     }
-    return decide(topicId, tr("Fait · Bibliothèque"),
+    return decide(topicId, outcomeText(Outcome::Done),
                   [this, verdict](const QUuid &id) { return m_store.markDone(id, verdict); });
 }
 
@@ -96,7 +95,7 @@ bool Decisions::verdict(const QString &topicId, const QString &worth) {
     if (!verdict) {
         return false;
     }
-    return decide(topicId, tr("%1 · Bibliothèque").arg(worthLabel(*verdict)),
+    return decide(topicId, outcomeText(*verdict),
                   [this, verdict](const QUuid &id) { return m_store.judgeWorth(id, *verdict); });
 }
 
@@ -219,9 +218,9 @@ QString Decisions::step(QList<Step> &from, QList<Step> &to, Direction direction)
         frenchSpacing(tr("« %1 » %2").arg(topic ? shortTitle(topic->title) : QString(), sentence));
     Q_EMIT stepsChanged();
     if (back) {
-        Q_EMIT undone(nameOf(step.id), sentence);
+        Q_EMIT undone(identityText(step.id), sentence);
     } else {
-        Q_EMIT redone(nameOf(step.id), sentence);
+        Q_EMIT redone(identityText(step.id), sentence);
     }
     return sentence;
 }

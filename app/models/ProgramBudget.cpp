@@ -57,10 +57,9 @@ bool ProgramBudget::counts(const Topic &topic) const {
            (topic.status == TopicStatus::Done && topic.doneAt && m_week.contains(*topic.doneAt));
 }
 
-/// The program's order; topics it holds equal keep the store's.
+/// The program's order, as it is before any topic is told to wait.
 bool ProgramBudget::before(const TopicPtr &a, const TopicPtr &b) const {
-    return programOrder(*a, *b) ||
-           (!programOrder(*b, *a) && m_store.position(a->id) < m_store.position(b->id));
+    return standsBefore(TopicSection::Program, {.topic = a}, {.topic = b}, m_store);
 }
 
 /// Takes a topic's present state in. Whether it counts, or counted before.
@@ -105,7 +104,7 @@ void ProgramBudget::compute() {
     for (const TopicPtr &topic : std::as_const(m_program.waits)) {
         waiting.insert(topic->id);
     }
-    m_list.setWaiting(std::move(waiting), programLineText(m_program));
+    m_list.setWaiting(std::move(waiting));
     Q_EMIT changed();
 }
 

@@ -1,81 +1,26 @@
 #include "app/models/ReportModel.h"
 
+#include "app/labels/RunLabels.h"
 #include "app/labels/Wording.h"
-#include "core/NumberText.h"
-
-#include <QLocale>
 
 #include <algorithm>
-#include <cmath>
 
 namespace vorle {
 
 namespace {
 
-QString secondsText(double seconds) {
-    const auto whole = static_cast<qint64>(std::lround(std::clamp(seconds, 0.0, 1e6)));
-    return whole < 60 ? ReportModel::tr("%1 s").arg(whole)
-                      : ReportModel::tr("%1 min %2 s").arg(whole / 60).arg(whole % 60);
-}
-
-QString factsText(const RunReport &report) {
-    int found = 0;
-    for (const ScopeReport &scope : report.scopes) {
-        found += scope.found;
-    }
-    const int pages = report.read.full + report.read.seen + report.read.meta;
-    QStringList facts{
-        counted(found, ReportModel::tr("lien trouvé"), ReportModel::tr("liens trouvés")),
-        counted(pages, ReportModel::tr("page lue"), ReportModel::tr("pages lues")),
-        secondsText(report.seconds)};
-    if (report.costUSD > 0) {
-        const QLocale french(QLocale::French, QLocale::France);
-        facts += french.toString(report.costUSD, 'f', 2) + QStringLiteral("\u00A0$");
-    }
-    return facts.join(QStringLiteral(" · "));
-}
-
 QVariantList scopesOf(const RunReport &report) {
     QVariantList list;
     for (const ScopeReport &scope : report.scopes) {
-        const bool failed = scope.failed();
-        const QString text =
-            failed ? scope.error
-                   : counted(scope.found, ReportModel::tr("lien"), ReportModel::tr("liens"));
-        const QString name = scope.origin == Origin::Suggestion
-                                 ? ReportModel::tr("%1, seconde recherche").arg(scope.name)
-                                 : scope.name;
-        list.append(QVariantMap{{QStringLiteral("name"), shownWords(name)},
-                                {QStringLiteral("text"), shownWords(text)},
-                                {QStringLiteral("failed"), failed}});
+        list.append(QVariantMap{{QStringLiteral("name"), shownWords(scopeName(scope))},
+                                {QStringLiteral("text"), shownWords(scopeText(scope))},
+                                {QStringLiteral("failed"), scope.failed()}});
     }
     return list;
 }
 
 QStringList noticesOf(const RunReport &report) {
-    QStringList notices;
-    if (report.failed) {
-        notices += *report.failed;
-    }
-    notices += report.warnings;
-    for (const FeedTrouble &feed : report.feeds) {
-        notices += ReportModel::tr("%1\u00A0: %2").arg(feed.site, feed.problem);
-    }
-    for (const DroppedLink &link : report.notNewer) {
-        notices += ReportModel::tr("Mis à part\u00A0: %1").arg(link.reason);
-    }
-    if (!report.unjudged.isEmpty()) {
-        notices += ReportModel::tr("Liens non jugés\u00A0: %1. %2")
-                       .arg(numberText(report.unjudged.size()), report.unjudged.first().reason);
-    }
-    if (report.surplus && !report.surplus->isEmpty()) {
-        notices += ReportModel::tr("Liens de trop\u00A0: %1. %2")
-                       .arg(numberText(report.surplus->size()), report.surplus->first().reason);
-    }
-    if (!report.uncovered.isEmpty() && !report.cancelled) {
-        notices += ReportModel::tr("Rien trouvé pour\u00A0: %1")
-                       .arg(report.uncovered.join(QStringLiteral(", ")));
-    }
+    QStringList notices = runNotices(report);
     for (QString &notice : notices) {
         notice = shownWords(notice);
     }
@@ -115,7 +60,7 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const {
     case AddedText:
         return countedTopics(report.added);
     case FactsText:
-        return factsText(report);
+        return runFactsText(report);
     case Scopes:
         return scopesOf(report);
     case Notices:

@@ -1,8 +1,8 @@
 #include "app/models/RunModel.h"
 
+#include "app/labels/RunLabels.h"
 #include "app/labels/Wording.h"
 #include "base/FrenchSpacing.h"
-#include "core/NumberText.h"
 #include "search/run/RunPlan.h"
 
 #include <algorithm>
@@ -27,26 +27,12 @@ double partDone(const RunProgress &progress) {
     return scopes * (searchingPart + (1 - searchingPart) * links);
 }
 
+/// What the run came to, and what it found nothing for.
 QString resultText(const RunReport &report) {
-    if (report.cancelled) {
-        return report.added == 0 ? RunModel::tr("Fouille arrêtée\u00A0: rien n’était encore jugé.")
-               : report.added == 1
-                   ? RunModel::tr(
-                         "Fouille arrêtée\u00A0: 1 nouveau sujet dans «\u202FÀ trier\u202F».")
-                   : RunModel::tr(
-                         "Fouille arrêtée\u00A0: %1 nouveaux sujets dans «\u202FÀ trier\u202F».")
-                         .arg(numberText(report.added));
-    }
-    QString text = report.added == 0 ? RunModel::tr("Rien de nouveau cette fois.")
-                   : report.added == 1
-                       ? RunModel::tr("1 nouveau sujet dans «\u202FÀ trier\u202F».")
-                       : RunModel::tr("%1 nouveaux sujets dans «\u202FÀ trier\u202F».")
-                             .arg(numberText(report.added));
-    if (!report.uncovered.isEmpty()) {
-        text += RunModel::tr(" Rien trouvé pour\u00A0: %1.")
-                    .arg(report.uncovered.join(QStringLiteral(", ")));
-    }
-    return text;
+    return report.cancelled || report.uncovered.isEmpty()
+               ? runResultText(report)
+               : RunModel::tr("%1 Rien trouvé pour\u00A0: %2.")
+                     .arg(runResultText(report), report.uncovered.join(QStringLiteral(", ")));
 }
 
 } // namespace
@@ -193,10 +179,7 @@ QString RunModel::countsText() const {
 }
 
 QString RunModel::nextRunText() const {
-    const QDateTime now = m_clock.now();
-    const Settings &settings = m_preferences.settings();
-    const auto next = settings.schedule.nextRun(now, m_zone, settings.believedSlot(now));
-    return next ? comingText(*next, now, m_zone) : QString();
+    return vorle::nextRunText(m_preferences.settings(), m_clock.now(), m_zone);
 }
 
 QString RunModel::lastRunText() const {

@@ -128,7 +128,7 @@ std::optional<Match> match(const SearchEntry &entry, const QList<Word> &words) {
 }
 
 bool isShown(const Topic &topic) {
-    return topic.status != TopicStatus::Pending || topic.capturedURL.has_value();
+    return topic.status != TopicStatus::Pending || isBeingRead(topic);
 }
 
 } // namespace

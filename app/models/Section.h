@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/triage/SectionOrder.h"
+
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
@@ -24,5 +26,11 @@ Q_ENUM_NS(Section)
 
 using sections::Section;
 inline constexpr int sectionCount = 6;
+
+// The window's sections that hold topics are TopicSection's.
+static_assert(static_cast<int>(Section::Inbox) == static_cast<int>(TopicSection::Inbox) &&
+              static_cast<int>(Section::Program) == static_cast<int>(TopicSection::Program) &&
+              static_cast<int>(Section::Reserve) == static_cast<int>(TopicSection::Reserve) &&
+              static_cast<int>(Section::Library) == static_cast<int>(TopicSection::Library));
 
 } // namespace vorle

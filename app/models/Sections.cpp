@@ -1,5 +1,6 @@
 #include "app/models/Sections.h"
 
+#include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/KeyboardMap.h"
 #include "base/FrenchSpacing.h"
@@ -77,36 +78,19 @@ QHash<int, QByteArray> Sections::roleNames() const {
 QString Sections::title(Section section) {
     switch (section) {
     case Section::Inbox:
-        return tr("À trier");
+        return statusLabel(TopicStatus::Inbox);
     case Section::Program:
-        return tr("Programme");
+        return statusLabel(TopicStatus::Program);
     case Section::Reserve:
-        return tr("Réserve");
+        return statusLabel(TopicStatus::Reserve);
     case Section::Library:
-        return tr("Bibliothèque");
+        return statusLabel(TopicStatus::Done);
     case Section::Territory:
         return tr("Ton territoire");
     case Section::Report:
         return tr("Bilan");
     }
     return {};
-}
-
-std::optional<Section> Sections::sectionOf(TopicStatus status) {
-    switch (status) {
-    case TopicStatus::Inbox:
-        return Section::Inbox;
-    case TopicStatus::Program:
-        return Section::Program;
-    case TopicStatus::Reserve:
-        return Section::Reserve;
-    case TopicStatus::Done:
-        return Section::Library;
-    case TopicStatus::Pending:
-    case TopicStatus::Dismissed:
-        break;
-    }
-    return std::nullopt;
 }
 
 TopicListModel *Sections::listOf(Section section) const {

@@ -65,8 +65,6 @@ public:
     QVariantList emptyActions() const;
 
     static QString title(Section section);
-    /// The section a topic stands in; nothing for one that is pending or dismissed.
-    static std::optional<Section> sectionOf(TopicStatus status);
 
 Q_SIGNALS:
     void currentChanged();

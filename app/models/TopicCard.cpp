@@ -1,10 +1,12 @@
 #include "app/models/TopicCard.h"
 
+#include "app/labels/DecisionLabels.h"
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/TopicListModel.h"
 #include "base/French.h"
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"
@@ -58,7 +60,7 @@ QVariantList sourcesOf(const Topic &topic) {
     for (const TopicSource &source : topic.sources) {
         list.append(QVariantMap{{QStringLiteral("name"), shown(source.displayName())},
                                 {QStringLiteral("url"), source.url},
-                                {QStringLiteral("address"), withoutHidden(source.url)},
+                                {QStringLiteral("address"), WebLink::shown(source.url)},
                                 {QStringLiteral("picture"), pictureOf(topic, source.url)}});
     }
     return list;
@@ -96,11 +98,18 @@ QString postponedText(const Topic &topic) {
 }
 
 QString captureText(const TopicCard &card) {
-    if (!card.isPendingCapture()) {
+    if (!isBeingRead(card.topic)) {
         return {};
     }
     return card.captureProblem.isEmpty() ? French::tr("lien capturé, en lecture…")
                                          : French::tr("lien capturé, pas encore jugé");
+}
+
+QString refusalOf(const TopicCard &card) {
+    const auto refused = refusal(card.topic, TopicStatus::Program);
+    return refused ? refusalText(*refused, card.captureProblem.isEmpty() ? Reading::UnderWay
+                                                                         : Reading::Stopped)
+                   : QString();
 }
 
 using Role = TopicListModel::Role;
@@ -113,8 +122,7 @@ struct RoleValue {
 
 /// One line a role, in the order of TopicListModel::Role; Section is the model's own.
 constexpr RoleValue roleValues[] = {
-    {Role::TopicId,
-     [](Card c) -> QVariant { return c.topic.id.toString(QUuid::WithoutBraces).toUpper(); }},
+    {Role::TopicId, [](Card c) -> QVariant { return identityText(c.topic.id); }},
     {Role::Section, [](Card) -> QVariant { return QString(); }},
     {Role::Title, [](Card c) -> QVariant { return shown(c.topic.title); }},
     {Role::Tldr, [](Card c) -> QVariant { return shown(c.topic.tldr); }},
@@ -135,11 +143,11 @@ constexpr RoleValue roleValues[] = {
     {Role::Minutes, [](Card c) -> QVariant { return c.topic.minutes; }},
     {Role::MinutesText,
      [](Card c) -> QVariant {
-         return c.isPendingCapture() ? QString() : durationText(c.topic.minutes);
+         return isBeingRead(c.topic) ? QString() : durationText(c.topic.minutes);
      }},
     {Role::ReadLevelText,
      [](Card c) -> QVariant {
-         return c.isPendingCapture() ? QString() : readLevelLabel(c.topic.readLevel);
+         return isBeingRead(c.topic) ? QString() : readLevelLabel(c.topic.readLevel);
      }},
     {Role::HasScore, [](Card c) -> QVariant { return c.score().has_value(); }},
     {Role::Score, [](Card c) -> QVariant { return c.score().value_or(0); }},
@@ -196,10 +204,11 @@ constexpr RoleValue roleValues[] = {
      [](Card c) -> QVariant {
          return c.briefState.isEmpty() && c.topic.brief ? QStringLiteral("written") : c.briefState;
      }},
-    {Role::PendingCapture, [](Card c) -> QVariant { return c.isPendingCapture(); }},
+    {Role::PendingCapture, [](Card c) -> QVariant { return isBeingRead(c.topic); }},
     {Role::CaptureProblem,
-     [](Card c) -> QVariant { return c.isPendingCapture() ? c.captureProblem : QString(); }},
+     [](Card c) -> QVariant { return isBeingRead(c.topic) ? c.captureProblem : QString(); }},
     {Role::CaptureText, [](Card c) -> QVariant { return captureText(c); }},
+    {Role::Refusal, [](Card c) -> QVariant { return refusalOf(c); }},
 };
 
 constexpr bool standInOrder() {
@@ -209,28 +218,20 @@ constexpr bool standInOrder() {
             return false;
         }
     }
-    return next == Role::CaptureText + 1;
+    return next == Role::Refusal + 1;
 }
 static_assert(standInOrder(), "a role is its place in the table");
 
 } // namespace
 
 QVariant TopicCard::value(int role) const {
-    return role >= Role::TopicId && role <= Role::CaptureText
+    return role >= Role::TopicId && role <= Role::Refusal
                ? roleValues[role - Role::TopicId].value(*this)
                : QVariant();
 }
 
-QString TopicCard::inboxHeading() const {
-    return isPendingCapture() ? French::tr("En cours de lecture") : tierLabel(tierOf(topic));
-}
-
-bool TopicCard::isPendingCapture() const {
-    return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
-}
-
 std::optional<int> TopicCard::score() const {
-    return isPendingCapture() ? std::nullopt : shownScore(topic);
+    return isBeingRead(topic) ? std::nullopt : shownScore(topic);
 }
 
 } // namespace vorle

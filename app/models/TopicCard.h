@@ -19,10 +19,6 @@ struct TopicCard {
 
     /// The value of a TopicListModel::Role; an invalid one for any other number.
     QVariant value(int role) const;
-    /// The heading a topic of "À trier" stands under; the same text for neighbours in its order.
-    QString inboxHeading() const;
-
-    bool isPendingCapture() const;
     /// The score shown: the user's own, rounded, else the judge's; nothing without either.
     std::optional<int> score() const;
 };

@@ -1,35 +1,13 @@
 #include "app/models/TopicListModel.h"
 
-#include "app/labels/Wording.h"
 #include "app/models/TopicCard.h"
-#include "core/TopicOrder.h"
 
-#include <QCoreApplication>
-#include <QLocale>
 #include <QMetaEnum>
 
 #include <algorithm>
 #include <limits>
 
 namespace vorle {
-
-namespace {
-
-bool isPendingCapture(const Topic &topic) {
-    return topic.status == TopicStatus::Pending && topic.capturedURL.has_value();
-}
-
-QString monthHeading(const std::optional<QDateTime> &moment) {
-    if (!moment) {
-        return {};
-    }
-    const QLocale french(QLocale::French, QLocale::France);
-    QString month = french.toString(moment->toLocalTime().date(), QStringLiteral("MMMM yyyy"));
-    month[0] = month[0].toUpper();
-    return month;
-}
-
-} // namespace
 
 TopicListModel::TopicListModel(TopicStore &store, sections::Section section, const Clock &clock,
                                QObject *parent)
@@ -52,58 +30,7 @@ TopicListModel::TopicListModel(TopicStore &store, sections::Section section, con
 }
 
 bool TopicListModel::belongs(const Topic &topic) const {
-    switch (m_section) {
-    case sections::Section::Inbox:
-        return topic.status == TopicStatus::Inbox || isPendingCapture(topic);
-    case sections::Section::Program:
-        return topic.status == TopicStatus::Program;
-    case sections::Section::Reserve:
-        return topic.status == TopicStatus::Reserve;
-    case sections::Section::Library:
-        return topic.status == TopicStatus::Done;
-    default:
-        return false;
-    }
-}
-
-/// Links still being read, then by tier, score, newest find.
-bool TopicListModel::soonerInInbox(const Row &a, const Row &b) {
-    const bool reading = isPendingCapture(*a.topic);
-    if (reading != isPendingCapture(*b.topic)) {
-        return reading;
-    }
-    if (a.tier != b.tier) {
-        return a.tier < b.tier;
-    }
-    const int score = shownScore(*a.topic).value_or(0);
-    const int other = shownScore(*b.topic).value_or(0);
-    return score != other ? score > other : a.topic->foundAt > b.topic->foundAt;
-}
-
-/// The section's order; it may hold two topics equal.
-bool TopicListModel::sooner(const Row &a, const Row &b) const {
-    if (a.moved != b.moved) {
-        return a.moved;
-    }
-    if (a.waits != b.waits) {
-        return b.waits;
-    }
-    switch (m_section) {
-    case sections::Section::Inbox:
-        return soonerInInbox(a, b);
-    case sections::Section::Program:
-        return programOrder(*a.topic, *b.topic);
-    case sections::Section::Reserve:
-        return latestTriagedFirst(*a.topic, *b.topic);
-    default:
-        return latestDoneFirst(*a.topic, *b.topic);
-    }
-}
-
-/// A total order: topics that are equal in the section's keep the store's own.
-bool TopicListModel::before(const Row &a, const Row &b) const {
-    return sooner(a, b) ||
-           (!sooner(b, a) && m_store.position(a.topic->id) < m_store.position(b.topic->id));
+    return sectionOf(topic) == topicSection();
 }
 
 TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic) const {
@@ -132,8 +59,7 @@ void TopicListModel::load() {
             m_rows.append(rowFor(topic));
         }
     }
-    // They come in the store's order, and stay in it where the section's holds them equal.
-    std::ranges::stable_sort(m_rows, [this](const Row &a, const Row &b) { return sooner(a, b); });
+    m_rows = inOrder(topicSection(), std::move(m_rows), m_store);
     m_held.reserve(m_rows.size());
     for (const Row &row : m_rows) {
         m_held.insert(row.topic->id, row);
@@ -231,8 +157,9 @@ qsizetype TopicListModel::indexOf(const QUuid &id) const {
 }
 
 qsizetype TopicListModel::lowerBound(const Row &row) const {
-    const auto at = std::ranges::lower_bound(
-        m_rows, row, [this](const Row &a, const Row &b) { return before(a, b); });
+    const auto at = std::ranges::lower_bound(m_rows, row, [this](const Row &a, const Row &b) {
+        return standsBefore(topicSection(), a, b, m_store);
+    });
     return at - m_rows.begin();
 }
 
@@ -269,19 +196,7 @@ QVariant TopicListModel::data(const QModelIndex &index, int role) const {
                          row.waits,
                          m_briefStates.value(topic.id),
                          m_captureProblems.value(topic.id)};
-    if (role != Section) {
-        return card.value(role);
-    }
-    switch (m_section) {
-    case sections::Section::Inbox:
-        return card.inboxHeading();
-    case sections::Section::Program:
-        return row.waits ? m_waitingHeading : tierLabel(row.tier);
-    case sections::Section::Library:
-        return monthHeading(topic.doneAt);
-    default:
-        return row.moved ? tr("Ils ont bougé") : QString();
-    }
+    return role == Section ? headingOf(topicSection(), row) : card.value(role);
 }
 
 QHash<int, QByteArray> TopicListModel::roleNames() const {
@@ -305,9 +220,8 @@ QVariant TopicListModel::value(int row, Role role) const {
     return row < 0 || row >= count() ? QVariant() : data(index(row), role);
 }
 
-void TopicListModel::setWaiting(QSet<QUuid> ids, const QString &heading) {
+void TopicListModel::setWaiting(QSet<QUuid> ids) {
     const QSet<QUuid> before = std::exchange(m_waiting, std::move(ids));
-    m_waitingHeading = heading;
     const auto follow = [this](const QSet<QUuid> &ids, const QSet<QUuid> &others) {
         for (const QUuid &id : ids) {
             if (!others.contains(id) && m_held.contains(id)) {
@@ -332,7 +246,7 @@ void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
 }
 
 void TopicListModel::setCaptureProblem(const QUuid &id, const QString &problem) {
-    setWord(m_captureProblems, id, problem, {CaptureProblem, CaptureText});
+    setWord(m_captureProblems, id, problem, {CaptureProblem, CaptureText, Refusal});
 }
 
 /// Keeps what roles say of a topic beyond the topic itself, and tells its row.

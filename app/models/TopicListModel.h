@@ -2,8 +2,8 @@
 
 #include "app/models/Section.h"
 #include "app/triage/ReserveActivity.h"
+#include "app/triage/SectionOrder.h"
 #include "base/Clock.h"
-#include "core/ScoreScale.h"
 #include "core/TopicStore.h"
 
 #include <QAbstractListModel>
@@ -17,12 +17,7 @@ namespace vorle {
 /// cards move rather than appear anew; it is reset only when the store is loaded again. Main
 /// thread; the store and the clock outlive it.
 ///
-/// The orders:
-/// - À trier: links just captured and still being read; then by tier, score, newest find;
-/// - Programme: what fits in the week, then what waits (see setWaiting), each in programOrder's;
-/// - Réserve: topics that have moved (see ReserveActivity), then the latest set aside;
-/// - Bibliothèque: the latest done.
-/// Topics these hold equal keep the store's order. A role is computed when it is asked for.
+/// The order and the headings are SectionOrder's. A role is computed when it is asked for.
 class TopicListModel final : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -92,6 +87,8 @@ public:
         PendingCapture, ///< bool, a captured link that is still being read
         CaptureProblem, ///< string, why it could not be judged; "" while it is tried
         CaptureText,    ///< "lien capturé, en lecture…", or that it is not judged yet; else ""
+        Refusal,        ///< string, why it can be dismissed and nothing else; "" when it may be
+                        ///< decided
     };
     Q_ENUM(Role)
 
@@ -115,9 +112,8 @@ public:
     /// The role's value at that row; undefined outside the list.
     Q_INVOKABLE QVariant value(int row, vorle::TopicListModel::Role role) const;
 
-    /// Of the program: the topics that do not fit in the week stand below the others, under these
-    /// words.
-    void setWaiting(QSet<QUuid> ids, const QString &heading);
+    /// Of the program: the topics that do not fit in the week stand below the others.
+    void setWaiting(QSet<QUuid> ids);
 
     /// Of the reserve: what runs come upon again counts too. `finds` outlives this.
     void observe(RediscoveryLog &finds);
@@ -142,19 +138,10 @@ Q_SIGNALS:
     void movedCountChanged();
 
 private:
-    struct Row {
-        TopicPtr topic;
-        Tier tier = Tier::ToDig; // of the topic: worked out once, compared often
-        bool moved = false;
-        bool waits = false;
-
-        bool operator==(const Row &) const = default;
-    };
+    using Row = PlacedTopic;
 
     bool belongs(const Topic &topic) const;
-    bool sooner(const Row &a, const Row &b) const;
-    bool before(const Row &a, const Row &b) const;
-    static bool soonerInInbox(const Row &a, const Row &b);
+    TopicSection topicSection() const { return static_cast<TopicSection>(m_section); }
     Row rowFor(const TopicPtr &topic) const;
     void load();
     void follow(const QUuid &id);
@@ -179,7 +166,6 @@ private:
     QHash<QUuid, QString> m_briefStates;
     QHash<QUuid, QString> m_captureProblems;
     QSet<QUuid> m_waiting;
-    QString m_waitingHeading;
     qint64 m_minutes = 0;
     int m_movedCount = 0;
     qint64 m_runBegin = 0; // of the run whose topics are counted, in ms of the epoch

@@ -2,7 +2,7 @@
 
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
-#include "app/models/Sections.h"
+#include "app/triage/SectionOrder.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/ScoreScale.h"
@@ -18,12 +18,6 @@ struct Answer {
     SearchIndex index;
     QList<SearchHit> hits;
 };
-
-/// Where the topic is shown: a captured link stands in "À trier" while it is still being read.
-std::optional<sections::Section> sectionOf(const Topic &topic) {
-    const bool reading = topic.status == TopicStatus::Pending && topic.capturedURL;
-    return Sections::sectionOf(reading ? TopicStatus::Inbox : topic.status);
-}
 
 } // namespace
 
@@ -127,7 +121,7 @@ QVariant TopicSearch::data(const QModelIndex &index, int role) const {
     const Topic &topic = *hit.topic;
     switch (role) {
     case TopicId:
-        return topic.id.toString(QUuid::WithoutBraces).toUpper();
+        return identityText(topic.id);
     case Title:
         return shownWords(topic.title);
     case SectionNumber: {

@@ -19,8 +19,9 @@ QtObject {
             return;
         }
         const row = list.rowOf(id);
-        if (list.value(row, TopicListModel.PendingCapture) && action !== KeyboardMap.Dismiss) {
-            window.tell(list.value(row, TopicListModel.CaptureProblem).length > 0 ? qsTr("Je n’ai pas encore pu juger cette page : réessaie, ou écarte-la.") : qsTr("Je lis encore cette page : elle se décide une fois jugée."));
+        const refusal = list.value(row, TopicListModel.Refusal);
+        if (refusal.length > 0 && action !== KeyboardMap.Dismiss) {
+            window.tell(refusal);
             return;
         }
         const title = list.value(row, TopicListModel.Title);

@@ -15,7 +15,7 @@ Loader {
         shown: place.section.enlarged
         topic: shown ? place.section.current : null
         details: place.section.details
-        actions: place.section.actionsOf(topic?.pendingCapture ?? false, topic?.captureProblem ?? "")
+        actions: place.section.actionsOf(topic?.refusal ?? "", topic?.captureProblem ?? "")
         hint: place.section.openHint
         section: place.section.title
         position: place.position

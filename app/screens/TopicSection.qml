@@ -96,10 +96,10 @@ FocusScope {
         follow(); // keys may come faster than frames
         return currentId !== "" && shownId === currentId && (enlarged || sight.ready());
     }
-    // A link that waits to be judged can only be sent away, or tried again once that failed.
-    function actionsOf(pending: bool, problem: string): var {
+    // What may not be decided can only be sent away, or tried again once its reading failed.
+    function actionsOf(refusal: string, problem: string): var {
         const again = problem.length > 0 ? [{ text: qsTr("Réessayer"), keys: "", action: KeyboardMap.ReadAgain, primary: true }] : [];
-        return pending ? again.concat(actions.filter(each => each.action === KeyboardMap.Dismiss)) : actions;
+        return refusal.length > 0 ? again.concat(actions.filter(each => each.action === KeyboardMap.Dismiss)) : actions;
     }
     // After a change of the list: the chosen topic stays chosen; where it is gone, the one that
     // took its place is.
@@ -250,7 +250,7 @@ FocusScope {
                 still: root.goneId !== ""
                 tight: list.height < 440
                 held: root.held || topicId === root.goneId
-                actions: root.actionsOf(model.pendingCapture, model.captureProblem)
+                actions: root.actionsOf(model.refusal, model.captureProblem)
                 undoKeys: root.undoKeys
                 onOpened: card => root.openCard = card
                 onDropped: card => root.forget(card)

@@ -4,6 +4,7 @@
 #include "app/labels/Wording.h"
 #include "app/wiring/Application.h"
 #include "base/SystemErrorText.h"
+#include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"
 #include "core/NumberText.h"
@@ -113,7 +114,8 @@ void Shell::changeSetting(const QString &key, const QVariant &value) {
 }
 
 void Shell::openLink(const QString &url) {
-    if (!m_parts.links.open(QUrl(url, QUrl::StrictMode))) {
+    const auto link = WebLink::from(url, WebLink::Giver::User);
+    if (!link || !m_parts.links.open(*link)) {
         say(tr("Je n’ai pas pu ouvrir ce lien."));
     }
 }
@@ -194,11 +196,8 @@ void Shell::firstStep(const QString &topicId) {
 }
 
 QString Shell::linkOnPasteboard() const {
-    const QString text = m_parts.pasteboard.text().trimmed();
-    const QUrl address(text, QUrl::StrictMode);
-    const bool isPage = text.size() <= 2048 && address.isValid() && !address.host().isEmpty() &&
-                        (address.scheme() == u"http" || address.scheme() == u"https");
-    return isPage ? text : QString();
+    const auto link = WebLink::from(m_parts.pasteboard.text(), WebLink::Giver::User);
+    return link ? link->text() : QString();
 }
 
 void Shell::correct(const QString &topicId, int score, const QStringList &tags,

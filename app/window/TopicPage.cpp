@@ -2,6 +2,7 @@
 
 #include "app/labels/Wording.h"
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
 
 namespace vorle {
@@ -84,7 +85,7 @@ QVariantMap TopicPage::brief() const {
     for (const Brief::Source &source : brief.sources) {
         sources += QVariantMap{{QStringLiteral("title"), shownWords(source.title)},
                                {QStringLiteral("url"), source.url},
-                               {QStringLiteral("address"), withoutHidden(source.url)},
+                               {QStringLiteral("address"), WebLink::shown(source.url)},
                                {QStringLiteral("adds"), shownWords(source.adds)}};
     }
     QStringList unclear;

@@ -1,5 +1,7 @@
 #include "search/feeds/FeedElements.h"
 
+#include "base/WebLink.h"
+
 #include <algorithm>
 #include <array>
 
@@ -116,23 +118,27 @@ std::string Attributes::value(std::string_view name, std::string_view prefix) co
 QString absoluteLink(std::string_view link) {
     const QByteArrayView trimmed =
         QByteArrayView(link.data(), static_cast<qsizetype>(link.size())).trimmed();
-    const bool plain = std::ranges::all_of(trimmed, [](char c) { return c > ' ' && c < 0x7F; });
+    const bool plain = std::ranges::all_of(trimmed, [](char c) {
+        return c > ' ' && c < 0x7F && c != '"' && c != '<' && c != '>' && c != '`';
+    });
     const bool absolute = trimmed.startsWith("http://") || trimmed.startsWith("https://");
-    return plain && absolute && trimmed.size() > 8 ? QString::fromLatin1(trimmed) : QString();
+    if (!plain || !absolute || trimmed.size() <= 8 ||
+        trimmed.size() > WebLink::longest(WebLink::Giver::Stranger)) {
+        return {};
+    }
+    const qsizetype path = trimmed.indexOf('/', 8);
+    const QByteArrayView host = path < 0 ? trimmed : trimmed.first(path);
+    return host.contains('@') ? QString() : QString::fromLatin1(trimmed);
 }
 
 QString resolvedLink(std::string_view link, const QUrl &base) {
-    QByteArray bytes = QByteArray(link.data(), static_cast<qsizetype>(link.size())).trimmed();
-    for (const char broken : {'\n', '\r', '\t'}) { // as browsers read an address
-        bytes.replace(broken, QByteArrayView());
-    }
+    const QByteArray bytes = QByteArray(link.data(), static_cast<qsizetype>(link.size())).trimmed();
     const bool words = bytes.contains(' ') && bytes.left(4).toLower() != "http";
     if (bytes.isEmpty() || words) {
         return {};
     }
-    const QUrl url = base.resolved(QUrl(QString::fromUtf8(bytes)));
-    const bool http = url.scheme() == u"http" || url.scheme() == u"https";
-    return http && !url.host().isEmpty() ? url.toString(QUrl::FullyEncoded) : QString();
+    const auto resolved = WebLink::resolved(QString::fromUtf8(bytes), base);
+    return resolved ? resolved->text() : QString();
 }
 
 } // namespace vorle

@@ -56,9 +56,10 @@ private:
     int m_count;
 };
 
-/// `link` when it is an absolute http(s) address as they should be written; empty otherwise.
+/// `link` when it is an absolute http(s) address as they should be written, which most are, and no
+/// longer than a web link may be; empty otherwise. It may still be no valid one.
 QString absoluteLink(std::string_view link);
-/// The absolute http(s) address `link` means beside `base`; empty when it means none.
+/// The web link that `link` means beside `base`; empty when it means none.
 QString resolvedLink(std::string_view link, const QUrl &base);
 
 } // namespace vorle

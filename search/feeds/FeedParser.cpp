@@ -1,5 +1,6 @@
 #include "search/feeds/FeedParser.h"
 
+#include "base/WebLink.h"
 #include "search/feeds/FeedDate.h"
 #include "search/feeds/FeedDocument.h"
 #include "search/feeds/FeedElements.h"
@@ -28,7 +29,7 @@ constexpr int maxResolved = 20'000;
 constexpr qsizetype maxItems = 2'000;
 constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype summaryCharacters = 400;
-constexpr std::size_t maxLinkBytes = feedLinkLimit;
+constexpr std::size_t maxLinkBytes = WebLink::longest(WebLink::Giver::Stranger);
 constexpr std::size_t maxBaseBytes = 512;
 
 struct GatheredText {
@@ -218,7 +219,7 @@ void Gatherer::offerLink(LinkRank rank, std::string_view link) {
         ++m_resolved;
         address = resolvedLink(link, base());
     }
-    if (!address.isEmpty() && static_cast<std::size_t>(address.size()) <= maxLinkBytes) {
+    if (!address.isEmpty()) {
         m_link = std::move(address);
         m_linkRank = rank;
     }

@@ -14,7 +14,7 @@ namespace vorle {
 struct FeedItem {
     QString site;  ///< the trusted site, as the user typed it
     QString title; ///< plain text on one line, may be empty
-    QString link;  ///< absolute, http or https
+    QString link;  ///< absolute, http or https, no longer than a WebLink
     std::optional<QDateTime> date;
     QString summary; ///< plain text on one line, at most 400 characters, may be empty
 
@@ -23,8 +23,6 @@ struct FeedItem {
 
 /// What is read of a feed, in bytes; the rest is as if it had never been sent.
 inline constexpr qsizetype maxFeedBytes = 10'000'000;
-/// An item whose link is longer is not kept: a link is never cut.
-inline constexpr qsizetype feedLinkLimit = 2'000;
 
 /// The items of a feed (RSS 0.9x, 1.0 and 2.0, Atom 0.3 and 1.0), in its own order; nothing when
 /// the bytes are no feed (a page, another format). Reads what feeds hold rather than what they

@@ -1,7 +1,7 @@
 #include "search/feeds/Feeds.h"
 
 #include "base/Text.h"
-#include "core/WebLink.h"
+#include "base/WebLink.h"
 #include "search/web/Browser.h"
 #include "search/web/Charset.h"
 #include "search/web/Links.h"
@@ -110,17 +110,6 @@ QList<FeedItem> recentItems(QList<FeedItem> items, const QSet<QString> &known,
 
 } // namespace
 
-QUrl siteUrl(const QString &typed) {
-    const QString address = trimmed(typed).toString();
-    const qsizetype scheme = address.indexOf(u"://");
-    const bool hasScheme =
-        scheme > 0 && std::all_of(address.begin(), address.begin() + scheme, [](QChar c) {
-            return c.isLetterOrNumber() || c == u'+' || c == u'-' || c == u'.';
-        });
-    const QString whole = hasScheme ? address : QStringLiteral("https://") + address;
-    return isHttpLink(whole) ? QUrl(whole) : QUrl();
-}
-
 std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddress) {
     const std::string_view text(page.data(), static_cast<std::size_t>(page.size()));
     std::size_t at = 0;
@@ -145,9 +134,7 @@ std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddres
         }
         QString address = QString::fromUtf8(href.data(), static_cast<qsizetype>(href.size()));
         address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
-        const auto feed = WebLink::from(
-            pageAddress.resolved(QUrl(address.trimmed())).toString(QUrl::FullyEncoded));
-        if (feed) {
+        if (const auto feed = WebLink::resolved(address, pageAddress)) {
             return feed->text();
         }
     }
@@ -166,19 +153,18 @@ Task<HttpResponse> Feeds::fetch(QUrl url, qint64 maxBytes, CancelToken cancel, R
 
 Task<Feeds::Discovery> Feeds::look(QString siteAddress, CancelToken cancel, Reach reach) {
     cancel.throwIfCancelled();
-    const QUrl url = siteUrl(siteAddress);
-    if (url.isEmpty()) {
+    const auto site = WebLink::typed(siteAddress, WebLink::Host::Any);
+    if (!site) {
         co_return Discovery{};
     }
-    const HttpResponse response = co_await fetch(url, pageBytes, cancel, reach);
+    const HttpResponse response = co_await fetch(site->url(), pageBytes, cancel, reach);
     if (!response.ok()) {
         co_return Discovery{};
     }
     // A feed's own address is one, whatever else the feed announces.
-    const auto itself = WebLink::from(url.toString(QUrl::FullyEncoded));
-    auto feed = co_await onPool([response, itself]() -> std::optional<QString> {
-        if (itself && parseFeed(response.body, response.contentType, response.url, {})) {
-            return itself->text();
+    auto feed = co_await onPool([response, itself = site->text()]() -> std::optional<QString> {
+        if (parseFeed(response.body, response.contentType, response.url, {})) {
+            return itself;
         }
         const auto page = decodeText(response.body, response.contentType);
         return page ? announcedFeed(*page, response.url) : std::nullopt;
@@ -195,11 +181,11 @@ Task<std::optional<QString>> Feeds::discover(QString siteAddress, CancelToken ca
 
 Task<FeedReading> Feeds::read(QString feedAddress, QString site, CancelToken cancel, Reach reach) {
     cancel.throwIfCancelled();
-    const QUrl url = siteUrl(feedAddress);
-    if (url.isEmpty()) {
+    const auto feed = WebLink::typed(feedAddress, WebLink::Host::Any);
+    if (!feed) {
         co_return FeedReading{};
     }
-    const HttpResponse response = co_await fetch(url, maxFeedBytes, cancel, reach);
+    const HttpResponse response = co_await fetch(feed->url(), maxFeedBytes, cancel, reach);
     if (!response.ok()) {
         FeedReading unread;
         unread.gone = response.status == 404 || response.status == 410;

@@ -44,10 +44,6 @@ struct FeedsForRun {
     QList<SiteFeedResult> reports; ///< one for each site
 };
 
-/// The address a person typed for a site, "https://" in front when it has no scheme; an invalid
-/// QUrl when that is no http(s) address with a host.
-QUrl siteUrl(const QString &typed);
-
 /// The address of the first feed that a page announces in a link element (rel holding "alternate",
 /// type holding "rss+xml" or "atom+xml"), resolved against the page's own. The values may stand
 /// without quotes, as HTML allows and as compressed pages have them. Linear in the page. Pure, any

@@ -1,6 +1,7 @@
 #include "search/run/FeedItemLine.h"
 
 #include "agents/PromptText.h"
+#include "base/WebLink.h"
 
 namespace vorle {
 
@@ -14,7 +15,7 @@ QString feedItemLine(const FeedItem &item) {
     if (item.date) {
         line += QStringLiteral(" (") + item.date->toUTC().date().toString(Qt::ISODate) + u')';
     }
-    return line + u' ' + oneLine(item.link, feedLinkLimit);
+    return line + u' ' + oneLine(item.link, WebLink::longest(WebLink::Giver::Stranger));
 }
 
 } // namespace vorle

@@ -1,8 +1,8 @@
 #include "search/run/LinkCapture.h"
 
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "core/Preferences.h"
-#include "core/WebLink.h"
 #include "judging/Judge.h"
 #include "search/run/JudgedProjects.h"
 #include "search/run/LinkRegistry.h"
@@ -18,16 +18,6 @@ namespace {
 constexpr qsizetype titleCharacters = 300;
 constexpr qsizetype noteCharacters = 4'000;
 
-/// The address as people type it, with its scheme; empty when it is none.
-QString addressOf(const QString &typed) {
-    const QString text = typed.trimmed();
-    const bool hasScheme = text.contains(QStringLiteral("://"));
-    const QString whole = hasScheme ? text : QStringLiteral("https://") + text;
-    const auto link = WebLink::from(whole, WebLink::maxUserBytes);
-    const bool isPage = link && (hasScheme || link->url().host().contains(u'.'));
-    return isPage ? link->text() : QString();
-}
-
 Candidate candidateOf(const Topic &captured) {
     return {.title = captured.sources.isEmpty() ? QString() : captured.sources.first().title,
             .url = captured.capturedURL.value_or(QString()),
@@ -41,10 +31,11 @@ LinkCapture::LinkCapture(Parts parts, QObject *parent) : QObject(parent), m_part
 LinkCapture::~LinkCapture() = default;
 
 std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
-    const QString address = addressOf(link.url);
-    if (address.isEmpty()) {
+    const auto typed = WebLink::typed(link.url);
+    if (!typed) {
         return Refusal{tr("Ce n’est pas l’adresse d’une page web."), std::nullopt};
     }
+    const QString &address = typed->text();
     const LinkRegistry::Claim claim = LinkRegistry(m_parts.store.topics()).claim(address, 0);
     if (claim.standing == LinkRegistry::Standing::Held) {
         return Refusal{tr("Tu as déjà ce lien."), claim.topic};

@@ -2,7 +2,7 @@
 
 #include "agents/PromptText.h"
 #include "base/Text.h"
-#include "core/WebLink.h"
+#include "base/WebLink.h"
 
 namespace vorle {
 
@@ -30,7 +30,7 @@ struct DigAnswer {
 };
 
 QString digBlock(const DigItem &item) {
-    const auto link = WebLink::from(item.url, WebLink::maxUserBytes);
+    const auto link = WebLink::from(item.url, WebLink::Giver::User);
     return QStringLiteral("### id: ") + item.id + QStringLiteral("\nTitle: ") +
            oneLine(item.title, titleCharacters) + QStringLiteral("\nLink: ") +
            (link ? link->text() : oneLine(item.url, titleCharacters)) +

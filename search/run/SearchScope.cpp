@@ -2,7 +2,7 @@
 
 #include "agents/Ask.h"
 #include "agents/PromptText.h"
-#include "core/WebLink.h"
+#include "base/WebLink.h"
 
 namespace vorle {
 
@@ -152,7 +152,8 @@ QString joinedLinks(const QStringList &links, qsizetype maxBytes) {
     QString joined;
     qsizetype used = 0;
     for (const QString &known : links) {
-        const auto held = WebLink::from(known); // an older file may hold what is none
+        // An older file may hold what is none; the user's own may be long.
+        const auto held = WebLink::from(known, WebLink::Giver::User);
         if (!held) {
             continue;
         }

@@ -1,7 +1,7 @@
 #include "search/run/TopicDraft.h"
 
+#include "base/WebLink.h"
 #include "core/ScoreScale.h"
-#include "core/WebLink.h"
 #include "search/run/AboutNames.h"
 #include "search/web/Links.h"
 

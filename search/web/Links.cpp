@@ -1,6 +1,7 @@
 #include "search/web/Links.h"
 
 #include "base/Text.h"
+#include "base/WebLink.h"
 
 #include <QStringList>
 
@@ -105,7 +106,7 @@ bool isDiscussion(const QString &site, const QStringList &segments) {
 } // namespace
 
 QUrl readableLink(const QString &link) {
-    QUrl url = httpLink(link);
+    QUrl url = WebLink::parsed(link);
     if (url.isEmpty()) {
         return url;
     }
@@ -120,7 +121,7 @@ QUrl readableLink(const QString &link) {
 }
 
 QString canonicalLink(const QString &link) {
-    QUrl url = httpLink(link);
+    QUrl url = WebLink::parsed(link);
     if (url.isEmpty()) {
         return trimmed(link).toString();
     }
@@ -139,7 +140,7 @@ QString canonicalLink(const QString &link) {
 }
 
 bool namesOnePage(const QString &link) {
-    const QUrl url = httpLink(link);
+    const QUrl url = WebLink::parsed(link);
     const QStringList segments = segmentsOf(url);
     if (segments.isEmpty() && !url.hasQuery()) {
         return false;
@@ -155,7 +156,7 @@ bool namesOnePage(const QString &link) {
 }
 
 ItemKind guessKind(const QString &link) {
-    const QUrl url = httpLink(link);
+    const QUrl url = WebLink::parsed(link);
     const QString site = siteOf(url);
     const QString path = url.path().toLower() + u'/';
     const QStringList segments = segmentsOf(url);

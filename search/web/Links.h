@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/AddressRules.h"
 #include "core/GitHubLink.h"
 #include "core/Judgment.h"
 

@@ -1,5 +1,6 @@
 #include "search/web/SourceImage.h"
 
+#include "base/WebLink.h"
 #include "core/DurableFile.h"
 #include "search/web/Charset.h"
 #include "search/web/ImageHeader.h"
@@ -40,7 +41,9 @@ QList<QUrl> addressesFor(const HttpResponse &page) {
         for (const std::string_view found : html::announcedPictures(html)) {
             QString address = QString::fromUtf8(found.data(), static_cast<qsizetype>(found.size()));
             address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
-            addresses += page.url.resolved(QUrl(address.trimmed()));
+            if (const auto picture = WebLink::resolved(address, page.url)) {
+                addresses += picture->url();
+            }
         }
     }
     return addresses << page.url.resolved(QUrl(QStringLiteral("/favicon.ico")));
@@ -169,7 +172,8 @@ Task<Found> SourceImage::Cache::fetchOfPage(QUrl page, QString file, CancelToken
 Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> self, QString link,
                                                          CancelToken cancel) {
     cancel.throwIfCancelled();
-    if (!isHttpLink(link)) {
+    const auto page = WebLink::from(link, WebLink::Giver::User);
+    if (!page) {
         co_return std::nullopt;
     }
     // All links into a repository share its card.
@@ -199,7 +203,7 @@ Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> 
     const Found found =
         repository ? co_await self->fetch(
                          QUrl(self->m_places.cardHost + QStringLiteral("/1") + card), file, cancel)
-                   : co_await self->fetchOfPage(QUrl(link), file, cancel);
+                   : co_await self->fetchOfPage(page->url(), file, cancel);
     cancel.throwIfCancelled();
     if (found == Found::None) {
         self->m_none.insert(file);

@@ -378,7 +378,7 @@ TEST_F(CommandLineTest, an_interrupt_keeps_what_was_judged) {
     kill(pid_t(run->processId()), SIGINT);
     const Outcome outcome = end(*run);
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err.toStdString(), HasSubstr("Fouille arrêtée : "));
+    EXPECT_THAT(outcome.err.toStdString(), HasSubstr("Fouille arrêtée\u00A0: "));
     const QList<Topic> kept = topics();
     EXPECT_GE(kept.size(), 8);
     EXPECT_LT(kept.size(), 24);

@@ -142,10 +142,10 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
         {"trier AB11 garder --avis gem", 2, "--avis ne va qu’avec « fait »"},
         {"trier AB11 fait --avis super", 2, "Avis inconnu"},
         {"trier AB11", 2, "Usage : vorle trier"},
-        {"trier CD garder", 1, "attend encore d’être lu"},
-        {"trier CD plus-tard", 1, "le faire lire (retrier)"},
-        {"trier CE garder", 1, "Tu as écarté ce lien avant qu’il soit lu"},
-        {"trier CE retirer", 1, "Fais-le lire d’abord (retrier)"},
+        {"trier CD garder", 1, "Je n’ai pas encore pu juger cette page"},
+        {"trier CD plus-tard", 1, "Pour la faire lire : vorle trier CD retrier"},
+        {"trier CE garder", 1, "Tu as écarté cette page avant que je la juge"},
+        {"trier CE retirer", 1, "vorle trier CE retrier"},
         {"corriger AB11 12", 2, "de 0 à 10"},
         {"corriger AB11 sept", 2, "de 0 à 10"},
         {"corriger AB11", 2, "Il manque la note"},
@@ -196,6 +196,61 @@ TEST_F(Triage, a_correction_shows_the_users_score_with_the_former_one) {
     EXPECT_THAT(run("corriger AB11 --retirer").out, HasSubstr("Note 7 sur 10, la mienne"));
     EXPECT_FALSE(topics()[0].correction);
     EXPECT_EQ(run("corriger AB11 --retirer").status, 0);
+}
+
+TEST_F(Triage, a_list_of_one_status_stands_in_the_order_of_the_windows_section) {
+    QList<Topic> list;
+    const auto add = [&](const char *title, TopicStatus status, int score, int day) {
+        Topic topic = test::sampleTopic(QString::fromUtf8(title), status);
+        topic.score = score;
+        topic.minutes = 60;
+        topic.foundAt = QDateTime(QDate(2026, 11, day), QTime(8, 0), Qt::UTC);
+        topic.triagedAt = topic.foundAt;
+        topic.doneAt = topic.foundAt;
+        list += topic;
+    };
+    add("sept-hier", TopicStatus::Inbox, 7, 1);
+    add("neuf", TopicStatus::Inbox, 9, 1);
+    add("sept", TopicStatus::Inbox, 7, 2);
+    for (const char *title : {"quatrième", "troisième"}) {
+        add(title, TopicStatus::Program, title[0] == 'q' ? 6 : 7, 1);
+    }
+    add("long", TopicStatus::Program, 9, 1);
+    list.last().minutes = 900; // no room in the week: it waits, whatever its score
+    add("ancien", TopicStatus::Reserve, 9, 1);
+    add("récent", TopicStatus::Reserve, 5, 3);
+    add("bougé", TopicStatus::Reserve, 5, 1);
+    list[1].sources = list.last().sources; // found since: news of it
+    list[1].foundAt = list.last().foundAt.addDays(1);
+    add("fait-avant", TopicStatus::Done, 9, 1);
+    add("fait-après", TopicStatus::Done, 2, 2);
+    add("écarté-a", TopicStatus::Dismissed, 2, 1);
+    add("écarté-b", TopicStatus::Dismissed, 9, 2);
+    save(list);
+    const struct {
+        const char *status;
+        const char *wanted;
+    } cases[] = {
+        {"inbox", "neuf sept sept-hier"},   {"program", "troisième quatrième long"},
+        {"reserve", "bougé récent ancien"}, {"done", "fait-après fait-avant"},
+        {"dismissed", "écarté-a écarté-b"},
+    };
+    for (const auto &row : cases) {
+        const std::string command = std::string("sujets --statut ") + row.status;
+        QStringList said;
+        for (const QString &line : QString::fromStdString(run(command.c_str()).out).split(u'\n')) {
+            if (const QStringList parts = line.simplified().split(u' '); parts.size() > 1) {
+                said += parts[1];
+            }
+        }
+        EXPECT_EQ(said.join(u' ').toStdString(), row.wanted) << row.status;
+        QStringList recorded;
+        for (const Topic &topic : json::decode<QList<Topic>>(
+                 QByteArray::fromStdString(run((command + " --json").c_str()).out))) {
+            recorded += topic.title;
+        }
+        EXPECT_EQ(recorded, said);
+    }
 }
 
 TEST_F(Triage, the_program_draws_its_line_where_the_week_is_full) {

@@ -122,7 +122,8 @@ def run_once(program: Path, shim: Shim, site: Site, case: Failing, seed: int, ro
     rng = random.Random(seed)
     with World(program, "run") as world:
         populate(world, rng, count=6)
-        world.give_settings(interests=["Rust"], projects={"Potager": ""}, calibrated=True)
+        world.give_settings(interests=["Rust"], projects={"Potager": ""},
+                            projectDescriptions={"Potager": "un carnet de jardin"}, calibrated=True)
         settings = json.loads(world.settings.read_bytes())
         links = [site.link(f"/{number}") for number in range(4)]
         world.give_agent({"candidates": {"**Potager**": candidates(links[:2], "Potager"),

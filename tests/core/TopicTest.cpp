@@ -206,7 +206,6 @@ TEST(TopicOrder, sorts_each_section) {
     };
     EXPECT_EQ(order(latestTriagedFirst), QStringLiteral("dacebf"));
     EXPECT_EQ(order(latestDoneFirst), QStringLiteral("dacebf"));
-    EXPECT_EQ(order(moreUrgent), QStringLiteral("edbfca"));
     EXPECT_EQ(order(programOrder), QStringLiteral("edbfca"));
 }
 

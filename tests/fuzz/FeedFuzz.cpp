@@ -1,3 +1,4 @@
+#include "base/WebLink.h"
 #include "search/feeds/FeedDate.h"
 #include "search/feeds/FeedParser.h"
 #include "search/feeds/Feeds.h"
@@ -39,7 +40,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     const QUrl address(QStringLiteral("https://site.example/flux/index.xml"));
     const auto items = parseFeed(bytes, types[size % types.size()], address, QStringLiteral("s"));
     for (const FeedItem &item : items.value_or(QList<FeedItem>())) {
-        require(isWebLink(item.link) && item.link.size() <= feedLinkLimit, "not a link", bytes);
+        require(isWebLink(item.link) &&
+                    item.link.size() <= WebLink::longest(WebLink::Giver::Stranger),
+                "not a link", bytes);
         require(isOneLine(item.title, 300) && isOneLine(item.summary, 400), "not a line", bytes);
         const QString line = feedItemLine(item);
         require(line == line.trimmed() && !line.contains(u'\n') && !line.contains(u"\"\"\"") &&

@@ -52,13 +52,14 @@ Prompt readBack(const QString &text) {
     return prompt;
 }
 
-/// A line without what varies: "Title: T" as "Title", "- T" as "-".
+/// A line without what varies: "Title: T" as "Title", "- T" as "-". What is no link has no line.
 QStringList skeleton(const QStringList &lines) {
     QStringList heads;
     for (const QString &line : lines) {
         heads +=
             line.startsWith(u"- ") ? QStringLiteral("-") : line.section(QStringLiteral(": "), 0, 0);
     }
+    heads.removeAll(QStringLiteral("Link"));
     return heads;
 }
 
@@ -188,6 +189,7 @@ TEST_F(HostilePages, never_make_a_prompt_too_long_to_be_sent) {
         JudgeCandidate one = candidate("c", page);
         one.title = text;
         one.note = text;
+        one.url = QStringLiteral("https://example.org/") + QString(3'980, u'@');
         const QList<JudgeCandidate> batch(nextBatchSize(QList<JudgeCandidate>(8, one)), one);
         JudgeProfile profile;
         profile.projects = QList<JudgeProfile::Project>(4, {text, text, {text}, {text}});

@@ -61,8 +61,17 @@ TEST(CandidateBlock, has_its_lines_in_order) {
     bare.level.reset();
     EXPECT_TRUE(candidateBlock(bare).contains(u"\n(nothing could be read)\n"));
 
-    unread.url.clear();
-    EXPECT_FALSE(candidateBlock(unread).contains(QStringLiteral("Link")));
+    // A link is whole or left out.
+    const QString wrapped = QStringLiteral("https://example.org/") + QString(3'000, u'x');
+    for (const auto &[url, line] :
+         {std::pair<QString, QString>{wrapped, QStringLiteral("\nLink (could not be read): ") +
+                                                   wrapped + u'\n'},
+          std::pair{wrapped.repeated(2), QString()}, std::pair{QString(), QString()},
+          std::pair{QStringLiteral("carnet papier"), QString()}}) {
+        unread.url = url;
+        EXPECT_EQ(candidateBlock(unread).contains(u"Link"), !line.isEmpty());
+        EXPECT_TRUE(candidateBlock(unread).contains(line));
+    }
 }
 
 // Whatever a page says, the block keeps its shape: one heading, two fences, each on its own line.

@@ -1,4 +1,3 @@
-#include "platform/fakes/FakeLinkOpener.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/qt/QtPasteboard.h"
 
@@ -35,18 +34,6 @@ TEST(QtPasteboard, gives_an_address_as_text_and_clears_what_is_no_text) {
     pasteboard.replace(QStringLiteral("texte"));
     EXPECT_FALSE(QGuiApplication::clipboard()->mimeData()->hasUrls());
     EXPECT_EQ(pasteboard.text(), u"texte");
-}
-
-TEST(LinkOpener, takes_the_addresses_of_pages_alone) {
-    test::FakeLinkOpener browser;
-    for (const char *address : {"https://example.org/", "HTTP://example.org/?a=b#c"}) {
-        EXPECT_TRUE(browser.open(QUrl(QString::fromLatin1(address)))) << address;
-    }
-    for (const char *address : {"file:///etc/passwd", "mailto:a@example.org", "javascript:x", "",
-                                "https://", "example.org", "vscode://x/y"}) {
-        EXPECT_FALSE(browser.open(QUrl(QString::fromLatin1(address)))) << address;
-    }
-    EXPECT_EQ(browser.opened.size(), 2);
 }
 
 } // namespace

@@ -296,7 +296,7 @@ TEST_P(RandomDecisions, leave_the_lists_as_if_freshly_made) {
             TopicListModel anew(shelf.store, list.section(), shelf.clock);
             const ProgramBudget again(shelf.store, preferences, shelf.clock, anew);
             if (list.section() != Section::Program) {
-                anew.setWaiting({}, {});
+                anew.setWaiting({});
             }
             QStringList ids;
             for (const TopicPtr &topic : anew.topics()) {

@@ -229,6 +229,33 @@ TEST_F(ReadingTest, the_banner_says_what_holds_and_leads_to_what_helps) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return shell().notice().isEmpty(); }, 5000));
 }
 
+TEST_F(ReadingTest, links_are_opened_and_offered_as_they_would_be_kept) {
+    open();
+    const QString wrapped = text("https://lettre.example/?u=") + QString(3'000, u'x');
+    const std::pair<QString, QString> cases[] = {
+        {text("https://a.fr/"), text("https://a.fr/")},
+        {text(" HTTP://a.fr/?a=b#c\n"), text("http://a.fr/?a=b#c")},
+        {text("https://github.com@evil.example/x"), text("https://evil.example/x")},
+        {text("https://a.fr/deux mots"), text("https://a.fr/deux%20mots")},
+        {wrapped, wrapped},
+        {wrapped.repeated(2), {}},
+        {text("https://a.fr/\nhttps://b.fr/"), {}},
+        {text("file:///etc/passwd"), {}},
+        {text("mailto:a@example.org"), {}},
+        {text("vscode://x/y"), {}},
+        {text("example.org"), {}},
+        {{}, {}},
+    };
+    for (const auto &[given, link] : cases) {
+        m_links.opened.clear();
+        shell().openLink(given);
+        EXPECT_EQ(m_links.opened, link.isEmpty() ? QList<QUrl>() : QList<QUrl>{QUrl(link)})
+            << given.toStdString();
+        m_pasteboard.replace(given);
+        EXPECT_EQ(shell().linkOnPasteboard(), link) << given.toStdString();
+    }
+}
+
 TEST_F(ReadingTest, what_is_told_goes_once_it_holds_no_longer) {
     open();
     Q_EMIT m_app->preferences().saveFailed(text("Le réglage n’a pas pu être enregistré : plein."));

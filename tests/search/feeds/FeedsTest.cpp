@@ -91,23 +91,6 @@ TEST(AnnouncedFeed, is_the_first_link_that_is_one) {
     EXPECT_FALSE(announcedFeed("<link " + QByteArray("rel=\"").repeated(600'000) + '>', QUrl()));
 }
 
-TEST(SiteUrl, has_a_scheme_and_a_host) {
-    const std::pair<const char *, const char *> cases[] = {
-        {"example.org", "https://example.org"},
-        {" example.org:8080/blog ", "https://example.org:8080/blog"},
-        {"http://example.org", "http://example.org"},
-        {"example.com/?u=http://x.example", "https://example.com/?u=http://x.example"},
-        {"://example.com", ""},
-        {"ftp://example.org", ""},
-        {"https://", ""},
-        {"", ""},
-        {"deux mots", ""},
-    };
-    for (const auto &[typed, expected] : cases) {
-        EXPECT_EQ(siteUrl(QString::fromUtf8(typed)).toString().toStdString(), expected) << typed;
-    }
-}
-
 TEST_F(FeedsTest, discovers_and_reads_as_a_browser_would_ask) {
     server.serve("/", TestReply::redirect("/accueil/"));
     server.serve("/accueil/", page(R"(<link type="application/atom+xml" rel="alternate"
@@ -142,6 +125,10 @@ TEST_F(FeedsTest, what_cannot_be_read_is_told_and_is_no_error) {
         {QStringLiteral("http://10.0.0.1/feed"), FeedOutcome::Unreachable},
         {QStringLiteral("file:///etc/passwd"), FeedOutcome::Unreachable},
         {server.link("/page"), FeedOutcome::NoFeed},
+        // What a person types may be long, not endless, and holds no control signs.
+        {server.link("/page?") + QString(3'000, u'x'), FeedOutcome::NoFeed},
+        {server.link("/page?") + QString(4'000, u'x'), FeedOutcome::Unreachable},
+        {server.link("/page?") + QStringLiteral("a\nb"), FeedOutcome::Unreachable},
         {server.link("/endless"), FeedOutcome::Read},
     };
     for (const auto &[address, outcome] : cases) {

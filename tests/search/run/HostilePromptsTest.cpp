@@ -1,7 +1,7 @@
 // What strangers write in names, manifests, feeds and links, put into the prompts of a run and read
 // back by a gullible reader (tests/support/HostileTexts): nothing leaves its place.
 
-#include "core/WebLink.h"
+#include "base/WebLink.h"
 #include "search/run/FeedItemLine.h"
 #include "search/run/Pipeline.h"
 #include "tests/support/HostileTexts.h"

@@ -79,6 +79,10 @@ TEST(JoinedLinks, leave_out_what_is_no_link) {
                      QStringLiteral("x"), QStringLiteral("https://c")},
                     1'000),
         u"https://b/%20;%20x ; https://c");
+    // One that the user saved themselves may be longer than a stranger's.
+    const QString wrapped = QStringLiteral("https://a/") + QString(3'000, u'x');
+    EXPECT_EQ(joinedLinks({wrapped, QStringLiteral("https://c")}, 4'000),
+              wrapped + QStringLiteral(" ; https://c"));
 }
 
 CandidatesRequest request() {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "core/Decision.h"
+
+#include <QString>
+
+namespace vorle {
+
+/// How decisions are said, in French, by the window and the terminal alike. Pure functions, any
+/// thread.
+
+/// What a decision made of a topic.
+enum class Outcome { Kept, Later, Postponed, Dismissed, Removed, PutBack, Done };
+
+/// What happened, and where the topic is now: "Gardé · Programme", "Fait · Bibliothèque".
+QString outcomeText(Outcome outcome);
+/// A verdict: "Pépite · Bibliothèque".
+QString outcomeText(Worth worth);
+
+/// "Bof", "Utile", "Pépite".
+QString worthLabel(Worth worth);
+
+/// How the reading of a captured link goes.
+enum class Reading { UnderWay, Stopped };
+
+/// Why a decision was not taken, and what can be done. `reading` counts for a link that waits.
+QString refusalText(Refusal refusal, Reading reading);
+
+} // namespace vorle

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/RunReport.h"
+#include "core/Settings.h"
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <QTimeZone>
+
+namespace vorle {
+
+/// How runs are said, in French, by the window and the terminal alike. What sites and the agent
+/// wrote stands in these as it came: whoever shows it passes it through shownWords(). Pure
+/// functions, any thread.
+
+/// What a run that ended came to: "3 nouveaux sujets dans « À trier »."
+QString runResultText(const RunReport &report);
+/// "12 liens trouvés · 8 pages lues · 1 min 12 s · 0,50 $", the cost where it is known.
+QString runFactsText(const RunReport &report);
+/// The scope's name; that of a second search says so.
+QString scopeName(const ScopeReport &scope);
+/// "12 liens", or why it failed.
+QString scopeText(const ScopeReport &scope);
+/// What else the report has to tell, a line each: why it failed, warnings, sites in trouble, links
+/// set aside or not judged, scopes without anything.
+QStringList runNotices(const RunReport &report);
+
+/// "42 s", "1 min 12 s".
+QString secondsText(double seconds);
+/// "0,50 $"
+QString costText(double usd);
+
+/// When the next scheduled run is due, see comingText(); "" when none is.
+QString nextRunText(const Settings &settings, const QDateTime &now, const QTimeZone &zone);
+
+} // namespace vorle

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "core/ScoreScale.h"
+#include "core/TopicStore.h"
+
+#include <optional>
+
+namespace vorle {
+
+/// The sections that hold topics, in the order of the window's menu.
+enum class TopicSection { Inbox, Program, Reserve, Library };
+
+/// The section of a status; nothing for one that stands in none.
+std::optional<TopicSection> sectionOf(TopicStatus status);
+/// The section a topic is shown in: a captured link that is being read stands in "À trier" already.
+std::optional<TopicSection> sectionOf(const Topic &topic);
+
+/// A topic with what places it in its section beyond its own record. Worked out once, compared
+/// often.
+struct PlacedTopic {
+    TopicPtr topic;
+    Tier tier = Tier::ToDig; ///< of the topic, see tierOf()
+    bool moved = false;      ///< of the reserve: see ReserveActivity
+    bool waits = false;      ///< of the program: it does not fit in the week, see WeekProgram
+
+    bool operator==(const PlacedTopic &) const = default;
+};
+
+/// The orders, for the window and the terminal alike:
+/// - À trier: links just captured and still being read; then by tier, score, newest find;
+/// - Programme: what fits in the week, then what waits, each in programOrder's;
+/// - Réserve: topics that have moved, then the latest set aside;
+/// - Bibliothèque: the latest done.
+/// A strict total order: topics that these hold equal stand as the store has them. Main thread.
+bool standsBefore(TopicSection section, const PlacedTopic &a, const PlacedTopic &b,
+                  const TopicStore &store);
+QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
+                           const TopicStore &store);
+
+/// The heading a topic stands under, the same for neighbours in its section's order: its tier,
+/// "En cours de lecture", "Ils ont bougé", "Novembre 2026"; "" where there is none.
+QString headingOf(TopicSection section, const PlacedTopic &placed);
+
+} // namespace vorle
