@@ -51,7 +51,8 @@ void RunHistory::write(QList<RunReport> all, Others others) const {
         all = kept + all;
         // A press on the same button again tells nothing new, and must not push out real reports.
         for (qsizetype i = all.size() - 1; i > 0; --i) {
-            if (!all[i].hasBegun() && !all[i - 1].hasBegun()) {
+            if (!all[i].hasBegun() && !all[i - 1].hasBegun() &&
+                all[i].failed == all[i - 1].failed) {
                 all.remove(i - 1);
             }
         }

@@ -100,7 +100,8 @@ def one_share(program: Path, draws: int, seed: int) -> Row:
             for old in world.data.glob("*.json"):
                 old.unlink()
             topics.write(world.topics, topics.samples(2, rng, 100))
-            world.give_settings(interests=["Rust"], projects={"Potager": ""}, calibrated=True)
+            world.give_settings(interests=["Rust"], projects={"Potager": ""},
+                                projectDescriptions={"Potager": "un carnet de jardin"}, calibrated=True)
             world.give_agent({}, f'cat "$HOME/err" >&2; cat "$HOME/out"; exit {status}')
             row.draws += 1
             for command in (("fouille",), ("fiche", topics.identity(1)), ("fouille", "--json")):

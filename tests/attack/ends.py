@@ -41,7 +41,8 @@ class Case:
 
 def prepare(world: World, site: Site, case: Case, rng: random.Random) -> None:
     populate(world, rng, count=5)
-    world.give_settings(interests=["Rust"], projects={"Potager": ""}, calibrated=True)
+    world.give_settings(interests=["Rust"], projects={"Potager": ""},
+                        projectDescriptions={"Potager": "un carnet de jardin"}, calibrated=True)
     links = [site.link(f"/{number}") for number in range(PAGES)]
 
     def bring(chosen: list[str], about: str) -> list[dict[str, str]]:

@@ -132,6 +132,7 @@ public:
     /// From `begin` to `end`; the mishap comes at the run of `day`, due at `slot`.
     void live(const QDateTime &begin, const QDateTime &end, const QDateTime &slot) {
         m_clock.moment = begin;
+        m_preferences.change(&Settings::servedSlot, std::nullopt);
         m_preferences.change(&Settings::lastSearch, begin.addSecs(-60));
         RunTimer timer(m_preferences, m_clock, m_zone);
         QObject::connect(&timer, &RunTimer::due, [&] { run(slot); });

@@ -69,8 +69,9 @@ TEST_F(RunFaultsTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     const QString agentFile = folder.filePath(QStringLiteral("home/.local/bin/claude"));
     ASSERT_TRUE(QFile::rename(agentFile, agentFile + u'~'));
     EXPECT_THROW(run(), AgentError);
+    EXPECT_THROW(run(), AgentError); // the same again: one report is enough
     ASSERT_TRUE(QFile::rename(agentFile + u'~', agentFile));
-    ASSERT_EQ(failures.size(), 4);
+    ASSERT_EQ(failures.size(), 5);
     const QList<RunReport> all = store.history();
     ASSERT_EQ(all.size(), 4) << "nor is one that could not be made forgotten";
     EXPECT_EQ(all[2].failed, failures[2].text);
