@@ -1,0 +1,61 @@
+"""The checks of scripts/ find what is planted for them, and pass what is right."""
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
+
+
+class Planted(unittest.TestCase):
+    def run_check(self, check, files):
+        """What the check says of a tree of these files: its status and its words."""
+        with tempfile.TemporaryDirectory() as folder:
+            root = pathlib.Path(folder)
+            for name, text in files.items():
+                path = root / name
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_text(text, encoding="utf-8")
+            (root / "scripts").mkdir()
+            shutil.copy(SCRIPTS / check, root / "scripts")
+            done = subprocess.run([sys.executable, root / "scripts" / check], text=True,
+                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+            return done.returncode, done.stdout
+
+    def test_includes(self):
+        def tree(pairs):
+            return {name: f'#pragma once\n#include "{target}"\n' for name, target in pairs}
+
+        right = [("search/feeds/A.h", "search/web/B.h"), ("search/run/A.cpp", "judging/B.h"),
+                 ("app/models/A.cpp", "app/labels/B.h"), ("app/window/A.cpp", "app/cli/B.h"),
+                 ("tests/core/A.cpp", "app/window/B.h")]
+        status, words = self.run_check("check-includes", tree(right))
+        self.assertEqual(status, 0, words)
+        wrong = [("search/web/A.h", "search/feeds/B.h"), ("search/discovery/A.cpp", "search/web/B.h"),
+                 ("search/feeds/A.h", "search/run/B.h"), ("core/A.h", "agents/B.h"),
+                 ("app/triage/A.h", "app/models/B.h"), ("app/cli/A.cpp", "app/window/B.h"),
+                 ("app/models/A.cpp", "judging/B.h"), ("core/A.cpp", "platform/linux/B.h"),
+                 ("base/A.cpp", "B.h")]
+        status, words = self.run_check("check-includes", tree([*wrong, ("search/A.h", "base/B.h")]))
+        self.assertEqual(status, 1)
+        for name, target in wrong:
+            self.assertIn(f"{name}:2: ", words, target)
+        self.assertIn("search/A.h: stands in no room", words)
+
+    def test_french(self):
+        right = 'auto a() { return tr("Rien à trier\\u00A0: tout est lu."); }\n'
+        status, words = self.run_check("check-french", {"app/window/A.cpp": right})
+        self.assertEqual(status, 0, words)
+        wrong = {"core/A.cpp": 'auto a() { return "Les sujets n’ont pas été lus"; }\n',
+                 "app/screens/A.qml": 'Label { text: qsTr("Rien à trier : lis.") }\n',
+                 "app/screens/B.qml": 'Label { text: qsTr("Rien dans « À trier »") }\n'}
+        status, words = self.run_check("check-french", wrong)
+        self.assertEqual(status, 1)
+        for name in wrong:
+            self.assertIn(name, words)
+
+
+if __name__ == "__main__":
+    unittest.main()
