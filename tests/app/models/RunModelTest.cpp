@@ -297,10 +297,9 @@ TEST_F(RunModelTest, shows_the_territory_as_it_changes) {
     preferences.change(&Settings::projects, {{sly, folder.path()}});
     preferences.change(&Settings::projectDescriptions, {{sly, sly}});
     EXPECT_EQ(territory.index(0).data(TerritoryModel::Name), text("Tiravue [2J\u202F; fin"));
-    EXPECT_TRUE(territory.index(0)
-                    .data(TerritoryModel::Detail)
-                    .toString()
-                    .startsWith(text("Tiravue [2J\u202F; fin")));
+    const auto detail = [&] { return territory.index(0).data(TerritoryModel::Detail).toString(); };
+    EXPECT_TRUE(detail().startsWith(text("Tiravue [2J\u202F; fin")));
+    test::spinUntil([&] { return detail().contains(text("package.json")); }); // the folder was read
 }
 
 } // namespace
