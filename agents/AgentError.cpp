@@ -13,14 +13,14 @@ namespace {
 QString translated(const char *french) { return QCoreApplication::translate("AgentError", french); }
 
 constexpr qsizetype messageCharacters = 2'000;
-constexpr qsizetype bytesPerCharacter = 8;
+constexpr qsizetype maxBytesPerCharacter = 8;
 /// What a longer text is cut to before it is looked into.
 constexpr qsizetype examinedCharacters = 100'000;
 
 QString heldWords(const QString &text) {
     const QString words = sanitized(text.first(std::min(text.size(), examinedCharacters)));
     const QStringView held = firstCharacters(
-        utf8Prefix(words, messageCharacters * bytesPerCharacter), messageCharacters);
+        utf8Prefix(words, messageCharacters * maxBytesPerCharacter), messageCharacters);
     return held.size() < words.size() ? held.toString() + u'…' : words;
 }
 } // namespace

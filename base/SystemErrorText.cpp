@@ -1,6 +1,6 @@
 #include "base/SystemErrorText.h"
 
-#include <QCoreApplication>
+#include "base/French.h"
 
 #include <algorithm>
 #include <array>
@@ -9,8 +9,6 @@
 namespace vorle {
 
 namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("SystemErrorText", text); }
 
 struct Wording {
     std::errc code;
@@ -70,15 +68,16 @@ QString systemErrorText(const std::error_code &code) {
     // The one refusal of a full place that the standard has no name for.
     if (code.value() == EDQUOT &&
         (code.category() == std::generic_category() || code.category() == std::system_category())) {
-        return tr("ton quota d’espace disque est atteint");
+        return French::tr("ton quota d’espace disque est atteint");
     }
     const auto known = std::find_if(wordings.begin(), wordings.end(),
                                     [&](const Wording &wording) { return code == wording.code; });
-    return known != wordings.end() ? tr(known->text) : tr("erreur %1").arg(code.value());
+    return known != wordings.end() ? French::tr(known->text)
+                                   : French::tr("erreur %1").arg(code.value());
 }
 
 QString systemRefusalText(const std::system_error &error) {
-    const QString text = tr("Le système a refusé : %1").arg(systemErrorText(error.code()));
+    const QString text = French::tr("Le système a refusé : %1").arg(systemErrorText(error.code()));
     // What was tried, when it is a path; the name of a system call tells the user nothing.
     const QString whole = QString::fromLocal8Bit(error.what());
     const QString reason = QStringLiteral(": ") + QString::fromLocal8Bit(error.code().message());

@@ -12,10 +12,10 @@ namespace {
 
 constexpr qsizetype nameCharacters = 100;
 constexpr qsizetype descriptionCharacters = 500;
-constexpr qsizetype titleCharacters = 300;
+constexpr qsizetype promptTitleCharacters = 300;
 constexpr qsizetype judgedCharacters = 1'000;
 constexpr qsizetype noteCharacters = 500;
-constexpr qsizetype maxSources = 5;
+constexpr qsizetype maxPromptSources = 5;
 constexpr qsizetype sourceCharacters = 200;
 constexpr qsizetype linkBytes = 500;
 /// As much as a run keeps of a page; the bytes bound what characters of any size may take of a
@@ -62,10 +62,10 @@ QString dependencyText(const Topic &topic) {
 
 QString topicText(const Topic &topic) {
     const QString none;
-    QString text = line(QStringLiteral("Title: "), topic.title, titleCharacters);
+    QString text = line(QStringLiteral("Title: "), topic.title, promptTitleCharacters);
     text += line(QStringLiteral("Kind: "), topic.kind.value_or(none), nameCharacters);
     text += line(QStringLiteral("Published: "), topic.publishedOn.value_or(none), nameCharacters);
-    text += line(QStringLiteral("Dependency: "), dependencyText(topic), titleCharacters);
+    text += line(QStringLiteral("Dependency: "), dependencyText(topic), promptTitleCharacters);
     text +=
         line(QStringLiteral("Topic they follow: "), topic.interest.value_or(none), nameCharacters);
     text += line(QStringLiteral("Their note when saving it: "), topic.note.value_or(none),
@@ -79,7 +79,7 @@ QString sourcesText(const Topic &topic) {
     QStringList lines;
     for (const TopicSource &source : topic.sources) {
         const auto link = WebLink::from(source.url);
-        if (lines.size() < maxSources && link && link->text().size() <= linkBytes) {
+        if (lines.size() < maxPromptSources && link && link->text().size() <= linkBytes) {
             const QString title = oneLine(source.title, sourceCharacters);
             lines += QStringLiteral("- ") +
                      (title.isEmpty() ? QString() : title + QStringLiteral(": ")) + link->text();

@@ -8,6 +8,11 @@ target_compile_definitions(vorle_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 
+if(CMAKE_UNITY_BUILD)
+    # A file's own names are then in sight of the files that stand in one text with it.
+    target_compile_options(vorle_flags INTERFACE -Wno-shadow)
+endif()
+
 if(VORLE_SANITIZE)
     target_compile_options(vorle_flags INTERFACE
         -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)

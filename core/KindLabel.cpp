@@ -1,33 +1,27 @@
 #include "core/KindLabel.h"
 
-#include <QCoreApplication>
+#include "base/French.h"
 
 namespace vorle {
-
-namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
-
-} // namespace
 
 QString kindLabel(ItemKind kind) {
     switch (kind) {
     case ItemKind::Article:
-        return tr("Article");
+        return French::tr("Article");
     case ItemKind::Video:
-        return tr("Vidéo");
+        return French::tr("Vidéo");
     case ItemKind::Tool:
-        return tr("Outil");
+        return French::tr("Outil");
     case ItemKind::Package:
-        return tr("Paquet");
+        return French::tr("Paquet");
     case ItemKind::Product:
-        return tr("Produit");
+        return French::tr("Produit");
     case ItemKind::Discussion:
-        return tr("Discussion");
+        return French::tr("Discussion");
     case ItemKind::Announcement:
-        return tr("Annonce");
+        return French::tr("Annonce");
     case ItemKind::Security:
-        return tr("Sécurité");
+        return French::tr("Sécurité");
     }
     return {};
 }

@@ -24,7 +24,7 @@ namespace vorle {
 
 namespace {
 
-constexpr std::string_view subject = "vorle/TopicStore";
+constexpr std::string_view logSubject = "vorle/TopicStore";
 
 /// Earlier versions, which did not say what brought a topic in, ended a summary with the project's
 /// name. A summary of this one is what it says.
@@ -81,7 +81,7 @@ QString TopicStore::location(Kind kind) {
 }
 
 void TopicStore::load() {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     if (isPreview()) {
         return;
     }
@@ -143,7 +143,7 @@ bool TopicStore::readFile() {
 }
 
 qsizetype TopicStore::repair() {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     if (!m_readable || m_readable->topics.isEmpty()) {
         return 0;
     }
@@ -165,7 +165,7 @@ qsizetype TopicStore::repair() {
 }
 
 std::optional<QString> TopicStore::notice() const {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     if (m_wasEmpty && m_topics.isEmpty()) {
         return tr("Ton fichier de sujets était vide (0 octet). Je pars d’une liste vide\u00A0: %1")
             .arg(m_file);
@@ -215,7 +215,7 @@ void TopicStore::seedHistory() const {
 }
 
 QList<RunReport> TopicStore::history() const {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     QList<RunReport> reports = RunHistory(m_file).reports();
     for (RunReport &report : reports) {
         countYields(report, [this](const QUuid &id) {
@@ -232,21 +232,21 @@ void TopicStore::addRun(const RunReport &report) {
 }
 
 void TopicStore::save() {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     if (m_writer) {
         m_writer->submit(m_topics);
     }
 }
 
 void TopicStore::prepareSaves() {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     if (m_writer) {
         m_writer->prepare(m_topics);
     }
 }
 
 bool TopicStore::flush() {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     if (!m_writer || !m_writer->wait()) {
         return true;
     }
@@ -255,7 +255,7 @@ bool TopicStore::flush() {
 }
 
 std::optional<QString> TopicStore::saveError() const {
-    requireMainThread(subject);
+    requireMainThread(logSubject);
     const auto error = m_writer ? m_writer->lastOutcome() : std::error_code();
     return error ? std::optional(failureText(error)) : std::nullopt;
 }

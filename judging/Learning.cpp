@@ -1,10 +1,10 @@
 #include "judging/Learning.h"
 
+#include "base/French.h"
 #include "core/KindLabel.h"
 #include "judging/JudgePrompt.h"
 #include "judging/ToolNames.h"
 
-#include <QCoreApplication>
 #include <QHash>
 
 #include <cmath>
@@ -23,8 +23,6 @@ constexpr int minCorrections = 4;
 constexpr double minMeanGap = 2.0;
 constexpr int largestStep = 3;
 constexpr auto kinds = rawStrings(ItemKind{}).size();
-
-QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 // Shares are compared as whole numbers, so that a share that is exactly at its threshold is.
 
@@ -50,8 +48,10 @@ Reflex stackReflex(int stackPercent, int restPercent) {
     return {QStringLiteral("stack-first"),
             Reflex::Group::Up,
             QStringLiteral("+2"),
-            tr("Les mises à jour de ta stack passent avant les nouveautés."),
-            tr("tu en gardes %1 %, contre %2 % pour le reste").arg(stackPercent).arg(restPercent),
+            French::tr("Les mises à jour de ta stack passent avant les nouveautés."),
+            French::tr("tu en gardes %1 %, contre %2 % pour le reste")
+                .arg(stackPercent)
+                .arg(restPercent),
             QStringLiteral("Topics that touch what they already use matter more to them than "
                            "general news: score those a little higher.")};
 }
@@ -59,31 +59,32 @@ Reflex stackReflex(int stackPercent, int restPercent) {
 Reflex kindReflex(ItemKind kind, int dismissed, int decided) {
     return {QStringLiteral("kind-") + json::rawText(kind),
             Reflex::Group::Down,
-            tr("plus exigeant"),
-            tr("Les sujets de type « %1 » sont souvent écartés.").arg(kindLabel(kind)),
-            tr("%1 « Pas pour moi » sur %2").arg(dismissed).arg(decided),
+            French::tr("plus exigeant"),
+            French::tr("Les sujets de type « %1 » sont souvent écartés.").arg(kindLabel(kind)),
+            French::tr("%1 « Pas pour moi » sur %2").arg(dismissed).arg(decided),
             QStringLiteral("They often set aside items of kind « %1 »: score those high only when "
                            "they are really solid.")
                 .arg(json::rawText(kind))};
 }
 
 Reflex longReflex(int postponed, int decided) {
-    return {
-        QStringLiteral("long-later"),
-        Reflex::Group::Waits,
-        tr("premier pas court"),
-        tr("Les sujets longs attendent un créneau libre."),
-        tr("%1 sujets d’une heure ou plus remis à plus tard sur %2").arg(postponed).arg(decided),
-        QStringLiteral("They put off long items: give a short first step and a realistic "
-                       "time.")};
+    return {QStringLiteral("long-later"),
+            Reflex::Group::Waits,
+            French::tr("premier pas court"),
+            French::tr("Les sujets longs attendent un créneau libre."),
+            French::tr("%1 sujets d’une heure ou plus remis à plus tard sur %2")
+                .arg(postponed)
+                .arg(decided),
+            QStringLiteral("They put off long items: give a short first step and a realistic "
+                           "time.")};
 }
 
 Reflex projectReflex(const QString &name, int dismissed, int decided) {
     return {QStringLiteral("project-") + name,
             Reflex::Group::Down,
-            tr("plus exigeant"),
-            tr("%1 t’intéresse peu en ce moment.").arg(name),
-            tr("%1 sujets écartés sur %2").arg(dismissed).arg(decided),
+            French::tr("plus exigeant"),
+            French::tr("%1 t’intéresse peu en ce moment.").arg(name),
+            French::tr("%1 sujets écartés sur %2").arg(dismissed).arg(decided),
             QStringLiteral("They set aside most items about %1 lately: be more demanding for this "
                            "project.")
                 .arg(name)};
@@ -93,13 +94,14 @@ Reflex correctionReflex(ItemKind kind, int corrections, int signedStep) {
     const bool more = signedStep > 0;
     const QString step = (more ? u'+' : QChar(u'\u2212')) + QString::number(std::abs(signedStep));
     const QString label = kindLabel(kind);
-    const QString title = more ? tr("Les sujets %1 valent plus pour toi que je ne le pensais.")
-                               : tr("Les sujets %1 valent moins pour toi que je ne le pensais.");
+    const QString title =
+        more ? French::tr("Les sujets %1 valent plus pour toi que je ne le pensais.")
+             : French::tr("Les sujets %1 valent moins pour toi que je ne le pensais.");
     return {QStringLiteral("corr-") + json::rawText(kind),
             more ? Reflex::Group::Up : Reflex::Group::Down,
             step,
             title.arg(label),
-            tr("%1 corrections, %2 en moyenne").arg(QString::number(corrections), step),
+            French::tr("%1 corrections, %2 en moyenne").arg(QString::number(corrections), step),
             QStringLiteral("The person corrected the score of %1 %2 items by %3 points on average: "
                            "score such items %4.")
                 .arg(QString::number(corrections), label.toLower(), step,
@@ -272,8 +274,8 @@ QString unsentReflexesText(const QList<Reflex> &unsent) {
     }
     return left.isEmpty() ? QString()
            : left.size() == 1
-               ? tr("Un réflexe n’a pas tenu dans la consigne : %1").arg(left.first())
-               : tr("%1 réflexes n’ont pas tenu dans la consigne : %2")
+               ? French::tr("Un réflexe n’a pas tenu dans la consigne : %1").arg(left.first())
+               : French::tr("%1 réflexes n’ont pas tenu dans la consigne : %2")
                      .arg(left.size())
                      .arg(left.join(QStringLiteral(", ")));
 }
@@ -283,34 +285,40 @@ QString nothingLearnedText(const Learned &learned) {
         return {};
     }
     if (learned.decisions >= decisionsToLearn) {
-        return tr("Rien de net encore : tes choix ne dessinent pas de règle. J’apprends à chaque "
-                  "tri, et tu verras mes réflexes dans Ton territoire.");
+        return French::tr(
+            "Rien de net encore : tes choix ne dessinent pas de règle. J’apprends à chaque "
+            "tri, et tu verras mes réflexes dans Ton territoire.");
     }
-    return tr("Rien d’appris pour l’instant : il me faut %1 décisions de tri, tu en es à %2. Je "
-              "repère ensuite ce que tu gardes, écartes ou reportes, et j’ajuste mes notes. Chaque "
-              "réflexe arrivera avec ses chiffres, et tu pourras couper ceux qui se trompent. Par "
-              "exemple :")
-        .arg(decisionsToLearn)
-        .arg(learned.decisions);
+    return French::
+        tr("Rien d’appris pour l’instant : il me faut %1 décisions de tri, tu en es à %2. Je "
+           "repère ensuite ce que tu gardes, écartes ou reportes, et j’ajuste mes notes. Chaque "
+           "réflexe arrivera avec ses chiffres, et tu pourras couper ceux qui se trompent. Par "
+           "exemple :")
+            .arg(decisionsToLearn)
+            .arg(learned.decisions);
 }
 
 QList<Reflex> sampleReflexes() {
     return {stackReflex(72, 38), kindReflex(ItemKind::Video, 6, 8), longReflex(4, 5)};
 }
 
-QString switchedOffText() { return tr("Un réflexe coupé n’est plus appliqué, mais reste appris."); }
+QString switchedOffText() {
+    return French::tr("Un réflexe coupé n’est plus appliqué, mais reste appris.");
+}
 
 QString startAgainText(qsizetype reflexes) {
     if (reflexes == 0) {
-        return tr(
+        return French::tr(
             "Je repars de zéro : je réapprends à partir de tes prochains tris. On ne peut pas "
             "revenir en arrière.");
     }
     return reflexes == 1
-               ? tr("Je repars de zéro : le réflexe appris disparaît et je réapprends à partir de "
-                    "tes prochains tris. On ne peut pas revenir en arrière.")
-               : tr("Je repars de zéro : les %1 réflexes appris disparaissent et je réapprends à "
-                    "partir de tes prochains tris. On ne peut pas revenir en arrière.")
+               ? French::tr(
+                     "Je repars de zéro : le réflexe appris disparaît et je réapprends à partir de "
+                     "tes prochains tris. On ne peut pas revenir en arrière.")
+               : French::tr(
+                     "Je repars de zéro : les %1 réflexes appris disparaissent et je réapprends à "
+                     "partir de tes prochains tris. On ne peut pas revenir en arrière.")
                      .arg(reflexes);
 }
 

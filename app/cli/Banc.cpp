@@ -13,7 +13,7 @@ namespace vorle::cli {
 
 namespace {
 
-constexpr int margin = 24;
+constexpr int nameColumns = 24;
 
 struct ItemShown {
     QString id;
@@ -122,7 +122,7 @@ QString row(const Console &console, const BenchVerdict &verdict) {
         gap = gapText(*verdict.gap());
     }
     return cell(expected) + cell(judged) + console.accent(cell(gap)) + QStringLiteral("   ") +
-           console.wrapped(verdict.item.title, margin).trimmed();
+           console.wrapped(verdict.item.title, nameColumns).trimmed();
 }
 
 QString figuresText(const BenchFigures &figures) {

@@ -2,18 +2,16 @@
 
 #include "agents/AgentKind.h"
 #include "app/labels/TopicLabels.h"
+#include "base/French.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
 #include "core/ScoreScale.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 namespace vorle {
 
 namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 /// At most `digits` digits that count, with a comma.
 QString decimal(double number, int digits) {
@@ -28,8 +26,9 @@ QString titleText(const Topic &topic) {
     if (!topic.correction) {
         return name;
     }
-    return standing.former ? tr("%1, la tienne. J’avais mis %2").arg(name).arg(*standing.former)
-                           : tr("%1, la tienne").arg(name);
+    return standing.former
+               ? French::tr("%1, la tienne. J’avais mis %2").arg(name).arg(*standing.former)
+               : French::tr("%1, la tienne").arg(name);
 }
 
 QString urgencyText(const Judgment::Urgency &urgency, const QDate &today) {
@@ -38,10 +37,11 @@ QString urgencyText(const Judgment::Urgency &urgency, const QDate &today) {
         return text;
     }
     if (urgency.level != Judgment::Urgency::Level::Before) {
-        return tr("aucune");
+        return French::tr("aucune");
     }
     // A deadline that is no date ("fin 2026") is still worth reading.
-    text = urgency.date ? tr("avant %1").arg(*urgency.date) : tr("à une date inconnue");
+    text = urgency.date ? French::tr("avant %1").arg(*urgency.date)
+                        : French::tr("à une date inconnue");
     text[0] = text[0].toUpper();
     return urgency.reason ? text + QStringLiteral(". ") + *urgency.reason : text;
 }
@@ -49,27 +49,28 @@ QString urgencyText(const Judgment::Urgency &urgency, const QDate &today) {
 QString bytesText(int bytes) {
     constexpr int kilo = 1000;
     if (bytes < kilo) {
-        return tr("%1\u00A0octets de texte").arg(bytes);
+        return French::tr("%1\u00A0octets de texte").arg(bytes);
     }
     const double amount = static_cast<double>(bytes) / kilo;
-    return tr("%1\u00A0ko de texte").arg(decimal(amount, amount < 10 ? 2 : 3));
+    return French::tr("%1\u00A0ko de texte").arg(decimal(amount, amount < 10 ? 2 : 3));
 }
 
 QString readingText(const Topic &topic, const std::optional<ScoreProvenance> &note) {
     const QString level = readLevelLabel(topic.readLevel);
-    return note && note->bytesRead > 0 ? tr("%1, %2").arg(level, bytesText(note->bytesRead))
+    return note && note->bytesRead > 0 ? French::tr("%1, %2").arg(level, bytesText(note->bytesRead))
                                        : level;
 }
 
 QString judgeText(const ScoreProvenance &note, const QDate &today, const QTimeZone &zone) {
     const QString day = dayLabel(note.at.toTimeZone(zone).date(), today);
     const auto agent = json::fromRaw<AgentKind>(note.agent.value_or(QString()));
-    return agent ? tr("%1, le %2").arg(displayName(*agent), day) : tr("le %1").arg(day);
+    return agent ? French::tr("%1, le %2").arg(displayName(*agent), day)
+                 : French::tr("le %1").arg(day);
 }
 
 QString reflexesText(const QList<ScoreProvenance::Reflex> &reflexes) {
     if (reflexes.isEmpty()) {
-        return tr("aucun");
+        return French::tr("aucun");
     }
     QStringList titles;
     for (const ScoreProvenance::Reflex &reflex : reflexes) {
@@ -79,13 +80,13 @@ QString reflexesText(const QList<ScoreProvenance::Reflex> &reflexes) {
 }
 
 QString examplesText(int examples) {
-    return examples == 0   ? tr("aucun")
-           : examples == 1 ? tr("1 de tes tris")
-                           : tr("%1 de tes tris").arg(examples);
+    return examples == 0   ? French::tr("aucun")
+           : examples == 1 ? French::tr("1 de tes tris")
+                           : French::tr("%1 de tes tris").arg(examples);
 }
 
 QString correctionText(const Correction &correction, const QDate &today, const QTimeZone &zone) {
-    QStringList parts{tr("%1 sur 10, le %2")
+    QStringList parts{French::tr("%1 sur 10, le %2")
                           .arg(scoreFromRelevance(correction.score))
                           .arg(dayLabel(correction.at.toTimeZone(zone).date(), today))};
     for (const QString &reason : correction.tags) {
@@ -104,35 +105,36 @@ ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenan
     ScoreExplanation open;
     open.title = titleText(topic);
     if (topic.criteria) {
-        open.grades = {{tr("Impact"), topic.criteria->impact},
-                       {tr("Concret"), topic.criteria->actionability},
-                       {tr("Nouveauté"), topic.criteria->novelty},
-                       {tr("Fiabilité"), topic.criteria->reliability}};
+        open.grades = {{French::tr("Impact"), topic.criteria->impact},
+                       {French::tr("Concret"), topic.criteria->actionability},
+                       {French::tr("Nouveauté"), topic.criteria->novelty},
+                       {French::tr("Fiabilité"), topic.criteria->reliability}};
     }
     const auto add = [&](const QString &label, const QString &text) {
         open.facts += ScoreExplanation::Fact{label, text};
     };
-    add(tr("Effort"), durationText(topic.minutes));
+    add(French::tr("Effort"), durationText(topic.minutes));
     if (topic.urgency) {
-        add(tr("Urgence"), urgencyText(*topic.urgency, today));
+        add(French::tr("Urgence"), urgencyText(*topic.urgency, today));
     }
     if (topic.readLevel) {
-        add(tr("Lecture"), readingText(topic, note));
+        add(French::tr("Lecture"), readingText(topic, note));
     }
     if (note) {
         if (const auto score = judgedScore(topic)) {
             // Enough digits to see why it was rounded up or down.
             const QString exact = decimal(note->relevance, 4);
-            add(tr("Avant arrondi"), exact == QString::number(*score)
-                                         ? exact
-                                         : tr("%1, arrondi à %2").arg(exact).arg(*score));
+            add(French::tr("Avant arrondi"),
+                exact == QString::number(*score)
+                    ? exact
+                    : French::tr("%1, arrondi à %2").arg(exact).arg(*score));
         }
-        add(tr("Jugé par"), judgeText(*note, today, zone));
-        add(tr("Réflexes"), reflexesText(note->reflexes));
-        add(tr("Exemples"), examplesText(note->examples));
+        add(French::tr("Jugé par"), judgeText(*note, today, zone));
+        add(French::tr("Réflexes"), reflexesText(note->reflexes));
+        add(French::tr("Exemples"), examplesText(note->examples));
     }
     if (topic.correction) {
-        add(tr("Ta correction"), correctionText(*topic.correction, today, zone));
+        add(French::tr("Ta correction"), correctionText(*topic.correction, today, zone));
     }
     return open;
 }

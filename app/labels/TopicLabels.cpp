@@ -5,16 +5,9 @@
 #include "core/KindLabel.h"
 #include "core/NumberText.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 
 namespace vorle {
-
-namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
-
-} // namespace
 
 QString kindLabel(const std::optional<QString> &kind) {
     const auto known = json::fromRaw<ItemKind>(kind.value_or(QString()));
@@ -37,13 +30,13 @@ QString readLevelLabel(std::optional<ReadLevel> level) {
     }
     switch (*level) {
     case ReadLevel::Full:
-        return tr("lu en entier");
+        return French::tr("lu en entier");
     case ReadLevel::Seen:
-        return tr("lu en partie");
+        return French::tr("lu en partie");
     case ReadLevel::Meta:
-        return tr("titre et description seuls");
+        return French::tr("titre et description seuls");
     case ReadLevel::None:
-        return tr("pas lu");
+        return French::tr("pas lu");
     }
     return {};
 }
@@ -51,17 +44,17 @@ QString readLevelLabel(std::optional<ReadLevel> level) {
 QString statusLabel(TopicStatus status) {
     switch (status) {
     case TopicStatus::Pending:
-        return tr("En attente");
+        return French::tr("En attente");
     case TopicStatus::Inbox:
-        return tr("À trier");
+        return French::tr("À trier");
     case TopicStatus::Program:
-        return tr("Programme");
+        return French::tr("Programme");
     case TopicStatus::Reserve:
-        return tr("Réserve");
+        return French::tr("Réserve");
     case TopicStatus::Done:
-        return tr("Bibliothèque");
+        return French::tr("Bibliothèque");
     case TopicStatus::Dismissed:
-        return tr("Pas pour moi");
+        return French::tr("Pas pour moi");
     }
     return {};
 }
@@ -69,7 +62,7 @@ QString statusLabel(TopicStatus status) {
 QString dayLabel(const QDate &day, const QDate &today) {
     const QString format =
         day.year() == today.year() ? QStringLiteral("MMMM") : QStringLiteral("MMMM yyyy");
-    const QString number = day.day() == 1 ? tr("1er") : QString::number(day.day());
+    const QString number = day.day() == 1 ? French::tr("1er") : QString::number(day.day());
     return number + u' ' + QLocale(QLocale::French, QLocale::France).toString(day, format);
 }
 
@@ -79,12 +72,12 @@ QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDat
     }
     const QDate date = QDate::fromString(urgency->date.value_or(QString()), Qt::ISODate);
     if (!date.isValid()) {
-        return urgency->level == Judgment::Urgency::Level::Now ? tr("à faire maintenant")
+        return urgency->level == Judgment::Urgency::Level::Now ? French::tr("à faire maintenant")
                                                                : QString();
     }
-    const QString deadline = tr("avant le %1").arg(dayLabel(date, today));
+    const QString deadline = French::tr("avant le %1").arg(dayLabel(date, today));
     return urgency->level == Judgment::Urgency::Level::Now
-               ? tr("à faire maintenant, %1").arg(deadline)
+               ? French::tr("à faire maintenant, %1").arg(deadline)
                : deadline;
 }
 

@@ -1,18 +1,16 @@
 #include "app/labels/Wording.h"
 
 #include "app/labels/TopicLabels.h"
+#include "base/French.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/NumberText.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 
 namespace vorle {
 
 namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
 
 QLocale french() { return {QLocale::French, QLocale::France}; }
 
@@ -27,7 +25,8 @@ QString counted(qsizetype count, const QString &one, const QString &many) {
 }
 
 QString countedTopics(qsizetype count) {
-    return count == 0 ? tr("Aucun sujet") : counted(count, tr("sujet"), tr("sujets"));
+    return count == 0 ? French::tr("Aucun sujet")
+                      : counted(count, French::tr("sujet"), French::tr("sujets"));
 }
 
 QString timeText(const QDateTime &moment, const QTimeZone &zone) {
@@ -44,15 +43,15 @@ QString comingText(const QDateTime &moment, const QDateTime &now, const QTimeZon
     const qint64 days = now.toTimeZone(zone).date().daysTo(day);
     QString when = dayText(moment, now, zone);
     if (days == 0) {
-        when = tr("aujourd’hui");
+        when = French::tr("aujourd’hui");
     } else if (days == 1) {
-        when = tr("demain");
+        when = French::tr("demain");
     } else if (days > 1 && days < 7) {
         when = weekday(day);
     } else if (days == 7) {
-        when = tr("%1 prochain").arg(weekday(day));
+        when = French::tr("%1 prochain").arg(weekday(day));
     }
-    return tr("%1 à %2").arg(when, timeText(moment, zone));
+    return French::tr("%1 à %2").arg(when, timeText(moment, zone));
 }
 
 QString ofDayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
@@ -60,13 +59,13 @@ QString ofDayText(const QDateTime &moment, const QDateTime &now, const QTimeZone
     const QDate today = now.toTimeZone(zone).date();
     const qint64 days = day.daysTo(today);
     if (days == 0) {
-        return tr("d’aujourd’hui");
+        return French::tr("d’aujourd’hui");
     }
     if (days == 1) {
-        return tr("d’hier");
+        return French::tr("d’hier");
     }
-    return days > 1 && days < 7 ? tr("de %1").arg(weekday(day))
-                                : tr("du %1").arg(dayLabel(day, today));
+    return days > 1 && days < 7 ? French::tr("de %1").arg(weekday(day))
+                                : French::tr("du %1").arg(dayLabel(day, today));
 }
 
 } // namespace vorle

@@ -1,8 +1,8 @@
 #include "search/discovery/Discovery.h"
 
+#include "base/French.h"
 #include "base/Text.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -110,8 +110,6 @@ bool isMalformed(const Manifest &manifest) {
            !QJsonDocument::fromJson(manifest.text.toUtf8()).isObject();
 }
 
-QString tr(const char *text) { return QCoreApplication::translate("vorle::discovery", text); }
-
 } // namespace
 
 QStringList technologyLabels(const QString &manifestText, const QString &fileName) {
@@ -177,13 +175,13 @@ QString problemText(const Project &project) {
     case Project::Problem::None:
         break;
     case Project::Problem::NoFolder:
-        return tr("Le dossier « %1 » est introuvable.").arg(project.folder);
+        return French::tr("Le dossier « %1 » est introuvable.").arg(project.folder);
     case Project::Problem::NoManifest:
-        return tr("Aucun fichier de dépendances reconnu dans « %1 ».").arg(project.folder);
+        return French::tr("Aucun fichier de dépendances reconnu dans « %1 ».").arg(project.folder);
     case Project::Problem::UnreadableManifest:
-        return tr("Le fichier de dépendances de « %1 » est illisible.").arg(project.folder);
+        return French::tr("Le fichier de dépendances de « %1 » est illisible.").arg(project.folder);
     case Project::Problem::MalformedManifest:
-        return tr("Le fichier %1 de « %2 » est mal formé.")
+        return French::tr("Le fichier %1 de « %2 » est mal formé.")
             .arg(project.manifest ? project.manifest->name : QString(), project.folder);
     }
     return {};

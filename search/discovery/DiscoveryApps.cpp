@@ -1,7 +1,7 @@
 #include "search/discovery/DiscoveryApps.h"
 
+#include "base/French.h"
 #include <QCollator>
-#include <QCoreApplication>
 #include <QSet>
 
 #include <algorithm>
@@ -43,8 +43,6 @@ bool holdsAny(const std::array<QStringView, N> &words, const QStringList &of) {
     return std::any_of(of.begin(), of.end(),
                        [&](const QString &word) { return holds(words, word); });
 }
-
-QString tr(const char *text) { return QCoreApplication::translate("vorle::discovery", text); }
 
 } // namespace
 
@@ -91,20 +89,21 @@ QStringList proposedTools(const QList<App> &apps) {
 QString jobTitle(const QStringList &projectLabels, const QStringList &appNames) {
     if (holdsAny(mobileLabels, projectLabels) || appNames.contains(u"Android Studio") ||
         appNames.contains(u"Xcode")) {
-        return tr("Développeur mobile");
+        return French::tr("Développeur mobile");
     }
     if (holdsAny(webLabels, projectLabels)) {
-        return tr("Développeur web");
+        return French::tr("Développeur web");
     }
     if (projectLabels.contains(u"Python")) {
-        return tr("Développeur Python");
+        return French::tr("Développeur Python");
     }
-    return appNames.contains(u"Figma") ? tr("Designer produit") : tr("Développeur");
+    return appNames.contains(u"Figma") ? French::tr("Designer produit") : French::tr("Développeur");
 }
 
 QStringList jobPresets() {
-    return {tr("Développeur mobile"), tr("Développeur web"), tr("Développeur Python"),
-            tr("Designer produit"),   tr("Développeur"),     tr("IA pour le design")};
+    return {French::tr("Développeur mobile"), French::tr("Développeur web"),
+            French::tr("Développeur Python"), French::tr("Designer produit"),
+            French::tr("Développeur"),        French::tr("IA pour le design")};
 }
 
 } // namespace vorle::discovery

@@ -22,7 +22,7 @@ constexpr qint64 maxLockBytes = 20'000'000;
 
 /// Whether it can be a name or a version at all. A build's may hold anything, line breaks too, and
 /// both are shown and put into prompts.
-bool isWord(const QString &text) {
+bool isWholeWord(const QString &text) {
     constexpr qsizetype longest = 200;
     return clampedLine(text, longest) == text;
 }
@@ -370,7 +370,7 @@ QMap<QString, QString> versionsInUse(const QString &folder, const discovery::Man
         }
     }
     versions.removeIf([](const QMap<QString, QString>::iterator &entry) {
-        return !isWord(entry.key()) || !isWord(entry.value());
+        return !isWholeWord(entry.key()) || !isWholeWord(entry.value());
     });
     return versions;
 }

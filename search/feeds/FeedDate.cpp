@@ -1,5 +1,6 @@
 #include "search/feeds/FeedDate.h"
 
+#include "base/Ascii.h"
 #include <array>
 #include <string_view>
 
@@ -13,11 +14,6 @@ constexpr std::array<std::string_view, 12> monthNames{
     "july",    "august",   "september", "october", "november", "december"};
 constexpr std::array<std::string_view, 7> dayNames{"monday", "tuesday",  "wednesday", "thursday",
                                                    "friday", "saturday", "sunday"};
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-bool isLetter(char c) { return lower(c) >= 'a' && lower(c) <= 'z'; }
-bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 /// A moment as it is written, before its zone is taken off.
 struct Written {
@@ -49,7 +45,7 @@ public:
     /// Whether there was any.
     bool blanks() {
         const std::size_t before = m_rest.size();
-        while (!m_rest.empty() && isSpace(m_rest.front())) {
+        while (!m_rest.empty() && ascii::isSpace(m_rest.front())) {
             m_rest.remove_prefix(1);
         }
         return m_rest.size() < before;
@@ -67,7 +63,7 @@ public:
     int number(std::size_t fewest, std::size_t most) {
         int value = 0;
         std::size_t digits = 0;
-        while (digits < m_rest.size() && isDigit(m_rest[digits])) {
+        while (digits < m_rest.size() && ascii::isDigit(m_rest[digits])) {
             if (++digits > most) {
                 return -1;
             }
@@ -85,11 +81,11 @@ public:
     /// A word in lower case, at most 9 letters of it; empty when it is longer.
     std::string_view word() {
         std::size_t letters = 0;
-        while (letters < m_rest.size() && isLetter(m_rest[letters])) {
+        while (letters < m_rest.size() && ascii::isLetter(m_rest[letters])) {
             if (letters == m_word.size()) {
                 return {};
             }
-            m_word[letters] = lower(m_rest[letters]);
+            m_word[letters] = ascii::lower(m_rest[letters]);
             ++letters;
         }
         m_rest.remove_prefix(letters);
@@ -160,7 +156,7 @@ std::optional<int> zoneOf(std::string_view name) {
 /// The zone that ends the text.
 std::optional<int> zone(Cursor &in) {
     int minutes = 0;
-    if (!in.atEnd() && isLetter(in.rest().front())) {
+    if (!in.atEnd() && ascii::isLetter(in.rest().front())) {
         const auto named = zoneOf(in.word());
         in.comment();
         if (!named || in.atEnd()) {
@@ -205,7 +201,7 @@ bool readHourAndMinute(Cursor &in, Written &out) {
 }
 
 bool readMailDate(Cursor in, Written &out) {
-    const bool named = !in.atEnd() && isLetter(in.rest().front());
+    const bool named = !in.atEnd() && ascii::isLetter(in.rest().front());
     if (named && (!isDayName(in.word()) || !in.take(','))) {
         return false;
     }
@@ -282,12 +278,12 @@ bool exists(const Written &date) {
            date.minute <= 59 && date.second >= 0 && date.second <= 60; // 60: a leap second
 }
 
-std::string_view trimmed(QByteArrayView text) {
+std::string_view trimmedView(QByteArrayView text) {
     std::string_view view(text.data(), static_cast<std::size_t>(text.size()));
-    while (!view.empty() && isSpace(view.front())) {
+    while (!view.empty() && ascii::isSpace(view.front())) {
         view.remove_prefix(1);
     }
-    while (!view.empty() && isSpace(view.back())) {
+    while (!view.empty() && ascii::isSpace(view.back())) {
         view.remove_suffix(1);
     }
     return view;
@@ -296,7 +292,7 @@ std::string_view trimmed(QByteArrayView text) {
 } // namespace
 
 std::optional<QDateTime> parseFeedDate(QByteArrayView text) {
-    const std::string_view view = trimmed(text);
+    const std::string_view view = trimmedView(text);
     const Cursor start(view);
     // The forms that begin with a year have a dash after it, the others a blank: no text fits both.
     Written date;

@@ -2,6 +2,7 @@
 
 #include "search/feeds/FeedMender.h"
 #include "search/web/Charset.h"
+#include "search/web/HtmlWord.h"
 
 #include <QString>
 
@@ -12,7 +13,7 @@ namespace vorle {
 
 namespace {
 
-constexpr auto nowhere = std::string_view::npos;
+using html::nowhere;
 
 std::string_view viewOf(QByteArrayView bytes) {
     return {bytes.data(), static_cast<std::size_t>(bytes.size())};

@@ -1,6 +1,7 @@
 #include "search/feeds/FeedMender.h"
 
 #include "search/web/HtmlEntities.h"
+#include "search/web/HtmlWord.h"
 
 #include <QString>
 
@@ -12,7 +13,7 @@ namespace vorle {
 
 namespace {
 
-constexpr auto nowhere = std::string_view::npos;
+using html::nowhere;
 
 std::size_t lengthOfXmlReference(std::string_view text) {
     switch (text.size() > 2 ? text[1] : '\0') {

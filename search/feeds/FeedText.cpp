@@ -1,5 +1,6 @@
 #include "search/feeds/FeedText.h"
 
+#include "base/Ascii.h"
 #include "base/Text.h"
 #include "search/web/HtmlEntities.h"
 
@@ -11,14 +12,12 @@ namespace vorle {
 
 namespace {
 
-bool isLetter(char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
-
 /// The name of the tag `text` begins with, "/" aside; empty when it is none.
 std::string_view tagName(std::string_view text) {
     const std::size_t start = text.size() > 1 && text[1] == '/' ? 2 : 1;
     std::size_t end = start;
     while (end < text.size() &&
-           (isLetter(text[end]) || (end > start && text[end] >= '0' && text[end] <= '9'))) {
+           (ascii::isLetter(text[end]) || (end > start && text[end] >= '0' && text[end] <= '9'))) {
         ++end;
     }
     return end > start ? text.substr(start, end - start) : std::string_view();

@@ -1,5 +1,6 @@
 #include "search/feeds/Feeds.h"
 
+#include "base/Ascii.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
 #include "search/web/Browser.h"
@@ -21,19 +22,13 @@ constexpr int newestItems = 15;
 constexpr int checkDays = 7;
 constexpr qint64 clockSlackSeconds = 86'400; ///< sites get their own time zone wrong
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; }
-
-bool isWordCharacter(char c) {
-    return (lower(c) >= 'a' && lower(c) <= 'z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool isWordCharacter(char c) { return ascii::isLetter(c) || ascii::isDigit(c) || c == '_'; }
 
 /// Where `word` (lower case) stands in `text`, from `from` on, whatever its case.
 std::size_t findWord(std::string_view text, std::string_view word, std::size_t from) {
     const auto found = std::search(
         text.begin() + static_cast<std::ptrdiff_t>(std::min(from, text.size())), text.end(),
-        word.begin(), word.end(), [](char a, char b) { return lower(a) == b; });
+        word.begin(), word.end(), [](char a, char b) { return ascii::lower(a) == b; });
     return found == text.end() ? std::string_view::npos
                                : static_cast<std::size_t>(found - text.begin());
 }
@@ -48,7 +43,7 @@ std::string_view attribute(std::string_view tag, std::string_view name) {
         }
         std::string_view rest = tag.substr(at + name.size());
         const auto dropSpaces = [&] {
-            while (!rest.empty() && isSpace(rest.front())) {
+            while (!rest.empty() && ascii::isSpace(rest.front())) {
                 rest.remove_prefix(1);
             }
         };

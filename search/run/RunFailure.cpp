@@ -1,17 +1,10 @@
 #include "search/run/RunFailure.h"
 
 #include "agents/AgentError.h"
+#include "base/French.h"
 #include "search/run/RunRecorder.h"
 
-#include <QCoreApplication>
-
 namespace vorle {
-
-namespace {
-
-QString tr(const char *text) { return QCoreApplication::translate("vorle", text); }
-
-} // namespace
 
 RunFailure runFailure(const std::exception &error, const QString &agentName) {
     const auto *agentError = dynamic_cast<const AgentError *>(&error);
@@ -20,9 +13,10 @@ RunFailure runFailure(const std::exception &error, const QString &agentName) {
 }
 
 FailureNotice failureNotice(const RunFailure &failure) {
-    return {tr("Je n’ai pas pu fouiller."),
+    return {French::tr("Je n’ai pas pu fouiller."),
             failure.signedOut
-                ? failure.agentName + tr(" n’est plus connecté. Ouvre vorle pour te reconnecter.")
+                ? failure.agentName +
+                      French::tr(" n’est plus connecté. Ouvre vorle pour te reconnecter.")
                 : failure.text};
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Ascii.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
@@ -9,7 +11,7 @@ namespace vorle::html {
 
 inline constexpr std::size_t nowhere = std::string_view::npos;
 
-inline char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; }
+using ascii::lower;
 
 inline bool isQuote(char c) { return c == '"' || c == '\''; }
 

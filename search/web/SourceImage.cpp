@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 
 constexpr int maxConcurrentSources = 8;
 constexpr auto deadline = 8s;
-constexpr qint64 maxPageBytes = 1'200'000; // 300,000 characters of at most 4 bytes
+constexpr qint64 maxHeadBytes = 1'200'000; // 300,000 characters of at most 4 bytes
 constexpr qint64 maxPictureBytes = 5'000'000;
 constexpr int smallestSide = 8;
 constexpr int largestSide = 8'192;
@@ -151,7 +151,7 @@ Task<Found> SourceImage::Cache::fetch(QUrl url, QString file, CancelToken cancel
 }
 
 Task<Found> SourceImage::Cache::fetchOfPage(QUrl page, QString file, CancelToken cancel) {
-    const HttpResponse response = co_await get(std::move(page), maxPageBytes, cancel);
+    const HttpResponse response = co_await get(std::move(page), maxHeadBytes, cancel);
     if (response.outcome != HttpResponse::Outcome::Answered) {
         // Its favicon would not answer either.
         co_return isFinal(response) ? Found::None : Found::NotNow;

@@ -9,19 +9,19 @@ namespace vorle::demo {
 
 namespace {
 
-QRegularExpression pattern(const char *text) {
+QRegularExpression linesPattern(const char *text) {
     return QRegularExpression(QString::fromUtf8(text),
                               QRegularExpression::MultilineOption |
                                   QRegularExpression::UseUnicodePropertiesOption);
 }
 
 QString group(const char *expression, const QString &text) {
-    return pattern(expression).match(text).captured(1);
+    return linesPattern(expression).match(text).captured(1);
 }
 
 /// "- topic (weight 4)"
 ScopeRead::Interest interestFrom(const QString &line) {
-    static const QRegularExpression weighted = pattern(R"(^(.*) \(weight (\d)\)$)");
+    static const QRegularExpression weighted = linesPattern(R"(^(.*) \(weight (\d)\)$)");
     const auto match = weighted.match(line);
     return match.hasMatch() ? ScopeRead::Interest{match.captured(1), match.captured(2).toInt()}
                             : ScopeRead::Interest{line, 3};
@@ -29,7 +29,7 @@ ScopeRead::Interest interestFrom(const QString &line) {
 
 /// "name: description [label, label]"
 ProfileRead::Project projectFrom(const QString &line) {
-    static const QRegularExpression project = pattern(R"(^(.*?)(?:: (.*?))?(?: \[(.*)\])?$)");
+    static const QRegularExpression project = linesPattern(R"(^(.*?)(?:: (.*?))?(?: \[(.*)\])?$)");
     const auto match = project.match(line);
     return {match.captured(1), match.captured(2),
             match.captured(3).split(QStringLiteral(", "), Qt::SkipEmptyParts)};
@@ -59,7 +59,7 @@ QStringList dependenciesOf(const QString &manifest) {
                package.value(u"devDependencies").toObject().keys();
     }
     static const QRegularExpression name =
-        pattern(R"re(^\s*"?([A-Za-z][\w.-]*)"?\s*(?:[=<>~!;\[,@]|$))re");
+        linesPattern(R"re(^\s*"?([A-Za-z][\w.-]*)"?\s*(?:[=<>~!;\[,@]|$))re");
     QStringList names;
     for (auto matches = name.globalMatch(manifest); matches.hasNext();) {
         names += matches.next().captured(1);
@@ -71,7 +71,7 @@ QStringList dependenciesOf(const QString &manifest) {
 
 std::optional<QHash<QString, QString>> placeholderValues(const QString &instruction,
                                                          const QString &prompt) {
-    static const QRegularExpression placeholder = pattern("@[A-Z]+");
+    static const QRegularExpression placeholder = linesPattern("@[A-Z]+");
     QHash<QString, QString> values;
     QString pending; // the placeholder whose value is being measured
     qsizetype read = 0;
@@ -105,7 +105,7 @@ QDate promptDate(const QString &text) {
 
 ScopeRead readScope(const QString &scope) {
     ScopeRead read;
-    static const QRegularExpression project = pattern(
+    static const QRegularExpression project = linesPattern(
         R"(\AProject watched: \*\*(.*?)\*\*(?:, (.*?))?\. (?:Its dependency file|It may not be code))");
     const auto match = project.match(scope);
     read.project = match.captured(1);
@@ -202,7 +202,7 @@ ProfileRead readSitesProfile(const QHash<QString, QString> &values) {
 
 QList<ItemRead> readItems(const QString &items) {
     static const QRegularExpression line =
-        pattern(R"(^\[[^\]]*\] (.*?)(?: — (.*?))?(?: \(\d{4}-\d\d-\d\d\))? (https?://\S+)$)");
+        linesPattern(R"(^\[[^\]]*\] (.*?)(?: — (.*?))?(?: \(\d{4}-\d\d-\d\d\))? (https?://\S+)$)");
     QList<ItemRead> read;
     for (auto matches = line.globalMatch(items); matches.hasNext();) {
         const auto match = matches.next();
@@ -218,7 +218,7 @@ TopicRead readTopic(const QHash<QString, QString> &values) {
         group(R"(^Their project \*\*(.*?)\*\*)", values.value(QStringLiteral("@PROJECT")));
     read.title = group("^Title: (.*)$", topic);
     read.dependency = group("^Dependency: ([^,\n]*)", topic);
-    static const QRegularExpression source = pattern(R"(^- (?:(.*): )?(https?://\S+)$)");
+    static const QRegularExpression source = linesPattern(R"(^- (?:(.*): )?(https?://\S+)$)");
     for (auto matches = source.globalMatch(values.value(QStringLiteral("@SOURCES")));
          matches.hasNext();) {
         const auto match = matches.next();

@@ -1,11 +1,12 @@
 #include "app/models/KeyboardMap.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
 namespace vorle {
 namespace {
 
-QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+using test::text;
 
 TEST(KeyboardMap, draws_the_sheet) {
     const auto row = [](const char *keys, const char *label) {

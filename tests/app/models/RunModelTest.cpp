@@ -8,6 +8,7 @@
 #include "search/web/SourceImage.h"
 #include "tests/core/Samples.h"
 #include "tests/support/TestServer.h"
+#include "tests/support/Text.h"
 #include "tests/support/Wait.h"
 
 #include <QAbstractItemModelTester>
@@ -21,7 +22,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+using test::text;
 
 /// Real collaborators: a child process for the agent, real HTTP, real files.
 class RunModelTest : public testing::Test {

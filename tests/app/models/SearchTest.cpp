@@ -3,6 +3,7 @@
 #include "app/models/Section.h"
 #include "app/models/TopicSearch.h"
 #include "tests/core/Samples.h"
+#include "tests/support/Text.h"
 #include "tests/support/Wait.h"
 
 #include <QAbstractItemModelTester>
@@ -15,7 +16,7 @@ namespace {
 using test::sampleTopic;
 using test::spinUntil;
 
-QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+using test::text;
 
 TEST(SearchFold, leaves_out_what_a_searcher_leaves_out) {
     const std::pair<const char *, const char *> cases[] = {

@@ -5,6 +5,7 @@
 #include "search/web/PageReader.h"
 #include "search/web/SourceImage.h"
 #include "tests/app/models/Watched.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ namespace {
 
 using test::sampleTopic;
 
-QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+using test::text;
 
 class SectionsTest : public testing::Test {
 protected:

@@ -13,6 +13,7 @@
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
 #include "tests/core/Samples.h"
+#include "tests/support/Text.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -33,7 +34,7 @@ using test::sampleTopic;
 using testing::Contains;
 using testing::Not;
 
-QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+using test::text;
 
 class ListenersTest : public testing::Test {
 protected:

@@ -1,5 +1,6 @@
 #include "briefs/BriefWriter.h"
 #include "tests/app/window/OpenWindow.h"
+#include "tests/support/Text.h"
 
 #include <QRegularExpression>
 
@@ -8,6 +9,7 @@
 namespace vorle {
 namespace {
 
+using test::text;
 using testing::Contains;
 using testing::Not;
 
@@ -37,7 +39,6 @@ protected:
                              : all.last()->property("contentY").toDouble() -
                                    all.last()->property("originY").toDouble();
     }
-    static QString text(const char *utf8) { return QString::fromUtf8(utf8); }
 };
 
 TEST_F(ReadingTest, the_page_is_left_and_turned_by_hand_and_by_key) {
