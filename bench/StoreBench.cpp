@@ -1,6 +1,6 @@
 #include "bench/ManyTopics.h"
-#include "core/DurableFile.h"
 #include "core/TopicStore.h"
+#include "storage/DurableFile.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/Settings.h"
-#include "core/SettingsFile.h"
+#include "storage/SettingsFile.h"
 
 #include <QJsonValue>
 #include <QObject>

@@ -50,13 +50,6 @@ QString accessibleName(std::optional<int> score) {
 
 } // namespace
 
-std::optional<Tier> tierFromNumber(int number) {
-    if (number < static_cast<int>(Tier::Urgent) || number > static_cast<int>(Tier::ToDig)) {
-        return std::nullopt;
-    }
-    return static_cast<Tier>(number);
-}
-
 QString tierLabel(Tier tier) {
     switch (tier) {
     case Tier::Urgent:

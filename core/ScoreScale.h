@@ -14,9 +14,6 @@ namespace vorle {
 /// A ranking band; the first ranks highest, so a smaller value sorts first.
 enum class Tier { Urgent, VeryRelevant, Relevant, WorthKnowing, ToDig };
 
-/// The band with that number, 0 to 4; nothing for any other.
-std::optional<Tier> tierFromNumber(int number);
-
 /// The heading a person sees over the band.
 QString tierLabel(Tier tier);
 

@@ -22,14 +22,15 @@ bool latestTriagedFirst(const Topic &a, const Topic &b) {
 
 bool latestDoneFirst(const Topic &a, const Topic &b) { return rank(a.doneAt) > rank(b.doneAt); }
 
-bool programOrder(const Topic &a, const Topic &b) {
+bool moreUrgent(const Topic &a, const Topic &b) {
     const bool urgent = a.isUrgent();
-    if (urgent != b.isUrgent()) {
-        return urgent;
-    }
+    return urgent != b.isUrgent() ? urgent : rank(a.triagedAt) < rank(b.triagedAt);
+}
+
+bool programOrder(const Topic &a, const Topic &b) {
     const int left = shownScore(a).value_or(0);
     const int right = shownScore(b).value_or(0);
-    return left != right ? left > right : rank(a.triagedAt) < rank(b.triagedAt);
+    return a.isUrgent() == b.isUrgent() && left != right ? left > right : moreUrgent(a, b);
 }
 
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &)) {

@@ -16,8 +16,9 @@ namespace vorle {
 bool latestTriagedFirst(const Topic &a, const Topic &b);
 /// Most recently done first; one without a date counts as the most distant past.
 bool latestDoneFirst(const Topic &a, const Topic &b);
-/// The program's order: urgent topics first, then by the score shown, then the earliest decision
-/// first, a missing one before all.
+/// Urgent topics first; within each group the earliest decision first, a missing one before all.
+bool moreUrgent(const Topic &a, const Topic &b);
+/// The program's order: urgent topics first, then by the score shown, then as moreUrgent has it.
 bool programOrder(const Topic &a, const Topic &b);
 
 /// The topics in the given order.

@@ -3,9 +3,9 @@
 #include "base/Async.h"
 #include "base/Json.h"
 #include "base/Log.h"
-#include "core/BesideTopics.h"
-#include "core/DurableFile.h"
 #include "core/TopicStore.h"
+#include "storage/BesideTopics.h"
+#include "storage/DurableFile.h"
 
 #include <QHash>
 #include <QList>

@@ -4,11 +4,11 @@
 #include "base/Log.h"
 #include "base/MainThread.h"
 #include "base/SystemErrorText.h"
-#include "core/DurableFile.h"
 #include "core/EngineImport.h"
 #include "core/RunHistory.h"
 #include "core/TopicStore.h"
 #include "core/TopicWriter.h"
+#include "storage/DurableFile.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
 #include "core/TopicWriter.h"
 
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 
 #include "base/Async.h"
 #include "base/Cancellation.h"
-#include "core/StoreLock.h"
+#include "storage/StoreLock.h"
 
 #include <QElapsedTimer>
 #include <QObject>

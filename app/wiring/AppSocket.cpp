@@ -1,6 +1,6 @@
 #include "app/wiring/AppSocket.h"
 
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include <QCryptographicHash>
 #include <QDir>

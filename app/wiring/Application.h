@@ -7,7 +7,6 @@
 #include "briefs/BriefWriter.h"
 #include "core/Preferences.h"
 #include "core/ScoreProvenanceLog.h"
-#include "core/StoreLock.h"
 #include "core/TopicStore.h"
 #include "platform/InstalledApps.h"
 #include "search/discovery/DiscoveryApps.h"
@@ -16,6 +15,7 @@
 #include "search/run/SearchEngine.h"
 #include "search/web/PageReader.h"
 #include "search/web/SourceImage.h"
+#include "storage/StoreLock.h"
 
 #include <memory>
 

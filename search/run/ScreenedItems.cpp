@@ -1,8 +1,8 @@
 #include "search/run/ScreenedItems.h"
 
 #include "base/Log.h"
-#include "core/BesideTopics.h"
-#include "core/DurableFile.h"
+#include "storage/BesideTopics.h"
+#include "storage/DurableFile.h"
 
 #include <QCryptographicHash>
 

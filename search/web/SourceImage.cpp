@@ -1,11 +1,11 @@
 #include "search/web/SourceImage.h"
 
 #include "base/WebLink.h"
-#include "core/DurableFile.h"
 #include "search/web/Charset.h"
 #include "search/web/ImageHeader.h"
 #include "search/web/Links.h"
 #include "search/web/PicturePage.h"
+#include "storage/DurableFile.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>

@@ -29,10 +29,10 @@ protected:
         QDir(folder.path()).mkpath(QStringLiteral("runtime"));
         const auto mine = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
         QFile(path("runtime")).setPermissions(mine);
-        test::fill(path("home/.local/bin/claude"),
-                   "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
+        test::writeFile(path("home/.local/bin/claude"),
+                        "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
         QFile(path("home/.local/bin/claude")).setPermissions(mine);
-        test::fill(path("home/.claude.json"), R"({"oauthAccount":{}})");
+        test::writeFile(path("home/.claude.json"), R"({"oauthAccount":{}})");
         const std::pair<const char *, const char *> variables[] = {
             {"VORLE_STORE", "topics.json"}, {"VORLE_HOME", "home"},
             {"XDG_CONFIG_HOME", "config"},  {"XDG_DATA_HOME", "data"},
@@ -49,13 +49,13 @@ protected:
             topic.project = QStringLiteral("Tiravue");
             list += topic;
         }
-        test::fill(path("topics.json"), json::encode(list));
+        test::writeFile(path("topics.json"), json::encode(list));
     }
 
     QString path(const char *name) const { return folder.filePath(QString::fromLatin1(name)); }
 
     void agentSays(const QByteArray &brief) const {
-        test::fill(path("home/scenario.json"), R"({"candidates":{},"brief":)" + brief + "}");
+        test::writeFile(path("home/scenario.json"), R"({"candidates":{},"brief":)" + brief + "}");
     }
 
     std::unique_ptr<QProcess> start(const QStringList &arguments) const {
@@ -78,9 +78,9 @@ protected:
         return end(*process);
     }
 
-    qsizetype calls() const { return test::contentsOf(path("home/calls.log")).count("brief"); }
+    qsizetype calls() const { return test::readFile(path("home/calls.log")).count("brief"); }
     QList<Topic> topics() const {
-        return json::decode<QList<Topic>>(test::contentsOf(path("topics.json")));
+        return json::decode<QList<Topic>>(test::readFile(path("topics.json")));
     }
 
     QTemporaryDir folder;
@@ -118,7 +118,7 @@ TEST_F(FicheTest, writes_a_note_once_keeps_it_and_shows_it) {
 }
 
 TEST_F(FicheTest, failures_say_what_happened_and_change_nothing) {
-    const QByteArray before = test::contentsOf(path("topics.json"));
+    const QByteArray before = test::readFile(path("topics.json"));
     agentSays(R"({"essentials":[],"details":[],"unclear":[],"sources":[],"minutes":1})");
     const Outcome empty = fiche({QStringLiteral("ab11")});
     EXPECT_EQ(empty.status, 1);
@@ -129,14 +129,14 @@ TEST_F(FicheTest, failures_say_what_happened_and_change_nothing) {
     EXPECT_EQ(fiche({QStringLiteral("ef")}).status, 1);
     EXPECT_EQ(fiche({}).status, 2);
     EXPECT_EQ(calls(), 1);
-    EXPECT_EQ(test::contentsOf(path("topics.json")), before);
+    EXPECT_EQ(test::readFile(path("topics.json")), before);
 }
 
 TEST_F(FicheTest, an_interrupt_ends_the_agent) {
     agentSays(R"("hang")");
     const auto running = start({QStringLiteral("ab11")});
     test::spinUntil([&] { return calls() == 1; });
-    const QByteArray agent = test::contentsOf(path("home/calls.log")).trimmed().split(' ').last();
+    const QByteArray agent = test::readFile(path("home/calls.log")).trimmed().split(' ').last();
     kill(pid_t(running->processId()), SIGINT);
     const Outcome stopped = end(*running);
     EXPECT_EQ(stopped.status, 1);

@@ -14,8 +14,8 @@
 namespace vorle {
 namespace {
 
-using test::contentsOf;
-using test::fill;
+using test::readFile;
+using test::writeFile;
 using testing::HasSubstr;
 
 class Repair : public testing::Test {
@@ -46,7 +46,7 @@ protected:
         return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
                 process.readAllStandardOutput(), process.readAllStandardError().toStdString()};
     }
-    QList<Topic> topics() const { return json::decode<QList<Topic>>(contentsOf(topicsFile)); }
+    QList<Topic> topics() const { return json::decode<QList<Topic>>(readFile(topicsFile)); }
     QStringList kept(const QString &name) const {
         return QDir(folder.path()).entryList({name + QStringLiteral(".illisible-*")});
     }
@@ -64,20 +64,20 @@ TEST_F(Repair, takes_up_what_can_be_read_and_keeps_the_old_file) {
     }
     QByteArray damaged = json::encode(many, json::Style::Pretty);
     damaged.replace(damaged.indexOf("\"inbox\""), 7, "\"boxed\"");
-    fill(topicsFile, damaged);
+    writeFile(topicsFile, damaged);
 
     const Outcome shown = vorle(QStringLiteral("sujets"));
     EXPECT_EQ(shown.status, 1);
     EXPECT_THAT(shown.err, HasSubstr("39 sujets lisibles sur 40"));
     EXPECT_THAT(shown.err, HasSubstr("vorle reparer"));
-    EXPECT_EQ(contentsOf(topicsFile), damaged);
+    EXPECT_EQ(readFile(topicsFile), damaged);
 
     const Outcome repaired = vorle(QStringLiteral("reparer --json"));
     EXPECT_EQ(repaired.status, 0) << repaired.err;
     EXPECT_THAT(repaired.err, HasSubstr("39 sujets repris sur 40."));
     const QStringList aside = kept(QStringLiteral("sujets.json"));
     ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(contentsOf(folder.filePath(aside[0])), damaged);
+    EXPECT_EQ(readFile(folder.filePath(aside[0])), damaged);
     EXPECT_EQ(QJsonDocument::fromJson(repaired.out).object(),
               (QJsonObject{{QStringLiteral("kept"), 39},
                            {QStringLiteral("left"), 1},
@@ -87,31 +87,31 @@ TEST_F(Repair, takes_up_what_can_be_read_and_keeps_the_old_file) {
     const Outcome again = vorle(QStringLiteral("reparer"));
     EXPECT_EQ(again.status, 0);
     EXPECT_THAT(again.err, HasSubstr("rien à réparer"));
-    fill(topicsFile, "?");
+    writeFile(topicsFile, "?");
     const Outcome nothing = vorle(QStringLiteral("reparer"));
     EXPECT_EQ(nothing.status, 1);
-    EXPECT_EQ(contentsOf(topicsFile), "?");
-    fill(topicsFile, "");
+    EXPECT_EQ(readFile(topicsFile), "?");
+    writeFile(topicsFile, "");
     EXPECT_THAT(vorle(QStringLiteral("sujets")).err, HasSubstr("vide (0 octet)"));
 }
 
 TEST_F(Repair, tells_of_unreadable_settings_and_keeps_them) {
-    fill(settingsFile, "{\"weeklyMinutes\":90,");
+    writeFile(settingsFile, "{\"weeklyMinutes\":90,");
     EXPECT_THAT(vorle(QStringLiteral("programme")).err,
                 HasSubstr("Tes réglages étaient illisibles"));
-    EXPECT_EQ(contentsOf(settingsFile), "{\"weeklyMinutes\":90,");
+    EXPECT_EQ(readFile(settingsFile), "{\"weeklyMinutes\":90,");
     const Outcome changed = vorle(QStringLiteral("reglages weeklyMinutes 60"));
     EXPECT_EQ(changed.status, 0);
     EXPECT_THAT(changed.err, HasSubstr("Tes réglages étaient illisibles"));
     ASSERT_EQ(kept(QStringLiteral("reglages.json")).size(), 1);
-    EXPECT_EQ(contentsOf(folder.filePath(kept(QStringLiteral("reglages.json"))[0])),
+    EXPECT_EQ(readFile(folder.filePath(kept(QStringLiteral("reglages.json"))[0])),
               "{\"weeklyMinutes\":90,");
     EXPECT_EQ(vorle(QStringLiteral("reglages")).err, "");
 }
 
 TEST_F(Repair, a_refusing_system_is_a_french_sentence_and_status_1) {
-    fill(topicsFile, json::encode(QList<Topic>{test::sampleTopic(QStringLiteral("a"))}));
-    const QByteArray healthy = contentsOf(topicsFile);
+    writeFile(topicsFile, json::encode(QList<Topic>{test::sampleTopic(QStringLiteral("a"))}));
+    const QByteArray healthy = readFile(topicsFile);
     const QString id = topics()[0].id.toString(QUuid::WithoutBraces);
     const struct {
         QString words;
@@ -132,7 +132,7 @@ TEST_F(Repair, a_refusing_system_is_a_french_sentence_and_status_1) {
         EXPECT_EQ(outcome.status, 1) << before << words.toStdString();
         EXPECT_THAT(outcome.err, HasSubstr(said)) << before << words.toStdString();
     }
-    EXPECT_EQ(contentsOf(topicsFile), healthy);
+    EXPECT_EQ(readFile(topicsFile), healthy);
     EXPECT_TRUE(QDir(folder.path()).entryList({QStringLiteral("*.vorle-*")}).isEmpty());
 }
 

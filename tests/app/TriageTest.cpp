@@ -56,8 +56,8 @@ protected:
         save(list);
     }
 
-    void save(const QList<Topic> &list) const { test::fill(file, json::encode(list)); }
-    QList<Topic> topics() const { return json::decode<QList<Topic>>(test::contentsOf(file)); }
+    void save(const QList<Topic> &list) const { test::writeFile(file, json::encode(list)); }
+    QList<Topic> topics() const { return json::decode<QList<Topic>>(test::readFile(file)); }
 
     std::unique_ptr<QProcess> prepare(const QStringList &arguments) const {
         auto process = std::make_unique<QProcess>();
@@ -129,7 +129,7 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
     captured.status = TopicStatus::Dismissed;
     list += captured;
     save(list);
-    const QByteArray before = test::contentsOf(file);
+    const QByteArray before = test::readFile(file);
     const struct {
         const char *words;
         int status;
@@ -166,16 +166,16 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
             << one.words;
         EXPECT_TRUE(outcome.out.empty()) << outcome.out;
     }
-    EXPECT_EQ(test::contentsOf(file), before);
+    EXPECT_EQ(test::readFile(file), before);
     EXPECT_EQ(run("reglages calibrationStart").out, "null\n");
 
-    test::fill(file, "{}");
+    test::writeFile(file, "{}");
     for (const char *command : {"trier AB11 garder", "corriger AB11 5", "programme", "sujets AB"}) {
         const Outcome outcome = run(command);
         EXPECT_EQ(outcome.status, 1) << command;
         EXPECT_THAT(outcome.err, HasSubstr("illisibles"));
     }
-    EXPECT_EQ(test::contentsOf(file), "{}");
+    EXPECT_EQ(test::readFile(file), "{}");
 }
 
 TEST_F(Triage, a_correction_shows_the_users_score_with_the_former_one) {
@@ -404,7 +404,7 @@ TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
     note.relevance = 6.8;
     note.reflexes = {{QStringLiteral("long-later"),
                       QStringLiteral("Les sujets longs attendent\u001B[2J un créneau.")}};
-    test::fill(folder.filePath(QStringLiteral("score-notes.json")), json::encode(QList{note}));
+    test::writeFile(folder.filePath(QStringLiteral("score-notes.json")), json::encode(QList{note}));
     const Outcome open = run("sujets AB11");
     EXPECT_EQ(open.status, 0);
     EXPECT_THAT(open.out, HasSubstr("Claude Code, le 2 novembre"));

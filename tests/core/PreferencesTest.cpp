@@ -1,11 +1,11 @@
-#include "tests/core/SettingsFixture.h"
+#include "tests/storage/SettingsFixture.h"
 
 #include <QJsonArray>
 
 namespace vorle {
 namespace {
 
-using test::contentsOf;
+using test::readFile;
 
 class PreferencesTest : public test::SettingsFixture {};
 
@@ -55,13 +55,13 @@ TEST_F(PreferencesTest, gives_back_every_setting_after_a_restart) {
     EXPECT_TRUE(disk.value(u"keptApps").isArray());
     EXPECT_EQ(disk.value(u"schedule").toObject().value(u"hour"), QJsonValue(7));
     EXPECT_EQ(disk.value(u"reflexesSince"), QJsonValue(QStringLiteral("2026-11-02T08:00:00Z")));
-    const QByteArray copy = contentsOf(file);
+    const QByteArray copy = readFile(file);
     EXPECT_EQ(read(copy), preferences.settings());
 
     file = dir.filePath(QStringLiteral("sub/settings.json"));
     preferences.change(&Settings::job, std::nullopt);
     ASSERT_TRUE(preferences.flush());
-    EXPECT_FALSE(read(contentsOf(dir.filePath(QStringLiteral("sub/settings.json")))).job);
+    EXPECT_FALSE(read(readFile(dir.filePath(QStringLiteral("sub/settings.json")))).job);
 }
 
 TEST_F(PreferencesTest, reads_what_does_not_fit_as_the_default) {

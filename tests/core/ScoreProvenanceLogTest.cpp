@@ -13,9 +13,9 @@
 namespace vorle {
 namespace {
 
-using test::contentsOf;
-using test::fill;
+using test::readFile;
 using test::sampleTopic;
+using test::writeFile;
 
 class ScoreProvenanceLogTest : public testing::Test {
 protected:
@@ -31,7 +31,7 @@ protected:
         return note;
     }
     QList<ScoreProvenance> onDisk() const {
-        return json::decode<QList<ScoreProvenance>>(contentsOf(file));
+        return json::decode<QList<ScoreProvenance>>(readFile(file));
     }
 
     QTemporaryDir dir;
@@ -78,16 +78,16 @@ TEST_F(ScoreProvenanceLogTest, writes_what_came_while_it_was_writing) {
 
 TEST_F(ScoreProvenanceLogTest, keeps_an_unreadable_file_aside_and_never_fails) {
     const auto ids = store.add({sampleTopic(QStringLiteral("a"))});
-    fill(file, "{\"not\":\"a list\"}");
+    writeFile(file, "{\"not\":\"a list\"}");
     ScoreProvenanceLog notes(store, clock);
     EXPECT_FALSE(notes.note(ids[0]));
-    EXPECT_EQ(contentsOf(file), "{\"not\":\"a list\"}");
+    EXPECT_EQ(readFile(file), "{\"not\":\"a list\"}");
     test::waitFor(notes.add({note(ids[0], 7)}));
     EXPECT_EQ(onDisk().size(), 1);
     const QStringList aside =
         QDir(dir.path()).entryList({QStringLiteral("score-notes.json.illisible-*")});
     ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(contentsOf(dir.filePath(aside.first())), "{\"not\":\"a list\"}");
+    EXPECT_EQ(readFile(dir.filePath(aside.first())), "{\"not\":\"a list\"}");
 
     QFile::remove(file);
     QDir(dir.path()).mkdir(QStringLiteral("score-notes.json")); // cannot be replaced
@@ -101,7 +101,7 @@ TEST_F(ScoreProvenanceLogTest, keeps_every_note_while_the_topics_cannot_be_read)
     test::waitFor(first.add({note(ids[0], 7)}));
     const QString broken = dir.filePath(QStringLiteral("broken/topics.json"));
     QDir(dir.path()).mkdir(QStringLiteral("broken"));
-    fill(broken, "[");
+    writeFile(broken, "[");
     QFile::copy(file, dir.filePath(QStringLiteral("broken/score-notes.json")));
     const TopicStore unread(broken, Resources(), clock);
     ScoreProvenanceLog notes(unread, clock);

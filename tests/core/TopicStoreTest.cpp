@@ -1,6 +1,4 @@
-#include "core/TopicStore.h"
-#include "core/StoreLock.h"
-#include "tests/core/Samples.h"
+#include "tests/core/StoreFixture.h"
 #include "tests/support/Wait.h"
 
 #include <QDir>
@@ -17,21 +15,11 @@
 namespace vorle {
 namespace {
 
-using test::contentsOf;
-using test::fill;
+using test::readFile;
 using test::sampleTopic;
+using test::writeFile;
 
-class TopicStoreTest : public testing::Test {
-protected:
-    std::unique_ptr<TopicStore> open() {
-        return std::make_unique<TopicStore>(file, Resources(dir.path()), clock);
-    }
-    QList<Topic> onDisk() const { return json::decode<QList<Topic>>(contentsOf(file)); }
-
-    QTemporaryDir dir;
-    QString file = dir.filePath(QStringLiteral("topics.json"));
-    test::FixedClock clock;
-};
+class TopicStoreTest : public test::StoreFixture {};
 
 TEST_F(TopicStoreTest, gives_back_after_a_restart_what_was_added) {
     const Topic a = sampleTopic(QStringLiteral("a"));
@@ -55,10 +43,10 @@ TEST_F(TopicStoreTest, writes_a_file_that_reads_well_by_hand) {
     auto store = open();
     store->save();
     EXPECT_TRUE(store->flush());
-    EXPECT_EQ(contentsOf(file), "[]\n");
+    EXPECT_EQ(readFile(file), "[]\n");
     store->add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
     EXPECT_TRUE(store->flush());
-    const QByteArray text = contentsOf(file);
+    const QByteArray text = readFile(file);
     EXPECT_TRUE(text.startsWith("[\n  {\n    \"firstStep\": \"\",\n    \"foundAt\": \"2026-11-01"));
     EXPECT_TRUE(text.contains("\n  },\n  {\n"));
     EXPECT_TRUE(text.endsWith("\n  }\n]\n"));
@@ -219,7 +207,7 @@ TEST_F(TopicStoreTest, repairs_summaries_that_end_with_a_name) {
         topics.append(sampleTopic(written.toString()));
         topics.last().summary = written.toString();
     }
-    fill(file, json::encode(topics));
+    writeFile(file, json::encode(topics));
     const auto loaded = open()->topics();
     for (qsizetype i = 0; i < topics.size(); ++i) {
         EXPECT_EQ(loaded[i]->summary, cases[i].second.toString());
@@ -227,8 +215,8 @@ TEST_F(TopicStoreTest, repairs_summaries_that_end_with_a_name) {
 }
 
 TEST_F(TopicStoreTest, leaves_the_summaries_of_imported_answers_alone) {
-    fill(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")),
-         R"({"structured_output":{"sujets":[{"titre":"T","note":7,"nature":"gain",
+    writeFile(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")),
+              R"({"structured_output":{"sujets":[{"titre":"T","note":7,"nature":"gain",
             "resume":"Une nouvelle API · Tiravue","pourquoi":"p","premier_pas":"s","sources":[]}]}})");
     qputenv("VORLE_SAMPLE_DATA", "");
     const auto imported = open();
@@ -247,7 +235,7 @@ TEST_F(TopicStoreTest, gives_entries_without_an_identity_of_their_own_the_same_o
     topics[2].id = QUuid();
     topics[3].id = QUuid();
     topics[4].id = topics[0].id;
-    fill(file, "\xEF\xBB\xBF" + json::encode(topics));
+    writeFile(file, "\xEF\xBB\xBF" + json::encode(topics));
     const auto identities = [&] {
         QList<QUuid> ids;
         for (const TopicPtr &topic : open()->topics()) {
@@ -298,7 +286,7 @@ TEST_F(TopicStoreTest, finds_its_file_by_kind_and_environment) {
         }
         return 0;
     };
-    fill(file, "a file where a folder should be");
+    writeFile(file, "a file where a folder should be");
     EXPECT_EQ(refusal(QFile::encodeName(file + QStringLiteral("/sub/topics.json"))), ENOTDIR);
     EXPECT_EQ(refusal("/proc/vorle/topics.json"), ENOENT);
     EXPECT_EQ(refusal(dir.path().toUtf8() + "/" + QByteArray(300, 'x') + "/topics.json"),
@@ -319,14 +307,14 @@ TEST_F(TopicStoreTest, a_preview_touches_no_file) {
 TEST_F(TopicStoreTest, starts_on_sample_topics_when_asked_and_nothing_is_there) {
     const QByteArray sample = R"({"structured_output":{"sujets":[{"titre":"T","note":7,
         "nature":"gain","resume":"r","pourquoi":"p","premier_pas":"s","sources":[]}]}})";
-    fill(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample);
+    writeFile(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample);
     qputenv("VORLE_SAMPLE_DATA", "");
     EXPECT_EQ(open()->topics().value(0)->project, QStringLiteral("Tiravue"));
     EXPECT_EQ(onDisk().size(), 1);
-    fill(file, "[]");
+    writeFile(file, "[]");
     EXPECT_EQ(open()->count(), 0) << "an empty list is a list";
     QFile::remove(file);
-    fill(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample.chopped(3));
+    writeFile(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample.chopped(3));
     EXPECT_EQ(open()->count(), 0);
     qunsetenv("VORLE_SAMPLE_DATA");
 }
@@ -345,26 +333,6 @@ TEST_F(TopicStoreTest, writes_through_a_link_and_keeps_the_files_mode) {
     EXPECT_EQ(onDisk().size(), 2);
     EXPECT_EQ(QDir(dir.filePath(QStringLiteral("synced"))).entryList(QDir::Files | QDir::Hidden),
               QStringList{QStringLiteral("real.json")});
-}
-
-TEST_F(TopicStoreTest, one_holder_at_a_time_has_the_lock) {
-    StoreLock first(file);
-    ASSERT_TRUE(first.tryLock());
-    ASSERT_TRUE(QFile::link(QStringLiteral("topics.json"), dir.filePath(QStringLiteral("alias"))));
-    StoreLock second(dir.filePath(QStringLiteral("alias")));
-    EXPECT_FALSE(second.tryLock());
-    CancelSource source;
-    auto abandoned = second.acquire(source.token());
-    source.cancel();
-    EXPECT_THROW(test::waitFor(std::move(abandoned)), Cancelled);
-    auto waiting = second.acquire();
-    EXPECT_FALSE(waiting.isReady());
-    first.release();
-    test::waitFor(std::move(waiting));
-    EXPECT_TRUE(second.isHeld());
-    EXPECT_FALSE(first.tryLock());
-    StoreLock lost(dir.filePath(QStringLiteral("no/such/folder/topics.json")));
-    EXPECT_THROW(lost.tryLock(), std::system_error);
 }
 
 TEST_F(TopicStoreTest, stops_the_program_when_used_from_another_thread) {

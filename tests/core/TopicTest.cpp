@@ -116,8 +116,6 @@ TEST(ScoreScale, bands_by_score_and_leaves_the_unread_to_dig) {
     topic.correction = Correction{.score = 7.5, .tags = {}, .text = {}, .at = {}};
     EXPECT_EQ(shownScore(topic), 8);
     EXPECT_EQ(tierOf(topic), Tier::VeryRelevant);
-    EXPECT_EQ(tierFromNumber(4), Tier::ToDig);
-    EXPECT_FALSE(tierFromNumber(5) || tierFromNumber(-1));
     EXPECT_LT(Tier::Urgent, Tier::VeryRelevant);
 }
 
@@ -206,6 +204,7 @@ TEST(TopicOrder, sorts_each_section) {
     };
     EXPECT_EQ(order(latestTriagedFirst), QStringLiteral("dacebf"));
     EXPECT_EQ(order(latestDoneFirst), QStringLiteral("dacebf"));
+    EXPECT_EQ(order(moreUrgent), QStringLiteral("edbfca"));
     EXPECT_EQ(order(programOrder), QStringLiteral("edbfca"));
 }
 

@@ -1,5 +1,5 @@
-#include "core/JsonSettings.h"
 #include "core/SettingsTable.h"
+#include "storage/JsonSettings.h"
 
 #include <QJsonDocument>
 

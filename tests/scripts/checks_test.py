@@ -30,11 +30,11 @@ class Planted(unittest.TestCase):
 
         right = [("search/feeds/A.h", "search/web/B.h"), ("search/run/A.cpp", "judging/B.h"),
                  ("app/models/A.cpp", "app/labels/B.h"), ("app/window/A.cpp", "app/cli/B.h"),
-                 ("tests/core/A.cpp", "app/window/B.h")]
+                 ("core/A.h", "storage/B.h"), ("tests/core/A.cpp", "app/window/B.h")]
         status, words = self.run_check("check-includes", tree(right))
         self.assertEqual(status, 0, words)
         wrong = [("search/web/A.h", "search/feeds/B.h"), ("search/discovery/A.cpp", "search/web/B.h"),
-                 ("search/feeds/A.h", "search/run/B.h"), ("core/A.h", "agents/B.h"),
+                 ("search/feeds/A.h", "search/run/B.h"), ("core/A.h", "agents/B.h"), ("storage/A.h", "core/B.h"),
                  ("app/triage/A.h", "app/models/B.h"), ("app/cli/A.cpp", "app/window/B.h"),
                  ("app/models/A.cpp", "judging/B.h"), ("core/A.cpp", "platform/linux/B.h"),
                  ("base/A.cpp", "B.h")]

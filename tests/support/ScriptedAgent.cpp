@@ -4,9 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
-
-#include <stdexcept>
 
 namespace vorle::test {
 
@@ -37,19 +34,6 @@ QStringList pieces(const QByteArray &text) {
 }
 
 } // namespace
-
-void writeFile(const QString &path, const QByteArray &content) {
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly) ||
-        file.write(content) != content.size()) {
-        throw std::runtime_error("cannot write " + path.toStdString());
-    }
-}
-
-QByteArray readFile(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 ScriptedAgent::ScriptedAgent() : m_oldTemporary(qgetenv("TMPDIR")) {
     QDir().mkpath(home());

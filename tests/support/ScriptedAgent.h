@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/AgentLocator.h"
+#include "tests/support/Files.h"
 
 #include <QByteArray>
 #include <QList>
@@ -42,9 +43,5 @@ private:
     QTemporaryDir m_folder;
     QByteArray m_oldTemporary;
 };
-
-/// Writes a file, with the folders above it. Throws when it cannot.
-void writeFile(const QString &path, const QByteArray &content);
-QByteArray readFile(const QString &path);
 
 } // namespace vorle::test

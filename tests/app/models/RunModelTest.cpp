@@ -30,19 +30,20 @@ protected:
     void signIn(double seconds = 0) {
         const QString bin = folder.filePath(text("home/.local/bin"));
         QDir().mkpath(bin);
-        test::fill(bin + text("/claude"),
-                   "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
+        test::writeFile(bin + text("/claude"),
+                        "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
         QFile(bin + text("/claude"))
             .setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        test::fill(folder.filePath(text("home/.claude.json")), R"({"oauthAccount":{}})");
+        test::writeFile(folder.filePath(text("home/.claude.json")), R"({"oauthAccount":{}})");
         server.serve("/page", test::TestReply::page("<title>Une page</title><article>" +
                                                     QByteArray("mot ").repeated(300)));
-        test::fill(folder.filePath(text("home/scenario.json")),
-                   text(R"({"candidates":{"Topics the person":[{"title":"Un titre","url":"%1",)"
-                        R"("kind":"article","about":"Rust"}]},"judge":"ok","seconds":%2,"dig":{}})")
-                       .arg(server.link("/page"))
-                       .arg(seconds)
-                       .toUtf8());
+        test::writeFile(
+            folder.filePath(text("home/scenario.json")),
+            text(R"({"candidates":{"Topics the person":[{"title":"Un titre","url":"%1",)"
+                 R"("kind":"article","about":"Rust"}]},"judge":"ok","seconds":%2,"dig":{}})")
+                .arg(server.link("/page"))
+                .arg(seconds)
+                .toUtf8());
     }
     AgentEnvironment environment() const {
         AgentEnvironment made = AgentEnvironment::ofThisProcess();
@@ -280,7 +281,8 @@ TEST_F(RunModelTest, shows_the_territory_as_it_changes) {
     const QAbstractItemModelTester tester(&territory,
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     EXPECT_EQ(territory.summary(), text("Ton territoire est vide."));
-    test::fill(folder.filePath(text("package.json")), R"({"dependencies":{"react":"^19.0.0"}})");
+    test::writeFile(folder.filePath(text("package.json")),
+                    R"({"dependencies":{"react":"^19.0.0"}})");
     preferences.change(&Settings::interests, {text("Rust"), text("Vélo")});
     preferences.change(&Settings::interestWeights, {{text("Rust"), 5}});
     preferences.change(&Settings::projects, {{text("Tiravue"), folder.path()}});

@@ -54,10 +54,11 @@ protected:
         preparePrivateTemporaryDirectory(); // as the program does: the socket lies there
         QDir(path("home")).mkpath(QStringLiteral(".local/bin"));
         const QString agent = path("home/.local/bin/claude");
-        test::fill(agent, "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
+        test::writeFile(agent,
+                        "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
         QFile(agent).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        test::fill(path("home/.claude.json"), R"({"oauthAccount":{}})");
-        test::fill(path("home/scenario.json"), R"({"candidates":{},"brief":"hang"})");
+        test::writeFile(path("home/.claude.json"), R"({"oauthAccount":{}})");
+        test::writeFile(path("home/scenario.json"), R"({"candidates":{},"brief":"hang"})");
         qputenv("VORLE_STORE", path("topics.json").toLocal8Bit());
         qputenv("VORLE_HOME", path("home").toLocal8Bit());
 
@@ -129,7 +130,7 @@ protected:
         }
         throw std::runtime_error("no such topic");
     }
-    qsizetype calls() const { return test::contentsOf(path("home/calls.log")).count("brief"); }
+    qsizetype calls() const { return test::readFile(path("home/calls.log")).count("brief"); }
 
     QTemporaryDir folder;
     std::unique_ptr<Application> app;
@@ -155,7 +156,7 @@ TEST_F(CommandServerTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_
     ASSERT_TRUE(topic("AB22")->correction);
     EXPECT_EQ(topic("AB22")->correction->score, 3);
     // On disk too, and the app still holds its topics.
-    const auto saved = json::decode<QList<Topic>>(test::contentsOf(app->topicsFile()));
+    const auto saved = json::decode<QList<Topic>>(test::readFile(app->topicsFile()));
     EXPECT_EQ(saved[0].status, TopicStatus::Program);
     EXPECT_EQ(saved[1], *topic("AB22"));
     EXPECT_TRUE(app->lock().isHeld());

@@ -186,11 +186,12 @@ protected:
         QFile(path("runtime"))
             .setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         const QString agent = path("home/.local/bin/claude");
-        test::fill(agent, "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
+        test::writeFile(agent,
+                        "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
         QFile(agent).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        test::fill(path("home/.claude.json"), R"({"oauthAccount":{}})");
-        test::fill(path("home/scenario.json"), R"({"candidates":{"":"hang"}})");
-        test::fill(path("settings.json"), R"({"interests":["Rust"]})");
+        test::writeFile(path("home/.claude.json"), R"({"oauthAccount":{}})");
+        test::writeFile(path("home/scenario.json"), R"({"candidates":{"":"hang"}})");
+        test::writeFile(path("settings.json"), R"({"interests":["Rust"]})");
         const auto set = [&](const char *name, const QString &value) {
             environment.insert(QString::fromLatin1(name), value);
         };

@@ -370,8 +370,8 @@ TEST_F(WindowTest, what_can_be_read_of_a_damaged_file_is_offered_with_one_button
     QByteArray damaged = json::encode(QList<Topic>{sampleTopic(QStringLiteral("a")),
                                                    sampleTopic(QStringLiteral("b")),
                                                    sampleTopic(QStringLiteral("c"))});
-    test::fill(m_folder.filePath(QStringLiteral("topics.json")),
-               damaged.replace(damaged.lastIndexOf("inbox"), 5, "boxed"));
+    test::writeFile(m_folder.filePath(QStringLiteral("topics.json")),
+                    damaged.replace(damaged.lastIndexOf("inbox"), 5, "boxed"));
     open();
     QCoreApplication::processEvents();
     EXPECT_THAT(shownTexts().join(u'\n').toStdString(),

@@ -1,5 +1,5 @@
-#include "core/DurableFile.h"
 #include "search/run/ScreenedItems.h"
+#include "storage/DurableFile.h"
 #include "tests/search/run/RunFixture.h"
 
 #include <QFileInfo>

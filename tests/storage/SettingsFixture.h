@@ -18,10 +18,10 @@ protected:
     /// What is read of a file that holds this text.
     Settings read(const QByteArray &text) {
         file = dir.filePath(QStringLiteral("read.json"));
-        fill(file, text);
+        writeFile(file, text);
         return open().settings();
     }
-    QJsonObject onDisk() const { return QJsonDocument::fromJson(contentsOf(file)).object(); }
+    QJsonObject onDisk() const { return QJsonDocument::fromJson(readFile(file)).object(); }
 
     QTemporaryDir dir;
     QString file = dir.filePath(QStringLiteral("sub/settings.json"));

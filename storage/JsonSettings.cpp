@@ -1,7 +1,7 @@
-#include "core/JsonSettings.h"
+#include "storage/JsonSettings.h"
 
-#include "core/DurableFile.h"
-#include "core/FileLock.h"
+#include "storage/DurableFile.h"
+#include "storage/FileLock.h"
 
 #include <QDateTime>
 #include <QFileInfo>

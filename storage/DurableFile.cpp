@@ -1,4 +1,4 @@
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include "base/Descriptor.h"
 

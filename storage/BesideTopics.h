@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Json.h"
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "core/FileLock.h"
+#include "storage/FileLock.h"
 
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/FileWatch.h"
-#include "core/JsonSettings.h"
+#include "storage/FileWatch.h"
+#include "storage/JsonSettings.h"
 
 #include <QJsonValue>
 #include <QObject>

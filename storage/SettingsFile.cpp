@@ -1,10 +1,10 @@
-#include "core/SettingsFile.h"
+#include "storage/SettingsFile.h"
 
 #include "base/Clock.h"
 #include "base/Log.h"
 #include "base/MainThread.h"
 #include "base/SystemErrorText.h"
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "base/Async.h"
-#include "base/Cancellation.h"
-#include "core/FileLock.h"
+#include "storage/FileLock.h"
 
 #include <QString>
 
@@ -27,9 +25,6 @@ public:
     /// Takes the lock when nobody else holds it.
     /// @throws std::system_error when the lock file cannot be opened
     bool tryLock();
-    /// Waits until the lock is held, without holding the thread. The lock must outlive the wait.
-    /// @throws std::system_error as tryLock(); Cancelled as soon as `cancel` is
-    Task<> acquire(CancelToken cancel = {});
     void release();
 
 private:

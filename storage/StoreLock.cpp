@@ -1,8 +1,6 @@
-#include "core/StoreLock.h"
+#include "storage/StoreLock.h"
 
 #include "base/MainThread.h"
-
-#include <chrono>
 
 namespace vorle {
 
@@ -21,13 +19,6 @@ StoreLock::StoreLock(const QString &topicsFile, Right right)
 bool StoreLock::tryLock() {
     requireMainThread("vorle/StoreLock");
     return m_lock.tryLock();
-}
-
-Task<> StoreLock::acquire(CancelToken cancel) {
-    constexpr std::chrono::milliseconds pause(50);
-    while (!tryLock()) {
-        co_await sleepFor(pause, cancel);
-    }
 }
 
 void StoreLock::release() { m_lock.release(); }

@@ -1,4 +1,4 @@
-#include "core/BesideTopics.h"
+#include "storage/BesideTopics.h"
 
 #include <QFileInfo>
 

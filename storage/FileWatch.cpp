@@ -1,7 +1,7 @@
-#include "core/FileWatch.h"
+#include "storage/FileWatch.h"
 
 #include "base/Log.h"
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "core/JsonSettings.h"
 #include "core/TopicStore.h"
-#include "tests/core/SettingsFixture.h"
+#include "storage/JsonSettings.h"
+#include "tests/storage/SettingsFixture.h"
 #include "tests/support/Wait.h"
 
 #include <QDir>
@@ -19,8 +19,8 @@
 namespace vorle {
 namespace {
 
-using test::contentsOf;
-using test::fill;
+using test::readFile;
+using test::writeFile;
 
 class SettingsFileTest : public test::SettingsFixture {};
 
@@ -40,7 +40,7 @@ void inProcesses(int count, const std::function<bool(int)> &work) {
 
 TEST_F(SettingsFileTest, keeps_what_many_processes_write_to_one_file_at_once) {
     file = dir.filePath(QStringLiteral("keep.json"));
-    fill(file, R"({"unknown":{"a":[1,2.5,true]},"interests":["gone"],
+    writeFile(file, R"({"unknown":{"a":[1,2.5,true]},"interests":["gone"],
         "interestWeights":{"a":5,"b":"five"}})");
     // Each a setting of its own; then each an entry of its own in the same two settings.
     inProcesses(32, [&](int process) {
@@ -119,23 +119,23 @@ TEST_F(SettingsFileTest, sees_what_others_write_while_it_is_open) {
     other.change(&Settings::weeklyMinutes, 60);
     ASSERT_TRUE(other.flush());
     until("weeklyMinutes");
-    fill(file, R"({"weeklyMinutes":60,"job":"luthière"})");
+    writeFile(file, R"({"weeklyMinutes":60,"job":"luthière"})");
     until("job");
-    fill(file + u'~', R"({"weeklyMinutes":60,"accent":"Lagune"})");
+    writeFile(file + u'~', R"({"weeklyMinutes":60,"accent":"Lagune"})");
     ASSERT_EQ(::rename(qPrintable(file + u'~'), qPrintable(file)), 0);
     until("accent");
     other.change(&Settings::proposeTab, false);
     ASSERT_TRUE(other.flush());
     until("proposeTab");
     // What cannot be read now changes nothing, and is not the end of it.
-    fill(file, R"({"weeklyMin)");
+    writeFile(file, R"({"weeklyMin)");
     open1.reload();
     EXPECT_EQ(open1.settings().weeklyMinutes, 60);
     open1.change(&Settings::notifyReminder, true);
     ASSERT_TRUE(open1.flush());
     EXPECT_TRUE(open1.setAside());
     EXPECT_EQ(onDisk().value(u"weeklyMinutes"), QJsonValue(60)) << "what is known is written again";
-    fill(file, R"({"weeklyMinutes":30})");
+    writeFile(file, R"({"weeklyMinutes":30})");
     until("weeklyMinutes");
     EXPECT_EQ(open1.settings().weeklyMinutes, 30);
 }
@@ -181,11 +181,11 @@ TEST_F(SettingsFileTest, a_watch_tells_of_its_file_alone) {
     QObject::connect(&beside, &FileWatch::changed, [&] { ++toldBeside; });
     // Twice: whatever the first could wrongly bring has come by the second.
     for (int round = 1; round <= 2; ++round) {
-        fill(path("beside.json"), QByteArray(round, 'x'));
+        writeFile(path("beside.json"), QByteArray(round, 'x'));
         test::spinUntil([&] { return toldBeside >= round; });
     }
     EXPECT_EQ(told, 0);
-    fill(path("there/target.json"), "{}"); // where the link leads
+    writeFile(path("there/target.json"), "{}"); // where the link leads
     test::spinUntil([&] { return told == 1; });
     const int before = toldBeside;
     QFile::remove(path("there/target.json"));
@@ -196,7 +196,7 @@ TEST_F(SettingsFileTest, a_watch_tells_of_its_file_alone) {
 TEST_F(SettingsFileTest, carries_a_failed_write_with_the_next_one) {
     const QString folder = dir.filePath(QStringLiteral("sub"));
     Preferences preferences = open();
-    fill(folder, "a file where the folder should be");
+    writeFile(folder, "a file where the folder should be");
     QStringList told;
     int mended = 0;
     QObject::connect(&preferences, &Preferences::saveFailed,
@@ -225,14 +225,14 @@ TEST_F(SettingsFileTest, carries_a_failed_write_with_the_next_one) {
 
 TEST_F(SettingsFileTest, a_full_disk_leaves_the_old_settings_whole) {
     file = dir.filePath(QStringLiteral("full.json"));
-    fill(file, R"({"job":"luthière"})");
-    const QByteArray before = contentsOf(file);
+    writeFile(file, R"({"job":"luthière"})");
+    const QByteArray before = readFile(file);
     Preferences preferences = open();
     test::withFileSizeLimit(8, [&] {
         preferences.change(&Settings::weeklyMinutes, 60);
         EXPECT_FALSE(preferences.flush());
     });
-    EXPECT_EQ(contentsOf(file), before);
+    EXPECT_EQ(readFile(file), before);
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
               (QStringList{QStringLiteral("full.json"), QStringLiteral("full.json.lock")}));
     EXPECT_TRUE(preferences.flush());
@@ -257,7 +257,7 @@ TEST_F(SettingsFileTest, saves_where_no_thread_can_be_started) {
         return preferences.flush() && store.flush();
     });
     EXPECT_EQ(onDisk().value(u"weeklyMinutes"), QJsonValue(60));
-    EXPECT_EQ(json::decode<QList<Topic>>(contentsOf(topics)).size(), 1);
+    EXPECT_EQ(json::decode<QList<Topic>>(readFile(topics)).size(), 1);
 }
 
 TEST_F(SettingsFileTest, keeps_its_files_to_the_user_whatever_the_umask) {
@@ -293,7 +293,7 @@ TEST_F(SettingsFileTest, refuses_what_the_system_does_not_let_it_read) {
     EXPECT_FALSE(preferences.flush());
     EXPECT_EQ(preferences.settings().weeklyMinutes, 60);
     QFile::remove(file);
-    fill(file, "{}");
+    writeFile(file, "{}");
     ASSERT_TRUE(QFile::resize(file, 200'000'000));
     EXPECT_THROW(open(), std::system_error) << "a file that is none of ours";
     EXPECT_EQ(QFileInfo(file).size(), 200'000'000);
@@ -305,15 +305,15 @@ TEST_F(SettingsFileTest, keeps_an_unreadable_file_aside_before_writing_and_says_
     const QByteArray broken = R"({"weeklyMinutes":90,)";
     EXPECT_EQ(read(broken), Settings());
     // A lock that nobody holds, whatever stands in it, is no one's.
-    fill(file + QStringLiteral(".lock"), "");
+    writeFile(file + QStringLiteral(".lock"), "");
     Preferences preferences = open();
     ASSERT_TRUE(preferences.notice());
     EXPECT_TRUE(preferences.notice()->contains(file));
-    EXPECT_EQ(contentsOf(file), broken);
+    EXPECT_EQ(readFile(file), broken);
     preferences.change(&Settings::weeklyMinutes, 60);
     ASSERT_TRUE(preferences.flush());
     ASSERT_TRUE(preferences.setAside());
-    EXPECT_EQ(contentsOf(*preferences.setAside()), broken);
+    EXPECT_EQ(readFile(*preferences.setAside()), broken);
     EXPECT_EQ(onDisk().value(u"weeklyMinutes"), QJsonValue(60));
     read("");
     EXPECT_TRUE(open().notice()) << "an empty file";
