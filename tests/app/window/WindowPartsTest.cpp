@@ -1,6 +1,6 @@
 #include "app/window/WindowState.h"
 
-#include "core/DurableFile.h"
+#include "storage/DurableFile.h"
 
 #include <QDir>
 #include <QFile>
