@@ -11,11 +11,7 @@ namespace {
 
 using test::ScriptedAgent;
 using test::writeFile;
-
-void placeExecutable(const QString &path) {
-    writeFile(path, "#!/bin/sh\n");
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
+using test::writeProgram;
 
 AgentLocator locatorIn(const ScriptedAgent &agents, const QString &setting = {},
                        const QString &variable = {}) {
@@ -43,7 +39,7 @@ TEST(AgentLocator, tries_the_folders_in_their_order_and_takes_executable_files_a
         const QString path = folder + QStringLiteral("/claude");
         writeFile(path, "no executable");
         EXPECT_NE(locator.locate(AgentKind::Claude), path);
-        placeExecutable(path);
+        writeProgram(path, "");
         EXPECT_EQ(locator.locate(AgentKind::Claude), path);
     }
     EXPECT_EQ(locator.locate(AgentKind::Codex), std::nullopt);

@@ -1,34 +1,22 @@
 // `vorle flux`, run as a person runs it.
 
+#include "tests/support/Program.h"
 #include "tests/support/TestServer.h"
-#include "tests/support/Wait.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 
 #include <gmock/gmock.h>
 
 namespace vorle {
 namespace {
 
-struct Outcome {
-    int status = -1;
-    QByteArray out;
-    std::string err;
-};
-
-Outcome flux(const QStringList &arguments) {
-    QProcess process;
-    process.start(QStringLiteral(VORLE_BINARIES "/vorle"),
-                  QStringList{QStringLiteral("flux")} + arguments);
-    test::spinUntil([&] { return process.state() == QProcess::NotRunning; });
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.readAllStandardOutput(), process.readAllStandardError().toStdString()};
-}
+using test::Program;
 
 TEST(Flux, finds_and_reads_the_feed_of_an_address) {
+    Program vorle;
+    const auto flux = [&](const QStringList &words) {
+        return vorle.run(QStringList{QStringLiteral("flux")} + words);
+    };
     test::TestServer server;
     server.serve("/", test::TestReply::page("<link rel=alternate><link rel=\"alternate\" "
                                             "type=\"application/atom+xml\" href=\"/a.atom\">"));
@@ -47,9 +35,9 @@ TEST(Flux, finds_and_reads_the_feed_of_an_address) {
     const QString atom = server.link("/a.atom");
     for (const QStringList &arguments :
          {QStringList{root}, QStringList{atom, QStringLiteral("--direct")}}) {
-        const Outcome read = flux(arguments + QStringList{QStringLiteral("--json")});
+        const Program::Outcome read = flux(arguments + QStringList{QStringLiteral("--json")});
         ASSERT_EQ(read.status, 0) << read.err;
-        const QJsonObject shown = QJsonDocument::fromJson(read.out).object();
+        const QJsonObject shown = read.object();
         EXPECT_EQ(shown[u"feed"].toString(), atom);
         const QJsonArray items = shown[u"items"].toArray();
         ASSERT_EQ(items.size(), 2);
@@ -61,7 +49,7 @@ TEST(Flux, finds_and_reads_the_feed_of_an_address) {
         EXPECT_FALSE(items[1].toObject().contains(u"date"));
         EXPECT_THAT(read.err, testing::HasSubstr("2 articles"));
     }
-    EXPECT_THAT(flux({root}).out.toStdString(), testing::HasSubstr("Un & deux"));
+    EXPECT_THAT(flux({root}).out, testing::HasSubstr("Un & deux"));
 
     const std::tuple<QStringList, int, const char *> failures[] = {
         {{server.link("/nothing")}, 1, "n’annonce aucun flux"},
@@ -72,7 +60,7 @@ TEST(Flux, finds_and_reads_the_feed_of_an_address) {
         {{}, 2, "Usage : vorle flux ADRESSE [--direct]"},
     };
     for (const auto &[arguments, status, message] : failures) {
-        const Outcome failed = flux(arguments);
+        const Program::Outcome failed = flux(arguments);
         EXPECT_EQ(failed.status, status) << message;
         EXPECT_THAT(failed.err, testing::HasSubstr(message));
     }

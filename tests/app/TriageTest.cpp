@@ -1,85 +1,20 @@
-// What follows the search, run as a person runs it: vorle sujets ID, trier, corriger, programme,
-// calibrer.
+// What follows the search, run as a person runs it: vorle sujets ID, trier, corriger, programme.
 
-#include "app/labels/ScoreExplanation.h"
-#include "core/Preferences.h"
-#include "tests/core/Samples.h"
-#include "tests/support/Wait.h"
+#include "core/ScoreProvenanceLog.h"
+#include "tests/app/TwoTopics.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QProcessEnvironment>
 
 #include <gmock/gmock.h>
-
-#include <csignal>
-#include <cstdlib>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace vorle {
 namespace {
 
+using test::Program;
 using testing::HasSubstr;
 using testing::Not;
 
-const char *const first = "AB110000-0000-4000-8000-000000000001";
-const char *const second = "AB220000-0000-4000-8000-000000000002";
-
-QStringList words(const char *text) {
-    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
-}
-
-class Triage : public testing::Test {
-protected:
-    struct Outcome {
-        int status = -1;
-        std::string out;
-        std::string err;
-    };
-
-    Triage() {
-        environment.insert(QStringLiteral("VORLE_STORE"), file);
-        for (const char *variable :
-             {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "VORLE_HOME"}) {
-            environment.insert(QString::fromLatin1(variable), folder.path());
-        }
-        QList<Topic> list;
-        for (const char *id : {first, second}) {
-            Topic topic = test::sampleTopic(QString::fromLatin1(id).left(4));
-            topic.id = QUuid(QString::fromLatin1(id));
-            topic.readLevel = ReadLevel::Full;
-            list += topic;
-        }
-        save(list);
-    }
-
-    void save(const QList<Topic> &list) const { test::writeFile(file, json::encode(list)); }
-    QList<Topic> topics() const { return json::decode<QList<Topic>>(test::readFile(file)); }
-
-    std::unique_ptr<QProcess> prepare(const QStringList &arguments) const {
-        auto process = std::make_unique<QProcess>();
-        process->setProcessEnvironment(environment);
-        process->setProgram(QStringLiteral(VORLE_BINARIES "/vorle"));
-        process->setArguments(arguments);
-        return process;
-    }
-    Outcome run(const QStringList &arguments) const {
-        const auto process = prepare(arguments);
-        process->start();
-        test::spinUntil([&] { return process->state() == QProcess::NotRunning; });
-        return {process->exitStatus() == QProcess::NormalExit ? process->exitCode() : -1,
-                process->readAllStandardOutput().toStdString(),
-                process->readAllStandardError().toStdString()};
-    }
-    Outcome run(const char *text) const { return run(words(text)); }
-
-    QTemporaryDir folder;
-    QString file = folder.filePath(QStringLiteral("topics.json"));
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-};
+class Triage : public test::TwoTopics {};
 
 TEST_F(Triage, a_decision_says_where_the_topic_went_and_is_on_disk) {
     const struct {
@@ -99,26 +34,28 @@ TEST_F(Triage, a_decision_says_where_the_topic_went_and_is_on_disk) {
         {"fait", "Fait · Bibliothèque", TopicStatus::Done},
     };
     for (const auto &step : steps) {
-        const Outcome outcome =
-            run(QStringList{QStringLiteral("trier"), QStringLiteral("ab1")} + words(step.action));
+        const Program::Outcome outcome =
+            vorle.run(QStringList{QStringLiteral("trier"), QStringLiteral("ab1")} +
+                      Program::parted(step.action));
         EXPECT_EQ(outcome.status, 0) << step.action << outcome.err;
         EXPECT_THAT(outcome.out, HasSubstr(step.said));
-        EXPECT_EQ(topics()[0].status, step.status);
+        EXPECT_EQ(vorle.topics()[0].status, step.status);
     }
-    EXPECT_EQ(topics()[0].postponedCount, 2);
-    EXPECT_EQ(topics()[1].status, TopicStatus::Inbox);
+    EXPECT_EQ(vorle.topics()[0].postponedCount, 2);
+    EXPECT_EQ(vorle.topics()[1].status, TopicStatus::Inbox);
 
     // Taken twice, it counts once.
-    const Topic before = topics()[0];
-    EXPECT_EQ(run("trier AB11 fait").status, 0);
-    EXPECT_EQ(topics()[0], before);
+    const Topic before = vorle.topics()[0];
+    EXPECT_EQ(vorle.run("trier AB11 fait").status, 0);
+    EXPECT_EQ(vorle.topics()[0], before);
 
-    const Outcome shown = run("trier {ab220000-0000-4000-8000-000000000002} garder --json");
-    EXPECT_EQ(json::decode<Topic>(QByteArray::fromStdString(shown.out)), topics()[1]);
+    const Program::Outcome shown =
+        vorle.run("trier {ab220000-0000-4000-8000-000000000002} garder --json");
+    EXPECT_EQ(json::decode<Topic>(shown.bytes()), vorle.topics()[1]);
 }
 
 TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
-    QList<Topic> list = topics();
+    QList<Topic> list = vorle.topics();
     Topic captured = test::sampleTopic(QStringLiteral("capturé"), TopicStatus::Pending);
     captured.id = QUuid(QStringLiteral("CD330000-0000-4000-8000-000000000003"));
     captured.capturedURL = QStringLiteral("https://example.org/");
@@ -128,8 +65,8 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
     captured.id = QUuid(QStringLiteral("CE440000-0000-4000-8000-000000000004"));
     captured.status = TopicStatus::Dismissed;
     list += captured;
-    save(list);
-    const QByteArray before = test::readFile(file);
+    vorle.save(list);
+    const QByteArray before = test::readFile(vorle.topicsFile());
     const struct {
         const char *words;
         int status;
@@ -158,7 +95,7 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
         {"calibrer --reprendre --passer", 2, "Choisis entre"},
     };
     for (const auto &one : cases) {
-        const Outcome outcome = run(one.words);
+        const Program::Outcome outcome = vorle.run(one.words);
         EXPECT_EQ(outcome.status, one.status) << one.words;
         EXPECT_THAT(
             QString::fromStdString(outcome.err).replace(QChar(QChar::Nbsp), u' ').toStdString(),
@@ -166,36 +103,37 @@ TEST_F(Triage, what_cannot_be_done_is_told_in_french_and_changes_nothing) {
             << one.words;
         EXPECT_TRUE(outcome.out.empty()) << outcome.out;
     }
-    EXPECT_EQ(test::readFile(file), before);
-    EXPECT_EQ(run("reglages calibrationStart").out, "null\n");
+    EXPECT_EQ(test::readFile(vorle.topicsFile()), before);
+    EXPECT_EQ(vorle.run("reglages calibrationStart").out, "null\n");
 
-    test::writeFile(file, "{}");
+    test::writeFile(vorle.topicsFile(), "{}");
     for (const char *command : {"trier AB11 garder", "corriger AB11 5", "programme", "sujets AB"}) {
-        const Outcome outcome = run(command);
+        const Program::Outcome outcome = vorle.run(command);
         EXPECT_EQ(outcome.status, 1) << command;
         EXPECT_THAT(outcome.err, HasSubstr("illisibles"));
     }
-    EXPECT_EQ(test::readFile(file), "{}");
+    EXPECT_EQ(test::readFile(vorle.topicsFile()), "{}");
 }
 
 TEST_F(Triage, a_correction_shows_the_users_score_with_the_former_one) {
-    const Outcome made = run(words("corriger ab11 9 --raison fiable,domaine --texte") +
-                             QStringList{QStringLiteral("lu ailleurs")});
+    const Program::Outcome made =
+        vorle.run(Program::parted("corriger ab11 9 --raison fiable,domaine --texte") +
+                  QStringList{QStringLiteral("lu ailleurs")});
     EXPECT_THAT(made.out, HasSubstr("Note 9 sur 10, j’avais mis 7"));
-    const Correction kept = topics()[0].correction.value_or(Correction());
+    const Correction kept = vorle.topics()[0].correction.value_or(Correction());
     EXPECT_EQ(kept.score, 9);
     EXPECT_EQ(kept.tags, (QList<QString>{QStringLiteral("hors de mon domaine"),
                                          QStringLiteral("pas fiable")}));
-    EXPECT_EQ(topics()[0].score, 7) << "the app's own score stays";
+    EXPECT_EQ(vorle.topics()[0].score, 7) << "the app's own score stays";
 
-    const Outcome open = run("sujets AB11");
+    const Program::Outcome open = vorle.run("sujets AB11");
     EXPECT_THAT(open.out, HasSubstr("   9  AB11"));
     EXPECT_THAT(open.out, HasSubstr("J’avais mis 7"));
     EXPECT_THAT(open.out, HasSubstr("pas fiable"));
 
-    EXPECT_THAT(run("corriger AB11 --retirer").out, HasSubstr("Note 7 sur 10, la mienne"));
-    EXPECT_FALSE(topics()[0].correction);
-    EXPECT_EQ(run("corriger AB11 --retirer").status, 0);
+    EXPECT_THAT(vorle.run("corriger AB11 --retirer").out, HasSubstr("Note 7 sur 10, la mienne"));
+    EXPECT_FALSE(vorle.topics()[0].correction);
+    EXPECT_EQ(vorle.run("corriger AB11 --retirer").status, 0);
 }
 
 TEST_F(Triage, a_list_of_one_status_stands_in_the_order_of_the_windows_section) {
@@ -226,7 +164,7 @@ TEST_F(Triage, a_list_of_one_status_stands_in_the_order_of_the_windows_section) 
     add("fait-après", TopicStatus::Done, 2, 2);
     add("écarté-a", TopicStatus::Dismissed, 2, 1);
     add("écarté-b", TopicStatus::Dismissed, 9, 2);
-    save(list);
+    vorle.save(list);
     const struct {
         const char *status;
         const char *wanted;
@@ -238,15 +176,16 @@ TEST_F(Triage, a_list_of_one_status_stands_in_the_order_of_the_windows_section) 
     for (const auto &row : cases) {
         const std::string command = std::string("sujets --statut ") + row.status;
         QStringList said;
-        for (const QString &line : QString::fromStdString(run(command.c_str()).out).split(u'\n')) {
+        for (const QString &line :
+             QString::fromStdString(vorle.run(command.c_str()).out).split(u'\n')) {
             if (const QStringList parts = line.simplified().split(u' '); parts.size() > 1) {
                 said += parts[1];
             }
         }
         EXPECT_EQ(said.join(u' ').toStdString(), row.wanted) << row.status;
         QStringList recorded;
-        for (const Topic &topic : json::decode<QList<Topic>>(
-                 QByteArray::fromStdString(run((command + " --json").c_str()).out))) {
+        for (const Topic &topic :
+             json::decode<QList<Topic>>(vorle.run((command + " --json").c_str()).bytes())) {
             recorded += topic.title;
         }
         EXPECT_EQ(recorded, said);
@@ -254,146 +193,29 @@ TEST_F(Triage, a_list_of_one_status_stands_in_the_order_of_the_windows_section) 
 }
 
 TEST_F(Triage, the_program_draws_its_line_where_the_week_is_full) {
-    EXPECT_THAT(run("programme").out, HasSubstr("Ton programme est vide."));
-    QList<Topic> list = topics();
+    EXPECT_THAT(vorle.run("programme").out, HasSubstr("Ton programme est vide."));
+    QList<Topic> list = vorle.topics();
     list[0].minutes = 100;
     list[1].minutes = 90;
     list[1].score = 6;
-    save(list);
-    EXPECT_EQ(run("trier AB22 garder").status, 0);
-    EXPECT_THAT(run("trier AB11 garder").err, Not(HasSubstr("sous la ligne")));
-    const Outcome shown = run("programme");
+    vorle.save(list);
+    EXPECT_EQ(vorle.run("trier AB22 garder").status, 0);
+    EXPECT_THAT(vorle.run("trier AB11 garder").err, Not(HasSubstr("sous la ligne")));
+    const Program::Outcome shown = vorle.run("programme");
     const auto line = shown.out.find("──");
     EXPECT_LT(shown.out.find("AB11"), line);
     EXPECT_GT(shown.out.find("AB22"), line);
-    const QJsonObject figures =
-        QJsonDocument::fromJson(QByteArray::fromStdString(run("programme --json").out)).object();
+    const QJsonObject figures = vorle.run("programme --json").object();
     EXPECT_EQ(figures[u"budget"].toInt(), 180);
     EXPECT_EQ(figures[u"planned"].toInt(), 100);
     EXPECT_EQ(figures[u"waits"].toArray().size(), 1);
     EXPECT_EQ(figures[u"state"].toString(), u"inProgress");
-    EXPECT_EQ(run("trier AB11 fait").status, 0);
-    EXPECT_EQ(run("trier AB22 retirer").status, 0);
-    EXPECT_THAT(run("trier AB22 garder").err, HasSubstr("il attend sous la ligne"));
-    EXPECT_EQ(run("trier AB22 pas-pour-moi").status, 0);
-    EXPECT_THAT(run("programme").out, HasSubstr("Programme fini, il te reste 1\u00A0h\u00A020"));
-}
-
-/// A terminal with a person at it: what the program shows is read, keys are typed.
-class Terminal {
-public:
-    Terminal() : m_person(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK)) {
-        grantpt(m_person);
-        unlockpt(m_person);
-        m_name = QString::fromLocal8Bit(ptsname(m_person));
-        m_held = ::open(ptsname(m_person), O_RDWR | O_NOCTTY);
-    }
-    ~Terminal() {
-        ::close(m_held);
-        ::close(m_person);
-    }
-    Terminal(const Terminal &) = delete;
-    Terminal &operator=(const Terminal &) = delete;
-
-    void attach(QProcess &process) const {
-        process.setStandardInputFile(m_name);
-        process.setStandardOutputFile(m_name, QIODevice::Append);
-        process.setStandardErrorFile(m_name, QIODevice::Append);
-    }
-    /// Waits for the text to be shown, after what was awaited before, then types.
-    void answer(const char *text, const char *typed) {
-        test::spinUntil([&] { return !shown(text).isEmpty(); });
-        m_from = m_shown.indexOf(text, m_from) + qsizetype(qstrlen(text));
-        [[maybe_unused]] const auto written = ::write(m_person, typed, qstrlen(typed));
-    }
-    QByteArray shown(const char *text) {
-        std::array<char, 4096> bytes{};
-        for (ssize_t count = 0; (count = ::read(m_person, bytes.data(), bytes.size())) > 0;) {
-            m_shown.append(bytes.data(), count);
-        }
-        return m_shown.indexOf(text, m_from) < 0 ? QByteArray() : m_shown;
-    }
-
-private:
-    int m_person;
-    int m_held; // keeps the terminal alive between programs
-    QString m_name;
-    QByteArray m_shown;
-    qsizetype m_from = 0;
-};
-
-TEST_F(Triage, calibration_asks_at_a_terminal_and_goes_on_where_it_was_left) {
-    Terminal terminal;
-    const auto start = [&](const QStringList &arguments) {
-        auto process = prepare(arguments);
-        terminal.attach(*process);
-        process->start();
-        return process;
-    };
-    const auto end = [](QProcess &process) {
-        test::spinUntil([&] { return process.state() == QProcess::NotRunning; });
-        return process.exitCode();
-    };
-    auto process = start({QStringLiteral("calibrer")});
-    terminal.answer("Arrêter", "\x1B[A\x1B[3~éz X"); // what is no answer is passed over
-    terminal.answer("de 0 à 10", "onze\n");
-    terminal.answer("nombre entier", "2\n");
-    terminal.answer("J’avais mis 7.", "");
-    terminal.answer("Annuler", "a");
-    terminal.answer("Réponse annulée.", "");
-    terminal.answer("Arrêter", "l");
-    terminal.answer("de 0 à 10", "\n");
-    terminal.answer("2 sur 2", "");
-    terminal.answer("Arrêter", "q");
-    EXPECT_EQ(end(*process), 0);
-    EXPECT_EQ(topics()[0].status, TopicStatus::Reserve);
-    EXPECT_FALSE(topics()[0].correction) << "what was taken back left nothing";
-    EXPECT_EQ(run("reglages calibrated").out, "false\n");
-
-    process = start({QStringLiteral("calibrer")});
-    terminal.answer("2 sur 2", "");
-    terminal.answer("Arrêter", "g");
-    terminal.answer("de 0 à 10", "7\n");
-    terminal.answer("C’est noté.", "");
-    EXPECT_EQ(end(*process), 0);
-    EXPECT_EQ(topics()[1].status, TopicStatus::Program);
-    EXPECT_EQ(topics()[1].correction->score, 7);
-    EXPECT_EQ(run("reglages calibrated").out, "true\n");
-    process = start({QStringLiteral("calibrer")});
-    terminal.answer("C’est déjà fait.", "");
-    EXPECT_EQ(end(*process), 0);
-
-    // Taken again an hour later, what was answered before does not count.
-    QList<Topic> list = topics();
-    for (Topic &topic : list) {
-        topic.triagedAt = topic.triagedAt->addSecs(-3600);
-    }
-    list[0].status = TopicStatus::Inbox;
-    save(list);
-    process = start({QStringLiteral("calibrer"), QStringLiteral("--reprendre")});
-    terminal.answer("1 sur 1", "");
-    terminal.answer("Arrêter", "g");
-    terminal.answer("de 0 à 10", "");
-    ::kill(static_cast<pid_t>(process->processId()), SIGINT);
-    EXPECT_EQ(end(*process), 0);
-    EXPECT_EQ(topics()[0].status, TopicStatus::Program) << "the choice was taken, the score is not";
-    EXPECT_EQ(run("calibrer --passer").status, 0);
-    EXPECT_EQ(run("reglages calibrated").out, "true\n");
-}
-
-TEST_F(Triage, calibration_tells_machines_how_far_it_is_and_asks_nothing) {
-    const auto state = [&](const char *words) {
-        const Outcome outcome = run(words);
-        EXPECT_EQ(outcome.status, 0) << outcome.err;
-        return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out)).object();
-    };
-    EXPECT_EQ(state("calibrer --json")[u"underWay"], false);
-    const QJsonObject begun = state("calibrer --reprendre --json");
-    EXPECT_EQ(begun[u"underWay"], true);
-    EXPECT_EQ(begun[u"answered"], 0);
-    EXPECT_EQ(begun[u"total"], 2);
-    EXPECT_TRUE(begun[u"next"].toObject().contains(u"title"));
-    EXPECT_EQ(state("calibrer --passer --json")[u"calibrated"], true);
+    EXPECT_EQ(vorle.run("trier AB11 fait").status, 0);
+    EXPECT_EQ(vorle.run("trier AB22 retirer").status, 0);
+    EXPECT_THAT(vorle.run("trier AB22 garder").err, HasSubstr("il attend sous la ligne"));
+    EXPECT_EQ(vorle.run("trier AB22 pas-pour-moi").status, 0);
+    EXPECT_THAT(vorle.run("programme").out,
+                HasSubstr("Programme fini, il te reste 1\u00A0h\u00A020"));
 }
 
 TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
@@ -404,71 +226,17 @@ TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
     note.relevance = 6.8;
     note.reflexes = {{QStringLiteral("long-later"),
                       QStringLiteral("Les sujets longs attendent\u001B[2J un créneau.")}};
-    test::writeFile(folder.filePath(QStringLiteral("score-notes.json")), json::encode(QList{note}));
-    const Outcome open = run("sujets AB11");
+    vorle.write("data/vorle/score-notes.json", json::encode(QList{note}));
+    const Program::Outcome open = vorle.run("sujets AB11");
     EXPECT_EQ(open.status, 0);
     EXPECT_THAT(open.out, HasSubstr("Claude Code, le 2 novembre"));
     EXPECT_THAT(open.out, HasSubstr("6,8, arrondi à 7"));
     EXPECT_THAT(open.out, HasSubstr("Les sujets longs attendent"));
     EXPECT_THAT(open.out, Not(HasSubstr("\x1B"))) << "no text commands the terminal";
-    EXPECT_THAT(run("sujets AB22").out, Not(HasSubstr("Jugé par")));
-    const auto shown =
-        QJsonDocument::fromJson(QByteArray::fromStdString(run("sujets AB11 --json").out)).object();
+    EXPECT_THAT(vorle.run("sujets AB22").out, Not(HasSubstr("Jugé par")));
+    const auto shown = vorle.run("sujets AB11 --json").object();
     EXPECT_EQ(shown[u"scoreNote"].toObject()[u"agent"].toString(), u"claude");
     EXPECT_EQ(shown[u"title"].toString(), u"AB11");
-}
-
-TEST(ScoreExplanationTest, tells_what_is_known_and_leaves_out_the_rest) {
-    Topic topic = test::sampleTopic(QStringLiteral("a"));
-    const auto fact = [](const ScoreExplanation &open, QStringView label) {
-        for (const ScoreExplanation::Fact &one : open.facts) {
-            if (one.label == label) {
-                return QString(one.text).replace(QChar(QChar::Nbsp), u' ');
-            }
-        }
-        return QString();
-    };
-    const QDate today(2026, 11, 3);
-    const ScoreExplanation bare = openScore(topic, std::nullopt, today);
-    EXPECT_EQ(bare.title, QStringLiteral("Note 7 sur 10"));
-    EXPECT_TRUE(bare.grades.isEmpty());
-    EXPECT_EQ(bare.facts.size(), 1) << "the effort alone is known";
-
-    topic.criteria = Judgment::Criteria{8, 6, 4, 9, 20};
-    topic.readLevel = ReadLevel::Full;
-    topic.urgency =
-        Judgment::Urgency{Judgment::Urgency::Level::Before, QStringLiteral("2026-11-28"),
-                          QStringLiteral("fin du support")};
-    topic.correction = Correction{9,
-                                  {QStringLiteral("plus important que ça")},
-                                  QStringLiteral("lu %1"),
-                                  QDateTime(today, QTime(9, 0), Qt::UTC)};
-    ScoreProvenance note;
-    note.at = QDateTime(QDate(2026, 11, 1), QTime(23, 30), Qt::UTC);
-    note.agent = QStringLiteral("codex");
-    note.relevance = 7.46;
-    note.bytesRead = 5432;
-    note.examples = 12;
-    note.reflexes = {{QStringLiteral("stack-first"), QStringLiteral("La stack passe avant.")},
-                     {QStringLiteral("kind-video"), QString()}};
-    const ScoreExplanation open = openScore(topic, note, today, QTimeZone("Europe/Paris"));
-    EXPECT_EQ(open.title, QStringLiteral("Note 9 sur 10, la tienne. J’avais mis 7"));
-    ASSERT_EQ(open.grades.size(), 4);
-    EXPECT_EQ(open.grades[3], (ScoreExplanation::Grade{QStringLiteral("Fiabilité"), 9}));
-    EXPECT_EQ(fact(open, u"Urgence"), QStringLiteral("Avant le 28 novembre. Fin du support"));
-    EXPECT_EQ(fact(open, u"Lecture"), QStringLiteral("lu en entier, 5,4 ko de texte"));
-    EXPECT_EQ(fact(open, u"Avant arrondi"), QStringLiteral("7,46, arrondi à 7"));
-    EXPECT_EQ(fact(open, u"Jugé par"), QStringLiteral("Codex, le 2 novembre"));
-    EXPECT_EQ(fact(open, u"Réflexes"), QStringLiteral("La stack passe avant. kind-video"));
-    EXPECT_EQ(fact(open, u"Exemples"), QStringLiteral("12 de tes tris"));
-    EXPECT_EQ(
-        fact(open, u"Ta correction"),
-        QStringLiteral("9 sur 10, le 3 novembre · plus important que ça · «\u202Flu %1\u202F»"));
-
-    topic.readLevel = ReadLevel::None;
-    topic.correction.reset();
-    EXPECT_EQ(openScore(topic, note, today).title,
-              QStringLiteral("Pas de note : rien n’a pu être lu"));
 }
 
 } // namespace

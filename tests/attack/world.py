@@ -154,7 +154,7 @@ class World:
     def give_settings(self, **values: object) -> None:
         self.settings.write_text(json.dumps(values, ensure_ascii=False, indent=4), "utf-8")
 
-    def give_agent(self, scenario: dict[str, object], script: str = "") -> None:
+    def give_agent(self, table: dict[str, object], script: str = "") -> None:
         """Installs the stand-in, signed in. `script`: the shell in front of it, when not the
         plain one; it finds the stand-in's command in $STAND_IN."""
         folder = self.home / ".local" / "bin"
@@ -164,11 +164,7 @@ class World:
         agent.write_text(f'#!/bin/sh\nSTAND_IN="python3 -S {STAND_IN}"\n{body}\n')
         agent.chmod(agent.stat().st_mode | stat.S_IXUSR)
         (self.home / ".claude.json").write_text('{"oauthAccount": {"displayName": "Essai"}}')
-        (self.home / "scenario.json").write_text(json.dumps(scenario, ensure_ascii=False), "utf-8")
-
-    def prompts(self) -> str:
-        log = self.home / "prompts.log"
-        return log.read_text("utf-8", errors="replace") if log.exists() else ""
+        (self.home / "table.json").write_text(json.dumps(table, ensure_ascii=False), "utf-8")
 
     def processes(self) -> list[str]:
         """Every living process that is of this world, by what it was told or where it lives."""

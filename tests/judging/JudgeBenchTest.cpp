@@ -151,24 +151,18 @@ class JudgeBenchTest : public testing::Test {
 protected:
     JudgeBenchTest() {
         m_agents.signIn(AgentKind::Claude);
-        test::writeFile(m_agents.home() + QStringLiteral("/scenario.json"),
-                        R"({"candidates":{},"judge":"ok"})");
+        m_agents.answerBy(R"({"candidates":{},"judge":"ok"})");
     }
 
     /// Claude Code's stand-in, behind what `before` does first.
     void install(const QByteArray &before = {}) {
-        m_agents.install(AgentKind::Claude,
-                         before + "\nexec python3 '" VORLE_SUPPORT "/stand-in-agent.py' \"$@\"");
+        m_agents.install(AgentKind::Claude, before + '\n' + test::ScriptedAgent::byTable);
     }
 
     JudgeBench::Outcome judge(Bench one, CancelToken cancel = {}) {
         m_progress.clear();
         return test::waitFor(JudgeBench(m_asker).judge(
             std::move(one), [this](qsizetype done) { m_progress += done; }, cancel));
-    }
-
-    QByteArray prompts() const {
-        return test::readFile(m_agents.home() + QStringLiteral("/prompts.log"));
     }
 
     test::ScriptedAgent m_agents;
@@ -201,7 +195,7 @@ TEST_F(JudgeBenchTest, judges_in_the_batches_of_a_run_for_the_profile_of_the_ben
     EXPECT_EQ(outcome.costUSD, 0.75) << "three calls";
     EXPECT_EQ(m_progress.last(), 17);
 
-    const QString sent = QString::fromUtf8(prompts());
+    const QString sent = m_agents.prompts();
     for (const char *line :
          {"Today is October 7, 2026.", "Job: Relieuse\n", "- Atelier: reliure\n",
           "- Papier (weight 4)\n", "- Presse", "- They love glue.\n",

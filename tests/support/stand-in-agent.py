@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Stands in for Claude Code in tests of whole runs.
 
-Called with the real command line. Reads scenario.json in its home:
+Called with the real command line. Answers by the table in its home, table.json:
   "candidates": what each scope answers, by a text found in the prompt: a list of candidates,
                 "fail" (exit status 3), "prose", "hang", or "blank" (an error without a word)
   "judge":      "ok", "fail", "fail-once", "hang", "prose", "blank" or "silent" (judges nobody)
@@ -12,8 +12,8 @@ Called with the real command line. Reads scenario.json in its home:
   "delays":     how long a scope takes to answer, by a text found in the prompt
   "poison":     a text that makes every judgment fail whose prompt holds it
   "overlooked": a text whose candidate is judged only when it is alone
-Every call is noted in calls.log: "candidates", "judge", "dig" or "brief", then the process identity;
-its prompt in prompts.log.
+Which of these a call is, "candidates", "judge", "dig" or "brief", is noted in its folder,
+$VORLE_TEST_CALL, where it has one.
 """
 import json
 import os
@@ -56,34 +56,32 @@ def dug(prompt, plan):
 
 def main():
     home = pathlib.Path(os.environ["HOME"])
-    scenario = json.loads((home / "scenario.json").read_text())
+    table = json.loads((home / "table.json").read_text())
     prompt = sys.argv[sys.argv.index("-p") + 1]
     schema = sys.argv[sys.argv.index("--json-schema") + 1]
     steps = {"judge": '"judgments"', "dig": '"results"', "brief": '"essentials"'}
     step = next((name for name, key in steps.items() if key in schema), "candidates")
-    with open(home / "calls.log", "a") as log:
-        log.write(f"{step} {os.getpid()}\n")
-    with open(home / "prompts.log", "a") as log:
-        log.write(prompt + "\n")
+    if call := os.environ.get("VORLE_TEST_CALL"):
+        (pathlib.Path(call) / "step").write_text(step)
     plan = "ok"
     if step == "dig":
-        answer = {"results": dug(prompt, scenario.get("dig", {}))}
+        answer = {"results": dug(prompt, table.get("dig", {}))}
     elif step == "brief":
-        plan = answer = scenario["brief"]
+        plan = answer = table["brief"]
     elif step == "judge":
-        plan = scenario.get("judge", "ok")
-        time.sleep(scenario.get("seconds", 0))
+        plan = table.get("judge", "ok")
+        time.sleep(table.get("seconds", 0))
         if plan == "fail-once":
             mark = home / "judged-once"
             plan = "ok" if mark.exists() else "fail"
             mark.touch()
-        if scenario.get("poison", "\0") in prompt:
+        if table.get("poison", "\0") in prompt:
             plan = "fail"
-        overlooked = scenario.get("overlooked")
+        overlooked = table.get("overlooked")
         answer = {"judgments": [] if plan == "silent" else judged(prompt, overlooked)}
     else:
-        time.sleep(sum(s for key, s in scenario.get("delays", {}).items() if key in prompt))
-        plan = next((value for key, value in scenario["candidates"].items() if key in prompt), [])
+        time.sleep(sum(s for key, s in table.get("delays", {}).items() if key in prompt))
+        plan = next((value for key, value in table["candidates"].items() if key in prompt), [])
         answer = {"candidates": plan}
     if plan == "fail":
         leave("le serveur est occupé")

@@ -1,12 +1,8 @@
 #include "app/models/RunModel.h"
 #include "app/models/ReportModel.h"
 #include "app/models/TerritoryModel.h"
-#include "core/ScoreProvenanceLog.h"
-#include "core/TopicStore.h"
-#include "search/feeds/Feeds.h"
-#include "search/web/PageReader.h"
-#include "search/web/SourceImage.h"
 #include "tests/core/Samples.h"
+#include "tests/search/run/RunParts.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Text.h"
 #include "tests/support/Wait.h"
@@ -24,62 +20,31 @@ using namespace std::chrono_literals;
 
 using test::text;
 
-/// Real collaborators: a child process for the agent, real HTTP, real files.
 class RunModelTest : public testing::Test {
 protected:
     void signIn(double seconds = 0) {
-        const QString bin = folder.filePath(text("home/.local/bin"));
-        QDir().mkpath(bin);
-        test::writeFile(bin + text("/claude"),
-                        "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
-        QFile(bin + text("/claude"))
-            .setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        test::writeFile(folder.filePath(text("home/.claude.json")), R"({"oauthAccount":{}})");
-        server.serve("/page", test::TestReply::page("<title>Une page</title><article>" +
-                                                    QByteArray("mot ").repeated(300)));
-        test::writeFile(
-            folder.filePath(text("home/scenario.json")),
+        claude.signIn();
+        server.serve("/page", test::TestReply::page(test::RunParts::page("une")));
+        claude.answerBy(
             text(R"({"candidates":{"Topics the person":[{"title":"Un titre","url":"%1",)"
                  R"("kind":"article","about":"Rust"}]},"judge":"ok","seconds":%2,"dig":{}})")
                 .arg(server.link("/page"))
                 .arg(seconds)
                 .toUtf8());
     }
-    AgentEnvironment environment() const {
-        AgentEnvironment made = AgentEnvironment::ofThisProcess();
-        made.variables.insert(text("VORLE_HOME"), folder.filePath(text("home")));
-        made.variables.remove(text("VORLE_AGENT"));
-        made.sharedFolders.clear();
-        return made;
-    }
     void untilEnded() {
         test::spinUntil([this] { return !model->running(); }, 60s);
     }
 
-    QTemporaryDir folder;
-    test::FixedClock clock; // Monday 2 November 2026, 9:30
-    test::TestServer server;
-    Resources resources{QStringLiteral(VORLE_RESOURCES)};
-    Preferences preferences{
-        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json")))};
-    TopicStore store{folder.filePath(QStringLiteral("topics.json")), resources, clock};
-    HttpClient http{true};
-    PageReader reader{http, 5s};
-    EngineAgent agent{environment(), [] { return QString(); }, {4s, 4s}};
-    Asker asker{agent, resources, 10ms};
-    Feeds feeds{http, clock};
-    SourceImage images{http, {folder.filePath(text("pictures")), server.url({}).toString()}};
-    ScoreProvenanceLog notes{store, clock};
-    SearchEngine engine{{.preferences = preferences,
-                         .store = store,
-                         .notes = notes,
-                         .asker = asker,
-                         .reader = reader,
-                         .feeds = feeds,
-                         .images = images,
-                         .clock = clock,
-                         .zone = LocalZone([this] { return zone; })}};
     QTimeZone zone = QTimeZone::utc();
+    test::FixedClock clock; // Monday 2 November 2026, 9:30
+    test::RunParts parts{clock, LocalZone([this] { return zone; })};
+    const QTemporaryDir &folder = parts.folder;
+    const test::ScriptedAgent &claude = parts.claude;
+    test::TestServer &server = parts.server;
+    Preferences &preferences = parts.preferences;
+    TopicStore &store = parts.store;
+    SearchEngine &engine = parts.engine;
     std::unique_ptr<RunModel> model = std::make_unique<RunModel>(
         engine, preferences, store, clock, LocalZone([this] { return zone; }));
 };

@@ -3,20 +3,17 @@
 
 #include "app/window/CommandServer.h"
 
-#include "agents/TemporaryFiles.h"
 #include "app/models/TerritoryModel.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
-#include "app/wiring/Application.h"
 #include "app/wiring/RunTimer.h"
 #include "search/run/RunPlan.h"
 #include "tests/core/Samples.h"
-#include "tests/support/Wait.h"
+#include "tests/support/AppInProcess.h"
 
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcess>
 #include <QtEndian>
 
 #include <gmock/gmock.h>
@@ -26,45 +23,13 @@
 namespace vorle {
 namespace {
 
+using test::Program;
 using testing::HasSubstr;
 
-QStringList words(const char *text) {
-    return QString::fromUtf8(text).split(u' ', Qt::SkipEmptyParts);
-}
-
 class CommandServerTest : public testing::Test {
-public:
-    ~CommandServerTest() override {
-        if (door) {
-            test::waitFor(door->closed());
-        }
-        qunsetenv("VORLE_STORE");
-        qunsetenv("VORLE_HOME");
-        qunsetenv("VORLE_SETTINGS");
-    }
-
 protected:
-    struct Outcome {
-        int status = -1;
-        std::string out;
-        std::string err;
-    };
-
     CommandServerTest() {
-        preparePrivateTemporaryDirectory(); // as the program does: the socket lies there
-        QDir(path("home")).mkpath(QStringLiteral(".local/bin"));
-        const QString agent = path("home/.local/bin/claude");
-        test::writeFile(agent,
-                        "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
-        QFile(agent).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        test::writeFile(path("home/.claude.json"), R"({"oauthAccount":{}})");
-        test::writeFile(path("home/scenario.json"), R"({"candidates":{},"brief":"hang"})");
-        qputenv("VORLE_STORE", path("topics.json").toLocal8Bit());
-        qputenv("VORLE_HOME", path("home").toLocal8Bit());
-
-        Application::Setup setup;
-        setup.settingsFile = path("settings.json");
-        app = std::make_unique<Application>(setup);
+        vorle.agent.answerBy(R"({"candidates":{},"brief":"hang"})");
         EXPECT_TRUE(app->lock().tryLock());
         QList<Topic> topics;
         for (const char *id :
@@ -76,6 +41,11 @@ protected:
         app->store().add(topics);
         EXPECT_TRUE(app->store().flush());
     }
+    ~CommandServerTest() override {
+        if (door) {
+            test::waitFor(door->closed());
+        }
+    }
     void open() {
         door = std::make_unique<CommandServer>(*app);
         instance = std::make_unique<SingleInstance>(app->topicsFile());
@@ -85,26 +55,11 @@ protected:
         instance->serve();
     }
 
-    QString path(const char *name) const { return folder.filePath(QString::fromLatin1(name)); }
-
-    static std::unique_ptr<QProcess> start(const char *text) {
-        auto process = std::make_unique<QProcess>();
-        process->start(QStringLiteral(VORLE_BINARIES "/vorle"), words(text));
-        return process;
-    }
-    static Outcome end(QProcess &process) {
-        test::spinUntil([&] { return process.state() == QProcess::NotRunning; });
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-                process.readAllStandardOutput().toStdString(),
-                process.readAllStandardError().toStdString()};
-    }
-    static Outcome run(const char *text) { return end(*start(text)); }
-
     /// What the app answers to a command that the program itself would not send.
-    Outcome asked(const AppCommand &command) const {
+    Program::Outcome asked(const AppCommand &command) const {
         auto *socket = new QLocalSocket;
         AppConnection connection(socket, AppConnection::maxAnswerBytes);
-        Outcome outcome;
+        Program::Outcome outcome;
         bool over = false;
         QObject::connect(&connection, &AppConnection::closed, [&] { over = true; });
         QObject::connect(&connection, &AppConnection::received, [&](const AppMessage &message) {
@@ -130,10 +85,10 @@ protected:
         }
         throw std::runtime_error("no such topic");
     }
-    qsizetype calls() const { return test::readFile(path("home/calls.log")).count("brief"); }
+    qsizetype calls() const { return vorle.agent.calls(u"brief"); }
 
-    QTemporaryDir folder;
-    std::unique_ptr<Application> app;
+    test::AppInProcess app;
+    Program &vorle = app.program;
     std::unique_ptr<CommandServer> door;
     std::unique_ptr<SingleInstance> instance;
 };
@@ -143,16 +98,16 @@ TEST_F(CommandServerTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_
     const TopicListModel inbox(app->store(), Section::Inbox, app->clock());
     const TopicListModel program(app->store(), Section::Program, app->clock());
     ASSERT_EQ(inbox.rowCount(), 2);
-    const Outcome kept = run("trier ab11 garder");
+    const Program::Outcome kept = vorle.run("trier ab11 garder");
     EXPECT_EQ(kept.status, 0) << kept.err;
     EXPECT_EQ(kept.out, "Gardé · Programme  AB11\n");
     EXPECT_EQ(kept.err, "");
     EXPECT_EQ(inbox.rowCount(), 1);
     EXPECT_EQ(program.rowCount(), 1);
 
-    const Outcome corrected = run("corriger ab22 3 --texte Déjà\u00A0lu --json");
+    const Program::Outcome corrected = vorle.run("corriger ab22 3 --texte Déjà\u00A0lu --json");
     EXPECT_EQ(corrected.status, 0) << corrected.err;
-    EXPECT_EQ(json::decode<Topic>(QByteArray::fromStdString(corrected.out)), *topic("AB22"));
+    EXPECT_EQ(json::decode<Topic>(corrected.bytes()), *topic("AB22"));
     ASSERT_TRUE(topic("AB22")->correction);
     EXPECT_EQ(topic("AB22")->correction->score, 3);
     // On disk too, and the app still holds its topics.
@@ -162,23 +117,23 @@ TEST_F(CommandServerTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_
     EXPECT_TRUE(app->lock().isHeld());
 
     // Another name of the topics file leads to the same app.
-    QFile::link(app->topicsFile(), path("link.json"));
-    qputenv("VORLE_STORE", path("link.json").toLocal8Bit());
-    EXPECT_EQ(run("trier ab22 plus-tard").status, 0);
+    QFile::link(app->topicsFile(), vorle.path("link.json"));
+    vorle.environment.insert(QStringLiteral("VORLE_STORE"), vorle.path("link.json"));
+    EXPECT_EQ(vorle.run("trier ab22 plus-tard").status, 0);
     EXPECT_EQ(topic("AB22")->status, TopicStatus::Reserve);
 
     // What goes wrong keeps its words and its status.
-    const Outcome unknown = run("trier cc garder");
+    const Program::Outcome unknown = vorle.run("trier cc garder");
     EXPECT_EQ(unknown.status, 1);
     EXPECT_THAT(unknown.err, HasSubstr("Aucun sujet n’a un identifiant qui commence par « cc »."));
-    EXPECT_EQ(run("trier xyz garder").status, 2);
+    EXPECT_EQ(vorle.run("trier xyz garder").status, 2);
 }
 
 TEST_F(CommandServerTest, a_run_is_the_engines_and_leaves_what_another_one_has_pending) {
     open();
     Topic pending = test::sampleTopic(QStringLiteral("En cours"), TopicStatus::Pending);
     app->store().add({pending});
-    const Outcome refused = run("fouille");
+    const Program::Outcome refused = vorle.run("fouille");
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.err, HasSubstr("Rien à fouiller"));
     EXPECT_EQ(topic("En cours")->status, TopicStatus::Pending);
@@ -200,43 +155,42 @@ TEST_F(CommandServerTest, refuses_what_it_does_not_do_for_others) {
     };
     const auto before = app->store().topics();
     for (const auto &each : cases) {
-        const Outcome outcome = asked({.words = words(each.typed), .width = -5});
+        const Program::Outcome outcome = asked({.words = Program::parted(each.typed), .width = -5});
         EXPECT_EQ(outcome.status, each.status) << each.typed;
         EXPECT_THAT(outcome.err, HasSubstr(each.said));
         EXPECT_EQ(outcome.out, "");
     }
     EXPECT_EQ(app->store().topics(), before);
     // A terminal that shows colours gets them from here.
-    EXPECT_THAT(asked({.words = words("trier ab11 garder"), .colours = true}).out,
+    EXPECT_THAT(asked({.words = Program::parted("trier ab11 garder"), .colours = true}).out,
                 HasSubstr("\033[1mGardé"));
 }
 
 TEST_F(CommandServerTest, stops_when_the_caller_interrupts_or_vanishes) {
     open();
-    const auto interrupted = start("fiche ab11");
+    QProcess &interrupted = vorle.start("fiche ab11");
     test::spinUntil([&] { return calls() == 1; });
-    kill(pid_t(interrupted->processId()), SIGINT);
-    const Outcome outcome = end(*interrupted);
+    kill(pid_t(interrupted.processId()), SIGINT);
+    const Program::Outcome outcome = Program::end(interrupted);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("J’écris la fiche de lecture…\nArrêté.\n"));
     EXPECT_FALSE(app->briefs().running());
 
-    const auto vanished = start("fiche ab22");
+    QProcess &vanished = vorle.start("fiche ab22");
     test::spinUntil([&] { return calls() == 2; });
-    vanished->kill();
+    vanished.kill();
     test::spinUntil([&] { return !app->briefs().running(); });
     EXPECT_FALSE(topic("AB22")->brief);
 
     // An app that quits ends what it runs for others.
-    const auto last = start("fiche ab11");
+    QProcess &last = vorle.start("fiche ab11");
     test::spinUntil([&] { return calls() == 3; });
     test::waitFor(door->closed());
-    EXPECT_EQ(end(*last).status, 1);
+    EXPECT_EQ(Program::end(last).status, 1);
     EXPECT_FALSE(app->briefs().running());
 }
 
 TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_settings) {
-    qputenv("VORLE_SETTINGS", path("settings.json").toLocal8Bit());
     Preferences &preferences = app->preferences();
     preferences.watch();
     test::FixedClock clock; // Monday 2 November 2026, 9:30
@@ -247,13 +201,13 @@ TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_sett
     };
     EXPECT_EQ(timer.next(), at(9, 8));
     EXPECT_FALSE(refusalText(preferences).isEmpty());
-    EXPECT_EQ(run(R"(reglages schedule {"weekdays":[3],"hour":9,"minute":0})").status, 0);
+    EXPECT_EQ(vorle.run(R"(reglages schedule {"weekdays":[3],"hour":9,"minute":0})").status, 0);
     test::spinUntil([&] { return timer.next() == at(3, 9); });
 
     const int rows = territory.rowCount();
-    QDir(folder.path()).mkdir(QStringLiteral("projet"));
-    const QByteArray adding = "projet ajouter " + path("projet").toUtf8();
-    EXPECT_EQ(run(adding.constData()).status, 0);
+    QDir(vorle.path()).mkdir(QStringLiteral("projet"));
+    const QByteArray adding = "projet ajouter " + vorle.path("projet").toUtf8();
+    EXPECT_EQ(vorle.run(adding.constData()).status, 0);
     test::spinUntil([&] { return refusalText(preferences).isEmpty(); });
     test::spinUntil([&] { return territory.rowCount() > rows; });
 
@@ -262,7 +216,7 @@ TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_sett
           std::pair("appearance", "\"Sombre\""), std::pair("terminal", "\"Ghostty\""),
           std::pair("disabledReflexes", "[\"long-later\"]")}) {
         const QByteArray words = QByteArray("reglages ") + key + ' ' + value;
-        EXPECT_EQ(run(words.constData()).status, 0) << key;
+        EXPECT_EQ(vorle.run(words.constData()).status, 0) << key;
         const QJsonValue wanted =
             QJsonDocument::fromJson('[' + QByteArray(value) + ']').array().first();
         test::spinUntil(
@@ -294,22 +248,22 @@ TEST_F(CommandServerTest, garbage_ends_its_connection_and_nothing_else) {
     for (QLocalSocket &socket : silent) {
         socket.connectToServer(appSocketName(app->topicsFile()));
     }
-    const Outcome outcome = run("trier ab11 garder");
+    const Program::Outcome outcome = vorle.run("trier ab11 garder");
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(topic("AB11")->status, TopicStatus::Program);
 }
 
 TEST_F(CommandServerTest, without_an_answer_the_command_waits_as_for_another_one) {
-    const auto waiting = start("trier ab11 garder");
+    QProcess &waiting = vorle.start("trier ab11 garder");
     QByteArray said;
     test::spinUntil([&] {
-        said += waiting->readAllStandardError();
+        said += waiting.readAllStandardError();
         return said.endsWith('\n');
     });
     EXPECT_THAT(said.toStdString(), HasSubstr("Une autre commande vorle travaille sur tes sujets"));
     EXPECT_EQ(topic("AB11")->status, TopicStatus::Inbox);
     open(); // the app may open in between
-    EXPECT_EQ(end(*waiting).status, 0);
+    EXPECT_EQ(Program::end(waiting).status, 0);
     EXPECT_EQ(topic("AB11")->status, TopicStatus::Program);
 }
 

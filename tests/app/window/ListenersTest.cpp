@@ -5,7 +5,6 @@
 
 #include "app/window/Announcer.h"
 #include "app/window/Shell.h"
-#include "app/wiring/Application.h"
 #include "briefs/BriefWriter.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeLinkOpener.h"
@@ -13,6 +12,7 @@
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
 #include "tests/core/Samples.h"
+#include "tests/support/AppInProcess.h"
 #include "tests/support/Text.h"
 
 #include <QAccessible>
@@ -22,7 +22,6 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -38,19 +37,8 @@ using test::text;
 
 class ListenersTest : public testing::Test {
 protected:
-    ListenersTest() {
-        qputenv("VORLE_STORE", path("topics.json").toLocal8Bit());
-        qputenv("VORLE_HOME", m_folder.path().toLocal8Bit());
-        Application::Setup setup;
-        setup.settingsFile = path("settings.json");
-        m_app = std::make_unique<Application>(setup);
-    }
-    ~ListenersTest() override {
-        qunsetenv("VORLE_STORE");
-        qunsetenv("VORLE_HOME");
-    }
+    ListenersTest() { m_app.program.agent.signOut(); }
 
-    QString path(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
     void add(int score, TopicStatus status = TopicStatus::Inbox) {
         Topic topic = sampleTopic(QStringLiteral("Sujet %1").arg(score), status);
         topic.score = score;
@@ -144,8 +132,7 @@ protected:
     }
 
     QStringList heard;
-    QTemporaryDir m_folder;
-    std::unique_ptr<Application> m_app;
+    test::AppInProcess m_app;
     test::FakeTerminals m_terminals;
     test::FakePasteboard m_pasteboard;
     test::FakeLinkOpener m_links;

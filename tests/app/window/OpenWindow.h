@@ -2,15 +2,14 @@
 
 #include "app/window/MainWindow.h"
 #include "app/window/Shell.h"
-#include "app/wiring/Application.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeLinkOpener.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
 #include "tests/core/Samples.h"
+#include "tests/support/AppInProcess.h"
 
 #include <QQuickItem>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -23,18 +22,8 @@ namespace vorle::test {
 class OpenWindow : public testing::Test {
 protected:
     OpenWindow() {
-        const QString home = m_folder.path();
-        qputenv("VORLE_STORE", (home + QStringLiteral("/topics.json")).toLocal8Bit());
-        qputenv("VORLE_HOME", home.toLocal8Bit());
-        qputenv("VORLE_REDUCED_MOTION", "1");
-        Application::Setup setup;
-        setup.settingsFile = home + QStringLiteral("/settings.json");
-        m_app = std::make_unique<Application>(setup);
-    }
-    ~OpenWindow() override {
-        for (const char *name : {"VORLE_STORE", "VORLE_HOME", "VORLE_REDUCED_MOTION"}) {
-            qunsetenv(name);
-        }
+        m_app.variables.set("VORLE_REDUCED_MOTION", QStringLiteral("1"));
+        m_app.program.agent.signOut();
     }
 
     TopicStore &store() { return m_app->store(); }
@@ -149,8 +138,7 @@ protected:
     QObject *screen() { return window().property("screen").value<QObject *>(); }
     bool enlarged() { return screen()->property("enlarged").toBool(); }
 
-    QTemporaryDir m_folder;
-    std::unique_ptr<Application> m_app;
+    AppInProcess m_app;
     FakeTerminals m_terminals;
     FakePasteboard m_pasteboard;
     FakeLinkOpener m_links;

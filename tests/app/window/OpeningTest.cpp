@@ -6,15 +6,13 @@
 #include "app/window/QuitHandler.h"
 #include "app/window/SingleInstance.h"
 #include "core/RunHistory.h"
-#include "tests/core/Samples.h"
+#include "tests/support/Program.h"
 #include "tests/support/Wait.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QEvent>
 #include <QFile>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -177,81 +175,38 @@ TEST(QuitHandler, the_systems_quit_waits_until_the_program_has_left) {
     }
 }
 
-/// The program itself, on files and a home of its own.
-class ProgramTest : public testing::Test {
-protected:
-    ProgramTest() {
-        QDir(folder.path()).mkpath(QStringLiteral("home/.local/bin"));
-        QDir(folder.path()).mkpath(QStringLiteral("runtime"));
-        QFile(path("runtime"))
-            .setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        const QString agent = path("home/.local/bin/claude");
-        test::writeFile(agent,
-                        "#!/bin/sh\nexec python3 " VORLE_SUPPORT "/stand-in-agent.py \"$@\"\n");
-        QFile(agent).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        test::writeFile(path("home/.claude.json"), R"({"oauthAccount":{}})");
-        test::writeFile(path("home/scenario.json"), R"({"candidates":{"":"hang"}})");
-        test::writeFile(path("settings.json"), R"({"interests":["Rust"]})");
-        const auto set = [&](const char *name, const QString &value) {
-            environment.insert(QString::fromLatin1(name), value);
-        };
-        set("VORLE_STORE", path("topics.json"));
-        set("VORLE_SETTINGS", path("settings.json"));
-        set("VORLE_HOME", path("home"));
-        set("XDG_RUNTIME_DIR", path("runtime"));
-        set("QT_QPA_PLATFORM", QStringLiteral("offscreen"));
-    }
-    ~ProgramTest() override {
-        for (const auto &process : started) {
-            process->kill();
-            process->waitForFinished();
-        }
-    }
-
-    QString path(const char *name) const { return folder.filePath(QString::fromLatin1(name)); }
-    QProcess &start(const QStringList &words = {}) {
-        started.push_back(std::make_unique<QProcess>());
-        QProcess &process = *started.back();
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(VORLE_BINARIES "/vorle"), words);
-        return process;
-    }
-    static bool runs(const QProcess &process) { return process.state() != QProcess::NotRunning; }
-
-    QTemporaryDir folder;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    std::list<std::unique_ptr<QProcess>> started;
-};
-
-TEST_F(ProgramTest, several_starts_at_once_leave_one_and_its_end_keeps_run_and_place) {
+TEST(Program, several_starts_at_once_leave_one_and_its_end_keeps_run_and_place) {
+    test::Program vorle;
+    vorle.agent.answerBy(R"({"candidates":{"":"hang"}})");
+    test::writeFile(vorle.settingsFile(), R"({"interests":["Rust"]})");
+    vorle.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    const auto runs = [](const QProcess *process) {
+        return process->state() != QProcess::NotRunning;
+    };
+    QList<QProcess *> started;
     for (int i = 0; i < 4; ++i) {
-        start();
+        started += &vorle.start("");
     }
-    test::spinUntil(
-        [&] {
-            return std::ranges::count_if(started,
-                                         [](const auto &process) { return runs(*process); }) == 1;
-        },
-        110s);
+    test::spinUntil([&] { return std::ranges::count_if(started, runs) == 1; }, 110s);
     QProcess *app = nullptr;
-    for (const auto &process : started) {
-        if (runs(*process)) {
-            app = process.get();
+    for (QProcess *process : started) {
+        if (runs(process)) {
+            app = process;
         } else {
             EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardError().toStdString();
         }
     }
     ASSERT_NE(app, nullptr);
 
-    const QProcess &run = start({QStringLiteral("fouille")});
-    test::spinUntil([&] { return QFile::exists(path("home/calls.log")); }, 60s);
+    const QProcess &run = vorle.start("fouille");
+    test::spinUntil([&] { return vorle.agent.living() > 0; }, 60s);
     ::kill(pid_t(app->processId()), SIGTERM);
-    test::spinUntil([&] { return !runs(*app) && !runs(run); }, 60s);
+    test::spinUntil([&] { return !runs(app) && !runs(&run); }, 60s);
     EXPECT_EQ(app->exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(app->exitCode(), 0);
     EXPECT_EQ(run.exitCode(), 1);
-    EXPECT_TRUE(QFile::exists(path("window.json")));
-    const auto reports = RunHistory(path("topics.json")).reports();
+    EXPECT_TRUE(QFile::exists(vorle.path("data/vorle/window.json")));
+    const auto reports = RunHistory(vorle.topicsFile()).reports();
     ASSERT_EQ(reports.size(), 1);
     EXPECT_TRUE(reports.first().cancelled);
 }

@@ -370,7 +370,7 @@ TEST_F(WindowTest, what_can_be_read_of_a_damaged_file_is_offered_with_one_button
     QByteArray damaged = json::encode(QList<Topic>{sampleTopic(QStringLiteral("a")),
                                                    sampleTopic(QStringLiteral("b")),
                                                    sampleTopic(QStringLiteral("c"))});
-    test::writeFile(m_folder.filePath(QStringLiteral("topics.json")),
+    test::writeFile(m_app.program.topicsFile(),
                     damaged.replace(damaged.lastIndexOf("inbox"), 5, "boxed"));
     open();
     QCoreApplication::processEvents();

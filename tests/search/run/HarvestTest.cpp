@@ -61,7 +61,7 @@ TEST_F(HarvestTest, what_the_digger_read_counts_beside_a_title_and_a_description
         EXPECT_EQ(topic->seenText->contains("DIT-"), thin);
         EXPECT_EQ(topic->seenText->contains("Une ligne."), thin);
     }
-    EXPECT_TRUE(promptsSent().contains(u"Une ligne.\nDIT-A"));
+    EXPECT_TRUE(claude.prompts().contains(u"Une ligne.\nDIT-A"));
 }
 
 // The news of a page that could not be read may stand on a page that another card has: it is one
@@ -184,9 +184,9 @@ TEST_F(HarvestTest, a_release_that_is_in_use_already_is_set_apart) {
         old += link.url;
     }
     EXPECT_THAT(old, testing::UnorderedElementsAre(at("/old"), at("/kept")));
-    EXPECT_TRUE(promptsSent().contains(u"versions in use: undici 7.12.0"));
+    EXPECT_TRUE(claude.prompts().contains(u"versions in use: undici 7.12.0"));
     run();
-    EXPECT_EQ(promptsSent().count(QStringLiteral("] Item kept")), 1);
+    EXPECT_EQ(claude.prompts().count(QStringLiteral("] Item kept")), 1);
 }
 
 // A link that one project has passed already may be what another waits for, whoever comes first

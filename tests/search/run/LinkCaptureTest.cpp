@@ -22,8 +22,12 @@ protected:
         EXPECT_NE(refusal, nullptr) << url.toStdString();
         return refusal != nullptr ? *refusal : LinkCapture::Refusal{};
     }
+    ~LinkCaptureTest() override {
+        capture.stop();
+        settle();
+    }
     void settle() {
-        test::spinUntil([&] { return !capture.running(); });
+        test::settle([&] { return !capture.running(); });
     }
 
     LinkCapture capture{{preferences, store, notes, asker, reader, images, clock}};
@@ -53,7 +57,7 @@ TEST_F(LinkCaptureTest, a_link_waits_is_judged_and_keeps_what_the_user_gave) {
     ASSERT_TRUE(judged->correction);
     EXPECT_EQ(judged->correction->score, 9);
     EXPECT_TRUE(notes.note(id));
-    EXPECT_TRUE(promptsSent().contains(u"Their note when saving it: pour le potager"));
+    EXPECT_TRUE(claude.prompts().contains(u"Their note when saving it: pour le potager"));
 
     // The same page again is the topic there is.
     EXPECT_EQ(refused(at("/long") + QStringLiteral("#bas")).held, id);
@@ -109,16 +113,16 @@ TEST_F(LinkCaptureTest, tells_where_each_link_stands_and_tries_again_when_asked)
     EXPECT_TRUE(capture.failureText(first).contains(u"le serveur est occupé"));
 
     // Nobody reads for an agent that is signed out, or calls it.
-    write(QStringLiteral("home/.claude.json"), "{}");
+    claude.signOut();
     const qsizetype requests = server.requests().size();
-    const QString sent = promptsSent();
+    const QString sent = claude.prompts();
     capture.retry(first);
     settle();
     EXPECT_EQ(capture.failureText(first), u"Claude Code n’est plus connecté.");
     EXPECT_EQ(server.requests().size(), requests);
-    EXPECT_EQ(promptsSent(), sent);
+    EXPECT_EQ(claude.prompts(), sent);
 
-    write(QStringLiteral("home/.claude.json"), R"({"oauthAccount":{}})");
+    claude.signIn();
     scenario(QStringLiteral("[]"), QStringLiteral("[]"));
     capture.retry(first);
     settle();
@@ -144,10 +148,10 @@ TEST_F(LinkCaptureTest, a_blank_error_is_told_too) {
 TEST_F(LinkCaptureTest, a_stop_leaves_the_link_waiting_and_no_process) {
     scenario(QStringLiteral("[]"), QStringLiteral("[]"), "hang");
     const QUuid id = taken(at("/long"));
-    test::spinUntil([&] { return livingAgents() > 0; });
+    test::spinUntil([&] { return claude.living() > 0; });
     capture.stop();
     settle();
-    EXPECT_EQ(livingAgents(), 0);
+    EXPECT_EQ(claude.living(), 0);
     EXPECT_EQ(store.topic(id)->status, TopicStatus::Pending);
 }
 

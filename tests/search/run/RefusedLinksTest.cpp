@@ -97,15 +97,9 @@ TEST_F(RefusedLinksTest, links_given_up_with_the_judge_are_no_refused_ones) {
     ASSERT_GT(untried, 0) << "two in a row were enough";
     otherTraits.clear();
     scenario(QStringLiteral("[]"), list(found.sliced(1)));
-    QFile log(folder.filePath(QStringLiteral("home/calls.log")));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    const auto judgments = [&] {
-        log.seek(0);
-        return log.readAll().count("judge");
-    };
-    const auto before = judgments();
+    const auto before = claude.calls(u"judge");
     EXPECT_EQ(run().added + hiccup.added, 8);
-    EXPECT_LE(judgments() - before, 1 + hiccup.unjudged.size() - untried);
+    EXPECT_LE(claude.calls(u"judge") - before, 1 + hiccup.unjudged.size() - untried);
 }
 
 // What a run that was stopped left may be the judge's fault, as in one that failed.
@@ -140,7 +134,7 @@ TEST_F(RefusedLinksTest, links_refused_before_are_judged_last_and_make_nobody_gi
     const RunReport report = run();
     EXPECT_EQ(report.added, 6);
     EXPECT_EQ(report.unjudged.size(), 2);
-    const QString prompts = promptsSent();
+    const QString prompts = claude.prompts();
     const auto sent = [&](const char *path) {
         return prompts.indexOf(QStringLiteral("Link: ") + at(path));
     };
@@ -156,9 +150,7 @@ TEST_F(RefusedLinksTest, a_judge_that_is_down_is_not_asked_for_every_link) {
     }
     scenario(QStringLiteral("[]"), list(links), "fail");
     EXPECT_THROW(run(), AgentError);
-    QFile log(folder.filePath(QStringLiteral("home/calls.log")));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_LE(log.readAll().count("judge"), 2 + 2 * 3);
+    EXPECT_LE(claude.calls(u"judge"), 2 + 2 * 3);
 }
 
 } // namespace

@@ -63,7 +63,7 @@ TEST_F(RunFaultsTest, a_run_fails_when_every_scope_or_every_judgment_did) {
         kept[0].scopes, [](const ScopeReport &scope) { return !scope.error.isEmpty(); }));
     EXPECT_DOUBLE_EQ(kept[1].costUSD, 0.75);
 
-    write(QStringLiteral("home/.claude.json"), "{}");
+    claude.signOut();
     EXPECT_THROW(run(), AgentError);
     EXPECT_EQ(failures[2].text, u"Claude Code n’est plus connecté.");
     const QString agentFile = folder.filePath(QStringLiteral("home/.local/bin/claude"));
@@ -85,7 +85,7 @@ TEST_F(RunFaultsTest, a_run_fails_when_every_scope_or_every_judgment_did) {
     EXPECT_EQ(engine.phase(), SearchEngine::Phase::Idle);
 
     scenario(QStringLiteral("[]"), list({candidate(at("/long"), "Rust")}), "silent");
-    write(QStringLiteral("home/.claude.json"), R"({"oauthAccount":{}})");
+    claude.signIn();
     EXPECT_EQ(run().unjudged.size(), 1) << "a judge that answers for nobody is no failure";
     EXPECT_TRUE(preferences.settings().lastSearch);
 }
@@ -109,7 +109,7 @@ TEST_F(RunFaultsTest, a_stop_keeps_what_was_judged_and_leaves_no_process) {
     EXPECT_GE(inbox().size(), 8);
     EXPECT_LT(inbox().size(), 24);
     EXPECT_EQ(store.topics(TopicStatus::Pending).size(), 0);
-    EXPECT_EQ(livingAgents(), 0);
+    EXPECT_EQ(claude.living(), 0);
     EXPECT_FALSE(preferences.settings().lastSearch);
 }
 
@@ -119,7 +119,7 @@ TEST_F(RunFaultsTest, a_stop_while_asking_ends_the_hanging_agents) {
     const RunReport report = run();
     EXPECT_TRUE(report.cancelled);
     EXPECT_EQ(report.added, 0);
-    EXPECT_EQ(livingAgents(), 0);
+    EXPECT_EQ(claude.living(), 0);
 }
 
 // Three projects, six topics, five sites, half the pages dead and one feed without end: whatever
@@ -183,7 +183,7 @@ TEST_F(RunFaultsTest, a_large_run_survives_each_failure_in_turn) {
         preferences.change(&Settings::prioritySites, sites.sliced(1));
         ++turn;
     }
-    EXPECT_EQ(livingAgents(), 0);
+    EXPECT_EQ(claude.living(), 0);
 }
 
 // A stop may come at any moment: no process, no temporary file and no half topic is left.
@@ -217,7 +217,7 @@ TEST_F(RunFaultsTest, a_stop_at_any_moment_leaves_nothing_behind) {
         EXPECT_EQ(report.topicIds.size(), report.added);
         EXPECT_EQ(engine.phase(), SearchEngine::Phase::Idle);
     }
-    EXPECT_EQ(livingAgents(), 0);
+    EXPECT_EQ(claude.living(), 0);
     EXPECT_EQ(leftFiles(), QStringList());
     EXPECT_EQ(store.topics(TopicStatus::Pending).size(), 0);
     TopicStore again{store.file(), resources, clock};

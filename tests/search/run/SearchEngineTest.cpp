@@ -75,7 +75,7 @@ TEST_F(SearchEngineTest, a_topic_that_came_back_empty_is_searched_once_more) {
     ASSERT_EQ(report.scopes.size(), 3);
     EXPECT_EQ(report.scopes[2].origin, Origin::Suggestion);
     EXPECT_TRUE(
-        promptsSent().contains(u"Bring at least two links for every topic below.\n- Vélo\n"))
+        claude.prompts().contains(u"Bring at least two links for every topic below.\n- Vélo\n"))
         << "the topic that was answered is not asked again";
     for (const TopicPtr &topic : inbox()) {
         const bool second = topic->mainSource()->url == at("/other");
@@ -118,8 +118,9 @@ TEST_F(SearchEngineTest, a_topic_is_covered_by_its_own_name_in_its_own_search_al
         EXPECT_EQ(byLink[at("/p3")]->interest, QStringLiteral("React Native"));
         EXPECT_EQ(byLink[at("/p4")]->interest, QStringLiteral("Vélo"));
     }
-    EXPECT_TRUE(promptsSent().contains(u"Bring at least two links for every topic below.\n- React\n"
-                                       u"- C\n- Go\n"));
+    EXPECT_TRUE(
+        claude.prompts().contains(u"Bring at least two links for every topic below.\n- React\n"
+                                  u"- C\n- Go\n"));
 }
 
 // Far more links than were asked for: the surplus is told, but for what answers a topic that
@@ -155,7 +156,7 @@ TEST_F(SearchEngineTest, a_territory_of_which_nothing_can_be_asked_costs_no_call
     EXPECT_THROW(run(), RunRefused);
     EXPECT_TRUE(engine.progress().status.contains(folder.filePath(QStringLiteral("parti"))));
     EXPECT_FALSE(preferences.settings().lastSearch);
-    EXPECT_EQ(promptsSent(), QString());
+    EXPECT_EQ(claude.prompts(), QString());
 }
 
 TEST_F(SearchEngineTest, trusted_sites_are_screened_through_their_feeds) {
@@ -190,7 +191,7 @@ TEST_F(SearchEngineTest, trusted_sites_are_screened_through_their_feeds) {
     EXPECT_TRUE(std::ranges::any_of(
         inbox(), [](const TopicPtr &topic) { return topic->publishedOn.has_value(); }));
     EXPECT_EQ(report.feeds.size(), 1) << "the site without a feed is told";
-    EXPECT_TRUE(promptsSent().contains(u"] Une sortie"));
+    EXPECT_TRUE(claude.prompts().contains(u"] Une sortie"));
     EXPECT_EQ(preferences.settings().prioritySites.first().feed, at("/feed"));
 }
 
@@ -221,7 +222,7 @@ TEST_F(SearchEngineTest, an_item_of_a_feed_is_screened_once) {
     sitesAnswer = list({candidate(at("/other"), "Rust")});
     // What another scope brings is no merit of the site, though its feed had it too.
     scenario(QStringLiteral("[]"), list({candidate(at("/short"), "Vélo")}));
-    const auto screenings = [&] { return promptsSent().count(QStringLiteral("] Item /long")); };
+    const auto screenings = [&] { return claude.prompts().count(QStringLiteral("] Item /long")); };
     const RunReport first = run();
     EXPECT_EQ(first.added, 2);
     ASSERT_EQ(first.sites.value_or(QList<SiteReport>()).size(), 1);
@@ -235,7 +236,7 @@ TEST_F(SearchEngineTest, an_item_of_a_feed_is_screened_once) {
     preferences.change(&Settings::addedTools, {QStringLiteral("Figma")});
     run();
     EXPECT_EQ(screenings(), 2);
-    EXPECT_EQ(promptsSent().count(QStringLiteral("] Item /other")), 1);
+    EXPECT_EQ(claude.prompts().count(QStringLiteral("] Item /other")), 1);
     // A screening that failed passed over nothing.
     preferences.change(&Settings::addedTools, {});
     sitesAnswer = QStringLiteral("\"fail\"");
@@ -366,7 +367,7 @@ TEST_F(SearchEngineTest, an_empty_territory_never_reaches_the_agent) {
     EXPECT_THROW(run(), RunRefused);
     EXPECT_EQ(engine.progress().status,
               u"Rien à fouiller : ajoute un dossier de projet ou un sujet dans Ton territoire.");
-    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("home/calls.log"))));
+    EXPECT_TRUE(claude.calls().isEmpty());
 }
 
 TEST_F(SearchEngineTest, one_run_at_a_time) {
