@@ -1,6 +1,7 @@
 #include "app/cli/Command.h"
 
 #include "app/cli/CommandForwarding.h"
+#include "app/transfer/TopicArchive.h"
 #include "base/French.h"
 #include "base/SystemErrorText.h"
 
@@ -110,6 +111,24 @@ const QList<Command> &commands() {
          .most = 2,
          .flags = {json},
          .run = reglages},
+        {.name = QStringLiteral("exporter"),
+         .synopsis = French::tr("DOSSIER [--format json|markdown]"),
+         .summary = French::tr("écrit tous tes sujets dans un dossier : topics.json, que "
+                               "« importer » relit, et des notes en Markdown"),
+         .fewest = 1,
+         .most = 1,
+         .flags = {json},
+         .options = {QStringLiteral("format")},
+         .run = exporter},
+        {.name = QStringLiteral("importer"),
+         .synopsis = QStringLiteral("FICHIER"),
+         .summary = French::tr("ajoute les sujets d’un export ; ceux que tu as déjà restent "
+                               "comme ils sont"),
+         .fewest = 1,
+         .most = 1,
+         .flags = {json},
+         .throughApp = true,
+         .run = importer},
         {.name = QStringLiteral("reparer"),
          .synopsis = {},
          .summary = French::tr("reprend ce qui est lisible d’un fichier de sujets abîmé ; l’ancien "
@@ -169,6 +188,8 @@ Task<ExitStatus> ran(const Command &command, Context &context) {
     } catch (const AgentError &error) {
         text = error.text();
     } catch (const RunRefused &refused) {
+        text = refused.text();
+    } catch (const TransferRefused &refused) {
         text = refused.text();
     } catch (const std::system_error &error) {
         text = systemRefusalText(error);

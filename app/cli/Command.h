@@ -97,6 +97,8 @@ Task<ExitStatus> banc(Context &context);
 Task<ExitStatus> reflexes(Context &context);
 Task<ExitStatus> projet(Context &context);
 Task<ExitStatus> reglages(Context &context);
+Task<ExitStatus> exporter(Context &context);
+Task<ExitStatus> importer(Context &context);
 Task<ExitStatus> reparer(Context &context);
 Task<ExitStatus> agents(Context &context);
 

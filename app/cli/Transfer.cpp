@@ -1,0 +1,160 @@
+// The commands that take the topics out, and others in.
+
+#include "app/cli/Command.h"
+#include "app/cli/TopicArgument.h"
+#include "app/labels/Wording.h"
+#include "app/transfer/TopicArchive.h"
+#include "app/transfer/TopicImport.h"
+#include "base/French.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <atomic>
+
+namespace vorle::cli {
+
+namespace {
+
+struct ExportShown {
+    QString folder;
+    qsizetype topics = 0;
+    qsizetype written = 0;
+    qsizetype unchanged = 0;
+    QStringList left;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("folder", &ExportShown::folder),
+                          json::field("topics", &ExportShown::topics),
+                          json::field("written", &ExportShown::written),
+                          json::field("unchanged", &ExportShown::unchanged),
+                          json::field("left", &ExportShown::left));
+    }
+};
+
+ExportFormats formatsOf(const Arguments &arguments) {
+    const QString word = arguments.options.value(QStringLiteral("format"));
+    if (word.isEmpty()) {
+        return {};
+    }
+    if (word != u"json" && word != u"markdown") {
+        throw Failure(French::tr("Format inconnu : %1. Choix : json, markdown.").arg(word),
+                      ExitStatus::Usage);
+    }
+    return {.json = word == u"json", .markdown = word == u"markdown"};
+}
+
+QString filesText(const WrittenFiles &files) {
+    QString text =
+        counted(files.written, French::tr("fichier écrit"), French::tr("fichiers écrits"));
+    if (files.unchanged > 0) {
+        text += French::tr(", %1").arg(
+            counted(files.unchanged, French::tr("déjà à jour"), French::tr("déjà à jour")));
+    }
+    return text + u'.';
+}
+
+/// At most a few of them by name.
+QString leftText(const QStringList &left) {
+    constexpr qsizetype maxNamed = 5;
+    QString names = left.first(std::min(maxNamed, left.size())).join(QStringLiteral(", "));
+    if (left.size() > maxNamed) {
+        names += QStringLiteral(", …");
+    }
+    return counted(left.size(), French::tr("note modifiée depuis, laissée comme elle est : "),
+                   French::tr("notes modifiées depuis, laissées comme elles sont : ")) +
+           names;
+}
+
+QString importText(const ImportOutcome &outcome) {
+    QStringList parts{
+        counted(outcome.added, French::tr("sujet importé"), French::tr("sujets importés"))};
+    const auto add = [&parts](qsizetype count, const QString &one, const QString &many) {
+        if (count > 0) {
+            parts += counted(count, one, many);
+        }
+    };
+    add(outcome.sameTopic, French::tr("déjà là"), French::tr("déjà là"));
+    add(outcome.sameLink, French::tr("dont le lien est déjà là"),
+        French::tr("dont le lien est déjà là"));
+    add(outcome.repeated, French::tr("en double dans le fichier"),
+        French::tr("en double dans le fichier"));
+    return parts.join(QStringLiteral(", ")) + u'.';
+}
+
+/// What `work` gives or throws, worked out on the pool: the app's window goes on meanwhile, and a
+/// stop is heard.
+template <class Work, class Result = std::invoke_result_t<Work>>
+Task<Result> onPoolOrThrow(Work work) {
+    struct Outcome {
+        Result result;
+        std::exception_ptr fault;
+    };
+    Outcome outcome = co_await onPool([work = std::move(work)] {
+        Outcome made;
+        try {
+            made.result = work();
+        } catch (...) {
+            made.fault = std::current_exception();
+        }
+        return made;
+    });
+    if (outcome.fault) {
+        std::rethrow_exception(outcome.fault);
+    }
+    co_return std::move(outcome.result);
+}
+
+} // namespace
+
+Task<ExitStatus> exporter(Context &context) {
+    const ExportFormats formats = formatsOf(context.arguments);
+    const QString folder = QFileInfo(context.arguments.positional.first()).absoluteFilePath();
+    const TopicStore &store = context.app.store();
+    if (store.isDamaged()) {
+        throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
+    }
+    QList<Topic> topics;
+    for (const TopicPtr &topic : store.topics()) {
+        topics += *topic;
+    }
+    auto stopped = std::make_shared<std::atomic<bool>>(false);
+    const auto stop = context.cancel.onCancel([stopped] { *stopped = true; });
+    const WrittenFiles files = co_await onPoolOrThrow([=, live = store.file()] {
+        return exportTopics(topics, folder, live, formats, [stopped] { return stopped->load(); });
+    });
+    if (context.arguments.json()) {
+        context.console.print(json::encode(
+            ExportShown{folder, topics.size(), files.written, files.unchanged, files.left},
+            json::Style::Pretty));
+    }
+    context.console.say(countedTopics(topics.size()) +
+                        French::tr(" dans %1 : ").arg(QDir::toNativeSeparators(folder)) +
+                        filesText(files));
+    if (!files.left.isEmpty()) {
+        context.console.say(leftText(files.left));
+    }
+    co_return ExitStatus::Done;
+}
+
+Task<ExitStatus> importer(Context &context) {
+    // The open app, which may be asked to do it, works in another folder.
+    const QString given = context.arguments.positional.first();
+    const QString file = QFileInfo(given).absoluteFilePath();
+    context.words.replace(context.words.lastIndexOf(given), file);
+    co_await holdTopics(context);
+    QList<Topic> topics = co_await onPoolOrThrow([file] { return readTopicArchive(file); });
+    TopicStore &store = context.app.store();
+    const ImportOutcome outcome = importTopicsInto(store, std::move(topics));
+    if (!store.flush()) {
+        throw Failure(
+            store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
+    }
+    if (context.arguments.json()) {
+        context.console.print(json::encode(outcome, json::Style::Pretty));
+    }
+    context.console.say(importText(outcome));
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli
