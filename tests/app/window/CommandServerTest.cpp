@@ -93,6 +93,31 @@ protected:
     std::unique_ptr<SingleInstance> instance;
 };
 
+TEST_F(CommandServerTest, topics_are_imported_into_the_open_app_from_where_the_terminal_stands) {
+    open();
+    const Program::Outcome kept = vorle.run({QStringLiteral("exporter"), vorle.path("dehors")});
+    EXPECT_EQ(kept.status, 0) << kept.err;
+    auto away = json::decode<QList<Topic>>(vorle.read("dehors/topics.json"));
+    ASSERT_EQ(away.size(), 2);
+    away += test::sampleTopic(QStringLiteral("neuf"));
+    vorle.write("dehors/importer", json::encode(away)); // named as the command is
+    const TopicListModel inbox(app->store(), Section::Inbox, app->clock());
+    QProcess &command = vorle.command(Program::parted("importer importer --json"));
+    command.setWorkingDirectory(vorle.path("dehors"));
+    command.start();
+    const Program::Outcome imported = Program::end(command);
+    EXPECT_EQ(imported.status, 0) << imported.err;
+    EXPECT_THAT(imported.err, HasSubstr("1 sujet importé, 2 déjà là."));
+    EXPECT_EQ(imported.object()[QStringLiteral("sameTopic")].toInt(), 2);
+    EXPECT_EQ(inbox.rowCount(), 3);
+    EXPECT_EQ(json::decode<QList<Topic>>(test::readFile(app->topicsFile())), away);
+
+    const Program::Outcome none = vorle.run("importer nulle-part");
+    EXPECT_EQ(none.status, 1);
+    EXPECT_THAT(none.err, HasSubstr("Ce fichier n’existe pas"));
+    EXPECT_EQ(vorle.run("exporter x --format xml").status, 2);
+}
+
 TEST_F(CommandServerTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_once) {
     open();
     const TopicListModel inbox(app->store(), Section::Inbox, app->clock());
