@@ -76,7 +76,9 @@ FocusScope {
         border.color: Theme.line
         clip: true
 
-        TapHandler {} // a click inside stays inside
+        TapHandler { // a click inside stays inside
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+        }
 
         Flickable {
             id: pages

@@ -44,7 +44,7 @@ private:
     QMenu m_menu;
     QAction *m_next;
     QAction *m_search;
-    QSystemTrayIcon m_item;
+    QSystemTrayIcon m_item{this};
 };
 
 } // namespace vorle

@@ -1,0 +1,124 @@
+// What the enlarged card is told of its topic, without a window.
+
+#include "app/window/TopicPage.h"
+
+#include "briefs/BriefWriter.h"
+#include "core/Preferences.h"
+#include "tests/core/Samples.h"
+#include "tests/support/ScriptedAgent.h"
+#include "tests/support/Wait.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using namespace std::chrono_literals;
+
+class TopicPageTest : public testing::Test {
+protected:
+    ~TopicPageTest() override {
+        briefs.stop();
+        test::settle([this] { return !briefs.running(); });
+    }
+
+    QUuid add(const Topic &topic) { return store.add({topic}).first(); }
+    QString essential() const {
+        const QVariantList parts = page.brief()[QStringLiteral("essentials")].toList();
+        return parts.isEmpty() ? QString()
+                               : parts.first().toMap()[QStringLiteral("body")].toString();
+    }
+
+    test::ScriptedAgent agents;
+    EngineAgent agent{agents.environment(), {}};
+    Asker asker{agent, Resources(QStringLiteral(VORLE_RESOURCES)), 1ms};
+    Preferences preferences{
+        std::make_unique<SettingsFile>(agents.home() + QStringLiteral("/settings.json"))};
+    test::FixedClock clock;
+    TopicStore store{TopicStore::Kind::Preview, Resources(), clock};
+    ScoreProvenanceLog notes{store, clock};
+    BriefWriter briefs{{preferences, store, asker, clock}};
+    TopicPage page{store, notes, briefs, clock};
+};
+
+TEST_F(TopicPageTest, shows_the_topic_that_was_chosen_and_follows_its_changes_alone) {
+    Topic topic = test::sampleTopic(QStringLiteral("Le sien"));
+    topic.criteria = Judgment::Criteria{8, 7, 6, 5, 20};
+    topic.readLevel = ReadLevel::Full;
+    topic.seenText = QByteArray("lu\u202E ici");
+    const QUuid id = add(topic);
+    const QUuid other = add(test::sampleTopic(QStringLiteral("Un autre")));
+    EXPECT_EQ(page.topicId(), QString());
+    EXPECT_TRUE(page.grades().isEmpty() && page.facts().isEmpty());
+
+    QSignalSpy changes(&page, &TopicPage::topicChanged);
+    const QString chosen = id.toString(QUuid::WithoutBraces);
+    page.setTopicId(chosen);
+    page.setTopicId(chosen); // the same again is no change
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_EQ(page.topicId(), chosen);
+    EXPECT_EQ(page.scoreTitle(), QStringLiteral("Note 7 sur 10"));
+    EXPECT_EQ(page.grades().size(), 4);
+    EXPECT_EQ(page.seenText(), QStringLiteral("lu ici")) << "nothing turns the line round";
+    EXPECT_FALSE(page.corrected() || page.hasBrief());
+
+    store.setCorrection(other, Correction{3, {}, {}, clock.moment});
+    EXPECT_EQ(changes.count(), 1);
+    store.setCorrection(id, Correction{9, {}, {}, clock.moment});
+    EXPECT_EQ(changes.count(), 2);
+    EXPECT_TRUE(page.corrected());
+    EXPECT_EQ(page.scoreTitle(), QStringLiteral("Note 9 sur 10, la tienne. J’avais mis 7"));
+
+    page.setTopicId(QStringLiteral("rien"));
+    EXPECT_EQ(page.topicId(), QString());
+    EXPECT_EQ(page.seenText(), QString());
+    EXPECT_EQ(page.scoreTitle(), QString());
+}
+
+TEST_F(TopicPageTest, words_a_note_as_it_can_be_shown_and_leaves_its_code_alone) {
+    Topic topic = test::sampleTopic(QStringLiteral("a"));
+    topic.brief = Brief{
+        .essentials = {{.title = QStringLiteral("Titre"), .body = QStringLiteral("Quoi ?\u200B")}},
+        .details = {{.title = codePartTitle(), .body = QStringLiteral("a ? b : c\u202E")}},
+        .project = std::nullopt,
+        .unclear = {QStringLiteral("La date !")},
+        .sources = {{.title = QStringLiteral("Notes"),
+                     .url = QStringLiteral("https://example.org/a"),
+                     .adds = {}}}};
+    page.setTopicId(add(topic).toString());
+    ASSERT_TRUE(page.hasBrief());
+    const QVariantMap brief = page.brief();
+    EXPECT_EQ(essential(), QStringLiteral("Quoi\u202F?"));
+    const QVariantMap code = brief[QStringLiteral("details")].toList().first().toMap();
+    EXPECT_TRUE(code[QStringLiteral("code")].toBool());
+    EXPECT_EQ(code[QStringLiteral("body")].toString(), QStringLiteral("a ? b : c"));
+    EXPECT_EQ(brief[QStringLiteral("project")].toString(), QString());
+    EXPECT_EQ(brief[QStringLiteral("unclear")].toStringList(),
+              QStringList{QStringLiteral("La date\u202F!")});
+    const QVariantMap source = brief[QStringLiteral("sources")].toList().first().toMap();
+    EXPECT_EQ(source[QStringLiteral("url")].toString(), QStringLiteral("https://example.org/a"));
+    EXPECT_EQ(source[QStringLiteral("address")], source[QStringLiteral("url")]);
+}
+
+TEST_F(TopicPageTest, a_note_that_is_asked_for_comes_or_says_why_it_does_not) {
+    page.askBrief(); // for no topic
+    EXPECT_FALSE(briefs.running());
+    const QUuid id = add(test::sampleTopic(QStringLiteral("a")));
+    page.setTopicId(id.toString());
+    page.askBrief();
+    test::spinUntil([&] { return !briefs.running(); });
+    EXPECT_EQ(page.briefFailure(), QStringLiteral("Claude Code est introuvable sur ce Mac."));
+
+    agents.signIn();
+    agents.answerBy(R"({"candidates":{},"brief":{"essentials":[{"title":"T","body":"Enfin."}],)"
+                    R"("details":[],"unclear":[],"sources":[],"minutes":1}})");
+    page.askBrief();
+    test::spinUntil([&] { return !briefs.running(); });
+    EXPECT_EQ(page.briefFailure(), QString());
+    EXPECT_EQ(essential(), QStringLiteral("Enfin."));
+}
+
+} // namespace
+} // namespace vorle
