@@ -56,6 +56,13 @@ const QList<Command> &commands() {
          .summary = French::tr("montre ce qui tient dans ta semaine, et ce qui attend"),
          .flags = {json},
          .run = programme},
+        {.name = QStringLiteral("bilan"),
+         .synopsis = QStringLiteral("[--periode semaine|mois|annee] [--markdown]"),
+         .summary = French::tr("dit ce que ta veille a donné : trouvé, gardé, fait, le temps, "
+                               "les sources, le coût"),
+         .flags = {json, QStringLiteral("markdown")},
+         .options = {QStringLiteral("periode")},
+         .run = bilan},
         {.name = QStringLiteral("calibrer"),
          .synopsis = QStringLiteral("[--passer | --reprendre]"),
          .summary = French::tr("un premier tri guidé, pour accorder mes notes aux tiennes"),

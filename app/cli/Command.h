@@ -94,6 +94,7 @@ Task<ExitStatus> lire(Context &context);
 Task<ExitStatus> flux(Context &context);
 Task<ExitStatus> decouverte(Context &context);
 Task<ExitStatus> banc(Context &context);
+Task<ExitStatus> bilan(Context &context);
 Task<ExitStatus> reflexes(Context &context);
 Task<ExitStatus> projet(Context &context);
 Task<ExitStatus> reglages(Context &context);

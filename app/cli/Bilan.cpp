@@ -1,0 +1,175 @@
+// The command that tells what the watch came to.
+
+#include "app/cli/Command.h"
+#include "app/labels/RunLabels.h"
+#include "app/labels/Wording.h"
+#include "app/report/FigureSentences.h"
+#include "app/report/ReportMarkdown.h"
+#include "base/French.h"
+#include "core/DurationText.h"
+#include "core/NumberText.h"
+
+#include <QTimeZone>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vorle::cli {
+
+namespace {
+
+constexpr int nameColumns = 16;
+constexpr int barColumns = 24;
+
+struct Line {
+    QString name;
+    double value = 0;
+    QString text;
+};
+
+/// A line each, behind a bar as long as its share of the greatest.
+QString chart(const Console &console, const QList<Line> &lines) {
+    double most = 0;
+    for (const Line &line : lines) {
+        most = std::max(most, line.value);
+    }
+    QStringList out;
+    for (const Line &line : lines) {
+        const auto filled =
+            most > 0 ? static_cast<qsizetype>(std::lround(line.value * barColumns / most)) : 0;
+        const QString name = shownWords(line.name).simplified();
+        out += QStringLiteral("  ") + console.plain(name.leftJustified(nameColumns, u' ', true)) +
+               console.accent(QString(filled, u'█')) + QString(barColumns - filled + 2, u' ') +
+               console.faint(line.text);
+    }
+    return out.join(u'\n');
+}
+
+QList<Line> partLines(const WatchFigures &figures, const ReportPeriod &period,
+                      const QTimeZone &zone) {
+    QList<Line> lines;
+    for (qsizetype i = 0; i < figures.parts.size(); ++i) {
+        const auto &part = figures.parts[i];
+        lines += {partLabel(period, i, zone), double(part.found),
+                  French::tr("%1, %2, %3")
+                      .arg(counted(part.found, French::tr("trouvé"), French::tr("trouvés")),
+                           counted(part.kept, French::tr("gardé"), French::tr("gardés")),
+                           counted(part.done, French::tr("fait"), French::tr("faits")))};
+    }
+    return lines;
+}
+
+QList<Line> timeLines(const WatchFigures &figures, const ReportPeriod &period,
+                      const QTimeZone &zone) {
+    QList<Line> lines;
+    for (qsizetype i = 0; i < figures.parts.size(); ++i) {
+        const int minutes = figures.parts[i].minutes;
+        lines += {partLabel(period, i, zone), double(minutes), durationText(minutes)};
+    }
+    return lines;
+}
+
+QList<Line> scoreLines(const WatchFigures &figures) {
+    QList<Line> lines;
+    for (const auto &score : figures.scores) {
+        lines += {numberText(score.score), double(score.kept),
+                  French::tr("%1, %2 plus tard, %3")
+                      .arg(counted(score.kept, French::tr("gardé"), French::tr("gardés")),
+                           numberText(score.later),
+                           counted(score.dismissed, French::tr("écarté"), French::tr("écartés")))};
+    }
+    return lines;
+}
+
+QList<Line> sourceLines(const WatchFigures &figures) {
+    QList<Line> lines;
+    for (const auto &source : figures.sources) {
+        lines += {source.name, double(source.kept),
+                  French::tr("%1 sur %2").arg(numberText(source.kept), numberText(source.found))};
+    }
+    return lines;
+}
+
+QList<Line> stepLines(const WatchFigures &figures) {
+    QList<Line> lines;
+    for (const StepReport &step : figures.steps) {
+        lines +=
+            {stepName(step.step), step.seconds, spentText(step.calls, step.seconds, step.costUSD)};
+    }
+    return lines;
+}
+
+void printPage(const Console &console, const WatchFigures &figures, const ReportPeriod &period,
+               const QDateTime &now, const QTimeZone &zone) {
+    const QString counts =
+        French::tr("%1 · %2 · %3 · %4 · %5")
+            .arg(counted(figures.found.found, French::tr("trouvé"), French::tr("trouvés")),
+                 counted(figures.found.kept, French::tr("gardé"), French::tr("gardés")),
+                 counted(figures.done, French::tr("fait"), French::tr("faits")),
+                 counted(figures.found.dismissed, French::tr("écarté"), French::tr("écartés")),
+                 counted(figures.gems, French::tr("pépite"), French::tr("pépites")));
+    QStringList blocks{console.bold(French::tr("Bilan · %1").arg(rangeText(period, now, zone))) +
+                       u'\n' + counts + u'\n' + durationText(figures.minutes) + u' ' +
+                       budgetText(figures)};
+    const auto section = [&](const QString &sentence, const QList<Line> &lines, bool tells) {
+        blocks += console.bold(console.wrapped(sentence, 0)) +
+                  (tells ? u'\n' + chart(console, lines) : QString());
+    };
+    section(foundSentence(figures), partLines(figures, period, zone),
+            figures.found.found + figures.done > 0);
+    section(timeSentence(figures), timeLines(figures, period, zone), figures.minutes > 0);
+    section(scoresSentence(figures), scoreLines(figures), figures.found.decided() > 0);
+    section(sourcesSentence(figures), sourceLines(figures), figures.found.kept > 0);
+    QString own = correctionsSentence(figures);
+    if (const QString reflexes = reflexesSentence(figures); !reflexes.isEmpty()) {
+        own += u'\n' + reflexes;
+    }
+    blocks += console.wrapped(own, 0);
+    section(runsSentence(figures), stepLines(figures), !figures.steps.isEmpty());
+    console.print(blocks.join(QStringLiteral("\n\n")));
+}
+
+PeriodKind kindOf(const Arguments &arguments) {
+    const QString word = arguments.options.value(QStringLiteral("periode"));
+    const auto kind = json::fromRaw<PeriodKind>(word);
+    if (!word.isEmpty() && !kind) {
+        throw Failure(
+            French::tr("Période inconnue\u00A0: %1. Choix\u00A0: semaine, mois, annee.").arg(word),
+            ExitStatus::Usage);
+    }
+    return kind.value_or(PeriodKind::Week);
+}
+
+} // namespace
+
+Task<ExitStatus> bilan(Context &context) {
+    const PeriodKind kind = kindOf(context.arguments);
+    const TopicStore &store = context.app.store();
+    if (store.isDamaged()) {
+        throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
+    }
+    const QDateTime now = context.app.clock().now();
+    const QTimeZone zone = QTimeZone::systemTimeZone();
+    const ReportPeriod period = reportPeriod(kind, now);
+    ScoreProvenanceLog &notes = context.app.notes();
+    const WatchFigures figures =
+        watchFigures({.topics = store.topics(),
+                      .reports = store.history(),
+                      .weeklyMinutes = context.app.preferences().settings().weeklyMinutes,
+                      .reflexesOf =
+                          [&notes](const QUuid &id) {
+                              const auto note = notes.note(id);
+                              return note ? std::optional(note->reflexes.size()) : std::nullopt;
+                          }},
+                     period, now);
+    if (context.arguments.json()) {
+        context.console.print(json::encode(figures, json::Style::Pretty));
+    } else if (context.arguments.flags.contains(QStringLiteral("markdown"))) {
+        context.console.print(reportMarkdown(figures, period, now).toUtf8());
+    } else {
+        printPage(context.console, figures, period, now, zone);
+    }
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli
