@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // The week's time: done, planned, and what is left.
 Item {
     id: bar
 
-    required property var model // ProgramBudget
+    required property ProgramBudget model
     readonly property int done: model.done
     readonly property int planned: model.planned
     readonly property int budget: model.budget

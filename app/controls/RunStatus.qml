@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // How far the run is; when the next one comes while there is none.
 Column {
     id: status
 
-    required property var run // RunModel
+    required property RunModel run
     property bool counting: false // with the numbers under the bar
 
     spacing: 4

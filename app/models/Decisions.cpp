@@ -29,18 +29,18 @@ Decisions::Decisions(TopicStore &store, QObject *parent) : QObject(parent), m_st
 
 /// Carries a decision out and keeps what it changed; one that changes nothing leaves no step.
 template <class Act>
-bool Decisions::decide(const QString &topicId, const QString &ghostText, Act act) {
+Decisions::Taken Decisions::decide(const QString &topicId, const QString &ghostText, Act act) {
     const QUuid id = identity(topicId);
     const auto before = m_store.placement(id);
     if (!before || !act(id)) {
-        return false;
+        return std::nullopt;
     }
     const auto after = m_store.placement(id);
     if (after) {
         keepStep({id, *before, *after});
     }
     Q_EMIT decided(identityText(id), ghostText);
-    return true;
+    return ghostText;
 }
 
 void Decisions::keepStep(Step step) {
@@ -51,52 +51,44 @@ void Decisions::keepStep(Step step) {
     }
 }
 
-bool Decisions::keep(const QString &topicId) {
+Decisions::Taken Decisions::keep(const QString &topicId) {
     return decide(topicId, outcomeText(Outcome::Kept),
                   [this](const QUuid &id) { return m_store.keep(id); });
 }
 
-bool Decisions::later(const QString &topicId) {
+Decisions::Taken Decisions::later(const QString &topicId) {
     return decide(topicId, outcomeText(Outcome::Later),
                   [this](const QUuid &id) { return m_store.postpone(id); });
 }
 
-bool Decisions::dismiss(const QString &topicId) {
+Decisions::Taken Decisions::dismiss(const QString &topicId) {
     return decide(topicId, outcomeText(Outcome::Dismissed),
                   [this](const QUuid &id) { return m_store.dismiss(id); });
 }
 
-bool Decisions::postpone(const QString &topicId) {
+Decisions::Taken Decisions::postpone(const QString &topicId) {
     return decide(topicId, outcomeText(Outcome::Postponed),
                   [this](const QUuid &id) { return m_store.postpone(id); });
 }
 
-bool Decisions::removeFromProgram(const QString &topicId) {
+Decisions::Taken Decisions::removeFromProgram(const QString &topicId) {
     return decide(topicId, outcomeText(Outcome::Removed),
                   [this](const QUuid &id) { return m_store.backToInbox(id); });
 }
 
-bool Decisions::backToTriage(const QString &topicId) {
+Decisions::Taken Decisions::backToTriage(const QString &topicId) {
     return decide(topicId, outcomeText(Outcome::PutBack),
                   [this](const QUuid &id) { return m_store.backToInbox(id); });
 }
 
-bool Decisions::done(const QString &topicId, const QString &worth) {
-    const auto verdict = json::fromRaw<Worth>(worth);
-    if (!verdict && !worth.isEmpty()) {
-        return false;
-    }
+Decisions::Taken Decisions::done(const QString &topicId, std::optional<Worth> worth) {
     return decide(topicId, outcomeText(Outcome::Done),
-                  [this, verdict](const QUuid &id) { return m_store.markDone(id, verdict); });
+                  [this, worth](const QUuid &id) { return m_store.markDone(id, worth); });
 }
 
-bool Decisions::verdict(const QString &topicId, const QString &worth) {
-    const auto verdict = json::fromRaw<Worth>(worth);
-    if (!verdict) {
-        return false;
-    }
-    return decide(topicId, outcomeText(*verdict),
-                  [this, verdict](const QUuid &id) { return m_store.judgeWorth(id, *verdict); });
+Decisions::Taken Decisions::verdict(const QString &topicId, Worth worth) {
+    return decide(topicId, outcomeText(worth),
+                  [this, worth](const QUuid &id) { return m_store.judgeWorth(id, worth); });
 }
 
 bool Decisions::setNote(const QString &topicId, const QString &note) {

@@ -12,8 +12,7 @@ namespace vorle {
 
 /// Takes the user's decisions on topics, their scores and their notes, and takes them back in the
 /// order they came: as many as were taken since the application started. Topics are named by their
-/// identity as a string; the functions give false for an unknown one. Main thread; the store
-/// outlives it.
+/// identity as a string; nothing happens to an unknown one. Main thread; the store outlives it.
 class Decisions final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -24,17 +23,20 @@ class Decisions final : public QObject {
 public:
     explicit Decisions(TopicStore &store, QObject *parent = nullptr);
 
-    Q_INVOKABLE bool keep(const QString &topicId);              ///< "G"
-    Q_INVOKABLE bool later(const QString &topicId);             ///< "L"
-    Q_INVOKABLE bool dismiss(const QString &topicId);           ///< "X"
-    Q_INVOKABLE bool postpone(const QString &topicId);          ///< "R"
-    Q_INVOKABLE bool removeFromProgram(const QString &topicId); ///< "⌫": back to triage
-    Q_INVOKABLE bool backToTriage(const QString &topicId);      ///< "T"
-    /// "D". `worth`: "meh", "useful", "gem", or "" for no verdict.
-    Q_INVOKABLE bool done(const QString &topicId, const QString &worth = {});
-    /// "1 2 3". `worth` as above, not empty. A topic that is not in the library is done with it.
-    Q_INVOKABLE bool verdict(const QString &topicId, const QString &worth);
-    /// The user's own note. An empty one takes it away.
+    /// What the card of a decided topic leaves behind, "Gardé · Programme"; nothing where the
+    /// decision was not taken.
+    using Taken = std::optional<QString>;
+
+    Taken keep(const QString &topicId);              ///< "G"
+    Taken later(const QString &topicId);             ///< "L"
+    Taken dismiss(const QString &topicId);           ///< "X"
+    Taken postpone(const QString &topicId);          ///< "R"
+    Taken removeFromProgram(const QString &topicId); ///< "⌫": back to triage
+    Taken backToTriage(const QString &topicId);      ///< "T"
+    Taken done(const QString &topicId, std::optional<Worth> worth = {}); ///< "D"
+    /// "1 2 3". A topic that is not in the library is done with it.
+    Taken verdict(const QString &topicId, Worth worth);
+    /// The user's own note. An empty one takes it away. False where nothing changed.
     Q_INVOKABLE bool setNote(const QString &topicId, const QString &note);
     /// The user's own score of the topic; nothing takes it away.
     bool setCorrection(const QString &topicId, const std::optional<Correction> &correction);
@@ -46,8 +48,8 @@ public:
     /// happened, also emitted; "" when there is nothing to. Only what that step set is put back:
     /// what came to the topic by another way meanwhile stays. Where just that is no longer as the
     /// step left it, without this object, it stays: the step is dropped, and the sentence says so.
-    Q_INVOKABLE QString undo();
-    Q_INVOKABLE QString redo();
+    QString undo();
+    QString redo();
 
 Q_SIGNALS:
     /// A decision was taken; `ghostText` is what its card leaves behind: "Gardé · Programme".
@@ -69,7 +71,7 @@ private:
     enum class Direction { Back, Forth };
 
     template <class Act>
-    bool decide(const QString &topicId, const QString &ghostText, Act act);
+    Taken decide(const QString &topicId, const QString &ghostText, Act act);
     void keepStep(Step step);
     bool isAt(const QUuid &id, const Side &side) const;
     bool put(const QUuid &id, const Side &side);

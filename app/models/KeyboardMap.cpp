@@ -1,5 +1,8 @@
 #include "app/models/KeyboardMap.h"
 
+#include "app/labels/DecisionLabels.h"
+#include "app/labels/TopicLabels.h"
+
 #include <QCoreApplication>
 #include <QKeySequence>
 #include <QVariantMap>
@@ -79,6 +82,8 @@ struct Sheet {
 public:
     /// The label is made at display time: it names the agent.
     static constexpr const char *stepLabel = QT_TR_NOOP("Lancer dans %1 ou approfondir avec %2");
+    /// And this one the verdicts.
+    static constexpr const char *worthLabels = "%1, %2, %3";
 
     static constexpr Row rows[] = {
         // The system registers the first one: it works from any application, and reaches no window.
@@ -113,8 +118,7 @@ public:
         {Group::Program, u"⌫", QT_TR_NOOP("Retirer"), Reach::Group, removeKeys},
         {Group::ReserveAndLibrary, u"G", QT_TR_NOOP("Garder au programme"), Reach::Group, keepKeys},
         {Group::ReserveAndLibrary, u"T", QT_TR_NOOP("Remettre à trier"), Reach::Group, backKeys},
-        {Group::ReserveAndLibrary, u"1 2 3", QT_TR_NOOP("Bof, Utile, Pépite"), Reach::Group,
-         worthKeys},
+        {Group::ReserveAndLibrary, u"1 2 3", worthLabels, Reach::Group, worthKeys},
     };
 };
 constexpr auto &rows = Sheet::rows;
@@ -124,13 +128,23 @@ QString titleOf(Group group) {
     case Group::Everywhere:
         return KeyboardMap::tr("Partout");
     case Group::Inbox:
-        return KeyboardMap::tr("À trier");
+        return statusLabel(TopicStatus::Inbox);
     case Group::Program:
-        return KeyboardMap::tr("Programme");
+        return statusLabel(TopicStatus::Program);
     case Group::ReserveAndLibrary:
-        return KeyboardMap::tr("Réserve et Bibliothèque");
+        return KeyboardMap::tr("%1 et %2").arg(statusLabel(TopicStatus::Reserve),
+                                               statusLabel(TopicStatus::Done));
     }
     return {};
+}
+
+QString labelOf(const Row &row, AgentKind agent) {
+    if (row.label == Sheet::worthLabels) {
+        return QString::fromLatin1(row.label)
+            .arg(worthLabel(Worth::Meh), worthLabel(Worth::Useful), worthLabel(Worth::Gem));
+    }
+    const QString label = KeyboardMap::tr(row.label);
+    return row.label == Sheet::stepLabel ? label.arg(displayName(agent), chatName(agent)) : label;
 }
 
 bool actsIn(const Row &row, Section section) {
@@ -229,11 +243,8 @@ QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling) {
         if (groups.isEmpty() || groups.last().title != title) {
             groups.append({title, {}});
         }
-        QString label = tr(row.label);
-        if (row.label == Sheet::stepLabel) {
-            label = label.arg(displayName(agent), vorle::chatName(agent));
-        }
-        groups.last().rows.append({spelled(row.keys.toString(), spelling), label});
+        groups.last().rows.append(
+            {spelled(row.keys.toString(), spelling), labelOf(row, agent)});
     }
     return groups;
 }

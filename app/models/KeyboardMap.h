@@ -81,7 +81,8 @@ public:
         WorthMeh,
         WorthUseful,
         WorthGem,
-        ReadAgain ///< has no key: a captured link that could not be judged is tried once more
+        ReadAgain, ///< has no key: a captured link that could not be judged is tried once more
+        Correct    ///< has no key: the chosen topic's score is given by hand
     };
     Q_ENUM(Action)
 

@@ -117,6 +117,7 @@ int Sections::countOf(Section section) const {
 
 void Sections::setCurrent(Section section) {
     if (section != m_current && section >= Section::Inbox && section <= Section::Report) {
+        Q_EMIT leaving();
         m_current = section;
         Q_EMIT currentChanged();
         Q_EMIT textsChanged();

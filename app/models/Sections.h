@@ -65,13 +65,16 @@ public:
     QVariantList emptyActions() const;
 
     static QString title(Section section);
+    /// The list of a section; null of one that lists no topics.
+    TopicListModel *listOf(Section section) const;
 
 Q_SIGNALS:
+    /// Another section is about to be chosen.
+    void leaving();
     void currentChanged();
     void textsChanged();
 
 private:
-    TopicListModel *listOf(Section section) const;
     int countOf(Section section) const;
     QString inboxSubtitle() const;
     ProgramText programText() const;

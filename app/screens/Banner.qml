@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // Over the content: a run that did not happen, or what went wrong. One at a time.
 Rectangle {
     id: banner
 
-    required property var run
+    required property RunModel run
     property string notice: ""
     property string remedy: "" // what can be done about the notice, "" for nothing
     readonly property bool missed: run.missed && !run.running
@@ -16,15 +17,17 @@ Rectangle {
     signal noticeDismissed
     signal remedyAsked
 
-    // What it speaks of, and what its button does about that.
-    readonly property var help: {
+    // What its button does about what it speaks of.
+    readonly property string help: notice.length > 0 ? (remedy.length > 0 ? remedy : qsTr("Compris")) : !failed ? run.startLabel : run.nothingToSearch ? qsTr("Ouvrir Ton territoire") : qsTr("Réessayer")
+
+    function takeHelp() {
         if (notice.length > 0) {
-            return remedy.length > 0 ? { text: remedy, does: remedyAsked } : { text: qsTr("Compris"), does: noticeDismissed };
+            remedy.length > 0 ? remedyAsked() : noticeDismissed();
+        } else if (failed && run.nothingToSearch) {
+            territoryAsked();
+        } else {
+            runAsked();
         }
-        if (failed) {
-            return run.nothingToSearch ? { text: qsTr("Ouvrir Ton territoire"), does: territoryAsked } : { text: qsTr("Réessayer"), does: runAsked };
-        }
-        return { text: run.startLabel, does: runAsked };
     }
 
     // Sent away, until there is another.
@@ -87,7 +90,7 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: Theme.margin
         anchors.verticalCenter: parent.verticalCenter
-        text: banner.help.text
-        onClicked: banner.help.does()
+        text: banner.help
+        onClicked: banner.takeHelp()
     }
 }

@@ -6,7 +6,7 @@ Chapter {
     id: view
 
     required property var topic
-    required property var details
+    required property TopicPage details
 
     signal linkOpened(string url)
 

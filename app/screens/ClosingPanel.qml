@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // Asked when the window is closed during a run and nothing would be left to reach the app by.
 Panel {
     id: panel
 
-    required property var run
+    required property RunModel run
 
     signal confirmed
 

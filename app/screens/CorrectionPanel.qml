@@ -5,17 +5,14 @@ import Vorle
 Panel {
     id: panel
 
+    required property Shell shell
     property string topicId: ""
     property string title: ""
     property int appScore: -1 // vorle's own; none where nothing could be read
     property int score: -1 // none chosen yet
-    property var offered: [] // the reasons: a word and its text
-    property var chosen: []
+    property list<string> chosen: [] // words of the reasons
     property bool corrected: false // there is one already
     property bool typedOne: false // the last key was a 1
-
-    signal given(string topicId, int score, var tags, string text)
-    signal removed(string topicId)
 
     name: qsTr("Corriger la note")
     Keys.onPressed: event => {
@@ -37,15 +34,14 @@ Panel {
         }
     }
 
-    // `judged` and `present` are -1 for no score.
-    function open(id: string, heading: string, judged: int, present: int, tags: var, text: string, already: bool) {
+    function open(id: string) {
         topicId = id;
-        title = heading;
-        appScore = judged;
-        score = present;
-        chosen = tags;
-        why.text = text;
-        corrected = already;
+        title = shell.titleOf(id);
+        appScore = shell.judgedScore(id);
+        score = shell.shownScore(id);
+        chosen = shell.correctionTags(id);
+        why.text = shell.correctionText(id);
+        corrected = shell.isCorrected(id);
         typedOne = false;
         shown = true;
         digits.forceActiveFocus();
@@ -57,10 +53,10 @@ Panel {
         return key >= Qt.Key_0 && key <= Qt.Key_9 ? key - Qt.Key_0 : french.indexOf(key);
     }
     function give() {
-        if (score < 0) {
-            return;
+        if (score >= 0) {
+            shell.correct(topicId, score, chosen, why.text.trim());
+            closed();
         }
-        panel.given(topicId, score, chosen, why.text.trim());
     }
     function toggle(word: string) {
         chosen = chosen.includes(word) ? chosen.filter(other => other !== word) : chosen.concat([word]);
@@ -136,7 +132,7 @@ Panel {
             spacing: 8
 
             Repeater {
-                model: panel.offered
+                model: panel.shell.correctionReasons
 
                 ActionButton {
                     id: word
@@ -163,7 +159,10 @@ Panel {
                 quiet: true
                 takesReturn: false
                 text: panel.appScore < 0 ? qsTr("Retirer ma note") : qsTr("Reprendre la note de vorle")
-                onClicked: panel.removed(panel.topicId)
+                onClicked: {
+                    panel.shell.uncorrect(panel.topicId);
+                    panel.closed();
+                }
             }
             Row {
                 id: buttons

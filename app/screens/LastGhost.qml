@@ -1,12 +1,13 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // The line at the end of a list that tells where the last topic went, where no card stands beside
 // it any more.
 Item {
     id: place
 
-    required property var ghost // { topicId, went, title, beforeId, afterId }, or null
+    required property ghost shownGhost
     property string undoKeys: ""
 
     signal undo
@@ -16,9 +17,9 @@ Item {
     GhostLine {
         id: line
         width: parent.width
-        visible: place.ghost !== null && place.ghost.beforeId === "" && place.ghost.afterId === ""
-        went: place.ghost?.went ?? ""
-        title: place.ghost?.title ?? ""
+        visible: place.shownGhost.alone
+        went: place.shownGhost.went
+        title: place.shownGhost.title
         undoKeys: place.undoKeys
         onUndo: place.undo()
     }

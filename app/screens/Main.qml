@@ -10,12 +10,11 @@ Window {
 
     required property Shell shell
 
-    readonly property var sections: shell.sections
-    readonly property var keyboard: shell.keyboard
-    readonly property var screens: [inbox, program, reserve, library, territory, report]
-    readonly property var screen: screens[sections.current]?.item ?? null
-    readonly property bool listing: sections.current < Section.Territory
-    readonly property string chosenId: (listing ? screen?.currentId : "") ?? ""
+    readonly property Sections sections: shell.sections
+    readonly property list<SectionPlace> places: [inbox, program, reserve, library, territory, report]
+    readonly property SectionScreen screen: places[sections.current].screen
+    readonly property TopicSelection selection: shell.actions.selection // null where no topics are
+    readonly property string chosenId: selection?.currentId ?? ""
     readonly property bool covered: panels.shown
 
     signal quitAsked
@@ -26,14 +25,8 @@ Window {
     minimumHeight: 560
     color: Theme.paper
 
-    property alias word: word
-    property var ghost: null // { section, topicId, went, title, beforeId, afterId }
-
     function perform(action: int) {
         actions.perform(action);
-    }
-    function ghostShown() {
-        ghostAway.restart();
     }
     // A panel went: the keyboard goes back to the section.
     function resume() {
@@ -42,33 +35,16 @@ Window {
         }
     }
     function go(section: int) {
-        if (listing) {
-            screen.enlarged = false;
-        }
         sections.current = section;
         screen.focusContent();
     }
     function showTopic(section: int, topicId: string) {
         panels.close();
-        if (section < 0) {
-            tell(qsTr("Écarté : il n’est plus dans tes rubriques."));
-            return;
-        }
-        go(section);
-        screen.show(topicId);
-    }
-    function tell(sentence: string) {
-        if (sentence.length > 0) {
-            main.ghost = null;
-            word.show(sentence);
-            voice.say(sentence);
-        }
+        shell.actions.showTopic(section, topicId);
+        screen.focusContent();
     }
     function askToClose() {
         panels.askToClose();
-    }
-    function askCorrection(topicId: string) {
-        panels.correct(sections.topics, topicId);
     }
 
     Component.onCompleted: screen.focusContent()
@@ -76,37 +52,35 @@ Window {
         target: main.shell
 
         function onSaid(sentence: string) {
-            main.tell(sentence);
+            word.show(sentence);
+            voice.say(sentence);
         }
     }
-    SectionButtons {
-        id: buttons
-        keyboard: main.keyboard
+    Connections {
+        target: main.shell.actions
+
+        function onGhostLeft() {
+            ghostAway.restart();
+        }
+        function onDecidedUnderPage(sentence: string) {
+            word.show(sentence);
+        }
     }
     Actions {
         id: actions
-        window: main
+        shell: main.shell
+        screen: main.screen
         panels: panels
         menu: side
-        notch: notch.item
-    }
-    // What comes back is what one wants to see.
-    Connections {
-        target: main.shell.decisions
-
-        function onUndone(topicId: string) {
-            if (main.listing) {
-                main.screen.show(topicId);
-            }
-        }
+        notch: notch.item as NotchPanel
     }
     Timer {
         id: ghostAway
         interval: Theme.ghostStay
-        onTriggered: main.ghost = null
+        onTriggered: main.shell.actions.forgetGhost()
     }
     // What lies behind a card is worked out only when it is looked at.
-    readonly property string readId: listing && screen?.enlarged ? chosenId : ""
+    readonly property string readId: selection?.enlarged ? chosenId : ""
     onReadIdChanged: shell.page.topicId = readId
 
     Loader {
@@ -130,19 +104,19 @@ Window {
         Keys.priority: Keys.BeforeItem
         Keys.onPressed: event => {
             const typing = main.activeFocusItem instanceof TextInput || main.activeFocusItem instanceof TextEdit;
-            const action = main.keyboard.action(main.sections.current, event.key, event.modifiers, typing);
+            const action = main.shell.keyboard.action(main.sections.current, event.key, event.modifiers, typing);
             if (action === KeyboardMap.NoAction) {
                 return;
             }
             if (main.covered && action !== KeyboardMap.Search && action !== KeyboardMap.AddTopic && action !== KeyboardMap.ShowShortcuts) {
                 return; // a panel keeps the keyboard
             }
-            if (event.isAutoRepeat && !main.keyboard.repeats(action)) {
+            if (event.isAutoRepeat && !main.shell.keyboard.repeats(action)) {
                 event.accepted = true;
                 return;
             }
             const inMenu = side.activeFocus;
-            if (inMenu && !main.keyboard.isEverywhere(action)) {
+            if (inMenu && !main.shell.keyboard.isEverywhere(action)) {
                 return; // the menu moves by itself, and nobody looks at the cards
             }
             main.perform(action);
@@ -156,15 +130,10 @@ Window {
             model: main.sections
             current: main.sections.current
             run: main.shell.run
-            keysRun: main.keyboard.keys(KeyboardMap.RunNow)
+            keysRun: main.shell.keyboard.keys(KeyboardMap.RunNow)
             enabled: !main.covered
             active: main.covered
-            onPicked: section => {
-                if (main.listing) {
-                    main.screen.enlarged = false;
-                }
-                main.sections.current = section;
-            }
+            onPicked: section => main.sections.current = section
             onRunAsked: main.shell.run.start()
             onStopAsked: main.shell.run.stop()
             onContentAsked: main.screen.focusContent()
@@ -180,91 +149,72 @@ Window {
             Accessible.role: Accessible.Grouping
             Accessible.name: main.sections.title
 
-            SectionPlace {
-                id: inbox
-                window: main
-                number: Section.Inbox
-                sourceComponent: TopicScreen {
-                    window: main
-                    bannerHeight: banner.height
+            Item {
+                anchors.fill: parent
+                anchors.topMargin: banner.height
+
+                SectionPlace {
+                    id: inbox
+                    shell: main.shell
                     number: Section.Inbox
-                    model: main.shell.inbox
-                    headings: true
-                    actions: buttons.inbox
-                    hint: main.keyboard.inboxHint
-                }
-            }
-            SectionPlace {
-                id: program
-                window: main
-                number: Section.Program
-                sourceComponent: TopicScreen {
-                    window: main
-                    bannerHeight: banner.height
-                    number: Section.Program
-                    model: main.shell.program
-                    actions: buttons.program
-                    headings: true
-                    header: BudgetBar {
-                        width: parent.width
-                        visible: main.shell.program.count > 0 || done > 0
-                        model: main.shell.budget
+                    onAct: action => main.perform(action)
+                    sourceComponent: TopicScreen {
+                        shell: main.shell
+                        number: Section.Inbox
                     }
-                    hint: buttons.programHint
                 }
-            }
-            SectionPlace {
-                id: reserve
-                window: main
-                number: Section.Reserve
-                sourceComponent: TopicScreen {
-                    window: main
-                    bannerHeight: banner.height
+                SectionPlace {
+                    id: program
+                    shell: main.shell
+                    number: Section.Program
+                    onAct: action => main.perform(action)
+                    sourceComponent: TopicScreen {
+                        shell: main.shell
+                        number: Section.Program
+                        header: BudgetBar {
+                            width: parent.width
+                            visible: main.shell.program.count > 0 || done > 0
+                            model: main.shell.budget
+                        }
+                    }
+                }
+                SectionPlace {
+                    id: reserve
+                    shell: main.shell
                     number: Section.Reserve
-                    model: main.shell.reserve
-                    headings: true
-                    actions: buttons.reserve
-                    hint: buttons.reserveHint
+                    onAct: action => main.perform(action)
+                    sourceComponent: TopicScreen {
+                        shell: main.shell
+                        number: Section.Reserve
+                    }
                 }
-            }
-            SectionPlace {
-                id: library
-                window: main
-                number: Section.Library
-                sourceComponent: TopicScreen {
-                    window: main
-                    bannerHeight: banner.height
+                SectionPlace {
+                    id: library
+                    shell: main.shell
                     number: Section.Library
-                    model: main.shell.library
-                    headings: true
-                    actions: buttons.reserve
-                    hint: buttons.reserveHint
+                    onAct: action => main.perform(action)
+                    sourceComponent: TopicScreen {
+                        shell: main.shell
+                        number: Section.Library
+                    }
                 }
-            }
-            SectionPlace {
-                id: territory
-                window: main
-                number: Section.Territory
-                onCurrentChanged: if (current) main.shell.territory.refresh()
-                sourceComponent: TerritoryScreen {
-                    bannerHeight: banner.height
-                    title: main.sections.title
-                    model: main.shell.territory
-                    searchKeys: main.keyboard.keys(KeyboardMap.Search)
-                    onSearchAsked: main.perform(KeyboardMap.Search)
+                SectionPlace {
+                    id: territory
+                    shell: main.shell
+                    number: Section.Territory
+                    onAct: action => main.perform(action)
+                    sourceComponent: TerritoryScreen {
+                        shell: main.shell
+                    }
                 }
-            }
-            SectionPlace {
-                id: report
-                window: main
-                number: Section.Report
-                onCurrentChanged: if (current) main.shell.report.refresh()
-                sourceComponent: ReportScreen {
-                    bannerHeight: banner.height
-                    title: main.sections.title
-                    model: main.shell.report
-                    searchKeys: main.keyboard.keys(KeyboardMap.Search)
-                    onSearchAsked: main.perform(KeyboardMap.Search)
+                SectionPlace {
+                    id: report
+                    shell: main.shell
+                    number: Section.Report
+                    onAct: action => main.perform(action)
+                    sourceComponent: ReportScreen {
+                        shell: main.shell
+                    }
                 }
             }
             Banner {
@@ -287,14 +237,18 @@ Window {
             id: word
             anchors.horizontalCenter: content.horizontalCenter
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: main.listing && main.screen?.enlarged ? 104 : 66
+            anchors.bottomMargin: main.selection?.enlarged ? 104 : 66
             visible: opacity > 0 && !main.covered
         }
 
         Panels {
             id: panels
             anchors.fill: parent
-            window: main
+            shell: main.shell
+            onGone: main.resume()
+            onAdded: main.go(Section.Inbox)
+            onFound: (section, topicId) => main.showTopic(section, topicId)
+            onQuitAsked: main.quitAsked()
         }
     }
 }

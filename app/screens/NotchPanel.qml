@@ -1,13 +1,14 @@
 import QtQuick
 import QtQuick.Window
 import Vorle
+import Vorle.Models
 
 // Hangs from the top centre of the screen, under the notch where there is one: a run's progress,
 // and for a few seconds its result.
 Window {
     id: panel
 
-    required property var run
+    required property RunModel run
     required property Window mainWindow
     property bool dismissed: false
     property bool resultShown: false

@@ -1,25 +1,28 @@
 import QtQuick
-import Vorle.Models
 import Vorle
 
 // What lies over the window, one at a time.
 Item {
     id: panels
 
-    required property var window // Main
+    required property Shell shell
 
-    readonly property var shell: window.shell
-    readonly property var all: [search, shortcuts, addLink, correction, settings, closing]
+    readonly property list<PanelPlace> all: [search, shortcuts, addLink, correction, settings, closing]
     readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown
     readonly property PanelPlace searchPanel: search
     readonly property PanelPlace shortcutsPanel: shortcuts
     readonly property PanelPlace settingsPanel: settings
 
+    signal gone // one of them was put away
+    signal added // a link
+    signal found(int section, string topicId)
+    signal quitAsked
+
     // Two would fight for the keyboard.
     function open(place: PanelPlace) {
-        for (const other of all) {
-            if (other !== place) {
-                other.hide();
+        for (let i = 0; i < all.length; ++i) {
+            if (all[i] !== place) {
+                all[i].hide();
             }
         }
         place?.show();
@@ -29,7 +32,12 @@ Item {
     }
     // Asked of the panels themselves: a binding on them may not have been told yet.
     function anyShown(): bool {
-        return all.some(place => place.item !== null && place.item.shown);
+        for (let i = 0; i < all.length; ++i) {
+            if (all[i].panel !== null && all[i].panel.shown) {
+                return true;
+            }
+        }
+        return false;
     }
     function add() {
         addLink.suggestion = shell.linkOnPasteboard();
@@ -38,41 +46,39 @@ Item {
     function askToClose() {
         open(closing);
     }
-    function correct(topics: var, topicId: string) {
-        const row = topics.rowOf(topicId);
-        const now = topics.value(row, TopicListModel.HasScore) ? topics.value(row, TopicListModel.Score) : -1;
+    function correct(topicId: string) {
         open(correction);
-        (correction.item as CorrectionPanel).open(topicId, topics.value(row, TopicListModel.Title), shell.judgedScore(topicId), now, shell.correctionTags(topicId), shell.correctionText(topicId), shell.isCorrected(topicId));
+        (correction.panel as CorrectionPanel).open(topicId);
     }
 
     PanelPlace {
         id: search
-        onGone: panels.window.resume()
+        onGone: panels.gone()
         sourceComponent: SearchOverlay {
             search: panels.shell.search
-            onPicked: (section, topicId) => panels.window.showTopic(section, topicId)
+            onPicked: (section, topicId) => panels.found(section, topicId)
         }
     }
     PanelPlace {
         id: shortcuts
-        onGone: panels.window.resume()
+        onGone: panels.gone()
         sourceComponent: ShortcutSheet {
-            groups: panels.window.keyboard.groups
+            groups: panels.shell.keyboard.groups
         }
     }
     PanelPlace {
         id: settings
-        onGone: panels.window.resume()
+        onGone: panels.gone()
         sourceComponent: SettingsPanel {
             shell: panels.shell
         }
     }
     PanelPlace {
         id: closing
-        onGone: panels.window.resume()
+        onGone: panels.gone()
         sourceComponent: ClosingPanel {
             run: panels.shell.run
-            onConfirmed: panels.window.quitAsked()
+            onConfirmed: panels.quitAsked()
         }
     }
     PanelPlace {
@@ -80,31 +86,23 @@ Item {
 
         property string suggestion: ""
 
-        onGone: panels.window.resume()
+        onGone: panels.gone()
         sourceComponent: AddLink {
             suggestion: addLink.suggestion
             onAdded: (url, note) => {
                 problem = panels.shell.addLink(url, note);
                 if (problem.length === 0) {
                     addLink.hide();
-                    panels.window.go(Section.Inbox);
+                    panels.added();
                 }
             }
         }
     }
     PanelPlace {
         id: correction
-        onGone: panels.window.resume()
+        onGone: panels.gone()
         sourceComponent: CorrectionPanel {
-            offered: panels.shell.correctionReasons
-            onGiven: (topicId, score, tags, text) => {
-                panels.shell.correct(topicId, score, tags, text);
-                correction.hide();
-            }
-            onRemoved: topicId => {
-                panels.shell.uncorrect(topicId);
-                correction.hide();
-            }
+            shell: panels.shell
         }
     }
 }

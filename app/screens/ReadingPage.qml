@@ -2,28 +2,21 @@ import QtQuick
 import QtQuick.Templates as T
 import QtQuick.Window
 import Vorle
+import Vorle.Models
 
 // The chosen card enlarged into a comfortable page: all that is known of the topic.
 FocusScope {
     id: page
 
+    required property Shell shell
+    required property TopicSelection selection
     required property var topic // null when nothing is chosen
-    required property var details // the TopicPage of the chosen topic
-    property var actions: []
-    property string hint: ""
-    property bool shown: false
-    property string section: ""
-    property int position: 0 // among the section's `count` topics
-    property int count: 0
-    property string backKeys: "" // to the topic before, without deciding
-    property string forthKeys: ""
+    required property string section // its name
+    property var actions: [] // CardButton
+    readonly property TopicPage details: shell.page
+    readonly property bool shown: selection.enlarged
 
     signal act(int action)
-    signal closed
-    signal moved(int step)
-    signal linkOpened(string url)
-    signal noteEdited(string topicId, string text)
-    signal correctionAsked(string topicId)
 
     visible: opacity > 0
     opacity: shown ? 1 : 0
@@ -84,12 +77,12 @@ FocusScope {
         id: head
         width: parent.width
         section: page.section
-        position: page.position
-        count: page.count
-        backKeys: page.backKeys
-        forthKeys: page.forthKeys
-        onClosed: page.closed()
-        onMoved: step => page.moved(step)
+        position: page.selection.currentRow
+        count: page.selection.list.count
+        backKeys: page.shell.keyboard.keys(KeyboardMap.PreviousTopic)
+        forthKeys: page.shell.keyboard.keys(KeyboardMap.NextTopic)
+        onClosed: page.selection.enlarged = false
+        onMoved: step => page.selection.step(step)
     }
     Flickable {
         id: flick
@@ -157,7 +150,7 @@ FocusScope {
                 width: parent.width
                 topic: page.topic
                 details: page.details
-                onLinkOpened: url => page.linkOpened(url)
+                onLinkOpened: url => page.shell.openLink(url)
             }
             Chapter {
                 width: parent.width
@@ -199,7 +192,7 @@ FocusScope {
                 }
                 ActionButton {
                     text: page.details.corrected ? qsTr("Revoir ma note") : qsTr("Corriger la note")
-                    onClicked: page.correctionAsked(page.topic.topicId)
+                    onClicked: page.act(KeyboardMap.Correct)
                 }
             }
             Chapter {
@@ -217,7 +210,7 @@ FocusScope {
                         url: modelData.url
                         address: modelData.address
                         picture: modelData.picture
-                        onClicked: page.linkOpened(url)
+                        onClicked: page.shell.openLink(url)
                     }
                 }
             }
@@ -229,7 +222,7 @@ FocusScope {
                 NoteEditor {
                     width: parent.width
                     topic: page.topic
-                    onEdited: (topicId, text) => page.noteEdited(topicId, text)
+                    onEdited: (topicId, text) => page.shell.decisions.setNote(topicId, text)
                 }
             }
             Chapter {
@@ -252,7 +245,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         actions: page.actions
-        hint: page.hint
+        hint: page.shell.keyboard.openCardHint
         worth: page.topic?.worth ?? ""
         onAct: action => page.act(action)
     }

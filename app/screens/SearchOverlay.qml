@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Templates as T
 import Vorle
+import Vorle.Models
 
 // ⌘K: everything held, as one types.
 Panel {
     id: overlay
 
-    required property var search // TopicSearch
+    required property TopicSearch search
 
     signal picked(int section, string topicId)
 

@@ -6,12 +6,23 @@ import Vorle
 Loader {
     id: place
 
-    required property var window // Main
-    required property int number
-    readonly property bool current: window.sections.current === number
+    required property Shell shell
+    required property int number // Section
+    readonly property bool current: shell.sections.current === number
+    readonly property SectionScreen screen: item as SectionScreen
+
+    signal act(int action)
 
     anchors.fill: parent
     active: current || item !== null
     visible: current
     focus: current
+
+    Connections {
+        target: place.screen
+
+        function onAct(action: int) {
+            place.act(action);
+        }
+    }
 }

@@ -1,13 +1,14 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // The six sections, what waits in each, and the next run.
 AccessibilityBarrier {
     id: bar
 
-    required property var model // Sections
+    required property Sections model
     required property int current
-    required property var run
+    required property RunModel run
     property string keysRun: ""
 
     signal picked(int section)

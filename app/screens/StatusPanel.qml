@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Window
 import Vorle
+import Vorle.Models
 
 // Hangs from the menu-bar item: how far the run is, what waits, and the ways in. Goes when one
 // looks elsewhere.
@@ -8,7 +9,7 @@ Window {
     id: panel
 
     required property Shell shell
-    readonly property var run: shell.run
+    readonly property RunModel run: shell.run
     readonly property int waiting: shell.inbox.count
     // Why there is no result, the result, or when the last one was.
     readonly property string lastWord: run.lastError.length > 0 ? run.lastError : run.lastResultText.length > 0 ? run.lastResultText : run.lastRunText.length > 0 ? qsTr("Dernière fouille : %1").arg(run.lastRunText) : qsTr("Je n’ai pas encore fouillé.")
@@ -24,11 +25,6 @@ Window {
     title: qsTr("vorle, en bref")
 
     onActiveChanged: active ? open.forceActiveFocus(Qt.PopupFocusReason) : hide()
-
-    function leave(to: var) {
-        hide();
-        to();
-    }
 
     Rectangle {
         id: sheet
@@ -91,7 +87,10 @@ Window {
                 width: parent.width
                 primary: true
                 text: panel.waiting === 0 ? qsTr("Ouvrir vorle") : panel.waiting === 1 ? qsTr("Trier 1 sujet") : qsTr("Trier %1 sujets").arg(panel.waiting.toLocaleString(Qt.locale("fr_FR"), "f", 0))
-                onClicked: panel.leave(panel.openAsked)
+                onClicked: {
+                    panel.hide();
+                    panel.openAsked();
+                }
             }
             Row {
                 spacing: 10
@@ -99,12 +98,18 @@ Window {
                 ActionButton {
                     width: (body.width - 10) / 2
                     text: qsTr("Ajouter un sujet")
-                    onClicked: panel.leave(panel.addAsked)
+                    onClicked: {
+                        panel.hide();
+                        panel.addAsked();
+                    }
                 }
                 ActionButton {
                     width: (body.width - 10) / 2
                     text: qsTr("Réglages")
-                    onClicked: panel.leave(panel.settingsAsked)
+                    onClicked: {
+                        panel.hide();
+                        panel.settingsAsked();
+                    }
                 }
             }
         }

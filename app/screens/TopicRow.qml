@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // One topic in its section's list: its card, and over or under it the line that tells where the
 // last topic went.
@@ -8,19 +9,17 @@ Item {
 
     required property int index
     required property var model
-    required property string shownId // the topic whose card stands open
-    required property var ghost // { topicId, went, title, beforeId, afterId }, or null
-    required property bool still // nothing moves
+    required property TopicSelection selection
     // It keeps its height: rows that change together are laid out in one go.
-    required property bool held
+    property bool held: false
     property bool tight: false // the window is low
-    property var actions: []
+    property var actions: [] // CardButton
     property string undoKeys: ""
 
     readonly property var topic: model
     readonly property string topicId: model.topicId ?? "" // none once the row is gone
-    readonly property bool ghostAbove: ghost !== null && topicId.length > 0 && ghost.beforeId === topicId
-    readonly property bool ghostBelow: ghost !== null && topicId.length > 0 && ghost.afterId === topicId
+    readonly property bool ghostAbove: topicId.length > 0 && selection.shownGhost.overId === topicId
+    readonly property bool ghostBelow: topicId.length > 0 && selection.shownGhost.underId === topicId
     readonly property real shownHeight: card.height + Theme.cardGap + ghostPlace.space
     // Where the card stands in the row, and how high it is once nothing moves any more.
     readonly property real wholeHeight: card.wholeHeight + Theme.cardGap + ghostPlace.space
@@ -34,13 +33,12 @@ Item {
     signal chosen
     signal enlarged
     signal act(int action)
-    signal undoAsked
 
     function arrive() {
         card.arrive();
     }
 
-    height: held ? lastHeight : shownHeight
+    height: held || topicId === selection.goneId ? lastHeight : shownHeight
     onHeightChanged: lastHeight = height
 
     Loader {
@@ -52,21 +50,21 @@ Item {
         width: parent.width
         active: row.ghostAbove || row.ghostBelow
         sourceComponent: GhostLine {
-            went: row.ghost?.went ?? ""
-            title: row.ghost?.title ?? ""
+            went: row.selection.shownGhost.went
+            title: row.selection.shownGhost.title
             undoKeys: row.undoKeys
-            onUndo: row.undoAsked()
+            onUndo: row.act(KeyboardMap.Undo)
         }
     }
     TopicCard {
         id: card
         y: row.ghostAbove ? ghostPlace.space : 0
         low: row.model.waits ?? false
-        still: row.still
+        still: row.selection.goneId !== ""
         tight: row.tight
         width: parent.width
         topic: row.model
-        open: row.topicId.length > 0 && row.topicId === row.shownId
+        open: row.topicId.length > 0 && row.topicId === row.selection.shownId
         onOpenChanged: if (open) row.opened(card)
         Component.onDestruction: row.dropped(card)
         actions: row.actions

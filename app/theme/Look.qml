@@ -6,7 +6,7 @@ import Vorle
 Item {
     id: look
 
-    required property var shell
+    required property Shell shell
     property bool systemDark: false
     property bool reducedMotion: false
     required property string displayFamily

@@ -8,6 +8,7 @@
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"
 #include "core/NumberText.h"
+#include "core/ScoreScale.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/LinkOpener.h"
 #include "platform/Pasteboard.h"
@@ -34,6 +35,10 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_budget = std::make_unique<ProgramBudget>(store, preferences, app.clock(), *m_program);
     m_sections = std::make_unique<Sections>(Sections::Parts{
         *m_inbox, *m_program, *m_reserve, *m_library, *m_budget, *m_run, preferences, app.clock()});
+    m_actions = std::make_unique<TopicActions>(*m_sections, *m_decisions, *m_keyboard);
+    connect(m_actions.get(), &TopicActions::said, this, &Shell::said);
+    connect(m_actions.get(), &TopicActions::firstStepAsked, this, &Shell::firstStep);
+    connect(m_actions.get(), &TopicActions::readingAsked, this, &Shell::retry);
     m_search = std::make_unique<TopicSearch>(store);
     m_territory = std::make_unique<TerritoryModel>(preferences);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
@@ -217,6 +222,11 @@ int Shell::judgedScore(const QString &topicId) const {
     return topic ? vorle::judgedScore(*topic).value_or(-1) : -1;
 }
 
+int Shell::shownScore(const QString &topicId) const {
+    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    return topic && !isBeingRead(*topic) ? vorle::shownScore(*topic).value_or(-1) : -1;
+}
+
 bool Shell::isCorrected(const QString &topicId) const {
     const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
     return topic && topic->correction.has_value();
@@ -338,7 +348,10 @@ void Shell::tell(Matter matter, const QString &text) {
     Q_EMIT noticeChanged();
 }
 
-void Shell::say(const QString &sentence) { Q_EMIT said(shownWords(sentence)); }
+void Shell::say(const QString &sentence) {
+    m_actions->forgetGhost(); // the word takes the place of that line
+    Q_EMIT said(shownWords(sentence));
+}
 
 void Shell::dismissNotices(Matter matter) {
     if (erase_if(m_notices, [matter](const Notice &each) { return each.matter == matter; }) > 0) {

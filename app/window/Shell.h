@@ -7,6 +7,7 @@
 #include "app/models/RunModel.h"
 #include "app/models/Sections.h"
 #include "app/models/TerritoryModel.h"
+#include "app/models/TopicActions.h"
 #include "app/models/TopicListModel.h"
 #include "app/models/TopicSearch.h"
 #include "app/window/TopicPage.h"
@@ -40,6 +41,7 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::TopicListModel *reserve READ reserve CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicListModel *library READ library CONSTANT FINAL)
     Q_PROPERTY(vorle::Decisions *decisions READ decisions CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicActions *actions READ actions CONSTANT FINAL)
     Q_PROPERTY(vorle::KeyboardMap *keyboard READ keyboard CONSTANT FINAL)
     Q_PROPERTY(vorle::RunModel *run READ run CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicSearch *search READ search CONSTANT FINAL)
@@ -85,6 +87,7 @@ public:
     TopicListModel *reserve() const { return m_reserve.get(); }
     TopicListModel *library() const { return m_library.get(); }
     Decisions *decisions() const { return m_decisions.get(); }
+    TopicActions *actions() const { return m_actions.get(); }
     KeyboardMap *keyboard() const { return m_keyboard.get(); }
     RunModel *run() const { return m_run.get(); }
     TopicSearch *search() const { return m_search.get(); }
@@ -112,7 +115,7 @@ public:
     /// again what failed.
     Q_INVOKABLE void takeRemedy();
     /// Takes a topic's first step with the agent (⌘↩). What there is to say is said by `said`.
-    Q_INVOKABLE void firstStep(const QString &topicId);
+    void firstStep(const QString &topicId);
     /// Captures a link: it is read and judged, and waits in "À trier". Gives a French sentence
     /// when the link cannot be taken, "" when it was.
     Q_INVOKABLE QString addLink(const QString &url, const QString &note);
@@ -121,7 +124,7 @@ public:
     /// Has the captured links that could not be judged tried once more.
     Q_INVOKABLE void readAgain();
     /// The same for that one; nothing for one that did not fail.
-    Q_INVOKABLE void retry(const QString &topicId);
+    void retry(const QString &topicId);
     /// Looks at the clock and the agents again: a new day changes what is next, what was missed,
     /// the week's time; an agent may have been signed in to.
     void refresh();
@@ -137,6 +140,8 @@ public:
     Q_INVOKABLE bool isCorrected(const QString &topicId) const;
     /// The app's own score, whatever the user said of it; -1 where nothing could be read.
     Q_INVOKABLE int judgedScore(const QString &topicId) const;
+    /// The score that its card shows: the user's own, else the app's; -1 for none.
+    Q_INVOKABLE int shownScore(const QString &topicId) const;
     Q_INVOKABLE QStringList correctionTags(const QString &topicId) const;
     Q_INVOKABLE QString correctionText(const QString &topicId) const;
     QVariantList correctionReasons() const;
@@ -188,6 +193,7 @@ private:
     std::unique_ptr<ProgramBudget> m_budget;
     std::unique_ptr<RunModel> m_run;
     std::unique_ptr<Sections> m_sections;
+    std::unique_ptr<TopicActions> m_actions;
     std::unique_ptr<TopicSearch> m_search;
     std::unique_ptr<TerritoryModel> m_territory;
     std::unique_ptr<ReportModel> m_report;

@@ -25,7 +25,7 @@ protected:
 };
 
 TEST_F(DecisionsTest, give_each_key_its_status_and_its_ghost) {
-    using Take = std::function<bool(Decisions &, const QString &)>;
+    using Take = std::function<Decisions::Taken(Decisions &, const QString &)>;
     struct Case {
         Take take;
         TopicStatus status;
@@ -40,11 +40,11 @@ TEST_F(DecisionsTest, give_each_key_its_status_and_its_ghost) {
         {&Decisions::removeFromProgram, TopicStatus::Inbox, "Retiré · À trier"},
         {[](Decisions &d, const QString &t) { return d.done(t); }, TopicStatus::Done,
          "Fait · Bibliothèque"},
-        {[](Decisions &d, const QString &t) { return d.verdict(t, QStringLiteral("meh")); },
+        {[](Decisions &d, const QString &t) { return d.verdict(t, Worth::Meh); },
          TopicStatus::Done, "Bof · Bibliothèque"},
     };
     for (const Case &each : cases) {
-        ASSERT_TRUE(each.take(decisions, id)) << each.ghost;
+        EXPECT_EQ(each.take(decisions, id), QString::fromUtf8(each.ghost));
         EXPECT_EQ(status(), each.status) << each.ghost;
         EXPECT_EQ(ghosts.last(), QString::fromUtf8(each.ghost));
     }
@@ -63,9 +63,7 @@ TEST_F(DecisionsTest, give_each_key_its_status_and_its_ghost) {
 
 TEST_F(DecisionsTest, refuse_what_they_do_not_know) {
     EXPECT_FALSE(decisions.keep(QStringLiteral("nothing")));
-    EXPECT_FALSE(decisions.verdict(id, QString()));
-    EXPECT_FALSE(decisions.done(id, QStringLiteral("great")));
-    EXPECT_EQ(status(), TopicStatus::Inbox);
+    EXPECT_FALSE(decisions.verdict(QString(), Worth::Gem));
     EXPECT_TRUE(ghosts.isEmpty());
     EXPECT_FALSE(decisions.canUndo());
 }
@@ -77,7 +75,7 @@ TEST_F(DecisionsTest, say_what_was_undone_and_redone) {
     decisions.undo();
     decisions.done(id);
     EXPECT_FALSE(decisions.canRedo()); // a new decision ends what could be redone
-    decisions.verdict(id, QStringLiteral("gem"));
+    decisions.verdict(id, Worth::Gem);
     EXPECT_EQ(decisions.undo(), QStringLiteral("«\u202FVite 8\u202F» n’a plus d’avis"));
     EXPECT_EQ(decisions.redo(), QStringLiteral("«\u202FVite 8\u202F» a de nouveau l’avis Pépite"));
 }

@@ -53,7 +53,7 @@ TEST(TopicListModel, orders_each_section_and_follows_the_store) {
     // The user's own score is what counts.
     shelf.store.setCorrection(QUuid::fromString(seven), Correction{10, {}, {}, {}});
     EXPECT_EQ(shelf.titles(Section::Program).join(u' '), QStringLiteral("urgent seven nine"));
-    decisions.done(seven, QStringLiteral("gem"));
+    decisions.done(seven, Worth::Gem);
     shelf.clock.moment = shelf.clock.moment.addSecs(60);
     decisions.done(nine);
     EXPECT_EQ(shelf.titles(Section::Library).join(u' '), QStringLiteral("nine seven"));
@@ -262,7 +262,7 @@ TEST_P(RandomDecisions, leave_the_lists_as_if_freshly_made) {
             decisions.done(name);
             break;
         case 7:
-            decisions.verdict(name, QStringLiteral("useful"));
+            decisions.verdict(name, Worth::Useful);
             break;
         case 8:
             decisions.backToTriage(name);

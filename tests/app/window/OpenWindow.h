@@ -135,8 +135,7 @@ protected:
         QCoreApplication::processEvents();
     }
 
-    QObject *screen() { return window().property("screen").value<QObject *>(); }
-    bool enlarged() { return screen()->property("enlarged").toBool(); }
+    bool enlarged() { return shell().actions()->selection()->isEnlarged(); }
 
     AppInProcess m_app;
     FakeTerminals m_terminals;

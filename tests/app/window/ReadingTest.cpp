@@ -108,7 +108,8 @@ TEST_F(ReadingTest, a_score_is_corrected_and_given_back_without_inventing_one) {
     store().add({unread});
     open();
     const auto ask = [this](const QString &id) {
-        QMetaObject::invokeMethod(&window(), "askCorrection", Q_ARG(QString, id));
+        shell().actions()->selection()->show(id);
+        m_main->perform(KeyboardMap::Correct);
         QCoreApplication::processEvents();
     };
     const auto correction = [this](const QString &id) {

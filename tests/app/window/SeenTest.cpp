@@ -48,7 +48,8 @@ protected:
     /// Whether the chosen topic's card stands open and wholly in view.
     bool seen() {
         QQuickItem *card = openCard();
-        if (card == nullptr || screen()->property("shownId") != window().property("chosenId")) {
+        const TopicSelection &selection = *shell().actions()->selection();
+        if (card == nullptr || selection.shownId() != selection.currentId()) {
             return false;
         }
         const QRectF place = card->mapRectToScene({0, 0, card->width(), card->height()});
@@ -321,7 +322,7 @@ TEST_F(SeenTest, a_held_key_decides_once_and_separate_presses_each) {
     EXPECT_EQ(waiting(), 24);
     // One moves on while it is held.
     hold(9000, Qt::Key_Down);
-    EXPECT_GT(screen()->property("currentRow").toInt(), 10);
+    EXPECT_GT(shell().actions()->selection()->currentRow(), 10);
 }
 
 } // namespace

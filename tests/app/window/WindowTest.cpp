@@ -15,9 +15,9 @@ TEST_F(WindowTest, single_keys_sort_and_the_next_card_comes_by_itself) {
     press(Qt::Key_G);
     EXPECT_EQ(statusOf(QStringLiteral("Sujet 9")), TopicStatus::Program);
     EXPECT_EQ(chosen(), u"Sujet 8");
-    const auto ghost = window().property("ghost").toMap();
-    EXPECT_EQ(ghost.value(QStringLiteral("went")).toString(), u"Gardé · Programme");
-    EXPECT_EQ(ghost.value(QStringLiteral("title")).toString(), u"Sujet 9");
+    const Ghost ghost = shell().actions()->selection()->ghost();
+    EXPECT_EQ(ghost.went, u"Gardé · Programme");
+    EXPECT_EQ(ghost.title, u"Sujet 9");
     press(Qt::Key_L);
     EXPECT_EQ(statusOf(QStringLiteral("Sujet 8")), TopicStatus::Reserve);
     press(Qt::Key_X);

@@ -1,0 +1,88 @@
+#include "app/models/CardButton.h"
+
+#include "app/labels/DecisionLabels.h"
+#include "base/French.h"
+#include "base/Json.h"
+#include "core/Topic.h"
+
+namespace vorle {
+
+namespace {
+
+using Map = KeyboardMap;
+
+CardButton worthButton(Worth worth, Map::Action action) {
+    return {.text = worthLabel(worth),
+            .keys = {},
+            .action = action,
+            .primary = false,
+            .worth = json::rawText(worth)};
+}
+
+QList<CardButton> allButtons(TopicSection section) {
+    const auto button = [](const QString &text, Map::Action action, bool primary = false) {
+        return CardButton{
+            .text = text, .keys = {}, .action = action, .primary = primary, .worth = {}};
+    };
+    switch (section) {
+    case TopicSection::Inbox:
+        return {button(French::tr("Garder"), Map::Keep, true),
+                button(French::tr("Plus tard"), Map::Later),
+                button(French::tr("Pas pour moi"), Map::Dismiss)};
+    case TopicSection::Program:
+        return {button(French::tr("Premier pas"), Map::FirstStep, true),
+                button(French::tr("Fait"), Map::Done),
+                button(French::tr("Reporter"), Map::Postpone),
+                button(French::tr("Retirer"), Map::Remove)};
+    case TopicSection::Reserve:
+    case TopicSection::Library:
+        return {button(French::tr("Garder"), Map::Keep, true),
+                button(French::tr("Remettre à trier"), Map::BackToTriage),
+                worthButton(Worth::Meh, Map::WorthMeh),
+                worthButton(Worth::Useful, Map::WorthUseful),
+                worthButton(Worth::Gem, Map::WorthGem)};
+    }
+    return {};
+}
+
+} // namespace
+
+QVariantList cardButtons(TopicSection section, Allowed allowed, const KeyboardMap &keyboard) {
+    QList<CardButton> buttons = allButtons(section);
+    if (allowed != Allowed::Everything) {
+        buttons.removeIf([](const CardButton &each) { return each.action != Map::Dismiss; });
+    }
+    if (allowed == Allowed::DismissalOrRetry) {
+        buttons.prepend({.text = French::tr("Réessayer"),
+                         .keys = {},
+                         .action = Map::ReadAgain,
+                         .primary = true,
+                         .worth = {}});
+    }
+    QVariantList list;
+    for (CardButton &button : buttons) {
+        button.keys = keyboard.keys(button.action);
+        list += QVariant::fromValue(button);
+    }
+    return list;
+}
+
+QString keysHint(TopicSection section, const KeyboardMap &keyboard) {
+    switch (section) {
+    case TopicSection::Inbox:
+        return keyboard.inboxHint();
+    case TopicSection::Program:
+        return French::tr("%1 premier pas · %2 fait · %3 reporter · %4 retirer")
+            .arg(keyboard.keys(Map::FirstStep), keyboard.keys(Map::Done),
+                 keyboard.keys(Map::Postpone), keyboard.keys(Map::Remove));
+    case TopicSection::Reserve:
+    case TopicSection::Library:
+        return French::tr("%1 garder · %2 remettre à trier · 1 2 3 %3, %4, %5")
+            .arg(keyboard.keys(Map::Keep), keyboard.keys(Map::BackToTriage),
+                 worthLabel(Worth::Meh).toLower(), worthLabel(Worth::Useful).toLower(),
+                 worthLabel(Worth::Gem).toLower());
+    }
+    return {};
+}
+
+} // namespace vorle

@@ -1,0 +1,169 @@
+#include "app/models/TopicActions.h"
+
+#include "app/models/TopicCard.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace vorle {
+
+namespace {
+
+using Map = KeyboardMap;
+
+/// What a decision does, by its action.
+struct DecisionRow {
+    Map::Action action;
+    Decisions::Taken (*take)(Decisions &decisions, const QString &topicId);
+};
+
+constexpr DecisionRow decisionRows[] = {
+    {Map::Keep, [](Decisions &d, const QString &id) { return d.keep(id); }},
+    {Map::Later, [](Decisions &d, const QString &id) { return d.later(id); }},
+    {Map::Dismiss, [](Decisions &d, const QString &id) { return d.dismiss(id); }},
+    {Map::Done, [](Decisions &d, const QString &id) { return d.done(id); }},
+    {Map::Postpone, [](Decisions &d, const QString &id) { return d.postpone(id); }},
+    {Map::Remove, [](Decisions &d, const QString &id) { return d.removeFromProgram(id); }},
+    {Map::BackToTriage, [](Decisions &d, const QString &id) { return d.backToTriage(id); }},
+    {Map::WorthMeh, [](Decisions &d, const QString &id) { return d.verdict(id, Worth::Meh); }},
+    {Map::WorthUseful,
+     [](Decisions &d, const QString &id) { return d.verdict(id, Worth::Useful); }},
+    {Map::WorthGem, [](Decisions &d, const QString &id) { return d.verdict(id, Worth::Gem); }},
+};
+
+const DecisionRow *decisionOf(Map::Action action) {
+    const auto *row = std::ranges::find(decisionRows, action, &DecisionRow::action);
+    return row == std::end(decisionRows) ? nullptr : row;
+}
+
+} // namespace
+
+TopicActions::TopicActions(Sections &sections, Decisions &decisions, const KeyboardMap &keyboard,
+                           QObject *parent)
+    : QObject(parent), m_sections(sections), m_decisions(decisions), m_keyboard(keyboard) {
+    for (int section = 0; TopicListModel *list = sections.listOf(Section(section)); ++section) {
+        m_selections.push_back(std::make_unique<TopicSelection>(*list));
+    }
+    // The page is put away while its section still has the keyboard.
+    connect(&sections, &Sections::leaving, this, [this] {
+        if (TopicSelection *chosen = selection()) {
+            chosen->setEnlarged(false);
+        }
+    });
+    connect(&sections, &Sections::currentChanged, this, &TopicActions::selectionChanged);
+    // What comes back is what one wants to see.
+    connect(&decisions, &Decisions::undone, this, [this](const QString &topicId) {
+        if (TopicSelection *chosen = selection()) {
+            chosen->show(topicId);
+        }
+    });
+}
+
+TopicSelection *TopicActions::of(sections::Section section) const {
+    const auto at = static_cast<std::size_t>(section);
+    return at < m_selections.size() ? m_selections[at].get() : nullptr;
+}
+
+QVariantList TopicActions::buttons(sections::Section section, bool refused, bool failed) const {
+    const Allowed allowed = !refused ? Allowed::Everything
+                            : failed ? Allowed::DismissalOrRetry
+                                     : Allowed::Dismissal;
+    return cardButtons(static_cast<TopicSection>(section), allowed, m_keyboard);
+}
+
+QString TopicActions::keysHint(sections::Section section) const {
+    return vorle::keysHint(static_cast<TopicSection>(section), m_keyboard);
+}
+
+bool TopicActions::needsSight(Map::Action action) const {
+    return decisionOf(action) != nullptr || action == Map::FirstStep || action == Map::Correct;
+}
+
+bool TopicActions::perform(Map::Action action) {
+    TopicSelection *chosen = selection();
+    const QString id = chosen == nullptr ? QString() : chosen->currentId();
+    switch (action) {
+    case Map::Undo:
+        tell(m_decisions.undo());
+        return true;
+    case Map::Redo:
+        tell(m_decisions.redo());
+        return true;
+    case Map::PreviousTopic:
+    case Map::NextTopic:
+        if (chosen != nullptr) {
+            chosen->step(action == Map::NextTopic ? 1 : -1);
+        }
+        return true;
+    case Map::ToggleCard:
+    case Map::CloseCard:
+        if (chosen != nullptr) {
+            chosen->setEnlarged(action == Map::ToggleCard && !chosen->isEnlarged());
+        }
+        return true;
+    case Map::FirstStep:
+        if (!id.isEmpty()) {
+            Q_EMIT firstStepAsked(id);
+        }
+        return true;
+    case Map::ReadAgain:
+        Q_EMIT readingAsked(id);
+        return true;
+    default:
+        decide(action);
+        return decisionOf(action) != nullptr;
+    }
+}
+
+void TopicActions::decide(Map::Action action) {
+    const DecisionRow *decision = decisionOf(action);
+    TopicSelection *chosen = selection();
+    if (decision == nullptr || chosen == nullptr || chosen->currentId().isEmpty()) {
+        return;
+    }
+    const TopicListModel &list = *chosen->list();
+    const QString refusal = list.value(chosen->currentRow(), TopicListModel::Refusal).toString();
+    if (!refusal.isEmpty() && action != Map::Dismiss) {
+        tell(refusal);
+        return;
+    }
+    Ghost ghost = chosen->ghostToLeave();
+    const bool enlarged = chosen->isEnlarged();
+    const Decisions::Taken went = decision->take(m_decisions, ghost.topicId);
+    if (!went) {
+        return;
+    }
+    ghost.went = *went;
+    forgetGhost();
+    if (list.rowOf(ghost.topicId) < 0) {
+        chosen->setGhost(ghost);
+        Q_EMIT ghostLeft();
+    }
+    if (enlarged) {
+        Q_EMIT decidedUnderPage(tr("%1\u00A0: %2").arg(ghost.went, ghost.title));
+    }
+}
+
+void TopicActions::showTopic(int section, const QString &topicId) {
+    if (of(static_cast<Section>(section)) == nullptr) {
+        tell(tr("Écarté\u00A0: il n’est plus dans tes rubriques."));
+        return;
+    }
+    m_sections.setCurrent(static_cast<Section>(section));
+    selection()->show(topicId);
+}
+
+void TopicActions::tell(const QString &sentence) {
+    if (!sentence.isEmpty()) {
+        forgetGhost();
+        Q_EMIT said(sentence);
+    }
+}
+
+void TopicActions::forgetGhost() {
+    for (const auto &each : m_selections) {
+        each->setGhost({});
+    }
+}
+
+} // namespace vorle

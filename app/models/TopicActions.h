@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/models/CardButton.h"
+#include "app/models/Decisions.h"
+#include "app/models/KeyboardMap.h"
+#include "app/models/Sections.h"
+#include "app/models/TopicSelection.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <memory>
+#include <vector>
+
+namespace vorle {
+
+/// What the window's actions do to a topic: on which one they fall, whether it may be decided now,
+/// what its card leaves behind. Holds what is chosen in each list. Main thread; what it is given
+/// outlives it.
+class TopicActions final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    /// What is chosen in the section that is shown; null in one that lists no topics.
+    Q_PROPERTY(vorle::TopicSelection *selection READ selection NOTIFY selectionChanged FINAL)
+
+public:
+    TopicActions(Sections &sections, Decisions &decisions, const KeyboardMap &keyboard,
+                 QObject *parent = nullptr);
+
+    TopicSelection *selection() const { return of(m_sections.current()); }
+    Q_INVOKABLE vorle::TopicSelection *of(vorle::sections::Section section) const;
+    /// The buttons of that section's cards: a list of CardButton. `refused`: the topic may not be
+    /// decided; `failed`: because reading it failed.
+    Q_INVOKABLE QVariantList buttons(vorle::sections::Section section, bool refused,
+                                     bool failed) const;
+    /// The line under that section's list that tells its keys.
+    Q_INVOKABLE QString keysHint(vorle::sections::Section section) const;
+
+    /// Whether the action acts on the chosen topic so that it has to be in view: it decides, or
+    /// leads out of the window.
+    Q_INVOKABLE bool needsSight(vorle::KeyboardMap::Action action) const;
+    /// Does the action, where it is one that acts on topics; false for all others. Nothing happens
+    /// to a topic that may not be decided now: why is `said`.
+    Q_INVOKABLE bool perform(vorle::KeyboardMap::Action action);
+    /// Goes to a topic that was found: its section, as a number, and the topic there; says so where
+    /// it is in none (-1).
+    Q_INVOKABLE void showTopic(int section, const QString &topicId);
+    /// Takes away the line that the last decided topic left, in whichever list.
+    Q_INVOKABLE void forgetGhost();
+
+Q_SIGNALS:
+    void selectionChanged();
+    /// A word on what just happened, or could not; it takes the place of the line.
+    void said(const QString &sentence);
+    /// A line was left: it goes after a while.
+    void ghostLeft();
+    /// What the line says, where the page of the next topic lies over it.
+    void decidedUnderPage(const QString &sentence);
+    /// A topic's first step is to be taken with the agent.
+    void firstStepAsked(const QString &topicId);
+    /// A captured link is to be read once more.
+    void readingAsked(const QString &topicId);
+
+private:
+    void decide(KeyboardMap::Action action);
+    void tell(const QString &sentence);
+
+    Sections &m_sections;
+    Decisions &m_decisions;
+    const KeyboardMap &m_keyboard;
+    std::vector<std::unique_ptr<TopicSelection>> m_selections; // by section
+};
+
+} // namespace vorle

@@ -1,0 +1,55 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vorle
+import Vorle.Models
+
+// A screen with one list under its title, scrolled like a page. Whoever uses it gives the list its
+// model and its delegate.
+SectionScreen {
+    id: screen
+
+    property string subtitle: ""
+    property alias list: list
+    readonly property real contentWidth: list.width - 2 * Theme.margin
+
+    Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && sight.takes(event.key)
+
+    function move(step: int) {
+        sight.scrollBy(step * 80);
+    }
+    function focusContent() {
+        list.forceActiveFocus();
+    }
+
+    InSight {
+        id: sight
+        view: list
+    }
+    SectionHead {
+        id: head
+        x: Theme.margin
+        width: parent.width - 2 * Theme.margin
+        title: screen.title
+        subtitle: screen.subtitle
+        searchKeys: screen.shell.keyboard.keys(KeyboardMap.Search)
+        onSearchAsked: screen.act(KeyboardMap.Search)
+    }
+    ListView {
+        id: list
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: head.bottom
+        anchors.topMargin: 12
+        anchors.bottom: parent.bottom
+        leftMargin: Theme.margin
+        rightMargin: Theme.margin
+        bottomMargin: Theme.margin
+        clip: true
+        focus: true
+        keyNavigationEnabled: false
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.List
+        Accessible.name: screen.title
+        T.ScrollBar.vertical: ScrollLine {}
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+import Vorle
+
+// What stands in a section's place (SectionPlace): made when the section is first chosen, kept from
+// then on. What the window asks of every screen, with what most answer.
+FocusScope {
+    id: screen
+
+    required property Shell shell
+
+    readonly property bool current: visible // its section is the one chosen
+    readonly property string title: current ? shell.sections.title : ""
+
+    // An action of the keyboard map, asked for by hand.
+    signal act(int action)
+
+    focus: true
+    Accessible.role: Accessible.Pane
+    Accessible.name: title
+
+    // The arrow keys: by so many steps down.
+    function move(step: int) {
+    }
+    // The keyboard comes to where it rests in this screen.
+    function focusContent() {
+        forceActiveFocus();
+    }
+    // Whether what an action falls on is in view; where it is not, it is brought there instead.
+    function ready(): bool {
+        return false;
+    }
+}
