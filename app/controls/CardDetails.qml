@@ -1,12 +1,13 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // What the chosen card adds: the gist, why it matters to this person, the first step, the keys.
 Column {
     id: details
 
     required property var topic
-    property var actions: []
+    property var actions: [] // CardButton
     property bool showActions: true
     property bool tight: false // for a low window
     property real before: 0 // the room at its left, under the score
@@ -75,12 +76,12 @@ Column {
                 model: details.actions
 
                 ActionButton {
-                    required property var modelData
+                    required property cardButton modelData
                     text: modelData.text
                     keys: modelData.keys
                     keysShown: !details.crowded || buttons.needed <= buttons.width // the hint names them too
-                    primary: modelData.primary === true
-                    given: modelData.worth !== undefined && modelData.worth === details.topic.worth
+                    primary: modelData.primary
+                    given: modelData.worth.length > 0 && modelData.worth === details.topic.worth
                     onClicked: details.act(modelData.action)
                 }
             }

@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // One thing a version changes, with what sort of change it is.
 Item {
     id: change
 
-    required property var modelData // { text, label }
+    required property namedText modelData
 
     implicitHeight: Math.max(words.implicitHeight, label.visible ? label.implicitHeight : 0)
 
@@ -18,6 +19,6 @@ Item {
     Chip {
         id: label
         anchors.right: parent.right
-        text: change.modelData.label
+        text: change.modelData.name
     }
 }

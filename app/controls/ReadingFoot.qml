@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // What can be decided from the reading page, and how to leave it.
 Rectangle {
     id: foot
 
-    property var actions: [] // { text, keys, primary, action }
+    property var actions: [] // CardButton
     property string hint: ""
     property string worth: "" // the verdict given
 
@@ -28,11 +29,11 @@ Rectangle {
             model: foot.actions
 
             ActionButton {
-                required property var modelData
+                required property cardButton modelData
                 text: modelData.text
                 keys: modelData.keys
-                primary: modelData.primary === true
-                given: modelData.worth !== undefined && modelData.worth === foot.worth
+                primary: modelData.primary
+                given: modelData.worth.length > 0 && modelData.worth === foot.worth
                 onClicked: foot.act(modelData.action)
             }
         }

@@ -9,7 +9,7 @@ Item {
     required property var topic // the list model's roles
     property bool open: false
     property bool showActions: true
-    property var actions: [] // { text, keys, primary, action }
+    property var actions: [] // CardButton
     property bool settled: false // moves only once it has been shown
     property bool still: false // does not move
     property bool tight: false // in a low window: open, it keeps to what fits

@@ -1,6 +1,7 @@
 #include "app/models/CardButton.h"
 
 #include "app/labels/DecisionLabels.h"
+#include "app/models/CardParts.h"
 #include "base/French.h"
 #include "base/Json.h"
 #include "core/Topic.h"
@@ -59,12 +60,10 @@ QVariantList cardButtons(TopicSection section, Allowed allowed, const KeyboardMa
                          .primary = true,
                          .worth = {}});
     }
-    QVariantList list;
     for (CardButton &button : buttons) {
         button.keys = keyboard.keys(button.action);
-        list += QVariant::fromValue(button);
     }
-    return list;
+    return variants(buttons);
 }
 
 QString keysHint(TopicSection section, const KeyboardMap &keyboard) {

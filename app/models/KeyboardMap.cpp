@@ -132,16 +132,16 @@ QString titleOf(Group group) {
     case Group::Program:
         return statusLabel(TopicStatus::Program);
     case Group::ReserveAndLibrary:
-        return KeyboardMap::tr("%1 et %2").arg(statusLabel(TopicStatus::Reserve),
-                                               statusLabel(TopicStatus::Done));
+        return KeyboardMap::tr("%1 et %2")
+            .arg(statusLabel(TopicStatus::Reserve), statusLabel(TopicStatus::Done));
     }
     return {};
 }
 
 QString labelOf(const Row &row, AgentKind agent) {
     if (row.label == Sheet::worthLabels) {
-        return QString::fromLatin1(row.label)
-            .arg(worthLabel(Worth::Meh), worthLabel(Worth::Useful), worthLabel(Worth::Gem));
+        return QString::fromLatin1(row.label).arg(worthLabel(Worth::Meh), worthLabel(Worth::Useful),
+                                                  worthLabel(Worth::Gem));
     }
     const QString label = KeyboardMap::tr(row.label);
     return row.label == Sheet::stepLabel ? label.arg(displayName(agent), chatName(agent)) : label;
@@ -243,8 +243,7 @@ QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling) {
         if (groups.isEmpty() || groups.last().title != title) {
             groups.append({title, {}});
         }
-        groups.last().rows.append(
-            {spelled(row.keys.toString(), spelling), labelOf(row, agent)});
+        groups.last().rows.append({spelled(row.keys.toString(), spelling), labelOf(row, agent)});
     }
     return groups;
 }

@@ -42,7 +42,7 @@ TopicActions::TopicActions(Sections &sections, Decisions &decisions, const Keybo
                            QObject *parent)
     : QObject(parent), m_sections(sections), m_decisions(decisions), m_keyboard(keyboard) {
     for (int section = 0; TopicListModel *list = sections.listOf(Section(section)); ++section) {
-        m_selections.push_back(std::make_unique<TopicSelection>(*list));
+        m_selections.append(new TopicSelection(*list, this));
     }
     // The page is put away while its section still has the keyboard.
     connect(&sections, &Sections::leaving, this, [this] {
@@ -60,8 +60,7 @@ TopicActions::TopicActions(Sections &sections, Decisions &decisions, const Keybo
 }
 
 TopicSelection *TopicActions::of(sections::Section section) const {
-    const auto at = static_cast<std::size_t>(section);
-    return at < m_selections.size() ? m_selections[at].get() : nullptr;
+    return m_selections.value(static_cast<int>(section));
 }
 
 QVariantList TopicActions::buttons(sections::Section section, bool refused, bool failed) const {
@@ -161,7 +160,7 @@ void TopicActions::tell(const QString &sentence) {
 }
 
 void TopicActions::forgetGhost() {
-    for (const auto &each : m_selections) {
+    for (TopicSelection *each : m_selections) {
         each->setGhost({});
     }
 }

@@ -6,11 +6,9 @@
 #include "app/models/Sections.h"
 #include "app/models/TopicSelection.h"
 
+#include <QList>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
-
-#include <memory>
-#include <vector>
 
 namespace vorle {
 
@@ -69,7 +67,8 @@ private:
     Sections &m_sections;
     Decisions &m_decisions;
     const KeyboardMap &m_keyboard;
-    std::vector<std::unique_ptr<TopicSelection>> m_selections; // by section
+    // By section. Children of this: what QML is given by a call and has no parent, it would delete.
+    QList<TopicSelection *> m_selections;
 };
 
 } // namespace vorle

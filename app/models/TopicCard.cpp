@@ -3,6 +3,7 @@
 #include "app/labels/DecisionLabels.h"
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
+#include "app/models/CardParts.h"
 #include "app/models/TopicListModel.h"
 #include "base/French.h"
 #include "base/Text.h"
@@ -35,12 +36,11 @@ QString hostOf(const QString &address) {
 }
 
 QVariantList changesOf(const Topic &topic) {
-    QVariantList list;
+    QList<NamedText> list;
     for (const QString &change : topic.changes.value_or(QList<QString>())) {
-        list.append(QVariantMap{{QStringLiteral("text"), shown(change)},
-                                {QStringLiteral("label"), changeLabel(change)}});
+        list.append({.name = changeLabel(change), .text = shown(change)});
     }
-    return list;
+    return variants(list);
 }
 
 /// The file: address of the picture kept for a link. Only a plain file name is believed.
@@ -56,14 +56,15 @@ QString pictureOf(const Topic &topic, const QString &link) {
 }
 
 QVariantList sourcesOf(const Topic &topic) {
-    QVariantList list;
+    QList<NamedLink> list;
     for (const TopicSource &source : topic.sources) {
-        list.append(QVariantMap{{QStringLiteral("name"), shown(source.displayName())},
-                                {QStringLiteral("url"), source.url},
-                                {QStringLiteral("address"), WebLink::shown(source.url)},
-                                {QStringLiteral("picture"), pictureOf(topic, source.url)}});
+        list.append({.name = shown(source.displayName()),
+                     .url = source.url,
+                     .address = WebLink::shown(source.url),
+                     .picture = pictureOf(topic, source.url),
+                     .adds = {}});
     }
-    return list;
+    return variants(list);
 }
 
 /// "undici 7.12.0 → 7.18.1", or what of it is known.

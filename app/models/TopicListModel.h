@@ -41,7 +41,7 @@ public:
         Gist, ///< string, the one text a closed card shows: the summary, else the gist
         Why,
         FirstStep,
-        Changes,     ///< list of {text, label}; the label may be empty
+        Changes,     ///< list of NamedText
         Risks,       ///< string
         Place,       ///< string, the project, else the interest
         Project,     ///< string
@@ -69,8 +69,7 @@ public:
         UrgencyText,     ///< "avant le 28 novembre", "à faire maintenant"
         UrgencySentence, ///< the same with its reason: "À faire maintenant. La faille est
                          ///< exploitée."
-        Sources, ///< list of {name, url, address, picture}: the address as it is shown; the picture
-                 ///< a file: address or ""
+        Sources,     ///< list of NamedLink
         MainUrl, ///< string, the first source's address
         MainSite,    ///< "github.com"
         VersionText, ///< "undici 7.12.0 → 7.18.1"

@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // The reading notes of a topic: written, being written, failed, or not asked for yet.
 Chapter {
@@ -60,10 +61,10 @@ Chapter {
         onClicked: view.details.askBrief()
     }
     Repeater {
-        model: view.details.brief.essentials ?? []
+        model: view.details.essentials
 
         BriefPart {
-            required property var modelData
+            required property readingPart modelData
             width: view.width
             title: modelData.title
             body: modelData.body
@@ -72,15 +73,15 @@ Chapter {
     }
     BriefPart {
         width: parent.width
-        visible: (view.details.brief.project ?? "").length > 0
+        visible: body.length > 0
         title: qsTr("Pour ton projet")
-        body: view.details.brief.project ?? ""
+        body: view.details.forProject
     }
     Repeater {
-        model: view.details.brief.details ?? []
+        model: view.details.parts
 
         BriefPart {
-            required property var modelData
+            required property readingPart modelData
             width: view.width
             title: modelData.title
             body: modelData.body
@@ -89,17 +90,17 @@ Chapter {
     }
     BriefPart {
         width: parent.width
-        visible: (view.details.brief.unclear ?? []).length > 0
+        visible: body.length > 0
         title: qsTr("Ce qui reste flou")
-        body: (view.details.brief.unclear ?? []).join("\n")
+        body: view.details.unclear
     }
     Repeater {
-        model: view.details.brief.sources ?? []
+        model: view.details.briefSources
 
         SourceRow {
-            required property var modelData
+            required property namedLink modelData
             width: view.width
-            name: modelData.title
+            name: modelData.name
             url: modelData.url
             address: modelData.address
             adds: modelData.adds

@@ -59,7 +59,13 @@ Panel {
         }
     }
     function toggle(word: string) {
-        chosen = chosen.includes(word) ? chosen.filter(other => other !== word) : chosen.concat([word]);
+        const others = [];
+        for (const other of chosen) {
+            if (other !== word) {
+                others.push(other);
+            }
+        }
+        chosen = others.length < chosen.length ? others : others.concat([word]);
     }
 
     bodyHeight: body.implicitHeight

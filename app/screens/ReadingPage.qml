@@ -161,7 +161,7 @@ FocusScope {
                     model: page.details.grades
 
                     CriterionBar {
-                        required property var modelData
+                        required property namedGrade modelData
                         width: parent.width
                         name: modelData.name
                         grade: modelData.grade
@@ -172,13 +172,13 @@ FocusScope {
 
                     Item {
                         id: fact
-                        required property var modelData
+                        required property namedText modelData
                         width: parent.width
                         implicitHeight: factText.implicitHeight
 
                         SelectableText {
                             width: 118
-                            text: fact.modelData.label
+                            text: fact.modelData.name
                             color: Theme.inkFaint
                         }
                         SelectableText {
@@ -204,7 +204,7 @@ FocusScope {
                     model: page.topic?.sources ?? []
 
                     SourceRow {
-                        required property var modelData
+                        required property namedLink modelData
                         width: parent.width
                         name: modelData.name
                         url: modelData.url

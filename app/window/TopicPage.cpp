@@ -1,6 +1,7 @@
 #include "app/window/TopicPage.h"
 
 #include "app/labels/Wording.h"
+#include "app/models/CardParts.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
@@ -10,16 +11,15 @@ namespace vorle {
 namespace {
 
 QVariantList partList(const QList<Brief::Part> &parts) {
-    QVariantList list;
+    QList<ReadingPart> list;
     for (const Brief::Part &part : parts) {
         // Code is copied: its blanks stay as they are.
         const bool code = part.title == codePartTitle();
-        list += QVariantMap{
-            {QStringLiteral("title"), shownWords(part.title)},
-            {QStringLiteral("body"), code ? withoutHidden(part.body) : shownWords(part.body)},
-            {QStringLiteral("code"), code}};
+        list.append({.title = shownWords(part.title),
+                     .body = code ? withoutHidden(part.body) : shownWords(part.body),
+                     .code = code});
     }
-    return list;
+    return variants(list);
 }
 
 } // namespace
@@ -62,41 +62,47 @@ QString TopicPage::seenText() const {
 }
 
 QVariantList TopicPage::grades() const {
-    QVariantList list;
+    QList<NamedGrade> list;
     for (const ScoreExplanation::Grade &grade : m_score.grades) {
-        list += QVariantMap{{QStringLiteral("name"), grade.label},
-                            {QStringLiteral("grade"), grade.grade}};
+        list.append({grade.label, grade.grade});
     }
-    return list;
+    return variants(list);
 }
 
 QVariantList TopicPage::facts() const {
-    QVariantList list;
+    QList<NamedText> list;
     for (const ScoreExplanation::Fact &fact : m_score.facts) {
-        list += QVariantMap{{QStringLiteral("label"), fact.label},
-                            {QStringLiteral("text"), shownWords(fact.text)}};
+        list.append({fact.label, shownWords(fact.text)});
     }
-    return list;
+    return variants(list);
 }
 
-QVariantMap TopicPage::brief() const {
-    const Brief brief = hasBrief() ? *m_topic->brief : Brief();
-    QVariantList sources;
-    for (const Brief::Source &source : brief.sources) {
-        sources += QVariantMap{{QStringLiteral("title"), shownWords(source.title)},
-                               {QStringLiteral("url"), source.url},
-                               {QStringLiteral("address"), WebLink::shown(source.url)},
-                               {QStringLiteral("adds"), shownWords(source.adds)}};
+Brief TopicPage::brief() const { return hasBrief() ? *m_topic->brief : Brief(); }
+
+QVariantList TopicPage::essentials() const { return partList(brief().essentials); }
+
+QVariantList TopicPage::parts() const { return partList(brief().details); }
+
+QString TopicPage::forProject() const { return shownWords(brief().project.value_or(QString())); }
+
+QString TopicPage::unclear() const {
+    QStringList points;
+    for (const QString &point : brief().unclear) {
+        points += shownWords(point);
     }
-    QStringList unclear;
-    for (const QString &point : brief.unclear) {
-        unclear += shownWords(point);
+    return points.join(u'\n');
+}
+
+QVariantList TopicPage::briefSources() const {
+    QList<NamedLink> list;
+    for (const Brief::Source &source : brief().sources) {
+        list.append({.name = shownWords(source.title),
+                     .url = source.url,
+                     .address = WebLink::shown(source.url),
+                     .picture = {},
+                     .adds = shownWords(source.adds)});
     }
-    return {{QStringLiteral("essentials"), partList(brief.essentials)},
-            {QStringLiteral("details"), partList(brief.details)},
-            {QStringLiteral("project"), shownWords(brief.project.value_or(QString()))},
-            {QStringLiteral("unclear"), unclear},
-            {QStringLiteral("sources"), sources}};
+    return variants(list);
 }
 
 QString TopicPage::briefFailure() const { return shownWords(m_briefs.failureText(m_id)); }

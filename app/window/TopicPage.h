@@ -6,7 +6,6 @@
 
 #include <QObject>
 #include <QVariantList>
-#include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
@@ -23,20 +22,24 @@ class TopicPage final : public QObject {
     /// The topic shown; "" for none.
     Q_PROPERTY(QString topicId READ topicId WRITE setTopicId NOTIFY topicChanged FINAL)
     Q_PROPERTY(QString seenText READ seenText NOTIFY topicChanged FINAL)
-    /// List of {name, grade}: the judge's four grades; empty when it gave none.
+    /// List of NamedGrade: the judge's four grades; empty when it gave none.
     Q_PROPERTY(QVariantList grades READ grades NOTIFY topicChanged FINAL)
     /// "Note 8 sur 10"
     Q_PROPERTY(QString scoreTitle READ scoreTitle NOTIFY topicChanged FINAL)
-    /// List of {label, text}: what else stood behind the score.
+    /// List of NamedText: what else stood behind the score.
     Q_PROPERTY(QVariantList facts READ facts NOTIFY topicChanged FINAL)
     /// Why the last try at reading notes failed, in the agent's own words; "" when it did not.
     Q_PROPERTY(QString briefFailure READ briefFailure NOTIFY briefFailureChanged FINAL)
     /// Whether its score is the user's own.
     Q_PROPERTY(bool corrected READ corrected NOTIFY topicChanged FINAL)
     Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY topicChanged FINAL)
-    /// {essentials, details: lists of {title, body, code}, project, unclear: list of strings,
-    /// sources: list of {title, url, address, adds}}; empty lists without reading notes.
-    Q_PROPERTY(QVariantMap brief READ brief NOTIFY topicChanged FINAL)
+    /// The reading notes: lists of ReadingPart, what they say for the project, what stays unclear,
+    /// and a list of NamedLink; all empty without any.
+    Q_PROPERTY(QVariantList essentials READ essentials NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QVariantList parts READ parts NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QString forProject READ forProject NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QString unclear READ unclear NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QVariantList briefSources READ briefSources NOTIFY topicChanged FINAL)
 
 public:
     /// `notes`, `briefs` and `clock` outlive it, as the store does. What is asked of it is asked of
@@ -53,7 +56,11 @@ public:
     bool corrected() const { return m_topic && m_topic->correction.has_value(); }
     bool hasBrief() const { return m_topic && m_topic->brief.has_value(); }
     QString briefFailure() const;
-    QVariantMap brief() const;
+    QVariantList essentials() const;
+    QVariantList parts() const;
+    QString forProject() const;
+    QString unclear() const;
+    QVariantList briefSources() const;
 
     /// Asks for reading notes of the topic shown.
     Q_INVOKABLE void askBrief();
@@ -64,6 +71,7 @@ Q_SIGNALS:
 
 private:
     void take(const QUuid &id);
+    Brief brief() const;
 
     TopicStore &m_store;
     ScoreProvenanceLog &m_notes;

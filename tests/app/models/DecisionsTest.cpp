@@ -40,8 +40,8 @@ TEST_F(DecisionsTest, give_each_key_its_status_and_its_ghost) {
         {&Decisions::removeFromProgram, TopicStatus::Inbox, "Retiré · À trier"},
         {[](Decisions &d, const QString &t) { return d.done(t); }, TopicStatus::Done,
          "Fait · Bibliothèque"},
-        {[](Decisions &d, const QString &t) { return d.verdict(t, Worth::Meh); },
-         TopicStatus::Done, "Bof · Bibliothèque"},
+        {[](Decisions &d, const QString &t) { return d.verdict(t, Worth::Meh); }, TopicStatus::Done,
+         "Bof · Bibliothèque"},
     };
     for (const Case &each : cases) {
         EXPECT_EQ(each.take(decisions, id), QString::fromUtf8(each.ghost));

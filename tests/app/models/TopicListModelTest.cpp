@@ -1,4 +1,5 @@
 #include "app/labels/TopicLabels.h"
+#include "app/models/CardParts.h"
 #include "app/models/Decisions.h"
 #include "app/models/ProgramBudget.h"
 #include "tests/app/models/Watched.h"
@@ -189,11 +190,11 @@ TEST(TopicListModel, words_a_card) {
         EXPECT_EQ(inbox.value(0, role), value) << inbox.roleNames().value(role).toStdString();
     }
     const auto changes = inbox.value(0, Model::Changes).toList();
-    EXPECT_FALSE(changes.at(0).toMap().value(QStringLiteral("label")).toString().isEmpty());
+    EXPECT_FALSE(changes.at(0).value<NamedText>().name.isEmpty());
     // A picture's name never leads out of the cache.
-    const auto source = inbox.value(0, Model::Sources).toList().at(0).toMap();
-    EXPECT_EQ(source.value(QStringLiteral("name")), QStringLiteral("Source"));
-    EXPECT_EQ(source.value(QStringLiteral("picture")), QString());
+    const auto source = inbox.value(0, Model::Sources).toList().at(0).value<NamedLink>();
+    EXPECT_EQ(source.name, QStringLiteral("Source"));
+    EXPECT_EQ(source.picture, QString());
     // What hides in words of others, or turns them round, is not shown.
     EXPECT_EQ(kindLabel(QStringLiteral(" pod\u202Ecast ")), QStringLiteral("Podcast"));
     EXPECT_EQ(kindLabel(std::nullopt), QString());

@@ -137,6 +137,7 @@ TEST_F(ReadingTest, a_score_is_corrected_and_given_back_without_inventing_one) {
     EXPECT_FALSE(correction(none));
 
     // The same score as vorle's is one's own all the same.
+    press(Qt::Key_Home);
     const QString id = window().property("chosenId").toString();
     shell().correct(id, 9, {}, {});
     ask(id);
