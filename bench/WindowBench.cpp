@@ -157,9 +157,9 @@ void startBare(int &argc, char **argv, double begun) {
 /// Whether the card shown open is that of the chosen topic.
 bool showsChosen(const QQuickWindow &window) {
     const auto *screen = window.property("screen").value<QObject *>();
-    const QString chosen = window.property("chosenId").toString();
-    return screen->property("shownId").toString() == chosen && !chosen.isEmpty() &&
-           !screen->property("current").isNull();
+    const auto *selection = window.property("selection").value<TopicSelection *>();
+    return selection->shownId() == selection->currentId() && !selection->shownId().isEmpty() &&
+           !screen->property("topic").isNull();
 }
 
 void press(QQuickWindow &window, int key) {

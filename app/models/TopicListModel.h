@@ -69,12 +69,12 @@ public:
         UrgencyText,     ///< "avant le 28 novembre", "à faire maintenant"
         UrgencySentence, ///< the same with its reason: "À faire maintenant. La faille est
                          ///< exploitée."
-        Sources,     ///< list of NamedLink
-        MainUrl, ///< string, the first source's address
-        MainSite,    ///< "github.com"
-        VersionText, ///< "undici 7.12.0 → 7.18.1"
-        PublishedOn, ///< "12 novembre", or as the source words it
-        FoundText,   ///< "lundi 16 novembre"
+        Sources,         ///< list of NamedLink
+        MainUrl,         ///< string, the first source's address
+        MainSite,        ///< "github.com"
+        VersionText,     ///< "undici 7.12.0 → 7.18.1"
+        PublishedOn,     ///< "12 novembre", or as the source words it
+        FoundText,       ///< "lundi 16 novembre"
         Note,
         Worth,          ///< "meh", "useful", "gem" or ""
         WorthLabel,     ///< "Bof", "Utile", "Pépite" or ""

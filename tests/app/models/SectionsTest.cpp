@@ -1,10 +1,5 @@
-#include "app/models/Sections.h"
 #include "app/models/KeyboardMap.h"
-#include "core/ScoreProvenanceLog.h"
-#include "search/feeds/Feeds.h"
-#include "search/web/PageReader.h"
-#include "search/web/SourceImage.h"
-#include "tests/app/models/Watched.h"
+#include "tests/app/models/SectionsShelf.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -16,39 +11,13 @@ using test::sampleTopic;
 
 using test::text;
 
-class SectionsTest : public testing::Test {
+class SectionsTest : public testing::Test, public test::SectionsShelf {
 protected:
     QString page() const { return sections.emptyTitle() + u'|' + sections.emptyText(); }
     int actionAt(int button) const {
         return sections.emptyActions().value(button).toMap().value(text("action")).toInt();
     }
 
-    test::Shelf shelf;
-    QTemporaryDir folder;
-    Resources resources;
-    Preferences preferences{
-        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json")))};
-    HttpClient http{false};
-    PageReader reader{http};
-    EngineAgent agent{AgentEnvironment(), [] { return QString(); }};
-    Asker asker{agent, resources};
-    Feeds feeds{http, shelf.clock};
-    SourceImage images{http, folder.path()};
-    ScoreProvenanceLog notes{shelf.store, shelf.clock};
-    SearchEngine engine{{.preferences = preferences,
-                         .store = shelf.store,
-                         .notes = notes,
-                         .asker = asker,
-                         .reader = reader,
-                         .feeds = feeds,
-                         .images = images,
-                         .clock = shelf.clock}};
-    RunModel run{engine, preferences, shelf.store, shelf.clock, QTimeZone::utc()};
-    ProgramBudget budget{shelf.store, preferences, shelf.clock, shelf.list(Section::Program),
-                         QTimeZone::utc()};
-    Sections sections{Sections::Parts{shelf.list(Section::Inbox), shelf.list(Section::Program),
-                                      shelf.list(Section::Reserve), shelf.list(Section::Library),
-                                      budget, run, preferences, shelf.clock, QTimeZone::utc()}};
     QAbstractItemModelTester tester{&sections,
                                     QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
