@@ -2,6 +2,7 @@
 
 #include "app/window/TopicPage.h"
 
+#include "app/models/CardParts.h"
 #include "briefs/BriefWriter.h"
 #include "core/Preferences.h"
 #include "tests/core/Samples.h"
@@ -25,11 +26,7 @@ protected:
     }
 
     QUuid add(const Topic &topic) { return store.add({topic}).first(); }
-    QString essential() const {
-        const QVariantList parts = page.brief()[QStringLiteral("essentials")].toList();
-        return parts.isEmpty() ? QString()
-                               : parts.first().toMap()[QStringLiteral("body")].toString();
-    }
+    QString essential() const { return page.essentials().value(0).value<ReadingPart>().body; }
 
     test::ScriptedAgent agents;
     EngineAgent agent{agents.environment(), {}};
@@ -89,17 +86,15 @@ TEST_F(TopicPageTest, words_a_note_as_it_can_be_shown_and_leaves_its_code_alone)
                      .adds = {}}}};
     page.setTopicId(add(topic).toString());
     ASSERT_TRUE(page.hasBrief());
-    const QVariantMap brief = page.brief();
     EXPECT_EQ(essential(), QStringLiteral("Quoi\u202F?"));
-    const QVariantMap code = brief[QStringLiteral("details")].toList().first().toMap();
-    EXPECT_TRUE(code[QStringLiteral("code")].toBool());
-    EXPECT_EQ(code[QStringLiteral("body")].toString(), QStringLiteral("a ? b : c"));
-    EXPECT_EQ(brief[QStringLiteral("project")].toString(), QString());
-    EXPECT_EQ(brief[QStringLiteral("unclear")].toStringList(),
-              QStringList{QStringLiteral("La date\u202F!")});
-    const QVariantMap source = brief[QStringLiteral("sources")].toList().first().toMap();
-    EXPECT_EQ(source[QStringLiteral("url")].toString(), QStringLiteral("https://example.org/a"));
-    EXPECT_EQ(source[QStringLiteral("address")], source[QStringLiteral("url")]);
+    const auto code = page.parts().value(0).value<ReadingPart>();
+    EXPECT_TRUE(code.code);
+    EXPECT_EQ(code.body, QStringLiteral("a ? b : c"));
+    EXPECT_EQ(page.forProject(), QString());
+    EXPECT_EQ(page.unclear(), QStringLiteral("La date\u202F!"));
+    const auto source = page.briefSources().value(0).value<NamedLink>();
+    EXPECT_EQ(source.url, QStringLiteral("https://example.org/a"));
+    EXPECT_EQ(source.address, source.url);
 }
 
 TEST_F(TopicPageTest, a_note_that_is_asked_for_comes_or_says_why_it_does_not) {
