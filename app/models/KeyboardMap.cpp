@@ -83,7 +83,7 @@ public:
     /// The label is made at display time: it names the agent.
     static constexpr const char *stepLabel = QT_TR_NOOP("Lancer dans %1 ou approfondir avec %2");
     /// And this one the verdicts.
-    static constexpr const char *worthLabels = "%1, %2, %3";
+    static constexpr const char *worthLabels = QT_TR_NOOP("%1, %2, %3");
 
     static constexpr Row rows[] = {
         // The system registers the first one: it works from any application, and reaches no window.
@@ -140,7 +140,7 @@ QString titleOf(Group group) {
 
 QString labelOf(const Row &row, AgentKind agent) {
     if (row.label == Sheet::worthLabels) {
-        return QString::fromLatin1(row.label).arg(worthLabel(Worth::Meh), worthLabel(Worth::Useful),
+        return KeyboardMap::tr(row.label).arg(worthLabel(Worth::Meh), worthLabel(Worth::Useful),
                                                   worthLabel(Worth::Gem));
     }
     const QString label = KeyboardMap::tr(row.label);

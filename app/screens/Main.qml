@@ -94,7 +94,7 @@ Window {
         }
     }
     Shortcut {
-        sequences: [StandardKey.Quit]
+        sequences: [StandardKey.Quit] // qmllint disable unqualified
         onActivated: main.quitAsked()
     }
     Item {

@@ -59,7 +59,7 @@ FocusScope {
     onShownChanged: mark(null)
 
     Shortcut {
-        sequences: [StandardKey.Copy]
+        sequences: [StandardKey.Copy] // qmllint disable unqualified
         enabled: page.shown && page.marked !== null && page.marked.selectedText.length > 0
         onActivated: page.marked.copy()
     }

@@ -10,7 +10,7 @@ ListScreen {
     list.model: shell.territory
     list.section.property: "group"
     list.section.delegate: ListHeading {
-        name: section
+        name: section // qmllint disable unqualified
         width: screen.contentWidth
     }
     list.delegate: Item {

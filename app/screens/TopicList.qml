@@ -46,7 +46,7 @@ ListView {
     section.property: "section"
     section.criteria: ViewSection.FullString
     section.delegate: ListHeading {
-        name: section
+        name: section // qmllint disable unqualified
         width: list.cardWidth
     }
     T.ScrollBar.vertical: ScrollLine {}

@@ -10,7 +10,7 @@ SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
 
 
 class Planted(unittest.TestCase):
-    def run_check(self, check, files):
+    def run_check(self, check, files, *arguments):
         """What the check says of a tree of these files: its status and its words."""
         with tempfile.TemporaryDirectory() as folder:
             root = pathlib.Path(folder)
@@ -20,7 +20,7 @@ class Planted(unittest.TestCase):
                 path.write_text(text, encoding="utf-8")
             (root / "scripts").mkdir()
             shutil.copy(SCRIPTS / check, root / "scripts")
-            done = subprocess.run([sys.executable, root / "scripts" / check], text=True,
+            done = subprocess.run([sys.executable, root / "scripts" / check, *arguments], text=True,
                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
             return done.returncode, done.stdout
 
@@ -52,6 +52,19 @@ class Planted(unittest.TestCase):
                  "app/screens/A.qml": 'Label { text: qsTr("Rien à trier : lis.") }\n',
                  "app/screens/B.qml": 'Label { text: qsTr("Rien dans « À trier »") }\n'}
         status, words = self.run_check("check-french", wrong)
+        self.assertEqual(status, 1)
+        for name in wrong:
+            self.assertIn(name, words)
+
+    def test_qml(self):
+        right = ('import QtQuick\nListView {\n    id: list\n    delegate: Item {\n'
+                 '        required property int index\n        width: list.width\n    }\n}\n')
+        status, words = self.run_check("check-qml", {"app/screens/A.qml": right}, "build")
+        self.assertEqual(status, 0, words)
+        wrong = {"app/screens/A.qml": right.replace("list.width", "liste.width"),
+                 "app/screens/B.qml": "import QtQuick\nText { text: QtQuick.nothing; color: paper }\n",
+                 "app/screens/C.qml": "import QtQuick\nItem { hight: 3 }\n"}
+        status, words = self.run_check("check-qml", wrong, "build")
         self.assertEqual(status, 1)
         for name in wrong:
             self.assertIn(name, words)
