@@ -20,6 +20,27 @@ QList<RunReport> readReports(const QString &file) {
     return bytes ? json::decode<QList<RunReport>>(*bytes) : QList<RunReport>();
 }
 
+/// What a year's figures are made of stays; what only somebody reads who opens the report goes. A
+/// yield without its topics stays as it was counted last.
+void keepNumbersOf(RunReport &report) {
+    for (ScopeReport &scope : report.scopes) {
+        if (scope.yield) {
+            scope.yield->topicIds.clear();
+        }
+    }
+    if (report.sites) {
+        for (SiteReport &site : *report.sites) {
+            site.yield.topicIds.clear();
+        }
+    }
+    report.unjudged.clear();
+    report.notNewer.clear();
+    report.feeds.clear();
+    report.surplus.reset();
+    report.warnings.clear();
+    report.topicIds.clear();
+}
+
 } // namespace
 
 QList<RunReport> RunHistory::reports() const {
@@ -57,6 +78,9 @@ void RunHistory::write(QList<RunReport> all, Others others) const {
             }
         }
         all = all.last(std::min(maxReports, all.size()));
+        for (qsizetype i = 0; i < all.size() - maxWholeReports; ++i) {
+            keepNumbersOf(all[i]);
+        }
         replaceWhole(m_file, json::encode(all, json::Style::Pretty) + '\n');
     } catch (const std::exception &error) {
         logLine(QStringLiteral("the report of the run could not be kept: ") +

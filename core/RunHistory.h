@@ -9,16 +9,20 @@ namespace vorle {
 /// what became of their topics.
 class RunHistory {
 public:
-    static constexpr qsizetype maxReports = 52;
+    /// More than a year of a run a day; of those past the newest ones only the numbers are kept,
+    /// and the names of what was asked.
+    static constexpr qsizetype maxReports = 400;
+    static constexpr qsizetype maxWholeReports = 60;
 
     /// The history that lies beside `topicsFile`; a preview's (an empty name) keeps nothing.
     explicit RunHistory(const QString &topicsFile);
 
     /// Oldest first; empty when there is none, or none that can be read.
     QList<RunReport> reports() const;
-    /// Puts these reports in the place of those kept, and lets the oldest ones go. A failure is
-    /// logged: a run is not lost for it. What was read and holds no reports is kept aside first,
-    /// under the date of the newest; what the system does not let be read is not replaced.
+    /// Puts these reports in the place of those kept, lets the oldest ones go, and keeps but the
+    /// numbers of those past the newest. A failure is logged: a run is not lost for it. What was
+    /// read and holds no reports is kept aside first, under the date of the newest; what the system
+    /// does not let be read is not replaced.
     void replace(QList<RunReport> reports) const;
     /// The same for the kept reports of these dates alone: the others stay, before these.
     void add(QList<RunReport> reports) const;

@@ -18,7 +18,7 @@ namespace vorle::cli {
 
 namespace {
 
-constexpr int nameColumns = 16;
+constexpr int nameColumns = 18;
 constexpr int barColumns = 24;
 
 struct Line {

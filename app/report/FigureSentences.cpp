@@ -93,7 +93,7 @@ QString sourceText(const WatchFigures::Source &source) {
     case From::Others:
         break;
     }
-    return French::tr("%1 est la source la plus sûre").arg(shownWords(source.name));
+    return French::tr("%1 est la source la plus sûre").arg(shownWords(source.name).simplified());
 }
 
 } // namespace

@@ -18,11 +18,15 @@ Period between(const QDate &first, const QDate &end, const QTimeZone &zone) {
     return {first.startOfDay(zone), end.startOfDay(zone)};
 }
 
+QString dayNumber(const QDate &day) {
+    return day.day() == 1 ? French::tr("1er") : QString::number(day.day());
+}
+
 /// "26 oct.", "26 oct. 2025"
 QString shortDay(const QDate &day, int year) {
     const QString format =
-        day.year() == year ? QStringLiteral("d MMM") : QStringLiteral("d MMM yyyy");
-    return french().toString(day, format).replace(u' ', u'\u00A0');
+        day.year() == year ? QStringLiteral(" MMM") : QStringLiteral(" MMM yyyy");
+    return (dayNumber(day) + french().toString(day, format)).replace(u' ', u'\u00A0');
 }
 
 } // namespace
@@ -64,15 +68,25 @@ QString rangeText(const ReportPeriod &period, const QDateTime &now, const QTimeZ
     const QDate last =
         std::min(period.whole.end.toTimeZone(zone).date().addDays(-1), std::max(today, first));
     const QString end = shortDay(last, today.year());
-    return first == last ? end : shortDay(first, today.year()) + QStringLiteral(" – ") + end;
+    if (first == last) {
+        return end;
+    }
+    const bool together = first.month() == last.month() && first.year() == last.year();
+    return (together ? dayNumber(first) : shortDay(first, today.year())) + QStringLiteral(" – ") +
+           end;
 }
 
 QString partLabel(const ReportPeriod &period, qsizetype part, const QTimeZone &zone) {
     const QDate day = period.parts[part].begin.toTimeZone(zone).date();
-    const QString format = period.kind == PeriodKind::Week    ? QStringLiteral("ddd d")
-                           : period.kind == PeriodKind::Month ? QStringLiteral("d MMM")
-                                                              : QStringLiteral("MMM");
-    return french().toString(day, format).replace(u' ', u'\u00A0');
+    switch (period.kind) {
+    case PeriodKind::Week:
+        return french().toString(day, QStringLiteral("ddd")) + u'\u00A0' + dayNumber(day);
+    case PeriodKind::Month:
+        return shortDay(day, day.year());
+    case PeriodKind::Year:
+        break;
+    }
+    return french().toString(day, QStringLiteral("MMM"));
 }
 
 QString periodTitle(const ReportPeriod &period, const QDateTime &now) {

@@ -39,7 +39,8 @@ ReportPeriod reportPeriod(PeriodKind kind, const QDateTime &now, int back = 0,
                           const QLocale &locale = QLocale::system(),
                           const QTimeZone &zone = QTimeZone::systemTimeZone());
 
-/// "26 oct. – 21 nov.", with years when they are not that of `now`; it never ends after `now`.
+/// "16 – 22 nov.", "26 oct. – 21 nov.", with years when they are not that of `now`; it never ends
+/// after `now`.
 QString rangeText(const ReportPeriod &period, const QDateTime &now, const QTimeZone &zone);
 /// What a part is called under its bar: "lun. 16", "16 nov.", "nov.".
 QString partLabel(const ReportPeriod &period, qsizetype part, const QTimeZone &zone);

@@ -67,11 +67,15 @@ double share(const Cohort &cohort) {
     return cohort.found > 0 ? double(cohort.kept) / cohort.found : 0;
 }
 
-/// Best first, the user's own links last; past six the smallest ones stand together.
+/// Best first, the user's own links last; past six the projects with the fewest stand together.
 QList<WatchFigures::Source> ranked(QList<WatchFigures::Source> sources) {
     if (sources.size() > maxSources) {
-        std::stable_sort(sources.begin(), sources.end(),
-                         [](const auto &a, const auto &b) { return a.found > b.found; });
+        std::stable_sort(sources.begin(), sources.end(), [](const auto &a, const auto &b) {
+            const auto rank = [](const auto &source) {
+                return std::pair(source.from == From::Project, -source.found);
+            };
+            return rank(a) < rank(b);
+        });
         WatchFigures::Source others;
         others.from = From::Others;
         others.name = French::tr("Autres");

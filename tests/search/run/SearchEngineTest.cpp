@@ -305,8 +305,18 @@ TEST_F(SearchEngineTest, the_reports_of_the_last_runs_are_kept) {
     const RunReport second = run();
     EXPECT_EQ(store.history(), (QList<RunReport>{first, second}));
     const RunHistory history(store.file());
-    history.replace(QList<RunReport>(60, second));
-    EXPECT_EQ(history.reports().size(), RunHistory::maxReports);
+    RunReport full = second;
+    full.unjudged = {{QStringLiteral("t"), QStringLiteral("u"), QStringLiteral("r")}};
+    ASSERT_FALSE(full.scopes.isEmpty());
+    full.scopes.first().yield = Yield{.topicIds = {QUuid::createUuid()}, .added = 3, .kept = 2};
+    history.replace(QList<RunReport>(RunHistory::maxReports + 1, full));
+    const QList<RunReport> kept = store.history();
+    ASSERT_EQ(kept.size(), RunHistory::maxReports);
+    EXPECT_EQ(history.reports().last(), full);
+    // Of the older ones the numbers stay, also when somebody looks what became of their topics.
+    EXPECT_TRUE(kept.first().unjudged.isEmpty());
+    EXPECT_EQ(kept.first().scopes.first().yield->kept, 2);
+    EXPECT_EQ(kept.first().steps, full.steps);
     write(QStringLiteral("runs.json"), "{");
     EXPECT_TRUE(history.reports().isEmpty());
     store.addRun(first);
