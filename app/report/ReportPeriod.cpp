@@ -26,7 +26,7 @@ QString dayNumber(const QDate &day) {
 QString shortDay(const QDate &day, int year) {
     const QString format =
         day.year() == year ? QStringLiteral(" MMM") : QStringLiteral(" MMM yyyy");
-    return (dayNumber(day) + french().toString(day, format)).replace(u' ', u'\u00A0');
+    return QString(dayNumber(day) + french().toString(day, format)).replace(u' ', u'\u00A0');
 }
 
 } // namespace
