@@ -1,6 +1,7 @@
 #include "search/feeds/FeedDocument.h"
 
 #include "search/feeds/FeedMender.h"
+#include "search/web/AttributeReader.h"
 #include "search/web/Charset.h"
 #include "search/web/HtmlWord.h"
 
@@ -22,21 +23,20 @@ std::string_view viewOf(QByteArrayView bytes) {
 /// The encoding the XML declaration names, in lower case.
 QByteArray declaredEncoding(QByteArrayView bytes) {
     constexpr qsizetype searched = 1'024;
-    const QByteArray head = bytes.first(std::min(bytes.size(), searched)).toByteArray();
-    const auto start = head.indexOf("<?xml");
-    const auto end = start < 0 ? -1 : head.indexOf("?>", start);
-    const auto name = head.indexOf("encoding", std::max<qsizetype>(start, 0));
-    if (end < 0 || name < 0 || name > end) {
+    constexpr std::string_view opening = "<?xml";
+    const std::string_view head = viewOf(bytes.first(std::min(bytes.size(), searched)));
+    const std::size_t start = head.find(opening);
+    const std::size_t end = start == nowhere ? nowhere : head.find("?>", start);
+    if (end == nowhere) {
         return {};
     }
-    QByteArray value = head.sliced(name + 8, end - name - 8).trimmed();
-    if (!value.startsWith('=')) {
-        return {};
+    html::AttributeReader attributes(head.substr(0, end), start + opening.size());
+    while (const auto attribute = attributes.next()) {
+        if (attribute->is("encoding") && attribute->quoted) {
+            return QByteArrayView(attribute->value).toByteArray().trimmed().toLower();
+        }
     }
-    value = value.sliced(1).trimmed();
-    const char quote = value.isEmpty() ? '\0' : value.front();
-    const auto close = quote == '"' || quote == '\'' ? value.indexOf(quote, 1) : -1;
-    return close < 0 ? QByteArray() : value.sliced(1, close - 1).trimmed().toLower();
+    return {};
 }
 
 /// Encodings that need no byte above 127 to say something else than ASCII.

@@ -1,6 +1,6 @@
 #include "search/feeds/FeedMender.h"
 
-#include "search/web/HtmlEntities.h"
+#include "search/feeds/HtmlEntities.h"
 #include "search/web/HtmlWord.h"
 
 #include <QString>

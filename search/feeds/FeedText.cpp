@@ -2,7 +2,7 @@
 
 #include "base/Ascii.h"
 #include "base/Text.h"
-#include "search/web/HtmlEntities.h"
+#include "search/feeds/HtmlEntities.h"
 
 #include <algorithm>
 #include <array>

@@ -3,6 +3,7 @@
 #include "base/Ascii.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
+#include "search/web/AttributeReader.h"
 #include "search/web/Browser.h"
 #include "search/web/Charset.h"
 #include "search/web/Links.h"
@@ -33,35 +34,27 @@ std::size_t findWord(std::string_view text, std::string_view word, std::size_t f
                                : static_cast<std::size_t>(found - text.begin());
 }
 
-/// The value of an attribute, its name standing alone: NAME\s*=\s*, then what stands between two
-/// quotes of one kind, or without quotes up to the next blank.
-std::string_view attribute(std::string_view tag, std::string_view name) {
-    for (std::size_t at = findWord(tag, name, 0); at != std::string_view::npos;
-         at = findWord(tag, name, at + 1)) {
-        if (at > 0 && (isWordCharacter(tag[at - 1]) || tag[at - 1] == '-')) {
-            continue;
-        }
-        std::string_view rest = tag.substr(at + name.size());
-        const auto dropSpaces = [&] {
-            while (!rest.empty() && ascii::isSpace(rest.front())) {
-                rest.remove_prefix(1);
+/// The first values that are not empty.
+struct LinkElement {
+    std::string_view rel;
+    std::string_view type;
+    std::string_view href;
+};
+
+/// Reads what stands between "<" and ">".
+LinkElement linkElement(std::string_view tag) {
+    LinkElement link;
+    html::AttributeReader attributes(tag, std::string_view("link").size());
+    while (const auto attribute = attributes.next()) {
+        for (const auto &[name, value] :
+             {std::pair("rel", &link.rel), std::pair("type", &link.type),
+              std::pair("href", &link.href)}) {
+            if (value->empty() && attribute->is(name)) {
+                *value = attribute->value;
             }
-        };
-        dropSpaces();
-        if (!rest.starts_with('=')) {
-            continue;
-        }
-        rest.remove_prefix(1);
-        dropSpaces();
-        const bool quoted = rest.starts_with('"') || rest.starts_with('\'');
-        const std::string_view value =
-            quoted ? rest.substr(1) : rest.substr(0, rest.find_first_of("\"' \t\r\n\f"));
-        const std::size_t end = quoted ? value.find(rest.front()) : value.size();
-        if (end > 0 && end != std::string_view::npos) {
-            return value.substr(0, end);
         }
     }
-    return {};
+    return link;
 }
 
 bool holds(std::string_view value, std::string_view word) {
@@ -121,12 +114,12 @@ std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddres
         }
         const std::string_view tag = rest.substr(0, end);
         at += end;
-        const std::string_view type = attribute(tag, "type");
-        const std::string_view href = attribute(tag, "href");
-        if (!holds(attribute(tag, "rel"), "alternate") || href.empty() ||
-            (!holds(type, "rss+xml") && !holds(type, "atom+xml"))) {
+        const LinkElement link = linkElement(tag);
+        if (!holds(link.rel, "alternate") || link.href.empty() ||
+            (!holds(link.type, "rss+xml") && !holds(link.type, "atom+xml"))) {
             continue;
         }
+        const std::string_view href = link.href;
         QString address = QString::fromUtf8(href.data(), static_cast<qsizetype>(href.size()));
         address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
         if (const auto feed = WebLink::resolved(address, pageAddress)) {

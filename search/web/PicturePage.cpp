@@ -1,5 +1,6 @@
 #include "search/web/PicturePage.h"
 
+#include "search/web/AttributeReader.h"
 #include "search/web/HtmlWord.h"
 #include "search/web/MetaTag.h"
 
@@ -39,36 +40,21 @@ struct LinkTag {
     std::string_view href;
 };
 
-/// Reads the attributes behind "<link", values in quotes alone. A value ends at the quote that
-/// opened it.
+/// Reads the attributes behind "<link", values in quotes alone.
 LinkTag readLink(std::string_view page, std::size_t at) {
     LinkTag link;
-    while (at < page.size() && page[at] != '>') {
-        const std::size_t begin = at;
-        at = std::min(page.find_first_of("=>\"' \t\r\n\f/", at), page.size());
-        const std::string_view name = page.substr(begin, at - begin);
-        if (at >= page.size() || page[at] == '>') {
-            break;
-        }
-        const bool valued = page[at] == '=' && at + 1 < page.size() && isQuote(page[at + 1]);
-        ++at;
-        if (!valued) {
+    AttributeReader attributes(page, at);
+    while (const auto attribute = attributes.next()) {
+        if (!attribute->quoted) {
             continue;
         }
-        const std::size_t close = page.find(page[at], at + 1);
-        if (close == nowhere) {
-            at = page.size();
-            break;
+        if (link.rel.empty() && attribute->is("rel")) {
+            link.rel = attribute->value;
+        } else if (link.href.empty() && attribute->is("href")) {
+            link.href = attribute->value;
         }
-        const std::string_view value = page.substr(at + 1, close - at - 1);
-        if (wordEnd(name, 0, "rel") == name.size() && link.rel.empty()) {
-            link.rel = value;
-        } else if (wordEnd(name, 0, "href") == name.size() && link.href.empty()) {
-            link.href = value;
-        }
-        at = close + 1;
     }
-    link.end = at;
+    link.end = attributes.position();
     return link;
 }
 
