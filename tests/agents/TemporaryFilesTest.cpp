@@ -19,23 +19,6 @@ namespace {
 
 constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 
-/// Gives the variables back as they were.
-class Variables {
-public:
-    ~Variables() {
-        for (const auto &[name, value] : m_old) {
-            qputenv(name.constData(), value);
-        }
-    }
-    void set(const char *name, const QString &value) {
-        m_old.append({name, qgetenv(name)});
-        qputenv(name, QFile::encodeName(value));
-    }
-
-private:
-    QList<std::pair<QByteArray, QByteArray>> m_old;
-};
-
 TEST(TemporaryFiles,
      a_file_is_the_owners_alone_holds_what_was_written_last_and_goes_with_its_object) {
     const test::ScriptedAgent folder; // a fresh temporary directory
@@ -79,7 +62,7 @@ TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_p
     QDir().mkpath(shared);
     QDir().mkpath(runtime);
     ASSERT_EQ(::chmod(QFile::encodeName(shared).constData(), 01777), 0);
-    Variables variables;
+    test::Variables variables;
     variables.set("TMPDIR", shared);
     variables.set("XDG_RUNTIME_DIR", runtime);
     variables.set("XDG_CACHE_HOME", cache);

@@ -1,4 +1,5 @@
 #include "tests/core/StoreFixture.h"
+#include "tests/support/Variables.h"
 #include "tests/support/Wait.h"
 
 #include <QDir>
@@ -218,10 +219,10 @@ TEST_F(TopicStoreTest, leaves_the_summaries_of_imported_answers_alone) {
     writeFile(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")),
               R"({"structured_output":{"sujets":[{"titre":"T","note":7,"nature":"gain",
             "resume":"Une nouvelle API · Tiravue","pourquoi":"p","premier_pas":"s","sources":[]}]}})");
-    qputenv("VORLE_SAMPLE_DATA", "");
+    test::Variables variables;
+    variables.set("VORLE_SAMPLE_DATA", {});
     const auto imported = open();
     EXPECT_EQ(imported->topics().value(0)->summary, QStringLiteral("Une nouvelle API · Tiravue"));
-    qunsetenv("VORLE_SAMPLE_DATA");
     ASSERT_TRUE(imported->flush());
     EXPECT_EQ(open()->topics().value(0)->summary, QStringLiteral("Une nouvelle API · Tiravue"))
         << "what this version wrote is no remainder of an earlier one";
@@ -254,8 +255,9 @@ TEST_F(TopicStoreTest, gives_entries_without_an_identity_of_their_own_the_same_o
 }
 
 TEST_F(TopicStoreTest, finds_its_file_by_kind_and_environment) {
-    qputenv("XDG_DATA_HOME", QFile::encodeName(dir.filePath(QStringLiteral("data"))));
-    qunsetenv("VORLE_STORE");
+    test::Variables variables;
+    variables.set("XDG_DATA_HOME", dir.filePath(QStringLiteral("data")));
+    variables.unset("VORLE_STORE");
     EXPECT_EQ(TopicStore::location(TopicStore::Kind::Real),
               dir.filePath(QStringLiteral("data/vorle/topics.json")));
     EXPECT_EQ(TopicStore::location(TopicStore::Kind::Demo),
@@ -272,7 +274,7 @@ TEST_F(TopicStoreTest, finds_its_file_by_kind_and_environment) {
               QFile::decodeName(shared + "/topics.json"));
     ASSERT_EQ(::stat(shared.constData(), &state), 0);
     EXPECT_EQ(state.st_mode & 0777U, 0755U) << "a folder of the user's keeps its mode";
-    qputenv("VORLE_STORE", QFile::encodeName(file));
+    variables.set("VORLE_STORE", file);
     EXPECT_EQ(TopicStore(TopicStore::Kind::Real, Resources(), clock).file(), file);
     EXPECT_EQ(TopicStore::location(TopicStore::Kind::Demo),
               dir.filePath(QStringLiteral("data/vorle/demo-topics.json")))
@@ -292,8 +294,6 @@ TEST_F(TopicStoreTest, finds_its_file_by_kind_and_environment) {
     EXPECT_EQ(refusal(dir.path().toUtf8() + "/" + QByteArray(300, 'x') + "/topics.json"),
               ENAMETOOLONG);
     EXPECT_EQ(refusal(dir.path().toUtf8() + "/\xE9t\xE9/topics.json"), EILSEQ);
-    qunsetenv("VORLE_STORE");
-    qunsetenv("XDG_DATA_HOME");
 }
 
 TEST_F(TopicStoreTest, a_preview_touches_no_file) {
@@ -308,7 +308,8 @@ TEST_F(TopicStoreTest, starts_on_sample_topics_when_asked_and_nothing_is_there) 
     const QByteArray sample = R"({"structured_output":{"sujets":[{"titre":"T","note":7,
         "nature":"gain","resume":"r","pourquoi":"p","premier_pas":"s","sources":[]}]}})";
     writeFile(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample);
-    qputenv("VORLE_SAMPLE_DATA", "");
+    test::Variables variables;
+    variables.set("VORLE_SAMPLE_DATA", {});
     EXPECT_EQ(open()->topics().value(0)->project, QStringLiteral("Tiravue"));
     EXPECT_EQ(onDisk().size(), 1);
     writeFile(file, "[]");
@@ -316,7 +317,6 @@ TEST_F(TopicStoreTest, starts_on_sample_topics_when_asked_and_nothing_is_there) 
     QFile::remove(file);
     writeFile(dir.filePath(QStringLiteral("search-tiravue-2026-10-26.json")), sample.chopped(3));
     EXPECT_EQ(open()->count(), 0);
-    qunsetenv("VORLE_SAMPLE_DATA");
 }
 
 TEST_F(TopicStoreTest, writes_through_a_link_and_keeps_the_files_mode) {

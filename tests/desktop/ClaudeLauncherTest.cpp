@@ -31,8 +31,8 @@ Topic ofProject() {
 /// A launcher with agents, terminals and a browser that do what a test says.
 class Desk {
 public:
-    Desk() : m_oldHome(qgetenv("HOME")) {
-        qputenv("HOME", QFile::encodeName(agent.home())); // where a scripted agent notes its calls
+    Desk() {
+        m_variables.set("HOME", agent.home()); // where a scripted agent notes its calls
         QDir().mkpath(folder());
         preferences.change(&Settings::projects, {{QStringLiteral("vorle"), folder()}});
         agent.install(AgentKind::Claude, ":");
@@ -42,17 +42,11 @@ public:
         inTerminal("exec \"$@\"", Life::EndsOnceOpen);
     }
 
-    ~Desk() { qputenv("HOME", m_oldHome); }
-    Desk(const Desk &) = delete;
-    Desk &operator=(const Desk &) = delete;
-
     QString folder() const { return agent.home() + QStringLiteral("/le projet"); }
 
     /// Every terminal is a program that runs `shell`, which finds the command to run in "$@".
     void inTerminal(const QByteArray &shell, Life life, const QString &absence = {}) {
-        test::writeFile(agent.home() + QStringLiteral("/terminal"), "#!/bin/sh\n" + shell + '\n');
-        QFile::setPermissions(agent.home() + QStringLiteral("/terminal"),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        test::writeProgram(agent.home() + QStringLiteral("/terminal"), shell);
         terminals.answer = [this, life, absence](const QString &terminal,
                                                  const TerminalSession &session) {
             asked = terminal;
@@ -100,7 +94,7 @@ public:
     QString hint;
 
 private:
-    QByteArray m_oldHome;
+    test::Variables m_variables;
 };
 
 TEST(ClaudeLauncher, opens_the_chosen_terminal_on_files_of_the_users_own_that_go) {

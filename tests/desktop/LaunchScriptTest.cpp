@@ -80,8 +80,7 @@ public:
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
     void program(const QString &name, const QByteArray &shell) const {
-        test::writeFile(path(name), "#!/bin/sh\n" + shell + '\n');
-        QFile::setPermissions(path(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        test::writeProgram(path(name), shell);
     }
 
     /// Takes what a program left under this name.
@@ -123,11 +122,9 @@ struct Case {
         plan.agent = plan.folder + QStringLiteral("/claude");
         plan.promptFile = plan.folder + QStringLiteral("/prompt.txt");
         plan.scriptFile = plan.folder + QStringLiteral("/script.command");
-        test::writeFile(plan.agent,
-                        "#!/bin/sh\n"
-                        "printf '%s\\0' \"$#\" \"$1\" \"$PATH\" > \"$STAGE/agent-ran\"\n"
-                        "pwd -P >> \"$STAGE/agent-ran\"\nkill -INT $$\n");
-        QFile::setPermissions(plan.agent, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        test::writeProgram(plan.agent,
+                           "printf '%s\\0' \"$#\" \"$1\" \"$PATH\" > \"$STAGE/agent-ran\"\n"
+                           "pwd -P >> \"$STAGE/agent-ran\"\nkill -INT $$");
         Topic topic;
         topic.title = name;
         topic.project = name;

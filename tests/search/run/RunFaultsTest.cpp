@@ -3,7 +3,6 @@
 #include "tests/search/run/RunFixture.h"
 
 #include <QFileInfo>
-#include <QScopeGuard>
 #include <QTimer>
 
 #include <gmock/gmock.h>
@@ -194,10 +193,8 @@ TEST_F(RunFaultsTest, a_stop_at_any_moment_leaves_nothing_behind) {
     // A temporary directory of its own: what other test programs hold there at the moment is
     // theirs.
     QTemporaryDir own;
-    const QByteArray formerly = qgetenv("TMPDIR");
-    qputenv("TMPDIR", own.path().toLocal8Bit());
-    const auto putBack = qScopeGuard(
-        [&] { formerly.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", formerly); });
+    test::Variables variables;
+    variables.set("TMPDIR", own.path());
     const QDir temporary(QDir::tempPath());
     const auto leftFiles = [&] {
         return temporary.entryList({QStringLiteral("vorle-run-*"), QStringLiteral("vorle-schema-*"),
