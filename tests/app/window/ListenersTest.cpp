@@ -1,18 +1,8 @@
 // What those hear who do not look, what is shown of a topic and can be taken along, and how much
 // moves.
 
-#include "app/window/MainWindow.h"
-
 #include "app/window/Announcer.h"
-#include "app/window/Shell.h"
-#include "briefs/BriefWriter.h"
-#include "desktop/ClaudeLauncher.h"
-#include "platform/fakes/FakeLinkOpener.h"
-#include "platform/fakes/FakeMotionSetting.h"
-#include "platform/fakes/FakePasteboard.h"
-#include "platform/fakes/FakeTerminals.h"
-#include "tests/core/Samples.h"
-#include "tests/support/AppInProcess.h"
+#include "tests/app/window/OpenWindow.h"
 #include "tests/support/Text.h"
 
 #include <QAccessible>
@@ -20,9 +10,7 @@
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QQuickItem>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -35,52 +23,15 @@ using testing::Not;
 
 using test::text;
 
-class ListenersTest : public testing::Test {
+class ListenersTest : public test::OpenWindow {
 protected:
-    ListenersTest() { m_app.program.agent.signOut(); }
+    ListenersTest() { m_app.variables.unset("VORLE_REDUCED_MOTION"); }
 
     void add(int score, TopicStatus status = TopicStatus::Inbox) {
         Topic topic = sampleTopic(QStringLiteral("Sujet %1").arg(score), status);
         topic.score = score;
         topic.readLevel = ReadLevel::Full;
-        m_app->store().add({topic});
-    }
-    void open() {
-        m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
-            m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
-        m_shell = std::make_unique<Shell>(
-            Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher, 0, m_terminals.names()});
-        m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, m_app->store().file());
-        m_main->observe(m_motion);
-        m_main->raise();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
-    }
-    QQuickWindow &window() { return m_main->window(); }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(&window(), key, modifiers);
-        QCoreApplication::processEvents();
-    }
-    template <class Visit>
-    void visit(Visit visit) {
-        const auto walk = [&](const auto &self, const QQuickItem &item) -> void {
-            if (!item.isVisible() || item.opacity() == 0) {
-                return;
-            }
-            visit(item);
-            for (const QQuickItem *child : item.childItems()) {
-                self(self, *child);
-            }
-        };
-        walk(walk, *window().contentItem());
-    }
-    QStringList shownTexts() {
-        QStringList texts;
-        visit([&](const QQuickItem &item) {
-            if (const QString words = item.property("text").toString(); !words.isEmpty()) {
-                texts += words;
-            }
-        });
-        return texts;
+        store().add({topic});
     }
     static bool isWithin(const QQuickItem *item, QByteArrayView type) {
         while (item != nullptr &&
@@ -91,14 +42,11 @@ protected:
     }
     /// The last item of that text, within one of that type where it is named.
     const QQuickItem *itemSaying(const QString &words, QByteArrayView type = {}) {
-        const QQuickItem *found = nullptr;
-        visit([&](const QQuickItem &item) {
-            if (item.property("text").toString() == words &&
-                (type.isEmpty() || isWithin(&item, type))) {
-                found = &item;
-            }
+        const auto items = shown([&](const QQuickItem &item) {
+            return item.property("text").toString() == words &&
+                   (type.isEmpty() || isWithin(&item, type));
         });
-        return found;
+        return items.isEmpty() ? nullptr : items.last();
     }
     /// Takes down what is said, and the name of what is pointed at.
     void listen() {
@@ -132,14 +80,6 @@ protected:
     }
 
     QStringList heard;
-    test::AppInProcess m_app;
-    test::FakeTerminals m_terminals;
-    test::FakePasteboard m_pasteboard;
-    test::FakeLinkOpener m_links;
-    test::FakeMotionSetting m_motion;
-    std::unique_ptr<ClaudeLauncher> m_launcher;
-    std::unique_ptr<Shell> m_shell;
-    std::unique_ptr<MainWindow> m_main;
 };
 
 TEST_F(ListenersTest, moves_decisions_and_undo_are_told_to_who_listens) {
@@ -180,11 +120,10 @@ TEST_F(ListenersTest, what_lies_behind_a_panel_is_not_come_upon_and_looks_as_eve
     EXPECT_THAT(named(), Not(Contains(text("Prochaine fouille"))));
     EXPECT_TRUE(QTest::qWaitFor([&] { return named().contains(text("Raccourcis clavier")); }))
         << "once it has come";
-    visit([&](const QQuickItem &item) {
-        if (item.inherits("QQuickButton")) {
-            EXPECT_EQ(item.opacity(), 1) << item.property("text").toString().toStdString();
-        }
-    });
+    for (const QQuickItem *item :
+         shown([](const QQuickItem &each) { return each.inherits("QQuickButton"); })) {
+        EXPECT_EQ(item->opacity(), 1) << item->property("text").toString().toStdString();
+    }
     press(Qt::Key_Escape);
     QTest::qWait(200);
     EXPECT_EQ(named(), before);
@@ -366,11 +305,10 @@ TEST_F(ListenersTest, the_verdict_given_is_marked) {
     open();
     press(Qt::Key_4, Qt::ControlModifier);
     QStringList given;
-    visit([&](const QQuickItem &item) {
-        if (item.property("given").toBool()) {
-            given += item.property("text").toString();
-        }
-    });
+    for (const QQuickItem *item :
+         shown([](const QQuickItem &each) { return each.property("given").toBool(); })) {
+        given += item->property("text").toString();
+    }
     EXPECT_EQ(given, QStringList{text("Utile")});
 }
 

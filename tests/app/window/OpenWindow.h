@@ -4,6 +4,7 @@
 #include "app/window/Shell.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeLinkOpener.h"
+#include "platform/fakes/FakeMotionSetting.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
 #include "tests/core/Samples.h"
@@ -50,8 +51,10 @@ protected:
     void open() {
         m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
             m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
-        m_shell = std::make_unique<Shell>(Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher});
+        m_shell = std::make_unique<Shell>(
+            Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher, 0, m_terminals.names()});
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
+        m_main->observe(m_motion);
         m_main->raise();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&m_main->window()));
     }
@@ -141,6 +144,7 @@ protected:
     FakeTerminals m_terminals;
     FakePasteboard m_pasteboard;
     FakeLinkOpener m_links;
+    FakeMotionSetting m_motion;
     std::unique_ptr<ClaudeLauncher> m_launcher;
     std::unique_ptr<Shell> m_shell;
     std::unique_ptr<MainWindow> m_main;
