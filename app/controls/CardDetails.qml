@@ -6,7 +6,7 @@ import Vorle.Models
 Column {
     id: details
 
-    required property var topic
+    required property topicCard topic
     property var actions: [] // CardButton
     property bool showActions: true
     property bool tight: false // for a low window
@@ -26,7 +26,7 @@ Column {
     Label {
         visible: text.length > 0
         width: parent.width
-        text: details.topic.captureProblem ?? ""
+        text: details.topic.captureProblem
         color: Theme.tintInk
         maximumLineCount: 3
         elide: Text.ElideRight
@@ -34,7 +34,7 @@ Column {
     Label {
         visible: text.length > 0
         width: parent.width
-        text: details.topic.tldr.length > 0 ? details.topic.tldr : details.topic.summary
+        text: details.topic.gist
         color: Theme.inkSoft
         font.pixelSize: Theme.textLarge
         // The versions over it take a line of it where there is little room.
@@ -93,7 +93,7 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             anchors.verticalCenterOffset: 2
             lineHeight: 1
-            text: details.topic.mainSite + (details.topic.sources.length > 1 ? "  +" + (details.topic.sources.length - 1) : "")
+            text: details.topic.sitesText
             color: Theme.inkFaint
             font.pixelSize: Theme.textNote
             wrapMode: Text.NoWrap

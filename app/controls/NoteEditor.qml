@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Templates as T
 import Vorle
+import Vorle.Models
 
 // The person's own note on a topic: saved when the field is left, or when the topic is.
 T.TextArea {
     id: editor
 
-    required property var topic // the list model's roles; null for none
+    required property topicCard topic
 
     signal edited(string topicId, string text)
 
@@ -14,9 +15,10 @@ T.TextArea {
     property string heldText: ""
 
     // What another hand wrote there, or undid.
-    readonly property string kept: topic?.note ?? ""
+    readonly property string topicId: topic.topicId
+    readonly property string kept: topic.note
     onKeptChanged: {
-        if ((topic?.topicId ?? "") === heldId && kept !== heldText && text === heldText) {
+        if (topicId === heldId && kept !== heldText && text === heldText) {
             heldText = kept;
             text = kept;
         }
@@ -28,14 +30,13 @@ T.TextArea {
             edited(heldId, text);
         }
     }
-    onTopicChanged: {
+    onTopicIdChanged: {
         keep();
-        const id = topic?.topicId ?? "";
-        if (heldId.length > 0 && id !== heldId) {
+        if (heldId.length > 0) {
             focus = false; // what is typed on was meant for the other
         }
-        heldId = id;
-        heldText = topic?.note ?? "";
+        heldId = topicId;
+        heldText = topic.note;
         text = heldText;
     }
 

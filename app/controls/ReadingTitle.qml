@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // What a topic is, at the head of its page: score, place, facts, title, versions, deadline.
 Row {
     id: head
 
-    required property var topic // the list model's roles; null for none
+    required property topicCard topic
 
     spacing: 24
 
@@ -13,7 +14,7 @@ Row {
         id: badge
         size: 76
         topic: head.topic
-        visible: head.topic !== null
+        visible: head.topic.topicId !== ""
     }
     Column {
         id: column
@@ -25,12 +26,12 @@ Row {
             spacing: 10
 
             Chip {
-                text: head.topic?.place ?? ""
+                text: head.topic.place
             }
             Label {
                 width: Math.min(implicitWidth, parent.width)
                 topPadding: 3
-                text: head.topic ? [head.topic.captureText, head.topic.kindLabel, head.topic.minutesText, head.topic.publishedOn, head.topic.readLevelText, head.topic.postponedText, head.topic.worthLabel].filter(t => t.length > 0).join("   ·   ") : ""
+                text: head.topic.facts
                 color: Theme.inkFaint
                 font.pixelSize: Theme.textNote
                 lineHeight: 1.2
@@ -41,7 +42,7 @@ Row {
             readonly property int size: text.length > 90 ? Theme.titleOpen : Theme.titleScreen
 
             width: parent.width
-            text: head.topic?.title ?? ""
+            text: head.topic.title
             font.family: Theme.displayFamily
             font.pixelSize: size
             font.weight: Font.Bold
@@ -52,7 +53,7 @@ Row {
         SelectableText {
             visible: text.length > 0
             width: parent.width
-            text: head.topic?.versionText ?? ""
+            text: head.topic.versionText
             color: Theme.inkSoft
             font.weight: Font.DemiBold
             leading: 1.15
@@ -60,7 +61,7 @@ Row {
         SelectableText {
             visible: text.length > 0
             width: parent.width
-            text: head.topic?.urgencySentence ?? ""
+            text: head.topic.urgencySentence
             color: Theme.accent
             font.weight: Font.DemiBold
         }
@@ -68,7 +69,7 @@ Row {
         SelectableText {
             visible: text.length > 0
             width: parent.width
-            text: head.topic?.captureProblem ?? ""
+            text: head.topic.captureProblem
             color: Theme.tintInk
         }
     }

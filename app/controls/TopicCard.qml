@@ -1,12 +1,13 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // One topic of a list: a glance while closed; gist, why, first step and actions while it is the
 // chosen one.
 Item {
     id: card
 
-    required property var topic // the list model's roles
+    required property topicCard topic
     property bool open: false
     property bool showActions: true
     property var actions: [] // CardButton
@@ -18,16 +19,14 @@ Item {
     signal enlarged
     signal act(int action)
 
-    property bool low: false // stands below the line of the week's time
-    readonly property string facts: [topic.captureText ?? "", topic.kindLabel, topic.minutesText, topic.publishedOn, topic.readLevelText, topic.postponedText, topic.worthLabel].filter(t => t.length > 0).join("   ·   ")
 
     readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
     readonly property real wholeHeight: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17) // once it has moved
     readonly property real headHeight: content.y + (details.active ? details.y : bodyHeight) // down to its title
     clip: true
     Accessible.role: Accessible.ListItem
-    Accessible.name: topic.accessibleName + ". " + topic.title
-    Accessible.description: topic.tldr
+    Accessible.name: topic.scoreName + ". " + topic.title
+    Accessible.description: topic.gist
     Accessible.selected: open
     Accessible.focusable: true
     Accessible.focused: open
@@ -79,7 +78,7 @@ Item {
         anchors.bottomMargin: card.open ? 3 : 0
         radius: Theme.radiusCard
         color: card.open ? Theme.raised : hover.hovered ? Theme.raised : Theme.card
-        opacity: card.low && !card.open ? 0.72 : 1
+        opacity: card.topic.waits && !card.open ? 0.72 : 1
         border.width: card.open ? 2 : 1
         border.color: card.open ? Theme.accent : Theme.line
     }
@@ -145,7 +144,7 @@ Item {
                     width: Math.max(0, line.room - x)
                     visible: width > 40
                     anchors.verticalCenter: parent.verticalCenter
-                    text: card.facts
+                    text: card.topic.facts
                     color: Theme.inkFaint
                     font.pixelSize: Theme.textNote
                     lineHeight: 1.1
@@ -190,7 +189,7 @@ Item {
             Label {
                 visible: !card.open && text.length > 0
                 width: parent.width
-                text: card.topic.tldr.length > 0 ? card.topic.tldr : card.topic.summary
+                text: card.topic.gist
                 color: Theme.inkSoft
                 maximumLineCount: 1
                 wrapMode: Text.NoWrap
@@ -199,7 +198,7 @@ Item {
             }
             Loader {
                 id: details
-                active: card.open && card.topic.topicId !== undefined
+                active: card.open
                 visible: active
                 width: parent.width
                 sourceComponent: CardDetails {

@@ -141,7 +141,7 @@ QString titleOf(Group group) {
 QString labelOf(const Row &row, AgentKind agent) {
     if (row.label == Sheet::worthLabels) {
         return KeyboardMap::tr(row.label).arg(worthLabel(Worth::Meh), worthLabel(Worth::Useful),
-                                                  worthLabel(Worth::Gem));
+                                              worthLabel(Worth::Gem));
     }
     const QString label = KeyboardMap::tr(row.label);
     return row.label == Sheet::stepLabel ? label.arg(displayName(agent), chatName(agent)) : label;

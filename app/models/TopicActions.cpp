@@ -1,7 +1,5 @@
 #include "app/models/TopicActions.h"
 
-#include "app/models/TopicCard.h"
-
 #include <algorithm>
 #include <iterator>
 
@@ -63,10 +61,10 @@ TopicSelection *TopicActions::of(sections::Section section) const {
     return m_selections.value(static_cast<int>(section));
 }
 
-QVariantList TopicActions::buttons(sections::Section section, bool refused, bool failed) const {
-    const Allowed allowed = !refused ? Allowed::Everything
-                            : failed ? Allowed::DismissalOrRetry
-                                     : Allowed::Dismissal;
+QVariantList TopicActions::buttons(sections::Section section, const TopicCard &card) const {
+    const Allowed allowed = card.refusal().isEmpty()          ? Allowed::Everything
+                            : card.captureProblem().isEmpty() ? Allowed::Dismissal
+                                                              : Allowed::DismissalOrRetry;
     return cardButtons(static_cast<TopicSection>(section), allowed, m_keyboard);
 }
 
@@ -121,7 +119,7 @@ void TopicActions::decide(Map::Action action) {
         return;
     }
     const TopicListModel &list = *chosen->list();
-    const QString refusal = list.value(chosen->currentRow(), TopicListModel::Refusal).toString();
+    const QString refusal = list.card(chosen->currentRow()).refusal();
     if (!refusal.isEmpty() && action != Map::Dismiss) {
         tell(refusal);
         return;

@@ -28,10 +28,10 @@ public:
 
     TopicSelection *selection() const { return of(m_sections.current()); }
     Q_INVOKABLE vorle::TopicSelection *of(vorle::sections::Section section) const;
-    /// The buttons of that section's cards: a list of CardButton. `refused`: the topic may not be
-    /// decided; `failed`: because reading it failed.
-    Q_INVOKABLE QVariantList buttons(vorle::sections::Section section, bool refused,
-                                     bool failed) const;
+    /// The buttons of a card of that section, by what may be done with its topic now: a list of
+    /// CardButton.
+    Q_INVOKABLE QVariantList buttons(vorle::sections::Section section,
+                                     const vorle::TopicCard &card) const;
     /// The line under that section's list that tells its keys.
     Q_INVOKABLE QString keysHint(vorle::sections::Section section) const;
 

@@ -4,7 +4,6 @@
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/CardParts.h"
-#include "app/models/TopicListModel.h"
 #include "base/French.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
@@ -15,10 +14,9 @@
 #include "search/web/SourceImage.h"
 
 #include <QFileInfo>
-#include <QTimeZone>
 #include <QUrl>
 
-#include <array>
+#include <memory>
 
 namespace vorle {
 
@@ -68,7 +66,7 @@ QVariantList sourcesOf(const Topic &topic) {
 }
 
 /// "undici 7.12.0 → 7.18.1", or what of it is known.
-QString versionText(const Topic &topic) {
+QString versionsOf(const Topic &topic) {
     QStringList versions;
     for (const auto &version : {topic.currentVersion, topic.newVersion}) {
         if (version && !version->isEmpty()) {
@@ -83,156 +81,151 @@ QString versionText(const Topic &topic) {
     return words;
 }
 
-/// "12 novembre"; a date in other words as it is.
-QString publishedText(const TopicCard &card) {
-    const QString written = shown(card.topic.publishedOn).simplified();
-    const QDate day = QDate::fromString(written.left(10), Qt::ISODate);
-    constexpr qsizetype most = 24;
-    return day.isValid() ? dayLabel(day, card.now.toLocalTime().date())
-                         : firstCharacters(written, most).toString();
-}
-
 QString postponedText(const Topic &topic) {
     return topic.postponedCount > 0
                ? French::tr("reporté %1 fois").arg(numberText(topic.postponedCount))
                : QString();
 }
 
-QString captureText(const TopicCard &card) {
-    if (!isBeingRead(card.topic)) {
-        return {};
-    }
-    return card.captureProblem.isEmpty() ? French::tr("lien capturé, en lecture…")
-                                         : French::tr("lien capturé, pas encore jugé");
+/// A card without a topic is that of one without words.
+const TopicPtr &nothing() {
+    static const TopicPtr topic = std::make_shared<const Topic>();
+    return topic;
 }
-
-QString refusalOf(const TopicCard &card) {
-    const auto refused = refusal(card.topic, TopicStatus::Program);
-    return refused ? refusalText(*refused, card.captureProblem.isEmpty() ? Reading::UnderWay
-                                                                         : Reading::Stopped)
-                   : QString();
-}
-
-using Role = TopicListModel::Role;
-using Card = const TopicCard &;
-
-struct RoleValue {
-    int role;
-    QVariant (*value)(const TopicCard &card);
-};
-
-/// One line a role, in the order of TopicListModel::Role; Section is the model's own.
-constexpr RoleValue roleValues[] = {
-    {Role::TopicId, [](Card c) -> QVariant { return identityText(c.topic.id); }},
-    {Role::Section, [](Card) -> QVariant { return QString(); }},
-    {Role::Title, [](Card c) -> QVariant { return shown(c.topic.title); }},
-    {Role::Tldr, [](Card c) -> QVariant { return shown(c.topic.tldr); }},
-    {Role::Summary, [](Card c) -> QVariant { return shown(c.topic.summary); }},
-    {Role::Gist,
-     [](Card c) -> QVariant {
-         return c.topic.summary.isEmpty() ? shown(c.topic.tldr) : shown(c.topic.summary);
-     }},
-    {Role::Why, [](Card c) -> QVariant { return shown(c.topic.why); }},
-    {Role::FirstStep, [](Card c) -> QVariant { return shown(c.topic.firstStep); }},
-    {Role::Changes, [](Card c) -> QVariant { return changesOf(c.topic); }},
-    {Role::Risks, [](Card c) -> QVariant { return shown(c.topic.risks); }},
-    {Role::Place,
-     [](Card c) -> QVariant { return shown(c.topic.project.value_or(text(c.topic.interest))); }},
-    {Role::Project, [](Card c) -> QVariant { return shown(c.topic.project); }},
-    {Role::Interest, [](Card c) -> QVariant { return shown(c.topic.interest); }},
-    {Role::KindLabel, [](Card c) -> QVariant { return kindLabel(c.topic.kind); }},
-    {Role::Minutes, [](Card c) -> QVariant { return c.topic.minutes; }},
-    {Role::MinutesText,
-     [](Card c) -> QVariant {
-         return isBeingRead(c.topic) ? QString() : durationText(c.topic.minutes);
-     }},
-    {Role::ReadLevelText,
-     [](Card c) -> QVariant {
-         return isBeingRead(c.topic) ? QString() : readLevelLabel(c.topic.readLevel);
-     }},
-    {Role::HasScore, [](Card c) -> QVariant { return c.score().has_value(); }},
-    {Role::Score, [](Card c) -> QVariant { return c.score().value_or(0); }},
-    {Role::Digits, [](Card c) -> QVariant { return scoreBadge(c.score()).digits; }},
-    {Role::FormerScore,
-     [](Card c) -> QVariant { return standingScore(c.topic).former.value_or(-1); }},
-    {Role::AccentLight,
-     [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).accent.light); }},
-    {Role::AccentDark,
-     [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).accent.dark); }},
-    {Role::InkLight, [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).ink.light); }},
-    {Role::InkDark, [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).ink.dark); }},
-    {Role::FillLight,
-     [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).fill.light); }},
-    {Role::FillDark, [](Card c) -> QVariant { return qtColour(scoreBadge(c.score()).fill.dark); }},
-    {Role::Filled, [](Card c) -> QVariant { return scoreBadge(c.score()).filled; }},
-    {Role::Gem, [](Card c) -> QVariant { return scoreBadge(c.score()).gem; }},
-    {Role::AccessibleName,
-     [](Card c) -> QVariant { return shown(scoreBadge(c.score()).accessibleName); }},
-    {Role::TierNumber, [](Card c) -> QVariant { return static_cast<int>(tierOf(c.topic)); }},
-    {Role::TierLabel, [](Card c) -> QVariant { return tierLabel(tierOf(c.topic)); }},
-    {Role::Urgent, [](Card c) -> QVariant { return c.topic.isUrgent(); }},
-    {Role::UrgencyText,
-     [](Card c) -> QVariant { return urgencyLabel(c.topic.urgency, c.now.toLocalTime().date()); }},
-    {Role::UrgencySentence,
-     [](Card c) -> QVariant {
-         return shown(urgencySentence(c.topic.urgency, c.now.toLocalTime().date()));
-     }},
-    {Role::Sources, [](Card c) -> QVariant { return sourcesOf(c.topic); }},
-    {Role::MainUrl,
-     [](Card c) -> QVariant {
-         return c.topic.mainSource() == nullptr ? QString() : c.topic.mainSource()->url;
-     }},
-    {Role::MainSite,
-     [](Card c) -> QVariant {
-         return c.topic.mainSource() == nullptr ? QString() : hostOf(c.topic.mainSource()->url);
-     }},
-    {Role::VersionText, [](Card c) -> QVariant { return versionText(c.topic); }},
-    {Role::PublishedOn, [](Card c) -> QVariant { return publishedText(c); }},
-    {Role::FoundText,
-     [](Card c) -> QVariant {
-         return dayText(c.topic.foundAt, c.now, QTimeZone::systemTimeZone());
-     }},
-    {Role::Note, [](Card c) -> QVariant { return text(c.topic.note); }},
-    {Role::Worth,
-     [](Card c) -> QVariant { return c.topic.worth ? json::rawText(*c.topic.worth) : QString(); }},
-    {Role::WorthLabel,
-     [](Card c) -> QVariant { return c.topic.worth ? worthLabel(*c.topic.worth) : QString(); }},
-    {Role::PostponedText, [](Card c) -> QVariant { return postponedText(c.topic); }},
-    {Role::Moved, [](Card c) -> QVariant { return c.moved; }},
-    {Role::Waits, [](Card c) -> QVariant { return c.waits; }},
-    {Role::HasBrief, [](Card c) -> QVariant { return c.topic.brief.has_value(); }},
-    {Role::BriefState,
-     [](Card c) -> QVariant {
-         return c.briefState.isEmpty() && c.topic.brief ? QStringLiteral("written") : c.briefState;
-     }},
-    {Role::PendingCapture, [](Card c) -> QVariant { return isBeingRead(c.topic); }},
-    {Role::CaptureProblem,
-     [](Card c) -> QVariant { return isBeingRead(c.topic) ? c.captureProblem : QString(); }},
-    {Role::CaptureText, [](Card c) -> QVariant { return captureText(c); }},
-    {Role::Refusal, [](Card c) -> QVariant { return refusalOf(c); }},
-};
-
-constexpr bool standInOrder() {
-    int next = Role::TopicId;
-    for (const RoleValue &entry : roleValues) {
-        if (entry.role != next++) {
-            return false;
-        }
-    }
-    return next == Role::Refusal + 1;
-}
-static_assert(standInOrder(), "a role is its place in the table");
 
 } // namespace
 
-QVariant TopicCard::value(int role) const {
-    return role >= Role::TopicId && role <= Role::Refusal
-               ? roleValues[role - Role::TopicId].value(*this)
-               : QVariant();
+TopicCard::TopicCard() : m_topic(nothing()) {}
+
+TopicCard::TopicCard(TopicPtr topic, Standing standing)
+    : m_topic(std::move(topic)), m_standing(std::move(standing)) {}
+
+QString TopicCard::topicId() const {
+    return m_topic->id.isNull() ? QString() : identityText(m_topic->id);
+}
+
+QString TopicCard::title() const { return shown(m_topic->title); }
+
+QString TopicCard::gist() const {
+    const QString tldr = shown(m_topic->tldr);
+    return tldr.isEmpty() ? summary() : tldr;
+}
+
+QString TopicCard::summary() const { return shown(m_topic->summary); }
+
+QString TopicCard::why() const { return shown(m_topic->why); }
+
+QString TopicCard::firstStep() const { return shown(m_topic->firstStep); }
+
+QVariantList TopicCard::changes() const { return changesOf(*m_topic); }
+
+QString TopicCard::risks() const { return shown(m_topic->risks); }
+
+QString TopicCard::place() const {
+    return shown(m_topic->project.value_or(text(m_topic->interest)));
+}
+
+QString TopicCard::facts() const {
+    if (m_topic->id.isNull()) {
+        return {};
+    }
+    const bool judged = !isBeingRead(*m_topic);
+    QStringList facts{captureText(),
+                      kindLabel(m_topic->kind),
+                      judged ? durationText(m_topic->minutes) : QString(),
+                      publishedText(),
+                      judged ? readLevelLabel(m_topic->readLevel) : QString(),
+                      postponedText(*m_topic),
+                      m_topic->worth ? worthLabel(*m_topic->worth) : QString()};
+    facts.removeAll(QString());
+    return facts.join(QStringLiteral("   ·   "));
+}
+
+QString TopicCard::captureText() const {
+    if (!isBeingRead(*m_topic)) {
+        return {};
+    }
+    return captureProblem().isEmpty() ? French::tr("lien capturé, en lecture…")
+                                      : French::tr("lien capturé, pas encore jugé");
+}
+
+/// "12 novembre"; a date in other words as it is.
+QString TopicCard::publishedText() const {
+    const QString written = shown(m_topic->publishedOn).simplified();
+    const QDate day = QDate::fromString(written.left(10), Qt::ISODate);
+    constexpr qsizetype most = 24;
+    return day.isValid() ? dayLabel(day, m_standing.today)
+                         : firstCharacters(written, most).toString();
+}
+
+QString TopicCard::versionText() const { return versionsOf(*m_topic); }
+
+QString TopicCard::urgencyText() const { return urgencyLabel(m_topic->urgency, m_standing.today); }
+
+QString TopicCard::urgencySentence() const {
+    return shown(vorle::urgencySentence(m_topic->urgency, m_standing.today));
+}
+
+QVariantList TopicCard::sources() const { return sourcesOf(*m_topic); }
+
+QString TopicCard::sitesText() const {
+    const TopicSource *source = m_topic->mainSource();
+    const qsizetype more = m_topic->sources.size() - 1;
+    return source == nullptr
+               ? QString()
+               : hostOf(source->url) + (more > 0 ? QStringLiteral("  +%1").arg(more) : QString());
+}
+
+QString TopicCard::note() const { return text(m_topic->note); }
+
+QString TopicCard::worth() const {
+    return m_topic->worth ? json::rawText(*m_topic->worth) : QString();
+}
+
+QString TopicCard::briefState() const {
+    return m_standing.briefState.isEmpty() && m_topic->brief ? QStringLiteral("written")
+                                                             : m_standing.briefState;
+}
+
+bool TopicCard::pendingCapture() const { return isBeingRead(*m_topic); }
+
+QString TopicCard::captureProblem() const {
+    return isBeingRead(*m_topic) ? m_standing.captureProblem : QString();
+}
+
+QString TopicCard::refusal() const {
+    const auto refused = vorle::refusal(*m_topic, TopicStatus::Program);
+    return refused ? refusalText(*refused, m_standing.captureProblem.isEmpty() ? Reading::UnderWay
+                                                                               : Reading::Stopped)
+                   : QString();
 }
 
 std::optional<int> TopicCard::score() const {
-    return isBeingRead(topic) ? std::nullopt : shownScore(topic);
+    return isBeingRead(*m_topic) ? std::nullopt : shownScore(*m_topic);
 }
+
+ScoreBadge TopicCard::badge() const { return scoreBadge(score()); }
+
+QString TopicCard::digits() const { return badge().digits; }
+
+int TopicCard::formerScore() const { return standingScore(*m_topic).former.value_or(-1); }
+
+QString TopicCard::scoreName() const { return shown(badge().accessibleName); }
+
+bool TopicCard::filled() const { return badge().filled; }
+
+bool TopicCard::gem() const { return badge().gem; }
+
+QString TopicCard::accentLight() const { return qtColour(badge().accent.light); }
+
+QString TopicCard::accentDark() const { return qtColour(badge().accent.dark); }
+
+QString TopicCard::inkLight() const { return qtColour(badge().ink.light); }
+
+QString TopicCard::inkDark() const { return qtColour(badge().ink.dark); }
+
+QString TopicCard::fillLight() const { return qtColour(badge().fill.light); }
+
+QString TopicCard::fillDark() const { return qtColour(badge().fill.dark); }
 
 } // namespace vorle

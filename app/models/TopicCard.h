@@ -3,24 +3,132 @@
 #include "core/TopicStore.h"
 
 #include <QDateTime>
+#include <QObject>
 #include <QString>
-#include <QVariant>
+#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
 
 namespace vorle {
 
-/// What a topic's card and reading page show, worded, role by role. Pure, main thread.
-struct TopicCard {
-    const Topic &topic;
-    QDateTime now;
-    bool moved = false;
-    bool waits = false;
-    QString briefState;
-    QString captureProblem;
+struct ScoreBadge;
 
-    /// The value of a TopicListModel::Role; an invalid one for any other number.
-    QVariant value(int role) const;
+/// A topic with what its list knows of it: what its card and its page show, worded. A value, that
+/// stays as it was when the store changes; each text is made when it is asked for. What is not
+/// there is empty. Main thread.
+class TopicCard {
+    Q_GADGET
+    QML_VALUE_TYPE(topicCard)
+    /// The topic's identity, "" of a card without a topic: all else is then empty too.
+    Q_PROPERTY(QString topicId READ topicId FINAL)
+    Q_PROPERTY(QString title READ title FINAL)
+    /// The one text that a closed card shows.
+    Q_PROPERTY(QString gist READ gist FINAL)
+    Q_PROPERTY(QString summary READ summary FINAL)
+    Q_PROPERTY(QString why READ why FINAL)
+    Q_PROPERTY(QString firstStep READ firstStep FINAL)
+    /// List of NamedText: what changes, each with its sort.
+    Q_PROPERTY(QVariantList changes READ changes FINAL)
+    Q_PROPERTY(QString risks READ risks FINAL)
+    /// The project, else the interest.
+    Q_PROPERTY(QString place READ place FINAL)
+    /// "Sécurité   ·   20 min   ·   12 novembre   ·   lu en entier"
+    Q_PROPERTY(QString facts READ facts FINAL)
+    /// "undici 7.12.0 → 7.18.1"
+    Q_PROPERTY(QString versionText READ versionText FINAL)
+    /// "avant le 28 novembre", "à faire maintenant"; and with its reason, as a sentence.
+    Q_PROPERTY(QString urgencyText READ urgencyText FINAL)
+    Q_PROPERTY(QString urgencySentence READ urgencySentence FINAL)
+    /// List of NamedLink; and the first one's site with how many more there are: "github.com  +2".
+    Q_PROPERTY(QVariantList sources READ sources FINAL)
+    Q_PROPERTY(QString sitesText READ sitesText FINAL)
+    Q_PROPERTY(QString note READ note FINAL)
+    /// The user's verdict as it is kept: "meh", "useful", "gem" or "".
+    Q_PROPERTY(QString worth READ worth FINAL)
+    /// Of the reserve: see ReserveActivity. Of the program: it does not fit in the week.
+    Q_PROPERTY(bool moved READ moved FINAL)
+    Q_PROPERTY(bool waits READ waits FINAL)
+    /// How far its reading notes are: "", "queued", "writing", "failed" or "written".
+    Q_PROPERTY(QString briefState READ briefState FINAL)
+    /// A captured link that is still being read, and why it could not be judged.
+    Q_PROPERTY(bool pendingCapture READ pendingCapture FINAL)
+    Q_PROPERTY(QString captureProblem READ captureProblem FINAL)
+    /// The badge: its digits, the app's own score where the user gave another (else -1), and its
+    /// colours, which Qt reads, or "accent": the theme's strong accent.
+    Q_PROPERTY(QString digits READ digits FINAL)
+    Q_PROPERTY(int formerScore READ formerScore FINAL)
+    Q_PROPERTY(QString scoreName READ scoreName FINAL)
+    Q_PROPERTY(bool filled READ filled FINAL)
+    Q_PROPERTY(bool gem READ gem FINAL)
+    Q_PROPERTY(QString accentLight READ accentLight FINAL)
+    Q_PROPERTY(QString accentDark READ accentDark FINAL)
+    Q_PROPERTY(QString inkLight READ inkLight FINAL)
+    Q_PROPERTY(QString inkDark READ inkDark FINAL)
+    Q_PROPERTY(QString fillLight READ fillLight FINAL)
+    Q_PROPERTY(QString fillDark READ fillDark FINAL)
+
+public:
+    /// What the list knows of the topic beyond its record.
+    struct Standing {
+        QDate today;
+        bool moved = false;
+        bool waits = false;
+        QString briefState = {};
+        QString captureProblem = {};
+
+        bool operator==(const Standing &) const = default;
+    };
+
+    TopicCard(); ///< without a topic
+    TopicCard(TopicPtr topic, Standing standing);
+
+    QString topicId() const;
+    QString title() const;
+    QString gist() const;
+    QString summary() const;
+    QString why() const;
+    QString firstStep() const;
+    QVariantList changes() const;
+    QString risks() const;
+    QString place() const;
+    QString facts() const;
+    QString versionText() const;
+    QString urgencyText() const;
+    QString urgencySentence() const;
+    QVariantList sources() const;
+    QString sitesText() const;
+    QString note() const;
+    QString worth() const;
+    bool moved() const { return m_standing.moved; }
+    bool waits() const { return m_standing.waits; }
+    QString briefState() const;
+    bool pendingCapture() const;
+    QString captureProblem() const;
+    QString digits() const;
+    int formerScore() const;
+    QString scoreName() const;
+    bool filled() const;
+    bool gem() const;
+    QString accentLight() const;
+    QString accentDark() const;
+    QString inkLight() const;
+    QString inkDark() const;
+    QString fillLight() const;
+    QString fillDark() const;
+
     /// The score shown: the user's own, rounded, else the judge's; nothing without either.
     std::optional<int> score() const;
+    /// Why it can be dismissed and nothing else; "" when it may be decided.
+    QString refusal() const;
+
+    bool operator==(const TopicCard &) const = default;
+
+private:
+    ScoreBadge badge() const;
+    QString captureText() const;
+    QString publishedText() const;
+
+    TopicPtr m_topic; // never null
+    Standing m_standing;
 };
 
 } // namespace vorle

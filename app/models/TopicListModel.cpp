@@ -1,9 +1,5 @@
 #include "app/models/TopicListModel.h"
 
-#include "app/models/TopicCard.h"
-
-#include <QMetaEnum>
-
 #include <algorithm>
 #include <limits>
 
@@ -188,37 +184,42 @@ QVariant TopicListModel::data(const QModelIndex &index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
-    const Row &row = m_rows.at(index.row());
-    const Topic &topic = *row.topic;
-    const TopicCard card{topic,
-                         m_clock.now(),
-                         row.moved,
-                         row.waits,
-                         m_briefStates.value(topic.id),
-                         m_captureProblems.value(topic.id)};
-    return role == Section ? headingOf(topicSection(), row) : card.value(role);
+    switch (role) {
+    case Section:
+        return heading(index.row());
+    case Card:
+        return QVariant::fromValue(card(index.row()));
+    default:
+        return {};
+    }
 }
 
 QHash<int, QByteArray> TopicListModel::roleNames() const {
-    QHash<int, QByteArray> names;
-    const auto roles = QMetaEnum::fromType<Role>();
-    for (int i = 0; i < roles.keyCount(); ++i) {
-        QByteArray name(roles.key(i));
-        name[0] = static_cast<char>(name[0] - 'A' + 'a');
-        names.insert(roles.value(i), name);
+    return {{Section, "section"}, {Card, "topic"}};
+}
+
+TopicCard TopicListModel::card(int row) const {
+    if (row < 0 || row >= count()) {
+        return {};
     }
-    return names;
+    const Row &at = m_rows.at(row);
+    return {at.topic,
+            {.today = m_clock.now().toLocalTime().date(),
+             .moved = at.moved,
+             .waits = at.waits,
+             .briefState = m_briefStates.value(at.topic->id),
+             .captureProblem = m_captureProblems.value(at.topic->id)}};
+}
+
+QString TopicListModel::heading(int row) const {
+    return row < 0 || row >= count() ? QString() : headingOf(topicSection(), m_rows.at(row));
 }
 
 int TopicListModel::rowOf(const QString &topicId) const {
     return static_cast<int>(indexOf(QUuid::fromString(topicId)));
 }
 
-QString TopicListModel::topicIdAt(int row) const { return value(row, TopicId).toString(); }
-
-QVariant TopicListModel::value(int row, Role role) const {
-    return row < 0 || row >= count() ? QVariant() : data(index(row), role);
-}
+QString TopicListModel::topicIdAt(int row) const { return card(row).topicId(); }
 
 void TopicListModel::setWaiting(QSet<QUuid> ids) {
     const QSet<QUuid> before = std::exchange(m_waiting, std::move(ids));
@@ -242,16 +243,15 @@ void TopicListModel::observe(RediscoveryLog &finds) {
 }
 
 void TopicListModel::setBriefState(const QUuid &id, const QString &state) {
-    setWord(m_briefStates, id, state, {BriefState});
+    setWord(m_briefStates, id, state);
 }
 
 void TopicListModel::setCaptureProblem(const QUuid &id, const QString &problem) {
-    setWord(m_captureProblems, id, problem, {CaptureProblem, CaptureText, Refusal});
+    setWord(m_captureProblems, id, problem);
 }
 
 /// Keeps what roles say of a topic beyond the topic itself, and tells its row.
-void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word,
-                             const QList<int> &roles) {
+void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word) {
     if (word.isEmpty()) {
         words.remove(id);
     } else {
@@ -259,7 +259,7 @@ void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, cons
     }
     if (const qsizetype at = indexOf(id); at >= 0) {
         const QModelIndex place = index(static_cast<int>(at));
-        Q_EMIT dataChanged(place, place, roles);
+        Q_EMIT dataChanged(place, place, {Card});
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/models/Section.h"
+#include "app/models/TopicCard.h"
 #include "app/triage/ReserveActivity.h"
 #include "app/triage/SectionOrder.h"
 #include "base/Clock.h"
@@ -17,7 +18,7 @@ namespace vorle {
 /// cards move rather than appear anew; it is reset only when the store is loaded again. Main
 /// thread; the store and the clock outlive it.
 ///
-/// The order and the headings are SectionOrder's. A role is computed when it is asked for.
+/// The order and the headings are SectionOrder's.
 class TopicListModel final : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -30,66 +31,11 @@ class TopicListModel final : public QAbstractListModel {
     Q_PROPERTY(int movedCount READ movedCount NOTIFY movedCountChanged FINAL)
 
 public:
-    /// In QML each role has its own name with a small first letter. What has no type here is a
-    /// string; one that is not there is empty.
     enum Role {
-        TopicId = Qt::UserRole, ///< string, the topic's identity: what Decisions takes
-        Section, ///< the heading over the row: its tier, "Ils ont bougé", "Novembre 2026"
-        Title,
-        Tldr,
-        Summary,
-        Gist, ///< string, the one text a closed card shows: the summary, else the gist
-        Why,
-        FirstStep,
-        Changes,     ///< list of NamedText
-        Risks,       ///< string
-        Place,       ///< string, the project, else the interest
-        Project,     ///< string
-        Interest,    ///< string
-        KindLabel,   ///< "Sécurité"
-        Minutes,     ///< int
-        MinutesText, ///< "20 min"; "" of a link that is not judged yet
-        ReadLevelText,
-        HasScore,    ///< bool
-        Score,       ///< int, the user's own when corrected; 0 without one
-        Digits,      ///< string, the badge's digits
-        FormerScore, ///< int, the judge's score when the user corrected it; else -1
-        AccentLight, ///< string, a colour Qt reads or "accent": the theme's strong accent
-        AccentDark,
-        InkLight,
-        InkDark,
-        FillLight,
-        FillDark,
-        Filled,         ///< bool
-        Gem,            ///< bool
-        AccessibleName, ///< the badge's
-        TierNumber,     ///< int, 0 (urgent) to 4
-        TierLabel,
-        Urgent,          ///< bool
-        UrgencyText,     ///< "avant le 28 novembre", "à faire maintenant"
-        UrgencySentence, ///< the same with its reason: "À faire maintenant. La faille est
-                         ///< exploitée."
-        Sources,         ///< list of NamedLink
-        MainUrl,         ///< string, the first source's address
-        MainSite,        ///< "github.com"
-        VersionText,     ///< "undici 7.12.0 → 7.18.1"
-        PublishedOn,     ///< "12 novembre", or as the source words it
-        FoundText,       ///< "lundi 16 novembre"
-        Note,
-        Worth,          ///< "meh", "useful", "gem" or ""
-        WorthLabel,     ///< "Bof", "Utile", "Pépite" or ""
-        PostponedText,  ///< "reporté 2 fois"; "" for never
-        Moved,          ///< bool, of the reserve: see ReserveActivity
-        Waits,          ///< bool, of the program: it does not fit in the week
-        HasBrief,       ///< bool
-        BriefState,     ///< "", "queued", "writing", "failed" or "written"
-        PendingCapture, ///< bool, a captured link that is still being read
-        CaptureProblem, ///< string, why it could not be judged; "" while it is tried
-        CaptureText,    ///< "lien capturé, en lecture…", or that it is not judged yet; else ""
-        Refusal,        ///< string, why it can be dismissed and nothing else; "" when it may be
-                        ///< decided
+        Section = Qt::UserRole, ///< "section": the heading over the row: its tier, "Ils ont bougé",
+                                ///< "Novembre 2026"
+        Card                    ///< "topic": TopicCard
     };
-    Q_ENUM(Role)
 
     /// @param section one of the first four
     TopicListModel(TopicStore &store, sections::Section section, const Clock &clock,
@@ -105,11 +51,11 @@ public:
     int movedCount() const { return m_movedCount; }
 
     /// The row of the topic, or -1.
-    Q_INVOKABLE int rowOf(const QString &topicId) const;
-    /// The topic at that row; "" outside the list.
-    Q_INVOKABLE QString topicIdAt(int row) const;
-    /// The role's value at that row; undefined outside the list.
-    Q_INVOKABLE QVariant value(int row, vorle::TopicListModel::Role role) const;
+    int rowOf(const QString &topicId) const;
+    /// The topic at that row, its card, and the heading it stands under; empty outside the list.
+    QString topicIdAt(int row) const;
+    TopicCard card(int row) const;
+    QString heading(int row) const;
 
     /// Of the program: the topics that do not fit in the week stand below the others.
     void setWaiting(QSet<QUuid> ids);
@@ -151,8 +97,7 @@ private:
     qsizetype indexOf(const QUuid &id) const;
     qsizetype lowerBound(const Row &row) const;
     void tellChanges(int count, int minutes, int moved);
-    void setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word,
-                 const QList<int> &roles);
+    void setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word);
     void tally(const Row &row, int times);
     bool isOfRun(const Topic &topic) const;
 

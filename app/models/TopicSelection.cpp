@@ -88,13 +88,12 @@ void TopicSelection::setGone(const QString &topicId) {
 }
 
 Ghost TopicSelection::ghostToLeave() const {
-    const auto heading = [this](int row) { return m_list.value(row, TopicListModel::Section); };
     const int row = m_currentRow;
     const QString next = m_list.topicIdAt(row + 1);
-    const bool apart = row > 0 && !next.isEmpty() && heading(row) != heading(row + 1);
+    const bool apart = row > 0 && !next.isEmpty() && m_list.heading(row) != m_list.heading(row + 1);
     return {.topicId = m_currentId,
             .went = {},
-            .title = m_list.value(row, TopicListModel::Title).toString(),
+            .title = m_list.card(row).title(),
             .overId = apart ? QString() : next,
             .underId = apart ? m_list.topicIdAt(row - 1) : QString()};
 }

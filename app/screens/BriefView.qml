@@ -6,16 +6,16 @@ import Vorle.Models
 Chapter {
     id: view
 
-    required property var topic
+    required property topicCard topic
     required property TopicPage details
 
     signal linkOpened(string url)
 
     readonly property bool written: details.hasBrief
-    readonly property string writing: topic?.briefState ?? ""
+    readonly property string writing: topic.briefState
 
-    name: written ? qsTr("Fiche de lecture · ") + (topic?.title ?? "") : qsTr("Fiche de lecture")
-    visible: topic !== null && topic !== undefined
+    name: written ? qsTr("Fiche de lecture · ") + topic.title : qsTr("Fiche de lecture")
+    visible: topic.topicId !== ""
 
     Column {
         width: parent.width

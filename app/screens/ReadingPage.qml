@@ -10,7 +10,8 @@ FocusScope {
 
     required property Shell shell
     required property TopicSelection selection
-    required property var topic // null when nothing is chosen
+    required property topicCard topic
+    readonly property string topicId: topic.topicId // "" when nothing is chosen
     required property string section // its name
     property var actions: [] // CardButton
     readonly property TopicPage details: shell.page
@@ -22,7 +23,7 @@ FocusScope {
     opacity: shown ? 1 : 0
     enabled: shown
     Accessible.role: Accessible.Pane
-    Accessible.name: topic ? topic.title : ""
+    Accessible.name: topic.title
     Accessible.ignored: !shown
 
     Behavior on opacity {
@@ -30,7 +31,7 @@ FocusScope {
             duration: Theme.quick
         }
     }
-    onTopicChanged: {
+    onTopicIdChanged: {
         flick.contentY = 0;
         mark(null);
         seen.opened = false;
@@ -100,7 +101,7 @@ FocusScope {
             x: Math.max(Theme.margin, (flick.width - width) / 2)
             width: Math.min(Theme.readingWidth, flick.width - 2 * Theme.margin)
             spacing: 26
-            visible: page.topic !== null
+            visible: page.topicId !== ""
 
             ReadingTitle {
                 width: parent.width
@@ -109,27 +110,27 @@ FocusScope {
             SelectableText {
                 width: parent.width
                 visible: text.length > 0
-                text: page.topic?.summary ?? ""
+                text: page.topic.summary
                 font.pixelSize: Theme.textReading
                 leading: 1.5
             }
             WhyLine {
                 width: parent.width
                 selectable: true
-                text: page.topic?.why ?? ""
+                text: page.topic.why
             }
             StepLine {
                 width: parent.width
                 selectable: true
-                text: page.topic?.firstStep ?? ""
+                text: page.topic.firstStep
             }
             Chapter {
                 width: parent.width
                 name: qsTr("Ce qui change")
-                visible: (page.topic?.changes ?? []).length > 0
+                visible: page.topic.changes.length > 0
 
                 Repeater {
-                    model: page.topic?.changes ?? []
+                    model: page.topic.changes
 
                     ChangeRow {
                         width: parent.width
@@ -139,11 +140,11 @@ FocusScope {
             Chapter {
                 width: parent.width
                 name: qsTr("Risques")
-                visible: (page.topic?.risks ?? "").length > 0
+                visible: page.topic.risks.length > 0
 
                 SelectableText {
                     width: parent.width
-                    text: page.topic?.risks ?? ""
+                    text: page.topic.risks
                 }
             }
             BriefView {
@@ -155,7 +156,7 @@ FocusScope {
             Chapter {
                 width: parent.width
                 name: qsTr("D’où vient la note")
-                visible: page.topic !== null && !page.topic.pendingCapture
+                visible: page.topicId !== "" && !page.topic.pendingCapture
 
                 Repeater {
                     model: page.details.grades
@@ -198,10 +199,10 @@ FocusScope {
             Chapter {
                 width: parent.width
                 name: qsTr("Sources")
-                visible: (page.topic?.sources ?? []).length > 0
+                visible: page.topic.sources.length > 0
 
                 Repeater {
-                    model: page.topic?.sources ?? []
+                    model: page.topic.sources
 
                     SourceRow {
                         required property namedLink modelData
@@ -217,7 +218,7 @@ FocusScope {
             Chapter {
                 width: parent.width
                 name: qsTr("Ta note")
-                visible: page.topic !== null
+                visible: page.topicId !== ""
 
                 NoteEditor {
                     width: parent.width
@@ -246,7 +247,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         actions: page.actions
         hint: page.shell.keyboard.openCardHint
-        worth: page.topic?.worth ?? ""
+        worth: page.topic.worth
         onAct: action => page.act(action)
     }
 }

@@ -21,10 +21,6 @@ ListView {
     signal act(int action)
     signal chosen // by the mouse
 
-    // What may be done with a topic: what refuses its decision counts, and why reading it failed.
-    function actionsOf(refusal: string, problem: string): var {
-        return shell.actions.buttons(selection.list.section, refusal.length > 0, problem.length > 0);
-    }
     // Whether the chosen topic's card is in view, or its page open; else it is brought there.
     function ready(): bool {
         selection.settle(); // keys may come faster than frames
@@ -96,7 +92,7 @@ ListView {
         selection: list.selection
         tight: list.height < 440
         held: list.held
-        actions: list.actionsOf(model.refusal, model.captureProblem)
+        actions: list.shell.actions.buttons(list.selection.list.section, topic)
         undoKeys: list.undoKeys
         onOpened: card => list.openCard = card
         onDropped: card => {

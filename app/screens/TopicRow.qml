@@ -8,7 +8,7 @@ Item {
     id: row
 
     required property int index
-    required property var model
+    required property topicCard topic
     required property TopicSelection selection
     // It keeps its height: rows that change together are laid out in one go.
     property bool held: false
@@ -16,10 +16,9 @@ Item {
     property var actions: [] // CardButton
     property string undoKeys: ""
 
-    readonly property var topic: model
-    readonly property string topicId: model.topicId ?? "" // none once the row is gone
-    readonly property bool ghostAbove: topicId.length > 0 && selection.shownGhost.overId === topicId
-    readonly property bool ghostBelow: topicId.length > 0 && selection.shownGhost.underId === topicId
+    readonly property string topicId: topic.topicId
+    readonly property bool ghostAbove: selection.shownGhost.overId === topicId
+    readonly property bool ghostBelow: selection.shownGhost.underId === topicId
     readonly property real shownHeight: card.height + Theme.cardGap + ghostPlace.space
     // Where the card stands in the row, and how high it is once nothing moves any more.
     readonly property real wholeHeight: card.wholeHeight + Theme.cardGap + ghostPlace.space
@@ -59,12 +58,11 @@ Item {
     TopicCard {
         id: card
         y: row.ghostAbove ? ghostPlace.space : 0
-        low: row.model.waits ?? false
         still: row.selection.goneId !== ""
         tight: row.tight
         width: parent.width
-        topic: row.model
-        open: row.topicId.length > 0 && row.topicId === row.selection.shownId
+        topic: row.topic
+        open: row.topicId === row.selection.shownId
         onOpenChanged: if (open) row.opened(card)
         Component.onDestruction: row.dropped(card)
         actions: row.actions

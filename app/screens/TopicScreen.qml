@@ -10,7 +10,8 @@ SectionScreen {
     readonly property TopicSelection selection: shell.actions.of(number)
     readonly property ReadingPage page: reading.item as ReadingPage
     // The chosen topic, once its card stands open.
-    readonly property var topic: list.row !== null && list.row.topicId === selection.shownId ? list.row.topic : null
+    readonly property topicCard topic: list.row !== null && list.row.topicId === selection.shownId ? list.row.topic : none
+    property topicCard none
     property alias header: head.below
 
     Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
@@ -128,9 +129,9 @@ SectionScreen {
         sourceComponent: ReadingPage {
             shell: screen.shell
             selection: screen.selection
-            topic: screen.selection.enlarged ? screen.topic : null
+            topic: screen.selection.enlarged ? screen.topic : screen.none
             section: screen.title
-            actions: list.actionsOf(topic?.refusal ?? "", topic?.captureProblem ?? "")
+            actions: screen.shell.actions.buttons(screen.number, topic)
             onAct: action => screen.act(action)
         }
     }

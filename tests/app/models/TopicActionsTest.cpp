@@ -117,17 +117,19 @@ TEST_F(TopicActionsTest, what_is_not_judged_yet_is_sent_away_or_tried_again_and_
     Topic link = test::sampleTopic(text("Un lien"), TopicStatus::Pending);
     link.capturedURL = text("https://example.org/lien");
     const QString id = shelf.add(link);
-    const auto offered = [this](bool refused, bool failed) {
+    const auto offered = [&] {
         QList<Map::Action> list;
-        for (const QVariant &button : actions.buttons(Section::Inbox, refused, failed)) {
+        for (const QVariant &button :
+             actions.buttons(Section::Inbox, shelf.list(Section::Inbox).card(0))) {
             list += button.value<CardButton>().action;
         }
         return list;
     };
     using Buttons = QList<Map::Action>;
-    EXPECT_EQ(offered(false, false), (Buttons{Map::Keep, Map::Later, Map::Dismiss}));
-    EXPECT_EQ(offered(true, false), Buttons{Map::Dismiss});
-    EXPECT_EQ(offered(true, true), (Buttons{Map::ReadAgain, Map::Dismiss}));
+    EXPECT_EQ(offered(), Buttons{Map::Dismiss});
+    shelf.list(Section::Inbox).setCaptureProblem(link.id, text("L’IA ne répond pas."));
+    EXPECT_EQ(offered(), (Buttons{Map::ReadAgain, Map::Dismiss}));
+    shelf.list(Section::Inbox).setCaptureProblem(link.id, {});
     EXPECT_EQ(actions.keysHint(Section::Reserve),
               text("G garder · T remettre à trier · 1 2 3 bof, utile, pépite"));
     for (const Map::Action action : {Map::Keep, Map::Later}) {
@@ -143,6 +145,9 @@ TEST_F(TopicActionsTest, what_is_not_judged_yet_is_sent_away_or_tried_again_and_
     actions.perform(Map::Dismiss);
     EXPECT_EQ(shelf.topic(id)->status, TopicStatus::Dismissed);
     EXPECT_EQ(lines(), 1);
+    add("neuf", 9);
+    EXPECT_EQ(offered(), (Buttons{Map::Keep, Map::Later, Map::Dismiss}));
+    actions.perform(Map::Keep);
     actions.perform(Map::FirstStep); // there is none any more
     EXPECT_EQ(words(), QString());
 }

@@ -36,10 +36,8 @@ TEST(TopicListModel, orders_each_section_and_follows_the_store) {
                      scored("hidden", 9, TopicStatus::Pending)});
     EXPECT_EQ(shelf.titles(Section::Inbox).join(u' '),
               QStringLiteral("reading urgent nine newer seven unread"));
-    EXPECT_EQ(shelf.list(Section::Inbox).value(0, TopicListModel::Section),
-              QStringLiteral("En cours de lecture"));
-    EXPECT_EQ(shelf.list(Section::Inbox).value(2, TopicListModel::Section),
-              QStringLiteral("Très pertinents"));
+    EXPECT_EQ(shelf.list(Section::Inbox).heading(0), QStringLiteral("En cours de lecture"));
+    EXPECT_EQ(shelf.list(Section::Inbox).heading(2), QStringLiteral("Très pertinents"));
 
     const auto idOf = [&](int row) { return shelf.list(Section::Inbox).topicIdAt(row); };
     const QString seven = idOf(4);
@@ -58,11 +56,9 @@ TEST(TopicListModel, orders_each_section_and_follows_the_store) {
     shelf.clock.moment = shelf.clock.moment.addSecs(60);
     decisions.done(nine);
     EXPECT_EQ(shelf.titles(Section::Library).join(u' '), QStringLiteral("nine seven"));
-    EXPECT_EQ(shelf.list(Section::Library).value(1, TopicListModel::WorthLabel),
-              QStringLiteral("Pépite"));
-    EXPECT_EQ(shelf.list(Section::Library).value(1, TopicListModel::Section),
-              QStringLiteral("Novembre 2026"));
-    EXPECT_EQ(shelf.list(Section::Library).value(1, TopicListModel::FormerScore), 7);
+    EXPECT_EQ(shelf.list(Section::Library).card(1).worth(), QStringLiteral("gem"));
+    EXPECT_EQ(shelf.list(Section::Library).heading(1), QStringLiteral("Novembre 2026"));
+    EXPECT_EQ(shelf.list(Section::Library).card(1).formerScore(), 7);
     EXPECT_EQ(shelf.list(Section::Inbox).minutes(), 60);
 }
 
@@ -89,8 +85,8 @@ TEST(TopicListModel, brings_up_a_reserved_topic_that_news_came_of) {
     news.foundAt = shelf.clock.moment.addDays(7);
     const QString newsId = shelf.add(news);
     EXPECT_EQ(watched.seen, (QStringList{first, second}));
-    EXPECT_EQ(reserve.value(0, TopicListModel::Moved), true);
-    EXPECT_EQ(reserve.value(0, TopicListModel::Section), QStringLiteral("Ils ont bougé"));
+    EXPECT_TRUE(reserve.card(0).moved());
+    EXPECT_EQ(reserve.heading(0), QStringLiteral("Ils ont bougé"));
     // News the user does not want is no news; and a link is as good as a dependency.
     decisions.dismiss(newsId);
     EXPECT_EQ(watched.seen, (QStringList{second, first}));
@@ -98,7 +94,7 @@ TEST(TopicListModel, brings_up_a_reserved_topic_that_news_came_of) {
     sameLink.sources += shelf.topic(second)->sources.first();
     sameLink.foundAt = news.foundAt;
     shelf.add(sameLink);
-    EXPECT_EQ(reserve.value(0, TopicListModel::TopicId), second);
+    EXPECT_EQ(reserve.topicIdAt(0), second);
     EXPECT_EQ(reserve.movedCount(), 1);
     // Set aside once more, it waits for the next news.
     shelf.clock.moment = news.foundAt.addDays(1);
@@ -133,8 +129,8 @@ TEST(TopicListModel, sets_what_does_not_fit_in_the_week_below_the_line) {
         decisions.keep(id);
     }
     EXPECT_EQ(watched.seen, (QStringList{second, third, first}));
-    EXPECT_EQ(program.value(2, TopicListModel::Waits), true);
-    EXPECT_NE(program.value(2, TopicListModel::Section), program.value(1, TopicListModel::Section));
+    EXPECT_TRUE(program.card(2).waits());
+    EXPECT_NE(program.heading(2), program.heading(1));
     decisions.done(second);
     EXPECT_EQ(budget.left(), 20);
     EXPECT_EQ(watched.seen, (QStringList{third, first}));
@@ -156,43 +152,46 @@ TEST(TopicListModel, words_a_card) {
     topic.changes = {QStringLiteral("Une faille est fermée"), QStringLiteral("Rien d’autre")};
     topic.urgency = Judgment::Urgency{Judgment::Urgency::Level::Before,
                                       QStringLiteral("2026-11-28"), QStringLiteral("Fin")};
-    topic.sources = {{QString(), QStringLiteral("https://www.example.org/a")}};
+    topic.sources = {{QString(), QStringLiteral("https://www.example.org/a")},
+                     {QString(), QStringLiteral("https://example.com/b")}};
     topic.gallery = {{QStringLiteral("https://www.example.org/a"), QStringLiteral("../secret")}};
     topic.dependency = QStringLiteral("undici");
     topic.newVersion = QStringLiteral("7.18.1");
+    topic.tldr = QStringLiteral("En bref");
+    topic.publishedOn = QStringLiteral("2026-11-12");
+    topic.postponedCount = 2;
+    topic.worth = Worth::Useful;
     shelf.add(topic);
     const TopicListModel &inbox = shelf.list(Section::Inbox);
-    using Model = TopicListModel;
-    const std::pair<Model::Role, QVariant> cases[] = {
-        {Model::Title, topic.title},
-        {Model::Gist, topic.summary},
-        {Model::Place, QStringLiteral("Tiravue")},
-        {Model::KindLabel, QStringLiteral("Sécurité")},
-        {Model::ReadLevelText, QStringLiteral("lu en entier")},
-        {Model::Digits, QStringLiteral("9")},
-        {Model::FormerScore, -1},
-        {Model::AccentLight, QStringLiteral("accent")},
-        {Model::Filled, true},
-        {Model::Gem, false},
-        {Model::AccessibleName, QStringLiteral("Note 9 sur 10")},
-        {Model::TierNumber, 1},
-        {Model::UrgencyText, QStringLiteral("avant le 28 novembre")},
-        {Model::UrgencySentence, QStringLiteral("Avant le 28 novembre. Fin")},
-        {Model::MainSite, QStringLiteral("example.org")},
-        {Model::VersionText, QStringLiteral("undici 7.18.1")},
-        {Model::Worth, QString()},
-        {Model::BriefState, QString()},
-        {Model::PendingCapture, false},
-        {Model::CaptureProblem, QString()},
-        {Model::CaptureText, QString()},
+    const TopicCard card = inbox.card(0);
+    const std::pair<QString, const char *> cases[] = {
+        {card.title(), "undici 7.18"},
+        {card.gist(), "En bref"},
+        {card.place(), "Tiravue"},
+        {card.facts(), "Sécurité   ·   20 min   ·   12 novembre   ·   lu en entier   ·   reporté 2 "
+                       "fois   ·   Utile"},
+        {card.digits(), "9"},
+        {card.accentLight(), "accent"},
+        {card.scoreName(), "Note 9 sur 10"},
+        {card.urgencyText(), "avant le 28 novembre"},
+        {card.urgencySentence(), "Avant le 28 novembre. Fin"},
+        {card.sitesText(), "example.org  +1"},
+        {card.versionText(), "undici 7.18.1"},
+        {card.worth(), "useful"},
+        {card.briefState(), ""},
+        {card.captureProblem(), ""},
+        {card.refusal(), ""},
     };
-    for (const auto &[role, value] : cases) {
-        EXPECT_EQ(inbox.value(0, role), value) << inbox.roleNames().value(role).toStdString();
+    for (const auto &[words, expected] : cases) {
+        EXPECT_EQ(words.simplified(), QString::fromUtf8(expected).simplified());
     }
-    const auto changes = inbox.value(0, Model::Changes).toList();
+    EXPECT_EQ(card.formerScore(), -1);
+    EXPECT_TRUE(card.filled());
+    EXPECT_FALSE(card.gem() || card.pendingCapture());
+    const auto changes = card.changes();
     EXPECT_FALSE(changes.at(0).value<NamedText>().name.isEmpty());
     // A picture's name never leads out of the cache.
-    const auto source = inbox.value(0, Model::Sources).toList().at(0).value<NamedLink>();
+    const auto source = card.sources().at(0).value<NamedLink>();
     EXPECT_EQ(source.name, QStringLiteral("Source"));
     EXPECT_EQ(source.picture, QString());
     // What hides in words of others, or turns them round, is not shown.
@@ -202,8 +201,9 @@ TEST(TopicListModel, words_a_card) {
                                                  "rejoignent «\u202FÀ trier\u202F»."));
     EXPECT_EQ(repairedText(1430, 12000),
               QStringLiteral("1\u202F430 sujets repris sur 12\u202F000."));
-    EXPECT_EQ(inbox.roleNames().value(Model::Section), "section");
-    EXPECT_EQ(inbox.value(1, Model::Title), QVariant());
+    // Outside the list there is a card without a topic: all of it is empty.
+    EXPECT_EQ(inbox.card(1), TopicCard());
+    EXPECT_EQ(TopicCard().topicId() + TopicCard().facts() + TopicCard().digits(), QString());
 }
 
 /// Hundreds of random decisions, undone and redone, with runs and captures between them: each list

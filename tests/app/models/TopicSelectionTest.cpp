@@ -156,8 +156,8 @@ TEST_F(TopicSelectionTest, the_line_stands_beside_its_own_tier) {
         return std::pair(ids.indexOf(ghost.overId), ids.indexOf(ghost.underId));
     };
     using Place = std::pair<qsizetype, qsizetype>;
-    EXPECT_EQ(list.value(1, TopicListModel::Section), list.value(0, TopicListModel::Section));
-    EXPECT_NE(list.value(2, TopicListModel::Section), list.value(1, TopicListModel::Section));
+    EXPECT_EQ(list.heading(1), list.heading(0));
+    EXPECT_NE(list.heading(2), list.heading(1));
     EXPECT_EQ(beside(0), Place(1, -1)) << "over the next";
     EXPECT_EQ(beside(1), Place(-1, 0)) << "the next has another heading: under the one before";
     EXPECT_EQ(beside(2), Place(3, -1));

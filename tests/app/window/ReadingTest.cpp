@@ -175,7 +175,7 @@ TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
     open();
     ASSERT_EQ(chosen(), link.title);
     shell().inbox()->setCaptureProblem(link.id, {}); // no agent is there to read it
-    EXPECT_EQ(shell().inbox()->value(0, TopicListModel::MinutesText), QString());
+    EXPECT_EQ(shell().inbox()->card(0).facts(), text("lien capturé, en lecture…"));
     for (int i = 0; i < 2; ++i) { // on its card, then on its page
         EXPECT_EQ(buttonAt(text("Garder")).y(), -1);
         EXPECT_EQ(buttonAt(text("Plus tard")).y(), -1);
@@ -272,8 +272,8 @@ TEST_F(ReadingTest, what_is_told_goes_once_it_holds_no_longer) {
             [&] {
                 int found = 0;
                 for (int row = 0; row < shell().inbox()->count(); ++row) {
-                    const auto why = shell().inbox()->value(row, TopicListModel::CaptureProblem);
-                    found += why.toString().isEmpty() ? 0 : 1;
+                    const QString why = shell().inbox()->card(row).captureProblem();
+                    found += why.isEmpty() ? 0 : 1;
                 }
                 return found == count;
             },
@@ -299,7 +299,7 @@ TEST_F(ReadingTest, what_is_told_goes_once_it_holds_no_longer) {
     int cleared = 0;
     QObject::connect(shell().inbox(), &TopicListModel::dataChanged, &window(), [&] {
         const int row = shell().inbox()->rowOf(links.at(2)->id.toString());
-        cleared += shell().inbox()->value(row, TopicListModel::CaptureProblem).toString().isEmpty();
+        cleared += shell().inbox()->card(row).captureProblem().isEmpty();
     });
     shell().takeRemedy();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !shell().notice().isEmpty(); }, 20000));

@@ -308,12 +308,12 @@ TEST_F(WindowTest, a_correction_changes_the_score_and_can_be_taken_back) {
     const QString id = window().property("chosenId").toString();
     shell().correct(id, 4, {QStringLiteral("pas fiable")}, QStringLiteral("Vieux"));
     // It now stands lower in the list, and stays the chosen one.
-    EXPECT_EQ(shell().inbox()->value(shell().inbox()->rowOf(id), TopicListModel::Score), 4);
-    EXPECT_EQ(shell().inbox()->value(shell().inbox()->rowOf(id), TopicListModel::FormerScore), 9);
+    EXPECT_EQ(shell().shownScore(id), 4);
+    EXPECT_EQ(shell().inbox()->card(shell().inbox()->rowOf(id)).formerScore(), 9);
     EXPECT_EQ(shell().correctionTags(id), QStringList{QStringLiteral("pas fiable")});
     EXPECT_EQ(window().property("chosenId").toString(), id);
     shell().uncorrect(id);
-    EXPECT_EQ(shell().inbox()->value(shell().inbox()->rowOf(id), TopicListModel::Score), 9);
+    EXPECT_EQ(shell().shownScore(id), 9);
 }
 
 } // namespace
