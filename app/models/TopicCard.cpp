@@ -126,7 +126,7 @@ QString TopicCard::place() const {
 }
 
 QString TopicCard::facts() const {
-    if (m_topic->id.isNull()) {
+    if (topicId().isEmpty()) {
         return {};
     }
     const bool judged = !isBeingRead(*m_topic);
@@ -201,7 +201,7 @@ QString TopicCard::refusal() const {
 }
 
 std::optional<int> TopicCard::score() const {
-    return isBeingRead(*m_topic) ? std::nullopt : shownScore(*m_topic);
+    return topicId().isEmpty() || isBeingRead(*m_topic) ? std::nullopt : shownScore(*m_topic);
 }
 
 ScoreBadge TopicCard::badge() const { return scoreBadge(score()); }
