@@ -8,7 +8,7 @@
 #include "app/window/SingleInstance.h"
 #include "app/wiring/RunTimer.h"
 #include "search/run/RunPlan.h"
-#include "tests/core/Samples.h"
+#include "tests/app/cli/TwoTopics.h"
 #include "tests/support/AppInProcess.h"
 
 #include <QDir>
@@ -31,14 +31,7 @@ protected:
     CommandServerTest() {
         vorle.agent.answerBy(R"({"candidates":{},"brief":"hang"})");
         EXPECT_TRUE(app->lock().tryLock());
-        QList<Topic> topics;
-        for (const char *id :
-             {"AB110000-0000-4000-8000-000000000001", "AB220000-0000-4000-8000-000000000002"}) {
-            Topic topic = test::sampleTopic(QString::fromLatin1(id).left(4));
-            topic.id = QUuid(QString::fromLatin1(id));
-            topics += topic;
-        }
-        app->store().add(topics);
+        app->store().add(test::twoTopics());
         EXPECT_TRUE(app->store().flush());
     }
     ~CommandServerTest() override {

@@ -1,6 +1,6 @@
 // `vorle fiche`, run as a person runs it.
 
-#include "tests/app/TwoTopics.h"
+#include "tests/app/cli/TwoTopics.h"
 #include "tests/support/Wait.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // What follows the search, run as a person runs it: vorle sujets ID, trier, corriger, programme.
 
 #include "core/ScoreProvenanceLog.h"
-#include "tests/app/TwoTopics.h"
+#include "tests/app/cli/TwoTopics.h"
 
 #include <QJsonArray>
 
@@ -220,7 +220,7 @@ TEST_F(Triage, the_program_draws_its_line_where_the_week_is_full) {
 
 TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
     ScoreProvenance note;
-    note.topic = QUuid(QString::fromLatin1(first));
+    note.topic = vorle.topics()[0].id;
     note.at = QDateTime(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
     note.agent = QStringLiteral("claude");
     note.relevance = 6.8;
