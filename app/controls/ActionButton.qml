@@ -40,7 +40,7 @@ T.Button {
         return Math.max(Theme.hit, contentItem.children[0].fullWidth + leftPadding + (keys.length > 0 ? 10 : leftPadding)); // qmllint disable
     }
     // With another key it is a shortcut, and held down it is one press.
-    function press(event: var) {
+    function press(event: KeyEvent) {
         if (!takesReturn || event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
             event.accepted = false;
         } else {

@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // An empty or finished section: a sentence set like a page of a book, and what can be done.
 Item {
@@ -7,7 +8,7 @@ Item {
 
     property string title: ""
     property string text: ""
-    property var buttons: [] // { label, action }, the first being the one to press
+    property var buttons: [] // CardButton
 
     signal act(int action)
 
@@ -54,10 +55,9 @@ Item {
                 model: empty.buttons
 
                 ActionButton {
-                    required property var modelData
-                    required property int index
-                    text: modelData.label
-                    primary: index === 0
+                    required property cardButton modelData
+                    text: modelData.text
+                    primary: modelData.primary
                     onClicked: empty.act(modelData.action)
                 }
             }

@@ -26,7 +26,7 @@ Item {
     Keys.onEnterPressed: event => press(event)
 
     // With another key it is a shortcut, and held down it is one press.
-    function press(event: var) {
+    function press(event: KeyEvent) {
         if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
             event.accepted = false;
         } else {

@@ -1,7 +1,7 @@
 #include "app/models/CardButton.h"
 
 #include "app/labels/DecisionLabels.h"
-#include "app/models/CardParts.h"
+#include "app/models/ListParts.h"
 #include "base/French.h"
 #include "base/Json.h"
 #include "core/Topic.h"

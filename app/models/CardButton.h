@@ -9,7 +9,7 @@
 
 namespace vorle {
 
-/// A button of a card, or of the page that it opens into. A value.
+/// A button of a card, of the page that it opens into, or of a section without topics. A value.
 struct CardButton {
     Q_GADGET
     QML_VALUE_TYPE(cardButton)

@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QKeySequence>
-#include <QVariantMap>
 
 #include <algorithm>
 #include <span>
@@ -301,19 +300,7 @@ void KeyboardMap::setAgent(AgentKind agent) {
     }
 }
 
-QVariantList KeyboardMap::groups() const {
-    QVariantList list;
-    for (const KeyGroup &group : sheet(m_agent, m_spelling)) {
-        QVariantList lines;
-        for (const KeyRow &row : group.rows) {
-            lines.append(QVariantMap{{QStringLiteral("keys"), row.keys},
-                                     {QStringLiteral("label"), row.label}});
-        }
-        list.append(
-            QVariantMap{{QStringLiteral("title"), group.title}, {QStringLiteral("rows"), lines}});
-    }
-    return list;
-}
+QVariantList KeyboardMap::groups() const { return variants(sheet(m_agent, m_spelling)); }
 
 QString KeyboardMap::inboxHint() const {
     return spelled(tr("↑ ↓ pour naviguer · Espace pour agrandir · ⌘Z pour annuler"), m_spelling);

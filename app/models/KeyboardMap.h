@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/AgentKind.h"
+#include "app/models/ListParts.h"
 #include "app/models/Section.h"
 
 #include <QList>
@@ -21,14 +22,28 @@ QString spelled(const QString &glyphs, KeySpelling spelling);
 
 /// A row of the shortcut sheet.
 struct KeyRow {
+    Q_GADGET
+    QML_VALUE_TYPE(keyRow)
+    Q_PROPERTY(QString keys MEMBER keys FINAL)
+    Q_PROPERTY(QString label MEMBER label FINAL)
+
+public:
     QString keys;
     QString label;
     bool operator==(const KeyRow &) const = default;
 };
 struct KeyGroup {
+    Q_GADGET
+    QML_VALUE_TYPE(keyGroup)
+    Q_PROPERTY(QString title MEMBER title FINAL)
+    Q_PROPERTY(QVariantList rows READ rowList FINAL)
+
+public:
     QString title;
     QList<KeyRow> rows;
     bool operator==(const KeyGroup &) const = default;
+
+    QVariantList rowList() const { return variants(rows); }
 };
 
 /// The keys of the main window: one table that both draws the shortcut sheet and says what a key
@@ -37,7 +52,7 @@ class KeyboardMap final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
-    /// The sheet: list of {title, rows: list of {keys, label}}.
+    /// The sheet: a list of KeyGroup.
     Q_PROPERTY(QVariantList groups READ groups NOTIFY groupsChanged FINAL)
     /// The line under the list of "À trier", and the one under an open card.
     Q_PROPERTY(QString inboxHint READ inboxHint CONSTANT FINAL)

@@ -2,6 +2,7 @@
 
 #include "app/labels/RunLabels.h"
 #include "app/labels/Wording.h"
+#include "app/models/ListParts.h"
 
 #include <algorithm>
 
@@ -10,13 +11,13 @@ namespace vorle {
 namespace {
 
 QVariantList scopesOf(const RunReport &report) {
-    QVariantList list;
+    QList<NamedText> list;
     for (const ScopeReport &scope : report.scopes) {
-        list.append(QVariantMap{{QStringLiteral("name"), shownWords(scopeName(scope))},
-                                {QStringLiteral("text"), shownWords(scopeText(scope))},
-                                {QStringLiteral("failed"), scope.failed()}});
+        list.append({.name = shownWords(scopeName(scope)),
+                     .text = shownWords(scopeText(scope)),
+                     .failed = scope.failed()});
     }
-    return list;
+    return variants(list);
 }
 
 QStringList noticesOf(const RunReport &report) {

@@ -2,7 +2,7 @@
 
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
-#include "app/models/KeyboardMap.h"
+#include "app/models/CardButton.h"
 #include "base/FrenchSpacing.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"
@@ -13,8 +13,9 @@ namespace vorle {
 
 namespace {
 
-QVariantMap button(const QString &label, KeyboardMap::Action action) {
-    return {{QStringLiteral("label"), label}, {QStringLiteral("action"), action}};
+QVariant button(const QString &text, KeyboardMap::Action action, bool primary = false) {
+    return QVariant::fromValue(
+        CardButton{.text = text, .keys = {}, .action = action, .primary = primary, .worth = {}});
 }
 
 /// ", 47 min de lecture"; nothing for no time at all.
@@ -55,24 +56,17 @@ QVariant Sections::data(const QModelIndex &index, int role) const {
     }
     const auto section = static_cast<Section>(index.row());
     switch (role) {
-    case SectionRole:
-        return QVariant::fromValue(section);
     case TitleRole:
         return title(section);
     case CountRole:
         return countOf(section);
-    case HasCountRole:
-        return section <= Section::Reserve;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> Sections::roleNames() const {
-    return {{SectionRole, "section"},
-            {TitleRole, "title"},
-            {CountRole, "count"},
-            {HasCountRole, "hasCount"}};
+    return {{TitleRole, "title"}, {CountRole, "count"}};
 }
 
 QString Sections::title(Section section) {
@@ -243,15 +237,15 @@ QVariantList Sections::emptyActions() const {
         return {};
     }
     if (m_current == Section::Program && m_parts.budget.finished() && m_parts.budget.left() > 0) {
-        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow)};
+        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow, true)};
     }
     if (m_current != Section::Inbox) {
         return {};
     }
     if (!m_parts.preferences.settings().lastSearch) {
-        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow)};
+        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow, true)};
     }
-    return {button(tr("Voir le programme"), KeyboardMap::GoProgram),
+    return {button(tr("Voir le programme"), KeyboardMap::GoProgram, true),
             button(tr("Voir la réserve"), KeyboardMap::GoReserve)};
 }
 

@@ -27,15 +27,13 @@ class Sections final : public QAbstractListModel {
     /// The page of the chosen section while it has no topic; empty texts while it has some.
     Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY textsChanged FINAL)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY textsChanged FINAL)
-    /// Its buttons: list of {label, action}, the action one of KeyboardMap's.
+    /// Its buttons: a list of CardButton.
     Q_PROPERTY(QVariantList emptyActions READ emptyActions NOTIFY textsChanged FINAL)
 
 public:
     enum Role {
-        SectionRole = Qt::UserRole, ///< "section": Section
-        TitleRole,                  ///< "title"
-        CountRole,                  ///< "count": int; 0 in the last two sections
-        HasCountRole                ///< "hasCount": bool, whether the menu shows the count
+        TitleRole = Qt::UserRole, ///< "title"
+        CountRole                 ///< "count": int; 0 in the last two sections
     };
 
     struct Parts {

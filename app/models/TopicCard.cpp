@@ -3,7 +3,7 @@
 #include "app/labels/DecisionLabels.h"
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
-#include "app/models/CardParts.h"
+#include "app/models/ListParts.h"
 #include "base/French.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
@@ -36,7 +36,7 @@ QString hostOf(const QString &address) {
 QVariantList changesOf(const Topic &topic) {
     QList<NamedText> list;
     for (const QString &change : topic.changes.value_or(QList<QString>())) {
-        list.append({.name = changeLabel(change), .text = shown(change)});
+        list.append({.name = changeLabel(change), .text = shown(change), .failed = false});
     }
     return variants(list);
 }

@@ -5,7 +5,6 @@
 #include "app/triage/SectionOrder.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
-#include "core/ScoreScale.h"
 
 namespace vorle {
 
@@ -130,14 +129,8 @@ QVariant TopicSearch::data(const QModelIndex &index, int role) const {
     }
     case SectionLabel:
         return statusLabel(topic.status);
-    case Place:
-        return shownWords(topic.project.value_or(topic.interest.value_or(QString())));
-    case Snippet:
-        return withoutHidden(hit.snippet);
     case SnippetStyled:
         return withoutHidden(hit.styled);
-    case Digits:
-        return scoreBadge(shownScore(topic)).digits;
     default:
         return {};
     }
@@ -148,10 +141,7 @@ QHash<int, QByteArray> TopicSearch::roleNames() const {
             {Title, "title"},
             {SectionNumber, "section"},
             {SectionLabel, "sectionLabel"},
-            {Place, "place"},
-            {Snippet, "snippet"},
-            {SnippetStyled, "snippetStyled"},
-            {Digits, "digits"}};
+            {SnippetStyled, "snippetStyled"}};
 }
 
 QString TopicSearch::statusText() const {

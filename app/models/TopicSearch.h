@@ -32,10 +32,8 @@ public:
         Title,
         SectionNumber, ///< "section": a Section's number; -1 for a dismissed topic
         SectionLabel,  ///< "À trier", "Pas pour moi"
-        Place,         ///< the project, else the interest
-        Snippet,       ///< around what was found, on one line
-        SnippetStyled, ///< the same for Text.StyledText: escaped, what was found in bold
-        Digits,        ///< the score's, "" without one
+        SnippetStyled, ///< around what was found, on one line, for Text.StyledText: escaped, and
+                       ///< what was found in bold
     };
     Q_ENUM(Role)
 

@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // "Bilan": the last runs, newest first.
 ListScreen {
@@ -25,8 +26,8 @@ ListScreen {
         required property string dateText
         required property string addedText
         required property string factsText
-        required property var scopes
-        required property var notices
+        required property var scopes // NamedText
+        required property list<string> notices
         required property bool stopped
 
         width: screen.contentWidth
@@ -70,7 +71,7 @@ ListScreen {
 
                 Item {
                     id: scope
-                    required property var modelData
+                    required property namedText modelData
                     width: column.width
                     implicitHeight: Math.max(name.implicitHeight, found.implicitHeight)
 

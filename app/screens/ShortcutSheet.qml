@@ -1,11 +1,12 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // "Raccourcis clavier": drawn from the table that dispatches the keys.
 Panel {
     id: sheet
 
-    required property var groups // [{ title, rows: [{ keys, label }] }]
+    required property var groups // KeyGroup
 
     name: qsTr("Raccourcis clavier")
     sheetWidth: 860
@@ -31,7 +32,7 @@ Panel {
 
                 Column {
                     id: group
-                    required property var modelData
+                    required property keyGroup modelData
                     width: (parent.width - 36) / 2
                     spacing: 7
 
@@ -47,7 +48,7 @@ Panel {
 
                         Item {
                             id: line
-                            required property var modelData
+                            required property keyRow modelData
                             width: group.width
                             implicitHeight: Math.max(cap.implicitHeight, words.implicitHeight)
 

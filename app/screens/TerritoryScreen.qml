@@ -18,7 +18,7 @@ ListScreen {
 
         required property string name
         required property string detail
-        required property var labels
+        required property list<string> labels
         required property int weight
 
         width: screen.contentWidth

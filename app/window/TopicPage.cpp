@@ -1,7 +1,7 @@
 #include "app/window/TopicPage.h"
 
 #include "app/labels/Wording.h"
-#include "app/models/CardParts.h"
+#include "app/models/ListParts.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
@@ -72,7 +72,7 @@ QVariantList TopicPage::grades() const {
 QVariantList TopicPage::facts() const {
     QList<NamedText> list;
     for (const ScoreExplanation::Fact &fact : m_score.facts) {
-        list.append({fact.label, shownWords(fact.text)});
+        list.append({.name = fact.label, .text = shownWords(fact.text), .failed = false});
     }
     return variants(list);
 }

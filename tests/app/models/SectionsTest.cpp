@@ -1,4 +1,4 @@
-#include "app/models/KeyboardMap.h"
+#include "app/models/CardButton.h"
 #include "tests/app/models/SectionsShelf.h"
 #include "tests/support/Text.h"
 
@@ -14,8 +14,8 @@ using test::text;
 class SectionsTest : public testing::Test, public test::SectionsShelf {
 protected:
     QString page() const { return sections.emptyTitle() + u'|' + sections.emptyText(); }
-    int actionAt(int button) const {
-        return sections.emptyActions().value(button).toMap().value(text("action")).toInt();
+    KeyboardMap::Action actionAt(int button) const {
+        return sections.emptyActions().value(button).value<CardButton>().action;
     }
 
     QAbstractItemModelTester tester{&sections,

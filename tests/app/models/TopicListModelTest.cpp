@@ -1,6 +1,6 @@
 #include "app/labels/TopicLabels.h"
-#include "app/models/CardParts.h"
 #include "app/models/Decisions.h"
+#include "app/models/ListParts.h"
 #include "app/models/ProgramBudget.h"
 #include "tests/app/models/Watched.h"
 #include "tests/support/Wait.h"

@@ -2,7 +2,7 @@
 
 #include "app/window/TopicPage.h"
 
-#include "app/models/CardParts.h"
+#include "app/models/ListParts.h"
 #include "briefs/BriefWriter.h"
 #include "core/Preferences.h"
 #include "tests/core/Samples.h"

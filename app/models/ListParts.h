@@ -7,18 +7,21 @@
 
 namespace vorle {
 
-// What the lists of a card and of its page hold: values, worded.
+// What the lists of the screens hold: values, worded.
 
-/// A text with a word on what it is: a change and its sort, a fact and its name.
+/// A text with a word on what it is: a change and its sort, a fact and its name, what a scope of a
+/// run came to.
 struct NamedText {
     Q_GADGET
     QML_VALUE_TYPE(namedText)
     Q_PROPERTY(QString name MEMBER name FINAL)
     Q_PROPERTY(QString text MEMBER text FINAL)
+    Q_PROPERTY(bool failed MEMBER failed FINAL)
 
 public:
     QString name; ///< may be empty
     QString text;
+    bool failed = false; ///< it tells of a failure
 
     bool operator==(const NamedText &) const = default;
 };
