@@ -3,6 +3,7 @@
 #include "agents/TemporaryFiles.h"
 #include "app/wiring/Application.h"
 #include "tests/support/Program.h"
+#include "tests/support/Settle.h"
 #include "tests/support/Variables.h"
 #include "tests/support/Wait.h"
 

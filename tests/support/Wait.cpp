@@ -3,10 +3,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QThreadPool>
 #include <QTimer>
-
-#include <gtest/gtest.h>
 
 namespace vorle::test {
 
@@ -19,19 +16,6 @@ void spinUntil(const std::function<bool()> &done, std::chrono::milliseconds dead
             throw std::runtime_error("the awaited thing did not happen before the deadline");
         }
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-}
-
-void settle(const std::function<bool()> &idle) {
-    QThreadPool &pool = *QThreadPool::globalInstance();
-    try {
-        spinUntil([&] { return idle() && pool.activeThreadCount() == 0; });
-        do { // what the pool's last work resumes may give it more
-            pool.waitForDone();
-            QCoreApplication::processEvents();
-        } while (pool.activeThreadCount() > 0);
-    } catch (const std::exception &error) {
-        ADD_FAILURE() << error.what();
     }
 }
 

@@ -14,11 +14,6 @@ namespace vorle::test {
 void spinUntil(const std::function<bool()> &done,
                std::chrono::milliseconds deadline = std::chrono::seconds(30));
 
-/// Runs the event loop until `idle()` holds and nothing that was handed to the thread pool is under
-/// way or still to be taken up: what tests end with, so that no coroutine is left waiting. Fails
-/// the test past the deadline; throws nothing.
-void settle(const std::function<bool()> &idle = [] { return true; });
-
 /// Runs the event loop until the task ends; gives its value or rethrows what it threw.
 template <class T>
 T waitFor(Task<T> task, std::chrono::milliseconds deadline = std::chrono::seconds(30)) {

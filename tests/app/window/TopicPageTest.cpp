@@ -7,6 +7,7 @@
 #include "core/Preferences.h"
 #include "tests/core/Samples.h"
 #include "tests/support/ScriptedAgent.h"
+#include "tests/support/Settle.h"
 #include "tests/support/Wait.h"
 
 #include <QSignalSpy>

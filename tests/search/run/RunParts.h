@@ -8,6 +8,7 @@
 #include "search/web/PageReader.h"
 #include "search/web/SourceImage.h"
 #include "tests/support/ScriptedAgent.h"
+#include "tests/support/Settle.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Wait.h"
 

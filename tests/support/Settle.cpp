@@ -1,0 +1,25 @@
+#include "tests/support/Settle.h"
+
+#include "tests/support/Wait.h"
+
+#include <QCoreApplication>
+#include <QThreadPool>
+
+#include <gtest/gtest.h>
+
+namespace vorle::test {
+
+void settle(const std::function<bool()> &idle) {
+    QThreadPool &pool = *QThreadPool::globalInstance();
+    try {
+        spinUntil([&] { return idle() && pool.activeThreadCount() == 0; });
+        do { // what the pool's last work resumes may give it more
+            pool.waitForDone();
+            QCoreApplication::processEvents();
+        } while (pool.activeThreadCount() > 0);
+    } catch (const std::exception &error) {
+        ADD_FAILURE() << error.what();
+    }
+}
+
+} // namespace vorle::test

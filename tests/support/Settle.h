@@ -1,0 +1,12 @@
+#pragma once
+
+#include <functional>
+
+namespace vorle::test {
+
+/// Runs the event loop until `idle()` holds and nothing that was handed to the thread pool is under
+/// way or still to be taken up: what tests end with, so that no coroutine is left waiting. Fails
+/// the test past the deadline; throws nothing.
+void settle(const std::function<bool()> &idle = [] { return true; });
+
+} // namespace vorle::test
