@@ -2,8 +2,23 @@
 
 namespace vorle {
 
+namespace {
+
+QString fileName() { return QStringLiteral("score-notes.json"); }
+
+} // namespace
+
 ScoreProvenanceLog::ScoreProvenanceLog(const TopicStore &store, const Clock &clock)
-    : m_records(store, clock,
-                {QStringLiteral("score-notes.json"), QStringLiteral("the notes on scores")}) {}
+    : m_records(store, clock, {fileName(), QStringLiteral("the notes on scores")}) {}
+
+void ScoreProvenanceLog::replace(const QString &topicsFile, const QList<ScoreProvenance> &notes) {
+    try {
+        replaceWhole(sidecarPath(topicsFile, fileName()),
+                     json::encode(notes, json::Style::Pretty) + '\n');
+    } catch (const std::exception &error) {
+        logLine(QStringLiteral("the notes on scores could not be kept: ") +
+                QString::fromLocal8Bit(error.what()));
+    }
+}
 
 } // namespace vorle

@@ -53,6 +53,10 @@ class ScoreProvenanceLog {
 public:
     ScoreProvenanceLog(const TopicStore &store, const Clock &clock);
 
+    /// Puts these notes in the place of all those kept beside `topicsFile`, for a log that is made
+    /// afterwards. A failure is logged.
+    static void replace(const QString &topicsFile, const QList<ScoreProvenance> &notes);
+
     /// The topic's note, or nothing.
     std::optional<ScoreProvenance> note(const QUuid &topic) { return m_records.of(topic); }
     /// Takes these notes, in the place of older ones of the same topics, and has them written.

@@ -40,8 +40,8 @@ class TopicStore final : public QObject {
     Q_OBJECT
 public:
     enum class Kind {
-        Real,   ///< the user's own topics
-        Demo,   ///< demonstration topics in a file of their own, seeded afresh at each start
+        Real, ///< the user's own topics
+        Demo, ///< topics to sort and a past (see demoPast) in a file of their own, afresh each time
         Preview ///< no file is read or written
     };
 
@@ -127,8 +127,7 @@ public:
     /// topic.
     bool addSources(const QUuid &id, const QList<TopicSource> &sources);
 
-    /// The last runs, oldest first, with what became of their topics by now. The demonstration has
-    /// a past of its own, from the resource "demo-history", up to a week ago. Read at each call.
+    /// The last runs, oldest first, with what became of their topics by now. Read at each call.
     QList<RunReport> history() const;
     /// A run ended: its report joins the history.
     void addRun(const RunReport &report);
@@ -181,7 +180,7 @@ private:
     void load();
     bool readFile();
     void seed();
-    void seedHistory() const;
+    QList<Topic> sampleTopics() const;
     void replaceAll(QList<Topic> topics);
     bool change(const QUuid &id, const std::function<void(Topic &)> &edit);
     bool decide(const QUuid &id, TopicStatus status, std::optional<Worth> worth = std::nullopt);

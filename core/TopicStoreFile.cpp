@@ -4,8 +4,10 @@
 #include "base/Log.h"
 #include "base/MainThread.h"
 #include "base/SystemErrorText.h"
+#include "core/DemoPast.h"
 #include "core/EngineImport.h"
 #include "core/RunHistory.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
 #include "core/TopicWriter.h"
 #include "storage/DurableFile.h"
@@ -113,9 +115,6 @@ void TopicStore::load() {
     if (!loaded && (isDemo() || qEnvironmentVariableIsSet("VORLE_SAMPLE_DATA"))) {
         seed();
     }
-    if (isDemo()) {
-        seedHistory();
-    }
 }
 
 bool TopicStore::readFile() {
@@ -183,34 +182,36 @@ std::optional<QString> TopicStore::notice() const {
 }
 
 void TopicStore::seed() {
-    const auto data =
-        m_resources.data(QStringLiteral("search-tiravue-2026-10-26"), QStringLiteral("json"));
-    if (!data) {
-        return;
+    QList<Topic> topics = sampleTopics();
+    if (isDemo()) {
+        const auto data = m_resources.data(QStringLiteral("demo-history"), QStringLiteral("json"));
+        try {
+            DemoPast past = demoPast(data.value_or(QByteArray()), topics, m_clock.now());
+            topics = std::move(past.topics);
+            RunHistory(m_file).replace(std::move(past.runs));
+            ScoreProvenanceLog::replace(m_file, past.notes);
+        } catch (const json::DecodeError &error) {
+            logLine(QStringLiteral("the demonstration's past could not be read: ") +
+                    QString::fromUtf8(error.what()));
+        }
     }
-    try {
-        replaceAll(importTopics(*data, QStringLiteral("Tiravue"), m_clock.now()));
+    if (!topics.isEmpty()) {
+        replaceAll(std::move(topics));
         save();
-    } catch (const json::DecodeError &error) {
-        logLine(QStringLiteral("the sample topics could not be read: ") +
-                QString::fromUtf8(error.what()));
     }
 }
 
-/// The demonstration's past ends a week before it starts, at the hour it is now.
-void TopicStore::seedHistory() const {
-    const auto data = m_resources.data(QStringLiteral("demo-history"), QStringLiteral("json"));
+/// What the first start shows in "À trier".
+QList<Topic> TopicStore::sampleTopics() const {
+    const auto data =
+        m_resources.data(QStringLiteral("search-tiravue-2026-10-26"), QStringLiteral("json"));
     try {
-        auto reports = data ? json::decode<QList<RunReport>>(*data) : QList<RunReport>();
-        const QDateTime last = m_clock.now().addDays(-7);
-        const qint64 shift = reports.isEmpty() ? 0 : reports.last().date.secsTo(last);
-        for (RunReport &report : reports) {
-            report.date = report.date.addSecs(shift);
-        }
-        RunHistory(m_file).replace(std::move(reports));
+        return data ? importTopics(*data, QStringLiteral("Tiravue"), m_clock.now())
+                    : QList<Topic>();
     } catch (const json::DecodeError &error) {
-        logLine(QStringLiteral("the demonstration's past could not be read: ") +
+        logLine(QStringLiteral("the sample topics could not be read: ") +
                 QString::fromUtf8(error.what()));
+        return {};
     }
 }
 

@@ -93,10 +93,13 @@ TEST_F(FouilleTest, the_demonstration_goes_the_whole_road) {
     int added = 0;
     int unread = 0;
     QSet<int> scores;
+    int before = 0;
     for (const Topic &topic : vorle.topics("demo-topics.json")) {
-        EXPECT_EQ(topic.status, TopicStatus::Inbox);
-        if (topic.mainSource()->url.startsWith(u"http://127.0.0.1:")) {
+        if (!topic.mainSource()->url.startsWith(u"http://127.0.0.1:")) {
+            ++before;
+        } else {
             ++added;
+            EXPECT_EQ(topic.status, TopicStatus::Inbox);
             EXPECT_FALSE(topic.why.isEmpty());
             unread += topic.readLevel == ReadLevel::None ? 1 : 0;
             scores.insert(topic.score);
@@ -110,18 +113,21 @@ TEST_F(FouilleTest, the_demonstration_goes_the_whole_road) {
     EXPECT_GE(scores.size(), 4);
     const auto notes =
         json::decode<QList<ScoreProvenance>>(vorle.read("data/vorle/demo-topics-score-notes.json"));
-    EXPECT_EQ(notes.size(), added) << "what stood behind each score is kept, dug-up pages too";
+    constexpr int unnoted = 12; // of the sample, which are to be sorted
+    EXPECT_EQ(notes.size(), before - unnoted + added)
+        << "what stood behind each score is kept, dug-up pages too";
     for (const ScoreProvenance &note : notes) {
         EXPECT_EQ(note.agent, QStringLiteral("claude"));
         EXPECT_GT(note.bytesRead, 0);
     }
     const auto runs =
         json::decode<QList<RunReport>>(vorle.read("data/vorle/demo-topics-runs.json"));
-    ASSERT_EQ(runs.size(), 7) << "the demonstration has a past, and this run joins it";
-    EXPECT_EQ(runs[5].date.secsTo(runs[6].date) / 86'400, 7);
-    EXPECT_EQ(runs[6].added, added);
-    ASSERT_EQ(runs[6].sites.value_or(QList<SiteReport>()).size(), 1);
-    EXPECT_GT(runs[6].sites->first().found, 0);
+    ASSERT_GT(runs.size(), 1) << "the demonstration has a past, and this run joins it";
+    const RunReport &latest = runs.last();
+    EXPECT_LT(runs[runs.size() - 2].date, latest.date);
+    EXPECT_EQ(latest.added, added);
+    ASSERT_EQ(latest.sites.value_or(QList<SiteReport>()).size(), 1);
+    EXPECT_GT(latest.sites->first().found, 0);
     EXPECT_TRUE(vorle.topics().isEmpty()) << "the real topics are left alone";
     EXPECT_FALSE(QFile::exists(vorle.settingsFile())) << "so are the real settings";
 }
