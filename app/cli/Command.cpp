@@ -1,6 +1,7 @@
 #include "app/cli/Command.h"
 
 #include "app/cli/CommandForwarding.h"
+#include "app/cli/TopicArgument.h"
 #include "app/transfer/TopicArchive.h"
 #include "base/French.h"
 #include "base/SystemErrorText.h"
@@ -12,11 +13,12 @@ namespace vorle::cli {
 
 const QList<Command> &commands() {
     static const QString json = QStringLiteral("json");
+    static const QString demo = QStringLiteral("demo");
     static const QList<Command> all{
         {.name = QStringLiteral("fouille"),
          .synopsis = QStringLiteral("[--demo]"),
          .summary = French::tr("lance une fouille et montre ce qu’elle rapporte"),
-         .flags = {json, QStringLiteral("demo")},
+         .flags = {json, demo},
          .throughApp = true,
          .run = fouille},
         {.name = QStringLiteral("consignes"),
@@ -25,12 +27,13 @@ const QList<Command> &commands() {
          .flags = {json},
          .run = consignes},
         {.name = QStringLiteral("sujets"),
-         .synopsis = QStringLiteral("[ID | --statut S]"),
+         .synopsis = QStringLiteral("[ID | --statut S] [--demo]"),
          .summary = French::tr("liste tes sujets ; avec un identifiant, ouvre ce sujet et "
                                "montre de quoi sa note est faite"),
          .most = 1,
-         .flags = {json},
+         .flags = {json, demo},
          .options = {QStringLiteral("statut")},
+         .throughApp = true,
          .run = sujets},
         {.name = QStringLiteral("trier"),
          .synopsis = French::tr("ID garder|plus-tard|pas-pour-moi|fait|retirer|retrier "
@@ -52,16 +55,18 @@ const QList<Command> &commands() {
          .throughApp = true,
          .run = corriger},
         {.name = QStringLiteral("programme"),
-         .synopsis = {},
+         .synopsis = QStringLiteral("[--demo]"),
          .summary = French::tr("montre ce qui tient dans ta semaine, et ce qui attend"),
-         .flags = {json},
+         .flags = {json, demo},
+         .throughApp = true,
          .run = programme},
         {.name = QStringLiteral("bilan"),
-         .synopsis = QStringLiteral("[--periode semaine|mois|annee] [--markdown]"),
+         .synopsis = QStringLiteral("[--periode semaine|mois|annee] [--markdown] [--demo]"),
          .summary = French::tr("dit ce que ta veille a donné : trouvé, gardé, fait, le temps, "
                                "les sources, le coût"),
-         .flags = {json, QStringLiteral("markdown")},
+         .flags = {json, QStringLiteral("markdown"), demo},
          .options = {QStringLiteral("periode")},
+         .throughApp = true,
          .run = bilan},
         {.name = QStringLiteral("calibrer"),
          .synopsis = QStringLiteral("[--passer | --reprendre]"),
@@ -99,11 +104,12 @@ const QList<Command> &commands() {
          .flags = {json},
          .run = decouverte},
         {.name = QStringLiteral("reflexes"),
-         .synopsis = QStringLiteral("[couper ID | remettre ID | repartir --oui]"),
+         .synopsis = QStringLiteral("[couper ID | remettre ID | repartir --oui] [--demo]"),
          .summary = French::tr("montre ce que j’ai appris de tes tris ; coupe ou remet un "
                                "réflexe, ou repart de zéro"),
          .most = 2,
-         .flags = {json, QStringLiteral("oui")},
+         .flags = {json, QStringLiteral("oui"), demo},
+         .throughApp = true,
          .run = reflexes},
         {.name = QStringLiteral("projet"),
          .synopsis = French::tr("[ajouter DOSSIER [--nom N] [--description D] | retirer NOM]"),
@@ -184,6 +190,12 @@ ExitStatus concluded(Context &context, ExitStatus status) {
 Task<ExitStatus> ran(const Command &command, Context &context) {
     QString text;
     try {
+        // A demonstration's topics are made anew where they are opened: not under whoever shows
+        // them already.
+        if (context.arguments.flags.contains(QStringLiteral("demo")) &&
+            !context.app.lock().isHeld()) {
+            co_await holdTopics(context);
+        }
         co_return co_await command.run(context);
     } catch (const CommandForwarded &handed) {
         co_return handed.status();

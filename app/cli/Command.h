@@ -63,8 +63,8 @@ struct Command {
     qsizetype most = 0;
     QStringList flags = {};
     QStringList options = {}; ///< those that take a value
-    /// It changes topics and asks nothing at the keyboard: an app that holds the topics runs it
-    /// for a terminal.
+    /// It asks for the right to change the topics, if only a demonstration's, and nothing at the
+    /// keyboard: an app that has that right runs it for a terminal.
     bool throughApp = false;
     Task<ExitStatus> (*run)(Context &context);
 };

@@ -2,6 +2,7 @@
 
 #include "core/RunReport.h"
 #include "core/ScoreProvenanceLog.h"
+#include "storage/StoreLock.h"
 #include "tests/support/Program.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Wait.h"
@@ -130,6 +131,27 @@ TEST_F(FouilleTest, the_demonstration_goes_the_whole_road) {
     EXPECT_GT(latest.sites->first().found, 0);
     EXPECT_TRUE(vorle.topics().isEmpty()) << "the real topics are left alone";
     EXPECT_FALSE(QFile::exists(vorle.settingsFile())) << "so are the real settings";
+}
+
+TEST_F(FouilleTest, the_demonstration_is_not_made_anew_under_whoever_shows_it) {
+    const char *file = "data/vorle/demo-topics.json";
+    const QByteArray shown = "what is shown";
+    ASSERT_TRUE(QDir().mkpath(vorle.path("data/vorle")));
+    vorle.write(file, shown);
+    StoreLock elsewhere(vorle.path(file));
+    ASSERT_TRUE(elsewhere.tryLock());
+    QProcess &bilan = vorle.start("bilan --periode mois --demo --json");
+    QByteArray told;
+    test::spinUntil([&] {
+        told += bilan.readAllStandardError();
+        return told.contains("j’attends qu’elle finisse");
+    });
+    EXPECT_EQ(vorle.read(file), shown);
+    elsewhere.release();
+    const Program::Outcome outcome = Program::end(bilan);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_GT(outcome.object()[u"done"].toInt(), 0);
+    EXPECT_GT(vorle.topics("demo-topics.json").size(), 12);
 }
 
 TEST_F(FouilleTest, a_run_may_not_reach_this_machine_unless_told) {
