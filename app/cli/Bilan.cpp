@@ -120,11 +120,11 @@ void printPage(const Console &console, const WatchFigures &figures, const Report
     section(timeSentence(figures), timeLines(figures, period, zone), figures.minutes > 0);
     section(scoresSentence(figures), scoreLines(figures), figures.found.decided() > 0);
     section(sourcesSentence(figures), sourceLines(figures), figures.found.kept > 0);
-    QString own = correctionsSentence(figures);
+    QString own = console.wrapped(correctionsSentence(figures), 0);
     if (const QString reflexes = reflexesSentence(figures); !reflexes.isEmpty()) {
-        own += u'\n' + reflexes;
+        own += u'\n' + console.wrapped(reflexes, 0);
     }
-    blocks += console.wrapped(own, 0);
+    blocks += own;
     section(runsSentence(figures), stepLines(figures), !figures.steps.isEmpty());
     console.print(blocks.join(QStringLiteral("\n\n")));
 }
