@@ -4,8 +4,10 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
-    controls/ActionButton.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
-    controls/ChangeRow.qml controls/Chapter.qml controls/Chip.qml controls/Choice.qml controls/CriterionBar.qml controls/EmptyState.qml
+    controls/ActionButton.qml controls/BarGroups.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
+    controls/ChangeRow.qml controls/ChartBar.qml controls/CostCard.qml controls/Figure.qml controls/FigureCard.qml controls/LegendMark.qml
+    controls/PeriodChoice.qml controls/ReportScope.qml controls/ShareStack.qml controls/SourceBars.qml controls/TimeBars.qml
+    controls/Chapter.qml controls/Chip.qml controls/Choice.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
@@ -16,7 +18,7 @@ set(VORLE_QML
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CardSight.qml
     screens/ClosingPanel.qml screens/CorrectionPanel.qml
     screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
-    screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionPlace.qml screens/SettingsPanel.qml
+    screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionPlace.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
     screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)

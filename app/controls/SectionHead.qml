@@ -9,6 +9,7 @@ Item {
     required property string subtitle
     property string searchKeys: ""
     property alias below: extra.data // one item, under the title
+    property alias corner: corner.data // one item, in the place of the way to the search
 
     signal searchAsked
 
@@ -21,7 +22,7 @@ Item {
         spacing: 2
 
         Title {
-            width: parent.width - search.width - 16
+            width: parent.width - Math.max(search.visible ? search.width : 0, corner.width) - 16
             text: head.title
             size: Theme.titleScreen
         }
@@ -39,8 +40,15 @@ Item {
         width: parent.width
         height: children.length > 0 && children[0].visible ? children[0].implicitHeight : 0
     }
+    Item {
+        id: corner
+        anchors.right: parent.right
+        y: 36
+        width: children.length > 0 ? children[0].implicitWidth : 0
+    }
     SearchButton {
         id: search
+        visible: corner.children.length === 0
         anchors.right: parent.right
         y: 32 // the line under the title passes below it
         keys: head.searchKeys

@@ -51,6 +51,64 @@ QString scopeText(const ScopeReport &scope) {
                           : counted(scope.found, French::tr("lien"), French::tr("liens"));
 }
 
+QString scopeRemark(const ScopeReport &scope) {
+    QStringList parts;
+    const auto add = [&parts](int count, const QString &one, const QString &many) {
+        if (count > 0) {
+            parts += counted(count, one, many);
+        }
+    };
+    add(scope.known, French::tr("déjà connu"), French::tr("déjà connus"));
+    add(scope.merged, French::tr("en double"), French::tr("en double"));
+    add(scope.refused, French::tr("sans adresse web"), French::tr("sans adresse web"));
+    return parts.join(QStringLiteral(", "));
+}
+
+QString pagesText(const RunReport &report) {
+    QStringList parts;
+    const auto add = [&parts](int count, const QString &text) {
+        if (count > 0) {
+            parts += text.arg(numberText(count));
+        }
+    };
+    add(report.read.full, French::tr("%1 en entier"));
+    add(report.read.seen, French::tr("%1 en partie"));
+    add(report.read.meta, French::tr("%1 par leur titre et leur description"));
+    if (report.read.none > 0) {
+        QString none = counted(report.read.none, French::tr("illisible"), French::tr("illisibles"));
+        if (report.dug > 0) {
+            none += French::tr(", dont %1")
+                        .arg(counted(report.dug, French::tr("retrouvée ailleurs"),
+                                     French::tr("retrouvées ailleurs")));
+        }
+        parts += none;
+    }
+    return parts.isEmpty() ? QString()
+                           : French::tr("Pages\u00A0: %1.").arg(parts.join(QStringLiteral(", ")));
+}
+
+QString problemText(const RunReport &report) {
+    if (report.failed) {
+        return French::tr("a échoué");
+    }
+    if (report.cancelled) {
+        return French::tr("arrêtée par toi");
+    }
+    QStringList failed;
+    for (const ScopeReport &scope : report.scopes) {
+        if (scope.failed()) {
+            failed += shownWords(scopeName(scope)).simplified();
+        }
+    }
+    if (failed.size() == 1) {
+        return French::tr("%1\u00A0: pas de réponse").arg(failed.first());
+    }
+    return failed.isEmpty() ? QString()
+                            : French::tr("%1 sans réponse")
+                                  .arg(counted(failed.size(), French::tr("recherche"),
+                                               French::tr("recherches")));
+}
+
 QStringList runNotices(const RunReport &report) {
     QStringList notices;
     if (report.failed) {
@@ -80,8 +138,9 @@ QStringList runNotices(const RunReport &report) {
 
 QString secondsText(double seconds) {
     const auto whole = static_cast<qint64>(std::lround(std::clamp(seconds, 0.0, 1e6)));
-    return whole < 60 ? French::tr("%1 s").arg(whole)
-                      : French::tr("%1 min %2 s").arg(whole / 60).arg(whole % 60);
+    return whole < 60        ? French::tr("%1 s").arg(whole)
+           : whole % 60 == 0 ? French::tr("%1 min").arg(whole / 60)
+                             : French::tr("%1 min %2 s").arg(whole / 60).arg(whole % 60);
 }
 
 QString costText(double usd) {

@@ -22,11 +22,20 @@ QString runFactsText(const RunReport &report);
 QString scopeName(const ScopeReport &scope);
 /// "12 liens", or why it failed.
 QString scopeText(const ScopeReport &scope);
+/// What became of some of its links: "3 déjà connus, 1 en double, 1 illisible comme adresse"; ""
+/// when none was left out.
+QString scopeRemark(const ScopeReport &scope);
+/// How far pages could be read: "Pages : 33 en entier, 3 illisibles, dont 1 retrouvée ailleurs.";
+/// "" when none was tried.
+QString pagesText(const RunReport &report);
+/// In a word, what was wrong with the run: "a échoué", "arrêtée par toi", "Potager : pas de
+/// réponse"; "" for nothing.
+QString problemText(const RunReport &report);
 /// What else the report has to tell, a line each: why it failed, warnings, sites in trouble, links
 /// set aside or not judged, scopes without anything.
 QStringList runNotices(const RunReport &report);
 
-/// "42 s", "1 min 12 s".
+/// "42 s", "2 min", "1 min 12 s".
 QString secondsText(double seconds);
 /// "0,50 $"
 QString costText(double usd);

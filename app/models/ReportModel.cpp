@@ -3,6 +3,7 @@
 #include "app/labels/RunLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
+#include "base/WebLink.h"
 
 #include <algorithm>
 
@@ -10,14 +11,34 @@ namespace vorle {
 
 namespace {
 
-QVariantList scopesOf(const RunReport &report) {
-    QList<NamedText> list;
+QList<ReportLine> scopesOf(const RunReport &report) {
+    QList<ReportLine> lines;
     for (const ScopeReport &scope : report.scopes) {
-        list.append({.name = shownWords(scopeName(scope)),
-                     .text = shownWords(scopeText(scope)),
-                     .failed = scope.failed()});
+        lines += ReportLine{shownWords(scopeName(scope)), shownWords(scopeText(scope)),
+                            scopeRemark(scope), scope.failed()};
     }
-    return variants(list);
+    return lines;
+}
+
+/// Links that were not judged: those set apart are told one by one among the notices. A flood of
+/// them tells no more than its beginning.
+QList<ReportLine> linksOf(const RunReport &report) {
+    constexpr qsizetype maxShown = 30;
+    QList<ReportLine> lines;
+    const auto add = [&lines](const QList<DroppedLink> &links) {
+        for (const DroppedLink &link : links) {
+            if (lines.size() < maxShown) {
+                lines += ReportLine{
+                    shownWords(link.title.isEmpty() ? WebLink::shown(link.url) : link.title),
+                    {},
+                    shownWords(link.reason),
+                    false};
+            }
+        }
+    };
+    add(report.unjudged);
+    add(report.surplus.value_or(QList<DroppedLink>()));
+    return lines;
 }
 
 QStringList noticesOf(const RunReport &report) {
@@ -63,13 +84,15 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const {
     case FactsText:
         return runFactsText(report);
     case Scopes:
-        return scopesOf(report);
+        return variants(scopesOf(report));
+    case Pages:
+        return pagesText(report);
+    case Links:
+        return variants(linksOf(report));
     case Notices:
         return noticesOf(report);
-    case Stopped:
-        return report.cancelled;
-    case Failed:
-        return report.failed.has_value();
+    case Problem:
+        return problemText(report);
     default:
         return {};
     }
@@ -77,8 +100,8 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const {
 
 QHash<int, QByteArray> ReportModel::roleNames() const {
     return {{DateText, "dateText"}, {AddedText, "addedText"}, {FactsText, "factsText"},
-            {Scopes, "scopes"},     {Notices, "notices"},     {Stopped, "stopped"},
-            {Failed, "failed"}};
+            {Scopes, "scopes"},     {Pages, "pages"},         {Notices, "notices"},
+            {Links, "links"},       {Problem, "problem"}};
 }
 
 } // namespace vorle

@@ -9,6 +9,24 @@
 
 namespace vorle {
 
+/// A line of a run's report.
+struct ReportLine {
+    Q_GADGET
+    QML_VALUE_TYPE(reportLine)
+    Q_PROPERTY(QString name MEMBER name FINAL)
+    Q_PROPERTY(QString text MEMBER text FINAL)
+    Q_PROPERTY(QString remark MEMBER remark FINAL)
+    Q_PROPERTY(bool failed MEMBER failed FINAL)
+
+public:
+    QString name;
+    QString text;
+    QString remark;
+    bool failed = false;
+
+    bool operator==(const ReportLine &) const = default;
+};
+
 /// "Bilan": the last runs, newest first, each in words. Main thread.
 class ReportModel final : public QAbstractListModel {
     Q_OBJECT
@@ -21,10 +39,11 @@ public:
         DateText = Qt::UserRole, ///< "lundi 16 novembre à 8:04"
         AddedText,               ///< "12 sujets", "Aucun sujet"
         FactsText,               ///< "48 liens trouvés · 40 pages lues · 3 min 20 s · 0,42 $"
-        Scopes,                  ///< list of {name, text, failed}
+        Scopes,                  ///< of ReportLine: each scope, its links, what became of some
+        Pages,                   ///< "Pages : 33 en entier, 3 illisibles."; "" where none was read
         Notices,                 ///< list of strings: warnings, sites without news, what had none
-        Stopped,                 ///< bool, the run was stopped by hand
-        Failed                   ///< bool, nothing came of it; the notices say why
+        Links,                   ///< of ReportLine: links that were not judged, each with why
+        Problem                  ///< in a word, what was wrong: "arrêtée par toi"; "" for nothing
     };
     Q_ENUM(Role)
 

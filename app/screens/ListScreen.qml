@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -10,6 +11,7 @@ SectionScreen {
 
     property string subtitle: ""
     property alias list: list
+    property alias corner: head.corner // see SectionHead
     readonly property real contentWidth: list.width - 2 * Theme.margin
 
     Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && sight.takes(event.key)
@@ -24,6 +26,7 @@ SectionScreen {
     InSight {
         id: sight
         view: list
+        focused: screen.current ? screen.Window.activeFocusItem : null
     }
     SectionHead {
         id: head
@@ -51,5 +54,16 @@ SectionScreen {
         Accessible.role: Accessible.List
         Accessible.name: screen.title
         T.ScrollBar.vertical: ScrollLine {}
+        // What stands over the rows may grow: one who looks at it goes on looking at it.
+        property real fromTop: 0
+        onContentYChanged: fromTop = contentY - originY
+        onOriginYChanged: contentY = originY + fromTop
+        // Into the list: the chain of all items would go round by the menu.
+        Keys.onTabPressed: event => {
+            event.accepted = Window.activeFocusItem === list;
+            if (event.accepted) {
+                (headerItem ?? contentItem).nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+            }
+        }
     }
 }

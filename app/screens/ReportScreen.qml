@@ -2,106 +2,53 @@ import QtQuick
 import Vorle
 import Vorle.Models
 
-// "Bilan": the last runs, newest first.
+// "Bilan": the figures of a week, a month or a year, then the runs' reports, newest first.
 ListScreen {
     id: screen
 
     readonly property ReportModel model: shell.report
+    readonly property FiguresModel figures: shell.figures
 
-    subtitle: model.count === 0 ? "" : model.count === 1 ? qsTr("Ta première fouille") : qsTr("Tes %1 dernières fouilles").arg(model.count)
-    onCurrentChanged: if (current) model.refresh()
+    subtitle: figures.isEmpty ? "" : figures.subtitle
     list.model: model
-    list.spacing: Theme.cardGap
-    list.anchors.topMargin: 22
+    list.currentIndex: -1 // the keyboard rests on no report
+    onCurrentChanged: look()
+    Component.onCompleted: look()
 
+    function look() {
+        figures.active = current;
+        if (current) {
+            model.refresh();
+        }
+    }
+    // A picture of the figures, at twice their size.
+    function keepPicture() {
+        const page = list.headerItem as ReportHead;
+        const path = figures.freePath("png");
+        page.picture.grabToImage(result => figures.tellKept(path, path.length > 0 && result.saveToFile(path)), Qt.size(2 * page.picture.width, 2 * page.picture.height));
+    }
+
+    corner: PeriodChoice {
+        visible: !screen.figures.isEmpty
+        figures: screen.figures
+    }
     EmptyState {
         anchors.fill: parent
-        visible: screen.list.count === 0
+        visible: screen.figures.isEmpty
         title: qsTr("Pas encore de fouille.")
         text: qsTr("Chaque fouille laisse ici son compte rendu : ce que j’ai trouvé, lu, jugé, et ce qui n’a rien donné.")
     }
-    list.delegate: Rectangle {
-        id: card
-
-        required property string dateText
-        required property string addedText
-        required property string factsText
-        required property var scopes // NamedText
-        required property list<string> notices
-        required property bool stopped
-
+    list.visible: !figures.isEmpty
+    list.header: ReportHead {
         width: screen.contentWidth
-        height: column.implicitHeight + 2 * 18
-        radius: Theme.radiusCard
-        color: Theme.card
-        border.width: 1
-        border.color: Theme.line
-        Accessible.role: Accessible.ListItem
-        Accessible.name: dateText + ", " + addedText
-
-        Column {
-            id: column
-            x: Theme.cardPadding
-            y: 18
-            width: parent.width - 2 * Theme.cardPadding
-            spacing: 6
-
-            Item {
-                width: parent.width
-                implicitHeight: added.implicitHeight
-
-                Title {
-                    id: added
-                    text: card.stopped ? qsTr("%1, fouille arrêtée").arg(card.addedText) : card.addedText
-                }
-                Label {
-                    anchors.right: parent.right
-                    anchors.baseline: added.baseline
-                    text: card.dateText
-                    color: Theme.inkFaint
-                }
-            }
-            Label {
-                width: parent.width
-                text: card.factsText
-                color: Theme.inkSoft
-            }
-            Repeater {
-                model: card.scopes
-
-                Item {
-                    id: scope
-                    required property namedText modelData
-                    width: column.width
-                    implicitHeight: Math.max(name.implicitHeight, found.implicitHeight)
-
-                    Label {
-                        id: name
-                        width: 230
-                        text: scope.modelData.name
-                        color: Theme.inkFaint
-                        elide: Text.ElideRight
-                        wrapMode: Text.NoWrap
-                    }
-                    Label {
-                        id: found
-                        x: 242
-                        width: parent.width - x
-                        text: scope.modelData.text
-                        color: scope.modelData.failed ? Theme.accent : Theme.inkSoft
-                    }
-                }
-            }
-            Repeater {
-                model: card.notices
-
-                Label {
-                    required property string modelData
-                    width: column.width
-                    text: modelData
-                    color: Theme.inkFaint
-                }
-            }
-        }
+        figures: screen.figures
+        reported: screen.model.count > 0
+        onPictureAsked: screen.keepPicture()
+    }
+    list.delegate: ReportRow {
+        required property int index
+        width: screen.contentWidth
+        // What it has to tell is seen.
+        onOpenChanged: if (open) Qt.callLater(() => screen.list.positionViewAtIndex(index, ListView.Contain)) // qmllint disable
     }
 }

@@ -22,6 +22,9 @@ QtObject {
     readonly property color line: dark ? "#3A342C" : "#E9E0D4"
     readonly property color well: dark ? "#12100D" : "#EFE8DD" // the track of a choice
     readonly property color segment: dark ? "#332D26" : "#FFFFFF" // what is chosen on it
+    readonly property color edge: dark ? "#4C4439" : "#D9CDBD" // hollow bars, dashes
+    readonly property color mid: dark ? "#76695A" : "#B5A58F" // of a chart, beside `strong`
+    readonly property color strong: dark ? "#C3B7A7" : "#5E5346"
     readonly property color veil: dark ? "#99000000" : "#59241D16"
     readonly property color shadow: dark ? "#40000000" : "#0F241D16"
 

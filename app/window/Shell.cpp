@@ -42,6 +42,9 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_search = std::make_unique<TopicSearch>(store);
     m_territory = std::make_unique<TerritoryModel>(preferences);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
+    m_figures = std::make_unique<FiguresModel>(
+        FiguresModel::Parts{store, preferences, app.notes(), app.clock()});
+    connect(m_figures.get(), &FiguresModel::said, this, &Shell::say);
     m_page = std::make_unique<TopicPage>(store, app.notes(), app.briefs(), app.clock());
     m_capture = &app.capture();
     follow(*m_capture);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/models/Decisions.h"
+#include "app/models/FiguresModel.h"
 #include "app/models/KeyboardMap.h"
 #include "app/models/ProgramBudget.h"
 #include "app/models/ReportModel.h"
@@ -47,6 +48,7 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::TopicSearch *search READ search CONSTANT FINAL)
     Q_PROPERTY(vorle::TerritoryModel *territory READ territory CONSTANT FINAL)
     Q_PROPERTY(vorle::ReportModel *report READ report CONSTANT FINAL)
+    Q_PROPERTY(vorle::FiguresModel *figures READ figures CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicPage *page READ page CONSTANT FINAL)
     Q_PROPERTY(vorle::ProgramBudget *budget READ budget CONSTANT FINAL)
     /// "Automatique", "Clair" or "Sombre".
@@ -93,6 +95,7 @@ public:
     TopicSearch *search() const { return m_search.get(); }
     TerritoryModel *territory() const { return m_territory.get(); }
     ReportModel *report() const { return m_report.get(); }
+    FiguresModel *figures() const { return m_figures.get(); }
     TopicPage *page() const { return m_page.get(); }
     ProgramBudget *budget() const { return m_budget.get(); }
     QString appearance() const;
@@ -197,6 +200,7 @@ private:
     std::unique_ptr<TopicSearch> m_search;
     std::unique_ptr<TerritoryModel> m_territory;
     std::unique_ptr<ReportModel> m_report;
+    std::unique_ptr<FiguresModel> m_figures;
     std::unique_ptr<TopicPage> m_page;
     LinkCapture *m_capture = nullptr; // the application's
     QList<QUuid> m_failedLinks;       // captured links that wait after a failure, the latest last
