@@ -8,22 +8,16 @@ Column {
 
     required property FiguresModel figures
     required property bool reported
-    readonly property Item picture: sheet
+    required property string title
 
-    signal pictureAsked
+    // A picture of the figures, at twice their size, with their title and a margin.
+    function keepPicture() {
+        copy.active = true;
+    }
 
-    // With its ground, so that a picture of it stands on paper.
-    Rectangle {
-        id: sheet
+    ReportFigures {
         width: parent.width
-        height: page.implicitHeight
-        color: Theme.paper
-
-        ReportFigures {
-            id: page
-            width: parent.width
-            figures: head.figures
-        }
+        figures: head.figures
     }
     Item {
         width: parent.width
@@ -44,12 +38,49 @@ Column {
             ActionButton {
                 quiet: true
                 text: qsTr("Garder en image")
-                onClicked: head.pictureAsked()
+                onClicked: head.keepPicture()
             }
             ActionButton {
                 quiet: true
                 text: qsTr("Garder en Markdown")
                 onClicked: head.figures.keepMarkdown()
+            }
+        }
+        // Out of sight, while a picture is taken of it.
+        Loader {
+            id: copy
+            active: false
+            x: -20000
+            onLoaded: {
+                const path = head.figures.freePath("png");
+                const size = Qt.size(2 * item.width, 2 * item.height);
+                const asked = item.grabToImage(result => {
+                    copy.active = false;
+                    head.figures.tellKept(path, path.length > 0 && result.saveToFile(path));
+                }, size);
+                if (!asked) {
+                    copy.active = false;
+                    head.figures.tellKept(path, false);
+                }
+            }
+            sourceComponent: Rectangle {
+                width: Theme.columnWidth + 2 * Theme.margin
+                height: sheet.y + sheet.implicitHeight + Theme.margin
+                color: Theme.paper
+
+                Title {
+                    x: Theme.margin
+                    y: 28
+                    text: qsTr("%1 · %2").arg(head.title).arg(head.figures.rangeText)
+                    size: Theme.titleOpen
+                }
+                ReportFigures {
+                    id: sheet
+                    x: Theme.margin
+                    y: 84
+                    width: Theme.columnWidth
+                    figures: head.figures
+                }
             }
         }
     }

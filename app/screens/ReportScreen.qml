@@ -21,12 +21,6 @@ ListScreen {
             model.refresh();
         }
     }
-    // A picture of the figures, at twice their size.
-    function keepPicture() {
-        const page = list.headerItem as ReportHead;
-        const path = figures.freePath("png");
-        page.picture.grabToImage(result => figures.tellKept(path, path.length > 0 && result.saveToFile(path)), Qt.size(2 * page.picture.width, 2 * page.picture.height));
-    }
 
     corner: PeriodChoice {
         visible: !screen.figures.isEmpty
@@ -43,7 +37,7 @@ ListScreen {
         width: screen.contentWidth
         figures: screen.figures
         reported: screen.model.count > 0
-        onPictureAsked: screen.keepPicture()
+        title: screen.title
     }
     list.delegate: ReportRow {
         required property int index
