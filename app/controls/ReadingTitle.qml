@@ -13,7 +13,7 @@ Row {
     ScoreBadge {
         id: badge
         size: 76
-        topic: head.topic
+        look: head.topic.badge
         visible: head.topic.topicId !== ""
     }
     Column {

@@ -6,34 +6,34 @@ import Vorle.Models
 Rectangle {
     id: badge
 
-    required property topicCard topic
+    required property badgeLook look
     property int size: 52
 
     implicitWidth: size
     implicitHeight: size
     radius: size / 2
-    color: Theme.pick(topic.fillLight, topic.fillDark)
-    border.width: topic.filled ? 0 : 1.5
-    border.color: Theme.pick(topic.accentLight, topic.accentDark)
+    color: Theme.pick(look.fillLight, look.fillDark)
+    border.width: look.filled ? 0 : 1.5
+    border.color: Theme.pick(look.accentLight, look.accentDark)
     Accessible.role: Accessible.StaticText
-    Accessible.name: topic.scoreName
+    Accessible.name: look.name
 
     // The top look: a fine ring around the disc.
     Rectangle {
         anchors.fill: parent
         anchors.margins: -4
         radius: width / 2
-        visible: badge.topic.gem
+        visible: badge.look.gem
         color: "transparent"
         border.width: 1.5
-        border.color: Theme.pick(badge.topic.accentLight, badge.topic.accentDark)
+        border.color: Theme.pick(badge.look.accentLight, badge.look.accentDark)
         opacity: 0.55
     }
     Text {
         anchors.centerIn: parent
         anchors.verticalCenterOffset: -0.5
-        text: badge.topic.digits
-        color: Theme.pick(badge.topic.inkLight, badge.topic.inkDark)
+        text: badge.look.digits
+        color: Theme.pick(badge.look.inkLight, badge.look.inkDark)
         font.family: Theme.displayFamily
         font.pixelSize: Math.round(badge.size * 0.47)
         font.weight: Font.Bold
@@ -43,10 +43,10 @@ Rectangle {
     // Nothing could be read: no digits, a dash.
     Rectangle {
         anchors.centerIn: parent
-        visible: badge.topic.digits.length === 0
+        visible: badge.look.digits.length === 0
         width: badge.size * 0.24
         height: 2
         radius: 1
-        color: Theme.pick(badge.topic.inkLight, badge.topic.inkDark)
+        color: Theme.pick(badge.look.inkLight, badge.look.inkDark)
     }
 }

@@ -62,7 +62,7 @@ Item {
                 ScoreBadge {
                     anchors.horizontalCenter: parent.horizontalCenter
                     y: chart.room + 12
-                    topic: stack.modelData
+                    look: stack.modelData.badge
                     size: 26
                     Accessible.ignored: true
                 }

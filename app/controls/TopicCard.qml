@@ -25,7 +25,7 @@ Item {
     readonly property real headHeight: content.y + (details.active ? details.y : bodyHeight) // down to its title
     clip: true
     Accessible.role: Accessible.ListItem
-    Accessible.name: topic.scoreName + ". " + topic.title
+    Accessible.name: topic.badge.name + ". " + topic.title
     Accessible.description: topic.gist
     Accessible.selected: open
     Accessible.focusable: true
@@ -100,7 +100,7 @@ Item {
         ScoreBadge {
             id: badge
             y: card.open ? 2 : (card.bodyHeight - size) / 2
-            topic: card.topic
+            look: card.topic.badge
             size: card.open ? 64 : 50
             x: card.open ? 2 : 1
         }

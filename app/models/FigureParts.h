@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/models/BadgeLook.h"
+
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -44,38 +46,20 @@ public:
     bool operator==(const FigurePart &) const = default;
 };
 
-/// The topics of one score; shaped as ScoreBadge.qml takes it.
+/// The topics of one score.
 struct FigureScore {
     Q_GADGET
     QML_VALUE_TYPE(figureScore)
     Q_PROPERTY(int kept MEMBER kept FINAL)
     Q_PROPERTY(int later MEMBER later FINAL)
     Q_PROPERTY(int dismissed MEMBER dismissed FINAL)
-    Q_PROPERTY(QString digits MEMBER digits FINAL)
-    Q_PROPERTY(QString accessibleName MEMBER accessibleName FINAL)
-    Q_PROPERTY(QString accentLight MEMBER accentLight FINAL)
-    Q_PROPERTY(QString accentDark MEMBER accentDark FINAL)
-    Q_PROPERTY(QString inkLight MEMBER inkLight FINAL)
-    Q_PROPERTY(QString inkDark MEMBER inkDark FINAL)
-    Q_PROPERTY(QString fillLight MEMBER fillLight FINAL)
-    Q_PROPERTY(QString fillDark MEMBER fillDark FINAL)
-    Q_PROPERTY(bool filled MEMBER filled FINAL)
-    Q_PROPERTY(bool gem MEMBER gem FINAL)
+    Q_PROPERTY(vorle::BadgeLook badge MEMBER badge FINAL)
 
 public:
     int kept = 0;
     int later = 0;
     int dismissed = 0;
-    QString digits;
-    QString accessibleName;
-    QString accentLight;
-    QString accentDark;
-    QString inkLight;
-    QString inkDark;
-    QString fillLight;
-    QString fillDark;
-    bool filled = false;
-    bool gem = false;
+    BadgeLook badge;
 
     bool operator==(const FigureScore &) const = default;
 };

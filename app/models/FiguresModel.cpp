@@ -168,20 +168,7 @@ QVariantList FiguresModel::scores() const {
         if (score.decided() == 0) {
             continue;
         }
-        const ScoreBadge badge = scoreBadge(score.score);
-        scores += FigureScore{.kept = score.kept,
-                              .later = score.later,
-                              .dismissed = score.dismissed,
-                              .digits = badge.digits,
-                              .accessibleName = badge.accessibleName,
-                              .accentLight = qtColour(badge.accent.light),
-                              .accentDark = qtColour(badge.accent.dark),
-                              .inkLight = qtColour(badge.ink.light),
-                              .inkDark = qtColour(badge.ink.dark),
-                              .fillLight = qtColour(badge.fill.light),
-                              .fillDark = qtColour(badge.fill.dark),
-                              .filled = badge.filled,
-                              .gem = badge.gem};
+        scores += FigureScore{score.kept, score.later, score.dismissed, BadgeLook::of(score.score)};
     }
     return variants(scores);
 }

@@ -204,28 +204,8 @@ std::optional<int> TopicCard::score() const {
     return topicId().isEmpty() || isBeingRead(*m_topic) ? std::nullopt : shownScore(*m_topic);
 }
 
-ScoreBadge TopicCard::badge() const { return scoreBadge(score()); }
-
-QString TopicCard::digits() const { return badge().digits; }
+BadgeLook TopicCard::badge() const { return BadgeLook::of(score()); }
 
 int TopicCard::formerScore() const { return standingScore(*m_topic).former.value_or(-1); }
-
-QString TopicCard::scoreName() const { return shown(badge().accessibleName); }
-
-bool TopicCard::filled() const { return badge().filled; }
-
-bool TopicCard::gem() const { return badge().gem; }
-
-QString TopicCard::accentLight() const { return qtColour(badge().accent.light); }
-
-QString TopicCard::accentDark() const { return qtColour(badge().accent.dark); }
-
-QString TopicCard::inkLight() const { return qtColour(badge().ink.light); }
-
-QString TopicCard::inkDark() const { return qtColour(badge().ink.dark); }
-
-QString TopicCard::fillLight() const { return qtColour(badge().fill.light); }
-
-QString TopicCard::fillDark() const { return qtColour(badge().fill.dark); }
 
 } // namespace vorle

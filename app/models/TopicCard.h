@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/models/BadgeLook.h"
 #include "core/TopicStore.h"
 
 #include <QDateTime>
@@ -9,8 +10,6 @@
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
-
-struct ScoreBadge;
 
 /// A topic with what its list knows of it: what its card and its page show, worded. A value, that
 /// stays as it was when the store changes; each text is made when it is asked for. What is not
@@ -52,19 +51,9 @@ class TopicCard {
     /// A captured link that is still being read, and why it could not be judged.
     Q_PROPERTY(bool pendingCapture READ pendingCapture FINAL)
     Q_PROPERTY(QString captureProblem READ captureProblem FINAL)
-    /// The badge: its digits, the app's own score where the user gave another (else -1), and its
-    /// colours, which Qt reads, or "accent": the theme's strong accent.
-    Q_PROPERTY(QString digits READ digits FINAL)
+    /// The score's disc, and the app's own score where the user gave another, else -1.
+    Q_PROPERTY(vorle::BadgeLook badge READ badge FINAL)
     Q_PROPERTY(int formerScore READ formerScore FINAL)
-    Q_PROPERTY(QString scoreName READ scoreName FINAL)
-    Q_PROPERTY(bool filled READ filled FINAL)
-    Q_PROPERTY(bool gem READ gem FINAL)
-    Q_PROPERTY(QString accentLight READ accentLight FINAL)
-    Q_PROPERTY(QString accentDark READ accentDark FINAL)
-    Q_PROPERTY(QString inkLight READ inkLight FINAL)
-    Q_PROPERTY(QString inkDark READ inkDark FINAL)
-    Q_PROPERTY(QString fillLight READ fillLight FINAL)
-    Q_PROPERTY(QString fillDark READ fillDark FINAL)
 
 public:
     /// What the list knows of the topic beyond its record.
@@ -103,17 +92,8 @@ public:
     QString briefState() const;
     bool pendingCapture() const;
     QString captureProblem() const;
-    QString digits() const;
+    BadgeLook badge() const;
     int formerScore() const;
-    QString scoreName() const;
-    bool filled() const;
-    bool gem() const;
-    QString accentLight() const;
-    QString accentDark() const;
-    QString inkLight() const;
-    QString inkDark() const;
-    QString fillLight() const;
-    QString fillDark() const;
 
     /// The score shown: the user's own, rounded, else the judge's; nothing without either.
     std::optional<int> score() const;
@@ -123,7 +103,6 @@ public:
     bool operator==(const TopicCard &) const = default;
 
 private:
-    ScoreBadge badge() const;
     QString captureText() const;
     QString publishedText() const;
 

@@ -170,9 +170,9 @@ TEST(TopicListModel, words_a_card) {
         {card.place(), "Tiravue"},
         {card.facts(), "Sécurité   ·   20 min   ·   12 novembre   ·   lu en entier   ·   reporté 2 "
                        "fois   ·   Utile"},
-        {card.digits(), "9"},
-        {card.accentLight(), "accent"},
-        {card.scoreName(), "Note 9 sur 10"},
+        {card.badge().digits, "9"},
+        {card.badge().accentLight, "accent"},
+        {card.badge().name, "Note 9 sur 10"},
         {card.urgencyText(), "avant le 28 novembre"},
         {card.urgencySentence(), "Avant le 28 novembre. Fin"},
         {card.sitesText(), "example.org  +1"},
@@ -186,8 +186,8 @@ TEST(TopicListModel, words_a_card) {
         EXPECT_EQ(words.simplified(), QString::fromUtf8(expected).simplified());
     }
     EXPECT_EQ(card.formerScore(), -1);
-    EXPECT_TRUE(card.filled());
-    EXPECT_FALSE(card.gem() || card.pendingCapture());
+    EXPECT_TRUE(card.badge().filled);
+    EXPECT_FALSE(card.badge().gem || card.pendingCapture());
     const auto changes = card.changes();
     EXPECT_FALSE(changes.at(0).value<NamedText>().name.isEmpty());
     // A picture's name never leads out of the cache.
@@ -203,7 +203,7 @@ TEST(TopicListModel, words_a_card) {
               QStringLiteral("1\u202F430 sujets repris sur 12\u202F000."));
     // Outside the list there is a card without a topic: all of it is empty.
     EXPECT_EQ(inbox.card(1), TopicCard());
-    EXPECT_EQ(TopicCard().topicId() + TopicCard().facts() + TopicCard().digits(), QString());
+    EXPECT_EQ(TopicCard().topicId() + TopicCard().facts() + TopicCard().badge().digits, QString());
 }
 
 /// Hundreds of random decisions, undone and redone, with runs and captures between them: each list
