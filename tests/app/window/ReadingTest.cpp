@@ -80,9 +80,14 @@ TEST_F(ReadingTest, a_note_undone_leaves_its_field_too) {
     fill();
     open();
     const QString id = window().property("chosenId").toString();
+    window().resize(860, 560);
     press(Qt::Key_Space);
+    press(Qt::Key_End);
+    const double place = scrolled("QQuickFlickable");
+    EXPECT_GT(place, 100);
     shell().decisions()->setNote(id, text("le soir"));
     EXPECT_THAT(shownTexts(), Contains(text("le soir")));
+    EXPECT_EQ(scrolled("QQuickFlickable"), place) << "it is the same page still";
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_THAT(shownTexts(), Not(Contains(text("le soir"))));
     EXPECT_FALSE(store().topic(QUuid::fromString(id))->note);
