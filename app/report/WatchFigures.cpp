@@ -17,7 +17,7 @@ namespace {
 using Cohort = WatchFigures::Cohort;
 using From = WatchFigures::From;
 
-constexpr int daysAWeek = 7;
+constexpr int weekDays = 7;
 constexpr int minutesAWeek = 10'080;
 constexpr qsizetype maxSources = 6;
 /// From this score on, what the app found is meant to be kept.
@@ -63,7 +63,7 @@ QString sourceName(From from, const Topic &topic) {
     return French::tr("Autres");
 }
 
-double share(const Cohort &cohort) {
+double keptShare(const Cohort &cohort) {
     return cohort.found > 0 ? double(cohort.kept) / cohort.found : 0;
 }
 
@@ -92,8 +92,8 @@ QList<WatchFigures::Source> ranked(QList<WatchFigures::Source> sources) {
         return from == From::Captures ? 2 : from == From::Others ? 1 : 0;
     };
     std::stable_sort(sources.begin(), sources.end(), [&](const auto &a, const auto &b) {
-        return std::tuple(rank(a.from), -share(a), -a.kept) <
-               std::tuple(rank(b.from), -share(b), -b.kept);
+        return std::tuple(rank(a.from), -keptShare(a), -a.kept) <
+               std::tuple(rank(b.from), -keptShare(b), -b.kept);
     });
     return sources;
 }
@@ -225,13 +225,13 @@ private:
         QDate week = calendarWeek(from, m_locale, m_zone).begin.toTimeZone(m_zone).date();
         while (week.startOfDay(m_zone) < until) {
             int minutes = 0;
-            for (int day = 0; day < daysAWeek; ++day) {
+            for (int day = 0; day < weekDays; ++day) {
                 minutes += m_doneByDay.value(week.addDays(day));
             }
             ++m_figures.weeks;
             m_figures.weeksHeld +=
                 m_figures.weeklyMinutes > 0 && minutes >= m_figures.weeklyMinutes ? 1 : 0;
-            week = week.addDays(daysAWeek);
+            week = week.addDays(weekDays);
         }
         m_figures.minutesLeft = weekProgram(m_records.topics, m_figures.weeklyMinutes,
                                             calendarWeek(m_now, m_locale, m_zone))
