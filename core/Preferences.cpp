@@ -5,7 +5,6 @@
 #include "core/SettingsTable.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace vorle {
@@ -14,50 +13,18 @@ namespace {
 
 constexpr std::string_view subject = "vorle/Preferences";
 
-using Form = SettingsFile::Form;
-
-/// Sets are kept as lists.
-void tidySets(Settings &settings) {
-    for (QList<QString> *set :
-         {&settings.excludedApps, &settings.keptApps, &settings.disabledReflexes}) {
-        QList<QString> once;
-        for (const QString &text : std::as_const(*set)) {
-            if (!once.contains(text)) {
-                once.append(text);
-            }
-        }
-        *set = once;
-    }
-}
-
-/// The radius used to go from 0 to 9 under a key of its own.
-void migrateRadius(const SettingsFile &file, Settings &settings) {
-    const auto whole = [&](const QString &key) {
-        const double number = file.value(key, Form::Plain).toDouble(0.5);
-        return number == std::floor(number) ? std::optional(number) : std::nullopt;
-    };
-    if (whole(QStringLiteral("radiusLevel2"))) {
-        return;
-    }
-    if (const auto old = whole(QStringLiteral("radiusLevel"))) {
-        settings.radiusLevel = static_cast<int>(std::lround(std::clamp(*old, 0.0, 9.0) * 6 / 9.0));
-    }
-}
-
 Settings read(const SettingsFile &file) {
     Settings settings;
     for (const SettingEntry &entry : settingTable()) {
-        if (entry.key == u"calibrated") {
-            // Who finished onboarding before calibration existed is not asked to calibrate.
-            settings.calibrated = settings.onboarded;
+        if (entry.migrate != nullptr) {
+            entry.migrate(file, settings);
         }
         const QJsonValue stored = file.value(entry.key, entry.form);
         if (!stored.isUndefined()) {
-            entry.salvage(entry.key, stored, settings);
+            entry.salvage(stored, settings);
         }
+        entry.tidy(settings);
     }
-    migrateRadius(file, settings);
-    tidySets(settings);
     return settings;
 }
 
@@ -70,14 +37,23 @@ Preferences::Preferences(std::unique_ptr<SettingsFile> file, QObject *parent)
     connect(m_file.get(), &SettingsFile::saved, this, &Preferences::saved);
 }
 
-void Preferences::write(const QString &key, const Settings &before) {
+QString Preferences::expectation(const QString &key) {
+    return French::tr("« %1 » attend %2.").arg(key, findSetting(key)->expectation());
+}
+
+std::optional<QString> Preferences::take(const QString &key, Settings next) {
     requireMainThread(subject);
-    tidySets(m_settings);
-    const SettingEntry *entry = findSetting(key);
-    if (entry == nullptr) {
-        return;
+    const SettingEntry &entry = *findSetting(key);
+    if (!entry.fits(next)) {
+        return expectation(key);
     }
-    m_file->setValue(key, entry->json(before), entry->json(m_settings), entry->form);
+    entry.tidy(next);
+    const Settings before = std::exchange(m_settings, std::move(next));
+    m_file->setValue(key, entry.json(before), entry.json(m_settings), entry.form);
+    if (!entry.equal(before, m_settings)) {
+        Q_EMIT changed(key);
+    }
+    return std::nullopt;
 }
 
 void Preferences::reload() {
@@ -127,16 +103,7 @@ std::optional<QString> Preferences::changeSetting(const QString &key, const QJso
         return French::tr("Réglage inconnu : « %1 ».").arg(key);
     }
     Settings next = m_settings;
-    if (!entry->accept(key, value, next)) {
-        return French::tr("« %1 » attend %2.").arg(key, entry->expectation(key));
-    }
-    const bool another = !entry->equal(next, m_settings);
-    const Settings before = std::exchange(m_settings, std::move(next));
-    write(key, before);
-    if (another) {
-        Q_EMIT changed(key);
-    }
-    return std::nullopt;
+    return entry->accept(value, next) ? take(key, std::move(next)) : expectation(key);
 }
 
 } // namespace vorle

@@ -33,9 +33,16 @@ public:
 
     const Settings &settings() const { return m_settings; }
 
-    /// Sets one setting, has it written, and announces it when it is another than before.
+    /// Sets one setting, has it written, and announces it when it is another than before. Gives a
+    /// French sentence, and changes nothing, when the value is out of its range or no word of it.
     template <class T>
-    void change(T Settings::*setting, std::type_identity_t<T> value);
+    std::optional<QString> change(T Settings::*setting, std::type_identity_t<T> value);
+
+    /// What a setting accepts, as a French sentence: what a value that does not fit is told.
+    template <class T>
+    static QString expectation(T Settings::*setting) {
+        return expectation(keyOf(setting));
+    }
 
     /// Reads again what other processes wrote, and announces what changed.
     void reload();
@@ -79,7 +86,9 @@ Q_SIGNALS:
 private:
     template <class T>
     static QString keyOf(T Settings::*setting);
-    void write(const QString &key, const Settings &before);
+    static QString expectation(const QString &key);
+    /// `next` differs from the present settings in that one alone.
+    std::optional<QString> take(const QString &key, Settings next);
 
     std::unique_ptr<SettingsFile> m_file;
     Settings m_settings;
@@ -88,27 +97,22 @@ private:
 template <class T>
 QString Preferences::keyOf(T Settings::*setting) {
     std::string_view key;
-    const auto match = [&](const auto &field) {
-        if constexpr (std::is_same_v<decltype(field.member), T Settings::*>) {
-            if (field.member == setting) {
-                key = field.key;
+    const auto match = [&](const auto &row) {
+        if constexpr (std::is_same_v<decltype(row.member), T Settings::*>) {
+            if (row.member == setting) {
+                key = row.key;
             }
         }
     };
-    std::apply([&](const auto &...fields) { (match(fields), ...); }, Settings::fields());
+    std::apply([&](const auto &...rows) { (match(rows), ...); }, Settings::rows());
     return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
 }
 
 template <class T>
-void Preferences::change(T Settings::*setting, std::type_identity_t<T> value) {
-    const bool another = !(m_settings.*setting == value);
-    const Settings before = m_settings;
-    m_settings.*setting = std::move(value);
-    const QString key = keyOf(setting);
-    write(key, before);
-    if (another) {
-        Q_EMIT changed(key);
-    }
+std::optional<QString> Preferences::change(T Settings::*setting, std::type_identity_t<T> value) {
+    Settings next = m_settings;
+    next.*setting = std::move(value);
+    return take(keyOf(setting), std::move(next));
 }
 
 } // namespace vorle

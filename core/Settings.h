@@ -3,6 +3,7 @@
 #include "base/Json.h"
 #include "core/PrioritySite.h"
 #include "core/Schedule.h"
+#include "core/SettingRow.h"
 #include "core/Shortcut.h"
 
 #include <QDateTime>
@@ -110,39 +111,41 @@ struct Settings {
     /// one run when links were left without a judgment.
     std::optional<QDateTime> searchedUntil;
 
-    /// Each setting with the key it is stored under.
-    static constexpr auto fields() {
+    /// The table of all settings, in this order: command line, screens and disk are served from it.
+    static constexpr auto rows() {
         return std::tuple(
-            json::field("weeklyMinutes", &Settings::weeklyMinutes),
-            json::field("schedule", &Settings::schedule),
-            json::field("appearance", &Settings::appearance),
-            json::field("accent", &Settings::accent), json::field("terminal", &Settings::terminal),
-            json::field("notifyMode", &Settings::notifyMode),
-            json::field("notifyReminder", &Settings::notifyReminder),
-            json::field("reminder", &Settings::reminder),
-            json::field("captureShortcut", &Settings::captureShortcut),
-            json::field("proposeTab", &Settings::proposeTab),
-            json::field("onboarded", &Settings::onboarded),
-            json::field("calibrated", &Settings::calibrated),
-            json::field("calibrationStart", &Settings::calibrationStart),
-            json::field("job", &Settings::job), json::field("interests", &Settings::interests),
-            json::field("excludedApps", &Settings::excludedApps),
-            json::field("keptApps", &Settings::keptApps),
-            json::field("addedTools", &Settings::addedTools),
-            json::field("prioritySites", &Settings::prioritySites),
-            json::field("disabledReflexes", &Settings::disabledReflexes),
-            json::field("reflexesSince", &Settings::reflexesSince),
-            json::field("interestWeights", &Settings::interestWeights),
-            json::field("radiusLevel2", &Settings::radiusLevel),
-            json::field("exclusions", &Settings::exclusions),
-            json::field("accessMode", &Settings::accessMode),
-            json::field("projects", &Settings::projects),
-            json::field("projectDescriptions", &Settings::projectDescriptions),
-            json::field("agent", &Settings::agent),
-            json::field("lastReport", &Settings::lastReport),
-            json::field("lastSearch", &Settings::lastSearch),
-            json::field("servedSlot", &Settings::servedSlot),
-            json::field("searchedUntil", &Settings::searchedUntil));
+            settingRow("weeklyMinutes", &Settings::weeklyMinutes, {.range = &weeklyMinutesRange}),
+            settingRow("schedule", &Settings::schedule),
+            settingRow("appearance", &Settings::appearance),
+            settingRow("accent", &Settings::accent), settingRow("terminal", &Settings::terminal),
+            settingRow("notifyMode", &Settings::notifyMode),
+            settingRow("notifyReminder", &Settings::notifyReminder),
+            settingRow("reminder", &Settings::reminder),
+            settingRow("captureShortcut", &Settings::captureShortcut),
+            settingRow("proposeTab", &Settings::proposeTab),
+            settingRow("onboarded", &Settings::onboarded),
+            settingRow("calibrated", &Settings::calibrated, {}, migrateCalibrated),
+            settingRow("calibrationStart", &Settings::calibrationStart),
+            settingRow("job", &Settings::job), settingRow("interests", &Settings::interests),
+            settingRow("excludedApps", &Settings::excludedApps, {.once = true}),
+            settingRow("keptApps", &Settings::keptApps, {.once = true}),
+            settingRow("addedTools", &Settings::addedTools),
+            settingRow("prioritySites", &Settings::prioritySites),
+            settingRow("disabledReflexes", &Settings::disabledReflexes, {.once = true}),
+            settingRow("reflexesSince", &Settings::reflexesSince),
+            settingRow("interestWeights", &Settings::interestWeights,
+                       {.range = &interestWeightRange}),
+            settingRow("radiusLevel2", &Settings::radiusLevel, {.range = &radiusRange},
+                       migrateRadius),
+            settingRow("exclusions", &Settings::exclusions),
+            settingRow("accessMode", &Settings::accessMode),
+            settingRow("projects", &Settings::projects),
+            settingRow("projectDescriptions", &Settings::projectDescriptions),
+            settingRow("agent", &Settings::agent, {.words = agentWords}),
+            settingRow("lastReport", &Settings::lastReport),
+            settingRow("lastSearch", &Settings::lastSearch),
+            settingRow("servedSlot", &Settings::servedSlot),
+            settingRow("searchedUntil", &Settings::searchedUntil));
     }
     bool operator==(const Settings &) const = default;
 };

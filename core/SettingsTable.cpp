@@ -1,10 +1,8 @@
 #include "core/SettingsTable.h"
 
 #include "base/French.h"
+#include "core/SettingJson.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QStringList>
 
 #include <algorithm>
@@ -20,59 +18,21 @@ using json::detail::IsList;
 using json::detail::IsMap;
 using json::detail::IsOptional;
 
-/// Lets a value that is no object stand at the root of a JSON text.
-template <class T>
-struct Holder {
-    T value{};
-    static constexpr auto jsonFields() { return std::tuple(json::field("value", &Holder::value)); }
-};
-constexpr QLatin1StringView holderKey("value");
-
-template <class T>
-std::optional<T> fromJson(const QJsonValue &value) {
-    if (value.isUndefined()) {
-        return std::nullopt;
-    }
-    const QByteArray text =
-        QJsonDocument(QJsonObject{{holderKey, value}}).toJson(QJsonDocument::Compact);
-    try {
-        return json::decode<Holder<T>>(text).value;
-    } catch (const json::DecodeError &) {
-        return std::nullopt;
-    }
-}
-
-template <class T>
-QJsonValue toJson(const T &value) {
-    const QByteArray text = json::encode(Holder<T>{value});
-    const QJsonValue written = QJsonDocument::fromJson(text).object().value(holderKey);
-    return written.isUndefined() ? QJsonValue(QJsonValue::Null) : written;
-}
-
-struct Range {
-    int least;
-    int most;
-    bool contains(int value) const { return value >= least && value <= most; }
-};
-constexpr Range weightRange{1, 5};
-
-Range rangeOf(const QString &key) {
-    constexpr int minutesInAWeek = 7 * 24 * 60;
-    return key == u"radiusLevel2" ? Range{0, 6} : Range{0, minutesInAWeek};
-}
-
 template <class T>
 constexpr bool hasValidity = json::Record<T> && requires(const T &value) { value.isValid(); };
 
 /// Whether a value of the right type is one the setting may take.
 template <class T>
-bool fits(const QString &key, const T &value) {
+bool fitsLimits(const SettingLimits &limits, const T &value) {
     if constexpr (std::is_same_v<T, int>) {
-        return rangeOf(key).contains(value);
+        return limits.range == nullptr || limits.range->contains(value);
     } else if constexpr (std::is_same_v<T, QMap<QString, int>>) {
-        return std::ranges::all_of(value, [](int weight) { return weightRange.contains(weight); });
-    } else if constexpr (std::is_same_v<T, std::optional<QString>>) {
-        return key != u"agent" || !value || *value == u"claude" || *value == u"codex";
+        return std::ranges::all_of(value, [&](int each) { return fitsLimits(limits, each); });
+    } else if constexpr (std::is_same_v<T, QString>) {
+        return limits.words.empty() ||
+               std::ranges::find(limits.words, value.toStdString()) != limits.words.end();
+    } else if constexpr (IsOptional<T>::value) {
+        return !value || fitsLimits(limits, *value);
     } else if constexpr (hasValidity<T>) {
         return value.isValid();
     } else {
@@ -92,22 +52,32 @@ constexpr Form formOf() {
     }
 }
 
+QString quoted(std::span<const std::string_view> words) {
+    QStringList texts;
+    for (const std::string_view word : words) {
+        texts += u'"' + QString::fromUtf8(word.data(), qsizetype(word.size())) + u'"';
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
+QString wholeNumber(const SettingLimits &limits) {
+    return limits.range == nullptr ? French::tr("un nombre entier")
+                                   : French::tr("un nombre entier de %1 à %2")
+                                         .arg(limits.range->least)
+                                         .arg(limits.range->most);
+}
+
 template <class T>
-QString expectationOf(const QString &key) {
+QString expectationOf(const SettingLimits &limits) {
     if constexpr (std::is_same_v<T, int>) {
-        const Range range = rangeOf(key);
-        return French::tr("un nombre entier de %1 à %2").arg(range.least).arg(range.most);
+        return wholeNumber(limits);
     } else if constexpr (std::is_same_v<T, bool>) {
         return French::tr("true ou false");
     } else if constexpr (json::RawEnum<T>) {
-        QStringList words;
-        for (const std::string_view word : rawStrings(T{})) {
-            words += u'"' + QString::fromUtf8(word.data(), qsizetype(word.size())) + u'"';
-        }
-        return French::tr("l’un de ces mots : ") + words.join(QStringLiteral(", "));
+        return French::tr("l’un de ces mots : ") + quoted(rawStrings(T{}));
     } else if constexpr (std::is_same_v<T, std::optional<QString>>) {
-        return key == u"agent" ? French::tr("\"claude\", \"codex\" ou null")
-                               : French::tr("un texte ou null");
+        return limits.words.empty() ? French::tr("un texte ou null")
+                                    : French::tr("%1 ou null").arg(quoted(limits.words));
     } else if constexpr (std::is_same_v<T, std::optional<QDateTime>>) {
         return French::tr("une date comme \"2026-11-21T08:00:00Z\" ou null");
     } else if constexpr (std::is_same_v<T, QList<QString>>) {
@@ -115,9 +85,7 @@ QString expectationOf(const QString &key) {
     } else if constexpr (std::is_same_v<T, QMap<QString, QString>>) {
         return French::tr("un objet dont chaque valeur est un texte");
     } else if constexpr (std::is_same_v<T, QMap<QString, int>>) {
-        return French::tr("un objet dont chaque valeur est un nombre entier de %1 à %2")
-            .arg(weightRange.least)
-            .arg(weightRange.most);
+        return French::tr("un objet dont chaque valeur est %1").arg(wholeNumber(limits));
     } else if constexpr (IsList<T>::value) {
         return French::tr("une liste d’objets comme ") +
                QString::fromUtf8(json::encode(typename T::value_type{}));
@@ -130,11 +98,11 @@ QString expectationOf(const QString &key) {
 }
 
 template <class T>
-void salvageEntries(const QString &key, const QJsonValue &value, T &into) {
+void salvageEntries(const SettingLimits &limits, const QJsonValue &value, T &into) {
     if constexpr (IsList<T>::value) {
         into.clear();
         for (const QJsonValue element : value.toArray()) {
-            if (auto item = fromJson<typename T::value_type>(element)) {
+            if (auto item = fromJsonValue<typename T::value_type>(element)) {
                 into.append(std::move(*item));
             }
         }
@@ -142,64 +110,92 @@ void salvageEntries(const QString &key, const QJsonValue &value, T &into) {
         into.clear();
         const QJsonObject members = value.toObject();
         for (auto member = members.begin(); member != members.end(); ++member) {
-            const auto item = fromJson<typename T::mapped_type>(member.value());
-            if (item && fits(key, T{{member.key(), *item}})) {
+            const auto item = fromJsonValue<typename T::mapped_type>(member.value());
+            if (item && fitsLimits(limits, T{{member.key(), *item}})) {
                 into.insert(member.key(), *item);
             }
         }
     }
 }
 
-/// The functions of one entry.
+/// The functions of one row.
 template <std::size_t I>
 struct Of {
-    static constexpr auto field = std::get<I>(Settings::fields());
-    using T = std::remove_cvref_t<decltype(std::declval<Settings>().*field.member)>;
+    static constexpr auto row = std::get<I>(Settings::rows());
+    using T = std::remove_cvref_t<decltype(std::declval<Settings>().*row.member)>;
 
-    static bool accept(const QString &key, const QJsonValue &value, Settings &into) {
-        auto read = fromJson<T>(value);
-        if (!read || !fits(key, *read)) {
+    static bool accept(const QJsonValue &value, Settings &into) {
+        auto read = fromJsonValue<T>(value);
+        if (!read || !fitsLimits(row.limits, *read)) {
             return false;
         }
-        into.*field.member = std::move(*read);
+        into.*row.member = std::move(*read);
         return true;
     }
-    static void salvage(const QString &key, const QJsonValue &value, Settings &into) {
-        if (accept(key, value, into)) {
+    static void salvage(const QJsonValue &value, Settings &into) {
+        if (accept(value, into)) {
             return;
         }
         if constexpr (std::is_same_v<T, int>) {
-            if (const auto number = fromJson<double>(value);
-                number && *number == std::trunc(*number)) {
-                const Range range = rangeOf(key);
-                into.*field.member =
-                    static_cast<int>(std::clamp<double>(*number, range.least, range.most));
+            const double number = value.toDouble(std::nan(""));
+            if (row.limits.range != nullptr && number == std::trunc(number)) {
+                into.*row.member = static_cast<int>(
+                    std::clamp<double>(number, row.limits.range->least, row.limits.range->most));
             }
         } else {
-            salvageEntries(key, value, into.*field.member);
+            salvageEntries(row.limits, value, into.*row.member);
         }
     }
-    static QJsonValue json(const Settings &from) { return toJson(from.*field.member); }
-    static bool equal(const Settings &a, const Settings &b) {
-        return a.*field.member == b.*field.member;
+    static bool fits(const Settings &settings) {
+        return fitsLimits(row.limits, settings.*row.member);
     }
+    static void tidy(Settings &settings) {
+        if constexpr (row.limits.once) {
+            T once;
+            for (const QString &text : std::as_const(settings.*row.member)) {
+                if (!once.contains(text)) {
+                    once.append(text);
+                }
+            }
+            settings.*row.member = std::move(once);
+        }
+    }
+    static QJsonValue json(const Settings &from) { return toJsonValue(from.*row.member); }
+    static bool equal(const Settings &a, const Settings &b) {
+        return a.*row.member == b.*row.member;
+    }
+    static QString expectation() { return expectationOf<T>(row.limits); }
     static SettingEntry entry() {
-        return {.key = QString::fromUtf8(field.key.data(), qsizetype(field.key.size())),
+        return {.key = QString::fromUtf8(row.key.data(), qsizetype(row.key.size())),
                 .form = formOf<T>(),
                 .accept = accept,
                 .salvage = salvage,
+                .fits = fits,
+                .tidy = tidy,
+                .migrate = row.migrate,
                 .json = json,
                 .equal = equal,
-                .expectation = expectationOf<T>};
+                .expectation = expectation};
     }
 };
 
 } // namespace
 
+void migrateCalibrated(const SettingsFile & /*file*/, Settings &into) {
+    into.calibrated = into.onboarded;
+}
+
+void migrateRadius(const SettingsFile &file, Settings &into) {
+    const double old = file.value(QStringLiteral("radiusLevel"), Form::Plain).toDouble(0.5);
+    if (old == std::floor(old)) {
+        into.radiusLevel = static_cast<int>(std::lround(std::clamp(old, 0.0, 9.0) * 6 / 9.0));
+    }
+}
+
 std::span<const SettingEntry> settingTable() {
     static const auto table = []<std::size_t... I>(std::index_sequence<I...>) {
         return std::vector<SettingEntry>{Of<I>::entry()...};
-    }(std::make_index_sequence<std::tuple_size_v<decltype(Settings::fields())>>());
+    }(std::make_index_sequence<std::tuple_size_v<decltype(Settings::rows())>>());
     return table;
 }
 

@@ -10,20 +10,23 @@
 
 namespace vorle {
 
-/// One setting, free of its type: how it goes to JSON and back, and what it accepts.
+/// One row of Settings::rows(), free of its type.
 struct SettingEntry {
     QString key;
     SettingsFile::Form form;
     /// Sets it when the JSON value fits exactly: type, words and ranges. False changes nothing.
-    bool (*accept)(const QString &key, const QJsonValue &value, Settings &into);
+    bool (*accept)(const QJsonValue &value, Settings &into);
     /// Sets it as far as the JSON value makes sense: exactly, by the nearest whole number in its
     /// range, or by the entries of a list or a dictionary that fit. Anything else leaves it as it
     /// is.
-    void (*salvage)(const QString &key, const QJsonValue &value, Settings &into);
-    QJsonValue (*json)(const Settings &from); ///< null without a value
+    void (*salvage)(const QJsonValue &value, Settings &into);
+    bool (*fits)(const Settings &settings); ///< its value is one that it may have
+    void (*tidy)(Settings &settings);       ///< a list used as a set then holds each text once
+    void (*migrate)(const SettingsFile &file, Settings &into); ///< see SettingRow; may be null
+    QJsonValue (*json)(const Settings &from);                  ///< null without a value
     bool (*equal)(const Settings &a, const Settings &b);
     /// What it accepts, in French: "un nombre entier de 0 à 6".
-    QString (*expectation)(const QString &key);
+    QString (*expectation)();
 };
 
 /// Every setting, in the order of Settings.

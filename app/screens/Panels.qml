@@ -70,7 +70,9 @@ Item {
         id: settings
         onGone: panels.gone()
         sourceComponent: SettingsPanel {
-            shell: panels.shell
+            settings: panels.shell.settings
+            agentInUse: panels.shell.agent
+            terminals: panels.shell.terminals
         }
     }
     PanelPlace {

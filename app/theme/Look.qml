@@ -1,12 +1,13 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // Turns the theme to what the user chose and the system shows. Made before the screens: their texts
 // would otherwise be laid out in one typeface and again in another.
 Item {
     id: look
 
-    required property Shell shell
+    required property SettingsModel settings
     property bool systemDark: false
     property bool reducedMotion: false
     required property string displayFamily
@@ -15,12 +16,12 @@ Item {
     Binding {
         target: Theme
         property: "dark"
-        value: look.shell.appearance === "Sombre" || (look.shell.appearance !== "Clair" && look.systemDark)
+        value: look.settings.appearance === "Sombre" || (look.settings.appearance !== "Clair" && look.systemDark)
     }
     Binding {
         target: Theme
         property: "accentName"
-        value: look.shell.accent
+        value: look.settings.accent
     }
     Binding {
         target: Theme

@@ -259,8 +259,8 @@ private:
             m_waiting->setSentence(sentence);
             return;
         }
-        m_waiting = std::make_unique<WaitingWindow>(m_app.preferences().settings(),
-                                                    Typefaces::load(), sentence);
+        m_waiting =
+            std::make_unique<WaitingWindow>(m_app.preferences(), Typefaces::load(), sentence);
         connect(m_waiting.get(), &WaitingWindow::givenUp, this, [this] { quit(); });
     }
 

@@ -41,7 +41,7 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     const auto shellProperty = QVariant::fromValue(&shell);
     m_look = made(QStringLiteral("theme/Look.qml"),
-                  {{QStringLiteral("shell"), shellProperty},
+                  {{QStringLiteral("settings"), QVariant::fromValue(shell.settings())},
                    {QStringLiteral("systemDark"), systemIsDark()},
                    {QStringLiteral("reducedMotion"), motionIsReduced()},
                    {QStringLiteral("displayFamily"), faces.display},

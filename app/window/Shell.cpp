@@ -41,6 +41,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     connect(m_actions.get(), &TopicActions::readingAsked, this, &Shell::retry);
     m_search = std::make_unique<TopicSearch>(store);
     m_territory = std::make_unique<TerritoryModel>(preferences);
+    m_settings = std::make_unique<SettingsModel>(preferences);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
     m_figures = std::make_unique<FiguresModel>(
         FiguresModel::Parts{store, preferences, app.notes(), app.clock()});
@@ -57,11 +58,6 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
 
     connect(m_run.get(), &RunModel::ended, m_report.get(), &ReportModel::refresh);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
-        ++m_settingsRevision;
-        Q_EMIT settingsChanged();
-        if (key == u"appearance" || key == u"accent") {
-            Q_EMIT lookChanged();
-        }
         if (key == u"agent") {
             followAgent();
         }
@@ -69,10 +65,10 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     connect(&store, &TopicStore::saveFailed, this,
             [this](const QString &text) { tell(Matter::Save, text); });
     connect(&store, &TopicStore::saved, this, [this] { dismissNotices(Matter::Save); });
-    connect(&preferences, &Preferences::saveFailed, this,
-            [this](const QString &text) { tell(Matter::SettingsFile, text); });
-    connect(&preferences, &Preferences::saved, this,
-            [this] { dismissNotices(Matter::SettingsFile); });
+    connect(m_settings.get(), &SettingsModel::problemChanged, this, [this] {
+        const QString problem = m_settings->problem();
+        problem.isEmpty() ? dismissNotices(Matter::Settings) : tell(Matter::Settings, problem);
+    });
     // Taken up by a command too.
     connect(&store, &TopicStore::topicsReset, this, [this] { dismissNotices(Matter::Found); });
     QStringList found;
@@ -89,12 +85,6 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
 
 Shell::~Shell() = default;
 
-QString Shell::appearance() const {
-    return json::rawText(m_parts.app.preferences().settings().appearance);
-}
-
-QString Shell::accent() const { return json::rawText(m_parts.app.preferences().settings().accent); }
-
 QString Shell::agent() const { return json::rawText(m_parts.app.agent().locator().choose()); }
 
 void Shell::followAgent() {
@@ -105,20 +95,6 @@ void Shell::followAgent() {
 QString Shell::titleOf(const QString &topicId) const {
     const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
     return topic ? shownWords(topic->title) : QString();
-}
-
-QVariant Shell::setting(const QString &key, int /*revision*/) const {
-    return m_parts.app.preferences().setting(key).toVariant();
-}
-
-void Shell::changeSetting(const QString &key, const QVariant &value) {
-    const auto problem =
-        m_parts.app.preferences().changeSetting(key, QJsonValue::fromVariant(value));
-    if (problem) {
-        tell(Matter::Settings, *problem);
-    } else {
-        dismissNotices(Matter::Settings);
-    }
 }
 
 void Shell::openLink(const QString &url) {

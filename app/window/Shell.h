@@ -7,6 +7,7 @@
 #include "app/models/ReportModel.h"
 #include "app/models/RunModel.h"
 #include "app/models/Sections.h"
+#include "app/models/SettingsModel.h"
 #include "app/models/TerritoryModel.h"
 #include "app/models/TopicActions.h"
 #include "app/models/TopicListModel.h"
@@ -51,16 +52,11 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::FiguresModel *figures READ figures CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicPage *page READ page CONSTANT FINAL)
     Q_PROPERTY(vorle::ProgramBudget *budget READ budget CONSTANT FINAL)
-    /// "Automatique", "Clair" or "Sombre".
-    Q_PROPERTY(QString appearance READ appearance NOTIFY lookChanged FINAL)
-    /// "Braise", "Framboise", "Lagune" or "Indigo".
-    Q_PROPERTY(QString accent READ accent NOTIFY lookChanged FINAL)
+    Q_PROPERTY(vorle::SettingsModel *settings READ settings CONSTANT FINAL)
     /// The agent that is used now, "claude" or "codex", chosen by hand or by what is ready.
     Q_PROPERTY(QString agent READ agent NOTIFY agentChanged FINAL)
     /// The terminals there can be on this system, as the settings name them.
     Q_PROPERTY(QStringList terminals READ terminals CONSTANT FINAL)
-    /// Counts the changes of settings: what reads one names it, to be read again.
-    Q_PROPERTY(int settingsRevision READ settingsRevision NOTIFY settingsChanged FINAL)
     /// The reasons a correction may name: `word`, as it is kept, and `text`, as it reads.
     Q_PROPERTY(QVariantList correctionReasons READ correctionReasons CONSTANT FINAL)
     /// A sentence on what went wrong lately (a save, the settings); "" when nothing did, or when it
@@ -98,18 +94,11 @@ public:
     FiguresModel *figures() const { return m_figures.get(); }
     TopicPage *page() const { return m_page.get(); }
     ProgramBudget *budget() const { return m_budget.get(); }
-    QString appearance() const;
-    QString accent() const;
+    SettingsModel *settings() const { return m_settings.get(); }
     QString agent() const;
     QStringList terminals() const { return m_parts.terminals; }
     QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
     QString remedy() const;
-    int settingsRevision() const { return m_settingsRevision; }
-
-    /// A setting by its key, as JSON has it; undefined for an unknown key or one without a value.
-    Q_INVOKABLE QVariant setting(const QString &key, int revision) const;
-    /// Sets it; what does not fit is told as a notice.
-    Q_INVOKABLE void changeSetting(const QString &key, const QVariant &value);
 
     /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
     Q_INVOKABLE void openLink(const QString &url);
@@ -150,10 +139,8 @@ public:
     QVariantList correctionReasons() const;
 
 Q_SIGNALS:
-    void lookChanged();
     void agentChanged();
     void noticeChanged();
-    void settingsChanged();
     /// A word for the user on what they just did.
     void said(const QString &sentence);
 
@@ -168,7 +155,6 @@ private:
     enum class Matter {
         Found, ///< how the files were found at this start
         Save,
-        SettingsFile,
         Settings,
         FirstStep,
         Capture
@@ -185,7 +171,6 @@ private:
 
     Parts m_parts;
     QList<Notice> m_notices;
-    int m_settingsRevision = 0;
     QSet<QUuid> m_briefsTold; // topics whose row shows how far their notes are
     std::unique_ptr<TopicListModel> m_inbox;
     std::unique_ptr<TopicListModel> m_program;
@@ -199,6 +184,7 @@ private:
     std::unique_ptr<TopicActions> m_actions;
     std::unique_ptr<TopicSearch> m_search;
     std::unique_ptr<TerritoryModel> m_territory;
+    std::unique_ptr<SettingsModel> m_settings;
     std::unique_ptr<ReportModel> m_report;
     std::unique_ptr<FiguresModel> m_figures;
     std::unique_ptr<TopicPage> m_page;

@@ -1,7 +1,6 @@
 #include "app/window/WaitingWindow.h"
 
 #include "app/window/MainWindow.h"
-#include "base/Json.h"
 
 #include <QGuiApplication>
 #include <QQmlComponent>
@@ -11,14 +10,12 @@
 
 namespace vorle {
 
-WaitingWindow::WaitingWindow(const Settings &settings, const Typefaces &faces,
-                             const QString &sentence) {
+WaitingWindow::WaitingWindow(Preferences &preferences, const Typefaces &faces,
+                             const QString &sentence)
+    : m_settings(preferences) {
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    const QVariantMap chosen{
-        {QStringLiteral("appearance"), QVariant(json::rawText(settings.appearance))},
-        {QStringLiteral("accent"), QVariant(json::rawText(settings.accent))}};
     m_look = made(QStringLiteral("theme/Look.qml"),
-                  {{QStringLiteral("shell"), chosen},
+                  {{QStringLiteral("settings"), QVariant::fromValue(&m_settings)},
                    {QStringLiteral("systemDark"), MainWindow::systemIsDark()},
                    {QStringLiteral("reducedMotion"), true}, // it stays for moments
                    {QStringLiteral("displayFamily"), faces.display},

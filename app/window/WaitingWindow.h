@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/models/SettingsModel.h"
 #include "app/window/Fonts.h"
-#include "core/Settings.h"
 
 #include <QObject>
 #include <QQmlEngine>
@@ -18,7 +18,7 @@ class WaitingWindow final : public QObject {
 public:
     /// Shown at once, in the look that the settings ask for.
     /// @throws std::runtime_error when its screen cannot be loaded: a fault of the build
-    WaitingWindow(const Settings &settings, const Typefaces &faces, const QString &sentence);
+    WaitingWindow(Preferences &preferences, const Typefaces &faces, const QString &sentence);
     ~WaitingWindow() override;
 
     void setSentence(const QString &sentence);
@@ -31,6 +31,7 @@ Q_SIGNALS:
 private:
     std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
 
+    SettingsModel m_settings;
     QQmlEngine m_engine;
     std::unique_ptr<QObject> m_look;
     std::unique_ptr<QObject> m_screen;

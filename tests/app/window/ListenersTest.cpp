@@ -172,10 +172,10 @@ TEST_F(ListenersTest, each_setting_is_one_stop_and_the_arrows_choose) {
     press(Qt::Key_Right);
     press(Qt::Key_Right);
     EXPECT_EQ(focused(), text("Sombre"));
-    EXPECT_EQ(m_shell->appearance(), text("Sombre"));
+    EXPECT_EQ(m_shell->settings()->appearance(), text("Sombre"));
     press(Qt::Key_Right);
     press(Qt::Key_Left);
-    EXPECT_EQ(m_shell->appearance(), text("Sombre")) << "round by both ends";
+    EXPECT_EQ(m_shell->settings()->appearance(), text("Sombre")) << "round by both ends";
     QStringList stops;
     for (int i = 0; i < 6; ++i) {
         stops += focused();

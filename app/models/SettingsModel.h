@@ -1,0 +1,148 @@
+#pragma once
+
+#include "core/Preferences.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+
+namespace vorle {
+
+/// The user's settings for QML: a property a setting that a screen shows, of the setting's own
+/// type; enumerations as the words they are kept as. What is written here acts at once and goes to
+/// the disk in the background; what a command or another process writes shows at once. A value
+/// that does not fit changes nothing and is told by `problem`. Main thread; the preferences outlive
+/// it.
+class SettingsModel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    /// 0 to 10,080.
+    Q_PROPERTY(int weeklyMinutes READ weeklyMinutes WRITE setWeeklyMinutes NOTIFY
+                   weeklyMinutesChanged FINAL)
+    Q_PROPERTY(
+        QString appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QString accent READ accent WRITE setAccent NOTIFY accentChanged FINAL)
+    Q_PROPERTY(QString terminal READ terminal WRITE setTerminal NOTIFY terminalChanged FINAL)
+    Q_PROPERTY(
+        QString notifyMode READ notifyMode WRITE setNotifyMode NOTIFY notifyModeChanged FINAL)
+    Q_PROPERTY(bool notifyReminder READ notifyReminder WRITE setNotifyReminder NOTIFY
+                   notifyReminderChanged FINAL)
+    Q_PROPERTY(bool proposeTab READ proposeTab WRITE setProposeTab NOTIFY proposeTabChanged FINAL)
+    Q_PROPERTY(bool onboarded READ onboarded WRITE setOnboarded NOTIFY onboardedChanged FINAL)
+    /// "" while it is not known.
+    Q_PROPERTY(QString job READ job WRITE setJob NOTIFY jobChanged FINAL)
+    Q_PROPERTY(
+        QStringList interests READ interests WRITE setInterests NOTIFY interestsChanged FINAL)
+    Q_PROPERTY(QStringList keptApps READ keptApps WRITE setKeptApps NOTIFY keptAppsChanged FINAL)
+    Q_PROPERTY(QStringList excludedApps READ excludedApps WRITE setExcludedApps NOTIFY
+                   excludedAppsChanged FINAL)
+    Q_PROPERTY(
+        QString accessMode READ accessMode WRITE setAccessMode NOTIFY accessModeChanged FINAL)
+    Q_PROPERTY(
+        QStringList addedTools READ addedTools WRITE setAddedTools NOTIFY addedToolsChanged FINAL)
+    Q_PROPERTY(
+        QStringList exclusions READ exclusions WRITE setExclusions NOTIFY exclusionsChanged FINAL)
+    /// 0 to 6, as stored.
+    Q_PROPERTY(
+        int radiusLevel READ radiusLevel WRITE setRadiusLevel NOTIFY radiusLevelChanged FINAL)
+    /// "claude" or "codex"; "" while the user has not chosen.
+    Q_PROPERTY(QString agent READ agent WRITE setAgent NOTIFY agentChanged FINAL)
+
+    /// The words that an enumeration may be set to, in their order.
+    Q_PROPERTY(QStringList appearances READ appearances CONSTANT FINAL)
+    Q_PROPERTY(QStringList accents READ accents CONSTANT FINAL)
+    Q_PROPERTY(QStringList notifyModes READ notifyModes CONSTANT FINAL)
+
+    /// What is wrong, in French: a value that did not fit, until the next one that does; a write
+    /// that failed, until one succeeds. "" when nothing is.
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
+
+public:
+    explicit SettingsModel(Preferences &preferences, QObject *parent = nullptr);
+
+    int weeklyMinutes() const { return now().weeklyMinutes; }
+    void setWeeklyMinutes(int value) { set(&Settings::weeklyMinutes, value); }
+    QString appearance() const { return json::rawText(now().appearance); }
+    void setAppearance(const QString &word) { setWord(&Settings::appearance, word); }
+    QString accent() const { return json::rawText(now().accent); }
+    void setAccent(const QString &word) { setWord(&Settings::accent, word); }
+    QString terminal() const { return json::rawText(now().terminal); }
+    void setTerminal(const QString &word) { setWord(&Settings::terminal, word); }
+    QString notifyMode() const { return json::rawText(now().notifyMode); }
+    void setNotifyMode(const QString &word) { setWord(&Settings::notifyMode, word); }
+    bool notifyReminder() const { return now().notifyReminder; }
+    void setNotifyReminder(bool value) { set(&Settings::notifyReminder, value); }
+    bool proposeTab() const { return now().proposeTab; }
+    void setProposeTab(bool value) { set(&Settings::proposeTab, value); }
+    bool onboarded() const { return now().onboarded; }
+    void setOnboarded(bool value) { set(&Settings::onboarded, value); }
+    QString job() const { return now().job.value_or(QString()); }
+    void setJob(const QString &text) { setText(&Settings::job, text); }
+    QStringList interests() const { return now().interests; }
+    void setInterests(const QStringList &list) { set(&Settings::interests, list); }
+    QStringList keptApps() const { return now().keptApps; }
+    void setKeptApps(const QStringList &list) { set(&Settings::keptApps, list); }
+    QStringList excludedApps() const { return now().excludedApps; }
+    void setExcludedApps(const QStringList &list) { set(&Settings::excludedApps, list); }
+    QString accessMode() const { return json::rawText(now().accessMode); }
+    void setAccessMode(const QString &word) { setWord(&Settings::accessMode, word); }
+    QStringList addedTools() const { return now().addedTools; }
+    void setAddedTools(const QStringList &list) { set(&Settings::addedTools, list); }
+    QStringList exclusions() const { return now().exclusions; }
+    void setExclusions(const QStringList &list) { set(&Settings::exclusions, list); }
+    int radiusLevel() const { return now().radiusLevel; }
+    void setRadiusLevel(int value) { set(&Settings::radiusLevel, value); }
+    QString agent() const { return now().agent.value_or(QString()); }
+    void setAgent(const QString &word) { setText(&Settings::agent, word); }
+
+    QStringList appearances() const;
+    QStringList accents() const;
+    QStringList notifyModes() const;
+    QString problem() const;
+
+Q_SIGNALS:
+    void weeklyMinutesChanged();
+    void appearanceChanged();
+    void accentChanged();
+    void terminalChanged();
+    void notifyModeChanged();
+    void notifyReminderChanged();
+    void proposeTabChanged();
+    void onboardedChanged();
+    void jobChanged();
+    void interestsChanged();
+    void keptAppsChanged();
+    void excludedAppsChanged();
+    void accessModeChanged();
+    void addedToolsChanged();
+    void exclusionsChanged();
+    void radiusLevelChanged();
+    void agentChanged();
+    void problemChanged();
+
+private:
+    const Settings &now() const { return m_preferences.settings(); }
+    template <class T>
+    void set(T Settings::*setting, const std::type_identity_t<T> &value) {
+        tellRefusal(m_preferences.change(setting, value));
+    }
+    template <class E>
+    void setWord(E Settings::*setting, const QString &word) {
+        const auto value = json::fromRaw<E>(word);
+        tellRefusal(value ? m_preferences.change(setting, *value)
+                          : Preferences::expectation(setting));
+    }
+    void setText(std::optional<QString> Settings::*setting, const QString &text) {
+        set(setting, text.isEmpty() ? std::nullopt : std::optional(text));
+    }
+    void announce(const QString &key);
+    void tellRefusal(const std::optional<QString> &refusal);
+    void tellDisk(const QString &failure);
+
+    Preferences &m_preferences;
+    QString m_refusal;     // of the value that was set last
+    QString m_diskFailure; // of the last write
+};
+
+} // namespace vorle
