@@ -42,6 +42,7 @@ qt_add_qml_module(vorle_window
         window/Opening.cpp window/Opening.h
         window/QuitHandler.cpp window/QuitHandler.h
         window/Shell.cpp window/Shell.h
+        window/ShellParts.cpp window/ShellParts.h
         window/SingleInstance.cpp window/SingleInstance.h
         window/TextLeading.cpp window/TextLeading.h
         window/TopicPage.cpp window/TopicPage.h

@@ -10,7 +10,7 @@
 // Offscreen and drawn in software, unless QT_QPA_PLATFORM and QT_QUICK_BACKEND say otherwise.
 
 #include "app/window/MainWindow.h"
-#include "app/window/Shell.h"
+#include "app/window/ShellParts.h"
 #include "app/wiring/Application.h"
 #include "bench/ManyTopics.h"
 #include "bench/Standing.h"
@@ -101,7 +101,7 @@ void turnFor(int milliseconds) {
 struct Window {
     explicit Window(Application &app)
         : launcher({app.agent().locator(), app.preferences(), terminals, pasteboard, links})
-        , shell({app, links, pasteboard, launcher})
+        , shell(shellParts(app, links, pasteboard, launcher))
         , main(shell, Typefaces::load(), app.store().file()) {
         QObject::connect(&main.window(), &QQuickWindow::frameSwapped, &main, [this] { ++frames; });
         main.raise();

@@ -1,7 +1,10 @@
 // The judge measured on the samples an expert graded. The user's topics are never opened.
 
-#include "app/cli/Command.h"
+#include "agents/Ask.h"
+#include "agents/EngineAgent.h"
+#include "app/cli/Handlers.h"
 #include "base/French.h"
+#include "base/Resources.h"
 #include "core/NumberText.h"
 #include "judging/JudgeBench.h"
 
@@ -209,12 +212,12 @@ BancAnswer answerOf(const Judged &judged, const BenchFigures &figures) {
 }
 
 /// Up to the first failure.
-Task<Judged> judgeAll(Context &context, QList<Bench> benches) {
+Task<Judged> judgeAll(Context &context, OnDemand<Asker> asker, QList<Bench> benches) {
     qsizetype total = 0;
     for (const Bench &bench : benches) {
         total += bench.items.size();
     }
-    JudgeBench judging(context.app.asker());
+    JudgeBench judging(*asker);
     Judged judged;
     qsizetype before = 0;
     for (const Bench &bench : benches) {
@@ -236,16 +239,16 @@ Task<Judged> judgeAll(Context &context, QList<Bench> benches) {
 
 } // namespace
 
-Task<ExitStatus> banc(Context &context) {
-    QList<Bench> benches = loadBenches(context.app.resources());
+Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
+                      const Resources &resources) {
+    QList<Bench> benches = loadBenches(resources);
     if (context.arguments.flags.contains(QStringLiteral("apercu"))) {
         benches = {previewOf(benches.first())};
         context.console.say(previewTitle());
         context.console.say(previewSubtitle());
     }
-    EngineAgent &agent = context.app.agent();
-    agent.check(agent.locator().choose());
-    const Judged judged = co_await judgeAll(context, benches);
+    agent->check(agent->locator().choose());
+    const Judged judged = co_await judgeAll(context, asker, benches);
     context.console.endProgress();
     const BenchFigures figures = benchFigures(judged.verdicts());
     if (figures.compared > 0 && context.arguments.json()) {

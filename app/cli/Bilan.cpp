@@ -1,6 +1,6 @@
 // The command that tells what the watch came to.
 
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/labels/RunLabels.h"
 #include "app/labels/Wording.h"
 #include "app/report/FigureSentences.h"
@@ -142,20 +142,22 @@ PeriodKind kindOf(const Arguments &arguments) {
 
 } // namespace
 
-Task<ExitStatus> bilan(Context &context) {
+Task<ExitStatus> bilan(Context &context, OnDemand<TopicStore> topics,
+                       OnDemand<Preferences> preferences, OnDemand<ScoreProvenanceLog> provenance,
+                       const Clock &clock) {
     const PeriodKind kind = kindOf(context.arguments);
-    const TopicStore &store = context.app.store();
+    const TopicStore &store = *topics;
     if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
     }
-    const QDateTime now = context.app.clock().now();
+    const QDateTime now = clock.now();
     const QTimeZone zone = QTimeZone::systemTimeZone();
     const ReportPeriod period = reportPeriod(kind, now);
-    ScoreProvenanceLog &notes = context.app.notes();
+    ScoreProvenanceLog &notes = *provenance;
     const WatchFigures figures =
         watchFigures({.topics = store.topics(),
                       .reports = store.history(),
-                      .weeklyMinutes = context.app.preferences().settings().weeklyMinutes,
+                      .weeklyMinutes = preferences->settings().weeklyMinutes,
                       .reflexesOf =
                           [&notes](const QUuid &id) {
                               const auto note = notes.note(id);

@@ -1,9 +1,10 @@
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/Keyboard.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
 #include "base/French.h"
 #include "core/Calibration.h"
+#include "core/Corrections.h"
 
 namespace vorle::cli {
 
@@ -37,10 +38,10 @@ void requireReadable(const TopicStore &store) {
 }
 
 /// After what the flags ask for; the topics are read alone.
-void showState(Context &context) {
-    Preferences &preferences = context.app.preferences();
-    requireReadable(context.app.store());
-    Calibration calibration(preferences, context.app.store(), context.app.clock());
+void showState(Context &context, const TopicsToChange &topics, const Clock &clock) {
+    Preferences &preferences = *topics.preferences;
+    requireReadable(*topics.store);
+    Calibration calibration(preferences, *topics.store, clock);
     if (context.arguments.flags.contains(QStringLiteral("reprendre"))) {
         calibration.beginAgain();
     }
@@ -172,10 +173,11 @@ private:
 };
 
 /// Says how it ended and gives the command's status.
-ExitStatus finish(Context &context, const Calibration &calibration, bool complete) {
-    if (!context.app.store().flush()) {
-        throw Failure(context.app.store().saveError().value_or(
-            French::tr("Les sujets n’ont pas pu être enregistrés.")));
+ExitStatus finish(Context &context, TopicStore &store, const Calibration &calibration,
+                  bool complete) {
+    if (!store.flush()) {
+        throw Failure(
+            store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
     }
     if (complete) {
         const CalibrationText end = calibrationEnd(calibration.progress().answered);
@@ -189,8 +191,8 @@ ExitStatus finish(Context &context, const Calibration &calibration, bool complet
 
 } // namespace
 
-Task<ExitStatus> calibrer(Context &context) {
-    Preferences &preferences = context.app.preferences();
+Task<ExitStatus> calibrer(Context &context, TopicsToChange topics, const Clock &clock) {
+    Preferences &preferences = *topics.preferences;
     const bool again = context.arguments.flags.contains(QStringLiteral("reprendre"));
     if (context.arguments.flags.contains(QStringLiteral("passer"))) {
         if (again) {
@@ -199,12 +201,12 @@ Task<ExitStatus> calibrer(Context &context) {
         preferences.change(&Settings::calibrated, true);
         context.console.say(calibrationSkippedText());
         if (context.arguments.json()) {
-            showState(context);
+            showState(context, topics, clock);
         }
         co_return ExitStatus::Done;
     }
     if (context.arguments.json()) {
-        showState(context);
+        showState(context, topics, clock);
         co_return ExitStatus::Done;
     }
     if (!Keyboard::available()) {
@@ -212,15 +214,16 @@ Task<ExitStatus> calibrer(Context &context) {
                                  "lance la commande dans un terminal."),
                       ExitStatus::Usage);
     }
-    co_await holdTopics(context);
-    requireReadable(context.app.store());
-    Calibration calibration(preferences, context.app.store(), context.app.clock());
+    co_await holdTopics(context, topics);
+    TopicStore &store = *topics.store;
+    requireReadable(store);
+    Calibration calibration(preferences, store, clock);
     if (preferences.settings().calibrated && !again) {
         context.console.say(French::tr("C’est déjà fait. Pour recommencer\u00A0: vorle "
                                        "calibrer --reprendre"));
         co_return ExitStatus::Done;
     }
-    if (context.app.store().topics(TopicStatus::Inbox).isEmpty()) {
+    if (store.topics(TopicStatus::Inbox).isEmpty()) {
         context.console.say(calibrationNothingText());
         co_return ExitStatus::Done;
     }
@@ -238,7 +241,7 @@ Task<ExitStatus> calibrer(Context &context) {
     }
     Interview interview(context, calibration);
     const bool complete = co_await interview.run();
-    co_return finish(context, calibration, complete);
+    co_return finish(context, store, calibration, complete);
 }
 
 } // namespace vorle::cli

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/cli/Console.h"
-#include "app/wiring/Application.h"
 #include "base/Async.h"
 
 #include <QMap>
@@ -10,6 +9,10 @@
 #include <QStringList>
 
 #include <exception>
+
+namespace vorle {
+class Application;
+}
 
 namespace vorle::cli {
 
@@ -44,9 +47,8 @@ struct Arguments {
 /// go on when it has ended.
 enum class Host { OwnProcess, App };
 
-/// What a command works with.
+/// What was asked, and where to answer: what every command is given.
 struct Context {
-    Application &app;
     Console &console;
     Arguments arguments;
     CancelToken cancel; ///< cancelled on Ctrl-C
@@ -66,7 +68,8 @@ struct Command {
     /// It asks for the right to change the topics, if only a demonstration's, and nothing at the
     /// keyboard: an app that has that right runs it for a terminal.
     bool throughApp = false;
-    Task<ExitStatus> (*run)(Context &context);
+    /// Hands the command what it works with, and nothing else.
+    Task<ExitStatus> (*run)(Context &context, Application &app);
 };
 
 /// All commands, in the order the help shows them.
@@ -75,32 +78,11 @@ const QList<Command> &commands();
 /// The command of that name; null when there is none.
 const Command *commandNamed(const QString &name);
 
-/// Runs the command to its end. Whatever it throws is told on the console, in French. Both outlive
-/// the task.
-Task<ExitStatus> runCommand(const Command &command, Context &context);
+/// Runs the command to its end, on the application's objects. Whatever it throws is told on the
+/// console, in French. All three outlive the task.
+Task<ExitStatus> runCommand(const Command &command, Context &context, Application &app);
 
 /// Reads what follows a command's name. @throws Failure with ExitStatus::Usage
 Arguments parseArguments(const Command &command, const QStringList &words);
-
-Task<ExitStatus> fouille(Context &context);
-Task<ExitStatus> consignes(Context &context);
-Task<ExitStatus> sujets(Context &context);
-Task<ExitStatus> trier(Context &context);
-Task<ExitStatus> corriger(Context &context);
-Task<ExitStatus> programme(Context &context);
-Task<ExitStatus> calibrer(Context &context);
-Task<ExitStatus> fiche(Context &context);
-Task<ExitStatus> lire(Context &context);
-Task<ExitStatus> flux(Context &context);
-Task<ExitStatus> decouverte(Context &context);
-Task<ExitStatus> banc(Context &context);
-Task<ExitStatus> bilan(Context &context);
-Task<ExitStatus> reflexes(Context &context);
-Task<ExitStatus> projet(Context &context);
-Task<ExitStatus> reglages(Context &context);
-Task<ExitStatus> exporter(Context &context);
-Task<ExitStatus> importer(Context &context);
-Task<ExitStatus> reparer(Context &context);
-Task<ExitStatus> agents(Context &context);
 
 } // namespace vorle::cli

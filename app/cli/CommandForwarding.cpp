@@ -85,10 +85,10 @@ private:
 
 } // namespace
 
-Task<std::optional<ExitStatus>> forwardCommand(Context &context) {
+Task<std::optional<ExitStatus>> forwardCommand(Context &context, QString topicsFile) {
     auto *socket = new QLocalSocket;
     ForwardedCommand forwarded(context, socket);
-    socket->connectToServer(appSocketName(context.app.topicsFile()));
+    socket->connectToServer(appSocketName(topicsFile));
     co_await forwarded.ended();
     if (!forwarded.wasAsked()) {
         context.cancel.throwIfCancelled();

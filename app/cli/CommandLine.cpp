@@ -32,8 +32,8 @@ QString helpText() {
     return lines.join(u'\n');
 }
 
-Task<> runThenQuit(const Command *command, Context &context) {
-    const ExitStatus status = co_await runCommand(*command, context);
+Task<> runThenQuit(const Command *command, Context &context, Application &app) {
+    const ExitStatus status = co_await runCommand(*command, context, app);
     // A command that never waited ends before the event loop starts: the order to leave must wait
     // for it.
     QMetaObject::invokeMethod(
@@ -58,8 +58,8 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
     if (demonstration) {
         demonstration->populate(app.preferences());
     }
-    Context context{app, console, arguments, interrupts.token(), words};
-    const Task<> running = runThenQuit(&command, context);
+    Context context{console, arguments, interrupts.token(), words};
+    const Task<> running = runThenQuit(&command, context, app);
     return QCoreApplication::exec();
 }
 

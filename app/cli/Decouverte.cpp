@@ -1,8 +1,9 @@
 // What vorle can tell by itself of a folder, or of the machine and its person.
 
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "base/French.h"
 #include "core/NumberText.h"
+#include "core/Preferences.h"
 #include "search/discovery/Discovery.h"
 
 namespace vorle::cli {
@@ -71,8 +72,7 @@ ExitStatus showFolder(const Context &context, const QString &folder) {
     return ExitStatus::Done;
 }
 
-MachineShown machine(Context &context) {
-    const QList<discovery::App> apps = context.app.apps();
+MachineShown machine(const Preferences &preferences, const QList<discovery::App> &apps) {
     const QStringList tools = discovery::proposedTools(apps);
     MachineShown shown;
     QStringList names;
@@ -82,15 +82,14 @@ MachineShown machine(Context &context) {
                        tools.contains(app.name)};
     }
     QStringList labels;
-    for (const QString &folder : context.app.preferences().settings().projects) {
+    for (const QString &folder : preferences.settings().projects) {
         labels += discovery::readProject(folder).labels;
     }
     shown.job = discovery::jobTitle(labels, names);
     return shown;
 }
 
-ExitStatus showMachine(Context &context) {
-    const MachineShown shown = machine(context);
+ExitStatus showMachine(const Context &context, const MachineShown &shown) {
     const Console &console = context.console;
     if (context.arguments.json()) {
         console.print(json::encode(shown, json::Style::Pretty));
@@ -111,9 +110,11 @@ ExitStatus showMachine(Context &context) {
 
 } // namespace
 
-Task<ExitStatus> decouverte(Context &context) {
+Task<ExitStatus> decouverte(Context &context, OnDemand<Preferences> preferences,
+                            InstalledAppsList apps) {
     const QStringList &folders = context.arguments.positional;
-    co_return folders.isEmpty() ? showMachine(context) : showFolder(context, folders.first());
+    co_return folders.isEmpty() ? showMachine(context, machine(*preferences, apps()))
+                                : showFolder(context, folders.first());
 }
 
 } // namespace vorle::cli

@@ -1,10 +1,11 @@
 // One topic's reading note: the kept one, or a new one.
 
 #include "app/cli/BriefPage.h"
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
 #include "app/labels/RunLabels.h"
 #include "base/French.h"
+#include "base/Resources.h"
 #include "briefs/BriefWriter.h"
 
 namespace vorle::cli {
@@ -26,8 +27,7 @@ bool isOver(const BriefWriter &writer, const QUuid &id) {
 }
 
 /// Writes the topic's note and waits for it. @throws Failure, Cancelled
-Task<> write(Context &context, QUuid id) {
-    BriefWriter &writer = context.app.briefs();
+Task<> write(Context &context, BriefWriter &writer, QUuid id) {
     OneShot ended;
     QObject scope; // the connections go with it
     const auto look = [&writer, id, ended] {
@@ -61,7 +61,8 @@ QString costFact(std::optional<double> costUSD) {
 
 } // namespace
 
-Task<ExitStatus> fiche(Context &context) {
+Task<ExitStatus> fiche(Context &context, TopicsToChange topics, OnDemand<BriefWriter> briefs,
+                       const Resources &resources, const Clock &clock) {
     const QString typed = context.arguments.positional.first();
     const bool again = context.arguments.flags.contains(QStringLiteral("refaire"));
     const auto showKept = [&](const TopicStore &kept) {
@@ -73,23 +74,22 @@ Task<ExitStatus> fiche(Context &context) {
         return shown;
     };
     // A kept note is read without waiting for whoever is changing the topics.
-    if (context.app.lock().isHeld()
-            ? showKept(context.app.store())
-            : showKept({TopicStore::Kind::Real, context.app.resources(), context.app.clock()})) {
+    if (topics.lock->isHeld() ? showKept(*topics.store)
+                              : showKept({TopicStore::Kind::Real, resources, clock})) {
         co_return ExitStatus::Done;
     }
-    co_await holdTopics(context);
-    TopicStore &store = context.app.store();
+    co_await holdTopics(context, topics);
+    TopicStore &store = *topics.store;
     const QUuid id = topicByPrefix(store, typed)->id;
     if (again || !store.topic(id)->brief) {
-        co_await write(context, id);
+        co_await write(context, *briefs, id);
     }
     const TopicPtr topic = store.topic(id);
     if (!topic || !topic->brief) {
         throw Failure(French::tr("La fiche n’a pas été écrite\u00A0: le sujet ou la demande a "
                                  "été retiré entre-temps."));
     }
-    const auto receipt = context.app.briefs().receipt(id).value_or(BriefWriter::Receipt());
+    const auto receipt = briefs->receipt(id).value_or(BriefWriter::Receipt());
     show(context, *topic, receipt.minutes);
     if (!store.flush()) {
         throw Failure(

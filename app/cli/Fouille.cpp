@@ -1,4 +1,4 @@
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
 #include "app/labels/RunLabels.h"
@@ -6,6 +6,7 @@
 #include "base/French.h"
 #include "core/Calibration.h"
 #include "core/NumberText.h"
+#include "search/run/SearchEngine.h"
 
 namespace vorle::cli {
 
@@ -22,12 +23,12 @@ struct FouilleAnswer : RunReport {
 };
 
 /// Waits for the right to change the topics, then hands out what a run that died left behind.
-Task<> openStore(Context &context) {
-    if (context.app.lock().isHeld()) {
+Task<> openStore(Context &context, TopicsToChange topics) {
+    if (topics.lock->isHeld()) {
         co_return; // by the app, which did so when it opened: what is pending now is a run's
     }
-    co_await holdTopics(context);
-    TopicStore &store = context.app.store();
+    co_await holdTopics(context, topics);
+    TopicStore &store = *topics.store;
     if (const auto notice = store.notice()) {
         context.console.say(*notice);
     }
@@ -100,9 +101,9 @@ void tellReport(Console &console, const RunReport &report) {
 }
 
 /// After the first run: the guided triage, until it is done or skipped.
-void proposeCalibration(Context &context) {
-    TopicStore &store = context.app.store();
-    const Calibration calibration(context.app.preferences(), store, context.app.clock());
+void proposeCalibration(Context &context, const TopicsToChange &topics, const Clock &clock) {
+    TopicStore &store = *topics.store;
+    const Calibration calibration(*topics.preferences, store, clock);
     if (!store.isDemo() && calibration.isProposed()) {
         const Calibration::Progress progress = calibration.progress();
         const CalibrationText text = calibrationInvitation(progress.total - progress.answered);
@@ -113,9 +114,11 @@ void proposeCalibration(Context &context) {
 
 } // namespace
 
-Task<ExitStatus> fouille(Context &context) {
-    co_await openStore(context);
-    SearchEngine &engine = context.app.engine();
+Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchEngine> search,
+                         const Clock &clock) {
+    co_await openStore(context, held);
+    TopicStore &store = *held.store;
+    SearchEngine &engine = *search;
     const auto link = QObject::connect(&engine, &SearchEngine::progressed, &engine,
                                        [&](const RunProgress &progress) {
                                            // A refusal is told by its failure.
@@ -138,7 +141,7 @@ Task<ExitStatus> fouille(Context &context) {
     const RunReport &report = *ended;
     QList<TopicPtr> topics;
     for (const QUuid &id : report.topicIds) {
-        if (const TopicPtr topic = context.app.store().topic(id)) {
+        if (const TopicPtr topic = store.topic(id)) {
             topics += topic;
         }
     }
@@ -149,17 +152,17 @@ Task<ExitStatus> fouille(Context &context) {
         }
         context.console.print(json::encode(answer, json::Style::Pretty));
     } else if (!topics.isEmpty()) {
-        context.console.print(
-            topicCards(context.console, topics, context.app.store(), QDate::currentDate()) + u'\n');
+        context.console.print(topicCards(context.console, topics, store, QDate::currentDate()) +
+                              u'\n');
     }
     tellReport(context.console, report);
     if (report.saved) {
         context.console.say(runResultText(report));
         context.console.say(runFactsText(report));
-        proposeCalibration(context);
+        proposeCalibration(context, held, clock);
     } else {
-        context.console.say(context.app.store().saveError().value_or(
-            French::tr("Les sujets n’ont pas pu être enregistrés.")));
+        context.console.say(
+            store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
     }
     co_return report.cancelled || !report.saved ? ExitStatus::Failed : ExitStatus::Done;
 }

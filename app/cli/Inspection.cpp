@@ -1,17 +1,22 @@
 // The commands that show and change nothing.
 
-#include "app/cli/Command.h"
+#include "agents/Ask.h"
+#include "agents/EngineAgent.h"
+#include "app/cli/Handlers.h"
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
+#include "base/Resources.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
 #include "core/NumberText.h"
+#include "core/Preferences.h"
 #include "judging/JudgeBrief.h"
 #include "judging/Learning.h"
 #include "search/run/JudgedProjects.h"
 #include "search/run/Pipeline.h"
 #include "search/run/RunPlan.h"
 #include "search/web/Links.h"
+#include "search/web/PageReader.h"
 
 namespace vorle::cli {
 
@@ -66,23 +71,23 @@ struct AgentsShown {
     }
 };
 
-QString schemaText(const Context &context, const QString &name) {
-    return context.app.resources().text(name, QStringLiteral("json")).value_or(QString());
+QString schemaText(const Resources &resources, const QString &name) {
+    return resources.text(name, QStringLiteral("json")).value_or(QString());
 }
 
-Task<QList<PromptShown>> runPrompts(Context &context) {
-    const Preferences &preferences = context.app.preferences();
+Task<QList<PromptShown>> runPrompts(Context &context, PromptSources sources) {
+    const Preferences &preferences = *sources.preferences;
     if (const QString refusal = refusalText(preferences); !refusal.isEmpty()) {
         throw Failure(refusal);
     }
-    const QList<TopicPtr> topics = context.app.store().topics();
+    const QList<TopicPtr> topics = sources.topics->topics();
     const auto folders = preferences.settings().projects;
     const auto projects = co_await onPool([folders] { return readProjects(folders); });
     QStringList apps;
-    for (const discovery::App &app : context.app.apps()) {
+    for (const discovery::App &app : sources.apps()) {
         apps += app.name;
     }
-    const QDateTime now = context.app.clock().now();
+    const QDateTime now = sources.clock.now();
     const RunPlan plan = planRun(preferences, projects, topics, now, apps);
     const JudgeBrief brief = judgeBrief(
         briefSource(preferences, judgedProjects(projects, preferences.settings()), topics),
@@ -92,17 +97,18 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
             context.console.say(warning);
         }
     }
-    const AgentKind agent = context.app.agent().locator().choose();
-    const Pipeline pipeline(context.app.asker());
+    const AgentKind agent = sources.agent->locator().choose();
+    const Pipeline pipeline(*sources.asker);
     QList<PromptShown> shown;
     for (const PlannedScope &planned : plan.scopes) {
         const Question question = pipeline.question(planned, agent);
-        shown += {planned.name, question.prompt, schemaText(context, question.schemaName)};
+        shown +=
+            {planned.name, question.prompt, schemaText(sources.resources, question.schemaName)};
     }
     // What the feeds announce, what is judged and what is dug for is known only during the run: one
     // empty item shows each frame.
     const auto show = [&](const QString &name, const Question &question) {
-        shown += {name, question.prompt, schemaText(context, question.schemaName)};
+        shown += {name, question.prompt, schemaText(sources.resources, question.schemaName)};
     };
     if (!plan.sites.sites.isEmpty()) {
         show(French::tr("Tes sites"), pipeline.screening(plan.sites, {QStringLiteral("…")}, agent));
@@ -110,11 +116,11 @@ Task<QList<PromptShown>> runPrompts(Context &context) {
     JudgeCandidate frame;
     frame.id = QStringLiteral("c1");
     frame.title = QStringLiteral("…");
-    const QString instruction = loadPrompt(context.app.resources(), QStringLiteral("judge-prompt"));
+    const QString instruction = loadPrompt(sources.resources, QStringLiteral("judge-prompt"));
     shown += {French::tr("Jugement"),
               judgePrompt(instruction, brief.today, brief.profile, brief.reflexLines(),
                           brief.examples, {frame}),
-              schemaText(context, QStringLiteral("judge-schema"))};
+              schemaText(sources.resources, QStringLiteral("judge-schema"))};
     const QString unread = QStringLiteral("…");
     show(French::tr("Pages illisibles"),
          pipeline.digging({{frame.id, unread, unread, unread}},
@@ -168,8 +174,8 @@ QString stateText(AgentReadiness readiness, AgentKind kind) {
 
 } // namespace
 
-Task<ExitStatus> consignes(Context &context) {
-    const QList<PromptShown> prompts = co_await runPrompts(context);
+Task<ExitStatus> consignes(Context &context, PromptSources sources) {
+    const QList<PromptShown> prompts = co_await runPrompts(context, sources);
     if (context.arguments.json()) {
         context.console.print(json::encode(prompts, json::Style::Pretty));
         co_return ExitStatus::Done;
@@ -185,14 +191,14 @@ Task<ExitStatus> consignes(Context &context) {
     co_return ExitStatus::Done;
 }
 
-Task<ExitStatus> lire(Context &context) {
+Task<ExitStatus> lire(Context &context, OnDemand<PageReader> reader) {
     const QString text = context.arguments.positional.first();
     const auto typed = WebLink::typed(text, WebLink::Host::Any);
     if (!typed) {
         throw Failure(French::tr("« %1 » n’est pas une adresse web.").arg(text));
     }
     const QString &link = typed->text();
-    const ReadPage page = co_await context.app.reader().read(link, context.cancel, Reach::Anywhere);
+    const ReadPage page = co_await reader->read(link, context.cancel, Reach::Anywhere);
     if (context.arguments.json()) {
         const PageShown shown{link, page.title, page.description, page.text, page.level};
         context.console.print(json::encode(shown, json::Style::Pretty));
@@ -215,8 +221,8 @@ Task<ExitStatus> lire(Context &context) {
     co_return page.level == ReadLevel::None ? ExitStatus::Failed : ExitStatus::Done;
 }
 
-Task<ExitStatus> agents(Context &context) {
-    const AgentLocator &locator = context.app.agent().locator();
+Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent) {
+    const AgentLocator &locator = agent->locator();
     const AgentKind chosen = locator.choose();
     AgentsShown shown;
     shown.chosen = json::rawText(chosen);

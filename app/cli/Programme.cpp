@@ -1,7 +1,9 @@
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/TopicCards.h"
 #include "app/labels/RunLabels.h"
 #include "base/French.h"
+#include "core/Preferences.h"
+#include "core/TopicStore.h"
 #include "core/WeekProgram.h"
 
 namespace vorle::cli {
@@ -37,15 +39,15 @@ QList<Topic> records(const QList<TopicPtr> &topics) {
 
 } // namespace
 
-Task<ExitStatus> programme(Context &context) {
-    const TopicStore &store = context.app.store();
+Task<ExitStatus> programme(Context &context, OnDemand<TopicStore> topics,
+                           OnDemand<Preferences> preferences, const Clock &clock) {
+    const TopicStore &store = *topics;
     Console &console = context.console;
     if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
     }
-    const WeekProgram program =
-        weekProgram(store.topics(), context.app.preferences().settings().weeklyMinutes,
-                    calendarWeek(context.app.clock().now()));
+    const WeekProgram program = weekProgram(store.topics(), preferences->settings().weeklyMinutes,
+                                            calendarWeek(clock.now()));
     if (context.arguments.json()) {
         const ProgramShown shown{program.state,         program.budget, program.done,
                                  program.planned,       program.left,   records(program.fits),
@@ -53,14 +55,13 @@ Task<ExitStatus> programme(Context &context) {
         console.print(json::encode(shown, json::Style::Pretty));
         co_return ExitStatus::Done;
     }
-    const ProgramText said =
-        programText(program, nextRunText(context.app.preferences().settings(),
-                                         context.app.clock().now(), QTimeZone::systemTimeZone()));
+    const ProgramText said = programText(
+        program, nextRunText(preferences->settings(), clock.now(), QTimeZone::systemTimeZone()));
     console.print(console.bold(said.title));
     if (!said.text.isEmpty()) {
         console.print(said.text);
     }
-    const QDate today = context.app.clock().now().toLocalTime().date();
+    const QDate today = clock.now().toLocalTime().date();
     if (!program.fits.isEmpty()) {
         console.print(u'\n' + programLines(console, program.fits, today));
     }

@@ -1,7 +1,9 @@
 // What the user's decisions taught, and what they think of it.
 
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "base/French.h"
+#include "core/Preferences.h"
+#include "core/TopicStore.h"
 #include "judging/Learning.h"
 
 namespace vorle::cli {
@@ -29,16 +31,23 @@ struct ReflexShown {
     }
 };
 
-Learned learnedNow(Context &context) {
-    const TopicStore &store = context.app.store();
+/// What the command works with; the preferences are opened after the topics.
+struct Sources {
+    OnDemand<TopicStore> topics;
+    OnDemand<Preferences> preferences;
+    const Clock &clock;
+};
+
+Learned learnedNow(const Sources &sources) {
+    const TopicStore &store = *sources.topics;
     if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
     }
-    return learn(store.topics(), context.app.preferences().settings());
+    return learn(store.topics(), sources.preferences->settings());
 }
 
-bool isEnabled(const Context &context, const Reflex &reflex) {
-    return !context.app.preferences().settings().disabledReflexes.contains(reflex.id);
+bool isEnabled(const Preferences &preferences, const Reflex &reflex) {
+    return !preferences.settings().disabledReflexes.contains(reflex.id);
 }
 
 QString groupTitle(Reflex::Group group) {
@@ -67,17 +76,18 @@ QString block(const Console &console, const Reflex &reflex, bool enabled) {
     return lines.join(u'\n');
 }
 
-QString grouped(const Context &context, const QList<Reflex> &reflexes) {
+QString grouped(const Console &console, const Preferences &preferences,
+                const QList<Reflex> &reflexes) {
     QStringList blocks;
     for (const Reflex::Group group : Reflex::groups) {
         QStringList rules;
         for (const Reflex &reflex : reflexes) {
             if (reflex.group == group) {
-                rules += block(context.console, reflex, isEnabled(context, reflex));
+                rules += block(console, reflex, isEnabled(preferences, reflex));
             }
         }
         if (!rules.isEmpty()) {
-            blocks += context.console.bold(groupTitle(group)) + u'\n' + rules.join(u'\n');
+            blocks += console.bold(groupTitle(group)) + u'\n' + rules.join(u'\n');
         }
     }
     return blocks.join(QStringLiteral("\n\n"));
@@ -93,8 +103,9 @@ void tellNothingLearned(Console &console, const Learned &learned) {
     }
 }
 
-void list(Context &context) {
-    const Learned learned = learnedNow(context);
+void list(Context &context, const Sources &sources) {
+    const Learned learned = learnedNow(sources);
+    const Preferences &preferences = *sources.preferences;
     if (context.arguments.json()) {
         QList<ReflexShown> shown;
         for (const Reflex &reflex : learned.reflexes) {
@@ -104,7 +115,7 @@ void list(Context &context) {
                       reflex.title,
                       reflex.evidence,
                       reflex.instruction,
-                      isEnabled(context, reflex)};
+                      isEnabled(preferences, reflex)};
         }
         context.console.print(json::encode(shown, json::Style::Pretty));
         return;
@@ -113,22 +124,22 @@ void list(Context &context) {
         tellNothingLearned(context.console, learned);
         return;
     }
-    context.console.print(grouped(context, learned.reflexes));
+    context.console.print(grouped(context.console, preferences, learned.reflexes));
     const bool allOn = std::ranges::all_of(
-        learned.reflexes, [&](const Reflex &reflex) { return isEnabled(context, reflex); });
+        learned.reflexes, [&](const Reflex &reflex) { return isEnabled(preferences, reflex); });
     if (!allOn) {
         context.console.print(u'\n' + context.console.faint(switchedOffText()));
     }
 }
 
-void switchOff(Context &context, const QString &id) {
-    const QList<Reflex> reflexes = learnedNow(context).reflexes;
+void switchOff(const Sources &sources, const QString &id) {
+    const QList<Reflex> reflexes = learnedNow(sources).reflexes;
     const bool known =
         std::ranges::any_of(reflexes, [&](const Reflex &reflex) { return reflex.id == id; });
     if (!known) {
         throw Failure(French::tr("Aucun réflexe appris ne s’appelle « %1 ».").arg(id));
     }
-    Preferences &preferences = context.app.preferences();
+    Preferences &preferences = *sources.preferences;
     auto disabled = preferences.settings().disabledReflexes;
     if (!disabled.contains(id)) {
         disabled += id;
@@ -136,8 +147,8 @@ void switchOff(Context &context, const QString &id) {
     }
 }
 
-void switchOn(Context &context, const QString &id) {
-    Preferences &preferences = context.app.preferences();
+void switchOn(const Sources &sources, const QString &id) {
+    Preferences &preferences = *sources.preferences;
     auto disabled = preferences.settings().disabledReflexes;
     if (disabled.removeAll(id) == 0) {
         throw Failure(French::tr("Aucun réflexe coupé ne s’appelle « %1 ».").arg(id));
@@ -146,32 +157,34 @@ void switchOn(Context &context, const QString &id) {
 }
 
 /// Nothing here can be undone, so it takes one more word.
-void startAgain(Context &context) {
+void startAgain(Context &context, const Sources &sources) {
     if (!context.arguments.flags.contains(QStringLiteral("oui"))) {
-        const QString warning = startAgainText(learnedNow(context).reflexes.size());
+        const QString warning = startAgainText(learnedNow(sources).reflexes.size());
         throw Failure(context.console.wrapped(warning, 0) +
                       French::tr("\nPour confirmer : vorle reflexes repartir --oui"));
     }
-    context.app.preferences().change(&Settings::reflexesSince, context.app.clock().now());
+    sources.preferences->change(&Settings::reflexesSince, sources.clock.now());
 }
 
 } // namespace
 
-Task<ExitStatus> reflexes(Context &context) {
+Task<ExitStatus> reflexes(Context &context, OnDemand<TopicStore> topics,
+                          OnDemand<Preferences> preferences, const Clock &clock) {
+    const Sources sources{topics, preferences, clock};
     const QStringList &words = context.arguments.positional;
     const QString action = words.value(0);
     if (action == u"couper" && words.size() == 2) {
-        switchOff(context, words[1]);
+        switchOff(sources, words[1]);
     } else if (action == u"remettre" && words.size() == 2) {
-        switchOn(context, words[1]);
+        switchOn(sources, words[1]);
     } else if (action == u"repartir" && words.size() == 1) {
-        startAgain(context);
+        startAgain(context, sources);
     } else if (!words.isEmpty()) {
         throw Failure(French::tr("Usage : vorle reflexes [couper ID | remettre ID | repartir "
                                  "--oui]"),
                       ExitStatus::Usage);
     }
-    list(context);
+    list(context, sources);
     co_return ExitStatus::Done;
 }
 

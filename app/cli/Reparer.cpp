@@ -1,6 +1,6 @@
 // The command that takes up what can be read of a damaged topics file.
 
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
@@ -23,9 +23,9 @@ struct RepairShown {
 
 } // namespace
 
-Task<ExitStatus> reparer(Context &context) {
-    co_await holdTopics(context);
-    TopicStore &store = context.app.store();
+Task<ExitStatus> reparer(Context &context, TopicsToChange topics) {
+    co_await holdTopics(context, topics);
+    TopicStore &store = *topics.store;
     const auto readable = store.readable();
     RepairShown shown{store.count(), 0, std::nullopt};
     QString said = French::tr("Ton fichier de sujets se lit en entier : rien à réparer.");

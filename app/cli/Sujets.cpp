@@ -1,11 +1,14 @@
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
 #include "app/labels/ScoreExplanation.h"
 #include "app/triage/ReserveActivity.h"
 #include "app/triage/SectionOrder.h"
 #include "base/French.h"
+#include "core/Preferences.h"
+#include "core/ScoreProvenanceLog.h"
 #include "core/WeekProgram.h"
+#include "search/run/SearchEngine.h"
 
 #include <QSet>
 
@@ -23,15 +26,14 @@ struct OpenedTopic : Topic {
     }
 };
 
-void openTopic(Context &context) {
-    const TopicStore &store = context.app.store();
+void openTopic(Context &context, const TopicStore &store, const Clock &clock) {
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional.first());
-    const auto note = ScoreProvenanceLog(store, context.app.clock()).note(topic->id);
+    const auto note = ScoreProvenanceLog(store, clock).note(topic->id);
     if (context.arguments.json()) {
         context.console.print(json::encode(OpenedTopic{{*topic}, note}, json::Style::Pretty));
         return;
     }
-    const QDate today = context.app.clock().now().toLocalTime().date();
+    const QDate today = clock.now().toLocalTime().date();
     const Console &console = context.console;
     console.print(topicCard(console, *topic, today, CardScore::Shown) + u'\n');
     console.print(openScoreLines(console, openScore(*topic, note, today)));
@@ -39,8 +41,9 @@ void openTopic(Context &context) {
 
 /// The topics of one status, as the window's section of it lists them. Those of no section stand as
 /// the store has them.
-QList<TopicPtr> topicsOf(Context &context, TopicStatus status) {
-    const TopicStore &store = context.app.store();
+QList<TopicPtr> topicsOf(TopicStatus status, const TopicStore &store,
+                         const OnDemand<Preferences> &preferences,
+                         const OnDemand<SearchEngine> &engine, const Clock &clock) {
     QList<TopicPtr> topics = store.topics(status);
     const auto section = sectionOf(status);
     if (!section) {
@@ -49,13 +52,13 @@ QList<TopicPtr> topicsOf(Context &context, TopicStatus status) {
     ReserveActivity activity;
     QList<TopicPtr> waiting;
     if (section == TopicSection::Reserve) {
-        activity.observe(context.app.engine().finds());
+        activity.observe(engine->finds());
         for (const TopicPtr &topic : store.topics()) {
             activity.note(*topic);
         }
     } else if (section == TopicSection::Program) {
-        waiting = weekProgram(store.topics(), context.app.preferences().settings().weeklyMinutes,
-                              calendarWeek(context.app.clock().now()))
+        waiting = weekProgram(store.topics(), preferences->settings().weeklyMinutes,
+                              calendarWeek(clock.now()))
                       .waits;
     }
     const QSet<TopicPtr> waits(waiting.cbegin(), waiting.cend());
@@ -76,7 +79,9 @@ QList<TopicPtr> topicsOf(Context &context, TopicStatus status) {
 
 } // namespace
 
-Task<ExitStatus> sujets(Context &context) {
+Task<ExitStatus> sujets(Context &context, OnDemand<TopicStore> topicStore,
+                        OnDemand<Preferences> preferences, OnDemand<SearchEngine> engine,
+                        const Clock &clock) {
     const QString word = context.arguments.options.value(QStringLiteral("statut"));
     const auto status = json::fromRaw<TopicStatus>(word);
     if (!word.isEmpty() && !status) {
@@ -90,15 +95,16 @@ Task<ExitStatus> sujets(Context &context) {
             throw Failure(French::tr("Donne un identifiant ou un statut, pas les deux."),
                           ExitStatus::Usage);
         }
-        openTopic(context);
+        openTopic(context, *topicStore, clock);
         co_return ExitStatus::Done;
     }
-    const TopicStore &store = context.app.store();
+    const TopicStore &store = *topicStore;
     if (store.isDamaged()) {
         context.console.say(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
         co_return ExitStatus::Failed;
     }
-    const QList<TopicPtr> topics = status ? topicsOf(context, *status) : store.topics();
+    const QList<TopicPtr> topics =
+        status ? topicsOf(*status, store, preferences, engine, clock) : store.topics();
     if (context.arguments.json()) {
         QList<Topic> records;
         for (const TopicPtr &topic : topics) {

@@ -1,8 +1,9 @@
 // The commands that change what a run searches for.
 
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "base/French.h"
 #include "core/NumberText.h"
+#include "core/Preferences.h"
 #include "search/discovery/Discovery.h"
 
 #include <QDir>
@@ -55,8 +56,7 @@ QString manifestLine(const discovery::Project &project) {
 /// Folders may have any name.
 QString oneLine(QString text) { return text.replace(u'\n', u' ').replace(u'\r', u' '); }
 
-void listProjects(Context &context) {
-    const Settings &settings = context.app.preferences().settings();
+void listProjects(Context &context, const Settings &settings) {
     QList<ProjectShown> shown;
     QStringList lines;
     for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
@@ -84,14 +84,13 @@ void listProjects(Context &context) {
     }
 }
 
-void addProject(Context &context, const QString &folder) {
+void addProject(Context &context, Preferences &preferences, const QString &folder) {
     const QFileInfo info(folder);
     const QString path = info.canonicalFilePath();
     const discovery::Project found = discovery::readProject(path.isEmpty() ? folder : path);
     if (found.problem == discovery::Project::Problem::NoFolder) {
         throw Failure(discovery::problemText(found));
     }
-    Preferences &preferences = context.app.preferences();
     const QString name =
         context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()).simplified();
     if (name.isEmpty()) {
@@ -117,8 +116,7 @@ void addProject(Context &context, const QString &folder) {
     }
 }
 
-void removeProject(Context &context, const QString &name) {
-    Preferences &preferences = context.app.preferences();
+void removeProject(Preferences &preferences, const QString &name) {
     auto projects = preferences.settings().projects;
     if (projects.remove(name) == 0) {
         throw Failure(French::tr("Aucun projet ne s’appelle « %1 ».").arg(name));
@@ -152,10 +150,10 @@ QJsonValue parsedValue(const QString &text) {
 
 } // namespace
 
-Task<ExitStatus> projet(Context &context) {
+Task<ExitStatus> projet(Context &context, OnDemand<Preferences> preferences) {
     const QStringList &words = context.arguments.positional;
     if (words.isEmpty()) {
-        listProjects(context);
+        listProjects(context, preferences->settings());
         co_return ExitStatus::Done;
     }
     if (words.size() != 2 || (words[0] != u"ajouter" && words[0] != u"retirer")) {
@@ -164,16 +162,16 @@ Task<ExitStatus> projet(Context &context) {
                       ExitStatus::Usage);
     }
     if (words[0] == u"ajouter") {
-        addProject(context, words[1]);
+        addProject(context, *preferences, words[1]);
     } else {
-        removeProject(context, words[1]);
+        removeProject(*preferences, words[1]);
     }
-    listProjects(context);
+    listProjects(context, preferences->settings());
     co_return ExitStatus::Done;
 }
 
-Task<ExitStatus> reglages(Context &context) {
-    Preferences &preferences = context.app.preferences();
+Task<ExitStatus> reglages(Context &context, OnDemand<Preferences> opened) {
+    Preferences &preferences = *opened;
     const QStringList &words = context.arguments.positional;
     if (words.isEmpty()) {
         QStringList lines;

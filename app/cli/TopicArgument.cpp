@@ -51,13 +51,13 @@ QString choices(const QList<TopicPtr> &topics) {
 
 } // namespace
 
-Task<> holdTopics(Context &context) {
+Task<> holdTopics(Context &context, TopicsToChange topics) {
     constexpr std::chrono::milliseconds pause(50);
-    StoreLock &lock = context.app.lock();
+    StoreLock &lock = *topics.lock;
     bool waited = false;
     while (!lock.tryLock()) {
         // The app may also have opened since the last time.
-        if (const auto status = co_await forwardCommand(context)) {
+        if (const auto status = co_await forwardCommand(context, topics.file())) {
             throw CommandForwarded(*status);
         }
         if (!std::exchange(waited, true)) {
@@ -67,7 +67,7 @@ Task<> holdTopics(Context &context) {
         co_await sleepFor(pause, context.cancel);
     }
     if (waited) {
-        context.app.preferences().reload();
+        topics.preferences->reload();
     }
 }
 

@@ -1,11 +1,25 @@
 #pragma once
 
 #include "app/cli/Command.h"
+#include "app/wiring/OnDemand.h"
+#include "core/Preferences.h"
 #include "core/TopicStore.h"
+#include "storage/StoreLock.h"
 
 #include <QString>
 
 namespace vorle::cli {
+
+/// The topics for a command that changes them: the file is opened once `holdTopics` has ended.
+struct TopicsToChange {
+    std::function<QString()> file; ///< where it is; @throws std::system_error without a folder
+    OnDemand<StoreLock> lock;
+    OnDemand<TopicStore> store;
+    OnDemand<Preferences> preferences;
+};
+
+/// These, out of the application's objects.
+TopicsToChange topicsToChange(Application &app);
 
 /// Waits for the right to change the topics, saying so when another command holds it. Where the app
 /// holds it, the app runs the command. The topics file must not have been opened before, save by
@@ -13,7 +27,7 @@ namespace vorle::cli {
 /// @throws CommandForwarded once the app has run the command: let it through
 /// @throws std::system_error when the lock file cannot be opened, Cancelled, Failure as
 /// forwardCommand()
-Task<> holdTopics(Context &context);
+Task<> holdTopics(Context &context, TopicsToChange topics);
 
 /// The topic a person named: its identity, or any beginning of it that no other topic shares, in
 /// either case, with or without dashes.

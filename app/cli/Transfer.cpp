@@ -1,6 +1,6 @@
 // The commands that take the topics out, and others in.
 
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
 #include "app/labels/Wording.h"
 #include "app/transfer/TopicArchive.h"
@@ -107,10 +107,10 @@ Task<Result> onPoolOrThrow(Work work) {
 
 } // namespace
 
-Task<ExitStatus> exporter(Context &context) {
+Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
     const ExportFormats formats = formatsOf(context.arguments);
     const QString folder = QFileInfo(context.arguments.positional.first()).absoluteFilePath();
-    const TopicStore &store = context.app.store();
+    const TopicStore &store = *opened;
     if (store.isDamaged()) {
         throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
     }
@@ -137,14 +137,14 @@ Task<ExitStatus> exporter(Context &context) {
     co_return ExitStatus::Done;
 }
 
-Task<ExitStatus> importer(Context &context) {
+Task<ExitStatus> importer(Context &context, TopicsToChange held) {
     // The open app, which may be asked to do it, works in another folder.
     const QString given = context.arguments.positional.first();
     const QString file = QFileInfo(given).absoluteFilePath();
     context.words.replace(context.words.lastIndexOf(given), file);
-    co_await holdTopics(context);
+    co_await holdTopics(context, held);
     QList<Topic> topics = co_await onPoolOrThrow([file] { return readTopicArchive(file); });
-    TopicStore &store = context.app.store();
+    TopicStore &store = *held.store;
     const ImportOutcome outcome = importTopicsInto(store, std::move(topics));
     if (!store.flush()) {
         throw Failure(

@@ -1,11 +1,12 @@
 // The commands that take one decision on one topic.
 
-#include "app/cli/Command.h"
+#include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
 #include "app/labels/DecisionLabels.h"
 #include "base/French.h"
 #include "core/Corrections.h"
 #include "core/WeekProgram.h"
+#include "search/run/LinkCapture.h"
 
 #include <algorithm>
 #include <array>
@@ -103,17 +104,16 @@ void decide(TopicStore &store, const QUuid &id, Action action, std::optional<Wor
 }
 
 /// Whether the week has no room for a topic that was just kept.
-bool waitsInProgram(Context &context, const QUuid &id) {
-    const WeekProgram program = weekProgram(context.app.store().topics(),
-                                            context.app.preferences().settings().weeklyMinutes,
-                                            calendarWeek(context.app.clock().now()));
+bool waitsInProgram(const TopicsToChange &topics, const Clock &clock, const QUuid &id) {
+    const WeekProgram program =
+        weekProgram(topics.store->topics(), topics.preferences->settings().weeklyMinutes,
+                    calendarWeek(clock.now()));
     return std::ranges::any_of(program.waits,
                                [&](const TopicPtr &topic) { return topic->id == id; });
 }
 
 /// Waits for the disk, then shows the topic as it is now, or `said` about it.
-void conclude(Context &context, const QUuid &id, const QString &said) {
-    TopicStore &store = context.app.store();
+void conclude(Context &context, TopicStore &store, const QUuid &id, const QString &said) {
     if (!store.flush()) {
         throw Failure(
             store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
@@ -181,8 +181,7 @@ QString correctedText(const Topic &topic) {
 }
 
 /// Has the link read and judged, and waits for it. @throws Failure, Cancelled
-Task<> readNow(Context &context, QUuid id) {
-    LinkCapture &capture = context.app.capture();
+Task<> readNow(Context &context, LinkCapture &capture, QUuid id) {
     const OneShot over;
     QString problem;
     QObject scope; // the connections go with it
@@ -217,33 +216,33 @@ Task<> readNow(Context &context, QUuid id) {
 }
 
 /// "retrier" on a captured link that nobody read: it waits again, and is read.
-Task<> retryUnread(Context &context, TopicPtr topic) {
-    TopicStore &store = context.app.store();
+Task<> retryUnread(Context &context, TopicStore &store, LinkCapture &capture, TopicPtr topic) {
     TopicStore::Placement waiting;
     waiting.status = TopicStatus::Pending;
     store.restore(topic->id, waiting);
-    co_await readNow(context, topic->id);
+    co_await readNow(context, capture, topic->id);
     const TopicPtr now = store.topic(topic->id);
     if (!now || now->status != TopicStatus::Inbox) {
         throw Failure(French::tr("Ce lien n’a pas pu être lu et noté\u00A0: il attend toujours."));
     }
-    conclude(context, topic->id, French::tr("Lu et noté · À trier"));
+    conclude(context, store, topic->id, French::tr("Lu et noté · À trier"));
 }
 
 } // namespace
 
-Task<ExitStatus> trier(Context &context) {
+Task<ExitStatus> trier(Context &context, TopicsToChange topics, OnDemand<LinkCapture> capture,
+                       const Clock &clock) {
     const ActionWord asked = actionNamed(context.arguments.positional[1]);
     const auto worth = worthGiven(context.arguments, asked.action);
-    co_await holdTopics(context);
-    TopicStore &store = context.app.store();
+    co_await holdTopics(context, topics);
+    TopicStore &store = *topics.store;
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional[0]);
     if (isUnjudgedCapture(*topic) && asked.word == u"retrier") {
-        co_await retryUnread(context, topic);
+        co_await retryUnread(context, store, *capture, topic);
         co_return ExitStatus::Done;
     }
     if (const auto refused = refusal(*topic, asked.leadsTo)) {
-        const bool reading = isBeingRead(*topic) && context.app.capture().running();
+        const bool reading = isBeingRead(*topic) && capture->running();
         const QString why = refusalText(*refused, reading ? Reading::UnderWay : Reading::Stopped);
         throw Failure(reading ? why
                               : French::tr("%1 Pour la faire lire\u00A0: vorle trier %2 retrier")
@@ -255,15 +254,15 @@ Task<ExitStatus> trier(Context &context) {
     } else {
         decide(store, topic->id, asked.action, worth);
     }
-    conclude(context, topic->id, outcomeLine(asked.action, topic->status, worth));
-    if (asked.action == Action::Keep && waitsInProgram(context, topic->id)) {
+    conclude(context, store, topic->id, outcomeLine(asked.action, topic->status, worth));
+    if (asked.action == Action::Keep && waitsInProgram(topics, clock, topic->id)) {
         context.console.say(
             French::tr("Il ne tient pas dans ta semaine\u00A0: il attend sous la ligne."));
     }
     co_return ExitStatus::Done;
 }
 
-Task<ExitStatus> corriger(Context &context) {
+Task<ExitStatus> corriger(Context &context, TopicsToChange topics, const Clock &clock) {
     const Arguments &arguments = context.arguments;
     const bool remove = arguments.flags.contains(QStringLiteral("retirer"));
     if (remove != (arguments.positional.size() == 1)) {
@@ -273,8 +272,8 @@ Task<ExitStatus> corriger(Context &context) {
     }
     const int score = remove ? 0 : scoreNamed(arguments.positional[1]);
     const QStringList reasons = reasonsGiven(arguments);
-    co_await holdTopics(context);
-    TopicStore &store = context.app.store();
+    co_await holdTopics(context, topics);
+    TopicStore &store = *topics.store;
     const TopicPtr topic = topicByPrefix(store, arguments.positional[0]);
     if (remove) {
         if (!topic->correction) {
@@ -283,15 +282,15 @@ Task<ExitStatus> corriger(Context &context) {
             store.setCorrection(topic->id, std::nullopt);
         }
         const auto own = judgedScore(*topic);
-        conclude(context, topic->id,
+        conclude(context, store, topic->id,
                  own ? French::tr("Note %1 sur 10, la mienne").arg(*own)
                      : French::tr("Pas de note\u00A0: rien n’a pu être lu"));
         co_return ExitStatus::Done;
     }
     store.setCorrection(topic->id, correctionOf(score, reasons,
                                                 arguments.options.value(QStringLiteral("texte")),
-                                                context.app.clock().now()));
-    conclude(context, topic->id, correctedText(*store.topic(topic->id)));
+                                                clock.now()));
+    conclude(context, store, topic->id, correctedText(*store.topic(topic->id)));
     co_return ExitStatus::Done;
 }
 

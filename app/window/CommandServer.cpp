@@ -45,17 +45,13 @@ const cli::Command &commandFor(const AppCommand &asked) {
 
 /// One command under way.
 struct CommandServer::RunningCommand {
-    RunningCommand(Application &app, AppConnection &connection, const AppCommand &asked,
+    RunningCommand(AppConnection &connection, const AppCommand &asked,
                    const cli::Command &asCommand)
         : caller(&connection)
         , row(asCommand)
         , console(consoleOf(connection, asked))
-        , context{app,
-                  console,
-                  cli::parseArguments(asCommand, asked.words.sliced(1)),
-                  cancel.token(),
-                  asked.words,
-                  cli::Host::App} {}
+        , context{console, cli::parseArguments(asCommand, asked.words.sliced(1)), cancel.token(),
+                  asked.words, cli::Host::App} {}
 
     QPointer<AppConnection> caller;
     const cli::Command &row;
@@ -64,7 +60,8 @@ struct CommandServer::RunningCommand {
     cli::Context context;
 };
 
-CommandServer::CommandServer(Application &app, QObject *parent) : QObject(parent), m_app(app) {}
+CommandServer::CommandServer(Runner runner, QObject *parent)
+    : QObject(parent), m_runner(std::move(runner)) {}
 
 CommandServer::~CommandServer() = default;
 
@@ -75,7 +72,7 @@ void CommandServer::serve(AppConnection &caller, const AppCommand &asked) {
     }
     std::shared_ptr<RunningCommand> command;
     try {
-        command = std::make_shared<RunningCommand>(m_app, caller, asked, commandFor(asked));
+        command = std::make_shared<RunningCommand>(caller, asked, commandFor(asked));
     } catch (const cli::Failure &failure) {
         consoleOf(caller, asked).say(failure.text());
         end(caller, failure.status());
@@ -88,11 +85,13 @@ void CommandServer::serve(AppConnection &caller, const AppCommand &asked) {
         }
     });
     m_underWay.push_back(command);
-    m_running.add(logged(run(this, command), QStringLiteral("a command from a terminal")));
+    m_running.add(
+        logged(run(this, m_runner, command), QStringLiteral("a command from a terminal")));
 }
 
-Task<> CommandServer::run(QPointer<CommandServer> self, std::shared_ptr<RunningCommand> command) {
-    const ExitStatus status = co_await cli::runCommand(command->row, command->context);
+Task<> CommandServer::run(QPointer<CommandServer> self, Runner runner,
+                          std::shared_ptr<RunningCommand> command) {
+    const ExitStatus status = co_await runner(command->row, command->context);
     if (command->caller) {
         end(*command->caller, status);
     }

@@ -6,20 +6,28 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
 #include <list>
 #include <memory>
 
 namespace vorle {
 
-class Application;
+namespace cli {
+struct Command;
+struct Context;
+enum class ExitStatus;
+} // namespace cli
 
 /// Runs commands for command lines while the app holds the topics: the same commands, on the app's
-/// own objects, so that the window shows what they change. Main thread; the application outlives
-/// it, and it is destroyed only once `closed()` has ended or nothing resumes any more.
+/// own objects, so that the window shows what they change. Main thread; it is destroyed only once
+/// `closed()` has ended or nothing resumes any more.
 class CommandServer final : public QObject {
     Q_OBJECT
 public:
-    explicit CommandServer(Application &app, QObject *parent = nullptr);
+    /// Runs a command to its end, whatever it throws; both outlive the task.
+    using Runner = std::function<Task<cli::ExitStatus>(const cli::Command &, cli::Context &)>;
+
+    explicit CommandServer(Runner runner, QObject *parent = nullptr);
     ~CommandServer() override;
 
     /// Runs the command, tells the caller all it says, and ends the connection. It is cancelled
@@ -31,9 +39,10 @@ public:
 
 private:
     struct RunningCommand;
-    static Task<> run(QPointer<CommandServer> self, std::shared_ptr<RunningCommand> command);
+    static Task<> run(QPointer<CommandServer> self, Runner runner,
+                      std::shared_ptr<RunningCommand> command);
 
-    Application &m_app;
+    Runner m_runner;
     std::list<std::shared_ptr<RunningCommand>> m_underWay;
     TaskGroup m_running;
     bool m_closed = false;

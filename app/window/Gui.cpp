@@ -1,11 +1,12 @@
 #include "app/window/Gui.h"
 
+#include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
 #include "app/window/CommandServer.h"
 #include "app/window/MainWindow.h"
 #include "app/window/Opening.h"
 #include "app/window/QuitHandler.h"
-#include "app/window/Shell.h"
+#include "app/window/ShellParts.h"
 #include "app/window/SingleInstance.h"
 #include "app/window/Tray.h"
 #include "app/window/WaitingWindow.h"
@@ -55,25 +56,27 @@ bool hasScreen() {
 #endif
 }
 
-/// The app once it owns its topics: the windows and what they stand on.
+/// The app once it owns its topics: makes the windows, and hands each of them what it works with.
 class Gui final : public QObject {
 public:
     /// `left` is called once `quit()` has done its work.
     Gui(Application &app, const GuiAdapters &adapters, SingleInstance &instance,
         std::function<void()> left)
-        : m_app(app)
-        , m_launcher({app.agent().locator(), app.preferences(), adapters.terminals,
-                      adapters.pasteboard, adapters.links})
-        , m_shell({app, adapters.links, adapters.pasteboard, m_launcher,
-                   app.store().releaseAllPending(), adapters.terminals.names()})
+        : m_store(app.store())
+        , m_preferences(app.preferences())
+        , m_launcher({app.agent().locator(), m_preferences, adapters.terminals, adapters.pasteboard,
+                      adapters.links})
+        , m_shell(partsOf(app, adapters, m_launcher))
         , m_motion(adapters.motion())
-        , m_main(m_shell, Typefaces::load(), app.store().file())
+        , m_main(m_shell, Typefaces::load(), m_store.file())
         , m_tray(*m_shell.run(), *m_shell.inbox())
-        , m_commands(app)
+        , m_commands([&app](const cli::Command &command, cli::Context &context) {
+            return cli::runCommand(command, context, app);
+        })
         , m_instance(instance)
-        , m_timer(app.preferences(), app.clock())
+        , m_timer(m_preferences, app.clock())
         , m_left(std::move(left)) {
-        app.preferences().watch();
+        m_preferences.watch();
         connect(&m_instance, &SingleInstance::commandAsked, &m_commands, &CommandServer::serve);
         connect(&m_timer, &RunTimer::due, m_shell.run(), &RunModel::startDue);
         connect(&m_timer, &RunTimer::looked, &m_shell, &Shell::refresh);
@@ -81,7 +84,7 @@ public:
                 [this](Qt::ApplicationState state) {
                     if (state == Qt::ApplicationActive) {
                         // A Mac's settings come to the disk some seconds after a command set them.
-                        m_app.preferences().reload();
+                        m_preferences.reload();
                         m_timer.look(); // it may have slept
                         reopen();
                     }
@@ -95,8 +98,7 @@ public:
         connect(&m_main, &MainWindow::quitAsked, this, [this] { quit(); });
         // Once the window is there: what the first decision would otherwise wait for.
         connect(
-            &m_main.window(), &QQuickWindow::frameSwapped, this,
-            [this] { m_app.store().prepareSaves(); },
+            &m_main.window(), &QQuickWindow::frameSwapped, this, [this] { m_store.prepareSaves(); },
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
         m_main.observe(*m_motion);
         m_main.raise();
@@ -108,8 +110,8 @@ public:
     void keep() {
         m_main.keepPlace();
         m_main.finishEditing();
-        m_app.store().flush();
-        m_app.preferences().flush();
+        m_store.flush();
+        m_preferences.flush();
     }
 
     /// Stops what is under way, keeps what it brought, and leaves.
@@ -121,6 +123,14 @@ public:
     }
 
 private:
+    static Shell::Parts partsOf(Application &app, const GuiAdapters &adapters,
+                                ClaudeLauncher &launcher) {
+        Shell::Parts parts = shellParts(app, adapters.links, adapters.pasteboard, launcher);
+        parts.released = parts.store.releaseAllPending();
+        parts.terminals = adapters.terminals.names();
+        return parts;
+    }
+
     Task<> leave() {
         m_main.keepPlace();
         m_main.finishEditing();
@@ -128,8 +138,8 @@ private:
         m_instance.close();
         co_await m_commands.closed();
         co_await m_shell.stopped();
-        m_app.store().flush();
-        m_app.preferences().flush();
+        m_store.flush();
+        m_preferences.flush();
         m_left();
     }
 
@@ -161,7 +171,8 @@ private:
         }
     }
 
-    Application &m_app;
+    TopicStore &m_store;
+    Preferences &m_preferences;
     ClaudeLauncher m_launcher;
     Shell m_shell;
     std::unique_ptr<MotionSetting> m_motion;

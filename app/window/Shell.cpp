@@ -1,8 +1,8 @@
 #include "app/window/Shell.h"
 
+#include "agents/AgentLocator.h"
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
-#include "app/wiring/Application.h"
 #include "base/SystemErrorText.h"
 #include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
@@ -21,20 +21,20 @@
 namespace vorle {
 
 Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
-    Application &app = parts.app;
-    TopicStore &store = app.store();
-    Preferences &preferences = app.preferences();
-    m_inbox = std::make_unique<TopicListModel>(store, Section::Inbox, app.clock());
-    m_program = std::make_unique<TopicListModel>(store, Section::Program, app.clock());
-    m_reserve = std::make_unique<TopicListModel>(store, Section::Reserve, app.clock());
-    m_reserve->observe(app.engine().finds());
-    m_library = std::make_unique<TopicListModel>(store, Section::Library, app.clock());
+    TopicStore &store = parts.store;
+    Preferences &preferences = parts.preferences;
+    const Clock &clock = parts.clock;
+    m_inbox = std::make_unique<TopicListModel>(store, Section::Inbox, clock);
+    m_program = std::make_unique<TopicListModel>(store, Section::Program, clock);
+    m_reserve = std::make_unique<TopicListModel>(store, Section::Reserve, clock);
+    m_reserve->observe(parts.engine.finds());
+    m_library = std::make_unique<TopicListModel>(store, Section::Library, clock);
     m_decisions = std::make_unique<Decisions>(store);
-    m_keyboard = std::make_unique<KeyboardMap>(app.agent().locator().choose());
-    m_run = std::make_unique<RunModel>(app.engine(), preferences, store, app.clock());
-    m_budget = std::make_unique<ProgramBudget>(store, preferences, app.clock(), *m_program);
+    m_keyboard = std::make_unique<KeyboardMap>(parts.agents.choose());
+    m_run = std::make_unique<RunModel>(parts.engine, preferences, store, clock);
+    m_budget = std::make_unique<ProgramBudget>(store, preferences, clock, *m_program);
     m_sections = std::make_unique<Sections>(Sections::Parts{
-        *m_inbox, *m_program, *m_reserve, *m_library, *m_budget, *m_run, preferences, app.clock()});
+        *m_inbox, *m_program, *m_reserve, *m_library, *m_budget, *m_run, preferences, clock});
     m_actions = std::make_unique<TopicActions>(*m_sections, *m_decisions, *m_keyboard);
     connect(m_actions.get(), &TopicActions::said, this, &Shell::said);
     connect(m_actions.get(), &TopicActions::firstStepAsked, this, &Shell::firstStep);
@@ -42,19 +42,18 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_search = std::make_unique<TopicSearch>(store);
     m_territory = std::make_unique<TerritoryModel>(preferences);
     m_settings = std::make_unique<SettingsModel>(preferences);
-    m_report = std::make_unique<ReportModel>(RunHistory(store.file()), app.clock());
+    m_report = std::make_unique<ReportModel>(RunHistory(store.file()), clock);
     m_figures = std::make_unique<FiguresModel>(
-        FiguresModel::Parts{store, preferences, app.notes(), app.clock()});
+        FiguresModel::Parts{store, preferences, parts.scoreNotes, clock});
     connect(m_figures.get(), &FiguresModel::said, this, &Shell::say);
-    m_page = std::make_unique<TopicPage>(store, app.notes(), app.briefs(), app.clock());
-    m_capture = &app.capture();
-    follow(*m_capture);
-    follow(app.briefs());
+    m_page = std::make_unique<TopicPage>(store, parts.scoreNotes, parts.briefs, clock);
+    follow(parts.capture);
+    follow(parts.briefs);
     // A link dismissed before it was read, and taken back, still wants to be read.
     connect(m_decisions.get(), &Decisions::undone, this,
-            [this](const QString &id) { m_capture->ask(QUuid(id)); });
+            [this](const QString &id) { m_parts.capture.ask(QUuid(id)); });
     // Links that still wait from another day, once the window is there.
-    QMetaObject::invokeMethod(this, [this] { m_capture->resume(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { m_parts.capture.resume(); }, Qt::QueuedConnection);
 
     connect(m_run.get(), &RunModel::ended, m_report.get(), &ReportModel::refresh);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
@@ -85,15 +84,15 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
 
 Shell::~Shell() = default;
 
-QString Shell::agent() const { return json::rawText(m_parts.app.agent().locator().choose()); }
+QString Shell::agent() const { return json::rawText(m_parts.agents.choose()); }
 
 void Shell::followAgent() {
-    m_keyboard->setAgent(m_parts.app.agent().locator().choose());
+    m_keyboard->setAgent(m_parts.agents.choose());
     Q_EMIT agentChanged();
 }
 
 QString Shell::titleOf(const QString &topicId) const {
-    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
     return topic ? shownWords(topic->title) : QString();
 }
 
@@ -116,7 +115,7 @@ QString Shell::remedy() const {
     }
     switch (m_notices.last().matter) {
     case Matter::Found: {
-        const auto &readable = m_parts.app.store().readable();
+        const auto &readable = m_parts.store.readable();
         return readable && !readable->topics.isEmpty() ? tr("Réparer") : QString();
     }
     case Matter::Save:
@@ -133,16 +132,16 @@ void Shell::takeRemedy() {
     }
     const Matter matter = m_notices.last().matter;
     if (matter == Matter::Found) {
-        const auto readable = m_parts.app.store().readable();
+        const auto readable = m_parts.store.readable();
         const qsizetype entries = readable ? readable->entries() : 0;
-        if (const qsizetype kept = m_parts.app.store().repair(); kept > 0) {
+        if (const qsizetype kept = m_parts.store.repair(); kept > 0) {
             say(repairedText(kept, entries));
         }
         return;
     }
     dismissNotices(matter); // it is told again where it fails again
     if (matter == Matter::Save) {
-        m_parts.app.store().save();
+        m_parts.store.save();
     } else if (matter == Matter::Capture) {
         readAgain();
     }
@@ -174,7 +173,7 @@ Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic
 }
 
 void Shell::firstStep(const QString &topicId) {
-    if (const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId))) {
+    if (const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId))) {
         detach(launch(this, m_parts.launcher, *topic), QStringLiteral("first step"));
     }
 }
@@ -186,33 +185,33 @@ QString Shell::linkOnPasteboard() const {
 
 void Shell::correct(const QString &topicId, int score, const QStringList &tags,
                     const QString &text) {
-    m_decisions->setCorrection(topicId, correctionOf(score, tags, text, m_parts.app.clock().now()));
+    m_decisions->setCorrection(topicId, correctionOf(score, tags, text, m_parts.clock.now()));
 }
 
 void Shell::uncorrect(const QString &topicId) { m_decisions->setCorrection(topicId, std::nullopt); }
 
 QStringList Shell::correctionTags(const QString &topicId) const {
-    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
     return topic && topic->correction ? QStringList(topic->correction->tags) : QStringList();
 }
 
 int Shell::judgedScore(const QString &topicId) const {
-    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
     return topic ? vorle::judgedScore(*topic).value_or(-1) : -1;
 }
 
 int Shell::shownScore(const QString &topicId) const {
-    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
     return topic && !isBeingRead(*topic) ? vorle::shownScore(*topic).value_or(-1) : -1;
 }
 
 bool Shell::isCorrected(const QString &topicId) const {
-    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
     return topic && topic->correction.has_value();
 }
 
 QString Shell::correctionText(const QString &topicId) const {
-    const TopicPtr topic = m_parts.app.store().topic(QUuid::fromString(topicId));
+    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
     return topic && topic->correction ? topic->correction->text : QString();
 }
 
@@ -227,7 +226,7 @@ QVariantList Shell::correctionReasons() const {
 
 QString Shell::addLink(const QString &url, const QString &note) {
     const auto taken =
-        m_capture->take({.url = url, .title = {}, .note = note, .project = std::nullopt});
+        m_parts.capture.take({.url = url, .title = {}, .note = note, .project = std::nullopt});
     const auto *refusal = std::get_if<LinkCapture::Refusal>(&taken);
     return refusal != nullptr ? shownWords(refusal->text) : QString();
 }
@@ -238,16 +237,16 @@ void Shell::refresh() {
     followAgent();
 }
 
-void Shell::readAgain() { m_capture->resume(); }
+void Shell::readAgain() { m_parts.capture.resume(); }
 
-void Shell::retry(const QString &topicId) { m_capture->retry(QUuid::fromString(topicId)); }
+void Shell::retry(const QString &topicId) { m_parts.capture.retry(QUuid::fromString(topicId)); }
 
 Task<> Shell::stopped() {
-    m_capture->stop();
-    m_parts.app.briefs().stop();
+    m_parts.capture.stop();
+    m_parts.briefs.stop();
     co_await m_run->stopped();
-    co_await m_capture->ended();
-    co_await m_parts.app.briefs().ended();
+    co_await m_parts.capture.ended();
+    co_await m_parts.briefs.ended();
 }
 
 /// What a captured link's state says goes to its card, and all that failed together to the notice.
@@ -258,18 +257,19 @@ void Shell::follow(LinkCapture &capture) {
         tell(Matter::Capture, failedLinksText());
     });
     connect(&capture, &LinkCapture::stateChanged, this, [this](const QUuid &id) {
-        m_inbox->setCaptureProblem(id, shownWords(m_capture->failureText(id)));
+        m_inbox->setCaptureProblem(id, shownWords(m_parts.capture.failureText(id)));
         dropSettledLinks();
     });
     // One that was decided on meanwhile waits no longer.
-    const TopicStore &store = m_parts.app.store();
+    const TopicStore &store = m_parts.store;
     connect(&store, &TopicStore::topicChanged, this, &Shell::dropSettledLinks);
     connect(&store, &TopicStore::topicsReset, this, &Shell::dropSettledLinks);
 }
 
 void Shell::dropSettledLinks() {
-    const auto gone = m_failedLinks.removeIf(
-        [this](const QUuid &id) { return m_capture->state(id) != LinkCapture::State::Failed; });
+    const auto gone = m_failedLinks.removeIf([this](const QUuid &id) {
+        return m_parts.capture.state(id) != LinkCapture::State::Failed;
+    });
     const auto told = std::ranges::find(m_notices, Matter::Capture, &Notice::matter);
     if (gone == 0 || told == m_notices.end()) {
         return; // one that was put away does not come back for it
@@ -284,7 +284,7 @@ void Shell::dropSettledLinks() {
 
 /// The latest reason stands for all: mostly it is the same one.
 QString Shell::failedLinksText() const {
-    const QString why = m_capture->failureText(m_failedLinks.last());
+    const QString why = m_parts.capture.failureText(m_failedLinks.last());
     return m_failedLinks.size() == 1
                ? tr("Un lien que tu as ajouté attend encore\u00A0: %1 Tu peux réessayer depuis sa "
                     "carte.")
@@ -301,7 +301,7 @@ void Shell::follow(BriefWriter &briefs) {
 }
 
 void Shell::showBriefStates() {
-    const BriefWriter &briefs = m_parts.app.briefs();
+    const BriefWriter &briefs = m_parts.briefs;
     QHash<QUuid, QString> states;
     for (const QUuid &id : briefs.failed()) {
         states[id] = QStringLiteral("failed");

@@ -25,14 +25,15 @@
 
 namespace vorle {
 
-class Application;
+class AgentLocator;
 class BriefWriter;
 class ClaudeLauncher;
 class LinkOpener;
 class Pasteboard;
+class SearchEngine;
 
-/// All that the main window shows and asks for, in one place. Makes the models over the
-/// application's objects and wires them. Main thread; the application outlives it.
+/// All that the main window shows and asks for, in one place. Makes the models
+/// and wires them. Main thread.
 class Shell final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -69,7 +70,14 @@ class Shell final : public QObject {
 public:
     /// What the shell stands on; all of it outlives it.
     struct Parts {
-        Application &app;
+        TopicStore &store;
+        Preferences &preferences;
+        ScoreProvenanceLog &scoreNotes;
+        SearchEngine &engine;
+        BriefWriter &briefs;
+        LinkCapture &capture;
+        const AgentLocator &agents;
+        const Clock &clock;
         LinkOpener &links;
         Pasteboard &pasteboard;
         ClaudeLauncher &launcher;
@@ -188,8 +196,7 @@ private:
     std::unique_ptr<ReportModel> m_report;
     std::unique_ptr<FiguresModel> m_figures;
     std::unique_ptr<TopicPage> m_page;
-    LinkCapture *m_capture = nullptr; // the application's
-    QList<QUuid> m_failedLinks;       // captured links that wait after a failure, the latest last
+    QList<QUuid> m_failedLinks; // captured links that wait after a failure, the latest last
 };
 
 } // namespace vorle

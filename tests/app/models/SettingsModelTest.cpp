@@ -1,5 +1,7 @@
 #include "app/models/SettingsModel.h"
-#include "tests/core/SettingsFixture.h"
+#include "tests/storage/SettingsFixture.h"
+#include "tests/support/Files.h"
+#include "tests/support/Text.h"
 #include "tests/support/Wait.h"
 
 #include <QFileInfo>
@@ -10,7 +12,7 @@
 namespace vorle {
 namespace {
 
-QString text(const char *utf8) { return QString::fromUtf8(utf8); }
+using test::text;
 
 class SettingsModelTest : public test::SettingsFixture {
 protected:
@@ -67,7 +69,7 @@ TEST_F(SettingsModelTest, a_screen_a_command_and_the_disk_store_and_show_one_val
             EXPECT_EQ(model.problem(), QString());
             ASSERT_TRUE(preferences.flush());
             EXPECT_EQ(onDisk().value(key), jsonOf(row)) << row.property;
-            written = test::contentsOf(file);
+            written = test::readFile(file);
         }
         QFile::remove(file);
         Preferences shown = open();
@@ -77,7 +79,7 @@ TEST_F(SettingsModelTest, a_screen_a_command_and_the_disk_store_and_show_one_val
             Preferences preferences = open();
             EXPECT_FALSE(preferences.changeSetting(key, jsonOf(row))) << row.property;
             ASSERT_TRUE(preferences.flush());
-            EXPECT_EQ(test::contentsOf(file), written) << row.property;
+            EXPECT_EQ(test::readFile(file), written) << row.property;
         }
         shown.watch(); // the disk
         EXPECT_EQ(property.read(&model), row.value) << row.property;
@@ -131,7 +133,7 @@ TEST_F(SettingsModelTest, tells_what_does_not_fit_and_changes_nothing) {
 TEST_F(SettingsModelTest, tells_a_disk_that_refuses_until_it_takes_it) {
     const QString folder = QFileInfo(file).path();
     ASSERT_TRUE(QDir(folder).removeRecursively());
-    test::fill(folder, "a file where the folder would be");
+    test::writeFile(folder, "a file where the folder would be");
     Preferences preferences = open();
     SettingsModel model(preferences);
     QSignalSpy told(&model, &SettingsModel::problemChanged);

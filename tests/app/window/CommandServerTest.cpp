@@ -3,6 +3,7 @@
 
 #include "app/window/CommandServer.h"
 
+#include "app/cli/Command.h"
 #include "app/models/TerritoryModel.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
@@ -40,7 +41,10 @@ protected:
         }
     }
     void open() {
-        door = std::make_unique<CommandServer>(*app);
+        door = std::make_unique<CommandServer>(
+            [this](const cli::Command &command, cli::Context &context) {
+                return cli::runCommand(command, context, *app);
+            });
         instance = std::make_unique<SingleInstance>(app->topicsFile());
         QObject::connect(instance.get(), &SingleInstance::commandAsked, door.get(),
                          &CommandServer::serve);

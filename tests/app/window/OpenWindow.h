@@ -1,7 +1,8 @@
 #pragma once
 
 #include "app/window/MainWindow.h"
-#include "app/window/Shell.h"
+#include "app/window/ShellParts.h"
+#include "app/wiring/Application.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeLinkOpener.h"
 #include "platform/fakes/FakeMotionSetting.h"
@@ -51,8 +52,9 @@ protected:
     void open() {
         m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
             m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
-        m_shell = std::make_unique<Shell>(
-            Shell::Parts{*m_app, m_links, m_pasteboard, *m_launcher, 0, m_terminals.names()});
+        Shell::Parts parts = shellParts(*m_app, m_links, m_pasteboard, *m_launcher);
+        parts.terminals = m_terminals.names();
+        m_shell = std::make_unique<Shell>(parts);
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
         m_main->observe(m_motion);
         m_main->raise();

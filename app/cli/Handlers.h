@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/cli/Command.h"
+#include "app/cli/TopicArgument.h"
+#include "app/wiring/OnDemand.h"
+#include "base/Clock.h"
+#include "search/discovery/DiscoveryApps.h"
+
+namespace vorle {
+class AgentLocator;
+class Asker;
+class BriefWriter;
+class EngineAgent;
+class Feeds;
+class LinkCapture;
+class PageReader;
+class Preferences;
+class Resources;
+class ScoreProvenanceLog;
+class SearchEngine;
+class TopicStore;
+} // namespace vorle
+
+/// What runs for each row of commands(), in its order: the parameters are all that a command can
+/// reach. `context` and what is given by reference outlive the task.
+namespace vorle::cli {
+
+/// The apps of this machine, in the order they are shown in.
+using InstalledAppsList = std::function<QList<discovery::App>()>;
+
+Task<ExitStatus> fouille(Context &context, TopicsToChange topics, OnDemand<SearchEngine> engine,
+                         const Clock &clock);
+
+/// What a run's prompts are made of.
+struct PromptSources {
+    OnDemand<Preferences> preferences;
+    OnDemand<TopicStore> topics;
+    OnDemand<EngineAgent> agent;
+    OnDemand<Asker> asker;
+    const Resources &resources;
+    const Clock &clock;
+    InstalledAppsList apps;
+};
+Task<ExitStatus> consignes(Context &context, PromptSources sources);
+
+Task<ExitStatus> sujets(Context &context, OnDemand<TopicStore> topics,
+                        OnDemand<Preferences> preferences, OnDemand<SearchEngine> engine,
+                        const Clock &clock);
+Task<ExitStatus> trier(Context &context, TopicsToChange topics, OnDemand<LinkCapture> capture,
+                       const Clock &clock);
+Task<ExitStatus> corriger(Context &context, TopicsToChange topics, const Clock &clock);
+Task<ExitStatus> programme(Context &context, OnDemand<TopicStore> topics,
+                           OnDemand<Preferences> preferences, const Clock &clock);
+Task<ExitStatus> bilan(Context &context, OnDemand<TopicStore> topics,
+                       OnDemand<Preferences> preferences, OnDemand<ScoreProvenanceLog> provenance,
+                       const Clock &clock);
+Task<ExitStatus> calibrer(Context &context, TopicsToChange topics, const Clock &clock);
+Task<ExitStatus> fiche(Context &context, TopicsToChange topics, OnDemand<BriefWriter> briefs,
+                       const Resources &resources, const Clock &clock);
+Task<ExitStatus> lire(Context &context, OnDemand<PageReader> reader);
+Task<ExitStatus> flux(Context &context, OnDemand<Feeds> feeds, const Clock &clock);
+Task<ExitStatus> decouverte(Context &context, OnDemand<Preferences> preferences,
+                            InstalledAppsList apps);
+Task<ExitStatus> reflexes(Context &context, OnDemand<TopicStore> topics,
+                          OnDemand<Preferences> preferences, const Clock &clock);
+Task<ExitStatus> projet(Context &context, OnDemand<Preferences> preferences);
+Task<ExitStatus> reglages(Context &context, OnDemand<Preferences> preferences);
+Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> topics);
+Task<ExitStatus> importer(Context &context, TopicsToChange topics);
+Task<ExitStatus> reparer(Context &context, TopicsToChange topics);
+Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
+                      const Resources &resources);
+Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent);
+
+} // namespace vorle::cli

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/window/Shell.h"
+
+namespace vorle {
+
+class Application;
+
+/// What the shell is made of, out of the application's objects and of what the system gives; all of
+/// it outlives the shell.
+Shell::Parts shellParts(Application &app, LinkOpener &links, Pasteboard &pasteboard,
+                        ClaudeLauncher &launcher);
+
+} // namespace vorle
