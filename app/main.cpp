@@ -3,11 +3,11 @@
 #include "app/window/Gui.h"
 #include "app/wiring/Startup.h"
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 #include "base/SystemErrorText.h"
 #include "platform/Native.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -53,7 +53,7 @@ bool prepare() {
 int main(int argc, char **argv) {
     // The program speaks UTF-8 whatever the machine's locale says.
     std::setlocale(LC_ALL, "C.UTF-8");
-    QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    QLocale::setDefault(vorle::frenchLocale());
     // A file that may not grow any more is told as a failing write, not by the program's end. A
     // handler goes when a child starts its program; being ignored would stay.
     std::signal(SIGXFSZ, [](int) {});

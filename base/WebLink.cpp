@@ -58,6 +58,16 @@ QString WebLink::shown(const QString &link) {
     return held ? held->text() : withoutHidden(link);
 }
 
+QString WebLink::site(const QUrl &address, QUrl::ComponentFormattingOptions form) {
+    QString host = address.host(form);
+    for (const QStringView prefix : {u"www.", u"m."}) {
+        if (host.startsWith(prefix) && host.indexOf(u'.', prefix.size()) > 0) {
+            host.remove(0, prefix.size());
+        }
+    }
+    return host;
+}
+
 std::optional<WebLink> WebLink::typed(const QString &text, Host host) {
     const QString bare = trimmed(text).toString();
     if (hasScheme(bare)) {

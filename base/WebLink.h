@@ -43,6 +43,11 @@ public:
     /// shown or opened passes from().
     static QUrl parsed(const QString &link);
 
+    /// An address's site: its host without what only tells the same one apart ("www.", "m.").
+    /// Encoded, for comparing; decoded for a person to read.
+    static QString site(const QUrl &address,
+                        QUrl::ComponentFormattingOptions form = QUrl::FullyEncoded);
+
     /// A kept address as a person may read it: the link that would be opened; what is none, without
     /// the signs that nobody sees.
     static QString shown(const QString &link);

@@ -1,7 +1,7 @@
 #include "app/models/Decisions.h"
 #include "app/models/ProgramBudget.h"
-#include "app/models/SearchFold.h"
-#include "app/models/SearchIndex.h"
+#include "app/triage/SearchFold.h"
+#include "app/triage/SearchIndex.h"
 #include "bench/ManyTopics.h"
 
 #include <QCoreApplication>

@@ -11,12 +11,7 @@ namespace vorle {
 
 std::optional<Repository> gitHubRepository(const QString &link) {
     const QUrl url = WebLink::parsed(link);
-    QString host = url.host();
-    for (const QStringView prefix : {u"www.", u"m."}) {
-        if (host.startsWith(prefix)) {
-            host.remove(0, prefix.size());
-        }
-    }
+    const QString host = WebLink::site(url);
     const bool raw = host == u"raw.githubusercontent.com";
     const QStringList words = url.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
     if ((host != u"github.com" && !raw) || words.size() < 2 || (!raw && isGitHubPage(words[0]))) {

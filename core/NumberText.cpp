@@ -1,11 +1,9 @@
 #include "core/NumberText.h"
 
-#include <QLocale>
+#include "base/FrenchLocale.h"
 
 namespace vorle {
 
-QString numberText(qint64 number) {
-    return QLocale(QLocale::French, QLocale::France).toString(number);
-}
+QString numberText(qint64 number) { return frenchLocale().toString(number); }
 
 } // namespace vorle

@@ -3,12 +3,13 @@
 #include "agents/Ask.h"
 #include "agents/EngineAgent.h"
 #include "app/cli/Handlers.h"
+#include "app/labels/RunLabels.h"
+#include "app/labels/Wording.h"
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 #include "base/Resources.h"
 #include "core/NumberText.h"
 #include "judging/JudgeBench.h"
-
-#include <QLocale>
 
 #include <cmath>
 
@@ -84,15 +85,9 @@ struct Judged {
     }
 };
 
-QLocale french() { return {QLocale::French, QLocale::France}; }
-
-QString counted(qsizetype count, const QString &one, const QString &more) {
-    return numberText(count) + u' ' + (count > 1 ? more : one);
-}
-
 /// "0,82", "−0,25": with the minus sign, whatever the locale has for it.
 QString decimals(double number, int places) {
-    return french().toString(number, 'f', places).replace(u'-', u'−');
+    return frenchLocale().toString(number, 'f', places).replace(u'-', u'−');
 }
 
 /// "9,5", "7".
@@ -268,7 +263,7 @@ Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<As
         line += French::tr(", %1 sans réponse").arg(figures.unanswered);
     }
     if (const auto cost = judged.costUSD()) {
-        line += QStringLiteral(" · ") + french().toString(*cost, 'f', 2) + QStringLiteral(" $");
+        line += QStringLiteral(" · ") + costText(*cost);
     }
     context.console.say(line);
     co_return ExitStatus::Done;

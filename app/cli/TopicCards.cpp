@@ -1,6 +1,7 @@
 #include "app/cli/TopicCards.h"
 
 #include "app/labels/TopicLabels.h"
+#include "app/triage/Gist.h"
 #include "app/triage/SectionOrder.h"
 #include "base/French.h"
 #include "base/FrenchSpacing.h"
@@ -44,8 +45,7 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
     lines += console.accent(shown ? scoreDigits(topic) : QString(margin - 2, u' ')) +
              QStringLiteral("  ") + console.bold(console.wrapped(topic.title, margin).trimmed());
     lines += console.faint(console.wrapped(facts, margin));
-    const QString &gist = topic.summary.isEmpty() ? topic.tldr.value_or(QString()) : topic.summary;
-    lines += console.wrapped(gist, margin);
+    lines += console.wrapped(gistOf(topic), margin);
     if (!topic.why.isEmpty()) {
         lines += console.wrapped(French::tr("Pourquoi toi : ") + topic.why, margin);
     }

@@ -61,46 +61,22 @@ std::optional<Worth> worthGiven(const Arguments &arguments, Action action) {
     return worth;
 }
 
-/// What happened, and where the topic is now.
-QString outcomeLine(Action action, TopicStatus before, std::optional<Worth> worth) {
+/// The decision that a word asks for, on a topic that is at `before`.
+Outcome outcomeOf(Action action, TopicStatus before) {
     const bool fromProgram = before == TopicStatus::Program;
     switch (action) {
     case Action::Keep:
-        return outcomeText(Outcome::Kept);
+        return Outcome::Kept;
     case Action::Later:
-        return outcomeText(fromProgram ? Outcome::Postponed : Outcome::Later);
+        return fromProgram ? Outcome::Postponed : Outcome::Later;
     case Action::Dismiss:
-        return outcomeText(Outcome::Dismissed);
+        return Outcome::Dismissed;
     case Action::Done:
-        return worth ? outcomeText(*worth) : outcomeText(Outcome::Done);
+        return Outcome::Done;
     case Action::Remove:
         break;
     }
-    return outcomeText(fromProgram ? Outcome::Removed : Outcome::PutBack);
-}
-
-void decide(TopicStore &store, const QUuid &id, Action action, std::optional<Worth> worth) {
-    switch (action) {
-    case Action::Keep:
-        store.keep(id);
-        break;
-    case Action::Later:
-        store.postpone(id);
-        break;
-    case Action::Dismiss:
-        store.dismiss(id);
-        break;
-    case Action::Done:
-        if (worth) {
-            store.judgeWorth(id, *worth);
-        } else {
-            store.markDone(id);
-        }
-        break;
-    case Action::Remove:
-        store.backToInbox(id);
-        break;
-    }
+    return fromProgram ? Outcome::Removed : Outcome::PutBack;
 }
 
 /// Whether the week has no room for a topic that was just kept.
@@ -248,13 +224,16 @@ Task<ExitStatus> trier(Context &context, TopicsToChange topics, OnDemand<LinkCap
                               : French::tr("%1 Pour la faire lire\u00A0: vorle trier %2 retrier")
                                     .arg(why, context.arguments.positional[0]));
     }
+    const Outcome outcome = outcomeOf(asked.action, topic->status);
     if (topic->status == asked.leadsTo && (!worth || worth == topic->worth)) {
         // A decision taken twice, by a script say, is not counted twice.
         context.console.say(French::tr("C’était déjà le cas."));
+    } else if (DecisionHistory decisions(store); worth) {
+        decisions.judge(topic->id, *worth);
     } else {
-        decide(store, topic->id, asked.action, worth);
+        decisions.decide(topic->id, outcome);
     }
-    conclude(context, store, topic->id, outcomeLine(asked.action, topic->status, worth));
+    conclude(context, store, topic->id, worth ? outcomeText(*worth) : outcomeText(outcome));
     if (asked.action == Action::Keep && waitsInProgram(topics, clock, topic->id)) {
         context.console.say(
             French::tr("Il ne tient pas dans ta semaine\u00A0: il attend sous la ligne."));

@@ -8,9 +8,20 @@ Flow {
     property alias name: segments.name
     property alias labels: segments.labels
     property alias dots: segments.dots
-    property alias chosen: segments.chosen
+    property alias chosen: segments.chosen // of the words where none is told
+    property list<string> words: [] // what is kept of each label
+    property string present: "" // which of these is
 
     signal picked(int index)
+
+    function indexOf(word: string): int {
+        for (let i = 0; i < words.length; ++i) {
+            if (words[i] === word) {
+                return i;
+            }
+        }
+        return -1;
+    }
 
     function takeFocus() {
         segments.takeFocus();
@@ -31,6 +42,7 @@ Flow {
         id: segments
         name: ""
         labels: []
+        chosen: choice.indexOf(choice.present)
         onPicked: index => choice.picked(index)
     }
 }

@@ -1,8 +1,9 @@
 #include "app/demo/DemoCatalogue.h"
 
+#include "base/FrenchLocale.h"
+
 #include <QDir>
 #include <QFile>
-#include <QLocale>
 #include <QRegularExpression>
 #include <QUrl>
 
@@ -26,7 +27,7 @@ QString withDates(const QString &text, const QDate &today, const QString &langua
         if (language == u"en") {
             out += QLocale(QLocale::English).toString(date, QStringLiteral("MMMM d, yyyy"));
         } else {
-            const QLocale french(QLocale::French);
+            const QLocale french = frenchLocale();
             out += (date.day() == 1 ? QStringLiteral("1er") : QString::number(date.day())) +
                    french.toString(date, QStringLiteral(" MMMM yyyy"));
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/triage/DecisionHistory.h"
 #include "core/Decision.h"
 
 #include <QString>
@@ -9,13 +10,14 @@ namespace vorle {
 /// How decisions are said, in French, by the window and the terminal alike. Pure functions, any
 /// thread.
 
-/// What a decision made of a topic.
-enum class Outcome { Kept, Later, Postponed, Dismissed, Removed, PutBack, Done };
-
 /// What happened, and where the topic is now: "Gardé · Programme", "Fait · Bibliothèque".
 QString outcomeText(Outcome outcome);
 /// A verdict: "Pépite · Bibliothèque".
 QString outcomeText(Worth worth);
+
+/// What taking a step back, or taking it again, came to: "« Vite 8 » revient dans À trier". `topic`
+/// as it is now; null where there is none any more.
+QString stepText(const StepResult &result, const Topic *topic);
 
 /// "Bof", "Utile", "Pépite".
 QString worthLabel(Worth worth);

@@ -2,6 +2,7 @@
 
 #include "app/labels/Wording.h"
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 #include "core/NumberText.h"
 
 #include <QLocale>
@@ -144,8 +145,7 @@ QString secondsText(double seconds) {
 }
 
 QString costText(double usd) {
-    return QLocale(QLocale::French, QLocale::France).toString(usd, 'f', 2) +
-           QStringLiteral("\u00A0$");
+    return frenchLocale().toString(usd, 'f', 2) + QStringLiteral("\u00A0$");
 }
 
 QString nextRunText(const Settings &settings, const QDateTime &now, const QTimeZone &zone) {

@@ -1,6 +1,7 @@
 #include "app/labels/TopicLabels.h"
 
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 #include "base/Text.h"
 #include "core/KindLabel.h"
 #include "core/NumberText.h"
@@ -63,7 +64,7 @@ QString dayLabel(const QDate &day, const QDate &today) {
     const QString format =
         day.year() == today.year() ? QStringLiteral("MMMM") : QStringLiteral("MMMM yyyy");
     const QString number = day.day() == 1 ? French::tr("1er") : QString::number(day.day());
-    return number + u' ' + QLocale(QLocale::French, QLocale::France).toString(day, format);
+    return number + u' ' + frenchLocale().toString(day, format);
 }
 
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today) {

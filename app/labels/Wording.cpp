@@ -2,19 +2,16 @@
 
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
 #include "core/NumberText.h"
-
-#include <QLocale>
 
 namespace vorle {
 
 namespace {
 
-QLocale french() { return {QLocale::French, QLocale::France}; }
-
-QString weekday(const QDate &day) { return french().dayName(day.dayOfWeek()); }
+QString weekday(const QDate &day) { return frenchLocale().dayName(day.dayOfWeek()); }
 
 } // namespace
 

@@ -1,21 +1,17 @@
 #pragma once
 
 #include "app/models/TopicListModel.h"
-#include "base/LocalZone.h"
+#include "app/triage/ProgramTracker.h"
 #include "core/Preferences.h"
-#include "core/WeekProgram.h"
 
-#include <QHash>
-#include <QList>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
 
-/// The week's program held against the user's weekly time (see WeekProgram), in numbers and in
-/// words; it tells the program's list which topics wait below the line. Looks at kept topics and
-/// those done this week alone, so a decision costs as much as the program is long. Main thread;
-/// what it is given outlives it.
+/// The week's program held against the user's weekly time, for QML, in numbers and in words (see
+/// ProgramTracker); it tells the program's list which topics wait below the line. Main thread; what
+/// it is given outlives it.
 class ProgramBudget final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -31,14 +27,16 @@ public:
     ProgramBudget(TopicStore &store, const Preferences &preferences, const Clock &clock,
                   TopicListModel &program, const LocalZone &zone = {}, QObject *parent = nullptr);
 
-    int budget() const { return m_program.budget; }
-    int done() const { return m_program.done; }
-    int planned() const { return m_program.planned; }
-    int left() const { return m_program.left; }
-    bool finished() const { return m_program.state == WeekProgram::State::AllDone; }
+    int budget() const { return m_tracker.program().budget; }
+    int done() const { return m_tracker.program().done; }
+    int planned() const { return m_tracker.program().planned; }
+    int left() const { return m_tracker.program().left; }
+    bool finished() const { return m_tracker.program().state == WeekProgram::State::AllDone; }
 
     /// What the section says of itself; `nextRun` as programText() takes it.
-    ProgramText text(const QString &nextRun) const { return programText(m_program, nextRun); }
+    ProgramText text(const QString &nextRun) const {
+        return programText(m_tracker.program(), nextRun);
+    }
 
     /// Looks at the clock again: a new week starts afresh.
     Q_INVOKABLE void refresh();
@@ -49,20 +47,11 @@ Q_SIGNALS:
 private:
     void load();
     void follow(const QUuid &id);
-    bool counts(const Topic &topic) const;
-    bool before(const TopicPtr &a, const TopicPtr &b) const;
-    bool note(const TopicPtr &topic);
     void compute();
 
-    TopicStore &m_store;
+    ProgramTracker m_tracker;
     const Preferences &m_preferences;
-    const Clock &m_clock;
     TopicListModel &m_list;
-    LocalZone m_zone;
-    Period m_week;
-    QList<TopicPtr> m_kept;           // in the program's order
-    QHash<QUuid, TopicPtr> m_counted; // these again, and what was done this week
-    WeekProgram m_program;
 };
 
 } // namespace vorle

@@ -4,6 +4,7 @@
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
+#include "app/triage/Gist.h"
 #include "base/French.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
@@ -27,11 +28,6 @@ QString text(const std::optional<QString> &value) { return value.value_or(QStrin
 /// Words that a page or the agent wrote.
 QString shown(const QString &words) { return shownWords(words); }
 QString shown(const std::optional<QString> &words) { return shownWords(text(words)); }
-
-QString hostOf(const QString &address) {
-    const QString host = QUrl(address).host();
-    return host.startsWith(QStringLiteral("www.")) ? host.sliced(4) : host;
-}
 
 QVariantList changesOf(const Topic &topic) {
     QList<NamedText> list;
@@ -106,10 +102,7 @@ QString TopicCard::topicId() const {
 
 QString TopicCard::title() const { return shown(m_topic->title); }
 
-QString TopicCard::gist() const {
-    const QString tldr = shown(m_topic->tldr);
-    return tldr.isEmpty() ? summary() : tldr;
-}
+QString TopicCard::gist() const { return shown(gistOf(*m_topic)); }
 
 QString TopicCard::summary() const { return shown(m_topic->summary); }
 
@@ -173,7 +166,7 @@ QString TopicCard::sitesText() const {
     const qsizetype more = m_topic->sources.size() - 1;
     return source == nullptr
                ? QString()
-               : hostOf(source->url) + (more > 0 ? QStringLiteral("  +%1").arg(more) : QString());
+               : WebLink::site(QUrl(source->url), QUrl::PrettyDecoded) + (more > 0 ? QStringLiteral("  +%1").arg(more) : QString());
 }
 
 QString TopicCard::note() const { return text(m_topic->note); }

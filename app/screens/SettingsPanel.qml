@@ -10,9 +10,6 @@ Panel {
     required property string agentInUse // chosen by what is ready where nobody chose one
     required property list<string> terminals // that there can be here
 
-    readonly property list<string> agents: ["claude", "codex"]
-    readonly property list<int> budgets: [60, 120, 180, 240, 300]
-
     name: qsTr("Réglages")
     sheetWidth: 680
     bodyHeight: body.implicitHeight
@@ -36,44 +33,51 @@ Panel {
             width: body.width
             name: qsTr("Apparence")
             labels: [qsTr("Automatique"), qsTr("Clair"), qsTr("Sombre")]
-            chosen: panel.settings.appearances.indexOf(panel.settings.appearance)
-            onPicked: index => panel.settings.appearance = panel.settings.appearances[index]
+            words: panel.settings.appearances
+            present: panel.settings.appearance
+            onPicked: index => panel.settings.appearance = words[index]
         }
         Choice {
             width: body.width
             name: qsTr("Couleur")
             labels: [qsTr("Braise"), qsTr("Framboise"), qsTr("Lagune"), qsTr("Indigo")]
-            dots: panel.settings.accents.map(name => Theme.dark ? Theme.accents[name].dark : Theme.accents[name].light)
-            chosen: panel.settings.accents.indexOf(panel.settings.accent)
-            onPicked: index => panel.settings.accent = panel.settings.accents[index]
+            dots: Object.values(Theme.accents).map(pair => Theme.dark ? pair.dark : pair.light)
+            words: panel.settings.accents
+            present: panel.settings.accent
+            onPicked: index => panel.settings.accent = words[index]
         }
         Choice {
             width: body.width
             name: qsTr("IA")
             labels: ["Claude Code", "Codex"]
-            chosen: panel.agents.indexOf(panel.agentInUse)
-            onPicked: index => panel.settings.agent = panel.agents[index]
+            words: ["claude", "codex"]
+            present: panel.agentInUse
+            onPicked: index => panel.settings.agent = words[index]
         }
         Choice {
             width: body.width
             name: qsTr("Terminal")
             labels: panel.terminals
-            chosen: panel.terminals.indexOf(panel.settings.terminal)
-            onPicked: index => panel.settings.terminal = panel.terminals[index]
+            words: panel.terminals
+            present: panel.settings.terminal
+            onPicked: index => panel.settings.terminal = words[index]
         }
         Choice {
             width: body.width
             name: qsTr("Notifications")
             labels: [qsTr("À chaque fouille"), qsTr("Seulement si urgent"), qsTr("Jamais")]
-            chosen: panel.settings.notifyModes.indexOf(panel.settings.notifyMode)
-            onPicked: index => panel.settings.notifyMode = panel.settings.notifyModes[index]
+            words: panel.settings.notifyModes
+            present: panel.settings.notifyMode
+            onPicked: index => panel.settings.notifyMode = words[index]
         }
         Choice {
+            readonly property real hours: panel.settings.weeklyMinutes / 60
+
             width: body.width
             name: qsTr("Temps de veille par semaine")
             labels: ["1 h", "2 h", "3 h", "4 h", "5 h"]
-            chosen: panel.budgets.indexOf(panel.settings.weeklyMinutes)
-            onPicked: index => panel.settings.weeklyMinutes = panel.budgets[index]
+            chosen: hours === Math.round(hours) && hours <= labels.length ? hours - 1 : -1
+            onPicked: index => panel.settings.weeklyMinutes = 60 * (index + 1)
         }
         Label {
             width: parent.width

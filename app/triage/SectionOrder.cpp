@@ -1,9 +1,8 @@
 #include "app/triage/SectionOrder.h"
 
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 #include "core/WeekProgram.h"
-
-#include <QLocale>
 
 #include <algorithm>
 
@@ -49,8 +48,8 @@ QString monthHeading(const std::optional<QDateTime> &moment) {
     if (!moment) {
         return {};
     }
-    const QLocale french(QLocale::French, QLocale::France);
-    QString month = french.toString(moment->toLocalTime().date(), QStringLiteral("MMMM yyyy"));
+    QString month =
+        frenchLocale().toString(moment->toLocalTime().date(), QStringLiteral("MMMM yyyy"));
     month[0] = month[0].toUpper();
     return month;
 }

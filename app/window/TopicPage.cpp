@@ -1,5 +1,6 @@
 #include "app/window/TopicPage.h"
 
+#include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
 #include "base/Text.h"
@@ -35,9 +36,7 @@ TopicPage::TopicPage(TopicStore &store, ScoreProvenanceLog &notes, BriefWriter &
     });
 }
 
-QString TopicPage::topicId() const {
-    return m_id.isNull() ? QString() : m_id.toString(QUuid::WithoutBraces);
-}
+QString TopicPage::topicId() const { return m_id.isNull() ? QString() : identityText(m_id); }
 
 void TopicPage::setTopicId(const QString &topicId) {
     const QUuid id = QUuid::fromString(topicId);

@@ -1,6 +1,8 @@
 #include "search/discovery/DiscoveryApps.h"
 
 #include "base/French.h"
+#include "base/FrenchLocale.h"
+
 #include <QCollator>
 #include <QSet>
 
@@ -53,7 +55,7 @@ QList<App> inOrder(QList<App> apps) {
         names.insert(app.name);
         return known;
     });
-    QCollator french(QLocale(QLocale::French, QLocale::France));
+    QCollator french(frenchLocale());
     french.setCaseSensitivity(Qt::CaseInsensitive);
     std::stable_sort(apps.begin(), apps.end(), [&](const App &a, const App &b) {
         return french.compare(a.name, b.name) < 0;

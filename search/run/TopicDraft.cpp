@@ -71,11 +71,7 @@ QList<TopicSource> sourcesOf(const Candidate &candidate, const ReadPage &page) {
     const auto led = WebLink::from(page.finalUrl);
     if (led && page.level != ReadLevel::None && another && namesOnePage(led->text())) {
         // Named by its site: the page's own title stands above it already.
-        QString site = led->url().host();
-        if (site.startsWith(u"www.")) {
-            site.remove(0, 4);
-        }
-        sources += TopicSource{site, led->text()};
+        sources += TopicSource{WebLink::site(led->url(), QUrl::PrettyDecoded), led->text()};
     }
     return sources;
 }

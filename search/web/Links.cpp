@@ -42,17 +42,6 @@ bool isTrackingItem(const QString &name) {
                           u"vero_id", u"oly_anon_id", u"oly_enc_id", u"ref_src", u"ref_url"});
 }
 
-/// The host without what only tells the same site apart: "www." and "m.".
-QString siteOf(const QUrl &url) {
-    QString host = url.host(QUrl::FullyEncoded);
-    for (const QStringView prefix : {u"www.", u"m."}) {
-        if (host.startsWith(prefix)) {
-            host.remove(0, prefix.size());
-        }
-    }
-    return host;
-}
-
 QStringList segmentsOf(const QUrl &url) {
     return url.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
 }
@@ -112,7 +101,7 @@ QUrl readableLink(const QString &link) {
     }
     dropQueryItems(url, isCampaignItem);
     QStringList segments = segmentsOf(url);
-    if (siteOf(url) == u"github.com" && segments.size() > 4 && segments[2] == u"blob") {
+    if (WebLink::site(url) == u"github.com" && segments.size() > 4 && segments[2] == u"blob") {
         segments.removeAt(2);
         url.setHost(QStringLiteral("raw.githubusercontent.com"));
         url.setPath(u'/' + segments.join(u'/'), QUrl::TolerantMode);
@@ -151,13 +140,13 @@ bool namesOnePage(const QString &link) {
                         u"sign-up", u"auth", u"sso", u"oauth", u"consent", u"captcha", u"challenge",
                         u"subscribe", u"404", u"error", u"accounts", u"not-found", u"unavailable"});
     };
-    return !turnsAway(siteOf(url).section(u'.', 0, 0)) &&
+    return !turnsAway(WebLink::site(url).section(u'.', 0, 0)) &&
            std::none_of(segments.begin(), segments.end(), turnsAway);
 }
 
 ItemKind guessKind(const QString &link) {
     const QUrl url = WebLink::parsed(link);
-    const QString site = siteOf(url);
+    const QString site = WebLink::site(url);
     const QString path = url.path().toLower() + u'/';
     const QStringList segments = segmentsOf(url);
     if (isVideo(site, path)) {

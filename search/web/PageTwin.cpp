@@ -1,6 +1,7 @@
 #include "search/web/PageTwin.h"
 
 #include "base/Text.h"
+#include "base/WebLink.h"
 #include "core/GitHubLink.h"
 
 #include <QJsonArray>
@@ -19,14 +20,10 @@ constexpr qsizetype maxReleases = 5;
 constexpr qsizetype maxComments = 12;
 constexpr qsizetype commentCharacters = 1'200;
 
+/// One site keeps its former and its coming face beside the present one.
 QString siteOf(const QUrl &url) {
-    QString host = url.host().toLower();
-    for (const QStringView prefix : {u"www.", u"m.", u"old.", u"new."}) {
-        if (host.startsWith(prefix)) {
-            host.remove(0, prefix.size());
-        }
-    }
-    return host;
+    QString site = WebLink::site(url);
+    return site == u"old.reddit.com" || site == u"new.reddit.com" ? site.sliced(4) : site;
 }
 
 QStringList segmentsOf(const QUrl &url) {

@@ -127,5 +127,24 @@ TEST(WebLink, is_resolved_as_browsers_read_it) {
     EXPECT_FALSE(WebLink::resolved(QStringLiteral("/a"), QUrl()));
 }
 
+TEST(WebLink, tells_the_site_of_an_address) {
+    const std::pair<const char *, const char *> rows[] = {
+        {"https://www.github.com/a/b", "github.com"},
+        {"https://m.example.org", "example.org"},
+        {"https://www.m.example.org", "example.org"},
+        {"https://WWW.Example.org:8080/x", "example.org"},
+        {"https://m.com/x", "m.com"}, // nothing but a name would be left
+        {"https://www.fr", "www.fr"},
+        {"https://old.example.org", "old.example.org"},
+        {"mailto:a@b.fr", ""},
+    };
+    for (const auto &[address, site] : rows) {
+        EXPECT_EQ(WebLink::site(QUrl(QString::fromUtf8(address))), QString::fromUtf8(site));
+    }
+    const QUrl accented(QString::fromUtf8("https://www.bücher.de"));
+    EXPECT_EQ(WebLink::site(accented), QStringLiteral("xn--bcher-kva.de"));
+    EXPECT_EQ(WebLink::site(accented, QUrl::PrettyDecoded), QString::fromUtf8("bücher.de"));
+}
+
 } // namespace
 } // namespace vorle

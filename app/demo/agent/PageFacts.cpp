@@ -1,8 +1,8 @@
 #include "app/demo/agent/PageFacts.h"
 
+#include "base/FrenchLocale.h"
 #include "base/Text.h"
 
-#include <QLocale>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -37,7 +37,7 @@ qsizetype occurrences(const QString &text, const char *words) {
 }
 
 QDate frenchDate(const QRegularExpressionMatch &match) {
-    const QLocale french(QLocale::French);
+    const QLocale french = frenchLocale();
     for (int month = 1; month <= 12; ++month) {
         if (french.standaloneMonthName(month).compare(match.captured(2), Qt::CaseInsensitive) ==
             0) {

@@ -28,7 +28,7 @@ TEST(Banc, measures_the_judge_and_leaves_the_topics_alone) {
     const Program::Outcome quick = vorle.run("banc --apercu");
     ASSERT_EQ(quick.status, 0) << quick.err;
     EXPECT_THAT(quick.err, HasSubstr("Aperçu du jugement v2"));
-    EXPECT_THAT(quick.err, HasSubstr("10 sujets jugés · 0,50 $"));
+    EXPECT_THAT(quick.err, HasSubstr("10 sujets jugés · 0,50 $"));
     EXPECT_THAT(quick.out, HasSubstr("Les plus grands écarts"));
 
     QDirIterator files(vorle.path(), {QStringLiteral("*topics*")}, QDir::AllEntries,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/models/SearchIndex.h"
+#include "app/triage/SearchIndex.h"
 
 namespace vorle {
 

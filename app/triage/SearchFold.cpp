@@ -1,4 +1,4 @@
-#include "app/models/SearchFold.h"
+#include "app/triage/SearchFold.h"
 
 #include <array>
 #include <cstring>

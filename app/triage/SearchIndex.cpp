@@ -1,7 +1,7 @@
-#include "app/models/SearchIndex.h"
+#include "app/triage/SearchIndex.h"
 
-#include "app/models/SearchFold.h"
-#include "app/models/SearchSnippet.h"
+#include "app/triage/SearchFold.h"
+#include "app/triage/SearchSnippet.h"
 
 #include <algorithm>
 #include <cstring>

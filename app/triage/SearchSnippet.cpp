@@ -1,6 +1,7 @@
-#include "app/models/SearchSnippet.h"
+#include "app/triage/SearchSnippet.h"
 
-#include "app/models/SearchFold.h"
+#include "app/triage/Gist.h"
+#include "app/triage/SearchFold.h"
 
 #include <algorithm>
 #include <vector>
@@ -122,8 +123,7 @@ Snippet snippetOf(const Topic &topic, SearchEntry::Field field, qsizetype offset
     QByteArray text;
     qsizetype at = 0;
     if (field == SearchEntry::Title) {
-        text = topic.summary.isEmpty() ? topic.tldr.value_or(QString()).toUtf8()
-                                       : topic.summary.toUtf8();
+        text = gistOf(topic).toUtf8();
     } else {
         text = searchText(topic, field);
         at = unfoldedOffset(text, offset);

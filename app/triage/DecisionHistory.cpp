@@ -1,0 +1,133 @@
+#include "app/triage/DecisionHistory.h"
+
+#include <utility>
+
+namespace vorle {
+
+/// Carries a decision out and keeps what it changed; one that changes nothing leaves no step.
+template <class Act>
+bool DecisionHistory::place(const QUuid &id, Act act) {
+    const auto before = m_store.placement(id);
+    if (!before || !act()) {
+        return false;
+    }
+    if (const auto after = m_store.placement(id)) {
+        keepStep({id, *before, *after});
+    }
+    return true;
+}
+
+void DecisionHistory::keepStep(Step step) {
+    if (step.before != step.after) {
+        m_done.append(std::move(step));
+        m_undone.clear();
+    }
+}
+
+bool DecisionHistory::decide(const QUuid &id, Outcome outcome) {
+    return place(id, [&] {
+        switch (outcome) {
+        case Outcome::Kept:
+            return m_store.keep(id);
+        case Outcome::Later:
+        case Outcome::Postponed:
+            return m_store.postpone(id);
+        case Outcome::Dismissed:
+            return m_store.dismiss(id);
+        case Outcome::Removed:
+        case Outcome::PutBack:
+            return m_store.backToInbox(id);
+        case Outcome::Done:
+            return m_store.markDone(id);
+        }
+        return false;
+    });
+}
+
+bool DecisionHistory::finish(const QUuid &id, std::optional<Worth> worth) {
+    return place(id, [&] { return m_store.markDone(id, worth); });
+}
+
+bool DecisionHistory::judge(const QUuid &id, Worth worth) {
+    return place(id, [&] { return m_store.judgeWorth(id, worth); });
+}
+
+bool DecisionHistory::setNote(const QUuid &id, const QString &note) {
+    const TopicPtr before = m_store.topic(id);
+    if (!before || !m_store.setNote(id, note)) {
+        return false;
+    }
+    keepStep({id, before->note, m_store.topic(id)->note});
+    return true;
+}
+
+bool DecisionHistory::setCorrection(const QUuid &id, const std::optional<Correction> &correction) {
+    const TopicPtr before = m_store.topic(id);
+    if (!before || !m_store.setCorrection(id, correction)) {
+        return false;
+    }
+    keepStep({id, before->correction, correction});
+    return true;
+}
+
+bool DecisionHistory::isAt(const QUuid &id, const Side &side) const {
+    const TopicPtr topic = m_store.topic(id);
+    if (!topic) {
+        return false;
+    }
+    if (const auto *placement = std::get_if<TopicStore::Placement>(&side)) {
+        return m_store.placement(id) == *placement;
+    }
+    if (const auto *own = std::get_if<Own>(&side)) {
+        return topic->correction == *own;
+    }
+    return topic->note == std::get<Note>(side);
+}
+
+bool DecisionHistory::put(const QUuid &id, const Side &side) {
+    if (const auto *placement = std::get_if<TopicStore::Placement>(&side)) {
+        return m_store.restore(id, *placement);
+    }
+    if (const auto *own = std::get_if<Own>(&side)) {
+        return m_store.setCorrection(id, *own);
+    }
+    return m_store.setNote(id, std::get<Note>(side).value_or(QString()));
+}
+
+std::optional<StepResult> DecisionHistory::undo() { return step(m_done, m_undone, true); }
+
+std::optional<StepResult> DecisionHistory::redo() { return step(m_undone, m_done, false); }
+
+std::optional<StepResult> DecisionHistory::step(QList<Step> &from, QList<Step> &to, bool back) {
+    using What = StepResult::What;
+    if (from.isEmpty()) {
+        return std::nullopt;
+    }
+    const Step step = from.takeLast();
+    const Side &left = back ? step.after : step.before;
+    const Side &wanted = back ? step.before : step.after;
+    StepResult result{.id = step.id, .back = back};
+    const auto *place = std::get_if<TopicStore::Placement>(&wanted);
+    if (!isAt(step.id, left) || !put(step.id, wanted)) {
+        result.what = place != nullptr ? What::MovedSince : What::ChangedSince;
+        return result;
+    }
+    to.append(step);
+    if (place != nullptr) {
+        const auto &former = std::get<TopicStore::Placement>(left);
+        result.what = former.status != place->status ? What::Moved
+                      : former.worth != place->worth ? What::Judged
+                                                     : What::PutInPlace;
+        result.status = place->status;
+        result.worth = place->worth;
+    } else if (const auto *own = std::get_if<Own>(&wanted)) {
+        result.what = What::Scored;
+        result.score = *own ? std::optional((*own)->score) : std::nullopt;
+    } else {
+        result.what = What::Noted;
+        result.hasNote = std::get<Note>(wanted).has_value();
+    }
+    return result;
+}
+
+} // namespace vorle
