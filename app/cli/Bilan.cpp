@@ -8,6 +8,8 @@
 #include "base/French.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"
+#include "core/Preferences.h"
+#include "core/ScoreProvenanceLog.h"
 
 #include <QTimeZone>
 

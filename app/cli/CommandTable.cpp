@@ -188,9 +188,8 @@ const QList<Command> &commands() {
          .most = 1,
          .flags = {json},
          .options = {QStringLiteral("format")},
-         .run = [](Context &c, Application &app) {
-             return exporter(c, on(app, &Application::store));
-         }},
+         .run = [](Context &c,
+                   Application &app) { return exporter(c, on(app, &Application::store)); }},
         {.name = QStringLiteral("importer"),
          .synopsis = QStringLiteral("FICHIER"),
          .summary = French::tr("ajoute les sujets d’un export ; ceux que tu as déjà restent "
