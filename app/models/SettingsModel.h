@@ -50,9 +50,9 @@ class SettingsModel final : public QObject {
     Q_PROPERTY(QString agent READ agent WRITE setAgent NOTIFY agentChanged FINAL)
 
     /// The words that an enumeration may be set to, in their order.
-    Q_PROPERTY(QStringList appearances READ appearances CONSTANT FINAL)
-    Q_PROPERTY(QStringList accents READ accents CONSTANT FINAL)
-    Q_PROPERTY(QStringList notifyModes READ notifyModes CONSTANT FINAL)
+    Q_PROPERTY(QList<QString> appearances READ appearances CONSTANT FINAL)
+    Q_PROPERTY(QList<QString> accents READ accents CONSTANT FINAL)
+    Q_PROPERTY(QList<QString> notifyModes READ notifyModes CONSTANT FINAL)
 
     /// What is wrong, in French: a value that did not fit, until the next one that does; a write
     /// that failed, until one succeeds. "" when nothing is.
