@@ -32,17 +32,25 @@ Decisions::Taken Decisions::decide(const QString &topicId, Outcome outcome) {
 
 Decisions::Taken Decisions::keep(const QString &topicId) { return decide(topicId, Outcome::Kept); }
 
-Decisions::Taken Decisions::later(const QString &topicId) { return decide(topicId, Outcome::Later); }
+Decisions::Taken Decisions::later(const QString &topicId) {
+    return decide(topicId, Outcome::Later);
+}
 
-Decisions::Taken Decisions::dismiss(const QString &topicId) { return decide(topicId, Outcome::Dismissed); }
+Decisions::Taken Decisions::dismiss(const QString &topicId) {
+    return decide(topicId, Outcome::Dismissed);
+}
 
-Decisions::Taken Decisions::postpone(const QString &topicId) { return decide(topicId, Outcome::Postponed); }
+Decisions::Taken Decisions::postpone(const QString &topicId) {
+    return decide(topicId, Outcome::Postponed);
+}
 
 Decisions::Taken Decisions::removeFromProgram(const QString &topicId) {
     return decide(topicId, Outcome::Removed);
 }
 
-Decisions::Taken Decisions::backToTriage(const QString &topicId) { return decide(topicId, Outcome::PutBack); }
+Decisions::Taken Decisions::backToTriage(const QString &topicId) {
+    return decide(topicId, Outcome::PutBack);
+}
 
 Decisions::Taken Decisions::done(const QString &topicId, std::optional<Worth> worth) {
     return told(m_history.finish(QUuid::fromString(topicId), worth), topicId,

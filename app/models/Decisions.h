@@ -25,12 +25,12 @@ public:
     /// decision was not taken.
     using Taken = std::optional<QString>;
 
-    Taken keep(const QString &topicId);              ///< "G"
-    Taken later(const QString &topicId);             ///< "L"
-    Taken dismiss(const QString &topicId);           ///< "X"
-    Taken postpone(const QString &topicId);          ///< "R"
-    Taken removeFromProgram(const QString &topicId); ///< "⌫": back to triage
-    Taken backToTriage(const QString &topicId);      ///< "T"
+    Taken keep(const QString &topicId);                                  ///< "G"
+    Taken later(const QString &topicId);                                 ///< "L"
+    Taken dismiss(const QString &topicId);                               ///< "X"
+    Taken postpone(const QString &topicId);                              ///< "R"
+    Taken removeFromProgram(const QString &topicId);                     ///< "⌫": back to triage
+    Taken backToTriage(const QString &topicId);                          ///< "T"
     Taken done(const QString &topicId, std::optional<Worth> worth = {}); ///< "D"
     /// "1 2 3". A topic that is not in the library is done with it.
     Taken verdict(const QString &topicId, Worth worth);
