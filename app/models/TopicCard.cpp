@@ -164,9 +164,9 @@ QVariantList TopicCard::sources() const { return sourcesOf(*m_topic); }
 QString TopicCard::sitesText() const {
     const TopicSource *source = m_topic->mainSource();
     const qsizetype more = m_topic->sources.size() - 1;
-    return source == nullptr
-               ? QString()
-               : WebLink::site(QUrl(source->url), QUrl::PrettyDecoded) + (more > 0 ? QStringLiteral("  +%1").arg(more) : QString());
+    return source == nullptr ? QString()
+                             : WebLink::site(QUrl(source->url), QUrl::PrettyDecoded) +
+                                   (more > 0 ? QStringLiteral("  +%1").arg(more) : QString());
 }
 
 QString TopicCard::note() const { return text(m_topic->note); }
