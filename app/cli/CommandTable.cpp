@@ -84,7 +84,8 @@ const QList<Command> &commands() {
          .flags = {json, QStringLiteral("retirer")},
          .options = {QStringLiteral("raison"), QStringLiteral("texte")},
          .throughApp = true,
-         .run = [](Context &c, Application &app) { return corriger(c, topicsToChange(app), app.clock()); }},
+         .run = [](Context &c,
+                   Application &app) { return corriger(c, topicsToChange(app), app.clock()); }},
         {.name = QStringLiteral("programme"),
          .synopsis = QStringLiteral("[--demo]"),
          .summary = French::tr("montre ce qui tient dans ta semaine, et ce qui attend"),
@@ -111,7 +112,8 @@ const QList<Command> &commands() {
          .synopsis = QStringLiteral("[--passer | --reprendre]"),
          .summary = French::tr("un premier tri guidé, pour accorder mes notes aux tiennes"),
          .flags = {json, QStringLiteral("passer"), QStringLiteral("reprendre")},
-         .run = [](Context &c, Application &app) { return calibrer(c, topicsToChange(app), app.clock()); }},
+         .run = [](Context &c,
+                   Application &app) { return calibrer(c, topicsToChange(app), app.clock()); }},
         {.name = QStringLiteral("fiche"),
          .synopsis = QStringLiteral("ID [--refaire]"),
          .summary = French::tr("montre la fiche de lecture d’un sujet, et l’écrit s’il n’en a "
@@ -122,8 +124,8 @@ const QList<Command> &commands() {
          .throughApp = true,
          .run =
              [](Context &c, Application &app) {
-                 return fiche(c, topicsToChange(app), on(app, &Application::briefs), app.resources(),
-                              app.clock());
+                 return fiche(c, topicsToChange(app), on(app, &Application::briefs),
+                              app.resources(), app.clock());
              }},
         {.name = QStringLiteral("lire"),
          .synopsis = QStringLiteral("URL"),
