@@ -33,7 +33,8 @@ protected:
     /// How far the page, or the list, that can be seen is scrolled.
     double scrolled(const char *kind) {
         const auto all = shown([&](const QQuickItem &item) {
-            return QByteArrayView(item.metaObject()->className()) == kind;
+            const QByteArray name(item.metaObject()->className()); // one with a property of its own
+            return name == kind || name.startsWith(QByteArray(kind) + "_QML");
         });
         return all.isEmpty() ? -1
                              : all.last()->property("contentY").toDouble() -
