@@ -20,7 +20,7 @@ namespace vorle::cli {
 
 namespace {
 
-constexpr int nameColumns = 18;
+constexpr int labelColumns = 18;
 constexpr int barColumns = 24;
 
 struct Line {
@@ -40,7 +40,7 @@ QString chart(const Console &console, const QList<Line> &lines) {
         const auto filled =
             most > 0 ? static_cast<qsizetype>(std::lround(line.value * barColumns / most)) : 0;
         const QString name = shownWords(line.name).simplified();
-        out += QStringLiteral("  ") + console.plain(name.leftJustified(nameColumns, u' ', true)) +
+        out += QStringLiteral("  ") + console.plain(name.leftJustified(labelColumns, u' ', true)) +
                console.accent(QString(filled, u'█')) + QString(barColumns - filled + 2, u' ') +
                console.faint(line.text);
     }

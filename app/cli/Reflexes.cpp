@@ -10,7 +10,7 @@ namespace vorle::cli {
 
 namespace {
 
-constexpr int margin = 4;
+constexpr int ruleMargin = 4;
 
 struct ReflexShown {
     QString id;
@@ -64,9 +64,9 @@ QString groupTitle(Reflex::Group group) {
 
 /// The rule with its effect, its figures, and the identifier that switches it.
 QString block(const Console &console, const Reflex &reflex, bool enabled) {
-    const QString title = console.wrapped(reflex.title, margin).trimmed();
-    const QString figures = console.wrapped(reflex.evidence, margin);
-    const QString id = console.faint(QString(margin, u' ') + reflex.id);
+    const QString title = console.wrapped(reflex.title, ruleMargin).trimmed();
+    const QString figures = console.wrapped(reflex.evidence, ruleMargin);
+    const QString id = console.faint(QString(ruleMargin, u' ') + reflex.id);
     const QStringList lines =
         enabled ? QStringList{QStringLiteral("  ● ") + console.bold(title) + QStringLiteral("  ") +
                                   console.accent(reflex.effect),

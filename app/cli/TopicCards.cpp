@@ -14,7 +14,7 @@ namespace vorle::cli {
 
 namespace {
 
-constexpr int margin = 6;
+constexpr int cardMargin = 6;
 
 QString scoreDigits(const Topic &topic) {
     const auto score = shownScore(topic);
@@ -41,19 +41,20 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
                   durationText(topic.minutes), readLevelLabel(topic.readLevel),
                   urgencyLabel(topic.urgency, today), shown ? formerScore(topic) : QString()});
     QStringList lines;
-    // The score stands in the margin of the title's first line.
-    lines += console.accent(shown ? scoreDigits(topic) : QString(margin - 2, u' ')) +
-             QStringLiteral("  ") + console.bold(console.wrapped(topic.title, margin).trimmed());
-    lines += console.faint(console.wrapped(facts, margin));
-    lines += console.wrapped(gistOf(topic), margin);
+    // The score stands in the cardMargin of the title's first line.
+    lines += console.accent(shown ? scoreDigits(topic) : QString(cardMargin - 2, u' ')) +
+             QStringLiteral("  ") +
+             console.bold(console.wrapped(topic.title, cardMargin).trimmed());
+    lines += console.faint(console.wrapped(facts, cardMargin));
+    lines += console.wrapped(gistOf(topic), cardMargin);
     if (!topic.why.isEmpty()) {
-        lines += console.wrapped(French::tr("Pourquoi toi : ") + topic.why, margin);
+        lines += console.wrapped(French::tr("Pourquoi toi : ") + topic.why, cardMargin);
     }
     if (!topic.firstStep.isEmpty()) {
-        lines += console.wrapped(French::tr("Premier pas : ") + topic.firstStep, margin);
+        lines += console.wrapped(French::tr("Premier pas : ") + topic.firstStep, cardMargin);
     }
     for (const TopicSource &source : topic.sources) {
-        lines += QString(margin, u' ') + console.faint(WebLink::shown(source.url));
+        lines += QString(cardMargin, u' ') + console.faint(WebLink::shown(source.url));
     }
     return lines.join(u'\n');
 }
@@ -62,7 +63,7 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
     QStringList lines;
     for (const TopicPtr &topic : topics) {
         lines += console.accent(scoreDigits(*topic)) + QStringLiteral("  ") +
-                 console.bold(console.wrapped(topic->title, margin).trimmed());
+                 console.bold(console.wrapped(topic->title, cardMargin).trimmed());
         QString urgency = urgencyLabel(topic->urgency, today);
         if (urgency.isEmpty() && topic->isUrgent()) {
             urgency = French::tr("urgent");
@@ -71,7 +72,7 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
             console.wrapped(factLine({durationText(topic->minutes), urgency,
                                       topic->project.value_or(topic->interest.value_or(QString())),
                                       identityText(topic->id)}),
-                            margin));
+                            cardMargin));
     }
     return lines.join(u'\n');
 }
@@ -79,7 +80,7 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
 QString openScoreLines(const Console &console, const ScoreExplanation &open) {
     constexpr int labelWidth = 15;
     constexpr int maxGrade = 10;
-    const QString indent(margin, u' ');
+    const QString indent(cardMargin, u' ');
     QStringList lines{indent + console.bold(open.title)};
     for (const ScoreExplanation::Grade &grade : open.grades) {
         const int filled = std::clamp(grade.grade, 0, maxGrade);
@@ -89,7 +90,7 @@ QString openScoreLines(const Console &console, const ScoreExplanation &open) {
                  QStringLiteral("  %1").arg(grade.grade);
     }
     for (const ScoreExplanation::Fact &fact : open.facts) {
-        const QString text = console.wrapped(fact.text, margin + labelWidth).trimmed();
+        const QString text = console.wrapped(fact.text, cardMargin + labelWidth).trimmed();
         lines += indent + fact.label.leftJustified(labelWidth) + text;
     }
     return lines.join(u'\n');

@@ -54,10 +54,6 @@ SectionScreen {
         Accessible.role: Accessible.List
         Accessible.name: screen.title
         T.ScrollBar.vertical: ScrollLine {}
-        // What stands over the rows may grow: one who looks at it goes on looking at it.
-        property real fromTop: 0
-        onContentYChanged: fromTop = contentY - originY
-        onOriginYChanged: contentY = originY + fromTop
         // Into the list: the chain of all items would go round by the menu.
         Keys.onTabPressed: event => {
             event.accepted = Window.activeFocusItem === list;

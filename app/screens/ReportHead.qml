@@ -10,6 +10,20 @@ Column {
     required property bool reported
     required property string title
 
+    // What stands over a list's rows grows upwards: one who looks at it goes on looking at it.
+    property real heightBefore: 0
+    property real grown: 0
+
+    onHeightChanged: {
+        grown += height - heightBefore;
+        heightBefore = height;
+        Qt.callLater(stay); // qmllint disable
+    }
+    function stay() {
+        const list = ListView.view;
+        list.contentY = Math.max(list.originY, list.contentY - grown);
+        grown = 0;
+    }
     // A picture of the figures, at twice their size, with their title and a margin.
     function keepPicture() {
         copy.active = true;

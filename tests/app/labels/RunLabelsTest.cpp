@@ -40,7 +40,7 @@ TEST(RunLabels, tell_the_facts_and_leave_out_an_unknown_cost) {
     report.costUSD = 0.5;
     EXPECT_EQ(runFactsText(report),
               QStringLiteral("12 liens trouvés · 2 pages lues · 1 min 12 s · 0,50\u00A0$"));
-    EXPECT_EQ(secondsText(59.5), QStringLiteral("1 min 0 s"));
+    EXPECT_EQ(secondsText(59.5), QStringLiteral("1 min"));
     EXPECT_EQ(secondsText(-3), QStringLiteral("0 s"));
 }
 
