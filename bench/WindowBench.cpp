@@ -9,6 +9,7 @@
 //
 // Offscreen and drawn in software, unless QT_QPA_PLATFORM and QT_QUICK_BACKEND say otherwise.
 
+#include "app/models/TopicCard.h"
 #include "app/window/MainWindow.h"
 #include "app/window/ShellParts.h"
 #include "app/wiring/Application.h"
@@ -159,7 +160,7 @@ bool showsChosen(const QQuickWindow &window) {
     const auto *screen = window.property("screen").value<QObject *>();
     const auto *selection = window.property("selection").value<TopicSelection *>();
     return selection->shownId() == selection->currentId() && !selection->shownId().isEmpty() &&
-           !screen->property("topic").isNull();
+           !screen->property("topic").value<TopicCard>().topicId().isEmpty();
 }
 
 void press(QQuickWindow &window, int key) {

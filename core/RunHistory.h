@@ -19,10 +19,10 @@ public:
 
     /// Oldest first; empty when there is none, or none that can be read.
     QList<RunReport> reports() const;
-    /// Puts these reports in the place of those kept, lets the oldest ones go, and keeps but the
-    /// numbers of those past the newest. A failure is logged: a run is not lost for it. What was
-    /// read and holds no reports is kept aside first, under the date of the newest; what the system
-    /// does not let be read is not replaced.
+    /// Puts these reports (none of them changes nothing) in the place of those kept, lets the
+    /// oldest ones go, and keeps but the numbers of those past the newest. A failure is logged: a
+    /// run is not lost for it. What was read and holds no reports is kept aside first, under the
+    /// date of the newest; what the system does not let be read is not replaced.
     void replace(QList<RunReport> reports) const;
     /// The same for the kept reports of these dates alone: the others stay, before these.
     void add(QList<RunReport> reports) const;

@@ -148,7 +148,8 @@ bool TopicStore::completeCaptured(Topic judged) {
 }
 
 qsizetype TopicStore::releasePending(const QList<QUuid> &ids) {
-    return release([&](const Topic &topic) { return ids.contains(topic.id); });
+    const QSet<QUuid> wanted(ids.begin(), ids.end());
+    return release([&](const Topic &topic) { return wanted.contains(topic.id); });
 }
 
 qsizetype TopicStore::releaseAllPending() {

@@ -103,13 +103,7 @@ QList<Line> stepLines(const WatchFigures &figures) {
 
 void printPage(const Console &console, const WatchFigures &figures, const ReportPeriod &period,
                const QDateTime &now, const QTimeZone &zone) {
-    const QString counts =
-        French::tr("%1 · %2 · %3 · %4 · %5")
-            .arg(counted(figures.found.found, French::tr("trouvé"), French::tr("trouvés")),
-                 counted(figures.found.kept, French::tr("gardé"), French::tr("gardés")),
-                 counted(figures.done, French::tr("fait"), French::tr("faits")),
-                 counted(figures.found.dismissed, French::tr("écarté"), French::tr("écartés")),
-                 counted(figures.gems, French::tr("pépite"), French::tr("pépites")));
+    const QString counts = countsText(figures);
     QStringList blocks{console.bold(French::tr("Bilan · %1").arg(rangeText(period, now, zone))) +
                        u'\n' + counts + u'\n' + durationText(figures.minutes) + u' ' +
                        budgetText(figures)};

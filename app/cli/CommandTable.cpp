@@ -193,14 +193,17 @@ const QList<Command> &commands() {
          .run = [](Context &c,
                    Application &app) { return exporter(c, on(app, &Application::store)); }},
         {.name = QStringLiteral("importer"),
-         .synopsis = QStringLiteral("FICHIER"),
+         .synopsis = French::tr("FICHIER|DOSSIER"),
          .summary = French::tr("ajoute les sujets d’un export ; ceux que tu as déjà restent "
                                "comme ils sont"),
          .fewest = 1,
          .most = 1,
          .flags = {json},
          .throughApp = true,
-         .run = [](Context &c, Application &app) { return importer(c, topicsToChange(app)); }},
+         .run =
+             [](Context &c, Application &app) {
+                 return importer(c, topicsToChange(app), on(app, &Application::capture));
+             }},
         {.name = QStringLiteral("reparer"),
          .synopsis = {},
          .summary = French::tr("reprend ce qui est lisible d’un fichier de sujets abîmé ; l’ancien "

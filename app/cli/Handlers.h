@@ -66,7 +66,7 @@ Task<ExitStatus> reflexes(Context &context, OnDemand<TopicStore> topics,
 Task<ExitStatus> projet(Context &context, OnDemand<Preferences> preferences);
 Task<ExitStatus> reglages(Context &context, OnDemand<Preferences> preferences);
 Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> topics);
-Task<ExitStatus> importer(Context &context, TopicsToChange topics);
+Task<ExitStatus> importer(Context &context, TopicsToChange topics, OnDemand<LinkCapture> capture);
 Task<ExitStatus> reparer(Context &context, TopicsToChange topics);
 Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
                       const Resources &resources);

@@ -41,7 +41,7 @@ QString topicCard(const Console &console, const Topic &topic, const QDate &today
                   durationText(topic.minutes), readLevelLabel(topic.readLevel),
                   urgencyLabel(topic.urgency, today), shown ? formerScore(topic) : QString()});
     QStringList lines;
-    // The score stands in the cardMargin of the title's first line.
+    // The score stands in the margin of the title's first line.
     lines += console.accent(shown ? scoreDigits(topic) : QString(cardMargin - 2, u' ')) +
              QStringLiteral("  ") +
              console.bold(console.wrapped(topic.title, cardMargin).trimmed());

@@ -6,6 +6,7 @@
 #include "app/transfer/TopicArchive.h"
 #include "app/transfer/TopicImport.h"
 #include "base/French.h"
+#include "search/run/LinkCapture.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -118,10 +119,12 @@ Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
     for (const TopicPtr &topic : store.topics()) {
         topics += *topic;
     }
+    const QDateTime now = QDateTime::currentDateTimeUtc();
     auto stopped = std::make_shared<std::atomic<bool>>(false);
     const auto stop = context.cancel.onCancel([stopped] { *stopped = true; });
     const WrittenFiles files = co_await onPoolOrThrow([=, live = store.file()] {
-        return exportTopics(topics, folder, live, formats, [stopped] { return stopped->load(); });
+        return exportTopics(topics, folder, live, formats, now,
+                            [stopped] { return stopped->load(); });
     });
     if (context.arguments.json()) {
         context.console.print(json::encode(
@@ -131,21 +134,30 @@ Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
     context.console.say(countedTopics(topics.size()) +
                         French::tr(" dans %1 : ").arg(QDir::toNativeSeparators(folder)) +
                         filesText(files));
+    if (!files.aside.isEmpty()) {
+        context.console.say(French::tr("L’export d’avant a des sujets que tu n’as plus : je l’ai "
+                                       "gardé, %1")
+                                .arg(files.aside));
+    }
     if (!files.left.isEmpty()) {
         context.console.say(leftText(files.left));
     }
     co_return ExitStatus::Done;
 }
 
-Task<ExitStatus> importer(Context &context, TopicsToChange held) {
+Task<ExitStatus> importer(Context &context, TopicsToChange held, OnDemand<LinkCapture> capture) {
     // The open app, which may be asked to do it, works in another folder.
     const QString given = context.arguments.positional.first();
     const QString file = QFileInfo(given).absoluteFilePath();
     context.words.replace(context.words.lastIndexOf(given), file);
     co_await holdTopics(context, held);
     QList<Topic> topics = co_await onPoolOrThrow([file] { return readTopicArchive(file); });
+    context.cancel.throwIfCancelled();
     TopicStore &store = *held.store;
     const ImportOutcome outcome = importTopicsInto(store, std::move(topics));
+    if (context.host == Host::App) {
+        capture->resume(); // links that still want to be read
+    }
     if (!store.flush()) {
         throw Failure(
             store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));

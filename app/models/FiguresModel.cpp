@@ -39,16 +39,16 @@ FiguresModel::FiguresModel(Parts parts, const LocalZone &zone, QObject *parent)
     m_later.setSingleShot(true);
     m_later.setInterval(settleMs);
     connect(&m_later, &QTimer::timeout, this, &FiguresModel::work);
-    connect(&parts.store, &TopicStore::topicChanged, this, &FiguresModel::stale);
-    connect(&parts.store, &TopicStore::topicsAdded, this, &FiguresModel::stale);
-    connect(&parts.store, &TopicStore::topicsReset, this, &FiguresModel::stale);
-    connect(&parts.store, &TopicStore::historyChanged, this, &FiguresModel::stale);
-    connect(&parts.preferences, &Preferences::changed, this, &FiguresModel::stale);
+    connect(&parts.store, &TopicStore::topicChanged, this, &FiguresModel::refresh);
+    connect(&parts.store, &TopicStore::topicsAdded, this, &FiguresModel::refresh);
+    connect(&parts.store, &TopicStore::topicsReset, this, &FiguresModel::refresh);
+    connect(&parts.store, &TopicStore::historyChanged, this, &FiguresModel::refresh);
+    connect(&parts.preferences, &Preferences::changed, this, &FiguresModel::refresh);
     m_period = reportPeriod(m_kind, now(), 0, QLocale::system(), m_zone);
 }
 
 /// Somebody who comes to look has it worked out anyway.
-void FiguresModel::stale() {
+void FiguresModel::refresh() {
     if (m_active) {
         m_later.start();
     }
@@ -63,6 +63,7 @@ void FiguresModel::setActive(bool active) {
         work(); // a new day may have begun, too
     } else {
         m_later.stop();
+        Q_EMIT changed();
     }
 }
 
@@ -165,9 +166,6 @@ QVariantList FiguresModel::parts() const {
 QVariantList FiguresModel::scores() const {
     QList<FigureScore> scores;
     for (const auto &score : m_figures.scores) {
-        if (score.decided() == 0) {
-            continue;
-        }
         scores += FigureScore{score.kept, score.later, score.dismissed, BadgeLook::of(score.score)};
     }
     return variants(scores);

@@ -71,14 +71,15 @@ public:
     void setKind(int kind);
     bool active() const { return m_active; }
     void setActive(bool active);
+    /// Works them out anew, shortly, while somebody looks: a new day may have begun.
+    void refresh();
     /// To the span before, and the one after.
     Q_INVOKABLE void goBack();
     Q_INVOKABLE void goOn();
     /// The report as a page of Markdown.
     QString markdown() const;
-    /// A free name for a kept report in the user's documents, with that extension ("png"): the
-    /// folder's path and "Bilan 26 oct. – 21 nov..png" made plain. "" where there is no such
-    /// folder.
+    /// A free path in the user's documents for a kept report with that extension:
+    /// "…/bilan-vorle-mois-2026-10-26.png", or "…-2.png". "" where there is no such folder.
     Q_INVOKABLE QString freePath(const QString &extension) const;
     /// Keeps the report as Markdown there, and says where, or why not, by `said`.
     Q_INVOKABLE void keepMarkdown();
@@ -119,7 +120,6 @@ Q_SIGNALS:
     void said(const QString &sentence);
 
 private:
-    void stale();
     void work();
     void show(PeriodKind kind, int back);
     QDateTime now() const { return m_parts.clock.now(); }

@@ -60,9 +60,20 @@ ReportModel::ReportModel(RunHistory history, const Clock &clock, const LocalZone
 void ReportModel::refresh() {
     QList<RunReport> reports = m_history.reports();
     std::ranges::reverse(reports);
-    beginResetModel();
-    m_reports = std::move(reports);
-    endResetModel();
+    // What is read on goes on being read: a run that ended comes before the others.
+    const qsizetype fresh = reports.size() - m_reports.size();
+    if (fresh >= 0 && reports.sliced(fresh) == m_reports) {
+        if (fresh == 0) {
+            return;
+        }
+        beginInsertRows({}, 0, static_cast<int>(fresh) - 1);
+        m_reports = std::move(reports);
+        endInsertRows();
+    } else {
+        beginResetModel();
+        m_reports = std::move(reports);
+        endResetModel();
+    }
     Q_EMIT rowsChanged();
 }
 

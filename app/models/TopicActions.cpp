@@ -104,7 +104,9 @@ bool TopicActions::perform(Map::Action action) {
         }
         return true;
     case Map::ReadAgain:
-        Q_EMIT readingAsked(id);
+        if (!id.isEmpty()) {
+            Q_EMIT readingAsked(id);
+        }
         return true;
     default:
         decide(action);

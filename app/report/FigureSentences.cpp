@@ -29,7 +29,7 @@ constexpr int lowScore = 6;
 
 /// "une", "quatre", "dix-sept" as figures; for what is feminine.
 QString inWords(int number) {
-    static const std::array<const char *, 17> words{
+    static constexpr std::array<const char *, 17> words{
         "aucune", "une", "deux", "trois", "quatre", "cinq",     "six",    "sept", "huit",
         "neuf",   "dix", "onze", "douze", "treize", "quatorze", "quinze", "seize"};
     return number >= 0 && number < int(words.size())
@@ -48,7 +48,7 @@ QString number(double value) {
         .toString(tenths, 'f', tenths == std::floor(tenths) ? 0 : 1);
 }
 
-/// How often, in tenths: "jamais", "1 fois sur 10", "toujours".
+/// How often, in tenths: "jamais", "1 fois sur 10", "toujours". Behind no verb: see keptText().
 QString oftenText(int times, int of) {
     constexpr int tenths = 10;
     const auto share = static_cast<int>(std::lround(double(times) * tenths / of));
@@ -57,6 +57,12 @@ QString oftenText(int times, int of) {
     }
     return times == of ? French::tr("toujours")
                        : French::tr("%1 fois sur 10").arg(std::clamp(share, 1, tenths - 1));
+}
+
+/// "tu gardes 7 fois sur 10", "tu n’en gardes aucun".
+QString keptText(int times, int of) {
+    return times == 0 ? French::tr("tu n’en gardes aucun")
+                      : French::tr("tu gardes %1").arg(oftenText(times, of));
 }
 
 /// Those with a score from `lowest` to `highest`.
@@ -102,30 +108,34 @@ QString foundSentence(const WatchFigures &figures) {
     if (figures.found.found == 0) {
         return figures.done == 0
                    ? French::tr("Rien de trouvé sur cette période.")
-                   : French::tr("Rien de trouvé sur cette période\u00A0: tu en as fait %1, trouvés "
-                                "avant.")
-                         .arg(numberText(figures.done));
+                   : French::tr("Rien de trouvé sur cette période\u00A0: tu as fait %1.")
+                         .arg(counted(figures.done, French::tr("sujet d’avant"),
+                                      French::tr("sujets d’avant")));
     }
-    const auto begun = static_cast<double>(
-        std::count_if(figures.parts.begin(), figures.parts.end(),
-                      [](const auto &part) { return part.found > 0 || part.done > 0; }));
-    const bool mean = figures.kind != PeriodKind::Week && begun > 1;
-    const auto of = [&](int total) {
-        return numberText(std::lround(mean ? total / begun : total));
-    };
+    const double begun = figures.partsBegun;
+    const bool mean = figures.kind != PeriodKind::Week && begun > 1 && figures.found.found >= begun;
+    const auto of = [&](int total) { return std::lround(mean ? total / begun : total); };
     const QString found =
-        counted(std::lround(mean ? figures.found.found / begun : figures.found.found),
-                French::tr("sujet trouvé"), French::tr("sujets trouvés")) +
+        counted(of(figures.found.found), French::tr("sujet trouvé"), French::tr("sujets trouvés")) +
         (!mean                               ? QString()
          : figures.kind == PeriodKind::Month ? French::tr(" par semaine")
                                              : French::tr(" par mois"));
     if (figures.found.kept == 0 && figures.done == 0) {
-        return figures.found.waiting() == figures.found.found
-                   ? French::tr("%1\u00A0: ils t’attendent encore.").arg(found)
-                   : French::tr("%1\u00A0: tu n’en as encore gardé aucun.").arg(found);
+        const bool one = figures.found.found == 1;
+        if (figures.found.waiting() == figures.found.found) {
+            return (one ? French::tr("%1\u00A0: il t’attend encore.")
+                        : French::tr("%1\u00A0: ils t’attendent encore."))
+                .arg(found);
+        }
+        return (one ? French::tr("%1\u00A0: tu ne l’as pas gardé.")
+                    : French::tr("%1\u00A0: tu n’en as gardé aucun."))
+            .arg(found);
     }
-    return French::tr("%1\u00A0: tu en gardes %2 et tu en fais %3.")
-        .arg(found, of(figures.found.kept), of(figures.done));
+    // What was done may have been found long before.
+    return (figures.done > figures.found.kept
+                ? French::tr("%1\u00A0: tu en gardes %2, et tu en fais %3 avec ceux d’avant.")
+                : French::tr("%1\u00A0: tu en gardes %2 et tu en fais %3."))
+        .arg(found, numberText(of(figures.found.kept)), numberText(of(figures.done)));
 }
 
 QString timeSentence(const WatchFigures &figures) {
@@ -135,14 +145,14 @@ QString timeSentence(const WatchFigures &figures) {
                     : French::tr("Pas de veille faite sur cette période.");
     }
     const QString done = durationText(figures.minutes);
-    if (figures.weeklyMinutes == 0) {
+    if (figures.budget() == 0) {
         return French::tr("Tu as fait %1 de veille.").arg(done);
     }
     if (figures.kind == PeriodKind::Week || figures.weeks < 2) {
         const int over = figures.minutes - figures.budget();
         const QString budget = durationText(figures.budget());
-        return over >= 0 ? French::tr("Tu as fait %1 de veille\u00A0: tes %2 sont tenues.")
-                               .arg(done, budget)
+        return over >= 0
+                   ? French::tr("Tu as fait %1 de veille\u00A0: ton temps est tenu.").arg(done)
                : left ? French::tr("Tu as fait %1 de veille sur %2\u202F; %3.")
                             .arg(done, budget, leftText(figures))
                       : French::tr("Tu as fait %1 de veille sur %2.").arg(done, budget);
@@ -151,7 +161,9 @@ QString timeSentence(const WatchFigures &figures) {
     if (figures.weeksHeld == figures.weeks) {
         held = French::tr("Tu as tenu ton temps de veille chaque semaine");
     } else if (figures.weeksHeld == 0) {
-        held = French::tr("Tu n’as encore tenu ton temps de veille aucune semaine");
+        held = figures.present
+                   ? French::tr("Tu n’as encore tenu ton temps de veille aucune semaine")
+                   : French::tr("Tu n’as tenu ton temps de veille aucune semaine");
     } else {
         held = French::tr("Tu as tenu ton temps de veille %1 sur %2")
                    .arg(figures.weeksHeld == 1
@@ -174,14 +186,14 @@ QString scoresSentence(const WatchFigures &figures) {
     const QString lowOften = lowTells ? oftenText(low.kept, low.decided()) : QString();
     if (!highTells) {
         return lowTells
-                   ? French::tr("En dessous de 6, tu gardes %1\u202F; rien n’a eu 8 ou plus.")
-                         .arg(lowOften)
+                   ? French::tr("En dessous de 6, %1\u202F; rien n’a eu 8 ou plus.")
+                         .arg(keptText(low.kept, low.decided()))
                    : French::tr("Rien n’a eu 8 ou plus, ni moins de 6, parmi ce que tu as trié.");
     }
-    const QString highOften = oftenText(high.kept, high.decided());
-    return lowTells ? French::tr("À partir de 8, tu gardes %1\u202F; en dessous de 6, %2.")
+    const QString highOften = keptText(high.kept, high.decided());
+    return lowTells ? French::tr("À partir de 8, %1\u202F; en dessous de 6, %2.")
                           .arg(highOften, lowOften)
-                    : French::tr("À partir de 8, tu gardes %1.").arg(highOften);
+                    : French::tr("À partir de 8, %1.").arg(highOften);
 }
 
 QString sourcesSentence(const WatchFigures &figures) {
@@ -202,7 +214,8 @@ QString sourcesSentence(const WatchFigures &figures) {
                  numberText(best->found));
     return captures != sources.end() && captures->kept > 0 && share(*captures) > share(*best)
                ? French::tr("Après tes captures, %1").arg(good)
-               : capital(good);
+           : best->from == From::Project ? good // its name is the user's
+                                         : capital(good);
 }
 
 QString runsSentence(const WatchFigures &figures) {
@@ -245,7 +258,8 @@ QString correctionsSentence(const WatchFigures &figures) {
                 .arg(counted(std::lround(std::max(1.0, changed.gap)), French::tr("point"),
                              French::tr("points")));
     if (changed.reason) {
-        text += French::tr("\u202F; le plus souvent\u00A0: %1")
+        text += (count == 1 ? French::tr("\u00A0: %1")
+                            : French::tr("\u202F; le plus souvent\u00A0: %1"))
                     .arg(correctionReasonText(*changed.reason).toLower());
     }
     return text + u'.';
@@ -257,8 +271,10 @@ QString reflexesSentence(const WatchFigures &figures) {
     if (with.of < minAgreements) {
         return {};
     }
-    const QString right =
-        French::tr("Avec tes réflexes, ma note tombe juste %1").arg(oftenText(with.right, with.of));
+    const QString right = with.right == 0
+                              ? French::tr("Avec tes réflexes, ma note ne tombe jamais juste")
+                              : French::tr("Avec tes réflexes, ma note tombe juste %1")
+                                    .arg(oftenText(with.right, with.of));
     return without.of < minAgreements
                ? right + u'.'
                : right +
@@ -266,9 +282,18 @@ QString reflexesSentence(const WatchFigures &figures) {
 }
 
 QString budgetText(const WatchFigures &figures) {
-    return figures.budget() > 0
-               ? French::tr("faites sur %1 de veille").arg(durationText(figures.budget()))
-               : French::tr("de veille faite");
+    return figures.budget() > 0 ? French::tr("sur %1 de veille").arg(durationText(figures.budget()))
+                                : French::tr("de veille");
+}
+
+QString countsText(const WatchFigures &figures) {
+    return QStringList{
+        counted(figures.found.found, French::tr("trouvé"), French::tr("trouvés")),
+        counted(figures.found.kept, French::tr("gardé"), French::tr("gardés")),
+        counted(figures.done, French::tr("fait"), French::tr("faits")),
+        counted(figures.found.dismissed, French::tr("écarté"), French::tr("écartés")),
+        counted(figures.gems, French::tr("pépite"), French::tr("pépites"))}
+        .join(QStringLiteral(" · "));
 }
 
 QString stepName(RunStep step) {

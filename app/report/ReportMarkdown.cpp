@@ -37,10 +37,7 @@ QString reportMarkdown(const WatchFigures &figures, const ReportPeriod &period,
                        const QDateTime &now, const QTimeZone &zone) {
     QStringList blocks{
         QStringLiteral("# ") + French::tr("Bilan · %1").arg(rangeText(period, now, zone)),
-        French::tr("%1 trouvés, %2 gardés, %3 faits, %4 écartés, %5 pépites. %6 %7.")
-            .arg(numberText(figures.found.found), numberText(figures.found.kept),
-                 numberText(figures.done), numberText(figures.found.dismissed),
-                 numberText(figures.gems), durationText(figures.minutes), budgetText(figures))};
+        countsText(figures), durationText(figures.minutes) + u' ' + budgetText(figures)};
     const auto chart = [&](const QString &sentence, const QStringList &heads,
                            const QList<QStringList> &rows) {
         blocks += QStringLiteral("## ") + sentence;

@@ -125,7 +125,9 @@ public:
             noteCorrection(*topic);
         }
         for (auto score = m_scores.cbegin(); score != m_scores.cend(); ++score) {
-            m_figures.scores += *score;
+            if (score->decided() > 0) {
+                m_figures.scores += *score;
+            }
         }
         m_figures.sources = ranked(m_sources.values());
         concludeCorrections();
@@ -219,6 +221,9 @@ private:
     void countWeeks() {
         if (!m_first.isValid()) {
             return;
+        }
+        for (const Period &part : m_period.parts) {
+            m_figures.partsBegun += part.begin <= m_now && part.end > m_first ? 1 : 0;
         }
         const QDateTime from = std::max(m_period.whole.begin, m_first);
         const QDateTime until = std::min(m_period.whole.end, m_now);

@@ -128,8 +128,9 @@ struct WatchFigures {
     int weeks = 0;         ///< calendar weeks that have begun, since the watch's first topic
     int weeksHeld = 0;     ///< of these, with at least that time done
     int minutesLeft = 0;   ///< of the present week
+    int partsBegun = 0;    ///< parts that have begun, since the watch's first topic
     QList<Part> parts;
-    QList<Score> scores;   ///< those there are, lowest first
+    QList<Score> scores;   ///< of decided topics, lowest first
     QList<Source> sources; ///< best first, captures last
     Changed changed;
     Agreement withReflexes;

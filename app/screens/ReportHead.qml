@@ -21,7 +21,9 @@ Column {
     }
     function stay() {
         const list = ListView.view;
-        list.contentY = Math.max(list.originY, list.contentY - grown);
+        if (list !== null && list.contentY <= 0) { // else its rows are looked at, which stay
+            list.contentY = Math.min(0, Math.max(list.originY, list.contentY - grown));
+        }
         grown = 0;
     }
     // A picture of the figures, at twice their size, with their title and a margin.

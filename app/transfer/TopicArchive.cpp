@@ -4,7 +4,9 @@
 #include "core/Corrections.h"
 #include "storage/DurableFile.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 #include <cerrno>
@@ -16,23 +18,42 @@ namespace {
 
 QString archiveIn(const QString &folder) { return folder + QStringLiteral("/topics.json"); }
 
-bool isListOfTopics(const QByteArray &bytes) {
-    try {
-        static_cast<void>(json::decode<QList<Topic>>(bytes));
-        return true;
-    } catch (const json::DecodeError &) {
-        return false;
-    }
+/// Where a path leads, by one name whatever leads there; the file need not exist, its folder does.
+QString located(const QString &path) {
+    const QFileInfo target(linkTarget(path));
+    return target.dir().canonicalPath() + u'/' + target.fileName();
 }
 
-void writeArchive(const QList<Topic> &topics, const QString &path, WrittenFiles &files) {
+/// Whether an archive has a topic that `topics` lack. @throws json::DecodeError for what is none
+bool hasOthers(const QByteArray &archive, const QList<Topic> &topics) {
+    QSet<QUuid> ids;
+    for (const Topic &topic : topics) {
+        ids.insert(topic.id);
+    }
+    const auto kept = json::decode<QList<Topic>>(archive);
+    return std::any_of(kept.begin(), kept.end(),
+                       [&](const Topic &topic) { return !ids.contains(topic.id); });
+}
+
+QString asideName(const QString &path, const QDateTime &now) {
+    return QFileInfo(path).path() + QStringLiteral("/topics-") +
+           now.toString(QStringLiteral("yyyy-MM-dd-HHmmss")) + QStringLiteral(".json");
+}
+
+void writeArchive(const QList<Topic> &topics, const QString &path, const QDateTime &now,
+                  WrittenFiles &files) {
     const QByteArray bytes = json::encode(topics, json::Style::Pretty) + '\n';
     if (const auto present = readWhole(path)) {
         if (*present == bytes) {
             ++files.unchanged;
             return;
         }
-        if (!present->isEmpty() && !isListOfTopics(*present)) {
+        try {
+            if (!present->isEmpty() && hasOthers(*present, topics)) {
+                files.aside = asideName(path, now);
+                backUpUnreadable(path, files.aside);
+            }
+        } catch (const json::DecodeError &) {
             throw TransferRefused(
                 French::tr("Ce fichier n’est pas un export de vorle, je n’y touche pas\u00A0: %1")
                     .arg(path));
@@ -56,22 +77,21 @@ void bringIntoRange(Topic &topic) {
 } // namespace
 
 WrittenFiles exportTopics(const QList<Topic> &topics, const QString &folder, const QString &live,
-                          ExportFormats formats, const std::function<bool()> &stopped) {
+                          ExportFormats formats, const QDateTime &now,
+                          const std::function<bool()> &stopped) {
     makeFolder(folder);
     WrittenFiles files;
     if (formats.json) {
         const QString path = archiveIn(folder);
-        const QFileInfo target(linkTarget(path));
-        if (!live.isEmpty() && target.exists() &&
-            target.canonicalFilePath() == QFileInfo(live).canonicalFilePath()) {
+        if (!live.isEmpty() && located(path) == located(live)) {
             throw TransferRefused(
                 French::tr("Ce dossier est celui de tes sujets\u00A0: choisis-en un autre."));
         }
-        writeArchive(topics, path, files);
+        writeArchive(topics, path, now, files);
     }
     if (formats.markdown) {
         const WrittenFiles notes =
-            writeTopicNotes(topics, folder + QStringLiteral("/notes"), stopped);
+            writeTopicNotes(topics, folder + QStringLiteral("/notes"), now, stopped);
         files.written += notes.written;
         files.unchanged += notes.unchanged;
         files.left = notes.left;

@@ -37,7 +37,7 @@ using Index = QMap<QString, IndexEntry>;
 
 /// One that does not decode counts as none: notes are then known by their names alone, and what
 /// was changed in them by hand is still not overwritten.
-Index readIndex(const QString &path) {
+Index readIndex(const QString &path, const QDateTime &now) {
     const auto bytes = readWhole(path, maxIndexBytes);
     if (!bytes) {
         return {};
@@ -45,6 +45,7 @@ Index readIndex(const QString &path) {
     try {
         return json::decode<Index>(*bytes);
     } catch (const json::DecodeError &) {
+        backUpUnreadable(path, backupName(path, now));
         return {};
     }
 }
@@ -55,8 +56,8 @@ bool isPlainName(const QString &name) {
 
 class NotesFolder {
 public:
-    NotesFolder(const QString &folder, QTimeZone zone)
-        : m_folder(folder), m_zone(std::move(zone)), m_index(readIndex(indexPath())) {
+    NotesFolder(const QString &folder, const QDateTime &now, QTimeZone zone)
+        : m_folder(folder), m_zone(std::move(zone)), m_index(readIndex(indexPath(), now)) {
         for (const IndexEntry &entry : std::as_const(m_index)) {
             m_taken.insert(entry.file);
         }
@@ -114,9 +115,10 @@ private:
 } // namespace
 
 WrittenFiles writeTopicNotes(const QList<Topic> &topics, const QString &folder,
-                             const std::function<bool()> &stopped, const QTimeZone &zone) {
+                             const QDateTime &now, const std::function<bool()> &stopped,
+                             const QTimeZone &zone) {
     makeFolder(folder);
-    NotesFolder notes(folder, zone);
+    NotesFolder notes(folder, now, zone);
     std::exception_ptr fault;
     try {
         for (const Topic &topic : topics) {

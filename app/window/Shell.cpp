@@ -234,6 +234,7 @@ QString Shell::addLink(const QString &url, const QString &note) {
 void Shell::refresh() {
     m_run->refresh();
     m_budget->refresh();
+    m_figures->refresh();
     followAgent();
 }
 

@@ -20,9 +20,7 @@ WatchFigures month(int found, int kept, int done) {
     figures.found = {found, kept, 0, 0};
     figures.done = done;
     figures.parts = QList<WatchFigures::Part>(4);
-    for (auto &part : figures.parts) {
-        part.found = found / 4;
-    }
+    figures.partsBegun = 4;
     return figures;
 }
 
@@ -31,12 +29,18 @@ TEST(FigureSentences, tell_what_was_found) {
     EXPECT_EQ(said(month(128, 41, 23)),
               "32 sujets trouvés par semaine : tu en gardes 10 et tu en fais 6.");
     EXPECT_EQ(said(month(0, 0, 0)), "Rien de trouvé sur cette période.");
-    EXPECT_EQ(said(month(0, 0, 2)), "Rien de trouvé sur cette période : tu en as fait 2, trouvés "
-                                    "avant.");
+    EXPECT_EQ(said(month(0, 0, 1)),
+              "Rien de trouvé sur cette période : tu as fait 1 sujet d’avant.");
     EXPECT_EQ(said(month(8, 0, 0)), "2 sujets trouvés par semaine : ils t’attendent encore.");
     WatchFigures week = month(1, 1, 0);
     week.kind = PeriodKind::Week;
     EXPECT_EQ(said(week), "1 sujet trouvé : tu en gardes 1 et tu en fais 0.");
+    week.found.kept = 0;
+    EXPECT_EQ(said(week), "1 sujet trouvé : il t’attend encore.");
+    week.found.dismissed = 1;
+    EXPECT_EQ(said(week), "1 sujet trouvé : tu ne l’as pas gardé.");
+    EXPECT_EQ(said(month(3, 1, 5)),
+              "3 sujets trouvés : tu en gardes 1, et tu en fais 5 avec ceux d’avant.");
 }
 
 TEST(FigureSentences, tell_the_time_done) {
@@ -59,8 +63,9 @@ TEST(FigureSentences, tell_the_time_done) {
               "Tu n’as encore tenu ton temps de veille aucune semaine.");
     EXPECT_EQ(said(65, 180, 1, 0, 115, true),
               "Tu as fait 1 h 05 de veille sur 3 h ; il t’en reste 1 h 55 cette semaine.");
-    EXPECT_EQ(said(205, 180, 1, 1, 0, true), "Tu as fait 3 h 25 de veille : tes 3 h sont tenues.");
+    EXPECT_EQ(said(205, 180, 1, 1, 0, true), "Tu as fait 3 h 25 de veille : ton temps est tenu.");
     EXPECT_EQ(said(65, 0, 1, 0, 0, true), "Tu as fait 1 h 05 de veille.");
+    EXPECT_EQ(said(60, 180, 0, 0, 0, false), "Tu as fait 1 h de veille.");
     EXPECT_EQ(said(0, 180, 1, 0, 180, true),
               "Pas encore de veille faite ; il t’en reste 3 h cette semaine.");
     EXPECT_EQ(said(0, 180, 4, 0, 0, false), "Pas de veille faite sur cette période.");
@@ -87,6 +92,13 @@ TEST(FigureSentences, tell_how_scores_and_sources_went) {
     score(5, 0, 4);
     EXPECT_EQ(read(scoresSentence(figures)),
               "À partir de 8, tu gardes 9 fois sur 10 ; en dessous de 6, jamais.");
+    figures.scores.clear();
+    score(8, 0, 5);
+    EXPECT_EQ(read(scoresSentence(figures)), "À partir de 8, tu n’en gardes aucun.");
+    figures.scores.clear();
+    score(5, 0, 5);
+    EXPECT_EQ(read(scoresSentence(figures)),
+              "En dessous de 6, tu n’en gardes aucun ; rien n’a eu 8 ou plus.");
     figures.scores.clear();
     score(6, 2, 4);
     EXPECT_THAT(read(scoresSentence(figures)), HasSubstr("Rien n’a eu 8 ou plus"));
@@ -129,6 +141,8 @@ TEST(FigureSentences, tell_what_runs_corrections_and_reflexes_came_to) {
               "Tu as changé une note, vers le haut, de 1 point.");
     figures.withReflexes = {9, 9};
     EXPECT_EQ(reflexesSentence(figures), QString());
+    figures.withReflexes = {0, 10};
+    EXPECT_EQ(read(reflexesSentence(figures)), "Avec tes réflexes, ma note ne tombe jamais juste.");
     figures.withReflexes = {8, 10};
     figures.withoutReflexes = {14, 20};
     EXPECT_EQ(read(reflexesSentence(figures)), "Avec tes réflexes, ma note tombe juste 8 fois sur "

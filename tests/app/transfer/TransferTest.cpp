@@ -33,7 +33,7 @@ protected:
         return topics;
     }
     WrittenFiles exported(const QList<Topic> &topics) {
-        return exportTopics(topics, folder, live, {});
+        return exportTopics(topics, folder, live, {}, clock.now());
     }
     QStringList notes() const {
         return QDir(folder + QStringLiteral("/notes")).entryList({QStringLiteral("*.md")});
@@ -156,6 +156,20 @@ TEST_F(TransferTest, writes_over_nothing_that_is_not_its_own) {
     EXPECT_EQ(readFile(folder + QStringLiteral("/topics.json")), "{\"theirs\": 1}");
 }
 
+TEST_F(TransferTest, an_earlier_export_that_has_more_is_kept) {
+    const Topic a = sampleTopic(QStringLiteral("a"));
+    const Topic b = sampleTopic(QStringLiteral("b"));
+    EXPECT_EQ(exported({a, b}).aside, QString());
+    const WrittenFiles files = exported({b});
+    EXPECT_EQ(readTopicArchive(files.aside), (QList<Topic>{a, b}));
+    EXPECT_EQ(readTopicArchive(folder), QList<Topic>{b});
+    EXPECT_EQ(exported({b}).aside, QString());
+    // The folder of topics that were never saved yet is theirs all the same.
+    folder = dir.path();
+    live = dir.filePath(QStringLiteral("topics.json"));
+    EXPECT_THROW(exported({b}), TransferRefused);
+}
+
 TEST_F(TransferTest, changes_only_the_notes_that_changed) {
     Topic a = sampleTopic(QStringLiteral("alpha"));
     Topic b = sampleTopic(QStringLiteral("beta"));
@@ -191,6 +205,7 @@ TEST_F(TransferTest, changes_only_the_notes_that_changed) {
     a.note = QStringLiteral("neuf");
     const QByteArray before = readFile(note(names[0]));
     files = exported({a, b, c});
+    EXPECT_EQ(files.left.size(), 2);
     EXPECT_EQ(readFile(note(names[0])), before);
     EXPECT_EQ(readFile(note(names[2])), edited);
 
@@ -216,7 +231,7 @@ TEST_F(TransferTest, gives_topics_alike_a_note_each_and_stops_when_told) {
     EXPECT_EQ(exported(topics).unchanged, 4);
     topics[0].title = topics[1].title = QStringLiteral("neuf");
     int asked = 0;
-    EXPECT_THROW(writeTopicNotes(topics, folder + QStringLiteral("/notes"),
+    EXPECT_THROW(writeTopicNotes(topics, folder + QStringLiteral("/notes"), clock.now(),
                                  [&asked] { return ++asked > 1; }),
                  Cancelled);
     EXPECT_EQ(exported(topics).left, QStringList()); // what was written by then is known as ours
