@@ -205,7 +205,7 @@ TEST_F(TransferTest, changes_only_the_notes_that_changed) {
     a.note = QStringLiteral("neuf");
     const QByteArray before = readFile(note(names[0]));
     files = exported({a, b, c});
-    EXPECT_EQ(files.left.size(), 2);
+    EXPECT_EQ(files.left, QStringList{names[0]}); // the others' titles give other names
     EXPECT_EQ(readFile(note(names[0])), before);
     EXPECT_EQ(readFile(note(names[2])), edited);
 
