@@ -23,7 +23,7 @@ using markdown::quoted;
 /// translated and do not change.
 class FrontMatter {
 public:
-    explicit FrontMatter(QTimeZone zone) : m_zone(std::move(zone)) {}
+    explicit FrontMatter(const QTimeZone &zone) : m_zone(zone) {}
 
     void words(const char *key, const QString &value) {
         if (!value.isEmpty()) {

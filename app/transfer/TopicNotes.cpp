@@ -56,8 +56,8 @@ bool isPlainName(const QString &name) {
 
 class NotesFolder {
 public:
-    NotesFolder(const QString &folder, const QDateTime &now, QTimeZone zone)
-        : m_folder(folder), m_zone(std::move(zone)), m_index(readIndex(indexPath(), now)) {
+    NotesFolder(const QString &folder, const QDateTime &now, const QTimeZone &zone)
+        : m_folder(folder), m_zone(zone), m_index(readIndex(indexPath(), now)) {
         for (const IndexEntry &entry : std::as_const(m_index)) {
             m_taken.insert(entry.file);
         }
