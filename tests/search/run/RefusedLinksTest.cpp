@@ -6,6 +6,8 @@
 namespace vorle {
 namespace {
 
+using namespace std::chrono_literals;
+
 using test::candidate;
 using test::list;
 
@@ -86,7 +88,9 @@ TEST_F(RefusedLinksTest, links_given_up_with_the_judge_are_no_refused_ones) {
     QStringList found{candidate(at("/short"), "Rust")};
     for (int i = 0; i < 7; ++i) {
         const QByteArray path = "/poison" + QByteArray::number(i);
-        server.serve(path, test::TestReply::page(page("p")));
+        test::TestReply reply = test::TestReply::page(page("p"));
+        reply.delay = 300ms; // the good link comes first to the judge, and tells that it is up
+        server.serve(path, reply);
         found += candidate(server.link(path), "Rust");
     }
     otherTraits = QStringLiteral("\"poison\":\"/poison\",");
