@@ -5,6 +5,7 @@
 #include "app/models/ListParts.h"
 #include "app/report/FigureSentences.h"
 #include "app/report/ReportMarkdown.h"
+#include "base/FrenchLocale.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"
 #include "core/ScoreScale.h"
@@ -184,9 +185,8 @@ QVariantList FiguresModel::runs() const {
     const bool priced = m_figures.costUSD() > 0;
     for (const auto &run : m_figures.runs.last(std::min(maxRunsShown, m_figures.runs.size()))) {
         const QDate day = run.date.toTimeZone(m_zone).date();
-        runs += FigureCount{
-            priced ? costText(run.costUSD) : secondsText(run.seconds),
-            QLocale(QLocale::French, QLocale::France).toString(day, QStringLiteral("d MMM"))};
+        runs += FigureCount{priced ? costText(run.costUSD) : secondsText(run.seconds),
+                            frenchLocale().toString(day, QStringLiteral("d MMM"))};
     }
     return variants(runs);
 }

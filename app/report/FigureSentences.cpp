@@ -3,11 +3,11 @@
 #include "app/labels/RunLabels.h"
 #include "app/labels/Wording.h"
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
 #include "core/NumberText.h"
 
-#include <QLocale>
 #include <QStringList>
 
 #include <algorithm>
@@ -44,8 +44,7 @@ QString capital(QString text) {
 
 QString number(double value) {
     const double tenths = std::round(value * 10) / 10;
-    return QLocale(QLocale::French, QLocale::France)
-        .toString(tenths, 'f', tenths == std::floor(tenths) ? 0 : 1);
+    return frenchLocale().toString(tenths, 'f', tenths == std::floor(tenths) ? 0 : 1);
 }
 
 /// How often, in tenths: "jamais", "1 fois sur 10", "toujours". Behind no verb: see keptText().
@@ -61,8 +60,9 @@ QString oftenText(int times, int of) {
 
 /// "tu gardes 7 fois sur 10", "tu n’en gardes aucun".
 QString keptText(int times, int of) {
-    return times == 0 ? French::tr("tu n’en gardes aucun")
-                      : French::tr("tu gardes %1").arg(oftenText(times, of));
+    return times == 0    ? French::tr("tu n’en gardes aucun")
+           : times == of ? French::tr("tu gardes tout")
+                         : French::tr("tu gardes %1").arg(oftenText(times, of));
 }
 
 /// Those with a score from `lowest` to `highest`.
@@ -183,7 +183,10 @@ QString scoresSentence(const WatchFigures &figures) {
     }
     const bool highTells = high.decided() > 0;
     const bool lowTells = low.decided() > 0;
-    const QString lowOften = lowTells ? oftenText(low.kept, low.decided()) : QString();
+    const QString lowOften = !lowTells ? QString()
+                             : low.kept == 0 && high.kept == high.decided()
+                                 ? French::tr("rien")
+                                 : oftenText(low.kept, low.decided());
     if (!highTells) {
         return lowTells
                    ? French::tr("En dessous de 6, %1\u202F; rien n’a eu 8 ou plus.")

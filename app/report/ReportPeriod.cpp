@@ -1,6 +1,7 @@
 #include "app/report/ReportPeriod.h"
 
 #include "base/French.h"
+#include "base/FrenchLocale.h"
 
 #include <algorithm>
 
@@ -11,8 +12,6 @@ namespace {
 constexpr int daysAWeek = 7;
 constexpr int weeksAMonth = 4;
 constexpr int monthsAYear = 12;
-
-QLocale french() { return {QLocale::French, QLocale::France}; }
 
 Period between(const QDate &first, const QDate &end, const QTimeZone &zone) {
     return {first.startOfDay(zone), end.startOfDay(zone)};
@@ -26,7 +25,7 @@ QString dayNumber(const QDate &day) {
 QString shortDay(const QDate &day, int year) {
     const QString format =
         day.year() == year ? QStringLiteral(" MMM") : QStringLiteral(" MMM yyyy");
-    return QString(dayNumber(day) + french().toString(day, format)).replace(u' ', u'\u00A0');
+    return QString(dayNumber(day) + frenchLocale().toString(day, format)).replace(u' ', u'\u00A0');
 }
 
 } // namespace
@@ -80,13 +79,13 @@ QString partLabel(const ReportPeriod &period, qsizetype part, const QTimeZone &z
     const QDate day = period.parts[part].begin.toTimeZone(zone).date();
     switch (period.kind) {
     case PeriodKind::Week:
-        return french().toString(day, QStringLiteral("ddd")) + u'\u00A0' + dayNumber(day);
+        return frenchLocale().toString(day, QStringLiteral("ddd")) + u'\u00A0' + dayNumber(day);
     case PeriodKind::Month:
         return shortDay(day, day.year());
     case PeriodKind::Year:
         break;
     }
-    return french().toString(day, QStringLiteral("MMM"));
+    return frenchLocale().toString(day, QStringLiteral("MMM"));
 }
 
 QString periodTitle(const ReportPeriod &period, const QDateTime &now) {

@@ -93,6 +93,11 @@ TEST(FigureSentences, tell_how_scores_and_sources_went) {
     EXPECT_EQ(read(scoresSentence(figures)),
               "À partir de 8, tu gardes 9 fois sur 10 ; en dessous de 6, jamais.");
     figures.scores.clear();
+    score(10, 5, 0);
+    score(5, 0, 4);
+    EXPECT_EQ(read(scoresSentence(figures)),
+              "À partir de 8, tu gardes tout ; en dessous de 6, rien.");
+    figures.scores.clear();
     score(8, 0, 5);
     EXPECT_EQ(read(scoresSentence(figures)), "À partir de 8, tu n’en gardes aucun.");
     figures.scores.clear();
