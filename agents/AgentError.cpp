@@ -17,11 +17,11 @@ constexpr qsizetype maxBytesPerCharacter = 8;
 /// What a longer text is cut to before it is looked into.
 constexpr qsizetype examinedCharacters = 100'000;
 
-QString heldWords(const QString &text) {
+QString clampedWords(const QString &text) {
     const QString words = sanitized(text.first(std::min(text.size(), examinedCharacters)));
-    const QStringView held = firstCharacters(
+    const QStringView clamped = firstCharacters(
         utf8Prefix(words, messageCharacters * maxBytesPerCharacter), messageCharacters);
-    return held.size() < words.size() ? held.toString() + u'…' : words;
+    return clamped.size() < words.size() ? clamped.toString() + u'…' : words;
 }
 } // namespace
 
@@ -46,7 +46,7 @@ AgentError AgentError::stopped(int code, const QString &detail) {
     const QString what =
         translated(QT_TRANSLATE_NOOP("AgentError", "L’IA s’est arrêtée (code %1). "))
             .arg(QString::number(code));
-    return {Case::Stopped, what + heldWords(detail), Retry::Yes};
+    return {Case::Stopped, what + clampedWords(detail), Retry::Yes};
 }
 
 AgentError AgentError::timedOut(const QString &agent) {
@@ -56,7 +56,7 @@ AgentError AgentError::timedOut(const QString &agent) {
 }
 
 AgentError AgentError::message(const QString &text) {
-    const QString words = heldWords(text);
+    const QString words = clampedWords(text);
     const bool blank = trimmed(words).isEmpty();
     return {Case::Message,
             blank ? translated(QT_TRANSLATE_NOOP("AgentError", "erreur de l’agent")) : words,

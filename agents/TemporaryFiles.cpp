@@ -76,9 +76,9 @@ QStringList userFolders() {
     if (QDir::isAbsolutePath(runtime) && isOwnFolder(runtime) && !othersCanWriteAlong(runtime)) {
         folders += runtime + QStringLiteral("/vorle");
     }
-    for (const auto place :
+    for (const auto location :
          {QStandardPaths::GenericCacheLocation, QStandardPaths::GenericDataLocation}) {
-        folders += QStandardPaths::writableLocation(place) + QStringLiteral("/vorle/tmp");
+        folders += QStandardPaths::writableLocation(location) + QStringLiteral("/vorle/tmp");
     }
     return folders;
 }

@@ -17,8 +17,8 @@ set(VORLE_QML
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CardSight.qml
     screens/ClosingPanel.qml screens/CorrectionPanel.qml
-    screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml screens/PanelPlace.qml screens/Panels.qml screens/ReadingPage.qml
-    screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionPlace.qml screens/SettingsPanel.qml
+    screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/SettingsPanel.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
     screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)

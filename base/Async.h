@@ -129,7 +129,7 @@ public:
         Gate *m_gate;
     };
 
-    explicit Gate(int places) : m_free(places) {}
+    explicit Gate(int permits) : m_free(permits) {}
     /// @throws Cancelled when `cancel` is, before or during the wait.
     Task<Pass> enter(CancelToken cancel = {});
 

@@ -39,8 +39,8 @@ public:
     }
 
 private:
-    QChar at(qsizetype place) const {
-        return place >= 0 && place < m_text.size() ? m_text[place] : QChar(u'\n');
+    QChar at(qsizetype index) const {
+        return index >= 0 && index < m_text.size() ? m_text[index] : QChar(u'\n');
     }
 
     void copyTo(qsizetype end) {
@@ -118,22 +118,22 @@ private:
         m_at = end;
     }
 
-    /// Whether a sign of punctuation stands at `place`, and no word or code goes on behind it.
-    bool closesPhrase(qsizetype place) const {
-        const QChar sign = at(place);
+    /// Whether a sign of punctuation stands at `index`, and no word or code goes on behind it.
+    bool closesPhrase(qsizetype index) const {
+        const QChar sign = at(index);
         if (sign != u';' && sign != u'!' && sign != u'?' && sign != u':') {
             return false;
         }
-        qsizetype end = place + 1;
+        qsizetype end = index + 1;
         while (sign != u':' && (at(end) == u'!' || at(end) == u'?')) {
             ++end;
         }
         return at(end).isSpace() || QStringView(u"\u00BB\u201D\u2019\")]\u2026").contains(at(end));
     }
 
-    /// Whether exactly three digits stand at `place`, after one to three others.
-    bool groupsThousands(qsizetype place) const {
-        qsizetype end = place;
+    /// Whether exactly three digits stand at `index`, after one to three others.
+    bool groupsThousands(qsizetype index) const {
+        qsizetype end = index;
         while (isDigit(at(end))) {
             ++end;
         }
@@ -143,18 +143,18 @@ private:
         }
         const QChar before = at(begin - 1);
         const bool alone = before.isSpace() || QStringView(u"(«~≈+-−").contains(before);
-        return end - place == 3 && m_at - begin <= 3 && alone && !at(end).isLetter() &&
+        return end - index == 3 && m_at - begin <= 3 && alone && !at(end).isLetter() &&
                !(QStringView(u".-_/").contains(at(end)) && at(end + 1).isLetterOrNumber());
     }
 
-    QStringView wordAt(qsizetype place) const {
-        qsizetype end = place;
-        while (end < m_text.size() && end - place < 6 &&
+    QStringView wordAt(qsizetype index) const {
+        qsizetype end = index;
+        while (end < m_text.size() && end - index < 6 &&
                (at(end).isLetter() || QStringView(u"%‰€$£°").contains(at(end)))) {
             ++end;
         }
         return at(end).isDigit() || at(end) == u'_' ? QStringView()
-                                                    : m_text.sliced(place, end - place);
+                                                    : m_text.sliced(index, end - index);
     }
 
     QStringView m_text;

@@ -341,16 +341,16 @@ QString clampedLines(const QString &text, qsizetype maxCharacters) {
             lines += visible[at];
         }
     }
-    QStringView held = utf8Prefix(lines, maxCharacters * bytesPerCharacter);
-    for (qsizetype end = held.indexOf(u'\n'); end >= 0 && isBlankLine(held.first(end));
-         end = held.indexOf(u'\n')) {
-        held = held.sliced(end + 1);
+    QStringView clamped = utf8Prefix(lines, maxCharacters * bytesPerCharacter);
+    for (qsizetype end = clamped.indexOf(u'\n'); end >= 0 && isBlankLine(clamped.first(end));
+         end = clamped.indexOf(u'\n')) {
+        clamped = clamped.sliced(end + 1);
     }
-    held = firstCharacters(held, maxCharacters);
-    while (!held.isEmpty() && isBlank(held.back().unicode())) {
-        held.chop(1);
+    clamped = firstCharacters(clamped, maxCharacters);
+    while (!clamped.isEmpty() && isBlank(clamped.back().unicode())) {
+        clamped.chop(1);
     }
-    return held.toString();
+    return clamped.toString();
 }
 
 QString clampedLine(const QString &text, qsizetype maxCharacters) {

@@ -54,8 +54,8 @@ std::optional<WebLink> WebLink::from(const QString &given, Giver giver) {
 }
 
 QString WebLink::shown(const QString &link) {
-    const auto held = from(link, Giver::User);
-    return held ? held->text() : withoutHidden(link);
+    const auto clean = from(link, Giver::User);
+    return clean ? clean->text() : withoutHidden(link);
 }
 
 QString WebLink::site(const QUrl &address, QUrl::ComponentFormattingOptions form) {

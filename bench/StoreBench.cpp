@@ -28,8 +28,8 @@ namespace vorle {
 namespace {
 
 /// A topics file in a folder of its own.
-struct Place {
-    explicit Place(qsizetype count) {
+struct Workspace {
+    explicit Workspace(qsizetype count) {
         TopicStore store(file, Resources(), clock);
         store.add(manyTopics(count));
         store.flush();
@@ -71,17 +71,17 @@ void compare(benchmark::State &state, const std::function<void()> &ours,
 }
 
 void load(benchmark::State &state) {
-    const Place place(state.range(0));
+    const Workspace workspace(state.range(0));
     compare(
         state,
         [&] {
-            const TopicStore store(place.file, Resources(), place.clock);
+            const TopicStore store(workspace.file, Resources(), workspace.clock);
             if (store.count() != state.range(0)) {
                 state.SkipWithError("not all topics were loaded");
             }
         },
         [&] {
-            const auto bytes = readWhole(place.file);
+            const auto bytes = readWhole(workspace.file);
             simdjson::dom::parser parser;
             const simdjson::padded_string_view view(bytes->constData(),
                                                     static_cast<std::size_t>(bytes->size()),
@@ -89,7 +89,7 @@ void load(benchmark::State &state) {
             benchmark::DoNotOptimize(parser.parse(view).error());
         },
         [&] {
-            QFile file(place.file);
+            QFile file(workspace.file);
             if (file.open(QIODevice::ReadOnly)) {
                 benchmark::DoNotOptimize(QJsonDocument::fromJson(file.readAll()));
             }
@@ -110,10 +110,10 @@ void writeBare(const QString &path, const QByteArray &bytes) {
 }
 
 void saveOneChanged(benchmark::State &state) {
-    const Place place(state.range(0));
-    TopicStore store(place.file, Resources(), place.clock);
+    const Workspace workspace(state.range(0));
+    TopicStore store(workspace.file, Resources(), workspace.clock);
     const auto topics = store.topics();
-    const QByteArray bytes = *readWhole(place.file);
+    const QByteArray bytes = *readWhole(workspace.file);
     const auto document = QJsonDocument::fromJson(bytes);
     qsizetype next = 0;
     store.save();
@@ -126,9 +126,9 @@ void saveOneChanged(benchmark::State &state) {
                 state.SkipWithError("the save failed");
             }
         },
-        [&] { writeBare(place.dir.filePath(QStringLiteral("bare.json")), bytes); },
+        [&] { writeBare(workspace.dir.filePath(QStringLiteral("bare.json")), bytes); },
         [&] {
-            QSaveFile file(place.dir.filePath(QStringLiteral("peer.json")));
+            QSaveFile file(workspace.dir.filePath(QStringLiteral("peer.json")));
             if (file.open(QIODevice::WriteOnly)) {
                 file.write(document.toJson());
                 file.commit();
@@ -138,18 +138,18 @@ void saveOneChanged(benchmark::State &state) {
 
 /// The first save after a start also encodes what was loaded, unless it was prepared.
 void saveFirst(benchmark::State &state) {
-    const Place place(state.range(0));
-    const QByteArray bytes = *readWhole(place.file);
+    const Workspace workspace(state.range(0));
+    const QByteArray bytes = *readWhole(workspace.file);
     std::vector<double> own;
     std::vector<double> bare;
     for (auto _ : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
-        TopicStore store(place.file, Resources(), place.clock);
+        TopicStore store(workspace.file, Resources(), workspace.clock);
         if (state.range(1) != 0) {
             store.prepareSaves();
             store.flush();
         }
-        bare.push_back(
-            secondsOf([&] { writeBare(place.dir.filePath(QStringLiteral("bare.json")), bytes); }));
+        bare.push_back(secondsOf(
+            [&] { writeBare(workspace.dir.filePath(QStringLiteral("bare.json")), bytes); }));
         own.push_back(secondsOf([&] {
             store.save();
             store.flush();
@@ -162,8 +162,8 @@ void saveFirst(benchmark::State &state) {
 
 /// What one triage decision takes from the main thread, the disk busy with the one before.
 void triageKey(benchmark::State &state) {
-    const Place place(state.range(0));
-    TopicStore store(place.file, Resources(), place.clock);
+    const Workspace workspace(state.range(0));
+    TopicStore store(workspace.file, Resources(), workspace.clock);
     const auto topics = store.topics();
     std::vector<double> taken;
     qsizetype next = 0;
@@ -179,8 +179,8 @@ void triageKey(benchmark::State &state) {
 
 /// A burst of keys, until all of it is on disk.
 void burstOf20(benchmark::State &state) {
-    const Place place(state.range(0));
-    TopicStore store(place.file, Resources(), place.clock);
+    const Workspace workspace(state.range(0));
+    TopicStore store(workspace.file, Resources(), workspace.clock);
     const auto topics = store.topics();
     store.save();
     store.flush();

@@ -31,7 +31,7 @@ constexpr qsizetype pointCharacters = 400;
 constexpr qsizetype codeCharacters = 4'000;
 constexpr double maxMinutes = 60;
 
-QString heldText(const QString &text, qsizetype characters) {
+QString clampedText(const QString &text, qsizetype characters) {
     return clampedLines(trimmed(text).toString(), characters);
 }
 
@@ -45,31 +45,32 @@ QString withoutFence(const QString &code) {
     return fenced ? bare.sliced(bare.indexOf(u'\n'), end - bare.indexOf(u'\n')) : code;
 }
 
-QList<Brief::Part> heldParts(const QList<Brief::Part> &parts, qsizetype most) {
-    QList<Brief::Part> held;
+QList<Brief::Part> clampedParts(const QList<Brief::Part> &parts, qsizetype most) {
+    QList<Brief::Part> clamped;
     for (const Brief::Part &part : parts) {
         const Brief::Part one{clampedLine(part.title, titleCharacters),
-                              heldText(part.body, bodyCharacters)};
-        if (held.size() < most && !(one.title.isEmpty() && one.body.isEmpty())) {
-            held += one;
+                              clampedText(part.body, bodyCharacters)};
+        if (clamped.size() < most && !(one.title.isEmpty() && one.body.isEmpty())) {
+            clamped += one;
         }
     }
-    return held;
+    return clamped;
 }
 
-QList<Brief::Source> heldSources(const QList<Brief::Source> &sources) {
-    QList<Brief::Source> held;
+QList<Brief::Source> clampedSources(const QList<Brief::Source> &sources) {
+    QList<Brief::Source> clamped;
     for (const Brief::Source &source : sources) {
         const auto link = WebLink::from(source.url);
-        const bool known = std::any_of(held.begin(), held.end(), [&](const Brief::Source &other) {
-            return link && other.url == link->text();
-        });
-        if (held.size() < maxSources && link && !known) {
-            held += {clampedLine(source.title, titleCharacters), link->text(),
-                     clampedLine(source.adds, pointCharacters)};
+        const bool known =
+            std::any_of(clamped.begin(), clamped.end(), [&](const Brief::Source &other) {
+                return link && other.url == link->text();
+            });
+        if (clamped.size() < maxSources && link && !known) {
+            clamped += {clampedLine(source.title, titleCharacters), link->text(),
+                        clampedLine(source.adds, pointCharacters)};
         }
     }
-    return held;
+    return clamped;
 }
 
 } // namespace
@@ -78,27 +79,27 @@ QString codePartTitle() { return QCoreApplication::translate("BriefWriter", "Exe
 
 std::optional<Brief> briefFrom(const BriefWriter::Output &output) {
     Brief brief;
-    brief.essentials = heldParts(output.essentials, maxEssentials);
+    brief.essentials = clampedParts(output.essentials, maxEssentials);
     if (brief.essentials.isEmpty()) {
         return std::nullopt;
     }
-    brief.details = heldParts(output.details, maxDetails);
+    brief.details = clampedParts(output.details, maxDetails);
     const QString code =
         clampedLines(withoutFence(output.code.value_or(QString())), codeCharacters);
     if (!code.isEmpty()) {
         brief.details += {codePartTitle(), code};
     }
-    const QString project = heldText(output.forProject.value_or(QString()), bodyCharacters);
+    const QString project = clampedText(output.forProject.value_or(QString()), bodyCharacters);
     if (!project.isEmpty()) {
         brief.project = project;
     }
     for (const QString &point : output.unclear) {
-        const QString held = clampedLine(point, pointCharacters);
-        if (brief.unclear.size() < maxUnclear && !held.isEmpty()) {
-            brief.unclear += held;
+        const QString clamped = clampedLine(point, pointCharacters);
+        if (brief.unclear.size() < maxUnclear && !clamped.isEmpty()) {
+            brief.unclear += clamped;
         }
     }
-    brief.sources = heldSources(output.sources);
+    brief.sources = clampedSources(output.sources);
     return brief;
 }
 

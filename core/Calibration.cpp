@@ -123,7 +123,7 @@ TopicPtr Calibration::next() const {
 std::optional<Calibration::Answer> Calibration::answer(const QUuid &topic, Choice choice,
                                                        std::optional<int> score) {
     const TopicPtr present = m_store.topic(topic);
-    const auto before = m_store.placement(topic);
+    const auto before = m_store.triageState(topic);
     if (!present || !before) {
         return std::nullopt;
     }
@@ -188,7 +188,7 @@ QString calibrationLabel(Calibration::Choice choice) {
     return French::tr("Pas pour moi");
 }
 
-QString calibrationPlace(const Calibration::Progress &progress) {
+QString calibrationPosition(const Calibration::Progress &progress) {
     return French::tr("%1 sur %2")
         .arg(std::min(progress.answered + 1, progress.total))
         .arg(progress.total);

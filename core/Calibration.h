@@ -38,7 +38,7 @@ public:
     /// What one answer changed, to be taken back.
     struct Answer {
         QUuid topic;
-        TopicStore::Placement before;
+        TopicStore::TriageState before;
         std::optional<Correction> correction;
     };
 
@@ -96,7 +96,7 @@ QString calibrationScoreQuestion();
 /// "Garder", "Plus tard", "Pas pour moi".
 QString calibrationLabel(Calibration::Choice choice);
 /// "3 sur 10": the place of the topic that is asked about.
-QString calibrationPlace(const Calibration::Progress &progress);
+QString calibrationPosition(const Calibration::Progress &progress);
 /// What is said once it is over, with how many were answered; when nothing is there to ask; when
 /// it was skipped.
 CalibrationText calibrationEnd(qsizetype answered);

@@ -75,8 +75,8 @@ QString lines(const QString &text) { return clampedLines(text, textCharacters); 
 
 /// The agent fills a field it has nothing for with an empty text.
 std::optional<QString> unlessEmpty(const std::optional<QString> &text) {
-    const QString held = lines(text.value_or(QString()));
-    return held.isEmpty() ? std::nullopt : std::optional(held);
+    const QString clamped = lines(text.value_or(QString()));
+    return clamped.isEmpty() ? std::nullopt : std::optional(clamped);
 }
 
 int minutesOf(const Item &item) {

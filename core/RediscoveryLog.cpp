@@ -9,9 +9,9 @@ RediscoveryLog::RediscoveryLog(const TopicStore &store, const Clock &clock)
           store, clock,
           {QStringLiteral("found-again.json"), QStringLiteral("what was found again")}) {}
 
-Task<> RediscoveryLog::note(QUuid topic) {
-    const TopicPtr held = m_store.topic(topic);
-    if (!held || held->status != TopicStatus::Reserve) {
+Task<> RediscoveryLog::record(QUuid topic) {
+    const TopicPtr found = m_store.topic(topic);
+    if (!found || found->status != TopicStatus::Reserve) {
         co_return;
     }
     auto kept = m_rediscoveries.add({Find{topic, m_clock.now()}});

@@ -33,7 +33,7 @@ public:
 
     /// A run came upon this topic's link now, whatever brought it. Only a topic of the reserve is
     /// kept; of any other it is no news. The task ends as TopicRecords::add does.
-    Task<> note(QUuid topic);
+    Task<> record(QUuid topic);
 
     /// Whether the topic was found again after that moment.
     bool isSince(const QUuid &topic, const QDateTime &moment);

@@ -11,10 +11,10 @@ QString fileName() { return QStringLiteral("score-notes.json"); }
 ScoreProvenanceLog::ScoreProvenanceLog(const TopicStore &store, const Clock &clock)
     : m_records(store, clock, {fileName(), QStringLiteral("the notes on scores")}) {}
 
-void ScoreProvenanceLog::replace(const QString &topicsFile, const QList<ScoreProvenance> &notes) {
+void ScoreProvenanceLog::replace(const QString &topicsFile, const QList<ScoreProvenance> &judged) {
     try {
         replaceWhole(sidecarPath(topicsFile, fileName()),
-                     json::encode(notes, json::Style::Pretty) + '\n');
+                     json::encode(judged, json::Style::Pretty) + '\n');
     } catch (const std::exception &error) {
         logLine(QStringLiteral("the notes on scores could not be kept: ") +
                 QString::fromLocal8Bit(error.what()));

@@ -55,12 +55,12 @@ public:
 
     /// Puts these notes in the place of all those kept beside `topicsFile`, for a log that is made
     /// afterwards. A failure is logged.
-    static void replace(const QString &topicsFile, const QList<ScoreProvenance> &notes);
+    static void replace(const QString &topicsFile, const QList<ScoreProvenance> &judged);
 
     /// The topic's note, or nothing.
-    std::optional<ScoreProvenance> note(const QUuid &topic) { return m_records.of(topic); }
+    std::optional<ScoreProvenance> of(const QUuid &topic) { return m_records.of(topic); }
     /// Takes these notes, in the place of older ones of the same topics, and has them written.
-    Task<> add(QList<ScoreProvenance> notes) { return m_records.add(std::move(notes)); }
+    Task<> add(QList<ScoreProvenance> judged) { return m_records.add(std::move(judged)); }
 
 private:
     TopicRecords<ScoreProvenance> m_records;

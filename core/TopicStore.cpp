@@ -206,9 +206,9 @@ bool TopicStore::addSources(const QUuid &id, const QList<TopicSource> &sources) 
     }
     QList<TopicSource> all = present->sources;
     for (const TopicSource &source : sources) {
-        const bool held = std::ranges::any_of(
+        const bool known = std::ranges::any_of(
             all, [&](const TopicSource &other) { return other.url == source.url; });
-        if (!held) {
+        if (!known) {
             all.append(source);
         }
     }
@@ -261,22 +261,22 @@ bool TopicStore::decide(const QUuid &id, TopicStatus status, std::optional<Worth
     });
 }
 
-std::optional<TopicStore::Placement> TopicStore::placement(const QUuid &id) const {
+std::optional<TopicStore::TriageState> TopicStore::triageState(const QUuid &id) const {
     const TopicPtr present = topic(id);
     if (!present) {
         return std::nullopt;
     }
-    return Placement{present->status, present->postponedCount, present->triagedAt, present->doneAt,
-                     present->worth};
+    return TriageState{present->status, present->postponedCount, present->triagedAt,
+                       present->doneAt, present->worth};
 }
 
-bool TopicStore::restore(const QUuid &id, const Placement &placement) {
+bool TopicStore::restore(const QUuid &id, const TriageState &state) {
     return change(id, [&](Topic &topic) {
-        topic.status = placement.status;
-        topic.postponedCount = placement.postponedCount;
-        topic.triagedAt = placement.triagedAt;
-        topic.doneAt = placement.doneAt;
-        topic.worth = placement.worth;
+        topic.status = state.status;
+        topic.postponedCount = state.postponedCount;
+        topic.triagedAt = state.triagedAt;
+        topic.doneAt = state.doneAt;
+        topic.worth = state.worth;
     });
 }
 

@@ -46,14 +46,14 @@ public:
     };
 
     /// The triage side of a topic: what taking a decision changes, and undoing it restores.
-    struct Placement {
+    struct TriageState {
         TopicStatus status = TopicStatus::Inbox;
         int postponedCount = 0;
         std::optional<QDateTime> triagedAt;
         std::optional<QDateTime> doneAt;
         std::optional<Worth> worth;
 
-        bool operator==(const Placement &) const = default;
+        bool operator==(const TriageState &) const = default;
     };
 
     /// The topics file of that kind: VORLE_STORE as given when set, but for a demonstration; else
@@ -144,9 +144,9 @@ public:
     /// alone change; anywhere else the topic
     /// is marked done with it.
     bool judgeWorth(const QUuid &id, Worth worth);
-    std::optional<Placement> placement(const QUuid &id) const;
+    std::optional<TriageState> triageState(const QUuid &id) const;
     /// Puts back what a decision changed.
-    bool restore(const QUuid &id, const Placement &placement);
+    bool restore(const QUuid &id, const TriageState &state);
 
     // Editing. False when there is no such topic.
     bool setNote(const QUuid &id, const QString &note); ///< an empty note is no note

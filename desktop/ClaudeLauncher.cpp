@@ -60,7 +60,7 @@ std::optional<QString> ClaudeLauncher::folderOf(const Topic &topic) const {
                                                                 : std::optional(*project);
 }
 
-ClaudeLauncher::Where ClaudeLauncher::placeOf(const Topic &topic) const {
+ClaudeLauncher::Where ClaudeLauncher::destinationOf(const Topic &topic) const {
     return folderOf(topic) ? Where::Terminal : Where::WebChat;
 }
 
@@ -109,15 +109,15 @@ void ClaudeLauncher::openChat(const QString &prompt) const {
 }
 
 Task<> ClaudeLauncher::openTerminal(QString prompt, QString folder) const {
-    const QFileInfo place(folder);
-    if (!place.isDir()) {
+    const QFileInfo info(folder);
+    if (!info.isDir()) {
         throw LaunchError::terminalFailed(
             French::tr("le dossier du projet est introuvable (%1).").arg(folder));
     }
     const QString agent = executable();
     TemporaryFile promptFile(u"vorle-launch-", u".txt");
     TemporaryFile scriptFile(u"vorle-launch-", u".command");
-    const LaunchPlan plan{agent, place.absoluteFilePath(), promptFile.path(), scriptFile.path()};
+    const LaunchPlan plan{agent, info.absoluteFilePath(), promptFile.path(), scriptFile.path()};
     const LaunchTexts texts = launchTexts(plan, m_parts.terminals.shells());
     const auto command = m_parts.terminals.command(
         json::rawText(m_parts.preferences.settings().terminal), {scriptFile.path(), texts.line});

@@ -60,7 +60,7 @@ public:
     QString label() const;
 
     /// Where this topic's first step is taken: in the terminal when its project is watched.
-    Where placeOf(const Topic &topic) const;
+    Where destinationOf(const Topic &topic) const;
 
     /// Takes it there.
     ///

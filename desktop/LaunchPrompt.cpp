@@ -78,7 +78,7 @@ QString addresses(const QList<TopicSource> &sources) {
 
 } // namespace
 
-QString launchPrompt(const Topic &topic, LaunchTarget place) {
+QString launchPrompt(const Topic &topic, LaunchTarget target) {
     QString prompt;
     const auto add = [&](const QString &label, const QString &text) {
         if (!text.isEmpty()) {
@@ -99,7 +99,7 @@ QString launchPrompt(const Topic &topic, LaunchTarget place) {
         prompt += u'\n';
     }
     return prompt +
-           (place == LaunchTarget::ProjectFolder
+           (target == LaunchTarget::ProjectFolder
                 ? French::tr(
                       "Aide-moi à faire ce premier pas dans ce projet. Commence par vérifier ce "
                       "qui me concerne vraiment dans le code, puis propose un plan court avant de "

@@ -18,6 +18,6 @@ enum class LaunchTarget { ProjectFolder, Elsewhere };
 /// that leads out of the project, gets an invisible word joiner, because the agent would read the
 /// file; "@scope/package" stays as it is. The whole takes less than 128 KB in UTF-8 and so fits
 /// in one argument of a process on any system. Pure.
-QString launchPrompt(const Topic &topic, LaunchTarget place);
+QString launchPrompt(const Topic &topic, LaunchTarget target);
 
 } // namespace vorle

@@ -157,15 +157,15 @@ qsizetype nextBatchSize(const QList<JudgeCandidate> &waiting) {
     return size;
 }
 
-Task<Judge::Verdicts> Judge::judge(std::shared_ptr<const JudgeBrief> brief,
+Task<Judge::Verdicts> Judge::judge(std::shared_ptr<const JudgeContext> context,
                                    QList<JudgeCandidate> batch, CancelToken cancel) {
     Question question;
-    question.prompt =
-        judgePrompt(loadPrompt(m_asker->resources(), QStringLiteral("judge-prompt")), brief->today,
-                    brief->profile, brief->reflexLines(), brief->examples, batch);
+    question.prompt = judgePrompt(loadPrompt(m_asker->resources(), QStringLiteral("judge-prompt")),
+                                  context->today, context->profile, context->reflexLines(),
+                                  context->examples, batch);
     question.schemaName = QStringLiteral("judge-schema");
     question.step = QStringLiteral("judge");
-    question.agent = brief->agent;
+    question.agent = context->agent;
     auto asked = co_await m_asker->ask<JudgeAnswer>(std::move(question), cancel);
 
     QSet<QString> wanted;

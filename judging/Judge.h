@@ -1,7 +1,7 @@
 #pragma once
 
 #include "agents/Ask.h"
-#include "judging/JudgeBrief.h"
+#include "judging/JudgeContext.h"
 
 #include <QHash>
 
@@ -30,7 +30,7 @@ public:
     /// minutes are held to their ranges and texts to their lengths. A candidate without an answer
     /// has no entry.
     /// @throws AgentError, std::system_error, Cancelled
-    Task<Verdicts> judge(std::shared_ptr<const JudgeBrief> brief, QList<JudgeCandidate> batch,
+    Task<Verdicts> judge(std::shared_ptr<const JudgeContext> context, QList<JudgeCandidate> batch,
                          CancelToken cancel);
 
 private:

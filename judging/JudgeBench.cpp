@@ -31,8 +31,8 @@ JudgeCandidate candidateOf(const BenchItem &item) {
     return candidate;
 }
 
-BriefSource sourceOf(const BenchProfile &profile) {
-    BriefSource source;
+JudgeContextSource sourceOf(const BenchProfile &profile) {
+    JudgeContextSource source;
     source.profile.job = profile.job;
     source.profile.language = profile.language;
     source.profile.tools = profile.tools;
@@ -189,10 +189,11 @@ BenchFigures benchFigures(const QList<BenchVerdict> &verdicts) {
     return figures;
 }
 
-Task<> JudgeBench::judgeBatch(Session &session, qsizetype place) {
-    const QList<JudgeCandidate> &batch = session.batches[place];
+Task<> JudgeBench::judgeBatch(Session &session, qsizetype index) {
+    const QList<JudgeCandidate> &batch = session.batches[index];
     try {
-        const auto verdicts = co_await Judge(*m_asker).judge(session.brief, batch, session.cancel);
+        const auto verdicts =
+            co_await Judge(*m_asker).judge(session.context, batch, session.cancel);
         session.judgments.insert(verdicts.byId);
         add(session.costUSD, verdicts.costUSD);
     } catch (const AgentError &error) {
@@ -204,8 +205,8 @@ Task<> JudgeBench::judgeBatch(Session &session, qsizetype place) {
 }
 
 Task<JudgeBench::Outcome> JudgeBench::judge(Bench bench, Progress progress, CancelToken cancel) {
-    Session session{std::make_shared<const JudgeBrief>(
-                        judgeBrief(sourceOf(bench.profile), newestDay(bench.items))),
+    Session session{std::make_shared<const JudgeContext>(
+                        judgeContext(sourceOf(bench.profile), newestDay(bench.items))),
                     batchesOf(bench.items),
                     std::move(progress),
                     cancel,
@@ -215,7 +216,7 @@ Task<JudgeBench::Outcome> JudgeBench::judge(Bench bench, Progress progress, Canc
     Outcome outcome;
     try {
         co_await forEachBounded(session.batches.size(), maxConcurrentCalls,
-                                [&](qsizetype place) { return judgeBatch(session, place); });
+                                [&](qsizetype index) { return judgeBatch(session, index); });
     } catch (const Cancelled &) {
         throw;
     } catch (...) {

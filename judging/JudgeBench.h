@@ -137,7 +137,7 @@ struct BenchFigures {
     /// Spearman's, -1 to 1, equal scores sharing their mean rank; nothing when either side is
     /// constant.
     std::optional<double> rankCorrelation;
-    QList<qsizetype> worst; ///< places of the widest gaps, widest first, 5 at most, none of 0
+    QList<qsizetype> worst; ///< indexes of the widest gaps, widest first, 5 at most, none of 0
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("compared", &BenchFigures::compared),
@@ -172,7 +172,7 @@ public:
 
 private:
     struct Session {
-        std::shared_ptr<const JudgeBrief> brief;
+        std::shared_ptr<const JudgeContext> context;
         QList<QList<JudgeCandidate>> batches;
         Progress progress;
         CancelToken cancel;
@@ -181,7 +181,7 @@ private:
         qsizetype done = 0;
     };
 
-    Task<> judgeBatch(Session &session, qsizetype place);
+    Task<> judgeBatch(Session &session, qsizetype index);
 
     Asker *m_asker;
 };

@@ -163,9 +163,9 @@ public:
             return;
         }
         ++m_decisions;
-        note(touchesStack(topic) ? m_stack : m_rest, topic);
+        count(touchesStack(topic) ? m_stack : m_rest, topic);
         if (kind) {
-            note(m_kinds[index(*kind)], topic);
+            count(m_kinds[index(*kind)], topic);
         }
         if (topic.minutes >= longMinutes) {
             ++m_longItems;
@@ -173,7 +173,7 @@ public:
         }
         if (topic.project && !m_projects.isEmpty()) {
             if (const auto project = m_projects.find(*topic.project); project != m_projects.end()) {
-                note(*project, topic);
+                count(*project, topic);
             }
         }
     }
@@ -224,7 +224,7 @@ private:
                m_tools.namedIn(topic.title);
     }
 
-    static void note(Tally &tally, const Topic &topic) {
+    static void count(Tally &tally, const Topic &topic) {
         ++tally.decided;
         tally.kept +=
             topic.status == TopicStatus::Program || topic.status == TopicStatus::Done ? 1 : 0;

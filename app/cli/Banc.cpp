@@ -156,8 +156,8 @@ QString tableText(const Console &console, const Bench &bench, const JudgeBench::
 QString worstText(const Console &console, const QList<BenchVerdict> &verdicts,
                   const BenchFigures &figures) {
     QStringList lines{console.bold(French::tr("Les plus grands écarts"))};
-    for (const qsizetype place : figures.worst) {
-        const BenchVerdict &verdict = verdicts[place];
+    for (const qsizetype index : figures.worst) {
+        const BenchVerdict &verdict = verdicts[index];
         lines += console.accent(cell(gapText(*verdict.gap()))) + QStringLiteral("  ") +
                  console.wrapped(verdict.item.title, 9).trimmed();
         lines += console.wrapped(
@@ -185,8 +185,8 @@ void tell(const Console &console, const Judged &judged, const BenchFigures &figu
 
 QList<QString> worstOf(const BenchFigures &figures, const QList<BenchVerdict> &verdicts) {
     QList<QString> ids;
-    for (const qsizetype place : figures.worst) {
-        ids += verdicts[place].item.id;
+    for (const qsizetype index : figures.worst) {
+        ids += verdicts[index].item.id;
     }
     return ids;
 }

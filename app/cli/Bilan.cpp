@@ -149,14 +149,14 @@ Task<ExitStatus> bilan(Context &context, OnDemand<TopicStore> topics,
     const QDateTime now = clock.now();
     const QTimeZone zone = QTimeZone::systemTimeZone();
     const ReportPeriod period = reportPeriod(kind, now);
-    ScoreProvenanceLog &notes = *provenance;
+    ScoreProvenanceLog &log = *provenance;
     const WatchFigures figures =
         watchFigures({.topics = store.topics(),
                       .reports = store.history(),
                       .weeklyMinutes = preferences->settings().weeklyMinutes,
                       .reflexesOf =
-                          [&notes](const QUuid &id) {
-                              const auto note = notes.note(id);
+                          [&log](const QUuid &id) {
+                              const auto note = log.of(id);
                               return note ? std::optional(note->reflexes.size()) : std::nullopt;
                           }},
                      period, now);

@@ -112,7 +112,7 @@ private:
     void show(const Topic &topic) {
         Console &console = m_context.console;
         console.print(QString());
-        console.print(console.faint(calibrationPlace(m_calibration.progress())));
+        console.print(console.faint(calibrationPosition(m_calibration.progress())));
         // The score stays hidden: what the user would have given must not lean on it.
         console.print(topicCard(console, topic, QDate::currentDate(), CardScore::Hidden));
         console.print(QString());

@@ -106,7 +106,7 @@ const QList<Command> &commands() {
          .run =
              [](Context &c, Application &app) {
                  return bilan(c, on(app, &Application::store), on(app, &Application::preferences),
-                              on(app, &Application::notes), app.clock());
+                              on(app, &Application::provenance), app.clock());
              }},
         {.name = QStringLiteral("calibrer"),
          .synopsis = QStringLiteral("[--passer | --reprendre]"),

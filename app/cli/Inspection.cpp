@@ -10,7 +10,7 @@
 #include "base/WebLink.h"
 #include "core/NumberText.h"
 #include "core/Preferences.h"
-#include "judging/JudgeBrief.h"
+#include "judging/JudgeContext.h"
 #include "judging/Learning.h"
 #include "search/run/JudgedProjects.h"
 #include "search/run/Pipeline.h"
@@ -89,10 +89,10 @@ Task<QList<PromptShown>> runPrompts(Context &context, PromptSources sources) {
     }
     const QDateTime now = sources.clock.now();
     const RunPlan plan = planRun(preferences, projects, topics, now, apps);
-    const JudgeBrief brief = judgeBrief(
-        briefSource(preferences, judgedProjects(projects, preferences.settings()), topics),
+    const JudgeContext told = judgeContext(
+        judgeContextSource(preferences, judgedProjects(projects, preferences.settings()), topics),
         now.toLocalTime().date());
-    for (const QString &warning : plan.warnings + QStringList{unsentReflexesText(brief.unsent)}) {
+    for (const QString &warning : plan.warnings + QStringList{unsentReflexesText(told.unsent)}) {
         if (!warning.isEmpty()) {
             context.console.say(warning);
         }
@@ -118,13 +118,13 @@ Task<QList<PromptShown>> runPrompts(Context &context, PromptSources sources) {
     frame.title = QStringLiteral("…");
     const QString instruction = loadPrompt(sources.resources, QStringLiteral("judge-prompt"));
     shown += {French::tr("Jugement"),
-              judgePrompt(instruction, brief.today, brief.profile, brief.reflexLines(),
-                          brief.examples, {frame}),
+              judgePrompt(instruction, told.today, told.profile, told.reflexLines(), told.examples,
+                          {frame}),
               schemaText(sources.resources, QStringLiteral("judge-schema"))};
     const QString unread = QStringLiteral("…");
     show(French::tr("Pages illisibles"),
          pipeline.digging({{frame.id, unread, unread, unread}},
-                          {brief.today, plan.sites.exclusions, agent}));
+                          {told.today, plan.sites.exclusions, agent}));
     co_return shown;
 }
 

@@ -18,25 +18,25 @@ namespace {
 
 /// A topic, with what stood behind its score.
 struct OpenedTopic : Topic {
-    std::optional<ScoreProvenance> scoreNote;
+    std::optional<ScoreProvenance> provenance;
 
     static constexpr auto jsonFields() {
         return std::tuple_cat(Topic::jsonFields(),
-                              std::tuple(json::field("scoreNote", &OpenedTopic::scoreNote)));
+                              std::tuple(json::field("scoreNote", &OpenedTopic::provenance)));
     }
 };
 
 void openTopic(Context &context, const TopicStore &store, const Clock &clock) {
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional.first());
-    const auto note = ScoreProvenanceLog(store, clock).note(topic->id);
+    const auto provenance = ScoreProvenanceLog(store, clock).of(topic->id);
     if (context.arguments.json()) {
-        context.console.print(json::encode(OpenedTopic{{*topic}, note}, json::Style::Pretty));
+        context.console.print(json::encode(OpenedTopic{{*topic}, provenance}, json::Style::Pretty));
         return;
     }
     const QDate today = clock.now().toLocalTime().date();
     const Console &console = context.console;
     console.print(topicCard(console, *topic, today, CardScore::Shown) + u'\n');
-    console.print(openScoreLines(console, openScore(*topic, note, today)));
+    console.print(openScoreLines(console, openScore(*topic, provenance, today)));
 }
 
 /// The topics of one status, as the window's section of it lists them. Those of no section stand as
@@ -54,7 +54,7 @@ QList<TopicPtr> topicsOf(TopicStatus status, const TopicStore &store,
     if (section == TopicSection::Reserve) {
         activity.observe(engine->finds());
         for (const TopicPtr &topic : store.topics()) {
-            activity.note(*topic);
+            activity.add(*topic);
         }
     } else if (section == TopicSection::Program) {
         waiting = weekProgram(store.topics(), preferences->settings().weeklyMinutes,

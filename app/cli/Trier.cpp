@@ -193,7 +193,7 @@ Task<> readNow(Context &context, LinkCapture &capture, QUuid id) {
 
 /// "retrier" on a captured link that nobody read: it waits again, and is read.
 Task<> retryUnread(Context &context, TopicStore &store, LinkCapture &capture, TopicPtr topic) {
-    TopicStore::Placement waiting;
+    TopicStore::TriageState waiting;
     waiting.status = TopicStatus::Pending;
     store.restore(topic->id, waiting);
     co_await readNow(context, capture, topic->id);

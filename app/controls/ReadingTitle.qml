@@ -26,7 +26,7 @@ Row {
             spacing: 10
 
             Chip {
-                text: head.topic.place
+                text: head.topic.subject
             }
             Label {
                 width: Math.min(implicitWidth, parent.width)

@@ -135,7 +135,7 @@ Item {
                 Chip {
                     id: chip
                     width: Math.min(implicitWidth, line.room)
-                    text: card.topic.place
+                    text: card.topic.subject
                     anchors.verticalCenter: parent.verticalCenter
                 }
                 Label {

@@ -29,7 +29,7 @@ class TopicCard {
     Q_PROPERTY(QVariantList changes READ changes FINAL)
     Q_PROPERTY(QString risks READ risks FINAL)
     /// The project, else the interest.
-    Q_PROPERTY(QString place READ place FINAL)
+    Q_PROPERTY(QString subject READ subject FINAL)
     /// "Sécurité   ·   20 min   ·   12 novembre   ·   lu en entier"
     Q_PROPERTY(QString facts READ facts FINAL)
     /// "undici 7.12.0 → 7.18.1"
@@ -78,7 +78,7 @@ public:
     QString firstStep() const;
     QVariantList changes() const;
     QString risks() const;
-    QString place() const;
+    QString subject() const;
     QString facts() const;
     QString versionText() const;
     QString urgencyText() const;

@@ -39,7 +39,7 @@ TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic) const {
 
 void TopicListModel::load() {
     m_rows.clear();
-    m_held.clear();
+    m_byId.clear();
     m_reserveActivity.clear();
     m_minutes = 0;
     m_movedCount = 0;
@@ -47,7 +47,7 @@ void TopicListModel::load() {
     const QList<TopicPtr> all = m_store.topics();
     if (m_section == sections::Section::Reserve) {
         for (const TopicPtr &topic : all) {
-            m_reserveActivity.note(*topic);
+            m_reserveActivity.add(*topic);
         }
     }
     for (const TopicPtr &topic : all) {
@@ -56,9 +56,9 @@ void TopicListModel::load() {
         }
     }
     m_rows = inOrder(topicSection(), std::move(m_rows), m_store);
-    m_held.reserve(m_rows.size());
+    m_byId.reserve(m_rows.size());
     for (const Row &row : m_rows) {
-        m_held.insert(row.topic->id, row);
+        m_byId.insert(row.topic->id, row);
         tally(row, 1);
     }
 }
@@ -80,18 +80,18 @@ void TopicListModel::follow(const QUuid &id) {
     const int count = this->count();
     const int minutes = this->minutes();
     const int moved = m_movedCount;
-    place(id);
+    reposition(id);
     const TopicPtr topic = m_store.topic(id);
     if (m_section == sections::Section::Reserve && topic) {
-        m_reserveActivity.note(*topic);
+        m_reserveActivity.add(*topic);
         for (const QUuid &related : m_reserveActivity.relatedTopics(*topic)) {
-            place(related);
+            reposition(related);
         }
     }
     tellChanges(count, minutes, moved);
 }
 
-void TopicListModel::place(const QUuid &id) {
+void TopicListModel::reposition(const QUuid &id) {
     const TopicPtr topic = m_store.topic(id);
     const qsizetype at = indexOf(id);
     if (topic && belongs(*topic)) {
@@ -108,7 +108,7 @@ void TopicListModel::place(const QUuid &id) {
 void TopicListModel::insert(Row row) {
     const qsizetype at = lowerBound(row);
     beginInsertRows({}, static_cast<int>(at), static_cast<int>(at));
-    m_held.insert(row.topic->id, row);
+    m_byId.insert(row.topic->id, row);
     tally(row, 1);
     m_rows.insert(at, std::move(row));
     endInsertRows();
@@ -117,7 +117,7 @@ void TopicListModel::insert(Row row) {
 void TopicListModel::remove(qsizetype at) {
     beginRemoveRows({}, static_cast<int>(at), static_cast<int>(at));
     const Row row = m_rows.takeAt(at);
-    m_held.remove(row.topic->id);
+    m_byId.remove(row.topic->id);
     tally(row, -1);
     endRemoveRows();
 }
@@ -133,7 +133,7 @@ void TopicListModel::replace(qsizetype at, Row row) {
     if (moves) {
         beginMoveRows({}, static_cast<int>(at), static_cast<int>(at), {}, static_cast<int>(to));
     }
-    m_held.insert(row.topic->id, row);
+    m_byId.insert(row.topic->id, row);
     tally(old, -1);
     tally(row, 1);
     m_rows[at] = std::move(row);
@@ -143,13 +143,13 @@ void TopicListModel::replace(qsizetype at, Row row) {
         m_rows.move(at, now);
         endMoveRows();
     }
-    const QModelIndex place = index(static_cast<int>(now));
-    Q_EMIT dataChanged(place, place);
+    const QModelIndex cell = index(static_cast<int>(now));
+    Q_EMIT dataChanged(cell, cell);
 }
 
 qsizetype TopicListModel::indexOf(const QUuid &id) const {
-    const auto held = m_held.constFind(id);
-    return held == m_held.constEnd() ? -1 : lowerBound(*held);
+    const auto known = m_byId.constFind(id);
+    return known == m_byId.constEnd() ? -1 : lowerBound(*known);
 }
 
 qsizetype TopicListModel::lowerBound(const Row &row) const {
@@ -225,8 +225,8 @@ void TopicListModel::setWaiting(QSet<QUuid> ids) {
     const QSet<QUuid> before = std::exchange(m_waiting, std::move(ids));
     const auto follow = [this](const QSet<QUuid> &ids, const QSet<QUuid> &others) {
         for (const QUuid &id : ids) {
-            if (!others.contains(id) && m_held.contains(id)) {
-                place(id);
+            if (!others.contains(id) && m_byId.contains(id)) {
+                reposition(id);
             }
         }
     };
@@ -258,8 +258,8 @@ void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, cons
         words.insert(id, word);
     }
     if (const qsizetype at = indexOf(id); at >= 0) {
-        const QModelIndex place = index(static_cast<int>(at));
-        Q_EMIT dataChanged(place, place, {Card});
+        const QModelIndex cell = index(static_cast<int>(at));
+        Q_EMIT dataChanged(cell, cell, {Card});
     }
 }
 

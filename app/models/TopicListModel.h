@@ -90,7 +90,7 @@ private:
     Row rowFor(const TopicPtr &topic) const;
     void load();
     void follow(const QUuid &id);
-    void place(const QUuid &id);
+    void reposition(const QUuid &id);
     void insert(Row row);
     void remove(qsizetype at);
     void replace(qsizetype at, Row row);
@@ -105,7 +105,7 @@ private:
     sections::Section m_section;
     const Clock &m_clock;
     QList<Row> m_rows;
-    QHash<QUuid, Row> m_held;          // each row again by identity, to find where it stands
+    QHash<QUuid, Row> m_byId;          // each row again by identity, to find where it stands
     ReserveActivity m_reserveActivity; // filled for the reserve alone
     QHash<QUuid, QString> m_briefStates;
     QHash<QUuid, QString> m_captureProblems;

@@ -102,8 +102,8 @@ void TopicSearch::follow(const QUuid &id) {
     for (qsizetype row = 0; row < m_hits.size(); ++row) {
         if (m_hits[row].topic->id == id) {
             m_hits[row].topic = m_store.topic(id);
-            const QModelIndex place = index(static_cast<int>(row));
-            Q_EMIT dataChanged(place, place);
+            const QModelIndex cell = index(static_cast<int>(row));
+            Q_EMIT dataChanged(cell, cell);
         }
     }
 }

@@ -5,7 +5,7 @@ import Vorle.Models
 // The line at the end of a list that tells where the last topic went, where no card stands beside
 // it any more.
 Item {
-    id: place
+    id: slot
 
     required property ghost shownGhost
     property string undoKeys: ""
@@ -17,10 +17,10 @@ Item {
     GhostLine {
         id: line
         width: parent.width
-        visible: place.shownGhost.alone
-        went: place.shownGhost.went
-        title: place.shownGhost.title
-        undoKeys: place.undoKeys
-        onUndo: place.undo()
+        visible: slot.shownGhost.alone
+        went: slot.shownGhost.went
+        title: slot.shownGhost.title
+        undoKeys: slot.undoKeys
+        onUndo: slot.undo()
     }
 }

@@ -11,8 +11,8 @@ Window {
     required property Shell shell
 
     readonly property Sections sections: shell.sections
-    readonly property list<SectionPlace> places: [inbox, program, reserve, library, territory, report]
-    readonly property SectionScreen screen: places[sections.current].screen
+    readonly property list<SectionSlot> slots: [inbox, program, reserve, library, territory, report]
+    readonly property SectionScreen screen: slots[sections.current].screen
     readonly property TopicSelection selection: shell.actions.selection // null where no topics are
     readonly property string chosenId: selection?.currentId ?? ""
     readonly property bool covered: panels.shown
@@ -153,7 +153,7 @@ Window {
                 anchors.fill: parent
                 anchors.topMargin: banner.height
 
-                SectionPlace {
+                SectionSlot {
                     id: inbox
                     shell: main.shell
                     number: Section.Inbox
@@ -163,7 +163,7 @@ Window {
                         number: Section.Inbox
                     }
                 }
-                SectionPlace {
+                SectionSlot {
                     id: program
                     shell: main.shell
                     number: Section.Program
@@ -178,7 +178,7 @@ Window {
                         }
                     }
                 }
-                SectionPlace {
+                SectionSlot {
                     id: reserve
                     shell: main.shell
                     number: Section.Reserve
@@ -188,7 +188,7 @@ Window {
                         number: Section.Reserve
                     }
                 }
-                SectionPlace {
+                SectionSlot {
                     id: library
                     shell: main.shell
                     number: Section.Library
@@ -198,7 +198,7 @@ Window {
                         number: Section.Library
                     }
                 }
-                SectionPlace {
+                SectionSlot {
                     id: territory
                     shell: main.shell
                     number: Section.Territory
@@ -207,7 +207,7 @@ Window {
                         shell: main.shell
                     }
                 }
-                SectionPlace {
+                SectionSlot {
                     id: report
                     shell: main.shell
                     number: Section.Report

@@ -7,11 +7,11 @@ Item {
 
     required property Shell shell
 
-    readonly property list<PanelPlace> all: [search, shortcuts, addLink, correction, settings, closing]
+    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, closing]
     readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown
-    readonly property PanelPlace searchPanel: search
-    readonly property PanelPlace shortcutsPanel: shortcuts
-    readonly property PanelPlace settingsPanel: settings
+    readonly property PanelSlot searchPanel: search
+    readonly property PanelSlot shortcutsPanel: shortcuts
+    readonly property PanelSlot settingsPanel: settings
 
     signal gone // one of them was put away
     signal added // a link
@@ -19,13 +19,13 @@ Item {
     signal quitAsked
 
     // Two would fight for the keyboard.
-    function open(place: PanelPlace) {
+    function open(slot: PanelSlot) {
         for (let i = 0; i < all.length; ++i) {
-            if (all[i] !== place) {
+            if (all[i] !== slot) {
                 all[i].hide();
             }
         }
-        place?.show();
+        slot?.show();
     }
     function close() {
         open(null);
@@ -51,7 +51,7 @@ Item {
         (correction.panel as CorrectionPanel).open(topicId);
     }
 
-    PanelPlace {
+    PanelSlot {
         id: search
         onGone: panels.gone()
         sourceComponent: SearchOverlay {
@@ -59,14 +59,14 @@ Item {
             onPicked: (section, topicId) => panels.found(section, topicId)
         }
     }
-    PanelPlace {
+    PanelSlot {
         id: shortcuts
         onGone: panels.gone()
         sourceComponent: ShortcutSheet {
             groups: panels.shell.keyboard.groups
         }
     }
-    PanelPlace {
+    PanelSlot {
         id: settings
         onGone: panels.gone()
         sourceComponent: SettingsPanel {
@@ -75,7 +75,7 @@ Item {
             terminals: panels.shell.terminals
         }
     }
-    PanelPlace {
+    PanelSlot {
         id: closing
         onGone: panels.gone()
         sourceComponent: ClosingPanel {
@@ -83,7 +83,7 @@ Item {
             onConfirmed: panels.quitAsked()
         }
     }
-    PanelPlace {
+    PanelSlot {
         id: addLink
 
         property string suggestion: ""
@@ -100,7 +100,7 @@ Item {
             }
         }
     }
-    PanelPlace {
+    PanelSlot {
         id: correction
         onGone: panels.gone()
         sourceComponent: CorrectionPanel {

@@ -1,7 +1,7 @@
 import QtQuick
 import Vorle
 
-// What stands in a section's place (SectionPlace): made when the section is first chosen, kept from
+// What stands in a section's place (SectionSlot): made when the section is first chosen, kept from
 // then on. What the window asks of every screen, with what most answer.
 FocusScope {
     id: screen

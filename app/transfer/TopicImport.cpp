@@ -30,11 +30,11 @@ QStringList ownLinks(const Topic &topic) {
 } // namespace
 
 ImportOutcome importTopicsInto(TopicStore &store, QList<Topic> topics) {
-    QSet<QString> held;
+    QSet<QString> known;
     const QList<TopicPtr> present = store.topics();
     for (const TopicPtr &topic : present) {
         for (const QString &link : ownLinks(*topic)) {
-            held.insert(link);
+            known.insert(link);
         }
     }
     ImportOutcome outcome;
@@ -51,7 +51,7 @@ ImportOutcome importTopicsInto(TopicStore &store, QList<Topic> topics) {
         } else if (given.contains(topic.id)) {
             ++outcome.repeated;
         } else if (std::any_of(links.begin(), links.end(),
-                               [&](const QString &link) { return held.contains(link); })) {
+                               [&](const QString &link) { return known.contains(link); })) {
             ++outcome.sameLink;
         } else {
             given.insert(topic.id);

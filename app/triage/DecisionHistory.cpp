@@ -6,12 +6,12 @@ namespace vorle {
 
 /// Carries a decision out and keeps what it changed; one that changes nothing leaves no step.
 template <class Act>
-bool DecisionHistory::place(const QUuid &id, Act act) {
-    const auto before = m_store.placement(id);
+bool DecisionHistory::carryOut(const QUuid &id, Act act) {
+    const auto before = m_store.triageState(id);
     if (!before || !act()) {
         return false;
     }
-    if (const auto after = m_store.placement(id)) {
+    if (const auto after = m_store.triageState(id)) {
         keepStep({id, *before, *after});
     }
     return true;
@@ -25,7 +25,7 @@ void DecisionHistory::keepStep(Step step) {
 }
 
 bool DecisionHistory::decide(const QUuid &id, Outcome outcome) {
-    return place(id, [&] {
+    return carryOut(id, [&] {
         switch (outcome) {
         case Outcome::Kept:
             return m_store.keep(id);
@@ -45,11 +45,11 @@ bool DecisionHistory::decide(const QUuid &id, Outcome outcome) {
 }
 
 bool DecisionHistory::finish(const QUuid &id, std::optional<Worth> worth) {
-    return place(id, [&] { return m_store.markDone(id, worth); });
+    return carryOut(id, [&] { return m_store.markDone(id, worth); });
 }
 
 bool DecisionHistory::judge(const QUuid &id, Worth worth) {
-    return place(id, [&] { return m_store.judgeWorth(id, worth); });
+    return carryOut(id, [&] { return m_store.judgeWorth(id, worth); });
 }
 
 bool DecisionHistory::setNote(const QUuid &id, const QString &note) {
@@ -75,8 +75,8 @@ bool DecisionHistory::isAt(const QUuid &id, const Side &side) const {
     if (!topic) {
         return false;
     }
-    if (const auto *placement = std::get_if<TopicStore::Placement>(&side)) {
-        return m_store.placement(id) == *placement;
+    if (const auto *state = std::get_if<TopicStore::TriageState>(&side)) {
+        return m_store.triageState(id) == *state;
     }
     if (const auto *own = std::get_if<Own>(&side)) {
         return topic->correction == *own;
@@ -85,8 +85,8 @@ bool DecisionHistory::isAt(const QUuid &id, const Side &side) const {
 }
 
 bool DecisionHistory::put(const QUuid &id, const Side &side) {
-    if (const auto *placement = std::get_if<TopicStore::Placement>(&side)) {
-        return m_store.restore(id, *placement);
+    if (const auto *state = std::get_if<TopicStore::TriageState>(&side)) {
+        return m_store.restore(id, *state);
     }
     if (const auto *own = std::get_if<Own>(&side)) {
         return m_store.setCorrection(id, *own);
@@ -107,19 +107,19 @@ std::optional<StepResult> DecisionHistory::step(QList<Step> &from, QList<Step> &
     const Side &left = back ? step.after : step.before;
     const Side &wanted = back ? step.before : step.after;
     StepResult result{.id = step.id, .back = back};
-    const auto *place = std::get_if<TopicStore::Placement>(&wanted);
+    const auto *wantedState = std::get_if<TopicStore::TriageState>(&wanted);
     if (!isAt(step.id, left) || !put(step.id, wanted)) {
-        result.what = place != nullptr ? What::MovedSince : What::ChangedSince;
+        result.what = wantedState != nullptr ? What::MovedSince : What::ChangedSince;
         return result;
     }
     to.append(step);
-    if (place != nullptr) {
-        const auto &former = std::get<TopicStore::Placement>(left);
-        result.what = former.status != place->status ? What::Moved
-                      : former.worth != place->worth ? What::Judged
-                                                     : What::PutInPlace;
-        result.status = place->status;
-        result.worth = place->worth;
+    if (wantedState != nullptr) {
+        const auto &former = std::get<TopicStore::TriageState>(left);
+        result.what = former.status != wantedState->status ? What::Moved
+                      : former.worth != wantedState->worth ? What::Judged
+                                                           : What::PutInPlace;
+        result.status = wantedState->status;
+        result.worth = wantedState->worth;
     } else if (const auto *own = std::get_if<Own>(&wanted)) {
         result.what = What::Scored;
         result.score = *own ? std::optional((*own)->score) : std::nullopt;

@@ -73,7 +73,7 @@ private:
     using Own = std::optional<Correction>; ///< the user's own score
     using Note = std::optional<QString>;
     /// What a step sets of a topic, and nothing else of it.
-    using Side = std::variant<TopicStore::Placement, Own, Note>;
+    using Side = std::variant<TopicStore::TriageState, Own, Note>;
     struct Step {
         QUuid id;
         Side before;
@@ -81,7 +81,7 @@ private:
     };
 
     template <class Act>
-    bool place(const QUuid &id, Act act);
+    bool carryOut(const QUuid &id, Act act);
     void keepStep(Step step);
     bool isAt(const QUuid &id, const Side &side) const;
     bool put(const QUuid &id, const Side &side);

@@ -45,7 +45,7 @@ bool aboutTheSame(const QSet<QString> &keys, const Topic &other) {
 
 } // namespace
 
-void ReserveActivity::note(const Topic &topic) {
+void ReserveActivity::add(const Topic &topic) {
     eachKey(topic, [&](const QString &key) {
         QList<QUuid> &ids = m_about[key];
         if (!ids.contains(topic.id)) {

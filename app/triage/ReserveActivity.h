@@ -19,7 +19,7 @@ namespace vorle {
 class ReserveActivity {
 public:
     /// Takes note of what a topic is about. Calling it again for a changed topic is right.
-    void note(const Topic &topic);
+    void add(const Topic &topic);
     /// Forgets the topics.
     void clear() { m_about.clear(); }
     /// What the runs came upon again counts from now on.

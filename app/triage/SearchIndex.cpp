@@ -63,13 +63,13 @@ bool belongsToWord(char c) {
 }
 
 /// Where a word stands in a text: at the first word it begins, else at the first place at all.
-struct Place {
+struct Occurrence {
     qsizetype offset = 0;
     bool beginsWord = false;
 };
 
-std::optional<Place> find(QByteArrayView text, const Word &word) {
-    std::optional<Place> inside;
+std::optional<Occurrence> find(QByteArrayView text, const Word &word) {
+    std::optional<Occurrence> inside;
     const char *const last = text.data() + text.size() - word.bytes.size();
     const char *at = text.data();
     while (at <= last) {
@@ -81,11 +81,12 @@ std::optional<Place> find(QByteArrayView text, const Word &word) {
         at = rare - word.rarest;
         if (std::memcmp(at, word.bytes.constData(), static_cast<std::size_t>(word.bytes.size())) ==
             0) {
-            const Place place{at - text.data(), at == text.data() || !belongsToWord(at[-1])};
-            if (place.beginsWord) {
-                return place;
+            const Occurrence occurrence{at - text.data(),
+                                        at == text.data() || !belongsToWord(at[-1])};
+            if (occurrence.beginsWord) {
+                return occurrence;
             }
-            inside = inside ? inside : place;
+            inside = inside ? inside : occurrence;
         }
         ++at;
     }
@@ -108,20 +109,20 @@ std::optional<Match> match(const SearchEntry &entry, const QList<Word> &words) {
                 .foundAt = entry.topic->foundAt.toMSecsSinceEpoch()};
     for (const Word &word : words) {
         int field = 0;
-        std::optional<Place> place;
+        std::optional<Occurrence> occurrence;
         for (; field < SearchEntry::FieldCount; ++field) {
-            place = find(entry.fields[static_cast<std::size_t>(field)], word);
-            if (place) {
+            occurrence = find(entry.fields[static_cast<std::size_t>(field)], word);
+            if (occurrence) {
                 break;
             }
         }
-        if (!place) {
+        if (!occurrence) {
             return std::nullopt;
         }
-        match.cost += 2 * field + (place->beginsWord ? 0 : 1);
+        match.cost += 2 * field + (occurrence->beginsWord ? 0 : 1);
         if (field > match.field) {
             match.field = field;
-            match.offset = place->offset;
+            match.offset = occurrence->offset;
         }
     }
     return match;

@@ -108,7 +108,7 @@ public:
 
     /// Puts on disk what is not there yet, and goes on.
     void keep() {
-        m_main.keepPlace();
+        m_main.saveState();
         m_main.finishEditing();
         m_store.flush();
         m_preferences.flush();
@@ -132,7 +132,7 @@ private:
     }
 
     Task<> leave() {
-        m_main.keepPlace();
+        m_main.saveState();
         m_main.finishEditing();
         m_main.window().hide();
         m_instance.close();
@@ -162,7 +162,7 @@ private:
         m_main.window().hide();
         if (!m_main.state().toldOfMenuBar) {
             m_main.state().toldOfMenuBar = true;
-            m_main.keepPlace();
+            m_main.saveState();
             m_tray.tell(
                 French::tr("vorle reste là"),
                 French::tr(

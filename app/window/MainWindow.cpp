@@ -49,7 +49,7 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     m_screens =
         made(QStringLiteral("screens/Main.qml"), {{QStringLiteral("shell"), shellProperty}});
     m_window = qobject_cast<QQuickWindow *>(m_screens.get());
-    restorePlace();
+    restoreGeometry();
     m_window->installEventFilter(this);
     new KeyRepeatFilter(*m_window);
     connect(m_window, SIGNAL(quitAsked()), this, SIGNAL(quitAsked()));
@@ -73,12 +73,12 @@ bool MainWindow::motionIsReduced() const {
            (m_motion != nullptr && m_motion->isReduced());
 }
 
-void MainWindow::restorePlace() {
+void MainWindow::restoreGeometry() {
     QList<QRect> screens;
     for (const QScreen *screen : QGuiApplication::screens()) {
         screens += screen->availableGeometry();
     }
-    m_window->setGeometry(onScreen(m_state.place(), usualSize, screens));
+    m_window->setGeometry(onScreen(m_state.geometry(), usualSize, screens));
     // Its place is asked for once it stands: on its way to fill the screen it is not told yet that
     // it does.
     constexpr int stands = 400;
@@ -90,7 +90,7 @@ void MainWindow::restorePlace() {
 void MainWindow::saveWindowGeometry() {
     const QWindow::Visibility now = m_window->visibility();
     if (now == QWindow::Windowed) {
-        m_state.setPlace(m_window->geometry());
+        m_state.setGeometry(m_window->geometry());
     }
     if (now == QWindow::Windowed || now == QWindow::Maximized) {
         m_state.maximised = now == QWindow::Maximized;
@@ -179,7 +179,7 @@ void MainWindow::askToClose() {
     QMetaObject::invokeMethod(m_window, "askToClose");
 }
 
-void MainWindow::keepPlace() {
+void MainWindow::saveState() {
     saveWindowGeometry();
     m_state.section = static_cast<int>(m_shell.sections()->current());
     m_state.save(m_topicsFile);
@@ -187,7 +187,7 @@ void MainWindow::keepPlace() {
 
 bool MainWindow::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_window && event->type() == QEvent::Close) {
-        keepPlace();
+        saveState();
         event->ignore();
         Q_EMIT closed();
         return true;

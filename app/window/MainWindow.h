@@ -43,7 +43,7 @@ public:
     Q_SLOT void openSettings();
     /// Shows the window and does what the keyboard map calls so.
     void perform(KeyboardMap::Action action);
-    void keepPlace();
+    void saveState();
     /// Asks whether to quit although a run is under way; a yes is `quitAsked`.
     void askToClose();
     /// Shows the small panel of the menu-bar item, or puts it away.
@@ -64,7 +64,7 @@ private:
     std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
     bool motionIsReduced() const;
     void followSystem();
-    void restorePlace();
+    void restoreGeometry();
     void saveWindowGeometry();
 
     Shell &m_shell;

@@ -17,19 +17,19 @@ Task<Opening::Outcome> Opening::begin(CancelToken cancel) {
         if (co_await SingleInstance::raiseRunning(m_file)) {
             co_return Outcome::Raised;
         }
-        noteWaiting(Holder::App);
+        tellWaiting(Holder::App);
         co_await sleepFor(pause, cancel);
     }
     m_instance.listen();
     while (!m_topics.tryLock()) {
-        noteWaiting(Holder::Command);
+        tellWaiting(Holder::Command);
         co_await sleepFor(pause, cancel);
     }
     m_instance.serve();
     co_return Outcome::Open;
 }
 
-void Opening::noteWaiting(Holder holder) {
+void Opening::tellWaiting(Holder holder) {
     if (m_told != holder && std::chrono::milliseconds(m_since.elapsed()) >= silentWait) {
         m_told = holder;
         Q_EMIT waiting(holder);

@@ -47,7 +47,7 @@ Q_SIGNALS:
     void waiting(vorle::Opening::Holder holder);
 
 private:
-    void noteWaiting(Holder holder);
+    void tellWaiting(Holder holder);
 
     StoreLock &m_app;
     StoreLock &m_topics;

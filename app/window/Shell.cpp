@@ -44,9 +44,9 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_settings = std::make_unique<SettingsModel>(preferences);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), clock);
     m_figures = std::make_unique<FiguresModel>(
-        FiguresModel::Parts{store, preferences, parts.scoreNotes, clock});
+        FiguresModel::Parts{store, preferences, parts.provenance, clock});
     connect(m_figures.get(), &FiguresModel::said, this, &Shell::say);
-    m_page = std::make_unique<TopicPage>(store, parts.scoreNotes, parts.briefs, clock);
+    m_page = std::make_unique<TopicPage>(store, parts.provenance, parts.briefs, clock);
     follow(parts.capture);
     follow(parts.briefs);
     // A link dismissed before it was read, and taken back, still wants to be read.

@@ -72,7 +72,7 @@ public:
     struct Parts {
         TopicStore &store;
         Preferences &preferences;
-        ScoreProvenanceLog &scoreNotes;
+        ScoreProvenanceLog &provenance;
         SearchEngine &engine;
         BriefWriter &briefs;
         LinkCapture &capture;

@@ -8,7 +8,7 @@ Shell::Parts shellParts(Application &app, LinkOpener &links, Pasteboard &pastebo
                         ClaudeLauncher &launcher) {
     return {.store = app.store(),
             .preferences = app.preferences(),
-            .scoreNotes = app.notes(),
+            .provenance = app.provenance(),
             .engine = app.engine(),
             .briefs = app.briefs(),
             .capture = app.capture(),

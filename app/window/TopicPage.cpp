@@ -25,9 +25,9 @@ QVariantList partList(const QList<Brief::Part> &parts) {
 
 } // namespace
 
-TopicPage::TopicPage(TopicStore &store, ScoreProvenanceLog &notes, BriefWriter &briefs,
+TopicPage::TopicPage(TopicStore &store, ScoreProvenanceLog &provenance, BriefWriter &briefs,
                      const Clock &clock, QObject *parent)
-    : QObject(parent), m_store(store), m_notes(notes), m_briefs(briefs), m_clock(clock) {
+    : QObject(parent), m_store(store), m_provenance(provenance), m_briefs(briefs), m_clock(clock) {
     connect(&briefs, &BriefWriter::failedChanged, this, &TopicPage::briefFailureChanged);
     connect(&store, &TopicStore::topicChanged, this, [this](const QUuid &id) {
         if (id == m_id && !id.isNull()) {
@@ -49,7 +49,7 @@ void TopicPage::setTopicId(const QString &topicId) {
 void TopicPage::take(const QUuid &id) {
     m_id = id;
     m_topic = m_store.topic(id);
-    m_score = m_topic ? openScore(*m_topic, m_notes.note(id), m_clock.now().toLocalTime().date())
+    m_score = m_topic ? openScore(*m_topic, m_provenance.of(id), m_clock.now().toLocalTime().date())
                       : ScoreExplanation();
     Q_EMIT topicChanged();
     Q_EMIT briefFailureChanged();

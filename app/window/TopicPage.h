@@ -42,10 +42,10 @@ class TopicPage final : public QObject {
     Q_PROPERTY(QVariantList briefSources READ briefSources NOTIFY topicChanged FINAL)
 
 public:
-    /// `notes`, `briefs` and `clock` outlive it, as the store does. What is asked of it is asked of
-    /// `briefs`.
-    TopicPage(TopicStore &store, ScoreProvenanceLog &notes, BriefWriter &briefs, const Clock &clock,
-              QObject *parent = nullptr);
+    /// `provenance`, `briefs` and `clock` outlive it, as the store does. What is asked of it is
+    /// asked of `briefs`.
+    TopicPage(TopicStore &store, ScoreProvenanceLog &provenance, BriefWriter &briefs,
+              const Clock &clock, QObject *parent = nullptr);
 
     QString topicId() const;
     void setTopicId(const QString &topicId);
@@ -74,7 +74,7 @@ private:
     Brief brief() const;
 
     TopicStore &m_store;
-    ScoreProvenanceLog &m_notes;
+    ScoreProvenanceLog &m_provenance;
     BriefWriter &m_briefs;
     const Clock &m_clock;
     QUuid m_id;

@@ -78,13 +78,13 @@ bool Tray::show() {
 void Tray::activated(QSystemTrayIcon::ActivationReason reason) {
     // Some trays do not say where their items are: then it is where the pointer is.
     const QRect told = m_item.geometry();
-    const QRect place = told.isValid() ? told : QRect(QCursor::pos(), QSize(1, 1));
+    const QRect anchor = told.isValid() ? told : QRect(QCursor::pos(), QSize(1, 1));
     if (reason == QSystemTrayIcon::Trigger) {
-        Q_EMIT statusAsked(place);
+        Q_EMIT statusAsked(anchor);
     } else if (reason == QSystemTrayIcon::DoubleClick) {
         Q_EMIT openAsked();
     } else if (reason == QSystemTrayIcon::Context && m_item.contextMenu() == nullptr) {
-        m_menu.popup(place.bottomLeft());
+        m_menu.popup(anchor.bottomLeft());
     }
 }
 

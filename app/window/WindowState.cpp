@@ -11,11 +11,11 @@
 
 namespace vorle {
 
-void WindowState::setPlace(const QRect &place) {
-    x = place.x();
-    y = place.y();
-    width = place.width();
-    height = place.height();
+void WindowState::setGeometry(const QRect &geometry) {
+    x = geometry.x();
+    y = geometry.y();
+    width = geometry.width();
+    height = geometry.height();
 }
 
 WindowState WindowState::load(const QString &topicsFile) {
@@ -68,14 +68,14 @@ QRect onScreen(const QRect &wanted, const QSize &fallback, const QList<QRect> &s
         }
     }
     const QRect &screen = best != nullptr ? *best : screens.first();
-    QRect place(QPoint(), (best != nullptr ? wanted.size() : fallback).boundedTo(screen.size()));
+    QRect geometry(QPoint(), (best != nullptr ? wanted.size() : fallback).boundedTo(screen.size()));
     if (best == nullptr) {
-        place.moveCenter(screen.center());
-        return place;
+        geometry.moveCenter(screen.center());
+        return geometry;
     }
-    place.moveTo(std::clamp(wanted.x(), screen.x(), screen.right() + 1 - place.width()),
-                 std::clamp(wanted.y(), screen.y(), screen.bottom() + 1 - place.height()));
-    return place;
+    geometry.moveTo(std::clamp(wanted.x(), screen.x(), screen.right() + 1 - geometry.width()),
+                    std::clamp(wanted.y(), screen.y(), screen.bottom() + 1 - geometry.height()));
+    return geometry;
 }
 
 QPoint besideItem(const QRect &item, const QSize &panel, const QRect &screen) {
@@ -83,11 +83,11 @@ QPoint besideItem(const QRect &item, const QSize &panel, const QRect &screen) {
     const bool under = item.center().y() < screen.center().y();
     const int x = item.center().x() - panel.width() / 2;
     const int y = under ? item.bottom() + 1 + gap : item.top() - gap - panel.height();
-    const auto held = [](int wanted, int first, int length, int room) {
+    const auto clamped = [](int wanted, int first, int length, int room) {
         return std::max(first, std::min(wanted, first + room - length));
     };
-    return {held(x, screen.x() + gap, panel.width(), screen.width() - 2 * gap),
-            held(y, screen.y() + gap, panel.height(), screen.height() - 2 * gap)};
+    return {clamped(x, screen.x() + gap, panel.width(), screen.width() - 2 * gap),
+            clamped(y, screen.y() + gap, panel.height(), screen.height() - 2 * gap)};
 }
 
 } // namespace vorle

@@ -35,8 +35,8 @@ struct WindowState {
     static constexpr auto jsonRest() { return &WindowState::unknown; }
     bool operator==(const WindowState &) const = default;
 
-    QRect place() const { return {x, y, width, height}; }
-    void setPlace(const QRect &place);
+    QRect geometry() const { return {x, y, width, height}; }
+    void setGeometry(const QRect &geometry);
 
     /// What lies beside that topics file; the default where nothing readable does.
     static WindowState load(const QString &topicsFile);

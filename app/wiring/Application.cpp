@@ -37,11 +37,11 @@ TopicStore &Application::store() {
     return *m_store;
 }
 
-ScoreProvenanceLog &Application::notes() {
-    if (!m_notes) {
-        m_notes = std::make_unique<ScoreProvenanceLog>(store(), m_clock);
+ScoreProvenanceLog &Application::provenance() {
+    if (!m_provenance) {
+        m_provenance = std::make_unique<ScoreProvenanceLog>(store(), m_clock);
     }
-    return *m_notes;
+    return *m_provenance;
 }
 
 HttpClient &Application::http() {
@@ -108,7 +108,7 @@ SearchEngine &Application::engine() {
             return names;
         };
         m_engine = std::make_unique<SearchEngine>(
-            SearchEngine::Parts{preferences(), store(), notes(), asker(), reader(), feeds(),
+            SearchEngine::Parts{preferences(), store(), provenance(), asker(), reader(), feeds(),
                                 images(), m_clock, appNames});
     }
     return *m_engine;
@@ -125,7 +125,7 @@ BriefWriter &Application::briefs() {
 LinkCapture &Application::capture() {
     if (!m_capture) {
         m_capture = std::make_unique<LinkCapture>(LinkCapture::Parts{
-            preferences(), store(), notes(), asker(), reader(), images(), m_clock});
+            preferences(), store(), provenance(), asker(), reader(), images(), m_clock});
     }
     return *m_capture;
 }

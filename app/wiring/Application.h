@@ -44,7 +44,7 @@ public:
     /// @throws std::system_error when the topics file's folder cannot be made
     TopicStore &store();
     /// What stood behind the scores: one owner of its file. @throws as `store()`
-    ScoreProvenanceLog &notes();
+    ScoreProvenanceLog &provenance();
     /// The right to change the topics. @throws std::system_error as `store()`
     StoreLock &lock();
     /// The right to be the app on these topics. @throws std::system_error as `store()`
@@ -78,7 +78,7 @@ private:
     std::unique_ptr<StoreLock> m_appLock; // given back last
     std::unique_ptr<StoreLock> m_lock;
     std::unique_ptr<TopicStore> m_store;
-    std::unique_ptr<ScoreProvenanceLog> m_notes;
+    std::unique_ptr<ScoreProvenanceLog> m_provenance;
     std::unique_ptr<HttpClient> m_http;
     std::unique_ptr<PageReader> m_reader;
     std::unique_ptr<Feeds> m_feeds;

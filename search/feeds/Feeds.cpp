@@ -75,11 +75,11 @@ QList<FeedItem> recentItems(QList<FeedItem> items, const QSet<QString> &known,
         if (item.date && *item.date < oldest) {
             continue;
         }
-        const auto held = WebLink::from(item.link);
-        if (!held) {
+        const auto clean = WebLink::from(item.link);
+        if (!clean) {
             continue;
         }
-        item.link = held->text();
+        item.link = clean->text();
         item.title = withoutHidden(item.title);
         item.summary = withoutHidden(item.summary);
         const QString link = canonicalLink(item.link);

@@ -34,26 +34,26 @@ bool goesOn(QChar last, QChar next) {
 }
 
 /// Where a name stands in a text.
-struct Place {
+struct Occurrence {
     qsizetype begin;
     qsizetype end;
     const QString *name; ///< as the territory spells it
     bool alike;          ///< accents included
 
-    bool overlaps(const Place &other) const { return begin < other.end && other.begin < end; }
-    bool isSame(const Place &other) const { return begin == other.begin && end == other.end; }
+    bool overlaps(const Occurrence &other) const { return begin < other.end && other.begin < end; }
+    bool isSame(const Occurrence &other) const { return begin == other.begin && end == other.end; }
     qsizetype length() const { return end - begin; }
 };
 
 /// Every place where `name` stands in `text` as whole words, both without accents.
-void findPlaces(const QString &text, const QString &bare, const Place &found,
-                std::vector<Place> &places) {
+void findOccurrences(const QString &text, const QString &bare, const Occurrence &found,
+                     std::vector<Occurrence> &occurrences) {
     for (qsizetype at = text.indexOf(bare); at >= 0 && !bare.isEmpty();
          at = text.indexOf(bare, at + 1)) {
         const qsizetype end = at + bare.size();
         const bool begins = at == 0 || !(isWord(text[at - 1]) && isWord(bare.front()));
         if (begins && (end == text.size() || !goesOn(bare.back(), text[end]))) {
-            places.push_back({at, end, found.name, found.alike});
+            occurrences.push_back({at, end, found.name, found.alike});
         }
     }
 }
@@ -63,33 +63,36 @@ void findPlaces(const QString &text, const QString &bare, const Place &found,
 QStringList namesIn(const QString &about, const QStringList &names) {
     const QString text = folded(about);
     const QString bareText = withoutAccents(text);
-    std::vector<Place> places;
+    std::vector<Occurrence> occurrences;
     for (const QString &name : names) {
         const QString fold = folded(name);
-        findPlaces(bareText, withoutAccents(fold), {0, 0, &name, text.contains(fold)}, places);
+        findOccurrences(bareText, withoutAccents(fold), {0, 0, &name, text.contains(fold)},
+                        occurrences);
     }
     // The longest first: whatever overlaps it is a part of it, or a rest beside it.
-    std::ranges::stable_sort(places, std::ranges::greater(), &Place::length);
-    std::vector<Place> kept;
-    for (const Place &place : places) {
-        const bool apart = std::ranges::none_of(kept, [&](const Place &other) {
-            return place.overlaps(other) && !(place.isSame(other) && place.alike == other.alike);
+    std::ranges::stable_sort(occurrences, std::ranges::greater(), &Occurrence::length);
+    std::vector<Occurrence> kept;
+    for (const Occurrence &occurrence : occurrences) {
+        const bool apart = std::ranges::none_of(kept, [&](const Occurrence &other) {
+            return occurrence.overlaps(other) &&
+                   !(occurrence.isSame(other) && occurrence.alike == other.alike);
         });
-        const bool better = place.alike && std::ranges::any_of(kept, [&](const Place &other) {
-                                return place.isSame(other) && !other.alike;
-                            });
+        const bool better =
+            occurrence.alike && std::ranges::any_of(kept, [&](const Occurrence &other) {
+                return occurrence.isSame(other) && !other.alike;
+            });
         if (better) {
-            std::erase_if(kept, [&](const Place &other) { return place.isSame(other); });
+            std::erase_if(kept, [&](const Occurrence &other) { return occurrence.isSame(other); });
         }
         if (apart || better) {
-            kept.push_back(place);
+            kept.push_back(occurrence);
         }
     }
-    std::ranges::stable_sort(kept, {}, &Place::begin);
+    std::ranges::stable_sort(kept, {}, &Occurrence::begin);
     QStringList found;
-    for (const Place &place : kept) {
-        if (!found.contains(*place.name)) {
-            found += *place.name;
+    for (const Occurrence &occurrence : kept) {
+        if (!found.contains(*occurrence.name)) {
+            found += *occurrence.name;
         }
     }
     return found;

@@ -5,18 +5,18 @@
 
 namespace vorle {
 
-Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeBrief> brief,
+Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeContext> context,
                  CancelToken cancel)
     : m_tools(std::move(tools))
     , m_recorder(book)
     , m_cancel(cancel)
     , m_pipeline(m_tools.asker)
-    , m_brief(std::move(brief))
+    , m_context(std::move(context))
     , m_judging(
-          m_tools.asker, m_brief, cancel,
+          m_tools.asker, m_context, cancel,
           {.called =
                [this](double seconds, double costUSD, RunRecorder::CallEnd end) {
-                   m_recorder.noteCall(RunStep::Judge, seconds, costUSD, end);
+                   m_recorder.recordCall(RunStep::Judge, seconds, costUSD, end);
                },
            .judged = [this](const auto &batch, const auto &verdicts) { keep(batch, verdicts); },
            .failed =
@@ -31,10 +31,10 @@ Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeBrie
     , m_ledger(m_tools.store.topics()) {}
 
 void Harvest::take(const Candidate &candidate, const Origins &origins) {
-    const auto place = static_cast<qsizetype>(m_items.size());
-    const LinkRegistry::Claim claim = this->claim(candidate.url, place);
+    const auto index = static_cast<qsizetype>(m_items.size());
+    const LinkRegistry::Claim claim = this->claim(candidate.url, index);
     ScopeReport &scope = m_recorder.report.scopes[origins.report];
-    if (claim.standing == LinkRegistry::Standing::Held) {
+    if (claim.standing == LinkRegistry::Standing::Known) {
         ++scope.known;
         return;
     }
@@ -56,29 +56,29 @@ void Harvest::take(const Candidate &candidate, const Origins &origins) {
     }
     m_items.emplace_back(candidate, std::move(proposals));
     ++m_recorder.progress.candidates;
-    m_reads.add(read(place));
+    m_reads.add(read(index));
 }
 
 /// Asks whose a link is. A topic that holds it was come upon again by that.
-LinkRegistry::Claim Harvest::claim(const QString &link, qsizetype place) {
-    const LinkRegistry::Claim claim = m_ledger.claim(link, place);
-    if (claim.standing == LinkRegistry::Standing::Held) {
-        m_notes.add(m_tools.finds.note(claim.topic));
+LinkRegistry::Claim Harvest::claim(const QString &link, qsizetype index) {
+    const LinkRegistry::Claim claim = m_ledger.claim(link, index);
+    if (claim.standing == LinkRegistry::Standing::Known) {
+        m_provenance.add(m_tools.finds.record(claim.topic));
     }
     return claim;
 }
 
 /// Another scope, or another address of the same page: one card is for all of them, whether it was
 /// judged already or not.
-void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
+void Harvest::join(qsizetype index, const QList<Proposal> &proposals,
                    const QList<TopicSource> &sources) {
-    Item &item = at(place);
+    Item &item = at(index);
     const bool wasOld = item.stage == Item::Stage::OldNews;
     if (wasOld) {
         item.proposals.clear(); // those were told
     }
     item.join(proposals, sources);
-    if (wasOld && passOn(place)) {
+    if (wasOld && passOn(index)) {
         ++m_recorder.progress.candidates;
         m_recorder.report.notNewer.removeIf(
             [&](const DroppedLink &old) { return old.url == item.url; });
@@ -87,12 +87,12 @@ void Harvest::join(qsizetype place, const QList<Proposal> &proposals,
     }
     if (const TopicPtr topic = item.topic ? m_tools.store.topic(*item.topic) : nullptr) {
         Topic tied = *topic;
-        item.placeInTerritory(tied);
+        item.attachToTerritory(tied);
         if (tied != *topic) {
             m_tools.store.replacePending(std::move(tied));
         }
         m_tools.store.addSources(*item.topic, item.sources());
-        noteSites(item);
+        recordSites(item);
     }
 }
 
@@ -110,7 +110,7 @@ Task<> Harvest::finishReading() { return finish(m_reads); }
 
 Task<> Harvest::finishPictures() { return finish(m_pictures); }
 
-Task<> Harvest::finishNotes() { return finish(m_notes); }
+Task<> Harvest::finishProvenance() { return finish(m_provenance); }
 
 /// A picture for each of a topic's first sources, in their order.
 Task<> Harvest::fetchPictures(QUuid id) {
@@ -131,10 +131,10 @@ Task<> Harvest::fetchPictures(QUuid id) {
     }
 }
 
-Task<> Harvest::read(qsizetype place) {
-    Item &item = at(place);
+Task<> Harvest::read(qsizetype index) {
+    Item &item = at(index);
     item.page = co_await m_tools.reader.read(item.url, m_cancel);
-    if (leadsElsewhere(place) || !passOn(place)) {
+    if (leadsElsewhere(index) || !passOn(index)) {
         --m_recorder.progress.candidates;
     }
     m_recorder.tell();
@@ -142,20 +142,20 @@ Task<> Harvest::read(qsizetype place) {
 
 /// Whether the link led to a page that is held already, or that another item has: it then has all
 /// that this one brought, and what this one claimed.
-bool Harvest::leadsElsewhere(qsizetype place) {
-    const Item &item = at(place);
+bool Harvest::leadsElsewhere(qsizetype index) {
+    const Item &item = at(index);
     if (item.isUnread() || !namesOnePage(item.page.finalUrl)) {
         return false;
     }
-    const LinkRegistry::Claim claim = this->claim(item.page.finalUrl, place);
+    const LinkRegistry::Claim claim = this->claim(item.page.finalUrl, index);
     if (claim.standing == LinkRegistry::Standing::New) {
         return false;
     }
-    m_ledger.give(place, claim);
+    m_ledger.give(index, claim);
     ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     QList<TopicSource> sources = item.otherSources;
     sources.prepend({item.candidate().title, item.url});
-    if (claim.standing == LinkRegistry::Standing::Held) {
+    if (claim.standing == LinkRegistry::Standing::Known) {
         ++scope.known;
         m_tools.store.addSources(claim.topic, sources);
     } else {
@@ -167,8 +167,8 @@ bool Harvest::leadsElsewhere(qsizetype place) {
 
 /// Sends a page that was read to the judge, for those to whom it is news. False when it is none to
 /// anybody: it is told apart, not shown.
-bool Harvest::passOn(qsizetype place) {
-    Item &item = at(place);
+bool Harvest::passOn(qsizetype index) {
+    Item &item = at(index);
     const auto [fresh, old] = item.news();
     if (fresh.isEmpty()) {
         item.stage = Item::Stage::OldNews;
@@ -183,7 +183,7 @@ bool Harvest::passOn(qsizetype place) {
     item.proposals = fresh;
     count(item.page.level);
     ++m_recorder.progress.read;
-    putToJudge(place);
+    putToJudge(index);
     return true;
 }
 
@@ -205,10 +205,10 @@ void Harvest::count(ReadLevel level) {
     }
 }
 
-void Harvest::putToJudge(qsizetype place) {
-    const Item &item = at(place);
+void Harvest::putToJudge(qsizetype index) {
+    const Item &item = at(index);
     JudgeCandidate candidate;
-    candidate.id = Item::identifier(place);
+    candidate.id = Item::identifier(index);
     candidate.title = item.candidate().title;
     candidate.url = item.url;
     // The link tells best; where it tells nothing, the agent's word counts.
@@ -229,14 +229,14 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     QList<Topic> added;
     QList<JudgeCandidate> unanswered;
     QList<QUuid> pictured; // a page that could not be read has no picture to give
-    QList<ScoreProvenance> notes;
+    QList<ScoreProvenance> judged;
     for (const JudgeCandidate &candidate : batch) {
         const auto verdict = verdicts.byId.constFind(candidate.id);
         if (verdict == verdicts.byId.cend()) {
             unanswered += candidate;
             continue;
         }
-        Item &item = at(Item::placeOf(candidate.id));
+        Item &item = at(Item::indexOf(candidate.id));
         Topic topic = item.topicFor(*verdict);
         topic.foundAt = m_tools.now();
         topic.origin = m_recorder.report.scopes[item.proposals.first().report].origin;
@@ -252,17 +252,17 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
             Yield &yield = *m_recorder.report.scopes[item.proposals.first().report].yield;
             yield.topicIds += *item.topic;
             ++yield.added;
-            noteSites(item);
+            recordSites(item);
             ++m_recorder.progress.judged;
         }
-        notes += draftNote(*m_brief, candidate, *verdict, *item.topic, m_tools.now());
+        judged += draftProvenance(*m_context, candidate, *verdict, *item.topic, m_tools.now());
         if (!item.isUnread()) {
             pictured += *item.topic;
         }
     }
     m_recorder.report.topicIds += m_tools.store.add(std::move(added));
-    if (!notes.isEmpty()) {
-        m_notes.add(m_tools.notes.add(std::move(notes)));
+    if (!judged.isEmpty()) {
+        m_provenance.add(m_tools.provenance.add(std::move(judged)));
     }
     for (const QUuid &topic : pictured) {
         m_pictures.add(fetchPictures(topic));
@@ -272,7 +272,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
 }
 
 /// A card counts for every site whose feed it was kept from, whoever else brought it and whenever.
-void Harvest::noteSites(const Item &item) {
+void Harvest::recordSites(const Item &item) {
     for (const Proposal &proposal : item.proposals) {
         for (SiteReport &site : *m_recorder.report.sites) {
             if (proposal.site == site.site && !site.yield.topicIds.contains(*item.topic)) {
@@ -288,7 +288,7 @@ void Harvest::noteSites(const Item &item) {
 QStringList Harvest::leave(const QList<JudgeCandidate> &batch, const QString &reason) {
     QStringList left;
     for (const JudgeCandidate &candidate : batch) {
-        if (!at(Item::placeOf(candidate.id)).topic) {
+        if (!at(Item::indexOf(candidate.id)).topic) {
             m_recorder.report.unjudged += DroppedLink{candidate.title, candidate.url, reason};
             left += candidate.url;
         }

@@ -22,7 +22,7 @@ class Harvest {
 public:
     struct Tools {
         TopicStore &store;
-        ScoreProvenanceLog &notes;
+        ScoreProvenanceLog &provenance;
         RediscoveryLog &finds;
         Asker &asker;
         PageReader &reader;
@@ -36,13 +36,13 @@ public:
     };
     /// Where a candidate comes from.
     struct Origins {
-        qsizetype report = 0;                ///< its scope's place in the report
+        qsizetype report = 0;                ///< its scope's index in the report
         QList<const PlannedScope *> planned; ///< whom it is for; may be nobody
         std::optional<QString> publishedOn;
         std::optional<QString> site; ///< the trusted site whose feed it was kept from
     };
 
-    Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeBrief> brief,
+    Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeContext> context,
             CancelToken cancel);
     Harvest(const Harvest &) = delete;
     Harvest &operator=(const Harvest &) = delete;
@@ -65,7 +65,7 @@ public:
     Task<> finishPictures();
     /// Ends when what stands behind every score, and what was found again, was written, or could
     /// not be.
-    Task<> finishNotes();
+    Task<> finishProvenance();
     /// What could not be read keeps its link and says so.
     void finalizeUnread();
 
@@ -82,15 +82,15 @@ public:
 private:
     using Item = HarvestItem;
 
-    Item &at(qsizetype place) { return m_items[static_cast<std::size_t>(place)]; }
-    LinkRegistry::Claim claim(const QString &link, qsizetype place);
+    Item &at(qsizetype index) { return m_items[static_cast<std::size_t>(index)]; }
+    LinkRegistry::Claim claim(const QString &link, qsizetype index);
     Task<> finish(TaskGroup &tasks);
-    Task<> read(qsizetype place);
-    bool leadsElsewhere(qsizetype place);
-    bool passOn(qsizetype place);
-    void join(qsizetype place, const QList<Proposal> &proposals, const QList<TopicSource> &sources);
+    Task<> read(qsizetype index);
+    bool leadsElsewhere(qsizetype index);
+    bool passOn(qsizetype index);
+    void join(qsizetype index, const QList<Proposal> &proposals, const QList<TopicSource> &sources);
     void count(ReadLevel level);
-    void putToJudge(qsizetype place);
+    void putToJudge(qsizetype index);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
     QStringList leave(const QList<JudgeCandidate> &batch, const QString &reason);
     void giveUp(const QList<JudgeCandidate> &batch, const std::exception *error);
@@ -98,22 +98,22 @@ private:
     QList<DigItem> unreadItems() const;
     Task<> askToDig(QList<DigItem> items);
     Task<> readDug(Dug dug);
-    void noteSites(const Item &item);
+    void recordSites(const Item &item);
     void dropFromReport(const QUuid &topic);
-    bool isUnreadTopic(qsizetype place) const;
-    qsizetype joinAnother(qsizetype place, const QString &link, const TopicSource &found);
+    bool isUnreadTopic(qsizetype index) const;
+    qsizetype joinAnother(qsizetype index, const QString &link, const TopicSource &found);
 
     Tools m_tools;
     RunRecorder &m_recorder;
     CancelToken m_cancel;
     Pipeline m_pipeline;
-    std::shared_ptr<const JudgeBrief> m_brief;
+    std::shared_ptr<const JudgeContext> m_context;
     JudgingQueue m_judging;
     LinkRegistry m_ledger;
-    std::deque<Item> m_items; ///< a candidate's identifier is its place here, from "c1"
+    std::deque<Item> m_items; ///< a candidate's identifier is its index here, from "c1"
     TaskGroup m_reads;
     TaskGroup m_pictures;
-    TaskGroup m_notes;
+    TaskGroup m_provenance;
     std::exception_ptr m_judgeError;
     QSet<QString> m_failedLinks; ///< those it left
     bool m_gaveUp = false;       ///< some of them without having been tried

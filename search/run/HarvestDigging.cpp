@@ -66,24 +66,24 @@ Task<> Harvest::dig() {
 }
 
 Task<> Harvest::askToDig(QList<DigItem> items) {
-    DigFrame frame{m_brief->today, m_tools.exclusions, m_tools.agent};
+    DigFrame frame{m_context->today, m_tools.exclusions, m_tools.agent};
     QElapsedTimer clock;
     clock.start();
-    const auto noteCall = [&](double costUSD, RunRecorder::CallEnd end) {
-        m_recorder.noteCall(RunStep::Dig, static_cast<double>(clock.elapsed()) / 1000.0, costUSD,
-                            end);
+    const auto recordCall = [&](double costUSD, RunRecorder::CallEnd end) {
+        m_recorder.recordCall(RunStep::Dig, static_cast<double>(clock.elapsed()) / 1000.0, costUSD,
+                              end);
     };
     try {
         const Pipeline::DugUp dug =
             co_await m_pipeline.dig(std::move(items), std::move(frame), m_cancel);
-        noteCall(dug.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
+        recordCall(dug.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
         for (const Dug &result : dug.results) {
             m_reads.add(readDug(result));
         }
     } catch (const Cancelled &) {
         throw;
     } catch (const std::exception &error) {
-        noteCall(failureCost(error), RunRecorder::CallEnd::Failed);
+        recordCall(failureCost(error), RunRecorder::CallEnd::Failed);
         m_recorder.report.warnings +=
             French::tr("Les pages illisibles n’ont pas pu être recherchées : %1")
                 .arg(failureText(error));
@@ -91,25 +91,25 @@ Task<> Harvest::askToDig(QList<DigItem> items) {
 }
 
 /// Whether a card stands there whose page could not be read; false for a place made up.
-bool Harvest::isUnreadTopic(qsizetype place) const {
-    if (place < 0 || place >= static_cast<qsizetype>(m_items.size())) {
+bool Harvest::isUnreadTopic(qsizetype index) const {
+    if (index < 0 || index >= static_cast<qsizetype>(m_items.size())) {
         return false;
     }
-    const Item &item = m_items[static_cast<std::size_t>(place)];
+    const Item &item = m_items[static_cast<std::size_t>(index)];
     return item.topic && item.isUnread();
 }
 
 /// Claims what was dug up for an unreadable card. Where another card has that page already, this
-/// one joins it: it is one piece of news. Gives the place of the card that the page is for now; -1
+/// one joins it: it is one piece of news. Gives the index of the card that the page is for now; -1
 /// when there is nothing left to do for it.
-qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const TopicSource &found) {
-    const LinkRegistry::Claim claim = this->claim(link, place);
-    Item &item = at(place);
+qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const TopicSource &found) {
+    const LinkRegistry::Claim claim = this->claim(link, index);
+    Item &item = at(index);
     if (claim.standing == LinkRegistry::Standing::New) {
-        return place;
+        return index;
     }
     // One that got no judgment is no card: nothing would be left of this one.
-    const bool isCard = claim.standing == LinkRegistry::Standing::Held || at(claim.item).topic ||
+    const bool isCard = claim.standing == LinkRegistry::Standing::Known || at(claim.item).topic ||
                         at(claim.item).stage == Item::Stage::OldNews;
     if (!isCard) {
         return -1;
@@ -118,11 +118,11 @@ qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const Topic
     if (!topic || topic->status != TopicStatus::Pending) {
         return -1; // the user has it as it is
     }
-    m_ledger.give(place, claim);
+    m_ledger.give(index, claim);
     ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     const QList<TopicSource> sources = item.sources() + QList{found};
-    const bool isHeld = claim.standing == LinkRegistry::Standing::Held;
-    if (isHeld) {
+    const bool isKnown = claim.standing == LinkRegistry::Standing::Known;
+    if (isKnown) {
         ++scope.known;
         m_tools.store.addSources(claim.topic, sources);
     } else {
@@ -134,7 +134,7 @@ qsizetype Harvest::joinAnother(qsizetype place, const QString &link, const Topic
     dropFromReport(topic->id);
     m_tools.store.withdrawPending(topic->id);
     // That one may wait for a page as well.
-    return !isHeld && isUnreadTopic(claim.item) ? claim.item : -1;
+    return !isKnown && isUnreadTopic(claim.item) ? claim.item : -1;
 }
 
 void Harvest::dropFromReport(const QUuid &topic) {
@@ -151,31 +151,31 @@ void Harvest::dropFromReport(const QUuid &topic) {
 }
 
 Task<> Harvest::readDug(Dug dug) {
-    qsizetype place = Item::placeOf(dug.id);
+    qsizetype index = Item::indexOf(dug.id);
     const TopicSource found{dug.title, dug.url};
-    if (!isUnreadTopic(place)) {
+    if (!isUnreadTopic(index)) {
         co_return;
     }
-    place = joinAnother(place, dug.url, found);
-    if (place < 0) {
+    index = joinAnother(index, dug.url, found);
+    if (index < 0) {
         co_return;
     }
     // The very link may have been found readable by the agent.
     ReadPage page = co_await m_tools.reader.read(dug.url, m_cancel);
     addTold(page, dug.what);
-    if (page.level == ReadLevel::None || !isUnreadTopic(place)) {
+    if (page.level == ReadLevel::None || !isUnreadTopic(index)) {
         co_return;
     }
     if (namesOnePage(page.finalUrl)) {
-        place = joinAnother(place, page.finalUrl, found);
+        index = joinAnother(index, page.finalUrl, found);
     }
-    if (place < 0) {
+    if (index < 0) {
         co_return;
     }
     if (page.title.value_or(QString()).isEmpty()) {
         page.title = dug.title.isEmpty() ? std::nullopt : std::optional(dug.title);
     }
-    Item &item = at(place);
+    Item &item = at(index);
     item.moveTo(dug.url);
     item.page = std::move(page);
     item.keepFresh(); // what is old news is in the store already: the judge will grade it
@@ -185,7 +185,7 @@ Task<> Harvest::readDug(Dug dug) {
         moved.sources = item.sources();
         m_tools.store.replacePending(std::move(moved));
     }
-    putToJudge(place);
+    putToJudge(index);
 }
 
 void Harvest::finalizeUnread() {

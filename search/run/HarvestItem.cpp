@@ -8,17 +8,17 @@ namespace vorle {
 namespace {
 
 void add(QList<TopicSource> &sources, const TopicSource &source) {
-    const bool held = std::any_of(sources.begin(), sources.end(), [&](const TopicSource &other) {
+    const bool known = std::any_of(sources.begin(), sources.end(), [&](const TopicSource &other) {
         return other.url == source.url;
     });
-    if (!held) {
+    if (!known) {
         sources += source;
     }
 }
 
 } // namespace
 
-qsizetype HarvestItem::placeOf(const QString &identifier) {
+qsizetype HarvestItem::indexOf(const QString &identifier) {
     const qlonglong number = identifier.startsWith(u'c') ? identifier.sliced(1).toLongLong() : 0;
     return number > 0 ? number - 1 : -1;
 }
@@ -99,17 +99,17 @@ Topic HarvestItem::topicFor(const Judgment &judgment) const {
             made.publishedOn = proposal.publishedOn;
         }
     }
-    placeInTerritory(made);
+    attachToTerritory(made);
     return made;
 }
 
-void HarvestItem::placeInTerritory(Topic &tied) const {
+void HarvestItem::attachToTerritory(Topic &tied) const {
     for (const Proposal &proposal : proposals) {
         if (proposal.planned == nullptr) {
             continue;
         }
         const bool hadDependency = tied.dependency.has_value();
-        vorle::placeInTerritory(tied, proposal.candidate, *proposal.planned);
+        vorle::attachToTerritory(tied, proposal.candidate, *proposal.planned);
         if (!hadDependency && tied.dependency) {
             tied.currentVersion = proposal.currentVersion;
             tied.newVersion = proposal.newVersion;

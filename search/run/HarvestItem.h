@@ -8,7 +8,7 @@ namespace vorle {
 /// One scope's word for a link, and what the page turned out to be to that scope.
 struct Proposal {
     Candidate candidate;
-    qsizetype report = 0; ///< the scope's place in the report
+    qsizetype report = 0; ///< the scope's index in the report
     const PlannedScope *planned =
         nullptr; ///< none for a trusted site's item about nothing declared
     std::optional<QString> publishedOn;
@@ -35,10 +35,10 @@ struct HarvestItem {
     HarvestItem(Candidate candidate, QList<Proposal> brought)
         : url(candidate.url), proposals(std::move(brought)) {}
 
-    /// What the agent is told of the item at `place` in the harvest: "c1" for the first.
-    static QString identifier(qsizetype place) { return u'c' + QString::number(place + 1); }
-    /// The place behind an identifier; -1 for any other text.
-    static qsizetype placeOf(const QString &identifier);
+    /// What the agent is told of the item at `index` in the harvest: "c1" for the first.
+    static QString identifier(qsizetype index) { return u'c' + QString::number(index + 1); }
+    /// The index behind an identifier; -1 for any other text.
+    static qsizetype indexOf(const QString &identifier);
 
     const Candidate &candidate() const { return proposals.first().candidate; }
     bool isUnread() const { return page.level == ReadLevel::None; }
@@ -63,7 +63,7 @@ struct HarvestItem {
     /// The topic, without the moment it was found and its origin.
     Topic topicFor(const Judgment &judgment) const;
     /// Ties a topic to all it was brought for.
-    void placeInTerritory(Topic &tied) const;
+    void attachToTerritory(Topic &tied) const;
 };
 
 } // namespace vorle

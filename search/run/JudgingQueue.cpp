@@ -20,10 +20,10 @@ bool mayDoBetter(const std::exception &error) {
 
 } // namespace
 
-JudgingQueue::JudgingQueue(Asker &asker, std::shared_ptr<const JudgeBrief> brief,
+JudgingQueue::JudgingQueue(Asker &asker, std::shared_ptr<const JudgeContext> context,
                            CancelToken cancel, Handlers handlers)
     : m_judge(asker)
-    , m_brief(std::move(brief))
+    , m_context(std::move(context))
     , m_cancel(std::move(cancel))
     , m_handlers(std::move(handlers)) {}
 
@@ -69,7 +69,7 @@ Task<> JudgingQueue::judge(QList<JudgeCandidate> batch, Turn turn) {
         clock.start();
         const auto seconds = [&] { return static_cast<double>(clock.elapsed()) / 1000.0; };
         try {
-            verdicts = co_await m_judge.judge(m_brief, batch, m_cancel);
+            verdicts = co_await m_judge.judge(m_context, batch, m_cancel);
             m_handlers.called(seconds(), verdicts->costUSD.value_or(0),
                               RunRecorder::CallEnd::Answered);
         } catch (const Cancelled &) {

@@ -36,7 +36,7 @@ public:
         std::function<void(const QList<JudgeCandidate> &, const std::exception *)> gaveUp;
     };
 
-    JudgingQueue(Asker &asker, std::shared_ptr<const JudgeBrief> brief, CancelToken cancel,
+    JudgingQueue(Asker &asker, std::shared_ptr<const JudgeContext> context, CancelToken cancel,
                  Handlers handlers);
     JudgingQueue(const JudgingQueue &) = delete;
     JudgingQueue &operator=(const JudgingQueue &) = delete;
@@ -62,7 +62,7 @@ private:
     void giveUp(const std::exception *error);
 
     Judge m_judge;
-    std::shared_ptr<const JudgeBrief> m_brief;
+    std::shared_ptr<const JudgeContext> m_context;
     CancelToken m_cancel;
     Handlers m_handlers;
     QList<JudgeCandidate> m_waiting;

@@ -37,7 +37,7 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
     }
     const QString &address = typed->text();
     const LinkRegistry::Claim claim = LinkRegistry(m_parts.store.topics()).claim(address, 0);
-    if (claim.standing == LinkRegistry::Standing::Held) {
+    if (claim.standing == LinkRegistry::Standing::Known) {
         return Refusal{tr("Tu as déjà ce lien."), claim.topic};
     }
     Topic topic;
@@ -150,10 +150,11 @@ Task<> LinkCapture::complete(QUuid id) {
     const auto folders = m_parts.preferences.settings().projects;
     const auto projects = co_await onPool([folders] { return readProjects(folders); });
     const QDateTime now = m_parts.clock.now();
-    const auto brief = std::make_shared<const JudgeBrief>(judgeBrief(
-        briefSource(m_parts.preferences, judgedProjects(projects, m_parts.preferences.settings()),
-                    m_parts.store.topics()),
-        now.toLocalTime().date(), kind));
+    const auto context = std::make_shared<const JudgeContext>(
+        judgeContext(judgeContextSource(m_parts.preferences,
+                                        judgedProjects(projects, m_parts.preferences.settings()),
+                                        m_parts.store.topics()),
+                     now.toLocalTime().date(), kind));
     const JudgeCandidate shown{.id = QStringLiteral("c-1"),
                                .title = page.title.value_or(captured->title),
                                .url = candidate.url,
@@ -162,7 +163,7 @@ Task<> LinkCapture::complete(QUuid id) {
                                .note = captured->note,
                                .content = judgedContent(page)};
     const Judge::Verdicts verdicts =
-        co_await Judge(m_parts.asker).judge(brief, {shown}, m_cancel.token());
+        co_await Judge(m_parts.asker).judge(context, {shown}, m_cancel.token());
     const auto found = verdicts.byId.constFind(shown.id);
     if (found == verdicts.byId.constEnd()) {
         throw AgentError::unreadable();
@@ -173,7 +174,7 @@ Task<> LinkCapture::complete(QUuid id) {
     if (!m_parts.store.completeCaptured(std::move(judged))) {
         co_return;
     }
-    co_await m_parts.notes.add({draftNote(*brief, shown, *found, id, now)});
+    co_await m_parts.provenance.add({draftProvenance(*context, shown, *found, id, now)});
     Q_EMIT completed(id);
     if (const auto picture = co_await m_parts.images.picture(candidate.url, m_cancel.token())) {
         m_parts.store.setGallery(id, {*picture});

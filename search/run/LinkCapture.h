@@ -30,7 +30,7 @@ public:
     struct Parts {
         const Preferences &preferences;
         TopicStore &store;
-        ScoreProvenanceLog &notes;
+        ScoreProvenanceLog &provenance;
         Asker &asker;
         PageReader &reader;
         SourceImage &images;

@@ -21,17 +21,17 @@ LinkRegistry::LinkRegistry(const QList<TopicPtr> &topics) {
 }
 
 void LinkRegistry::hold(const QString &link, const QUuid &topic) {
-    m_held.insert(canonicalLink(link), topic);
+    m_known.insert(canonicalLink(link), topic);
     // The file behind a page that shows it is the same thing.
     if (const QUrl fetched = readableLink(link); !fetched.isEmpty()) {
-        m_held.insert(canonicalLink(fetched.toString(QUrl::FullyEncoded)), topic);
+        m_known.insert(canonicalLink(fetched.toString(QUrl::FullyEncoded)), topic);
     }
 }
 
 LinkRegistry::Claim LinkRegistry::claim(const QString &link, qsizetype item) {
     const QString canonical = canonicalLink(link);
-    if (const auto held = m_held.constFind(canonical); held != m_held.cend()) {
-        return {Standing::Held, *held, 0};
+    if (const auto known = m_known.constFind(canonical); known != m_known.cend()) {
+        return {Standing::Known, *known, 0};
     }
     const auto same = m_items.constFind(canonical);
     if (same != m_items.cend() && *same != item) {
@@ -45,8 +45,8 @@ void LinkRegistry::give(qsizetype item, const Claim &heir) {
     for (auto link = m_items.begin(); link != m_items.end();) {
         if (*link != item) {
             ++link;
-        } else if (heir.standing == Standing::Held) {
-            m_held.insert(link.key(), heir.topic);
+        } else if (heir.standing == Standing::Known) {
+            m_known.insert(link.key(), heir.topic);
             link = m_items.erase(link);
         } else {
             *link++ = heir.item;

@@ -12,9 +12,9 @@ namespace vorle {
 class LinkRegistry {
 public:
     enum class Standing {
-        New,  ///< nobody has it: it now belongs to the item that claimed it
-        Held, ///< a topic of the store has it
-        Same  ///< another item of this run has it
+        New,   ///< nobody has it: it now belongs to the item that claimed it
+        Known, ///< a topic of the store has it
+        Same   ///< another item of this run has it
     };
     struct Claim {
         Standing standing = Standing::New;
@@ -35,7 +35,7 @@ public:
 private:
     void hold(const QString &link, const QUuid &topic);
 
-    QHash<QString, QUuid> m_held;
+    QHash<QString, QUuid> m_known;
     QHash<QString, qsizetype> m_items;
 };
 

@@ -135,7 +135,7 @@ void fillSites(SitesRequest &sites, const Settings &settings, const QList<TopicP
     sites.exclusions = settings.exclusions;
     sites.count = candidatesFromSites;
     sites.knownLinks = knownLinks(topics, today.addDays(-newestDays));
-    sites.heldLinks = knownLinks(topics);
+    sites.allKnownLinks = knownLinks(topics);
 }
 
 } // namespace

@@ -41,7 +41,8 @@ struct SitesRequest {
     QStringList exclusions = {}; ///< sites and folders that are no source
     int count = 8;
     QStringList knownLinks = {}; ///< newest first
-    QStringList heldLinks = {};  ///< every link held, whatever its age: what is not screened again
+    QStringList allKnownLinks =
+        {}; ///< every link held, whatever its age: what is not screened again
 };
 
 /// Everything a run is going to ask, worked out from the territory and the topics already held.

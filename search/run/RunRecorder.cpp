@@ -8,18 +8,18 @@
 
 namespace vorle {
 
-void RunRecorder::noteCall(RunStep step, double seconds, double costUSD, CallEnd end) {
+void RunRecorder::recordCall(RunStep step, double seconds, double costUSD, CallEnd end) {
     report.costUSD += costUSD;
     QList<StepReport> steps = report.steps.value_or(QList<StepReport>());
-    auto place = std::ranges::find(steps, step, &StepReport::step);
-    if (place == steps.end()) {
+    auto report = std::ranges::find(steps, step, &StepReport::step);
+    if (report == steps.end()) {
         steps.append(StepReport{step});
-        place = std::prev(steps.end());
+        report = std::prev(steps.end());
     }
-    ++place->calls;
-    place->failed += end == CallEnd::Failed ? 1 : 0;
-    place->seconds += seconds;
-    place->costUSD += costUSD;
+    ++report->calls;
+    report->failed += end == CallEnd::Failed ? 1 : 0;
+    report->seconds += seconds;
+    report->costUSD += costUSD;
     report.steps = std::move(steps);
 }
 

@@ -22,7 +22,7 @@ public:
     enum class CallEnd { Answered, Failed };
     /// Notes a call of that step which took so many seconds and cost so many US dollars; `end`
     /// tells whether it came to anything.
-    void noteCall(RunStep step, double seconds, double costUSD, CallEnd end);
+    void recordCall(RunStep step, double seconds, double costUSD, CallEnd end);
 
     /// Shows `status` until the next one.
     void show(const QString &status);

@@ -104,11 +104,12 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     const bool tellsApps = m_parts.preferences.settings().accessMode == AccessMode::AllExcept;
     RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), start,
                            tellsApps && m_parts.apps ? m_parts.apps() : QStringList());
-    const auto brief = std::make_shared<const JudgeBrief>(judgeBrief(
-        briefSource(m_parts.preferences, judgedProjects(projects, m_parts.preferences.settings()),
-                    m_parts.store.topics()),
-        start.toLocalTime().date(), agent));
-    if (const QString unsent = unsentReflexesText(brief->unsent); !unsent.isEmpty()) {
+    const auto context = std::make_shared<const JudgeContext>(
+        judgeContext(judgeContextSource(m_parts.preferences,
+                                        judgedProjects(projects, m_parts.preferences.settings()),
+                                        m_parts.store.topics()),
+                     start.toLocalTime().date(), agent));
+    if (const QString unsent = unsentReflexesText(context->unsent); !unsent.isEmpty()) {
         plan.warnings += unsent;
     }
 
@@ -119,7 +120,7 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     const ScreenedItems screened(m_parts.store.file());
     const SitesRequest sites = plan.sites;
     SearchRun run({.harvest = {.store = m_parts.store,
-                               .notes = m_parts.notes,
+                               .provenance = m_parts.provenance,
                                .finds = m_rediscoveries,
                                .asker = m_parts.asker,
                                .reader = m_parts.reader,
@@ -130,15 +131,15 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
                                .refusedBefore = refusedLinks(m_parts.store.history())},
                    .feeds = m_parts.feeds,
                    .tell = tell,
-                   .sitesChecked = [this](const auto &sites) { noteFeeds(sites); },
+                   .sitesChecked = [this](const auto &sites) { recordFeeds(sites); },
                    .refusedItems = screened.passedOver(sites)},
-                  std::move(plan), brief, std::move(cancel));
+                  std::move(plan), context, std::move(cancel));
     RunReport report = co_await run.execute();
     m_parts.store.releasePending(report.topicIds);
     report.saved = m_parts.store.flush();
     // A run whose topics are not on disk is not done: the next one asks for its period again.
     if (!report.cancelled && !report.failed && report.saved) {
-        noteDone(report, start, run.leftLinks());
+        recordDone(report, start, run.leftLinks());
         screened.add(sites, run.passedOver(), start);
     }
     if (!m_parts.preferences.flush()) {
@@ -156,7 +157,7 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
 /// A run that started at `start` is done. Where it left links for the first time, the next period
 /// starts at the run before it: what came since is searched twice, never more, so that the period
 /// moves on whatever an agent refuses.
-void SearchEngine::noteDone(const RunReport &report, const QDateTime &start, bool leftLinks) {
+void SearchEngine::recordDone(const RunReport &report, const QDateTime &start, bool leftLinks) {
     const Settings &settings = m_parts.preferences.settings();
     const QDateTime before = settings.lastSearch.value_or(periodStart(settings, start));
     m_parts.preferences.change(&Settings::lastReport, lastOf(report));
@@ -170,7 +171,7 @@ void SearchEngine::noteDone(const RunReport &report, const QDateTime &start, boo
 }
 
 /// Keeps what a run learned of the feeds of the sites the user still trusts.
-void SearchEngine::noteFeeds(const QList<PrioritySite> &checked) {
+void SearchEngine::recordFeeds(const QList<PrioritySite> &checked) {
     QList<PrioritySite> sites = m_parts.preferences.settings().prioritySites;
     for (PrioritySite &site : sites) {
         const auto found = std::find_if(checked.begin(), checked.end(), [&](const auto &other) {

@@ -43,7 +43,7 @@ public:
     struct Parts {
         Preferences &preferences;
         TopicStore &store;
-        ScoreProvenanceLog &notes;
+        ScoreProvenanceLog &provenance;
         Asker &asker;
         PageReader &reader;
         Feeds &feeds;
@@ -88,8 +88,8 @@ Q_SIGNALS:
 
 private:
     Task<RunReport> execute(AgentKind agent, CancelToken cancel);
-    void noteDone(const RunReport &report, const QDateTime &start, bool leftLinks);
-    void noteFeeds(const QList<PrioritySite> &checked);
+    void recordDone(const RunReport &report, const QDateTime &start, bool leftLinks);
+    void recordFeeds(const QList<PrioritySite> &checked);
     void setProgress(Phase phase, const RunProgress &progress);
 
     Parts m_parts;

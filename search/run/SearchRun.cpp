@@ -21,14 +21,14 @@ QString feedProblem(FeedOutcome outcome) {
 
 } // namespace
 
-SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief> brief,
+SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeContext> context,
                      CancelToken cancel)
     : m_tools(std::move(tools))
     , m_plan(std::move(plan))
     , m_cancel(cancel)
     , m_recorder(m_tools.tell)
     , m_pipeline(m_tools.harvest.asker)
-    , m_harvest(m_tools.harvest, m_recorder, std::move(brief), cancel) {
+    , m_harvest(m_tools.harvest, m_recorder, std::move(context), cancel) {
     m_recorder.report.warnings = m_plan.warnings;
     m_recorder.report.steps = QList<StepReport>();
     m_recorder.report.sites = QList<SiteReport>();
@@ -46,7 +46,7 @@ Task<RunReport> SearchRun::execute() {
         co_await runStep(m_harvest.dig());
     }
     co_await runStep(m_harvest.finishPictures());
-    co_await runStep(m_harvest.finishNotes());
+    co_await runStep(m_harvest.finishProvenance());
     m_harvest.finalizeUnread();
     finishReport();
     co_return m_recorder.report;
@@ -119,7 +119,7 @@ Task<> SearchRun::askSites() {
     const qsizetype report =
         openReport(French::tr("Tes sites"), Origin::Surface, m_plan.sites.count);
     QSet<QString> held = m_tools.refusedItems;
-    for (const QString &link : std::as_const(m_plan.sites.heldLinks)) {
+    for (const QString &link : std::as_const(m_plan.sites.allKnownLinks)) {
         held.insert(canonicalLink(link));
     }
     const FeedsForRun feeds =
@@ -213,16 +213,16 @@ Task<std::optional<QStringList>> SearchRun::ask(Question question, qsizetype rep
     ++m_asked;
     QElapsedTimer clock;
     clock.start();
-    const auto noteCall = [&](double costUSD, RunRecorder::CallEnd end) {
-        m_recorder.noteCall(scopes.isEmpty() ? RunStep::Sites : RunStep::Candidates,
-                            static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
+    const auto recordCall = [&](double costUSD, RunRecorder::CallEnd end) {
+        m_recorder.recordCall(scopes.isEmpty() ? RunStep::Sites : RunStep::Candidates,
+                              static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
     };
     try {
         const Pipeline::Found found = co_await m_pipeline.candidates(std::move(question), m_cancel);
         ScopeReport &scope = m_recorder.report.scopes[report];
         scope.found = static_cast<int>(found.candidates.size()) + found.refused;
         scope.refused = found.refused;
-        noteCall(found.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
+        recordCall(found.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
         QStringList links;
         for (const Candidate &candidate : found.candidates) {
             links += candidate.url;
@@ -233,7 +233,7 @@ Task<std::optional<QStringList>> SearchRun::ask(Question question, qsizetype rep
         throw;
     } catch (const std::exception &error) {
         ++m_askedInVain;
-        noteCall(failureCost(error), RunRecorder::CallEnd::Failed);
+        recordCall(failureCost(error), RunRecorder::CallEnd::Failed);
         m_recorder.report.scopes[report].error = failureText(error);
         m_scopeError = std::current_exception();
     }

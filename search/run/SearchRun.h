@@ -26,7 +26,7 @@ public:
         QSet<QString> refusedItems;
     };
 
-    SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeBrief> brief,
+    SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeContext> context,
               CancelToken cancel);
 
     /// Runs it all; the judged topics are in the store, "pending". Neither cancelling nor failing

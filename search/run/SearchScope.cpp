@@ -181,10 +181,10 @@ QString candidatesPrompt(const QString &instruction, const SearchScope &scope,
                                    {QStringLiteral("@RADIUS"), request.radius}});
     // A manifest may hold the placeholder too: the links are shared out among all its places.
     const QString placeholder = QStringLiteral("@KNOWN");
-    const qsizetype places = std::max<qsizetype>(1, withoutKnown.count(placeholder));
+    const qsizetype times = std::max<qsizetype>(1, withoutKnown.count(placeholder));
     const qsizetype room =
         maxBytes ? std::min(*maxBytes, promptBytes) - promptSize(withoutKnown) : knownBytes;
-    const QString known = joinedLinks(request.knownLinks, std::min(room, knownBytes) / places);
+    const QString known = joinedLinks(request.knownLinks, std::min(room, knownBytes) / times);
     return fillTemplate(withoutKnown,
                         {{placeholder, known.isEmpty() ? QStringLiteral("none") : known}});
 }

@@ -46,19 +46,20 @@ Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgmen
     return topic;
 }
 
-ScoreProvenance draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
-                          const Judgment &judgment, const QUuid &topic, const QDateTime &now) {
-    ScoreProvenance note;
-    note.topic = topic;
-    note.at = now;
-    note.agent = brief.agent ? std::optional(json::rawText(*brief.agent)) : std::nullopt;
-    note.relevance = judgment.relevance;
-    note.bytesRead = static_cast<int>(candidate.content.size());
-    note.examples = static_cast<int>(brief.examples.size());
-    for (const Reflex &reflex : brief.reflexes) {
-        note.reflexes += ScoreProvenance::Reflex{reflex.id, reflex.title};
+ScoreProvenance draftProvenance(const JudgeContext &context, const JudgeCandidate &candidate,
+                                const Judgment &judgment, const QUuid &topic,
+                                const QDateTime &now) {
+    ScoreProvenance provenance;
+    provenance.topic = topic;
+    provenance.at = now;
+    provenance.agent = context.agent ? std::optional(json::rawText(*context.agent)) : std::nullopt;
+    provenance.relevance = judgment.relevance;
+    provenance.bytesRead = static_cast<int>(candidate.content.size());
+    provenance.examples = static_cast<int>(context.examples.size());
+    for (const Reflex &reflex : context.reflexes) {
+        provenance.reflexes += ScoreProvenance::Reflex{reflex.id, reflex.title};
     }
-    return note;
+    return provenance;
 }
 
 QList<TopicSource> sourcesOf(const Candidate &candidate, const ReadPage &page) {
@@ -115,7 +116,7 @@ bool concerns(const Candidate &candidate, const PlannedScope &planned) {
            interestOf(candidate, planned);
 }
 
-void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned) {
+void attachToTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned) {
     if (!topic.project) {
         topic.project = planned.project;
     }

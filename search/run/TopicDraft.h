@@ -26,8 +26,8 @@ QByteArray judgedContent(const ReadPage &page);
 Topic draftTopic(const Candidate &candidate, const ReadPage &page, const Judgment &judgment);
 
 /// What stood behind the judgment of `topic`, as the candidate was shown to the judge.
-ScoreProvenance draftNote(const JudgeBrief &brief, const JudgeCandidate &candidate,
-                          const Judgment &judgment, const QUuid &topic, const QDateTime &now);
+ScoreProvenance draftProvenance(const JudgeContext &context, const JudgeCandidate &candidate,
+                                const Judgment &judgment, const QUuid &topic, const QDateTime &now);
 
 /// The sources of a page: the candidate's link, then the page it led to when that is another one,
 /// so that the next run knows both. A redirect to a site's front page or to a sign-in tells nothing
@@ -40,6 +40,6 @@ bool concerns(const Candidate &candidate, const PlannedScope &planned);
 
 /// Ties the topic to the project, the declared topic or the dependency it answers. What it is tied
 /// to already stays; a dependency is one of the topic's own project.
-void placeInTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned);
+void attachToTerritory(Topic &topic, const Candidate &candidate, const PlannedScope &planned);
 
 } // namespace vorle

@@ -32,25 +32,25 @@ void withoutHiddenSigns(PageText &page) {
 } // namespace
 
 /// What reads share. They hold it, so that it outlives the last of them.
-class PageReader::Places {
+class PageReader::Slots {
 public:
-    Places(HttpClient &http, std::chrono::milliseconds deadline, Route route)
+    Slots(HttpClient &http, std::chrono::milliseconds deadline, Route route)
         : m_http(&http)
         , m_deadline(deadline)
         , m_route(std::move(route))
         , m_all(maxConcurrentReads) {}
 
-    static Task<ReadPage> read(std::shared_ptr<Places> places, QString link, CancelToken cancel,
+    static Task<ReadPage> read(std::shared_ptr<Slots> slots, QString link, CancelToken cancel,
                                Reach reach);
 
 private:
     using Extract = std::function<PageText(const HttpResponse &)>;
 
-    static Task<ReadPage> readAt(std::shared_ptr<Places> places, QUrl address, Extract extract,
+    static Task<ReadPage> readAt(std::shared_ptr<Slots> slots, QUrl address, Extract extract,
                                  CancelToken cancel, Reach reach);
-    static Task<ReadPage> readTwin(std::shared_ptr<Places> places, QUrl link, PageTwin twin,
+    static Task<ReadPage> readTwin(std::shared_ptr<Slots> slots, QUrl link, PageTwin twin,
                                    CancelToken cancel);
-    static Task<HttpResponse> fetch(std::shared_ptr<Places> places, HttpRequest request,
+    static Task<HttpResponse> fetch(std::shared_ptr<Slots> slots, HttpRequest request,
                                     CancelToken cancel);
     std::shared_ptr<Gate> gateOf(const QString &host);
 
@@ -61,7 +61,7 @@ private:
     std::map<QString, std::weak_ptr<Gate>> m_byHost;
 };
 
-std::shared_ptr<Gate> PageReader::Places::gateOf(const QString &host) {
+std::shared_ptr<Gate> PageReader::Slots::gateOf(const QString &host) {
     std::erase_if(m_byHost, [](const auto &entry) { return entry.second.expired(); });
     auto &known = m_byHost[host];
     auto gate = known.lock();
@@ -72,31 +72,31 @@ std::shared_ptr<Gate> PageReader::Places::gateOf(const QString &host) {
     return gate;
 }
 
-Task<HttpResponse> PageReader::Places::fetch(std::shared_ptr<Places> places, HttpRequest request,
-                                             CancelToken cancel) {
-    // The host's place first: those who wait for it hold no place another host could use.
-    const auto gate = places->gateOf(request.url.host());
+Task<HttpResponse> PageReader::Slots::fetch(std::shared_ptr<Slots> slots, HttpRequest request,
+                                            CancelToken cancel) {
+    // The host's slot first: those who wait for it hold no slot that another host could use.
+    const auto gate = slots->gateOf(request.url.host());
     const auto ofHost = co_await gate->enter(cancel);
-    const auto ofAll = co_await places->m_all.enter(cancel);
-    if (places->m_http.isNull()) {
+    const auto ofAll = co_await slots->m_all.enter(cancel);
+    if (slots->m_http.isNull()) {
         co_return HttpResponse{};
     }
-    co_return co_await places->m_http->get(std::move(request), cancel);
+    co_return co_await slots->m_http->get(std::move(request), cancel);
 }
 
 /// One GET, and what `extract` makes of the answer.
-Task<ReadPage> PageReader::Places::readAt(std::shared_ptr<Places> places, QUrl address,
-                                          Extract extract, CancelToken cancel, Reach reach) {
+Task<ReadPage> PageReader::Slots::readAt(std::shared_ptr<Slots> slots, QUrl address,
+                                         Extract extract, CancelToken cancel, Reach reach) {
     ReadPage page;
     HttpRequest request;
-    request.url = places->m_route ? places->m_route(address) : address;
+    request.url = slots->m_route ? slots->m_route(address) : address;
     page.finalUrl = request.url.toString(QUrl::FullyEncoded);
     request.userAgent = browserUserAgent;
     request.acceptLanguage = "en";
     request.maxBytes = maxPageBytes;
-    request.deadline = places->m_deadline;
+    request.deadline = slots->m_deadline;
     request.reach = reach;
-    const HttpResponse response = co_await fetch(places, std::move(request), cancel);
+    const HttpResponse response = co_await fetch(slots, std::move(request), cancel);
     page.outcome = response.outcome;
     page.status = response.status;
     if (!response.ok()) {
@@ -113,27 +113,27 @@ Task<ReadPage> PageReader::Places::readAt(std::shared_ptr<Places> places, QUrl a
 }
 
 /// The page's twin, under the page's own address.
-Task<ReadPage> PageReader::Places::readTwin(std::shared_ptr<Places> places, QUrl link,
-                                            PageTwin twin, CancelToken cancel) {
+Task<ReadPage> PageReader::Slots::readTwin(std::shared_ptr<Slots> slots, QUrl link, PageTwin twin,
+                                           CancelToken cancel) {
     const auto extract = [](PageText (*reads)(const QByteArray &)) {
         return [reads](const HttpResponse &response) {
             return response.truncated ? PageText() : reads(response.body);
         };
     };
     ReadPage page =
-        co_await readAt(places, twin.address, extract(twin.read), cancel, Reach::PublicOnly);
+        co_await readAt(slots, twin.address, extract(twin.read), cancel, Reach::PublicOnly);
     const auto shorter =
         page.status == 200 && page.level == ReadLevel::None ? shorterTwin(link) : std::nullopt;
     if (shorter) {
-        page = co_await readAt(places, shorter->address, extract(shorter->read), cancel,
+        page = co_await readAt(slots, shorter->address, extract(shorter->read), cancel,
                                Reach::PublicOnly);
     }
     page.finalUrl = link.toString(QUrl::FullyEncoded);
     co_return page;
 }
 
-Task<ReadPage> PageReader::Places::read(std::shared_ptr<Places> places, QString link,
-                                        CancelToken cancel, Reach reach) {
+Task<ReadPage> PageReader::Slots::read(std::shared_ptr<Slots> slots, QString link,
+                                       CancelToken cancel, Reach reach) {
     cancel.throwIfCancelled();
     const QUrl address = readableLink(link);
     if (address.isEmpty()) {
@@ -143,7 +143,7 @@ Task<ReadPage> PageReader::Places::read(std::shared_ptr<Places> places, QString 
     }
     const auto twin = twinOf(address);
     if (twin && twin->use == PageTwin::Use::Instead) {
-        ReadPage told = co_await readTwin(places, address, *twin, cancel);
+        ReadPage told = co_await readTwin(slots, address, *twin, cancel);
         if (told.level != ReadLevel::None) {
             co_return told;
         }
@@ -152,23 +152,23 @@ Task<ReadPage> PageReader::Places::read(std::shared_ptr<Places> places, QString 
         return extractPage(response.body, response.contentType,
                            response.truncated ? PageExtent::Cut : PageExtent::Whole);
     };
-    ReadPage page = co_await readAt(places, address, extract, cancel, reach);
+    ReadPage page = co_await readAt(slots, address, extract, cancel, reach);
     // A question about cookies is no page about the video.
     const bool unread = page.level == ReadLevel::None || !namesOnePage(page.finalUrl);
     if (twin && twin->use == PageTwin::Use::Unread && unread) {
-        ReadPage told = co_await readTwin(places, address, *twin, cancel);
+        ReadPage told = co_await readTwin(slots, address, *twin, cancel);
         co_return told.level == ReadLevel::None ? page : told;
     }
     co_return page;
 }
 
 PageReader::PageReader(HttpClient &http, std::chrono::milliseconds deadline, Route route)
-    : m_places(std::make_shared<Places>(http, deadline, std::move(route))) {}
+    : m_slots(std::make_shared<Slots>(http, deadline, std::move(route))) {}
 
 PageReader::~PageReader() = default;
 
 Task<ReadPage> PageReader::read(QString link, CancelToken cancel, Reach reach) {
-    return Places::read(m_places, std::move(link), std::move(cancel), reach);
+    return Slots::read(m_slots, std::move(link), std::move(cancel), reach);
 }
 
 } // namespace vorle

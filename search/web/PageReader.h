@@ -20,7 +20,7 @@ struct ReadPage : PageText {
 };
 
 /// Fetches pages and reads them: at most 16 at a time, 4 a host, so that a slow host never holds
-/// every place. Main thread; the extraction runs on the thread pool. May be deleted while reads
+/// every slot. Main thread; the extraction runs on the thread pool. May be deleted while reads
 /// are under way: they go on by themselves, and read as ReadLevel::None when the client is gone.
 class PageReader {
 public:
@@ -42,8 +42,8 @@ public:
     Task<ReadPage> read(QString link, CancelToken cancel = {}, Reach reach = Reach::PublicOnly);
 
 private:
-    class Places;
-    std::shared_ptr<Places> m_places;
+    class Slots;
+    std::shared_ptr<Slots> m_slots;
 };
 
 } // namespace vorle

@@ -84,13 +84,13 @@ bool keep(const QString &path, const QByteArray &bytes) {
 /// What the pictures under way share. They hold it, so that it outlives the last of them.
 class SourceImage::Cache {
 public:
-    Cache(HttpClient &http, Places places)
-        : m_http(&http), m_places(std::move(places)), m_gate(maxConcurrentSources) {}
+    Cache(HttpClient &http, Locations locations)
+        : m_http(&http), m_locations(std::move(locations)), m_gate(maxConcurrentSources) {}
 
     static Task<std::optional<Picture>> picture(std::shared_ptr<Cache> self, QString link,
                                                 CancelToken cancel);
 
-    QString path(const QString &file) const { return m_places.cacheFolder + u'/' + file; }
+    QString path(const QString &file) const { return m_locations.cacheFolder + u'/' + file; }
 
 private:
     /// Lets those who wait for the same file go on, however its making ends.
@@ -118,7 +118,7 @@ private:
     Task<Found> fetchOfPage(QUrl page, QString file, CancelToken cancel);
 
     QPointer<HttpClient> m_http;
-    Places m_places;
+    Locations m_locations;
     Gate m_gate;
     QHash<QString, QList<OneShot>> m_making; ///< who waits, by file
     QSet<QString> m_none;
@@ -199,11 +199,12 @@ Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> 
         co_return std::nullopt;
     }
     const Making making(*self, file);
-    const auto place = co_await self->m_gate.enter(cancel);
+    const auto slot = co_await self->m_gate.enter(cancel);
     const Found found =
-        repository ? co_await self->fetch(
-                         QUrl(self->m_places.cardHost + QStringLiteral("/1") + card), file, cancel)
-                   : co_await self->fetchOfPage(page->url(), file, cancel);
+        repository
+            ? co_await self->fetch(QUrl(self->m_locations.cardHost + QStringLiteral("/1") + card),
+                                   file, cancel)
+            : co_await self->fetchOfPage(page->url(), file, cancel);
     cancel.throwIfCancelled();
     if (found == Found::None) {
         self->m_none.insert(file);
@@ -220,14 +221,14 @@ QString SourceImage::defaultCardHost() {
     return QStringLiteral("https://opengraph.githubassets.com");
 }
 
-SourceImage::SourceImage(HttpClient &http, Places places)
-    : m_cache(std::make_shared<Cache>(http, places)) {
+SourceImage::SourceImage(HttpClient &http, Locations locations)
+    : m_cache(std::make_shared<Cache>(http, locations)) {
     QThreadPool::globalInstance()->start(
-        [folder = places.cacheFolder] { removeStaleTemporaryFiles(folder); });
+        [folder = locations.cacheFolder] { removeStaleTemporaryFiles(folder); });
 }
 
 SourceImage::SourceImage(HttpClient &http, QString cacheFolder)
-    : SourceImage(http, Places{std::move(cacheFolder)}) {}
+    : SourceImage(http, Locations{std::move(cacheFolder)}) {}
 
 SourceImage::~SourceImage() = default;
 

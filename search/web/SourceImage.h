@@ -24,7 +24,7 @@ namespace vorle {
 /// on by themselves, and end without a picture when the client is gone.
 class SourceImage {
 public:
-    struct Places {
+    struct Locations {
         QString cacheFolder;                  ///< made when the first picture is kept
         QString cardHost = defaultCardHost(); ///< "https://…" without a trailing slash
     };
@@ -33,7 +33,7 @@ public:
     static QString defaultCacheFolder();
     static QString defaultCardHost();
 
-    SourceImage(HttpClient &http, Places places);
+    SourceImage(HttpClient &http, Locations locations);
     explicit SourceImage(HttpClient &http, QString cacheFolder = defaultCacheFolder());
     ~SourceImage();
     SourceImage(const SourceImage &) = delete;

@@ -118,7 +118,7 @@ TEST_F(CalibrationTest, goes_through_ten_topics_and_ends) {
     EXPECT_FALSE(store.topic(laterId)->correction);
     EXPECT_EQ(store.topic(asideId)->status, TopicStatus::Dismissed);
     EXPECT_EQ(calibration.progress(), (Calibration::Progress{3, 10}));
-    EXPECT_EQ(calibrationPlace(calibration.progress()), QStringLiteral("4 sur 10"));
+    EXPECT_EQ(calibrationPosition(calibration.progress()), QStringLiteral("4 sur 10"));
 
     // Left and taken up again: another object, another day, the same place.
     Calibration later(preferences, store, clock);

@@ -90,7 +90,7 @@ TEST_F(LaterVersion, keeps_what_a_later_version_wrote_beside_the_topics) {
     const QByteArray find = R"({"at":"2026-11-01T08:00:00Z","by":"b","topic":")" + id + "\"}";
     writeFile(dir.filePath(QStringLiteral("found-again.json")), '[' + find + ']');
     RediscoveryLog finds(*store, clock);
-    test::waitFor(finds.note(ids[1]));
+    test::waitFor(finds.record(ids[1]));
     EXPECT_TRUE(compact("found-again.json").startsWith('[' + find + ','));
 
     const QByteArray note = R"({"at":"2026-11-01T08:00:00Z","bytesRead":1,"examples":0,)"

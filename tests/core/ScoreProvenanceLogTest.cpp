@@ -19,16 +19,17 @@ using test::writeFile;
 
 class ScoreProvenanceLogTest : public testing::Test {
 protected:
-    ScoreProvenance note(const QUuid &topic, double relevance) const {
-        ScoreProvenance note;
-        note.topic = topic;
-        note.at = clock.moment;
-        note.agent = QStringLiteral("claude");
-        note.relevance = relevance;
-        note.bytesRead = 5400;
-        note.examples = 12;
-        note.reflexes = {{QStringLiteral("stack-first"), QStringLiteral("Les mises à jour…")}};
-        return note;
+    ScoreProvenance provenance(const QUuid &topic, double relevance) const {
+        ScoreProvenance provenance;
+        provenance.topic = topic;
+        provenance.at = clock.moment;
+        provenance.agent = QStringLiteral("claude");
+        provenance.relevance = relevance;
+        provenance.bytesRead = 5400;
+        provenance.examples = 12;
+        provenance.reflexes = {
+            {QStringLiteral("stack-first"), QStringLiteral("Les mises à jour…")}};
+        return provenance;
     }
     QList<ScoreProvenance> onDisk() const {
         return json::decode<QList<ScoreProvenance>>(readFile(file));
@@ -44,15 +45,15 @@ TEST_F(ScoreProvenanceLogTest, keeps_one_note_a_topic_and_drops_those_of_topics_
     const auto ids =
         store.add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
     {
-        ScoreProvenanceLog notes(store, clock);
-        EXPECT_FALSE(notes.note(ids[0]));
-        test::waitFor(notes.add({note(ids[0], 7.6), note(QUuid::createUuid(), 3)}));
-        test::waitFor(notes.add({note(ids[0], 8.2), note(ids[1], 5)}));
+        ScoreProvenanceLog log(store, clock);
+        EXPECT_FALSE(log.of(ids[0]));
+        test::waitFor(log.add({provenance(ids[0], 7.6), provenance(QUuid::createUuid(), 3)}));
+        test::waitFor(log.add({provenance(ids[0], 8.2), provenance(ids[1], 5)}));
     }
     EXPECT_EQ(onDisk().size(), 2);
     ScoreProvenanceLog again(store, clock);
-    EXPECT_EQ(again.note(ids[0]), note(ids[0], 8.2));
-    EXPECT_EQ(again.note(ids[1]), note(ids[1], 5));
+    EXPECT_EQ(again.of(ids[0]), provenance(ids[0], 8.2));
+    EXPECT_EQ(again.of(ids[1]), provenance(ids[1], 5));
     EXPECT_EQ(
         QDir(dir.path()).entryList({QStringLiteral("*score-notes*")}, QDir::Files | QDir::Hidden),
         QStringList{QStringLiteral("score-notes.json")});
@@ -65,10 +66,10 @@ TEST_F(ScoreProvenanceLogTest, writes_what_came_while_it_was_writing) {
         topics += sampleTopic(QString::number(i));
     }
     const auto ids = store.add(topics);
-    ScoreProvenanceLog notes(store, clock);
+    ScoreProvenanceLog log(store, clock);
     std::vector<Task<>> saves;
     for (const QUuid &id : ids) {
-        saves.push_back(notes.add({note(id, 6)}));
+        saves.push_back(log.add({provenance(id, 6)}));
     }
     for (Task<> &save : saves) {
         test::waitFor(std::move(save));
@@ -79,10 +80,10 @@ TEST_F(ScoreProvenanceLogTest, writes_what_came_while_it_was_writing) {
 TEST_F(ScoreProvenanceLogTest, keeps_an_unreadable_file_aside_and_never_fails) {
     const auto ids = store.add({sampleTopic(QStringLiteral("a"))});
     writeFile(file, "{\"not\":\"a list\"}");
-    ScoreProvenanceLog notes(store, clock);
-    EXPECT_FALSE(notes.note(ids[0]));
+    ScoreProvenanceLog log(store, clock);
+    EXPECT_FALSE(log.of(ids[0]));
     EXPECT_EQ(readFile(file), "{\"not\":\"a list\"}");
-    test::waitFor(notes.add({note(ids[0], 7)}));
+    test::waitFor(log.add({provenance(ids[0], 7)}));
     EXPECT_EQ(onDisk().size(), 1);
     const QStringList aside =
         QDir(dir.path()).entryList({QStringLiteral("score-notes.json.illisible-*")});
@@ -91,51 +92,51 @@ TEST_F(ScoreProvenanceLogTest, keeps_an_unreadable_file_aside_and_never_fails) {
 
     QFile::remove(file);
     QDir(dir.path()).mkdir(QStringLiteral("score-notes.json")); // cannot be replaced
-    test::waitFor(notes.add({note(ids[0], 8)}));
-    EXPECT_EQ(notes.note(ids[0])->relevance, 8);
+    test::waitFor(log.add({provenance(ids[0], 8)}));
+    EXPECT_EQ(log.of(ids[0])->relevance, 8);
 }
 
 TEST_F(ScoreProvenanceLogTest, keeps_every_note_while_the_topics_cannot_be_read) {
     const auto ids = store.add({sampleTopic(QStringLiteral("a"))});
     ScoreProvenanceLog first(store, clock);
-    test::waitFor(first.add({note(ids[0], 7)}));
+    test::waitFor(first.add({provenance(ids[0], 7)}));
     const QString broken = dir.filePath(QStringLiteral("broken/topics.json"));
     QDir(dir.path()).mkdir(QStringLiteral("broken"));
     writeFile(broken, "[");
     QFile::copy(file, dir.filePath(QStringLiteral("broken/score-notes.json")));
     const TopicStore unread(broken, Resources(), clock);
-    ScoreProvenanceLog notes(unread, clock);
-    test::waitFor(notes.add({note(QUuid::createUuid(), 5)}));
-    EXPECT_TRUE(notes.note(ids[0]));
+    ScoreProvenanceLog log(unread, clock);
+    test::waitFor(log.add({provenance(QUuid::createUuid(), 5)}));
+    EXPECT_TRUE(log.of(ids[0]));
 }
 
 TEST_F(ScoreProvenanceLogTest, a_file_that_the_system_does_not_let_be_read_is_not_replaced) {
     const auto ids =
         store.add({sampleTopic(QStringLiteral("a")), sampleTopic(QStringLiteral("b"))});
     ScoreProvenanceLog first(store, clock);
-    test::waitFor(first.add({note(ids[0], 7)}));
+    test::waitFor(first.add({provenance(ids[0], 7)}));
     const QString healthy = file + QStringLiteral(".healthy");
     ASSERT_TRUE(QFile::rename(file, healthy));
     ASSERT_TRUE(QFile::link(QFileInfo(file).fileName(), file)); // a loop: no one can read it
-    ScoreProvenanceLog notes(store, clock);
-    test::waitFor(notes.add({note(ids[1], 5)}));
+    ScoreProvenanceLog log(store, clock);
+    test::waitFor(log.add({provenance(ids[1], 5)}));
     ASSERT_TRUE(QFile::remove(file));
     ASSERT_TRUE(QFile::rename(healthy, file));
-    EXPECT_TRUE(notes.note(ids[0])) << "read once it could be";
-    test::waitFor(notes.add({}));
+    EXPECT_TRUE(log.of(ids[0])) << "read once it could be";
+    test::waitFor(log.add({}));
     ScoreProvenanceLog later(store, clock);
-    EXPECT_TRUE(later.note(ids[0]));
-    EXPECT_TRUE(later.note(ids[1]));
+    EXPECT_TRUE(later.of(ids[0]));
+    EXPECT_TRUE(later.of(ids[1]));
 }
 
 TEST_F(ScoreProvenanceLogTest, a_preview_and_another_topics_file_have_nothing_to_do_with_it) {
     const TopicStore preview(QString(), Resources(), clock);
     ScoreProvenanceLog none(preview, clock);
-    test::waitFor(none.add({note(QUuid::createUuid(), 5)}));
+    test::waitFor(none.add({provenance(QUuid::createUuid(), 5)}));
     TopicStore demo(dir.filePath(QStringLiteral("demo-topics.json")), Resources(), clock);
     const auto ids = demo.add({sampleTopic(QStringLiteral("a"))});
-    ScoreProvenanceLog notes(demo, clock);
-    test::waitFor(notes.add({note(ids[0], 5)}));
+    ScoreProvenanceLog log(demo, clock);
+    test::waitFor(log.add({provenance(ids[0], 5)}));
     EXPECT_FALSE(QFile::exists(file));
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("demo-topics-score-notes.json"))));
 }

@@ -60,7 +60,7 @@ TEST_F(TopicStoreTest, writes_a_file_that_reads_well_by_hand) {
 TEST_F(TopicStoreTest, takes_triage_decisions_and_takes_them_back) {
     auto store = open();
     const QUuid id = store->add({sampleTopic(QStringLiteral("a"))}).first();
-    const auto before = store->placement(id);
+    const auto before = store->triageState(id);
     const auto now = [&] { return *store->topic(id); };
     QList<QUuid> told;
     QObject::connect(store.get(), &TopicStore::topicChanged,
@@ -88,7 +88,7 @@ TEST_F(TopicStoreTest, takes_triage_decisions_and_takes_them_back) {
     EXPECT_TRUE(store->backToInbox(id));
     EXPECT_EQ(now().status, TopicStatus::Inbox);
     EXPECT_TRUE(store->restore(id, *before));
-    EXPECT_EQ(store->placement(id), before);
+    EXPECT_EQ(store->triageState(id), before);
     EXPECT_EQ(told, QList<QUuid>(9, id));
 
     EXPECT_TRUE(store->setNote(id, QStringLiteral("à relire")));
@@ -149,14 +149,14 @@ TEST_F(TopicStoreTest, a_link_being_read_can_be_dismissed_and_nothing_else) {
     EXPECT_FALSE(store->markDone(id));
     EXPECT_FALSE(store->judgeWorth(id, Worth::Gem));
     EXPECT_EQ(*store->topic(id), before);
-    const auto place = store->placement(id);
+    const auto state = store->triageState(id);
     EXPECT_TRUE(store->dismiss(id));
     EXPECT_FALSE(isBeingRead(*store->topic(id)));
     EXPECT_FALSE(store->keep(id)) << "there is still no judgment to keep";
     EXPECT_FALSE(store->backToInbox(id));
     EXPECT_EQ(store->topic(id)->status, TopicStatus::Dismissed);
     EXPECT_TRUE(store->dismiss(id));
-    EXPECT_TRUE(store->restore(id, *place));
+    EXPECT_TRUE(store->restore(id, *state));
     EXPECT_FALSE(store->keep(id));
 }
 
@@ -185,9 +185,9 @@ TEST_F(TopicStoreTest, takes_away_a_runs_pending_topic_alone) {
     EXPECT_FALSE(store->withdrawPending(QUuid::createUuid()));
     EXPECT_TRUE(store->withdrawPending(ids[0]));
     EXPECT_EQ(store->count(), 2);
-    for (const qsizetype place : {0, 1}) {
-        EXPECT_EQ(store->topics()[place]->id, ids[place + 1]);
-        EXPECT_EQ(store->position(ids[place + 1]), place);
+    for (const qsizetype index : {0, 1}) {
+        EXPECT_EQ(store->topics()[index]->id, ids[index + 1]);
+        EXPECT_EQ(store->position(ids[index + 1]), index);
     }
     store->keep(ids[2]);
     ASSERT_TRUE(store->flush());

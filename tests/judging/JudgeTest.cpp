@@ -64,14 +64,14 @@ protected:
         m_agents.signIn(kind);
         EngineAgent agent(m_agents.environment(), {});
         Asker asker(agent, Resources(QStringLiteral(VORLE_RESOURCES)), 1ms);
-        auto brief = std::make_shared<JudgeBrief>();
-        brief->agent = kind;
-        brief->today = QDate(2026, 11, 21);
+        auto context = std::make_shared<JudgeContext>();
+        context->agent = kind;
+        context->today = QDate(2026, 11, 21);
         QList<JudgeCandidate> batch(2);
         batch[0].id = QStringLiteral("c1");
         batch[1].id = QStringLiteral("c2");
         try {
-            m_verdicts = test::waitFor(Judge(asker).judge(brief, batch, {}));
+            m_verdicts = test::waitFor(Judge(asker).judge(context, batch, {}));
         } catch (const AgentError &error) {
             return error.text().toStdString();
         }

@@ -1,6 +1,6 @@
 #include "judging/Learning.h"
 #include "base/Text.h"
-#include "judging/JudgeBrief.h"
+#include "judging/JudgeContext.h"
 #include "judging/JudgePrompt.h"
 #include "judging/ToolNames.h"
 
@@ -289,12 +289,12 @@ TEST(Learning, keeps_its_rules_in_order_and_gives_the_judge_those_left_on) {
     settings.disabledReflexes = {QStringLiteral("long-later"), QStringLiteral("kind-disparu")};
     EXPECT_EQ(idsOf(learn(store.topics, settings)), all) << "switched off, still learned";
     const QStringList lines =
-        judgeBrief({{}, reflexesLeftOn(learned.reflexes, settings), {}}, {}).reflexLines();
+        judgeContext({{}, reflexesLeftOn(learned.reflexes, settings), {}}, {}).reflexLines();
     EXPECT_EQ(lines.size(), all.size() - 1);
     EXPECT_FALSE(lines.join(u'\n').contains(u"long items"));
 
     // A prompt has a size: what does not fit is told, and what is counted as sent is sent whole.
-    EXPECT_EQ(unsentReflexesText(judgeBrief({{}, learned.reflexes, {}}, {}).unsent), QString());
+    EXPECT_EQ(unsentReflexesText(judgeContext({{}, learned.reflexes, {}}, {}).unsent), QString());
     QList<Reflex> many;
     for (int i = 0; i < 100; ++i) {
         many += learned.reflexes.first();
@@ -302,13 +302,13 @@ TEST(Learning, keeps_its_rules_in_order_and_gives_the_judge_those_left_on) {
         many.last().title = QStringLiteral("T%1").arg(i);
         many.last().instruction += QStringLiteral(" END%1.").arg(i);
     }
-    const JudgeBrief brief = judgeBrief({{}, many, {}}, {});
-    const QStringList sent = brief.reflexLines();
+    const JudgeContext context = judgeContext({{}, many, {}}, {});
+    const QStringList sent = context.reflexLines();
     ASSERT_LT(sent.size(), many.size());
     const QString prompt = judgePrompt(QStringLiteral("@REFLEXES"), {}, {}, sent, {}, {});
     EXPECT_LE(utf8Size(prompt), reflexBytes);
     EXPECT_TRUE(prompt.endsWith(sent.last() + u'\n'));
-    const QString told = unsentReflexesText(brief.unsent);
+    const QString told = unsentReflexesText(context.unsent);
     EXPECT_TRUE(told.startsWith(QStringLiteral("%1 réflexes n’ont pas tenu dans la consigne :")
                                     .arg(many.size() - sent.size())));
     EXPECT_TRUE(told.contains(u"T99"));

@@ -12,7 +12,7 @@ namespace vorle::demo {
 
 namespace {
 
-int held(double grade) { return std::clamp(static_cast<int>(std::lround(grade)), 0, 10); }
+int clamped(double grade) { return std::clamp(static_cast<int>(std::lround(grade)), 0, 10); }
 
 /// From -0.5 to 0.5, always the same for one title, so that grades are not all alike.
 double nuance(const QString &title) {
@@ -90,11 +90,11 @@ Judgment::Criteria criteriaOf(const BlockRead &block, ItemKind kind, const PageF
     }
     const bool official =
         kind == ItemKind::Security || kind == ItemKind::Announcement || kind == ItemKind::Package;
-    criteria.impact = held(relevance + (facts.flaw ? 1 : facts.breaking ? 0.5 : -1));
-    criteria.actionability = held(facts.step.isEmpty() ? 4 : 7 + nuance(block.id) * 2);
-    criteria.novelty = held((kind == ItemKind::Discussion ? 4 : 6) + nuance(block.link) * 3);
+    criteria.impact = clamped(relevance + (facts.flaw ? 1 : facts.breaking ? 0.5 : -1));
+    criteria.actionability = clamped(facts.step.isEmpty() ? 4 : 7 + nuance(block.id) * 2);
+    criteria.novelty = clamped((kind == ItemKind::Discussion ? 4 : 6) + nuance(block.link) * 3);
     criteria.reliability =
-        held((official ? 8 : 5.5) + std::min(facts.figures, 20) / 10.0 - (facts.hype ? 4 : 0));
+        clamped((official ? 8 : 5.5) + std::min(facts.figures, 20) / 10.0 - (facts.hype ? 4 : 0));
     if (block.level == u"meta") {
         criteria.reliability = std::min(criteria.reliability, 4);
     }

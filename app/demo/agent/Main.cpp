@@ -9,9 +9,9 @@
 // first judging call has failed once. VORLE_DEMO_PACE, in thousandths of a second, stands in place
 // of the pause each answer takes.
 
+#include "app/demo/agent/BriefAgent.h"
 #include "app/demo/agent/Digger.h"
 #include "app/demo/agent/Grader.h"
-#include "app/demo/agent/NoteTaker.h"
 #include "app/demo/agent/PromptReader.h"
 #include "app/demo/agent/Scout.h"
 #include "app/demo/agent/Screener.h"
@@ -123,7 +123,7 @@ QByteArray answerTo(const Call &call) {
         }
     } else if (properties.contains(u"essentials")) {
         if (const auto values = valuesOf("brief-prompt", call)) {
-            return json::encode(takeNotes(*values, catalogue, siteAddress()));
+            return json::encode(writeBrief(*values, catalogue, siteAddress()));
         }
     } else if (properties.contains(u"judgments")) {
         if (const auto values = valuesOf("judge-prompt", call)) {

@@ -130,7 +130,7 @@ ScopeRead readScope(const QString &scope) {
 
 QList<BlockRead> readBlocks(const QString &candidates) {
     QList<BlockRead> blocks;
-    enum class Place { Head, Fence, Content } place = Place::Head;
+    enum class Region { Head, Fence, Content } region = Region::Head;
     for (const QString &line : candidates.split(u'\n')) {
         const auto value = [&](const char *key) {
             const QString prefix = QString::fromLatin1(key);
@@ -138,14 +138,14 @@ QList<BlockRead> readBlocks(const QString &candidates) {
                                            : std::nullopt;
         };
         const bool quotes = line == QStringLiteral("\"\"\"");
-        if (place == Place::Content) {
+        if (region == Region::Content) {
             if (quotes) {
-                place = Place::Head;
+                region = Region::Head;
             } else {
                 blocks.last().content += line + u'\n';
             }
-        } else if (place == Place::Fence) {
-            place = quotes ? Place::Content : Place::Head;
+        } else if (region == Region::Fence) {
+            region = quotes ? Region::Content : Region::Head;
         } else if (const auto id = value("### id: ")) {
             blocks += BlockRead{*id, {}, {}, {}, {}, {}, {}};
         } else if (!blocks.isEmpty()) {
@@ -163,7 +163,7 @@ QList<BlockRead> readBlocks(const QString &candidates) {
             } else if (const auto note = value("Their note when saving it: ")) {
                 block.note = *note;
             } else if (line == u"Content:") {
-                place = Place::Fence;
+                region = Region::Fence;
             }
         }
     }

@@ -3,7 +3,7 @@
 
 #include "app/demo/DemoBlog.h"
 #include "core/Preferences.h"
-#include "judging/JudgeBrief.h"
+#include "judging/JudgeContext.h"
 #include "search/discovery/Discovery.h"
 #include "search/discovery/LockFile.h"
 #include "search/discovery/Version.h"
@@ -189,7 +189,8 @@ TEST_F(DemoWatchTest, says_of_each_page_what_it_is_really_about) {
     }
     const QList<ProjectSnapshot> projects = readProjects(preferences.settings().projects);
     const JudgeProfile profile =
-        briefSource(preferences, judgedProjects(projects, preferences.settings()), {}).profile;
+        judgeContextSource(preferences, judgedProjects(projects, preferences.settings()), {})
+            .profile;
     const QString prompt =
         judgePrompt(resource("judge-prompt", "md"), QDate::currentDate(), profile, {}, {}, blocks);
     EXPECT_THROW(ask<JudgmentsAnswer>(prompt, "judge-schema"), AgentError) << "fails once";

@@ -104,7 +104,7 @@ TEST(TopicListModel, brings_up_a_reserved_topic_that_news_came_of) {
     RediscoveryLog finds(shelf.store, shelf.clock);
     reserve.observe(finds);
     shelf.clock.moment = shelf.clock.moment.addDays(1);
-    test::waitFor(finds.note(QUuid::fromString(first)));
+    test::waitFor(finds.record(QUuid::fromString(first)));
     EXPECT_EQ(watched.seen, (QStringList{first, second}));
     EXPECT_EQ(reserve.movedCount(), 1);
     EXPECT_EQ(watched.resets, 0);
@@ -167,7 +167,7 @@ TEST(TopicListModel, words_a_card) {
     const std::pair<QString, const char *> cases[] = {
         {card.title(), "undici 7.18"},
         {card.gist(), "En bref"},
-        {card.place(), "Tiravue"},
+        {card.subject(), "Tiravue"},
         {card.facts(), "Sécurité   ·   20 min   ·   12 novembre   ·   lu en entier   ·   reporté 2 "
                        "fois   ·   Utile"},
         {card.badge().digits, "9"},

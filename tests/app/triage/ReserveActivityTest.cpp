@@ -16,34 +16,34 @@ protected:
         topic.sources = {{{}, link}};
         topic.foundAt = clock.moment;
         const QUuid id = store.add({topic}).first();
-        comebacks.note(*store.topic(id));
+        activity.add(*store.topic(id));
         return id;
     }
-    bool moved(const QUuid &id) const { return comebacks.hasMoved(*store.topic(id), store); }
+    bool moved(const QUuid &id) const { return activity.hasMoved(*store.topic(id), store); }
     void wait() { clock.moment = clock.moment.addSecs(60); }
 
     test::FixedClock clock;
     TopicStore store{QString(), Resources(), clock};
-    ReserveActivity comebacks;
+    ReserveActivity activity;
 };
 
 TEST_F(ReserveActivityTest, a_topic_whose_link_a_run_found_again_has_moved_until_set_aside_again) {
     RediscoveryLog finds(store, clock);
-    comebacks.observe(finds);
+    activity.observe(finds);
     const QUuid id = add("undici", QStringLiteral("https://example.org/undici"));
-    test::waitFor(finds.note(id));
+    test::waitFor(finds.record(id));
     wait();
     store.postpone(id);
     EXPECT_FALSE(moved(id)) << "what was found before it was set aside is no news";
     wait();
-    test::waitFor(finds.note(id));
+    test::waitFor(finds.record(id));
     EXPECT_TRUE(moved(id));
     wait();
     store.postpone(id);
     EXPECT_FALSE(moved(id));
     store.keep(id);
     wait();
-    test::waitFor(finds.note(id));
+    test::waitFor(finds.record(id));
     EXPECT_EQ(finds.topics(), QList{id});
     EXPECT_FALSE(finds.isSince(id, *store.topic(id)->triagedAt)) << "it does not wait for news";
 }
@@ -67,7 +67,7 @@ TEST_F(ReserveActivityTest, a_newer_topic_about_the_same_repository_is_news) {
         wait();
         const QUuid other = add("other", QString::fromUtf8(one.link));
         EXPECT_EQ(moved(id), one.news) << one.link;
-        EXPECT_EQ(comebacks.relatedTopics(*store.topic(other)).contains(id), one.news) << one.link;
+        EXPECT_EQ(activity.relatedTopics(*store.topic(other)).contains(id), one.news) << one.link;
         store.dismiss(other);
         EXPECT_FALSE(moved(id)) << one.link;
     }

@@ -356,17 +356,17 @@ TEST_F(ReadingTest, every_text_is_set_as_French_sets_it) {
 
 TEST_F(ReadingTest, a_window_that_filled_the_screen_does_so_again) {
     WindowState state;
-    state.setPlace({20, 20, 700, 500});
+    state.setGeometry({20, 20, 700, 500});
     state.maximised = true;
     state.save(store().file());
     open();
     EXPECT_EQ(window().visibility(), QWindow::Maximized);
-    m_main->keepPlace();
+    m_main->saveState();
     const WindowState kept = WindowState::load(store().file());
     EXPECT_EQ(kept.maximised, true);
-    EXPECT_EQ(kept.place().topLeft(), QPoint(20, 20)) << "where it goes back to";
+    EXPECT_EQ(kept.geometry().topLeft(), QPoint(20, 20)) << "where it goes back to";
     window().setWindowStates(Qt::WindowNoState);
-    m_main->keepPlace();
+    m_main->saveState();
     EXPECT_EQ(WindowState::load(store().file()).maximised, false);
 }
 

@@ -36,9 +36,9 @@ protected:
         std::make_unique<SettingsFile>(agents.home() + QStringLiteral("/settings.json"))};
     test::FixedClock clock;
     TopicStore store{TopicStore::Kind::Preview, Resources(), clock};
-    ScoreProvenanceLog notes{store, clock};
+    ScoreProvenanceLog provenance{store, clock};
     BriefWriter briefs{{preferences, store, asker, clock}};
-    TopicPage page{store, notes, briefs, clock};
+    TopicPage page{store, provenance, briefs, clock};
 };
 
 TEST_F(TopicPageTest, shows_the_topic_that_was_chosen_and_follows_its_changes_alone) {

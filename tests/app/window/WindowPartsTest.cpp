@@ -48,7 +48,7 @@ TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     QTemporaryDir folder;
     const QString topics = folder.filePath(QStringLiteral("topics.json"));
     WindowState state;
-    state.setPlace({10, 20, 900, 600});
+    state.setGeometry({10, 20, 900, 600});
     state.section = 3;
     state.toldOfMenuBar = true;
     state.save(topics);

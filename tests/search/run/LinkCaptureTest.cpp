@@ -30,7 +30,7 @@ protected:
         test::settle([&] { return !capture.running(); });
     }
 
-    LinkCapture capture{{preferences, store, notes, asker, reader, images, clock}};
+    LinkCapture capture{{preferences, store, provenance, asker, reader, images, clock}};
 };
 
 TEST_F(LinkCaptureTest, a_link_waits_is_judged_and_keeps_what_the_user_gave) {
@@ -56,7 +56,7 @@ TEST_F(LinkCaptureTest, a_link_waits_is_judged_and_keeps_what_the_user_gave) {
     EXPECT_FALSE(judged->summary.isEmpty());
     ASSERT_TRUE(judged->correction);
     EXPECT_EQ(judged->correction->score, 9);
-    EXPECT_TRUE(notes.note(id));
+    EXPECT_TRUE(provenance.of(id));
     EXPECT_TRUE(claude.prompts().contains(u"Their note when saving it: pour le potager"));
 
     // The same page again is the topic there is.

@@ -24,10 +24,10 @@ public:
     explicit RunParts(const Clock &time, LocalZone zone = {})
         : feeds(http, time)
         , store(folder.filePath(QStringLiteral("topics.json")), resources, time)
-        , notes(store, time)
+        , provenance(store, time)
         , engine({.preferences = preferences,
                   .store = store,
-                  .notes = notes,
+                  .provenance = provenance,
                   .asker = asker,
                   .reader = reader,
                   .feeds = feeds,
@@ -62,7 +62,7 @@ public:
                        {folder.filePath(QStringLiteral("pictures")), server.url({}).toString()}};
     Feeds feeds;
     TopicStore store;
-    ScoreProvenanceLog notes;
+    ScoreProvenanceLog provenance;
     SearchEngine engine;
 };
 

@@ -185,7 +185,7 @@ TEST_F(RunPlanTest, each_prompt_is_told_the_links_that_its_search_may_come_upon)
     EXPECT_EQ(links(made.scopes[0].request.knownLinks), u"1");
     EXPECT_EQ(links(made.scopes[1].request.knownLinks), u"1 22 20 60");
     EXPECT_EQ(links(made.sites.knownLinks), u"1 22 20");
-    EXPECT_EQ(made.sites.heldLinks.size(), 5);
+    EXPECT_EQ(made.sites.allKnownLinks.size(), 5);
 }
 
 } // namespace

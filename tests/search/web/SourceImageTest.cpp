@@ -161,9 +161,9 @@ protected:
     QTemporaryDir folder;
     TestServer server;
     HttpClient http{true};
-    SourceImage::Places places{folder.filePath(QStringLiteral("a/pictures")),
-                               QStringLiteral("http://127.0.0.1:%1").arg(server.port())};
-    std::unique_ptr<SourceImage> source = std::make_unique<SourceImage>(http, places);
+    SourceImage::Locations locations{folder.filePath(QStringLiteral("a/pictures")),
+                                     QStringLiteral("http://127.0.0.1:%1").arg(server.port())};
+    std::unique_ptr<SourceImage> source = std::make_unique<SourceImage>(http, locations);
 };
 
 TEST_F(SourceImageTest, each_picture_is_fetched_once) {
@@ -181,12 +181,12 @@ TEST_F(SourceImageTest, each_picture_is_fetched_once) {
         QRegularExpression(QStringLiteral("^[0-9a-f]{64}\\.img$")).match(picture->file).hasMatch());
     EXPECT_EQ(kept(picture), png(600, 400));
     EXPECT_EQ(test::waitFor(std::move(second))->file, picture->file);
-    source = std::make_unique<SourceImage>(http, places);
+    source = std::make_unique<SourceImage>(http, locations);
     EXPECT_EQ(test::waitFor(source->picture(link))->url, link);
     ASSERT_EQ(server.requests().size(), 3);
     EXPECT_EQ(server.requests()[0].headers.value("user-agent"), "Mozilla/5.0 (Macintosh) vorle");
     EXPECT_EQ(server.requests()[2].target, "/pic.png?a&b");
-    EXPECT_EQ(QDir(places.cacheFolder).entryList(QDir::Files).size(), 1);
+    EXPECT_EQ(QDir(locations.cacheFolder).entryList(QDir::Files).size(), 1);
 }
 
 TEST_F(SourceImageTest, a_repository_has_its_card_and_no_page_is_asked) {
@@ -258,7 +258,7 @@ TEST_F(SourceImageTest, a_stop_and_an_end_at_any_moment) {
     test::spinUntil([&] { return server.requestCount("/silent") == 2; });
     source.reset();
     auto other = std::make_unique<HttpClient>(true);
-    auto late = SourceImage(*other, places).picture(server.link("/silent"));
+    auto late = SourceImage(*other, locations).picture(server.link("/silent"));
     test::spinUntil([&] { return server.requestCount("/silent") == 3; });
     other.reset();
     EXPECT_FALSE(test::waitFor(std::move(late)));

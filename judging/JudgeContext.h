@@ -8,17 +8,17 @@ namespace vorle {
 
 class Preferences;
 
-/// Whom the judge judges for, and what is known of their taste: the user's (see briefSource), or
-/// that of a bench's person.
-struct BriefSource {
+/// Whom the judge judges for, and what is known of their taste: the user's (see
+/// judgeContextSource), or that of a bench's person.
+struct JudgeContextSource {
     JudgeProfile profile;
     QList<Reflex> reflexes = {}; ///< those that apply, in their order
     QList<TopicPtr> topics = {}; ///< all; the examples are chosen among them
 };
 
-/// What the judge is told besides the candidates. Made by judgeBrief(), for a run, a captured link
-/// and a bench alike.
-struct JudgeBrief {
+/// What the judge is told besides the candidates. Made by judgeContext(), for a run, a captured
+/// link and a bench alike.
+struct JudgeContext {
     JudgeProfile profile;
     QList<Reflex> reflexes = {};   ///< those whose lines are sent
     QList<Reflex> unsent = {};     ///< those the prompt has no room for (see reflexBytes)
@@ -31,12 +31,13 @@ struct JudgeBrief {
 };
 
 /// Pure, any thread.
-JudgeBrief judgeBrief(BriefSource source, const QDate &today,
-                      std::optional<AgentKind> agent = std::nullopt);
+JudgeContext judgeContext(JudgeContextSource source, const QDate &today,
+                          std::optional<AgentKind> agent = std::nullopt);
 
 /// The user's: their territory, what their decisions taught and is not switched off, their topics.
 /// `projects` are the watched ones, as they were read. Main thread.
-BriefSource briefSource(const Preferences &preferences, QList<JudgeProfile::Project> projects,
-                        QList<TopicPtr> topics);
+JudgeContextSource judgeContextSource(const Preferences &preferences,
+                                      QList<JudgeProfile::Project> projects,
+                                      QList<TopicPtr> topics);
 
 } // namespace vorle

@@ -4,7 +4,7 @@ import Vorle
 // One section's place in the window. Its screen is made when the section is first gone to, so that
 // the window need not wait for six of them.
 Loader {
-    id: place
+    id: slot
 
     required property Shell shell
     required property int number // Section
@@ -19,10 +19,10 @@ Loader {
     focus: current
 
     Connections {
-        target: place.screen
+        target: slot.screen
 
         function onAct(action: int) {
-            place.act(action);
+            slot.act(action);
         }
     }
 }

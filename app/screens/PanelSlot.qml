@@ -3,7 +3,7 @@ import Vorle
 
 // One panel's place over the window. The panel is made when it is first asked for.
 Loader {
-    id: place
+    id: slot
 
     readonly property Panel panel: item as Panel
     readonly property bool shown: panel !== null && panel.shown
@@ -24,14 +24,14 @@ Loader {
     active: false
 
     Connections {
-        target: place.panel
+        target: slot.panel
 
         function onClosed() {
-            place.hide();
+            slot.hide();
         }
         function onShownChanged() {
-            if (!place.panel.shown) {
-                place.gone();
+            if (!slot.panel.shown) {
+                slot.gone();
             }
         }
     }

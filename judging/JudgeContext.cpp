@@ -1,4 +1,4 @@
-#include "judging/JudgeBrief.h"
+#include "judging/JudgeContext.h"
 
 #include "agents/PromptText.h"
 #include "core/Preferences.h"
@@ -6,7 +6,7 @@
 
 namespace vorle {
 
-QStringList JudgeBrief::reflexLines() const {
+QStringList JudgeContext::reflexLines() const {
     QStringList lines;
     for (const Reflex &reflex : reflexes) {
         lines += reflex.instruction;
@@ -14,28 +14,30 @@ QStringList JudgeBrief::reflexLines() const {
     return lines;
 }
 
-JudgeBrief judgeBrief(BriefSource source, const QDate &today, std::optional<AgentKind> agent) {
-    JudgeBrief brief{.profile = std::move(source.profile),
-                     .examples = exampleTopics(source.topics),
-                     .today = today,
-                     .agent = agent};
+JudgeContext judgeContext(JudgeContextSource source, const QDate &today,
+                          std::optional<AgentKind> agent) {
+    JudgeContext context{.profile = std::move(source.profile),
+                         .examples = exampleTopics(source.topics),
+                         .today = today,
+                         .agent = agent};
     qsizetype bytes = 0;
     for (const Reflex &reflex : std::as_const(source.reflexes)) {
         const qsizetype size = promptSize(reflexLine(reflex.instruction));
         if (bytes + size <= reflexBytes) {
-            brief.reflexes += reflex;
+            context.reflexes += reflex;
             bytes += size;
         } else {
-            brief.unsent += reflex;
+            context.unsent += reflex;
         }
     }
-    return brief;
+    return context;
 }
 
-BriefSource briefSource(const Preferences &preferences, QList<JudgeProfile::Project> projects,
-                        QList<TopicPtr> topics) {
+JudgeContextSource judgeContextSource(const Preferences &preferences,
+                                      QList<JudgeProfile::Project> projects,
+                                      QList<TopicPtr> topics) {
     const Settings &settings = preferences.settings();
-    BriefSource source;
+    JudgeContextSource source;
     source.profile.job = settings.job.value_or(QString());
     source.profile.projects = std::move(projects);
     for (const QString &topic : settings.interests) {

@@ -1,4 +1,4 @@
-#include "app/demo/agent/NoteTaker.h"
+#include "app/demo/agent/BriefAgent.h"
 
 #include "app/demo/agent/PageFacts.h"
 #include "app/demo/agent/PromptReader.h"
@@ -129,16 +129,16 @@ QList<Brief::Source> sourcesOf(const TopicRead &topic, const TopicSourceRead &ma
     return sources;
 }
 
-NoteAnswer nothingRead(const TopicRead &topic) {
-    NoteAnswer answer;
+BriefAnswer nothingRead(const TopicRead &topic) {
+    BriefAnswer answer;
     answer.essentials = {{QStringLiteral("Rien n’a pu être lu"),
                           QStringLiteral("D’après son titre, il s’agit de : %1").arg(topic.title)}};
     answer.unclear = {QStringLiteral("Tout ce que la page annonce reste à lire à sa source.")};
     return answer;
 }
 
-NoteAnswer steered() {
-    NoteAnswer answer;
+BriefAnswer steered() {
+    BriefAnswer answer;
     answer.essentials = {{QStringLiteral("À ne pas prendre au mot"),
                           QStringLiteral("La page s’adresse aux IA pour orienter ce qu’on dit "
                                          "d’elle : rien n’en est repris ici.")}};
@@ -148,8 +148,8 @@ NoteAnswer steered() {
 
 } // namespace
 
-NoteAnswer takeNotes(const QHash<QString, QString> &values, const DemoCatalogue &catalogue,
-                     const QString &site) {
+BriefAnswer writeBrief(const QHash<QString, QString> &values, const DemoCatalogue &catalogue,
+                       const QString &site) {
     TopicRead topic = readTopic(values);
     TopicSourceRead main = topic.sources.value(0);
     if (topic.text.isEmpty()) {
@@ -170,7 +170,7 @@ NoteAnswer takeNotes(const QHash<QString, QString> &values, const DemoCatalogue 
         return steered();
     }
     const QList<Section> sections = sectionsOf(topic.text);
-    NoteAnswer answer;
+    BriefAnswer answer;
     answer.essentials = essentialsOf(topic, facts, sections);
     answer.details = detailsOf(facts, sections);
     answer.code = commandIn(topic.text);

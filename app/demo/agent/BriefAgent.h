@@ -9,7 +9,7 @@
 
 namespace vorle::demo {
 
-struct NoteAnswer {
+struct BriefAnswer {
     QList<Brief::Part> essentials;
     QList<Brief::Part> details;
     std::optional<QString> code;
@@ -19,20 +19,20 @@ struct NoteAnswer {
     int minutes = 1;
 
     static constexpr auto jsonFields() {
-        using N = NoteAnswer;
+        using N = BriefAnswer;
         return std::tuple(json::field("essentials", &N::essentials),
                           json::field("details", &N::details), json::field("code", &N::code),
                           json::field("forProject", &N::forProject),
                           json::field("unclear", &N::unclear), json::field("sources", &N::sources),
                           json::field("minutes", &N::minutes));
     }
-    bool operator==(const NoteAnswer &) const = default;
+    bool operator==(const BriefAnswer &) const = default;
 };
 
 /// Answers the instruction for a reading note from what the prompt says: the page's own sentences,
 /// set in order. Where nothing was read, a dead page of `site` that has a copy is read there. The
 /// same prompt always gives the same answer.
-NoteAnswer takeNotes(const QHash<QString, QString> &values, const DemoCatalogue &catalogue,
-                     const QString &site);
+BriefAnswer writeBrief(const QHash<QString, QString> &values, const DemoCatalogue &catalogue,
+                       const QString &site);
 
 } // namespace vorle::demo
