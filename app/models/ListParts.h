@@ -60,6 +60,20 @@ public:
     bool operator==(const NamedLink &) const = default;
 };
 
+/// A word that is kept, and how it reads.
+struct NamedChoice {
+    Q_GADGET
+    QML_VALUE_TYPE(namedChoice)
+    Q_PROPERTY(QString word MEMBER word FINAL)
+    Q_PROPERTY(QString text MEMBER text FINAL)
+
+public:
+    QString word; ///< as it is kept
+    QString text; ///< as it reads
+
+    bool operator==(const NamedChoice &) const = default;
+};
+
 /// A part of a topic's reading notes.
 struct ReadingPart {
     Q_GADGET

@@ -77,6 +77,18 @@ void ReportModel::refresh() {
     Q_EMIT rowsChanged();
 }
 
+void ReportModel::toggle(int row) {
+    const QModelIndex cell = index(row);
+    if (!cell.isValid()) {
+        return;
+    }
+    const QDateTime &date = m_reports.at(row).date;
+    if (!m_open.remove(date)) {
+        m_open.insert(date);
+    }
+    Q_EMIT dataChanged(cell, cell, {Open});
+}
+
 int ReportModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : count();
 }
@@ -104,6 +116,8 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const {
         return noticesOf(report);
     case Problem:
         return problemText(report);
+    case Open:
+        return m_open.contains(report.date);
     default:
         return {};
     }
@@ -112,7 +126,7 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const {
 QHash<int, QByteArray> ReportModel::roleNames() const {
     return {{DateText, "dateText"}, {AddedText, "addedText"}, {FactsText, "factsText"},
             {Scopes, "scopes"},     {Pages, "pages"},         {Notices, "notices"},
-            {Links, "links"},       {Problem, "problem"}};
+            {Links, "links"},       {Problem, "problem"},     {Open, "open"}};
 }
 
 } // namespace vorle

@@ -5,6 +5,8 @@
 #include "core/RunHistory.h"
 
 #include <QAbstractListModel>
+#include <QDateTime>
+#include <QSet>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
@@ -43,7 +45,8 @@ public:
         Pages,                   ///< "Pages : 33 en entier, 3 illisibles."; "" where none was read
         Notices,                 ///< list of strings: warnings, sites without news, what had none
         Links,                   ///< of ReportLine: links that were not judged, each with why
-        Problem                  ///< in a word, what was wrong: "arrêtée par toi"; "" for nothing
+        Problem,                 ///< in a word, what was wrong: "arrêtée par toi"; "" for nothing
+        Open                     ///< it shows all that it has to tell
     };
     Q_ENUM(Role)
 
@@ -58,6 +61,8 @@ public:
     int count() const { return static_cast<int>(m_reports.size()); }
     /// Reads the reports again, after a run.
     Q_INVOKABLE void refresh();
+    /// Opens the report of that row, or closes it; it stays so while the model lives.
+    Q_INVOKABLE void toggle(int row);
 
 Q_SIGNALS:
     void rowsChanged();
@@ -67,6 +72,7 @@ private:
     const Clock &m_clock;
     LocalZone m_zone;
     QList<RunReport> m_reports; // newest first
+    QSet<QDateTime> m_open;     // by date, which each has its own
 };
 
 } // namespace vorle

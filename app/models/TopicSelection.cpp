@@ -23,7 +23,7 @@ void TopicSelection::setEnlarged(bool enlarged) {
 
 void TopicSelection::goTo(int row) {
     m_asked = true;
-    choose(std::clamp(row, 0, std::max(0, m_list.count() - 1)));
+    choose(std::min(std::max(0, row), m_list.count() - 1));
     Q_EMIT wentTo();
 }
 
@@ -42,6 +42,8 @@ void TopicSelection::follow() {
     const int row = m_list.rowOf(m_currentId);
     if (row < 0) {
         setGone(m_currentId);
+    } else if (m_list.rowOf(m_goneId) >= 0) { // it is back before anybody saw it go
+        setGone({});
     }
     choose(row >= 0 ? row : std::min(std::max(0, m_currentRow), m_list.count() - 1));
 }
@@ -71,13 +73,16 @@ void TopicSelection::settle() {
         return;
     }
     const bool asked = std::exchange(m_asked, false);
-    const Arrival arrival = !m_goneId.isEmpty() ? Replaces : asked ? Asked : Stays;
+    const QString gone = m_goneId;
+    const Arrival arrival = !gone.isEmpty() ? Replaces : asked ? Asked : Stays;
     Q_EMIT settling();
     m_shownId = m_currentId;
     m_shownGhost = m_ghost;
     Q_EMIT shownChanged();
     Q_EMIT settled(arrival);
-    setGone({});
+    if (m_goneId == gone) { // not one that went meanwhile: its turn comes
+        setGone({});
+    }
 }
 
 void TopicSelection::setGone(const QString &topicId) {

@@ -142,7 +142,7 @@ Panel {
 
                 ActionButton {
                     id: word
-                    required property var modelData
+                    required property namedChoice modelData
                     text: modelData.text
                     takesReturn: false
                     primary: panel.chosen.includes(modelData.word)

@@ -14,7 +14,9 @@ FocusScope {
     required property var scopes // of ReportLine
     required property var notices
     required property var links // of ReportLine
-    property bool open: false
+    required property bool open
+
+    signal toggled
 
     implicitHeight: head.height + (open ? body.implicitHeight + 16 : 0)
     activeFocusOnTab: true
@@ -22,7 +24,7 @@ FocusScope {
     Accessible.name: dateText + ", " + addedText + ", " + factsText + (problem.length > 0 ? ", " + problem : "")
     Accessible.description: open ? qsTr("ouvert") : qsTr("fermé")
     Accessible.focusable: true
-    Accessible.onPressAction: open = !open
+    Accessible.onPressAction: toggled()
     Keys.onReturnPressed: event => toggle(event)
     Keys.onEnterPressed: event => toggle(event)
     Keys.onSpacePressed: event => toggle(event)
@@ -30,7 +32,7 @@ FocusScope {
     function toggle(event: KeyEvent) {
         event.accepted = !(event.modifiers & ~Qt.KeypadModifier);
         if (event.accepted && !event.isAutoRepeat) {
-            open = !open;
+            toggled();
         }
     }
 
@@ -45,7 +47,7 @@ FocusScope {
         height: 51
 
         TapHandler {
-            onTapped: row.open = !row.open
+            onTapped: row.toggled()
         }
         FocusRing {
             radius: 8

@@ -42,6 +42,7 @@ ListScreen {
     list.delegate: ReportRow {
         required property int index
         width: screen.contentWidth
+        onToggled: screen.model.toggle(index)
         // What it has to tell is seen.
         onOpenChanged: if (open) Qt.callLater(() => screen.list.positionViewAtIndex(index, ListView.Contain)) // qmllint disable
     }

@@ -3,6 +3,7 @@
 #include "agents/AgentLocator.h"
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
+#include "app/models/ListParts.h"
 #include "base/SystemErrorText.h"
 #include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
@@ -216,12 +217,11 @@ QString Shell::correctionText(const QString &topicId) const {
 }
 
 QVariantList Shell::correctionReasons() const {
-    QVariantList reasons;
+    QList<NamedChoice> reasons;
     for (const QString &word : vorle::correctionReasons()) {
-        reasons += QVariantMap{{QStringLiteral("word"), word},
-                               {QStringLiteral("text"), correctionReasonText(word)}};
+        reasons += NamedChoice{word, correctionReasonText(word)};
     }
-    return reasons;
+    return variants(reasons);
 }
 
 QString Shell::addLink(const QString &url, const QString &note) {

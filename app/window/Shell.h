@@ -58,7 +58,7 @@ class Shell final : public QObject {
     Q_PROPERTY(QString agent READ agent NOTIFY agentChanged FINAL)
     /// The terminals there can be on this system, as the settings name them.
     Q_PROPERTY(QStringList terminals READ terminals CONSTANT FINAL)
-    /// The reasons a correction may name: `word`, as it is kept, and `text`, as it reads.
+    /// The reasons a correction may name; of NamedChoice.
     Q_PROPERTY(QVariantList correctionReasons READ correctionReasons CONSTANT FINAL)
     /// A sentence on what went wrong lately (a save, the settings); "" when nothing did, or when it
     /// holds no longer. The latest first; dismissed, the one before shows again.

@@ -114,6 +114,8 @@ TEST_F(TopicSelectionTest, the_next_is_chosen_where_one_goes_away) {
         EXPECT_EQ(selection->goneId(), QString());
         EXPECT_EQ(selection->isEnlarged(), next >= 0) << "the page turns to the next";
     }
+    selection->step(1);
+    EXPECT_EQ(selection->currentRow(), -1) << "there is nowhere to go";
     // What comes into an empty list is chosen; a reset leaves what is still there.
     const QString id = shelf.add(topicOf(QStringLiteral("neuf"), 5));
     EXPECT_EQ(selection->currentId(), id);
@@ -146,6 +148,14 @@ TEST_F(TopicSelectionTest, keys_that_come_faster_than_frames_are_followed_once) 
     EXPECT_EQ(selection->currentRow(), 3);
     EXPECT_FALSE(selection->show(QStringLiteral("nothing")));
     EXPECT_EQ(selection->currentRow(), 3);
+    // One that is back before the cards could follow was never seen to go.
+    turn();
+    const auto before = shelf.store.triageState(uuid(3));
+    leave(3);
+    shelf.store.restore(uuid(3), *before);
+    EXPECT_EQ(selection->goneId(), QString());
+    turn();
+    EXPECT_NE(arrival, Arrival::Replaces);
 }
 
 TEST_F(TopicSelectionTest, the_line_stands_beside_its_own_tier) {

@@ -82,8 +82,14 @@ TEST_F(NamesTest, the_small_panel_tells_what_waits_and_leads_in_by_keyboard_alon
     m_main->toggleStatus({700, 0, 24, 24});
     EXPECT_FALSE(panel()->isVisible()) << "the click that put it away does not bring it back";
 
-    QTest::qWait(350);
-    show();
+    // Another click does, as soon as it is one of its own.
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        if (!panel()->isVisible()) {
+            m_main->toggleStatus({700, 0, 24, 24});
+        }
+        return panel()->isVisible();
+    }));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(panel()));
     QTest::keyClick(panel(), Qt::Key_Tab);
     QTest::keyClick(panel(), Qt::Key_Return); // "Ajouter un sujet"
     EXPECT_FALSE(panel()->isVisible());

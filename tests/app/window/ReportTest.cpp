@@ -102,6 +102,8 @@ TEST_F(ReportTest, a_report_opens_by_keys_to_all_that_it_has_to_tell) {
                 says("Pages : 4 en entier.") &&
                 says("Un lien muet · L’IA n’a rien dit de ce lien."))
         << said().join(u'\n').toStdString();
+    shell().report()->refresh();
+    EXPECT_TRUE(says("Tiravue")) << "it stays open while the list is told anew";
     press(Qt::Key_Space);
     EXPECT_FALSE(says("Tiravue"));
 }
