@@ -10,8 +10,8 @@ RediscoveryLog::RediscoveryLog(const TopicStore &store, const Clock &clock)
           {QStringLiteral("found-again.json"), QStringLiteral("what was found again")}) {}
 
 Task<> RediscoveryLog::record(QUuid topic) {
-    const TopicPtr found = m_store.topic(topic);
-    if (!found || found->status != TopicStatus::Reserve) {
+    const TopicPtr known = m_store.topic(topic);
+    if (!known || known->status != TopicStatus::Reserve) {
         co_return;
     }
     auto kept = m_rediscoveries.add({Find{topic, m_clock.now()}});

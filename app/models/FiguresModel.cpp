@@ -97,7 +97,7 @@ void FiguresModel::work() {
                                .reports = m_parts.store.history(),
                                .weeklyMinutes = m_parts.preferences.settings().weeklyMinutes,
                                .reflexesOf = [this](const QUuid &id) -> std::optional<qsizetype> {
-                                   const auto note = m_parts.provenance.note(id);
+                                   const auto note = m_parts.provenance.of(id);
                                    return note ? std::optional(note->reflexes.size())
                                                : std::nullopt;
                                }};

@@ -11,15 +11,15 @@ namespace vorle {
 void RunRecorder::recordCall(RunStep step, double seconds, double costUSD, CallEnd end) {
     report.costUSD += costUSD;
     QList<StepReport> steps = report.steps.value_or(QList<StepReport>());
-    auto report = std::ranges::find(steps, step, &StepReport::step);
-    if (report == steps.end()) {
+    auto counted = std::ranges::find(steps, step, &StepReport::step);
+    if (counted == steps.end()) {
         steps.append(StepReport{step});
-        report = std::prev(steps.end());
+        counted = std::prev(steps.end());
     }
-    ++report->calls;
-    report->failed += end == CallEnd::Failed ? 1 : 0;
-    report->seconds += seconds;
-    report->costUSD += costUSD;
+    ++counted->calls;
+    counted->failed += end == CallEnd::Failed ? 1 : 0;
+    counted->seconds += seconds;
+    counted->costUSD += costUSD;
     report.steps = std::move(steps);
 }
 

@@ -175,7 +175,7 @@ TEST(DemoPastTest, opens_on_decisions_that_teach_and_agree_with_the_runs) {
     ScoreProvenanceLog notes(store, clock);
     for (const TopicPtr &topic : store.topics()) {
         EXPECT_EQ(brought.contains(topic->id), topic->origin != Origin::Capture);
-        EXPECT_EQ(notes.note(topic->id).has_value(), topic->status != TopicStatus::Inbox);
+        EXPECT_EQ(notes.of(topic->id).has_value(), topic->status != TopicStatus::Inbox);
     }
 }
 

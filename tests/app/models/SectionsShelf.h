@@ -27,7 +27,7 @@ struct SectionsShelf {
     ScoreProvenanceLog notes{shelf.store, shelf.clock};
     SearchEngine engine{{.preferences = preferences,
                          .store = shelf.store,
-                         .notes = notes,
+                         .provenance = notes,
                          .asker = asker,
                          .reader = reader,
                          .feeds = feeds,
