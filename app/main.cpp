@@ -70,9 +70,11 @@ int main(int argc, char **argv) {
         const auto terminals = vorle::native::terminals();
         const auto pasteboard = vorle::native::pasteboard();
         const auto links = vorle::native::linkOpener();
+        const auto files = vorle::native::filePicker();
         return vorle::runGui(
             argc, argv,
-            {*installedApps, *terminals, *pasteboard, *links, vorle::native::motionSetting}, demo);
+            {*installedApps, *terminals, *pasteboard, *links, *files, vorle::native::motionSetting},
+            demo);
     }
 
     const QCoreApplication app(argc, argv);

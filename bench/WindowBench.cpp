@@ -16,6 +16,7 @@
 #include "bench/ManyTopics.h"
 #include "bench/Standing.h"
 #include "desktop/ClaudeLauncher.h"
+#include "platform/fakes/FakeFilePicker.h"
 #include "platform/fakes/FakeLinkOpener.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
@@ -102,7 +103,7 @@ void turnFor(int milliseconds) {
 struct Window {
     explicit Window(Application &app)
         : launcher({app.agent().locator(), app.preferences(), terminals, pasteboard, links})
-        , shell(shellParts(app, links, pasteboard, launcher))
+        , shell(shellParts(app, {links, pasteboard, launcher, files}))
         , main(shell, Typefaces::load(), app.store().file()) {
         QObject::connect(&main.window(), &QQuickWindow::frameSwapped, &main, [this] { ++frames; });
         main.raise();
@@ -112,6 +113,7 @@ struct Window {
     test::FakeTerminals terminals;
     test::FakePasteboard pasteboard;
     test::FakeLinkOpener links;
+    test::FakeFilePicker files;
     ClaudeLauncher launcher;
     Shell shell;
     MainWindow main;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FilePicker.h"
 #include "platform/InstalledApps.h"
 #include "platform/LinkOpener.h"
 #include "platform/MotionSetting.h"
@@ -18,6 +19,7 @@ std::unique_ptr<Terminals> terminals();
 // These need a QGuiApplication when they are used.
 std::unique_ptr<Pasteboard> pasteboard();
 std::unique_ptr<LinkOpener> linkOpener();
+std::unique_ptr<FilePicker> filePicker(); // a QApplication
 std::unique_ptr<MotionSetting> motionSetting();
 
 } // namespace vorle::native

@@ -125,7 +125,8 @@ public:
 private:
     static Shell::Parts partsOf(Application &app, const GuiAdapters &adapters,
                                 ClaudeLauncher &launcher) {
-        Shell::Parts parts = shellParts(app, adapters.links, adapters.pasteboard, launcher);
+        Shell::Parts parts =
+            shellParts(app, {adapters.links, adapters.pasteboard, launcher, adapters.files});
         parts.released = parts.store.releaseAllPending();
         parts.terminals = adapters.terminals.names();
         return parts;

@@ -5,6 +5,7 @@
 
 namespace vorle {
 
+class FilePicker;
 class InstalledApps;
 class LinkOpener;
 class MotionSetting;
@@ -17,6 +18,7 @@ struct GuiAdapters {
     const Terminals &terminals;
     Pasteboard &pasteboard;
     LinkOpener &links;
+    FilePicker &files;
     /// Made once the program has a QApplication: a bus may only be asked then.
     std::function<std::unique_ptr<MotionSetting>()> motion;
 };

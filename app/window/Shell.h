@@ -28,6 +28,7 @@ namespace vorle {
 class AgentLocator;
 class BriefWriter;
 class ClaudeLauncher;
+class FilePicker;
 class LinkOpener;
 class Pasteboard;
 class SearchEngine;
@@ -81,6 +82,7 @@ public:
         LinkOpener &links;
         Pasteboard &pasteboard;
         ClaudeLauncher &launcher;
+        FilePicker &files;
         qsizetype released = 0;     ///< topics of a run that died, handed out at this start
         QStringList terminals = {}; ///< see Terminals::names
     };

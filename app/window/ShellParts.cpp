@@ -4,8 +4,7 @@
 
 namespace vorle {
 
-Shell::Parts shellParts(Application &app, LinkOpener &links, Pasteboard &pasteboard,
-                        ClaudeLauncher &launcher) {
+Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
     return {.store = app.store(),
             .preferences = app.preferences(),
             .provenance = app.provenance(),
@@ -14,9 +13,10 @@ Shell::Parts shellParts(Application &app, LinkOpener &links, Pasteboard &pastebo
             .capture = app.capture(),
             .agents = app.agent().locator(),
             .clock = app.clock(),
-            .links = links,
-            .pasteboard = pasteboard,
-            .launcher = launcher};
+            .links = adapters.links,
+            .pasteboard = adapters.pasteboard,
+            .launcher = adapters.launcher,
+            .files = adapters.files};
 }
 
 } // namespace vorle

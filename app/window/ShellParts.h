@@ -6,9 +6,16 @@ namespace vorle {
 
 class Application;
 
+/// What the shell asks of the system.
+struct ShellAdapters {
+    LinkOpener &links;
+    Pasteboard &pasteboard;
+    ClaudeLauncher &launcher;
+    FilePicker &files;
+};
+
 /// What the shell is made of, out of the application's objects and of what the system gives; all of
 /// it outlives the shell.
-Shell::Parts shellParts(Application &app, LinkOpener &links, Pasteboard &pasteboard,
-                        ClaudeLauncher &launcher);
+Shell::Parts shellParts(Application &app, const ShellAdapters &adapters);
 
 } // namespace vorle

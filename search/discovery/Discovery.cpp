@@ -176,6 +176,8 @@ QString problemText(const Project &project) {
         break;
     case Project::Problem::NoFolder:
         return French::tr("Le dossier « %1 » est introuvable.").arg(project.folder);
+    case Project::Problem::NoAnswer:
+        return French::tr("Le dossier « %1 » ne répond pas.").arg(project.folder);
     case Project::Problem::NoManifest:
         return French::tr("Aucun fichier de dépendances reconnu dans « %1 ».").arg(project.folder);
     case Project::Problem::UnreadableManifest:

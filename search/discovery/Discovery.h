@@ -21,6 +21,7 @@ struct Project {
     enum class Problem {
         None,
         NoFolder,           ///< the folder is gone, or is no folder
+        NoAnswer,           ///< its disk does not answer: see askProjects()
         NoManifest,         ///< it holds no dependency file known here
         UnreadableManifest, ///< it holds one that cannot be read, is binary, or past 2,000,000
                             ///< bytes
@@ -28,7 +29,7 @@ struct Project {
     };
 
     QString folder;
-    std::optional<Manifest> manifest; ///< absent under the first three problems
+    std::optional<Manifest> manifest; ///< absent unless that is None or MalformedManifest
     QStringList labels;               ///< at most 3 technology labels
     int dependencies = 0;
     Problem problem = Problem::None;

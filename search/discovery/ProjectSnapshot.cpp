@@ -3,10 +3,28 @@
 #include "search/discovery/DeclaredVersions.h"
 #include "search/discovery/LockFile.h"
 
+#include <vector>
+
 namespace vorle {
 
+namespace {
+
+ProjectSnapshot readProject(const QString &name, const QString &folder) {
+    ProjectSnapshot project{name, discovery::readProject(folder)};
+    if (project.found.manifest) {
+        for (const auto &dependency : declaredDependencies(*project.found.manifest)) {
+            project.dependencies += dependency.name;
+        }
+        project.versions = versionsInUse(project.found.folder, *project.found.manifest);
+    }
+    return project;
+}
+
+} // namespace
+
 bool ProjectSnapshot::hasFolder() const {
-    return found.problem != discovery::Project::Problem::NoFolder;
+    return found.problem != discovery::Project::Problem::NoFolder &&
+           found.problem != discovery::Project::Problem::NoAnswer;
 }
 
 QString ProjectSnapshot::shownName() const {
@@ -16,16 +34,30 @@ QString ProjectSnapshot::shownName() const {
 QList<ProjectSnapshot> readProjects(const QMap<QString, QString> &folders) {
     QList<ProjectSnapshot> projects;
     for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
-        ProjectSnapshot project{it.key(), discovery::readProject(it.value())};
-        if (project.found.manifest) {
-            for (const auto &dependency : declaredDependencies(*project.found.manifest)) {
-                project.dependencies += dependency.name;
-            }
-            project.versions = versionsInUse(project.found.folder, *project.found.manifest);
-        }
-        projects += std::move(project);
+        projects += readProject(it.key(), it.value());
     }
     return projects;
+}
+
+Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders,
+                                         std::chrono::milliseconds limit) {
+    std::vector<Task<std::optional<ProjectSnapshot>>> asked;
+    for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
+        asked.push_back(onDisk(
+            [name = it.key(), folder = it.value()] { return readProject(name, folder); }, limit));
+    }
+    QList<ProjectSnapshot> projects;
+    auto at = asked.begin();
+    for (auto it = folders.cbegin(); it != folders.cend(); ++it, ++at) {
+        std::optional<ProjectSnapshot> answer = co_await *at;
+        if (!answer) {
+            answer = ProjectSnapshot{it.key(), {}};
+            answer->found.folder = it.value();
+            answer->found.problem = discovery::Project::Problem::NoAnswer;
+        }
+        projects += *std::move(answer);
+    }
+    co_return projects;
 }
 
 } // namespace vorle

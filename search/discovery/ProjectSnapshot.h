@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/OnDisk.h"
 #include "search/discovery/Discovery.h"
 
 #include <QList>
@@ -14,8 +15,8 @@ struct ProjectSnapshot {
     QStringList dependencies = {};
     QMap<QString, QString> versions = {}; ///< dependency to the version in use
 
-    /// It has a folder, and that is there. One that was added by its description alone never had
-    /// one.
+    /// It has a folder, and that is there and answers. One that was added by its description alone
+    /// never had one.
     bool hasFolder() const;
     /// Its name in a prompt: "a project" for one without.
     QString shownName() const;
@@ -24,5 +25,10 @@ struct ProjectSnapshot {
 /// Reads the folders of the projects (a project's name to its folder). Any thread; a large lock
 /// file takes tens of milliseconds, so it belongs on the thread pool.
 QList<ProjectSnapshot> readProjects(const QMap<QString, QString> &folders);
+
+/// The same, each folder asked apart (onDisk): one that has not answered within `limit` has the
+/// problem NoAnswer, and holds none of the others up. Main thread.
+Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders,
+                                         std::chrono::milliseconds limit = diskPatience);
 
 } // namespace vorle

@@ -148,7 +148,7 @@ Task<> LinkCapture::complete(QUuid id) {
     const ReadPage page =
         co_await m_parts.reader.read(candidate.url, m_cancel.token(), Reach::Anywhere);
     const auto folders = m_parts.preferences.settings().projects;
-    const auto projects = co_await onPool([folders] { return readProjects(folders); });
+    const auto projects = co_await askProjects(folders);
     const QDateTime now = m_parts.clock.now();
     const auto context = std::make_shared<const JudgeContext>(
         judgeContext(judgeContextSource(m_parts.preferences,

@@ -100,7 +100,7 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
     m_parts.preferences.reload();
     const QDateTime start = m_parts.clock.now();
     const auto folders = m_parts.preferences.settings().projects;
-    const auto projects = co_await onPool([folders] { return readProjects(folders); });
+    const auto projects = co_await askProjects(folders);
     const bool tellsApps = m_parts.preferences.settings().accessMode == AccessMode::AllExcept;
     RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), start,
                            tellsApps && m_parts.apps ? m_parts.apps() : QStringList());

@@ -1,5 +1,6 @@
 #include "tests/support/Settle.h"
 
+#include "base/OnDisk.h"
 #include "tests/support/Wait.h"
 
 #include <QCoreApplication>
@@ -12,11 +13,11 @@ namespace vorle::test {
 void settle(const std::function<bool()> &idle) {
     QThreadPool &pool = *QThreadPool::globalInstance();
     try {
-        spinUntil([&] { return idle() && pool.activeThreadCount() == 0; });
+        spinUntil([&] { return idle() && !isDiskAwaited() && pool.activeThreadCount() == 0; });
         do { // what the pool's last work resumes may give it more
             pool.waitForDone();
             QCoreApplication::processEvents();
-        } while (pool.activeThreadCount() > 0);
+        } while (pool.activeThreadCount() > 0 || isDiskAwaited());
     } catch (const std::exception &error) {
         ADD_FAILURE() << error.what();
     }

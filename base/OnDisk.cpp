@@ -1,0 +1,109 @@
+#include "base/OnDisk.h"
+
+#include <QTimer>
+
+#include <atomic>
+#include <mutex>
+
+namespace vorle {
+
+namespace {
+
+constexpr int atOnce = 6;
+/// So many may hang before the others go without a thread of their own.
+constexpr int mostLent = 32;
+/// What takes longer may hang. No folder on a disk that answers does.
+constexpr std::chrono::milliseconds slow{300};
+
+/// Never taken down: whoever takes a pool down waits for its threads, and one that hangs would keep
+/// the program from ending.
+QThreadPool &pool() {
+    static QThreadPool *threads = [] {
+        auto *made = new QThreadPool;
+        made->setMaxThreadCount(atOnce);
+        return made;
+    }();
+    return *threads;
+}
+
+/// One piece of work, seen by its thread and by whoever waits for it.
+struct DiskJob {
+    enum class State { Waiting, Running, Ended, GivenUp };
+
+    std::mutex lock;
+    State state = State::Waiting;
+    bool awaited = true;
+    bool lent = false; ///< a place was made for others while it hangs
+    std::function<void()> work;
+
+    /// On its thread.
+    void run(const OneShot &done) {
+        {
+            const std::lock_guard guard(lock);
+            if (state == State::GivenUp) {
+                work = nullptr;
+                return;
+            }
+            state = State::Running;
+        }
+        work();
+        work = nullptr;
+        const std::lock_guard guard(lock);
+        if (lent) {
+            pool().reserveThread();
+            --placesLent;
+        }
+        state = State::Ended;
+        if (awaited) {
+            done.fire();
+        }
+    }
+    /// On the main thread: others need not wait for it.
+    void lendPlace() {
+        const std::lock_guard guard(lock);
+        if (state == State::Running && !lent && placesLent < mostLent) {
+            ++placesLent;
+            lent = true;
+            pool().releaseThread();
+        }
+    }
+    /// On the main thread: whether it ended. If not, nobody waits for it any more.
+    bool settle() {
+        lendPlace();
+        const std::lock_guard guard(lock);
+        awaited = false;
+        if (state == State::Waiting) {
+            state = State::GivenUp;
+        }
+        return state == State::Ended;
+    }
+
+    static inline std::atomic<int> placesLent = 0;
+};
+
+int awaitedJobs = 0; // on the main thread alone
+
+} // namespace
+
+Task<bool> endsOnDisk(std::function<void()> work, std::chrono::milliseconds limit) {
+    auto job = std::make_shared<DiskJob>();
+    job->work = std::move(work);
+    OneShot over;
+    pool().start([job, over] { job->run(over); });
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [over] { over.fire(); });
+    timer.start(limit);
+    QTimer late;
+    late.setSingleShot(true);
+    QObject::connect(&late, &QTimer::timeout, &late, [job] { job->lendPlace(); });
+    late.start(slow);
+    ++awaitedJobs;
+    co_await over;
+    --awaitedJobs;
+    co_return job->settle();
+}
+
+bool isDiskAwaited() { return awaitedJobs > 0; }
+
+} // namespace vorle
