@@ -4,18 +4,18 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
-    controls/ActionButton.qml controls/BarGroups.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
+    controls/ActionButton.qml controls/AgentRow.qml controls/BarGroups.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
     controls/ChangeRow.qml controls/ChartBar.qml controls/CostCard.qml controls/Figure.qml controls/FigureCard.qml controls/LegendMark.qml
     controls/PeriodChoice.qml controls/ReportScope.qml controls/ShareStack.qml controls/SourceBars.qml controls/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/Choice.qml controls/CriterionBar.qml controls/EmptyState.qml
-    controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/KeyCap.qml
+    controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScrollLine.qml controls/SearchButton.qml
+    controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
-    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CardSight.qml
+    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
     screens/ClosingPanel.qml screens/CorrectionPanel.qml
     screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/SettingsPanel.qml

@@ -69,8 +69,11 @@ void Calibration::expect(Preferences &preferences) {
 
 bool Calibration::isProposed() const {
     const Settings &settings = m_preferences.settings();
+    if (settings.calibrated || !settings.lastSearch) {
+        return false;
+    }
     const Progress now = progress();
-    return !settings.calibrated && settings.lastSearch && now.answered < now.total;
+    return now.answered < now.total;
 }
 
 bool Calibration::isUnderWay() const {
@@ -79,7 +82,7 @@ bool Calibration::isUnderWay() const {
 
 void Calibration::begin() {
     if (isUnderWay()) {
-        endWhenOver();
+        endIfOver();
     } else {
         beginAgain();
     }
@@ -144,17 +147,19 @@ std::optional<Calibration::Answer> Calibration::answer(const QUuid &topic, Choic
         const Correction former = present->correction.value_or(Correction());
         m_store.setCorrection(topic, correctionOf(*score, former.tags, former.text, m_clock.now()));
     }
-    endWhenOver();
+    endIfOver();
     return taken;
 }
 
 void Calibration::takeBack(const Answer &answer) {
     m_store.restore(answer.topic, answer.before);
     m_store.setCorrection(answer.topic, answer.correction);
-    m_preferences.change(&Settings::calibrated, false);
+    reopen();
 }
 
-void Calibration::endWhenOver() {
+void Calibration::reopen() { m_preferences.change(&Settings::calibrated, false); }
+
+void Calibration::endIfOver() {
     const Progress now = progress();
     if (now.answered >= now.total) {
         m_preferences.change(&Settings::calibrated, true);

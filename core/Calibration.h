@@ -74,9 +74,14 @@ public:
     /// Puts back what an answer changed, and goes on from there.
     void takeBack(const Answer &answer);
 
+    // For who decides by another way, as the window does, which keeps what it did for its undo:
+    /// Ends it where nothing is left to ask.
+    void endIfOver();
+    /// Goes on after its end: an answer was taken back.
+    void reopen();
+
 private:
     QList<TopicPtr> decidedSinceStart() const;
-    void endWhenOver();
 
     Preferences &m_preferences;
     TopicStore &m_store;

@@ -7,10 +7,12 @@
 
 #include <QCoreApplication>
 #include <QDate>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace vorle {
@@ -78,7 +80,21 @@ void Demonstration::populate(Preferences &preferences) const {
     preferences.change(&Settings::prioritySites,
                        {PrioritySite{m_site->address() + demoBlogPath(), {}, {}}});
     preferences.change(&Settings::onboarded, true);
-    preferences.change(&Settings::calibrated, true);
+    // Its past has runs: the last one was on time, so that none was missed and the guided first
+    // triage is offered.
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    constexpr int weekAndDay = 8; // a slot lies in it, whatever the hour
+    const Schedule schedule = preferences.settings().schedule;
+    QDateTime last = now.addDays(-weekAndDay);
+    while (const auto next = schedule.nextRun(last)) {
+        if (*next > now) {
+            break;
+        }
+        last = *next;
+    }
+    constexpr int runSeconds = 240;
+    preferences.change(&Settings::lastSearch, std::min(last.addSecs(runSeconds), now));
+    preferences.change(&Settings::calibrated, false);
 }
 
 QString Demonstration::projectFolder(const QString &name) const {

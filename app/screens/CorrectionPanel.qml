@@ -9,27 +9,16 @@ Panel {
     property string topicId: ""
     property string title: ""
     property int appScore: -1 // vorle's own; none where nothing could be read
-    property int score: -1 // none chosen yet
+    property alias score: digits.score
     property list<string> chosen: [] // words of the reasons
     property bool corrected: false // there is one already
-    property bool typedOne: false // the last key was a 1
 
     name: qsTr("Corriger la note")
     Keys.onPressed: event => {
-        const digit = why.activeFocus || (event.modifiers & Qt.ControlModifier) ? -1 : panel.digitOf(event.key);
-        const ten = digit === 0 && panel.typedOne; // "1" then "0"
-        panel.typedOne = digit === 1;
-        if (digit >= 0) {
-            panel.score = ten ? 10 : digit;
-            event.accepted = true;
-        } else if (event.key === Qt.Key_Left && !why.activeFocus) {
-            panel.score = Math.max(0, panel.score - 1);
-            event.accepted = true;
-        } else if (event.key === Qt.Key_Right && !why.activeFocus) {
-            panel.score = Math.min(10, panel.score + 1);
-            event.accepted = true;
-        } else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !event.isAutoRepeat) {
+        if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !event.isAutoRepeat) {
             panel.give();
+            event.accepted = true;
+        } else if (!why.activeFocus && digits.take(event)) {
             event.accepted = true;
         }
     }
@@ -42,15 +31,9 @@ Panel {
         chosen = shell.correctionTags(id);
         why.text = shell.correctionText(id);
         corrected = shell.isCorrected(id);
-        typedOne = false;
+        digits.typedOne = false;
         shown = true;
         digits.forceActiveFocus();
-    }
-    // The digit row of a French keyboard gives digits with Shift alone.
-    readonly property var french: [Qt.Key_Agrave, Qt.Key_Ampersand, Qt.Key_Eacute, Qt.Key_QuoteDbl, Qt.Key_Apostrophe, Qt.Key_ParenLeft, Qt.Key_Minus, Qt.Key_Egrave, Qt.Key_Underscore, Qt.Key_Ccedilla]
-
-    function digitOf(key: int): int {
-        return key >= Qt.Key_0 && key <= Qt.Key_9 ? key - Qt.Key_0 : french.indexOf(key);
     }
     function give() {
         if (score >= 0) {
@@ -86,47 +69,10 @@ Panel {
             maximumLineCount: 2
             elide: Text.ElideRight
         }
-        FocusScope {
+        ScoreDigits {
             id: digits
             width: parent.width
-            height: 40
-            Accessible.role: Accessible.Slider
-            Accessible.name: panel.score < 0 ? qsTr("Ta note : pas encore choisie") : qsTr("Ta note : %1 sur 10").arg(panel.score)
-
-            Row {
-                spacing: 6
-
-                Repeater {
-                    model: 11
-
-                    Rectangle {
-                        id: digit
-                        required property int index
-                        width: 40
-                        height: 40
-                        radius: 20
-                        color: panel.score === index ? Theme.accent : digitHover.hovered ? Theme.sunken : "transparent"
-                        border.width: 1
-                        border.color: panel.score === index ? Theme.accent : panel.appScore === index ? Theme.inkFaint : Theme.line
-
-                        Text {
-                            anchors.centerIn: parent
-                            text: digit.index
-                            color: panel.score === digit.index ? Theme.accentInk : Theme.inkSoft
-                            font.family: Theme.displayFamily
-                            font.pixelSize: Theme.textLarge
-                            font.weight: Font.Bold
-                            Accessible.ignored: true
-                        }
-                        HoverHandler {
-                            id: digitHover
-                        }
-                        TapHandler {
-                            onTapped: panel.score = digit.index
-                        }
-                    }
-                }
-            }
+            appScore: panel.appScore
         }
         Label {
             text: panel.appScore < 0 ? qsTr("Je n’avais rien pu lire : je n’ai pas mis de note.") : qsTr("J’avais mis %1.").arg(panel.appScore)

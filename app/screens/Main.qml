@@ -20,7 +20,7 @@ Window {
     signal quitAsked
     signal raiseAsked
 
-    title: "vorle"
+    title: shell.demo ? qsTr("vorle · démonstration") : "vorle"
     minimumWidth: 860
     minimumHeight: 560
     color: Theme.paper
@@ -161,6 +161,15 @@ Window {
                     sourceComponent: TopicScreen {
                         shell: main.shell
                         number: Section.Inbox
+                        header: Invitation {
+                            width: parent.width
+                            visible: main.shell.calibration.proposed
+                            title: main.shell.calibration.invitationTitle
+                            text: main.shell.calibration.invitationText
+                            action: main.shell.calibration.invitationAction
+                            onAccepted: panels.calibrate()
+                            onDeclined: main.shell.calibration.skip()
+                        }
                     }
                 }
                 SectionSlot {

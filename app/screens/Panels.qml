@@ -7,8 +7,8 @@ Item {
 
     required property Shell shell
 
-    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, closing]
-    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown
+    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, closing, calibration]
+    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown || calibration.shown
     readonly property PanelSlot searchPanel: search
     readonly property PanelSlot shortcutsPanel: shortcuts
     readonly property PanelSlot settingsPanel: settings
@@ -46,6 +46,10 @@ Item {
     function askToClose() {
         open(closing);
     }
+    function calibrate() {
+        shell.calibration.begin();
+        open(calibration);
+    }
     function correct(topicId: string) {
         open(correction);
         (correction.panel as CorrectionPanel).open(topicId);
@@ -73,6 +77,13 @@ Item {
             settings: panels.shell.settings
             agentInUse: panels.shell.agent
             terminals: panels.shell.terminals
+        }
+    }
+    PanelSlot {
+        id: calibration
+        onGone: panels.gone()
+        sourceComponent: CalibrationPanel {
+            model: panels.shell.calibration
         }
     }
     PanelSlot {

@@ -43,6 +43,9 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_search = std::make_unique<TopicSearch>(store);
     m_territory = std::make_unique<TerritoryModel>(preferences);
     m_settings = std::make_unique<SettingsModel>(preferences);
+    m_agentStates = std::make_unique<AgentStates>(parts.agents, preferences);
+    m_calibration = std::make_unique<CalibrationModel>(preferences, store, *m_decisions, clock);
+    connect(m_calibration.get(), &CalibrationModel::said, this, &Shell::say);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), clock);
     m_figures = std::make_unique<FiguresModel>(
         FiguresModel::Parts{store, preferences, parts.provenance, clock});
@@ -235,6 +238,7 @@ void Shell::refresh() {
     m_run->refresh();
     m_budget->refresh();
     m_figures->refresh();
+    m_agentStates->refresh();
     followAgent();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/models/AgentStates.h"
+#include "app/models/CalibrationModel.h"
 #include "app/models/Decisions.h"
 #include "app/models/FiguresModel.h"
 #include "app/models/KeyboardMap.h"
@@ -55,12 +57,16 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::TopicPage *page READ page CONSTANT FINAL)
     Q_PROPERTY(vorle::ProgramBudget *budget READ budget CONSTANT FINAL)
     Q_PROPERTY(vorle::SettingsModel *settings READ settings CONSTANT FINAL)
+    Q_PROPERTY(vorle::AgentStates *agentStates READ agentStates CONSTANT FINAL)
+    Q_PROPERTY(vorle::CalibrationModel *calibration READ calibration CONSTANT FINAL)
     /// The agent that is used now, "claude" or "codex", chosen by hand or by what is ready.
     Q_PROPERTY(QString agent READ agent NOTIFY agentChanged FINAL)
     /// The terminals there can be on this system, as the settings name them.
     Q_PROPERTY(QStringList terminals READ terminals CONSTANT FINAL)
     /// The reasons a correction may name; of NamedChoice.
     Q_PROPERTY(QVariantList correctionReasons READ correctionReasons CONSTANT FINAL)
+    /// Nothing here is the user's own: made-up topics, an agent that plays its part.
+    Q_PROPERTY(bool demo READ isDemo CONSTANT FINAL)
     /// A sentence on what went wrong lately (a save, the settings); "" when nothing did, or when it
     /// holds no longer. The latest first; dismissed, the one before shows again.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
@@ -105,10 +111,13 @@ public:
     TopicPage *page() const { return m_page.get(); }
     ProgramBudget *budget() const { return m_budget.get(); }
     SettingsModel *settings() const { return m_settings.get(); }
+    AgentStates *agentStates() const { return m_agentStates.get(); }
+    CalibrationModel *calibration() const { return m_calibration.get(); }
     QString agent() const;
     QStringList terminals() const { return m_parts.terminals; }
     QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
     QString remedy() const;
+    bool isDemo() const { return m_parts.store.isDemo(); }
 
     /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
     Q_INVOKABLE void openLink(const QString &url);
@@ -195,6 +204,8 @@ private:
     std::unique_ptr<TopicSearch> m_search;
     std::unique_ptr<TerritoryModel> m_territory;
     std::unique_ptr<SettingsModel> m_settings;
+    std::unique_ptr<AgentStates> m_agentStates;
+    std::unique_ptr<CalibrationModel> m_calibration;
     std::unique_ptr<ReportModel> m_report;
     std::unique_ptr<FiguresModel> m_figures;
     std::unique_ptr<TopicPage> m_page;

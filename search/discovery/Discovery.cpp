@@ -139,6 +139,14 @@ int dependencyCount(const QString &manifestText, const QString &fileName) {
     return countLines(manifestText);
 }
 
+QString manifestIn(const QString &folder) {
+    const QDir directory(folder);
+    const auto found = std::find_if(manifestNames.begin(), manifestNames.end(), [&](auto name) {
+        return QFileInfo::exists(directory.filePath(name.toString()));
+    });
+    return found == manifestNames.end() ? QString() : found->toString();
+}
+
 Project readProject(const QString &folder) {
     Project project;
     project.folder = folder;
@@ -146,16 +154,12 @@ Project readProject(const QString &folder) {
         project.problem = Project::Problem::NoFolder;
         return project;
     }
-    const QDir directory(folder);
-    const auto found = std::find_if(manifestNames.begin(), manifestNames.end(), [&](auto name) {
-        return QFileInfo::exists(directory.filePath(name.toString()));
-    });
-    if (found == manifestNames.end()) {
+    const QString name = manifestIn(folder);
+    if (name.isEmpty()) {
         project.problem = Project::Problem::NoManifest;
         return project;
     }
-    const QString name = found->toString();
-    auto text = readText(directory.filePath(name));
+    auto text = readText(QDir(folder).filePath(name));
     if (!text) {
         project.problem = Project::Problem::UnreadableManifest;
         return project;

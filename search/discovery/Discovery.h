@@ -40,6 +40,10 @@ struct Project {
 /// app/build.gradle.kts, build.gradle.kts. Never throws.
 Project readProject(const QString &folder);
 
+/// The name of the dependency file that readProject() would read in that folder; "" where there
+/// is none.
+QString manifestIn(const QString &folder);
+
 /// Technology labels of a manifest, at most 3, in the order of the table they come from.
 QStringList technologyLabels(const QString &manifestText, const QString &fileName);
 

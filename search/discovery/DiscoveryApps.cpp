@@ -102,6 +102,27 @@ QString jobTitle(const QStringList &projectLabels, const QStringList &appNames) 
     return appNames.contains(u"Figma") ? French::tr("Designer produit") : French::tr("Développeur");
 }
 
+QStringList jobEvidence(const QStringList &projectLabels, const QStringList &appNames) {
+    const auto among = [](const QStringList &present, const auto &wanted) {
+        QStringList found;
+        for (const QStringView one : wanted) {
+            if (present.contains(one)) {
+                found += one.toString();
+            }
+        }
+        return found;
+    };
+    const QStringList mobile =
+        among(projectLabels, mobileLabels) +
+        among(appNames, std::array<QStringView, 2>{u"Xcode", u"Android Studio"});
+    const QStringList web = among(projectLabels, webLabels);
+    return !mobile.isEmpty() ? mobile
+           : !web.isEmpty()  ? web
+           : projectLabels.contains(u"Python")
+               ? QStringList{QStringLiteral("Python")}
+               : among(appNames, std::array<QStringView, 1>{u"Figma"});
+}
+
 QStringList jobPresets() {
     return {French::tr("Développeur mobile"), French::tr("Développeur web"),
             French::tr("Développeur Python"), French::tr("Designer produit"),

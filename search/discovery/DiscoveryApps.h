@@ -40,6 +40,9 @@ inline constexpr std::array<QStringView, 3> assistants{u"Claude", u"Cursor", u"C
 /// of all projects and the names of all apps.
 QString jobTitle(const QStringList &projectLabels, const QStringList &appNames);
 
+/// What of these jobTitle() went by, labels then apps; empty where nothing pointed anywhere.
+QStringList jobEvidence(const QStringList &projectLabels, const QStringList &appNames);
+
 /// The jobs a person may choose from, every one that jobTitle() gives among them.
 QStringList jobPresets();
 
