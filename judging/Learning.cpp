@@ -26,8 +26,12 @@ constexpr auto kinds = rawStrings(ItemKind{}).size();
 
 // Shares are compared as whole numbers, so that a share that is exactly at its threshold is.
 
+/// Where what a rule counts is gathered, when somebody wants to see it.
+using Gathered = QList<TopicPtr> *;
+
 /// Decisions on one subject.
 struct Tally {
+    Gathered behind = nullptr;
     int decided = 0;
     int kept = 0;
     int dismissed = 0;
@@ -110,6 +114,7 @@ Reflex correctionReflex(ItemKind kind, int corrections, int signedStep) {
 
 /// The user's scores against the app's, for one kind of item.
 struct Corrections {
+    Gathered behind = nullptr;
     int count = 0;
     double gaps = 0; ///< the sum of (theirs minus the app's)
 
@@ -125,18 +130,32 @@ struct Corrections {
     }
 };
 
-/// `json::fromRaw` without its conversion to UTF-8, for a list of ten thousand.
-std::optional<ItemKind> kindOf(const Topic &topic) {
-    if (!topic.kind) {
-        return std::nullopt;
+/// Long items, and those of them that were put off.
+struct LongItems {
+    Gathered behind = nullptr;
+    int decided = 0;
+    int postponed = 0;
+};
+
+void gather(Gathered behind, const TopicPtr &topic) {
+    if (behind != nullptr) {
+        behind->append(topic);
     }
+}
+
+/// `json::fromRaw` without its conversion to UTF-8, for a list of ten thousand.
+std::optional<ItemKind> kindNamed(QStringView name) {
     constexpr auto words = rawStrings(ItemKind{});
     const auto found = std::ranges::find_if(words, [&](std::string_view word) {
         const QLatin1StringView latin(word.data(), qsizetype(word.size()));
-        return topic.kind->size() == latin.size() && *topic.kind == latin;
+        return name.size() == latin.size() && name == latin;
     });
     return found == words.end() ? std::nullopt
                                 : std::optional(static_cast<ItemKind>(found - words.begin()));
+}
+
+std::optional<ItemKind> kindOf(const Topic &topic) {
+    return topic.kind ? kindNamed(*topic.kind) : std::nullopt;
 }
 
 /// Everything the rules count, gathered in one pass over the topics.
@@ -153,27 +172,53 @@ public:
         }
     }
 
-    void take(const Topic &topic) {
+    /// Has what the reflex of that identifier counts gathered there. False for one of no rule.
+    bool gatherFor(const QString &reflexId, QList<TopicPtr> &behind) {
+        const auto subject = [&](const char *rule) {
+            const QLatin1StringView start(rule);
+            return reflexId.startsWith(start) ? std::optional(reflexId.sliced(start.size()))
+                                              : std::nullopt;
+        };
+        if (reflexId == u"stack-first") {
+            m_stack.behind = &behind;
+        } else if (reflexId == u"long-later") {
+            m_long.behind = &behind;
+        } else if (const auto kind = kindNamed(subject("kind-").value_or(QString()))) {
+            m_kinds[index(*kind)].behind = &behind;
+        } else if (const auto corrected = kindNamed(subject("corr-").value_or(QString()))) {
+            m_corrections[index(*corrected)].behind = &behind;
+        } else if (const auto project = subject("project-");
+                   project && m_projects.contains(*project)) {
+            m_projects[*project].behind = &behind;
+        } else {
+            return false;
+        }
+        return true;
+    }
+
+    void take(const TopicPtr &taken) {
+        const Topic &topic = *taken;
         const auto kind = kindOf(topic);
         if (topic.correction && kind && counts(topic.correction->at)) {
-            takeCorrection(topic, m_corrections[index(*kind)]);
+            takeCorrection(taken, m_corrections[index(*kind)]);
         }
         if (topic.status == TopicStatus::Pending || topic.status == TopicStatus::Inbox ||
             !counts(topic.triagedAt ? topic.triagedAt : topic.doneAt)) {
             return;
         }
         ++m_decisions;
-        count(touchesStack(topic) ? m_stack : m_rest, topic);
+        count(touchesStack(topic) ? m_stack : m_rest, taken);
         if (kind) {
-            count(m_kinds[index(*kind)], topic);
+            count(m_kinds[index(*kind)], taken);
         }
         if (topic.minutes >= longMinutes) {
-            ++m_longItems;
-            m_longPostponed += topic.postponedCount > 0 ? 1 : 0;
+            ++m_long.decided;
+            m_long.postponed += topic.postponedCount > 0 ? 1 : 0;
+            gather(m_long.behind, taken);
         }
         if (topic.project && !m_projects.isEmpty()) {
             if (const auto project = m_projects.find(*topic.project); project != m_projects.end()) {
-                count(*project, topic);
+                count(*project, taken);
             }
         }
     }
@@ -194,8 +239,8 @@ public:
                 reflexes += kindReflex(static_cast<ItemKind>(i), kind.dismissed, kind.decided);
             }
         }
-        if (m_longItems >= minLongItems && 2 * m_longPostponed >= m_longItems) {
-            reflexes += longReflex(m_longPostponed, m_longItems);
+        if (m_long.decided >= minLongItems && 2 * m_long.postponed >= m_long.decided) {
+            reflexes += longReflex(m_long.postponed, m_long.decided);
         }
         for (const QString &name : m_projectNames) {
             const Tally project = m_projects.value(name);
@@ -224,15 +269,19 @@ private:
                m_tools.namedIn(topic.title);
     }
 
-    static void count(Tally &tally, const Topic &topic) {
+    static void count(Tally &tally, const TopicPtr &decided) {
+        const Topic &topic = *decided;
+        gather(tally.behind, decided);
         ++tally.decided;
         tally.kept +=
             topic.status == TopicStatus::Program || topic.status == TopicStatus::Done ? 1 : 0;
         tally.dismissed += topic.status == TopicStatus::Dismissed ? 1 : 0;
     }
 
-    static void takeCorrection(const Topic &topic, Corrections &corrections) {
+    static void takeCorrection(const TopicPtr &corrected, Corrections &corrections) {
+        const Topic &topic = *corrected;
         if (topic.readLevel != ReadLevel::None) {
+            gather(corrections.behind, corrected);
             ++corrections.count;
             corrections.gaps += std::clamp(topic.correction->score, 0.0, 10.0) - topic.score;
         }
@@ -245,8 +294,7 @@ private:
     Tally m_stack;
     Tally m_rest;
     std::array<Tally, kinds> m_kinds;
-    int m_longItems = 0;
-    int m_longPostponed = 0;
+    LongItems m_long;
     QHash<QString, Tally> m_projects;
     std::array<Corrections, kinds> m_corrections;
 };
@@ -256,9 +304,32 @@ private:
 Learned learn(const QList<TopicPtr> &topics, const Settings &settings) {
     Cases cases(settings);
     for (const TopicPtr &topic : topics) {
-        cases.take(*topic);
+        cases.take(topic);
     }
     return cases.learned();
+}
+
+QList<TopicPtr> decisionsBehind(const QString &reflexId, const QList<TopicPtr> &topics,
+                                const Settings &settings) {
+    QList<TopicPtr> behind;
+    Cases cases(settings);
+    if (!cases.gatherFor(reflexId, behind)) {
+        return behind;
+    }
+    for (const TopicPtr &topic : topics) {
+        cases.take(topic);
+    }
+    const bool corrected = reflexId.startsWith(u"corr-");
+    const auto moment = [corrected](const TopicPtr &topic) {
+        if (corrected) {
+            return topic->correction->at;
+        }
+        return (topic->triagedAt ? topic->triagedAt : topic->doneAt).value_or(QDateTime());
+    };
+    std::ranges::stable_sort(behind, [&](const TopicPtr &a, const TopicPtr &b) {
+        return moment(a) > moment(b);
+    });
+    return behind;
 }
 
 QList<Reflex> reflexesLeftOn(QList<Reflex> reflexes, const Settings &settings) {
@@ -267,59 +338,8 @@ QList<Reflex> reflexesLeftOn(QList<Reflex> reflexes, const Settings &settings) {
     return reflexes;
 }
 
-QString unsentReflexesText(const QList<Reflex> &unsent) {
-    QStringList left;
-    for (const Reflex &reflex : unsent) {
-        left += u'«' + QStringLiteral("\u202F") + reflex.title + QStringLiteral("\u202F") + u'»';
-    }
-    return left.isEmpty() ? QString()
-           : left.size() == 1
-               ? French::tr("Un réflexe n’a pas tenu dans la consigne : %1").arg(left.first())
-               : French::tr("%1 réflexes n’ont pas tenu dans la consigne : %2")
-                     .arg(left.size())
-                     .arg(left.join(QStringLiteral(", ")));
-}
-
-QString nothingLearnedText(const Learned &learned) {
-    if (!learned.reflexes.isEmpty()) {
-        return {};
-    }
-    if (learned.decisions >= decisionsToLearn) {
-        return French::tr(
-            "Rien de net encore : tes choix ne dessinent pas de règle. J’apprends à chaque "
-            "tri, et tu verras mes réflexes dans Ton territoire.");
-    }
-    return French::
-        tr("Rien d’appris pour l’instant : il me faut %1 décisions de tri, tu en es à %2. Je "
-           "repère ensuite ce que tu gardes, écartes ou reportes, et j’ajuste mes notes. Chaque "
-           "réflexe arrivera avec ses chiffres, et tu pourras couper ceux qui se trompent. Par "
-           "exemple :")
-            .arg(decisionsToLearn)
-            .arg(learned.decisions);
-}
-
 QList<Reflex> sampleReflexes() {
     return {stackReflex(72, 38), kindReflex(ItemKind::Video, 6, 8), longReflex(4, 5)};
-}
-
-QString switchedOffText() {
-    return French::tr("Un réflexe coupé n’est plus appliqué, mais reste appris.");
-}
-
-QString startAgainText(qsizetype reflexes) {
-    if (reflexes == 0) {
-        return French::tr(
-            "Je repars de zéro : je réapprends à partir de tes prochains tris. On ne peut pas "
-            "revenir en arrière.");
-    }
-    return reflexes == 1
-               ? French::tr(
-                     "Je repars de zéro : le réflexe appris disparaît et je réapprends à partir de "
-                     "tes prochains tris. On ne peut pas revenir en arrière.")
-               : French::tr(
-                     "Je repars de zéro : les %1 réflexes appris disparaissent et je réapprends à "
-                     "partir de tes prochains tris. On ne peut pas revenir en arrière.")
-                     .arg(reflexes);
 }
 
 } // namespace vorle

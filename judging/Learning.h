@@ -37,11 +37,19 @@ struct Learned {
 ///   that carried no score, since nothing could be read, has no gap.
 Learned learn(const QList<TopicPtr> &topics, const Settings &settings);
 
+/// The decisions (of a "corr-…", the corrections) that a reflex rests on, newest first: those that
+/// its evidence counts, found by the same rule. Nothing for an identifier of no rule.
+QList<TopicPtr> decisionsBehind(const QString &reflexId, const QList<TopicPtr> &topics,
+                                const Settings &settings);
+
 /// The reflexes the user left on, in their order: those that apply.
 QList<Reflex> reflexesLeftOn(QList<Reflex> reflexes, const Settings &settings);
 
 /// Which reflexes the judge's prompt had no room for, as a French sentence; empty for none.
 QString unsentReflexesText(const QList<Reflex> &unsent);
+
+/// What stands over the reflexes of a group: "Ce que je note plus haut".
+QString reflexGroupTitle(Reflex::Group group);
 
 /// What is shown in the place of reflexes: how many decisions are still needed, followed by
 /// `sampleReflexes()`, or that the decisions draw no rule. Empty when there are reflexes.

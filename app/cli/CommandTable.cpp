@@ -47,8 +47,7 @@ const QList<Command> &commands() {
              [](Context &c, Application &app) {
                  return consignes(c,
                                   {on(app, &Application::preferences), on(app, &Application::store),
-                                   on(app, &Application::agent), on(app, &Application::asker),
-                                   app.resources(), app.clock(), apps(app)});
+                                   on(app, &Application::asker), app.clock(), apps(app)});
              }},
         {.name = QStringLiteral("sujets"),
          .synopsis = QStringLiteral("[ID | --statut S] [--demo]"),
@@ -156,9 +155,9 @@ const QList<Command> &commands() {
                  return decouverte(c, on(app, &Application::preferences), apps(app));
              }},
         {.name = QStringLiteral("reflexes"),
-         .synopsis = QStringLiteral("[couper ID | remettre ID | repartir --oui] [--demo]"),
-         .summary = French::tr("montre ce que j’ai appris de tes tris ; coupe ou remet un "
-                               "réflexe, ou repart de zéro"),
+         .synopsis = QStringLiteral("[montrer ID | couper ID | remettre ID | repartir --oui] [--demo]"),
+         .summary = French::tr("montre ce que j’ai appris de tes tris, ou les décisions "
+                               "derrière un réflexe ; en coupe ou remet un, ou repart de zéro"),
          .most = 2,
          .flags = {json, QStringLiteral("oui"), demo},
          .throughApp = true,

@@ -35,9 +35,7 @@ Task<ExitStatus> fouille(Context &context, TopicsToChange topics, OnDemand<Searc
 struct PromptSources {
     OnDemand<Preferences> preferences;
     OnDemand<TopicStore> topics;
-    OnDemand<EngineAgent> agent;
     OnDemand<Asker> asker;
-    const Resources &resources;
     const Clock &clock;
     InstalledAppsList apps;
 };

@@ -5,16 +5,12 @@
 #include "app/cli/Handlers.h"
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
-#include "base/Resources.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
 #include "core/NumberText.h"
 #include "core/Preferences.h"
-#include "judging/JudgeContext.h"
-#include "judging/Learning.h"
-#include "search/run/JudgedProjects.h"
-#include "search/run/Pipeline.h"
-#include "search/run/RunPlan.h"
+#include "core/TopicStore.h"
+#include "search/run/RunPreview.h"
 #include "search/web/Links.h"
 #include "search/web/PageReader.h"
 
@@ -71,63 +67,6 @@ struct AgentsShown {
     }
 };
 
-QString schemaText(const Resources &resources, const QString &name) {
-    return resources.text(name, QStringLiteral("json")).value_or(QString());
-}
-
-Task<QList<PromptShown>> runPrompts(Context &context, PromptSources sources) {
-    const Preferences &preferences = *sources.preferences;
-    if (const QString refusal = refusalText(preferences); !refusal.isEmpty()) {
-        throw Failure(refusal);
-    }
-    const QList<TopicPtr> topics = sources.topics->topics();
-    const auto folders = preferences.settings().projects;
-    const auto projects = co_await onPool([folders] { return readProjects(folders); });
-    QStringList apps;
-    for (const discovery::App &app : sources.apps()) {
-        apps += app.name;
-    }
-    const QDateTime now = sources.clock.now();
-    const RunPlan plan = planRun(preferences, projects, topics, now, apps);
-    const JudgeContext told = judgeContext(
-        judgeContextSource(preferences, judgedProjects(projects, preferences.settings()), topics),
-        now.toLocalTime().date());
-    for (const QString &warning : plan.warnings + QStringList{unsentReflexesText(told.unsent)}) {
-        if (!warning.isEmpty()) {
-            context.console.say(warning);
-        }
-    }
-    const AgentKind agent = sources.agent->locator().choose();
-    const Pipeline pipeline(*sources.asker);
-    QList<PromptShown> shown;
-    for (const PlannedScope &planned : plan.scopes) {
-        const Question question = pipeline.question(planned, agent);
-        shown +=
-            {planned.name, question.prompt, schemaText(sources.resources, question.schemaName)};
-    }
-    // What the feeds announce, what is judged and what is dug for is known only during the run: one
-    // empty item shows each frame.
-    const auto show = [&](const QString &name, const Question &question) {
-        shown += {name, question.prompt, schemaText(sources.resources, question.schemaName)};
-    };
-    if (!plan.sites.sites.isEmpty()) {
-        show(French::tr("Tes sites"), pipeline.screening(plan.sites, {QStringLiteral("…")}, agent));
-    }
-    JudgeCandidate frame;
-    frame.id = QStringLiteral("c1");
-    frame.title = QStringLiteral("…");
-    const QString instruction = loadPrompt(sources.resources, QStringLiteral("judge-prompt"));
-    shown += {French::tr("Jugement"),
-              judgePrompt(instruction, told.today, told.profile, told.reflexLines(), told.examples,
-                          {frame}),
-              schemaText(sources.resources, QStringLiteral("judge-schema"))};
-    const QString unread = QStringLiteral("…");
-    show(French::tr("Pages illisibles"),
-         pipeline.digging({{frame.id, unread, unread, unread}},
-                          {told.today, plan.sites.exclusions, agent}));
-    co_return shown;
-}
-
 /// Why nothing could be read of a page; empty when something was.
 QString unreadReason(const ReadPage &page) {
     if (page.level != ReadLevel::None) {
@@ -175,7 +114,24 @@ QString stateText(AgentReadiness readiness, AgentKind kind) {
 } // namespace
 
 Task<ExitStatus> consignes(Context &context, PromptSources sources) {
-    const QList<PromptShown> prompts = co_await runPrompts(context, sources);
+    const RunPreview preview = co_await previewRun(
+        {*sources.preferences, *sources.topics, *sources.asker, sources.clock, [apps = sources.apps] {
+             QStringList names;
+             for (const discovery::App &app : apps()) {
+                 names += app.name;
+             }
+             return names;
+         }});
+    if (!preview.refusal.isEmpty()) {
+        throw Failure(preview.refusal);
+    }
+    for (const QString &warning : preview.warnings) {
+        context.console.say(warning);
+    }
+    QList<PromptShown> prompts;
+    for (const PromptPreview &each : preview.prompts) {
+        prompts += {each.scope, each.prompt, each.schema};
+    }
     if (context.arguments.json()) {
         context.console.print(json::encode(prompts, json::Style::Pretty));
         co_return ExitStatus::Done;

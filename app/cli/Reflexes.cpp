@@ -1,8 +1,10 @@
 // What the user's decisions taught, and what they think of it.
 
 #include "app/cli/Handlers.h"
+#include "app/cli/TopicCards.h"
 #include "base/French.h"
 #include "core/Preferences.h"
+#include "core/ReflexSwitch.h"
 #include "core/TopicStore.h"
 #include "judging/Learning.h"
 
@@ -47,19 +49,7 @@ Learned learnedNow(const Sources &sources) {
 }
 
 bool isEnabled(const Preferences &preferences, const Reflex &reflex) {
-    return !preferences.settings().disabledReflexes.contains(reflex.id);
-}
-
-QString groupTitle(Reflex::Group group) {
-    switch (group) {
-    case Reflex::Group::Up:
-        return French::tr("Ce que je note plus haut");
-    case Reflex::Group::Down:
-        return French::tr("Ce que je note plus bas");
-    case Reflex::Group::Waits:
-        return French::tr("Ce qui attend");
-    }
-    return {};
+    return isReflexOn(preferences.settings(), reflex.id);
 }
 
 /// The rule with its effect, its figures, and the identifier that switches it.
@@ -87,7 +77,7 @@ QString grouped(const Console &console, const Preferences &preferences,
             }
         }
         if (!rules.isEmpty()) {
-            blocks += console.bold(groupTitle(group)) + u'\n' + rules.join(u'\n');
+            blocks += console.bold(reflexGroupTitle(group)) + u'\n' + rules.join(u'\n');
         }
     }
     return blocks.join(QStringLiteral("\n\n"));
@@ -132,28 +122,41 @@ void list(Context &context, const Sources &sources) {
     }
 }
 
-void switchOff(const Sources &sources, const QString &id) {
+/// @throws Failure when no rule of that identifier was learned
+void requireLearned(const Sources &sources, const QString &id) {
     const QList<Reflex> reflexes = learnedNow(sources).reflexes;
     const bool known =
         std::ranges::any_of(reflexes, [&](const Reflex &reflex) { return reflex.id == id; });
     if (!known) {
         throw Failure(French::tr("Aucun réflexe appris ne s’appelle « %1 ».").arg(id));
     }
-    Preferences &preferences = *sources.preferences;
-    auto disabled = preferences.settings().disabledReflexes;
-    if (!disabled.contains(id)) {
-        disabled += id;
-        preferences.change(&Settings::disabledReflexes, disabled);
-    }
+}
+
+void switchOff(const Sources &sources, const QString &id) {
+    requireLearned(sources, id);
+    setReflexOn(*sources.preferences, id, false);
 }
 
 void switchOn(const Sources &sources, const QString &id) {
-    Preferences &preferences = *sources.preferences;
-    auto disabled = preferences.settings().disabledReflexes;
-    if (disabled.removeAll(id) == 0) {
+    if (isReflexOn(sources.preferences->settings(), id)) {
         throw Failure(French::tr("Aucun réflexe coupé ne s’appelle « %1 ».").arg(id));
     }
-    preferences.change(&Settings::disabledReflexes, disabled);
+    setReflexOn(*sources.preferences, id, true);
+}
+
+void showDecisions(const Context &context, const Sources &sources, const QString &id) {
+    requireLearned(sources, id);
+    const QList<TopicPtr> decisions =
+        decisionsBehind(id, sources.topics->topics(), sources.preferences->settings());
+    if (!context.arguments.json()) {
+        context.console.print(topicLines(context.console, decisions));
+        return;
+    }
+    QList<Topic> records;
+    for (const TopicPtr &topic : decisions) {
+        records += *topic;
+    }
+    context.console.print(json::encode(records, json::Style::Pretty));
 }
 
 /// Nothing here can be undone, so it takes one more word.
@@ -163,7 +166,7 @@ void startAgain(Context &context, const Sources &sources) {
         throw Failure(context.console.wrapped(warning, 0) +
                       French::tr("\nPour confirmer : vorle reflexes repartir --oui"));
     }
-    sources.preferences->change(&Settings::reflexesSince, sources.clock.now());
+    startLearningAgain(*sources.preferences, sources.clock.now());
 }
 
 } // namespace
@@ -173,6 +176,10 @@ Task<ExitStatus> reflexes(Context &context, OnDemand<TopicStore> topics,
     const Sources sources{topics, preferences, clock};
     const QStringList &words = context.arguments.positional;
     const QString action = words.value(0);
+    if (action == u"montrer" && words.size() == 2) {
+        showDecisions(context, sources, words[1]);
+        co_return ExitStatus::Done;
+    }
     if (action == u"couper" && words.size() == 2) {
         switchOff(sources, words[1]);
     } else if (action == u"remettre" && words.size() == 2) {
@@ -180,8 +187,8 @@ Task<ExitStatus> reflexes(Context &context, OnDemand<TopicStore> topics,
     } else if (action == u"repartir" && words.size() == 1) {
         startAgain(context, sources);
     } else if (!words.isEmpty()) {
-        throw Failure(French::tr("Usage : vorle reflexes [couper ID | remettre ID | repartir "
-                                 "--oui]"),
+        throw Failure(French::tr("Usage : vorle reflexes [montrer ID | couper ID | remettre ID "
+                                 "| repartir --oui]"),
                       ExitStatus::Usage);
     }
     list(context, sources);

@@ -4,6 +4,7 @@
 #include "base/French.h"
 #include "core/NumberText.h"
 #include "core/Preferences.h"
+#include "core/TerritoryEdit.h"
 #include "search/discovery/Discovery.h"
 
 #include <QDir>
@@ -84,6 +85,13 @@ void listProjects(Context &context, const Settings &settings) {
     }
 }
 
+/// @throws Failure with the sentence of a change that was refused
+void require(const territory::Refusal &refusal) {
+    if (refusal) {
+        throw Failure(*refusal);
+    }
+}
+
 void addProject(Context &context, Preferences &preferences, const QString &folder) {
     const QFileInfo info(folder);
     const QString path = info.canonicalFilePath();
@@ -91,24 +99,18 @@ void addProject(Context &context, Preferences &preferences, const QString &folde
     if (found.problem == discovery::Project::Problem::NoFolder) {
         throw Failure(discovery::problemText(found));
     }
-    const QString name =
-        context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()).simplified();
+    const QString name = territory::oneLine(
+        context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()));
     if (name.isEmpty()) {
         throw Failure(French::tr("Donne un nom au projet : --nom NOM"), ExitStatus::Usage);
     }
-    auto projects = preferences.settings().projects;
-    if (projects.contains(name) && projects[name] != path) {
-        throw Failure(French::tr("Un projet « %1 » existe déjà, dans %2. Choisis un autre nom "
-                                 "avec --nom.")
-                          .arg(name, projects[name]));
+    if (auto refusal = territory::addProject(preferences, name, path)) {
+        throw Failure(*refusal + u' ' + French::tr("Choisis un autre nom avec --nom."));
     }
-    projects[name] = path;
-    preferences.change(&Settings::projects, projects);
     requireWritten(preferences);
     if (context.arguments.options.contains(QStringLiteral("description"))) {
-        auto descriptions = preferences.settings().projectDescriptions;
-        descriptions[name] = context.arguments.options[QStringLiteral("description")].trimmed();
-        preferences.change(&Settings::projectDescriptions, descriptions);
+        require(territory::setDescription(
+            preferences, name, context.arguments.options[QStringLiteral("description")]));
         requireWritten(preferences);
     }
     if (found.problem != discovery::Project::Problem::None) {
@@ -117,17 +119,10 @@ void addProject(Context &context, Preferences &preferences, const QString &folde
 }
 
 void removeProject(Preferences &preferences, const QString &name) {
-    auto projects = preferences.settings().projects;
-    if (projects.remove(name) == 0) {
+    if (!territory::removeProject(preferences, name)) {
         throw Failure(French::tr("Aucun projet ne s’appelle « %1 ».").arg(name));
     }
-    preferences.change(&Settings::projects, projects);
     requireWritten(preferences);
-    auto descriptions = preferences.settings().projectDescriptions;
-    if (descriptions.remove(name) > 0) {
-        preferences.change(&Settings::projectDescriptions, descriptions);
-        requireWritten(preferences);
-    }
 }
 
 /// JSON of any kind on one line, a bare text or number included.

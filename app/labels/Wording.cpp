@@ -51,6 +51,19 @@ QString comingText(const QDateTime &moment, const QDateTime &now, const QTimeZon
     return French::tr("%1 à %2").arg(when, timeText(moment, zone));
 }
 
+QString pastText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
+    const QDate day = moment.toTimeZone(zone).date();
+    const QDate today = now.toTimeZone(zone).date();
+    const qint64 days = day.daysTo(today);
+    if (days == 0) {
+        return French::tr("aujourd’hui");
+    }
+    if (days == 1) {
+        return French::tr("hier");
+    }
+    return days > 1 && days < 7 ? weekday(day) : French::tr("le %1").arg(dayLabel(day, today));
+}
+
 QString ofDayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone) {
     const QDate day = moment.toTimeZone(zone).date();
     const QDate today = now.toTimeZone(zone).date();

@@ -24,6 +24,8 @@ QString dayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &
 /// A moment to come: "aujourd’hui à 8:00", "demain à 8:00", "lundi à 8:00" within the week,
 /// "lundi prochain à 8:00" a week on, else as `dayText`.
 QString comingText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone);
+/// A past day: "aujourd’hui", "hier", "lundi" within the week, else "le 2 novembre".
+QString pastText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone);
 /// A past day after "la fouille ": "d’aujourd’hui", "d’hier", "de lundi" within the week, else
 /// "du 2 novembre".
 QString ofDayText(const QDateTime &moment, const QDateTime &now, const QTimeZone &zone);

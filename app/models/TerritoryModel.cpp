@@ -1,182 +1,169 @@
 #include "app/models/TerritoryModel.h"
 
-#include "app/labels/Wording.h"
-#include "base/Text.h"
-#include "search/discovery/Discovery.h"
-
-#include <QFileInfo>
-
 #include <utility>
 
 namespace vorle {
 
 namespace {
 
-using Readings = QMap<QString, discovery::Project>;
+constexpr qsizetype mostUndone = 50;
+/// Past that many interests a run thins out: the counter's own words.
+constexpr qsizetype enoughInterests = 6;
 
-Readings readAll(const QMap<QString, QString> &folders) {
-    Readings readings;
-    for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
-        readings.insert(it.key(), discovery::readProject(it.value()));
+QList<NameRow> nameRows(const QList<QString> &names) {
+    QList<NameRow> rows;
+    for (const QString &name : names) {
+        const NameRow row{name, shownLine(name)};
+        if (!rows.contains(row)) { // a file written by hand may hold one twice
+            rows += row;
+        }
     }
-    return readings;
+    return rows;
 }
-
-QString projectDetail(const discovery::Project &project) {
-    // The folder stands beside it in its own place: naming it again would only fill the line.
-    const QString problem = discovery::problemText(project).replace(
-        QStringLiteral(" dans « %1 »").arg(project.folder), QString());
-    if (!problem.isEmpty() || !project.manifest) {
-        return problem;
-    }
-    QStringList facts{project.manifest->name,
-                      counted(project.dependencies, TerritoryModel::tr("dépendance"),
-                              TerritoryModel::tr("dépendances"))};
-    return facts.join(QStringLiteral(" · "));
-}
-
-/// A name, a path or an address that the user or a file gave, on its line.
-QString shownLine(const QString &words) {
-    constexpr qsizetype most = 600;
-    return shownWords(clampedLine(words, most));
-}
-
-QString weightText(int weight) { return TerritoryModel::tr("importance %1 sur 5").arg(weight); }
 
 } // namespace
 
-TerritoryModel::TerritoryModel(Preferences &preferences, QObject *parent)
-    : QAbstractListModel(parent), m_preferences(preferences), m_rows(rows()) {
-    connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"projects") {
-            refresh();
-        } else {
-            rebuild();
-        }
-    });
-    refresh();
+TerritoryModel::TerritoryModel(const TerritoryParts &parts, QObject *parent)
+    : QObject(parent)
+    , m_parts(parts)
+    , m_projects(parts, [this](const QString &what,
+                               territory::PutBack back) { keepRemoved(what, std::move(back)); })
+    , m_sites(parts, [this](const QString &what,
+                            territory::PutBack back) { keepRemoved(what, std::move(back)); })
+    , m_apps(parts, [this](const QString &what,
+                           territory::PutBack back) { keepRemoved(what, std::move(back)); })
+    , m_reflexes(parts)
+    , m_preview(parts) {
+    connect(&parts.preferences, &Preferences::changed, this, &TerritoryModel::show);
+    connect(&m_projects, &ProjectsModel::read, this, &TerritoryModel::changed);
+    connect(&m_apps, &AppsModel::listed, this, &TerritoryModel::changed);
+    show();
 }
 
-void TerritoryModel::refresh() {
-    rebuild();
-    if (!m_preferences.settings().projects.isEmpty()) {
-        detach(readFolders(this), QStringLiteral("reading the projects"));
-    }
-}
-
-Task<> TerritoryModel::readFolders(QPointer<TerritoryModel> self) {
-    const auto folders = self->m_preferences.settings().projects;
-    const Readings readings = co_await onPool([folders] { return readAll(folders); });
-    if (self && self->m_preferences.settings().projects == folders) {
-        self->m_readings.clear();
-        for (auto it = readings.cbegin(); it != readings.cend(); ++it) {
-            self->m_readings.insert(it.key(), {projectDetail(*it), it->labels});
-        }
-        self->rebuild();
-    }
-}
-
-void TerritoryModel::rebuild() {
-    QList<Row> fresh = rows();
-    if (fresh == m_rows) {
+void TerritoryModel::setActive(bool active) {
+    if (active == m_active) {
         return;
     }
-    beginResetModel();
-    m_rows = std::move(fresh);
-    endResetModel();
-    Q_EMIT rowsChanged();
+    m_active = active;
+    if (active) {
+        m_projects.refresh();
+        m_sites.refresh();
+        m_apps.refresh();
+    }
+    m_reflexes.setActive(active);
+    m_preview.setActive(active);
+    Q_EMIT activeChanged();
 }
 
-QList<TerritoryModel::Row> TerritoryModel::rows() const {
-    const Settings &settings = m_preferences.settings();
-    QList<Row> list;
-    for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
-        const Reading reading = m_readings.value(it.key());
-        const QString described = settings.projectDescriptions.value(it.key());
-        QStringList details{described, reading.detail};
-        details.removeAll(QString());
-        list.append({tr("Projets"), it.key(), details.join(QStringLiteral(" · ")), reading.labels,
-                     0, it.value()});
-    }
-    if (settings.job && !settings.job->isEmpty()) {
-        list.append({tr("Ton métier"), *settings.job, {}, {}, 0, {}});
-    }
-    for (const QString &interest : settings.interests) {
-        const int weight = m_preferences.weightOf(interest);
-        list.append({tr("Domaines"), interest, weightText(weight), {}, weight, {}});
-    }
-    const auto plain = [&list](const QString &group, const QList<QString> &names) {
-        for (const QString &name : names) {
-            list.append({group, name, {}, {}, 0, {}});
+void TerritoryModel::show() {
+    QList<InterestRow> interests;
+    for (const QString &name : settings().interests) {
+        const int weight = m_parts.preferences.weightOf(name);
+        const InterestRow row{name, shownLine(name), weight,
+                              tr("importance %1 sur 5").arg(weight)};
+        if (!interests.contains(row)) {
+            interests += row;
         }
-    };
-    plain(tr("Outils"), settings.addedTools);
-    if (settings.accessMode == AccessMode::Only) {
-        plain(tr("Applications gardées"), settings.keptApps);
-    } else {
-        plain(tr("Applications écartées"), settings.excludedApps);
     }
-    for (const PrioritySite &site : settings.prioritySites) {
-        list.append({tr("Sites de confiance"),
-                     site.address,
-                     site.feed.value_or(site.checked ? tr("pas de flux trouvé") : QString()),
-                     {},
-                     0,
-                     {}});
-    }
-    plain(tr("À ne jamais ramener"), settings.exclusions);
-    return list;
-}
-
-int TerritoryModel::rowCount(const QModelIndex &parent) const {
-    return parent.isValid() ? 0 : count();
-}
-
-QVariant TerritoryModel::data(const QModelIndex &index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
-        return {};
-    }
-    const Row &row = m_rows.at(index.row());
-    switch (role) {
-    case Group:
-        return row.group;
-    case Name:
-        return shownLine(row.name);
-    case Detail:
-        return shownLine(row.detail);
-    case Labels: {
-        QStringList labels;
-        for (const QString &label : row.labels) {
-            labels += shownLine(label);
-        }
-        return labels;
-    }
-    case Weight:
-        return row.weight;
-    case Folder:
-        return row.folder;
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> TerritoryModel::roleNames() const {
-    return {{Group, "group"},   {Name, "name"},     {Detail, "detail"},
-            {Labels, "labels"}, {Weight, "weight"}, {Folder, "folder"}};
+    m_interests.show(interests);
+    m_tools.show(nameRows(settings().addedTools));
+    m_exclusions.show(nameRows(settings().exclusions));
+    Q_EMIT changed();
 }
 
 QString TerritoryModel::summary() const {
-    const Settings &settings = m_preferences.settings();
     QStringList facts;
     const auto add = [&](qsizetype count, const QString &one, const QString &many) {
         if (count > 0) {
             facts += counted(count, one, many);
         }
     };
-    add(settings.projects.size(), tr("projet"), tr("projets"));
-    add(settings.interests.size(), tr("domaine"), tr("domaines"));
-    add(settings.prioritySites.size(), tr("site de confiance"), tr("sites de confiance"));
+    add(settings().projects.size(), tr("projet"), tr("projets"));
+    add(settings().interests.size(), tr("domaine"), tr("domaines"));
+    add(settings().prioritySites.size(), tr("site de confiance"), tr("sites de confiance"));
     return facts.isEmpty() ? tr("Ton territoire est vide.") : facts.join(QStringLiteral(", "));
+}
+
+QString TerritoryModel::counterText() const { return tr(" sur 6 · au-delà, la fouille se dilue"); }
+
+bool TerritoryModel::diluted() const { return settings().interests.size() > enoughInterests; }
+
+QString TerritoryModel::jobProposal() const {
+    const QString proposed = discovery::jobTitle(m_projects.labels(), m_apps.names());
+    return proposed == job() ? QString() : proposed;
+}
+
+/// What is stored past 2 acts as 2, and is not written anew by somebody who presses what is chosen.
+void TerritoryModel::setRadius(int radius) {
+    if (radius != this->radius()) {
+        m_parts.preferences.change(&Settings::radiusLevel, std::clamp(radius, 0, 2));
+    }
+}
+
+QStringList TerritoryModel::radiusLabels() const {
+    return {tr("SEULEMENT CHEZ TOI"), tr("ET CHEZ TES VOISINS"), tr("JUSQU’AUX TERRES INCONNUES")};
+}
+
+QStringList TerritoryModel::radiusTexts() const {
+    return {tr("Je ne regarde que tes dépendances et tes outils."),
+            tr("Tes dépendances d’abord, puis les outils voisins et leurs alternatives."),
+            tr("Tes dépendances, leurs voisins, et quelques découvertes hors de tes domaines.")};
+}
+
+QString TerritoryModel::add(territory::List list, const QString &name) {
+    return shownWords(territory::addName(m_parts.preferences, list, name).value_or(QString()));
+}
+
+void TerritoryModel::remove(territory::List list, const QString &name) {
+    if (auto putBack = territory::removeName(m_parts.preferences, list, name)) {
+        keepRemoved(name, *std::move(putBack));
+    }
+}
+
+QString TerritoryModel::addInterest(const QString &name) { return add(&Settings::interests, name); }
+QString TerritoryModel::addTool(const QString &name) { return add(&Settings::addedTools, name); }
+QString TerritoryModel::addExclusion(const QString &name) {
+    return add(&Settings::exclusions, name);
+}
+void TerritoryModel::removeInterest(const QString &name) { remove(&Settings::interests, name); }
+void TerritoryModel::removeTool(const QString &name) { remove(&Settings::addedTools, name); }
+void TerritoryModel::removeExclusion(const QString &name) { remove(&Settings::exclusions, name); }
+
+QString TerritoryModel::renameInterest(const QString &from, const QString &to) {
+    return shownWords(
+        territory::renameInterest(m_parts.preferences, from, to).value_or(QString()));
+}
+
+void TerritoryModel::setWeight(const QString &interest, int weight) {
+    territory::setWeight(m_parts.preferences, interest, weight);
+}
+
+QString TerritoryModel::setJob(const QString &job) {
+    return shownWords(territory::setJob(m_parts.preferences, job).value_or(QString()));
+}
+
+void TerritoryModel::keepRemoved(const QString &what, territory::PutBack putBack) {
+    m_removed.append({what, std::move(putBack)});
+    if (m_removed.size() > mostUndone) {
+        m_removed.removeFirst();
+    }
+    Q_EMIT undoChanged();
+}
+
+QString TerritoryModel::undoText() const {
+    return m_removed.isEmpty()
+               ? QString()
+               : shownWords(tr("« %1 » est retiré").arg(shownLine(m_removed.last().what)));
+}
+
+bool TerritoryModel::undo() {
+    if (m_removed.isEmpty()) {
+        return false;
+    }
+    const Removed last = m_removed.takeLast();
+    last.putBack(m_parts.preferences);
+    Q_EMIT undoChanged();
+    return true;
 }
 
 } // namespace vorle

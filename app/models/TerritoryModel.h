@@ -1,75 +1,114 @@
 #pragma once
 
-#include "base/Async.h"
-#include "core/Preferences.h"
-
-#include <QAbstractListModel>
-#include <QPointer>
-#include <QStringList>
-#include <QtQml/qqmlregistration.h>
+#include "app/models/AppsModel.h"
+#include "app/models/ProjectsModel.h"
+#include "app/models/ReflexesModel.h"
+#include "app/models/SendPreview.h"
+#include "app/models/SitesModel.h"
 
 namespace vorle {
 
-/// "Ton territoire": what a run searches for, as rows under headings. The projects' folders are
-/// read on the thread pool, at `refresh()` and when the projects change; a project shows without
-/// its counts until then. Main thread; the preferences outlive it.
-class TerritoryModel final : public QAbstractListModel {
+/// "Ton territoire": what a run searches for, and what the decisions taught. What is changed here
+/// acts at once and goes to the disk in the background; what a command or another process writes
+/// shows at once. Main thread; the parts outlive it.
+class TerritoryModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
-    Q_PROPERTY(int count READ count NOTIFY rowsChanged FINAL)
+    Q_PROPERTY(vorle::ProjectsModel *projects READ projects CONSTANT FINAL)
+    Q_PROPERTY(vorle::SitesModel *sites READ sites CONSTANT FINAL)
+    Q_PROPERTY(vorle::AppsModel *apps READ apps CONSTANT FINAL)
+    Q_PROPERTY(vorle::ReflexesModel *reflexes READ reflexes CONSTANT FINAL)
+    Q_PROPERTY(vorle::SendPreview *preview READ preview CONSTANT FINAL)
+    /// Of InterestRow, NameRow, NameRow.
+    Q_PROPERTY(vorle::RowsModel *interests READ interests CONSTANT FINAL)
+    Q_PROPERTY(vorle::RowsModel *tools READ tools CONSTANT FINAL)
+    Q_PROPERTY(vorle::RowsModel *exclusions READ exclusions CONSTANT FINAL)
+    /// Somebody looks: folders, apps and reports are read again, and what a run would send is
+    /// worked out.
+    Q_PROPERTY(bool active READ active WRITE setActive NOTIFY activeChanged FINAL)
     /// "2 projets, 5 domaines"; "Ton territoire est vide."
-    Q_PROPERTY(QString summary READ summary NOTIFY rowsChanged FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY changed FINAL)
+    /// What follows the number of interests, and whether there are more than it speaks of.
+    Q_PROPERTY(QString counterText READ counterText CONSTANT FINAL)
+    Q_PROPERTY(bool diluted READ diluted NOTIFY changed FINAL)
+    /// "" while it is not known.
+    Q_PROPERTY(QString job READ job NOTIFY changed FINAL)
+    /// What the projects and the apps point to; "" when that is the job.
+    Q_PROPERTY(QString jobProposal READ jobProposal NOTIFY changed FINAL)
+    /// 0, 1 or 2, with what each is called and means.
+    Q_PROPERTY(int radius READ radius WRITE setRadius NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList radiusLabels READ radiusLabels CONSTANT FINAL)
+    Q_PROPERTY(QStringList radiusTexts READ radiusTexts CONSTANT FINAL)
+    /// What was taken out last, while it can be put back: "« vélo en ville » est retiré"; else "".
+    Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged FINAL)
 
 public:
-    enum Role {
-        Group = Qt::UserRole, ///< the heading: "Projets", "Domaines"
-        Name,
-        Detail, ///< "package.json · 48 dépendances"; a feed's address; may be empty
-        Labels, ///< list of strings, of a project
-        Weight, ///< 1 to 5 for an interest, else 0
-        Folder  ///< a project's, else empty
-    };
-    Q_ENUM(Role)
+    explicit TerritoryModel(const TerritoryParts &parts, QObject *parent = nullptr);
 
-    explicit TerritoryModel(Preferences &preferences, QObject *parent = nullptr);
-
-    int rowCount(const QModelIndex &parent = {}) const override;
-    QVariant data(const QModelIndex &index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
-
-    int count() const { return static_cast<int>(m_rows.size()); }
+    ProjectsModel *projects() { return &m_projects; }
+    SitesModel *sites() { return &m_sites; }
+    AppsModel *apps() { return &m_apps; }
+    ReflexesModel *reflexes() { return &m_reflexes; }
+    SendPreview *preview() { return &m_preview; }
+    RowsModel *interests() { return &m_interests; }
+    RowsModel *tools() { return &m_tools; }
+    RowsModel *exclusions() { return &m_exclusions; }
+    bool active() const { return m_active; }
+    void setActive(bool active);
     QString summary() const;
-    /// Reads the projects' folders again.
-    Q_INVOKABLE void refresh();
+    QString counterText() const;
+    bool diluted() const;
+    QString job() const { return settings().job.value_or(QString()); }
+    QString jobProposal() const;
+    int radius() const { return m_parts.preferences.radius(); }
+    void setRadius(int radius);
+    QStringList radiusLabels() const;
+    QStringList radiusTexts() const;
+    QString undoText() const;
+
+    // Those that may refuse give a French sentence then, "" when it was done or there was nothing
+    // to do.
+    Q_INVOKABLE QString addInterest(const QString &name);
+    Q_INVOKABLE QString renameInterest(const QString &from, const QString &to);
+    Q_INVOKABLE void setWeight(const QString &interest, int weight);
+    Q_INVOKABLE void removeInterest(const QString &name);
+    Q_INVOKABLE QString addTool(const QString &name);
+    Q_INVOKABLE void removeTool(const QString &name);
+    Q_INVOKABLE QString addExclusion(const QString &name);
+    Q_INVOKABLE void removeExclusion(const QString &name);
+    Q_INVOKABLE QString setJob(const QString &job);
+    /// Puts back what was taken out last. False when there is nothing.
+    Q_INVOKABLE bool undo();
 
 Q_SIGNALS:
-    void rowsChanged();
+    void activeChanged();
+    void changed();
+    void undoChanged();
 
 private:
-    struct Row {
-        QString group;
-        QString name;
-        QString detail;
-        QStringList labels;
-        int weight = 0;
-        QString folder;
-
-        bool operator==(const Row &) const = default;
-    };
-    /// What was found in a project's folder.
-    struct Reading {
-        QString detail;
-        QStringList labels;
+    struct Removed {
+        QString what;
+        territory::PutBack putBack;
     };
 
-    static Task<> readFolders(QPointer<TerritoryModel> self);
-    void rebuild();
-    QList<Row> rows() const;
+    const Settings &settings() const { return m_parts.preferences.settings(); }
+    QString add(territory::List list, const QString &name);
+    void remove(territory::List list, const QString &name);
+    void keepRemoved(const QString &what, territory::PutBack putBack);
+    void show();
 
-    Preferences &m_preferences;
-    QMap<QString, Reading> m_readings; // by project
-    QList<Row> m_rows;                 // made from the readings
+    TerritoryParts m_parts;
+    QList<Removed> m_removed; // the latest last
+    KeyedRows<InterestRow> m_interests;
+    KeyedRows<NameRow> m_tools;
+    KeyedRows<NameRow> m_exclusions;
+    ProjectsModel m_projects;
+    SitesModel m_sites;
+    AppsModel m_apps;
+    ReflexesModel m_reflexes;
+    SendPreview m_preview;
+    bool m_active = false;
 };
 
 } // namespace vorle

@@ -28,8 +28,10 @@
 namespace vorle {
 
 class AgentLocator;
+class Asker;
 class BriefWriter;
 class ClaudeLauncher;
+class Feeds;
 class FilePicker;
 class LinkOpener;
 class Pasteboard;
@@ -83,12 +85,16 @@ public:
         SearchEngine &engine;
         BriefWriter &briefs;
         LinkCapture &capture;
+        Asker &asker;
+        Feeds &feeds;
         const AgentLocator &agents;
         const Clock &clock;
         LinkOpener &links;
         Pasteboard &pasteboard;
         ClaudeLauncher &launcher;
         FilePicker &files;
+        /// The apps of this machine, in the order they are shown in. Any thread.
+        std::function<QList<discovery::App>()> apps = {};
         qsizetype released = 0;     ///< topics of a run that died, handed out at this start
         QStringList terminals = {}; ///< see Terminals::names
     };

@@ -11,12 +11,15 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
             .engine = app.engine(),
             .briefs = app.briefs(),
             .capture = app.capture(),
+            .asker = app.asker(),
+            .feeds = app.feeds(),
             .agents = app.agent().locator(),
             .clock = app.clock(),
             .links = adapters.links,
             .pasteboard = adapters.pasteboard,
             .launcher = adapters.launcher,
-            .files = adapters.files};
+            .files = adapters.files,
+            .apps = [&app] { return app.apps(); }};
 }
 
 } // namespace vorle

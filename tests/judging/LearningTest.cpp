@@ -8,6 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+#include <random>
+
 namespace vorle {
 namespace {
 
@@ -337,6 +341,83 @@ TEST(ToolNames, are_found_as_whole_words_whatever_their_case) {
         EXPECT_FALSE(names.namedIn(QString::fromUtf8(text))) << text;
     }
     EXPECT_FALSE(ToolNames({}).namedIn(u"Go"));
+}
+
+/// The whole numbers in a text, in their order.
+QList<int> numbersIn(const QString &text) {
+    QList<int> numbers;
+    QString digits;
+    for (const QChar c : text + u' ') {
+        if (c.isDigit()) {
+            digits += c;
+        } else if (!digits.isEmpty()) {
+            numbers += digits.toInt();
+            digits.clear();
+        }
+    }
+    return numbers;
+}
+
+// Whatever the decisions are: what a reflex shows is what its figures count.
+TEST(Learning, the_decisions_behind_a_reflex_are_those_its_evidence_counts) {
+    std::mt19937 random(20261122);
+    const auto chance = [&](int percent) { return int(random() % 100) < percent; };
+    const char *kinds[] = {"video", "security", "article", "billet"};
+    const TopicStatus statuses[] = {Inbox, Program, Reserve, Dismissed, Done};
+    Settings settings;
+    settings.projects = {{QStringLiteral("Potager"), QString()}};
+    QMap<QString, int> seen;
+    for (int round = 0; round < 300; ++round) {
+        Store store;
+        const int leaning = int(random() % 100);
+        for (int i = 0; i < 40; ++i) {
+            Topic topic = decision(chance(leaning) ? Dismissed : statuses[random() % 5],
+                                   kinds[random() % 4]);
+            topic.triagedAt = october.addSecs(int(random() % 1'000'000));
+            topic.minutes = chance(20) ? 90 : 10;
+            topic.postponedCount = chance(60) ? 1 : 0;
+            if (chance(40)) {
+                topic.dependency = QStringLiteral("zod");
+                topic.status = chance(leaning) ? Program : topic.status;
+            }
+            topic.project = chance(30) ? std::optional(QStringLiteral("Potager")) : std::nullopt;
+            topic.readLevel = chance(90) ? ReadLevel::Full : ReadLevel::None;
+            if (chance(40)) {
+                topic.correction = Correction{};
+                topic.correction->score = chance(80) ? 9 : 1;
+                topic.correction->at = october.addSecs(int(random() % 1'000'000));
+            }
+            store.topics += std::make_shared<const Topic>(std::move(topic));
+        }
+        settings.reflexesSince =
+            chance(50) ? std::optional(october.addSecs(100'000)) : std::nullopt;
+        for (const Reflex &reflex : learn(store.topics, settings).reflexes) {
+            const auto behind = decisionsBehind(reflex.id, store.topics, settings);
+            const auto count = [&](auto &&wanted) { return int(std::ranges::count_if(behind, wanted)); };
+            const int dismissed = count([](const TopicPtr &t) { return t->status == Dismissed; });
+            const int kept = count(
+                [](const TopicPtr &t) { return t->status == Program || t->status == Done; });
+            const int postponed = count([](const TopicPtr &t) { return t->postponedCount > 0; });
+            const int all = int(behind.size());
+            const QList<int> told = numbersIn(reflex.evidence);
+            if (reflex.id == u"stack-first") {
+                EXPECT_EQ(told[0], (200 * kept + all) / (2 * all));
+            } else if (reflex.id.startsWith(u"corr-")) {
+                EXPECT_EQ(told[0], all);
+            } else {
+                EXPECT_EQ(told[0], reflex.id == u"long-later" ? postponed : dismissed);
+                EXPECT_EQ(told[1], all);
+            }
+            const auto moment = [&](const TopicPtr &topic) {
+                return reflex.id.startsWith(u"corr-") ? topic->correction->at : *topic->triagedAt;
+            };
+            EXPECT_TRUE(std::ranges::is_sorted(behind, std::greater(), moment)) << "newest first";
+            ++seen[reflex.id.section(u'-', 0, 0)];
+        }
+    }
+    EXPECT_EQ(seen.size(), 5) << "every rule was met";
+    EXPECT_TRUE(decisionsBehind(QStringLiteral("kind-nope"), quiet().topics, settings).isEmpty());
+    EXPECT_TRUE(decisionsBehind(QStringLiteral("project-Nope"), quiet().topics, settings).isEmpty());
 }
 
 } // namespace

@@ -68,5 +68,13 @@ TEST_F(Reflexes, are_forgotten_only_once_confirmed) {
     EXPECT_EQ(vorle.run("reflexes oublier").status, 2);
 }
 
+TEST_F(Reflexes, show_the_decisions_they_rest_on) {
+    const Program::Outcome shown = vorle.run("reflexes montrer kind-video --json");
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_EQ(shown.list().size(), 12);
+    EXPECT_THAT(vorle.run("reflexes montrer kind-video").out, HasSubstr("Un titre"));
+    EXPECT_EQ(vorle.run("reflexes montrer kind-vide").status, 1);
+}
+
 } // namespace
 } // namespace vorle

@@ -1,0 +1,54 @@
+import QtQuick
+import Vorle
+
+// A line that adds what is written to the list above it; what cannot be taken is said below.
+Column {
+    id: adder
+
+    required property string prompt
+    property alias text: field.text
+    property string problem: ""
+
+    signal added(string text)
+
+    function takeFocus() {
+        field.forceActiveFocus(Qt.TabFocusReason);
+    }
+    // Told how it went: what was taken leaves room for the next.
+    function settle(refusal: string) {
+        problem = refusal;
+        if (refusal.length === 0) {
+            field.clear();
+        }
+    }
+
+    spacing: 6
+
+    TextEntry {
+        id: field
+        width: parent.width
+        implicitHeight: 40
+        rightPadding: 40
+        font.pixelSize: Theme.textBody
+        placeholderText: adder.prompt
+        Accessible.description: qsTr("Touche %1").arg("↩")
+        onTextEdited: adder.problem = ""
+        onAccepted: if (text.trim().length > 0) adder.added(text)
+
+        KeyCap {
+            anchors.right: parent.right
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            keys: "↩"
+            bare: true
+        }
+    }
+    Label {
+        width: parent.width
+        visible: text.length > 0
+        text: adder.problem
+        color: Theme.tintInk
+        font.pixelSize: Theme.textNote
+        Accessible.role: Accessible.AlertMessage
+    }
+}

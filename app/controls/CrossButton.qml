@@ -1,0 +1,34 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vorle
+
+// Takes away what it stands on. The keyboard does so from there (⌫).
+T.AbstractButton {
+    id: cross
+
+    required property string what
+    property bool shown: true
+
+    implicitWidth: 24
+    implicitHeight: 24
+    hoverEnabled: true
+    focusPolicy: Qt.NoFocus
+    opacity: shown || hovered ? 1 : 0
+    Accessible.role: Accessible.Button
+    Accessible.name: qsTr("Retirer %1").arg(what)
+    Accessible.onPressAction: clicked()
+
+    background: Rectangle {
+        radius: width / 2
+        color: cross.hovered ? Theme.well : "transparent"
+    }
+    contentItem: Text {
+        text: "×"
+        color: cross.hovered ? Theme.ink : Theme.inkFaint
+        font.family: Theme.textFamily
+        font.pixelSize: Theme.textLarge
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,187 @@
+import QtQuick
+import Vorle
+import Vorle.Models
+
+// A watched project. ↩ writes its description, ⌫ takes it away.
+FocusScope {
+    id: card
+
+    required property int index
+    required property projectRow row
+    property bool stop: false // the Tab key stops here
+    property string problem: ""
+    readonly property bool editing: editor.active
+
+    signal described(string description)
+    signal removed
+    signal folderAsked
+    signal stepped(int by)
+
+    function takeFocus() {
+        forceActiveFocus(Qt.TabFocusReason);
+    }
+    function edit() {
+        problem = "";
+        editor.active = true;
+    }
+    function stopEditing() {
+        const had = editor.item !== null && editor.item.activeFocus; // qmllint disable missing-property
+        editor.active = false;
+        problem = "";
+        if (had) {
+            takeFocus();
+        }
+    }
+
+    implicitHeight: 160
+    activeFocusOnTab: stop
+    Accessible.role: Accessible.ListItem
+    Accessible.name: row.shown
+    Accessible.description: [row.description, row.detail, row.labels.join(", "), row.folder].filter(each => each.length > 0).join(". ")
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
+    Accessible.onPressAction: edit()
+    Keys.onPressed: event => {
+        if (card.editing || (event.modifiers & ~Qt.KeypadModifier)) {
+            return;
+        }
+        event.accepted = true;
+        if (event.key === Qt.Key_Left || event.key === Qt.Key_Up) {
+            card.stepped(-1);
+        } else if (event.key === Qt.Key_Right || event.key === Qt.Key_Down) {
+            card.stepped(1);
+        } else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace) {
+            card.removed();
+        } else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_F2) && !event.isAutoRepeat) {
+            card.edit();
+        } else {
+            event.accepted = false;
+        }
+    }
+
+    HoverHandler {
+        id: hover
+    }
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radiusCard
+        color: Theme.card
+        border.width: 1
+        border.color: hover.hovered ? Theme.edge : Theme.line
+    }
+    FocusRing {
+        radius: Theme.radiusCard + 3
+        shown: card.activeFocus && !card.editing
+    }
+    Title {
+        x: 18
+        y: 16
+        width: cross.x - x - 8
+        text: card.row.shown
+        size: Theme.titleSmall
+        elide: Text.ElideRight
+        wrapMode: Text.NoWrap
+        Accessible.ignored: true
+    }
+    CrossButton {
+        id: cross
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        y: 16
+        what: card.row.shown
+        shown: hover.hovered || card.activeFocus
+        onClicked: card.removed()
+    }
+    Label {
+        id: description
+        x: 18
+        y: 43
+        width: parent.width - 36
+        visible: !card.editing
+        text: card.row.description.length > 0 ? card.row.description : qsTr("Décris-le en une phrase : je chercherai mieux pour lui.")
+        color: card.row.description.length > 0 ? Theme.inkSoft : Theme.inkFaint
+        font.pixelSize: Theme.textNote
+        maximumLineCount: 2
+        elide: Text.ElideRight
+        Accessible.ignored: true
+
+        TapHandler {
+            onTapped: card.edit()
+        }
+    }
+    Loader {
+        id: editor
+        active: false
+        x: 10
+        y: 42
+        width: parent.width - 20
+        height: 36
+        onLoaded: {
+            const field = editor.item as TextEntry;
+            field.text = card.row.description;
+            field.selectAll();
+            field.forceActiveFocus(Qt.TabFocusReason);
+        }
+        sourceComponent: TextEntry {
+            leftPadding: 8
+            rightPadding: 8
+            font.pixelSize: Theme.textNote
+            placeholderText: qsTr("Ce qu’est %1, en une phrase").arg(card.row.shown)
+            onAccepted: card.described(text)
+            onActiveFocusChanged: if (!activeFocus) Qt.callLater(card.stopEditing)
+            Keys.onEscapePressed: card.stopEditing()
+        }
+    }
+    Label {
+        id: detail
+        x: 18
+        y: card.editing ? 84 : Math.max(84, description.y + description.implicitHeight + 6)
+        width: parent.width - 36
+        text: card.problem.length > 0 ? card.problem : card.row.detail
+        color: card.problem.length > 0 || card.row.wrong ? Theme.tintInk : Theme.inkFaint
+        font.pixelSize: Theme.textNote
+        maximumLineCount: 2
+        elide: Text.ElideRight
+        Accessible.role: card.problem.length > 0 ? Accessible.AlertMessage : Accessible.StaticText
+        Accessible.ignored: card.problem.length === 0
+    }
+    Row {
+        x: 18
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16
+        width: parent.width - 36
+        spacing: 6
+        clip: true
+
+        ActionButton {
+            visible: card.row.astray
+            text: qsTr("Choisir un autre dossier…")
+            implicitHeight: 32
+            onClicked: card.folderAsked()
+        }
+        Repeater {
+            model: card.row.astray ? [] : card.row.labels
+
+            Rectangle {
+                id: label
+                required property string modelData
+                width: words.implicitWidth + 18
+                height: 22
+                radius: 11
+                color: Theme.well
+
+                Label {
+                    id: words
+                    anchors.centerIn: parent
+                    text: label.modelData
+                    color: Theme.inkSoft
+                    font.weight: Font.Medium
+                    font.pixelSize: Theme.textSmall
+                    wrapMode: Text.NoWrap
+                    lineHeight: 1
+                    Accessible.ignored: true
+                }
+            }
+        }
+    }
+}

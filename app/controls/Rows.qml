@@ -1,0 +1,45 @@
+import QtQuick
+import Vorle
+
+// Rows under each other, or pills in lines, that share one stop for the Tab key; the arrows walk
+// among them. A delegate is an item with an `index`, whose `takeFocus()` gives it the keyboard.
+Flow {
+    id: rows
+
+    property alias model: repeater.model
+    property alias delegate: repeater.delegate
+    readonly property int count: repeater.count
+    property int here: 0 // the row that the Tab key stops at
+
+    signal emptied // the row that had the keyboard was the last
+    signal left(int by) // an arrow led out, upwards or downwards
+
+    onCountChanged: here = Math.max(0, Math.min(here, count - 1))
+
+    function take(index: int) {
+        here = Math.max(0, Math.min(index, count - 1));
+        if (count > 0) {
+            repeater.itemAt(here).takeFocus(); // qmllint disable missing-property
+        }
+    }
+    function step(from: int, by: int) {
+        const to = from + by;
+        if (to >= 0 && to < count) {
+            take(to);
+        } else {
+            left(by);
+        }
+    }
+    // After a row with the keyboard went: the next one has it.
+    function closeUp(index: int) {
+        if (count > 0) {
+            take(index);
+        } else {
+            emptied();
+        }
+    }
+
+    Repeater {
+        id: repeater
+    }
+}
