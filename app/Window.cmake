@@ -13,13 +13,17 @@ set(VORLE_QML
     controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
+    controls/AddField.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
+    controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/Switch.qml controls/UndoLine.qml controls/WeightDots.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
+    screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml
     screens/ClosingPanel.qml screens/CorrectionPanel.qml
     screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/SettingsPanel.qml
-    screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/TerritoryScreen.qml
+    screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/SendPanel.qml screens/TerritoryInterests.qml screens/TerritoryNames.qml screens/TerritoryProjects.qml
+    screens/TerritoryReflex.qml screens/TerritoryReflexes.qml screens/TerritoryScreen.qml screens/TerritorySite.qml screens/TerritorySites.qml
     screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 

@@ -9,6 +9,13 @@ Column {
     property alias corner: corner.data // one item, beside the heading
     property int gap: 12
 
+    signal focusAsked
+
+    // The keyboard comes to its first row.
+    function takeFocus() {
+        focusAsked();
+    }
+
     Item {
         width: parent.width
         implicitHeight: Math.max(34, heading.implicitHeight, corner.height) + section.gap

@@ -7,9 +7,10 @@ Item {
 
     required property string text
     property string prompt: text
-    property var suggestions: [] // none
+    property bool writes: true // else it only asks
     readonly property bool writing: field.active
 
+    signal asked
     signal added(string name)
 
     function takeFocus() {
@@ -30,12 +31,18 @@ Item {
         id: button
         visible: !adder.writing
         text: adder.text
-        onClicked: field.active = true
+        onClicked: {
+            if (adder.writes) {
+                field.active = true;
+            } else {
+                adder.asked();
+            }
+        }
     }
     Loader {
         id: field
         active: false
-        onLoaded: item.forceActiveFocus(Qt.TabFocusReason)
+        onLoaded: (field.item as TextEntry).forceActiveFocus(Qt.TabFocusReason)
         sourceComponent: TextEntry {
             implicitWidth: 240
             implicitHeight: 30

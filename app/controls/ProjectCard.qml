@@ -98,7 +98,7 @@ FocusScope {
         y: 43
         width: parent.width - 36
         visible: !card.editing
-        text: card.row.description.length > 0 ? card.row.description : qsTr("Décris-le en une phrase : je chercherai mieux pour lui.")
+        text: card.row.description.length > 0 ? card.row.description : qsTr("Décris-le en une phrase : je chercherai mieux pour lui.")
         color: card.row.description.length > 0 ? Theme.inkSoft : Theme.inkFaint
         font.pixelSize: Theme.textNote
         maximumLineCount: 2

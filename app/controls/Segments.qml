@@ -9,8 +9,10 @@ Item {
     required property var labels // the words shown
     property int chosen: -1 // none
     property var dots: [] // a colour before each label
+    property bool tight: false // where there is little room
 
     signal picked(int index)
+    signal entered(int index) // ↩ on it, once it was picked
 
     property bool moving: false // once it was chosen from here
 
@@ -82,7 +84,7 @@ Item {
                 required property string modelData
                 readonly property bool on: index === group.chosen
 
-                implicitWidth: content.implicitWidth + 28
+                implicitWidth: content.implicitWidth + (group.tight ? 16 : 28)
                 height: row.height
                 activeFocusOnTab: on || (group.chosen < 0 && index === 0)
                 Accessible.role: Accessible.RadioButton
@@ -98,7 +100,10 @@ Item {
                 Keys.onRightPressed: group.step(index, 1)
                 Keys.onDownPressed: group.step(index, 1)
                 Keys.onSpacePressed: group.pick(index)
-                Keys.onReturnPressed: group.pick(index)
+                Keys.onReturnPressed: {
+                    group.pick(index);
+                    group.entered(index);
+                }
 
                 TapHandler {
                     onTapped: group.pick(option.index)
@@ -125,6 +130,7 @@ Item {
                     }
                     Label {
                         text: option.modelData
+                        font.pixelSize: group.tight ? Theme.textNote : Theme.textBody
                         color: option.on || hover.hovered ? Theme.ink : Theme.inkSoft
                         font.weight: option.on ? Font.DemiBold : Font.Medium
                         wrapMode: Text.NoWrap

@@ -79,6 +79,11 @@ void Demonstration::populate(Preferences &preferences) const {
                                   "l’année")}});
     preferences.change(&Settings::prioritySites,
                        {PrioritySite{m_site->address() + demoBlogPath(), {}, {}}});
+    preferences.change(&Settings::keptApps,
+                       {QStringLiteral("Xcode"), QStringLiteral("Android Studio"),
+                        QStringLiteral("Figma"), QStringLiteral("Obsidian")});
+    preferences.change(&Settings::exclusions, {QStringLiteral("communiques.example.org"),
+                                               QStringLiteral("bons-plans.example.org")});
     preferences.change(&Settings::onboarded, true);
     // Its past has runs: the last one was on time, so that none was missed and the guided first
     // triage is offered.

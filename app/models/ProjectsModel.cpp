@@ -43,7 +43,7 @@ QString detailOf(const discovery::Project &found) {
     using Problem = discovery::Project::Problem;
     switch (found.problem) {
     case Problem::NoFolder:
-        return found.folder.isEmpty() ? ProjectsModel::tr("Sans dossier : sa description suffit.")
+        return found.folder.isEmpty() ? ProjectsModel::tr("Sans dossier\u00A0: sa description suffit.")
                                       : ProjectsModel::tr("Le dossier n’est plus là.");
     case Problem::NoAnswer:
         return ProjectsModel::tr("Le dossier ne répond pas.");
@@ -190,11 +190,11 @@ Task<> ProjectsModel::add(QPointer<ProjectsModel> self, QStringList paths) {
         } else if (pointed->kind == Pointed::Kind::Nothing) {
             refused += tr("Le dossier %1 est introuvable.").arg(shown);
         } else if (pointed->kind == Pointed::Kind::File) {
-            refused += tr("« %1 » est un fichier : glisse le dossier qui le contient.")
+            refused += tr("«\u202F%1\u202F» est un fichier\u00A0: glisse le dossier qui le contient.")
                            .arg(shownLine(pointed->name));
         } else if (const auto name =
                        territory::projectAt(preferences.settings(), pointed->path)) {
-            refused += tr("Ce dossier est déjà suivi, sous le nom « %1 ».").arg(shownLine(*name));
+            refused += tr("Ce dossier est déjà suivi, sous le nom «\u202F%1\u202F».").arg(shownLine(*name));
         } else {
             const QString free =
                 territory::freeProjectName(preferences.settings(), pointed->name);
@@ -219,7 +219,7 @@ void ProjectsModel::chooseFolderFor(const QString &name) {
 
 Task<> ProjectsModel::choose(QPointer<ProjectsModel> self, QString name) {
     const QString title =
-        name.isEmpty() ? tr("Ajouter un projet") : tr("Où est %1 ?").arg(shownLine(name));
+        name.isEmpty() ? tr("Ajouter un projet") : tr("Où est %1\u202F?").arg(shownLine(name));
     const auto path = co_await self->m_parts.files.folder(title, {});
     if (!self || !path) {
         co_return;

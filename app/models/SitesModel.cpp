@@ -17,7 +17,7 @@ namespace vorle {
 namespace {
 
 QString noFeedText() {
-    return SitesModel::tr("Ce site n’annonce aucun flux : je le lis par la recherche. Si tu "
+    return SitesModel::tr("Ce site n’annonce aucun flux\u00A0: je le lis par la recherche. Si tu "
                           "connais l’adresse de son flux, mets-la à sa place.");
 }
 
@@ -212,7 +212,7 @@ Task<> SitesModel::lookAt(QPointer<SitesModel> self, PrioritySite site, CancelTo
     case FeedOutcome::Read:
         seen.state = found.items.isEmpty()
                          ? tr("flux lu, aucun billet récent")
-                         : tr("flux lu, %1 · « %2 »")
+                         : tr("flux lu, %1 · «\u202F%2\u202F»")
                                .arg(counted(found.items.size(), tr("billet récent"),
                                             tr("billets récents")),
                                     shownLine(found.items.first().title));

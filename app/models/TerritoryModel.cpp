@@ -153,7 +153,7 @@ void TerritoryModel::keepRemoved(const QString &what, territory::PutBack putBack
 QString TerritoryModel::undoText() const {
     return m_removed.isEmpty()
                ? QString()
-               : shownWords(tr("« %1 » est retiré").arg(shownLine(m_removed.last().what)));
+               : shownWords(tr("«\u202F%1\u202F» est retiré").arg(shownLine(m_removed.last().what)));
 }
 
 bool TerritoryModel::undo() {

@@ -42,6 +42,8 @@ class TerritoryModel final : public QObject {
     Q_PROPERTY(QStringList radiusTexts READ radiusTexts CONSTANT FINAL)
     /// What was taken out last, while it can be put back: "« vélo en ville » est retiré"; else "".
     Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged FINAL)
+    /// How many can be put back, one after the other.
+    Q_PROPERTY(int undoCount READ undoCount NOTIFY undoChanged FINAL)
 
 public:
     explicit TerritoryModel(const TerritoryParts &parts, QObject *parent = nullptr);
@@ -66,6 +68,7 @@ public:
     QStringList radiusLabels() const;
     QStringList radiusTexts() const;
     QString undoText() const;
+    int undoCount() const { return static_cast<int>(m_removed.size()); }
 
     // Those that may refuse give a French sentence then, "" when it was done or there was nothing
     // to do.

@@ -20,6 +20,9 @@ QtObject {
         if (action === KeyboardMap.CloseCard && notch !== null) {
             notch.dismissed = true;
         }
+        if (action === KeyboardMap.Undo && screen.undo()) {
+            return;
+        }
         if (shell.actions.perform(action)) {
             return;
         }

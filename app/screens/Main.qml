@@ -21,8 +21,8 @@ Window {
     signal raiseAsked
 
     title: shell.demo ? qsTr("vorle · démonstration") : "vorle"
-    minimumWidth: 860
-    minimumHeight: 560
+    minimumWidth: 700
+    minimumHeight: 500
     color: Theme.paper
 
     function perform(action: int) {
@@ -125,7 +125,7 @@ Window {
 
         SideBar {
             id: side
-            width: Theme.sideWidth
+            width: main.width < 900 ? 200 : Theme.sideWidth
             height: parent.height
             model: main.sections
             current: main.sections.current
@@ -214,6 +214,11 @@ Window {
                     onAct: action => main.perform(action)
                     sourceComponent: TerritoryScreen {
                         shell: main.shell
+                        onSendAsked: panels.open(panels.sendPanel)
+                        onAppsAsked: panels.open(panels.appsPanel)
+                        onDecisionsAsked: reflex => panels.showDecisions(reflex)
+                        onStartAgainAsked: panels.open(panels.startAgainPanel)
+                        onTold: sentence => voice.say(sentence)
                     }
                 }
                 SectionSlot {

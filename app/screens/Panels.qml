@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // What lies over the window, one at a time.
 Item {
@@ -7,11 +8,14 @@ Item {
 
     required property Shell shell
 
-    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, closing, calibration]
-    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown || calibration.shown
+    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, closing, calibration, send, apps, decisions, startAgain]
+    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown
     readonly property PanelSlot searchPanel: search
     readonly property PanelSlot shortcutsPanel: shortcuts
     readonly property PanelSlot settingsPanel: settings
+    readonly property PanelSlot sendPanel: send
+    readonly property PanelSlot appsPanel: apps
+    readonly property PanelSlot startAgainPanel: startAgain
 
     signal gone // one of them was put away
     signal added // a link
@@ -55,6 +59,11 @@ Item {
         (correction.panel as CorrectionPanel).open(topicId);
     }
 
+    function showDecisions(reflex: reflexRow) {
+        open(decisions);
+        (decisions.panel as DecisionsPanel).open(reflex);
+    }
+
     PanelSlot {
         id: search
         onGone: panels.gone()
@@ -84,6 +93,39 @@ Item {
         onGone: panels.gone()
         sourceComponent: CalibrationPanel {
             model: panels.shell.calibration
+        }
+    }
+    PanelSlot {
+        id: send
+        onGone: panels.gone()
+        sourceComponent: SendPanel {
+            preview: panels.shell.territory.preview
+        }
+    }
+    PanelSlot {
+        id: apps
+        onGone: panels.gone()
+        sourceComponent: AppPicker {
+            model: panels.shell.territory.apps
+        }
+    }
+    PanelSlot {
+        id: decisions
+        onGone: panels.gone()
+        sourceComponent: DecisionsPanel {
+            model: panels.shell.territory.reflexes
+            onPicked: (section, topicId) => panels.found(section, topicId)
+        }
+    }
+    PanelSlot {
+        id: startAgain
+        onGone: panels.gone()
+        sourceComponent: ConfirmPanel {
+            question: qsTr("Repartir de zéro ?")
+            text: panels.shell.territory.reflexes.startAgainText
+            confirmText: qsTr("Repartir de zéro")
+            keepText: qsTr("Garder mes réflexes")
+            onConfirmed: panels.shell.territory.reflexes.startAgain()
         }
     }
     PanelSlot {

@@ -25,6 +25,10 @@ FocusScope {
     function focusContent() {
         forceActiveFocus();
     }
+    // Takes back what was done here last; whether there was anything.
+    function undo(): bool {
+        return false;
+    }
     // Whether what an action falls on is in view; where it is not, it is brought there instead.
     function ready(): bool {
         return false;

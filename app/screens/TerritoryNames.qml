@@ -11,10 +11,12 @@ PageSection {
     property string prompt: adding
     property string help: ""
     property bool tiles: false
-    property bool adds: true
+    property bool writes: true // the last pill turns into a line to write on
+    property var proposed: [] // names to take with a press
     property alias problem: trouble.text
 
     signal added(string name)
+    signal asked // where nothing is written
     signal removed(string name)
 
     function takeFocus() {
@@ -57,10 +59,36 @@ PageSection {
 
         PillAdder {
             id: adder
-            visible: section.adds
             text: section.adding
             prompt: section.prompt
+            writes: section.writes
+            onAsked: section.asked()
             onAdded: name => section.added(name)
+        }
+    }
+    Flow {
+        width: parent.width
+        topPadding: 10
+        spacing: 8
+        visible: section.proposed.length > 0
+
+        Label {
+            height: 30
+            verticalAlignment: Text.AlignVCenter
+            text: qsTr("Trouvés ici :")
+            color: Theme.inkFaint
+            font.pixelSize: Theme.textNote
+            Accessible.ignored: true
+        }
+        Repeater {
+            model: section.proposed
+
+            PillButton {
+                required property string modelData
+                text: qsTr("+ %1").arg(modelData)
+                Accessible.name: qsTr("Ajouter %1").arg(modelData)
+                onClicked: section.added(modelData)
+            }
         }
     }
     Label {

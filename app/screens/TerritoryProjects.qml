@@ -177,7 +177,7 @@ PageSection {
             leftPadding: 0
             font.pixelSize: Theme.textNote
             font.weight: Font.Normal
-            text: qsTr("proposé d’après tes projets et tes apps : %1").arg(section.model.jobProposal)
+            text: qsTr("proposé d’après tes projets et tes apps : %1").arg(section.model.jobProposal)
             onClicked: {
                 section.model.setJob(section.model.jobProposal);
                 job.text = section.model.job;

@@ -1,87 +1,245 @@
 import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
 import Vorle
+import Vorle.Models
 
-// "Ton territoire": what a run searches for.
-ListScreen {
+// "Ton territoire": what a run searches for, edited in place, on one page with a bar that follows it.
+SectionScreen {
     id: screen
 
-    subtitle: shell.territory.summary
-    onCurrentChanged: if (current) shell.territory.refresh()
-    list.model: shell.territory
-    list.section.property: "group"
-    list.section.delegate: ListHeading {
-        name: section // qmllint disable unqualified
-        width: screen.contentWidth
+    readonly property TerritoryModel model: shell.territory
+    readonly property real margin: width < 600 ? 20 : Theme.margin
+    readonly property real column: Math.min(Theme.columnWidth, width - 2 * margin)
+    readonly property real edge: (width - column) / 2
+    // Where the bar leads, and what it is called.
+    readonly property list<PageSection> stops: [projects, interests, tools, sites, radius, reflexes]
+    property int at: 0
+
+    signal sendAsked
+    signal appsAsked
+    signal decisionsAsked(reflexRow reflex)
+    signal startAgainAsked
+    signal told(string sentence) // to who listens
+
+    onCurrentChanged: model.active = current
+    Component.onCompleted: model.active = current
+    Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && sight.takes(event.key)
+
+    function move(step: int) {
+        sight.scrollBy(step * 80);
     }
-    list.delegate: Item {
-        id: row
+    function focusContent() {
+        page.forceActiveFocus();
+    }
+    function undo(): bool {
+        const what = model.undoText;
+        if (!model.undo()) {
+            return false;
+        }
+        undoLine.hide();
+        told(qsTr("Remis : %1").arg(what));
+        return true;
+    }
+    function follow() {
+        const end = page.contentY >= page.contentHeight - page.height - 1 && page.contentY > 0;
+        let now = 0;
+        for (let i = 0; i < stops.length; ++i) {
+            if (stops[i].y <= page.contentY + 80) {
+                now = i;
+            }
+        }
+        if (!jumped) {
+            at = end ? stops.length - 1 : now;
+        }
+    }
+    // Where somebody jumped is what the bar shows until they scroll, even where the page ends first.
+    property bool jumped: false
+    function jump(index: int) {
+        at = index;
+        jumped = true;
+        sight.scrollTo(index === 0 ? 0 : stops[index].y - 10);
+    }
 
-        required property string name
-        required property string detail
-        required property list<string> labels
-        required property int weight
+    Connections {
+        target: screen.model
 
-        width: screen.contentWidth
-        height: Math.max(48, words.implicitHeight + 22)
-        Accessible.role: Accessible.ListItem
-        Accessible.name: name
-        Accessible.description: detail
-
-        Rectangle {
+        function onUndoChanged() {
+            if (screen.model.undoText.length > 0 && screen.model.undoCount > undoLine.count) {
+                undoLine.show();
+                screen.told(screen.model.undoText);
+            }
+            undoLine.count = screen.model.undoCount;
+        }
+    }
+    InSight {
+        id: sight
+        view: page
+        focused: screen.current ? screen.Window.activeFocusItem : null
+    }
+    SectionHead {
+        id: head
+        x: screen.edge
+        width: screen.column
+        title: screen.title
+        subtitle: screen.model.summary
+        searchKeys: screen.shell.keyboard.keys(KeyboardMap.Search)
+        onSearchAsked: screen.act(KeyboardMap.Search)
+        below: Flow {
             width: parent.width
-            height: 1
-            color: Theme.line
-        }
-        Column {
-            id: words
-            width: parent.width - marks.width - 20
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 2
+            spacing: 8
 
-            Label {
-                width: parent.width
-                text: row.name
-                font.weight: Font.Medium
-                font.pixelSize: Theme.textMenu
-                lineHeight: 1.2
-                Accessible.ignored: true
+            Segments {
+                id: bar
+                name: qsTr("Aller à")
+                labels: [qsTr("Projets"), qsTr("Domaines"), qsTr("Outils"), qsTr("Sites"), qsTr("Rayon"), qsTr("Réflexes")]
+                chosen: screen.at
+                tight: screen.column < 520
+                onPicked: index => screen.jump(index)
+                onEntered: index => screen.stops[index].takeFocus()
             }
-            Label {
-                width: parent.width
-                visible: text.length > 0
-                text: row.detail
-                color: Theme.inkSoft
+            Item {
+                width: Math.max(0, parent.width - bar.implicitWidth - send.implicitWidth - 16)
+                height: 1
+                visible: width > 0
+            }
+            ActionButton {
+                id: send
+                quiet: true
+                implicitHeight: 36
                 font.pixelSize: Theme.textNote
-                lineHeight: 1.25
-                Accessible.ignored: true
+                text: screen.model.preview.size.length > 0 ? qsTr("Ce qu’une fouille envoie  %1  ›").arg(screen.model.preview.size) : qsTr("Ce qu’une fouille envoie  ›")
+                Accessible.name: qsTr("Ce qu’une fouille envoie, %1").arg(screen.model.preview.size)
+                onClicked: screen.sendAsked()
             }
         }
-        Row {
-            id: marks
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 6
-
-            Repeater {
-                model: row.labels
-
-                Chip {
-                    required property string modelData
-                    text: modelData
-                }
-            }
-            // An interest's weight, from 1 to 5.
-            Repeater {
-                model: row.weight > 0 ? 5 : 0
-
-                Rectangle {
-                    required property int index
-                    width: 7
-                    height: 7
-                    radius: 3.5
-                    color: index < row.weight ? Theme.accent : Theme.line
-                }
+    }
+    Rectangle {
+        anchors.top: page.top
+        width: parent.width
+        height: 1
+        color: Theme.line
+        visible: page.contentY > 0
+    }
+    Flickable {
+        id: page
+        anchors.top: head.bottom
+        anchors.topMargin: 10
+        anchors.bottom: parent.bottom
+        width: parent.width
+        contentHeight: sections.implicitHeight + Theme.margin + 40
+        clip: true
+        focus: true
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.Pane
+        Accessible.name: screen.title
+        T.ScrollBar.vertical: ScrollLine {}
+        onContentYChanged: screen.follow()
+        onMovementStarted: screen.jumped = false
+        // Into the page: the chain of all items would go round by the menu.
+        Keys.onTabPressed: event => {
+            event.accepted = Window.activeFocusItem === page;
+            if (event.accepted) {
+                projects.takeFocus();
             }
         }
+
+        Column {
+            id: sections
+            x: screen.edge
+            y: 8
+            width: screen.column
+            spacing: 30
+
+            TerritoryProjects {
+                id: projects
+                width: parent.width
+                model: screen.model
+            }
+            TerritoryInterests {
+                id: interests
+                width: parent.width
+                model: screen.model
+            }
+            TerritoryNames {
+                id: tools
+                width: parent.width
+                name: qsTr("Outils")
+                list: screen.model.tools
+                adding: qsTr("+ Ajouter un outil")
+                prompt: qsTr("Le nom d’un outil")
+                proposed: screen.model.apps.proposedTools
+                onAdded: name => problem = screen.model.addTool(name)
+                onRemoved: name => screen.model.removeTool(name)
+            }
+            TerritoryNames {
+                id: apps
+                width: parent.width
+                name: Theme.mac ? qsTr("Apps de ton Mac") : qsTr("Apps de ta machine")
+                list: screen.model.apps.rows
+                tiles: true
+                adding: screen.model.apps.chooseText
+                writes: false
+                help: qsTr("Elles disent comment tu travailles. Je ne les cherche pas pour elles-mêmes.")
+                onAsked: screen.appsAsked()
+                onRemoved: name => screen.model.apps.remove(name)
+                corner: Segments {
+                    name: qsTr("Apps que je peux nommer")
+                    labels: [qsTr("Seulement celles-ci"), qsTr("Toutes, sauf celles-ci")]
+                    chosen: screen.model.apps.only ? 0 : 1
+                    tight: screen.column < 560
+                    onPicked: index => screen.model.apps.only = index === 0
+                }
+            }
+            TerritorySites {
+                id: sites
+                width: parent.width
+                model: screen.model.sites
+            }
+            TerritoryNames {
+                id: exclusions
+                width: parent.width
+                name: qsTr("À ne jamais ramener")
+                list: screen.model.exclusions
+                adding: qsTr("+ Ajouter un site ou un dossier")
+                prompt: qsTr("Un site, un dossier")
+                onAdded: name => problem = screen.model.addExclusion(name)
+                onRemoved: name => screen.model.removeExclusion(name)
+            }
+            PageSection {
+                id: radius
+                width: parent.width
+                name: qsTr("Rayon")
+                onFocusAsked: choice.takeFocus()
+
+                RadiusChoice {
+                    id: choice
+                    width: parent.width
+                    labels: screen.model.radiusLabels
+                    texts: screen.model.radiusTexts
+                    chosen: screen.model.radius
+                    onPicked: level => screen.model.radius = level
+                }
+            }
+            TerritoryReflexes {
+                id: reflexes
+                width: parent.width
+                model: screen.model.reflexes
+                onDecisionsAsked: reflex => screen.decisionsAsked(reflex)
+                onStartAgainAsked: screen.startAgainAsked()
+            }
+        }
+    }
+    UndoLine {
+        id: undoLine
+
+        property int count: 0
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 20
+        text: screen.model.undoText
+        keys: screen.shell.keyboard.keys(KeyboardMap.Undo)
+        onUndo: screen.undo()
     }
 }

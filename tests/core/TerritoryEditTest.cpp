@@ -21,7 +21,6 @@ protected:
 
     Preferences preferences = open();
 };
-};
 
 TEST_F(TerritoryEditTest, a_name_is_taken_once_on_one_line_and_not_too_long) {
     const std::pair<const char *, const char *> cases[] = {

@@ -1,13 +1,11 @@
 #include "app/models/RunModel.h"
 #include "app/models/ReportModel.h"
-#include "app/models/TerritoryModel.h"
 #include "tests/core/Samples.h"
 #include "tests/search/run/RunParts.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Text.h"
 #include "tests/support/Wait.h"
 
-#include <QAbstractItemModelTester>
 #include <QDir>
 #include <QSignalSpy>
 
@@ -239,35 +237,6 @@ TEST_F(RunModelTest, a_flight_west_makes_no_missed_run_of_one_that_was_made) {
     EXPECT_FALSE(model->missed());
     clock.moment = clock.moment.addDays(7);
     EXPECT_EQ(model->missedTitle(), text("La fouille de lundi 9 novembre n’a pas eu lieu."));
-}
-
-TEST_F(RunModelTest, shows_the_territory_as_it_changes) {
-    TerritoryModel territory(preferences);
-    const QAbstractItemModelTester tester(&territory,
-                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
-    EXPECT_EQ(territory.summary(), text("Ton territoire est vide."));
-    test::writeFile(folder.filePath(text("package.json")),
-                    R"({"dependencies":{"react":"^19.0.0"}})");
-    preferences.change(&Settings::interests, {text("Rust"), text("Vélo")});
-    preferences.change(&Settings::interestWeights, {{text("Rust"), 5}});
-    preferences.change(&Settings::projects, {{text("Tiravue"), folder.path()}});
-    preferences.change(&Settings::exclusions, {text("crypto")});
-    EXPECT_EQ(territory.summary(), text("1 projet, 2 domaines"));
-    ASSERT_EQ(territory.count(), 4);
-    const auto project = territory.index(0);
-    test::spinUntil([&] { return !project.data(TerritoryModel::Labels).toStringList().isEmpty(); });
-    EXPECT_EQ(project.data(TerritoryModel::Detail), text("package.json · 1 dépendance"));
-    EXPECT_EQ(territory.index(1).data(TerritoryModel::Weight), 5);
-    EXPECT_EQ(territory.index(2).data(TerritoryModel::Weight), Preferences::defaultWeight);
-    EXPECT_EQ(territory.index(3).data(TerritoryModel::Name), text("crypto"));
-    // What is named by hand or by a file keeps to its line, and hides nothing.
-    const QString sly = text("Tira\u202Evue\n\x1b[2J ; fin");
-    preferences.change(&Settings::projects, {{sly, folder.path()}});
-    preferences.change(&Settings::projectDescriptions, {{sly, sly}});
-    EXPECT_EQ(territory.index(0).data(TerritoryModel::Name), text("Tiravue [2J\u202F; fin"));
-    const auto detail = [&] { return territory.index(0).data(TerritoryModel::Detail).toString(); };
-    EXPECT_TRUE(detail().startsWith(text("Tiravue [2J\u202F; fin")));
-    test::spinUntil([&] { return detail().contains(text("package.json")); }); // the folder was read
 }
 
 } // namespace

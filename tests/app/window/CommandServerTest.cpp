@@ -4,7 +4,8 @@
 #include "app/window/CommandServer.h"
 
 #include "app/cli/Command.h"
-#include "app/models/TerritoryModel.h"
+#include "app/models/ProjectsModel.h"
+#include "platform/fakes/FakeFilePicker.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
 #include "app/wiring/RunTimer.h"
@@ -217,7 +218,8 @@ TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_sett
     preferences.watch();
     test::FixedClock clock; // Monday 2 November 2026, 9:30
     const RunTimer timer(preferences, clock, QTimeZone::utc());
-    const TerritoryModel territory(preferences);
+    test::FakeFilePicker files;
+    ProjectsModel projects({preferences, app->store(), app->asker(), app->feeds(), files, clock}, {});
     const auto at = [](int day, int hour) {
         return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);
     };
@@ -226,12 +228,11 @@ TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_sett
     EXPECT_EQ(vorle.run(R"(reglages schedule {"weekdays":[3],"hour":9,"minute":0})").status, 0);
     test::spinUntil([&] { return timer.next() == at(3, 9); });
 
-    const int rows = territory.rowCount();
     QDir(vorle.path()).mkdir(QStringLiteral("projet"));
     const QByteArray adding = "projet ajouter " + vorle.path("projet").toUtf8();
     EXPECT_EQ(vorle.run(adding.constData()).status, 0);
     test::spinUntil([&] { return refusalText(preferences).isEmpty(); });
-    test::spinUntil([&] { return territory.rowCount() > rows; });
+    test::spinUntil([&] { return projects.rows()->count() == 1; });
 
     for (const auto &[key, value] :
          {std::pair("weeklyMinutes", "90"), std::pair("agent", "\"codex\""),
