@@ -26,7 +26,7 @@ FocusScope {
         editor.active = true;
     }
     function stopEditing() {
-        const had = editor.item !== null && editor.item.activeFocus;
+        const had = (editor.item as TextEntry)?.activeFocus ?? false;
         editor.active = false;
         problem = "";
         if (had) {

@@ -17,7 +17,7 @@ Item {
         button.forceActiveFocus(Qt.TabFocusReason);
     }
     function stop() {
-        const had = field.item !== null && field.item.activeFocus; // qmllint disable
+        const had = (field.item as TextEntry)?.activeFocus ?? false;
         field.active = false;
         if (had) {
             takeFocus();

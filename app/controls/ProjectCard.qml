@@ -25,7 +25,7 @@ FocusScope {
         editor.active = true;
     }
     function stopEditing() {
-        const had = editor.item !== null && editor.item.activeFocus; // qmllint disable missing-property
+        const had = (editor.item as TextEntry)?.activeFocus ?? false;
         editor.active = false;
         problem = "";
         if (had) {
@@ -37,7 +37,7 @@ FocusScope {
     activeFocusOnTab: stop
     Accessible.role: Accessible.ListItem
     Accessible.name: row.shown
-    Accessible.description: [row.description, row.detail, row.labels.join(", "), row.folder].filter(each => each.length > 0).join(". ")
+    Accessible.description: row.told
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: edit()

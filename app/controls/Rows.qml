@@ -12,14 +12,14 @@ Flow {
     property int here: 0 // the row that the Tab key stops at
 
     signal emptied // the row that had the keyboard was the last
-    signal left(int by) // an arrow led out, upwards or downwards
+    signal steppedOut(int by) // an arrow led out, upwards or downwards
 
     onCountChanged: here = Math.max(0, Math.min(here, count - 1))
 
     function take(index: int) {
         here = Math.max(0, Math.min(index, count - 1));
         if (count > 0) {
-            repeater.itemAt(here).takeFocus(); // qmllint disable missing-property
+            repeater.itemAt(here).takeFocus(); // qmllint disable
         }
     }
     function step(from: int, by: int) {
@@ -27,7 +27,7 @@ Flow {
         if (to >= 0 && to < count) {
             take(to);
         } else {
-            left(by);
+            steppedOut(by);
         }
     }
     // After a row with the keyboard went: the next one has it.

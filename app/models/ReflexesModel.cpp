@@ -13,6 +13,16 @@ constexpr std::chrono::milliseconds settled{200}; // a run changes many topics a
 
 } // namespace
 
+QString ReflexRow::told() const {
+    QStringList facts{evidence, effect};
+    if (sample) {
+        facts.prepend(ReflexesModel::tr("exemple"));
+    } else if (!on) {
+        facts += ReflexesModel::tr("coupé");
+    }
+    return facts.join(QStringLiteral(", "));
+}
+
 ReflexesModel::ReflexesModel(const TerritoryParts &parts, QObject *parent)
     : QObject(parent), m_parts(parts) {
     m_later.setSingleShot(true);

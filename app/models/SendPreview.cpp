@@ -8,7 +8,7 @@ namespace vorle {
 
 namespace {
 
-constexpr std::chrono::milliseconds settled{500};
+constexpr std::chrono::milliseconds pause{500};
 
 QString sizeText(qsizetype bytes) {
     constexpr qsizetype kilo = 1'000;
@@ -21,7 +21,7 @@ QString sizeText(qsizetype bytes) {
 SendPreview::SendPreview(const TerritoryParts &parts, QObject *parent)
     : QObject(parent), m_parts(parts) {
     m_later.setSingleShot(true);
-    m_later.setInterval(settled);
+    m_later.setInterval(pause);
     connect(&m_later, &QTimer::timeout, this,
             [this] { detach(work(this), QStringLiteral("the preview of a run")); });
     const auto followed = [this] {

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <QVariantList>
+#include <QtQml/qqmlregistration.h>
 
 namespace vorle {
 

@@ -49,8 +49,8 @@ private:
     /// What a look found of a site.
     struct Seen {
         bool asking = false;
-        QDateTime at;
-        QString state;
+        QDateTime at = {};
+        QString state = {};
         bool wrong = false;
     };
 

@@ -21,6 +21,7 @@ struct ProjectRow {
     Q_PROPERTY(QStringList labels MEMBER labels FINAL)
     Q_PROPERTY(bool astray MEMBER astray FINAL)
     Q_PROPERTY(bool wrong MEMBER wrong FINAL)
+    Q_PROPERTY(QString told READ told FINAL)
 
 public:
     QString name;
@@ -32,6 +33,12 @@ public:
     bool astray = false; ///< its folder is not there, or does not answer
     bool wrong = false;  ///< `detail` says what is wrong
 
+    /// All but the name, for who listens.
+    QString told() const {
+        QStringList facts{description, detail, labels.join(QStringLiteral(", ")), folder};
+        facts.removeAll(QString());
+        return facts.join(QStringLiteral(". "));
+    }
     QString key() const { return name; }
     bool operator==(const ProjectRow &) const = default;
 };

@@ -79,7 +79,7 @@ Panel {
             width: list.width
             height: 46
             Accessible.role: Accessible.ListItem
-            Accessible.name: [modelData.title, modelData.went, modelData.date].join(", ")
+            Accessible.name: qsTr("%1, %2, %3").arg(modelData.title).arg(modelData.went).arg(modelData.date)
             Accessible.focusable: true
             Accessible.focused: current && list.activeFocus
 

@@ -34,7 +34,7 @@ PageSection {
         Accessible.role: Accessible.List
         Accessible.name: section.name
         onEmptied: adder.takeFocus()
-        onLeft: by => {
+        onSteppedOut: by => {
             if (by > 0) {
                 adder.takeFocus();
             }

@@ -23,7 +23,7 @@ FocusScope {
     activeFocusOnTab: stop
     Accessible.role: Accessible.ListItem
     Accessible.name: row.title
-    Accessible.description: [row.sample ? qsTr("exemple") : "", row.heading, row.evidence, row.effect, row.on ? "" : qsTr("coupé")].filter(each => each.length > 0).join(", ")
+    Accessible.description: row.told
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: if (!row.sample) opened()

@@ -99,7 +99,8 @@ void MainWindow::saveWindowGeometry() {
 
 std::unique_ptr<QObject> MainWindow::made(const QString &screen, const QVariantMap &properties) {
     QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Vorle/") + screen));
-    std::unique_ptr<QObject> object(component.createWithInitialProperties(properties));
+    std::unique_ptr<QObject> object(
+        component.isReady() ? component.createWithInitialProperties(properties) : nullptr);
     if (!object) {
         throw std::runtime_error("the screens could not be loaded: " +
                                  component.errorString().toStdString());
