@@ -9,8 +9,8 @@ inline constexpr std::chrono::milliseconds diskPatience{10'000};
 
 /// Runs `work` on a thread that may be held up: a folder on a disk that is gone can hold a thread
 /// for minutes, and those of the thread pool serve everything else. True when it ended within
-/// `limit`; else it is left behind, to end when it may: what it uses it must own. It must not throw.
-/// What is slow takes no other's place for long. Main thread.
+/// `limit`; else it is left behind, to end when it may: what it uses it must own. It must not
+/// throw. What is slow takes no other's place for long. Main thread.
 Task<bool> endsOnDisk(std::function<void()> work, std::chrono::milliseconds limit);
 
 /// What `function` gives, asked of the disk so; nothing past `limit`. It must not throw (return the
@@ -23,8 +23,7 @@ Task<std::optional<Result>> onDisk(Function function,
         std::optional<Result> result;
     };
     auto job = std::make_shared<Job>(Job{std::move(function), std::nullopt});
-    const bool ended =
-        co_await endsOnDisk([job] { job->result.emplace(job->function()); }, limit);
+    const bool ended = co_await endsOnDisk([job] { job->result.emplace(job->function()); }, limit);
     co_return ended ? std::move(job->result) : std::nullopt;
 }
 

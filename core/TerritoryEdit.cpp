@@ -157,8 +157,7 @@ Refusal setJob(Preferences &preferences, const QString &job) {
     if (auto refusal = tooLong(bare, longestName)) {
         return refusal;
     }
-    return preferences.change(&Settings::job,
-                              bare.isEmpty() ? std::nullopt : std::optional(bare));
+    return preferences.change(&Settings::job, bare.isEmpty() ? std::nullopt : std::optional(bare));
 }
 
 Refusal addProject(Preferences &preferences, const QString &name, const QString &path) {

@@ -69,9 +69,9 @@ std::optional<PutBack> removeSite(Preferences &preferences, const QString &addre
 
 struct SitesAdded {
     qsizetype added = 0;
-    qsizetype known = 0;     ///< trusted already, or twice in the list
-    qsizetype refused = 0;   ///< no address that can be followed
-    qsizetype noPlace = 0;   ///< past `mostSites`
+    qsizetype known = 0;   ///< trusted already, or twice in the list
+    qsizetype refused = 0; ///< no address that can be followed
+    qsizetype noPlace = 0; ///< past `mostSites`
     bool operator==(const SitesAdded &) const = default;
 };
 /// Trusts all of them that can be, in one change.

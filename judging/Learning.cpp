@@ -326,9 +326,8 @@ QList<TopicPtr> decisionsBehind(const QString &reflexId, const QList<TopicPtr> &
         }
         return (topic->triagedAt ? topic->triagedAt : topic->doneAt).value_or(QDateTime());
     };
-    std::ranges::stable_sort(behind, [&](const TopicPtr &a, const TopicPtr &b) {
-        return moment(a) > moment(b);
-    });
+    std::ranges::stable_sort(
+        behind, [&](const TopicPtr &a, const TopicPtr &b) { return moment(a) > moment(b); });
     return behind;
 }
 

@@ -155,7 +155,8 @@ const QList<Command> &commands() {
                  return decouverte(c, on(app, &Application::preferences), apps(app));
              }},
         {.name = QStringLiteral("reflexes"),
-         .synopsis = QStringLiteral("[montrer ID | couper ID | remettre ID | repartir --oui] [--demo]"),
+         .synopsis =
+             QStringLiteral("[montrer ID | couper ID | remettre ID | repartir --oui] [--demo]"),
          .summary = French::tr("montre ce que j’ai appris de tes tris, ou les décisions "
                                "derrière un réflexe ; en coupe ou remet un, ou repart de zéro"),
          .most = 2,

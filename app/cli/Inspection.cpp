@@ -114,14 +114,15 @@ QString stateText(AgentReadiness readiness, AgentKind kind) {
 } // namespace
 
 Task<ExitStatus> consignes(Context &context, PromptSources sources) {
-    const RunPreview preview = co_await previewRun(
-        {*sources.preferences, *sources.topics, *sources.asker, sources.clock, [apps = sources.apps] {
-             QStringList names;
-             for (const discovery::App &app : apps()) {
-                 names += app.name;
-             }
-             return names;
-         }});
+    const RunPreview preview =
+        co_await previewRun({*sources.preferences, *sources.topics, *sources.asker, sources.clock,
+                             [apps = sources.apps] {
+                                 QStringList names;
+                                 for (const discovery::App &app : apps()) {
+                                     names += app.name;
+                                 }
+                                 return names;
+                             }});
     if (!preview.refusal.isEmpty()) {
         throw Failure(preview.refusal);
     }

@@ -40,9 +40,8 @@ Task<> AppsModel::list(QPointer<AppsModel> self) {
         co_return;
     }
     const QStringList tools = discovery::proposedTools(*apps);
-    std::ranges::stable_sort(*apps, {}, [&](const discovery::App &app) {
-        return rankOf(app, tools);
-    });
+    std::ranges::stable_sort(*apps, {},
+                             [&](const discovery::App &app) { return rankOf(app, tools); });
     if (*apps != self->m_apps) {
         self->m_apps = *std::move(apps);
         self->m_tools = tools;
@@ -94,9 +93,9 @@ void AppsModel::show() {
 }
 
 QString AppsModel::chooseText() const {
-    return m_apps.isEmpty() ? tr("Choisir des apps…")
-                            : tr("Choisir parmi %1…")
-                                  .arg(counted(m_apps.size(), tr("app"), tr("apps")));
+    return m_apps.isEmpty()
+               ? tr("Choisir des apps…")
+               : tr("Choisir parmi %1…").arg(counted(m_apps.size(), tr("app"), tr("apps")));
 }
 
 QStringList AppsModel::proposedTools() const {

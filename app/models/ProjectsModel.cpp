@@ -43,8 +43,9 @@ QString detailOf(const discovery::Project &found) {
     using Problem = discovery::Project::Problem;
     switch (found.problem) {
     case Problem::NoFolder:
-        return found.folder.isEmpty() ? ProjectsModel::tr("Sans dossier\u00A0: sa description suffit.")
-                                      : ProjectsModel::tr("Le dossier n’est plus là.");
+        return found.folder.isEmpty()
+                   ? ProjectsModel::tr("Sans dossier\u00A0: sa description suffit.")
+                   : ProjectsModel::tr("Le dossier n’est plus là.");
     case Problem::NoAnswer:
         return ProjectsModel::tr("Le dossier ne répond pas.");
     case Problem::NoManifest:
@@ -190,14 +191,14 @@ Task<> ProjectsModel::add(QPointer<ProjectsModel> self, QStringList paths) {
         } else if (pointed->kind == Pointed::Kind::Nothing) {
             refused += tr("Le dossier %1 est introuvable.").arg(shown);
         } else if (pointed->kind == Pointed::Kind::File) {
-            refused += tr("«\u202F%1\u202F» est un fichier\u00A0: glisse le dossier qui le contient.")
-                           .arg(shownLine(pointed->name));
-        } else if (const auto name =
-                       territory::projectAt(preferences.settings(), pointed->path)) {
-            refused += tr("Ce dossier est déjà suivi, sous le nom «\u202F%1\u202F».").arg(shownLine(*name));
+            refused +=
+                tr("«\u202F%1\u202F» est un fichier\u00A0: glisse le dossier qui le contient.")
+                    .arg(shownLine(pointed->name));
+        } else if (const auto name = territory::projectAt(preferences.settings(), pointed->path)) {
+            refused += tr("Ce dossier est déjà suivi, sous le nom «\u202F%1\u202F».")
+                           .arg(shownLine(*name));
         } else {
-            const QString free =
-                territory::freeProjectName(preferences.settings(), pointed->name);
+            const QString free = territory::freeProjectName(preferences.settings(), pointed->name);
             const auto refusal = territory::addProject(preferences, free, pointed->path);
             refused += refusal ? QStringList{*refusal} : QStringList();
         }
@@ -230,11 +231,11 @@ Task<> ProjectsModel::choose(QPointer<ProjectsModel> self, QString name) {
     }
     const auto pointed = co_await onDisk([path = *path] { return pointedAt(path); });
     if (self) {
-        self->setProblem(!pointed || pointed->kind != Pointed::Kind::Folder
-                             ? tr("Le dossier %1 ne répond pas.").arg(shownLine(*path))
-                             : territory::moveProject(self->m_parts.preferences, name,
-                                                      pointed->path)
-                                   .value_or(QString()));
+        self->setProblem(
+            !pointed || pointed->kind != Pointed::Kind::Folder
+                ? tr("Le dossier %1 ne répond pas.").arg(shownLine(*path))
+                : territory::moveProject(self->m_parts.preferences, name, pointed->path)
+                      .value_or(QString()));
     }
 }
 

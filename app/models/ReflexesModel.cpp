@@ -59,8 +59,7 @@ void ReflexesModel::work() {
     m_later.stop();
     const Settings &settings = m_parts.preferences.settings();
     m_learned = learn(m_parts.store.topics(), settings);
-    const bool samples =
-        m_learned.reflexes.isEmpty() && m_learned.decisions < decisionsToLearn;
+    const bool samples = m_learned.reflexes.isEmpty() && m_learned.decisions < decisionsToLearn;
     QList<ReflexRow> rows;
     for (const Reflex::Group group : Reflex::groups) {
         QString heading = reflexGroupTitle(group);
@@ -93,27 +92,21 @@ QString ReflexesModel::startAgainText() const {
                : shownWords(vorle::startAgainText(m_learned.reflexes.size()));
 }
 
-void ReflexesModel::setOn(const QString &id, bool on) {
-    setReflexOn(m_parts.preferences, id, on);
-}
+void ReflexesModel::setOn(const QString &id, bool on) { setReflexOn(m_parts.preferences, id, on); }
 
-void ReflexesModel::startAgain() {
-    startLearningAgain(m_parts.preferences, m_parts.clock.now());
-}
+void ReflexesModel::startAgain() { startLearningAgain(m_parts.preferences, m_parts.clock.now()); }
 
 QVariantList ReflexesModel::decisions(const QString &id) const {
     const QDate today = m_parts.clock.now().toTimeZone(m_parts.zone).date();
     const bool corrected = id.startsWith(u"corr-");
-    QList<DecisionRow> rows;
+    QList<DecidedRow> rows;
     for (const TopicPtr &topic :
          decisionsBehind(id, m_parts.store.topics(), m_parts.preferences.settings())) {
         const auto moment = corrected          ? std::optional(topic->correction->at)
                             : topic->triagedAt ? topic->triagedAt
                                                : topic->doneAt;
         const auto section = sectionOf(*topic);
-        rows += {identityText(topic->id),
-                 shownWords(topic->title),
-                 statusLabel(topic->status),
+        rows += {identityText(topic->id), shownWords(topic->title), statusLabel(topic->status),
                  moment ? dayLabel(moment->toTimeZone(m_parts.zone).date(), today) : QString(),
                  section ? static_cast<int>(*section) : -1};
     }

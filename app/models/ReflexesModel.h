@@ -33,16 +33,17 @@ public:
     bool on = true;
     bool sample = false; ///< with invented figures, never applied
 
-    /// All but the title, for who listens: "tu en gardes 72 %, contre 38 % pour le reste, +2, coupé".
+    /// All but the title, for who listens: "tu en gardes 72 %, contre 38 % pour le reste, +2,
+    /// coupé".
     QString told() const;
     QString key() const { return sample ? u'~' + id : id; }
     bool operator==(const ReflexRow &) const = default;
 };
 
 /// A decision behind a reflex.
-struct DecisionRow {
+struct DecidedRow {
     Q_GADGET
-    QML_VALUE_TYPE(decisionRow)
+    QML_VALUE_TYPE(decidedRow)
     Q_PROPERTY(QString topicId MEMBER topicId FINAL)
     Q_PROPERTY(QString title MEMBER title FINAL)
     Q_PROPERTY(QString went MEMBER went FINAL)
@@ -56,11 +57,12 @@ public:
     QString date;     ///< "2 novembre"
     int section = -1; ///< a Section's number, -1 for a dismissed topic
 
-    bool operator==(const DecisionRow &) const = default;
+    bool operator==(const DecidedRow &) const = default;
 };
 
-/// What the decisions taught, by group. Learned anew while it is `active`, a moment after a decision
-/// or a setting changed: nothing is worked out for a key. Main thread; the parts outlive it.
+/// What the decisions taught, by group. Learned anew while it is `active`, a moment after a
+/// decision or a setting changed: nothing is worked out for a key. Main thread; the parts outlive
+/// it.
 class ReflexesModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -86,7 +88,7 @@ public:
     Q_INVOKABLE void setOn(const QString &id, bool on);
     /// Every decision so far stops counting.
     Q_INVOKABLE void startAgain();
-    /// The decisions that a reflex rests on, newest first: a list of DecisionRow.
+    /// The decisions that a reflex rests on, newest first: a list of DecidedRow.
     Q_INVOKABLE QVariantList decisions(const QString &id) const;
 
 Q_SIGNALS:

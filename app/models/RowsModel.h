@@ -29,7 +29,8 @@ Q_SIGNALS:
 };
 
 /// Rows that are told apart by a key. What changes is told row by row, and the list never reset:
-/// who looks at a row, or has the keyboard in it, keeps it. `Row` is a gadget with `key()` and `==`.
+/// who looks at a row, or has the keyboard in it, keeps it. `Row` is a gadget with `key()` and
+/// `==`.
 template <class Row>
 class KeyedRows final : public RowsModel {
 public:

@@ -59,8 +59,7 @@ Task<> SendPreview::work(QPointer<SendPreview> self) {
                 {self->m_parts.preferences, self->m_parts.store, self->m_parts.asker,
                  self->m_parts.clock, [apps = self->m_parts.apps] {
                      QStringList names;
-                     for (const discovery::App &app :
-                          apps ? apps() : QList<discovery::App>()) {
+                     for (const discovery::App &app : apps ? apps() : QList<discovery::App>()) {
                          names += app.name;
                      }
                      return names;

@@ -156,17 +156,17 @@ SiteRow SitesModel::rowOf(const PrioritySite &site) const {
                     : site.checked ? noFeedText()
                                    : tr("pas encore lu");
     } else if (told.trouble.isEmpty()) {
-        row.state = told.items == 0
-                        ? tr("flux lu, rien de nouveau")
-                        : tr("flux lu, %1").arg(counted(told.items, tr("nouveauté"),
-                                                        tr("nouveautés")));
+        row.state =
+            told.items == 0
+                ? tr("flux lu, rien de nouveau")
+                : tr("flux lu, %1").arg(counted(told.items, tr("nouveauté"), tr("nouveautés")));
         row.read = readText(told.last->date);
     } else if (site.checked && !site.feed) {
         row.state = noFeedText();
         row.read = readText(told.last->date);
     } else {
-        row.state = tr("ne répond pas depuis la fouille %1")
-                        .arg(ofDayText(told.since, now, m_parts.zone));
+        row.state =
+            tr("ne répond pas depuis la fouille %1").arg(ofDayText(told.since, now, m_parts.zone));
         row.wrong = true;
     }
     row.state = shownWords(row.state);
@@ -210,12 +210,12 @@ Task<> SitesModel::lookAt(QPointer<SitesModel> self, PrioritySite site, CancelTo
     Seen seen{.at = self->m_parts.clock.now()};
     switch (found.reports.first().outcome) {
     case FeedOutcome::Read:
-        seen.state = found.items.isEmpty()
-                         ? tr("flux lu, aucun billet récent")
-                         : tr("flux lu, %1 · «\u202F%2\u202F»")
-                               .arg(counted(found.items.size(), tr("billet récent"),
-                                            tr("billets récents")),
-                                    shownLine(found.items.first().title));
+        seen.state =
+            found.items.isEmpty()
+                ? tr("flux lu, aucun billet récent")
+                : tr("flux lu, %1 · «\u202F%2\u202F»")
+                      .arg(counted(found.items.size(), tr("billet récent"), tr("billets récents")),
+                           shownLine(found.items.first().title));
         break;
     case FeedOutcome::NoFeed:
         seen.state = noFeedText();
@@ -251,8 +251,8 @@ void SitesModel::exportList() {
 Task<> SitesModel::takeList(QPointer<SitesModel> self) {
     self->setNote({});
     const auto path = co_await self->m_parts.files.file(
-        tr("Importer un OPML"), {tr("Listes de flux"), {QStringLiteral("*.opml"),
-                                                         QStringLiteral("*.xml")}});
+        tr("Importer un OPML"),
+        {tr("Listes de flux"), {QStringLiteral("*.opml"), QStringLiteral("*.xml")}});
     if (!self || !path) {
         co_return;
     }
@@ -275,15 +275,16 @@ Task<> SitesModel::takeList(QPointer<SitesModel> self) {
 
 Task<> SitesModel::writeList(QPointer<SitesModel> self) {
     self->setNote({});
-    const auto path = co_await self->m_parts.files.saveAs(tr("Exporter tes sites"),
-                                                          QStringLiteral("vorle.opml"));
+    const auto path =
+        co_await self->m_parts.files.saveAs(tr("Exporter tes sites"), QStringLiteral("vorle.opml"));
     if (!self || !path) {
         co_return;
     }
     QList<OpmlSite> sites;
     for (const PrioritySite &site : self->m_parts.preferences.settings().prioritySites) {
         if (const auto link = WebLink::typed(site.address, WebLink::Host::Any)) {
-            sites += {territory::oneLine(site.address), link->text(), site.feed.value_or(QString())};
+            sites +=
+                {territory::oneLine(site.address), link->text(), site.feed.value_or(QString())};
         }
     }
     const QByteArray bytes = writeOpml(sites, self->m_parts.clock.now());

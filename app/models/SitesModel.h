@@ -65,7 +65,7 @@ private:
     TerritoryParts m_parts;
     TellRemoved m_removed;
     KeyedRows<SiteRow> m_rows;
-    QList<RunReport> m_reports; ///< oldest first
+    QList<RunReport> m_reports;  ///< oldest first
     QHash<QString, Seen> m_seen; ///< by address, since the app was opened
     CancelSource m_cancel;       // of the looks under way
     QString m_note;

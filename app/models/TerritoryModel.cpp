@@ -59,8 +59,7 @@ void TerritoryModel::show() {
     QList<InterestRow> interests;
     for (const QString &name : settings().interests) {
         const int weight = m_parts.preferences.weightOf(name);
-        const InterestRow row{name, shownLine(name), weight,
-                              tr("importance %1 sur 5").arg(weight)};
+        const InterestRow row{name, shownLine(name), weight, tr("importance %1 sur 5").arg(weight)};
         if (!interests.contains(row)) {
             interests += row;
         }
@@ -130,8 +129,7 @@ void TerritoryModel::removeTool(const QString &name) { remove(&Settings::addedTo
 void TerritoryModel::removeExclusion(const QString &name) { remove(&Settings::exclusions, name); }
 
 QString TerritoryModel::renameInterest(const QString &from, const QString &to) {
-    return shownWords(
-        territory::renameInterest(m_parts.preferences, from, to).value_or(QString()));
+    return shownWords(territory::renameInterest(m_parts.preferences, from, to).value_or(QString()));
 }
 
 void TerritoryModel::setWeight(const QString &interest, int weight) {
@@ -153,7 +151,8 @@ void TerritoryModel::keepRemoved(const QString &what, territory::PutBack putBack
 QString TerritoryModel::undoText() const {
     return m_removed.isEmpty()
                ? QString()
-               : shownWords(tr("«\u202F%1\u202F» est retiré").arg(shownLine(m_removed.last().what)));
+               : shownWords(
+                     tr("«\u202F%1\u202F» est retiré").arg(shownLine(m_removed.last().what)));
 }
 
 bool TerritoryModel::undo() {

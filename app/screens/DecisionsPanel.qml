@@ -10,7 +10,7 @@ Panel {
     required property ReflexesModel model
     property string title: ""
     property string evidence: ""
-    property var decisions: [] // of DecisionRow
+    property var decisions: [] // of DecidedRow
 
     signal picked(int section, string topicId)
 
@@ -73,7 +73,7 @@ Panel {
             id: line
 
             required property int index
-            required property decisionRow modelData
+            required property decidedRow modelData
             readonly property bool current: ListView.isCurrentItem
 
             width: list.width

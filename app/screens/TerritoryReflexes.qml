@@ -17,6 +17,7 @@ PageSection {
         quiet: true
         implicitHeight: 32
         font.pixelSize: Theme.textNote
+        rightPadding: 0
         text: qsTr("Repartir de zéro…")
         usable: section.model.startAgainText.length > 0
         onClicked: section.startAgainAsked()

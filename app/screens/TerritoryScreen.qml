@@ -106,6 +106,7 @@ SectionScreen {
             ActionButton {
                 id: send
                 quiet: true
+                rightPadding: 0
                 implicitHeight: 36
                 font.pixelSize: Theme.textNote
                 text: screen.model.preview.size.length > 0 ? qsTr("Ce qu’une fouille envoie  %1  ›").arg(screen.model.preview.size) : qsTr("Ce qu’une fouille envoie  ›")

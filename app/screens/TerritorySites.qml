@@ -24,6 +24,7 @@ PageSection {
             quiet: true
             implicitHeight: 32
             font.pixelSize: Theme.textNote
+            rightPadding: 0
             text: qsTr("Exporter")
             Accessible.name: qsTr("Exporter tes sites en OPML")
             onClicked: section.model.exportList()

@@ -41,8 +41,8 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     connect(m_actions.get(), &TopicActions::firstStepAsked, this, &Shell::firstStep);
     connect(m_actions.get(), &TopicActions::readingAsked, this, &Shell::retry);
     m_search = std::make_unique<TopicSearch>(store);
-    m_territory = std::make_unique<TerritoryModel>(
-        TerritoryParts{preferences, store, parts.asker, parts.feeds, parts.files, clock, parts.apps});
+    m_territory = std::make_unique<TerritoryModel>(TerritoryParts{
+        preferences, store, parts.asker, parts.feeds, parts.files, clock, parts.apps});
     m_settings = std::make_unique<SettingsModel>(preferences);
     m_agentStates = std::make_unique<AgentStates>(parts.agents, preferences);
     m_calibration = std::make_unique<CalibrationModel>(preferences, store, *m_decisions, clock);

@@ -4,7 +4,6 @@
 #include "base/WebLink.h"
 #include "search/feeds/FeedDocument.h"
 #include "search/feeds/FeedElements.h"
-#include "search/feeds/FeedElements.h"
 
 #include <libxml/parser.h>
 
@@ -100,8 +99,7 @@ xmlSAXHandler Outlines::events() {
     xmlSAXHandler handler{};
     handler.initialized = XML_SAX2_MAGIC;
     handler.startElementNs = [](void *self, const xmlChar *name, const xmlChar *, const xmlChar *,
-                                int, const xmlChar **, int count, int,
-                                const xmlChar **attributes) {
+                                int, const xmlChar **, int count, int, const xmlChar **attributes) {
         static_cast<Outlines *>(self)->start(viewOf(name), count, attributes);
     };
     handler.serror = [](void *, auto) {}; // faults are what is expected
@@ -145,10 +143,10 @@ QByteArray writeOpml(const QList<OpmlSite> &sites, const QDateTime &now) {
     xml.writeAttribute(QStringLiteral("version"), QStringLiteral("2.0"));
     xml.writeStartElement(QStringLiteral("head"));
     xml.writeTextElement(QStringLiteral("title"), QStringLiteral("vorle"));
-    xml.writeTextElement(QStringLiteral("dateCreated"),
-                         QLocale::c().toString(now.toUTC(), QStringLiteral(
-                                                                "ddd, dd MMM yyyy HH:mm:ss")) +
-                             QStringLiteral(" GMT"));
+    xml.writeTextElement(
+        QStringLiteral("dateCreated"),
+        QLocale::c().toString(now.toUTC(), QStringLiteral("ddd, dd MMM yyyy HH:mm:ss")) +
+            QStringLiteral(" GMT"));
     xml.writeEndElement();
     xml.writeStartElement(QStringLiteral("body"));
     for (const OpmlSite &site : sites) {

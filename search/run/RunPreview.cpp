@@ -19,8 +19,7 @@ namespace {
 /// The questions of a plan, as the pipeline and the judge put them.
 class Previewer {
 public:
-    Previewer(Asker &asker, RunPreview &into)
-        : m_asker(asker), m_pipeline(asker), m_into(into) {}
+    Previewer(Asker &asker, RunPreview &into) : m_asker(asker), m_pipeline(asker), m_into(into) {}
 
     void ask(const RunPlan &plan, const JudgeContext &told, AgentKind agent) {
         for (const PlannedScope &planned : plan.scopes) {
@@ -33,8 +32,7 @@ public:
         JudgeCandidate frame;
         frame.id = QStringLiteral("c1");
         frame.title = unread;
-        const QString instruction =
-            loadPrompt(m_asker.resources(), QStringLiteral("judge-prompt"));
+        const QString instruction = loadPrompt(m_asker.resources(), QStringLiteral("judge-prompt"));
         m_into.prompts += {French::tr("Jugement"),
                            judgePrompt(instruction, told.today, told.profile, told.reflexLines(),
                                        told.examples, {frame}),

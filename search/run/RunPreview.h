@@ -17,7 +17,7 @@ class TopicStore;
 
 /// One question that a run would put to the agent.
 struct PromptPreview {
-    QString scope;  ///< the project's name, "Tes sujets", "Tes sites", "Jugement", …
+    QString scope; ///< the project's name, "Tes sujets", "Tes sites", "Jugement", …
     QString prompt;
     QString schema; ///< what the answer must look like, as JSON
 };

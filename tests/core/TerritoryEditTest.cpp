@@ -85,10 +85,10 @@ TEST_F(TerritoryEditTest, a_project_keeps_its_name_its_folder_and_its_descriptio
 
 TEST_F(TerritoryEditTest, one_site_has_one_place_however_it_is_spelled) {
     const std::pair<const char *, bool> cases[] = {
-        {"carnet.example.org", true},        {"https://www.carnet.example.org/", false},
+        {"carnet.example.org", true},         {"https://www.carnet.example.org/", false},
         {"http://Carnet.example.org", false}, {"carnet.example.org/blog", true},
-        {"carnet.example.org/blog/", false}, {"pas une adresse", false},
-        {"javascript:alert(1)", false},      {"carnet.example.org:8080", true},
+        {"carnet.example.org/blog/", false},  {"pas une adresse", false},
+        {"javascript:alert(1)", false},       {"carnet.example.org:8080", true},
     };
     for (const auto &[address, taken] : cases) {
         EXPECT_EQ(!territory::addSite(preferences, text(address)), taken) << address;
@@ -109,7 +109,10 @@ TEST_F(TerritoryEditTest, one_site_has_one_place_however_it_is_spelled) {
     many += PrioritySite{text("mailto:a@b.example"), {}, {}};
     const auto came = territory::addSites(preferences, many);
     EXPECT_EQ(came, (territory::SitesAdded{103, 102, 1, 0}));
-    for (int i = 0; territory::addSites(preferences, {PrioritySite{QStringLiteral("t%1.example").arg(i), {}, {}}}).added > 0; ++i) {
+    for (int i = 0; territory::addSites(
+                        preferences, {PrioritySite{QStringLiteral("t%1.example").arg(i), {}, {}}})
+                        .added > 0;
+         ++i) {
     }
     EXPECT_EQ(settings().prioritySites.size(), territory::mostSites);
     EXPECT_TRUE(territory::addSite(preferences, text("dernier.example")));

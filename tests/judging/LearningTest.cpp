@@ -371,8 +371,8 @@ TEST(Learning, the_decisions_behind_a_reflex_are_those_its_evidence_counts) {
         Store store;
         const int leaning = int(random() % 100);
         for (int i = 0; i < 40; ++i) {
-            Topic topic = decision(chance(leaning) ? Dismissed : statuses[random() % 5],
-                                   kinds[random() % 4]);
+            Topic topic =
+                decision(chance(leaning) ? Dismissed : statuses[random() % 5], kinds[random() % 4]);
             topic.triagedAt = october.addSecs(int(random() % 1'000'000));
             topic.minutes = chance(20) ? 90 : 10;
             topic.postponedCount = chance(60) ? 1 : 0;
@@ -393,10 +393,12 @@ TEST(Learning, the_decisions_behind_a_reflex_are_those_its_evidence_counts) {
             chance(50) ? std::optional(october.addSecs(100'000)) : std::nullopt;
         for (const Reflex &reflex : learn(store.topics, settings).reflexes) {
             const auto behind = decisionsBehind(reflex.id, store.topics, settings);
-            const auto count = [&](auto &&wanted) { return int(std::ranges::count_if(behind, wanted)); };
+            const auto count = [&](auto &&wanted) {
+                return int(std::ranges::count_if(behind, wanted));
+            };
             const int dismissed = count([](const TopicPtr &t) { return t->status == Dismissed; });
-            const int kept = count(
-                [](const TopicPtr &t) { return t->status == Program || t->status == Done; });
+            const int kept =
+                count([](const TopicPtr &t) { return t->status == Program || t->status == Done; });
             const int postponed = count([](const TopicPtr &t) { return t->postponedCount > 0; });
             const int all = int(behind.size());
             const QList<int> told = numbersIn(reflex.evidence);
@@ -417,7 +419,8 @@ TEST(Learning, the_decisions_behind_a_reflex_are_those_its_evidence_counts) {
     }
     EXPECT_EQ(seen.size(), 5) << "every rule was met";
     EXPECT_TRUE(decisionsBehind(QStringLiteral("kind-nope"), quiet().topics, settings).isEmpty());
-    EXPECT_TRUE(decisionsBehind(QStringLiteral("project-Nope"), quiet().topics, settings).isEmpty());
+    EXPECT_TRUE(
+        decisionsBehind(QStringLiteral("project-Nope"), quiet().topics, settings).isEmpty());
 }
 
 } // namespace

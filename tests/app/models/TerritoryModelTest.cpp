@@ -206,11 +206,13 @@ TEST_F(TerritoryModelTest, a_site_tells_how_its_feed_is) {
     EXPECT_TRUE(sites()[2].wrong);
     EXPECT_EQ(sites()[3].state, text("pas encore lu"));
 
-    parts.server.serve("/page", test::TestReply::page(
-                                    R"(<link rel="alternate" type="application/rss+xml" href="/f">)"));
-    parts.server.serve("/f", test::TestReply::page(
-                                 "<rss><channel><item><title>Le dernier</title><link>https://a.example/1"
-                                 "</link></item></channel></rss>"));
+    parts.server.serve(
+        "/page",
+        test::TestReply::page(R"(<link rel="alternate" type="application/rss+xml" href="/f">)"));
+    parts.server.serve("/f",
+                       test::TestReply::page(
+                           "<rss><channel><item><title>Le dernier</title><link>https://a.example/1"
+                           "</link></item></channel></rss>"));
     const QString address = sites()[4].name;
     model.sites()->look(address);
     EXPECT_TRUE(sites()[4].asking);
@@ -290,7 +292,7 @@ TEST_F(TerritoryModelTest, reflexes_are_grouped_switched_and_forgotten) {
     test::spinUntil([&] { return rows().size() == 1 && !rows()[0].sample; });
     EXPECT_EQ(rows()[0].heading, text("Ce que je note plus bas"));
     EXPECT_EQ(reflexes.decisions(rows()[0].id).size(), 12);
-    EXPECT_EQ(reflexes.decisions(rows()[0].id).first().value<DecisionRow>().title, text("Vidéo 0"));
+    EXPECT_EQ(reflexes.decisions(rows()[0].id).first().value<DecidedRow>().title, text("Vidéo 0"));
     EXPECT_EQ(reflexes.footText(), QString());
     reflexes.setOn(rows()[0].id, false);
     EXPECT_FALSE(rows()[0].on);

@@ -5,10 +5,10 @@
 
 #include "app/cli/Command.h"
 #include "app/models/ProjectsModel.h"
-#include "platform/fakes/FakeFilePicker.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
 #include "app/wiring/RunTimer.h"
+#include "platform/fakes/FakeFilePicker.h"
 #include "search/run/RunPlan.h"
 #include "tests/app/cli/TwoTopics.h"
 #include "tests/support/AppInProcess.h"
@@ -219,7 +219,8 @@ TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_sett
     test::FixedClock clock; // Monday 2 November 2026, 9:30
     const RunTimer timer(preferences, clock, QTimeZone::utc());
     test::FakeFilePicker files;
-    ProjectsModel projects({preferences, app->store(), app->asker(), app->feeds(), files, clock}, {});
+    ProjectsModel projects({preferences, app->store(), app->asker(), app->feeds(), files, clock},
+                           {});
     const auto at = [](int day, int hour) {
         return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);
     };

@@ -118,7 +118,8 @@ TEST_F(TerritoryTest, panels_show_what_is_sent_which_apps_and_start_again_only_w
     shell().territory()->reflexes()->setActive(true);
     tabTo("Repartir de zéro…");
     press(Qt::Key_Return);
-    EXPECT_EQ(heard(), text("Garder mes réflexes")) << "the keyboard stands on what changes nothing";
+    EXPECT_EQ(heard(), text("Garder mes réflexes"))
+        << "the keyboard stands on what changes nothing";
     press(Qt::Key_Return);
     EXPECT_FALSE(settings().reflexesSince);
     tabTo("Les sujets de type «\u202FVidéo\u202F» sont souvent écartés.");
