@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <utility>
 
 namespace vorle {
 
@@ -73,9 +74,15 @@ AgentError AgentError::missingInstruction() {
         translated(QT_TRANSLATE_NOOP("AgentError", "Consigne du moteur absente de l’app.")));
 }
 
-AgentError AgentError::withCost(std::optional<double> costUSD) const {
+AgentError AgentError::withSpent(const AgentSpend &spent) const {
     AgentError copy = *this;
-    copy.m_costUSD = costUSD;
+    copy.m_spent = spent;
+    return copy;
+}
+
+AgentError AgentError::withLimit(std::optional<UsageLimit> limit) const {
+    AgentError copy = *this;
+    copy.m_limit = std::move(limit);
     return copy;
 }
 

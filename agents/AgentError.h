@@ -1,5 +1,8 @@
 #pragma once
 
+#include "agents/AgentSpend.h"
+#include "agents/UsageLimit.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -31,12 +34,18 @@ public:
 
     Case kind() const { return m_case; }
     const QString &text() const { return m_text; }
-    /// Whether calling once more is worth it: stopped, timed out and unreadable.
-    bool mayRetry() const { return m_mayRetry; }
+    /// Whether calling once more is worth it: stopped, timed out and unreadable, unless a limit
+    /// was reached.
+    bool mayRetry() const { return m_mayRetry && !m_limit; }
 
-    /// What the failed call cost, in US dollars, where the agent said so.
-    std::optional<double> costUSD() const { return m_costUSD; }
-    AgentError withCost(std::optional<double> costUSD) const;
+    /// What the failed call took.
+    const AgentSpend &spent() const { return m_spent; }
+    AgentError withSpent(const AgentSpend &spent) const;
+
+    /// The limit of the account that made the agent fail, if one did: every further call would
+    /// fail alike until it is lifted.
+    const std::optional<UsageLimit> &limit() const { return m_limit; }
+    AgentError withLimit(std::optional<UsageLimit> limit) const;
 
     /// The text, in UTF-8.
     const char *what() const noexcept override { return m_utf8.constData(); }
@@ -49,7 +58,8 @@ private:
     bool m_mayRetry;
     QString m_text;
     QByteArray m_utf8;
-    std::optional<double> m_costUSD;
+    AgentSpend m_spent;
+    std::optional<UsageLimit> m_limit;
 };
 
 } // namespace vorle

@@ -29,16 +29,10 @@ AgentRequest Asker::requestFor(const Question &question) const {
     return {question.prompt, *schema, question.model, question.web};
 }
 
-void Asker::addCost(std::optional<double> &total, std::optional<double> cost) {
-    if (cost) {
-        total = total.value_or(0) + *cost;
-    }
-}
-
 void Asker::rethrowOrLog(const AgentError &error, Attempt attempt, const QString &step,
-                         std::optional<double> spent) {
+                         const AgentSpend &spent) {
     if (attempt == Attempt::Second || !error.mayRetry()) {
-        throw error.withCost(spent);
+        throw error.withSpent(spent);
     }
     logLine(step + QStringLiteral(" failed, trying again: ") + error.text().simplified());
 }

@@ -35,7 +35,7 @@ struct Question {
 template <class Answer>
 struct Asked {
     Answer answer;
-    std::optional<double> costUSD; ///< of all calls that told theirs, the failed one included
+    AgentSpend spent; ///< of all calls that told theirs, the failed one included
 };
 
 /// Asks the agent and decodes its answer, with one retry. Main thread; it and the agent must
@@ -50,23 +50,23 @@ public:
 
     /// `Answer` is a record with jsonFields(). The agent is chosen once, and called only when it is
     /// ready. A failure that allows it (AgentError::mayRetry) is
-    /// logged and the call made once more after a pause; a second one is thrown as it is, with the
-    /// cost of both calls.
+    /// logged and the call made once more after a pause; a second one is thrown as it is, with what
+    /// both calls took.
     /// @throws AgentError, std::system_error, Cancelled, as EngineAgent::check and run; AgentError
     ///   also when the schema is missing or the answer does not decode
     template <class Answer>
     Task<Asked<Answer>> ask(Question question, CancelToken cancel = {}) {
         const AgentRequest request = requestFor(question);
         const AgentKind agent = m_agent->locator().choose(question.agent);
-        std::optional<double> spent;
+        AgentSpend spent;
         for (Attempt attempt = Attempt::First;; attempt = Attempt::Second) {
             try {
                 m_agent->check(agent);
                 const AgentResult result = co_await m_agent->run(request, agent, cancel);
-                addCost(spent, result.costUSD);
+                spent += result.spent;
                 co_return Asked<Answer>{decoded<Answer>(result.json), spent};
             } catch (const AgentError &error) {
-                addCost(spent, error.costUSD());
+                spent += error.spent();
                 rethrowOrLog(error, attempt, question.step, spent);
             }
             co_await sleepFor(m_retryDelay, cancel);
@@ -77,10 +77,9 @@ private:
     enum class Attempt { First, Second };
 
     AgentRequest requestFor(const Question &question) const;
-    static void addCost(std::optional<double> &total, std::optional<double> cost);
-    /// @throws AgentError, the same with its cost, when no further attempt is due
+    /// @throws AgentError, the same with what was spent, when no further attempt is due
     static void rethrowOrLog(const AgentError &error, Attempt attempt, const QString &step,
-                             std::optional<double> spent);
+                             const AgentSpend &spent);
 
     template <class Answer>
     static Answer decoded(const QByteArray &json) {

@@ -179,8 +179,32 @@ QString literalPrompt(QString prompt, AgentKind kind) {
     return prompt;
 }
 
+/// The limit that the last lines printed tell of, those of the prompt apart: Codex prints what it
+/// is asked, and a page that speaks of a limit would hold every run up.
+std::optional<UsageLimit> limitAtEnd(const QString &printed, const QString &prompt) {
+    constexpr qsizetype linesLookedAt = 5;
+    QStringList last;
+    const QStringList lines = printed.split(u'\n', Qt::SkipEmptyParts);
+    for (qsizetype i = lines.size(); i > 0 && last.size() < linesLookedAt; --i) {
+        const QString line = lines[i - 1].trimmed();
+        if (!line.isEmpty()) {
+            last.prepend(prompt.contains(line) ? QString() : line);
+        }
+    }
+    return usageLimit(last.join(u'\n'));
+}
+
+/// What there is to read of how a call went, besides its answer.
+struct CallEnd {
+    const ProcessEnd &process;
+    AgentKind kind;
+    std::chrono::milliseconds timeout;
+    QString prompt;
+};
+
 /// @throws AgentError unless the process ended well
-void requireSuccess(const ProcessEnd &end, AgentKind kind, std::chrono::milliseconds timeout) {
+void requireSuccess(const CallEnd &call) {
+    const ProcessEnd &end = call.process;
     if (end.succeeded()) {
         return;
     }
@@ -189,19 +213,37 @@ void requireSuccess(const ProcessEnd &end, AgentKind kind, std::chrono::millisec
     }
     // Claude Code catches the watchdog's SIGTERM and ends with a shell's status for it.
     const bool killed = end.how == ProcessEnd::How::Signalled || end.status == 128 + SIGTERM;
-    if (killed && end.elapsed >= timeout - 1s) {
-        throw AgentError::timedOut(displayName(kind));
+    if (killed && end.elapsed >= call.timeout - 1s) {
+        throw AgentError::timedOut(displayName(call.kind));
     }
-    ClaudeFailure told;
-    if (kind == AgentKind::Claude) {
-        told = claudeFailure(end.output);
+    ClaudeFailure claude;
+    if (call.kind == AgentKind::Claude) {
+        claude = claudeFailure(end.output);
     }
     // Before the cut, which could leave half a key that nothing gives away.
     const QString errors = sanitized(end.errorTail);
-    const QString detail =
-        trimmed(errors).isEmpty() ? sanitized(told.text.right(examinedErrors)) : errors;
+    const QString told = sanitized(claude.text.right(examinedErrors));
+    const QString &detail = trimmed(errors).isEmpty() ? told : errors;
+    auto limit = limitAtEnd(told, call.prompt);
+    if (!limit) {
+        limit = limitAtEnd(errors, call.prompt);
+    }
     throw AgentError::stopped(end.status, lastCharacters(detail, detailLength).toString())
-        .withCost(told.costUSD);
+        .withSpent(claude.spent)
+        .withLimit(std::move(limit));
+}
+
+/// @throws AgentError
+AgentResult codexResult(const QByteArray &answer, const CallEnd &call) {
+    const AgentSpend spent{std::nullopt, codexTokens(call.process.errorTail)};
+    try {
+        AgentResult result = unwrapCodex(answer);
+        result.spent = spent;
+        return result;
+    } catch (const AgentError &error) {
+        throw error.withSpent(spent).withLimit(
+            limitAtEnd(sanitized(call.process.errorTail), call.prompt));
+    }
 }
 
 QByteArray readAnswer(const QString &path) {
@@ -267,15 +309,15 @@ Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind
 
     using Outcome = std::variant<AgentResult, AgentError>;
     const auto interpret = [end, kind, timeout = process.timeout, path = answer.path(),
-                            marked = kind == AgentKind::Claude ? markedMentions(request.prompt)
-                                                               : QSet<QString>()]() -> Outcome {
+                            prompt = request.prompt]() -> Outcome {
+        const CallEnd call{end, kind, timeout, prompt};
         try {
-            requireSuccess(end, kind, timeout);
+            requireSuccess(call);
             if (kind == AgentKind::Codex) {
-                return unwrapCodex(readAnswer(path));
+                return codexResult(readAnswer(path), call);
             }
             AgentResult result = unwrapClaude(end.output);
-            result.json = withoutMarks(result.json, marked);
+            result.json = withoutMarks(result.json, markedMentions(prompt));
             return result;
         } catch (const AgentError &error) {
             return error;

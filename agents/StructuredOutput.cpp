@@ -5,6 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace vorle {
@@ -84,10 +85,27 @@ QByteArray tidy(const QByteArray &json) { return sanitizedJson(withoutHalfCharac
 /// No call costs more: a figure past it, as one below 0, is none.
 constexpr double maxCost = 100'000;
 
-std::optional<double> costOf(const QJsonObject &result) {
-    const QJsonValue cost = result[QStringLiteral("total_cost_usd")];
-    const double dollars = cost.toDouble(-1);
-    return dollars >= 0 && dollars <= maxCost ? std::optional(dollars) : std::nullopt;
+/// Likewise.
+constexpr double maxTokens = 1e12;
+
+std::optional<qint64> tokensOf(const QJsonObject &usage) {
+    double tokens = 0;
+    bool told = false;
+    for (const char *key : {"input_tokens", "cache_creation_input_tokens",
+                            "cache_read_input_tokens", "output_tokens"}) {
+        const QJsonValue count = usage[QLatin1StringView(key)];
+        const bool isCount = count.toDouble(-1) >= 0 && count.toDouble() <= maxTokens;
+        tokens += isCount ? count.toDouble() : 0;
+        told = told || isCount;
+    }
+    return told ? std::optional(static_cast<qint64>(tokens)) : std::nullopt;
+}
+
+AgentSpend spentOn(const QJsonObject &result) {
+    const double dollars = result[QStringLiteral("total_cost_usd")].toDouble(-1);
+    const bool isCost = dollars >= 0 && dollars <= maxCost;
+    return {isCost ? std::optional(dollars) : std::nullopt,
+            tokensOf(result[QStringLiteral("usage")].toObject())};
 }
 
 } // namespace
@@ -107,26 +125,31 @@ AgentResult unwrapClaude(const QByteArray &output) {
         throw AgentError::unreadable();
     }
     const QJsonObject result = document.object();
-    const auto cost = costOf(result);
+    const AgentSpend spent = spentOn(result);
     if (result[QStringLiteral("is_error")].toBool()) {
-        throw AgentError::message(result[QStringLiteral("result")].toString()).withCost(cost);
+        const QString told = result[QStringLiteral("result")].toString();
+        throw AgentError::message(told).withSpent(spent).withLimit(usageLimit(told));
     }
     const QJsonValue answer = result[QStringLiteral("structured_output")];
     if (!answer.isObject()) {
-        throw AgentError::unreadable().withCost(cost);
+        throw AgentError::unreadable().withSpent(spent);
     }
-    return {tidy(QJsonDocument(answer.toObject()).toJson(QJsonDocument::Compact)), cost};
+    return {tidy(QJsonDocument(answer.toObject()).toJson(QJsonDocument::Compact)), spent};
 }
 
 AgentResult unwrapCodex(const QByteArray &answer) {
     if (QJsonDocument::fromJson(answer).isNull()) {
         throw AgentError::unreadable();
     }
-    return {tidy(answer), std::nullopt};
+    return {tidy(answer), {}};
 }
 
 ClaudeFailure claudeFailure(const QByteArray &output) {
-    const QJsonObject result = QJsonDocument::fromJson(output).object();
+    const QJsonDocument document = QJsonDocument::fromJson(output);
+    if (!document.isObject()) {
+        return {QString::fromUtf8(output), {}};
+    }
+    const QJsonObject result = document.object();
     QString text = result[QStringLiteral("result")].toString();
     if (text.isEmpty()) {
         QStringList errors;
@@ -135,7 +158,20 @@ ClaudeFailure claudeFailure(const QByteArray &output) {
         }
         text = errors.join(QStringLiteral("; "));
     }
-    return {text, costOf(result)};
+    return {text, spentOn(result)};
+}
+
+std::optional<qint64> codexTokens(const QString &printed) {
+    static const QRegularExpression count(
+        QStringLiteral("tokens used[: \\t]*\\s([0-9]{1,3}(?:[,.][0-9]{3}){0,3}|[0-9]{1,12})\\s*$"),
+        QRegularExpression::CaseInsensitiveOption);
+    const auto found = count.match(printed);
+    if (!found.hasMatch()) {
+        return std::nullopt;
+    }
+    QString digits = found.captured(1);
+    digits.removeIf([](QChar c) { return !c.isDigit(); });
+    return digits.toLongLong();
 }
 
 } // namespace vorle

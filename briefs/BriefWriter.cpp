@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace vorle {
 
@@ -160,6 +161,7 @@ Task<> BriefWriter::work() {
         Q_EMIT queueChanged();
         std::optional<Asked<Output>> asked;
         std::optional<QString> failure;
+        bool isLimit = false;
         try {
             if (m_parts.store.topic(id)) {
                 asked = co_await m_parts.asker.ask<Output>(questionFor(id), cancel);
@@ -168,6 +170,7 @@ Task<> BriefWriter::work() {
             // Told by whoever withdrew the topic.
         } catch (const AgentError &error) {
             failure = error.text();
+            isLimit = error.limit().has_value();
         } catch (const std::system_error &error) {
             failure = systemRefusalText(error);
         } catch (const std::exception &error) {
@@ -183,6 +186,12 @@ Task<> BriefWriter::work() {
             } else if (failure) {
                 fail(id, *failure);
             }
+        }
+        if (isLimit) { // no other would fare better
+            for (const QUuid &waiting : std::exchange(m_queue, {})) {
+                fail(waiting, *failure);
+            }
+            Q_EMIT queueChanged();
         }
     }
     setRunning(false);
@@ -209,7 +218,7 @@ void BriefWriter::keep(const QUuid &id, const Asked<Output> &asked) {
         fail(id, AgentError::unreadable().text());
         return;
     }
-    Receipt receipt{std::nullopt, asked.costUSD};
+    Receipt receipt{std::nullopt, asked.spent.costUSD};
     if (asked.answer.minutes && std::isfinite(*asked.answer.minutes)) {
         receipt.minutes =
             static_cast<int>(std::lround(std::clamp(*asked.answer.minutes, 1.0, maxMinutes)));

@@ -77,7 +77,8 @@ public:
     /// Queues the topic, and starts when nothing is being written. One that is queued or being
     /// written already is left where it is; one that failed leaves `failed`; one that has a note
     /// gets a new one, and keeps the old until then. A topic that is gone when its turn comes, or
-    /// when its note does, is passed over.
+    /// when its note does, is passed over. Where the agent reaches its limit no further call is
+    /// made: every topic that waits has failed then.
     void ask(const QUuid &id);
     /// Takes the topic out of the queue, or ends the call that writes it.
     void withdraw(const QUuid &id);

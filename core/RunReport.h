@@ -40,14 +40,16 @@ struct StepReport {
     int failed = 0;     ///< of these, those that came to nothing
     double seconds = 0; ///< of all calls, which run beside each other
     double costUSD = 0;
-    json::Rest unknown = {}; ///< keys of a later version
+    std::optional<qint64> tokens = {}; ///< where the agent tells them
+    json::Rest unknown = {};           ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("step", &StepReport::step),
                           json::field("calls", &StepReport::calls),
                           json::field("failed", &StepReport::failed),
                           json::field("seconds", &StepReport::seconds),
-                          json::field("costUSD", &StepReport::costUSD));
+                          json::field("costUSD", &StepReport::costUSD),
+                          json::field("tokens", &StepReport::tokens));
     }
     static constexpr auto jsonRest() { return &StepReport::unknown; }
     bool operator==(const StepReport &) const = default;
@@ -64,7 +66,9 @@ struct ScopeReport {
     int refused = 0;            ///< of these, no web address
     QString error;              ///< the failure's text when it failed, never blank then; else empty
     std::optional<Yield> yield; ///< absent from the reports of earlier versions
-    json::Rest unknown = {};    ///< keys of a later version
+    /// The agent reached its limit before it answered: the rest of the run asks again.
+    std::optional<bool> waits = {};
+    json::Rest unknown = {}; ///< keys of a later version
 
     bool failed() const { return !error.isEmpty(); }
 
@@ -74,7 +78,8 @@ struct ScopeReport {
             json::field("asked", &ScopeReport::asked), json::field("found", &ScopeReport::found),
             json::field("known", &ScopeReport::known), json::field("merged", &ScopeReport::merged),
             json::field("refused", &ScopeReport::refused),
-            json::field("error", &ScopeReport::error), json::field("yield", &ScopeReport::yield));
+            json::field("error", &ScopeReport::error), json::field("yield", &ScopeReport::yield),
+            json::field("waits", &ScopeReport::waits));
     }
     static constexpr auto jsonRest() { return &ScopeReport::unknown; }
     bool operator==(const ScopeReport &) const = default;
@@ -147,6 +152,28 @@ struct FeedTrouble {
     bool operator==(const FeedTrouble &) const = default;
 };
 
+/// What a run left when the agent reached its limit, and goes on with later.
+struct RunWaits {
+    QDateTime since;
+    std::optional<QDateTime> until; ///< nothing where the agent does not say
+    QString agent;                  ///< the agent's display name
+    QString words;                  ///< its own sentence
+    int scopes = 0;                 ///< searches that are left
+    int links = 0;                  ///< links that are left to judge
+    QDateTime period;               ///< where the period starts that it searches
+    json::Rest unknown = {};        ///< keys of a later version
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("since", &RunWaits::since), json::field("until", &RunWaits::until),
+            json::field("agent", &RunWaits::agent), json::field("words", &RunWaits::words),
+            json::field("scopes", &RunWaits::scopes), json::field("links", &RunWaits::links),
+            json::field("period", &RunWaits::period));
+    }
+    static constexpr auto jsonRest() { return &RunWaits::unknown; }
+    bool operator==(const RunWaits &) const = default;
+};
+
 /// How a run went, whole: the five keys kept of the last run, then the rest. Keys of a later
 /// version are kept as LastReport keeps them.
 struct RunReport : LastReport {
@@ -167,6 +194,9 @@ struct RunReport : LastReport {
     /// Links far past those asked for, which were not even read; absent without any, and from the
     /// reports of earlier versions.
     std::optional<QList<DroppedLink>> surplus;
+    /// While a part of the run is still to come. The report is one for all its parts; its date is
+    /// the first one's end.
+    std::optional<RunWaits> waits;
     QList<QString> warnings; ///< French sentences, to be shown as they are
     QList<QUuid> topicIds;   ///< the topics added, in the order they were judged
 
@@ -185,6 +215,7 @@ struct RunReport : LastReport {
                 json::field("feeds", &RunReport::feeds), json::field("failed", &RunReport::failed),
                 json::field("steps", &RunReport::steps), json::field("sites", &RunReport::sites),
                 json::field("surplus", &RunReport::surplus),
+                json::field("waits", &RunReport::waits),
                 json::field("warnings", &RunReport::warnings),
                 json::field("topicIds", &RunReport::topicIds)));
     }
@@ -209,6 +240,10 @@ struct RunProgress {
     int candidates = 0;
     int read = 0; ///< candidates whose page was read, or could not be
     int judged = 0;
+    int calls = 0;                ///< to the agent, of all parts of the run
+    double seconds = 0;           ///< since the run began, its waits apart
+    double costUSD = 0;           ///< 0 where the agent does not say
+    std::optional<qint64> tokens; ///< likewise
 };
 
 } // namespace vorle

@@ -1,5 +1,7 @@
 #include "core/Schedule.h"
 
+#include "base/WallClock.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -10,32 +12,6 @@ namespace {
 
 /// Sunday 1 to Saturday 7, from Monday 1 to Sunday 7.
 int calendarWeekday(const QDate &date) { return date.dayOfWeek() % 7 + 1; }
-
-/// The first moment at which the zone's clocks show that time of that day; where they skip it, the
-/// moment of the skip. Reckoned from offsets: a date-time in a zone tells nothing certain of times
-/// that its clocks skip or show twice, midnight among them.
-QDateTime momentOn(const QDate &date, const QTime &time, const QTimeZone &zone) {
-    const QDateTime shown(date, time, Qt::UTC); // what the clocks show, as if they showed UTC
-    const auto at = [&](int offset) { return shown.addSecs(-offset); };
-    const auto holds = [&](int offset) { return zone.offsetFromUtc(at(offset)) == offset; };
-    const int before = zone.offsetFromUtc(shown.addDays(-2));
-    if (holds(before)) {
-        return at(before);
-    }
-    int offset = before;
-    for (const QTimeZone::OffsetData &change :
-         zone.transitions(shown.addDays(-2), shown.addDays(2))) {
-        const bool skipped = at(offset) >= change.atUtc && at(change.offsetFromUtc) < change.atUtc;
-        if (skipped) {
-            return change.atUtc;
-        }
-        offset = change.offsetFromUtc;
-        if (holds(offset)) {
-            return at(offset);
-        }
-    }
-    return at(offset);
-}
 
 QString slotName(const QDate &date, const QTime &time) {
     return QDateTime(date, time, Qt::UTC).toString(QStringLiteral("yyyy-MM-dd'T'HH:mm"));

@@ -186,6 +186,25 @@ bool TopicStore::replacePending(Topic topic) {
     return change(topic.id, [&](Topic &target) { target = std::move(topic); });
 }
 
+bool TopicStore::isUnreadStill(const QUuid &id) const {
+    const TopicPtr present = topic(id);
+    return present && !present->capturedURL && present->readLevel == ReadLevel::None &&
+           (present->status == TopicStatus::Pending || present->status == TopicStatus::Inbox) &&
+           !present->triagedAt && !present->correction && !present->note && !present->brief;
+}
+
+bool TopicStore::completeUnread(Topic judged) {
+    if (!isUnreadStill(judged.id)) {
+        return false;
+    }
+    const TopicPtr present = topic(judged.id);
+    judged.status = present->status;
+    judged.foundAt = present->foundAt;
+    judged.gallery = present->gallery;
+    judged.unknown = present->unknown;
+    return change(judged.id, [&](Topic &target) { target = std::move(judged); });
+}
+
 bool TopicStore::withdrawPending(const QUuid &id) {
     const TopicPtr present = topic(id);
     if (!present || present->status != TopicStatus::Pending || present->capturedURL) {

@@ -119,6 +119,12 @@ public:
     /// Puts the topic in the place of the pending one of the same identity, which was judged again.
     /// False when there is none, or when it is pending no more: the user has it now.
     bool replacePending(Topic topic);
+    /// Whether a topic of a run still waits for a readable page: one in the inbox, or pending, that
+    /// could not be read and that the user did nothing about.
+    bool isUnreadStill(const QUuid &id) const;
+    /// Puts the topic, judged by a page that was found since, in the place of that one in the
+    /// inbox; its pictures and what came to it stay. False when there is none (see isUnreadStill).
+    bool completeUnread(Topic topic);
     /// Takes a pending topic of a run away: its page turned out to be another topic's, which has
     /// its links by now. Nothing shows such a topic, so nothing is told. False when there is none,
     /// or when it is pending no more.
@@ -131,6 +137,9 @@ public:
     QList<RunReport> history() const;
     /// A run ended: its report joins the history.
     void addRun(const RunReport &report);
+    /// A further part of a run ended: the report takes the place of the one of that date; it joins
+    /// the history where there is none.
+    void replaceRun(const RunReport &report);
 
     // Triage. Each stamps `triagedAt` and gives false when there is no such topic, or when it is a
     // link that was never judged (see isUnjudgedCapture), which can only be dismissed. Leaving the

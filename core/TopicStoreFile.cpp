@@ -17,6 +17,7 @@
 #include <QSet>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <system_error>
@@ -229,6 +230,18 @@ QList<RunReport> TopicStore::history() const {
 
 void TopicStore::addRun(const RunReport &report) {
     RunHistory(m_file).add(history() + QList{report});
+    Q_EMIT historyChanged();
+}
+
+void TopicStore::replaceRun(const RunReport &report) {
+    QList<RunReport> reports = history();
+    const auto earlier = std::ranges::find(reports, report.date, &RunReport::date);
+    if (earlier == reports.end()) {
+        addRun(report);
+        return;
+    }
+    *earlier = report;
+    RunHistory(m_file).add(reports);
     Q_EMIT historyChanged();
 }
 

@@ -173,7 +173,7 @@ Task<Judge::Verdicts> Judge::judge(std::shared_ptr<const JudgeContext> context,
         wanted.insert(candidate.id);
     }
     Verdicts verdicts;
-    verdicts.costUSD = asked.costUSD;
+    verdicts.spent = asked.spent;
     for (const AnsweredJudgment &answer : asked.answer.judgments) {
         const auto judgment = accepted(answer);
         if (judgment && wanted.contains(answer.id) && !verdicts.byId.contains(answer.id)) {

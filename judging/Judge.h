@@ -11,10 +11,10 @@ namespace vorle {
 /// outlive every call under way.
 class Judge {
 public:
-    /// The judgments that came back, by candidate, and what they cost.
+    /// The judgments that came back, by candidate, and what they took.
     struct Verdicts {
         QHash<QString, Judgment> byId;
-        std::optional<double> costUSD;
+        AgentSpend spent;
     };
 
     /// A batch holds at most 8 candidates whose blocks take 56,000 bytes; a candidate whose block

@@ -195,9 +195,9 @@ Task<> JudgeBench::judgeBatch(Session &session, qsizetype index) {
         const auto verdicts =
             co_await Judge(*m_asker).judge(session.context, batch, session.cancel);
         session.judgments.insert(verdicts.byId);
-        add(session.costUSD, verdicts.costUSD);
+        add(session.costUSD, verdicts.spent.costUSD);
     } catch (const AgentError &error) {
-        add(session.costUSD, error.costUSD());
+        add(session.costUSD, error.spent().costUSD);
         throw;
     }
     session.done += batch.size();

@@ -31,9 +31,10 @@ const QList<Command> &commands() {
     static const QString demo = QStringLiteral("demo");
     static const QList<Command> all{
         {.name = QStringLiteral("fouille"),
-         .synopsis = QStringLiteral("[--demo]"),
-         .summary = French::tr("lance une fouille et montre ce qu’elle rapporte"),
-         .flags = {json, demo},
+         .synopsis = QStringLiteral("[--suite | --laisser] [--demo]"),
+         .summary = French::tr("lance une fouille et montre ce qu’elle rapporte ; --suite reprend "
+                               "celle que la limite de ton IA a coupée, --laisser l’abandonne"),
+         .flags = {json, QStringLiteral("suite"), QStringLiteral("laisser"), demo},
          .throughApp = true,
          .run =
              [](Context &c, Application &app) {

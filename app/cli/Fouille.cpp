@@ -41,17 +41,19 @@ void showProgress(Console &console, const RunProgress &progress) {
     // Each scope counts as much as reading and judging what it brought.
     const int total = progress.scopes + 2 * progress.candidates;
     const int done = progress.scopesDone + progress.read + progress.judged;
-    const QString details = French::tr("liens : %1, lus : %2, jugés : %3")
-                                .arg(progress.candidates)
-                                .arg(progress.read)
-                                .arg(progress.judged);
+    const QString details =
+        French::tr("liens : %1, lus : %2, jugés : %3")
+            .arg(progress.candidates)
+            .arg(progress.read)
+            .arg(progress.judged) +
+        (progress.calls > 0 ? QStringLiteral("  ") + spentText(progress) : QString());
     console.progress(progress.status, done, total, details);
 }
 
 /// "12 liens, 3 déjà connus, 1 en double".
 QString scopeLine(const ScopeReport &scope) {
-    if (scope.failed()) {
-        return scope.error;
+    if (scope.failed() || scope.waits.value_or(false)) {
+        return scopeText(scope);
     }
     QStringList facts{scopeText(scope)};
     const auto add = [&](int count, const QString &what) {
@@ -112,13 +114,53 @@ void proposeCalibration(Context &context, const TopicsToChange &topics, const Cl
     }
 }
 
+/// Of a run whose agent reached its limit: until when, and what becomes of the rest.
+void tellRest(Context &context, const RunReport &report, const QDateTime &now) {
+    if (!report.waits) {
+        return;
+    }
+    context.console.say(waitsTitle(*report.waits) + u' ' +
+                        waitsText(*report.waits, now, QTimeZone::systemTimeZone()));
+    if (context.host == Host::OwnProcess || !report.waits->until) {
+        context.console.say(
+            report.waits->until
+                ? French::tr(
+                      "Elle continuera quand vorle sera ouvert, ou avec\u00A0: vorle fouille "
+                      "--suite")
+                : French::tr("Pour continuer\u00A0: vorle fouille --suite"));
+    }
+}
+
+ExitStatus giveUpRest(Context &context, SearchEngine &engine) {
+    if (!engine.giveUpRest()) {
+        throw Failure(engine.phase() != SearchEngine::Phase::Idle
+                          ? French::tr("Une fouille est déjà en cours.")
+                          : French::tr("Ce qui restait n’a pas pu être effacé."));
+    }
+    context.console.say(
+        French::tr("Je laisse la suite\u00A0: la prochaine fouille reprendra la même période."));
+    return ExitStatus::Done;
+}
+
 } // namespace
 
 Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchEngine> search,
                          const Clock &clock) {
+    const bool isRest = context.arguments.flags.contains(QStringLiteral("suite"));
+    const bool isGivenUp = context.arguments.flags.contains(QStringLiteral("laisser"));
+    if (isRest && isGivenUp) {
+        throw Failure(French::tr("C’est --suite ou --laisser, pas les deux."), ExitStatus::Usage);
+    }
     co_await openStore(context, held);
     TopicStore &store = *held.store;
     SearchEngine &engine = *search;
+    if ((isRest || isGivenUp) && !engine.remainder()) {
+        context.console.say(French::tr("Rien n’attend."));
+        co_return ExitStatus::Done;
+    }
+    if (isGivenUp) {
+        co_return giveUpRest(context, engine);
+    }
     const auto link = QObject::connect(&engine, &SearchEngine::progressed, &engine,
                                        [&](const RunProgress &progress) {
                                            // A refusal is told by its failure.
@@ -129,7 +171,7 @@ Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchE
     std::optional<RunReport> ended;
     std::exception_ptr failure;
     try {
-        ended = co_await engine.run(context.cancel);
+        ended = co_await (isRest ? engine.resume(context.cancel) : engine.run(context.cancel));
     } catch (...) {
         failure = std::current_exception();
     }
@@ -159,6 +201,7 @@ Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchE
     if (report.saved) {
         context.console.say(runResultText(report));
         context.console.say(runFactsText(report));
+        tellRest(context, report, clock.now());
         proposeCalibration(context, held, clock);
     } else {
         context.console.say(

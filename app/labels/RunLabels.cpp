@@ -12,6 +12,66 @@
 
 namespace vorle {
 
+namespace {
+
+/// "3 recherches et 12 liens à juger".
+QString restText(const RunWaits &waits) {
+    QStringList parts;
+    if (waits.scopes > 0) {
+        parts += counted(waits.scopes, French::tr("recherche"), French::tr("recherches"));
+    }
+    if (waits.links > 0 || parts.isEmpty()) {
+        parts += counted(waits.links, French::tr("lien à juger"), French::tr("liens à juger"));
+    }
+    return parts.join(French::tr(" et "));
+}
+
+} // namespace
+
+QString waitsTitle(const RunWaits &waits) {
+    return French::tr("%1 a atteint sa limite.").arg(waits.agent);
+}
+
+QString waitsText(const RunWaits &waits, const QDateTime &now, const QTimeZone &zone) {
+    if (!waits.until) {
+        return French::tr("Il ne dit pas jusqu’à quand. Je garde tout\u00A0: il reste %1.")
+            .arg(restText(waits));
+    }
+    const QString when = comingText(*waits.until, now, zone);
+    return *waits.until > now
+               ? French::tr("Je garde tout et je continue %1\u00A0: il reste %2.")
+                     .arg(when, restText(waits))
+               : French::tr("La suite de la fouille %1 devait reprendre %2\u00A0: il reste %3.")
+                     .arg(ofDayText(waits.since, now, zone), when, restText(waits));
+}
+
+QString putOffText(const RunWaits &waits) {
+    return French::tr("Je garde tout, et je continue quand tu veux\u00A0: il reste %1.")
+        .arg(restText(waits));
+}
+
+QString comingRestText(const RunWaits &waits, const QDateTime &now, const QTimeZone &zone) {
+    return waits.until && *waits.until > now
+               ? French::tr("La suite %1").arg(comingText(*waits.until, now, zone))
+               : French::tr("La suite quand tu veux");
+}
+
+QString spentText(int calls, double seconds, double costUSD, const std::optional<qint64> &tokens) {
+    QStringList parts{counted(calls, French::tr("appel"), French::tr("appels")),
+                      secondsText(seconds)};
+    if (costUSD > 0) {
+        parts += costText(costUSD);
+    } else if (tokens) {
+        parts +=
+            counted(static_cast<qsizetype>(*tokens), French::tr("jeton"), French::tr("jetons"));
+    }
+    return parts.join(QStringLiteral(" · "));
+}
+
+QString spentText(const RunProgress &progress) {
+    return spentText(progress.calls, progress.seconds, progress.costUSD, progress.tokens);
+}
+
 QString runResultText(const RunReport &report) {
     if (report.cancelled) {
         return report.added == 0   ? French::tr("Fouille arrêtée\u00A0: rien n’était encore jugé.")
@@ -20,6 +80,9 @@ QString runResultText(const RunReport &report) {
                                    : French::tr("Fouille arrêtée\u00A0: %1 nouveaux sujets dans "
                                                 "«\u202FÀ trier\u202F».")
                                          .arg(numberText(report.added));
+    }
+    if (report.waits && report.added == 0) {
+        return French::tr("Rien n’est encore jugé.");
     }
     return report.added == 0   ? French::tr("Rien de nouveau cette fois.")
            : report.added == 1 ? French::tr("1 nouveau sujet dans «\u202FÀ trier\u202F».")
@@ -48,6 +111,9 @@ QString scopeName(const ScopeReport &scope) {
 }
 
 QString scopeText(const ScopeReport &scope) {
+    if (scope.waits.value_or(false)) {
+        return French::tr("pas encore cherché");
+    }
     return scope.failed() ? scope.error
                           : counted(scope.found, French::tr("lien"), French::tr("liens"));
 }
@@ -95,6 +161,9 @@ QString problemText(const RunReport &report) {
     if (report.cancelled) {
         return French::tr("arrêtée par toi");
     }
+    if (report.waits) {
+        return French::tr("attend sa suite");
+    }
     QStringList failed;
     for (const ScopeReport &scope : report.scopes) {
         if (scope.failed()) {
@@ -114,6 +183,11 @@ QStringList runNotices(const RunReport &report) {
     QStringList notices;
     if (report.failed) {
         notices += *report.failed;
+    }
+    if (report.waits) {
+        notices +=
+            French::tr("%1 Il reste %2. Ce qu’il dit\u00A0: %3")
+                .arg(waitsTitle(*report.waits), restText(*report.waits), report.waits->words);
     }
     notices += report.warnings;
     for (const FeedTrouble &feed : report.feeds) {

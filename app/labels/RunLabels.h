@@ -35,6 +35,20 @@ QString problemText(const RunReport &report);
 /// set aside or not judged, scopes without anything.
 QStringList runNotices(const RunReport &report);
 
+/// The line over a run that waits: "Claude Code a atteint sa limite."
+QString waitsTitle(const RunWaits &waits);
+/// Below it: when it goes on, or should have, and what is left of it.
+QString waitsText(const RunWaits &waits, const QDateTime &now, const QTimeZone &zone);
+/// The same of one that goes on when the user says so.
+QString putOffText(const RunWaits &waits);
+/// In a few words: "La suite aujourd’hui à 13:00", "La suite quand tu veux".
+QString comingRestText(const RunWaits &waits, const QDateTime &now, const QTimeZone &zone);
+
+/// What calls took: "3 appels · 42 s · 0,05 $", with the tokens in the place of an unknown cost.
+QString spentText(int calls, double seconds, double costUSD,
+                  const std::optional<qint64> &tokens = {});
+/// The same of a run under way.
+QString spentText(const RunProgress &progress);
 /// "42 s", "2 min", "1 min 12 s".
 QString secondsText(double seconds);
 /// "0,50 $"

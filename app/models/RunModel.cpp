@@ -27,14 +27,6 @@ double partDone(const RunProgress &progress) {
     return scopes * (searchingPart + (1 - searchingPart) * links);
 }
 
-/// What the run came to, and what it found nothing for.
-QString resultText(const RunReport &report) {
-    return report.cancelled || report.uncovered.isEmpty()
-               ? runResultText(report)
-               : RunModel::tr("%1 Rien trouvé pour\u00A0: %2.")
-                     .arg(runResultText(report), report.uncovered.join(QStringLiteral(", ")));
-}
-
 } // namespace
 
 RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const TopicStore &store,
@@ -45,6 +37,10 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const TopicSt
     , m_clock(clock)
     , m_store(store)
     , m_zone(zone) {
+    m_engine.remainder(); // so that no property has to read it from the disk
+    m_second.setInterval(1000);
+    connect(&m_second, &QTimer::timeout, this, &RunModel::spentChanged);
+    connect(&engine, &SearchEngine::remainderChanged, this, &RunModel::scheduleChanged);
     connect(&engine, &SearchEngine::progressed, this, &RunModel::take);
     connect(&engine, &SearchEngine::started, this, &RunModel::begin);
     connect(&engine, &SearchEngine::failed, this,
@@ -79,14 +75,20 @@ void RunModel::followTerritory() {
     }
 }
 
-void RunModel::start() {
+void RunModel::start() { ask(SearchRun::Part::First); }
+
+void RunModel::goOn() { ask(SearchRun::Part::Further); }
+
+void RunModel::ask(SearchRun::Part part) {
     if (m_running || !m_following.isEmpty()) {
         return;
     }
     m_cancel = CancelSource();
     m_following.add(
-        logged(follow(this, m_engine, m_cancel.token()), QStringLiteral("the search run")));
+        logged(follow(this, m_engine, part, m_cancel.token()), QStringLiteral("the search run")));
 }
+
+void RunModel::giveUpRest() { m_engine.giveUpRest(); }
 
 void RunModel::startDue() {
     if (refusalText(m_preferences).isEmpty()) {
@@ -97,9 +99,10 @@ void RunModel::startDue() {
 }
 
 /// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
-Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel) {
+Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, SearchRun::Part part,
+                        CancelToken cancel) {
     try {
-        co_await engine.run(cancel);
+        co_await (part == SearchRun::Part::First ? engine.run(cancel) : engine.resume(cancel));
     } catch (const RunRefused &refusal) {
         if (self) {
             self->m_nothingToSearch = !refusalText(self->m_preferences).isEmpty();
@@ -118,8 +121,11 @@ void RunModel::begin() {
     m_result.clear();
     m_notice = {};
     m_nothingToSearch = false;
+    m_told.start();
+    m_second.start();
     Q_EMIT runningChanged();
     Q_EMIT progressChanged();
+    Q_EMIT spentChanged();
     Q_EMIT outcomeChanged();
     Q_EMIT scheduleChanged();
 }
@@ -127,6 +133,7 @@ void RunModel::begin() {
 void RunModel::end(const QString &result, FailureNotice notice) {
     const bool wasRunning = std::exchange(m_running, false);
     m_stopping = false;
+    m_second.stop();
     m_part = 0;
     m_progress = {};
     m_result = shownWords(result);
@@ -144,7 +151,9 @@ void RunModel::take(const RunProgress &progress) {
     if (m_running && m_engine.phase() != SearchEngine::Phase::Idle) {
         m_progress = progress;
         m_part = std::clamp(partDone(progress), m_part, 1.0);
+        m_told.start();
         Q_EMIT progressChanged();
+        Q_EMIT spentChanged();
     }
 }
 
@@ -176,6 +185,56 @@ QString RunModel::countsText() const {
                        counted(m_progress.read, tr("lu"), tr("lus")),
                        counted(m_progress.judged, tr("jugé"), tr("jugés"))}
         .join(QStringLiteral(", "));
+}
+
+QString RunModel::spentText() const {
+    if (!m_running || m_progress.calls == 0) {
+        return {};
+    }
+    RunProgress now = m_progress;
+    now.seconds += static_cast<double>(m_told.elapsed()) / 1000.0;
+    return vorle::spentText(now);
+}
+
+bool RunModel::waiting() const { return m_engine.remainder().has_value() && !m_running; }
+
+bool RunModel::waitingOffered() const {
+    return waiting() &&
+           resumeAction(*m_engine.remainder(), m_clock.now(), m_running) == ResumeAction::Offer;
+}
+
+QString RunModel::waitingTitle() const {
+    return waiting() ? shownWords(waitsTitle(m_engine.remainder()->waits())) : QString();
+}
+
+QString RunModel::waitingText() const {
+    if (!waiting()) {
+        return {};
+    }
+    const RunRemainder &rest = *m_engine.remainder();
+    return shownWords(rest.asked ? putOffText(rest.waits())
+                                 : waitsText(rest.waits(), m_clock.now(), m_zone));
+}
+
+QString RunModel::waitingBriefly() const {
+    if (!waiting()) {
+        return {};
+    }
+    RunWaits waits = m_engine.remainder()->waits();
+    waits.until = waitingOffered() ? std::nullopt : waits.until;
+    return comingRestText(waits, m_clock.now(), m_zone);
+}
+
+/// What the run came to, what it found nothing for, and when the rest of it comes.
+QString RunModel::resultText(const RunReport &report) const {
+    QString text = runResultText(report);
+    if (report.waits) {
+        text += u' ' + comingRestText(*report.waits, m_clock.now(), m_zone) + u'.';
+    } else if (!report.cancelled && !report.uncovered.isEmpty()) {
+        text = tr("%1 Rien trouvé pour\u00A0: %2.")
+                   .arg(text, report.uncovered.join(QStringLiteral(", ")));
+    }
+    return text;
 }
 
 QString RunModel::nextRunText() const {

@@ -8,9 +8,11 @@
 #include "core/TopicStore.h"
 #include "search/run/SearchEngine.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
@@ -33,6 +35,8 @@ class RunModel final : public QObject {
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged FINAL)
     /// "12 liens, 8 lus, 4 jugés"; "" before the first link.
     Q_PROPERTY(QString countsText READ countsText NOTIFY progressChanged FINAL)
+    /// What the agent took so far: "6 appels · 2 min 10 s · 0,31 $"; "" before the first call.
+    Q_PROPERTY(QString spentText READ spentText NOTIFY spentChanged FINAL)
     Q_PROPERTY(int candidates READ candidates NOTIFY progressChanged FINAL)
     Q_PROPERTY(int read READ read NOTIFY progressChanged FINAL)
     Q_PROPERTY(int judged READ judged NOTIFY progressChanged FINAL)
@@ -52,6 +56,14 @@ class RunModel final : public QObject {
     Q_PROPERTY(bool missed READ missed NOTIFY scheduleChanged FINAL)
     Q_PROPERTY(QString missedTitle READ missedTitle NOTIFY scheduleChanged FINAL)
     Q_PROPERTY(QString missedText READ missedText NOTIFY scheduleChanged FINAL)
+    /// A part of the last run is still to come, since the agent reached its limit.
+    Q_PROPERTY(bool waiting READ waiting NOTIFY scheduleChanged FINAL)
+    /// It goes on when the user says so; else by itself.
+    Q_PROPERTY(bool waitingOffered READ waitingOffered NOTIFY scheduleChanged FINAL)
+    Q_PROPERTY(QString waitingTitle READ waitingTitle NOTIFY scheduleChanged FINAL)
+    Q_PROPERTY(QString waitingText READ waitingText NOTIFY scheduleChanged FINAL)
+    /// In a few words: "La suite aujourd’hui à 13:00"; "" without one.
+    Q_PROPERTY(QString waitingBriefly READ waitingBriefly NOTIFY scheduleChanged FINAL)
     /// "Fouiller maintenant"
     Q_PROPERTY(QString startLabel READ startLabel CONSTANT FINAL)
 
@@ -65,6 +77,10 @@ public:
     /// The scheduled run is due: as start(), but where a run would be refused nothing is told, as
     /// nobody asked.
     void startDue();
+    /// Goes on with what the last run left; does nothing while one is under way.
+    Q_INVOKABLE void goOn();
+    /// Leaves it undone: the next run looks at its period again.
+    Q_INVOKABLE void giveUpRest();
     /// Asks the run to stop; what was judged is kept.
     Q_INVOKABLE void stop();
     /// Looks at the clock again. For whoever shows the window or wakes up.
@@ -77,6 +93,7 @@ public:
     QString statusText() const;
     double progress() const { return m_part; }
     QString countsText() const;
+    QString spentText() const;
     int candidates() const { return m_progress.candidates; }
     int read() const { return m_progress.read; }
     int judged() const { return m_progress.judged; }
@@ -89,12 +106,18 @@ public:
     bool missed() const { return missedMoment().has_value(); }
     QString missedTitle() const;
     QString missedText() const;
+    bool waiting() const;
+    bool waitingOffered() const;
+    QString waitingTitle() const;
+    QString waitingText() const;
+    QString waitingBriefly() const;
     QString startLabel() const;
 
 Q_SIGNALS:
     /// A run began or ended: once each.
     void runningChanged();
     void progressChanged();
+    void spentChanged();
     void outcomeChanged();
     void scheduleChanged();
     /// A run ended, one way or another.
@@ -102,10 +125,13 @@ Q_SIGNALS:
 
 private:
     void begin();
-    static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, CancelToken cancel);
+    void ask(SearchRun::Part part);
+    static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, SearchRun::Part part,
+                         CancelToken cancel);
     void take(const RunProgress &progress);
     void end(const QString &result, FailureNotice notice);
     void followTerritory();
+    QString resultText(const RunReport &report) const;
     std::optional<QDateTime> missedMoment() const;
 
     SearchEngine &m_engine;
@@ -119,6 +145,8 @@ private:
     bool m_stopping = false;
     double m_part = 0;
     RunProgress m_progress;
+    QElapsedTimer m_told; // since it was
+    QTimer m_second;      // while a run is under way
     QString m_result;
     FailureNotice m_notice;
     bool m_nothingToSearch = false;

@@ -313,13 +313,4 @@ QString stepName(RunStep step) {
     return {};
 }
 
-QString spentText(int calls, double seconds, double costUSD) {
-    QStringList parts{counted(calls, French::tr("appel"), French::tr("appels")),
-                      secondsText(seconds)};
-    if (costUSD > 0) {
-        parts += costText(costUSD);
-    }
-    return parts.join(QStringLiteral(" · "));
-}
-
 } // namespace vorle

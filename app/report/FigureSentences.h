@@ -30,7 +30,5 @@ QString countsText(const WatchFigures &figures);
 QString budgetText(const WatchFigures &figures);
 /// "Recherche", "Tes sites", "Jugement", "Pages illisibles".
 QString stepName(RunStep step);
-/// "3 appels · 42 s · 0,05 $", the cost where it is known.
-QString spentText(int calls, double seconds, double costUSD);
 
 } // namespace vorle

@@ -12,6 +12,7 @@
 #include "app/window/WaitingWindow.h"
 #include "app/wiring/Application.h"
 #include "app/wiring/Interrupts.h"
+#include "app/wiring/ResumeTimer.h"
 #include "app/wiring/RunTimer.h"
 #include "app/wiring/Startup.h"
 #include "base/French.h"
@@ -75,11 +76,13 @@ public:
         })
         , m_instance(instance)
         , m_timer(m_preferences, app.clock())
+        , m_resume(app.engine(), m_timer, app.clock())
         , m_left(std::move(left)) {
         m_preferences.watch();
         connect(&m_instance, &SingleInstance::commandAsked, &m_commands, &CommandServer::serve);
         connect(&m_timer, &RunTimer::due, m_shell.run(), &RunModel::startDue);
         connect(&m_timer, &RunTimer::looked, &m_shell, &Shell::refresh);
+        connect(&m_resume, &ResumeTimer::due, &m_shell, &Shell::goOn);
         connect(qApp, &QGuiApplication::applicationStateChanged, &m_timer,
                 [this](Qt::ApplicationState state) {
                     if (state == Qt::ApplicationActive) {
@@ -182,6 +185,7 @@ private:
     CommandServer m_commands;
     SingleInstance &m_instance;
     RunTimer m_timer;
+    ResumeTimer m_resume;
     std::function<void()> m_left;
     bool m_quitting = false;
 };

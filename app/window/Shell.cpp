@@ -245,6 +245,11 @@ void Shell::refresh() {
 
 void Shell::readAgain() { m_parts.capture.resume(); }
 
+void Shell::goOn() {
+    m_run->goOn();
+    m_parts.capture.resume();
+}
+
 void Shell::retry(const QString &topicId) { m_parts.capture.retry(QUuid::fromString(topicId)); }
 
 Task<> Shell::stopped() {

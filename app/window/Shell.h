@@ -145,6 +145,8 @@ public:
     /// Looks at the clock and the agents again: a new day changes what is next, what was missed,
     /// the week's time; an agent may have been signed in to.
     void refresh();
+    /// The agent answers again: goes on with the run that waited for it, and with the links.
+    void goOn();
     /// Stops what goes on in the background, and ends once it has.
     Task<> stopped();
     /// A web address on the pasteboard, "" for anything else.

@@ -13,10 +13,10 @@ Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeCont
     , m_pipeline(m_tools.asker)
     , m_context(std::move(context))
     , m_judging(
-          m_tools.asker, m_context, cancel,
+          m_tools.asker, m_context, cancel, m_recorder.gate,
           {.called =
-               [this](double seconds, double costUSD, RunRecorder::CallEnd end) {
-                   m_recorder.recordCall(RunStep::Judge, seconds, costUSD, end);
+               [this](double seconds, const AgentSpend &spent, RunRecorder::CallEnd end) {
+                   m_recorder.recordCall(RunStep::Judge, seconds, spent, end);
                },
            .judged = [this](const auto &batch, const auto &verdicts) { keep(batch, verdicts); },
            .failed =
@@ -27,7 +27,8 @@ Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeCont
                    }
                },
            .gaveUp = [this](const auto &batch,
-                            const std::exception *error) { giveUp(batch, error); }})
+                            const std::exception *error) { giveUp(batch, error); },
+           .left = [this](const auto &batch) { leaveForLater(batch); }})
     , m_ledger(m_tools.store.topics()) {}
 
 void Harvest::take(const Candidate &candidate, const Origins &origins) {
@@ -181,28 +182,25 @@ bool Harvest::passOn(qsizetype index) {
     }
     item.stage = Item::Stage::Taken;
     item.proposals = fresh;
-    count(item.page.level);
+    ++readCount(item.page.level);
     ++m_recorder.progress.read;
     putToJudge(index);
     return true;
 }
 
-void Harvest::count(ReadLevel level) {
+int &Harvest::readCount(ReadLevel level) {
     ReadCounts &read = m_recorder.report.read;
     switch (level) {
     case ReadLevel::Full:
-        ++read.full;
-        break;
+        return read.full;
     case ReadLevel::Seen:
-        ++read.seen;
-        break;
+        return read.seen;
     case ReadLevel::Meta:
-        ++read.meta;
-        break;
+        return read.meta;
     case ReadLevel::None:
-        ++read.none;
         break;
     }
+    return read.none;
 }
 
 void Harvest::putToJudge(qsizetype index) {
@@ -242,7 +240,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         topic.origin = m_recorder.report.scopes[item.proposals.first().report].origin;
         if (item.topic) { // dug up: judged once more, in its place
             topic.id = *item.topic;
-            if (!m_tools.store.replacePending(std::move(topic))) {
+            if (!m_tools.store.replacePending(topic) && !m_tools.store.completeUnread(topic)) {
                 continue; // the user has it as it was judged first
             }
             ++m_recorder.report.dug;

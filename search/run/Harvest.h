@@ -6,6 +6,7 @@
 #include "search/run/JudgingQueue.h"
 #include "search/run/LinkRegistry.h"
 #include "search/run/RunRecorder.h"
+#include "search/run/RunRemainder.h"
 #include "search/web/SourceImage.h"
 
 #include <QSet>
@@ -51,6 +52,11 @@ public:
     /// Takes a candidate in: it is read and judged from now on, unless its link is held already.
     /// What another scope brought too is one card, for both.
     void take(const Candidate &candidate, const Origins &origins);
+    /// Takes in again what an earlier part of the run, or an earlier run, left: with all who
+    /// brought it, its other addresses, and the card it has already. Does nothing where the link
+    /// is known by now, or the user has decided on that card.
+    void takeLeft(QList<Proposal> proposals, const QList<TopicSource> &others,
+                  std::optional<QUuid> topic);
 
     // Each of these ends once nothing of its kind is under way any more, whatever went wrong, and
     // then throws: Cancelled, or the first failure that is none of those foreseen.
@@ -76,6 +82,8 @@ public:
     /// Whether links were left that another run should find again: such ones, or any that was given
     /// up without having been tried.
     bool leftLinks() const { return m_gaveUp || failedAnew(); }
+    /// Once all has ended: the links that the agent's limit kept from being judged or dug for.
+    QList<RemainingLink> left() const;
     /// Every link (as canonicalLink()) of the pages that are old news to all who brought them.
     QSet<QString> oldNews() const;
 
@@ -89,8 +97,10 @@ private:
     bool leadsElsewhere(qsizetype index);
     bool passOn(qsizetype index);
     void join(qsizetype index, const QList<Proposal> &proposals, const QList<TopicSource> &sources);
-    void count(ReadLevel level);
+    int &readCount(ReadLevel level);
+    Task<> readAgain(qsizetype index);
     void putToJudge(qsizetype index);
+    void leaveForLater(const QList<JudgeCandidate> &batch);
     void keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &verdicts);
     QStringList leave(const QList<JudgeCandidate> &batch, const QString &reason);
     void giveUp(const QList<JudgeCandidate> &batch, const std::exception *error);

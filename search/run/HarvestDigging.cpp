@@ -44,7 +44,7 @@ QList<DigItem> Harvest::unreadItems() const {
 
 Task<> Harvest::dig() {
     const QList<DigItem> items = unreadItems();
-    if (items.isEmpty()) {
+    if (items.isEmpty() || m_recorder.gate.isClosed()) {
         co_return;
     }
     m_recorder.show(French::tr("Recherche des pages illisibles : ") +
@@ -66,27 +66,36 @@ Task<> Harvest::dig() {
 }
 
 Task<> Harvest::askToDig(QList<DigItem> items) {
+    if (m_recorder.gate.isClosed()) {
+        co_return;
+    }
     DigFrame frame{m_context->today, m_tools.exclusions, m_tools.agent};
     QElapsedTimer clock;
     clock.start();
-    const auto recordCall = [&](double costUSD, RunRecorder::CallEnd end) {
-        m_recorder.recordCall(RunStep::Dig, static_cast<double>(clock.elapsed()) / 1000.0, costUSD,
+    const auto recordCall = [&](const AgentSpend &spent, RunRecorder::CallEnd end) {
+        m_recorder.recordCall(RunStep::Dig, static_cast<double>(clock.elapsed()) / 1000.0, spent,
                               end);
     };
+    bool tried = true;
     try {
-        const Pipeline::DugUp dug =
-            co_await m_pipeline.dig(std::move(items), std::move(frame), m_cancel);
-        recordCall(dug.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
+        const Pipeline::DugUp dug = co_await m_pipeline.dig(items, std::move(frame), m_cancel);
+        recordCall(dug.spent, RunRecorder::CallEnd::Answered);
         for (const Dug &result : dug.results) {
             m_reads.add(readDug(result));
         }
     } catch (const Cancelled &) {
         throw;
     } catch (const std::exception &error) {
-        recordCall(failureCost(error), RunRecorder::CallEnd::Failed);
-        m_recorder.report.warnings +=
-            French::tr("Les pages illisibles n’ont pas pu être recherchées : %1")
-                .arg(failureText(error));
+        recordCall(failureSpend(error), RunRecorder::CallEnd::Failed);
+        tried = !m_recorder.gate.isClosedBy(error);
+        if (tried) {
+            m_recorder.report.warnings +=
+                French::tr("Les pages illisibles n’ont pas pu être recherchées : %1")
+                    .arg(failureText(error));
+        }
+    }
+    for (const DigItem &item : std::as_const(items)) {
+        at(Item::indexOf(item.id)).dugFor = tried;
     }
 }
 
@@ -105,7 +114,9 @@ bool Harvest::isUnreadTopic(qsizetype index) const {
 qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const TopicSource &found) {
     const LinkRegistry::Claim claim = this->claim(link, index);
     Item &item = at(index);
-    if (claim.standing == LinkRegistry::Standing::New) {
+    const bool isOwn =
+        claim.standing == LinkRegistry::Standing::Known && claim.topic == *item.topic;
+    if (claim.standing == LinkRegistry::Standing::New || isOwn) {
         return index;
     }
     // One that got no judgment is no card: nothing would be left of this one.

@@ -31,6 +31,8 @@ struct HarvestItem {
     ReadPage page;
     Stage stage = Stage::Reading;
     std::optional<QUuid> topic; ///< once judged
+    bool dugFor = false;        ///< a readable page was looked for in its place
+    bool isLeft = false;        ///< the agent reached its limit before it was judged
 
     HarvestItem(Candidate candidate, QList<Proposal> brought)
         : url(candidate.url), proposals(std::move(brought)) {}

@@ -21,10 +21,11 @@ bool mayDoBetter(const std::exception &error) {
 } // namespace
 
 JudgingQueue::JudgingQueue(Asker &asker, std::shared_ptr<const JudgeContext> context,
-                           CancelToken cancel, Handlers handlers)
+                           CancelToken cancel, LimitGate &gate, Handlers handlers)
     : m_judge(asker)
     , m_context(std::move(context))
     , m_cancel(std::move(cancel))
+    , m_gate(gate)
     , m_handlers(std::move(handlers)) {}
 
 void JudgingQueue::add(JudgeCandidate candidate) {
@@ -37,7 +38,20 @@ void JudgingQueue::addDoubtful(JudgeCandidate candidate) {
     send();
 }
 
+void JudgingQueue::leaveAll() {
+    const QList<JudgeCandidate> all = std::exchange(m_waiting, {}) +
+                                      std::exchange(m_retryAlone, {}) +
+                                      std::exchange(m_doubtful, {});
+    if (!all.isEmpty()) {
+        m_handlers.left(all);
+    }
+}
+
 void JudgingQueue::send() {
+    if (m_gate.isClosed()) {
+        leaveAll();
+        return;
+    }
     while (!m_cancel.isCancelled() && m_underWay < maxConcurrentCalls) {
         const qsizetype size = nextBatchSize(m_waiting);
         const bool mayGrow = size == m_waiting.size() && size < Judge::batchCandidates;
@@ -70,13 +84,16 @@ Task<> JudgingQueue::judge(QList<JudgeCandidate> batch, Turn turn) {
         const auto seconds = [&] { return static_cast<double>(clock.elapsed()) / 1000.0; };
         try {
             verdicts = co_await m_judge.judge(m_context, batch, m_cancel);
-            m_handlers.called(seconds(), verdicts->costUSD.value_or(0),
-                              RunRecorder::CallEnd::Answered);
+            m_handlers.called(seconds(), verdicts->spent, RunRecorder::CallEnd::Answered);
         } catch (const Cancelled &) {
             throw;
         } catch (const std::exception &error) {
-            m_handlers.called(seconds(), failureCost(error), RunRecorder::CallEnd::Failed);
-            takeFailure(batch, turn, error);
+            m_handlers.called(seconds(), failureSpend(error), RunRecorder::CallEnd::Failed);
+            if (m_gate.isClosedBy(error)) {
+                m_handlers.left(batch);
+            } else {
+                takeFailure(batch, turn, error);
+            }
         }
         if (verdicts) {
             takeVerdicts(batch, turn, *verdicts);

@@ -20,11 +20,14 @@ namespace vorle {
 ///
 /// A doubtful candidate, one that earlier runs could not have judged, comes last and alone:
 /// whatever becomes of it says nothing of the judge, so it makes no other give up.
+///
+/// Once the gate is closed nothing more is judged: whatever waits, and comes, is left.
 class JudgingQueue {
 public:
     struct Handlers {
-        /// A call ended, well or not, after so many seconds, for so many US dollars.
-        std::function<void(double seconds, double costUSD, RunRecorder::CallEnd end)> called;
+        /// A call ended, well or not, after so many seconds.
+        std::function<void(double seconds, const AgentSpend &spent, RunRecorder::CallEnd end)>
+            called;
         /// A call came back. The candidates told are those it answered for, and those that stay
         /// without an answer: no verdict is coming any more.
         std::function<void(const QList<JudgeCandidate> &, const Judge::Verdicts &)> judged;
@@ -34,10 +37,13 @@ public:
         /// The candidates told are judged no more, since the calls before came to nothing; the
         /// last of them by that error, or by an answer that left its candidate out (null).
         std::function<void(const QList<JudgeCandidate> &, const std::exception *)> gaveUp;
+        /// The candidates told are to be judged once the agent answers again.
+        std::function<void(const QList<JudgeCandidate> &)> left;
     };
 
+    /// `gate` must outlive the queue.
     JudgingQueue(Asker &asker, std::shared_ptr<const JudgeContext> context, CancelToken cancel,
-                 Handlers handlers);
+                 LimitGate &gate, Handlers handlers);
     JudgingQueue(const JudgingQueue &) = delete;
     JudgingQueue &operator=(const JudgingQueue &) = delete;
     ~JudgingQueue() = default;
@@ -60,10 +66,12 @@ private:
     void takeFailure(QList<JudgeCandidate> batch, Turn turn, const std::exception &error);
     void countTurn(Turn turn, bool answered);
     void giveUp(const std::exception *error);
+    void leaveAll();
 
     Judge m_judge;
     std::shared_ptr<const JudgeContext> m_context;
     CancelToken m_cancel;
+    LimitGate &m_gate;
     Handlers m_handlers;
     QList<JudgeCandidate> m_waiting;
     QList<JudgeCandidate> m_retryAlone; ///< to be judged once more

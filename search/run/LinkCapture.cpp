@@ -15,7 +15,7 @@ namespace vorle {
 
 namespace {
 
-constexpr qsizetype titleCharacters = 300;
+constexpr qsizetype capturedTitleCharacters = 300;
 constexpr qsizetype noteCharacters = 4'000;
 
 Candidate candidateOf(const Topic &captured) {
@@ -42,7 +42,7 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
     }
     Topic topic;
     topic.id = QUuid::createUuid();
-    const QString title = clampedLine(link.title, titleCharacters);
+    const QString title = clampedLine(link.title, capturedTitleCharacters);
     topic.title = title.isEmpty() ? QUrl(address).host() : title;
     topic.project = link.project;
     topic.sources = {{title, address}};
@@ -115,24 +115,35 @@ Task<> LinkCapture::work() {
         const QUuid id = m_queue.first();
         Q_EMIT stateChanged(id);
         std::optional<QString> failure;
+        QList<QUuid> ended{id};
         try {
             co_await complete(id);
         } catch (const Cancelled &) {
             break;
         } catch (const std::exception &error) {
             failure = vorle::failureText(error);
+            const auto *agentError = dynamic_cast<const AgentError *>(&error);
+            if (agentError != nullptr && agentError->limit()) {
+                ended = m_queue; // no other would fare better
+            }
         }
-        m_queue.removeOne(id);
-        const TopicPtr topic = m_parts.store.topic(id);
-        if (failure && topic && isBeingRead(*topic)) {
-            m_failures.insert(id, *failure);
-            Q_EMIT failed(id, *failure);
+        for (const QUuid &one : std::as_const(ended)) {
+            end(one, failure);
         }
-        Q_EMIT stateChanged(id);
     }
     m_queue.clear();
     m_running = false;
     Q_EMIT runningChanged();
+}
+
+void LinkCapture::end(const QUuid &id, const std::optional<QString> &failure) {
+    m_queue.removeOne(id);
+    const TopicPtr topic = m_parts.store.topic(id);
+    if (failure && topic && isBeingRead(*topic)) {
+        m_failures.insert(id, *failure);
+        Q_EMIT failed(id, *failure);
+    }
+    Q_EMIT stateChanged(id);
 }
 
 Task<> LinkCapture::complete(QUuid id) {

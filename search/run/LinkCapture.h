@@ -21,6 +21,8 @@ class SourceImage;
 /// Takes the links the user captures: each becomes a pending topic at once, is read and judged
 /// like a run's, and completed in place, ready for triage. One at a time, in the order they came.
 ///
+/// Where the agent reaches its limit no further link is tried: all that wait have failed then.
+///
 /// A link that could not be judged stays pending and says so, until it is tried again by `retry()`
 /// or `resume()`: nothing the user gave is lost. Main thread; what it is given must outlive it, and
 /// it must outlive the work under way (see `stop`).
@@ -98,6 +100,7 @@ private:
     void start(const QUuid &id);
     Task<> work();
     Task<> complete(QUuid id);
+    void end(const QUuid &id, const std::optional<QString> &failure);
 
     Parts m_parts;
     CancelSource m_cancel;

@@ -115,7 +115,7 @@ Question Pipeline::digging(const QList<DigItem> &items, const DigFrame &frame) c
 Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel) {
     auto asked = co_await m_asker->ask<CandidatesAnswer>(std::move(question), std::move(cancel));
     Found found;
-    found.costUSD = asked.costUSD;
+    found.spent = asked.spent;
     for (Candidate &candidate : asked.answer.candidates) {
         const auto link = WebLink::from(candidate.url);
         if (!link) {
@@ -133,7 +133,7 @@ Task<Pipeline::Found> Pipeline::candidates(Question question, CancelToken cancel
 Task<Pipeline::DugUp> Pipeline::dig(QList<DigItem> items, DigFrame frame, CancelToken cancel) {
     auto asked = co_await m_asker->ask<DigAnswer>(digging(items, frame), std::move(cancel));
     DugUp dug;
-    dug.costUSD = asked.costUSD;
+    dug.spent = asked.spent;
     for (Dug &result : asked.answer.results) {
         const auto link = WebLink::from(result.url);
         if (!result.found || !link) {

@@ -61,11 +61,11 @@ public:
     struct Found {
         QList<Candidate> candidates;
         int refused = 0; ///< answers whose link is no web address
-        std::optional<double> costUSD;
+        AgentSpend spent;
     };
     struct DugUp {
         QList<Dug> results; ///< found ones with a web address alone; texts tidied
-        std::optional<double> costUSD;
+        AgentSpend spent;
     };
 
     /// At most this many items are dug for in one call.

@@ -161,6 +161,12 @@ QDateTime periodStart(const Settings &settings, const QDateTime &now) {
     return std::clamp(std::min(last, settings.searchedUntil.value_or(last)), earliest, now);
 }
 
+QDateTime periodStart(const Settings &settings, const QDateTime &now,
+                      const std::optional<QDateTime> &since) {
+    const QDateTime own = periodStart(settings, now);
+    return since ? std::clamp(std::min(own, *since), now.addDays(-maxPeriodDays), now) : own;
+}
+
 QString refusalText(const Preferences &preferences) {
     const Settings &settings = preferences.settings();
     if (settings.projects.isEmpty() && settings.interests.isEmpty()) {
@@ -217,7 +223,7 @@ QStringList knownLinks(const QList<TopicPtr> &topics, const QDate &since) {
 
 RunPlan planRun(const Preferences &preferences, const QList<ProjectSnapshot> &projects,
                 const QList<TopicPtr> &topics, const QDateTime &now,
-                const QStringList &installedApps) {
+                const QStringList &installedApps, const std::optional<QDateTime> &earlier) {
     const Settings &settings = preferences.settings();
     RunPlan plan;
     for (const ProjectSnapshot &project : projects) {
@@ -243,7 +249,7 @@ RunPlan planRun(const Preferences &preferences, const QList<ProjectSnapshot> &pr
                        "sujets et de tes outils : tu n’en as déclaré aucun, je n’en ai rien fait.");
     }
     const QStringList names = territoryNames(settings, projects);
-    const QDate since = periodStart(settings, now).toLocalTime().date();
+    const QDate since = periodStart(settings, now, earlier).toLocalTime().date();
     const QDate today = now.toLocalTime().date();
     const QStringList inPeriod = knownLinks(topics, since);
     // A declared topic where nothing happened may have an older page.

@@ -60,13 +60,18 @@ QString refusalText(const Preferences &preferences);
 /// Where the period of a run at `now` starts: where the last one left it, 7 days ago when there was
 /// none, and never more than 31 days back.
 QDateTime periodStart(const Settings &settings, const QDateTime &now);
+/// The same of a run that takes up what another left, whose period started at `since`, if any did.
+QDateTime periodStart(const Settings &settings, const QDateTime &now,
+                      const std::optional<QDateTime> &since);
 
 /// Plans a run at `now`: a scope for each watched project, then one for the declared topics, tools
 /// and apps together, and the trusted sites. `installedApps` are told as context where the
-/// user lets all but some of them be. Main thread.
+/// user lets all but some of them be. `earlier` is where the period of a run started whose rest it
+/// takes up: see periodStart(). Main thread.
 RunPlan planRun(const Preferences &preferences, const QList<ProjectSnapshot> &projects,
                 const QList<TopicPtr> &topics, const QDateTime &now,
-                const QStringList &installedApps = {});
+                const QStringList &installedApps = {},
+                const std::optional<QDateTime> &earlier = {});
 
 /// The second search of a declared-topics scope: those of its topics that came back empty.
 /// `found` are the links that came back for the others, to be left out too.

@@ -8,19 +8,69 @@
 
 namespace vorle {
 
-void RunRecorder::recordCall(RunStep step, double seconds, double costUSD, CallEnd end) {
-    report.costUSD += costUSD;
-    QList<StepReport> steps = report.steps.value_or(QList<StepReport>());
-    auto counted = std::ranges::find(steps, step, &StepReport::step);
-    if (counted == steps.end()) {
-        steps.append(StepReport{step});
-        counted = std::prev(steps.end());
+RunRecorder::RunRecorder(std::function<void(const RunProgress &)> follow,
+                         const std::optional<RunReport> &earlier)
+    : report(earlier.value_or(RunReport())), m_follow(std::move(follow)) {
+    m_clock.start();
+    m_secondsBefore = report.seconds;
+    // What this part counts on, and an earlier version did not write.
+    for (ScopeReport &scope : report.scopes) {
+        scope.yield = scope.yield.value_or(Yield());
     }
-    ++counted->calls;
-    counted->failed += end == CallEnd::Failed ? 1 : 0;
-    counted->seconds += seconds;
-    counted->costUSD += costUSD;
-    report.steps = std::move(steps);
+    report.steps = report.steps.value_or(QList<StepReport>());
+    report.sites = report.sites.value_or(QList<SiteReport>());
+    sumUp();
+}
+
+void RunRecorder::sumUp() {
+    progress.calls = 0;
+    progress.tokens.reset();
+    for (const StepReport &step : *report.steps) {
+        progress.calls += step.calls;
+        if (step.tokens) {
+            progress.tokens = progress.tokens.value_or(0) + *step.tokens;
+        }
+    }
+    progress.costUSD = report.costUSD;
+}
+
+double RunRecorder::seconds() const {
+    return m_secondsBefore + static_cast<double>(m_clock.elapsed()) / 1000.0;
+}
+
+qsizetype RunRecorder::openScope(const QString &name, Origin origin) {
+    const auto same = [&](const ScopeReport &scope) {
+        return scope.name == name && scope.origin == origin;
+    };
+    auto scope = std::ranges::find_if(report.scopes, same);
+    if (scope == report.scopes.end()) {
+        report.scopes += ScopeReport();
+        scope = std::prev(report.scopes.end());
+        scope->name = name;
+        scope->origin = origin;
+        scope->yield = Yield();
+    }
+    return std::distance(report.scopes.begin(), scope);
+}
+
+void RunRecorder::recordCall(RunStep step, double seconds, const AgentSpend &spent, CallEnd end) {
+    const double costUSD = spent.costUSD.value_or(0);
+    report.costUSD += costUSD;
+    QList<StepReport> &steps = *report.steps;
+    auto taken = std::ranges::find(steps, step, &StepReport::step);
+    if (taken == steps.end()) {
+        steps.append(StepReport{step});
+        taken = std::prev(steps.end());
+    }
+    ++taken->calls;
+    taken->failed += end == CallEnd::Failed ? 1 : 0;
+    taken->seconds += seconds;
+    taken->costUSD += costUSD;
+    if (spent.tokens) {
+        taken->tokens = taken->tokens.value_or(0) + *spent.tokens;
+    }
+    sumUp();
+    tell();
 }
 
 void RunRecorder::show(const QString &status) {
@@ -39,6 +89,7 @@ void RunRecorder::tell() {
         progress.status = French::tr("Lecture et tri : ") +
                           French::tr("%1 sur %2").arg(progress.judged).arg(progress.candidates);
     }
+    progress.seconds = seconds();
     m_follow(progress);
 }
 
@@ -55,9 +106,9 @@ QString failureText(const std::exception &error) {
     return told.isEmpty() ? French::tr("erreur inattendue") : told;
 }
 
-double failureCost(const std::exception &error) {
+AgentSpend failureSpend(const std::exception &error) {
     const auto *agentError = dynamic_cast<const AgentError *>(&error);
-    return agentError != nullptr ? agentError->costUSD().value_or(0) : 0.0;
+    return agentError != nullptr ? agentError->spent() : AgentSpend();
 }
 
 } // namespace vorle

@@ -6,9 +6,7 @@
 #include "core/TopicStore.h"
 #include "judging/Learning.h"
 #include "search/run/JudgedProjects.h"
-#include "search/run/RunPlan.h"
 #include "search/run/ScreenedItems.h"
-#include "search/run/SearchRun.h"
 #include "search/web/Links.h"
 
 #include <algorithm>
@@ -42,7 +40,10 @@ QSet<QString> refusedLinks(const QList<RunReport> &reports) {
 } // namespace
 
 SearchEngine::SearchEngine(Parts parts, QObject *parent)
-    : QObject(parent), m_parts(parts), m_rediscoveries(parts.store, parts.clock) {}
+    : QObject(parent)
+    , m_parts(parts)
+    , m_rediscoveries(parts.store, parts.clock)
+    , m_restFile(parts.store.file()) {}
 
 SearchEngine::~SearchEngine() = default;
 
@@ -62,27 +63,47 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
         setProgress(Phase::Idle, refused);
         throw RunRefused(refused.status);
     }
+    readRest();
+    co_return co_await undertake(SearchRun::Part::First, std::move(cancel));
+}
+
+Task<RunReport> SearchEngine::resume(CancelToken cancel) {
+    if (m_phase != Phase::Idle) {
+        throw RunRefused(tr("Une fouille est déjà en cours."));
+    }
+    readRest();
+    if (!m_rest) {
+        throw RunRefused(tr("Rien n’attend."));
+    }
+    co_return co_await undertake(SearchRun::Part::Further, std::move(cancel));
+}
+
+Task<RunReport> SearchEngine::undertake(SearchRun::Part part, CancelToken cancel) {
     m_phase = Phase::Searching;
     m_reported = false;
     m_cancel = CancelSource();
     const auto handedOn = cancel.onCancel([source = m_cancel]() mutable { source.cancel(); });
     Q_EMIT started();
-    const AgentKind agent = m_parts.asker.agent().locator().choose();
+    Undertaking task{part, m_parts.asker.agent().locator().choose(), m_rest};
     RunFailure failure;
     std::exception_ptr error;
     try {
-        m_parts.asker.agent().check(agent);
-        RunReport report = co_await execute(agent, m_cancel.token());
+        m_parts.asker.agent().check(task.agent);
+        RunReport report = co_await execute(task, m_cancel.token());
         setProgress(Phase::Idle, {});
         Q_EMIT finished(report);
         co_return report;
     } catch (const std::exception &thrown) {
-        failure = runFailure(thrown, displayName(agent));
+        failure = runFailure(thrown, displayName(task.agent));
         error = std::current_exception();
     }
     // What was judged before the failure is the user's.
     m_parts.store.releaseAllPending();
-    if (!m_reported) { // it never came to asking: the history says so all the same
+    if (!m_reported && m_rest) { // it is not tried again and again by itself
+        putOff();
+    }
+    if (!m_reported && part == SearchRun::Part::First) {
+        // It never came to asking: the history says so all the same.
         RunReport report;
         report.date = m_parts.clock.now();
         report.failed = failure.text;
@@ -95,20 +116,23 @@ Task<RunReport> SearchEngine::run(CancelToken cancel) {
     std::rethrow_exception(error);
 }
 
-Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
+Task<RunReport> SearchEngine::execute(Undertaking &task, CancelToken cancel) {
     // A command may have changed a setting while the app was open.
     m_parts.preferences.reload();
-    const QDateTime start = m_parts.clock.now();
+    task.start = m_parts.clock.now();
+    const auto earlier =
+        task.rest ? std::optional(task.rest->waits().period) : std::optional<QDateTime>();
+    task.period = periodStart(m_parts.preferences.settings(), task.start, earlier);
     const auto folders = m_parts.preferences.settings().projects;
     const auto projects = co_await askProjects(folders);
     const bool tellsApps = m_parts.preferences.settings().accessMode == AccessMode::AllExcept;
-    RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), start,
-                           tellsApps && m_parts.apps ? m_parts.apps() : QStringList());
+    RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), task.start,
+                           tellsApps && m_parts.apps ? m_parts.apps() : QStringList(), earlier);
     const auto context = std::make_shared<const JudgeContext>(
         judgeContext(judgeContextSource(m_parts.preferences,
                                         judgedProjects(projects, m_parts.preferences.settings()),
                                         m_parts.store.topics()),
-                     start.toLocalTime().date(), agent));
+                     task.start.toLocalTime().date(), task.agent));
     if (const QString unsent = unsentReflexesText(context->unsent); !unsent.isEmpty()) {
         plan.warnings += unsent;
     }
@@ -118,56 +142,33 @@ Task<RunReport> SearchEngine::execute(AgentKind agent, CancelToken cancel) {
         setProgress(reading ? Phase::ReadingAndSorting : Phase::Searching, progress);
     };
     const ScreenedItems screened(m_parts.store.file());
-    const SitesRequest sites = plan.sites;
+    task.sites = plan.sites;
     SearchRun run({.harvest = {.store = m_parts.store,
                                .provenance = m_parts.provenance,
                                .finds = m_rediscoveries,
                                .asker = m_parts.asker,
                                .reader = m_parts.reader,
                                .images = m_parts.images,
-                               .agent = agent,
+                               .agent = task.agent,
                                .now = [this] { return m_parts.clock.now(); },
-                               .exclusions = sites.exclusions,
+                               .exclusions = task.sites.exclusions,
                                .refusedBefore = refusedLinks(m_parts.store.history())},
                    .feeds = m_parts.feeds,
                    .tell = tell,
                    .sitesChecked = [this](const auto &sites) { recordFeeds(sites); },
-                   .refusedItems = screened.passedOver(sites)},
-                  std::move(plan), context, std::move(cancel));
+                   .refusedItems = screened.passedOver(task.sites)},
+                  std::move(plan), context, std::move(cancel), task.part, task.rest);
     RunReport report = co_await run.execute();
-    m_parts.store.releasePending(report.topicIds);
-    report.saved = m_parts.store.flush();
-    // A run whose topics are not on disk is not done: the next one asks for its period again.
-    if (!report.cancelled && !report.failed && report.saved) {
-        recordDone(report, start, run.leftLinks());
-        screened.add(sites, run.passedOver(), start);
+    if (task.part == SearchRun::Part::First) {
+        concludeFirst(report, run, task);
+    } else {
+        concludeFurther(report, run, task);
     }
-    if (!m_parts.preferences.flush()) {
-        report.warnings += French::tr("La date de cette fouille n’a pas été enregistrée ; la "
-                                      "prochaine reprendra la même période.");
-    }
-    m_parts.store.addRun(report);
     m_reported = true;
     if (run.failure()) {
         std::rethrow_exception(run.failure());
     }
     co_return report;
-}
-
-/// A run that started at `start` is done. Where it left links for the first time, the next period
-/// starts at the run before it: what came since is searched twice, never more, so that the period
-/// moves on whatever an agent refuses.
-void SearchEngine::recordDone(const RunReport &report, const QDateTime &start, bool leftLinks) {
-    const Settings &settings = m_parts.preferences.settings();
-    const QDateTime before = settings.lastSearch.value_or(periodStart(settings, start));
-    m_parts.preferences.change(&Settings::lastReport, lastOf(report));
-    m_parts.preferences.change(&Settings::searchedUntil,
-                               leftLinks ? std::min(before, start) : start);
-    // A clock set back meanwhile does not date the run before what it was due at.
-    const QDateTime ended = std::max(report.date, start);
-    m_parts.preferences.change(&Settings::servedSlot,
-                               settings.schedule.slotAt(ended, m_parts.zone));
-    m_parts.preferences.change(&Settings::lastSearch, ended);
 }
 
 /// Keeps what a run learned of the feeds of the sites the user still trusts.

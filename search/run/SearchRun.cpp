@@ -6,6 +6,10 @@
 #include "search/run/TopicDraft.h"
 #include "search/web/Links.h"
 
+#include <QElapsedTimer>
+
+#include <utility>
+
 namespace vorle {
 
 namespace {
@@ -22,22 +26,36 @@ QString feedProblem(FeedOutcome outcome) {
 } // namespace
 
 SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeContext> context,
-                     CancelToken cancel)
+                     CancelToken cancel, Part part, const std::optional<RunRemainder> &rest)
     : m_tools(std::move(tools))
     , m_plan(std::move(plan))
     , m_cancel(cancel)
-    , m_recorder(m_tools.tell)
+    , m_part(part)
+    , m_recorder(m_tools.tell,
+                 rest && part == Part::Further ? std::optional(rest->report) : std::nullopt)
     , m_pipeline(m_tools.harvest.asker)
-    , m_harvest(m_tools.harvest, m_recorder, std::move(context), cancel) {
-    m_recorder.report.warnings = m_plan.warnings;
-    m_recorder.report.steps = QList<StepReport>();
-    m_recorder.report.sites = QList<SiteReport>();
+    , m_harvest(m_tools.harvest, m_recorder, std::move(context), cancel)
+    , m_judgedBefore(m_recorder.report.judged) {
+    m_recorder.report.waits.reset();
+    for (const QString &warning : std::as_const(m_plan.warnings)) {
+        warn(warning);
+    }
+    if (part == Part::Further && rest) {
+        planSearches(*rest);
+    } else {
+        for (qsizetype i = 0; i < m_plan.scopes.size(); ++i) {
+            m_searches += Search{i};
+        }
+    }
+    if (rest) {
+        m_links = rest->links;
+    }
     m_recorder.progress.scopes =
-        static_cast<int>(m_plan.scopes.size()) + (m_plan.sites.sites.isEmpty() ? 0 : 1);
+        static_cast<int>(m_searches.size()) + (m_plan.sites.sites.isEmpty() ? 0 : 1);
 }
 
 Task<RunReport> SearchRun::execute() {
-    m_elapsed.start();
+    takeLinks(std::exchange(m_links, {}));
     co_await runStep(askEverything());
     m_recorder.showReading();
     co_await runStep(m_harvest.finishReading());
@@ -66,7 +84,7 @@ Task<> SearchRun::runStep(Task<> step) {
 /// The trusted sites have a place of their own: slow projects must not keep their feeds waiting.
 Task<> SearchRun::askEverything() {
     TaskGroup asking;
-    asking.add(forEachBounded(m_plan.scopes.size(), maxConcurrentScopes,
+    asking.add(forEachBounded(m_searches.size(), maxConcurrentScopes,
                               [this](qsizetype index) { return askScope(index); }));
     if (!m_plan.sites.sites.isEmpty()) {
         asking.add(askSites());
@@ -75,49 +93,60 @@ Task<> SearchRun::askEverything() {
 }
 
 qsizetype SearchRun::openReport(const QString &name, Origin origin, int asked) {
-    ScopeReport scope;
-    scope.name = name;
-    scope.origin = origin;
-    scope.asked = asked;
-    scope.yield = Yield();
-    m_recorder.report.scopes += scope;
-    m_recorder.show(name);
-    return m_recorder.report.scopes.size() - 1;
+    const qsizetype report = m_recorder.openScope(name, origin);
+    m_recorder.report.scopes[report].asked = asked;
+    if (!m_recorder.gate.isClosed()) {
+        m_recorder.show(name);
+    }
+    return report;
 }
 
 Task<> SearchRun::askScope(qsizetype index) {
     m_cancel.throwIfCancelled();
-    const PlannedScope &planned = m_plan.scopes[index];
-    const qsizetype report = openReport(planned.name, planned.origin, planned.request.count);
-    const std::optional<QStringList> found =
-        co_await ask(m_pipeline.question(planned, m_tools.harvest.agent), report, {&planned});
-    if (found) {
-        co_await askAgain(planned, *found);
-    }
+    const Search &search = m_searches[index];
+    const PlannedScope &planned = m_plan.scopes[search.scope];
+    co_await (search.isSecond ? askAgain(planned, search.topics, search.found) : askFirst(planned));
     ++m_recorder.progress.scopesDone;
     m_recorder.tell();
 }
 
-/// The declared topics that came back empty are searched once more.
-Task<> SearchRun::askAgain(const PlannedScope &planned, QStringList found) {
+Task<> SearchRun::askFirst(const PlannedScope &planned) {
+    const qsizetype report = openReport(planned.name, planned.origin, planned.request.count);
+    const std::optional<QStringList> found =
+        co_await ask(m_pipeline.question(planned, m_tools.harvest.agent), report, {&planned});
+    if (waits(report)) {
+        m_left.scopes += RemainingScope{planned.name, planned.origin, {}, {}};
+    }
     QStringList empty;
     for (const QString &topic : planned.topics) {
         if (!m_covered.contains(topic)) {
             empty += topic;
         }
     }
-    if (empty.isEmpty()) {
-        co_return;
+    if (found && !empty.isEmpty()) {
+        co_await askAgain(planned, empty, *found);
     }
+}
+
+/// The declared topics that came back empty are searched once more.
+Task<> SearchRun::askAgain(const PlannedScope &planned, QStringList empty, QStringList found) {
     const PlannedScope second = secondSearch(planned, empty, found);
     const qsizetype report = openReport(second.name, second.origin, second.request.count);
     co_await ask(m_pipeline.question(second, m_tools.harvest.agent), report, {&planned});
+    if (waits(report)) {
+        m_left.scopes += RemainingScope{second.name, second.origin, empty, found};
+    }
 }
 
 Task<> SearchRun::askSites() {
     m_cancel.throwIfCancelled();
     const qsizetype report =
         openReport(French::tr("Tes sites"), Origin::Surface, m_plan.sites.count);
+    if (m_recorder.gate.isClosed()) {
+        leaveSites(report);
+        ++m_recorder.progress.scopesDone;
+        co_return;
+    }
     QSet<QString> held = m_tools.refusedItems;
     for (const QString &link : std::as_const(m_plan.sites.allKnownLinks)) {
         held.insert(canonicalLink(link));
@@ -127,31 +156,42 @@ Task<> SearchRun::askSites() {
     m_tools.sitesChecked(feeds.sites);
     bool noneAnswered = true;
     for (const SiteFeedResult &site : feeds.reports) {
-        *m_recorder.report.sites += SiteReport{site.address, 0, 0, {}};
+        siteReport(site.address);
         noneAnswered = noneAnswered && site.outcome == FeedOutcome::Unreachable;
-        if (site.outcome != FeedOutcome::Read) {
-            m_recorder.report.feeds += FeedTrouble{site.address, feedProblem(site.outcome)};
+        const FeedTrouble trouble{site.address, feedProblem(site.outcome)};
+        if (site.outcome != FeedOutcome::Read && !m_recorder.report.feeds.contains(trouble)) {
+            m_recorder.report.feeds += trouble;
         }
     }
     if (noneAnswered) {
         m_recorder.report.scopes[report].error = French::tr("Aucun de tes sites n’a répondu.");
     }
-    const QStringList lines = screenedLines(feeds.items);
-    if (!lines.isEmpty()) {
-        const std::optional<QStringList> kept = co_await ask(
-            m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent), report, {});
-        if (kept) {
-            for (const QString &link : *kept) {
-                if (const QString item = canonicalLink(link); m_screened.remove(item)) {
-                    m_kept.insert(item);
-                }
-            }
-        } else {
-            m_screened.clear(); // nobody has looked at them
-        }
-    }
+    co_await screen(report, feeds.items);
     ++m_recorder.progress.scopesDone;
     m_recorder.tell();
+}
+
+/// Asks which of the feeds' items are worth keeping.
+Task<> SearchRun::screen(qsizetype report, QList<FeedItem> items) {
+    const QStringList lines = screenedLines(std::move(items));
+    if (lines.isEmpty()) {
+        m_recorder.report.scopes[report].waits.reset();
+        co_return;
+    }
+    const std::optional<QStringList> kept =
+        co_await ask(m_pipeline.screening(m_plan.sites, lines, m_tools.harvest.agent), report, {});
+    if (!kept) {
+        m_screened.clear(); // nobody has looked at them
+        if (waits(report)) {
+            leaveSites(report);
+        }
+        co_return;
+    }
+    for (const QString &link : *kept) {
+        if (const QString item = canonicalLink(link); m_screened.remove(item)) {
+            m_kept.insert(item);
+        }
+    }
 }
 
 /// The items' lines as far as they fit, the newest first, whatever their site, so that none crowds
@@ -177,14 +217,13 @@ QStringList SearchRun::screenedLines(QList<FeedItem> items) {
         }
     }
     if (const qsizetype left = items.size() - lines.size(); left > 0) {
-        m_recorder.report.warnings +=
-            left == 1
-                ? French::tr("Tes sites annonçaient trop de nouveautés : la plus ancienne est "
-                             "laissée de côté.")
-                : French::tr(
-                      "Tes sites annonçaient trop de nouveautés : les %1 plus anciennes sont "
-                      "laissées de côté.")
-                      .arg(left);
+        warn(left == 1
+                 ? French::tr("Tes sites annonçaient trop de nouveautés : la plus ancienne est "
+                              "laissée de côté.")
+                 : French::tr(
+                       "Tes sites annonçaient trop de nouveautés : les %1 plus anciennes sont "
+                       "laissées de côté.")
+                       .arg(left));
     }
     return lines;
 }
@@ -210,19 +249,24 @@ QList<const PlannedScope *> SearchRun::matchingScopes(const Candidate &candidate
 Task<std::optional<QStringList>> SearchRun::ask(Question question, qsizetype report,
                                                 QList<const PlannedScope *> scopes) {
     std::optional<QStringList> answered;
+    if (m_recorder.gate.isClosed()) {
+        m_recorder.report.scopes[report].waits = true;
+        co_return answered;
+    }
+    m_recorder.report.scopes[report].waits.reset();
     ++m_asked;
     QElapsedTimer clock;
     clock.start();
-    const auto recordCall = [&](double costUSD, RunRecorder::CallEnd end) {
+    const auto recordCall = [&](const AgentSpend &spent, RunRecorder::CallEnd end) {
         m_recorder.recordCall(scopes.isEmpty() ? RunStep::Sites : RunStep::Candidates,
-                              static_cast<double>(clock.elapsed()) / 1000.0, costUSD, end);
+                              static_cast<double>(clock.elapsed()) / 1000.0, spent, end);
     };
     try {
         const Pipeline::Found found = co_await m_pipeline.candidates(std::move(question), m_cancel);
         ScopeReport &scope = m_recorder.report.scopes[report];
-        scope.found = static_cast<int>(found.candidates.size()) + found.refused;
-        scope.refused = found.refused;
-        recordCall(found.costUSD.value_or(0), RunRecorder::CallEnd::Answered);
+        scope.found += static_cast<int>(found.candidates.size()) + found.refused;
+        scope.refused += found.refused;
+        recordCall(found.spent, RunRecorder::CallEnd::Answered);
         QStringList links;
         for (const Candidate &candidate : found.candidates) {
             links += candidate.url;
@@ -232,10 +276,15 @@ Task<std::optional<QStringList>> SearchRun::ask(Question question, qsizetype rep
     } catch (const Cancelled &) {
         throw;
     } catch (const std::exception &error) {
-        ++m_askedInVain;
-        recordCall(failureCost(error), RunRecorder::CallEnd::Failed);
-        m_recorder.report.scopes[report].error = failureText(error);
-        m_scopeError = std::current_exception();
+        recordCall(failureSpend(error), RunRecorder::CallEnd::Failed);
+        if (m_recorder.gate.isClosedBy(error)) {
+            --m_asked; // it is asked later
+            m_recorder.report.scopes[report].waits = true;
+        } else {
+            ++m_askedInVain;
+            m_recorder.report.scopes[report].error = failureText(error);
+            m_scopeError = std::current_exception();
+        }
     }
     co_return answered;
 }
@@ -285,7 +334,8 @@ void SearchRun::cover(const Candidate &candidate, const PlannedScope &planned) {
 }
 
 std::exception_ptr SearchRun::wholeFailure() const {
-    if (m_fault || m_recorder.report.cancelled) {
+    // What the agent's limit kept from being done is done later.
+    if (m_fault || m_recorder.report.cancelled || m_recorder.gate.isClosed()) {
         return m_fault;
     }
     if (m_asked > 0 && m_askedInVain == m_asked) {
@@ -298,17 +348,22 @@ std::exception_ptr SearchRun::wholeFailure() const {
 
 void SearchRun::finishReport() {
     RunReport &report = m_recorder.report;
-    for (const PlannedScope &planned : m_plan.scopes) {
-        for (const QString &topic : planned.topics) {
-            if (!m_covered.contains(topic)) {
+    const QStringList waiting = waitingTopics();
+    for (const Search &search : std::as_const(m_searches)) {
+        const QStringList &asked =
+            search.isSecond ? search.topics : m_plan.scopes[search.scope].topics;
+        for (const QString &topic : asked) {
+            if (!m_covered.contains(topic) && !waiting.contains(topic)) {
                 report.uncovered += topic;
             }
         }
     }
-    report.date = m_tools.harvest.now();
+    if (m_part == Part::First) {
+        report.date = m_tools.harvest.now();
+    }
     report.added = static_cast<int>(report.topicIds.size());
-    report.judged = m_recorder.progress.judged;
-    report.seconds = static_cast<double>(m_elapsed.elapsed()) / 1000.0;
+    report.judged = m_judgedBefore + m_recorder.progress.judged;
+    report.seconds = m_recorder.seconds();
     m_failure = wholeFailure();
     if (m_failure) {
         try {
@@ -317,12 +372,11 @@ void SearchRun::finishReport() {
             report.failed = failureText(error);
         }
     } else if (m_harvest.judgeError() && !report.cancelled) {
-        report.warnings +=
-            leftLinks()
-                ? French::tr("Des liens n’ont pas pu être jugés : la prochaine fouille "
-                             "les cherchera encore.")
-                : French::tr("Des liens n’ont pas pu être jugés, comme la fois d’avant : je "
-                             "n’y reviens plus.");
+        warn(leftLinks()
+                 ? French::tr("Des liens n’ont pas pu être jugés : la prochaine fouille "
+                              "les cherchera encore.")
+                 : French::tr("Des liens n’ont pas pu être jugés, comme la fois d’avant : je "
+                              "n’y reviens plus."));
     }
 }
 

@@ -76,20 +76,20 @@ TEST_F(AskTest, decodes_the_answer_and_tells_its_cost) {
     const auto asked = ask();
     EXPECT_EQ(asked.answer.title, QStringLiteral("T"));
     EXPECT_EQ(asked.answer.about, std::nullopt);
-    EXPECT_EQ(asked.costUSD, 0.25);
+    EXPECT_EQ(asked.spent.costUSD, 0.25);
     EXPECT_TRUE(logged.isEmpty());
 }
 
 TEST_F(AskTest, tries_once_more_after_a_failure_that_may_pass_and_counts_both_costs) {
     script({busy, good});
-    EXPECT_EQ(ask().costUSD, 2.25);
+    EXPECT_EQ(ask().spent.costUSD, 2.25);
     EXPECT_EQ(logged, QStringList{QStringLiteral("vorle: topics failed, trying again: "
                                                  "L’IA s’est arrêtée (code 1). Busy")});
 }
 
 TEST_F(AskTest, an_answer_of_another_shape_is_unreadable_and_paid) {
     script({misfit, good});
-    EXPECT_EQ(ask().costUSD, 0.75);
+    EXPECT_EQ(ask().spent.costUSD, 0.75);
     EXPECT_EQ(logged, QStringList{QStringLiteral(
                           "vorle: topics failed, trying again: réponse du moteur illisible")});
 }
@@ -98,13 +98,19 @@ TEST_F(AskTest, passes_a_second_failure_up_as_it_is) {
     script({busy, misfit, good});
     const AgentError error = errorOfAsking();
     EXPECT_EQ(error.text(), QStringLiteral("réponse du moteur illisible"));
-    EXPECT_EQ(error.costUSD(), 2.5);
+    EXPECT_EQ(error.spent().costUSD, 2.5);
     EXPECT_EQ(m_agents.calls().size(), 2);
 }
 
 TEST_F(AskTest, does_not_insist_when_the_agent_refuses) {
     script({R"sh(echo '{"is_error":true,"result":"Quota"}')sh", good});
     EXPECT_EQ(errorOfAsking().text(), QStringLiteral("Quota"));
+    EXPECT_EQ(m_agents.calls().size(), 1);
+}
+
+TEST_F(AskTest, a_reached_limit_costs_no_second_call) {
+    script({R"sh(echo "You've hit your limit · resets 1pm (UTC)"; exit 1)sh", good});
+    EXPECT_TRUE(errorOfAsking().limit());
     EXPECT_EQ(m_agents.calls().size(), 1);
 }
 

@@ -60,7 +60,7 @@ TEST_F(EngineAgentTest, calls_claude_with_the_prompt_as_an_argument) {
     request.schema = QStringLiteral("{\"type\": \"object\"}\n");
     const AgentResult result = run(AgentKind::Claude, request);
     EXPECT_EQ(result.json, R"({"a":1})");
-    EXPECT_EQ(result.costUSD, 0.5);
+    EXPECT_EQ(result.spent.costUSD, 0.5);
     request.model = QString();
     request.web = WebAccess::On;
     run(AgentKind::Claude, request);
@@ -252,6 +252,78 @@ TEST_F(EngineAgentTest, every_way_to_fail_has_its_error) {
         EXPECT_EQ(error.kind(), failure.expected) << failure.shell.toStdString();
         EXPECT_EQ(error.text(), failure.text) << failure.shell.toStdString();
         EXPECT_EQ(error.mayRetry(), error.kind() != Case::Message || error.text() == unreadable);
+    }
+}
+
+// Wherever an agent says it: in its JSON, in the place of it, or behind all that it printed.
+TEST_F(EngineAgentTest, tells_a_reached_limit_from_every_other_failure) {
+    const QString claudeSays = QStringLiteral("You've hit your limit · resets 1pm (Europe/Lisbon)");
+    const QString codexSays =
+        QStringLiteral("You've hit your usage limit. Try again in 2 days 17 hours 14 minutes.");
+    const QByteArray line = claudeSays.toUtf8();
+    const QByteArray json = R"({"is_error":true,"result":")" + line + R"("})";
+    const QByteArray echo = R"sh(cat >&2; printf '\n\nERROR: )sh";
+    const struct {
+        AgentKind kind;
+        QByteArray shell;
+        QString limit; // "" for none
+        QString text;  // "" for the agent's own words behind its status
+    } cases[] = {
+        {AgentKind::Claude, "cat <<'END'\n" + json + "\nEND\nexit 1", claudeSays, {}},
+        {AgentKind::Claude, "cat <<'END'\n" + json + "\nEND", claudeSays, claudeSays},
+        {AgentKind::Claude, "cat <<'END'\n" + line + "\nEND\nexit 1", claudeSays,
+         QStringLiteral("L’IA s’est arrêtée (code 1). ") + claudeSays + u'\n'},
+        {AgentKind::Claude, "cat >&2 <<'END'\n" + line + "\nEND\nexit 1", claudeSays, {}},
+        {AgentKind::Claude,
+         R"(echo '{"is_error":true,"result":"API Error: Rate limit reached"}')",
+         QStringLiteral("API Error: Rate limit reached"),
+         {}},
+        {AgentKind::Codex,
+         "cat >&2 <<'END'\nERROR: " + codexSays.toUtf8() + "\nEND\nexit 1",
+         QStringLiteral("ERROR: ") + codexSays,
+         {}},
+        {AgentKind::Codex, "cat >&2 <<'END'\nERROR: " + codexSays.toUtf8() + "\nEND",
+         QStringLiteral("ERROR: ") + codexSays, QStringLiteral("réponse du moteur illisible")},
+        // A page may hold the sentence: what is asked comes back on Codex's standard error, and
+        // what is answered is no failure.
+        {AgentKind::Codex, "cat >&2; exit 1", {}, {}},
+        {AgentKind::Codex, echo + "connection lost' >&2; exit 1", {}, {}},
+        {AgentKind::Claude, "echo >&2 'You have hit your limit'; seq 5 >&2; exit 1", {}, {}},
+    };
+    AgentRequest request;
+    request.prompt = QStringLiteral("Judge this page:\n") + codexSays;
+    for (const auto &one : cases) {
+        m_agents.install(one.kind, one.shell);
+        const AgentError error = errorOf(one.kind, request);
+        EXPECT_EQ(error.limit() ? error.limit()->words : QString(), one.limit)
+            << one.shell.toStdString();
+        EXPECT_EQ(error.mayRetry(), one.limit.isEmpty()) << one.shell.toStdString();
+        if (!one.text.isEmpty()) {
+            EXPECT_EQ(error.text(), one.text);
+        }
+    }
+    m_agents.install(AgentKind::Claude,
+                     R"(echo '{"structured_output":{"a":"You have hit your limit"}}')");
+    EXPECT_NO_THROW(run(AgentKind::Claude));
+}
+
+TEST_F(EngineAgentTest, counts_the_tokens_that_an_agent_tells) {
+    m_agents.install(AgentKind::Claude,
+                     R"sh(echo '{"structured_output":{},"usage":{"input_tokens":4,)sh"
+                     R"sh("cache_creation_input_tokens":1000,"cache_read_input_tokens":200,)sh"
+                     R"sh("output_tokens":30,"service_tier":"standard"}}')sh");
+    EXPECT_EQ(run(AgentKind::Claude).spent.tokens, 1234);
+    const std::pair<const char *, std::optional<qint64>> told[] = {
+        {"tokens used: 12,345", 12'345},
+        {"tokens used\\n41200", 41'200},
+        {"tokens used: 1\\nthen more", std::nullopt},
+        {"tokens used: 99999999999999", std::nullopt},
+        {"", std::nullopt},
+    };
+    for (const auto &[words, tokens] : told) {
+        m_agents.install(AgentKind::Codex,
+                         QByteArray("echo '{}' > \"$answer\"; printf '") + words + "\\n' >&2");
+        EXPECT_EQ(run(AgentKind::Codex).spent.tokens, tokens) << words;
     }
 }
 

@@ -59,8 +59,8 @@ TEST(StructuredOutput, unwraps_the_answer_and_the_cost_of_claude) {
         unwrapClaude(R"({"is_error":false,"structured_output":{"b":"é😀","n":9007199254740993},)"
                      R"("total_cost_usd":0.25})");
     EXPECT_EQ(result.json, R"({"b":"é😀","n":9007199254740993})");
-    EXPECT_EQ(result.costUSD, 0.25);
-    EXPECT_EQ(unwrapClaude(R"({"structured_output":{},"total_cost_usd":"1"})").costUSD,
+    EXPECT_EQ(result.spent.costUSD, 0.25);
+    EXPECT_EQ(unwrapClaude(R"({"structured_output":{},"total_cost_usd":"1"})").spent.costUSD,
               std::nullopt);
 }
 
@@ -78,9 +78,9 @@ TEST(StructuredOutput, a_cost_is_a_sum_of_money_or_none) {
         const QByteArray output =
             R"({"structured_output":{},"total_cost_usd":)" + QByteArray(text) + '}';
         try {
-            EXPECT_EQ(unwrapClaude(output).costUSD, cost) << text;
+            EXPECT_EQ(unwrapClaude(output).spent.costUSD, cost) << text;
         } catch (const AgentError &error) {
-            EXPECT_EQ(error.costUSD(), std::nullopt) << text; // past what JSON can hold
+            EXPECT_EQ(error.spent().costUSD, std::nullopt) << text; // past what JSON can hold
         }
     }
 }
@@ -126,7 +126,7 @@ TEST(StructuredOutput, tells_the_agents_own_refusal_from_an_unreadable_answer) {
         EXPECT_EQ(error.kind(), AgentError::Case::Message);
         EXPECT_EQ(error.mayRetry(), text == unreadable);
     }
-    EXPECT_EQ(errorOf([] { unwrapClaude(R"({"total_cost_usd":2})"); }).costUSD(), 2.0);
+    EXPECT_EQ(errorOf([] { unwrapClaude(R"({"total_cost_usd":2})"); }).spent().costUSD, 2.0);
 }
 
 TEST(StructuredOutput, takes_the_answer_of_codex_as_it_is_when_it_is_json) {

@@ -52,7 +52,7 @@ bool isHarmless(const QString &text) {
 bool isMoney(std::optional<double> cost) { return !cost || (std::isfinite(*cost) && *cost >= 0); }
 
 void checkAnswer(const AgentResult &result, const QByteArray &input) {
-    require(isMoney(result.costUSD), "no sum of money", input);
+    require(isMoney(result.spent.costUSD), "no sum of money", input);
     require(!QJsonDocument::fromJson(result.json).isNull(), "no JSON any more", input);
     try {
         for (const Part &part : json::decode<Answer>(result.json).parts) {
@@ -68,7 +68,7 @@ void checkError(const AgentError &error, const QByteArray &input) {
     require(!trimmed(error.text()).isEmpty(), "a blank error", input);
     require(isHarmless(error.text()), "a harmful error", input);
     require(error.text().size() <= 20'000, "a long error", input);
-    require(isMoney(error.costUSD()), "no sum of money", input);
+    require(isMoney(error.spent().costUSD), "no sum of money", input);
 }
 
 template <class Act>
@@ -88,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     attempt(input, [&] { checkAnswer(unwrapCodex(input), input); });
     attempt(input, [&] { makeStrict(QString::fromUtf8(input)); });
     const ClaudeFailure failure = claudeFailure(input);
-    require(isMoney(failure.costUSD), "no sum of money", input);
+    require(isMoney(failure.spent.costUSD), "no sum of money", input);
     checkError(AgentError::stopped(1, failure.text), input);
     checkError(AgentError::message(QString::fromUtf8(input)), input);
     return 0;

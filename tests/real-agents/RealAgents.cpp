@@ -37,7 +37,7 @@ int main(int argc, char **argv) {
     try {
         const AgentResult result =
             test::waitFor(agent.run(request, kind), timeout + std::chrono::seconds(10));
-        out << "answer " << result.json.trimmed() << " cost " << result.costUSD.value_or(-1)
+        out << "answer " << result.json.trimmed() << " cost " << result.spent.costUSD.value_or(-1)
             << '\n';
     } catch (const AgentError &error) {
         out << "error " << static_cast<int>(error.kind()) << ' ' << error.text() << '\n';

@@ -12,6 +12,9 @@ Called with the real command line. Answers by the table in its home, table.json:
   "delays":     how long a scope takes to answer, by a text found in the prompt
   "poison":     a text that makes every judgment fail whose prompt holds it
   "overlooked": a text whose candidate is judged only when it is alone
+  "limit":      {"words", "step", "in", "after"}: once that many such calls were answered, each
+                further one ends with those words, as where the account's limit is reached; such a
+                call takes that step, and has that text in its prompt, where they are given
 Which of these a call is, "candidates", "judge", "dig" or "brief", is noted in its folder,
 $VORLE_TEST_CALL, where it has one.
 """
@@ -54,6 +57,19 @@ def dug(prompt, plan):
     return results
 
 
+def limited(home, limit, step, prompt):
+    """Whether this call meets the limit; it is counted where it does not."""
+    if not limit or limit.get("step", step) != step or limit.get("in", "") not in prompt:
+        return False
+    for number in range(limit.get("after", 0)):
+        try:
+            (home / f"answered-{number}").touch(exist_ok=False)
+            return False
+        except FileExistsError:
+            pass
+    return True
+
+
 def main():
     home = pathlib.Path(os.environ["HOME"])
     table = json.loads((home / "table.json").read_text())
@@ -64,6 +80,9 @@ def main():
     if call := os.environ.get("VORLE_TEST_CALL"):
         (pathlib.Path(call) / "step").write_text(step)
     plan = "ok"
+    if limited(home, table.get("limit"), step, prompt):
+        print(json.dumps({"is_error": True, "result": table["limit"]["words"]}))
+        sys.exit(1)
     if step == "dig":
         answer = {"results": dug(prompt, table.get("dig", {}))}
     elif step == "brief":

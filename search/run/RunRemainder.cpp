@@ -1,0 +1,96 @@
+#include "search/run/RunRemainder.h"
+
+#include "base/Log.h"
+#include "storage/BesideTopics.h"
+#include "storage/DurableFile.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace vorle {
+
+namespace {
+
+constexpr qint64 latestSeconds = 12 * 3600;
+constexpr int longestWaitDays = 31; ///< see UsageLimit::until
+
+/// One that waits for nothing, or whose links nobody brought, was not written by any version.
+bool isSound(const RunRemainder &rest) {
+    return rest.report.waits && std::ranges::none_of(rest.links, [](const RemainingLink &link) {
+               return link.proposals.isEmpty();
+           });
+}
+
+void logFailure(const char *what, const std::exception &error) {
+    logLine(QStringLiteral("what is left of the run could not be %1: %2")
+                .arg(QString::fromLatin1(what), QString::fromUtf8(error.what())));
+}
+
+} // namespace
+
+ResumeAction resumeAction(const RunRemainder &rest, const QDateTime &now, bool running) {
+    const auto &until = rest.waits().until;
+    if (running) {
+        return ResumeAction::Wait;
+    }
+    if (rest.asked || !until || *until > now.addDays(longestWaitDays)) {
+        return ResumeAction::Offer;
+    }
+    if (now < *until) {
+        return ResumeAction::Wait;
+    }
+    return until->secsTo(now) <= latestSeconds ? ResumeAction::Go : ResumeAction::Offer;
+}
+
+RemainderFile::RemainderFile(const QString &topicsFile)
+    : m_file(sidecarPath(topicsFile, QStringLiteral("run-left.json"))) {}
+
+RemainderFile::Reading RemainderFile::read() const {
+    try {
+        const auto bytes = m_file.isEmpty() ? std::nullopt : readWhole(m_file);
+        if (!bytes) {
+            return {};
+        }
+        auto rest = json::decode<RunRemainder>(*bytes);
+        if (isSound(rest)) {
+            return {Found::Remainder, std::move(rest)};
+        }
+        return {Found::Unreadable, std::nullopt};
+    } catch (const json::DecodeError &error) {
+        logFailure("read", error);
+        return {Found::Unreadable, std::nullopt};
+    } catch (const std::exception &error) {
+        logFailure("read", error);
+        return {};
+    }
+}
+
+bool RemainderFile::write(const RunRemainder &rest, const QDateTime &now) const {
+    try {
+        if (m_file.isEmpty()) {
+            return false;
+        }
+        replaceable<RunRemainder>(m_file, now);
+        replaceWhole(m_file, json::encode(rest, json::Style::Pretty) + '\n');
+        return true;
+    } catch (const std::exception &error) {
+        logFailure("kept", error);
+        return false;
+    }
+}
+
+bool RemainderFile::clear(const QDateTime &now) const {
+    try {
+        if (m_file.isEmpty() || !QFile::exists(m_file)) {
+            return true;
+        }
+        replaceable<RunRemainder>(m_file, now);
+        return QFile::remove(m_file);
+    } catch (const std::exception &error) {
+        logFailure("put away", error);
+        return false;
+    }
+}
+
+} // namespace vorle
