@@ -235,8 +235,10 @@ void TopicStore::addRun(const RunReport &report) {
 
 void TopicStore::replaceRun(const RunReport &report) {
     QList<RunReport> reports = history();
-    const auto earlier = std::ranges::find(reports, report.date, &RunReport::date);
-    if (earlier == reports.end()) {
+    const auto earlier =
+        std::find_if(reports.rbegin(), reports.rend(),
+                     [&](const RunReport &other) { return other.date == report.date; });
+    if (earlier == reports.rend()) {
         addRun(report);
         return;
     }

@@ -2,7 +2,8 @@ import QtQuick
 import Vorle
 import Vorle.Models
 
-// How far the run is; when the next one comes while there is none.
+// How far the run is and what it took; while there is none, when the next one comes, and the rest of
+// the last one.
 Column {
     id: status
 
@@ -50,6 +51,13 @@ Column {
                 }
             }
         }
+    }
+    Label {
+        width: parent.width
+        visible: text.length > 0
+        text: status.run.running ? status.run.spentText : status.run.waitingBriefly
+        color: Theme.inkFaint
+        font.pixelSize: Theme.textNote
     }
     Label {
         width: parent.width

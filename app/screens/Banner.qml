@@ -2,15 +2,17 @@ import QtQuick
 import Vorle
 import Vorle.Models
 
-// Over the content: a run that did not happen, or what went wrong. One at a time.
+// Over the content: what went wrong, the rest of a run that waits to be told, or a run that did not
+// happen. One at a time.
 Rectangle {
     id: banner
 
     required property RunModel run
     property string notice: ""
     property string remedy: "" // what can be done about the notice, "" for nothing
-    readonly property bool missed: run.missed && !run.running
     readonly property bool failed: run.lastError.length > 0 && !run.running
+    readonly property bool offered: run.waitingOffered && !failed
+    readonly property bool missed: run.missed && !run.running && !offered
 
     signal runAsked
     signal territoryAsked
@@ -18,21 +20,32 @@ Rectangle {
     signal remedyAsked
 
     // What its button does about what it speaks of.
-    readonly property string help: notice.length > 0 ? (remedy.length > 0 ? remedy : qsTr("Compris")) : !failed ? run.startLabel : run.nothingToSearch ? qsTr("Ouvrir Ton territoire") : qsTr("Réessayer")
+    readonly property string help: notice.length > 0 ? (remedy.length > 0 ? remedy : qsTr("Compris")) : offered ? qsTr("Continuer maintenant") : !failed ? run.startLabel : run.nothingToSearch ? qsTr("Ouvrir Ton territoire") : qsTr("Réessayer")
 
     function takeHelp() {
         if (notice.length > 0) {
             remedy.length > 0 ? remedyAsked() : noticeDismissed();
         } else if (failed && run.nothingToSearch) {
             territoryAsked();
+        } else if (run.waitingOffered) {
+            run.goOn();
         } else {
             runAsked();
+        }
+    }
+    function putAway() {
+        if (notice.length > 0) {
+            noticeDismissed();
+        } else if (offered) {
+            run.giveUpRest();
+        } else {
+            away = true;
         }
     }
 
     // Sent away, until there is another.
     property bool away: false
-    readonly property string about: missed ? run.missedTitle : run.lastError
+    readonly property string about: failed ? run.lastError : offered ? run.waitingText : run.missedTitle
     onAboutChanged: away = false
 
     Connections {
@@ -43,7 +56,7 @@ Rectangle {
         }
     }
 
-    visible: notice.length > 0 || ((missed || failed) && !away)
+    visible: notice.length > 0 || offered || ((missed || failed) && !away)
     height: visible ? Math.max(58, words.implicitHeight + 24) : 0
     color: Theme.accentTint
     z: 3
@@ -63,14 +76,14 @@ Rectangle {
             id: head
             width: parent.width
             visible: text.length > 0
-            text: banner.notice.length > 0 ? "" : banner.failed ? banner.run.lastErrorTitle : banner.run.missedTitle
+            text: banner.notice.length > 0 ? "" : banner.failed ? banner.run.lastErrorTitle : banner.offered ? banner.run.waitingTitle : banner.run.missedTitle
             font.weight: Font.DemiBold
             lineHeight: 1.2
         }
         Label {
             id: detail
             width: parent.width
-            text: banner.notice.length > 0 ? banner.notice : banner.failed ? banner.run.lastError : banner.run.missedText
+            text: banner.notice.length > 0 ? banner.notice : banner.failed ? banner.run.lastError : banner.offered ? banner.run.waitingText : banner.run.missedText
             color: Theme.inkSoft
             lineHeight: 1.25
         }
@@ -82,8 +95,8 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         visible: banner.notice.length === 0 || banner.remedy.length > 0
         quiet: true
-        text: qsTr("Pas maintenant")
-        onClicked: banner.notice.length > 0 ? banner.noticeDismissed() : banner.away = true
+        text: banner.notice.length === 0 && banner.offered ? qsTr("Laisser") : qsTr("Pas maintenant")
+        onClicked: banner.putAway()
     }
     ActionButton {
         id: act

@@ -74,7 +74,7 @@ Window {
             anchors.leftMargin: 12
             anchors.right: close.left
             anchors.rightMargin: 8
-            y: 20 + (panel.run.running ? 18 : (76 - height) / 2)
+            y: 20 + (!panel.run.running ? (76 - height) / 2 : spent.text.length > 0 ? 10 : 18)
             text: panel.run.running ? panel.run.statusText : panel.run.lastResultText
             color: "#F4EDE3"
             font.family: Theme.textFamily
@@ -90,7 +90,7 @@ Window {
             visible: panel.run.running
             anchors.left: status.left
             anchors.right: status.right
-            y: 20 + 48
+            y: 20 + (spent.text.length > 0 ? 38 : 48)
             height: 4
             radius: 2
             color: "#3A342C"
@@ -101,6 +101,19 @@ Window {
                 radius: 2
                 color: Theme.accentPair.dark
             }
+        }
+        Text {
+            id: spent
+            anchors.left: status.left
+            anchors.right: status.right
+            y: 20 + 48
+            text: panel.run.running ? panel.run.spentText : ""
+            color: "#C3B7A7"
+            font.family: Theme.textFamily
+            font.pixelSize: Theme.textNote
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+            Accessible.ignored: true
         }
         Item {
             id: close

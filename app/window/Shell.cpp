@@ -60,7 +60,7 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     // Links that still wait from another day, once the window is there.
     QMetaObject::invokeMethod(this, [this] { m_parts.capture.resume(); }, Qt::QueuedConnection);
 
-    connect(m_run.get(), &RunModel::ended, m_report.get(), &ReportModel::refresh);
+    connect(&store, &TopicStore::historyChanged, m_report.get(), &ReportModel::refresh);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"agent") {
             followAgent();

@@ -46,23 +46,36 @@ ResumeAction resumeAction(const RunRemainder &rest, const QDateTime &now, bool r
 RemainderFile::RemainderFile(const QString &topicsFile)
     : m_file(sidecarPath(topicsFile, QStringLiteral("run-left.json"))) {}
 
-RemainderFile::Reading RemainderFile::read() const {
+/// @throws std::system_error
+RemainderFile::Reading RemainderFile::examine() const {
+    const auto bytes = m_file.isEmpty() ? std::nullopt : readWhole(m_file);
+    if (!bytes) {
+        return {};
+    }
     try {
-        const auto bytes = m_file.isEmpty() ? std::nullopt : readWhole(m_file);
-        if (!bytes) {
-            return {};
-        }
         auto rest = json::decode<RunRemainder>(*bytes);
         if (isSound(rest)) {
             return {Found::Remainder, std::move(rest)};
         }
-        return {Found::Unreadable, std::nullopt};
     } catch (const json::DecodeError &error) {
         logFailure("read", error);
-        return {Found::Unreadable, std::nullopt};
+    }
+    return {Found::Unreadable, std::nullopt};
+}
+
+RemainderFile::Reading RemainderFile::read() const {
+    try {
+        return examine();
     } catch (const std::exception &error) {
         logFailure("read", error);
         return {};
+    }
+}
+
+/// @throws std::system_error for what cannot be read or kept aside: it is not to be replaced
+void RemainderFile::keepUnreadable(const QDateTime &now) const {
+    if (examine().found == Found::Unreadable) {
+        backUpUnreadable(m_file, backupName(m_file, now));
     }
 }
 
@@ -71,7 +84,7 @@ bool RemainderFile::write(const RunRemainder &rest, const QDateTime &now) const 
         if (m_file.isEmpty()) {
             return false;
         }
-        replaceable<RunRemainder>(m_file, now);
+        keepUnreadable(now);
         replaceWhole(m_file, json::encode(rest, json::Style::Pretty) + '\n');
         return true;
     } catch (const std::exception &error) {
@@ -85,7 +98,7 @@ bool RemainderFile::clear(const QDateTime &now) const {
         if (m_file.isEmpty() || !QFile::exists(m_file)) {
             return true;
         }
-        replaceable<RunRemainder>(m_file, now);
+        keepUnreadable(now);
         return QFile::remove(m_file);
     } catch (const std::exception &error) {
         logFailure("put away", error);

@@ -137,6 +137,9 @@ public:
     bool clear(const QDateTime &now) const;
 
 private:
+    Reading examine() const;
+    void keepUnreadable(const QDateTime &now) const;
+
     QString m_file;
 };
 

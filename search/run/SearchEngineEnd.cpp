@@ -98,8 +98,10 @@ void SearchEngine::giveUp(const RunReport &report, const QString &why) {
 /// As the history has it, which may know more than what was kept with the remainder.
 void SearchEngine::closeReport(RunReport report, const QString &why) {
     const QList<RunReport> reports = m_parts.store.history();
-    const auto kept = std::ranges::find(reports, report.date, &RunReport::date);
-    RunReport closed = kept != reports.end() ? *kept : std::move(report);
+    const auto kept = std::find_if(reports.rbegin(), reports.rend(), [&](const RunReport &other) {
+        return other.date == report.date;
+    });
+    RunReport closed = kept != reports.rend() ? *kept : std::move(report);
     closed.waits.reset();
     closed.warnings += why;
     m_parts.store.replaceRun(closed);
@@ -167,7 +169,11 @@ void SearchEngine::concludeFirst(RunReport &report, const SearchRun &run, const 
         backTo = task.rest ? std::min(before, task.period) : before;
     }
     bool isKept = true;
+    const QString takenIn = tr("La suite est passée dans la fouille suivante.");
     if (wentThrough && run.limit() && store.flush()) {
+        if (task.rest) { // before its remainder is replaced: nothing would close it any more
+            closeReport(task.rest->report, takenIn);
+        }
         isKept = keepRest(report, run, task);
         if (!isKept) {
             backTo = task.period;
@@ -189,13 +195,13 @@ void SearchEngine::concludeFirst(RunReport &report, const SearchRun &run, const 
                                       "prochaine reprendra la même période.");
     }
     store.addRun(report);
-    if (task.rest && isDone && isKept) {
-        closeReport(task.rest->report, tr("La suite est passée dans la fouille suivante."));
-        if (!report.waits && m_restFile.clear(m_parts.clock.now())) {
+    if (task.rest && !(isDone && isKept)) {
+        putOff();
+    } else if (task.rest && !report.waits) {
+        closeReport(task.rest->report, takenIn);
+        if (m_restFile.clear(m_parts.clock.now())) {
             setRest(std::nullopt);
         }
-    } else if (task.rest) {
-        putOff();
     }
 }
 

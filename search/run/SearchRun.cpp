@@ -348,6 +348,7 @@ std::exception_ptr SearchRun::wholeFailure() const {
 
 void SearchRun::finishReport() {
     RunReport &report = m_recorder.report;
+    m_left.links = m_harvest.left();
     const QStringList waiting = waitingTopics();
     for (const Search &search : std::as_const(m_searches)) {
         const QStringList &asked =

@@ -49,7 +49,7 @@ public:
     bool leftLinks() const { return m_harvest.leftLinks(); }
     /// After `execute`: the limit that the agent reached, if it did, and what that left.
     const std::optional<UsageLimit> &limit() const { return m_recorder.gate.limit(); }
-    RunRest left() const;
+    const RunRest &left() const { return m_left; }
 
     /// After `execute`: the items of the sites' feeds that were screened and passed over, by the
     /// agent or because they turned out to be old news (as canonicalLink()).
@@ -100,7 +100,7 @@ private:
     Part m_part;
     QList<Search> m_searches;
     QList<RemainingLink> m_links; ///< of an earlier run
-    RunRest m_left;               ///< the links apart
+    RunRest m_left;
     RunRecorder m_recorder;
     Pipeline m_pipeline;
     Harvest m_harvest;

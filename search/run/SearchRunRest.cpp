@@ -100,10 +100,4 @@ QStringList SearchRun::waitingTopics() const {
     return topics;
 }
 
-RunRest SearchRun::left() const {
-    RunRest rest = m_left;
-    rest.links = m_harvest.left();
-    return rest;
-}
-
 } // namespace vorle

@@ -18,9 +18,9 @@ from attack.topics import Topic
 from attack.web import Site, reply
 from attack.world import Result, World
 
-BESIDE = ("score-notes.json", "found-again.json", "runs.json", "window.json")
+BESIDE = ("score-notes.json", "found-again.json", "runs.json", "run-left.json", "window.json")
 # Those that are written by no command of the reading kind: by a window's end, or by a run.
-REWRITTEN = ("window.json", "screened.json", "runs.json")
+REWRITTEN = ("window.json", "screened.json", "runs.json", "run-left.json")
 
 
 @dataclass
@@ -39,9 +39,10 @@ def tally() -> Tally:
     return Tally(Row("files", "damaged topics files: cut, bits flipped, wrong types, byte order "
                               "marks, deep nesting, empty, 200 MB; then `reparer`, or a first save"),
                  Row("files", "damaged settings, read and then changed"),
-                 Row("files", "damaged score notes, returns, run history and window place"),
+                 Row("files", "damaged score notes, returns, run history, rest of a run and "
+                              "window place"),
                  Row("files", "a damaged window place, written anew by a window; damaged items passed "
-                              "over and run history, by a run"))
+                              "over, run history and rest of a run, by a run"))
 
 
 def put(path: Path, hurt: Damaged) -> None:

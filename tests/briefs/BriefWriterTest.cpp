@@ -121,6 +121,19 @@ TEST_F(BriefWriterTest, remembers_a_failure_goes_on_and_writes_when_asked_again)
     EXPECT_TRUE(m_writer->failureText(first).isEmpty());
 }
 
+TEST_F(BriefWriterTest, a_reached_limit_ends_the_queue_without_a_further_call) {
+    script(R"(echo '{"is_error":true,"result":"You have hit your limit"}'; exit 1)");
+    const QUuid first = add("un");
+    const QUuid second = add("deux");
+    m_writer->ask(first);
+    m_writer->ask(second);
+    finish();
+    EXPECT_EQ(m_agents.calls().size(), 1);
+    EXPECT_EQ(m_writer->failed(), (QSet<QUuid>{first, second}));
+    EXPECT_EQ(m_writer->failureText(second), m_writer->failureText(first));
+    EXPECT_THAT(m_writer->queue(), IsEmpty());
+}
+
 TEST_F(BriefWriterTest, a_blank_error_is_a_failure) {
     script(R"(echo '{"is_error":true,"result":""}')");
     const QUuid id = add("un");

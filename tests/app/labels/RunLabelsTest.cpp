@@ -26,6 +26,63 @@ TEST(RunLabels, say_what_a_run_came_to_in_one_two_and_many) {
     }
 }
 
+TEST(RunLabels, say_when_a_limited_run_goes_on_and_what_is_left_of_it) {
+    const QTimeZone paris("Europe/Paris");
+    const QDateTime sunday(QDate(2026, 11, 22), QTime(10, 0), Qt::UTC);
+    const struct {
+        std::optional<QDateTime> until;
+        int scopes;
+        int links;
+        QDateTime now;
+        const char *said;
+        const char *briefly;
+    } cases[] = {
+        {sunday.addSecs(7200), 3, 12, sunday,
+         "Je garde tout et je continue aujourd’hui à 13:00\u00A0: il reste 3 recherches et 12 "
+         "liens "
+         "à juger.",
+         "La suite aujourd’hui à 13:00"},
+        {sunday.addDays(2), 1, 0, sunday,
+         "Je garde tout et je continue mardi à 11:00\u00A0: il reste 1 recherche.",
+         "La suite mardi à 11:00"},
+        {{},
+         0,
+         1,
+         sunday,
+         "Il ne dit pas jusqu’à quand. Je garde tout\u00A0: il reste 1 lien à juger.",
+         "La suite quand tu veux"},
+        {sunday.addSecs(7200), 0, 2, sunday.addDays(1),
+         "La suite de la fouille d’hier devait reprendre dimanche 22 novembre à 13:00\u00A0: il "
+         "reste 2 liens à juger.",
+         "La suite quand tu veux"},
+    };
+    RunReport report;
+    for (const auto &one : cases) {
+        RunWaits waits{sunday,
+                       one.until,
+                       QStringLiteral("Codex"),
+                       QStringLiteral("You've hit your usage limit."),
+                       one.scopes,
+                       one.links,
+                       sunday};
+        EXPECT_EQ(waitsText(waits, one.now, paris), QString::fromUtf8(one.said));
+        EXPECT_EQ(comingRestText(waits, one.now, paris), QString::fromUtf8(one.briefly));
+        report.waits = waits;
+    }
+    EXPECT_EQ(waitsTitle(*report.waits), u"Codex a atteint sa limite.");
+    EXPECT_EQ(problemText(report), u"attend sa suite");
+    EXPECT_EQ(runResultText(report), u"Rien n’est encore jugé.");
+    EXPECT_EQ(runNotices(report),
+              QStringList{QString::fromUtf8("Codex a atteint sa limite. Il reste 2 liens à juger. "
+                                            "Ce qu’il dit\u00A0: You've hit your usage limit.")});
+}
+
+TEST(RunLabels, say_what_calls_took_as_far_as_the_agent_tells) {
+    EXPECT_EQ(spentText(6, 130, 0.31), QStringLiteral("6 appels · 2 min 10 s · 0,31\u00A0$"));
+    EXPECT_EQ(spentText(1, 42, 0, 41'200), QStringLiteral("1 appel · 42 s · 41\u202F200 jetons"));
+    EXPECT_EQ(spentText(0, 0, 0), QStringLiteral("0 appel · 0 s"));
+}
+
 TEST(RunLabels, tell_the_facts_and_leave_out_an_unknown_cost) {
     RunReport report;
     report.scopes = {ScopeReport(), ScopeReport()};

@@ -150,6 +150,71 @@ TEST_F(RunModelTest, shows_and_stops_a_run_that_was_asked_for_elsewhere) {
     EXPECT_EQ(model->lastResultText(), text("Fouille arrêtée\u00A0: rien n’était encore jugé."));
 }
 
+// From the agent's limit to the end of the rest, as the window shows it.
+TEST_F(RunModelTest, shows_what_a_limited_run_left_and_goes_on_with_it) {
+    preferences.change(&Settings::interests, {text("Rust")});
+    signIn();
+    const QByteArray table = test::readFile(claude.home() + QStringLiteral("/table.json"));
+    const auto limitedBy = [&](const char *words) {
+        claude.answerBy(QByteArray(table).replace("{\"candidates\"",
+                                                  "{\"limit\":{\"step\":\"judge\",\"words\":\"" +
+                                                      QByteArray(words) + "\"},\"candidates\""));
+    };
+    limitedBy("You've hit your limit · resets 1pm (UTC)");
+    QString spent;
+    QObject::connect(model.get(), &RunModel::spentChanged,
+                     [&] { spent = model->spentText().isEmpty() ? spent : model->spentText(); });
+    model->start();
+    untilEnded();
+    EXPECT_TRUE(spent.startsWith(text("2 appels · "))) << spent.toStdString();
+    EXPECT_EQ(model->spentText(), QString());
+    EXPECT_EQ(model->lastResultText(),
+              text("Rien n’est encore jugé. La suite aujourd’hui à 13:00."));
+    EXPECT_EQ(model->lastError(), QString());
+    EXPECT_TRUE(model->waiting());
+    EXPECT_FALSE(model->waitingOffered()) << "it goes on by itself";
+    EXPECT_EQ(model->waitingBriefly(), text("La suite aujourd’hui à 13:00"));
+    EXPECT_EQ(model->waitingTitle(), text("Claude Code a atteint sa limite."));
+    EXPECT_FALSE(model->missed());
+
+    clock.moment = clock.moment.addDays(1); // far too late
+    EXPECT_TRUE(model->waitingOffered());
+    EXPECT_EQ(model->waitingText(),
+              text("La suite de la fouille d’hier devait reprendre lundi 2 novembre à 13:00\u00A0: "
+                   "il reste 1 lien à juger."));
+    limitedBy("API Error: Rate limit reached");
+    model->goOn();
+    untilEnded();
+    EXPECT_EQ(model->waitingText(), text("Il ne dit pas jusqu’à quand. Je garde tout\u00A0: il "
+                                         "reste 1 lien à juger."));
+    EXPECT_TRUE(model->waitingOffered());
+    EXPECT_EQ(model->waitingBriefly(), text("La suite quand tu veux"));
+
+    claude.signOut();
+    model->goOn();
+    untilEnded();
+    EXPECT_EQ(model->lastError(), text("Claude Code n’est plus connecté."));
+    EXPECT_EQ(model->waitingText(), text("Je garde tout, et je continue quand tu veux\u00A0: il "
+                                         "reste 1 lien à juger."));
+    claude.signIn();
+    claude.answerBy(table);
+    model->goOn();
+    untilEnded();
+    EXPECT_FALSE(model->waiting());
+    EXPECT_EQ(model->lastResultText(), text("1 nouveau sujet dans «\u202FÀ trier\u202F»."));
+    EXPECT_EQ(store.history().size(), 1);
+
+    limitedBy("API Error: Rate limit reached");
+    server.serve("/other", test::TestReply::page(test::RunParts::page("autre")));
+    claude.answerBy(test::readFile(claude.home() + QStringLiteral("/table.json"))
+                        .replace("/page\"", "/other\""));
+    model->start();
+    untilEnded();
+    ASSERT_TRUE(model->waitingOffered());
+    model->giveUpRest();
+    EXPECT_FALSE(model->waiting());
+}
+
 TEST_F(RunModelTest, knows_the_next_run_and_the_missed_one) {
     const auto at = [](int day, int hour) {
         return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <numeric>
+
 namespace vorle {
 namespace {
 
@@ -137,7 +139,10 @@ TEST_F(LimitTest, a_judge_at_its_limit_leaves_what_it_did_not_judge_again_and_ag
     const RunReport whole = store.history().first();
     EXPECT_EQ(whole.added, 24);
     EXPECT_EQ(whole.read.full, 24);
-    EXPECT_EQ(whole.scopes.last().yield->added + whole.scopes.first().yield->added, 24);
+    EXPECT_EQ(
+        std::accumulate(whole.scopes.begin(), whole.scopes.end(), 0,
+                        [](int sum, const ScopeReport &scope) { return sum + scope.yield->added; }),
+        24);
     EXPECT_EQ(QSet<QUuid>(whole.topicIds.begin(), whole.topicIds.end()).size(), 24);
     EXPECT_EQ(claude.calls(u"candidates"), 3) << "two scopes, and a second search for one topic";
 }

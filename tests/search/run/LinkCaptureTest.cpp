@@ -155,5 +155,23 @@ TEST_F(LinkCaptureTest, a_stop_leaves_the_link_waiting_and_no_process) {
     EXPECT_EQ(store.topic(id)->status, TopicStatus::Pending);
 }
 
+TEST_F(LinkCaptureTest, a_reached_limit_leaves_all_that_wait_without_a_further_call) {
+    otherTraits = QStringLiteral(R"("limit":{"words":"You've hit your limit"},)");
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    const QUuid first = taken(at("/long"));
+    const QUuid second = taken(at("/other"));
+    settle();
+    EXPECT_EQ(claude.calls().size(), 1);
+    for (const QUuid &id : {first, second}) {
+        EXPECT_EQ(capture.state(id), LinkCapture::State::Failed);
+        EXPECT_TRUE(capture.failureText(id).contains(u"hit your limit"));
+    }
+    otherTraits.clear();
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    capture.resume();
+    settle();
+    EXPECT_EQ(inbox().size(), 2);
+}
+
 } // namespace
 } // namespace vorle
