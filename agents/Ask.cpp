@@ -18,15 +18,21 @@ QString fillTemplate(QString text, const QList<std::pair<QString, QString>> &val
     return text;
 }
 
-Asker::Asker(EngineAgent &agent, Resources resources, std::chrono::milliseconds retryDelay)
-    : m_agent(&agent), m_resources(std::move(resources)), m_retryDelay(retryDelay) {}
+Asker::Asker(EngineAgent &agent, Resources resources, std::chrono::milliseconds retryDelay,
+             ModelChoice model)
+    : m_agent(&agent)
+    , m_resources(std::move(resources))
+    , m_retryDelay(retryDelay)
+    , m_model(std::move(model)) {}
 
-AgentRequest Asker::requestFor(const Question &question) const {
+AgentRequest Asker::requestFor(const Question &question, AgentKind agent) const {
     const auto schema = m_resources.text(question.schemaName, QStringLiteral("json"));
     if (!schema) {
         throw AgentError::missingInstruction();
     }
-    return {question.prompt, *schema, question.model, question.web};
+    const std::optional<QString> model =
+        question.model || !m_model ? question.model : m_model(agent);
+    return {question.prompt, *schema, model, question.web};
 }
 
 void Asker::rethrowOrLog(const AgentError &error, Attempt attempt, const QString &step,

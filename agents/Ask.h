@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -28,7 +29,7 @@ struct Question {
     QString schemaName; ///< the resource `schemaName`.json
     QString step;       ///< what the log calls it
     WebAccess web = WebAccess::Off;
-    std::optional<QString> model;
+    std::optional<QString> model;   ///< instead of the user's
     std::optional<AgentKind> agent; ///< instead of the chosen one
 };
 
@@ -42,8 +43,13 @@ struct Asked {
 /// outlive every question under way.
 class Asker {
 public:
+    /// The model that the user wants of that agent, asked at each question; nothing: its own
+    /// choice.
+    using ModelChoice = std::function<std::optional<QString>(AgentKind)>;
+
     explicit Asker(EngineAgent &agent, Resources resources = Resources(),
-                   std::chrono::milliseconds retryDelay = std::chrono::seconds(5));
+                   std::chrono::milliseconds retryDelay = std::chrono::seconds(5),
+                   ModelChoice model = {});
 
     const Resources &resources() const { return m_resources; }
     EngineAgent &agent() const { return *m_agent; }
@@ -56,8 +62,8 @@ public:
     ///   also when the schema is missing or the answer does not decode
     template <class Answer>
     Task<Asked<Answer>> ask(Question question, CancelToken cancel = {}) {
-        const AgentRequest request = requestFor(question);
         const AgentKind agent = m_agent->locator().choose(question.agent);
+        const AgentRequest request = requestFor(question, agent);
         AgentSpend spent;
         for (Attempt attempt = Attempt::First;; attempt = Attempt::Second) {
             try {
@@ -76,7 +82,7 @@ public:
 private:
     enum class Attempt { First, Second };
 
-    AgentRequest requestFor(const Question &question) const;
+    AgentRequest requestFor(const Question &question, AgentKind agent) const;
     /// @throws AgentError, the same with what was spent, when no further attempt is due
     static void rethrowOrLog(const AgentError &error, Attempt attempt, const QString &step,
                              const AgentSpend &spent);
@@ -93,6 +99,7 @@ private:
     EngineAgent *m_agent;
     Resources m_resources;
     std::chrono::milliseconds m_retryDelay;
+    ModelChoice m_model;
 };
 
 } // namespace vorle

@@ -7,21 +7,23 @@ set(VORLE_QML
     controls/ActionButton.qml controls/AgentRow.qml controls/BarGroups.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
     controls/ChangeRow.qml controls/ChartBar.qml controls/CostCard.qml controls/Figure.qml controls/FigureCard.qml controls/LegendMark.qml
     controls/PeriodChoice.qml controls/ReportScope.qml controls/ShareStack.qml controls/SourceBars.qml controls/TimeBars.qml
-    controls/Chapter.qml controls/Chip.qml controls/Choice.qml controls/CriterionBar.qml controls/EmptyState.qml
+    controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
     controls/AddField.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
-    controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/Switch.qml controls/UndoLine.qml controls/WeightDots.qml
-    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml controls/Title.qml
+    controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
+    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml
+    controls/SchedulePicker.qml controls/Stepper.qml controls/AgentChoice.qml controls/SettingRow.qml controls/SettingsPage.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
     screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml
     screens/ClosingPanel.qml screens/CorrectionPanel.qml
     screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/SettingsPanel.qml
+    screens/BenchScreen.qml screens/SettingsAgent.qml screens/SettingsData.qml screens/SettingsGeneral.qml screens/SettingsMenu.qml screens/SettingsRuns.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/SendPanel.qml screens/TerritoryInterests.qml screens/TerritoryNames.qml screens/TerritoryProjects.qml
     screens/TerritoryReflex.qml screens/TerritoryReflexes.qml screens/TerritoryScreen.qml screens/TerritorySite.qml screens/TerritorySites.qml
     screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
@@ -45,6 +47,7 @@ qt_add_qml_module(vorle_window
         window/MainWindow.cpp window/MainWindow.h
         window/Opening.cpp window/Opening.h
         window/QuitHandler.cpp window/QuitHandler.h
+        window/Screens.cpp window/Screens.h
         window/Shell.cpp window/Shell.h
         window/ShellParts.cpp window/ShellParts.h
         window/SingleInstance.cpp window/SingleInstance.h

@@ -71,9 +71,11 @@ int main(int argc, char **argv) {
         const auto pasteboard = vorle::native::pasteboard();
         const auto links = vorle::native::linkOpener();
         const auto files = vorle::native::filePicker();
+        const auto reveal = vorle::native::fileReveal();
         return vorle::runGui(
             argc, argv,
-            {*installedApps, *terminals, *pasteboard, *links, *files, vorle::native::motionSetting},
+            {*installedApps, *terminals, *pasteboard, *links, *files, *reveal,
+             vorle::native::motionSetting},
             demo);
     }
 

@@ -5,9 +5,43 @@
 #include <QDebug>
 #include <QThread>
 
+#include <mutex>
+
 namespace vorle {
 
-void logLine(const QString &text) { qInfo().noquote() << QStringLiteral("vorle: ") + text; }
+namespace {
+
+/// The lines that may be asked for again. Never destroyed: a thread may log until the very end.
+struct RecentLines {
+    static constexpr qsizetype most = 50;
+    static constexpr qsizetype longest = 500;
+
+    std::mutex guard;
+    QStringList lines;
+
+    static RecentLines &ofThisProcess() {
+        static auto *recent = new RecentLines;
+        return *recent;
+    }
+};
+
+} // namespace
+
+void logLine(const QString &text) {
+    qInfo().noquote() << QStringLiteral("vorle: ") + text;
+    RecentLines &recent = RecentLines::ofThisProcess();
+    const std::lock_guard lock(recent.guard);
+    recent.lines += text.left(RecentLines::longest);
+    if (recent.lines.size() > RecentLines::most) {
+        recent.lines.removeFirst();
+    }
+}
+
+QStringList recentLogLines() {
+    RecentLines &recent = RecentLines::ofThisProcess();
+    const std::lock_guard lock(recent.guard);
+    return recent.lines;
+}
 
 void requireMainThread(std::string_view subject, std::source_location where) {
     const QCoreApplication *app = QCoreApplication::instance();

@@ -17,6 +17,7 @@
 #include "bench/Standing.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeFilePicker.h"
+#include "platform/fakes/FakeFileReveal.h"
 #include "platform/fakes/FakeLinkOpener.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
@@ -103,7 +104,7 @@ void turnFor(int milliseconds) {
 struct Window {
     explicit Window(Application &app)
         : launcher({app.agent().locator(), app.preferences(), terminals, pasteboard, links})
-        , shell(shellParts(app, {links, pasteboard, launcher, files}))
+        , shell(shellParts(app, {links, pasteboard, launcher, files, reveal}))
         , main(shell, Typefaces::load(), app.store().file()) {
         QObject::connect(&main.window(), &QQuickWindow::frameSwapped, &main, [this] { ++frames; });
         main.raise();
@@ -114,6 +115,7 @@ struct Window {
     test::FakePasteboard pasteboard;
     test::FakeLinkOpener links;
     test::FakeFilePicker files;
+    test::FakeFileReveal reveal;
     ClaudeLauncher launcher;
     Shell shell;
     MainWindow main;

@@ -52,6 +52,9 @@ std::optional<QString> Preferences::take(const QString &key, Settings next) {
     m_file->setValue(key, entry.json(before), entry.json(m_settings), entry.form);
     if (!entry.equal(before, m_settings)) {
         Q_EMIT changed(key);
+        if (before.agent != m_settings.agent && m_settings.agentModel) {
+            change(&Settings::agentModel, std::nullopt); // no other agent knows that name
+        }
     }
     return std::nullopt;
 }

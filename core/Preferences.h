@@ -73,6 +73,8 @@ public:
 
     /// What the user has to know of how the settings file was found: see SettingsFile.
     const std::optional<QString> &notice() const { return m_file->notice(); }
+    /// Where they lie, for people.
+    QString location() const { return m_file->location(); }
     /// Where a settings file that could not be read is kept, once it was replaced.
     const std::optional<QString> &setAside() const { return m_file->setAside(); }
 

@@ -92,6 +92,10 @@ struct Settings {
     QMap<QString, QString> projects; ///< a project's name to its folder's path
     QMap<QString, QString> projectDescriptions;
     std::optional<QString> agent; ///< "claude" or "codex"; nothing while the user has not chosen
+    /// The model that agent is asked for; nothing: its own choice. Goes when another agent is chosen.
+    std::optional<QString> agentModel;
+    int textScale = 100;    ///< the size of all texts in the window, in percent
+    int onboardingStep = 0; ///< the step that the first set-up was left at
     std::optional<LastReport> lastReport;
     /// When the last run ended that handed its topics over, whatever it left unjudged.
     std::optional<QDateTime> lastSearch;
@@ -142,6 +146,10 @@ struct Settings {
             settingRow("projects", &Settings::projects),
             settingRow("projectDescriptions", &Settings::projectDescriptions),
             settingRow("agent", &Settings::agent, {.words = agentWords}),
+            settingRow("agentModel", &Settings::agentModel, {.rule = &modelNameRule}),
+            settingRow("textScale", &Settings::textScale, {.range = &textScaleRange}),
+            settingRow("onboardingStep", &Settings::onboardingStep,
+                       {.range = &onboardingStepRange}),
             settingRow("lastReport", &Settings::lastReport),
             settingRow("lastSearch", &Settings::lastSearch),
             settingRow("servedSlot", &Settings::servedSlot),

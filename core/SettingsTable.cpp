@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 namespace vorle {
@@ -29,6 +30,9 @@ bool fitsLimits(const SettingLimits &limits, const T &value) {
     } else if constexpr (std::is_same_v<T, QMap<QString, int>>) {
         return std::ranges::all_of(value, [&](int each) { return fitsLimits(limits, each); });
     } else if constexpr (std::is_same_v<T, QString>) {
+        if (limits.rule != nullptr && !value.isEmpty()) {
+            return limits.rule->accepts(value);
+        }
         return limits.words.empty() ||
                std::ranges::find(limits.words, value.toStdString()) != limits.words.end();
     } else if constexpr (IsOptional<T>::value) {
@@ -76,6 +80,9 @@ QString expectationOf(const SettingLimits &limits) {
     } else if constexpr (json::RawEnum<T>) {
         return French::tr("l’un de ces mots : ") + quoted(rawStrings(T{}));
     } else if constexpr (std::is_same_v<T, std::optional<QString>>) {
+        if (limits.rule != nullptr) {
+            return French::tr("%1 ou null").arg(limits.rule->expectation());
+        }
         return limits.words.empty() ? French::tr("un texte ou null")
                                     : French::tr("%1 ou null").arg(quoted(limits.words));
     } else if constexpr (std::is_same_v<T, std::optional<QDateTime>>) {
@@ -159,6 +166,12 @@ struct Of {
             }
             settings.*row.member = std::move(once);
         }
+        if constexpr (std::is_same_v<T, std::optional<QString>>) {
+            std::optional<QString> &text = settings.*row.member;
+            if (row.limits.rule != nullptr && text && text->isEmpty()) {
+                text.reset();
+            }
+        }
     }
     static QJsonValue json(const Settings &from) { return toJsonValue(from.*row.member); }
     static bool equal(const Settings &a, const Settings &b) {
@@ -180,6 +193,22 @@ struct Of {
 };
 
 } // namespace
+
+bool isModelName(const QString &text) {
+    constexpr qsizetype maxLength = 100;
+    constexpr std::u16string_view signs = u"._:/@[]-";
+    const auto fits = [&](QChar c) {
+        return (c.isLetterOrNumber() && c.unicode() < 0x80) ||
+               signs.find(c.unicode()) != signs.npos;
+    };
+    return !text.isEmpty() && text.size() <= maxLength && !text.startsWith(u'-') &&
+           std::ranges::all_of(text, fits);
+}
+
+QString modelNameExpectation() {
+    return French::tr("un nom de modèle : 100 signes au plus, parmi A-Z a-z 0-9 . _ : / @ [ ] -, "
+                      "et pas de - au début");
+}
 
 void migrateCalibrated(const SettingsFile & /*file*/, Settings &into) {
     into.calibrated = into.onboarded;

@@ -130,6 +130,8 @@ QList<Bench> loadBenches(const Resources &resources) {
     return benches;
 }
 
+qsizetype callsOf(const Bench &bench) { return batchesOf(bench.items).size(); }
+
 Bench previewOf(Bench bench) {
     QList<BenchItem> chosen;
     for (qsizetype i = 0; i < std::min(previewWindow, bench.items.size()); ++i) {

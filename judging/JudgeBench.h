@@ -113,6 +113,9 @@ QList<Bench> loadBenches(const Resources &resources);
 /// The bench as a preview judges it: of its first 15 items those with a label, 10 at most.
 Bench previewOf(Bench bench);
 
+/// How many calls judging it takes, retries apart.
+qsizetype callsOf(const Bench &bench);
+
 /// What the preview's screen says.
 QString previewTitle();
 QString previewSubtitle();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FilePicker.h"
+#include "platform/FileReveal.h"
 #include "platform/InstalledApps.h"
 #include "platform/LinkOpener.h"
 #include "platform/MotionSetting.h"
@@ -20,6 +21,7 @@ std::unique_ptr<Terminals> terminals();
 std::unique_ptr<Pasteboard> pasteboard();
 std::unique_ptr<LinkOpener> linkOpener();
 std::unique_ptr<FilePicker> filePicker(); // a QApplication
+std::unique_ptr<FileReveal> fileReveal();
 std::unique_ptr<MotionSetting> motionSetting();
 
 } // namespace vorle::native

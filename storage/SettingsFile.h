@@ -56,6 +56,8 @@ public:
     /// nothing.
     void watch();
 
+    /// Where it lies, for people.
+    QString location() const { return m_json ? m_json->path() : m_defaults->fileName(); }
     /// Why the last write that ended failed, as a French sentence for the user; nothing when it did
     /// not.
     std::optional<QString> writeError() const { return m_writeError; }

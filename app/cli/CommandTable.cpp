@@ -228,6 +228,14 @@ const QList<Command> &commands() {
          .flags = {json},
          .run = [](Context &c,
                    Application &app) { return agents(c, on(app, &Application::agent)); }},
+        {.name = QStringLiteral("diagnostic"),
+         .synopsis = {},
+         .summary = French::tr("dit versions, fichiers, IA et dernières erreurs, sans rien de tes "
+                               "sujets : à joindre à un retour"),
+         .flags = {json},
+         .throughApp = true,
+         .run = [](Context &c,
+                   Application &app) { return diagnostic(c, app.diagnosticSources()); }},
     };
     return all;
 }

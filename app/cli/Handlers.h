@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
+#include "app/wiring/Diagnostics.h"
 #include "app/wiring/OnDemand.h"
 #include "base/Clock.h"
 #include "search/discovery/DiscoveryApps.h"
@@ -69,5 +70,6 @@ Task<ExitStatus> reparer(Context &context, TopicsToChange topics);
 Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
                       const Resources &resources);
 Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent);
+Task<ExitStatus> diagnostic(Context &context, DiagnosticSources sources);
 
 } // namespace vorle::cli

@@ -2,13 +2,12 @@
 
 #include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
-#include "app/labels/Wording.h"
 #include "app/transfer/TopicArchive.h"
 #include "app/transfer/TopicImport.h"
+#include "app/transfer/TransferText.h"
 #include "base/French.h"
 #include "search/run/LinkCapture.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <atomic>
@@ -43,44 +42,6 @@ ExportFormats formatsOf(const Arguments &arguments) {
                       ExitStatus::Usage);
     }
     return {.json = word == u"json", .markdown = word == u"markdown"};
-}
-
-QString filesText(const WrittenFiles &files) {
-    QString text =
-        counted(files.written, French::tr("fichier écrit"), French::tr("fichiers écrits"));
-    if (files.unchanged > 0) {
-        text += French::tr(", %1").arg(
-            counted(files.unchanged, French::tr("déjà à jour"), French::tr("déjà à jour")));
-    }
-    return text + u'.';
-}
-
-/// At most a few of them by name.
-QString leftText(const QStringList &left) {
-    constexpr qsizetype maxNamed = 5;
-    QString names = left.first(std::min(maxNamed, left.size())).join(QStringLiteral(", "));
-    if (left.size() > maxNamed) {
-        names += QStringLiteral(", …");
-    }
-    return counted(left.size(), French::tr("note modifiée depuis, laissée comme elle est : "),
-                   French::tr("notes modifiées depuis, laissées comme elles sont : ")) +
-           names;
-}
-
-QString importText(const ImportOutcome &outcome) {
-    QStringList parts{
-        counted(outcome.added, French::tr("sujet importé"), French::tr("sujets importés"))};
-    const auto add = [&parts](qsizetype count, const QString &one, const QString &many) {
-        if (count > 0) {
-            parts += counted(count, one, many);
-        }
-    };
-    add(outcome.sameTopic, French::tr("déjà là"), French::tr("déjà là"));
-    add(outcome.sameLink, French::tr("dont le lien est déjà là"),
-        French::tr("dont le lien est déjà là"));
-    add(outcome.repeated, French::tr("en double dans le fichier"),
-        French::tr("en double dans le fichier"));
-    return parts.join(QStringLiteral(", ")) + u'.';
 }
 
 /// What `work` gives or throws, worked out on the pool: the app's window goes on meanwhile, and a
@@ -131,17 +92,7 @@ Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
             ExportShown{folder, topics.size(), files.written, files.unchanged, files.left},
             json::Style::Pretty));
     }
-    context.console.say(countedTopics(topics.size()) +
-                        French::tr(" dans %1 : ").arg(QDir::toNativeSeparators(folder)) +
-                        filesText(files));
-    if (!files.aside.isEmpty()) {
-        context.console.say(French::tr("L’export d’avant a des sujets que tu n’as plus : je l’ai "
-                                       "gardé, %1")
-                                .arg(files.aside));
-    }
-    if (!files.left.isEmpty()) {
-        context.console.say(leftText(files.left));
-    }
+    context.console.say(exportText(topics.size(), folder, files));
     co_return ExitStatus::Done;
 }
 

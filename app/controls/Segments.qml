@@ -10,6 +10,7 @@ Item {
     property int chosen: -1 // none
     property var dots: [] // a colour before each label
     property bool tight: false // where there is little room
+    property bool upDown: true // these arrows choose too; else they are left to what it stands in
 
     signal picked(int index)
     signal entered(int index) // ↩ on it, once it was picked
@@ -24,14 +25,15 @@ Item {
         moving = true;
         picked(index);
     }
-    function step(from: int, by: int) {
+    function step(from: int, by: int): bool {
         const to = (from + by + labels.length) % labels.length;
         (options.itemAt(to) as Item).forceActiveFocus(Qt.TabFocusReason);
         pick(to);
+        return true;
     }
 
     implicitWidth: row.implicitWidth + 6
-    implicitHeight: 36
+    implicitHeight: Math.max(34, Theme.textBody + 20)
     Accessible.role: Accessible.Grouping
     Accessible.name: name
 
@@ -96,9 +98,9 @@ Item {
                 Accessible.onPressAction: group.pick(index)
                 Accessible.onToggleAction: group.pick(index)
                 Keys.onLeftPressed: group.step(index, -1)
-                Keys.onUpPressed: group.step(index, -1)
+                Keys.onUpPressed: event => event.accepted = group.upDown && group.step(index, -1)
                 Keys.onRightPressed: group.step(index, 1)
-                Keys.onDownPressed: group.step(index, 1)
+                Keys.onDownPressed: event => event.accepted = group.upDown && group.step(index, 1)
                 Keys.onSpacePressed: group.pick(index)
                 Keys.onReturnPressed: {
                     group.pick(index);

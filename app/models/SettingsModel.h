@@ -48,6 +48,17 @@ class SettingsModel final : public QObject {
         int radiusLevel READ radiusLevel WRITE setRadiusLevel NOTIFY radiusLevelChanged FINAL)
     /// "claude" or "codex"; "" while the user has not chosen.
     Q_PROPERTY(QString agent READ agent WRITE setAgent NOTIFY agentChanged FINAL)
+    /// The model asked of it; "" for its own choice. Goes when another agent is chosen.
+    Q_PROPERTY(QString agentModel READ agentModel WRITE setAgentModel NOTIFY agentModelChanged FINAL)
+    /// 80 to 150, in percent.
+    Q_PROPERTY(int textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged FINAL)
+    /// The days of the scheduled run, Sunday 1 to Saturday 7, in that order; none: no run by itself.
+    Q_PROPERTY(
+        QList<int> weekdays READ weekdays WRITE setWeekdays NOTIFY scheduleChanged FINAL)
+    /// Its time of day, "8:30". What cannot be read as one changes nothing, and is told.
+    Q_PROPERTY(QString runTime READ runTime WRITE setRunTime NOTIFY scheduleChanged FINAL)
+    /// What the schedule means: "Ensuite, je fouille seul chaque lundi à 8:00."
+    Q_PROPERTY(QString scheduleText READ scheduleText NOTIFY scheduleChanged FINAL)
 
     /// The words that an enumeration may be set to, in their order.
     Q_PROPERTY(QList<QString> appearances READ appearances CONSTANT FINAL)
@@ -95,6 +106,20 @@ public:
     void setRadiusLevel(int value) { set(&Settings::radiusLevel, value); }
     QString agent() const { return now().agent.value_or(QString()); }
     void setAgent(const QString &word) { setText(&Settings::agent, word); }
+    QString agentModel() const { return now().agentModel.value_or(QString()); }
+    void setAgentModel(const QString &name) { setText(&Settings::agentModel, name); }
+    int textScale() const { return now().textScale; }
+    void setTextScale(int percent) { set(&Settings::textScale, percent); }
+    QList<int> weekdays() const;
+    void setWeekdays(const QList<int> &days);
+    QString runTime() const;
+    void setRunTime(const QString &text);
+    QString scheduleText() const;
+
+    /// Whether a text can be read as a time of day, as setting `runTime` reads it.
+    Q_INVOKABLE static bool isTime(const QString &text);
+    /// That many minutes later (less: earlier) than the time of day, round the clock: "8:05".
+    Q_INVOKABLE static QString laterTime(const QString &time, int minutes);
 
     QStringList appearances() const;
     QStringList accents() const;
@@ -119,6 +144,9 @@ Q_SIGNALS:
     void exclusionsChanged();
     void radiusLevelChanged();
     void agentChanged();
+    void agentModelChanged();
+    void textScaleChanged();
+    void scheduleChanged();
     void problemChanged();
 
 private:

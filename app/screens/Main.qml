@@ -48,6 +48,11 @@ Window {
     }
 
     Component.onCompleted: screen.focusContent()
+    Binding {
+        target: Theme
+        property: "windowWidth"
+        value: main.width
+    }
     Connections {
         target: main.shell
 
@@ -263,6 +268,10 @@ Window {
             onAdded: main.go(Section.Inbox)
             onFound: (section, topicId) => main.showTopic(section, topicId)
             onQuitAsked: main.quitAsked()
+            onSectionAsked: section => {
+                panels.close();
+                main.go(section);
+            }
         }
     }
 }

@@ -8,8 +8,8 @@ Item {
 
     required property Shell shell
 
-    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, closing, calibration, send, apps, decisions, startAgain]
-    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown
+    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, bench, closing, calibration, send, apps, decisions, startAgain]
+    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || bench.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown
     readonly property PanelSlot searchPanel: search
     readonly property PanelSlot shortcutsPanel: shortcuts
     readonly property PanelSlot settingsPanel: settings
@@ -21,6 +21,7 @@ Item {
     signal added // a link
     signal found(int section, string topicId)
     signal quitAsked
+    signal sectionAsked(int section)
 
     // Two would fight for the keyboard.
     function open(slot: PanelSlot) {
@@ -83,9 +84,17 @@ Item {
         id: settings
         onGone: panels.gone()
         sourceComponent: SettingsPanel {
-            settings: panels.shell.settings
-            agentInUse: panels.shell.agent
-            terminals: panels.shell.terminals
+            shell: panels.shell
+            onTerritoryAsked: panels.sectionAsked(Section.Territory)
+            onReportAsked: panels.sectionAsked(Section.Report)
+            onBenchAsked: panels.open(bench)
+        }
+    }
+    PanelSlot {
+        id: bench
+        onGone: panels.gone()
+        sourceComponent: BenchScreen {
+            bench: panels.shell.screens.bench
         }
     }
     PanelSlot {

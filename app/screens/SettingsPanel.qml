@@ -1,89 +1,226 @@
 import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
 import Vorle
 import Vorle.Models
 
-// ⌘,: the settings that change what one sees and how one works, each at once.
+// ⌘,: all settings on a few pages, each acting at once. ↑ and ↓ go from row to row, typing or ⌘F
+// searches.
 Panel {
     id: panel
 
-    required property SettingsModel settings
-    required property string agentInUse // chosen by what is ready where nobody chose one
-    required property list<string> terminals // that there can be here
+    required property Shell shell
+    readonly property SettingsPages pages: shell.screens.settingsPages
+    readonly property bool narrow: width < 720
+
+    signal territoryAsked
+    signal reportAsked
+    signal benchAsked
 
     name: qsTr("Réglages")
-    sheetWidth: 680
-    bodyHeight: body.implicitHeight
+    sheetWidth: 840
+    sheetHeight: Math.min(600, height - 40)
+    padding: 0
     onShownChanged: {
         if (shown) {
-            first.takeFocus();
+            pages.query = "";
+            pages.refresh();
+            flick.contentY = 0;
+            menu.takeFocus();
         }
     }
 
-    Column {
-        id: body
-        width: parent.width
-        spacing: 16
+    // Row by row; from the first one back to the pages.
+    function walk(by: int) {
+        const all = [];
+        for (let i = 0; i < body.children.length; ++i) {
+            const page = body.children[i] as SettingsPage;
+            for (let j = 0; page !== null && page.visible && j < page.children.length; ++j) {
+                const row = page.children[j] as SettingRow;
+                if (row !== null && row.visible && row.held !== null && row.held.visible) {
+                    all.push(row);
+                }
+            }
+        }
+        let at = Window.activeFocusItem;
+        while (at !== null && !(at instanceof SettingRow)) {
+            at = at.parent;
+        }
+        const next = all.indexOf(at) + by;
+        if (next >= 0 && next < all.length) {
+            (all[next] as SettingRow).takeFocus();
+        } else if (next < 0) {
+            narrow || pages.searching ? search.forceActiveFocus() : menu.takeFocus();
+        }
+    }
 
+    Keys.priority: Keys.BeforeItem
+    Keys.onPressed: event => {
+        const typing = Window.activeFocusItem instanceof TextInput;
+        const find = event.key === Qt.Key_F && event.modifiers === Qt.ControlModifier;
+        const printable = event.text.length === 1 && event.text > " " && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)) && event.text !== "+" && event.text !== "-";
+        if (find || (printable && !typing)) {
+            search.forceActiveFocus(Qt.ShortcutFocusReason);
+            if (!find) {
+                search.insert(search.length, event.text);
+            }
+            event.accepted = true;
+        }
+    }
+    Keys.onUpPressed: walk(-1)
+    Keys.onDownPressed: walk(1)
+
+    Rectangle {
+        id: side
+        width: panel.narrow ? 0 : Math.max(196, menu.implicitWidth + 28)
+        height: parent.height
+        visible: !panel.narrow
+        radius: Theme.radiusCard
+        color: Theme.side
+
+        Rectangle { // straight where it meets the page
+            anchors.right: parent.right
+            width: Theme.radiusCard
+            height: parent.height
+            color: Theme.side
+        }
+        Rectangle {
+            anchors.right: parent.right
+            width: 1
+            height: parent.height
+            color: Theme.line
+        }
         Title {
+            x: 27
+            y: 24
             text: panel.name
-            size: Theme.titleOpen
-        }
-        Choice {
-            id: first
-            width: body.width
-            name: qsTr("Apparence")
-            labels: [qsTr("Automatique"), qsTr("Clair"), qsTr("Sombre")]
-            words: panel.settings.appearances
-            present: panel.settings.appearance
-            onPicked: index => panel.settings.appearance = words[index]
-        }
-        Choice {
-            width: body.width
-            name: qsTr("Couleur")
-            labels: [qsTr("Braise"), qsTr("Framboise"), qsTr("Lagune"), qsTr("Indigo")]
-            dots: Object.values(Theme.accents).map(pair => Theme.dark ? pair.dark : pair.light)
-            words: panel.settings.accents
-            present: panel.settings.accent
-            onPicked: index => panel.settings.accent = words[index]
-        }
-        Choice {
-            width: body.width
-            name: qsTr("IA")
-            labels: ["Claude Code", "Codex"]
-            words: ["claude", "codex"]
-            present: panel.agentInUse
-            onPicked: index => panel.settings.agent = words[index]
-        }
-        Choice {
-            width: body.width
-            name: qsTr("Terminal")
-            labels: panel.terminals
-            words: panel.terminals
-            present: panel.settings.terminal
-            onPicked: index => panel.settings.terminal = words[index]
-        }
-        Choice {
-            width: body.width
-            name: qsTr("Notifications")
-            labels: [qsTr("À chaque fouille"), qsTr("Seulement si urgent"), qsTr("Jamais")]
-            words: panel.settings.notifyModes
-            present: panel.settings.notifyMode
-            onPicked: index => panel.settings.notifyMode = words[index]
-        }
-        Choice {
-            readonly property real hours: panel.settings.weeklyMinutes / 60
-
-            width: body.width
-            name: qsTr("Temps de veille par semaine")
-            labels: ["1 h", "2 h", "3 h", "4 h", "5 h"]
-            chosen: hours === Math.round(hours) && hours <= labels.length ? hours - 1 : -1
-            onPicked: index => panel.settings.weeklyMinutes = 60 * (index + 1)
+            size: Theme.titleCard
         }
         Label {
-            width: parent.width
-            text: qsTr("Tous les autres réglages : « vorle reglages » dans un terminal.")
-            color: Theme.inkFaint
-            font.pixelSize: Theme.textNote
+            x: 27
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 18
+            text: panel.pages.versionText
+            color: Theme.inkSoft
+            font.pixelSize: Theme.textSmall
         }
+    }
+    Item {
+        id: head
+        x: side.width + 28
+        width: parent.width - x - 28
+        height: search.y + search.height + 12
+
+        TextEntry {
+            id: search
+            y: 18
+            width: parent.width - leave.width - 14
+            implicitHeight: Math.max(38, Theme.textBody + 24)
+            leftPadding: 14
+            font.pixelSize: Theme.textBody
+            placeholderText: qsTr("Rechercher un réglage")
+            onTextEdited: panel.pages.query = text
+            onTextChanged: panel.pages.query = text
+            Keys.onEscapePressed: event => {
+                event.accepted = text.length > 0;
+                text = "";
+            }
+            Keys.onReturnPressed: panel.walk(1)
+            Keys.onEnterPressed: panel.walk(1)
+
+            Connections {
+                target: panel.pages
+
+                function onShownChanged() {
+                    if (search.text !== panel.pages.query) {
+                        search.text = panel.pages.query;
+                    }
+                    flick.contentY = 0;
+                }
+            }
+        }
+        KeyCap {
+            id: leave
+            anchors.right: parent.right
+            anchors.verticalCenter: search.verticalCenter
+            keys: qsTr("Échap")
+        }
+    }
+    SettingsMenu {
+        id: menu
+        parent: panel.narrow ? head : side
+        x: panel.narrow ? 0 : 13
+        y: panel.narrow ? head.height : 61
+        width: panel.narrow ? head.width : side.width - 27
+        level: panel.narrow
+        pages: panel.pages
+        onEntered: panel.walk(1)
+    }
+    InSight {
+        id: sight
+        view: flick
+        focused: panel.shown ? panel.Window.activeFocusItem : null
+    }
+    Flickable {
+        id: flick
+        anchors.left: head.left
+        anchors.right: head.right
+        anchors.rightMargin: -14
+        anchors.top: head.bottom
+        anchors.topMargin: panel.narrow ? menu.implicitHeight + 8 : 0
+        anchors.bottom: problem.top
+        contentHeight: body.implicitHeight + 24
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        T.ScrollBar.vertical: ScrollLine {}
+
+        Column {
+            id: body
+            x: 4
+            width: flick.width - 18
+
+            SettingsGeneral {
+                shell: panel.shell
+                pages: panel.pages
+            }
+            SettingsRuns {
+                shell: panel.shell
+                pages: panel.pages
+                onTerritoryAsked: panel.territoryAsked()
+                onReportAsked: panel.reportAsked()
+            }
+            SettingsAgent {
+                shell: panel.shell
+                pages: panel.pages
+                onBenchAsked: panel.benchAsked()
+            }
+            SettingsData {
+                shell: panel.shell
+                pages: panel.pages
+            }
+            Label {
+                width: parent.width
+                visible: panel.pages.searching && panel.pages.shown.length === 0
+                topPadding: 24
+                horizontalAlignment: Text.AlignHCenter
+                text: qsTr("Aucun réglage ne porte ces mots.")
+                color: Theme.inkSoft
+            }
+        }
+    }
+    // A value that did not fit, or a disk that did not take one.
+    Label {
+        id: problem
+        anchors.left: head.left
+        anchors.right: head.right
+        anchors.bottom: parent.bottom
+        height: visible ? implicitHeight : 0
+        topPadding: 8
+        bottomPadding: 14
+        visible: text.length > 0
+        text: panel.shell.settings.problem
+        color: Theme.tintInk
+        font.pixelSize: Theme.textNote
+        Accessible.role: Accessible.AlertMessage
     }
 }

@@ -25,6 +25,11 @@ Item {
     }
     Binding {
         target: Theme
+        property: "textScale"
+        value: look.settings.textScale
+    }
+    Binding {
+        target: Theme
         property: "reducedMotion"
         value: look.reducedMotion
     }

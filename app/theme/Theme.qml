@@ -25,6 +25,7 @@ QtObject {
     readonly property color edge: dark ? "#4C4439" : "#D9CDBD" // hollow bars, dashes
     readonly property color mid: dark ? "#76695A" : "#B5A58F" // of a chart, beside `strong`
     readonly property color strong: dark ? "#C3B7A7" : "#5E5346"
+    readonly property color hover: dark ? "#2A251F" : "#F3ECE2" // a row under the mouse
     readonly property color veil: dark ? "#99000000" : "#59241D16"
     readonly property color shadow: dark ? "#40000000" : "#0F241D16"
 
@@ -53,28 +54,30 @@ QtObject {
     property string displayFamily: "sans-serif"
     property string textFamily: "sans-serif"
     readonly property string codeFamily: mac ? "Menlo" : "monospace"
-    readonly property int textSmall: 12
-    readonly property int textNote: 13
-    readonly property int textBody: 14
-    readonly property int textMenu: 15
-    readonly property int textLarge: 16
-    readonly property int textReading: 17
-    readonly property int titleSmall: 17
-    readonly property int titleCard: 19
-    readonly property int titleOpen: 25
-    readonly property int titleScreen: 34
+    property int textScale: 100 // of all type, in percent; what holds a text grows with it
+    readonly property int textSmall: scaled(12)
+    readonly property int textNote: scaled(13)
+    readonly property int textBody: scaled(14)
+    readonly property int textMenu: scaled(15)
+    readonly property int textLarge: scaled(16)
+    readonly property int textReading: scaled(17)
+    readonly property int titleSmall: scaled(17)
+    readonly property int titleCard: scaled(19)
+    readonly property int titleOpen: scaled(25)
+    readonly property int titleScreen: scaled(34)
     readonly property real leading: 1.35
 
     // A 4 px grid.
     readonly property int gap: 4
     readonly property int cardGap: 10
-    readonly property int margin: 36
+    property int windowWidth: 1180 // what it leaves is shared out by it
+    readonly property int margin: windowWidth < 800 ? 20 : 36
     readonly property int cardPadding: 22
     readonly property int radiusCard: 18
     readonly property int radiusButton: 12
     readonly property int radiusKey: 6
     readonly property int hit: 28
-    readonly property int sideWidth: 248
+    readonly property int sideWidth: windowWidth < 900 ? 200 : 248
     readonly property int columnWidth: 920
     readonly property int readingWidth: 720
 
@@ -83,6 +86,10 @@ QtObject {
     readonly property int calm: reducedMotion ? 0 : 200
     readonly property int ghostStay: 5000
 
+    // A size of type, as large as the user wants it.
+    function scaled(pixels: real): int {
+        return Math.round(pixels * textScale / 100);
+    }
     // A pair of colours from the score scale, for the appearance in use.
     function pick(light: string, darkValue: string): color {
         const chosen = dark ? darkValue : light;

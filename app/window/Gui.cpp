@@ -129,9 +129,14 @@ private:
     static Shell::Parts partsOf(Application &app, const GuiAdapters &adapters,
                                 ClaudeLauncher &launcher) {
         Shell::Parts parts =
-            shellParts(app, {adapters.links, adapters.pasteboard, launcher, adapters.files});
+            shellParts(app, {adapters.links, adapters.pasteboard, launcher, adapters.files,
+                             adapters.reveal});
         parts.released = parts.store.releaseAllPending();
-        parts.terminals = adapters.terminals.names();
+        for (const QString &name : adapters.terminals.names()) {
+            if (adapters.terminals.command(name, {})) {
+                parts.terminals += name;
+            }
+        }
         return parts;
     }
 

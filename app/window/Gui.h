@@ -6,6 +6,7 @@
 namespace vorle {
 
 class FilePicker;
+class FileReveal;
 class InstalledApps;
 class LinkOpener;
 class MotionSetting;
@@ -19,6 +20,7 @@ struct GuiAdapters {
     Pasteboard &pasteboard;
     LinkOpener &links;
     FilePicker &files;
+    FileReveal &reveal;
     /// Made once the program has a QApplication: a bus may only be asked then.
     std::function<std::unique_ptr<MotionSetting>()> motion;
 };

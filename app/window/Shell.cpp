@@ -52,6 +52,8 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
         FiguresModel::Parts{store, preferences, parts.provenance, clock});
     connect(m_figures.get(), &FiguresModel::said, this, &Shell::say);
     m_page = std::make_unique<TopicPage>(store, parts.provenance, parts.briefs, clock);
+    m_screens = std::make_unique<Screens>(parts.screens);
+    connect(m_screens.get(), &Screens::said, this, &Shell::say);
     follow(parts.capture);
     follow(parts.briefs);
     // A link dismissed before it was read, and taken back, still wants to be read.
@@ -255,6 +257,7 @@ void Shell::retry(const QString &topicId) { m_parts.capture.retry(QUuid::fromStr
 Task<> Shell::stopped() {
     m_parts.capture.stop();
     m_parts.briefs.stop();
+    co_await m_screens->stopped();
     co_await m_run->stopped();
     co_await m_parts.capture.ended();
     co_await m_parts.briefs.ended();

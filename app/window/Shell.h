@@ -14,6 +14,7 @@
 #include "app/models/TopicActions.h"
 #include "app/models/TopicListModel.h"
 #include "app/models/TopicSearch.h"
+#include "app/window/Screens.h"
 #include "app/window/TopicPage.h"
 #include "base/Async.h"
 #include "core/ScoreProvenanceLog.h"
@@ -61,9 +62,11 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::SettingsModel *settings READ settings CONSTANT FINAL)
     Q_PROPERTY(vorle::AgentStates *agentStates READ agentStates CONSTANT FINAL)
     Q_PROPERTY(vorle::CalibrationModel *calibration READ calibration CONSTANT FINAL)
+    /// What single screens stand on.
+    Q_PROPERTY(vorle::Screens *screens READ screens CONSTANT FINAL)
     /// The agent that is used now, "claude" or "codex", chosen by hand or by what is ready.
     Q_PROPERTY(QString agent READ agent NOTIFY agentChanged FINAL)
-    /// The terminals there can be on this system, as the settings name them.
+    /// The terminals there are on this machine, as the settings name them.
     Q_PROPERTY(QStringList terminals READ terminals CONSTANT FINAL)
     /// The reasons a correction may name; of NamedChoice.
     Q_PROPERTY(QVariantList correctionReasons READ correctionReasons CONSTANT FINAL)
@@ -93,10 +96,11 @@ public:
         Pasteboard &pasteboard;
         ClaudeLauncher &launcher;
         FilePicker &files;
+        Screens::Parts screens;
         /// The apps of this machine, in the order they are shown in. Any thread.
         std::function<QList<discovery::App>()> apps = {};
         qsizetype released = 0;     ///< topics of a run that died, handed out at this start
-        QStringList terminals = {}; ///< see Terminals::names
+        QStringList terminals = {}; ///< of Terminals::names, those that are there
     };
     explicit Shell(Parts parts, QObject *parent = nullptr);
     ~Shell() override;
@@ -119,6 +123,7 @@ public:
     SettingsModel *settings() const { return m_settings.get(); }
     AgentStates *agentStates() const { return m_agentStates.get(); }
     CalibrationModel *calibration() const { return m_calibration.get(); }
+    Screens *screens() const { return m_screens.get(); }
     QString agent() const;
     QStringList terminals() const { return m_parts.terminals; }
     QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
@@ -217,6 +222,7 @@ private:
     std::unique_ptr<ReportModel> m_report;
     std::unique_ptr<FiguresModel> m_figures;
     std::unique_ptr<TopicPage> m_page;
+    std::unique_ptr<Screens> m_screens;
     QList<QUuid> m_failedLinks; // captured links that wait after a failure, the latest last
 };
 

@@ -2,9 +2,22 @@
 
 #include "app/wiring/Application.h"
 
+#include <QGuiApplication>
+
 namespace vorle {
 
 Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
+    DiagnosticSources sources = app.diagnosticSources();
+    sources.surface = QGuiApplication::platformName();
+    Screens::Parts screens{.preferences = app.preferences(),
+                           .store = app.store(),
+                           .asker = app.asker(),
+                           .clock = app.clock(),
+                           .pasteboard = adapters.pasteboard,
+                           .files = adapters.files,
+                           .reveal = adapters.reveal,
+                           .diagnosticText = [sources] { return diagnosticText(diagnose(sources)); },
+                           .readOn = [&capture = app.capture()] { capture.resume(); }};
     return {.store = app.store(),
             .preferences = app.preferences(),
             .provenance = app.provenance(),
@@ -19,6 +32,7 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
             .pasteboard = adapters.pasteboard,
             .launcher = adapters.launcher,
             .files = adapters.files,
+            .screens = std::move(screens),
             .apps = [&app] { return app.apps(); }};
 }
 

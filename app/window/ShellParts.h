@@ -12,6 +12,7 @@ struct ShellAdapters {
     Pasteboard &pasteboard;
     ClaudeLauncher &launcher;
     FilePicker &files;
+    FileReveal &reveal;
 };
 
 /// What the shell is made of, out of the application's objects and of what the system gives; all of

@@ -86,7 +86,13 @@ EngineAgent &Application::agent() {
 
 Asker &Application::asker() {
     if (!m_asker) {
-        m_asker = std::make_unique<Asker>(agent(), m_resources);
+        // A model is of the agent that was chosen with it: a variable may name another one.
+        const auto model = [this](AgentKind kind) {
+            const Settings &settings = preferences().settings();
+            return !settings.agent || *settings.agent == json::rawText(kind) ? settings.agentModel
+                                                                             : std::nullopt;
+        };
+        m_asker = std::make_unique<Asker>(agent(), m_resources, std::chrono::seconds(5), model);
     }
     return *m_asker;
 }
@@ -128,6 +134,13 @@ LinkCapture &Application::capture() {
             preferences(), store(), provenance(), asker(), reader(), images(), m_clock});
     }
     return *m_capture;
+}
+
+DiagnosticSources Application::diagnosticSources() {
+    return {OnDemand<Preferences>([this]() -> Preferences & { return preferences(); }),
+            OnDemand<TopicStore>([this]() -> TopicStore & { return store(); }),
+            OnDemand<EngineAgent>([this]() -> EngineAgent & { return agent(); }),
+            [this] { return topicsFile(); }, m_clock, QStringLiteral("terminal")};
 }
 
 QStringList Application::notices() const {

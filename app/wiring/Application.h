@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/Ask.h"
+#include "app/wiring/Diagnostics.h"
 #include "base/Clock.h"
 #include "base/HttpClient.h"
 #include "base/Resources.h"
@@ -61,6 +62,9 @@ public:
     BriefWriter &briefs();
     /// Whoever had it start on something waits for it before the application goes.
     LinkCapture &capture();
+
+    /// Where its diagnostics are drawn from. What it gives is good as long as the application is.
+    DiagnosticSources diagnosticSources();
 
     /// What the user has to know of how the settings and the topics were found, as far as they were
     /// opened: French sentences.

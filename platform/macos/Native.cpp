@@ -1,6 +1,7 @@
 #include "platform/Native.h"
 
 #include "platform/macos/BundleApps.h"
+#include "platform/macos/FinderReveal.h"
 #include "platform/macos/MacMotion.h"
 #include "platform/macos/MacTerminals.h"
 
@@ -39,6 +40,8 @@ std::unique_ptr<InstalledApps> installedApps() {
 }
 
 std::unique_ptr<Terminals> terminals() { return std::make_unique<MacTerminals>(); }
+
+std::unique_ptr<FileReveal> fileReveal() { return std::make_unique<FinderReveal>(); }
 
 std::unique_ptr<MotionSetting> motionSetting() { return std::make_unique<MacMotion>(); }
 

@@ -71,6 +71,29 @@ constexpr auto good =
 constexpr auto misfit = R"sh(echo '{"structured_output":{"name":"T"},"total_cost_usd":0.5}')sh";
 constexpr auto busy = R"sh(echo '{"is_error":true,"result":"Busy","total_cost_usd":2}'; exit 1)sh";
 
+TEST_F(AskTest, asks_for_the_users_model_of_the_agent_it_calls_unless_the_question_names_one) {
+    const auto modelOf = [&](AgentKind kind, const std::optional<QString> &named) {
+        Asker asker(m_agent, m_resources, 1ms, [](AgentKind of) {
+            return of == AgentKind::Claude ? std::optional(QStringLiteral("opus")) : std::nullopt;
+        });
+        Question question;
+        question.prompt = QStringLiteral("Find");
+        question.schemaName = QStringLiteral("found-schema");
+        question.agent = kind;
+        question.model = named;
+        test::waitFor(asker.ask<Found>(question));
+        const QStringList arguments = m_agents.calls().last().arguments;
+        const qsizetype at = arguments.indexOf(QStringLiteral("--model"));
+        return at < 0 ? QString() : arguments.value(at + 1);
+    };
+    script({good, good, good});
+    EXPECT_EQ(modelOf(AgentKind::Claude, std::nullopt), QStringLiteral("opus"));
+    EXPECT_EQ(modelOf(AgentKind::Claude, QStringLiteral("haiku")), QStringLiteral("haiku"));
+    m_agents.signIn(AgentKind::Codex);
+    m_agents.install(AgentKind::Codex, R"sh(echo '{"title":"T","about":null}' > "$answer")sh");
+    EXPECT_EQ(modelOf(AgentKind::Codex, std::nullopt), QString());
+}
+
 TEST_F(AskTest, decodes_the_answer_and_tells_its_cost) {
     script({good});
     const auto asked = ask();

@@ -23,6 +23,7 @@ public:
     explicit Story(const QJsonObject &told)
         : m_late(told.value(QStringLiteral("late")).toDouble())
         , m_runSeconds(told.value(QStringLiteral("runSeconds")).toInt())
+        , m_takesOffers(told.value(QStringLiteral("takesOffers")).toBool())
         , m_zone(told.value(QStringLiteral("zone")).toString().toLatin1())
         , m_preferences(
               std::make_unique<SettingsFile>(m_folder.filePath(QStringLiteral("settings.json")))) {
@@ -35,6 +36,9 @@ public:
         schedule.minute = told.value(QStringLiteral("minute")).toInt();
         m_preferences.change(&Settings::schedule, schedule);
         m_clock.moment = told.value(QStringLiteral("start")).toInteger();
+        if (m_takesOffers) { // before a first run nothing is offered
+            m_preferences.change(&Settings::lastSearch, m_clock.now());
+        }
         restart();
     }
 
@@ -49,6 +53,7 @@ public:
         } else if (step.contains(QStringLiteral("sleep"))) {
             m_clock.moment += seconds("sleep"); // timers stand still
             m_timer->look();                    // the app comes to the front again
+            offer();
         } else if (step.contains(QStringLiteral("zone"))) {
             m_zone = QTimeZone(step.value(QStringLiteral("zone")).toString().toLatin1());
         } else {
@@ -57,6 +62,7 @@ public:
     }
 
     const QJsonArray &due() const { return m_due; }
+    const QJsonArray &offered() const { return m_offered; }
 
 private:
     void restart() {
@@ -83,27 +89,46 @@ private:
             seconds -= step;
             m_left -= step;
             if (m_runEnds > 0 && (m_runEnds -= step) == 0) {
-                m_preferences.change(
-                    &Settings::servedSlot,
-                    m_preferences.settings().schedule.slotAt(m_clock.now(), m_zone));
-                m_preferences.change(&Settings::lastSearch, m_clock.now());
+                leaveDate();
                 m_left = std::min(m_left, wait());
             }
             if (m_left == 0) {
                 m_timer->look();
+                offer();
                 m_left = wait();
             }
         }
     }
 
+    /// As a run does at its end.
+    void leaveDate() {
+        m_preferences.change(&Settings::servedSlot,
+                             m_preferences.settings().schedule.slotAt(m_clock.now(), m_zone));
+        m_preferences.change(&Settings::lastSearch, m_clock.now());
+    }
+
+    /// The banner of a missed run, where the story has somebody who takes it up at once.
+    void offer() {
+        const Settings &settings = m_preferences.settings();
+        const auto missed =
+            settings.schedule.missedRun(settings.lastSearch, m_clock.now(), m_zone,
+                                        settings.believedSlot(m_clock.now()));
+        if (m_takesOffers && m_runEnds == 0 && missed) {
+            m_offered.append(missed->toSecsSinceEpoch());
+            leaveDate();
+        }
+    }
+
     double m_late;
     qint64 m_runSeconds;
+    bool m_takesOffers;
     QTimeZone m_zone;
     QTemporaryDir m_folder;
     Preferences m_preferences;
     StoryClock m_clock;
     std::unique_ptr<RunTimer> m_timer;
     QJsonArray m_due;
+    QJsonArray m_offered;
     qint64 m_left = 0;
     qint64 m_runEnds = 0;
 };
@@ -115,7 +140,7 @@ QJsonObject timed(const QJsonObject &question) {
     for (const QJsonValue &step : question.value(QStringLiteral("steps")).toArray()) {
         story.live(step.toObject());
     }
-    return {{QStringLiteral("due"), story.due()}};
+    return {{QStringLiteral("due"), story.due()}, {QStringLiteral("offered"), story.offered()}};
 }
 
 } // namespace vorle::attack

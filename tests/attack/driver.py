@@ -12,6 +12,7 @@ import time
 import traceback
 from pathlib import Path
 
+from attack import slot_table
 from attack.rows import Row, recorded, table
 from attack.world import ROOT, World, sweep
 
@@ -77,11 +78,15 @@ def main(words: list[str]) -> int:
     parser.add_argument("--program", help="the program to attack")
     parser.add_argument("--record", action="store_true",
                         help="put the rows into docs/reliability.md")
+    parser.add_argument("--slots", action="store_true",
+                        help="print what each slot of the schedule got, and nothing else")
     asked = parser.parse_args(words)
     unknown = [area for area in asked.areas if area not in AREAS]
     if unknown:
         parser.error(f"no such area: {', '.join(unknown)}")
     program = program_at(asked.program)
+    if asked.slots:
+        return 1 if slot_table.show(program) else 0
     sweep()
     for number in (signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, leave)

@@ -64,6 +64,30 @@ TEST_F(PreferencesTest, gives_back_every_setting_after_a_restart) {
     EXPECT_FALSE(read(readFile(dir.filePath(QStringLiteral("sub/settings.json")))).job);
 }
 
+TEST_F(PreferencesTest, a_models_name_is_one_an_agent_may_be_given_and_goes_with_its_agent) {
+    Preferences preferences = open();
+    preferences.change(&Settings::agent, QStringLiteral("claude"));
+    for (const char *name : {"opus", "claude-opus-4-1[1m]", "openrouter/x@2:free", "gpt-5.1_a"}) {
+        EXPECT_FALSE(preferences.change(&Settings::agentModel, QString::fromLatin1(name))) << name;
+    }
+    for (const char *name : {"-x", "--model=x", "a b", "a;b", "$(id)", "é", "a\n"}) {
+        EXPECT_TRUE(preferences.change(&Settings::agentModel, QString::fromUtf8(name))) << name;
+    }
+    EXPECT_TRUE(preferences.change(&Settings::agentModel, QString(101, u'a')));
+    EXPECT_EQ(preferences.settings().agentModel, QStringLiteral("gpt-5.1_a"));
+    EXPECT_FALSE(preferences.changeSetting(QStringLiteral("agentModel"), QStringLiteral("")));
+    EXPECT_EQ(preferences.settings().agentModel, std::nullopt) << "none is no name";
+    EXPECT_FALSE(read(R"({"agentModel":"--dangerous"})").agentModel);
+
+    preferences.change(&Settings::agentModel, QStringLiteral("opus"));
+    preferences.change(&Settings::agent, QStringLiteral("claude"));
+    EXPECT_EQ(preferences.settings().agentModel, QStringLiteral("opus"));
+    preferences.change(&Settings::agent, QStringLiteral("codex"));
+    EXPECT_EQ(preferences.settings().agentModel, std::nullopt);
+    ASSERT_TRUE(preferences.flush());
+    EXPECT_FALSE(open().settings().agentModel);
+}
+
 TEST_F(PreferencesTest, reads_what_does_not_fit_as_the_default) {
     const Settings settings = read(R"({"weeklyMinutes":"90","schedule":{"weekdays":[2,9],"hour":8,
         "minute":0},"appearance":"Fluo","accent":3,"notifyReminder":1,"reminder":{"hour":25,
@@ -177,7 +201,7 @@ TEST_F(PreferencesTest, reads_and_changes_settings_by_key) {
     EXPECT_EQ(preferences.changeSetting(QStringLiteral("nope"), 7),
               QStringLiteral("Réglage inconnu : « nope »."));
     EXPECT_EQ(preferences.setting(QStringLiteral("job")), QJsonValue(QJsonValue::Null));
-    EXPECT_EQ(Preferences::settingKeys().size(), 32);
+    EXPECT_EQ(Preferences::settingKeys().size(), 35);
 }
 
 } // namespace

@@ -46,6 +46,11 @@ const QList<Stored> &stored() {
         {"exclusions", "exclusions", QStringList{text("jeux")}, "[[\"jeux\"]]"},
         {"radiusLevel", "radiusLevel2", 6, "[6]"},
         {"agent", "agent", text("codex"), "[\"codex\"]"},
+        {"agentModel", "agentModel", text("opus-4[1m]"), "[\"opus-4[1m]\"]"},
+        {"textScale", "textScale", 130, "[130]"},
+        {"runTime", "schedule", text("9:30"), R"([{"weekdays":[2],"hour":9,"minute":30}])"},
+        {"weekdays", "schedule", QVariant::fromValue(QList<int>{2, 5}),
+         R"([{"weekdays":[2,5],"hour":8,"minute":0}])"},
     };
     return all;
 }
@@ -111,6 +116,9 @@ TEST_F(SettingsModelTest, tells_what_does_not_fit_and_changes_nothing) {
     } rows[] = {
         {"weeklyMinutes", -1, "« weeklyMinutes » attend un nombre entier de 0 à 10080."},
         {"weeklyMinutes", 10081, "« weeklyMinutes » attend un nombre entier de 0 à 10080."},
+        {"runTime", text("25:00"),
+         "Ce n’est pas une heure\u00A0: «\u202F25:00\u202F». Écris par exemple 8:30."},
+        {"textScale", 151, "« textScale » attend un nombre entier de 80 à 150."},
         {"radiusLevel", 7, "« radiusLevel2 » attend un nombre entier de 0 à 6."},
         {"agent", text("gpt"), "« agent » attend \"claude\", \"codex\" ou null."},
         {"accessMode", text("all"),
@@ -128,6 +136,18 @@ TEST_F(SettingsModelTest, tells_what_does_not_fit_and_changes_nothing) {
     }
     ASSERT_TRUE(preferences.flush());
     EXPECT_EQ(preferences.settings(), Settings());
+}
+
+TEST_F(SettingsModelTest, a_time_of_day_goes_round_the_clock_by_minutes) {
+    const struct {
+        const char *time;
+        int minutes;
+        const char *later;
+    } rows[] = {{"8:00", 5, "8:05"}, {"8:00", -5, "7:55"}, {"0:00", -5, "23:55"},
+                {"23:58", 5, "0:03"}, {"830", 5, "8:35"}};
+    for (const auto &[time, minutes, later] : rows) {
+        EXPECT_EQ(SettingsModel::laterTime(text(time), minutes), text(later)) << time;
+    }
 }
 
 TEST_F(SettingsModelTest, tells_a_disk_that_refuses_until_it_takes_it) {

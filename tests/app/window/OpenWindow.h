@@ -5,6 +5,7 @@
 #include "app/wiring/Application.h"
 #include "desktop/ClaudeLauncher.h"
 #include "platform/fakes/FakeFilePicker.h"
+#include "platform/fakes/FakeFileReveal.h"
 #include "platform/fakes/FakeLinkOpener.h"
 #include "platform/fakes/FakeMotionSetting.h"
 #include "platform/fakes/FakePasteboard.h"
@@ -53,7 +54,7 @@ protected:
     void open() {
         m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
             m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
-        Shell::Parts parts = shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files});
+        Shell::Parts parts = shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files, m_reveal});
         parts.terminals = m_terminals.names();
         m_shell = std::make_unique<Shell>(parts);
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
@@ -148,6 +149,7 @@ protected:
     FakePasteboard m_pasteboard;
     FakeLinkOpener m_links;
     FakeFilePicker m_files;
+    FakeFileReveal m_reveal;
     FakeMotionSetting m_motion;
     std::unique_ptr<ClaudeLauncher> m_launcher;
     std::unique_ptr<Shell> m_shell;

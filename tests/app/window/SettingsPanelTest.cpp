@@ -2,6 +2,8 @@
 
 #include "tests/app/window/OpenWindow.h"
 
+#include <QAccessible>
+
 namespace vorle {
 namespace {
 
@@ -11,17 +13,18 @@ protected:
         open();
         press(Qt::Key_Comma, Qt::ControlModifier);
     }
-    /// The label that is chosen in the row of that name.
-    QString chosen(const char *name) {
-        const auto rows = shown([&](const QQuickItem &item) {
-            return item.property("chosen").isValid() && item.property("labels").isValid() &&
-                   item.property("name").toString() == QString::fromUtf8(name);
-        });
-        if (rows.isEmpty()) {
-            return QStringLiteral("no such row");
-        }
-        return rows.first()->property("labels").toStringList().value(
-            rows.first()->property("chosen").toInt());
+    const Settings &settings() const { return m_app->preferences().settings(); }
+    SettingsPages &pages() { return *shell().screens()->settingsPages(); }
+
+    /// What assistive technology is told of the control that has the keyboard.
+    QString here() {
+        QQuickItem *item = window().activeFocusItem();
+        QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
+        return interface == nullptr ? QString() : interface->text(QAccessible::Name);
+    }
+    QByteArray kept() {
+        m_app->preferences().flush();
+        return m_app.program.read("config/vorle/settings.json");
     }
     QPoint middleOf(const char *words) {
         const auto items = shown([&](const QQuickItem &item) {
@@ -34,53 +37,156 @@ protected:
         QTest::mouseClick(&window(), Qt::LeftButton, {}, place);
         QCoreApplication::processEvents();
     }
-    const Settings &settings() const { return m_app->preferences().settings(); }
 };
 
-TEST_F(SettingsPanelTest, each_choice_is_taken_at_once_shown_and_on_the_disk) {
+TEST_F(SettingsPanelTest, every_page_is_worked_by_keys_alone_and_each_change_is_on_the_disk) {
     openSettings();
-    EXPECT_EQ(chosen("Apparence"), QStringLiteral("Automatique"));
-    EXPECT_EQ(chosen("Temps de veille par semaine"), QStringLiteral("3 h"));
-    EXPECT_FALSE(settings().agent) << "shown by what is ready, chosen by nobody";
-    EXPECT_EQ(chosen("IA"), QStringLiteral("Claude Code"));
-    const std::pair<const char *, const char *> picks[] = {
-        {"Apparence", "Sombre"},
-        {"Couleur", "Lagune"},
-        {"IA", "Codex"},
-        {"Notifications", "Jamais"},
-        {"Temps de veille par semaine", "5 h"},
-    };
-    for (const auto &[row, label] : picks) {
-        clickAt(middleOf(label));
-        EXPECT_EQ(chosen(row), QString::fromUtf8(label));
+    EXPECT_EQ(here(), QStringLiteral("Général"));
+    press(Qt::Key_Right);
+    EXPECT_EQ(here(), QStringLiteral("Apparence\u00A0: Automatique"));
+    press(Qt::Key_Left); // round to the last
+    EXPECT_EQ(settings().appearance, Appearance::Dark);
+    press(Qt::Key_Down);
+    EXPECT_EQ(here(), QStringLiteral("Couleur\u00A0: Braise"));
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    EXPECT_EQ(settings().accent, Accent::Lagune);
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    EXPECT_EQ(settings().textScale, 115);
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    EXPECT_EQ(settings().terminal, TerminalApp::Ghostty);
+    for (int i = 0; i < 4; ++i) {
+        press(Qt::Key_Up); // back to the pages
     }
-    EXPECT_EQ(settings().weeklyMinutes, 300);
+    EXPECT_EQ(here(), QStringLiteral("Général"));
+
+    press(Qt::Key_Down);
+    EXPECT_EQ(here(), QStringLiteral("Fouille"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(here(), QStringLiteral("lundi"));
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    press(Qt::Key_Space);
+    EXPECT_EQ(settings().schedule.weekdays, (QList<int>{2, 5}));
+    press(Qt::Key_Down);
+    EXPECT_EQ(here(), QStringLiteral("Heure de la fouille"));
+    type(QStringLiteral("930"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings().schedule, (Schedule{{2, 5}, 9, 30}));
+    press(Qt::Key_Up);
+    EXPECT_EQ(settings().schedule.minute, 35);
+    type(QStringLiteral("99"));
+    press(Qt::Key_Escape); // the draft goes, the panel stays
+    press(Qt::Key_Tab);
+    EXPECT_EQ(settings().schedule, (Schedule{{2, 5}, 9, 35}));
+    EXPECT_EQ(here(), QStringLiteral("Temps de veille par semaine\u00A0: 3\u00A0h"));
+    press(Qt::Key_Right);
+    EXPECT_EQ(settings().weeklyMinutes, 210);
+
+    pages().setPage(2);
+    press(Qt::Key_Up);
+    pages().setPage(2);
+    press(Qt::Key_F, Qt::ControlModifier);
+    press(Qt::Key_Return);
+    EXPECT_EQ(here(), QStringLiteral("Claude Code, déconnecté"));
+    press(Qt::Key_Right);
     EXPECT_EQ(settings().agent, QStringLiteral("codex"));
-    ASSERT_TRUE(m_app->preferences().flush());
-    const QByteArray kept = m_app.program.read("config/vorle/settings.json");
-    for (const char *value : {"\"Sombre\"", "\"Lagune\"", "\"codex\"", "\"Jamais\"", "300"}) {
-        EXPECT_TRUE(kept.contains(value)) << value << " in " << kept.constData();
+    press(Qt::Key_Down);
+    type(QStringLiteral("gpt-5"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(settings().agentModel, QStringLiteral("gpt-5"));
+    const QByteArray disk = kept();
+    for (const char *value : {"\"Sombre\"", "\"Lagune\"", "115", "\"Ghostty\"", "210", "\"codex\"",
+                              "\"gpt-5\""}) {
+        EXPECT_TRUE(disk.contains(value)) << value << " in " << disk.constData();
     }
+}
+
+TEST_F(SettingsPanelTest, typing_searches_all_pages_and_escape_gives_the_search_up_first) {
+    openSettings();
+    type(QStringLiteral("export"));
+    EXPECT_EQ(pages().query(), QStringLiteral("export"));
+    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Tout emporter")));
+    EXPECT_FALSE(shownTexts().contains(QStringLiteral("Apparence")));
+    press(Qt::Key_Return);
+    EXPECT_EQ(here(), QStringLiteral("Exporter…"));
+    press(Qt::Key_F, Qt::ControlModifier);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(pages().searching());
+    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Apparence")));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(window().property("covered").toBool());
 }
 
 TEST_F(SettingsPanelTest, a_click_inside_stays_inside_and_one_beside_closes) {
     openSettings();
     clickAt(middleOf("Couleur")); // a name: nothing to choose
-    EXPECT_EQ(chosen("Couleur"), QStringLiteral("Braise"));
+    EXPECT_TRUE(window().property("covered").toBool());
+    clickAt(middleOf("Sombre"));
+    EXPECT_EQ(settings().appearance, Appearance::Dark);
     clickAt({4, 4});
-    EXPECT_EQ(chosen("Couleur"), QStringLiteral("no such row"));
+    EXPECT_FALSE(window().property("covered").toBool());
 }
 
-TEST_F(SettingsPanelTest, what_changes_elsewhere_is_seen_in_the_open_panel) {
+TEST_F(SettingsPanelTest, what_a_command_sets_is_seen_in_the_open_panel) {
     openSettings();
     m_app->preferences().watch();
+    pages().setPage(1);
     EXPECT_EQ(m_app.program.run("reglages weeklyMinutes 120").status, 0);
-    test::spinUntil([&] { return chosen("Temps de veille par semaine") == QStringLiteral("2 h"); });
-    m_app->preferences().change(&Settings::weeklyMinutes, 90);
+    EXPECT_EQ(m_app.program
+                  .run({QStringLiteral("reglages"), QStringLiteral("schedule"),
+                        QStringLiteral(R"({"weekdays":[],"hour":8,"minute":0})")})
+                  .status,
+              0);
+    test::spinUntil([&] { return shownTexts().contains(QStringLiteral("2\u00A0h")); });
+    test::spinUntil(
+        [&] { return shownTexts().contains(QStringLiteral("Aucune fouille ne part seule.")); });
+}
+
+TEST_F(SettingsPanelTest, the_data_page_shows_copies_and_takes_out) {
+    fill();
+    openSettings();
+    pages().setPage(3);
     QCoreApplication::processEvents();
-    EXPECT_EQ(chosen("Temps de veille par semaine"), QString()) << "none of those on offer";
-    clickAt(middleOf("1 h"));
-    EXPECT_EQ(settings().weeklyMinutes, 60);
+    click(QStringLiteral("Show"));
+    EXPECT_EQ(m_reveal.revealed, QStringList{store().file()});
+    click(QStringLiteral("Copier"));
+    EXPECT_TRUE(m_pasteboard.text().contains(QStringLiteral("inbox 3"))) << m_pasteboard.text().toStdString();
+    EXPECT_FALSE(m_pasteboard.text().contains(QStringLiteral("Sujet 9")));
+    m_files.answer = m_app.program.path("dehors");
+    click(QStringLiteral("Exporter…"));
+    test::spinUntil([&] {
+        return !shownTexts().filter(QStringLiteral("6 sujets dans ")).isEmpty();
+    });
+    EXPECT_EQ(m_app.program.read("dehors/topics.json"),
+              m_app.program.read("data/vorle/topics.json"));
+    pages().setPage(1);
+    QCoreApplication::processEvents();
+    click(QStringLiteral("Ton territoire"));
+    EXPECT_FALSE(window().property("covered").toBool());
+    EXPECT_EQ(shell().sections()->current(), Section::Territory);
+}
+
+TEST_F(SettingsPanelTest, nothing_is_cut_at_the_smallest_window_and_the_largest_text) {
+    m_app->preferences().change(&Settings::textScale, 130);
+    openSettings();
+    window().resize(700, 500);
+    for (int page = 0; page < pages().pages().size(); ++page) {
+        pages().setPage(page);
+        QTest::qWait(50);
+        for (const QQuickItem *item : shown([](const QQuickItem &each) {
+                 return each.property("paintedWidth").isValid() &&
+                        each.property("elide").isValid() &&
+                        !each.property("text").toString().isEmpty();
+             })) {
+            const std::string words = item->property("text").toString().toStdString();
+            EXPECT_LE(item->property("paintedWidth").toReal(), item->width() + 1) << words;
+            EXPECT_LE(item->mapToScene({item->width(), 0}).x(), window().width() - 20) << words;
+        }
+    }
 }
 
 } // namespace

@@ -1,0 +1,77 @@
+import QtQuick
+import Vorle
+import Vorle.Models
+
+// One setting: what it is called, what it is for, and its control at the right; under the words
+// where there is no room beside them.
+Item {
+    id: row
+
+    required property SettingsPages pages
+    required property string key // see SettingsPages
+    property string help: pages.help(key)
+    property bool troubled: false // the help tells of a fault
+    readonly property string title: pages.title(key)
+    readonly property bool shown: isShown(pages.shown)
+    default property alias control: holder.data // one item
+
+    readonly property Item held: holder.children.length > 0 ? holder.children[0] : null
+    readonly property bool below: held !== null && held.implicitWidth > width * 0.62
+
+    function isShown(keys: list<string>): bool {
+        for (let i = 0; i < keys.length; ++i) {
+            if (keys[i] === key) {
+                return true;
+            }
+        }
+        return false;
+    }
+    function takeFocus() {
+        holder.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    visible: shown
+    width: parent?.width ?? 0
+    implicitHeight: Math.max(60, (below ? words.height + 8 + holder.height : Math.max(words.height, holder.height)) + 20)
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title
+    Accessible.description: help
+
+    Column {
+        id: words
+        anchors.verticalCenter: row.below ? undefined : parent.verticalCenter
+        y: 10
+        width: row.below ? parent.width : parent.width - holder.width - 20
+        spacing: 2
+
+        Label {
+            width: parent.width
+            text: row.title
+            font.pixelSize: Theme.textMenu
+            font.weight: Font.Medium
+            Accessible.ignored: true
+        }
+        Label {
+            width: parent.width
+            visible: text.length > 0
+            text: row.help
+            color: row.troubled ? Theme.tintInk : Theme.inkSoft
+            font.pixelSize: Theme.textNote
+            Accessible.ignored: true
+        }
+    }
+    Item {
+        id: holder
+        anchors.right: row.below ? undefined : parent.right
+        x: 0
+        y: row.below ? words.y + words.height + 8 : (parent.height - height) / 2
+        width: row.held === null ? 0 : Math.min(row.held.implicitWidth, row.width)
+        height: row.held?.implicitHeight ?? 0
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 1
+        color: Theme.line
+    }
+}

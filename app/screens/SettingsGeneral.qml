@@ -1,0 +1,75 @@
+import QtQuick
+import Vorle
+import Vorle.Models
+
+// How it looks, and where a first step is taken.
+SettingsPage {
+    id: page
+
+    required property Shell shell
+    readonly property SettingsModel settings: shell.settings
+    readonly property var scales: [90, 100, 115, 130]
+
+    function indexOf(word: string, words: list<string>): int {
+        for (let i = 0; i < words.length; ++i) {
+            if (words[i] === word) {
+                return i;
+            }
+        }
+        return -1;
+    }
+
+    name: qsTr("Général")
+
+    SettingRow {
+        pages: page.pages
+        key: "appearance"
+
+        Segments {
+            name: qsTr("Apparence")
+            labels: [qsTr("Automatique"), qsTr("Clair"), qsTr("Sombre")]
+            upDown: false
+            chosen: page.indexOf(page.settings.appearance, page.settings.appearances)
+            onPicked: index => page.settings.appearance = page.settings.appearances[index]
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "accent"
+
+        Swatches {
+            name: qsTr("Couleur")
+            words: page.settings.accents
+            colours: Object.values(Theme.accents).map(pair => Theme.dark ? pair.dark : pair.light)
+            present: page.settings.accent
+            onPicked: word => page.settings.accent = word
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "textScale"
+
+        Segments {
+            name: qsTr("Taille du texte")
+            labels: page.scales.map(scale => qsTr("%1 %").arg(scale))
+            upDown: false
+            chosen: page.scales.indexOf(page.settings.textScale)
+            onPicked: index => page.settings.textScale = page.scales[index]
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "terminal"
+        help: page.shell.terminals.length > 0 ? pages.help(key) : qsTr("Je n’ai trouvé aucun terminal sur cette machine.")
+        troubled: page.shell.terminals.length === 0
+
+        Segments {
+            visible: page.shell.terminals.length > 0
+            name: qsTr("Terminal")
+            labels: page.shell.terminals
+            upDown: false
+            chosen: page.indexOf(page.settings.terminal, page.shell.terminals)
+            onPicked: index => page.settings.terminal = page.shell.terminals[index]
+        }
+    }
+}

@@ -1,0 +1,66 @@
+#include "app/window/Screens.h"
+
+#include "platform/FileReveal.h"
+#include "platform/Pasteboard.h"
+
+#include <QDir>
+
+namespace vorle {
+
+Screens::Screens(Parts parts, QObject *parent) : QObject(parent), m_parts(std::move(parts)) {}
+
+Screens::~Screens() = default;
+
+SettingsPages *Screens::settingsPages() {
+    if (!m_settingsPages) {
+        m_settingsPages = std::make_unique<SettingsPages>(
+            m_parts.preferences, m_parts.asker.agent().locator(), m_parts.clock);
+    }
+    return m_settingsPages.get();
+}
+
+BenchPreview *Screens::bench() {
+    if (!m_bench) {
+        m_bench = std::make_unique<BenchPreview>(m_parts.asker);
+    }
+    return m_bench.get();
+}
+
+TransferModel *Screens::transfer() {
+    if (!m_transfer) {
+        m_transfer = std::make_unique<TransferModel>(TransferModel::Parts{
+            m_parts.store, m_parts.files, m_parts.clock, m_parts.readOn});
+    }
+    return m_transfer.get();
+}
+
+QString Screens::topicsPath() const {
+    const QString home = QDir::homePath() + u'/';
+    const QString path = m_parts.store.file();
+    return path.startsWith(home) ? QStringLiteral("~/") + path.sliced(home.size()) : path;
+}
+
+QString Screens::revealLabel() const { return m_parts.reveal.label(); }
+
+void Screens::revealTopics() {
+    m_parts.store.flush(); // so that it is there
+    if (!m_parts.reveal.reveal(m_parts.store.file())) {
+        Q_EMIT said(tr("Je n’ai pas pu ouvrir ce dossier."));
+    }
+}
+
+void Screens::copyDiagnostics() {
+    m_parts.pasteboard.replace(m_parts.diagnosticText());
+    Q_EMIT said(tr("Diagnostics copiés\u00A0: colle-les où tu veux."));
+}
+
+Task<> Screens::stopped() {
+    if (m_bench) {
+        co_await m_bench->stopped();
+    }
+    if (m_transfer) {
+        co_await m_transfer->stopped();
+    }
+}
+
+} // namespace vorle

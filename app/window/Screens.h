@@ -1,0 +1,78 @@
+#pragma once
+
+#include "agents/Ask.h"
+#include "app/models/BenchPreview.h"
+#include "app/models/SettingsPages.h"
+#include "app/models/TransferModel.h"
+#include "base/Async.h"
+#include "base/Clock.h"
+#include "core/Preferences.h"
+#include "core/TopicStore.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <memory>
+
+namespace vorle {
+
+class FilePicker;
+class FileReveal;
+class Pasteboard;
+
+/// What single screens stand on, beside what the whole window does: each model is made when its
+/// screen first asks for it, so that the first frame waits for none of them. Main thread.
+class Screens final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(vorle::SettingsPages *settingsPages READ settingsPages CONSTANT FINAL)
+    Q_PROPERTY(vorle::BenchPreview *bench READ bench CONSTANT FINAL)
+    Q_PROPERTY(vorle::TransferModel *transfer READ transfer CONSTANT FINAL)
+    /// Where the topics lie, with "~" for the home.
+    Q_PROPERTY(QString topicsPath READ topicsPath CONSTANT FINAL)
+    /// "Montrer dans le Finder"
+    Q_PROPERTY(QString revealLabel READ revealLabel CONSTANT FINAL)
+
+public:
+    /// All of it outlives them.
+    struct Parts {
+        const Preferences &preferences;
+        TopicStore &store;
+        Asker &asker;
+        const Clock &clock;
+        Pasteboard &pasteboard;
+        FilePicker &files;
+        FileReveal &reveal;
+        std::function<QString()> diagnosticText;
+        std::function<void()> readOn; ///< has captured links that wait be read
+    };
+    explicit Screens(Parts parts, QObject *parent = nullptr);
+    ~Screens() override;
+
+    SettingsPages *settingsPages();
+    BenchPreview *bench();
+    TransferModel *transfer();
+    QString topicsPath() const;
+    QString revealLabel() const;
+
+    /// Shows the topics file in the system's file browser.
+    Q_INVOKABLE void revealTopics();
+    /// Puts the diagnostics on the pasteboard.
+    Q_INVOKABLE void copyDiagnostics();
+    /// Stops what the screens have under way, and waits for its end.
+    Task<> stopped();
+
+Q_SIGNALS:
+    /// A word for the user on what they just did.
+    void said(const QString &sentence);
+
+private:
+    Parts m_parts;
+    std::unique_ptr<SettingsPages> m_settingsPages;
+    std::unique_ptr<BenchPreview> m_bench;
+    std::unique_ptr<TransferModel> m_transfer;
+};
+
+} // namespace vorle

@@ -1,0 +1,110 @@
+#include "app/models/SettingsPages.h"
+
+#include "core/SettingsTable.h"
+#include "tests/core/Samples.h"
+#include "tests/storage/SettingsFixture.h"
+#include "tests/support/ScriptedAgent.h"
+#include "tests/support/Text.h"
+
+#include <QSignalSpy>
+
+namespace vorle {
+namespace {
+
+using test::text;
+
+class SettingsPagesTest : public test::SettingsFixture {
+protected:
+    test::ScriptedAgent agents;
+    test::FixedClock clock;
+    Preferences preferences = open();
+    AgentLocator locator{agents.environment(), [this] {
+                             return preferences.settings().agent.value_or(QString());
+                         }};
+    SettingsPages pages{preferences, locator, clock, QTimeZone::utc()};
+};
+
+TEST_F(SettingsPagesTest, a_page_shows_its_rows_and_none_whose_day_has_not_come) {
+    EXPECT_EQ(pages.pages(),
+              (QStringList{text("Général"), text("Fouille"), text("Ton IA"), text("Tes données")}));
+    QStringList seen;
+    for (int page = 0; page < pages.pages().size(); ++page) {
+        pages.setPage(page);
+        EXPECT_EQ(pages.shownPages(), QStringList{pages.pages()[page]});
+        EXPECT_FALSE(pages.shown().isEmpty());
+        for (const QString &row : pages.shown()) {
+            EXPECT_FALSE(SettingsPages::title(row).isEmpty()) << row.toStdString();
+        }
+        seen += pages.shown();
+    }
+    EXPECT_EQ(seen.removeDuplicates(), 0);
+    for (const char *later : {"notifyMode", "notifyReminder", "captureShortcut", "proposeTab",
+                              "openAtLogin", "onboarding", "calibration"}) {
+        EXPECT_FALSE(seen.contains(text(later))) << later;
+        pages.setQuery(SettingsPages::title(text(later)));
+        EXPECT_FALSE(pages.shown().contains(text(later))) << later;
+    }
+    pages.setPage(99);
+    EXPECT_EQ(pages.page(), 3);
+}
+
+TEST_F(SettingsPagesTest, a_search_goes_over_all_pages_by_every_word_without_case_or_accents) {
+    const std::pair<const char *, QStringList> searches[] = {
+        {"THEME", {text("appearance"), text("accent")}},
+        {"thème sombre", {text("appearance")}},
+        {"modele", {text("agentModel")}},
+        {"exporter", {text("archive"), text("notes")}},
+        {"  veille   semaine ", {text("weeklyMinutes")}},
+        {"jeudi", {text("weekdays")}},
+        {"banc d'essai", {text("bench")}},
+        {"chaussette", {}},
+    };
+    for (const auto &[words, rows] : searches) {
+        pages.setQuery(text(words));
+        EXPECT_TRUE(pages.searching());
+        EXPECT_EQ(pages.shown(), rows) << words << ": " << pages.shown().join(u' ').toStdString();
+    }
+    pages.setQuery(text("données"));
+    EXPECT_EQ(pages.shownPages(), QStringList{text("Tes données")});
+    pages.setPage(1);
+    EXPECT_FALSE(pages.searching()) << "a page that is asked for ends the search";
+    EXPECT_EQ(pages.shownPages(), QStringList{text("Fouille")});
+}
+
+TEST_F(SettingsPagesTest, what_is_told_of_a_setting_follows_it_and_the_agents_as_they_are) {
+    QSignalSpy told(&pages, &SettingsPages::settingsChanged);
+    preferences.change(&Settings::weeklyMinutes, 90);
+    preferences.change(&Settings::radiusLevel, 1);
+    preferences.change(&Settings::schedule, Schedule{{5}, 7, 30});
+    EXPECT_EQ(told.count(), 3);
+    EXPECT_EQ(pages.weeklyText(), text("1\u00A0h\u00A030"));
+    EXPECT_EQ(pages.radiusText(), text("Et chez tes voisins"));
+    EXPECT_EQ(pages.nextRunText(), text("Prochaine fouille jeudi 5 novembre à 7:30."));
+
+    const auto card = [this](int index) { return pages.agents()[index].value<AgentCard>(); };
+    EXPECT_EQ(card(0).state, text("introuvable"));
+    EXPECT_TRUE(card(0).chosen);
+    agents.install(AgentKind::Codex, "true");
+    EXPECT_EQ(card(1).state, text("déconnecté"));
+    agents.signIn(AgentKind::Codex);
+    EXPECT_EQ(card(1).state, text("prêt"));
+    EXPECT_TRUE(card(1).chosen) << "by what is ready";
+    EXPECT_EQ(card(1).text, text("Je fouillerai avec ton compte ChatGPT."));
+    QSignalSpy agentsTold(&pages, &SettingsPages::agentsChanged);
+    preferences.change(&Settings::agent, text("claude"));
+    EXPECT_TRUE(card(0).chosen);
+    EXPECT_EQ(agentsTold.count(), 1);
+}
+
+TEST_F(SettingsPagesTest, the_weeks_time_goes_by_half_hours_within_what_it_may_be) {
+    const std::pair<std::pair<int, int>, int> steps[] = {
+        {{180, 1}, 210}, {{180, -1}, 150}, {{100, 1}, 120},     {{100, -1}, 90},
+        {{0, -1}, 0},    {{10, -1}, 0},    {{10'080, 1}, 10'080}, {{10'070, 1}, 10'080},
+    };
+    for (const auto &[from, to] : steps) {
+        EXPECT_EQ(SettingsPages::steppedMinutes(from.first, from.second), to) << from.first;
+    }
+}
+
+} // namespace
+} // namespace vorle
