@@ -16,7 +16,7 @@ set(VORLE_QML
     controls/AddField.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
     controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml
-    controls/SchedulePicker.qml controls/Stepper.qml controls/AgentChoice.qml controls/SettingRow.qml controls/SettingsPage.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
+    controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
     screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml

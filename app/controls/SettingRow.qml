@@ -11,6 +11,7 @@ Item {
     required property string key // see SettingsPages
     property string help: pages.help(key)
     property bool troubled: false // the help tells of a fault
+    property bool bare: false // the control says all of it, over the whole width
     readonly property string title: pages.title(key)
     readonly property bool shown: isShown(pages.shown)
     default property alias control: holder.data // one item
@@ -32,13 +33,14 @@ Item {
 
     visible: shown
     width: parent?.width ?? 0
-    implicitHeight: Math.max(60, (below ? words.height + 8 + holder.height : Math.max(words.height, holder.height)) + 20)
+    implicitHeight: bare ? held?.implicitHeight ?? 0 : Math.max(60, (below ? words.height + 8 + holder.height : Math.max(words.height, holder.height)) + 20)
     Accessible.role: Accessible.Grouping
     Accessible.name: title
     Accessible.description: help
 
     Column {
         id: words
+        visible: !row.bare
         anchors.verticalCenter: row.below ? undefined : parent.verticalCenter
         y: 10
         width: row.below ? parent.width : parent.width - holder.width - 20
@@ -62,10 +64,9 @@ Item {
     }
     Item {
         id: holder
-        anchors.right: row.below ? undefined : parent.right
-        x: 0
-        y: row.below ? words.y + words.height + 8 : (parent.height - height) / 2
-        width: row.held === null ? 0 : Math.min(row.held.implicitWidth, row.width)
+        x: row.below || row.bare ? 0 : parent.width - width
+        y: row.bare ? 0 : row.below ? words.y + words.height + 8 : (parent.height - height) / 2
+        width: row.held === null ? 0 : row.bare ? row.width : Math.min(row.held.implicitWidth, row.width)
         height: row.held?.implicitHeight ?? 0
     }
     Rectangle {

@@ -99,24 +99,15 @@ bool holds(const RowEntry &entry, const QList<QByteArray> &words) {
 
 } // namespace
 
-SettingsPages::SettingsPages(const Preferences &preferences, const AgentLocator &agents,
-                             const Clock &clock, const LocalZone &zone, QObject *parent)
-    : QObject(parent)
-    , m_preferences(preferences)
-    , m_agents(agents)
-    , m_clock(clock)
-    , m_zone(zone) {
+SettingsPages::SettingsPages(const Preferences &preferences, const Clock &clock,
+                             const LocalZone &zone, QObject *parent)
+    : QObject(parent), m_preferences(preferences), m_clock(clock), m_zone(zone) {
     for (const RowEntry &entry : rowEntries) {
         if (entry.state == Row::Shown && !m_pages.contains(text(entry.page))) {
             m_pages += text(entry.page);
         }
     }
-    connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"agent") {
-            Q_EMIT agentsChanged();
-        }
-        Q_EMIT settingsChanged();
-    });
+    connect(&preferences, &Preferences::changed, this, &SettingsPages::settingsChanged);
 }
 
 void SettingsPages::setPage(int page) {
@@ -167,45 +158,6 @@ QString SettingsPages::help(const QString &row) {
     return entry == nullptr || *entry->help == '\0' ? QString() : text(entry->help);
 }
 
-QVariantList SettingsPages::agents() const {
-    QVariantList cards;
-    const AgentKind chosen = m_agents.choose();
-    for (const AgentKind kind : {AgentKind::Claude, AgentKind::Codex}) {
-        const bool claude = kind == AgentKind::Claude;
-        AgentCard card;
-        card.word = json::rawText(kind);
-        card.name = displayName(kind);
-        card.chosen = kind == chosen;
-        switch (m_agents.readiness(kind)) {
-        case AgentReadiness::Ready:
-            card.ready = true;
-            card.state = tr("prêt");
-            card.text = claude ? tr("Je fouillerai avec ton abonnement Claude.")
-                               : tr("Je fouillerai avec ton compte ChatGPT.");
-            if (card.chosen) {
-                card.note = tr("Chaque fouille compte dans ton quota, comme une conversation. Par "
-                               "défaut, une par semaine, le lundi.");
-            }
-            break;
-        case AgentReadiness::SignedOut:
-            card.state = tr("déconnecté");
-            card.text = tr("%1\u00A0: lance «\u202F%2\u202F» dans un terminal, et connecte-toi.")
-                            .arg(signInLabel(kind), claude ? QStringLiteral("claude")
-                                                           : QStringLiteral("codex login"));
-            break;
-        case AgentReadiness::Missing:
-            card.state = tr("introuvable");
-            card.text = claude ? tr("Installe Claude Code, puis reviens\u00A0: je le vois tout de "
-                                    "suite.")
-                               : tr("Installe Codex, puis reviens\u00A0: je le vois tout de "
-                                    "suite.");
-            break;
-        }
-        cards += QVariant::fromValue(card);
-    }
-    return cards;
-}
-
 QString SettingsPages::nextRunText() const {
     return nextRunSentence(m_preferences.settings(), m_clock.now(), m_zone);
 }
@@ -235,9 +187,6 @@ int SettingsPages::steppedMinutes(int minutes, int by) {
     return std::clamp(next, weeklyMinutesRange.least, weeklyMinutesRange.most);
 }
 
-void SettingsPages::refresh() {
-    Q_EMIT agentsChanged();
-    Q_EMIT settingsChanged();
-}
+void SettingsPages::refresh() { Q_EMIT settingsChanged(); }
 
 } // namespace vorle

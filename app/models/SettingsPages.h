@@ -1,40 +1,14 @@
 #pragma once
 
-#include "agents/AgentLocator.h"
 #include "base/Clock.h"
 #include "base/LocalZone.h"
 #include "core/Preferences.h"
 
 #include <QObject>
 #include <QStringList>
-#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 namespace vorle {
-
-/// An agent among the settings.
-struct AgentCard {
-    Q_GADGET
-    QML_VALUE_TYPE(agentCard)
-    Q_PROPERTY(QString word MEMBER word FINAL) ///< "claude", as it is kept
-    Q_PROPERTY(QString name MEMBER name FINAL)
-    Q_PROPERTY(QString state MEMBER state FINAL) ///< "prêt", "déconnecté", "introuvable"
-    Q_PROPERTY(bool ready MEMBER ready FINAL)
-    Q_PROPERTY(bool chosen MEMBER chosen FINAL)
-    Q_PROPERTY(QString text MEMBER text FINAL) ///< what it will be, or what it lacks
-    Q_PROPERTY(QString note MEMBER note FINAL) ///< "" but for the chosen one that is ready
-
-public:
-    QString word;
-    QString name;
-    QString state;
-    bool ready = false;
-    bool chosen = false;
-    QString text;
-    QString note;
-
-    bool operator==(const AgentCard &) const = default;
-};
 
 /// The settings as rows on pages, which can be searched: what each is called, what it is for, and
 /// which of them are shown now. The values are SettingsModel's. Main thread; what it is given
@@ -55,8 +29,6 @@ class SettingsPages final : public QObject {
     /// The pages that they stand on, by their name.
     Q_PROPERTY(QStringList shownPages READ shownPages NOTIFY shownChanged FINAL)
 
-    /// The two agents, as they are now; see refresh().
-    Q_PROPERTY(QVariantList agents READ agents NOTIFY agentsChanged FINAL)
     /// "Prochaine fouille lundi 23 novembre à 8:00."
     Q_PROPERTY(QString nextRunText READ nextRunText NOTIFY settingsChanged FINAL)
     /// "3 h"
@@ -67,8 +39,8 @@ class SettingsPages final : public QObject {
     Q_PROPERTY(QString versionText READ versionText CONSTANT FINAL)
 
 public:
-    SettingsPages(const Preferences &preferences, const AgentLocator &agents, const Clock &clock,
-                  const LocalZone &zone = {}, QObject *parent = nullptr);
+    SettingsPages(const Preferences &preferences, const Clock &clock, const LocalZone &zone = {},
+                  QObject *parent = nullptr);
 
     QStringList pages() const { return m_pages; }
     int page() const { return m_page; }
@@ -78,7 +50,6 @@ public:
     bool searching() const;
     QStringList shown() const;
     QStringList shownPages() const;
-    QVariantList agents() const;
     QString nextRunText() const;
     QString weeklyText() const;
     QString radiusText() const;
@@ -89,17 +60,15 @@ public:
     Q_INVOKABLE static QString help(const QString &row);
     /// The week's time one step further: the next half hour up or down, within what it may be.
     Q_INVOKABLE static int steppedMinutes(int minutes, int by);
-    /// Looks again at the clock and at the agents: one may have been installed meanwhile.
+    /// Looks again at the clock.
     Q_INVOKABLE void refresh();
 
 Q_SIGNALS:
     void shownChanged();
-    void agentsChanged();
     void settingsChanged();
 
 private:
     const Preferences &m_preferences;
-    const AgentLocator &m_agents;
     const Clock &m_clock;
     LocalZone m_zone;
     QStringList m_pages;

@@ -14,17 +14,37 @@ SettingsPage {
     name: qsTr("Ton IA")
 
     SettingRow {
+        id: row
         pages: page.pages
         key: "agent"
-        implicitHeight: choice.implicitHeight
+        bare: true
 
-        AgentChoice {
-            id: choice
-            implicitWidth: page.width
+        Column {
+            id: agents
             width: page.width
-            name: qsTr("Ton IA")
-            agents: page.pages.agents
-            onPicked: word => page.settings.agent = word
+            spacing: 8
+            topPadding: 4
+            bottomPadding: 14
+            Accessible.role: Accessible.Grouping
+            Accessible.name: row.title
+
+            Repeater {
+                model: page.shell.agentStates.rows
+
+                AgentRow {
+                    required property agentState modelData
+                    width: agents.width
+                    agent: modelData
+                    onPicked: page.settings.agent = modelData.kind
+                }
+            }
+            Label {
+                width: parent.width
+                visible: page.shell.agentStates.ready
+                text: qsTr("Chaque fouille compte dans ton quota, comme une conversation. Par défaut, une par semaine, le lundi.")
+                color: Theme.inkSoft
+                font.pixelSize: Theme.textNote
+            }
         }
     }
     SettingRow {

@@ -25,6 +25,7 @@ Panel {
         if (shown) {
             pages.query = "";
             pages.refresh();
+            shell.agentStates.refresh(); // one may have been installed meanwhile
             flick.contentY = 0;
             menu.takeFocus();
         }

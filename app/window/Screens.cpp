@@ -13,8 +13,7 @@ Screens::~Screens() = default;
 
 SettingsPages *Screens::settingsPages() {
     if (!m_settingsPages) {
-        m_settingsPages = std::make_unique<SettingsPages>(
-            m_parts.preferences, m_parts.asker.agent().locator(), m_parts.clock);
+        m_settingsPages = std::make_unique<SettingsPages>(m_parts.preferences, m_parts.clock);
     }
     return m_settingsPages.get();
 }

@@ -27,7 +27,7 @@ public:
 private:
     Task<std::optional<QString>> given(const QString &title) {
         asked += title;
-        co_return answer;
+        co_return std::optional<QString>(answer); // a copy: it may be asked again
     }
 };
 

@@ -1,9 +1,7 @@
 #include "app/models/SettingsPages.h"
 
-#include "core/SettingsTable.h"
 #include "tests/core/Samples.h"
 #include "tests/storage/SettingsFixture.h"
-#include "tests/support/ScriptedAgent.h"
 #include "tests/support/Text.h"
 
 #include <QSignalSpy>
@@ -15,13 +13,9 @@ using test::text;
 
 class SettingsPagesTest : public test::SettingsFixture {
 protected:
-    test::ScriptedAgent agents;
     test::FixedClock clock;
     Preferences preferences = open();
-    AgentLocator locator{agents.environment(), [this] {
-                             return preferences.settings().agent.value_or(QString());
-                         }};
-    SettingsPages pages{preferences, locator, clock, QTimeZone::utc()};
+    SettingsPages pages{preferences, clock, QTimeZone::utc()};
 };
 
 TEST_F(SettingsPagesTest, a_page_shows_its_rows_and_none_whose_day_has_not_come) {
@@ -71,7 +65,7 @@ TEST_F(SettingsPagesTest, a_search_goes_over_all_pages_by_every_word_without_cas
     EXPECT_EQ(pages.shownPages(), QStringList{text("Fouille")});
 }
 
-TEST_F(SettingsPagesTest, what_is_told_of_a_setting_follows_it_and_the_agents_as_they_are) {
+TEST_F(SettingsPagesTest, what_is_told_of_a_setting_follows_it) {
     QSignalSpy told(&pages, &SettingsPages::settingsChanged);
     preferences.change(&Settings::weeklyMinutes, 90);
     preferences.change(&Settings::radiusLevel, 1);
@@ -80,20 +74,6 @@ TEST_F(SettingsPagesTest, what_is_told_of_a_setting_follows_it_and_the_agents_as
     EXPECT_EQ(pages.weeklyText(), text("1\u00A0h\u00A030"));
     EXPECT_EQ(pages.radiusText(), text("Et chez tes voisins"));
     EXPECT_EQ(pages.nextRunText(), text("Prochaine fouille jeudi 5 novembre à 7:30."));
-
-    const auto card = [this](int index) { return pages.agents()[index].value<AgentCard>(); };
-    EXPECT_EQ(card(0).state, text("introuvable"));
-    EXPECT_TRUE(card(0).chosen);
-    agents.install(AgentKind::Codex, "true");
-    EXPECT_EQ(card(1).state, text("déconnecté"));
-    agents.signIn(AgentKind::Codex);
-    EXPECT_EQ(card(1).state, text("prêt"));
-    EXPECT_TRUE(card(1).chosen) << "by what is ready";
-    EXPECT_EQ(card(1).text, text("Je fouillerai avec ton compte ChatGPT."));
-    QSignalSpy agentsTold(&pages, &SettingsPages::agentsChanged);
-    preferences.change(&Settings::agent, text("claude"));
-    EXPECT_TRUE(card(0).chosen);
-    EXPECT_EQ(agentsTold.count(), 1);
 }
 
 TEST_F(SettingsPagesTest, the_weeks_time_goes_by_half_hours_within_what_it_may_be) {
