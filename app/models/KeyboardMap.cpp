@@ -20,7 +20,7 @@ enum class Group { Everywhere, Inbox, Program, ReserveAndLibrary };
 
 /// A row's keys also act in sections whose group does not name them: reading is the same in every
 /// list, and moving in every section.
-enum class Reach { Group, EveryList, EverySection };
+enum class KeyScope { Group, EveryList, EverySection };
 
 struct Binding {
     int key;
@@ -37,7 +37,7 @@ struct Row {
     Group group;
     QStringView keys;  // a Mac's glyphs; empty: not in the sheet
     const char *label; // French, translated when it is shown; null in a row without keys
-    Reach reach;
+    KeyScope reach;
     std::span<const Binding> bindings;
 };
 
@@ -89,35 +89,35 @@ public:
         {Group::Everywhere,
          u"⌃⌥ Espace",
          QT_TR_NOOP("Ajouter un sujet, depuis n’importe quelle app"),
-         Reach::Group,
+         KeyScope::Group,
          {}},
-        {Group::Everywhere, u"⌘K", QT_TR_NOOP("Rechercher"), Reach::Group, searchKeys},
-        {Group::Everywhere, u"⌘N", QT_TR_NOOP("Ajouter un sujet"), Reach::Group, addKeys},
-        {Group::Everywhere, u"⌘1 … ⌘6", QT_TR_NOOP("Aller à une rubrique"), Reach::Group,
+        {Group::Everywhere, u"⌘K", QT_TR_NOOP("Rechercher"), KeyScope::Group, searchKeys},
+        {Group::Everywhere, u"⌘N", QT_TR_NOOP("Ajouter un sujet"), KeyScope::Group, addKeys},
+        {Group::Everywhere, u"⌘1 … ⌘6", QT_TR_NOOP("Aller à une rubrique"), KeyScope::Group,
          sectionKeys},
-        {Group::Everywhere, u"← →", QT_TR_NOOP("Passer du menu au contenu"), Reach::Group,
+        {Group::Everywhere, u"← →", QT_TR_NOOP("Passer du menu au contenu"), KeyScope::Group,
          sideKeys},
-        {Group::Everywhere, u"⌘R", QT_TR_NOOP("Fouiller maintenant"), Reach::Group, runKeys},
-        {Group::Everywhere, u"⌘Z", QT_TR_NOOP("Annuler le dernier tri"), Reach::Group, undoKeys},
-        {Group::Everywhere, {}, {}, Reach::Group, redoKeys},
-        {Group::Everywhere, u"⌘,", QT_TR_NOOP("Réglages"), Reach::Group, settingsKeys},
-        {Group::Everywhere, u"?  ou  ⌘/", QT_TR_NOOP("Ces raccourcis"), Reach::Group, helpKeys},
-        {Group::Inbox, u"↑ ↓", QT_TR_NOOP("Sujet précédent, suivant"), Reach::EverySection,
+        {Group::Everywhere, u"⌘R", QT_TR_NOOP("Fouiller maintenant"), KeyScope::Group, runKeys},
+        {Group::Everywhere, u"⌘Z", QT_TR_NOOP("Annuler le dernier tri"), KeyScope::Group, undoKeys},
+        {Group::Everywhere, {}, {}, KeyScope::Group, redoKeys},
+        {Group::Everywhere, u"⌘,", QT_TR_NOOP("Réglages"), KeyScope::Group, settingsKeys},
+        {Group::Everywhere, u"?  ou  ⌘/", QT_TR_NOOP("Ces raccourcis"), KeyScope::Group, helpKeys},
+        {Group::Inbox, u"↑ ↓", QT_TR_NOOP("Sujet précédent, suivant"), KeyScope::EverySection,
          moveKeys},
-        {Group::Inbox, {}, {}, Reach::EveryList, topicKeys},
-        {Group::Inbox, u"G", QT_TR_NOOP("Garder au programme"), Reach::Group, keepKeys},
-        {Group::Inbox, u"L", QT_TR_NOOP("Plus tard (réserve)"), Reach::Group, laterKeys},
-        {Group::Inbox, u"X", QT_TR_NOOP("Pas pour moi"), Reach::Group, dismissKeys},
-        {Group::Inbox, u"Espace", QT_TR_NOOP("Agrandir la carte pour lire"), Reach::EveryList,
+        {Group::Inbox, {}, {}, KeyScope::EveryList, topicKeys},
+        {Group::Inbox, u"G", QT_TR_NOOP("Garder au programme"), KeyScope::Group, keepKeys},
+        {Group::Inbox, u"L", QT_TR_NOOP("Plus tard (réserve)"), KeyScope::Group, laterKeys},
+        {Group::Inbox, u"X", QT_TR_NOOP("Pas pour moi"), KeyScope::Group, dismissKeys},
+        {Group::Inbox, u"Espace", QT_TR_NOOP("Agrandir la carte pour lire"), KeyScope::EveryList,
          openKeys},
-        {Group::Inbox, u"Échap", QT_TR_NOOP("Réduire la carte"), Reach::EveryList, closeKeys},
-        {Group::Program, u"⌘↩", stepLabel, Reach::Group, stepKeys},
-        {Group::Program, u"D", QT_TR_NOOP("Fait"), Reach::Group, doneKeys},
-        {Group::Program, u"R", QT_TR_NOOP("Reporter"), Reach::Group, postponeKeys},
-        {Group::Program, u"⌫", QT_TR_NOOP("Retirer"), Reach::Group, removeKeys},
-        {Group::ReserveAndLibrary, u"G", QT_TR_NOOP("Garder au programme"), Reach::Group, keepKeys},
-        {Group::ReserveAndLibrary, u"T", QT_TR_NOOP("Remettre à trier"), Reach::Group, backKeys},
-        {Group::ReserveAndLibrary, u"1 2 3", worthLabels, Reach::Group, worthKeys},
+        {Group::Inbox, u"Échap", QT_TR_NOOP("Réduire la carte"), KeyScope::EveryList, closeKeys},
+        {Group::Program, u"⌘↩", stepLabel, KeyScope::Group, stepKeys},
+        {Group::Program, u"D", QT_TR_NOOP("Fait"), KeyScope::Group, doneKeys},
+        {Group::Program, u"R", QT_TR_NOOP("Reporter"), KeyScope::Group, postponeKeys},
+        {Group::Program, u"⌫", QT_TR_NOOP("Retirer"), KeyScope::Group, removeKeys},
+        {Group::ReserveAndLibrary, u"G", QT_TR_NOOP("Garder au programme"), KeyScope::Group, keepKeys},
+        {Group::ReserveAndLibrary, u"T", QT_TR_NOOP("Remettre à trier"), KeyScope::Group, backKeys},
+        {Group::ReserveAndLibrary, u"1 2 3", worthLabels, KeyScope::Group, worthKeys},
     };
 };
 constexpr auto &rows = Sheet::rows;
@@ -147,8 +147,8 @@ QString labelOf(const Row &row, AgentKind agent) {
 }
 
 bool actsIn(const Row &row, Section section) {
-    if (row.reach == Reach::EverySection ||
-        (row.reach == Reach::EveryList && section <= Section::Library)) {
+    if (row.reach == KeyScope::EverySection ||
+        (row.reach == KeyScope::EveryList && section <= Section::Library)) {
         return true;
     }
     switch (row.group) {
