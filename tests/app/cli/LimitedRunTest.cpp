@@ -38,25 +38,25 @@ protected:
     /// An agent that judges `batches` batches before it reaches its limit; all of them with -1.
     void answer(int batches) {
         QFile::remove(vorle.path("home/answered-0"));
+        const QString limit =
+            QStringLiteral(",\"limit\":{\"step\":\"judge\",\"after\":%1,\"words\":"
+                           "\"You've hit your limit · resets 1pm (UTC)\"}")
+                .arg(batches);
         vorle.agent.answerBy(
             QStringLiteral(R"({"candidates":{"Topics":[%1]},"judge":"ok","seconds":0.05%2})")
-                .arg(m_links, batches < 0
-                                  ? QString()
-                                  : QStringLiteral(R"j(,"limit":{"step":"judge","after":%1,"words":)j"
-                                                   R"("You've hit your limit · resets 1pm (UTC)"
-    })")
-                                        .arg(batches))
+                .arg(m_links, batches < 0 ? QString() : limit)
                 .toUtf8());
-} QList<RunReport> runs() const {
-    const QByteArray bytes = vorle.read("data/vorle/runs.json");
-    return bytes.isEmpty() ? QList<RunReport>() : json::decode<QList<RunReport>>(bytes);
-}
-bool isLeft() const { return QFile::exists(vorle.path("data/vorle/run-left.json")); }
+    }
+    QList<RunReport> runs() const {
+        const QByteArray bytes = vorle.read("data/vorle/runs.json");
+        return bytes.isEmpty() ? QList<RunReport>() : json::decode<QList<RunReport>>(bytes);
+    }
+    bool isLeft() const { return QFile::exists(vorle.path("data/vorle/run-left.json")); }
 
-static constexpr int candidates = 24;
-Program vorle;
-test::TestServer server;
-QString m_links;
+    static constexpr int candidates = 24;
+    Program vorle;
+    test::TestServer server;
+    QString m_links;
 };
 
 TEST_F(LimitedRunTest, tells_what_waits_and_goes_on_or_leaves_it_when_asked) {

@@ -86,6 +86,7 @@ TEST_F(ResumeTimerTest, lets_a_scheduled_run_of_the_same_look_go_first) {
     leave(at(13, 0));
     parts.preferences.change(&Settings::schedule, Schedule{{1}, 13, 0});
     ResumeTimer timer(parts.engine, runs, clock);
+    QCoreApplication::processEvents();
     QStringList order;
     QObject::connect(&runs, &RunTimer::due, [&] { order += QStringLiteral("schedule"); });
     QObject::connect(&timer, &ResumeTimer::due, [&] { order += QStringLiteral("rest"); });
