@@ -36,4 +36,15 @@ void countYields(RunReport &report,
     }
 }
 
+QList<RunReport>::const_iterator reportOf(const QList<RunReport> &reports, const QDateTime &date) {
+    auto found = reports.cend();
+    for (auto report = reports.cbegin(); report != reports.cend(); ++report) {
+        const bool isLess = found != reports.cend() && found->waits && !report->waits;
+        if (report->date == date && !isLess) {
+            found = report;
+        }
+    }
+    return found;
+}
+
 } // namespace vorle

@@ -227,6 +227,10 @@ struct RunReport : LastReport {
 void countYields(RunReport &report,
                  const std::function<std::optional<TopicStatus>(const QUuid &)> &statusOf);
 
+/// The latest report of that date, one that still waits before any other: two runs may end within
+/// one second. The end of the list when there is none.
+QList<RunReport>::const_iterator reportOf(const QList<RunReport> &reports, const QDateTime &date);
+
 /// The five keys of a report that are kept as the last one.
 inline LastReport lastOf(const RunReport &report) {
     return {report.date, report.added, report.costUSD, report.seconds, report.uncovered};

@@ -17,7 +17,6 @@
 #include <QSet>
 #include <QStandardPaths>
 
-#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <system_error>
@@ -235,14 +234,12 @@ void TopicStore::addRun(const RunReport &report) {
 
 void TopicStore::replaceRun(const RunReport &report) {
     QList<RunReport> reports = history();
-    const auto earlier =
-        std::find_if(reports.rbegin(), reports.rend(),
-                     [&](const RunReport &other) { return other.date == report.date; });
-    if (earlier == reports.rend()) {
+    const auto earlier = reportOf(reports, report.date);
+    if (earlier == reports.cend()) {
         addRun(report);
         return;
     }
-    *earlier = report;
+    reports[earlier - reports.cbegin()] = report;
     RunHistory(m_file).add(reports);
     Q_EMIT historyChanged();
 }

@@ -193,7 +193,7 @@ TEST_F(RunModelTest, shows_what_a_limited_run_left_and_goes_on_with_it) {
     claude.signOut();
     model->goOn();
     untilEnded();
-    EXPECT_EQ(model->lastError(), text("Claude Code n’est plus connecté."));
+    EXPECT_TRUE(model->lastError().startsWith(text("Claude Code n’est plus connecté.")));
     EXPECT_EQ(model->waitingText(), text("Je garde tout, et je continue quand tu veux\u00A0: il "
                                          "reste 1 lien à juger."));
     claude.signIn();
