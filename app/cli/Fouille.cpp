@@ -142,6 +142,50 @@ ExitStatus giveUpRest(Context &context, SearchEngine &engine) {
     return ExitStatus::Done;
 }
 
+/// A run, or the rest of one, its progress shown until it ends. @throws as it does
+Task<RunReport> runShown(Context &context, SearchEngine &engine, SearchRun::Part part) {
+    const auto link = QObject::connect(&engine, &SearchEngine::progressed, &engine,
+                                       [&](const RunProgress &progress) {
+                                           // A refusal is told by its failure.
+                                           if (engine.phase() != SearchEngine::Phase::Idle) {
+                                               showProgress(context.console, progress);
+                                           }
+                                       });
+    std::optional<RunReport> ended;
+    std::exception_ptr failure;
+    try {
+        ended = co_await (part == SearchRun::Part::First ? engine.run(context.cancel)
+                                                         : engine.resume(context.cancel));
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    QObject::disconnect(link);
+    context.console.endProgress();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    co_return *ended;
+}
+
+void printTopics(Context &context, const RunReport &report, const TopicStore &store) {
+    QList<TopicPtr> topics;
+    for (const QUuid &id : report.topicIds) {
+        if (const TopicPtr topic = store.topic(id)) {
+            topics += topic;
+        }
+    }
+    if (context.arguments.json()) {
+        FouilleAnswer answer{report, {}};
+        for (const TopicPtr &topic : topics) {
+            answer.topics += *topic;
+        }
+        context.console.print(json::encode(answer, json::Style::Pretty));
+    } else if (!topics.isEmpty()) {
+        context.console.print(topicCards(context.console, topics, store, QDate::currentDate()) +
+                              u'\n');
+    }
+}
+
 } // namespace
 
 Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchEngine> search,
@@ -161,42 +205,9 @@ Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchE
     if (isGivenUp) {
         co_return giveUpRest(context, engine);
     }
-    const auto link = QObject::connect(&engine, &SearchEngine::progressed, &engine,
-                                       [&](const RunProgress &progress) {
-                                           // A refusal is told by its failure.
-                                           if (engine.phase() != SearchEngine::Phase::Idle) {
-                                               showProgress(context.console, progress);
-                                           }
-                                       });
-    std::optional<RunReport> ended;
-    std::exception_ptr failure;
-    try {
-        ended = co_await (isRest ? engine.resume(context.cancel) : engine.run(context.cancel));
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    QObject::disconnect(link);
-    context.console.endProgress();
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
-    const RunReport &report = *ended;
-    QList<TopicPtr> topics;
-    for (const QUuid &id : report.topicIds) {
-        if (const TopicPtr topic = store.topic(id)) {
-            topics += topic;
-        }
-    }
-    if (context.arguments.json()) {
-        FouilleAnswer answer{report, {}};
-        for (const TopicPtr &topic : topics) {
-            answer.topics += *topic;
-        }
-        context.console.print(json::encode(answer, json::Style::Pretty));
-    } else if (!topics.isEmpty()) {
-        context.console.print(topicCards(context.console, topics, store, QDate::currentDate()) +
-                              u'\n');
-    }
+    const RunReport report = co_await runShown(
+        context, engine, isRest ? SearchRun::Part::Further : SearchRun::Part::First);
+    printTopics(context, report, store);
     tellReport(context.console, report);
     if (report.saved) {
         context.console.say(runResultText(report));
