@@ -82,7 +82,7 @@ QString runResultText(const RunReport &report) {
                                          .arg(numberText(report.added));
     }
     if (report.waits && report.added == 0) {
-        return French::tr("Rien n’est encore jugé.");
+        return French::tr("Rien de nouveau pour l’instant.");
     }
     return report.added == 0   ? French::tr("Rien de nouveau cette fois.")
            : report.added == 1 ? French::tr("1 nouveau sujet dans «\u202FÀ trier\u202F».")

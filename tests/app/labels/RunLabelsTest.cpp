@@ -71,10 +71,10 @@ TEST(RunLabels, say_when_a_limited_run_goes_on_and_what_is_left_of_it) {
     }
     EXPECT_EQ(waitsTitle(*report.waits), u"Codex a atteint sa limite.");
     EXPECT_EQ(problemText(report), u"attend sa suite");
-    EXPECT_EQ(runResultText(report), u"Rien n’est encore jugé.");
+    EXPECT_EQ(runResultText(report), u"Rien de nouveau pour l’instant.");
     EXPECT_EQ(runNotices(report),
-              QStringList{QString::fromUtf8("Codex a atteint sa limite. Il reste 2 liens à juger. "
-                                            "Ce qu’il dit\u00A0: You've hit your usage limit.")});
+              QStringList{QString::fromUtf8("Codex a atteint sa limite. Ce qu’il dit\u00A0: "
+                                            "You've hit your usage limit.")});
 }
 
 TEST(RunLabels, say_what_calls_took_as_far_as_the_agent_tells) {

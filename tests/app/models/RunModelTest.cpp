@@ -169,7 +169,7 @@ TEST_F(RunModelTest, shows_what_a_limited_run_left_and_goes_on_with_it) {
     EXPECT_TRUE(spent.startsWith(text("2 appels · "))) << spent.toStdString();
     EXPECT_EQ(model->spentText(), QString());
     EXPECT_EQ(model->lastResultText(),
-              text("Rien n’est encore jugé. La suite aujourd’hui à 13:00."));
+              text("Rien de nouveau pour l’instant. La suite aujourd’hui à 13:00."));
     EXPECT_EQ(model->lastError(), QString());
     EXPECT_TRUE(model->waiting());
     EXPECT_FALSE(model->waitingOffered()) << "it goes on by itself";
