@@ -185,9 +185,8 @@ QStringList runNotices(const RunReport &report) {
         notices += *report.failed;
     }
     if (report.waits) {
-        notices +=
-            French::tr("%1 Il reste %2. Ce qu’il dit\u00A0: %3")
-                .arg(waitsTitle(*report.waits), restText(*report.waits), report.waits->words);
+        notices += French::tr("%1 Ce qu’il dit\u00A0: %2")
+                       .arg(waitsTitle(*report.waits), report.waits->words);
     }
     notices += report.warnings;
     for (const FeedTrouble &feed : report.feeds) {
