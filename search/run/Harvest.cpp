@@ -236,7 +236,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
         }
         Item &item = at(Item::indexOf(candidate.id));
         Topic topic = item.topicFor(*verdict);
-        topic.foundAt = m_tools.now();
+        topic.foundAt = m_tools.foundAt.value_or(m_tools.now());
         topic.origin = m_recorder.report.scopes[item.proposals.first().report].origin;
         if (item.topic) { // dug up: judged once more, in its place
             topic.id = *item.topic;

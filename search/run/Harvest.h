@@ -34,6 +34,9 @@ public:
         /// The links that earlier runs could not have judged either (as canonicalLink()). They are
         /// judged last, each alone.
         QSet<QString> refusedBefore = {};
+        /// When the topics were found, of the rest of a run: with those of its first part, which
+        /// have the same report. Else at the moment.
+        std::optional<QDateTime> foundAt = {};
     };
     /// Where a candidate comes from.
     struct Origins {

@@ -152,7 +152,10 @@ Task<RunReport> SearchEngine::execute(Undertaking &task, CancelToken cancel) {
                                .agent = task.agent,
                                .now = [this] { return m_parts.clock.now(); },
                                .exclusions = task.sites.exclusions,
-                               .refusedBefore = refusedLinks(m_parts.store.history())},
+                               .refusedBefore = refusedLinks(m_parts.store.history()),
+                               .foundAt = task.part == SearchRun::Part::Further
+                                              ? std::optional(task.rest->report.date)
+                                              : std::nullopt},
                    .feeds = m_parts.feeds,
                    .tell = tell,
                    .sitesChecked = [this](const auto &sites) { recordFeeds(sites); },

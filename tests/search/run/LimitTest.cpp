@@ -87,6 +87,10 @@ TEST_F(LimitTest, what_was_not_asked_and_not_judged_waits_and_comes_under_the_sa
     EXPECT_FALSE(QFile::exists(restFile()));
     EXPECT_THROW(resume(), RunRefused);
 
+    for (const TopicPtr &topic : inbox()) {
+        EXPECT_EQ(topic->foundAt, first.date) << "of the run that is told of";
+    }
+
     const QList<RunReport> kept = store.history();
     ASSERT_EQ(kept.size(), 1) << "one report for the whole";
     const RunReport &whole = kept.first();
@@ -362,36 +366,6 @@ TEST_F(LimitTest, another_process_goes_on_with_it) {
     EXPECT_EQ(claude.calls(u"judge"), judgments);
     EXPECT_FALSE(next.remainder());
     ASSERT_EQ(other.history().size(), 1);
-}
-
-TEST(RunRemainder, goes_on_by_itself_within_half_a_day_of_its_hour) {
-    const QDateTime one(QDate(2026, 11, 22), QTime(13, 0), Qt::UTC);
-    using Action = ResumeAction;
-    const struct {
-        std::optional<QDateTime> until;
-        QDateTime now;
-        bool asked;
-        bool running;
-        Action expected;
-    } cases[] = {
-        {one, one.addSecs(-1), false, false, Action::Wait},
-        {one, one, false, false, Action::Go},
-        {one, one, false, true, Action::Wait},
-        {one, one, true, false, Action::Offer},
-        {one, one.addSecs(12 * 3600), false, false, Action::Go},
-        {one, one.addSecs(12 * 3600 + 1), false, false, Action::Offer},
-        {{}, one, false, false, Action::Offer},
-        {one, one.addDays(-30), false, false, Action::Wait},
-        {one, one.addDays(-32), false, false, Action::Offer}, // the clock was set back
-    };
-    for (const auto &each : cases) {
-        RunRemainder rest;
-        rest.report.waits = RunWaits();
-        rest.report.waits->until = each.until;
-        rest.asked = each.asked;
-        EXPECT_EQ(resumeAction(rest, each.now, each.running), each.expected)
-            << formatIso8601(each.now).toStdString();
-    }
 }
 
 } // namespace
