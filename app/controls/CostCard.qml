@@ -50,7 +50,7 @@ Rectangle {
 
                 Label {
                     id: name
-                    width: 130
+                    width: Theme.grown(130)
                     text: step.modelData.label
                     color: Theme.inkSoft
                     font.pixelSize: Theme.textNote

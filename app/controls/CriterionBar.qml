@@ -8,20 +8,20 @@ Item {
     required property string name
     required property int grade
 
-    implicitHeight: 24
+    implicitHeight: Theme.grown(24)
     Accessible.role: Accessible.StaticText
     Accessible.name: qsTr("%1 : %2 sur 10").arg(name).arg(grade)
 
     Label {
         id: word
-        width: 118
+        width: Theme.grown(118)
         anchors.verticalCenter: parent.verticalCenter
         text: bar.name
         color: Theme.inkSoft
         Accessible.ignored: true
     }
     Rectangle {
-        x: 126
+        x: Theme.grown(118) + 8
         width: parent.width - x - 40
         height: 5
         radius: 2.5

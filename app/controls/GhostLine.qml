@@ -11,7 +11,7 @@ Rectangle {
 
     signal undo
 
-    implicitHeight: 44
+    implicitHeight: Theme.grown(44)
     radius: Theme.radiusCard - 4
     color: "transparent"
     border.width: 1

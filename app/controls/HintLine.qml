@@ -7,7 +7,7 @@ Item {
 
     property alias text: words.text
 
-    implicitHeight: 50
+    implicitHeight: Theme.grown(50)
 
     Rectangle {
         anchors.left: parent.left

@@ -11,7 +11,7 @@ Rectangle {
     property bool bare: false // the glyphs alone, without the cap
 
     implicitWidth: Math.max(glyphs.implicitWidth + (bare ? 0 : 11), bare ? 0 : 21)
-    implicitHeight: 21
+    implicitHeight: Theme.grown(21)
     radius: Theme.radiusKey
     color: bare ? "transparent" : fill
     visible: keys.length > 0

@@ -12,7 +12,7 @@ Rectangle {
 
     signal act(int action)
 
-    height: 92
+    height: Theme.grown(92)
     color: Theme.paper
 
     Rectangle {

@@ -18,7 +18,7 @@ Item {
         return number.toLocaleString(Qt.locale("fr_FR"), "f", 0);
     }
 
-    implicitHeight: 52
+    implicitHeight: Theme.grown(52)
 
     ActionButton {
         x: Theme.margin - leftPadding

@@ -12,7 +12,7 @@ Item {
 
     Label {
         id: name
-        width: 214
+        width: Theme.grown(214)
         text: scope.modelData.name
         color: Theme.inkSoft
         font.pixelSize: Theme.textNote

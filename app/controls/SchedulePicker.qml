@@ -38,8 +38,7 @@ Item {
     }
     function walk(to: int) {
         if (to >= 0 && to < names.length) {
-            at = to;
-            takeFocus();
+            (discs.itemAt(to) as Item).forceActiveFocus(Qt.TabFocusReason);
         }
     }
     function takeFocus() {
@@ -71,7 +70,7 @@ Item {
                 color: on ? Theme.ink : "transparent"
                 border.width: on ? 0 : 1
                 border.color: hover.hovered ? Theme.inkFaint : Theme.line
-                activeFocusOnTab: index === picker.at
+                activeFocusOnTab: index === picker.at || activeFocus
                 Accessible.role: Accessible.CheckBox
                 Accessible.name: modelData
                 Accessible.checkable: true

@@ -9,7 +9,7 @@ T.AbstractButton {
     property string keys: ""
 
     implicitWidth: 252
-    implicitHeight: 42
+    implicitHeight: Theme.grown(42)
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     text: qsTr("Rechercher")

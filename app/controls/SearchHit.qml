@@ -13,7 +13,7 @@ Rectangle {
 
     signal picked
 
-    height: 58
+    height: Theme.grown(58)
     radius: Theme.radiusButton
     color: hit.ListView.isCurrentItem ? Theme.accentTint : hover.hovered ? Theme.sunken : "transparent"
     Accessible.role: Accessible.ListItem

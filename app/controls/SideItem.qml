@@ -15,7 +15,7 @@ Item {
 
     signal clicked
 
-    implicitHeight: 46
+    implicitHeight: Theme.grown(46)
     activeFocusOnTab: true
     Accessible.role: Accessible.PageTab
     Accessible.name: count > 0 ? qsTr("%1, %2").arg(title).arg(shownCount) : title

@@ -21,10 +21,10 @@ Column {
             readonly property real track: width - 121 - 84
 
             width: chart.width
-            implicitHeight: 18
+            implicitHeight: Theme.grown(18)
 
             Label {
-                width: 112
+                width: Theme.grown(112)
                 text: row.modelData.name
                 color: Theme.inkSoft
                 font.pixelSize: Theme.textNote

@@ -6,7 +6,7 @@ import Vorle
 T.TextField {
     id: entry
 
-    implicitHeight: 42
+    implicitHeight: Theme.grown(42)
     leftPadding: 16
     rightPadding: 16
     verticalAlignment: TextInput.AlignVCenter

@@ -24,7 +24,7 @@ Window {
     flags: Qt.ToolTip | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WindowDoesNotAcceptFocus
     color: "transparent"
     width: 400
-    height: 76
+    height: Theme.grown(76)
     x: Screen.virtualX + Math.round((Screen.width - width) / 2)
     y: Screen.virtualY
     visible: wanted

@@ -178,13 +178,13 @@ FocusScope {
                         implicitHeight: factText.implicitHeight
 
                         SelectableText {
-                            width: 118
+                            width: Theme.grown(118)
                             text: fact.modelData.name
                             color: Theme.inkFaint
                         }
                         SelectableText {
                             id: factText
-                            x: 126
+                            x: Theme.grown(118) + 8
                             width: parent.width - x
                             text: fact.modelData.text
                             color: Theme.inkSoft

@@ -37,7 +37,7 @@ Column {
     }
     Item {
         width: parent.width
-        height: 74
+        height: Theme.grown(74)
 
         Title {
             anchors.bottom: parent.bottom

@@ -44,7 +44,7 @@ FocusScope {
     Item {
         id: head
         width: parent.width
-        height: 51
+        height: Theme.grown(51)
 
         TapHandler {
             onTapped: row.toggled()
@@ -58,7 +58,7 @@ FocusScope {
         }
         Title {
             id: date
-            width: 218
+            width: Theme.grown(218)
             anchors.verticalCenter: parent.verticalCenter
             text: row.dateText
             size: Theme.textMenu
@@ -69,7 +69,7 @@ FocusScope {
         Label {
             id: added
             x: 224
-            width: 96
+            width: Theme.grown(96)
             anchors.verticalCenter: parent.verticalCenter
             text: row.addedText
             font.weight: Font.DemiBold

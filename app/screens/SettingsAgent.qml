@@ -29,13 +29,13 @@ SettingsPage {
             Accessible.name: row.title
 
             Repeater {
-                model: page.shell.agentStates.rows
+                model: page.shell.agentStates.rows.length // made once: the keyboard stays on one
 
                 AgentRow {
-                    required property agentState modelData
+                    required property int index
                     width: agents.width
-                    agent: modelData
-                    onPicked: page.settings.agent = modelData.kind
+                    agent: page.shell.agentStates.rows[index]
+                    onPicked: page.settings.agent = agent.kind
                 }
             }
             Label {

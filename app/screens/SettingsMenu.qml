@@ -17,8 +17,8 @@ Flow {
     }
     function step(to: int) {
         if (to >= 0 && to < items.count) {
+            (items.itemAt(to) as Item).forceActiveFocus(Qt.TabFocusReason);
             pages.page = to;
-            takeFocus();
         }
     }
 
@@ -38,7 +38,7 @@ Flow {
 
             width: menu.level ? word.implicitWidth + 30 : menu.width
             height: Math.max(36, word.implicitHeight + 16)
-            activeFocusOnTab: index === menu.pages.page
+            activeFocusOnTab: index === menu.pages.page || activeFocus
             Accessible.role: Accessible.PageTab
             Accessible.name: modelData
             Accessible.focusable: true

@@ -73,7 +73,7 @@ Panel {
 
     Rectangle {
         id: side
-        width: panel.narrow ? 0 : Math.max(196, menu.implicitWidth + 28)
+        width: panel.narrow ? 0 : Theme.grown(196)
         height: parent.height
         visible: !panel.narrow
         radius: Theme.radiusCard

@@ -90,6 +90,10 @@ QtObject {
     function scaled(pixels: real): int {
         return Math.round(pixels * textScale / 100);
     }
+    // The height of what holds a text: it grows with it, and never gets too small to be hit.
+    function grown(pixels: real): int {
+        return Math.round(pixels * Math.max(100, textScale) / 100);
+    }
     // A pair of colours from the score scale, for the appearance in use.
     function pick(light: string, darkValue: string): color {
         const chosen = dark ? darkValue : light;

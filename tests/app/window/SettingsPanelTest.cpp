@@ -22,6 +22,11 @@ protected:
         QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
         return interface == nullptr ? QString() : interface->text(QAccessible::Name);
     }
+    /// Laid out, so that it can be clicked on.
+    void showPage(int page) {
+        pages().setPage(page);
+        QTest::qWait(60);
+    }
     QByteArray kept() {
         m_app->preferences().flush();
         return m_app.program.read("config/vorle/settings.json");
@@ -87,8 +92,6 @@ TEST_F(SettingsPanelTest, every_page_is_worked_by_keys_alone_and_each_change_is_
     EXPECT_EQ(settings().weeklyMinutes, 210);
 
     pages().setPage(2);
-    press(Qt::Key_Up);
-    pages().setPage(2);
     press(Qt::Key_F, Qt::ControlModifier);
     press(Qt::Key_Return);
     EXPECT_EQ(here(), QStringLiteral("Claude Code, déconnecté"));
@@ -150,8 +153,7 @@ TEST_F(SettingsPanelTest, what_a_command_sets_is_seen_in_the_open_panel) {
 TEST_F(SettingsPanelTest, the_data_page_shows_copies_and_takes_out) {
     fill();
     openSettings();
-    pages().setPage(3);
-    QCoreApplication::processEvents();
+    showPage(3);
     click(QStringLiteral("Show"));
     EXPECT_EQ(m_reveal.revealed, QStringList{store().file()});
     click(QStringLiteral("Copier"));
@@ -164,8 +166,7 @@ TEST_F(SettingsPanelTest, the_data_page_shows_copies_and_takes_out) {
     });
     EXPECT_EQ(m_app.program.read("dehors/topics.json"),
               m_app.program.read("data/vorle/topics.json"));
-    pages().setPage(1);
-    QCoreApplication::processEvents();
+    showPage(1);
     click(QStringLiteral("Ton territoire"));
     EXPECT_FALSE(window().property("covered").toBool());
     EXPECT_EQ(shell().sections()->current(), Section::Territory);
@@ -176,8 +177,7 @@ TEST_F(SettingsPanelTest, nothing_is_cut_at_the_smallest_window_and_the_largest_
     openSettings();
     window().resize(700, 500);
     for (int page = 0; page < pages().pages().size(); ++page) {
-        pages().setPage(page);
-        QTest::qWait(50);
+        showPage(page);
         for (const QQuickItem *item : shown([](const QQuickItem &each) {
                  return each.property("paintedWidth").isValid() &&
                         each.property("elide").isValid() &&
