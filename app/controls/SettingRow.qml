@@ -11,6 +11,7 @@ Item {
     required property string key // see SettingsPages
     property string help: pages.help(key)
     property bool troubled: false // the help tells of a fault
+    property bool present: true // there is something to set now
     property bool bare: false // the control says all of it, over the whole width
     readonly property string title: pages.title(key)
     readonly property bool shown: isShown(pages.shown)
@@ -31,7 +32,7 @@ Item {
         holder.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
     }
 
-    visible: shown
+    visible: shown && present
     width: parent?.width ?? 0
     implicitHeight: bare ? held?.implicitHeight ?? 0 : Math.max(60, (below ? words.height + 8 + holder.height : Math.max(words.height, holder.height)) + 20)
     Accessible.role: Accessible.Grouping
@@ -51,6 +52,7 @@ Item {
             text: row.title
             font.pixelSize: Theme.textMenu
             font.weight: Font.Medium
+            lineHeight: 1.15
             Accessible.ignored: true
         }
         Label {

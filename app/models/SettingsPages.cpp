@@ -54,6 +54,8 @@ constexpr RowEntry rowEntries[] = {
      QT_TRANSLATE_NOOP("vorle::SettingsPages", "budget durée heures minutes programme")},
     {"radius", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Rayon"), "", QT_TRANSLATE_NOOP("vorle::SettingsPages", "territoire distance voisins loin")},
     {"lastRun", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Dernière fouille"), "", QT_TRANSLATE_NOOP("vorle::SettingsPages", "compte rendu bilan rapport")},
+    {"rest", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "La suite"), "",
+     QT_TRANSLATE_NOOP("vorle::SettingsPages", "fouille limite quota continuer reprendre")},
     {"agent", agent, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Ton IA"), "",
      QT_TRANSLATE_NOOP("vorle::SettingsPages", "agent claude codex abonnement chatgpt connexion")},
     {"agentModel", agent, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Modèle"), QT_TRANSLATE_NOOP("vorle::SettingsPages", "Celui que ton IA choisit d’elle-même."),

@@ -70,4 +70,24 @@ SettingsPage {
             onClicked: page.reportAsked()
         }
     }
+    SettingRow {
+        pages: page.pages
+        key: "rest"
+        present: page.shell.run.waiting
+        help: page.shell.run.waitingText
+
+        Row {
+            spacing: 8
+
+            ActionButton {
+                text: qsTr("Continuer maintenant")
+                onClicked: page.shell.run.goOn()
+            }
+            ActionButton {
+                quiet: true
+                text: qsTr("Laisser")
+                onClicked: page.shell.run.giveUpRest()
+            }
+        }
+    }
 }

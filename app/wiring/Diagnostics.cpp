@@ -74,7 +74,7 @@ Diagnostics::File fileAt(const QString &name, const QString &path) {
 void tellTopics(Diagnostics &into, const DiagnosticSources &sources) {
     const QString file = sources.topicsFile();
     into.files += fileAt(QStringLiteral("topics"), file);
-    for (const char *name : {"runs", "score-notes", "screened"}) {
+    for (const char *name : {"runs", "run-left", "score-notes", "screened"}) {
         into.files += fileAt(QString::fromLatin1(name),
                              sidecarPath(file, QLatin1StringView(name) + QStringLiteral(".json")));
     }
