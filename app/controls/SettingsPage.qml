@@ -8,6 +8,7 @@ Column {
 
     required property SettingsPages pages
     required property string name // as SettingsPages calls it
+    property bool headed: true
 
     function isShown(names: list<string>): bool {
         for (let i = 0; i < names.length; ++i) {
@@ -23,6 +24,7 @@ Column {
 
     Title {
         width: parent.width
+        visible: page.headed
         text: page.name
         size: Theme.titleCard
         bottomPadding: 10

@@ -12,6 +12,7 @@ Panel {
     required property Shell shell
     readonly property SettingsPages pages: shell.screens.settingsPages
     readonly property bool narrow: width < 720
+    readonly property bool headed: !narrow || pages.searching // else the page is named right above
 
     signal territoryAsked
     signal reportAsked
@@ -182,21 +183,25 @@ Panel {
 
             SettingsGeneral {
                 shell: panel.shell
+                headed: panel.headed
                 pages: panel.pages
             }
             SettingsRuns {
                 shell: panel.shell
+                headed: panel.headed
                 pages: panel.pages
                 onTerritoryAsked: panel.territoryAsked()
                 onReportAsked: panel.reportAsked()
             }
             SettingsAgent {
                 shell: panel.shell
+                headed: panel.headed
                 pages: panel.pages
                 onBenchAsked: panel.benchAsked()
             }
             SettingsData {
                 shell: panel.shell
+                headed: panel.headed
                 pages: panel.pages
             }
             Label {

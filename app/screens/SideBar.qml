@@ -10,6 +10,7 @@ AccessibilityBarrier {
     required property int current
     required property RunModel run
     property string keysRun: ""
+    readonly property bool low: width < 220 // there is little room
 
     signal picked(int section)
     signal runAsked
@@ -47,7 +48,7 @@ AccessibilityBarrier {
         }
         Title {
             text: qsTr("vorle")
-            size: 26
+            size: Theme.scaled(26)
             anchors.verticalCenter: parent.verticalCenter
         }
     }
@@ -67,6 +68,8 @@ AccessibilityBarrier {
                 required title
                 required count
                 width: parent.width
+                // All six stand over the card, in however low a window.
+                height: Math.max(28, Math.min(implicitHeight, (card.y - 84 - 8) / items.count - 4))
                 strong: entry.index === 0
                 current: bar.current === entry.index
                 onClicked: bar.picked(entry.index)
@@ -90,12 +93,13 @@ AccessibilityBarrier {
     }
 
     Rectangle {
+        id: card
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        anchors.margins: 18
+        anchors.margins: bar.low ? 12 : 18
         anchors.rightMargin: 19
-        height: runColumn.implicitHeight + 32
+        height: runColumn.implicitHeight + 2 * runColumn.y
         radius: Theme.radiusCard
         color: Theme.card
         border.width: 1
@@ -103,9 +107,9 @@ AccessibilityBarrier {
 
         Column {
             id: runColumn
-            x: 16
-            y: 16
-            width: parent.width - 32
+            x: bar.low ? 12 : 16
+            y: x
+            width: parent.width - 2 * x
             spacing: 4
 
             RunStatus {
@@ -118,7 +122,7 @@ AccessibilityBarrier {
             }
             ActionButton {
                 width: parent.width
-                text: bar.run.running ? qsTr("Arrêter") : qsTr("Fouiller maintenant")
+                text: bar.run.running ? qsTr("Arrêter") : bar.low && Theme.textScale > 100 ? qsTr("Fouiller") : qsTr("Fouiller maintenant")
                 keys: bar.run.running || bar.keysRun.length > 3 ? "" : bar.keysRun
                 KeyNavigation.backtab: items.count > 0 ? items.itemAt(items.count - 1) : null
                 onClicked: bar.run.running ? bar.stopAsked() : bar.runAsked()
