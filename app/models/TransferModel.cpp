@@ -88,11 +88,6 @@ void TransferModel::choose(Work work, ExportFormats formats) {
 
 void TransferModel::stop() { m_cancel.cancel(); }
 
-Task<> TransferModel::stopped() {
-    stop();
-    co_await m_work.join();
-}
-
 Task<> TransferModel::run(Work work, Asked asked) {
     const QPointer<TransferModel> model = asked.model;
     co_await work(std::move(asked));

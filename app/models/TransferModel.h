@@ -19,10 +19,10 @@ class FilePicker;
 
 /// Topics that leave and come back by the window: as an archive, as notes, out of an archive. The
 /// disk is asked on threads that may hang: a folder that does not answer is told, and left. Main
-/// thread; what it is given outlives it.
+/// thread; what it is given outlives it, the picker every question under way.
 ///
-/// Who quits awaits `stopped()` before the store goes: an import under way then changes nothing, and
-/// what an export wrote by then stands.
+/// It may go while one is under way, and nobody has to wait: an import then changes nothing, and
+/// what an export wrote by then stands, each file whole.
 class TransferModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -52,9 +52,8 @@ public:
     Q_INVOKABLE void exportJson() { choose(&TransferModel::writeOut, {.markdown = false}); }
     Q_INVOKABLE void exportNotes() { choose(&TransferModel::writeOut, {.json = false}); }
     Q_INVOKABLE void importFile() { choose(&TransferModel::readIn, {}); }
-    /// Says so, and leaves what is written as it is.
+    /// Gives up on the one under way, as if this went.
     Q_INVOKABLE void stop();
-    Task<> stopped();
 
     bool busy() const { return m_busy; }
     QString word() const { return m_word; }

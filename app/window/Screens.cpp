@@ -54,11 +54,11 @@ void Screens::copyDiagnostics() {
 }
 
 Task<> Screens::stopped() {
+    if (m_transfer) {
+        m_transfer->stop();
+    }
     if (m_bench) {
         co_await m_bench->stopped();
-    }
-    if (m_transfer) {
-        co_await m_transfer->stopped();
     }
 }
 
