@@ -72,11 +72,10 @@ int main(int argc, char **argv) {
         const auto links = vorle::native::linkOpener();
         const auto files = vorle::native::filePicker();
         const auto reveal = vorle::native::fileReveal();
-        return vorle::runGui(
-            argc, argv,
-            {*installedApps, *terminals, *pasteboard, *links, *files, *reveal,
-             vorle::native::motionSetting},
-            demo);
+        return vorle::runGui(argc, argv,
+                             {*installedApps, *terminals, *pasteboard, *links, *files, *reveal,
+                              vorle::native::motionSetting},
+                             demo);
     }
 
     const QCoreApplication app(argc, argv);

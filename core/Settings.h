@@ -92,7 +92,8 @@ struct Settings {
     QMap<QString, QString> projects; ///< a project's name to its folder's path
     QMap<QString, QString> projectDescriptions;
     std::optional<QString> agent; ///< "claude" or "codex"; nothing while the user has not chosen
-    /// The model that agent is asked for; nothing: its own choice. Goes when another agent is chosen.
+    /// The model that agent is asked for; nothing: its own choice. Goes when another agent is
+    /// chosen.
     std::optional<QString> agentModel;
     int textScale = 100;    ///< the size of all texts in the window, in percent
     int onboardingStep = 0; ///< the step that the first set-up was left at

@@ -46,9 +46,9 @@ QString daysText(const QList<int> &weekdays) {
         return French::tr("chaque jour");
     }
     const QString last = days.takeLast();
-    return French::tr("chaque %1").arg(
-        days.isEmpty() ? last
-                       : French::tr("%1 et %2").arg(days.join(QStringLiteral(", ")), last));
+    return French::tr("chaque %1")
+        .arg(days.isEmpty() ? last
+                            : French::tr("%1 et %2").arg(days.join(QStringLiteral(", ")), last));
 }
 
 QString scheduleText(const Schedule &schedule) {

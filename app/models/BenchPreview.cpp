@@ -43,10 +43,9 @@ BenchPreview::BenchPreview(Asker &asker, QObject *parent) : QObject(parent), m_a
         m_bench = previewOf(loadBenches(asker.resources()).first());
         for (const BenchItem &item : std::as_const(m_bench->items)) {
             const auto label = m_bench->labels.constFind(item.id);
-            m_rows += QVariant::fromValue(
-                rowOf(item,
-                      label == m_bench->labels.constEnd() ? std::nullopt : std::optional(*label),
-                      std::nullopt));
+            m_rows += QVariant::fromValue(rowOf(
+                item, label == m_bench->labels.constEnd() ? std::nullopt : std::optional(*label),
+                std::nullopt));
         }
     } catch (const AgentError &error) {
         m_status = shownWords(error.text());
@@ -124,13 +123,13 @@ void BenchPreview::show(const JudgeBench::Outcome &outcome) {
         m_rows += QVariant::fromValue(rowOf(verdict.item, verdict.label, verdict.judgment));
     }
     const BenchFigures figures = benchFigures(outcome.verdicts);
-    QStringList facts{
-        counted(figures.compared, tr("sujet jugé"), tr("sujets jugés"))};
+    QStringList facts{counted(figures.compared, tr("sujet jugé"), tr("sujets jugés"))};
     if (figures.unanswered > 0) {
         facts += tr("%1 sans réponse").arg(figures.unanswered);
     }
     if (figures.meanAbsoluteError) {
-        facts += tr("écart moyen %1").arg(frenchLocale().toString(*figures.meanAbsoluteError, 'f', 1));
+        facts +=
+            tr("écart moyen %1").arg(frenchLocale().toString(*figures.meanAbsoluteError, 'f', 1));
     }
     if (outcome.costUSD) {
         facts += vorle::costText(*outcome.costUSD);

@@ -115,7 +115,8 @@ public:
         {Group::Program, u"D", QT_TR_NOOP("Fait"), KeyScope::Group, doneKeys},
         {Group::Program, u"R", QT_TR_NOOP("Reporter"), KeyScope::Group, postponeKeys},
         {Group::Program, u"⌫", QT_TR_NOOP("Retirer"), KeyScope::Group, removeKeys},
-        {Group::ReserveAndLibrary, u"G", QT_TR_NOOP("Garder au programme"), KeyScope::Group, keepKeys},
+        {Group::ReserveAndLibrary, u"G", QT_TR_NOOP("Garder au programme"), KeyScope::Group,
+         keepKeys},
         {Group::ReserveAndLibrary, u"T", QT_TR_NOOP("Remettre à trier"), KeyScope::Group, backKeys},
         {Group::ReserveAndLibrary, u"1 2 3", worthLabels, KeyScope::Group, worthKeys},
     };

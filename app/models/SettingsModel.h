@@ -49,12 +49,13 @@ class SettingsModel final : public QObject {
     /// "claude" or "codex"; "" while the user has not chosen.
     Q_PROPERTY(QString agent READ agent WRITE setAgent NOTIFY agentChanged FINAL)
     /// The model asked of it; "" for its own choice. Goes when another agent is chosen.
-    Q_PROPERTY(QString agentModel READ agentModel WRITE setAgentModel NOTIFY agentModelChanged FINAL)
+    Q_PROPERTY(
+        QString agentModel READ agentModel WRITE setAgentModel NOTIFY agentModelChanged FINAL)
     /// 80 to 150, in percent.
     Q_PROPERTY(int textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged FINAL)
-    /// The days of the scheduled run, Sunday 1 to Saturday 7, in that order; none: no run by itself.
-    Q_PROPERTY(
-        QList<int> weekdays READ weekdays WRITE setWeekdays NOTIFY scheduleChanged FINAL)
+    /// The days of the scheduled run, Sunday 1 to Saturday 7, in that order; none: no run by
+    /// itself.
+    Q_PROPERTY(QList<int> weekdays READ weekdays WRITE setWeekdays NOTIFY scheduleChanged FINAL)
     /// Its time of day, "8:30". What cannot be read as one changes nothing, and is told.
     Q_PROPERTY(QString runTime READ runTime WRITE setRunTime NOTIFY scheduleChanged FINAL)
     /// What the schedule means: "Ensuite, je fouille seul chaque lundi à 8:00."

@@ -25,66 +25,84 @@ struct RowEntry {
     Row state = Row::Shown;
 };
 
-constexpr const char *general = QT_TRANSLATE_NOOP("vorle::SettingsPages", "Général");
-constexpr const char *runs = QT_TRANSLATE_NOOP("vorle::SettingsPages", "Fouille");
-constexpr const char *agent = QT_TRANSLATE_NOOP("vorle::SettingsPages", "Ton IA");
-constexpr const char *notices = QT_TRANSLATE_NOOP("vorle::SettingsPages", "Notifications");
-constexpr const char *capture = QT_TRANSLATE_NOOP("vorle::SettingsPages", "Capture");
-constexpr const char *data = QT_TRANSLATE_NOOP("vorle::SettingsPages", "Tes données");
+constexpr const char *general = QT_TRANSLATE_NOOP("SettingsPages", "Général");
+constexpr const char *runs = QT_TRANSLATE_NOOP("SettingsPages", "Fouille");
+constexpr const char *agent = QT_TRANSLATE_NOOP("SettingsPages", "Ton IA");
+constexpr const char *notices = QT_TRANSLATE_NOOP("SettingsPages", "Notifications");
+constexpr const char *capture = QT_TRANSLATE_NOOP("SettingsPages", "Capture");
+constexpr const char *data = QT_TRANSLATE_NOOP("SettingsPages", "Tes données");
 
 constexpr RowEntry rowEntries[] = {
-    {"appearance", general, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Apparence"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "thème mode sombre clair nuit jour")},
-    {"accent", general, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Couleur"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "accent thème braise framboise lagune indigo")},
-    {"textScale", general, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Taille du texte"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "police caractères lettres zoom agrandir grand petit lisibilité")},
-    {"openAtLogin", general, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Ouvrir vorle à l’ouverture de session"),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "Sinon, une fouille prévue attend que tu ouvres vorle."),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "démarrage lancer"), Row::Hidden},
-    {"terminal", general, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Terminal"),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "Où ton IA fait le premier pas d’un sujet."),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "console iterm ghostty premier pas")},
-    {"weekdays", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Jours"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "fouille programmée calendrier semaine lundi mardi mercredi jeudi vendredi samedi "
-              "dimanche chaque")},
-    {"runTime", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Heure"), "", QT_TRANSLATE_NOOP("vorle::SettingsPages", "fouille programmée horaire prochaine")},
-    {"weeklyMinutes", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Temps de veille par semaine"),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "Ton programme s’arrête là. Le reste attend sous la ligne."),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "budget durée heures minutes programme")},
-    {"radius", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Rayon"), "", QT_TRANSLATE_NOOP("vorle::SettingsPages", "territoire distance voisins loin")},
-    {"lastRun", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Dernière fouille"), "", QT_TRANSLATE_NOOP("vorle::SettingsPages", "compte rendu bilan rapport")},
-    {"rest", runs, QT_TRANSLATE_NOOP("vorle::SettingsPages", "La suite"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "fouille limite quota continuer reprendre")},
-    {"agent", agent, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Ton IA"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "agent claude codex abonnement chatgpt connexion")},
-    {"agentModel", agent, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Modèle"), QT_TRANSLATE_NOOP("vorle::SettingsPages", "Celui que ton IA choisit d’elle-même."),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "ia agent version")},
-    {"bench", agent, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Aperçu du jugement v2"),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "10 sujets du banc d’essai. Tes vrais sujets ne sont pas touchés."),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "banc essai notes juge test consigne")},
-    {"notifyMode", notices, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Après une fouille"), "", "", Row::Hidden},
-    {"notifyReminder", notices, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Rappel du programme"), "", "", Row::Hidden},
-    {"reminder", notices, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Heure du rappel"), "", "", Row::Hidden},
-    {"captureShortcut", capture, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Raccourci"),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "Ouvre la capture depuis n’importe quelle app."), "", Row::Hidden},
-    {"proposeTab", capture, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Proposer l’onglet du navigateur"), "", "", Row::Hidden},
-    {"topicsFile", data, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Tes sujets"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "fichier dossier emplacement où finder sauvegarde")},
-    {"archive", data, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Tout emporter"), "",
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "exporter importer sauvegarde copie json archive")},
-    {"notes", data, QT_TRANSLATE_NOOP("vorle::SettingsPages", "En notes Markdown"), QT_TRANSLATE_NOOP("vorle::SettingsPages", "Une note par sujet, fiche comprise."),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "exporter dossier obsidian md texte")},
-    {"diagnostics", data, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Diagnostics"),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "Version, système, IA et les dernières erreurs. Rien de tes sujets."),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "bug problème aide journal log erreur")},
-    {"onboarding", data, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Refaire le premier réglage"),
-     QT_TRANSLATE_NOOP("vorle::SettingsPages", "Tes sujets ne bougent pas."), QT_TRANSLATE_NOOP("vorle::SettingsPages", "accueil recommencer"), Row::Hidden},
-    {"calibration", data, QT_TRANSLATE_NOOP("vorle::SettingsPages", "Refaire le premier tri"), "", QT_TRANSLATE_NOOP("vorle::SettingsPages", "calibrer recommencer"),
+    {"appearance", general, QT_TRANSLATE_NOOP("SettingsPages", "Apparence"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "thème mode sombre clair nuit jour")},
+    {"accent", general, QT_TRANSLATE_NOOP("SettingsPages", "Couleur"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "accent thème braise framboise lagune indigo")},
+    {"textScale", general, QT_TRANSLATE_NOOP("SettingsPages", "Taille du texte"), "",
+     QT_TRANSLATE_NOOP("SettingsPages",
+                       "police caractères lettres zoom agrandir grand petit lisibilité")},
+    {"openAtLogin", general,
+     QT_TRANSLATE_NOOP("SettingsPages", "Ouvrir vorle à l’ouverture de session"),
+     QT_TRANSLATE_NOOP("SettingsPages", "Sinon, une fouille prévue attend que tu ouvres vorle."),
+     QT_TRANSLATE_NOOP("SettingsPages", "démarrage lancer"), Row::Hidden},
+    {"terminal", general, "Terminal",
+     QT_TRANSLATE_NOOP("SettingsPages", "Où ton IA fait le premier pas d’un sujet."),
+     QT_TRANSLATE_NOOP("SettingsPages", "console iterm ghostty premier pas")},
+    {"weekdays", runs, QT_TRANSLATE_NOOP("SettingsPages", "Jours"), "",
+     QT_TRANSLATE_NOOP(
+         "SettingsPages",
+         "fouille programmée calendrier semaine lundi mardi mercredi jeudi vendredi samedi "
+         "dimanche chaque")},
+    {"runTime", runs, QT_TRANSLATE_NOOP("SettingsPages", "Heure"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "fouille programmée horaire prochaine")},
+    {"weeklyMinutes", runs, QT_TRANSLATE_NOOP("SettingsPages", "Temps de veille par semaine"),
+     QT_TRANSLATE_NOOP("SettingsPages",
+                       "Ton programme s’arrête là. Le reste attend sous la ligne."),
+     QT_TRANSLATE_NOOP("SettingsPages", "budget durée heures minutes programme")},
+    {"radius", runs, QT_TRANSLATE_NOOP("SettingsPages", "Rayon"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "territoire distance voisins loin")},
+    {"lastRun", runs, QT_TRANSLATE_NOOP("SettingsPages", "Dernière fouille"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "compte rendu bilan rapport")},
+    {"rest", runs, QT_TRANSLATE_NOOP("SettingsPages", "La suite"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "fouille limite quota continuer reprendre")},
+    {"agent", agent, QT_TRANSLATE_NOOP("SettingsPages", "Ton IA"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "agent claude codex abonnement chatgpt connexion")},
+    {"agentModel", agent, QT_TRANSLATE_NOOP("SettingsPages", "Modèle"),
+     QT_TRANSLATE_NOOP("SettingsPages", "Celui que ton IA choisit d’elle-même."),
+     QT_TRANSLATE_NOOP("SettingsPages", "ia agent version")},
+    {"bench", agent, QT_TRANSLATE_NOOP("SettingsPages", "Aperçu du jugement v2"),
+     QT_TRANSLATE_NOOP("SettingsPages",
+                       "10 sujets du banc d’essai. Tes vrais sujets ne sont pas touchés."),
+     QT_TRANSLATE_NOOP("SettingsPages", "banc essai notes juge test consigne")},
+    {"notifyMode", notices, QT_TRANSLATE_NOOP("SettingsPages", "Après une fouille"), "", "",
      Row::Hidden},
+    {"notifyReminder", notices, QT_TRANSLATE_NOOP("SettingsPages", "Rappel du programme"), "", "",
+     Row::Hidden},
+    {"reminder", notices, QT_TRANSLATE_NOOP("SettingsPages", "Heure du rappel"), "", "",
+     Row::Hidden},
+    {"captureShortcut", capture, QT_TRANSLATE_NOOP("SettingsPages", "Raccourci"),
+     QT_TRANSLATE_NOOP("SettingsPages", "Ouvre la capture depuis n’importe quelle app."), "",
+     Row::Hidden},
+    {"proposeTab", capture, QT_TRANSLATE_NOOP("SettingsPages", "Proposer l’onglet du navigateur"),
+     "", "", Row::Hidden},
+    {"topicsFile", data, QT_TRANSLATE_NOOP("SettingsPages", "Tes sujets"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "fichier dossier emplacement où finder sauvegarde")},
+    {"archive", data, QT_TRANSLATE_NOOP("SettingsPages", "Tout emporter"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "exporter importer sauvegarde copie json archive")},
+    {"notes", data, QT_TRANSLATE_NOOP("SettingsPages", "En notes Markdown"),
+     QT_TRANSLATE_NOOP("SettingsPages", "Une note par sujet, fiche comprise."),
+     QT_TRANSLATE_NOOP("SettingsPages", "exporter dossier obsidian md texte")},
+    {"diagnostics", data, QT_TRANSLATE_NOOP("SettingsPages", "Diagnostics"),
+     QT_TRANSLATE_NOOP("SettingsPages",
+                       "Version, système, IA et les dernières erreurs. Rien de tes sujets."),
+     QT_TRANSLATE_NOOP("SettingsPages", "bug problème aide journal log erreur")},
+    {"onboarding", data, QT_TRANSLATE_NOOP("SettingsPages", "Refaire le premier réglage"),
+     QT_TRANSLATE_NOOP("SettingsPages", "Tes sujets ne bougent pas."),
+     QT_TRANSLATE_NOOP("SettingsPages", "accueil recommencer"), Row::Hidden},
+    {"calibration", data, QT_TRANSLATE_NOOP("SettingsPages", "Refaire le premier tri"), "",
+     QT_TRANSLATE_NOOP("SettingsPages", "calibrer recommencer"), Row::Hidden},
 };
 
-QString text(const char *french) { return SettingsPages::tr(french); }
+QString text(const char *french) { return QCoreApplication::translate("SettingsPages", french); }
 
 const RowEntry *entryOf(const QString &row) {
     const auto found = std::ranges::find_if(
@@ -93,9 +111,9 @@ const RowEntry *entryOf(const QString &row) {
 }
 
 bool holds(const RowEntry &entry, const QList<QByteArray> &words) {
-    const QByteArray all = foldedForSearch(QStringList{text(entry.title), text(entry.help),
-                                                       text(entry.page), text(entry.alsoFoundBy)}
-                                               .join(u' '));
+    const QByteArray all = foldedForSearch(
+        QStringList{text(entry.title), text(entry.help), text(entry.page), text(entry.alsoFoundBy)}
+            .join(u' '));
     return std::ranges::all_of(words, [&](const QByteArray &word) { return all.contains(word); });
 }
 
@@ -185,7 +203,8 @@ QString SettingsPages::versionText() {
 
 int SettingsPages::steppedMinutes(int minutes, int by) {
     constexpr int step = 30;
-    const int next = by > 0 ? (minutes / step + 1) * step : (minutes + step - 1) / step * step - step;
+    const int next =
+        by > 0 ? (minutes / step + 1) * step : (minutes + step - 1) / step * step - step;
     return std::clamp(next, weeklyMinutesRange.least, weeklyMinutesRange.most);
 }
 

@@ -81,9 +81,8 @@ void TransferModel::choose(Work work, ExportFormats formats) {
         return;
     }
     m_cancel = CancelSource();
-    m_work.add(logged(
-        run(work, {this, m_parts.files, m_parts.patience, formats, m_cancel.token()}),
-        QStringLiteral("a transfer of topics")));
+    m_work.add(logged(run(work, {this, m_parts.files, m_parts.patience, formats, m_cancel.token()}),
+                      QStringLiteral("a transfer of topics")));
 }
 
 void TransferModel::stop() { m_cancel.cancel(); }
@@ -114,7 +113,8 @@ Task<> TransferModel::writeOut(Asked asked) {
     const qsizetype count = topics.size();
     const auto work = std::make_shared<DiskWork>();
     const auto job = [topics = std::move(topics), folder = *folder, live = store.file(),
-                      formats = asked.formats, now = asked.model->m_parts.clock.now()](DiskWork &on) {
+                      formats = asked.formats,
+                      now = asked.model->m_parts.clock.now()](DiskWork &on) {
         on.files = exportTopics(topics, folder, live, formats, now, [&on] {
             ++on.steps;
             return on.stopped.load();
@@ -136,8 +136,8 @@ Task<> TransferModel::writeOut(Asked asked) {
 }
 
 Task<> TransferModel::readIn(Asked asked) {
-    const auto file = co_await asked.files.file(
-        tr("Quels sujets importer"), {tr("Sujets"), {QStringLiteral("*.json")}});
+    const auto file = co_await asked.files.file(tr("Quels sujets importer"),
+                                                {tr("Sujets"), {QStringLiteral("*.json")}});
     if (!asked.model || !file || asked.cancel.isCancelled()) {
         co_return;
     }
@@ -159,7 +159,8 @@ Task<> TransferModel::readIn(Asked asked) {
     } else if (model.m_parts.store.isDamaged()) {
         model.end(tr("Tes sujets sont illisibles\u00A0: %1").arg(model.m_parts.store.file()), true);
     } else {
-        const ImportOutcome outcome = importTopicsInto(model.m_parts.store, std::move(work->topics));
+        const ImportOutcome outcome =
+            importTopicsInto(model.m_parts.store, std::move(work->topics));
         if (model.m_parts.readOn) {
             model.m_parts.readOn();
         }

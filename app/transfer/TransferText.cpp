@@ -40,8 +40,9 @@ QString exportText(qsizetype topics, const QString &folder, const WrittenFiles &
                       French::tr(" dans %1\u00A0: ").arg(QDir::toNativeSeparators(folder)) +
                       filesText(files)};
     if (!files.aside.isEmpty()) {
-        lines += French::tr("L’export d’avant a des sujets que tu n’as plus\u00A0: je l’ai gardé, %1")
-                     .arg(files.aside);
+        lines +=
+            French::tr("L’export d’avant a des sujets que tu n’as plus\u00A0: je l’ai gardé, %1")
+                .arg(files.aside);
     }
     if (!files.left.isEmpty()) {
         lines += leftText(files.left);

@@ -128,9 +128,8 @@ public:
 private:
     static Shell::Parts partsOf(Application &app, const GuiAdapters &adapters,
                                 ClaudeLauncher &launcher) {
-        Shell::Parts parts =
-            shellParts(app, {adapters.links, adapters.pasteboard, launcher, adapters.files,
-                             adapters.reveal});
+        Shell::Parts parts = shellParts(
+            app, {adapters.links, adapters.pasteboard, launcher, adapters.files, adapters.reveal});
         parts.released = parts.store.releaseAllPending();
         for (const QString &name : adapters.terminals.names()) {
             if (adapters.terminals.command(name, {})) {

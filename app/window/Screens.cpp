@@ -27,8 +27,8 @@ BenchPreview *Screens::bench() {
 
 TransferModel *Screens::transfer() {
     if (!m_transfer) {
-        m_transfer = std::make_unique<TransferModel>(TransferModel::Parts{
-            m_parts.store, m_parts.files, m_parts.clock, m_parts.readOn});
+        m_transfer = std::make_unique<TransferModel>(
+            TransferModel::Parts{m_parts.store, m_parts.files, m_parts.clock, m_parts.readOn});
     }
     return m_transfer.get();
 }

@@ -9,15 +9,16 @@ namespace vorle {
 Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
     DiagnosticSources sources = app.diagnosticSources();
     sources.surface = QGuiApplication::platformName();
-    Screens::Parts screens{.preferences = app.preferences(),
-                           .store = app.store(),
-                           .asker = app.asker(),
-                           .clock = app.clock(),
-                           .pasteboard = adapters.pasteboard,
-                           .files = adapters.files,
-                           .reveal = adapters.reveal,
-                           .diagnosticText = [sources] { return diagnosticText(diagnose(sources)); },
-                           .readOn = [&capture = app.capture()] { capture.resume(); }};
+    Screens::Parts screens{
+        .preferences = app.preferences(),
+        .store = app.store(),
+        .asker = app.asker(),
+        .clock = app.clock(),
+        .pasteboard = adapters.pasteboard,
+        .files = adapters.files,
+        .reveal = adapters.reveal,
+        .diagnosticText = [sources] { return diagnosticText(diagnose(sources)); },
+        .readOn = [&capture = app.capture()] { capture.resume(); }};
     return {.store = app.store(),
             .preferences = app.preferences(),
             .provenance = app.provenance(),

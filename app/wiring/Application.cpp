@@ -140,7 +140,9 @@ DiagnosticSources Application::diagnosticSources() {
     return {OnDemand<Preferences>([this]() -> Preferences & { return preferences(); }),
             OnDemand<TopicStore>([this]() -> TopicStore & { return store(); }),
             OnDemand<EngineAgent>([this]() -> EngineAgent & { return agent(); }),
-            [this] { return topicsFile(); }, m_clock, QStringLiteral("terminal")};
+            [this] { return topicsFile(); },
+            m_clock,
+            QStringLiteral("terminal")};
 }
 
 QStringList Application::notices() const {

@@ -90,8 +90,8 @@ void tellTopics(Diagnostics &into, const DiagnosticSources &sources) {
     const QList<RunReport> past = store.history();
     for (auto report = past.crbegin(); report != past.crend() && into.runs.size() < runsTold;
          ++report) {
-        Diagnostics::Run run{report->date, report->added,  report->seconds,
-                             report->cancelled, {}, {}};
+        Diagnostics::Run run{
+            report->date, report->added, report->seconds, report->cancelled, {}, {}};
         if (report->failed) {
             run.failed = errorKind(*report->failed);
         }
@@ -163,7 +163,8 @@ QString logKind(const QString &line) {
 QStringList ownSentence(const QString &text) {
     constexpr int anyCode = 12345;
     static const QRegularExpression stopped = [] {
-        QString pattern = QRegularExpression::escape(AgentError::stopped(anyCode, {}).text().trimmed());
+        QString pattern =
+            QRegularExpression::escape(AgentError::stopped(anyCode, {}).text().trimmed());
         pattern.replace(QString::number(anyCode), QStringLiteral("-?[0-9]+"));
         return QRegularExpression(QStringLiteral("^(") + pattern + u')');
     }();
@@ -280,11 +281,12 @@ QString diagnosticText(const Diagnostics &told) {
     for (const Diagnostics::Count &count : told.topics) {
         counts += QStringLiteral("%1 %2").arg(count.status, numberText(count.topics));
     }
-    add(French::tr("Sujets"), told.damaged ? French::tr("fichier illisible")
-                                           : counts.join(QStringLiteral(", ")));
+    add(French::tr("Sujets"),
+        told.damaged ? French::tr("fichier illisible") : counts.join(QStringLiteral(", ")));
     for (const Diagnostics::Agent &agent : told.agents) {
         add(agent.name + (agent.chosen ? French::tr(" (choisi)") : QString()),
-            stateText(agent.state) + (agent.path ? QStringLiteral(" · ") + *agent.path : QString()));
+            stateText(agent.state) +
+                (agent.path ? QStringLiteral(" · ") + *agent.path : QString()));
     }
     add(French::tr("Modèle"), told.model.value_or(French::tr("celui par défaut")));
     add(French::tr("Fouilles"),

@@ -22,8 +22,8 @@ namespace vorle {
 /// is known to be is told (see errorKind).
 struct Diagnostics {
     struct File {
-        QString name; ///< what it is: "topics", "settings"
-        QString path; ///< "~" for the home
+        QString name;                ///< what it is: "topics", "settings"
+        QString path;                ///< "~" for the home
         std::optional<qint64> bytes; ///< nothing when it is not there
 
         static constexpr auto jsonFields() {
@@ -47,31 +47,30 @@ struct Diagnostics {
         std::optional<QString> path;
 
         static constexpr auto jsonFields() {
-            return std::tuple(json::field("name", &Agent::name), json::field("state", &Agent::state),
-                              json::field("chosen", &Agent::chosen),
-                              json::field("path", &Agent::path));
+            return std::tuple(
+                json::field("name", &Agent::name), json::field("state", &Agent::state),
+                json::field("chosen", &Agent::chosen), json::field("path", &Agent::path));
         }
     };
     struct Run {
         QDateTime date;
         int added = 0;
         double seconds = 0;
-        bool stopped = false; ///< by the user
+        bool stopped = false;          ///< by the user
         std::optional<QString> failed; ///< what kind of error ended it
         QList<QString> scopes;         ///< the kinds of error of those that failed
 
         static constexpr auto jsonFields() {
-            return std::tuple(json::field("date", &Run::date), json::field("added", &Run::added),
-                              json::field("seconds", &Run::seconds),
-                              json::field("stopped", &Run::stopped),
-                              json::field("failed", &Run::failed),
-                              json::field("scopes", &Run::scopes));
+            return std::tuple(
+                json::field("date", &Run::date), json::field("added", &Run::added),
+                json::field("seconds", &Run::seconds), json::field("stopped", &Run::stopped),
+                json::field("failed", &Run::failed), json::field("scopes", &Run::scopes));
         }
     };
 
     QDateTime date;
     QString version;
-    QString qt;       ///< at run time, and what it was built with
+    QString qt; ///< at run time, and what it was built with
     QString compiler;
     QString system; ///< name and version
     QString architecture;
@@ -85,9 +84,9 @@ struct Diagnostics {
     QString schedule;             ///< "mon 8:00"; "" without a day
     std::optional<QDateTime> nextRun;
     std::optional<QDateTime> lastRun;
-    QList<Run> runs;         ///< the last five, newest first
-    QList<QString> problems; ///< what could not be read or saved, as kinds of errors
-    QList<QString> log;      ///< the last lines of this process, as kinds of errors
+    QList<Run> runs;          ///< the last five, newest first
+    QList<QString> problems;  ///< what could not be read or saved, as kinds of errors
+    QList<QString> log;       ///< the last lines of this process, as kinds of errors
     QList<QString> variables; ///< the names of those of ours that are set
 
     static constexpr auto jsonFields() {

@@ -110,9 +110,8 @@ private:
     /// The banner of a missed run, where the story has somebody who takes it up at once.
     void offer() {
         const Settings &settings = m_preferences.settings();
-        const auto missed =
-            settings.schedule.missedRun(settings.lastSearch, m_clock.now(), m_zone,
-                                        settings.believedSlot(m_clock.now()));
+        const auto missed = settings.schedule.missedRun(settings.lastSearch, m_clock.now(), m_zone,
+                                                        settings.believedSlot(m_clock.now()));
         if (m_takesOffers && m_runEnds == 0 && missed) {
             m_offered.append(missed->toSecsSinceEpoch());
             leaveDate();

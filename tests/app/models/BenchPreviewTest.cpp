@@ -37,7 +37,8 @@ TEST_F(BenchPreviewTest, judges_its_ten_samples_when_it_is_asked_to) {
     EXPECT_EQ(agents.calls().size(), 0) << "it costs calls: none unasked";
     judge();
     EXPECT_FALSE(preview.failed()) << preview.statusText().toStdString();
-    EXPECT_TRUE(preview.statusText().startsWith(u"10 sujets jugés")) << preview.statusText().toStdString();
+    EXPECT_TRUE(preview.statusText().startsWith(u"10 sujets jugés"))
+        << preview.statusText().toStdString();
     EXPECT_EQ(agents.calls(u"judge"), 2);
     EXPECT_EQ(preview.rows().size(), 10);
     EXPECT_EQ(row(0).look.digits, text("7"));

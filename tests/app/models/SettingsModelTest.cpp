@@ -143,8 +143,11 @@ TEST_F(SettingsModelTest, a_time_of_day_goes_round_the_clock_by_minutes) {
         const char *time;
         int minutes;
         const char *later;
-    } rows[] = {{"8:00", 5, "8:05"}, {"8:00", -5, "7:55"}, {"0:00", -5, "23:55"},
-                {"23:58", 5, "0:03"}, {"830", 5, "8:35"}};
+    } rows[] = {{"8:00", 5, "8:05"},
+                {"8:00", -5, "7:55"},
+                {"0:00", -5, "23:55"},
+                {"23:58", 5, "0:03"},
+                {"830", 5, "8:35"}};
     for (const auto &[time, minutes, later] : rows) {
         EXPECT_EQ(SettingsModel::laterTime(text(time), minutes), text(later)) << time;
     }

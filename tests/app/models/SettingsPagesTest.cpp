@@ -78,7 +78,7 @@ TEST_F(SettingsPagesTest, what_is_told_of_a_setting_follows_it) {
 
 TEST_F(SettingsPagesTest, the_weeks_time_goes_by_half_hours_within_what_it_may_be) {
     const std::pair<std::pair<int, int>, int> steps[] = {
-        {{180, 1}, 210}, {{180, -1}, 150}, {{100, 1}, 120},     {{100, -1}, 90},
+        {{180, 1}, 210}, {{180, -1}, 150}, {{100, 1}, 120},       {{100, -1}, 90},
         {{0, -1}, 0},    {{10, -1}, 0},    {{10'080, 1}, 10'080}, {{10'070, 1}, 10'080},
     };
     for (const auto &[from, to] : steps) {

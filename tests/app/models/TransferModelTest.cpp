@@ -51,7 +51,8 @@ TEST_F(TransferModelTest, takes_the_topics_out_and_back_in_and_doubles_none) {
     EXPECT_EQ(readFile(folder + QStringLiteral("/topics.json")), readFile(store.file()));
     EXPECT_FALSE(QDir(folder).exists(QStringLiteral("notes")));
     said(&TransferModel::exportNotes, folder);
-    EXPECT_EQ(QDir(folder + QStringLiteral("/notes")).entryList({QStringLiteral("*.md")}).size(), 2);
+    EXPECT_EQ(QDir(folder + QStringLiteral("/notes")).entryList({QStringLiteral("*.md")}).size(),
+              2);
 
     TopicStore other(dir.filePath(QStringLiteral("autre.json")), Resources(dir.path()), clock);
     test::FakeFilePicker where;
@@ -77,9 +78,12 @@ TEST_F(TransferModelTest, what_cannot_be_read_or_written_is_told_and_changes_not
     ASSERT_EQ(::truncate(at("huge.json").toLocal8Bit().constData(), maxArchiveBytes + 1), 0);
     ASSERT_EQ(::mkfifo(at("pipe.json").toLocal8Bit().constData(), 0600), 0);
     const std::pair<const char *, const char *> files[] = {
-        {"prose.json", "n’est pas une liste de sujets"}, {"deep.json", "n’est pas une liste"},
-        {"torn.json", "n’est pas une liste de sujets"},  {"huge.json", "trop gros"},
-        {"pipe.json", "Le système a refusé"},            {"nowhere.json", "n’existe pas"},
+        {"prose.json", "n’est pas une liste de sujets"},
+        {"deep.json", "n’est pas une liste"},
+        {"torn.json", "n’est pas une liste de sujets"},
+        {"huge.json", "trop gros"},
+        {"pipe.json", "Le système a refusé"},
+        {"nowhere.json", "n’existe pas"},
     };
     for (const auto &[name, reason] : files) {
         const QString word = said(&TransferModel::importFile, at(name));

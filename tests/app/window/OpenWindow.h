@@ -54,7 +54,8 @@ protected:
     void open() {
         m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
             m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
-        Shell::Parts parts = shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files, m_reveal});
+        Shell::Parts parts =
+            shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files, m_reveal});
         parts.terminals = m_terminals.names();
         m_shell = std::make_unique<Shell>(parts);
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());

@@ -103,8 +103,8 @@ TEST_F(SettingsPanelTest, every_page_is_worked_by_keys_alone_and_each_change_is_
     press(Qt::Key_Tab);
     EXPECT_EQ(settings().agentModel, QStringLiteral("gpt-5"));
     const QByteArray disk = kept();
-    for (const char *value : {"\"Sombre\"", "\"Lagune\"", "115", "\"Ghostty\"", "210", "\"codex\"",
-                              "\"gpt-5\""}) {
+    for (const char *value :
+         {"\"Sombre\"", "\"Lagune\"", "115", "\"Ghostty\"", "210", "\"codex\"", "\"gpt-5\""}) {
         EXPECT_TRUE(disk.contains(value)) << value << " in " << disk.constData();
     }
 }
@@ -157,13 +157,13 @@ TEST_F(SettingsPanelTest, the_data_page_shows_copies_and_takes_out) {
     click(QStringLiteral("Show"));
     EXPECT_EQ(m_reveal.revealed, QStringList{store().file()});
     click(QStringLiteral("Copier"));
-    EXPECT_TRUE(m_pasteboard.text().contains(QStringLiteral("inbox 3"))) << m_pasteboard.text().toStdString();
+    EXPECT_TRUE(m_pasteboard.text().contains(QStringLiteral("inbox 3")))
+        << m_pasteboard.text().toStdString();
     EXPECT_FALSE(m_pasteboard.text().contains(QStringLiteral("Sujet 9")));
     m_files.answer = m_app.program.path("dehors");
     click(QStringLiteral("Exporter…"));
-    test::spinUntil([&] {
-        return !shownTexts().filter(QStringLiteral("6 sujets dans ")).isEmpty();
-    });
+    test::spinUntil(
+        [&] { return !shownTexts().filter(QStringLiteral("6 sujets dans ")).isEmpty(); });
     EXPECT_EQ(m_app.program.read("dehors/topics.json"),
               m_app.program.read("data/vorle/topics.json"));
     showPage(1);

@@ -126,13 +126,14 @@ TEST_F(ScheduleCasesTest, every_slot_has_one_run_or_one_banner_whatever_the_cloc
         int year;
         bool closely = false; // with several days a week, too
     } places[] = {
-        {"Europe/Paris", 2026, true},     {"America/Santiago", 2026}, {"America/Havana", 2026},
-        {"Asia/Beirut", 2026},            {"Africa/Cairo", 2026},     {"America/St_Johns", 2006},
-        {"America/New_York", 2026, true}, {"Pacific/Apia", 2011},     {"Asia/Kolkata", 2026},
-        {"Australia/Lord_Howe", 2026, true},
+        {"Europe/Paris", 2026, true},     {"America/Santiago", 2026},
+        {"America/Havana", 2026},         {"Asia/Beirut", 2026},
+        {"Africa/Cairo", 2026},           {"America/St_Johns", 2006},
+        {"America/New_York", 2026, true}, {"Pacific/Apia", 2011},
+        {"Asia/Kolkata", 2026},           {"Australia/Lord_Howe", 2026, true},
     };
-    const QTime times[] = {QTime(0, 0), QTime(0, 30), QTime(1, 45), QTime(2, 0),
-                           QTime(2, 30), QTime(8, 0), QTime(23, 30)};
+    const QTime times[] = {QTime(0, 0),  QTime(0, 30), QTime(1, 45), QTime(2, 0),
+                           QTime(2, 30), QTime(8, 0),  QTime(23, 30)};
     const Mishap mishaps[] = {Mishap::None, Mishap::Asleep, Mishap::BackAnHour, Mishap::BackADay,
                               Mishap::BackDuringTheRun};
     enum class Days { TheDay, ItAndTheNext, All };
@@ -213,18 +214,17 @@ TEST_F(ScheduleCasesTest, a_journey_there_and_back_leaves_each_slot_its_one_run_
     int cases = 0;
     for (const QList<int> &days : weeks) {
         for (const QTime &time : times) {
-            for (int out = 0; out < 24; out += 6) { // the hour it leaves at, on the Monday
+            for (int out = 0; out < 24; out += 6) {       // the hour it leaves at, on the Monday
                 for (const int back : {30, 44, 53, 71}) { // hours later
                     ++cases;
                     preferences.change(&Settings::schedule,
                                        Schedule{days, time.hour(), time.minute()});
                     const QDateTime begin = monday.addDays(-3).addSecs(12 * 3600);
                     const QDateTime leaves = monday.addSecs(out * 3600 + 1800);
-                    Simulation life(preferences, clock,
-                                    {{begin, paris},
-                                     {leaves, york},
-                                     {leaves.addSecs(back * 3600), paris}},
-                                    Mishap::None);
+                    Simulation life(
+                        preferences, clock,
+                        {{begin, paris}, {leaves, york}, {leaves.addSecs(back * 3600), paris}},
+                        Mishap::None);
                     life.live(begin, monday.addDays(6).addSecs(12 * 3600), begin);
                     const QString what = QStringLiteral("days %1 at %2, out %3, back %4")
                                              .arg(days.size())
@@ -233,9 +233,8 @@ TEST_F(ScheduleCasesTest, a_journey_there_and_back_leaves_each_slot_its_one_run_
                                              .arg(back);
                     for (int day = -2; day <= 5; ++day) {
                         const QDate date = monday.date().addDays(day);
-                        const QString slot =
-                            QDateTime(date, time, Qt::UTC)
-                                .toString(QStringLiteral("yyyy-MM-dd'T'HH:mm"));
+                        const QString slot = QDateTime(date, time, Qt::UTC)
+                                                 .toString(QStringLiteral("yyyy-MM-dd'T'HH:mm"));
                         EXPECT_EQ(life.served(slot), days.contains(weekdayOf(date)) ? 1 : 0)
                             << what.toStdString() << ' ' << slot.toStdString();
                     }
