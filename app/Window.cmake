@@ -8,7 +8,7 @@ set(VORLE_QML
     controls/ChangeRow.qml controls/ChartBar.qml controls/CostCard.qml controls/Figure.qml controls/FigureCard.qml controls/LegendMark.qml
     controls/PeriodChoice.qml controls/ReportScope.qml controls/ShareStack.qml controls/SourceBars.qml controls/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
-    controls/FocusRing.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
+    controls/FocusRing.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
@@ -20,8 +20,10 @@ set(VORLE_QML
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
     screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml
-    screens/ClosingPanel.qml screens/CorrectionPanel.qml
-    screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/ClosingPanel.qml screens/DemoStrip.qml screens/CorrectionPanel.qml
+    screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
+    screens/OnboardingAgent.qml screens/OnboardingProjects.qml screens/OnboardingScreen.qml screens/OnboardingStep.qml screens/OnboardingTopics.qml
+    screens/OnboardingWhen.qml screens/OnboardingYou.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/SettingsPanel.qml
     screens/BenchScreen.qml screens/SettingsAgent.qml screens/SettingsData.qml screens/SettingsGeneral.qml screens/SettingsMenu.qml screens/SettingsRuns.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/SendPanel.qml screens/TerritoryInterests.qml screens/TerritoryNames.qml screens/TerritoryProjects.qml
@@ -41,6 +43,7 @@ qt_add_qml_module(vorle_window
         window/Announcer.cpp window/Announcer.h
         window/CommandServer.cpp window/CommandServer.h
         window/AccessibilityBarrier.cpp window/AccessibilityBarrier.h
+        window/DemoProcess.cpp window/DemoProcess.h
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
         window/KeyRepeatFilter.cpp window/KeyRepeatFilter.h

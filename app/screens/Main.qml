@@ -15,10 +15,12 @@ Window {
     readonly property SectionScreen screen: slots[sections.current].screen
     readonly property TopicSelection selection: shell.actions.selection // null where no topics are
     readonly property string chosenId: selection?.currentId ?? ""
-    readonly property bool covered: panels.shown
+    readonly property bool covered: panels.shown || onboarding.shown
 
     signal quitAsked
     signal raiseAsked
+    signal demoAsked
+    signal returnAsked
 
     title: shell.demo ? qsTr("vorle · démonstration") : "vorle"
     minimumWidth: 700
@@ -30,7 +32,9 @@ Window {
     }
     // A panel went: the keyboard goes back to the section.
     function resume() {
-        if (!panels.anyShown()) {
+        if (shell.onboarding.shown) {
+            onboarding.focusStep();
+        } else if (!panels.anyShown()) {
             screen.focusContent();
         }
     }
@@ -47,7 +51,7 @@ Window {
         panels.askToClose();
     }
 
-    Component.onCompleted: screen.focusContent()
+    Component.onCompleted: resume()
     Binding {
         target: Theme
         property: "windowWidth"
@@ -113,6 +117,9 @@ Window {
             if (action === KeyboardMap.NoAction) {
                 return;
             }
+            if (onboarding.shown) {
+                return; // it keeps the keyboard, and nothing opens over it
+            }
             if (main.covered && action !== KeyboardMap.Search && action !== KeyboardMap.AddTopic && action !== KeyboardMap.ShowShortcuts) {
                 return; // a panel keeps the keyboard
             }
@@ -156,7 +163,7 @@ Window {
 
             Item {
                 anchors.fill: parent
-                anchors.topMargin: banner.height
+                anchors.topMargin: banner.y + banner.height
 
                 SectionSlot {
                     id: inbox
@@ -236,8 +243,15 @@ Window {
                     }
                 }
             }
+            DemoStrip {
+                id: strip
+                width: parent.width
+                visible: main.shell.demoReturns
+                onBackAsked: main.returnAsked()
+            }
             Banner {
                 id: banner
+                y: strip.height
                 width: parent.width
                 run: main.shell.run
                 notice: main.shell.notice
@@ -260,6 +274,14 @@ Window {
             visible: opacity > 0 && !main.covered
         }
 
+        OnboardingScreen {
+            id: onboarding
+            anchors.fill: parent
+            shell: main.shell
+            onShownChanged: if (!shown) main.resume()
+            onRunAsked: main.shell.run.start()
+            onDemoAsked: main.demoAsked()
+        }
         Panels {
             id: panels
             anchors.fill: parent

@@ -3,6 +3,7 @@
 #include "app/cli/Command.h"
 #include "app/demo/Demonstration.h"
 #include "app/window/CommandServer.h"
+#include "app/window/DemoProcess.h"
 #include "app/window/MainWindow.h"
 #include "app/window/Opening.h"
 #include "app/window/QuitHandler.h"
@@ -77,6 +78,7 @@ public:
         , m_instance(instance)
         , m_timer(m_preferences, app.clock())
         , m_resume(app.engine(), m_timer, app.clock())
+        , m_demo(QCoreApplication::applicationFilePath())
         , m_left(std::move(left)) {
         m_preferences.watch();
         connect(&m_instance, &SingleInstance::commandAsked, &m_commands, &CommandServer::serve);
@@ -99,6 +101,15 @@ public:
         connect(&m_tray, &Tray::quitAsked, this, [this] { quit(); });
         connect(&m_main, &MainWindow::closed, this, [this] { windowClosed(); });
         connect(&m_main, &MainWindow::quitAsked, this, [this] { quit(); });
+        connect(&m_main, &MainWindow::returnAsked, this, [this] { quit(); });
+        connect(&m_main, &MainWindow::demoAsked, &m_demo, &DemoProcess::start);
+        connect(&m_demo, &DemoProcess::started, &m_main.window(), &QWindow::hide);
+        connect(&m_demo, &DemoProcess::ended, this, [this](const QString &problem) {
+            m_main.raise();
+            if (!problem.isEmpty()) {
+                Q_EMIT m_shell.said(problem);
+            }
+        });
         // Once the window is there: what the first decision would otherwise wait for.
         connect(
             &m_main.window(), &QQuickWindow::frameSwapped, this, [this] { m_store.prepareSaves(); },
@@ -143,6 +154,7 @@ private:
         m_main.saveState();
         m_main.finishEditing();
         m_main.window().hide();
+        m_demo.stop();
         m_instance.close();
         co_await m_commands.closed();
         co_await m_shell.stopped();
@@ -190,6 +202,7 @@ private:
     SingleInstance &m_instance;
     RunTimer m_timer;
     ResumeTimer m_resume;
+    DemoProcess m_demo;
     std::function<void()> m_left;
     bool m_quitting = false;
 };

@@ -54,6 +54,8 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     new KeyRepeatFilter(*m_window);
     connect(m_window, SIGNAL(quitAsked()), this, SIGNAL(quitAsked()));
     connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
+    connect(m_window, SIGNAL(demoAsked()), this, SIGNAL(demoAsked()));
+    connect(m_window, SIGNAL(returnAsked()), this, SIGNAL(returnAsked()));
 }
 
 MainWindow::~MainWindow() {

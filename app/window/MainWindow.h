@@ -56,6 +56,9 @@ Q_SIGNALS:
     /// The user asked to close the window, which is still there.
     void closed();
     void quitAsked();
+    /// The demonstration is to be opened; or, in one, the app that opened it is to come back.
+    void demoAsked();
+    void returnAsked();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -4,6 +4,7 @@
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
+#include "app/window/DemoProcess.h"
 #include "base/SystemErrorText.h"
 #include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
@@ -14,12 +15,20 @@
 #include "platform/LinkOpener.h"
 #include "platform/Pasteboard.h"
 
+#include <QSysInfo>
 #include <QUrl>
 
 #include <algorithm>
 #include <utility>
 
 namespace vorle {
+
+namespace {
+
+/// macOS asks the user before a program reads "Documents" and the like.
+bool guardsPersonalFolders() { return QSysInfo::kernelType() == u"darwin"; }
+
+} // namespace
 
 Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     TopicStore &store = parts.store;
@@ -45,6 +54,15 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
         preferences, store, parts.asker, parts.feeds, parts.files, clock, parts.apps});
     m_settings = std::make_unique<SettingsModel>(preferences);
     m_agentStates = std::make_unique<AgentStates>(parts.agents, preferences);
+    m_onboarding = std::make_unique<OnboardingModel>(OnboardingModel::Parts{
+        .preferences = preferences,
+        .projects = *m_territory->projects(),
+        .home = parts.agents.environment().home(),
+        .personal = guardsPersonalFolders() ? discovery::PersonalFolders::LeftOut
+                                            : discovery::PersonalFolders::Included,
+        .apps = parts.apps,
+        .wanted =
+            !store.isDemo() && !preferences.settings().lastSearch && store.topics().isEmpty()});
     m_calibration = std::make_unique<CalibrationModel>(preferences, store, *m_decisions, clock);
     connect(m_calibration.get(), &CalibrationModel::said, this, &Shell::say);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), clock);
@@ -90,6 +108,10 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
 }
 
 Shell::~Shell() = default;
+
+bool Shell::demoReturns() const {
+    return isDemo() && qEnvironmentVariableIsSet(DemoProcess::returnVariable);
+}
 
 QString Shell::agent() const { return json::rawText(m_parts.agents.choose()); }
 

@@ -5,6 +5,7 @@
 #include "app/models/Decisions.h"
 #include "app/models/FiguresModel.h"
 #include "app/models/KeyboardMap.h"
+#include "app/models/OnboardingModel.h"
 #include "app/models/ProgramBudget.h"
 #include "app/models/ReportModel.h"
 #include "app/models/RunModel.h"
@@ -61,6 +62,7 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::ProgramBudget *budget READ budget CONSTANT FINAL)
     Q_PROPERTY(vorle::SettingsModel *settings READ settings CONSTANT FINAL)
     Q_PROPERTY(vorle::AgentStates *agentStates READ agentStates CONSTANT FINAL)
+    Q_PROPERTY(vorle::OnboardingModel *onboarding READ onboarding CONSTANT FINAL)
     Q_PROPERTY(vorle::CalibrationModel *calibration READ calibration CONSTANT FINAL)
     /// What single screens stand on.
     Q_PROPERTY(vorle::Screens *screens READ screens CONSTANT FINAL)
@@ -72,6 +74,8 @@ class Shell final : public QObject {
     Q_PROPERTY(QVariantList correctionReasons READ correctionReasons CONSTANT FINAL)
     /// Nothing here is the user's own: made-up topics, an agent that plays its part.
     Q_PROPERTY(bool demo READ isDemo CONSTANT FINAL)
+    /// It was opened from the app, which waits for its end.
+    Q_PROPERTY(bool demoReturns READ demoReturns CONSTANT FINAL)
     /// A sentence on what went wrong lately (a save, the settings); "" when nothing did, or when it
     /// holds no longer. The latest first; dismissed, the one before shows again.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
@@ -122,6 +126,7 @@ public:
     ProgramBudget *budget() const { return m_budget.get(); }
     SettingsModel *settings() const { return m_settings.get(); }
     AgentStates *agentStates() const { return m_agentStates.get(); }
+    OnboardingModel *onboarding() const { return m_onboarding.get(); }
     CalibrationModel *calibration() const { return m_calibration.get(); }
     Screens *screens() const { return m_screens.get(); }
     QString agent() const;
@@ -129,6 +134,7 @@ public:
     QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
     QString remedy() const;
     bool isDemo() const { return m_parts.store.isDemo(); }
+    bool demoReturns() const;
 
     /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
     Q_INVOKABLE void openLink(const QString &url);
@@ -218,6 +224,7 @@ private:
     std::unique_ptr<TerritoryModel> m_territory;
     std::unique_ptr<SettingsModel> m_settings;
     std::unique_ptr<AgentStates> m_agentStates;
+    std::unique_ptr<OnboardingModel> m_onboarding;
     std::unique_ptr<CalibrationModel> m_calibration;
     std::unique_ptr<ReportModel> m_report;
     std::unique_ptr<FiguresModel> m_figures;

@@ -28,6 +28,7 @@ protected:
     OpenWindow() {
         m_app.variables.set("VORLE_REDUCED_MOTION", QStringLiteral("1"));
         m_app.program.agent.signOut();
+        m_app->preferences().change(&Settings::onboarded, true); // else that is what opens
     }
 
     TopicStore &store() { return m_app->store(); }

@@ -1,0 +1,113 @@
+import QtQuick
+import Vorle
+import Vorle.Models
+
+// The person's projects: those found on the machine, those pointed at or dropped.
+OnboardingStep {
+    id: step
+
+    readonly property ProjectsModel projects: shell.territory.projects
+
+    function takeFocus() {
+        found.count > 0 ? (found.itemAt(0) as FoundProject).takeFocus() : choose.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    Rows {
+        id: cards
+        width: parent.width
+        spacing: 10
+        visible: count > 0
+        model: step.projects.rows
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Tes projets")
+        onEmptied: choose.forceActiveFocus(Qt.TabFocusReason)
+        delegate: ProjectCard {
+            width: cards.width
+            height: 140
+            stop: index === cards.here
+            onStepped: by => cards.step(index, by)
+            onDescribed: description => {
+                problem = step.projects.describe(row.name, description);
+                if (problem.length === 0) {
+                    stopEditing();
+                }
+            }
+            onFolderAsked: step.projects.chooseFolderFor(row.name)
+            onRemoved: {
+                const at = index;
+                const had = activeFocus;
+                step.projects.remove(row.name);
+                if (had) {
+                    cards.closeUp(at);
+                }
+            }
+        }
+    }
+    Label {
+        width: parent.width
+        topPadding: 6
+        visible: found.count > 0
+        text: qsTr("Trouvés sur ta machine")
+        color: Theme.inkSoft
+        font.pixelSize: Theme.textNote
+    }
+    Column {
+        width: parent.width
+
+        Repeater {
+            id: found
+            model: step.model.found
+
+            FoundProject {
+                id: row
+                required property foundFolder modelData
+                width: parent.width
+                folder: modelData
+                onAdded: step.projects.addFolders([row.modelData.url])
+            }
+        }
+    }
+    Rectangle {
+        width: parent.width
+        height: 96
+        radius: Theme.radiusCard
+        color: drop.containsDrag ? Theme.raised : "transparent"
+        border.width: drop.containsDrag ? 2 : 1
+        border.color: drop.containsDrag ? Theme.accent : Theme.edge
+
+        Column {
+            anchors.centerIn: parent
+            spacing: 8
+
+            Label {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: qsTr("Glisse un dossier ici")
+                font.weight: Font.DemiBold
+            }
+            ActionButton {
+                id: choose
+                anchors.horizontalCenter: parent.horizontalCenter
+                implicitHeight: 32
+                text: qsTr("Choisir un dossier…")
+                onClicked: step.projects.chooseFolder()
+            }
+        }
+        DropArea {
+            id: drop
+            anchors.fill: parent
+            keys: ["text/uri-list"]
+            onDropped: event => {
+                step.projects.addFolders(event.urls);
+                event.acceptProposedAction();
+            }
+        }
+    }
+    Label {
+        width: parent.width
+        visible: text.length > 0
+        text: step.projects.problem
+        color: Theme.tintInk
+        font.pixelSize: Theme.textNote
+        Accessible.role: Accessible.AlertMessage
+    }
+}

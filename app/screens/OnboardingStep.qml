@@ -1,0 +1,24 @@
+import QtQuick
+import Vorle
+
+// One step of the first set-up.
+FocusScope {
+    id: step
+
+    required property Shell shell
+    readonly property OnboardingModel model: shell.onboarding
+    default property alias content: column.data
+
+    implicitHeight: column.implicitHeight
+
+    // The keyboard goes to what is asked first.
+    function takeFocus() {
+        forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    Column {
+        id: column
+        width: parent.width
+        spacing: 10
+    }
+}

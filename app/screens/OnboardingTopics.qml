@@ -1,0 +1,91 @@
+import QtQuick
+import Vorle
+import Vorle.Models
+
+// The person's topics of interest, each with how much it matters.
+OnboardingStep {
+    id: step
+
+    readonly property TerritoryModel territory: shell.territory
+
+    function takeFocus() {
+        adder.takeFocus();
+    }
+
+    AddField {
+        id: adder
+        width: parent.width
+        prompt: qsTr("Ajouter un domaine")
+        onAdded: text => settle(step.territory.addInterest(text))
+    }
+    Rows {
+        id: rows
+        width: parent.width
+        model: step.territory.interests
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Tes domaines")
+        onEmptied: adder.takeFocus()
+        onSteppedOut: by => {
+            if (by < 0) {
+                adder.takeFocus();
+            }
+        }
+        delegate: InterestRow {
+            width: rows.width
+            stop: index === rows.here
+            onStepped: by => rows.step(index, by)
+            onWeighed: weight => step.territory.setWeight(row.name, weight)
+            onRenamed: name => {
+                const refusal = step.territory.renameInterest(row.name, name);
+                if (refusal.length > 0) {
+                    problem = refusal;
+                } else {
+                    const at = index;
+                    stopEditing();
+                    rows.take(at);
+                }
+            }
+            onRemoved: {
+                const at = index;
+                const had = activeFocus;
+                step.territory.removeInterest(row.name);
+                if (had) {
+                    rows.closeUp(at);
+                }
+            }
+        }
+    }
+    Label {
+        width: parent.width
+        visible: rows.count > 0
+        text: "<b>" + rows.count + "</b>" + step.territory.counterText
+        textFormat: Text.StyledText
+        color: step.territory.diluted ? Theme.tintInk : Theme.inkFaint
+        font.pixelSize: Theme.textNote
+        Accessible.name: rows.count + step.territory.counterText
+    }
+    Label {
+        width: parent.width
+        topPadding: 8
+        visible: proposals.count > 0
+        text: qsTr("D’après tes projets")
+        color: Theme.inkSoft
+        font.pixelSize: Theme.textNote
+    }
+    Flow {
+        width: parent.width
+        spacing: 8
+
+        Repeater {
+            id: proposals
+            model: step.model.topicProposals
+
+            PillButton {
+                required property string modelData
+                text: "+ " + modelData
+                Accessible.name: qsTr("Ajouter %1").arg(modelData)
+                onClicked: adder.settle(step.territory.addInterest(modelData))
+            }
+        }
+    }
+}

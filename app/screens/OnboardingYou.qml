@@ -1,0 +1,102 @@
+import QtQuick
+import Vorle
+
+// Who the person is: a job, proposed from what their machine shows.
+OnboardingStep {
+    id: step
+
+    function takeFocus() {
+        job.forceActiveFocus(Qt.TabFocusReason);
+    }
+    // What is proposed is shown as an answer, and taken with the step; what was typed stays.
+    function showJob() {
+        if (!job.edited) {
+            job.text = step.shell.settings.job.length > 0 ? step.shell.settings.job : step.model.jobProposal;
+        }
+    }
+
+    Component.onCompleted: showJob()
+    Connections {
+        target: step.model
+
+        function onFoundChanged() {
+            step.showJob();
+        }
+    }
+    Label {
+        text: qsTr("Ton métier")
+        color: Theme.inkSoft
+        font.pixelSize: Theme.textNote
+    }
+    TextEntry {
+        id: job
+
+        property bool edited: false
+
+        width: parent.width
+        focus: true
+        placeholderText: qsTr("Ton métier, en quelques mots")
+        onTextEdited: {
+            edited = true;
+            step.shell.settings.job = text.trim();
+        }
+    }
+    Label {
+        width: parent.width
+        visible: text.length > 0
+        text: step.model.jobReason
+        color: Theme.inkFaint
+        font.pixelSize: Theme.textNote
+    }
+    Flow {
+        width: parent.width
+        topPadding: 6
+        spacing: 8
+
+        Repeater {
+            model: step.model.jobs
+
+            ActionButton {
+                id: preset
+                required property string modelData
+                text: modelData
+                given: job.text === modelData
+                onClicked: {
+                    job.edited = true;
+                    job.text = preset.modelData;
+                    step.shell.settings.job = preset.modelData;
+                }
+            }
+        }
+    }
+    Item {
+        width: 1
+        height: 14
+    }
+    Rectangle {
+        width: parent.width
+        height: promise.implicitHeight + 36
+        radius: Theme.radiusButton
+        color: Theme.sunken
+
+        Column {
+            id: promise
+            x: 18
+            y: 18
+            width: parent.width - 36
+            spacing: 2
+
+            Label {
+                width: parent.width
+                text: qsTr("Rien ne part en cachette")
+                font.weight: Font.DemiBold
+            }
+            Label {
+                width: parent.width
+                text: qsTr("Je ne parle qu’à ton IA et aux pages que je lis. Ce que j’enverrais se lit dans « Ton territoire », avant toute fouille.")
+                color: Theme.inkSoft
+                font.pixelSize: Theme.textNote
+            }
+        }
+    }
+}

@@ -1,0 +1,169 @@
+#include "app/window/DemoProcess.h"
+#include "tests/app/window/OpenWindow.h"
+
+#include <QDir>
+#include <QUrl>
+
+#include <gmock/gmock.h>
+
+namespace vorle {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+/// Somebody who never ran vorle, with two projects in their home.
+class OnboardingTest : public test::OpenWindow {
+protected:
+    OnboardingTest() {
+        preferences().change(&Settings::onboarded, false);
+        put("home/Projets/tiravue/package.json", R"({"dependencies": {"react-native": "1"}})");
+        put("home/Projets/potager/requirements.txt", "django\n");
+    }
+    Preferences &preferences() { return m_app->preferences(); }
+    const Settings &settings() { return preferences().settings(); }
+    void put(const char *name, const QByteArray &bytes) {
+        const QString path = m_app.program.path(name);
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+        m_app.program.write(name, bytes);
+    }
+    OnboardingModel &model() { return *shell().onboarding(); }
+    bool says(const char *words) {
+        return shownTexts().join(u'\n').contains(QString::fromUtf8(words));
+    }
+    void begin() {
+        open();
+        test::spinUntil([this] { return model().found().size() == 2; });
+    }
+    /// Tab goes there.
+    bool reach(const char *name) {
+        const QString wanted = text(name);
+        for (int i = 0; i < 40; ++i) {
+            const QQuickItem *at = window().activeFocusItem();
+            if (at != nullptr &&
+                (at->property("text").toString() == wanted || nameOf(*at) == wanted)) {
+                return true;
+            }
+            press(Qt::Key_Tab);
+        }
+        return false;
+    }
+    static QString text(const char *words) { return QString::fromUtf8(words); }
+    static QString nameOf(const QQuickItem &item) {
+        QAccessibleInterface *heard =
+            QAccessible::queryAccessibleInterface(const_cast<QQuickItem *>(&item));
+        return heard != nullptr ? heard->text(QAccessible::Name) : QString();
+    }
+};
+
+TEST_F(OnboardingTest, goes_by_keys_from_nothing_to_a_first_run_and_the_guided_triage) {
+    m_app.program.agent.signIn();
+    begin();
+    ASSERT_TRUE(model().isShown());
+    EXPECT_TRUE(says("Toi d’abord") && says("Proposé d’après React Native."));
+    press(Qt::Key_Return); // the job that is proposed
+    EXPECT_EQ(settings().job, text("Développeur mobile"));
+    ASSERT_TRUE(says("Tes projets"));
+    ASSERT_TRUE(reach("Suivre tiravue"));
+    press(Qt::Key_Return);
+    test::spinUntil([this] { return settings().projects.size() == 1; });
+    EXPECT_EQ(model().found().size(), 1) << "it is no longer proposed";
+    ASSERT_TRUE(reach("Continuer"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(says("Tes domaines"));
+    type(QStringLiteral("qt"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings().interests, QList<QString>{text("qt")});
+    press(Qt::Key_Right, Qt::ControlModifier); // nothing: only ⌘← goes anywhere
+    test::spinUntil(
+        [this] { return model().topicProposals() == QStringList{text("React Native")}; });
+    ASSERT_TRUE(reach("Ajouter React Native"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings().interests.size(), 2);
+    EXPECT_TRUE(model().topicProposals().isEmpty());
+    ASSERT_TRUE(reach("Continuer"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(says("Ton IA") && says("✓ prêt"));
+    press(Qt::Key_Left, Qt::ControlModifier);
+    ASSERT_TRUE(says("Tes domaines"));
+    model().next();
+    press(Qt::Key_Return);
+    ASSERT_TRUE(says("Quand") && says("Ensuite, je fouille seul chaque lundi à 8:00."));
+    EXPECT_FALSE(settings().onboarded);
+    ASSERT_TRUE(reach("Lancer la première fouille"));
+    press(Qt::Key_Return);
+    EXPECT_TRUE(settings().onboarded);
+    EXPECT_FALSE(settings().calibrated) << "the guided triage is still to come";
+    EXPECT_FALSE(model().isShown());
+    test::spinUntil([this] { return !shell().run()->running(); });
+    EXPECT_FALSE(window().property("covered").toBool());
+}
+
+TEST_F(OnboardingTest, is_left_and_taken_up_and_done_without_a_word) {
+    begin();
+    EXPECT_FALSE(shell().agentStates()->isReady());
+    press(Qt::Key_Return);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(model().isShown());
+    EXPECT_TRUE(model().isUnfinished());
+    EXPECT_EQ(settings().onboardingStep, 1) << "in the next process too";
+    press(Qt::Key_2, Qt::ControlModifier); // the window is there
+    EXPECT_EQ(shell().sections()->current(), Section::Program);
+    model().open();
+    EXPECT_TRUE(says("Tes projets"));
+    press(Qt::Key_2, Qt::ControlModifier);
+    press(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_TRUE(says("Tes projets")) << "nothing goes on behind it";
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(reach("Passer"));
+        press(Qt::Key_Return);
+    }
+    ASSERT_TRUE(says("Quand"));
+    EXPECT_TRUE(says("Rien à fouiller"));
+    press(Qt::Key_Return); // there is nothing to run
+    EXPECT_TRUE(model().isShown());
+    ASSERT_TRUE(reach("Plus tard"));
+    press(Qt::Key_Return);
+    EXPECT_TRUE(settings().onboarded);
+    EXPECT_FALSE(model().isUnfinished());
+    EXPECT_FALSE(shell().run()->running());
+    model().beginAgain(); // from the settings
+    EXPECT_TRUE(says("Toi d’abord"));
+    EXPECT_TRUE(settings().onboarded);
+}
+
+TEST_F(OnboardingTest, who_has_run_vorle_before_is_not_asked) {
+    preferences().change(&Settings::lastSearch, m_app->clock().now());
+    open();
+    EXPECT_FALSE(model().isShown());
+    EXPECT_FALSE(model().isUnfinished());
+}
+
+TEST_F(OnboardingTest, the_demonstration_opens_beside_and_its_end_is_told_once) {
+    const struct {
+        const char *program;
+        QStringList arguments;
+        bool fails;
+    } cases[] = {{"/bin/sh", {text("-c"), text("test $VORLE_DEMO_RETURN = 1")}, false},
+                 {"/bin/sh", {text("-c"), text("exit 3")}, true},
+                 {"/nowhere/vorle", {}, true}};
+    for (const auto &one : cases) {
+        DemoProcess demo(QString::fromUtf8(one.program), one.arguments);
+        QStringList ends;
+        QObject::connect(&demo, &DemoProcess::ended, [&](const QString &why) { ends += why; });
+        demo.start();
+        test::spinUntil([&] { return !ends.isEmpty(); });
+        EXPECT_EQ(ends.size(), 1);
+        EXPECT_EQ(!ends.first().isEmpty(), one.fails) << ends.first().toStdString();
+        EXPECT_FALSE(demo.isRunning());
+    }
+    auto left = std::make_unique<DemoProcess>(text("/bin/sleep"), QStringList{text("600")});
+    bool started = false;
+    QObject::connect(left.get(), &DemoProcess::started, [&] { started = true; });
+    left->start();
+    test::spinUntil([&] { return started; });
+    left.reset(); // with the app that opened it
+}
+
+} // namespace
+} // namespace vorle
