@@ -26,6 +26,20 @@ QString restText(const RunWaits &waits) {
     return parts.join(French::tr(" et "));
 }
 
+QString tokensText(qint64 tokens) {
+    return counted(static_cast<qsizetype>(tokens), French::tr("jeton"), French::tr("jetons"));
+}
+
+std::optional<qint64> tokensOf(const RunReport &report) {
+    std::optional<qint64> tokens;
+    for (const StepReport &step : report.steps.value_or(QList<StepReport>())) {
+        if (step.tokens) {
+            tokens = tokens.value_or(0) + *step.tokens;
+        }
+    }
+    return tokens;
+}
+
 } // namespace
 
 QString waitsTitle(const RunWaits &waits) {
@@ -62,8 +76,7 @@ QString spentText(int calls, double seconds, double costUSD, const std::optional
     if (costUSD > 0) {
         parts += costText(costUSD);
     } else if (tokens) {
-        parts +=
-            counted(static_cast<qsizetype>(*tokens), French::tr("jeton"), French::tr("jetons"));
+        parts += tokensText(*tokens);
     }
     return parts.join(QStringLiteral(" · "));
 }
@@ -101,6 +114,8 @@ QString runFactsText(const RunReport &report) {
                       secondsText(report.seconds)};
     if (report.costUSD > 0) {
         facts += costText(report.costUSD);
+    } else if (const auto tokens = tokensOf(report)) {
+        facts += tokensText(*tokens);
     }
     return facts.join(QStringLiteral(" · "));
 }

@@ -16,7 +16,8 @@ namespace vorle {
 
 /// What a run that ended came to: "3 nouveaux sujets dans « À trier »."
 QString runResultText(const RunReport &report);
-/// "12 liens trouvés · 8 pages lues · 1 min 12 s · 0,50 $", the cost where it is known.
+/// "12 liens trouvés · 8 pages lues · 1 min 12 s · 0,50 $", the cost where it is known, else the
+/// tokens.
 QString runFactsText(const RunReport &report);
 /// The scope's name; that of a second search says so.
 QString scopeName(const ScopeReport &scope);

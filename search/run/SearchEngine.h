@@ -133,7 +133,7 @@ private:
     bool keepRest(RunReport &report, const SearchRun &run, const Undertaking &task);
     void putOff();
     void giveUp(const RunReport &report, const QString &why);
-    void closeReport(RunReport report, const QString &why);
+    void closeReport(const RunReport &report, const QString &why);
     void recordFeeds(const QList<PrioritySite> &checked);
     void setProgress(Phase phase, const RunProgress &progress);
 

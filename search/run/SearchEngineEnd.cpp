@@ -96,10 +96,10 @@ void SearchEngine::giveUp(const RunReport &report, const QString &why) {
 }
 
 /// As the history has it, which may know more than what was kept with the remainder.
-void SearchEngine::closeReport(RunReport report, const QString &why) {
+void SearchEngine::closeReport(const RunReport &report, const QString &why) {
     const QList<RunReport> reports = m_parts.store.history();
     const auto kept = reportOf(reports, report.date);
-    RunReport closed = kept != reports.cend() ? *kept : std::move(report);
+    RunReport closed = kept != reports.cend() ? *kept : report;
     closed.waits.reset();
     closed.warnings += why;
     m_parts.store.replaceRun(closed);

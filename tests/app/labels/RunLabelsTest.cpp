@@ -92,6 +92,8 @@ TEST(RunLabels, tell_the_facts_and_leave_out_an_unknown_cost) {
     report.read.none = 5; // those nobody could read
     report.seconds = 59.4;
     EXPECT_EQ(runFactsText(report), QStringLiteral("1 lien trouvé · 2 pages lues · 59 s"));
+    report.steps = {StepReport{RunStep::Judge, 1, 0, 9, 0, 1'200}};
+    EXPECT_TRUE(runFactsText(report).endsWith(QStringLiteral(" · 1\u202F200 jetons")));
     report.scopes[1].found = 11;
     report.seconds = 72;
     report.costUSD = 0.5;
