@@ -10,6 +10,7 @@ Column {
     property var actions: [] // CardButton
     property bool showActions: true
     property bool tight: false // for a low window
+    property bool tiny: false // for the lowest: what the page says is left to it
     property real before: 0 // the room at its left, under the score
     // Where a second row of buttons would lie under the window's edge they all stand in one.
     readonly property bool crowded: tight && buttons.needed > width
@@ -21,14 +22,14 @@ Column {
         forceLayout();
     }
 
-    spacing: tight ? 8 : 12
+    spacing: tiny ? 6 : tight ? 8 : 12
 
     Label {
         visible: text.length > 0
         width: parent.width
         text: details.topic.captureProblem
         color: Theme.tintInk
-        maximumLineCount: 3
+        maximumLineCount: details.tiny ? 1 : 3
         elide: Text.ElideRight
     }
     Label {
@@ -38,15 +39,16 @@ Column {
         color: Theme.inkSoft
         font.pixelSize: Theme.textLarge
         // The versions over it take a line of it where there is little room.
-        maximumLineCount: !details.tight ? 4 : details.topic.versionText.length > 0 ? 1 : 2
+        maximumLineCount: !details.tight ? 4 : details.tiny || details.topic.versionText.length > 0 ? 1 : 2
         elide: Text.ElideRight
     }
     WhyLine {
         width: parent.width
-        lines: details.tight ? 2 : 4
+        lines: details.tiny ? 1 : details.tight ? 2 : 4
         text: details.topic.why
     }
     StepLine {
+        visible: !details.tiny && text.length > 0
         width: parent.width
         lines: details.tight ? 1 : 3
         text: details.topic.firstStep
@@ -61,7 +63,7 @@ Column {
             x: details.crowded ? -details.before : 0
             y: 4
             width: parent.width - x - (site.visible ? site.implicitWidth + 12 : 0)
-            spacing: details.tight ? 8 : 10
+            spacing: details.tiny ? 5 : details.tight ? 8 : 10
 
             readonly property real needed: {
                 let sum = -spacing;
@@ -81,6 +83,8 @@ Column {
                     keys: modelData.keys
                     keysShown: !details.crowded || buttons.needed <= buttons.width // the hint names them too
                     primary: modelData.primary
+                    leftPadding: details.tiny ? 8 : 15
+                    font.pixelSize: details.tiny ? Theme.textNote : Theme.textBody
                     given: modelData.worth.length > 0 && modelData.worth === details.topic.worth
                     onClicked: details.act(modelData.action)
                 }

@@ -14,14 +14,16 @@ Item {
     property bool settled: false // moves only once it has been shown
     property bool still: false // does not move
     property bool tight: false // in a low window: open, it keeps to what fits
+    property bool tiny: false // in the lowest: to its title, gist, why and buttons
 
     signal chosen
     signal enlarged
     signal act(int action)
 
 
+    readonly property int openPadding: tiny ? 14 : Theme.cardPadding + 2
     readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
-    readonly property real wholeHeight: bodyHeight + 2 * (open ? Theme.cardPadding + 2 : 17) // once it has moved
+    readonly property real wholeHeight: bodyHeight + 2 * (open ? openPadding : 17) // once it has moved
     readonly property real headHeight: content.y + (details.active ? details.y : bodyHeight) // down to its title
     clip: true
     Accessible.role: Accessible.ListItem
@@ -93,7 +95,7 @@ Item {
     Item {
         id: content
         x: Theme.cardPadding
-        y: card.open ? Theme.cardPadding + 2 : 17
+        y: card.open ? card.openPadding : 17
         width: parent.width - 2 * Theme.cardPadding
         height: card.bodyHeight
 
@@ -121,7 +123,7 @@ Item {
             x: badge.width + (card.open ? 26 : 22)
             width: parent.width - x
             y: card.open ? 0 : (card.bodyHeight - implicitHeight) / 2
-            spacing: card.open ? 12 : 5
+            spacing: card.open ? (card.tiny ? 6 : 12) : 5
 
             Item {
                 id: line
@@ -178,13 +180,13 @@ Item {
             Title {
                 width: parent.width
                 text: card.topic.title
-                size: card.open ? Theme.titleOpen : Theme.titleCard
-                maximumLineCount: card.open ? (card.tight ? 2 : 4) : 1
+                size: card.open && !card.tiny ? Theme.titleOpen : Theme.titleCard
+                maximumLineCount: card.open ? (card.tiny ? 1 : card.tight ? 2 : 4) : 1
                 elide: Text.ElideRight
             }
             VersionLine {
                 width: parent.width
-                text: card.open ? card.topic.versionText : ""
+                text: card.open && !card.tiny ? card.topic.versionText : ""
             }
             Label {
                 visible: !card.open && text.length > 0
@@ -206,6 +208,7 @@ Item {
                     actions: card.actions
                     showActions: card.showActions
                     tight: card.tight
+                    tiny: card.tiny
                     before: words.x
                     onAct: action => card.act(action)
                 }

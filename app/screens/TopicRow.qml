@@ -13,6 +13,7 @@ Item {
     // It keeps its height: rows that change together are laid out in one go.
     property bool held: false
     property bool tight: false // the window is low
+    property bool tiny: false // as low as it gets
     property var actions: [] // CardButton
     property string undoKeys: ""
 
@@ -60,6 +61,7 @@ Item {
         y: row.ghostAbove ? ghostPlace.space : 0
         still: row.selection.goneId !== ""
         tight: row.tight
+        tiny: row.tiny
         width: parent.width
         topic: row.topic
         open: row.topicId === row.selection.shownId
