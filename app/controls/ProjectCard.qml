@@ -155,8 +155,9 @@ FocusScope {
 
         ActionButton {
             visible: card.row.astray
-            text: qsTr("Choisir un autre dossier…")
-            implicitHeight: 32
+            text: card.width < 260 ? qsTr("Autre dossier…") : qsTr("Choisir un autre dossier…")
+            font.pixelSize: Theme.textNote
+            implicitHeight: 30
             onClicked: card.folderAsked()
         }
         Repeater {

@@ -11,20 +11,22 @@ Item {
     property alias below: extra.data // one item, under the title
     property alias corner: corner.data // one item, in the place of the way to the search
 
+    readonly property bool tight: width < 560
+
     signal searchAsked
 
     implicitHeight: titles.y + titles.implicitHeight + (extra.height > 0 ? extra.height + 20 : 0)
 
     Column {
         id: titles
-        y: 30
+        y: head.tight ? 18 : 30
         width: parent.width
         spacing: 2
 
         Title {
             width: parent.width - Math.max(search.visible ? search.width : 0, corner.width) - 16
             text: head.title
-            size: Theme.titleScreen
+            size: head.tight ? Theme.titleOpen : Theme.titleScreen
         }
         Label {
             width: parent.width
@@ -50,8 +52,9 @@ Item {
         id: search
         visible: corner.children.length === 0
         anchors.right: parent.right
-        y: 32 // the line under the title passes below it
-        keys: head.searchKeys
+        y: head.tight ? 16 : 32 // the line under the title passes below it
+        width: head.tight ? 130 : implicitWidth
+        keys: head.tight ? "" : head.searchKeys
         onClicked: head.searchAsked()
     }
 }

@@ -86,7 +86,7 @@ Item {
                 required property string modelData
                 readonly property bool on: index === group.chosen
 
-                implicitWidth: content.implicitWidth + (group.tight ? 16 : 28)
+                implicitWidth: content.implicitWidth + (group.tight ? 12 : 28)
                 height: row.height
                 activeFocusOnTab: on || (group.chosen < 0 && index === 0)
                 Accessible.role: Accessible.RadioButton

@@ -109,7 +109,7 @@ SectionScreen {
                 rightPadding: 0
                 implicitHeight: 36
                 font.pixelSize: Theme.textNote
-                text: screen.model.preview.size.length > 0 ? qsTr("Ce qu’une fouille envoie  %1  ›").arg(screen.model.preview.size) : qsTr("Ce qu’une fouille envoie  ›")
+                text: (bar.tight ? qsTr("Envoi  %1  ›") : qsTr("Ce qu’une fouille envoie  %1  ›")).arg(screen.model.preview.size)
                 Accessible.name: qsTr("Ce qu’une fouille envoie, %1").arg(screen.model.preview.size)
                 onClicked: screen.sendAsked()
             }

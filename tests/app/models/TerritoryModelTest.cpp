@@ -102,7 +102,7 @@ TEST_F(TerritoryModelTest, folders_are_taken_once_each_and_what_is_none_is_told)
     EXPECT_EQ(preferences.settings().projects,
               (QMap<QString, QString>{{text("site"), site}, {text("site 2"), made("b/site")}}));
     EXPECT_EQ(model.projects()->problem(),
-              text("Ce dossier est déjà suivi, sous le nom « site »."));
+              text("Ce dossier est déjà suivi, sous le nom «\u202Fsite\u202F»."));
     const std::pair<QUrl, const char *> refused[] = {
         {QUrl::fromLocalFile(written("liste.txt", "x")), "est un fichier"},
         {QUrl::fromLocalFile(text("/nulle/part")), "est introuvable"},
@@ -253,7 +253,8 @@ TEST_F(TerritoryModelTest, lists_of_feeds_come_in_and_go_out_or_say_why_not) {
     model.sites()->exportList();
     test::settle();
     const QByteArray out = test::readFile(*files.answer);
-    EXPECT_TRUE(out.contains("htmlUrl=\"https://a.example/\" xmlUrl=\"https://a.example/f\""));
+    EXPECT_TRUE(out.contains("htmlUrl=\"https://a.example/\" xmlUrl=\"https://a.example/f\""))
+        << out.constData();
     files.answer = text("/nulle/part/sortie.opml");
     model.sites()->exportList();
     test::settle();
