@@ -1,5 +1,6 @@
 #include "base/OnDisk.h"
 
+#include <QSemaphore>
 #include <QTimer>
 
 #include <atomic>
@@ -102,6 +103,22 @@ Task<bool> endsOnDisk(std::function<void()> work, std::chrono::milliseconds limi
     co_await over;
     --awaitedJobs;
     co_return job->settle();
+}
+
+bool endsOnDiskWithin(std::function<void()> work, std::chrono::milliseconds limit) {
+    auto job = std::make_shared<DiskJob>();
+    auto over = std::make_shared<QSemaphore>();
+    job->awaited = false;
+    job->work = [work = std::move(work), over] {
+        work();
+        over->release();
+    };
+    pool().start([job] { job->run(OneShot()); });
+    const bool ended = over->tryAcquire(1, static_cast<int>(limit.count()));
+    if (!ended) {
+        job->settle();
+    }
+    return ended;
 }
 
 bool isDiskAwaited() { return awaitedJobs > 0; }

@@ -5,7 +5,7 @@
 #include "core/NumberText.h"
 #include "core/Preferences.h"
 #include "core/TerritoryEdit.h"
-#include "search/discovery/Discovery.h"
+#include "search/discovery/ProjectSnapshot.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -57,20 +57,22 @@ QString manifestLine(const discovery::Project &project) {
 /// Folders may have any name.
 QString oneLine(QString text) { return text.replace(u'\n', u' ').replace(u'\r', u' '); }
 
-void listProjects(Context &context, const Settings &settings) {
+Task<> listProjects(Context &context, const Preferences &preferences) {
+    const Settings &settings = preferences.settings();
+    const QList<ProjectSnapshot> asked = co_await askProjects(settings.projects);
     QList<ProjectShown> shown;
     QStringList lines;
-    for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
-        const discovery::Project found = discovery::readProject(it.value());
-        const QString description = settings.projectDescriptions.value(it.key());
-        shown += {it.key(),     it.value(),
+    for (const ProjectSnapshot &project : asked) {
+        const discovery::Project &found = project.found;
+        const QString description = settings.projectDescriptions.value(project.name);
+        shown += {project.name, found.folder,
                   description,  found.manifest ? std::optional(found.manifest->name) : std::nullopt,
                   found.labels, found.dependencies};
-        lines += context.console.bold(it.key().simplified()) +
+        lines += context.console.bold(project.name.simplified()) +
                  (description.isEmpty()
                       ? QString()
                       : context.console.plain(QStringLiteral(", ") + description.simplified()));
-        lines += QStringLiteral("  ") + context.console.faint(oneLine(it.value()));
+        lines += QStringLiteral("  ") + context.console.faint(oneLine(found.folder));
         const QString problem = discovery::problemText(found);
         lines +=
             QStringLiteral("  ") + (problem.isEmpty() ? manifestLine(found) : oneLine(problem));
@@ -92,13 +94,23 @@ void require(const territory::Refusal &refusal) {
     }
 }
 
-void addProject(Context &context, Preferences &preferences, const QString &folder) {
-    const QFileInfo info(folder);
-    const QString path = info.canonicalFilePath();
-    const discovery::Project found = discovery::readProject(path.isEmpty() ? folder : path);
-    if (found.problem == discovery::Project::Problem::NoFolder) {
+/// The folder as the disk spells it, with what it holds.
+discovery::Project readFolder(const QString &folder) {
+    const QString path = QFileInfo(folder).canonicalFilePath();
+    return discovery::readProject(path.isEmpty() ? folder : path);
+}
+
+Task<> addProject(Context &context, Preferences &preferences, QString folder) {
+    const auto answer = co_await onDisk([folder] { return readFolder(folder); });
+    discovery::Project found = answer.value_or(discovery::Project());
+    if (!answer) {
+        found.folder = folder;
+        found.problem = discovery::Project::Problem::NoAnswer;
+    }
+    if (!answer || found.problem == discovery::Project::Problem::NoFolder) {
         throw Failure(discovery::problemText(found));
     }
+    const QString path = found.folder;
     const QString name = territory::oneLine(
         context.arguments.options.value(QStringLiteral("nom"), QDir(path).dirName()));
     if (name.isEmpty()) {
@@ -148,7 +160,7 @@ QJsonValue parsedValue(const QString &text) {
 Task<ExitStatus> projet(Context &context, OnDemand<Preferences> preferences) {
     const QStringList &words = context.arguments.positional;
     if (words.isEmpty()) {
-        listProjects(context, preferences->settings());
+        co_await listProjects(context, *preferences);
         co_return ExitStatus::Done;
     }
     if (words.size() != 2 || (words[0] != u"ajouter" && words[0] != u"retirer")) {
@@ -157,11 +169,11 @@ Task<ExitStatus> projet(Context &context, OnDemand<Preferences> preferences) {
                       ExitStatus::Usage);
     }
     if (words[0] == u"ajouter") {
-        addProject(context, *preferences, words[1]);
+        co_await addProject(context, *preferences, words[1]);
     } else {
         removeProject(*preferences, words[1]);
     }
-    listProjects(context, preferences->settings());
+    co_await listProjects(context, *preferences);
     co_return ExitStatus::Done;
 }
 

@@ -1,10 +1,13 @@
 #include "search/run/RunPlan.h"
 
+#include "base/OnDisk.h"
 #include "core/Preferences.h"
 #include "search/feeds/Feeds.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
+
+#include <atomic>
 
 namespace vorle {
 
@@ -73,6 +76,16 @@ QString unknownText(const QString &name, const QString &description,
     return QCoreApplication::translate("RunPlan", "%1 n’a ni dossier ni description : je ne sais "
                                                   "pas quoi chercher pour lui.")
         .arg(project);
+}
+
+/// Whether there is something to look into. A disk that does not answer is not asked twice: the
+/// run itself will tell.
+bool isFolder(const QString &path) {
+    constexpr std::chrono::milliseconds patience{300};
+    auto there = std::make_shared<std::atomic<bool>>(false);
+    const bool ended =
+        endsOnDiskWithin([path, there] { *there = QFileInfo(path).isDir(); }, patience);
+    return !ended || *there;
 }
 
 /// The apps the user lets be told. Of all on the machine where only some are kept back, names that
@@ -181,8 +194,8 @@ QString refusalText(const Preferences &preferences) {
     for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
         discovery::Project project;
         project.folder = it.value();
-        project.problem = QFileInfo(it.value()).isDir() ? discovery::Project::Problem::None
-                                                        : discovery::Project::Problem::NoFolder;
+        project.problem = isFolder(it.value()) ? discovery::Project::Problem::None
+                                               : discovery::Project::Problem::NoFolder;
         const QString reason =
             unknownText(it.key(), settings.projectDescriptions.value(it.key()), project);
         if (reason.isEmpty()) {

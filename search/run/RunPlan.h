@@ -54,7 +54,8 @@ struct RunPlan {
 
 /// Why a run would ask nothing: there is neither a watched project nor a declared topic (tools,
 /// apps and sites alone are context, not a subject), or all there is are projects without a folder
-/// and without a description. Empty when a run can start. Looks at the folders.
+/// and without a description. Empty when a run can start. Looks at the folders,
+/// for a moment.
 QString refusalText(const Preferences &preferences);
 
 /// Where the period of a run at `now` starts: where the last one left it, 7 days ago when there was

@@ -34,8 +34,10 @@ TEST(OnDisk, what_hangs_is_given_up_and_holds_nothing_else_up) {
         EXPECT_EQ(test::waitFor(std::move(task)), std::nullopt);
     }
     EXPECT_EQ(test::waitFor(onDisk([] { return 7; }, 60s)), 7) << "after they were given up";
+    EXPECT_FALSE(endsOnDiskWithin([release] { release->acquire(); }, 20ms));
+    EXPECT_TRUE(endsOnDiskWithin([] {}, 60s));
     EXPECT_FALSE(isDiskAwaited());
-    release->release(hanging);
+    release->release(hanging + 1);
     EXPECT_EQ(test::waitFor(onDisk([] { return 8; }, 60s)), 8);
 }
 
