@@ -42,6 +42,8 @@ PageSection {
         delegate: InterestRow {
             width: rows.width
             stop: index === rows.here
+            onActiveFocusChanged: if (activeFocus) rows.here = index
+            onIndexChanged: if (activeFocus) rows.here = index
             onStepped: by => rows.step(index, by)
             onWeighed: weight => section.model.setWeight(row.name, weight)
             onRenamed: name => {

@@ -46,6 +46,8 @@ PageSection {
             name: row.shown
             tile: section.tiles ? row.shown.charAt(0).toUpperCase() : ""
             stop: index === pills.here
+            onActiveFocusChanged: if (activeFocus) pills.here = index
+            onIndexChanged: if (activeFocus) pills.here = index
             onStepped: by => pills.step(index, by)
             onRemoved: {
                 const at = index;

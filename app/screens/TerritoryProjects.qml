@@ -40,6 +40,8 @@ PageSection {
                 width: section.cell
                 height: 160
                 stop: index === cards.here
+                onActiveFocusChanged: if (activeFocus) cards.here = index
+                onIndexChanged: if (activeFocus) cards.here = index
                 onStepped: by => cards.step(index, by)
                 onDescribed: description => {
                     problem = section.model.projects.describe(row.name, description);

@@ -44,6 +44,8 @@ PageSection {
         delegate: TerritoryReflex {
             width: rows.width
             stop: index === rows.here
+            onActiveFocusChanged: if (activeFocus) rows.here = index
+            onIndexChanged: if (activeFocus) rows.here = index
             onStepped: by => rows.step(index, by)
             onSwitched: on => section.model.setOn(row.id, on)
             onOpened: section.decisionsAsked(row)

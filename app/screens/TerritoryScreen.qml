@@ -49,16 +49,17 @@ SectionScreen {
                 now = i;
             }
         }
-        if (!jumped) {
+        if (page.contentY !== jumpedTo) {
+            jumpedTo = -1;
             at = end ? stops.length - 1 : now;
         }
     }
     // Where somebody jumped is what the bar shows until they scroll, even where the page ends first.
-    property bool jumped: false
+    property real jumpedTo: -1
     function jump(index: int) {
-        at = index;
-        jumped = true;
         sight.scrollTo(index === 0 ? 0 : stops[index].y - 10);
+        jumpedTo = page.contentY;
+        at = index;
     }
 
     Connections {
@@ -136,12 +137,11 @@ SectionScreen {
         Accessible.name: screen.title
         T.ScrollBar.vertical: ScrollLine {}
         onContentYChanged: screen.follow()
-        onMovementStarted: screen.jumped = false
         // Into the page: the chain of all items would go round by the menu.
         Keys.onTabPressed: event => {
             event.accepted = Window.activeFocusItem === page;
             if (event.accepted) {
-                projects.takeFocus();
+                screen.stops[screen.at].takeFocus();
             }
         }
 

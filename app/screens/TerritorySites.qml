@@ -54,6 +54,8 @@ PageSection {
         delegate: TerritorySite {
             width: rows.width
             stop: index === rows.here
+            onActiveFocusChanged: if (activeFocus) rows.here = index
+            onIndexChanged: if (activeFocus) rows.here = index
             onStepped: by => rows.step(index, by)
             onLooked: section.model.look(row.name)
             onRenamed: address => {

@@ -1,5 +1,7 @@
 #include "platform/qt/QtFilePicker.h"
 
+#include "base/French.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -18,6 +20,13 @@ QFileDialog *QtFilePicker::made(const QString &title) {
     m_open = new QFileDialog(nullptr, title);
     m_open->setAttribute(Qt::WA_DeleteOnClose);
     m_open->setWindowModality(Qt::WindowModal);
+    m_open->setDirectory(QDir::homePath());
+    // Qt's own dialog speaks English where no translation of Qt is installed.
+    m_open->setLabelText(QFileDialog::LookIn, French::tr("Dans\u00A0:"));
+    m_open->setLabelText(QFileDialog::FileName, French::tr("Nom\u00A0:"));
+    m_open->setLabelText(QFileDialog::FileType, French::tr("Type\u00A0:"));
+    m_open->setLabelText(QFileDialog::Accept, French::tr("Choisir"));
+    m_open->setLabelText(QFileDialog::Reject, French::tr("Annuler"));
     m_open->winId(); // made now, so that it can be told which window it belongs to
     if (m_open->windowHandle() != nullptr) {
         m_open->windowHandle()->setTransientParent(over);
@@ -74,6 +83,7 @@ Task<std::optional<QString>> QtFilePicker::saveAs(QString title, QString suggest
     QFileDialog *dialog = made(title);
     if (dialog != nullptr) {
         dialog->setAcceptMode(QFileDialog::AcceptSave);
+        dialog->setLabelText(QFileDialog::Accept, French::tr("Enregistrer"));
         dialog->setFileMode(QFileDialog::AnyFile);
         dialog->selectFile(suggested);
     }
