@@ -66,10 +66,6 @@ FocusScope {
         HoverHandler {
             id: hover
         }
-        TapHandler {
-            enabled: !reflex.row.sample
-            onTapped: reflex.opened()
-        }
         Rectangle {
             anchors.fill: parent
             anchors.leftMargin: -12
@@ -90,6 +86,16 @@ FocusScope {
             height: 1
             color: Theme.line
             visible: reflex.row.heading.length === 0
+        }
+        // Not where the switch is.
+        Item {
+            width: right.x
+            height: parent.height
+
+            TapHandler {
+                enabled: !reflex.row.sample
+                onTapped: reflex.opened()
+            }
         }
         Column {
             id: words
