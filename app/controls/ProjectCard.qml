@@ -140,7 +140,7 @@ FocusScope {
         text: card.problem.length > 0 ? card.problem : card.row.detail
         color: card.problem.length > 0 || card.row.wrong ? Theme.tintInk : Theme.inkFaint
         font.pixelSize: Theme.textNote
-        maximumLineCount: 2
+        maximumLineCount: card.row.astray || card.row.labels.length > 0 ? 1 : 2
         elide: Text.ElideRight
         Accessible.role: card.problem.length > 0 ? Accessible.AlertMessage : Accessible.StaticText
         Accessible.ignored: card.problem.length === 0

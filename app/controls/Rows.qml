@@ -17,10 +17,11 @@ Flow {
     onCountChanged: here = Math.max(0, Math.min(here, count - 1))
 
     function take(index: int) {
-        here = Math.max(0, Math.min(index, count - 1));
+        const to = Math.max(0, Math.min(index, count - 1));
         if (count > 0) {
-            repeater.itemAt(here).takeFocus(); // qmllint disable
+            repeater.itemAt(to).takeFocus(); // qmllint disable
         }
+        here = to; // now that what was stopped at has lost the keyboard
     }
     function step(from: int, by: int) {
         const to = from + by;
@@ -30,8 +31,14 @@ Flow {
             steppedOut(by);
         }
     }
-    // After a row with the keyboard went: the next one has it.
-    function closeUp(index: int) {
+    // Does what takes a row away. Where it had the keyboard, the next one has it then. Not by the
+    // row itself, which is gone before it ends.
+    function drop(index: int, remove: var) {
+        const had = (repeater.itemAt(index) as Item).activeFocus;
+        remove();
+        if (!had) {
+            return;
+        }
         if (count > 0) {
             take(index);
         } else {

@@ -27,6 +27,23 @@ PageSection {
         }
     }
 
+    // By another name it is another row: the one that asked is gone then.
+    function rename(asking: InterestRow, index: int, from: string, to: string) {
+        if (to === from) {
+            asking.stopEditing();
+            return;
+        }
+        const refusal = model.renameInterest(from, to);
+        if (refusal.length > 0) {
+            asking.problem = refusal;
+        } else {
+            rows.take(index);
+        }
+    }
+    function remove(index: int, name: string) {
+        rows.drop(index, () => section.model.removeInterest(name));
+    }
+
     Rows {
         id: rows
         width: parent.width
@@ -41,29 +58,13 @@ PageSection {
         }
         delegate: InterestRow {
             width: rows.width
-            stop: index === rows.here
+            stop: activeFocus || index === rows.here
             onActiveFocusChanged: if (activeFocus) rows.here = index
             onIndexChanged: if (activeFocus) rows.here = index
             onStepped: by => rows.step(index, by)
             onWeighed: weight => section.model.setWeight(row.name, weight)
-            onRenamed: name => {
-                const refusal = section.model.renameInterest(row.name, name);
-                if (refusal.length > 0) {
-                    problem = refusal;
-                } else {
-                    const at = index;
-                    stopEditing();
-                    rows.take(at);
-                }
-            }
-            onRemoved: {
-                const at = index;
-                const had = activeFocus;
-                section.model.removeInterest(row.name);
-                if (had) {
-                    rows.closeUp(at);
-                }
-            }
+            onRenamed: name => section.rename(this, index, row.name, name)
+            onRemoved: section.remove(index, row.name)
         }
     }
     Rectangle {

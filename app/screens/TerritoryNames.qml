@@ -27,6 +27,10 @@ PageSection {
         }
     }
 
+    function remove(index: int, name: string) {
+        pills.drop(index, () => section.removed(name));
+    }
+
     Rows {
         id: pills
         width: parent.width
@@ -45,18 +49,11 @@ PageSection {
             required property nameRow row
             name: row.shown
             tile: section.tiles ? row.shown.charAt(0).toUpperCase() : ""
-            stop: index === pills.here
+            stop: activeFocus || index === pills.here
             onActiveFocusChanged: if (activeFocus) pills.here = index
             onIndexChanged: if (activeFocus) pills.here = index
             onStepped: by => pills.step(index, by)
-            onRemoved: {
-                const at = index;
-                const had = activeFocus;
-                section.removed(row.name);
-                if (had) {
-                    pills.closeUp(at);
-                }
-            }
+            onRemoved: section.remove(index, row.name)
         }
 
         PillAdder {

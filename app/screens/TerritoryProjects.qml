@@ -22,6 +22,10 @@ PageSection {
         }
     }
 
+    function remove(index: int, name: string) {
+        cards.drop(index, () => section.model.projects.remove(name));
+    }
+
     // The cards and, after the last, the place where a folder is dropped.
     Item {
         width: parent.width
@@ -39,7 +43,7 @@ PageSection {
                 id: card
                 width: section.cell
                 height: 160
-                stop: index === cards.here
+                stop: activeFocus || index === cards.here
                 onActiveFocusChanged: if (activeFocus) cards.here = index
                 onIndexChanged: if (activeFocus) cards.here = index
                 onStepped: by => cards.step(index, by)
@@ -50,14 +54,7 @@ PageSection {
                     }
                 }
                 onFolderAsked: section.model.projects.chooseFolderFor(row.name)
-                onRemoved: {
-                    const at = index;
-                    const had = activeFocus;
-                    section.model.projects.remove(row.name);
-                    if (had) {
-                        cards.closeUp(at);
-                    }
-                }
+                onRemoved: section.remove(index, row.name)
             }
         }
         Rectangle {

@@ -43,7 +43,7 @@ PageSection {
         Accessible.name: section.name
         delegate: TerritoryReflex {
             width: rows.width
-            stop: index === rows.here
+            stop: activeFocus || index === rows.here
             onActiveFocusChanged: if (activeFocus) rows.here = index
             onIndexChanged: if (activeFocus) rows.here = index
             onStepped: by => rows.step(index, by)

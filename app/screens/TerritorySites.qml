@@ -39,6 +39,19 @@ PageSection {
         }
     }
 
+    // By another address it is another row: the one that asked is gone then.
+    function rename(asking: TerritorySite, index: int, from: string, to: string) {
+        const refusal = model.rename(from, to);
+        if (refusal.length > 0) {
+            asking.problem = refusal;
+        } else {
+            rows.take(index);
+        }
+    }
+    function remove(index: int, address: string) {
+        rows.drop(index, () => section.model.remove(address));
+    }
+
     Rows {
         id: rows
         width: parent.width
@@ -53,28 +66,13 @@ PageSection {
         }
         delegate: TerritorySite {
             width: rows.width
-            stop: index === rows.here
+            stop: activeFocus || index === rows.here
             onActiveFocusChanged: if (activeFocus) rows.here = index
             onIndexChanged: if (activeFocus) rows.here = index
             onStepped: by => rows.step(index, by)
             onLooked: section.model.look(row.name)
-            onRenamed: address => {
-                const at = index;
-                const refusal = section.model.rename(row.name, address);
-                if (refusal.length > 0) {
-                    problem = refusal;
-                } else {
-                    rows.take(at);
-                }
-            }
-            onRemoved: {
-                const at = index;
-                const had = activeFocus;
-                section.model.remove(row.name);
-                if (had) {
-                    rows.closeUp(at);
-                }
-            }
+            onRenamed: address => section.rename(this, index, row.name, address)
+            onRemoved: section.remove(index, row.name)
         }
     }
     Rectangle {
