@@ -183,8 +183,8 @@ TEST_F(ListenersTest, each_setting_is_one_stop_and_the_arrows_choose) {
         stops += focused();
         press(Qt::Key_Tab);
     }
-    EXPECT_EQ(stops, QStringList({text("Sombre"), text("Braise"), text("100\u202F%"),
-                                  text("Terminal")}));
+    EXPECT_EQ(stops,
+              QStringList({text("Sombre"), text("Braise"), text("100\u202F%"), text("Terminal")}));
     EXPECT_THAT(shownTexts(), Not(Contains(text("iTerm")))) << "there is none here";
 }
 
