@@ -27,6 +27,9 @@ Item {
             width: parent.width - Math.max(search.visible ? search.width : 0, corner.width) - 16
             text: head.title
             size: head.tight ? Theme.titleOpen : Theme.titleScreen
+            wrapMode: Text.NoWrap // a word is never broken: it gets smaller first
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 20
         }
         Label {
             width: parent.width
