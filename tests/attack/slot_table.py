@@ -9,7 +9,7 @@ from zoneinfo import ZoneInfo
 
 from attack.clocks import HOUR, LATE, changes
 from attack.probe import MISSING, Probe, path_for
-from attack.slots import DAY, slot, slots
+from attack.slots import DAY, change_between, slot, slots
 from attack.world import World
 
 PLACES = [("Europe/Paris", [(2, 30), (8, 0)]), ("America/New_York", [(2, 30), (8, 0)]),
@@ -39,7 +39,7 @@ def cases() -> Iterator[tuple[dict[str, Any], dt.date, str]]:
     for zone, times in PLACES:
         info = ZoneInfo(zone)
         for moment in changes(zone, YEAR):
-            day = dt.datetime.fromtimestamp(moment + DAY, info).date()
+            day = dt.datetime.fromtimestamp(change_between(info, moment, moment + DAY), info).date()
             for hour, minute in times:
                 for days in ([weekday(day)], [weekday(day), weekday(day + dt.timedelta(days=1))],
                              list(range(1, 8))):
