@@ -33,7 +33,7 @@ Column {
         elide: Text.ElideRight
     }
     Label {
-        visible: text.length > 0
+        visible: text.length > 0 && !(details.tiny && Theme.textScale > 110)
         width: parent.width
         text: details.topic.gist
         color: Theme.inkSoft

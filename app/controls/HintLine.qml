@@ -18,8 +18,12 @@ Item {
     Label {
         id: words
         anchors.centerIn: parent
+        width: parent.width - 24
+        horizontalAlignment: Text.AlignHCenter
         color: Theme.inkFaint
         font.pixelSize: Theme.textNote
+        fontSizeMode: Text.HorizontalFit // all of it, in however narrow a window
+        minimumPixelSize: 9
         wrapMode: Text.NoWrap
     }
 }

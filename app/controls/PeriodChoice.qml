@@ -20,6 +20,7 @@ Row {
         onClicked: choice.figures.goBack()
     }
     Label {
+        visible: Theme.windowWidth >= 800 || Theme.textScale <= 100 // else the title needs its place
         text: choice.figures.rangeText
         color: Theme.inkSoft
         wrapMode: Text.NoWrap

@@ -42,9 +42,13 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 10
+        width: parent.width - 24
+        horizontalAlignment: Text.AlignHCenter
         text: foot.hint
         color: Theme.inkFaint
         font.pixelSize: Theme.textNote
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 9
         wrapMode: Text.NoWrap
     }
 }

@@ -55,6 +55,9 @@ Item {
         anchors.left: parent.left
         anchors.leftMargin: 18
         anchors.verticalCenter: parent.verticalCenter
+        width: number.x - x - 6
+        fontSizeMode: Text.HorizontalFit // never under the number
+        minimumPixelSize: 10
         text: item.title
         color: item.current ? Theme.ink : Theme.inkSoft
         font.family: Theme.textFamily
@@ -64,6 +67,7 @@ Item {
         Accessible.ignored: true
     }
     Text {
+        id: number
         anchors.right: parent.right
         anchors.rightMargin: 18
         anchors.verticalCenter: parent.verticalCenter

@@ -13,8 +13,12 @@ Column {
     spacing: 20
 
     Item {
+        id: numbers
+
+        readonly property bool inLine: counts.implicitWidth + time.implicitWidth + 24 <= width
+
         width: parent.width
-        implicitHeight: Math.max(counts.implicitHeight, time.implicitHeight)
+        implicitHeight: inLine ? Math.max(counts.implicitHeight, time.implicitHeight) : counts.implicitHeight + 10 + time.implicitHeight
 
         Row {
             id: counts
@@ -33,6 +37,7 @@ Column {
         Figure {
             id: time
             anchors.right: parent.right
+            y: numbers.inLine ? 0 : counts.implicitHeight + 10
             value: page.figures.timeText
             label: page.figures.timeOf
             rightwards: true
