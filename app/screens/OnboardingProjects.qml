@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -7,6 +8,10 @@ OnboardingStep {
     id: step
 
     readonly property ProjectsModel projects: shell.territory.projects
+
+    // In a description ↩ ends what is written, and goes nowhere.
+    Keys.onReturnPressed: event => event.accepted = Window.activeFocusItem instanceof TextInput
+    Keys.onEnterPressed: event => event.accepted = Window.activeFocusItem instanceof TextInput
 
     function takeFocus() {
         found.count > 0 ? (found.itemAt(0) as FoundProject).takeFocus() : choose.forceActiveFocus(Qt.TabFocusReason);

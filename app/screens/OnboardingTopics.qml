@@ -8,6 +8,11 @@ OnboardingStep {
 
     readonly property TerritoryModel territory: shell.territory
 
+    property bool took: false // ↩ was for the line that adds
+
+    Keys.onReturnPressed: event => event.accepted = took
+    Keys.onEnterPressed: event => event.accepted = took
+
     function takeFocus() {
         adder.takeFocus();
     }
@@ -16,7 +21,11 @@ OnboardingStep {
         id: adder
         width: parent.width
         prompt: qsTr("Ajouter un domaine")
-        onAdded: text => settle(step.territory.addInterest(text))
+        onAdded: text => {
+            step.took = true;
+            Qt.callLater(() => step.took = false);
+            settle(step.territory.addInterest(text));
+        }
     }
     Rows {
         id: rows

@@ -36,7 +36,7 @@ class Planted(unittest.TestCase):
         wrong = [("search/web/A.h", "search/feeds/B.h"), ("search/discovery/A.cpp", "search/web/B.h"),
                  ("search/feeds/A.h", "search/run/B.h"), ("core/A.h", "agents/B.h"), ("storage/A.h", "core/B.h"),
                  ("app/triage/A.h", "app/models/B.h"), ("app/cli/A.cpp", "app/window/B.h"),
-                 ("app/models/A.cpp", "judging/B.h"), ("core/A.cpp", "platform/linux/B.h"),
+                 ("app/models/A.cpp", "app/wiring/B.h"), ("core/A.cpp", "platform/linux/B.h"),
                  ("base/A.cpp", "B.h")]
         status, words = self.run_check("check-includes", tree([*wrong, ("search/A.h", "base/B.h")]))
         self.assertEqual(status, 1)
