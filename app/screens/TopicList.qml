@@ -91,7 +91,7 @@ ListView {
         width: list.cardWidth
         selection: list.selection
         tight: list.height < 440
-        tiny: list.height < 360
+        tiny: list.height < 380
         held: list.held
         actions: list.shell.actions.buttons(list.selection.list.section, topic)
         undoKeys: list.undoKeys
