@@ -19,7 +19,7 @@ set(VORLE_QML
     controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
-    screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml
+    screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml screens/InterestRows.qml
     screens/ClosingPanel.qml screens/DemoStrip.qml screens/CorrectionPanel.qml
     screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/OnboardingAgent.qml screens/OnboardingProjects.qml screens/OnboardingScreen.qml screens/OnboardingStep.qml screens/OnboardingTopics.qml

@@ -36,9 +36,12 @@ Flow {
     function drop(index: int, remove: var) {
         const had = (repeater.itemAt(index) as Item).activeFocus;
         remove();
-        if (!had) {
-            return;
+        if (had) {
+            closeUp(index);
         }
+    }
+    // After a row with the keyboard went: the next one has it.
+    function closeUp(index: int) {
         if (count > 0) {
             take(index);
         } else {

@@ -27,44 +27,16 @@ PageSection {
         }
     }
 
-    // By another name it is another row: the one that asked is gone then.
-    function rename(asking: InterestRow, index: int, from: string, to: string) {
-        if (to === from) {
-            asking.stopEditing();
-            return;
-        }
-        const refusal = model.renameInterest(from, to);
-        if (refusal.length > 0) {
-            asking.problem = refusal;
-        } else {
-            rows.take(index);
-        }
-    }
-    function remove(index: int, name: string) {
-        rows.drop(index, () => section.model.removeInterest(name));
-    }
-
-    Rows {
+    InterestRows {
         id: rows
         width: parent.width
-        model: section.model.interests
-        Accessible.role: Accessible.List
+        territory: section.model
         Accessible.name: section.name
         onEmptied: adder.takeFocus()
         onSteppedOut: by => {
             if (by > 0) {
                 adder.takeFocus();
             }
-        }
-        delegate: InterestRow {
-            width: rows.width
-            stop: activeFocus || index === rows.here
-            onActiveFocusChanged: if (activeFocus) rows.here = index
-            onIndexChanged: if (activeFocus) rows.here = index
-            onStepped: by => rows.step(index, by)
-            onWeighed: weight => section.model.setWeight(row.name, weight)
-            onRenamed: name => section.rename(this, index, row.name, name)
-            onRemoved: section.remove(index, row.name)
         }
     }
     Rectangle {
