@@ -36,15 +36,9 @@ Flow {
     function drop(index: int, remove: var) {
         const had = (repeater.itemAt(index) as Item).activeFocus;
         remove();
-        if (had) {
-            closeUp(index);
-        }
-    }
-    // After a row with the keyboard went: the next one has it.
-    function closeUp(index: int) {
-        if (count > 0) {
+        if (had && count > 0) {
             take(index);
-        } else {
+        } else if (had) {
             emptied();
         }
     }

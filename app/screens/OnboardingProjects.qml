@@ -17,6 +17,10 @@ OnboardingStep {
         found.count > 0 ? (found.itemAt(0) as FoundProject).takeFocus() : choose.forceActiveFocus(Qt.TabFocusReason);
     }
 
+    function remove(index: int, name: string) {
+        cards.drop(index, () => step.projects.remove(name));
+    }
+
     Rows {
         id: cards
         width: parent.width
@@ -29,7 +33,9 @@ OnboardingStep {
         delegate: ProjectCard {
             width: cards.width
             height: 140
-            stop: index === cards.here
+            stop: activeFocus || index === cards.here
+            onActiveFocusChanged: if (activeFocus) cards.here = index
+            onIndexChanged: if (activeFocus) cards.here = index
             onStepped: by => cards.step(index, by)
             onDescribed: description => {
                 problem = step.projects.describe(row.name, description);
@@ -38,14 +44,7 @@ OnboardingStep {
                 }
             }
             onFolderAsked: step.projects.chooseFolderFor(row.name)
-            onRemoved: {
-                const at = index;
-                const had = activeFocus;
-                step.projects.remove(row.name);
-                if (had) {
-                    cards.closeUp(at);
-                }
-            }
+            onRemoved: step.remove(index, row.name)
         }
     }
     Label {

@@ -27,40 +27,15 @@ OnboardingStep {
             settle(step.territory.addInterest(text));
         }
     }
-    Rows {
+    InterestRows {
         id: rows
         width: parent.width
-        model: step.territory.interests
-        Accessible.role: Accessible.List
+        territory: step.territory
         Accessible.name: qsTr("Tes domaines")
         onEmptied: adder.takeFocus()
         onSteppedOut: by => {
             if (by < 0) {
                 adder.takeFocus();
-            }
-        }
-        delegate: InterestRow {
-            width: rows.width
-            stop: index === rows.here
-            onStepped: by => rows.step(index, by)
-            onWeighed: weight => step.territory.setWeight(row.name, weight)
-            onRenamed: name => {
-                const refusal = step.territory.renameInterest(row.name, name);
-                if (refusal.length > 0) {
-                    problem = refusal;
-                } else {
-                    const at = index;
-                    stopEditing();
-                    rows.take(at);
-                }
-            }
-            onRemoved: {
-                const at = index;
-                const had = activeFocus;
-                step.territory.removeInterest(row.name);
-                if (had) {
-                    rows.closeUp(at);
-                }
             }
         }
     }
