@@ -27,6 +27,13 @@ PageSection {
         }
     }
 
+    // What was proposed goes from there: the keyboard stays with the list.
+    function accept(name: string, hadFocus: bool) {
+        added(name);
+        if (hadFocus) {
+            adder.takeFocus();
+        }
+    }
     function remove(index: int, name: string) {
         pills.drop(index, () => section.removed(name));
     }
@@ -86,7 +93,7 @@ PageSection {
                 required property string modelData
                 text: qsTr("+ %1").arg(modelData)
                 Accessible.name: qsTr("Ajouter %1").arg(modelData)
-                onClicked: section.added(modelData)
+                onClicked: section.accept(modelData, activeFocus)
             }
         }
     }

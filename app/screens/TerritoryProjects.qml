@@ -178,8 +178,12 @@ PageSection {
             font.weight: Font.Normal
             text: qsTr("proposé d’après tes projets et tes apps : %1").arg(section.model.jobProposal)
             onClicked: {
+                const had = activeFocus; // it goes once it is taken
                 section.model.setJob(section.model.jobProposal);
                 job.text = section.model.job;
+                if (had) {
+                    job.forceActiveFocus(Qt.TabFocusReason);
+                }
             }
         }
     }
