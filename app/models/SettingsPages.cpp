@@ -97,9 +97,10 @@ constexpr RowEntry rowEntries[] = {
      QT_TRANSLATE_NOOP("SettingsPages", "bug problème aide journal log erreur")},
     {"onboarding", data, QT_TRANSLATE_NOOP("SettingsPages", "Refaire le premier réglage"),
      QT_TRANSLATE_NOOP("SettingsPages", "Tes sujets ne bougent pas."),
-     QT_TRANSLATE_NOOP("SettingsPages", "accueil recommencer"), Row::Hidden},
-    {"calibration", data, QT_TRANSLATE_NOOP("SettingsPages", "Refaire le premier tri"), "",
-     QT_TRANSLATE_NOOP("SettingsPages", "calibrer recommencer"), Row::Hidden},
+     QT_TRANSLATE_NOOP("SettingsPages", "accueil recommencer")},
+    {"calibration", data, QT_TRANSLATE_NOOP("SettingsPages", "Refaire le premier tri"),
+     QT_TRANSLATE_NOOP("SettingsPages", "Dix sujets variés, et la note que tu leur donnes."),
+     QT_TRANSLATE_NOOP("SettingsPages", "calibrer recommencer goûts")},
 };
 
 QString text(const char *french) { return QCoreApplication::translate("SettingsPages", french); }

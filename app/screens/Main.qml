@@ -175,12 +175,16 @@ Window {
                         number: Section.Inbox
                         header: Invitation {
                             width: parent.width
-                            visible: main.shell.calibration.proposed
-                            title: main.shell.calibration.invitationTitle
-                            text: main.shell.calibration.invitationText
-                            action: main.shell.calibration.invitationAction
-                            onAccepted: panels.calibrate()
-                            onDeclined: main.shell.calibration.skip()
+
+                            // One thing at a time: how to begin, then what to teach.
+                            readonly property bool begins: main.shell.onboarding.unfinished
+
+                            visible: begins || main.shell.calibration.proposed
+                            title: begins ? qsTr("Finir le premier réglage") : main.shell.calibration.invitationTitle
+                            text: begins ? qsTr("Il reprend où tu l’as laissé. Ce que tu as dit est gardé.") : main.shell.calibration.invitationText
+                            action: begins ? qsTr("Continuer") : main.shell.calibration.invitationAction
+                            onAccepted: begins ? main.shell.onboarding.open() : panels.calibrate()
+                            onDeclined: begins ? main.shell.onboarding.finish() : main.shell.calibration.skip()
                         }
                     }
                 }

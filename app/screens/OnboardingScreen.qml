@@ -108,9 +108,9 @@ FocusScope {
         }
         Flickable {
             id: view
-            x: 40
+            x: 34 // room for the rings of what stands at its edges
             y: 92
-            width: parent.width - 80
+            width: parent.width - 68
             height: parent.height - y - foot.height
             contentHeight: words.implicitHeight + 16
             boundsBehavior: Flickable.StopAtBounds
@@ -119,7 +119,8 @@ FocusScope {
 
             Column {
                 id: words
-                width: view.width
+                x: 6
+                width: view.width - 12
                 spacing: 4
 
                 Title {

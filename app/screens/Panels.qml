@@ -88,6 +88,14 @@ Item {
             onTerritoryAsked: panels.sectionAsked(Section.Territory)
             onReportAsked: panels.sectionAsked(Section.Report)
             onBenchAsked: panels.open(bench)
+            onOnboardingAsked: {
+                panels.close();
+                panels.shell.onboarding.beginAgain();
+            }
+            onCalibrationAsked: {
+                panels.shell.calibration.beginAgain();
+                panels.open(calibration);
+            }
         }
     }
     PanelSlot {

@@ -10,6 +10,9 @@ SettingsPage {
     readonly property Screens screens: shell.screens
     readonly property TransferModel transfer: screens.transfer
 
+    signal onboardingAsked
+    signal calibrationAsked
+
     name: qsTr("Tes données")
 
     SettingRow {
@@ -91,6 +94,26 @@ SettingsPage {
             text: qsTr("Copier")
             Accessible.name: qsTr("Copier les diagnostics")
             onClicked: page.screens.copyDiagnostics()
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "onboarding"
+
+        ActionButton {
+            text: qsTr("Recommencer")
+            Accessible.name: qsTr("Recommencer le premier réglage")
+            onClicked: page.onboardingAsked()
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "calibration"
+
+        ActionButton {
+            text: qsTr("Recommencer")
+            Accessible.name: qsTr("Recommencer le premier tri")
+            onClicked: page.calibrationAsked()
         }
     }
 }

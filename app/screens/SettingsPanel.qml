@@ -17,6 +17,8 @@ Panel {
     signal territoryAsked
     signal reportAsked
     signal benchAsked
+    signal onboardingAsked
+    signal calibrationAsked
 
     name: qsTr("Réglages")
     sheetWidth: 840
@@ -200,6 +202,8 @@ Panel {
                 onBenchAsked: panel.benchAsked()
             }
             SettingsData {
+                onOnboardingAsked: panel.onboardingAsked()
+                onCalibrationAsked: panel.calibrationAsked()
                 shell: panel.shell
                 headed: panel.headed
                 pages: panel.pages
