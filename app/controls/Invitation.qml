@@ -8,22 +8,24 @@ Rectangle {
     property string title: ""
     property string text: ""
     property string action: ""
+    property bool brief: false // the title alone
 
     signal accepted
     signal declined
 
-    implicitHeight: Math.max(words.implicitHeight, buttons.implicitHeight) + 32
+    implicitHeight: Math.max(words.implicitHeight, buttons.implicitHeight) + (brief ? 20 : 32)
     radius: Theme.radiusCard
     color: Theme.card
     border.width: 1
     border.color: Theme.line
     Accessible.role: Accessible.Grouping
     Accessible.name: title
+    Accessible.description: text
 
     Column {
         id: words
         x: 20
-        y: 16
+        anchors.verticalCenter: parent.verticalCenter
         width: parent.width - buttons.width - 60
         spacing: 2
 
@@ -34,6 +36,7 @@ Rectangle {
         }
         Label {
             width: parent.width
+            visible: !offer.brief
             text: offer.text
             color: Theme.inkSoft
             font.pixelSize: Theme.textBody
