@@ -104,11 +104,11 @@ Task<Result> onPool(Function function) {
     co_return std::move(*job->result);
 }
 
-/// Lets at most `slots` holders in at once, first come, first served. Main thread only; must
-/// outlive every wait and every pass.
+/// Hands out a number of permits, first come, first served. Main thread only; must outlive every
+/// wait and every permit.
 class Gate {
 public:
-    /// Gives the place back when it goes.
+    /// A permit, given back when it goes.
     class Pass {
     public:
         explicit Pass(Gate *gate) : m_gate(gate) {}

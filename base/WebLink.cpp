@@ -58,6 +58,10 @@ QString WebLink::shown(const QString &link) {
     return clean ? clean->text() : withoutHidden(link);
 }
 
+QStringList WebLink::segments(const QUrl &address) {
+    return address.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
+}
+
 QString WebLink::site(const QUrl &address, QUrl::ComponentFormattingOptions form) {
     QString host = address.host(form);
     for (const QStringView prefix : {u"www.", u"m."}) {

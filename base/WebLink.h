@@ -48,6 +48,9 @@ public:
     static QString site(const QUrl &address,
                         QUrl::ComponentFormattingOptions form = QUrl::FullyEncoded);
 
+    /// The parts of an address's path, encoded, without empty ones.
+    static QStringList segments(const QUrl &address);
+
     /// A kept address as a person may read it: the link that would be opened; what is none, without
     /// the signs that nobody sees.
     static QString shown(const QString &link);

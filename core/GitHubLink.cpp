@@ -13,7 +13,7 @@ std::optional<Repository> gitHubRepository(const QString &link) {
     const QUrl url = WebLink::parsed(link);
     const QString host = WebLink::site(url);
     const bool raw = host == u"raw.githubusercontent.com";
-    const QStringList words = url.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
+    const QStringList words = WebLink::segments(url);
     if ((host != u"github.com" && !raw) || words.size() < 2 || (!raw && isGitHubPage(words[0]))) {
         return std::nullopt;
     }

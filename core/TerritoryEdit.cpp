@@ -299,7 +299,10 @@ std::optional<PutBack> removeSite(Preferences &preferences, const QString &addre
     preferences.change(&Settings::prioritySites, sites);
     return [site, at](Preferences &now) {
         QList<PrioritySite> present = now.settings().prioritySites;
-        if (siteNamed(present, site.address) < 0) {
+        const bool isBack = std::ranges::any_of(present, [&](const PrioritySite &one) {
+            return siteKey(one.address) == siteKey(site.address);
+        });
+        if (!isBack) {
             insertBack(present, at, site);
             now.change(&Settings::prioritySites, present);
         }

@@ -15,9 +15,7 @@ OnDemand<T> on(Application &app, T &(Application::*part)()) {
     return OnDemand<T>([&app, part]() -> T & { return (app.*part)(); });
 }
 
-InstalledAppsList apps(const Application &app) {
-    return [&app] { return app.apps(); };
-}
+InstalledAppsList apps(const Application &app) { return app.appLister(); }
 
 } // namespace
 

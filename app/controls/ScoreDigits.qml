@@ -33,7 +33,8 @@ FocusScope {
         return true;
     }
     function digitOf(key: int): int {
-        return key >= Qt.Key_0 && key <= Qt.Key_9 ? key - Qt.Key_0 : french.indexOf(key);
+        const mac = { [Qt.Key_section]: 6, [Qt.Key_Exclam]: 8 }; // where a Mac's differs
+        return key >= Qt.Key_0 && key <= Qt.Key_9 ? key - Qt.Key_0 : mac[key] ?? french.indexOf(key);
     }
 
     Flow {

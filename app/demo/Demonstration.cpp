@@ -12,7 +12,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace vorle {
@@ -85,20 +84,10 @@ void Demonstration::populate(Preferences &preferences) const {
     preferences.change(&Settings::exclusions, {QStringLiteral("communiques.example.org"),
                                                QStringLiteral("bons-plans.example.org")});
     preferences.change(&Settings::onboarded, true);
-    // Its past has runs: the last one was on time, so that none was missed and the guided first
-    // triage is offered.
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    constexpr int weekAndDay = 8; // a slot lies in it, whatever the hour
-    const Schedule schedule = preferences.settings().schedule;
-    QDateTime last = now.addDays(-weekAndDay);
-    while (const auto next = schedule.nextRun(last)) {
-        if (*next > now) {
-            break;
-        }
-        last = *next;
-    }
-    constexpr int runSeconds = 240;
-    preferences.change(&Settings::lastSearch, std::min(last.addSecs(runSeconds), now));
+    // Its past has runs, the last one just now (see DemoPast): so none was missed, and the guided
+    // first triage is offered.
+    constexpr int tenMinutes = 600;
+    preferences.change(&Settings::lastSearch, QDateTime::currentDateTimeUtc().addSecs(-tenMinutes));
     preferences.change(&Settings::calibrated, false);
 }
 

@@ -186,7 +186,7 @@ QVariantList FiguresModel::runs() const {
     for (const auto &run : m_figures.runs.last(std::min(maxRunsShown, m_figures.runs.size()))) {
         const QDate day = run.date.toTimeZone(m_zone).date();
         runs += FigureCount{priced ? costText(run.costUSD) : secondsText(run.seconds),
-                            frenchLocale().toString(day, QStringLiteral("d MMM"))};
+                            shortDay(day, day.year())};
     }
     return variants(runs);
 }

@@ -21,14 +21,13 @@ QString dayNumber(const QDate &day) {
     return day.day() == 1 ? French::tr("1er") : QString::number(day.day());
 }
 
-/// "26 oct.", "26 oct. 2025"
+} // namespace
+
 QString shortDay(const QDate &day, int year) {
     const QString format =
         day.year() == year ? QStringLiteral(" MMM") : QStringLiteral(" MMM yyyy");
     return QString(dayNumber(day) + frenchLocale().toString(day, format)).replace(u' ', u'\u00A0');
 }
-
-} // namespace
 
 qsizetype ReportPeriod::partOf(const QDateTime &moment) const {
     const auto found = std::find_if(parts.begin(), parts.end(),

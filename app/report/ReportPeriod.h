@@ -42,6 +42,8 @@ ReportPeriod reportPeriod(PeriodKind kind, const QDateTime &now, int back = 0,
 /// "16 – 22 nov.", "26 oct. – 21 nov.", with years when they are not that of `now`; it never ends
 /// after `now`.
 QString rangeText(const ReportPeriod &period, const QDateTime &now, const QTimeZone &zone);
+/// "26 oct.", "1er déc."; with the year where it is not `year`.
+QString shortDay(const QDate &day, int year);
 /// What a part is called under its bar: "lun. 16", "16 nov.", "nov.".
 QString partLabel(const ReportPeriod &period, qsizetype part, const QTimeZone &zone);
 /// "Cette semaine", "Les quatre dernières semaines", "Les douze derniers mois"; of a span further

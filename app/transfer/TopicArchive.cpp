@@ -36,8 +36,13 @@ bool hasOthers(const QByteArray &archive, const QList<Topic> &topics) {
 }
 
 QString asideName(const QString &path, const QDateTime &now) {
-    return QFileInfo(path).path() + QStringLiteral("/topics-") +
-           now.toString(QStringLiteral("yyyy-MM-dd-HHmmss")) + QStringLiteral(".json");
+    const QString stem = QFileInfo(path).path() + QStringLiteral("/topics-") +
+                         now.toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
+    QString name = stem + QStringLiteral(".json");
+    for (int number = 2; QFileInfo::exists(name); ++number) { // two within one second
+        name = stem + u'-' + QString::number(number) + QStringLiteral(".json");
+    }
+    return name;
 }
 
 void writeArchive(const QList<Topic> &topics, const QString &path, const QDateTime &now,

@@ -34,7 +34,7 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
             .launcher = adapters.launcher,
             .files = adapters.files,
             .screens = std::move(screens),
-            .apps = [&app] { return app.apps(); }};
+            .apps = app.appLister()};
 }
 
 } // namespace vorle

@@ -65,14 +65,15 @@ Feeds &Application::feeds() {
     return *m_feeds;
 }
 
-QList<discovery::App> Application::apps() const {
-    QList<discovery::App> apps;
-    const auto installed =
-        m_setup.installedApps != nullptr ? m_setup.installedApps->list() : QList<InstalledApp>();
-    for (const InstalledApp &app : installed) {
-        apps += {app.name, app.location, app.category};
-    }
-    return discovery::inOrder(std::move(apps));
+std::function<QList<discovery::App>()> Application::appLister() const {
+    return [machine = m_setup.installedApps] {
+        QList<discovery::App> apps;
+        const auto installed = machine != nullptr ? machine->list() : QList<InstalledApp>();
+        for (const InstalledApp &app : installed) {
+            apps += {app.name, app.location, app.category};
+        }
+        return discovery::inOrder(std::move(apps));
+    };
 }
 
 EngineAgent &Application::agent() {

@@ -55,7 +55,9 @@ public:
     Feeds &feeds();
     SourceImage &images();
     /// The apps installed on this machine, in the order they are shown in. Read at each call.
-    QList<discovery::App> apps() const;
+    QList<discovery::App> apps() const { return appLister()(); }
+    /// Reads them on any thread, and may outlive the application.
+    std::function<QList<discovery::App>()> appLister() const;
     EngineAgent &agent();
     Asker &asker();
     SearchEngine &engine();

@@ -64,7 +64,7 @@ void Harvest::take(const Candidate &candidate, const Origins &origins) {
 LinkRegistry::Claim Harvest::claim(const QString &link, qsizetype index) {
     const LinkRegistry::Claim claim = m_ledger.claim(link, index);
     if (claim.standing == LinkRegistry::Standing::Known) {
-        m_provenance.add(m_tools.finds.record(claim.topic));
+        m_records.add(m_tools.finds.record(claim.topic));
     }
     return claim;
 }
@@ -111,7 +111,7 @@ Task<> Harvest::finishReading() { return finish(m_reads); }
 
 Task<> Harvest::finishPictures() { return finish(m_pictures); }
 
-Task<> Harvest::finishProvenance() { return finish(m_provenance); }
+Task<> Harvest::finishRecords() { return finish(m_records); }
 
 /// A picture for each of a topic's first sources, in their order.
 Task<> Harvest::fetchPictures(QUuid id) {
@@ -260,7 +260,7 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     }
     m_recorder.report.topicIds += m_tools.store.add(std::move(added));
     if (!judged.isEmpty()) {
-        m_provenance.add(m_tools.provenance.add(std::move(judged)));
+        m_records.add(m_tools.provenance.add(std::move(judged)));
     }
     for (const QUuid &topic : pictured) {
         m_pictures.add(fetchPictures(topic));

@@ -74,7 +74,7 @@ public:
     Task<> finishPictures();
     /// Ends when what stands behind every score, and what was found again, was written, or could
     /// not be.
-    Task<> finishProvenance();
+    Task<> finishRecords();
     /// What could not be read keeps its link and says so.
     void finalizeUnread();
 
@@ -126,7 +126,7 @@ private:
     std::deque<Item> m_items; ///< a candidate's identifier is its index here, from "c1"
     TaskGroup m_reads;
     TaskGroup m_pictures;
-    TaskGroup m_provenance;
+    TaskGroup m_records;
     std::exception_ptr m_judgeError;
     QSet<QString> m_failedLinks; ///< those it left
     bool m_gaveUp = false;       ///< some of them without having been tried

@@ -18,7 +18,7 @@ public:
     };
     struct Claim {
         Standing standing = Standing::New;
-        QUuid topic;        ///< the topic, when held
+        QUuid topic;        ///< the topic, when known
         qsizetype item = 0; ///< the other item, when the same
     };
 
@@ -29,7 +29,8 @@ public:
     /// Who has `link`. Nobody: `item` has it from now on. An item may claim again what it has
     /// (Standing::New).
     Claim claim(const QString &link, qsizetype item);
-    /// What `item` had belongs to whom `heir` names from now on (Standing::Held or Standing::Same).
+    /// What `item` had belongs to whom `heir` names from now on (Standing::Known or
+    /// Standing::Same).
     void give(qsizetype item, const Claim &heir);
 
 private:

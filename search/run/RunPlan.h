@@ -42,7 +42,7 @@ struct SitesRequest {
     int count = 8;
     QStringList knownLinks = {}; ///< newest first
     QStringList allKnownLinks =
-        {}; ///< every link held, whatever its age: what is not screened again
+        {}; ///< every link of a topic, whatever its age: what is not screened again
 };
 
 /// Everything a run is going to ask, worked out from the territory and the topics already held.

@@ -64,7 +64,7 @@ Task<RunReport> SearchRun::execute() {
         co_await runStep(m_harvest.dig());
     }
     co_await runStep(m_harvest.finishPictures());
-    co_await runStep(m_harvest.finishProvenance());
+    co_await runStep(m_harvest.finishRecords());
     m_harvest.finalizeUnread();
     finishReport();
     co_return m_recorder.report;
@@ -147,12 +147,12 @@ Task<> SearchRun::askSites() {
         ++m_recorder.progress.scopesDone;
         co_return;
     }
-    QSet<QString> held = m_tools.refusedItems;
+    QSet<QString> known = m_tools.refusedItems;
     for (const QString &link : std::as_const(m_plan.sites.allKnownLinks)) {
-        held.insert(canonicalLink(link));
+        known.insert(canonicalLink(link));
     }
     const FeedsForRun feeds =
-        co_await m_tools.feeds.itemsForRun(m_plan.sites.sites, held, m_cancel);
+        co_await m_tools.feeds.itemsForRun(m_plan.sites.sites, known, m_cancel);
     m_tools.sitesChecked(feeds.sites);
     bool noneAnswered = true;
     for (const SiteFeedResult &site : feeds.reports) {

@@ -42,10 +42,6 @@ bool isTrackingItem(const QString &name) {
                           u"vero_id", u"oly_anon_id", u"oly_enc_id", u"ref_src", u"ref_url"});
 }
 
-QStringList segmentsOf(const QUrl &url) {
-    return url.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
-}
-
 bool isVideo(const QString &site, const QString &path) {
     return isOneOf(site, {u"youtube.com", u"youtu.be", u"music.youtube.com", u"vimeo.com",
                           u"player.vimeo.com", u"dailymotion.com", u"dai.ly", u"twitch.tv"}) ||
@@ -100,7 +96,7 @@ QUrl readableLink(const QString &link) {
         return url;
     }
     dropQueryItems(url, isCampaignItem);
-    QStringList segments = segmentsOf(url);
+    QStringList segments = WebLink::segments(url);
     if (WebLink::site(url) == u"github.com" && segments.size() > 4 && segments[2] == u"blob") {
         segments.removeAt(2);
         url.setHost(QStringLiteral("raw.githubusercontent.com"));
@@ -130,7 +126,7 @@ QString canonicalLink(const QString &link) {
 
 bool namesOnePage(const QString &link) {
     const QUrl url = WebLink::parsed(link);
-    const QStringList segments = segmentsOf(url);
+    const QStringList segments = WebLink::segments(url);
     if (segments.isEmpty() && !url.hasQuery()) {
         return false;
     }
@@ -148,7 +144,7 @@ ItemKind guessKind(const QString &link) {
     const QUrl url = WebLink::parsed(link);
     const QString site = WebLink::site(url);
     const QString path = url.path().toLower() + u'/';
-    const QStringList segments = segmentsOf(url);
+    const QStringList segments = WebLink::segments(url);
     if (isVideo(site, path)) {
         return ItemKind::Video;
     }

@@ -26,10 +26,6 @@ QString siteOf(const QUrl &url) {
     return site == u"old.reddit.com" || site == u"new.reddit.com" ? site.sliced(4) : site;
 }
 
-QStringList segmentsOf(const QUrl &url) {
-    return url.path(QUrl::FullyEncoded).split(u'/', Qt::SkipEmptyParts);
-}
-
 QUrl https(const QString &host, const QString &path, const QString &query = {}) {
     QUrl url;
     url.setScheme(QStringLiteral("https"));
@@ -111,7 +107,7 @@ struct PackagePage {
 };
 
 std::optional<PackagePage> packageOf(const QUrl &link) {
-    const QStringList words = segmentsOf(link);
+    const QStringList words = WebLink::segments(link);
     if (siteOf(link) != u"npmjs.com" || words.value(0) != u"package" || words.size() < 2) {
         return std::nullopt;
     }
@@ -163,7 +159,7 @@ PageText readThread(const QByteArray &body) {
 }
 
 std::optional<PageTwin> threadTwin(const QUrl &link) {
-    const QStringList words = segmentsOf(link);
+    const QStringList words = WebLink::segments(link);
     const qsizetype comments = words.indexOf(QStringLiteral("comments"));
     if (siteOf(link) != u"reddit.com" || comments < 0 || comments + 1 >= words.size()) {
         return std::nullopt;
@@ -192,7 +188,7 @@ PageText readVideo(const QByteArray &body) {
 
 std::optional<PageTwin> videoTwin(const QUrl &link) {
     const QString site = siteOf(link);
-    const QStringList words = segmentsOf(link);
+    const QStringList words = WebLink::segments(link);
     QString id;
     if (site == u"youtu.be") {
         id = words.value(0);
@@ -253,7 +249,7 @@ PageText readReleases(const QByteArray &body) {
 }
 
 std::optional<PageTwin> releaseTwin(const QUrl &link) {
-    const QStringList words = segmentsOf(link);
+    const QStringList words = WebLink::segments(link);
     const auto repository = gitHubRepository(link.toString(QUrl::FullyEncoded));
     if (!repository || siteOf(link) != u"github.com" || words.value(2) != u"releases") {
         return std::nullopt;

@@ -32,8 +32,8 @@ TEST_F(SettingsPagesTest, a_page_shows_its_rows_and_none_whose_day_has_not_come)
         seen += pages.shown();
     }
     EXPECT_EQ(seen.removeDuplicates(), 0);
-    for (const char *later : {"notifyMode", "notifyReminder", "captureShortcut", "proposeTab",
-                              "openAtLogin"}) {
+    for (const char *later :
+         {"notifyMode", "notifyReminder", "captureShortcut", "proposeTab", "openAtLogin"}) {
         EXPECT_FALSE(seen.contains(text(later))) << later;
         pages.setQuery(SettingsPages::title(text(later)));
         EXPECT_FALSE(pages.shown().contains(text(later))) << later;

@@ -230,8 +230,9 @@ TEST_F(HarvestTest, what_is_old_news_to_one_project_stays_news_to_another) {
         otherTraits = QStringLiteral("\"delays\":{\"%1\":0.7},").arg(QString::fromUtf8(one.late));
         scenario(release, one.topics);
         TopicStore memory{QString(), resources, clock};
-        ScoreProvenanceLog provenance{memory, clock};
-        SearchEngine other{{preferences, memory, provenance, asker, reader, feeds, images, clock}};
+        ScoreProvenanceLog otherProvenance{memory, clock};
+        SearchEngine other{
+            {preferences, memory, otherProvenance, asker, reader, feeds, images, clock}};
         const RunReport report = test::waitFor(other.run(stop.token()), 60s);
         EXPECT_EQ(report.notNewer.isEmpty(), one.added) << one.late;
         ASSERT_EQ(memory.count(), one.added ? 1 : 0) << one.late;
