@@ -125,7 +125,7 @@ void tellRest(Context &context, const RunReport &report, const QDateTime &now) {
         context.console.say(
             report.waits->until
                 ? French::tr(
-                      "Elle continuera quand vorle sera ouvert, ou avec\u00A0: vorle fouille "
+                      "La suite viendra quand vorle sera ouvert, ou avec\u00A0: vorle fouille "
                       "--suite")
                 : French::tr("Pour continuer\u00A0: vorle fouille --suite"));
     }

@@ -82,8 +82,6 @@ Item {
                 Keys.onLeftPressed: picker.walk(index - 1)
                 Keys.onRightPressed: picker.walk(index + 1)
                 Keys.onSpacePressed: event => event.isAutoRepeat || picker.toggle(index)
-                Keys.onReturnPressed: event => event.isAutoRepeat || picker.toggle(index)
-                Keys.onEnterPressed: event => event.isAutoRepeat || picker.toggle(index)
                 onActiveFocusChanged: if (activeFocus) picker.at = index
 
                 TapHandler {

@@ -5,6 +5,7 @@
 #include "base/FrenchLocale.h"
 #include "base/OnDisk.h"
 #include "core/Calibration.h"
+#include "core/TerritoryEdit.h"
 #include "search/run/RunPlan.h"
 
 #include <QDir>
@@ -20,6 +21,10 @@ OnboardingModel::OnboardingModel(Parts parts, QObject *parent)
     connect(&m_parts.preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"projects" || key == u"interests") {
             Q_EMIT foundChanged();
+        }
+        if (m_shown && (key == u"projects" || key == u"projectDescriptions" ||
+                        key == u"interests" || key == u"addedTools")) {
+            lookForRefusal();
         }
         Q_EMIT changed();
     });
@@ -117,10 +122,17 @@ QStringList OnboardingModel::topicProposals() const {
     return proposals.first(std::min<qsizetype>(3, proposals.size()));
 }
 
-QString OnboardingModel::refusal() const { return shownWords(refusalText(m_parts.preferences)); }
+/// The disk is asked: not at each change.
+void OnboardingModel::lookForRefusal() { m_refusal = shownWords(refusalText(m_parts.preferences)); }
+
+QString OnboardingModel::setJob(const QString &job) {
+    m_jobGiven = true;
+    return territory::setJob(m_parts.preferences, job).value_or(QString());
+}
 
 void OnboardingModel::open() {
     m_shown = true;
+    lookForRefusal();
     if (!std::exchange(m_looked, true)) {
         detach(look(this), QStringLiteral("looking for projects"));
     }
@@ -134,7 +146,8 @@ void OnboardingModel::beginAgain() {
 
 void OnboardingModel::next() {
     const Settings &settings = m_parts.preferences.settings();
-    if (step() == You && !m_job.isEmpty() && settings.job.value_or(QString()).isEmpty()) {
+    if (step() == You && !m_jobGiven && !m_evidence.isEmpty() &&
+        settings.job.value_or(QString()).isEmpty()) {
         m_parts.preferences.change(&Settings::job, m_job);
     }
     pass();

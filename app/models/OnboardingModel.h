@@ -89,12 +89,15 @@ public:
     QStringList jobs() const;
     QVariantList found() const;
     QStringList topicProposals() const;
-    QString refusal() const;
+    QString refusal() const { return m_refusal; }
 
     /// Shows it, where it was left.
     Q_INVOKABLE void open();
     /// From the first step on; what was entered stays.
     Q_INVOKABLE void beginAgain();
+    /// The job as the person writes it; nothing is proposed in its place any more. Gives a French
+    /// sentence where it cannot be, "" where it was taken.
+    Q_INVOKABLE QString setJob(const QString &job);
     /// The next step; nothing after the last one. The job that is proposed is taken with the first
     /// one where none was given.
     Q_INVOKABLE void next();
@@ -114,10 +117,13 @@ private:
     static Task<> look(QPointer<OnboardingModel> self);
     void setStep(int step);
     void propose();
+    void lookForRefusal();
 
     Parts m_parts;
     bool m_shown = false;
     bool m_looked = false;
+    bool m_jobGiven = false; // by the person, be it as none
+    QString m_refusal;
     QList<discovery::Project> m_found;
     QStringList m_apps;
     QString m_job;

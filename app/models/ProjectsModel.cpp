@@ -205,7 +205,9 @@ Task<> ProjectsModel::add(QPointer<ProjectsModel> self, QStringList paths) {
     }
     refused.removeAll(QString());
     if (refused.size() > 1) {
-        refused = {refused.first(), tr("Et %1 autres.").arg(refused.size() - 1)};
+        refused = {refused.first(), refused.size() == 2
+                                        ? tr("Et un autre.")
+                                        : tr("Et %1 autres.").arg(refused.size() - 1)};
     }
     self->setProblem(refused.join(u' '));
 }

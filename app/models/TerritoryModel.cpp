@@ -155,6 +155,12 @@ QString TerritoryModel::undoText() const {
                      tr("«\u202F%1\u202F» est retiré").arg(shownLine(m_removed.last().what)));
 }
 
+QString TerritoryModel::redoneText() const {
+    return m_removed.isEmpty()
+               ? QString()
+               : shownWords(tr("«\u202F%1\u202F» est remis").arg(shownLine(m_removed.last().what)));
+}
+
 bool TerritoryModel::undo() {
     if (m_removed.isEmpty()) {
         return false;

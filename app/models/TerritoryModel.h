@@ -42,6 +42,8 @@ class TerritoryModel final : public QObject {
     Q_PROPERTY(QStringList radiusTexts READ radiusTexts CONSTANT FINAL)
     /// What was taken out last, while it can be put back: "« vélo en ville » est retiré"; else "".
     Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged FINAL)
+    /// What is said once that is back: "« vélo en ville » est remis".
+    Q_PROPERTY(QString redoneText READ redoneText NOTIFY undoChanged FINAL)
     /// How many can be put back, one after the other.
     Q_PROPERTY(int undoCount READ undoCount NOTIFY undoChanged FINAL)
 
@@ -68,6 +70,7 @@ public:
     QStringList radiusLabels() const;
     QStringList radiusTexts() const;
     QString undoText() const;
+    QString redoneText() const;
     int undoCount() const { return static_cast<int>(m_removed.size()); }
 
     // Those that may refuse give a French sentence then, "" when it was done or there was nothing

@@ -27,7 +27,7 @@ Rectangle {
             remedy.length > 0 ? remedyAsked() : noticeDismissed();
         } else if (failed && run.nothingToSearch) {
             territoryAsked();
-        } else if (run.waitingOffered) {
+        } else if (offered) {
             run.goOn();
         } else {
             runAsked();

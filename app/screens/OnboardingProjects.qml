@@ -14,7 +14,7 @@ OnboardingStep {
     Keys.onEnterPressed: event => event.accepted = Window.activeFocusItem instanceof TextInput
 
     function takeFocus() {
-        found.count > 0 ? (found.itemAt(0) as FoundProject).takeFocus() : choose.forceActiveFocus(Qt.TabFocusReason);
+        footAsked(); // ↩ goes on, as it says
     }
 
     function remove(index: int, name: string) {

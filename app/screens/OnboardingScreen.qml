@@ -12,6 +12,7 @@ FocusScope {
     readonly property OnboardingModel model: shell.onboarding
     readonly property bool shown: model.shown
     readonly property bool last: model.step === OnboardingModel.When
+    readonly property bool demoInstead: last && !shell.agentStates.ready // there is nothing to run with
     readonly property Item stepItem: body.item as Item
 
     signal runAsked
@@ -47,7 +48,9 @@ FocusScope {
         }
     }
     function advance() {
-        if (!last) {
+        if (demoInstead) {
+            demoAsked();
+        } else if (!last) {
             model.next();
         } else if (more.usable) {
             model.finish();
@@ -176,10 +179,10 @@ FocusScope {
                 }
                 ActionButton {
                     id: more
-                    text: screen.last ? qsTr("Lancer la première fouille") : qsTr("Continuer")
+                    text: screen.demoInstead ? qsTr("Voir la démonstration") : screen.last ? qsTr("Lancer la première fouille") : qsTr("Continuer")
                     keys: "↩"
                     primary: true
-                    usable: !screen.last || (screen.model.refusal.length === 0 && screen.shell.agentStates.ready)
+                    usable: !screen.last || screen.demoInstead || screen.model.refusal.length === 0
                     onClicked: screen.advance()
                 }
             }
@@ -196,6 +199,7 @@ FocusScope {
         id: projects
         OnboardingProjects {
             shell: screen.shell
+            onFootAsked: more.forceActiveFocus(Qt.TabFocusReason)
         }
     }
     Component {

@@ -7,6 +7,8 @@ FocusScope {
 
     required property Shell shell
     readonly property OnboardingModel model: shell.onboarding
+    signal footAsked // the keyboard rests on the button that goes on
+
     default property alias content: column.data
 
     implicitHeight: column.implicitHeight

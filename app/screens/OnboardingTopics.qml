@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -10,8 +11,14 @@ OnboardingStep {
 
     property bool took: false // ↩ was for the line that adds
 
-    Keys.onReturnPressed: event => event.accepted = took
-    Keys.onEnterPressed: event => event.accepted = took
+    // A name that is being written ends with ↩, and goes nowhere.
+    function keepsReturn(): bool {
+        const field = Window.activeFocusItem as TextInput;
+        return took || (field !== null && field.parent !== adder);
+    }
+
+    Keys.onReturnPressed: event => event.accepted = keepsReturn()
+    Keys.onEnterPressed: event => event.accepted = keepsReturn()
 
     function takeFocus() {
         adder.takeFocus();

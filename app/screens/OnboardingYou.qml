@@ -11,7 +11,7 @@ OnboardingStep {
     // What is proposed is shown as an answer, and taken with the step; what was typed stays.
     function showJob() {
         if (!job.edited) {
-            job.text = step.shell.settings.job.length > 0 ? step.shell.settings.job : step.model.jobProposal;
+            job.text = step.shell.settings.job.length > 0 ? step.shell.settings.job : step.model.jobReason.length > 0 ? step.model.jobProposal : "";
         }
     }
 
@@ -38,8 +38,16 @@ OnboardingStep {
         placeholderText: qsTr("Ton métier, en quelques mots")
         onTextEdited: {
             edited = true;
-            step.shell.settings.job = text.trim();
+            problem.text = step.model.setJob(text);
         }
+    }
+    Label {
+        id: problem
+        width: parent.width
+        visible: text.length > 0
+        color: Theme.tintInk
+        font.pixelSize: Theme.textNote
+        Accessible.role: Accessible.AlertMessage
     }
     Label {
         width: parent.width
@@ -64,7 +72,7 @@ OnboardingStep {
                 onClicked: {
                     job.edited = true;
                     job.text = preset.modelData;
-                    step.shell.settings.job = preset.modelData;
+                    problem.text = step.model.setJob(preset.modelData);
                 }
             }
         }

@@ -35,7 +35,7 @@ Panel {
         anchors.top: title.bottom
         anchors.topMargin: 2
         width: parent.width
-        text: panel.preview.note.length > 0 ? panel.preview.note : qsTr("Rien n’est envoyé ici. Une fouille pose ces questions à ton IA, une par une ; « … » tient la place de ce qu’elle aura trouvé.")
+        text: panel.preview.note.length > 0 ? panel.preview.note : qsTr("Rien n’est envoyé ici. Une fouille pose ces questions à ton IA ; « … » tient la place de ce qu’elle aura trouvé.")
         color: Theme.inkFaint
         font.pixelSize: Theme.textNote
     }

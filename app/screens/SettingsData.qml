@@ -59,7 +59,7 @@ SettingsPage {
     Item {
         width: parent.width
         height: visible ? Math.max(told.implicitHeight, stopper.height) + 24 : 0
-        visible: page.transfer.word.length > 0 && !page.pages.searching
+        visible: page.transfer.word.length > 0
 
         Label {
             id: told

@@ -33,12 +33,12 @@ SectionScreen {
         page.forceActiveFocus();
     }
     function undo(): bool {
-        const what = model.undoText;
+        const back = model.redoneText;
         if (!model.undo()) {
             return false;
         }
         undoLine.hide();
-        told(qsTr("Remis : %1").arg(what));
+        told(back);
         return true;
     }
     function follow() {

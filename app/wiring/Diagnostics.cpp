@@ -274,8 +274,10 @@ QString diagnosticText(const Diagnostics &told) {
         lines += French::tr("%1\u00A0: %2").arg(name, text);
     };
     for (const Diagnostics::File &file : told.files) {
-        add(file.path, file.bytes ? French::tr("%1 octets").arg(numberText(*file.bytes))
-                                  : French::tr("absent"));
+        add(file.path, file.bytes
+                           ? (*file.bytes == 1 ? French::tr("%1 octet") : French::tr("%1 octets"))
+                                 .arg(numberText(*file.bytes))
+                           : French::tr("absent"));
     }
     QStringList counts;
     for (const Diagnostics::Count &count : told.topics) {

@@ -16,6 +16,7 @@ bool LimitGate::isClosedBy(const std::exception &error) {
     };
     if (!m_limit || (!isDated(m_limit) && isDated(agentError->limit()))) {
         m_limit = agentError->limit();
+        m_met = m_now();
     }
     return true;
 }

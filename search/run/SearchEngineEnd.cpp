@@ -133,9 +133,15 @@ bool SearchEngine::keepRest(RunReport &report, const SearchRun &run, const Under
     if (rest.isEmpty()) {
         return true; // the user has decided on all that was left
     }
+    // From the moment it was told: its hour may have come while the run was ending.
+    auto until = run.limit()->until(run.limitMet(), m_parts.zone);
+    if (until) {
+        constexpr int soonSeconds = 120;
+        until = std::max(*until, now.addSecs(soonSeconds));
+    }
     const int searches = static_cast<int>(rest.scopes.size()) + (rest.sites ? 1 : 0);
     report.waits = RunWaits{now,
-                            run.limit()->until(now, m_parts.zone),
+                            until,
                             displayName(task.agent),
                             run.limit()->words,
                             searches,
@@ -168,11 +174,12 @@ void SearchEngine::concludeFirst(RunReport &report, const SearchRun &run, const 
     }
     bool isKept = true;
     const QString takenIn = tr("La suite est passée dans la fouille suivante.");
-    if (wentThrough && run.limit() && store.flush()) {
-        if (task.rest) { // before its remainder is replaced: nothing would close it any more
+    if (wentThrough && run.limit()) {
+        isKept = store.flush();
+        if (isKept && task.rest) { // before its remainder is replaced: nothing would close it
             closeReport(task.rest->report, takenIn);
         }
-        isKept = keepRest(report, run, task);
+        isKept = isKept && keepRest(report, run, task);
         if (!isKept) {
             backTo = task.period;
             report.warnings += run.limit()->words;
@@ -222,6 +229,7 @@ void SearchEngine::concludeFurther(RunReport &report, const SearchRun &run,
     } else {
         if (run.limit() && !keepRest(report, run, task)) {
             report.waits = task.rest->waits(); // what was left before still is
+            putOff();                          // and it is not tried again by itself
         }
         const Settings &settings = m_parts.preferences.settings();
         if (!settings.lastSearch || *settings.lastSearch < report.date) {
@@ -229,13 +237,15 @@ void SearchEngine::concludeFurther(RunReport &report, const SearchRun &run,
         } else if (settings.lastReport && settings.lastReport->date == report.date) {
             m_parts.preferences.change(&Settings::lastReport, lastOf(report));
         }
-        if (run.leftLinks()) {
+        if (run.leftLinks() || run.dropped()) {
             lookAgainFrom(task.period);
         }
         ScreenedItems(store.file()).add(task.sites, run.passedOver(), task.start);
         store.replaceRun(report);
         if (!report.waits && m_restFile.clear(m_parts.clock.now())) {
             setRest(std::nullopt);
+        } else if (!report.waits) { // a file that stays would have it all asked again and again
+            putOff();
         }
     }
     store.releasePending(report.topicIds);

@@ -37,6 +37,7 @@ SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeConte
     , m_harvest(m_tools.harvest, m_recorder, std::move(context), cancel)
     , m_judgedBefore(m_recorder.report.judged) {
     m_recorder.report.waits.reset();
+    m_recorder.gate.readClock(m_tools.harvest.now);
     for (const QString &warning : std::as_const(m_plan.warnings)) {
         warn(warning);
     }

@@ -49,6 +49,10 @@ public:
     bool leftLinks() const { return m_harvest.leftLinks(); }
     /// After `execute`: the limit that the agent reached, if it did, and what that left.
     const std::optional<UsageLimit> &limit() const { return m_recorder.gate.limit(); }
+    /// Whether something that an earlier run left could not be taken up.
+    bool dropped() const { return m_dropped; }
+    /// When the agent told of it.
+    const QDateTime &limitMet() const { return m_recorder.gate.met(); }
     const RunRest &left() const { return m_left; }
 
     /// After `execute`: the items of the sites' feeds that were screened and passed over, by the
@@ -115,6 +119,7 @@ private:
     std::exception_ptr m_scopeError;
     std::exception_ptr m_fault; ///< what no step is meant to throw
     std::exception_ptr m_failure;
+    bool m_dropped = false;
 };
 
 } // namespace vorle

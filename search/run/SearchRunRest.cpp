@@ -20,10 +20,12 @@ void SearchRun::warn(const QString &sentence) {
 }
 
 void SearchRun::tellGone(const QString &scope) {
-    warn(French::tr("«\u202F%1\u202F» n’est plus dans ton territoire\u00A0: ce qui restait pour "
-                    "lui est laissé de "
-                    "côté.")
-             .arg(scope));
+    m_dropped = true;
+    warn(
+        French::tr("«\u202F%1\u202F» n’est plus dans ton territoire, ou son dossier ne répond "
+                   "pas\u00A0: ce qui restait pour lui est laissé de côté, et la prochaine fouille "
+                   "reprendra la même période.")
+            .arg(scope));
 }
 
 /// Of the plan, the searches that were left. The scopes stay all: links are left for others too.

@@ -128,7 +128,8 @@ TEST_F(TerritoryTest, panels_show_what_is_sent_which_apps_and_start_again_only_w
     press(Qt::Key_Space);
     EXPECT_TRUE(settings().disabledReflexes.isEmpty());
     press(Qt::Key_Return);
-    EXPECT_TRUE(shownTexts().contains(text("Vidéo 3")));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shownTexts().contains(text("Vidéo 3")); }))
+        << shownTexts().join(u'\n').toStdString();
     press(Qt::Key_Escape);
     EXPECT_FALSE(window().property("covered").toBool());
 }

@@ -155,7 +155,12 @@ TEST_F(ScheduleCasesTest, every_slot_has_one_run_or_one_banner_whatever_the_cloc
                 change.addSecs(-1).toTimeZone(zone).time().hour() == 23 ? 1 : 0);
             for (const QTime &time : times) {
                 for (const Days days : {Days::TheDay, Days::ItAndTheNext, Days::All}) {
-                    if (days != Days::TheDay && !place.closely) {
+                    // Every hour on one day a week, where people live; elsewhere, and on several
+                    // days, those at which something happens.
+                    const bool all = place.closely && days == Days::TheDay;
+                    const bool tells = time == QTime(2, 30) || time == QTime(8, 0) ||
+                                       (time == QTime(0, 0) && days == Days::TheDay);
+                    if (!all && (!tells || (days != Days::TheDay && !place.closely))) {
                         continue;
                     }
                     for (const Mishap mishap : mishaps) {
@@ -169,8 +174,8 @@ TEST_F(ScheduleCasesTest, every_slot_has_one_run_or_one_banner_whatever_the_cloc
                         }
                         preferences.change(&Settings::schedule, schedule);
                         // At no moment that a run is due at.
-                        const QDateTime begin = change.addDays(-2).addSecs(13 * 60);
-                        const QDateTime end = change.addDays(3).addSecs(13 * 60);
+                        const QDateTime begin = change.addDays(-1).addSecs(-13 * 60);
+                        const QDateTime end = change.addDays(2).addSecs(13 * 60);
                         const auto slot = one.nextRun(begin, zone);
                         ASSERT_TRUE(slot);
                         // It shows that time, or comes with the skip.
@@ -202,20 +207,20 @@ TEST_F(ScheduleCasesTest, every_slot_has_one_run_or_one_banner_whatever_the_cloc
             }
         }
     }
-    EXPECT_GT(cases, 1000);
+    EXPECT_GT(cases, 500);
 }
 
 TEST_F(ScheduleCasesTest, a_journey_there_and_back_leaves_each_slot_its_one_run_or_banner) {
     const QTimeZone paris("Europe/Paris");
     const QTimeZone york("America/New_York");
     const QDateTime monday(QDate(2026, 11, 9), QTime(0, 0), Qt::UTC);
-    const QList<QList<int>> weeks{{2}, {2, 3}, {2, 5}, {1, 2, 3, 4, 5, 6, 7}};
+    const QList<QList<int>> weeks{{2}, {2, 3}, {1, 2, 3, 4, 5, 6, 7}};
     const QTime times[] = {QTime(0, 30), QTime(8, 0), QTime(23, 30)};
     int cases = 0;
     for (const QList<int> &days : weeks) {
         for (const QTime &time : times) {
-            for (int out = 0; out < 24; out += 6) {       // the hour it leaves at, on the Monday
-                for (const int back : {30, 44, 53, 71}) { // hours later
+            for (int out = 0; out < 24; out += 6) { // the hour it leaves at, on the Monday
+                for (const int back : {30, 53}) {   // hours later
                     ++cases;
                     preferences.change(&Settings::schedule,
                                        Schedule{days, time.hour(), time.minute()});
@@ -242,7 +247,7 @@ TEST_F(ScheduleCasesTest, a_journey_there_and_back_leaves_each_slot_its_one_run_
             }
         }
     }
-    EXPECT_EQ(cases, 192);
+    EXPECT_EQ(cases, 72);
 }
 
 } // namespace
