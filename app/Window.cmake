@@ -21,7 +21,7 @@ set(VORLE_QML
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
     screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml screens/InterestRows.qml
     screens/ClosingPanel.qml screens/DemoStrip.qml screens/CorrectionPanel.qml
-    screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
+    screens/InboxInvitation.qml screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/OnboardingAgent.qml screens/OnboardingProjects.qml screens/OnboardingScreen.qml screens/OnboardingStep.qml screens/OnboardingTopics.qml
     screens/OnboardingWhen.qml screens/OnboardingYou.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
     screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/SettingsPanel.qml

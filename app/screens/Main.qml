@@ -173,22 +173,11 @@ Window {
                     sourceComponent: TopicScreen {
                         shell: main.shell
                         number: Section.Inbox
-                        header: Invitation {
+                        header: InboxInvitation {
                             width: parent.width
-
-                            // One thing at a time: how to begin, then what to teach.
-                            readonly property bool begins: main.shell.onboarding.unfinished
-
-                            // In a low window the open card needs the room.
-                            readonly property real room: main.height - strip.height - banner.height
-
-                            visible: room >= 620 && (begins || main.shell.calibration.proposed)
-                            brief: room < 700
-                            title: begins ? qsTr("Finir le premier réglage") : main.shell.calibration.invitationTitle
-                            text: begins ? qsTr("Il reprend où tu l’as laissé. Ce que tu as dit est gardé.") : main.shell.calibration.invitationText
-                            action: begins ? qsTr("Continuer") : main.shell.calibration.invitationAction
-                            onAccepted: begins ? main.shell.onboarding.open() : panels.calibrate()
-                            onDeclined: begins ? main.shell.onboarding.finish() : main.shell.calibration.skip()
+                            shell: main.shell
+                            room: main.height - strip.height - banner.height
+                            onCalibrationAsked: panels.calibrate()
                         }
                     }
                 }
