@@ -18,16 +18,16 @@ set(VORLE_QML
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml
     controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
-    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/CalibrationPanel.qml screens/CardSight.qml
-    screens/AppLine.qml screens/AppPicker.qml screens/ConfirmPanel.qml screens/DecisionsPanel.qml screens/InterestRows.qml
-    screens/ClosingPanel.qml screens/DemoStrip.qml screens/CorrectionPanel.qml
-    screens/InboxInvitation.qml screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
-    screens/OnboardingAgent.qml screens/OnboardingProjects.qml screens/OnboardingScreen.qml screens/OnboardingStep.qml screens/OnboardingTopics.qml
-    screens/OnboardingWhen.qml screens/OnboardingYou.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
-    screens/ReportFigures.qml screens/ReportHead.qml screens/ReportRow.qml screens/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/SettingsPanel.qml
-    screens/BenchScreen.qml screens/SettingsAgent.qml screens/SettingsData.qml screens/SettingsGeneral.qml screens/SettingsMenu.qml screens/SettingsRuns.qml
-    screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/SendPanel.qml screens/TerritoryInterests.qml screens/TerritoryNames.qml screens/TerritoryProjects.qml
-    screens/TerritoryReflex.qml screens/TerritoryReflexes.qml screens/TerritoryScreen.qml screens/TerritorySite.qml screens/TerritorySites.qml
+    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardSight.qml
+    screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml
+    screens/ClosingPanel.qml screens/onboarding/DemoStrip.qml screens/CorrectionPanel.qml
+    screens/onboarding/InboxInvitation.qml screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
+    screens/onboarding/OnboardingAgent.qml screens/onboarding/OnboardingProjects.qml screens/onboarding/OnboardingScreen.qml screens/onboarding/OnboardingStep.qml screens/onboarding/OnboardingTopics.qml
+    screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/settings/SettingsPanel.qml
+    screens/settings/BenchScreen.qml screens/settings/SettingsAgent.qml screens/settings/SettingsData.qml screens/settings/SettingsGeneral.qml screens/settings/SettingsMenu.qml screens/settings/SettingsRuns.qml
+    screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/territory/SendPanel.qml screens/territory/TerritoryInterests.qml screens/territory/TerritoryNames.qml screens/territory/TerritoryProjects.qml
+    screens/territory/TerritoryReflex.qml screens/territory/TerritoryReflexes.qml screens/territory/TerritoryScreen.qml screens/territory/TerritorySite.qml screens/territory/TerritorySites.qml
     screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 

@@ -3,7 +3,7 @@
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
 #include "base/French.h"
-#include "core/Calibration.h"
+#include "app/triage/Calibration.h"
 #include "core/Corrections.h"
 
 namespace vorle::cli {

@@ -4,7 +4,7 @@
 #include "app/labels/RunLabels.h"
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
-#include "core/Calibration.h"
+#include "app/triage/Calibration.h"
 #include "core/NumberText.h"
 #include "search/run/SearchEngine.h"
 

@@ -4,7 +4,7 @@
 #include "app/cli/TopicCards.h"
 #include "base/French.h"
 #include "core/Preferences.h"
-#include "core/ReflexSwitch.h"
+#include "app/territory/ReflexSwitch.h"
 #include "core/TopicStore.h"
 #include "judging/Learning.h"
 

@@ -4,7 +4,7 @@
 #include "base/French.h"
 #include "core/NumberText.h"
 #include "core/Preferences.h"
-#include "core/TerritoryEdit.h"
+#include "app/territory/TerritoryEdit.h"
 #include "search/discovery/ProjectSnapshot.h"
 
 #include <QDir>

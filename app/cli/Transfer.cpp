@@ -6,7 +6,7 @@
 #include "app/transfer/TopicImport.h"
 #include "app/transfer/TransferText.h"
 #include "base/French.h"
-#include "search/run/LinkCapture.h"
+#include "search/capture/LinkCapture.h"
 
 #include <QFileInfo>
 

@@ -6,7 +6,7 @@
 #include "base/French.h"
 #include "core/Corrections.h"
 #include "core/WeekProgram.h"
-#include "search/run/LinkCapture.h"
+#include "search/capture/LinkCapture.h"
 
 #include <algorithm>
 #include <array>

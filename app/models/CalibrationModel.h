@@ -2,7 +2,7 @@
 
 #include "app/models/Decisions.h"
 #include "app/models/TopicCard.h"
-#include "core/Calibration.h"
+#include "app/triage/Calibration.h"
 
 #include <QList>
 #include <QObject>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "agents/Ask.h"
-#include "app/models/BenchPreview.h"
-#include "app/models/SettingsPages.h"
-#include "app/models/TransferModel.h"
+#include "app/models/settings/BenchPreview.h"
+#include "app/models/settings/SettingsPages.h"
+#include "app/models/settings/TransferModel.h"
 #include "base/Async.h"
 #include "base/Clock.h"
 #include "core/Preferences.h"

@@ -1,17 +1,17 @@
 #pragma once
 
-#include "app/models/AgentStates.h"
+#include "app/models/settings/AgentStates.h"
 #include "app/models/CalibrationModel.h"
 #include "app/models/Decisions.h"
 #include "app/models/FiguresModel.h"
 #include "app/models/KeyboardMap.h"
-#include "app/models/OnboardingModel.h"
+#include "app/models/settings/OnboardingModel.h"
 #include "app/models/ProgramBudget.h"
 #include "app/models/ReportModel.h"
 #include "app/models/RunModel.h"
 #include "app/models/Sections.h"
-#include "app/models/SettingsModel.h"
-#include "app/models/TerritoryModel.h"
+#include "app/models/settings/SettingsModel.h"
+#include "app/models/territory/TerritoryModel.h"
 #include "app/models/TopicActions.h"
 #include "app/models/TopicListModel.h"
 #include "app/models/TopicSearch.h"
@@ -19,7 +19,7 @@
 #include "app/window/TopicPage.h"
 #include "base/Async.h"
 #include "core/ScoreProvenanceLog.h"
-#include "search/run/LinkCapture.h"
+#include "search/capture/LinkCapture.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/models/SettingsModel.h"
+#include "app/models/settings/SettingsModel.h"
 #include "app/window/Fonts.h"
 
 #include <QObject>

@@ -12,7 +12,7 @@
 #include "platform/InstalledApps.h"
 #include "search/discovery/DiscoveryApps.h"
 #include "search/feeds/Feeds.h"
-#include "search/run/LinkCapture.h"
+#include "search/capture/LinkCapture.h"
 #include "search/run/SearchEngine.h"
 #include "search/web/PageReader.h"
 #include "search/web/SourceImage.h"

@@ -43,6 +43,10 @@ class Planted(unittest.TestCase):
         for name, target in wrong:
             self.assertIn(f"{name}:2: ", words, target)
         self.assertIn("search/A.h: stands in no room", words)
+        status, words = self.run_check("check-includes", {**tree(right), "CMakeLists.txt": ""})
+        self.assertEqual(status, 1)
+        self.assertIn("app/window may see app/models, which it never does", words)
+        self.assertNotIn("app/window may see app/cli,", words)
 
     def test_french(self):
         right = 'auto a() { return tr("Rien à trier\\u00A0: tout est lu."); }\n'

@@ -1,4 +1,4 @@
-#include "app/models/BenchPreview.h"
+#include "app/models/settings/BenchPreview.h"
 
 #include "tests/support/ScriptedAgent.h"
 #include "tests/support/Text.h"

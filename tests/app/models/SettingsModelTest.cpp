@@ -1,4 +1,4 @@
-#include "app/models/SettingsModel.h"
+#include "app/models/settings/SettingsModel.h"
 #include "tests/storage/SettingsFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/Text.h"

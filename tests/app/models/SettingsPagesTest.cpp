@@ -1,4 +1,4 @@
-#include "app/models/SettingsPages.h"
+#include "app/models/settings/SettingsPages.h"
 
 #include "tests/core/Samples.h"
 #include "tests/storage/SettingsFixture.h"

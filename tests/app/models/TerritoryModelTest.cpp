@@ -1,4 +1,4 @@
-#include "app/models/TerritoryModel.h"
+#include "app/models/territory/TerritoryModel.h"
 #include "platform/fakes/FakeFilePicker.h"
 #include "tests/core/Samples.h"
 #include "tests/search/run/RunParts.h"

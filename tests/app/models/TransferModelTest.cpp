@@ -1,4 +1,4 @@
-#include "app/models/TransferModel.h"
+#include "app/models/settings/TransferModel.h"
 
 #include "platform/fakes/FakeFilePicker.h"
 #include "tests/core/Samples.h"

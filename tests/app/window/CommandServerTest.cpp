@@ -4,7 +4,7 @@
 #include "app/window/CommandServer.h"
 
 #include "app/cli/Command.h"
-#include "app/models/ProjectsModel.h"
+#include "app/models/territory/ProjectsModel.h"
 #include "app/models/TopicListModel.h"
 #include "app/window/SingleInstance.h"
 #include "app/wiring/RunTimer.h"

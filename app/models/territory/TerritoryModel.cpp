@@ -1,0 +1,174 @@
+#include "app/models/territory/TerritoryModel.h"
+
+#include <utility>
+
+namespace vorle {
+
+namespace {
+
+constexpr qsizetype mostUndone = 50;
+/// Past that many interests a run thins out: the counter's own words.
+constexpr qsizetype enoughInterests = 6;
+
+QList<NameRow> nameRows(const QList<QString> &names) {
+    QList<NameRow> rows;
+    for (const QString &name : names) {
+        const NameRow row{name, shownLine(name)};
+        if (!rows.contains(row)) { // a file written by hand may hold one twice
+            rows += row;
+        }
+    }
+    return rows;
+}
+
+} // namespace
+
+TerritoryModel::TerritoryModel(const TerritoryParts &parts, QObject *parent)
+    : QObject(parent)
+    , m_parts(parts)
+    , m_projects(parts, [this](const QString &what,
+                               territory::PutBack back) { keepRemoved(what, std::move(back)); })
+    , m_sites(parts, [this](const QString &what,
+                            territory::PutBack back) { keepRemoved(what, std::move(back)); })
+    , m_apps(parts, [this](const QString &what,
+                           territory::PutBack back) { keepRemoved(what, std::move(back)); })
+    , m_reflexes(parts)
+    , m_preview(parts) {
+    connect(&parts.preferences, &Preferences::changed, this, &TerritoryModel::show);
+    connect(&m_projects, &ProjectsModel::read, this, &TerritoryModel::changed);
+    connect(&m_apps, &AppsModel::listed, this, &TerritoryModel::changed);
+    show();
+}
+
+void TerritoryModel::setActive(bool active) {
+    if (active == m_active) {
+        return;
+    }
+    m_active = active;
+    if (active) {
+        m_projects.refresh();
+        m_sites.refresh();
+        m_apps.refresh();
+    }
+    m_reflexes.setActive(active);
+    m_preview.setActive(active);
+    Q_EMIT activeChanged();
+}
+
+void TerritoryModel::show() {
+    QList<InterestRow> interests;
+    for (const QString &name : settings().interests) {
+        const int weight = m_parts.preferences.weightOf(name);
+        const InterestRow row{name, shownLine(name), weight, tr("importance %1 sur 5").arg(weight)};
+        if (!interests.contains(row)) {
+            interests += row;
+        }
+    }
+    m_interests.show(interests);
+    m_tools.show(nameRows(settings().addedTools));
+    m_exclusions.show(nameRows(settings().exclusions));
+    Q_EMIT changed();
+}
+
+QString TerritoryModel::summary() const {
+    QStringList facts;
+    const auto add = [&](qsizetype count, const QString &one, const QString &many) {
+        if (count > 0) {
+            facts += counted(count, one, many);
+        }
+    };
+    add(settings().projects.size(), tr("projet"), tr("projets"));
+    add(settings().interests.size(), tr("domaine"), tr("domaines"));
+    add(settings().prioritySites.size(), tr("site de confiance"), tr("sites de confiance"));
+    return facts.isEmpty() ? tr("Ton territoire est vide.") : facts.join(QStringLiteral(", "));
+}
+
+QString TerritoryModel::counterText() const { return tr(" sur 6 · au-delà, la fouille se dilue"); }
+
+bool TerritoryModel::diluted() const { return settings().interests.size() > enoughInterests; }
+
+QString TerritoryModel::jobProposal() const {
+    const QString proposed = discovery::jobTitle(m_projects.labels(), m_apps.names());
+    return proposed == job() ? QString() : proposed;
+}
+
+/// What is stored past 2 acts as 2, and is not written anew by somebody who presses what is chosen.
+void TerritoryModel::setRadius(int radius) {
+    if (radius != this->radius()) {
+        m_parts.preferences.change(&Settings::radiusLevel, std::clamp(radius, 0, 2));
+    }
+}
+
+QStringList TerritoryModel::radiusLabels() const {
+    return {tr("SEULEMENT CHEZ TOI"), tr("ET CHEZ TES VOISINS"), tr("JUSQU’AUX TERRES INCONNUES")};
+}
+
+QStringList TerritoryModel::radiusTexts() const {
+    return {tr("Je ne regarde que tes dépendances et tes outils."),
+            tr("Tes dépendances d’abord, puis les outils voisins et leurs alternatives."),
+            tr("Tes dépendances, leurs voisins, et quelques découvertes hors de tes domaines.")};
+}
+
+QString TerritoryModel::add(territory::List list, const QString &name) {
+    return shownWords(territory::addName(m_parts.preferences, list, name).value_or(QString()));
+}
+
+void TerritoryModel::remove(territory::List list, const QString &name) {
+    if (auto putBack = territory::removeName(m_parts.preferences, list, name)) {
+        keepRemoved(name, *std::move(putBack));
+    }
+}
+
+QString TerritoryModel::addInterest(const QString &name) { return add(&Settings::interests, name); }
+QString TerritoryModel::addTool(const QString &name) { return add(&Settings::addedTools, name); }
+QString TerritoryModel::addExclusion(const QString &name) {
+    return add(&Settings::exclusions, name);
+}
+void TerritoryModel::removeInterest(const QString &name) { remove(&Settings::interests, name); }
+void TerritoryModel::removeTool(const QString &name) { remove(&Settings::addedTools, name); }
+void TerritoryModel::removeExclusion(const QString &name) { remove(&Settings::exclusions, name); }
+
+QString TerritoryModel::renameInterest(const QString &from, const QString &to) {
+    return shownWords(territory::renameInterest(m_parts.preferences, from, to).value_or(QString()));
+}
+
+void TerritoryModel::setWeight(const QString &interest, int weight) {
+    territory::setWeight(m_parts.preferences, interest, weight);
+}
+
+QString TerritoryModel::setJob(const QString &job) {
+    return shownWords(territory::setJob(m_parts.preferences, job).value_or(QString()));
+}
+
+void TerritoryModel::keepRemoved(const QString &what, territory::PutBack putBack) {
+    m_removed.append({what, std::move(putBack)});
+    if (m_removed.size() > mostUndone) {
+        m_removed.removeFirst();
+    }
+    Q_EMIT undoChanged();
+}
+
+QString TerritoryModel::undoText() const {
+    return m_removed.isEmpty()
+               ? QString()
+               : shownWords(
+                     tr("«\u202F%1\u202F» est retiré").arg(shownLine(m_removed.last().what)));
+}
+
+QString TerritoryModel::redoneText() const {
+    return m_removed.isEmpty()
+               ? QString()
+               : shownWords(tr("«\u202F%1\u202F» est remis").arg(shownLine(m_removed.last().what)));
+}
+
+bool TerritoryModel::undo() {
+    if (m_removed.isEmpty()) {
+        return false;
+    }
+    const Removed last = m_removed.takeLast();
+    last.putBack(m_parts.preferences);
+    Q_EMIT undoChanged();
+    return true;
+}
+
+} // namespace vorle
