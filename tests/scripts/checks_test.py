@@ -1,5 +1,6 @@
 """The checks of scripts/ find what is planted for them, and pass what is right."""
 import pathlib
+import platform
 import shutil
 import subprocess
 import sys
@@ -20,8 +21,10 @@ class Planted(unittest.TestCase):
                 path.write_text(text, encoding="utf-8")
             (root / "scripts").mkdir()
             shutil.copy(SCRIPTS / check, root / "scripts")
+            if check == "check-mac":
+                shutil.copytree(SCRIPTS / "mac-stubs", root / "scripts/mac-stubs")
             done = subprocess.run([sys.executable, root / "scripts" / check, *arguments], text=True,
-                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+                                  cwd=root, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
             return done.returncode, done.stdout
 
     def test_includes(self):
@@ -72,6 +75,29 @@ class Planted(unittest.TestCase):
         self.assertEqual(status, 1)
         for name in wrong:
             self.assertIn(name, words)
+
+    @unittest.skipIf(platform.system() == "Darwin", "there the build reads these files")
+    def test_mac(self):
+        def adapter(body):
+            return ('#import <AppKit/AppKit.h>\n@interface Watcher : NSObject\n- (void)look:(id)sender;\n@end\n'
+                    f'@implementation Watcher\n- (void)look:(id)sender {{\n    {body}\n}}\n@end\n')
+
+        right = {"platform/macos/A.mm": adapter(
+            "if (@available(macOS 14, *)) {\n    [NSApp activate];\n}\n[[NSNotificationCenter defaultCenter] "
+            'addObserver:self selector:@selector(look:) name:@"a" object:sender];')}
+        status, words = self.run_check("check-mac", right, "build")
+        self.assertEqual(status, 0, words)
+        wrong = {"Selector": "[[NSNotificationCenter defaultCenter] addObserver:self "
+                             'selector:@selector(lookAt:) name:@"a" object:sender];',
+                 "Method": "[NSWorkspace.sharedWorkspace openFile:sender];",
+                 "Type": "NSString *name = NSWorkspace.sharedWorkspace.frontmostApplication;\n[self look:name];",
+                 "Available": "[self look:sender];\n[NSApp activate];",
+                 "Count": "int count = NSPasteboard.generalPasteboard.changeCount;\n[self look:@(count)];"}
+        status, words = self.run_check(
+            "check-mac", {f"platform/macos/{name}.mm": adapter(body) for name, body in wrong.items()}, "build")
+        self.assertEqual(status, 1)
+        for name in wrong:
+            self.assertIn(f"{name}.mm:{8 if name == 'Available' else 7}:", words)
 
 
 if __name__ == "__main__":
