@@ -21,9 +21,9 @@ set(VORLE_QML
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardSight.qml
     screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml
     screens/ClosingPanel.qml screens/onboarding/DemoStrip.qml screens/CorrectionPanel.qml
-    screens/onboarding/InboxInvitation.qml screens/LastGhost.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
+    screens/onboarding/InboxInvitation.qml screens/LastGhost.qml screens/Later.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/onboarding/OnboardingAgent.qml screens/onboarding/OnboardingProjects.qml screens/onboarding/OnboardingScreen.qml screens/onboarding/OnboardingStep.qml screens/onboarding/OnboardingTopics.qml
-    screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelSlot.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelHost.qml screens/PanelSlot.qml screens/PanelsLater.qml screens/Panels.qml screens/ReadingPage.qml
     screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/settings/SettingsPanel.qml
     screens/settings/BenchScreen.qml screens/settings/SettingsAgent.qml screens/settings/SettingsData.qml screens/settings/SettingsGeneral.qml screens/settings/SettingsMenu.qml screens/settings/SettingsRuns.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/territory/SendPanel.qml screens/territory/TerritoryInterests.qml screens/territory/TerritoryNames.qml screens/territory/TerritoryProjects.qml

@@ -2,8 +2,8 @@
 #include "app/cli/Keyboard.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
-#include "base/French.h"
 #include "app/triage/Calibration.h"
+#include "base/French.h"
 #include "core/Corrections.h"
 
 namespace vorle::cli {

@@ -3,8 +3,8 @@
 #include "app/cli/TopicCards.h"
 #include "app/labels/RunLabels.h"
 #include "app/labels/TopicLabels.h"
-#include "base/French.h"
 #include "app/triage/Calibration.h"
+#include "base/French.h"
 #include "core/NumberText.h"
 #include "search/run/SearchEngine.h"
 

@@ -2,9 +2,9 @@
 
 #include "app/cli/Handlers.h"
 #include "app/cli/TopicCards.h"
+#include "app/territory/ReflexSwitch.h"
 #include "base/French.h"
 #include "core/Preferences.h"
-#include "app/territory/ReflexSwitch.h"
 #include "core/TopicStore.h"
 #include "judging/Learning.h"
 

@@ -1,10 +1,10 @@
 // The commands that change what a run searches for.
 
 #include "app/cli/Handlers.h"
+#include "app/territory/TerritoryEdit.h"
 #include "base/French.h"
 #include "core/NumberText.h"
 #include "core/Preferences.h"
-#include "app/territory/TerritoryEdit.h"
 #include "search/discovery/ProjectSnapshot.h"
 
 #include <QDir>

@@ -9,7 +9,7 @@ QtObject {
 
     required property Shell shell
     required property SectionScreen screen // the chosen section's
-    required property Panels panels
+    required property PanelsLater panels
     required property SideBar menu
     required property NotchPanel notch // null until there is a run
 
@@ -28,19 +28,23 @@ QtObject {
         }
         switch (action) {
         case KeyboardMap.Search:
-            panels.open(panels.searchPanel);
+            panels.open(PanelHost.Search);
             break;
         case KeyboardMap.AddTopic:
-            panels.add();
+            panels.open(PanelHost.AddLink);
             break;
         case KeyboardMap.Correct:
             panels.correct(shell.actions.selection.currentId);
             break;
         case KeyboardMap.OpenSettings:
-            panels.open(panels.settingsPanel);
+            panels.open(PanelHost.Settings);
             break;
         case KeyboardMap.ShowShortcuts:
-            panels.open(panels.shortcutsPanel.shown ? null : panels.shortcutsPanel);
+            if (panels.isShown(PanelHost.Shortcuts)) {
+                panels.close();
+            } else {
+                panels.open(PanelHost.Shortcuts);
+            }
             break;
         case KeyboardMap.RunNow:
             shell.run.start();

@@ -15,7 +15,7 @@ Window {
     readonly property SectionScreen screen: slots[sections.current].screen
     readonly property TopicSelection selection: shell.actions.selection // null where no topics are
     readonly property string chosenId: selection?.currentId ?? ""
-    readonly property bool covered: panels.shown || onboarding.shown
+    readonly property bool covered: panels.shown || shell.onboarding.shown
 
     signal quitAsked
     signal raiseAsked
@@ -33,7 +33,7 @@ Window {
     // A panel went: the keyboard goes back to the section.
     function resume() {
         if (shell.onboarding.shown) {
-            onboarding.focusStep();
+            onboarding.forceActiveFocus();
         } else if (!panels.anyShown()) {
             screen.focusContent();
         }
@@ -48,7 +48,7 @@ Window {
         screen.focusContent();
     }
     function askToClose() {
-        panels.askToClose();
+        panels.open(PanelHost.Closing);
     }
 
     Component.onCompleted: resume()
@@ -117,7 +117,7 @@ Window {
             if (action === KeyboardMap.NoAction) {
                 return;
             }
-            if (onboarding.shown) {
+            if (main.shell.onboarding.shown) {
                 return; // it keeps the keyboard, and nothing opens over it
             }
             if (main.covered && action !== KeyboardMap.Search && action !== KeyboardMap.AddTopic && action !== KeyboardMap.ShowShortcuts) {
@@ -177,7 +177,7 @@ Window {
                             width: parent.width
                             shell: main.shell
                             room: main.height - strip.height - banner.height
-                            onCalibrationAsked: panels.calibrate()
+                            onCalibrationAsked: panels.open(PanelHost.Calibration)
                         }
                     }
                 }
@@ -220,24 +220,18 @@ Window {
                     id: territory
                     shell: main.shell
                     number: Section.Territory
+                    document: "territory/TerritoryScreen.qml"
                     onAct: action => main.perform(action)
-                    sourceComponent: TerritoryScreen {
-                        shell: main.shell
-                        onSendAsked: panels.open(panels.sendPanel)
-                        onAppsAsked: panels.open(panels.appsPanel)
-                        onDecisionsAsked: reflex => panels.showDecisions(reflex)
-                        onStartAgainAsked: panels.open(panels.startAgainPanel)
-                        onTold: sentence => voice.say(sentence)
-                    }
+                    onPanelAsked: panel => panels.open(panel)
+                    onDecisionsAsked: reflex => panels.showDecisions(reflex)
+                    onTold: sentence => voice.say(sentence)
                 }
                 SectionSlot {
                     id: report
                     shell: main.shell
                     number: Section.Report
+                    document: "report/ReportScreen.qml"
                     onAct: action => main.perform(action)
-                    sourceComponent: ReportScreen {
-                        shell: main.shell
-                    }
                 }
             }
             DemoStrip {
@@ -271,15 +265,25 @@ Window {
             visible: opacity > 0 && !main.covered
         }
 
-        OnboardingScreen {
+        Later {
             id: onboarding
+
+            readonly property bool wanted: main.shell.onboarding.shown
+
             anchors.fill: parent
             shell: main.shell
-            onShownChanged: if (!shown) main.resume()
-            onRunAsked: main.shell.run.start()
-            onDemoAsked: main.demoAsked()
+            document: "onboarding/OnboardingScreen.qml"
+            active: wanted || item !== null
+            onWantedChanged: if (!wanted) main.resume()
         }
-        Panels {
+        Connections {
+            target: onboarding.item
+
+            function onDemoAsked() {
+                main.demoAsked();
+            }
+        }
+        PanelsLater {
             id: panels
             anchors.fill: parent
             shell: main.shell

@@ -3,28 +3,27 @@ import Vorle
 import Vorle.Models
 
 // What lies over the window, one at a time.
-Item {
+PanelHost {
     id: panels
 
-    required property Shell shell
-
     readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, bench, closing, calibration, send, apps, decisions, startAgain]
-    readonly property bool shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || bench.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown
-    readonly property PanelSlot searchPanel: search
-    readonly property PanelSlot shortcutsPanel: shortcuts
-    readonly property PanelSlot settingsPanel: settings
-    readonly property PanelSlot sendPanel: send
-    readonly property PanelSlot appsPanel: apps
-    readonly property PanelSlot startAgainPanel: startAgain
+    // As PanelHost.Panel has them.
+    readonly property list<PanelSlot> asked: [search, shortcuts, addLink, settings, closing, calibration, send, apps, startAgain]
 
-    signal gone // one of them was put away
-    signal added // a link
-    signal found(int section, string topicId)
-    signal quitAsked
-    signal sectionAsked(int section)
+    shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || bench.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown
 
-    // Two would fight for the keyboard.
-    function open(slot: PanelSlot) {
+    function open(panel: int) {
+        switch (panel) {
+        case PanelHost.AddLink:
+            addLink.suggestion = shell.linkOnPasteboard();
+            break;
+        case PanelHost.Calibration:
+            shell.calibration.begin();
+            break;
+        }
+        raise(asked[panel]);
+    }
+    function raise(slot: PanelSlot) {
         for (let i = 0; i < all.length; ++i) {
             if (all[i] !== slot) {
                 all[i].hide();
@@ -33,9 +32,11 @@ Item {
         slot?.show();
     }
     function close() {
-        open(null);
+        raise(null);
     }
-    // Asked of the panels themselves: a binding on them may not have been told yet.
+    function isShown(panel: int): bool {
+        return asked[panel].shown;
+    }
     function anyShown(): bool {
         for (let i = 0; i < all.length; ++i) {
             if (all[i].panel !== null && all[i].panel.shown) {
@@ -44,24 +45,12 @@ Item {
         }
         return false;
     }
-    function add() {
-        addLink.suggestion = shell.linkOnPasteboard();
-        open(addLink);
-    }
-    function askToClose() {
-        open(closing);
-    }
-    function calibrate() {
-        shell.calibration.begin();
-        open(calibration);
-    }
     function correct(topicId: string) {
-        open(correction);
+        raise(correction);
         (correction.panel as CorrectionPanel).open(topicId);
     }
-
     function showDecisions(reflex: reflexRow) {
-        open(decisions);
+        raise(decisions);
         (decisions.panel as DecisionsPanel).open(reflex);
     }
 
@@ -87,14 +76,14 @@ Item {
             shell: panels.shell
             onTerritoryAsked: panels.sectionAsked(Section.Territory)
             onReportAsked: panels.sectionAsked(Section.Report)
-            onBenchAsked: panels.open(bench)
+            onBenchAsked: panels.raise(bench)
             onOnboardingAsked: {
                 panels.close();
                 panels.shell.onboarding.beginAgain();
             }
             onCalibrationAsked: {
                 panels.shell.calibration.beginAgain();
-                panels.open(calibration);
+                panels.raise(calibration);
             }
         }
     }

@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // What stands in a section's place (SectionSlot): made when the section is first chosen, kept from
 // then on. What the window asks of every screen, with what most answer.
@@ -13,6 +14,9 @@ FocusScope {
 
     // An action of the keyboard map, asked for by hand.
     signal act(int action)
+    signal panelAsked(int panel) // PanelHost.Panel
+    signal decisionsAsked(reflexRow reflex) // those behind it
+    signal told(string sentence) // to who listens
 
     focus: true
     Accessible.role: Accessible.Pane

@@ -85,9 +85,15 @@ bool standsBefore(TopicSection section, const PlacedTopic &a, const PlacedTopic 
 
 QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
                            const TopicStore &store) {
-    std::ranges::sort(topics, [&](const PlacedTopic &a, const PlacedTopic &b) {
-        return standsBefore(section, a, b, store);
-    });
+    // As the store has them first, so that a stable sort need not ask it for every two.
+    const auto position = [&](const PlacedTopic &placed) {
+        return store.position(placed.topic->id);
+    };
+    if (!std::ranges::is_sorted(topics, {}, position)) {
+        std::ranges::sort(topics, {}, position);
+    }
+    std::ranges::stable_sort(
+        topics, [&](const PlacedTopic &a, const PlacedTopic &b) { return sooner(section, a, b); });
     return topics;
 }
 

@@ -2,10 +2,10 @@
 
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
+#include "app/territory/TerritoryEdit.h"
+#include "app/triage/Calibration.h"
 #include "base/FrenchLocale.h"
 #include "base/OnDisk.h"
-#include "app/triage/Calibration.h"
-#include "app/territory/TerritoryEdit.h"
 #include "search/run/RunPlan.h"
 
 #include <QDir>

@@ -2,8 +2,8 @@
 
 #include "app/labels/TopicLabels.h"
 #include "app/models/ListParts.h"
-#include "app/triage/SectionOrder.h"
 #include "app/territory/ReflexSwitch.h"
+#include "app/triage/SectionOrder.h"
 
 namespace vorle {
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "app/labels/Wording.h"
+#include "app/territory/TerritoryEdit.h"
 #include "base/Clock.h"
 #include "base/LocalZone.h"
 #include "base/Text.h"
 #include "core/Preferences.h"
-#include "app/territory/TerritoryEdit.h"
 #include "search/discovery/DiscoveryApps.h"
 
 #include <functional>

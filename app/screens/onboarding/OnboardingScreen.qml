@@ -15,7 +15,6 @@ FocusScope {
     readonly property bool demoInstead: last && !shell.agentStates.ready // there is nothing to run with
     readonly property Item stepItem: body.item as Item
 
-    signal runAsked
     signal demoAsked
 
     visible: shown
@@ -32,7 +31,9 @@ FocusScope {
     }
     Keys.onReturnPressed: event => goOn(event)
     Keys.onEnterPressed: event => goOn(event)
+    focus: true
     onShownChanged: if (shown) Qt.callLater(focusStep) // qmllint disable
+    Component.onCompleted: if (shown) Qt.callLater(focusStep) // qmllint disable
 
     // The first field of the step, or the button that goes on.
     function focusStep() {
@@ -54,7 +55,7 @@ FocusScope {
             model.next();
         } else if (more.usable) {
             model.finish();
-            runAsked();
+            shell.run.start();
         }
     }
 

@@ -16,11 +16,6 @@ SectionScreen {
     readonly property list<PageSection> stops: [projects, interests, tools, sites, radius, reflexes]
     property int at: 0
 
-    signal sendAsked
-    signal appsAsked
-    signal decisionsAsked(reflexRow reflex)
-    signal startAgainAsked
-    signal told(string sentence) // to who listens
 
     onCurrentChanged: model.active = current
     Component.onCompleted: model.active = current
@@ -112,7 +107,7 @@ SectionScreen {
                 font.pixelSize: Theme.textNote
                 text: (bar.tight ? qsTr("Envoi  %1  ›") : qsTr("Ce qu’une fouille envoie  %1  ›")).arg(screen.model.preview.size)
                 Accessible.name: qsTr("Ce qu’une fouille envoie, %1").arg(screen.model.preview.size)
-                onClicked: screen.sendAsked()
+                onClicked: screen.panelAsked(PanelHost.Send)
             }
         }
     }
@@ -182,7 +177,7 @@ SectionScreen {
                 adding: screen.model.apps.chooseText
                 writes: false
                 help: qsTr("Elles disent comment tu travailles. Je ne les cherche pas pour elles-mêmes.")
-                onAsked: screen.appsAsked()
+                onAsked: screen.panelAsked(PanelHost.Apps)
                 onRemoved: name => screen.model.apps.remove(name)
                 corner: Segments {
                     name: qsTr("Apps que je peux nommer")
@@ -227,7 +222,7 @@ SectionScreen {
                 width: parent.width
                 model: screen.model.reflexes
                 onDecisionsAsked: reflex => screen.decisionsAsked(reflex)
-                onStartAgainAsked: screen.startAgainAsked()
+                onStartAgainAsked: screen.panelAsked(PanelHost.StartAgain)
             }
         }
     }

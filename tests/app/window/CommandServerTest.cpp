@@ -4,8 +4,8 @@
 #include "app/window/CommandServer.h"
 
 #include "app/cli/Command.h"
-#include "app/models/territory/ProjectsModel.h"
 #include "app/models/TopicListModel.h"
+#include "app/models/territory/ProjectsModel.h"
 #include "app/window/SingleInstance.h"
 #include "app/wiring/RunTimer.h"
 #include "platform/fakes/FakeFilePicker.h"

@@ -1,0 +1,20 @@
+import QtQuick
+import Vorle
+
+// A part of the window that is read when it is first asked for. Naming its type would read it, and
+// all that it names, before the first frame.
+Loader {
+    id: later
+
+    required property Shell shell
+    required property string document // beside this file; its root has a `shell`
+
+    // At once, also where it is being read already.
+    function need() {
+        asynchronous = false;
+        active = true;
+    }
+
+    active: false
+    Component.onCompleted: setSource(Qt.resolvedUrl(document), { shell: shell })
+}

@@ -1,0 +1,73 @@
+import QtQuick
+import Vorle
+import Vorle.Models
+
+// The panels' place over the window: read once the window stands, or when one is asked for before.
+Later {
+    id: place
+
+    readonly property PanelHost host: item as PanelHost
+    readonly property bool shown: host !== null && host.shown
+
+    signal gone
+    signal added
+    signal found(int section, string topicId)
+    signal quitAsked
+    signal sectionAsked(int section)
+
+    function ready(): PanelHost {
+        need();
+        return item as PanelHost;
+    }
+    function open(panel: int) {
+        ready().open(panel);
+    }
+    function isShown(panel: int): bool {
+        return host !== null && host.isShown(panel);
+    }
+    function close() {
+        host?.close();
+    }
+    function anyShown(): bool {
+        return host !== null && host.anyShown();
+    }
+    function correct(topicId: string) {
+        ready().correct(topicId);
+    }
+    function showDecisions(reflex: reflexRow) {
+        ready().showDecisions(reflex);
+    }
+
+    document: "Panels.qml"
+
+    Connections {
+        target: place.host
+
+        function onGone() {
+            place.gone();
+        }
+        function onAdded() {
+            place.added();
+        }
+        function onFound(section: int, topicId: string) {
+            place.found(section, topicId);
+        }
+        function onQuitAsked() {
+            place.quitAsked();
+        }
+        function onSectionAsked(section: int) {
+            place.sectionAsked(section);
+        }
+    }
+    // A key that opens the first of them need not wait for all to be read.
+    Timer {
+        running: true
+        interval: 400
+        onTriggered: {
+            if (!place.active) {
+                place.asynchronous = true;
+                place.active = true;
+            }
+        }
+    }
+}
