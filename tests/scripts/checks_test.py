@@ -1,4 +1,5 @@
 """The checks of scripts/ find what is planted for them, and pass what is right."""
+import json
 import pathlib
 import platform
 import shutil
@@ -18,7 +19,9 @@ class Planted(unittest.TestCase):
             for name, text in files.items():
                 path = root / name
                 path.parent.mkdir(parents=True, exist_ok=True)
-                path.write_text(text, encoding="utf-8")
+                path.write_text(text.replace("ROOT", folder), encoding="utf-8")
+            subprocess.run(["git", "init", "-q"], cwd=folder, check=True)
+            subprocess.run(["git", "add", "."], cwd=folder, check=True)
             (root / "scripts").mkdir()
             shutil.copy(SCRIPTS / check, root / "scripts")
             if check == "check-mac":
@@ -62,6 +65,26 @@ class Planted(unittest.TestCase):
         self.assertEqual(status, 1)
         for name in wrong:
             self.assertIn(name, words)
+
+    def test_shadows(self):
+        def tree(files):
+            commands = [{"directory": "ROOT", "file": f"ROOT/{name}",
+                         "command": f"clang++ -std=c++20 -Wno-shadow -c ROOT/{name} -o A.o"}
+                        for name in files]
+            return {**files, "build/compile_commands.json": json.dumps(commands)}
+
+        # Names of another file that stands in one text with it are not in its sight.
+        right = {"core/A.cpp": "namespace { constexpr int step = 1; }\nint a() { return step; }\n",
+                 "core/B.cpp": "int b(int count) { const int step = count; return step; }\n"}
+        status, words = self.run_check("check-tidy", tree(right), "build")
+        self.assertEqual(status, 0, words)
+        wrong = {**right, "tests/core/CTest.cpp":
+                 "struct C { int count = 0; int c(int n) { const int count = n; return count; } };\n"
+                 "int c() { return C().c(1); }\n"}
+        status, words = self.run_check("check-tidy", tree(wrong), "build")
+        self.assertEqual(status, 1)
+        self.assertIn("a name hides another: tests/core/CTest.cpp", words)
+        self.assertNotIn("core/B.cpp", words)
 
     def test_qml(self):
         right = ('import QtQuick\nListView {\n    id: list\n    delegate: Item {\n'
