@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -38,10 +39,26 @@ TEST(TemporaryFiles,
     EXPECT_THROW(TemporaryFile(u"vorle-run-", u".out"), std::system_error);
 }
 
-TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_planted_one) {
-    // Where nobody else can write along, as in a user's folder, and where everybody can. A build
-    // that lies below a shared folder is no such place.
-    const auto isShared = [](QString folder) {
+/// Where nobody else can write along, as in a user's folder, and where everybody can.
+class PrivateTemporaryDirectory : public testing::Test {
+protected:
+    void SetUp() override {
+        // A build that lies below a shared folder is no such place.
+        const QString build = QCoreApplication::applicationDirPath();
+        const QString home = isShared(build) ? QDir::homePath() : build;
+        if (isShared(home)) {
+            GTEST_SKIP() << "everybody can write above both the build and the home folder";
+        }
+        place.emplace(home + QStringLiteral("/vorle-test-XXXXXX"));
+        shared = folder("shared", 01777);
+        runtime = folder("runtime", 0700);
+        cache = place->filePath(QStringLiteral("cache"));
+        variables.set("TMPDIR", shared);
+        variables.set("XDG_RUNTIME_DIR", runtime);
+        variables.set("XDG_CACHE_HOME", cache);
+    }
+
+    static bool isShared(QString folder) {
         for (struct stat status = {}; folder != u"/"; folder = QFileInfo(folder).path()) {
             if (::stat(QFile::encodeName(folder).constData(), &status) != 0 ||
                 (status.st_mode & S_IWOTH) != 0) {
@@ -49,73 +66,62 @@ TEST(TemporaryFiles, leaves_a_directory_others_can_write_to_and_never_trusts_a_p
             }
         }
         return false;
-    };
-    const QString build = QCoreApplication::applicationDirPath();
-    const QString home = isShared(build) ? QDir::homePath() : build;
-    if (isShared(home)) {
-        GTEST_SKIP() << "everybody can write above both the build and the home folder";
     }
-    const QTemporaryDir place(home + QStringLiteral("/vorle-test-XXXXXX"));
-    const QString shared = place.filePath(QStringLiteral("shared"));
-    const QString runtime = place.filePath(QStringLiteral("runtime"));
-    const QString cache = place.filePath(QStringLiteral("cache"));
-    QDir().mkpath(shared);
-    QDir().mkpath(runtime);
-    ASSERT_EQ(::chmod(QFile::encodeName(shared).constData(), 01777), 0);
-    test::Variables variables;
-    variables.set("TMPDIR", shared);
-    variables.set("XDG_RUNTIME_DIR", runtime);
-    variables.set("XDG_CACHE_HOME", cache);
+    static void allow(const QString &path, mode_t mode) {
+        EXPECT_EQ(::chmod(QFile::encodeName(path).constData(), mode), 0);
+    }
+    QString folder(const char *name, mode_t mode) const {
+        const QString path = place->filePath(QString::fromLatin1(name));
+        QDir().mkpath(path);
+        allow(path, mode);
+        return path;
+    }
+    /// Where it is made when the system names that folder for temporary files.
+    QString preparedFrom(const QString &named) {
+        variables.set("TMPDIR", named);
+        preparePrivateTemporaryDirectory();
+        return QDir::tempPath();
+    }
 
-    preparePrivateTemporaryDirectory();
-    EXPECT_EQ(QDir::tempPath(), runtime + QStringLiteral("/vorle"));
+    std::optional<QTemporaryDir> place;
+    QString shared;
+    QString runtime;
+    QString cache;
+    test::Variables variables;
+};
+
+TEST_F(PrivateTemporaryDirectory, leaves_one_that_others_can_write_to) {
+    const QString ofRuntime = runtime + QStringLiteral("/vorle");
+    const QString ofCache = cache + QStringLiteral("/vorle/tmp");
+    EXPECT_EQ(preparedFrom(shared), ofRuntime);
     struct stat status = {};
     ASSERT_EQ(::stat(QFile::encodeName(QDir::tempPath()).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0700U);
 
-    // A runtime directory that is everybody's is none.
-    variables.set("TMPDIR", shared);
-    ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0777), 0);
-    preparePrivateTemporaryDirectory();
-    EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
+    allow(runtime, 0777);
+    EXPECT_EQ(preparedFrom(shared), ofCache) << "a runtime directory that is everybody's is none";
 
-    // So is one that lies below such a folder.
-    variables.set("TMPDIR", shared);
-    const QString below = shared + QStringLiteral("/runtime");
-    QDir().mkpath(below);
-    ASSERT_EQ(::chmod(QFile::encodeName(below).constData(), 0700), 0);
-    variables.set("XDG_RUNTIME_DIR", below);
-    preparePrivateTemporaryDirectory();
-    EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
+    variables.set("XDG_RUNTIME_DIR", folder("shared/runtime", 0700));
+    EXPECT_EQ(preparedFrom(shared), ofCache) << "so is one that lies below such a folder";
     variables.set("XDG_RUNTIME_DIR", runtime);
+    allow(runtime, 0700);
 
-    // Nor is one that a group can write to a place for temporary files.
-    variables.set("TMPDIR", place.filePath(QStringLiteral("group")));
-    QDir().mkpath(place.filePath(QStringLiteral("group")));
-    ASSERT_EQ(::chmod(QFile::encodeName(place.filePath(QStringLiteral("group"))).constData(), 0770),
-              0);
-    ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0700), 0);
-    preparePrivateTemporaryDirectory();
-    EXPECT_EQ(QDir::tempPath(), runtime + QStringLiteral("/vorle"));
+    EXPECT_EQ(preparedFrom(folder("group", 0770)), ofRuntime)
+        << "nor is one that a group can write to a place for temporary files";
+}
 
-    // A link where our folder should be.
-    variables.set("TMPDIR", shared);
-    ASSERT_EQ(::chmod(QFile::encodeName(runtime).constData(), 0700), 0);
-    QDir(runtime + QStringLiteral("/vorle")).removeRecursively();
+TEST_F(PrivateTemporaryDirectory, never_trusts_a_planted_one_and_tells_where_there_is_none) {
     QFile::link(shared, runtime + QStringLiteral("/vorle"));
-    preparePrivateTemporaryDirectory();
-    EXPECT_EQ(QDir::tempPath(), cache + QStringLiteral("/vorle/tmp"));
+    EXPECT_EQ(preparedFrom(shared), cache + QStringLiteral("/vorle/tmp"));
 
-    // No folder at all: whoever would have used one is told.
-    variables.set("TMPDIR", shared);
-    test::writeFile(place.filePath(QStringLiteral("file")), {});
-    variables.set("XDG_CACHE_HOME", place.filePath(QStringLiteral("file")));
-    variables.set("XDG_DATA_HOME", place.filePath(QStringLiteral("file")));
-    EXPECT_THROW(preparePrivateTemporaryDirectory(), std::system_error);
+    const QString file = place->filePath(QStringLiteral("file"));
+    test::writeFile(file, {});
+    variables.set("XDG_CACHE_HOME", file);
+    variables.set("XDG_DATA_HOME", file);
+    EXPECT_THROW(preparedFrom(shared), std::system_error);
     EXPECT_EQ(QDir::tempPath(), shared);
-    variables.set("XDG_DATA_HOME", place.filePath(QStringLiteral("data")));
-    preparePrivateTemporaryDirectory();
-    EXPECT_EQ(QDir::tempPath(), place.filePath(QStringLiteral("data/vorle/tmp")));
+    variables.set("XDG_DATA_HOME", place->filePath(QStringLiteral("data")));
+    EXPECT_EQ(preparedFrom(shared), place->filePath(QStringLiteral("data/vorle/tmp")));
 }
 
 TEST(TemporaryFiles, sweeps_what_nobody_uses_any_more_and_nothing_else) {

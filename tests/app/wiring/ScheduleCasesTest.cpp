@@ -98,6 +98,14 @@ private:
     bool m_touched = false;
 };
 
+struct Place {
+    const char *zone;
+    int year;
+    bool closely = false; // with several days a week, too
+};
+
+enum class Days { TheDay, ItAndTheNext, All };
+
 class ScheduleCasesTest : public testing::Test {
 protected:
     QTemporaryDir folder;
@@ -115,17 +123,82 @@ protected:
         }
         return slots;
     }
+    void live(const Place &place, const QDateTime &change, const QTime &time, Days days,
+              Mishap mishap);
 };
 
 /// Sunday 1 to Saturday 7.
 int weekdayOf(const QDate &day) { return day.dayOfWeek() % 7 + 1; }
 
+/// The day on which the clocks change, or would show midnight.
+QDate dayOf(const QDateTime &change, const QTimeZone &zone) {
+    const QDateTime before = change.addSecs(-1).toTimeZone(zone);
+    return before.date().addDays(before.time().hour() == 23 ? 1 : 0);
+}
+
+/// The moments of that year at which the clocks change; any moment where they never do.
+QList<QDateTime> changesIn(const QTimeZone &zone, int year) {
+    const QDateTime newYear(QDate(year, 1, 1), QTime(0, 0), Qt::UTC);
+    QList<QDateTime> changes;
+    for (const auto &change : zone.transitions(newYear, newYear.addYears(1))) {
+        changes += change.atUtc;
+    }
+    return changes.isEmpty() ? QList{newYear.addDays(100)} : changes;
+}
+
+/// Whether a time is worth a look: every hour on one day a week, where people live; elsewhere, and
+/// on several days, those at which something happens.
+bool isLookedAt(const Place &place, const QTime &time, Days days) {
+    if (place.closely && days == Days::TheDay) {
+        return true;
+    }
+    const bool tells = time == QTime(2, 30) || time == QTime(8, 0) ||
+                       (time == QTime(0, 0) && days == Days::TheDay);
+    return tells && (days == Days::TheDay || place.closely);
+}
+
+/// The days around a change of the clocks.
+void ScheduleCasesTest::live(const Place &place, const QDateTime &change, const QTime &time,
+                             Days days, Mishap mishap) {
+    const QTimeZone zone(place.zone);
+    const QDate day = dayOf(change, zone);
+    SCOPED_TRACE(
+        QStringLiteral("%1 %2 %3, days %4, mishap %5")
+            .arg(QString::fromLatin1(place.zone), day.toString(Qt::ISODate), time.toString())
+            .arg(int(days))
+            .arg(int(mishap))
+            .toStdString());
+    const Schedule one{{weekdayOf(day)}, time.hour(), time.minute()};
+    Schedule schedule = one;
+    if (days == Days::ItAndTheNext) {
+        schedule.weekdays += weekdayOf(day.addDays(1));
+    } else if (days == Days::All) {
+        schedule.weekdays = {1, 2, 3, 4, 5, 6, 7};
+    }
+    preferences.change(&Settings::schedule, schedule);
+    // At no moment that a run is due at.
+    const QDateTime begin = change.addDays(-1).addSecs(-13 * 60);
+    const QDateTime end = change.addDays(2).addSecs(13 * 60);
+    const auto slot = one.nextRun(begin, zone);
+    ASSERT_TRUE(slot);
+    // It shows that time, or comes with the skip.
+    EXPECT_TRUE(slot->toTimeZone(zone).time() == time || *slot == change);
+    Simulation life(preferences, clock, {{begin, zone}}, mishap);
+    life.live(begin, end, *slot);
+    QStringList due = slotsBetween(begin, end, zone);
+    for (const QString &each : std::as_const(due)) {
+        EXPECT_EQ(life.served(each), 1) << each.toStdString();
+    }
+    const QString touched = *schedule.slotAt(*slot, zone);
+    EXPECT_EQ(life.banners.value(touched), mishap == Mishap::Asleep ? 1 : 0);
+    due += {life.runs.keys() + life.banners.keys()};
+    due.removeDuplicates();
+    // The last look may be a little past the end.
+    EXPECT_LE(due.size(), slotsBetween(begin, end.addSecs(900), zone).size());
+}
+
 TEST_F(ScheduleCasesTest, every_slot_has_one_run_or_one_banner_whatever_the_clocks_do) {
-    const struct {
-        const char *zone;
-        int year;
-        bool closely = false; // with several days a week, too
-    } places[] = {
+    const Place places[] = {
         {"Europe/Paris", 2026, true},     {"America/Santiago", 2026},
         {"America/Havana", 2026},         {"Asia/Beirut", 2026},
         {"Africa/Cairo", 2026},           {"America/St_Johns", 2006},
@@ -136,72 +209,19 @@ TEST_F(ScheduleCasesTest, every_slot_has_one_run_or_one_banner_whatever_the_cloc
                            QTime(2, 30), QTime(8, 0),  QTime(23, 30)};
     const Mishap mishaps[] = {Mishap::None, Mishap::Asleep, Mishap::BackAnHour, Mishap::BackADay,
                               Mishap::BackDuringTheRun};
-    enum class Days { TheDay, ItAndTheNext, All };
     int cases = 0;
-    for (const auto &place : places) {
+    for (const Place &place : places) {
         const QTimeZone zone(place.zone);
         ASSERT_TRUE(zone.isValid()) << place.zone;
-        const QDateTime newYear(QDate(place.year, 1, 1), QTime(0, 0), Qt::UTC);
-        QList<QDateTime> changes;
-        for (const auto &change : zone.transitions(newYear, newYear.addYears(1))) {
-            changes += change.atUtc;
-        }
-        if (changes.isEmpty()) {
-            changes += newYear.addDays(100);
-        }
-        for (const QDateTime &change : std::as_const(changes)) {
-            // The day on which the clocks change, or would show midnight.
-            const QDate day = change.addSecs(-1).toTimeZone(zone).date().addDays(
-                change.addSecs(-1).toTimeZone(zone).time().hour() == 23 ? 1 : 0);
+        for (const QDateTime &change : changesIn(zone, place.year)) {
             for (const QTime &time : times) {
                 for (const Days days : {Days::TheDay, Days::ItAndTheNext, Days::All}) {
-                    // Every hour on one day a week, where people live; elsewhere, and on several
-                    // days, those at which something happens.
-                    const bool all = place.closely && days == Days::TheDay;
-                    const bool tells = time == QTime(2, 30) || time == QTime(8, 0) ||
-                                       (time == QTime(0, 0) && days == Days::TheDay);
-                    if (!all && (!tells || (days != Days::TheDay && !place.closely))) {
+                    if (!isLookedAt(place, time, days)) {
                         continue;
                     }
                     for (const Mishap mishap : mishaps) {
                         ++cases;
-                        const Schedule one{{weekdayOf(day)}, time.hour(), time.minute()};
-                        Schedule schedule = one;
-                        if (days == Days::ItAndTheNext) {
-                            schedule.weekdays += weekdayOf(day.addDays(1));
-                        } else if (days == Days::All) {
-                            schedule.weekdays = {1, 2, 3, 4, 5, 6, 7};
-                        }
-                        preferences.change(&Settings::schedule, schedule);
-                        // At no moment that a run is due at.
-                        const QDateTime begin = change.addDays(-1).addSecs(-13 * 60);
-                        const QDateTime end = change.addDays(2).addSecs(13 * 60);
-                        const auto slot = one.nextRun(begin, zone);
-                        ASSERT_TRUE(slot);
-                        // It shows that time, or comes with the skip.
-                        EXPECT_TRUE(slot->toTimeZone(zone).time() == time || *slot == change)
-                            << place.zone << ' ' << time.toString().toStdString();
-                        Simulation life(preferences, clock, {{begin, zone}}, mishap);
-                        life.live(begin, end, *slot);
-                        const auto what = [&] {
-                            return std::string(place.zone) + ' ' +
-                                   day.toString(Qt::ISODate).toStdString() + ' ' +
-                                   time.toString().toStdString() + ", days " +
-                                   std::to_string(int(days)) + ", mishap " +
-                                   std::to_string(int(mishap));
-                        };
-                        const QString touched = *schedule.slotAt(*slot, zone);
-                        QStringList due = slotsBetween(begin, end, zone);
-                        for (const QString &each : std::as_const(due)) {
-                            EXPECT_EQ(life.served(each), 1) << what() << ' ' << each.toStdString();
-                        }
-                        EXPECT_EQ(life.banners.value(touched), mishap == Mishap::Asleep ? 1 : 0)
-                            << what();
-                        due += {life.runs.keys() + life.banners.keys()};
-                        due.removeDuplicates();
-                        // The last look may be a little past the end.
-                        EXPECT_LE(due.size(), slotsBetween(begin, end.addSecs(900), zone).size())
-                            << what();
+                        live(place, change, time, days, mishap);
                     }
                 }
             }
