@@ -6,8 +6,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace vorle {
 
@@ -30,6 +32,11 @@ struct AgentEnvironment {
 };
 
 enum class AgentReadiness { Ready, SignedOut, Missing };
+
+/// As they are told to machines.
+constexpr std::array<std::string_view, 3> rawStrings(AgentReadiness) {
+    return {"ready", "signed out", "missing"};
+}
 
 /// Which agent to use, where it is, whether it can work. Reads files, writes none, starts nothing;
 /// every call looks again, so an agent installed meanwhile is seen. Main thread.

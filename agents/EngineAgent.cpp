@@ -12,7 +12,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <variant>
 
 namespace vorle {
 
@@ -307,11 +306,9 @@ Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind
     }
     const ProcessEnd end = co_await runProcess(process, cancel);
 
-    using Outcome = std::variant<AgentResult, AgentError>;
-    const auto interpret = [end, kind, timeout = process.timeout, path = answer.path(),
-                            prompt = request.prompt]() -> Outcome {
-        const CallEnd call{end, kind, timeout, prompt};
-        try {
+    co_return co_await onPool(
+        [end, kind, timeout = process.timeout, path = answer.path(), prompt = request.prompt] {
+            const CallEnd call{end, kind, timeout, prompt};
             requireSuccess(call);
             if (kind == AgentKind::Codex) {
                 return codexResult(readAnswer(path), call);
@@ -319,15 +316,7 @@ Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind
             AgentResult result = unwrapClaude(end.output);
             result.json = withoutMarks(result.json, markedMentions(prompt));
             return result;
-        } catch (const AgentError &error) {
-            return error;
-        }
-    };
-    Outcome outcome = co_await onPool(interpret);
-    if (const auto *error = std::get_if<AgentError>(&outcome)) {
-        throw AgentError(*error);
-    }
-    co_return std::get<AgentResult>(std::move(outcome));
+        });
 }
 
 } // namespace vorle

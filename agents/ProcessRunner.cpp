@@ -27,11 +27,11 @@ namespace {
 using namespace std::chrono_literals;
 
 /// What the guard has for ending everything, and more: past it the guard itself is at fault.
-constexpr auto guardPatience =
+constexpr auto maxGuardWait =
     std::chrono::milliseconds(guard::graceMilliseconds + guard::killMilliseconds + 1'000);
 constexpr auto sizeInterval = 250ms; ///< between two looks at the files' sizes
-constexpr qint64 errorTailLimit = 65'536;
-constexpr qint64 errorFileLimit = 8'000'000;
+constexpr qint64 maxErrorTail = 65'536;
+constexpr qint64 maxErrorFile = 8'000'000;
 
 QString guardProgram() {
     return QCoreApplication::applicationDirPath() + QStringLiteral("/vorle-guard");
@@ -65,9 +65,9 @@ struct LivenessSocket {
 /// appends, so it goes on behind what is left.
 void shorten(const QString &path) {
     QFile file(path);
-    if (file.size() > errorFileLimit && file.open(QIODevice::ReadWrite)) {
-        file.seek(file.size() - errorTailLimit);
-        const QByteArray tail = file.read(errorTailLimit);
+    if (file.size() > maxErrorFile && file.open(QIODevice::ReadWrite)) {
+        file.seek(file.size() - maxErrorTail);
+        const QByteArray tail = file.read(maxErrorTail);
         file.resize(0);
         file.seek(0);
         file.write(tail);
@@ -102,7 +102,7 @@ public:
         m_watchdog.setSingleShot(true);
         m_watchdog.setInterval(request.timeout);
         m_guardTimer.setSingleShot(true);
-        m_guardTimer.setInterval(guardPatience);
+        m_guardTimer.setInterval(maxGuardWait);
         m_sizeWatch.setInterval(sizeInterval);
     }
 
@@ -225,9 +225,9 @@ QString readTail(const QString &path) {
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    const qint64 start = std::max<qint64>(0, file.size() - errorTailLimit);
+    const qint64 start = std::max<qint64>(0, file.size() - maxErrorTail);
     file.seek(start);
-    QByteArray bytes = file.read(errorTailLimit);
+    QByteArray bytes = file.read(maxErrorTail);
     qsizetype cut = 0; // the rest of a character that the start fell into
     while (start > 0 && cut < bytes.size() && (bytes.at(cut) & 0xC0) == 0x80) {
         ++cut;

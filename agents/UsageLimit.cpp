@@ -15,9 +15,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto longestWait = std::chrono::days(31);
 constexpr auto clocksApart = 2min;
-constexpr auto shortestWait = 1min;
+constexpr auto minWait = 1min;
 constexpr qsizetype wordsCharacters = 300;
 
 QRegularExpression pattern(const char *text) {
@@ -129,12 +128,11 @@ std::optional<QDateTime> momentOf(const UsageLimit::At &at, const QDateTime &now
 std::optional<QDateTime> UsageLimit::until(const QDateTime &now, const QTimeZone &local) const {
     std::optional<QDateTime> moment;
     if (const auto *span = std::get_if<In>(&resets)) {
-        moment =
-            now.toUTC().addSecs(std::max<std::chrono::seconds>(span->wait, shortestWait).count());
+        moment = now.toUTC().addSecs(std::max<std::chrono::seconds>(span->wait, minWait).count());
     } else if (const auto *at = std::get_if<At>(&resets)) {
         moment = momentOf(*at, now.toUTC(), local);
     }
-    const bool isNear = moment && *moment <= now.addSecs(std::chrono::seconds(longestWait).count());
+    const bool isNear = moment && *moment <= now.addSecs(std::chrono::seconds(maxWait).count());
     return isNear ? moment : std::nullopt;
 }
 

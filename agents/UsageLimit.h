@@ -27,12 +27,15 @@ struct UsageLimit {
         bool operator==(const At &) const = default;
     };
 
+    /// No agent makes one wait longer: what tells of a later moment was misread.
+    static constexpr std::chrono::days maxWait{31};
+
     QString words; ///< the agent's own sentence, harmless and at most 300 characters
     /// When it is lifted; neither where the agent does not say or cannot be understood.
     std::variant<std::monostate, In, At> resets;
 
     /// The moment past `now` at which it is lifted, in UTC; nothing where that is not known, or
-    /// more than 31 days away. A time that passed at most two minutes ago is two minutes ahead:
+    /// more than `maxWait` away. A time that passed at most two minutes ago is two minutes ahead:
     /// two clocks are never quite alike.
     std::optional<QDateTime> until(const QDateTime &now, const QTimeZone &local) const;
 

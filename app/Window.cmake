@@ -59,7 +59,7 @@ qt_add_qml_module(vorle_window
         window/Tray.cpp window/Tray.h
         window/WaitingWindow.cpp window/WaitingWindow.h
         window/WindowState.cpp window/WindowState.h)
-# Bytecode starts as fast as it needs to; C++ made from 40 screens would take longer to compile than
+# Bytecode starts as fast as it needs to; C++ made from all screens would take longer to compile than
 # the rest of the program.
 set_target_properties(vorle_window PROPERTIES QT_QMLCACHEGEN_ARGUMENTS --only-bytecode)
 # The generated registration names the headers without their folder.

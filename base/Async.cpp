@@ -121,17 +121,17 @@ Task<> forEachBounded(qsizetype count, qsizetype atOnce, std::function<Task<>(qs
     }
 }
 
-Task<Gate::Pass> Gate::enter(CancelToken cancel) {
+Task<Gate::Permit> Gate::enter(CancelToken cancel) {
     cancel.throwIfCancelled();
     if (m_free > 0) {
         --m_free;
-        co_return Pass(this);
+        co_return Permit(this);
     }
     OneShot turn;
     m_waiting.push_back(turn);
     // A cancelled wait keeps its turn in the queue until it comes, then passes it on at once.
     co_await turn;
-    Pass pass(this);
+    Permit pass(this);
     cancel.throwIfCancelled();
     co_return pass;
 }

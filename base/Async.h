@@ -86,21 +86,29 @@ private:
 /// throws, no further one starts; once those under way have ended the first exception is thrown.
 Task<> forEachBounded(qsizetype count, qsizetype atOnce, std::function<Task<>(qsizetype)> work);
 
-/// Runs a pure function on the thread pool and gives its value on the main thread. `function`
-/// must not throw (return the failure as a value) and must not touch main-thread objects.
+/// Runs a pure function on the thread pool and gives its value on the main thread. `function` must
+/// not touch main-thread objects. @throws what `function` throws
 template <class Function, class Result = std::invoke_result_t<Function>>
 Task<Result> onPool(Function function) {
     struct Job {
         Function function;
         std::optional<Result> result;
+        std::exception_ptr fault;
     };
-    auto job = std::make_shared<Job>(Job{std::move(function), std::nullopt});
+    auto job = std::make_shared<Job>(Job{std::move(function), std::nullopt, nullptr});
     OneShot done;
     QThreadPool::globalInstance()->start([job, done] {
-        job->result.emplace(job->function());
+        try {
+            job->result.emplace(job->function());
+        } catch (...) {
+            job->fault = std::current_exception();
+        }
         done.fire();
     });
     co_await done;
+    if (job->fault) {
+        std::rethrow_exception(job->fault);
+    }
     co_return std::move(*job->result);
 }
 
@@ -109,17 +117,17 @@ Task<Result> onPool(Function function) {
 class Gate {
 public:
     /// A permit, given back when it goes.
-    class Pass {
+    class Permit {
     public:
-        explicit Pass(Gate *gate) : m_gate(gate) {}
-        Pass(Pass &&other) noexcept : m_gate(std::exchange(other.m_gate, nullptr)) {}
-        Pass &operator=(Pass &&other) noexcept {
+        explicit Permit(Gate *gate) : m_gate(gate) {}
+        Permit(Permit &&other) noexcept : m_gate(std::exchange(other.m_gate, nullptr)) {}
+        Permit &operator=(Permit &&other) noexcept {
             std::swap(m_gate, other.m_gate);
             return *this;
         }
-        Pass(const Pass &) = delete;
-        Pass &operator=(const Pass &) = delete;
-        ~Pass() {
+        Permit(const Permit &) = delete;
+        Permit &operator=(const Permit &) = delete;
+        ~Permit() {
             if (m_gate != nullptr) {
                 m_gate->leave();
             }
@@ -131,7 +139,7 @@ public:
 
     explicit Gate(int permits) : m_free(permits) {}
     /// @throws Cancelled when `cancel` is, before or during the wait.
-    Task<Pass> enter(CancelToken cancel = {});
+    Task<Permit> enter(CancelToken cancel = {});
 
 private:
     void leave();

@@ -207,6 +207,40 @@ const Rest *restOf(const T &record) {
 }
 
 template <class T>
+void read(Reader &in, T &out);
+
+template <class T>
+void readList(Reader &in, T &out) {
+    struct Elements final : Reader::Visitor {
+        explicit Elements(T &list) : m_list(list) {}
+        void value(std::string_view, Reader &element) override {
+            typename T::value_type item{};
+            read(element, item);
+            m_list.append(std::move(item));
+        }
+        T &m_list;
+    };
+    out.clear();
+    Elements elements(out);
+    in.array(elements);
+}
+
+template <class T>
+void readMap(Reader &in, T &out) {
+    struct Members final : Reader::Visitor {
+        explicit Members(T &map) : m_map(map) {}
+        void value(std::string_view key, Reader &member) override {
+            const auto name = QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+            read(member, m_map[name]);
+        }
+        T &m_map;
+    };
+    out.clear();
+    Members members(out);
+    in.object(members);
+}
+
+template <class T>
 void read(Reader &in, T &out) {
     if constexpr (IsOptional<T>::value) {
         if (in.isNull()) {
@@ -224,30 +258,9 @@ void read(Reader &in, T &out) {
         }
         out = *value;
     } else if constexpr (IsList<T>::value) {
-        struct Elements final : Reader::Visitor {
-            explicit Elements(T &list) : m_list(list) {}
-            void value(std::string_view, Reader &element) override {
-                typename T::value_type item{};
-                read(element, item);
-                m_list.append(std::move(item));
-            }
-            T &m_list;
-        };
-        out.clear();
-        Elements elements(out);
-        in.array(elements);
+        readList(in, out);
     } else if constexpr (IsMap<T>::value) {
-        struct Members final : Reader::Visitor {
-            explicit Members(T &map) : m_map(map) {}
-            void value(std::string_view key, Reader &member) override {
-                const auto name = QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
-                read(member, m_map[name]);
-            }
-            T &m_map;
-        };
-        out.clear();
-        Members members(out);
-        in.object(members);
+        readMap(in, out);
     } else if constexpr (std::same_as<T, bool>) {
         out = in.boolean();
     } else if constexpr (std::integral<T>) {

@@ -13,8 +13,8 @@ namespace {
 
 /// The lines that may be asked for again. Never destroyed: a thread may log until the very end.
 struct RecentLines {
-    static constexpr qsizetype most = 50;
-    static constexpr qsizetype longest = 500;
+    static constexpr qsizetype maxLines = 50;
+    static constexpr qsizetype maxLength = 500;
 
     std::mutex guard;
     QStringList lines;
@@ -31,8 +31,8 @@ void logLine(const QString &text) {
     qInfo().noquote() << QStringLiteral("vorle: ") + text;
     RecentLines &recent = RecentLines::ofThisProcess();
     const std::lock_guard lock(recent.guard);
-    recent.lines += text.left(RecentLines::longest);
-    if (recent.lines.size() > RecentLines::most) {
+    recent.lines += text.left(RecentLines::maxLength);
+    if (recent.lines.size() > RecentLines::maxLines) {
         recent.lines.removeFirst();
     }
 }

@@ -10,9 +10,9 @@ namespace vorle {
 
 namespace {
 
-constexpr int atOnce = 6;
+constexpr int maxAtOnce = 6;
 /// So many may hang before the others go without a thread of their own.
-constexpr int mostLent = 32;
+constexpr int maxLent = 32;
 /// What takes longer may hang. No folder on a disk that answers does.
 constexpr std::chrono::milliseconds slow{300};
 
@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds slow{300};
 QThreadPool &pool() {
     static QThreadPool *threads = [] {
         auto *made = new QThreadPool;
-        made->setMaxThreadCount(atOnce);
+        made->setMaxThreadCount(maxAtOnce);
         return made;
     }();
     return *threads;
@@ -52,7 +52,7 @@ struct DiskJob {
         const std::lock_guard guard(lock);
         if (lent) {
             pool().reserveThread();
-            --placesLent;
+            --threadsLent;
         }
         state = State::Ended;
         if (awaited) {
@@ -60,17 +60,17 @@ struct DiskJob {
         }
     }
     /// On the main thread: others need not wait for it.
-    void lendPlace() {
+    void lendThread() {
         const std::lock_guard guard(lock);
-        if (state == State::Running && !lent && placesLent < mostLent) {
-            ++placesLent;
+        if (state == State::Running && !lent && threadsLent < maxLent) {
+            ++threadsLent;
             lent = true;
             pool().releaseThread();
         }
     }
     /// On the main thread: whether it ended. If not, nobody waits for it any more.
     bool settle() {
-        lendPlace();
+        lendThread();
         const std::lock_guard guard(lock);
         awaited = false;
         if (state == State::Waiting) {
@@ -79,7 +79,7 @@ struct DiskJob {
         return state == State::Ended;
     }
 
-    static inline std::atomic<int> placesLent = 0;
+    static inline std::atomic<int> threadsLent = 0;
 };
 
 int awaitedJobs = 0; // on the main thread alone
@@ -97,7 +97,7 @@ Task<bool> endsOnDisk(std::function<void()> work, std::chrono::milliseconds limi
     timer.start(limit);
     QTimer late;
     late.setSingleShot(true);
-    QObject::connect(&late, &QTimer::timeout, &late, [job] { job->lendPlace(); });
+    QObject::connect(&late, &QTimer::timeout, &late, [job] { job->lendThread(); });
     late.start(slow);
     ++awaitedJobs;
     co_await over;

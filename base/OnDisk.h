@@ -5,7 +5,7 @@
 namespace vorle {
 
 /// How long a folder may take to answer before the user is told that it does not.
-inline constexpr std::chrono::milliseconds diskPatience{10'000};
+inline constexpr std::chrono::milliseconds maxDiskWait{10'000};
 
 /// Runs `work` on a thread that may be held up: a folder on a disk that is gone can hold a thread
 /// for minutes, and those of the thread pool serve everything else. True when it ended within
@@ -17,7 +17,7 @@ Task<bool> endsOnDisk(std::function<void()> work, std::chrono::milliseconds limi
 /// failure as a value), must own what it uses, and must not touch main-thread objects.
 template <class Function, class Result = std::invoke_result_t<Function>>
 Task<std::optional<Result>> onDisk(Function function,
-                                   std::chrono::milliseconds limit = diskPatience) {
+                                   std::chrono::milliseconds limit = maxDiskWait) {
     struct Job {
         Function function;
         std::optional<Result> result;

@@ -90,8 +90,8 @@ DemoPast demoPast(const QByteArray &data, const QList<Topic> &waiting, const QDa
     for (Topic &topic : past.topics) {
         shift.apply(topic);
     }
-    for (ScoreProvenance &note : past.notes) {
-        shift.apply(note.at);
+    for (ScoreProvenance &each : past.provenance) {
+        shift.apply(each.at);
     }
     if (!past.runs.isEmpty()) {
         past.runs.last().date = shift.before(10 * minute);

@@ -19,12 +19,12 @@ struct DemoPast {
     QDateTime week;
     QList<RunReport> runs; ///< oldest first; the last one brought what waits in "À trier"
     QList<Topic> topics;   ///< all decided, in the order they were found
-    QList<ScoreProvenance> notes;
+    QList<ScoreProvenance> provenance;
 
     static constexpr auto jsonFields() {
         return std::tuple(
             json::field("week", &DemoPast::week), json::field("runs", &DemoPast::runs),
-            json::field("topics", &DemoPast::topics), json::field("notes", &DemoPast::notes));
+            json::field("topics", &DemoPast::topics), json::field("notes", &DemoPast::provenance));
     }
 };
 

@@ -8,4 +8,7 @@ namespace vorle {
 /// spaces. Pure.
 QString numberText(qint64 number);
 
+/// A number to one place at most: "7,5", "7", "−0,5". Pure.
+QString tenthsText(double number);
+
 } // namespace vorle

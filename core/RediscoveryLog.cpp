@@ -5,9 +5,7 @@ namespace vorle {
 RediscoveryLog::RediscoveryLog(const TopicStore &store, const Clock &clock)
     : m_store(store)
     , m_clock(clock)
-    , m_rediscoveries(
-          store, clock,
-          {QStringLiteral("found-again.json"), QStringLiteral("what was found again")}) {}
+    , m_rediscoveries(store, clock, {fileName(), QStringLiteral("what was found again")}) {}
 
 Task<> RediscoveryLog::record(QUuid topic) {
     const TopicPtr known = m_store.topic(topic);

@@ -9,7 +9,7 @@
 
 namespace vorle {
 
-/// The moment a run last came upon a link that a set-aside topic holds: a link held makes no new
+/// The moment a run last came upon a link that a set-aside topic has: a known link makes no new
 /// topic, and its coming back is news of that one all the same.
 struct Find {
     QUuid topic;
@@ -30,6 +30,7 @@ class RediscoveryLog final : public QObject {
 
 public:
     RediscoveryLog(const TopicStore &store, const Clock &clock);
+    static QString fileName() { return QStringLiteral("found-again.json"); }
 
     /// A run came upon this topic's link now, whatever brought it. Only a topic of the reserve is
     /// kept; of any other it is no news. The task ends as TopicRecords::add does.

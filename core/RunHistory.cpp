@@ -9,8 +9,7 @@
 
 namespace vorle {
 
-RunHistory::RunHistory(const QString &topicsFile)
-    : m_file(sidecarPath(topicsFile, QStringLiteral("runs.json"))) {}
+RunHistory::RunHistory(const QString &topicsFile) : m_file(sidecarPath(topicsFile, fileName())) {}
 
 namespace {
 

@@ -16,6 +16,7 @@ public:
 
     /// The history that lies beside `topicsFile`; a preview's (an empty name) keeps nothing.
     explicit RunHistory(const QString &topicsFile);
+    static QString fileName() { return QStringLiteral("runs.json"); }
 
     /// Oldest first; empty when there is none, or none that can be read.
     QList<RunReport> reports() const;

@@ -61,7 +61,7 @@ struct ScopeReport {
     Origin origin = Origin::Stack;
     int asked = 0;              ///< links asked for
     int found = 0;              ///< links brought back
-    int known = 0;              ///< of these, held already
+    int known = 0;              ///< of these, known already
     int merged = 0;             ///< of these, the same link as another of this run
     int refused = 0;            ///< of these, no web address
     QString error;              ///< the failure's text when it failed, never blank then; else empty

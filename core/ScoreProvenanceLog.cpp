@@ -2,19 +2,13 @@
 
 namespace vorle {
 
-namespace {
-
-QString fileName() { return QStringLiteral("score-notes.json"); }
-
-} // namespace
-
 ScoreProvenanceLog::ScoreProvenanceLog(const TopicStore &store, const Clock &clock)
     : m_records(store, clock, {fileName(), QStringLiteral("the notes on scores")}) {}
 
-void ScoreProvenanceLog::replace(const QString &topicsFile, const QList<ScoreProvenance> &judged) {
+void ScoreProvenanceLog::replace(const QString &topicsFile, const QList<ScoreProvenance> &records) {
     try {
         replaceWhole(sidecarPath(topicsFile, fileName()),
-                     json::encode(judged, json::Style::Pretty) + '\n');
+                     json::encode(records, json::Style::Pretty) + '\n');
     } catch (const std::exception &error) {
         logLine(QStringLiteral("the notes on scores could not be kept: ") +
                 QString::fromLocal8Bit(error.what()));

@@ -47,20 +47,22 @@ struct ScoreProvenance {
     bool operator==(const ScoreProvenance &) const = default;
 };
 
-/// The notes of all judged topics, in "score-notes.json": see TopicRecords for how they are kept.
-/// Main thread; the store and the clock must outlive it, and it must outlive every save under way.
+/// What stood behind the scores of all judged topics, in "score-notes.json": see TopicRecords for
+/// how they are kept. Main thread; the store and the clock must outlive it, and it must outlive
+/// every save under way.
 class ScoreProvenanceLog {
 public:
     ScoreProvenanceLog(const TopicStore &store, const Clock &clock);
+    static QString fileName() { return QStringLiteral("score-notes.json"); }
 
-    /// Puts these notes in the place of all those kept beside `topicsFile`, for a log that is made
-    /// afterwards. A failure is logged.
-    static void replace(const QString &topicsFile, const QList<ScoreProvenance> &judged);
+    /// Puts these records in the place of all those kept beside `topicsFile`, for a log that is
+    /// made afterwards. A failure is logged.
+    static void replace(const QString &topicsFile, const QList<ScoreProvenance> &records);
 
-    /// The topic's note, or nothing.
+    /// What stood behind this topic's score, or nothing.
     std::optional<ScoreProvenance> of(const QUuid &topic) { return m_records.of(topic); }
-    /// Takes these notes, in the place of older ones of the same topics, and has them written.
-    Task<> add(QList<ScoreProvenance> judged) { return m_records.add(std::move(judged)); }
+    /// Takes these records, in the place of older ones of the same topics, and has them written.
+    Task<> add(QList<ScoreProvenance> records) { return m_records.add(std::move(records)); }
 
 private:
     TopicRecords<ScoreProvenance> m_records;

@@ -189,7 +189,7 @@ void TopicStore::seed() {
             DemoPast past = demoPast(data.value_or(QByteArray()), topics, m_clock.now());
             topics = std::move(past.topics);
             RunHistory(m_file).replace(std::move(past.runs));
-            ScoreProvenanceLog::replace(m_file, past.notes);
+            ScoreProvenanceLog::replace(m_file, past.provenance);
         } catch (const json::DecodeError &error) {
             logLine(QStringLiteral("the demonstration's past could not be read: ") +
                     QString::fromUtf8(error.what()));

@@ -60,10 +60,6 @@ std::optional<QString> ClaudeLauncher::folderOf(const Topic &topic) const {
                                                                 : std::optional(*project);
 }
 
-ClaudeLauncher::Where ClaudeLauncher::destinationOf(const Topic &topic) const {
-    return folderOf(topic) ? Where::Terminal : Where::WebChat;
-}
-
 QString ClaudeLauncher::hint(Where where) const {
     return where == Where::Terminal ? QString()
                                     : French::tr("La consigne est copiée : colle-la dans %1.")

@@ -59,10 +59,7 @@ public:
     /// ou approfondir avec Claude". Reads files (see AgentLocator::choose).
     QString label() const;
 
-    /// Where this topic's first step is taken: in the terminal when its project is watched.
-    Where destinationOf(const Topic &topic) const;
-
-    /// Takes it there.
+    /// Takes this topic's first step: in the terminal when its project is watched. Gives where.
     ///
     /// In the terminal the user chose, a window opens in the project's folder with the agent at
     /// work on the prompt; it stays a login shell afterwards. The prompt and the script lie in the

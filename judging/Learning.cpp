@@ -21,8 +21,12 @@ constexpr int minLongItems = 3;
 constexpr int minProjectDecisions = 6;
 constexpr int minCorrections = 4;
 constexpr double minMeanGap = 2.0;
-constexpr int largestStep = 3;
+constexpr int maxStep = 3;
 constexpr auto kinds = rawStrings(ItemKind{}).size();
+// What the identifiers begin with, of rules that have several.
+constexpr QLatin1StringView kindRule("kind-");
+constexpr QLatin1StringView projectRule("project-");
+constexpr QLatin1StringView correctionRule("corr-");
 
 // Shares are compared as whole numbers, so that a share that is exactly at its threshold is.
 
@@ -61,7 +65,7 @@ Reflex stackReflex(int stackPercent, int restPercent) {
 }
 
 Reflex kindReflex(ItemKind kind, int dismissed, int decided) {
-    return {QStringLiteral("kind-") + json::rawText(kind),
+    return {kindRule + json::rawText(kind),
             Reflex::Group::Down,
             French::tr("plus exigeant"),
             French::tr("Les sujets de type « %1 » sont souvent écartés.").arg(kindLabel(kind)),
@@ -84,7 +88,7 @@ Reflex longReflex(int postponed, int decided) {
 }
 
 Reflex projectReflex(const QString &name, int dismissed, int decided) {
-    return {QStringLiteral("project-") + name,
+    return {projectRule + name,
             Reflex::Group::Down,
             French::tr("plus exigeant"),
             French::tr("%1 t’intéresse peu en ce moment.").arg(name),
@@ -101,7 +105,7 @@ Reflex correctionReflex(ItemKind kind, int corrections, int signedStep) {
     const QString title =
         more ? French::tr("Les sujets %1 valent plus pour toi que je ne le pensais.")
              : French::tr("Les sujets %1 valent moins pour toi que je ne le pensais.");
-    return {QStringLiteral("corr-") + json::rawText(kind),
+    return {correctionRule + json::rawText(kind),
             more ? Reflex::Group::Up : Reflex::Group::Down,
             step,
             title.arg(label),
@@ -125,7 +129,7 @@ struct Corrections {
         if (count < minCorrections || std::abs(mean) < minMeanGap - 1e-9) {
             return 0;
         }
-        const int step = std::min(static_cast<int>(std::lround(std::abs(mean))), largestStep);
+        const int step = std::min(static_cast<int>(std::lround(std::abs(mean))), maxStep);
         return mean > 0 ? step : -step;
     }
 };
@@ -174,8 +178,7 @@ public:
 
     /// Has what the reflex of that identifier counts gathered there. False for one of no rule.
     bool gatherFor(const QString &reflexId, QList<TopicPtr> &behind) {
-        const auto subject = [&](const char *rule) {
-            const QLatin1StringView start(rule);
+        const auto subject = [&](QLatin1StringView start) {
             return reflexId.startsWith(start) ? std::optional(reflexId.sliced(start.size()))
                                               : std::nullopt;
         };
@@ -183,11 +186,11 @@ public:
             m_stack.behind = &behind;
         } else if (reflexId == u"long-later") {
             m_long.behind = &behind;
-        } else if (const auto kind = kindNamed(subject("kind-").value_or(QString()))) {
+        } else if (const auto kind = kindNamed(subject(kindRule).value_or(QString()))) {
             m_kinds[index(*kind)].behind = &behind;
-        } else if (const auto corrected = kindNamed(subject("corr-").value_or(QString()))) {
+        } else if (const auto corrected = kindNamed(subject(correctionRule).value_or(QString()))) {
             m_corrections[index(*corrected)].behind = &behind;
-        } else if (const auto project = subject("project-");
+        } else if (const auto project = subject(projectRule);
                    project && m_projects.contains(*project)) {
             m_projects[*project].behind = &behind;
         } else {
@@ -309,25 +312,24 @@ Learned learn(const QList<TopicPtr> &topics, const Settings &settings) {
     return cases.learned();
 }
 
-QList<TopicPtr> decisionsBehind(const QString &reflexId, const QList<TopicPtr> &topics,
-                                const Settings &settings) {
-    QList<TopicPtr> behind;
+QList<DecisionBehind> decisionsBehind(const QString &reflexId, const QList<TopicPtr> &topics,
+                                      const Settings &settings) {
+    QList<TopicPtr> gathered;
     Cases cases(settings);
-    if (!cases.gatherFor(reflexId, behind)) {
-        return behind;
+    if (!cases.gatherFor(reflexId, gathered)) {
+        return {};
     }
     for (const TopicPtr &topic : topics) {
         cases.take(topic);
     }
-    const bool corrected = reflexId.startsWith(u"corr-");
-    const auto moment = [corrected](const TopicPtr &topic) {
-        if (corrected) {
-            return topic->correction->at;
-        }
-        return (topic->triagedAt ? topic->triagedAt : topic->doneAt).value_or(QDateTime());
-    };
-    std::ranges::stable_sort(
-        behind, [&](const TopicPtr &a, const TopicPtr &b) { return moment(a) > moment(b); });
+    const bool corrected = reflexId.startsWith(correctionRule);
+    QList<DecisionBehind> behind;
+    for (const TopicPtr &topic : std::as_const(gathered)) {
+        behind += {topic, corrected          ? std::optional(topic->correction->at)
+                          : topic->triagedAt ? topic->triagedAt
+                                             : topic->doneAt};
+    }
+    std::ranges::stable_sort(behind, std::ranges::greater(), &DecisionBehind::at);
     return behind;
 }
 

@@ -37,10 +37,16 @@ struct Learned {
 ///   that carried no score, since nothing could be read, has no gap.
 Learned learn(const QList<TopicPtr> &topics, const Settings &settings);
 
+/// One of the decisions that a reflex rests on.
+struct DecisionBehind {
+    TopicPtr topic;
+    std::optional<QDateTime> at; ///< when it was taken; of a "corr-…", when the score was corrected
+};
+
 /// The decisions (of a "corr-…", the corrections) that a reflex rests on, newest first: those that
 /// its evidence counts, found by the same rule. Nothing for an identifier of no rule.
-QList<TopicPtr> decisionsBehind(const QString &reflexId, const QList<TopicPtr> &topics,
-                                const Settings &settings);
+QList<DecisionBehind> decisionsBehind(const QString &reflexId, const QList<TopicPtr> &topics,
+                                      const Settings &settings);
 
 /// The reflexes the user left on, in their order: those that apply.
 QList<Reflex> reflexesLeftOn(QList<Reflex> reflexes, const Settings &settings);

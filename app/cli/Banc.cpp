@@ -90,15 +90,9 @@ QString decimals(double number, int places) {
     return frenchLocale().toString(number, 'f', places).replace(u'-', u'−');
 }
 
-/// "9,5", "7".
-QString scoreText(double score) {
-    QString text = decimals(score, 1);
-    return text.endsWith(u",0") ? text.chopped(2) : text;
-}
-
 /// "+2,5", "−1", "0".
 QString gapText(double gap) {
-    const QString size = scoreText(std::abs(gap));
+    const QString size = tenthsText(std::abs(gap));
     return size == u"0" ? size : (gap < 0 ? QStringLiteral("−") : QStringLiteral("+")) + size;
 }
 
@@ -111,10 +105,10 @@ QString row(const Console &console, const BenchVerdict &verdict) {
     std::optional<QString> judged;
     std::optional<QString> gap;
     if (verdict.label) {
-        expected = scoreText(verdict.label->score);
+        expected = tenthsText(verdict.label->score);
     }
     if (verdict.judgment) {
-        judged = scoreText(verdict.judgment->relevance);
+        judged = tenthsText(verdict.judgment->relevance);
     }
     if (verdict.gap()) {
         gap = gapText(*verdict.gap());
@@ -160,13 +154,13 @@ QString worstText(const Console &console, const QList<BenchVerdict> &verdicts,
         const BenchVerdict &verdict = verdicts[index];
         lines += console.accent(cell(gapText(*verdict.gap()))) + QStringLiteral("  ") +
                  console.wrapped(verdict.item.title, 9).trimmed();
+        lines += console.wrapped(French::tr("Attendu %1 : %2")
+                                     .arg(tenthsText(verdict.label->score), verdict.label->text),
+                                 9);
         lines += console.wrapped(
-            French::tr("Attendu %1 : %2").arg(scoreText(verdict.label->score), verdict.label->text),
+            French::tr("Jugé %1 : %2")
+                .arg(tenthsText(verdict.judgment->relevance), verdict.judgment->why),
             9);
-        lines +=
-            console.wrapped(French::tr("Jugé %1 : %2")
-                                .arg(scoreText(verdict.judgment->relevance), verdict.judgment->why),
-                            9);
     }
     return lines.join(u'\n') + u'\n';
 }

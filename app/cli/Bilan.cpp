@@ -1,6 +1,7 @@
 // The command that tells what the watch came to.
 
 #include "app/cli/Handlers.h"
+#include "app/cli/Requirements.h"
 #include "app/labels/RunLabels.h"
 #include "app/labels/Wording.h"
 #include "app/report/FigureSentences.h"
@@ -143,21 +144,18 @@ Task<ExitStatus> bilan(Context &context, OnDemand<TopicStore> topics,
                        const Clock &clock) {
     const PeriodKind kind = kindOf(context.arguments);
     const TopicStore &store = *topics;
-    if (store.isDamaged()) {
-        throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
-    }
+    requireReadable(store);
     const QDateTime now = clock.now();
     const QTimeZone zone = QTimeZone::systemTimeZone();
     const ReportPeriod period = reportPeriod(kind, now);
-    ScoreProvenanceLog &log = *provenance;
     const WatchFigures figures =
         watchFigures({.topics = store.topics(),
                       .reports = store.history(),
                       .weeklyMinutes = preferences->settings().weeklyMinutes,
                       .reflexesOf =
-                          [&log](const QUuid &id) {
-                              const auto note = log.of(id);
-                              return note ? std::optional(note->reflexes.size()) : std::nullopt;
+                          [&records = *provenance](const QUuid &id) {
+                              const auto record = records.of(id);
+                              return record ? std::optional(record->reflexes.size()) : std::nullopt;
                           }},
                      period, now);
     if (context.arguments.json()) {

@@ -1,16 +1,16 @@
 #include "app/cli/Handlers.h"
 #include "app/cli/Keyboard.h"
+#include "app/cli/Requirements.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
-#include "app/triage/Calibration.h"
+#include "app/labels/CalibrationText.h"
+#include "app/labels/DecisionLabels.h"
 #include "base/French.h"
 #include "core/Corrections.h"
 
 namespace vorle::cli {
 
 namespace {
-
-using Choice = Calibration::Choice;
 
 /// How far it is, for machines: nothing is asked.
 struct CalibrationShown {
@@ -31,17 +31,12 @@ struct CalibrationShown {
     }
 };
 
-void requireReadable(const TopicStore &store) {
-    if (store.isDamaged()) {
-        throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
-    }
-}
-
 /// After what the flags ask for; the topics are read alone.
 void showState(Context &context, const TopicsToChange &topics, const Clock &clock) {
     Preferences &preferences = *topics.preferences;
     requireReadable(*topics.store);
-    Calibration calibration(preferences, *topics.store, clock);
+    DecisionHistory history(*topics.store);
+    Calibration calibration(preferences, *topics.store, history, clock);
     if (context.arguments.flags.contains(QStringLiteral("reprendre"))) {
         calibration.beginAgain();
     }
@@ -56,23 +51,23 @@ void showState(Context &context, const TopicsToChange &topics, const Clock &cloc
     context.console.print(json::encode(shown, json::Style::Pretty));
 }
 
-std::optional<Choice> choiceOf(QChar key) {
+std::optional<Outcome> choiceOf(QChar key) {
     switch (key.unicode()) {
     case u'g':
-        return Choice::Keep;
+        return Outcome::Kept;
     case u'l':
-        return Choice::Later;
+        return Outcome::Later;
     case u'x':
-        return Choice::NotForMe;
+        return Outcome::Dismissed;
     default:
         return std::nullopt;
     }
 }
 
 QString keysText(bool mayTakeBack) {
-    QStringList keys{QStringLiteral("g ") + calibrationLabel(Choice::Keep),
-                     QStringLiteral("l ") + calibrationLabel(Choice::Later),
-                     QStringLiteral("x ") + calibrationLabel(Choice::NotForMe)};
+    QStringList keys{QStringLiteral("g ") + actionLabel(Outcome::Kept),
+                     QStringLiteral("l ") + actionLabel(Outcome::Later),
+                     QStringLiteral("x ") + actionLabel(Outcome::Dismissed)};
     if (mayTakeBack) {
         keys += French::tr("a Annuler la dernière réponse");
     }
@@ -98,8 +93,8 @@ public:
         while (const TopicPtr topic = m_calibration.next()) {
             show(*topic);
             const auto choice = co_await askChoice();
-            if (choice) {
-                co_await askScoreAndAnswer(topic, *choice);
+            if (choice && m_calibration.choose(topic->id, *choice)) {
+                co_await askScore();
             }
             if (m_stopped) {
                 co_return false;
@@ -119,27 +114,27 @@ private:
     }
 
     /// Nothing when the person stopped, or took the last answer back.
-    Task<std::optional<Choice>> askChoice() {
-        m_context.console.say(keysText(m_last.has_value()));
+    Task<std::optional<Outcome>> askChoice() {
+        m_context.console.say(keysText(m_calibration.canTakeBack()));
         while (true) {
             const auto key = co_await Keyboard::key(m_context.cancel);
             if (!key || *key == u'q') {
                 m_stopped = true;
                 co_return std::nullopt;
             }
-            if (*key == u'a' && m_last) {
-                m_calibration.takeBack(*std::exchange(m_last, std::nullopt));
+            if (*key == u'a' && m_calibration.takeBack()) {
                 m_context.console.say(French::tr("Réponse annulée."));
                 co_return std::nullopt;
             }
             if (const auto choice = choiceOf(*key)) {
-                m_context.console.say(calibrationLabel(*choice));
+                m_context.console.say(actionLabel(*choice));
                 co_return choice;
             }
         }
     }
 
-    Task<> askScoreAndAnswer(TopicPtr topic, Choice choice) {
+    /// Of the topic that was just decided on.
+    Task<> askScore() {
         m_context.console.say(calibrationScoreQuestion() + French::tr("  (Entrée pour passer)"));
         std::optional<int> score;
         while (!score && !m_stopped) {
@@ -159,26 +154,20 @@ private:
                     French::tr("Un nombre entier de 0 à 10, ou Entrée pour passer."));
             }
         }
-        m_last = m_calibration.answer(topic->id, choice, score);
-        if (const auto judged = judgedScore(*topic); score && judged) {
-            m_context.console.say(*score == *judged ? French::tr("Comme moi.")
-                                                    : French::tr("J’avais mis %1.").arg(*judged));
+        if (const auto judged = m_calibration.give(score)) {
+            m_context.console.say(besideMineText(*score, *judged));
         }
     }
 
     Context &m_context;
     Calibration &m_calibration;
-    std::optional<Calibration::Answer> m_last;
     bool m_stopped = false;
 };
 
 /// Says how it ended and gives the command's status.
 ExitStatus finish(Context &context, TopicStore &store, const Calibration &calibration,
                   bool complete) {
-    if (!store.flush()) {
-        throw Failure(
-            store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
-    }
+    requireSaved(store);
     if (complete) {
         const CalibrationText end = calibrationEnd(calibration.progress().answered);
         context.console.say(end.title + QStringLiteral(". ") + end.text);
@@ -198,7 +187,7 @@ Task<ExitStatus> calibrer(Context &context, TopicsToChange topics, const Clock &
         if (again) {
             throw Failure(French::tr("Choisis entre --passer et --reprendre."), ExitStatus::Usage);
         }
-        preferences.change(&Settings::calibrated, true);
+        Calibration::skip(preferences);
         context.console.say(calibrationSkippedText());
         if (context.arguments.json()) {
             showState(context, topics, clock);
@@ -217,7 +206,8 @@ Task<ExitStatus> calibrer(Context &context, TopicsToChange topics, const Clock &
     co_await holdTopics(context, topics);
     TopicStore &store = *topics.store;
     requireReadable(store);
-    Calibration calibration(preferences, store, clock);
+    DecisionHistory history(store);
+    Calibration calibration(preferences, store, history, clock);
     if (preferences.settings().calibrated && !again) {
         context.console.say(French::tr("C’est déjà fait. Pour recommencer\u00A0: vorle "
                                        "calibrer --reprendre"));

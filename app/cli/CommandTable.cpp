@@ -59,7 +59,8 @@ const QList<Command> &commands() {
          .run =
              [](Context &c, Application &app) {
                  return sujets(c, on(app, &Application::store), on(app, &Application::preferences),
-                               on(app, &Application::engine), app.clock());
+                               on(app, &Application::provenance),
+                               on(app, &Application::rediscoveries), app.clock());
              }},
         {.name = QStringLiteral("trier"),
          .synopsis = French::tr("ID garder|plus-tard|pas-pour-moi|fait|retirer|retrier "

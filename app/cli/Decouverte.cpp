@@ -75,9 +75,8 @@ ExitStatus showFolder(const Context &context, const QString &folder) {
 MachineShown machine(const Preferences &preferences, const QList<discovery::App> &apps) {
     const QStringList tools = discovery::proposedTools(apps);
     MachineShown shown;
-    QStringList names;
+    const QStringList names = discovery::namesOf(apps);
     for (const discovery::App &app : apps) {
-        names += app.name;
         shown.apps += {app.name, app.location, app.category, discovery::isLeisureApp(app),
                        tools.contains(app.name)};
     }

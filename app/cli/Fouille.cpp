@@ -1,9 +1,9 @@
 #include "app/cli/Handlers.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
+#include "app/labels/CalibrationText.h"
 #include "app/labels/RunLabels.h"
 #include "app/labels/TopicLabels.h"
-#include "app/triage/Calibration.h"
 #include "base/French.h"
 #include "core/NumberText.h"
 #include "search/run/SearchEngine.h"
@@ -105,7 +105,8 @@ void tellReport(Console &console, const RunReport &report) {
 /// After the first run: the guided triage, until it is done or skipped.
 void proposeCalibration(Context &context, const TopicsToChange &topics, const Clock &clock) {
     TopicStore &store = *topics.store;
-    const Calibration calibration(*topics.preferences, store, clock);
+    DecisionHistory history(store);
+    const Calibration calibration(*topics.preferences, store, history, clock);
     if (!store.isDemo() && calibration.isProposed()) {
         const Calibration::Progress progress = calibration.progress();
         const CalibrationText text = calibrationInvitation(progress.total - progress.answered);
@@ -188,15 +189,15 @@ void printTopics(Context &context, const RunReport &report, const TopicStore &st
 
 } // namespace
 
-Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchEngine> search,
+Task<ExitStatus> fouille(Context &context, TopicsToChange topics, OnDemand<SearchEngine> search,
                          const Clock &clock) {
     const bool isRest = context.arguments.flags.contains(QStringLiteral("suite"));
     const bool isGivenUp = context.arguments.flags.contains(QStringLiteral("laisser"));
     if (isRest && isGivenUp) {
         throw Failure(French::tr("C’est --suite ou --laisser, pas les deux."), ExitStatus::Usage);
     }
-    co_await openStore(context, held);
-    TopicStore &store = *held.store;
+    co_await openStore(context, topics);
+    TopicStore &store = *topics.store;
     SearchEngine &engine = *search;
     if ((isRest || isGivenUp) && !engine.remainder()) {
         context.console.say(French::tr("Rien n’attend."));
@@ -213,7 +214,7 @@ Task<ExitStatus> fouille(Context &context, TopicsToChange held, OnDemand<SearchE
         context.console.say(runResultText(report));
         context.console.say(runFactsText(report));
         tellRest(context, report, clock.now());
-        proposeCalibration(context, held, clock);
+        proposeCalibration(context, topics, clock);
     } else {
         context.console.say(
             store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));

@@ -2,9 +2,9 @@
 
 #include "app/cli/Command.h"
 #include "app/cli/TopicArgument.h"
-#include "app/wiring/Diagnostics.h"
-#include "app/wiring/OnDemand.h"
+#include "app/diagnostics/Diagnostics.h"
 #include "base/Clock.h"
+#include "base/OnDemand.h"
 #include "search/discovery/DiscoveryApps.h"
 
 namespace vorle {
@@ -17,6 +17,7 @@ class LinkCapture;
 class PageReader;
 class Preferences;
 class Resources;
+class RediscoveryLog;
 class ScoreProvenanceLog;
 class SearchEngine;
 class TopicStore;
@@ -43,8 +44,8 @@ struct PromptSources {
 Task<ExitStatus> consignes(Context &context, PromptSources sources);
 
 Task<ExitStatus> sujets(Context &context, OnDemand<TopicStore> topics,
-                        OnDemand<Preferences> preferences, OnDemand<SearchEngine> engine,
-                        const Clock &clock);
+                        OnDemand<Preferences> preferences, OnDemand<ScoreProvenanceLog> provenance,
+                        OnDemand<RediscoveryLog> rediscoveries, const Clock &clock);
 Task<ExitStatus> trier(Context &context, TopicsToChange topics, OnDemand<LinkCapture> capture,
                        const Clock &clock);
 Task<ExitStatus> corriger(Context &context, TopicsToChange topics, const Clock &clock);

@@ -1,4 +1,5 @@
 #include "app/cli/Handlers.h"
+#include "app/cli/Requirements.h"
 #include "app/cli/TopicCards.h"
 #include "app/labels/RunLabels.h"
 #include "base/French.h"
@@ -43,9 +44,7 @@ Task<ExitStatus> programme(Context &context, OnDemand<TopicStore> topics,
                            OnDemand<Preferences> preferences, const Clock &clock) {
     const TopicStore &store = *topics;
     Console &console = context.console;
-    if (store.isDamaged()) {
-        throw Failure(French::tr("Tes sujets sont illisibles\u00A0: %1").arg(store.file()));
-    }
+    requireReadable(store);
     const WeekProgram program = weekProgram(store.topics(), preferences->settings().weeklyMinutes,
                                             calendarWeek(clock.now()));
     if (context.arguments.json()) {

@@ -1,6 +1,7 @@
 // What the user's decisions taught, and what they think of it.
 
 #include "app/cli/Handlers.h"
+#include "app/cli/Requirements.h"
 #include "app/cli/TopicCards.h"
 #include "app/territory/ReflexSwitch.h"
 #include "base/French.h"
@@ -42,9 +43,7 @@ struct Sources {
 
 Learned learnedNow(const Sources &sources) {
     const TopicStore &store = *sources.topics;
-    if (store.isDamaged()) {
-        throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
-    }
+    requireReadable(store);
     return learn(store.topics(), sources.preferences->settings());
 }
 
@@ -146,8 +145,11 @@ void switchOn(const Sources &sources, const QString &id) {
 
 void showDecisions(const Context &context, const Sources &sources, const QString &id) {
     requireLearned(sources, id);
-    const QList<TopicPtr> decisions =
-        decisionsBehind(id, sources.topics->topics(), sources.preferences->settings());
+    QList<TopicPtr> decisions;
+    for (const DecisionBehind &each :
+         decisionsBehind(id, sources.topics->topics(), sources.preferences->settings())) {
+        decisions += each.topic;
+    }
     if (!context.arguments.json()) {
         context.console.print(topicLines(context.console, decisions));
         return;

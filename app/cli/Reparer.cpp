@@ -1,6 +1,7 @@
 // The command that takes up what can be read of a damaged topics file.
 
 #include "app/cli/Handlers.h"
+#include "app/cli/Requirements.h"
 #include "app/cli/TopicArgument.h"
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
@@ -33,10 +34,7 @@ Task<ExitStatus> reparer(Context &context, TopicsToChange topics) {
     if (readable) {
         shown.left = readable->left;
         shown.kept = store.repair();
-        if (!store.flush()) {
-            throw Failure(store.saveError().value_or(
-                French::tr("Les sujets n’ont pas pu être enregistrés.")));
-        }
+        requireSaved(store);
         if (shown.kept == 0) {
             said = French::tr("Rien n’est lisible dans ton fichier de sujets. Je n’y touche pas.");
             status = ExitStatus::Failed;

@@ -6,9 +6,9 @@
 #include "app/triage/SectionOrder.h"
 #include "base/French.h"
 #include "core/Preferences.h"
+#include "core/RediscoveryLog.h"
 #include "core/ScoreProvenanceLog.h"
 #include "core/WeekProgram.h"
-#include "search/run/SearchEngine.h"
 
 #include <QSet>
 
@@ -26,9 +26,10 @@ struct OpenedTopic : Topic {
     }
 };
 
-void openTopic(Context &context, const TopicStore &store, const Clock &clock) {
+void openTopic(Context &context, const TopicStore &store, const OnDemand<ScoreProvenanceLog> &log,
+               const Clock &clock) {
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional.first());
-    const auto provenance = ScoreProvenanceLog(store, clock).of(topic->id);
+    const auto provenance = log->of(topic->id);
     if (context.arguments.json()) {
         context.console.print(json::encode(OpenedTopic{{*topic}, provenance}, json::Style::Pretty));
         return;
@@ -43,7 +44,7 @@ void openTopic(Context &context, const TopicStore &store, const Clock &clock) {
 /// the store has them.
 QList<TopicPtr> topicsOf(TopicStatus status, const TopicStore &store,
                          const OnDemand<Preferences> &preferences,
-                         const OnDemand<SearchEngine> &engine, const Clock &clock) {
+                         const OnDemand<RediscoveryLog> &rediscoveries, const Clock &clock) {
     QList<TopicPtr> topics = store.topics(status);
     const auto section = sectionOf(status);
     if (!section) {
@@ -52,7 +53,7 @@ QList<TopicPtr> topicsOf(TopicStatus status, const TopicStore &store,
     ReserveActivity activity;
     QList<TopicPtr> waiting;
     if (section == TopicSection::Reserve) {
-        activity.observe(engine->finds());
+        activity.observe(*rediscoveries);
         for (const TopicPtr &topic : store.topics()) {
             activity.add(*topic);
         }
@@ -80,8 +81,8 @@ QList<TopicPtr> topicsOf(TopicStatus status, const TopicStore &store,
 } // namespace
 
 Task<ExitStatus> sujets(Context &context, OnDemand<TopicStore> topicStore,
-                        OnDemand<Preferences> preferences, OnDemand<SearchEngine> engine,
-                        const Clock &clock) {
+                        OnDemand<Preferences> preferences, OnDemand<ScoreProvenanceLog> provenance,
+                        OnDemand<RediscoveryLog> rediscoveries, const Clock &clock) {
     const QString word = context.arguments.options.value(QStringLiteral("statut"));
     const auto status = json::fromRaw<TopicStatus>(word);
     if (!word.isEmpty() && !status) {
@@ -95,7 +96,7 @@ Task<ExitStatus> sujets(Context &context, OnDemand<TopicStore> topicStore,
             throw Failure(French::tr("Donne un identifiant ou un statut, pas les deux."),
                           ExitStatus::Usage);
         }
-        openTopic(context, *topicStore, clock);
+        openTopic(context, *topicStore, provenance, clock);
         co_return ExitStatus::Done;
     }
     const TopicStore &store = *topicStore;
@@ -104,7 +105,7 @@ Task<ExitStatus> sujets(Context &context, OnDemand<TopicStore> topicStore,
         co_return ExitStatus::Failed;
     }
     const QList<TopicPtr> topics =
-        status ? topicsOf(*status, store, preferences, engine, clock) : store.topics();
+        status ? topicsOf(*status, store, preferences, rediscoveries, clock) : store.topics();
     if (context.arguments.json()) {
         QList<Topic> records;
         for (const TopicPtr &topic : topics) {

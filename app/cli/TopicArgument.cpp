@@ -1,6 +1,7 @@
 #include "app/cli/TopicArgument.h"
 
 #include "app/cli/CommandForwarding.h"
+#include "app/cli/Requirements.h"
 #include "app/labels/TopicLabels.h"
 #include "base/French.h"
 #include "base/Text.h"
@@ -72,9 +73,7 @@ Task<> holdTopics(Context &context, TopicsToChange topics) {
 }
 
 TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {
-    if (store.isDamaged()) {
-        throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
-    }
+    requireReadable(store);
     const auto prefix = identityPrefix(text);
     if (!prefix) {
         throw Failure(French::tr("« %1 » n’est pas l’identifiant d’un sujet. « vorle sujets » "

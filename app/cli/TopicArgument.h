@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/cli/Command.h"
-#include "app/wiring/OnDemand.h"
+#include "base/OnDemand.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
 #include "storage/StoreLock.h"

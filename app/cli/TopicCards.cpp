@@ -1,5 +1,7 @@
 #include "app/cli/TopicCards.h"
 
+#include "app/cli/Requirements.h"
+#include "app/labels/SectionLabels.h"
 #include "app/labels/TopicLabels.h"
 #include "app/triage/Gist.h"
 #include "app/triage/SectionOrder.h"
@@ -37,9 +39,9 @@ QString formerScore(const Topic &topic) {
 QString topicCard(const Console &console, const Topic &topic, const QDate &today, CardScore score) {
     const bool shown = score == CardScore::Shown;
     const QString facts =
-        factLine({topic.project.value_or(topic.interest.value_or(QString())), kindLabel(topic.kind),
-                  durationText(topic.minutes), readLevelLabel(topic.readLevel),
-                  urgencyLabel(topic.urgency, today), shown ? formerScore(topic) : QString()});
+        factLine({subjectOf(topic), kindLabel(topic.kind), durationText(topic.minutes),
+                  readLevelLabel(topic.readLevel), urgencyLabel(topic.urgency, today),
+                  shown ? formerScore(topic) : QString()});
     QStringList lines;
     // The score stands in the margin of the title's first line.
     lines += console.accent(shown ? scoreDigits(topic) : QString(cardMargin - 2, u' ')) +
@@ -68,11 +70,10 @@ QString programLines(const Console &console, const QList<TopicPtr> &topics, cons
         if (urgency.isEmpty() && topic->isUrgent()) {
             urgency = French::tr("urgent");
         }
-        lines += console.faint(
-            console.wrapped(factLine({durationText(topic->minutes), urgency,
-                                      topic->project.value_or(topic->interest.value_or(QString())),
-                                      identityText(topic->id)}),
-                            cardMargin));
+        lines +=
+            console.faint(console.wrapped(factLine({durationText(topic->minutes), urgency,
+                                                    subjectOf(*topic), identityText(topic->id)}),
+                                          cardMargin));
     }
     return lines.join(u'\n');
 }
@@ -124,6 +125,17 @@ QString topicLines(const Console &console, const QList<TopicPtr> &topics) {
                                identityText(topic->id));
     }
     return lines.join(u'\n');
+}
+
+void showChanged(Context &context, TopicStore &store, const QUuid &id, const QString &said) {
+    requireSaved(store);
+    const TopicPtr topic = store.topic(id);
+    if (context.arguments.json()) {
+        context.console.print(json::encode(*topic, json::Style::Pretty));
+    } else {
+        context.console.print(context.console.bold(said) + QStringLiteral("  ") +
+                              context.console.plain(topic->title));
+    }
 }
 
 } // namespace vorle::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/cli/Command.h"
 #include "app/cli/Console.h"
 #include "app/labels/ScoreExplanation.h"
 #include "core/TopicStore.h"
@@ -27,5 +28,9 @@ QString openScoreLines(const Console &console, const ScoreExplanation &open);
 
 /// One line a topic: score, title, where it stands, identity.
 QString topicLines(const Console &console, const QList<TopicPtr> &topics);
+
+/// Waits for the disk, then shows the topic that was changed as it is now, or `said` about it.
+/// @throws Failure as requireSaved()
+void showChanged(Context &context, TopicStore &store, const QUuid &id, const QString &said);
 
 } // namespace vorle::cli

@@ -27,9 +27,8 @@ QString withDates(const QString &text, const QDate &today, const QString &langua
         if (language == u"en") {
             out += QLocale(QLocale::English).toString(date, QStringLiteral("MMMM d, yyyy"));
         } else {
-            const QLocale french = frenchLocale();
-            out += (date.day() == 1 ? QStringLiteral("1er") : QString::number(date.day())) +
-                   french.toString(date, QStringLiteral(" MMMM yyyy"));
+            out +=
+                frenchDayNumber(date) + frenchLocale().toString(date, QStringLiteral(" MMMM yyyy"));
         }
         end = match.capturedEnd();
     }

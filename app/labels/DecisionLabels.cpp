@@ -28,6 +28,26 @@ QString outcomeText(Outcome outcome) {
     return {};
 }
 
+QString actionLabel(Outcome outcome) {
+    switch (outcome) {
+    case Outcome::Kept:
+        return French::tr("Garder");
+    case Outcome::Later:
+        return French::tr("Plus tard");
+    case Outcome::Postponed:
+        return French::tr("Reporter");
+    case Outcome::Dismissed:
+        return French::tr("Pas pour moi");
+    case Outcome::Removed:
+        return French::tr("Retirer");
+    case Outcome::PutBack:
+        return French::tr("Remettre à trier");
+    case Outcome::Done:
+        return French::tr("Fait");
+    }
+    return {};
+}
+
 QString outcomeText(Worth worth) { return French::tr("%1 · Bibliothèque").arg(worthLabel(worth)); }
 
 QString worthLabel(Worth worth) {

@@ -12,6 +12,8 @@ namespace vorle {
 
 /// What happened, and where the topic is now: "Gardé · Programme", "Fait · Bibliothèque".
 QString outcomeText(Outcome outcome);
+/// What a button that takes the decision says: "Garder", "Plus tard".
+QString actionLabel(Outcome outcome);
 /// A verdict: "Pépite · Bibliothèque".
 QString outcomeText(Worth worth);
 

@@ -55,15 +55,16 @@ QString bytesText(int bytes) {
     return French::tr("%1\u00A0ko de texte").arg(decimal(amount, amount < 10 ? 2 : 3));
 }
 
-QString readingText(const Topic &topic, const std::optional<ScoreProvenance> &note) {
+QString readingText(const Topic &topic, const std::optional<ScoreProvenance> &provenance) {
     const QString level = readLevelLabel(topic.readLevel);
-    return note && note->bytesRead > 0 ? French::tr("%1, %2").arg(level, bytesText(note->bytesRead))
-                                       : level;
+    return provenance && provenance->bytesRead > 0
+               ? French::tr("%1, %2").arg(level, bytesText(provenance->bytesRead))
+               : level;
 }
 
-QString judgeText(const ScoreProvenance &note, const QDate &today, const QTimeZone &zone) {
-    const QString day = dayLabel(note.at.toTimeZone(zone).date(), today);
-    const auto agent = json::fromRaw<AgentKind>(note.agent.value_or(QString()));
+QString judgeText(const ScoreProvenance &provenance, const QDate &today, const QTimeZone &zone) {
+    const QString day = dayLabel(provenance.at.toTimeZone(zone).date(), today);
+    const auto agent = json::fromRaw<AgentKind>(provenance.agent.value_or(QString()));
     return agent ? French::tr("%1, le %2").arg(displayName(*agent), day)
                  : French::tr("le %1").arg(day);
 }
@@ -100,7 +101,7 @@ QString correctionText(const Correction &correction, const QDate &today, const Q
 
 } // namespace
 
-ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenance> &note,
+ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenance> &provenance,
                            const QDate &today, const QTimeZone &zone) {
     ScoreExplanation open;
     open.title = titleText(topic);
@@ -118,20 +119,20 @@ ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenan
         add(French::tr("Urgence"), urgencyText(*topic.urgency, today));
     }
     if (topic.readLevel) {
-        add(French::tr("Lecture"), readingText(topic, note));
+        add(French::tr("Lecture"), readingText(topic, provenance));
     }
-    if (note) {
+    if (provenance) {
         if (const auto score = judgedScore(topic)) {
             // Enough digits to see why it was rounded up or down.
-            const QString exact = decimal(note->relevance, 4);
+            const QString exact = decimal(provenance->relevance, 4);
             add(French::tr("Avant arrondi"),
                 exact == QString::number(*score)
                     ? exact
                     : French::tr("%1, arrondi à %2").arg(exact).arg(*score));
         }
-        add(French::tr("Jugé par"), judgeText(*note, today, zone));
-        add(French::tr("Réflexes"), reflexesText(note->reflexes));
-        add(French::tr("Exemples"), examplesText(note->examples));
+        add(French::tr("Jugé par"), judgeText(*provenance, today, zone));
+        add(French::tr("Réflexes"), reflexesText(provenance->reflexes));
+        add(French::tr("Exemples"), examplesText(provenance->examples));
     }
     if (topic.correction) {
         add(French::tr("Ta correction"), correctionText(*topic.correction, today, zone));

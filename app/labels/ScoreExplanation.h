@@ -32,11 +32,12 @@ struct ScoreExplanation {
     QList<Fact> facts;
 };
 
-/// @param note   what was kept when the topic was judged; nothing for one judged before notes were,
+/// @param provenance   what was kept when the topic was judged; nothing for one judged before it
+/// was,
 ///               or imported: the facts that rest on it are then left out
-/// @param today  the day the texts are read on; `zone` turns the note's moment into a day
+/// @param today  the day the texts are read on; `zone` turns its moment into a day
 /// Pure, any thread.
-ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenance> &note,
+ScoreExplanation openScore(const Topic &topic, const std::optional<ScoreProvenance> &provenance,
                            const QDate &today, const QTimeZone &zone = QTimeZone::systemTimeZone());
 
 } // namespace vorle

@@ -63,8 +63,7 @@ QString statusLabel(TopicStatus status) {
 QString dayLabel(const QDate &day, const QDate &today) {
     const QString format =
         day.year() == today.year() ? QStringLiteral("MMMM") : QStringLiteral("MMMM yyyy");
-    const QString number = day.day() == 1 ? French::tr("1er") : QString::number(day.day());
-    return number + u' ' + frenchLocale().toString(day, format);
+    return frenchDayNumber(day) + u' ' + frenchLocale().toString(day, format);
 }
 
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today) {

@@ -7,6 +7,8 @@
 #include "base/Text.h"
 #include "core/NumberText.h"
 
+#include <QDir>
+
 namespace vorle {
 
 namespace {
@@ -17,6 +19,13 @@ QString weekday(const QDate &day) { return frenchLocale().dayName(day.dayOfWeek(
 
 QString shownWords(const QString &words) { return frenchSpacing(withoutHidden(words)); }
 
+QString shownPath(const QString &path) {
+    const QString home = QDir::homePath();
+    return home.size() > 1 && (path == home || path.startsWith(home + u'/'))
+               ? u'~' + path.sliced(home.size())
+               : path;
+}
+
 QString counted(qsizetype count, const QString &one, const QString &many) {
     return QStringLiteral("%1 %2").arg(numberText(count), count < 2 ? one : many);
 }
@@ -24,6 +33,11 @@ QString counted(qsizetype count, const QString &one, const QString &many) {
 QString countedTopics(qsizetype count) {
     return count == 0 ? French::tr("Aucun sujet")
                       : counted(count, French::tr("sujet"), French::tr("sujets"));
+}
+
+QStringList radiusNames() {
+    return {French::tr("Seulement chez toi"), French::tr("Et chez tes voisins"),
+            French::tr("Jusqu’aux terres inconnues")};
 }
 
 QString timeText(const QDateTime &moment, const QTimeZone &zone) {

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 #include <QTimeZone>
 
 namespace vorle {
@@ -12,10 +13,16 @@ namespace vorle {
 /// turn the direction of what follows or hide words, and set as French sets its punctuation.
 QString shownWords(const QString &words);
 
+/// A path as it is shown, with "~" for the home.
+QString shownPath(const QString &path);
+
 /// "1 sujet", "1 430 sujets": `one` below 2, else `many`, each after the number.
 QString counted(qsizetype count, const QString &one, const QString &many);
 /// "Aucun sujet", "1 sujet", "12 sujets".
 QString countedTopics(qsizetype count);
+
+/// How far from the territory a run looks, from near to far: "Seulement chez toi".
+QStringList radiusNames();
 
 /// "8:00"
 QString timeText(const QDateTime &moment, const QTimeZone &zone);

@@ -1,5 +1,7 @@
 #include "app/models/CalibrationModel.h"
 
+#include "app/labels/CalibrationText.h"
+#include "app/labels/DecisionLabels.h"
 #include "app/labels/Wording.h"
 #include "core/Corrections.h"
 #include "core/ScoreScale.h"
@@ -8,14 +10,23 @@
 
 namespace vorle {
 
+namespace {
+
+Outcome outcomeOf(CalibrationModel::Choice choice) {
+    return choice == CalibrationModel::Keep    ? Outcome::Kept
+           : choice == CalibrationModel::Later ? Outcome::Later
+                                               : Outcome::Dismissed;
+}
+
+} // namespace
+
 CalibrationModel::CalibrationModel(Preferences &preferences, TopicStore &store,
-                                   Decisions &decisions, const Clock &clock, QObject *parent)
+                                   DecisionHistory &history, const Clock &clock, QObject *parent)
     : QObject(parent)
     , m_preferences(preferences)
     , m_store(store)
-    , m_decisions(decisions)
     , m_clock(clock)
-    , m_calibration(preferences, store, clock) {
+    , m_calibration(preferences, store, history, clock) {
     connect(&preferences, &Preferences::changed, this, &CalibrationModel::refreshSoon);
     connect(&store, &TopicStore::topicChanged, this, &CalibrationModel::refreshSoon);
     connect(&store, &TopicStore::topicsAdded, this, &CalibrationModel::refreshSoon);
@@ -62,15 +73,10 @@ QString CalibrationModel::endText() const {
     return shownWords(answered > 0 ? calibrationEnd(answered).text : calibrationNothingText());
 }
 
-QString CalibrationModel::label(Choice choice) {
-    return calibrationLabel(choice == Keep    ? Calibration::Choice::Keep
-                            : choice == Later ? Calibration::Choice::Later
-                                              : Calibration::Choice::NotForMe);
-}
+QString CalibrationModel::label(Choice choice) { return actionLabel(outcomeOf(choice)); }
 
 void CalibrationModel::begin() {
     if (m_stage == Closed) {
-        m_steps.clear();
         m_lastText.clear();
         if (!m_store.topics(TopicStatus::Inbox).isEmpty()) { // else a later run brings some
             m_calibration.begin();
@@ -89,13 +95,8 @@ void CalibrationModel::choose(Choice choice) {
     if (m_stage != Choosing) {
         return;
     }
-    const QString id = m_topic.toString(QUuid::WithoutBraces);
-    const Decisions::Taken taken = choice == Keep    ? m_decisions.keep(id)
-                                   : choice == Later ? m_decisions.later(id)
-                                                     : m_decisions.dismiss(id);
-    if (taken) {
-        m_steps.append(1);
-        m_chosen = *taken;
+    if (m_calibration.choose(m_topic, outcomeOf(choice))) {
+        m_chosen = outcomeText(outcomeOf(choice));
         m_lastText.clear();
         m_stage = Scoring;
     }
@@ -103,51 +104,30 @@ void CalibrationModel::choose(Choice choice) {
 }
 
 void CalibrationModel::give(int score) {
-    const TopicPtr topic = m_store.topic(m_topic);
     if (m_stage != Scoring) {
         return;
     }
-    m_lastText = m_chosen + u'.';
-    if (topic && score >= 0 && score <= maxScore) {
-        // Reasons given earlier stay.
-        const Correction former = topic->correction.value_or(Correction());
-        if (m_decisions.setCorrection(
-                m_topic.toString(QUuid::WithoutBraces),
-                correctionOf(score, former.tags, former.text, m_clock.now()))) {
-            ++m_steps.last();
-        }
-        if (const auto judged = judgedScore(*topic)) {
-            m_lastText +=
-                u' ' + (score == *judged ? tr("Comme moi.") : tr("J’avais mis %1.").arg(*judged));
-        }
-    }
+    const bool isScore = score >= 0 && score <= maxScore;
+    const auto judged = m_calibration.give(isScore ? std::optional(score) : std::nullopt);
+    m_lastText = m_chosen + u'.' + (judged ? u' ' + besideMineText(score, *judged) : QString());
     Q_EMIT said(m_lastText);
     askNext();
 }
 
 void CalibrationModel::takeBack() {
-    if (m_steps.isEmpty() || m_stage == Closed) {
+    const auto back = m_stage == Closed ? std::nullopt : m_calibration.takeBack();
+    if (!back) {
         return;
     }
-    // The topic of the last answer is the one that its undoing names.
-    QUuid back;
-    const auto heard = connect(&m_decisions, &Decisions::undone, this,
-                               [&back](const QString &id) { back = QUuid::fromString(id); });
-    for (int step = m_steps.takeLast(); step > 0; --step) {
-        m_decisions.undo();
-    }
-    disconnect(heard);
-    m_calibration.reopen();
     m_lastText.clear();
-    const TopicPtr topic = m_store.topic(back);
-    topic && topic->status == TopicStatus::Inbox ? askAbout(back) : askNext();
+    const TopicPtr topic = m_store.topic(*back);
+    topic && topic->status == TopicStatus::Inbox ? askAbout(*back) : askNext();
 }
 
 void CalibrationModel::leave() {
     if (m_stage != Closed) {
-        endIfOver();
+        m_calibration.leave();
         m_stage = Closed;
-        m_steps.clear();
         m_lastText.clear();
         m_topic = {};
         refresh();
@@ -156,20 +136,13 @@ void CalibrationModel::leave() {
 
 void CalibrationModel::skip() {
     leave();
-    m_calibration.skip();
+    Calibration::skip(m_preferences);
     refresh();
     Q_EMIT said(shownWords(calibrationSkippedText()));
 }
 
-/// One that nothing was answered to is not over: there was nothing to ask yet.
-void CalibrationModel::endIfOver() {
-    if (m_calibration.progress().answered > 0) {
-        m_calibration.endIfOver();
-    }
-}
-
 void CalibrationModel::askNext() {
-    endIfOver();
+    m_calibration.endIfOver();
     const TopicPtr next = m_calibration.next();
     if (next) {
         askAbout(next->id);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/models/Decisions.h"
 #include "app/models/TopicCard.h"
 #include "app/triage/Calibration.h"
 
@@ -52,7 +51,7 @@ public:
     enum Choice { Keep, Later, NotForMe };
     Q_ENUM(Choice)
 
-    CalibrationModel(Preferences &preferences, TopicStore &store, Decisions &decisions,
+    CalibrationModel(Preferences &preferences, TopicStore &store, DecisionHistory &history,
                      const Clock &clock, QObject *parent = nullptr);
 
     bool isProposed() const { return m_proposed; }
@@ -65,7 +64,7 @@ public:
     QString question() const;
     QString chosenText() const { return m_chosen; }
     QString lastText() const { return m_lastText; }
-    bool canTakeBack() const { return !m_steps.isEmpty(); }
+    bool canTakeBack() const { return m_calibration.canTakeBack(); }
     QString endTitle() const;
     QString endText() const;
 
@@ -97,12 +96,10 @@ private:
     void refreshSoon();
     void refresh();
     void askNext();
-    void endIfOver();
     void askAbout(const QUuid &topic);
 
     Preferences &m_preferences;
     TopicStore &m_store;
-    Decisions &m_decisions;
     const Clock &m_clock;
     Calibration m_calibration;
     bool m_proposed = false;
@@ -112,7 +109,6 @@ private:
     Calibration::Progress m_progress; // when the topic was first asked about
     QString m_chosen;
     QString m_lastText;
-    QList<int> m_steps; // of each answer: how many decisions it took
 };
 
 } // namespace vorle

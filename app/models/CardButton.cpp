@@ -27,18 +27,18 @@ QList<CardButton> allButtons(TopicSection section) {
     };
     switch (section) {
     case TopicSection::Inbox:
-        return {button(French::tr("Garder"), Map::Keep, true),
-                button(French::tr("Plus tard"), Map::Later),
-                button(French::tr("Pas pour moi"), Map::Dismiss)};
+        return {button(actionLabel(Outcome::Kept), Map::Keep, true),
+                button(actionLabel(Outcome::Later), Map::Later),
+                button(actionLabel(Outcome::Dismissed), Map::Dismiss)};
     case TopicSection::Program:
         return {button(French::tr("Premier pas"), Map::FirstStep, true),
-                button(French::tr("Fait"), Map::Done),
-                button(French::tr("Reporter"), Map::Postpone),
-                button(French::tr("Retirer"), Map::Remove)};
+                button(actionLabel(Outcome::Done), Map::Done),
+                button(actionLabel(Outcome::Postponed), Map::Postpone),
+                button(actionLabel(Outcome::Removed), Map::Remove)};
     case TopicSection::Reserve:
     case TopicSection::Library:
-        return {button(French::tr("Garder"), Map::Keep, true),
-                button(French::tr("Remettre à trier"), Map::BackToTriage),
+        return {button(actionLabel(Outcome::Kept), Map::Keep, true),
+                button(actionLabel(Outcome::PutBack), Map::BackToTriage),
                 worthButton(Worth::Meh, Map::WorthMeh),
                 worthButton(Worth::Useful, Map::WorthUseful),
                 worthButton(Worth::Gem, Map::WorthGem)};

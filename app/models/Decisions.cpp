@@ -8,26 +8,24 @@
 namespace vorle {
 
 Decisions::Decisions(TopicStore &store, QObject *parent)
-    : QObject(parent), m_store(store), m_history(store) {}
-
-bool Decisions::stepped(bool changed) {
-    if (changed) {
-        Q_EMIT stepsChanged();
-    }
-    return changed;
-}
-
-Decisions::Taken Decisions::told(bool taken, const QString &topicId, const QString &ghostText) {
-    if (!stepped(taken)) {
-        return std::nullopt;
-    }
-    Q_EMIT decided(identityText(QUuid::fromString(topicId)), ghostText);
-    return ghostText;
+    : QObject(parent), m_store(store), m_history(store) {
+    connect(&m_history, &DecisionHistory::stepsChanged, this, &Decisions::stepsChanged);
+    connect(&m_history, &DecisionHistory::decided, this,
+            [this](const QUuid &id, Outcome outcome, std::optional<Worth> verdict) {
+                Q_EMIT decided(identityText(id),
+                               verdict ? outcomeText(*verdict) : outcomeText(outcome));
+            });
+    connect(&m_history, &DecisionHistory::undone, this, [this](const StepResult &result) {
+        Q_EMIT undone(identityText(result.id), sentence(result));
+    });
+    connect(&m_history, &DecisionHistory::redone, this, [this](const StepResult &result) {
+        Q_EMIT redone(identityText(result.id), sentence(result));
+    });
 }
 
 Decisions::Taken Decisions::decide(const QString &topicId, Outcome outcome) {
-    return told(m_history.decide(QUuid::fromString(topicId), outcome), topicId,
-                outcomeText(outcome));
+    const bool taken = m_history.decide(QUuid::fromString(topicId), outcome);
+    return taken ? Taken(outcomeText(outcome)) : std::nullopt;
 }
 
 Decisions::Taken Decisions::keep(const QString &topicId) { return decide(topicId, Outcome::Kept); }
@@ -53,38 +51,31 @@ Decisions::Taken Decisions::backToTriage(const QString &topicId) {
 }
 
 Decisions::Taken Decisions::done(const QString &topicId, std::optional<Worth> worth) {
-    return told(m_history.finish(QUuid::fromString(topicId), worth), topicId,
-                outcomeText(Outcome::Done));
+    const bool taken = m_history.finish(QUuid::fromString(topicId), worth);
+    return taken ? Taken(outcomeText(Outcome::Done)) : std::nullopt;
 }
 
 Decisions::Taken Decisions::verdict(const QString &topicId, Worth worth) {
-    return told(m_history.judge(QUuid::fromString(topicId), worth), topicId, outcomeText(worth));
+    const bool taken = m_history.judge(QUuid::fromString(topicId), worth);
+    return taken ? Taken(outcomeText(worth)) : std::nullopt;
 }
 
 bool Decisions::setNote(const QString &topicId, const QString &note) {
-    return stepped(m_history.setNote(QUuid::fromString(topicId), note));
+    return m_history.setNote(QUuid::fromString(topicId), note);
 }
 
 bool Decisions::setCorrection(const QString &topicId, const std::optional<Correction> &correction) {
-    return stepped(m_history.setCorrection(QUuid::fromString(topicId), correction));
+    return m_history.setCorrection(QUuid::fromString(topicId), correction);
 }
 
 QString Decisions::undo() {
     const auto result = m_history.undo();
-    const QString said = result ? sentence(*result) : QString();
-    if (stepped(result.has_value())) {
-        Q_EMIT undone(identityText(result->id), said);
-    }
-    return said;
+    return result ? sentence(*result) : QString();
 }
 
 QString Decisions::redo() {
     const auto result = m_history.redo();
-    const QString said = result ? sentence(*result) : QString();
-    if (stepped(result.has_value())) {
-        Q_EMIT redone(identityText(result->id), said);
-    }
-    return said;
+    return result ? sentence(*result) : QString();
 }
 
 QString Decisions::sentence(const StepResult &result) const {

@@ -15,8 +15,6 @@ class Decisions final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
-    Q_PROPERTY(bool canUndo READ canUndo NOTIFY stepsChanged FINAL)
-    Q_PROPERTY(bool canRedo READ canRedo NOTIFY stepsChanged FINAL)
 
 public:
     explicit Decisions(TopicStore &store, QObject *parent = nullptr);
@@ -42,6 +40,9 @@ public:
     bool canUndo() const { return m_history.canUndo(); }
     bool canRedo() const { return m_history.canRedo(); }
 
+    /// Where they stand, for who decides by another way: this tells of it too.
+    DecisionHistory &history() { return m_history; }
+
     /// As DecisionHistory's. Gives a French sentence on what happened, also emitted; "" when there
     /// is nothing to take back.
     QString undo();
@@ -56,9 +57,6 @@ Q_SIGNALS:
 
 private:
     Taken decide(const QString &topicId, Outcome outcome);
-    /// Tells that a decision was taken, if it was.
-    Taken told(bool taken, const QString &topicId, const QString &ghostText);
-    bool stepped(bool changed);
     QString sentence(const StepResult &result) const;
 
     TopicStore &m_store;

@@ -97,9 +97,9 @@ void FiguresModel::work() {
                                .reports = m_parts.store.history(),
                                .weeklyMinutes = m_parts.preferences.settings().weeklyMinutes,
                                .reflexesOf = [this](const QUuid &id) -> std::optional<qsizetype> {
-                                   const auto note = m_parts.provenance.of(id);
-                                   return note ? std::optional(note->reflexes.size())
-                                               : std::nullopt;
+                                   const auto provenance = m_parts.provenance.of(id);
+                                   return provenance ? std::optional(provenance->reflexes.size())
+                                                     : std::nullopt;
                                }};
     m_first = {};
     const auto take = [this](const QDateTime &moment) {

@@ -311,8 +311,4 @@ QString KeyboardMap::openCardHint() const {
     return tr("Espace ou Échap pour réduire · après une décision, le sujet suivant s’affiche");
 }
 
-QString KeyboardMap::agentName() const { return displayName(m_agent); }
-
-QString KeyboardMap::chatName() const { return vorle::chatName(m_agent); }
-
 } // namespace vorle

@@ -54,12 +54,8 @@ class KeyboardMap final : public QObject {
     QML_UNCREATABLE("Made by the application")
     /// The sheet: a list of KeyGroup.
     Q_PROPERTY(QVariantList groups READ groups NOTIFY groupsChanged FINAL)
-    /// The line under the list of "À trier", and the one under an open card.
-    Q_PROPERTY(QString inboxHint READ inboxHint CONSTANT FINAL)
+    /// The line under an open card.
     Q_PROPERTY(QString openCardHint READ openCardHint CONSTANT FINAL)
-    /// The names that "⌘↩" speaks of: "Claude Code" and "Claude", or "Codex" and "ChatGPT".
-    Q_PROPERTY(QString agentName READ agentName NOTIFY groupsChanged FINAL)
-    Q_PROPERTY(QString chatName READ chatName NOTIFY groupsChanged FINAL)
 
 public:
     enum Action {
@@ -123,10 +119,9 @@ public:
     void setAgent(AgentKind agent);
 
     QVariantList groups() const;
+    /// The line under the list of "À trier".
     QString inboxHint() const;
     QString openCardHint() const;
-    QString agentName() const;
-    QString chatName() const;
 
     /// The sheet as values.
     static QList<KeyGroup> sheet(AgentKind agent, KeySpelling spelling);

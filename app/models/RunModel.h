@@ -37,7 +37,6 @@ class RunModel final : public QObject {
     Q_PROPERTY(QString countsText READ countsText NOTIFY progressChanged FINAL)
     /// What the agent took so far: "6 appels · 2 min 10 s · 0,31 $"; "" before the first call.
     Q_PROPERTY(QString spentText READ spentText NOTIFY spentChanged FINAL)
-    Q_PROPERTY(int candidates READ candidates NOTIFY progressChanged FINAL)
     Q_PROPERTY(int read READ read NOTIFY progressChanged FINAL)
     Q_PROPERTY(int judged READ judged NOTIFY progressChanged FINAL)
     /// After a run of this session: "12 nouveaux sujets dans « À trier »."; "" before.
@@ -94,7 +93,6 @@ public:
     double progress() const { return m_part; }
     QString countsText() const;
     QString spentText() const;
-    int candidates() const { return m_progress.candidates; }
     int read() const { return m_progress.read; }
     int judged() const { return m_progress.judged; }
     QString lastResultText() const { return m_result; }

@@ -114,9 +114,7 @@ QVariantList TopicCard::changes() const { return changesOf(*m_topic); }
 
 QString TopicCard::risks() const { return shown(m_topic->risks); }
 
-QString TopicCard::subject() const {
-    return shown(m_topic->project.value_or(text(m_topic->interest)));
-}
+QString TopicCard::subject() const { return shown(subjectOf(*m_topic)); }
 
 QString TopicCard::facts() const {
     if (topicId().isEmpty()) {

@@ -1,5 +1,7 @@
 #include "app/models/TopicListModel.h"
 
+#include "app/labels/SectionLabels.h"
+
 #include <algorithm>
 #include <limits>
 

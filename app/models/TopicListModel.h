@@ -27,8 +27,6 @@ class TopicListModel final : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
     /// The minutes of all rows together.
     Q_PROPERTY(int minutes READ minutes NOTIFY minutesChanged FINAL)
-    /// Of the reserve: how many rows have moved. Always 0 elsewhere.
-    Q_PROPERTY(int movedCount READ movedCount NOTIFY movedCountChanged FINAL)
 
 public:
     enum Role {
@@ -48,6 +46,7 @@ public:
     sections::Section section() const { return m_section; }
     int count() const { return static_cast<int>(m_rows.size()); }
     int minutes() const;
+    /// Of the reserve: how many rows have moved. Always 0 elsewhere.
     int movedCount() const { return m_movedCount; }
 
     /// The row of the topic, or -1.

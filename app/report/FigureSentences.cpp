@@ -42,10 +42,7 @@ QString capital(QString text) {
     return text;
 }
 
-QString number(double value) {
-    const double tenths = std::round(value * 10) / 10;
-    return frenchLocale().toString(tenths, 'f', tenths == std::floor(tenths) ? 0 : 1);
-}
+QString number(double value) { return tenthsText(std::round(value * 10) / 10); }
 
 /// How often, in tenths: "jamais", "1 fois sur 10", "toujours". Behind no verb: see keptText().
 QString oftenText(int times, int of) {

@@ -31,70 +31,94 @@ QString table(const QStringList &heads, const QList<QStringList> &rows) {
     return lines.join(u'\n');
 }
 
+/// A chart in words and figures: its sentence, and its table where there is anything to count.
+QString chart(const QString &sentence, const QStringList &heads, const QList<QStringList> &rows) {
+    const QString title = QStringLiteral("## ") + sentence;
+    return rows.isEmpty() ? title : title + QStringLiteral("\n\n") + table(heads, rows);
+}
+
+QString foundChart(const WatchFigures &figures, const ReportPeriod &period, const QTimeZone &zone) {
+    QList<QStringList> rows;
+    for (qsizetype i = 0; i < figures.parts.size(); ++i) {
+        const auto &part = figures.parts[i];
+        rows += QStringList{partLabel(period, i, zone), numberText(part.found),
+                            numberText(part.kept), numberText(part.done)};
+    }
+    return chart(
+        foundSentence(figures),
+        {French::tr("Période"), French::tr("trouvés"), French::tr("gardés"), French::tr("faits")},
+        rows);
+}
+
+QString timeChart(const WatchFigures &figures, const ReportPeriod &period, const QTimeZone &zone) {
+    QList<QStringList> rows;
+    for (qsizetype i = 0; i < figures.parts.size(); ++i) {
+        rows += QStringList{partLabel(period, i, zone), durationText(figures.parts[i].minutes)};
+    }
+    return chart(timeSentence(figures), {French::tr("Période"), French::tr("temps fait")}, rows);
+}
+
+QString scoresChart(const WatchFigures &figures) {
+    QList<QStringList> rows;
+    for (const auto &score : figures.scores) {
+        rows += QStringList{numberText(score.score), numberText(score.kept),
+                            numberText(score.later), numberText(score.dismissed)};
+    }
+    return chart(
+        scoresSentence(figures),
+        {French::tr("Note"), French::tr("gardés"), French::tr("plus tard"), French::tr("écartés")},
+        rows);
+}
+
+QString sourcesChart(const WatchFigures &figures) {
+    QList<QStringList> rows;
+    for (const auto &source : figures.sources) {
+        rows += QStringList{cell(source.name), numberText(source.found), numberText(source.kept)};
+    }
+    return chart(sourcesSentence(figures),
+                 {French::tr("D’où"), French::tr("trouvés"), French::tr("gardés")}, rows);
+}
+
+QString runsChart(const WatchFigures &figures, const QDateTime &now, const QTimeZone &zone) {
+    QList<QStringList> rows;
+    for (const auto &run : figures.runs) {
+        rows += QStringList{dayText(run.date, now, zone), numberText(run.added),
+                            spentText(run.calls, run.seconds, run.costUSD)};
+    }
+    return chart(runsSentence(figures),
+                 {French::tr("Fouille"), French::tr("sujets"), French::tr("ce qu’elle a pris")},
+                 rows);
+}
+
+QString stepsTable(const WatchFigures &figures) {
+    QList<QStringList> rows;
+    for (const StepReport &step : figures.steps) {
+        rows += QStringList{stepName(step.step), numberText(step.calls), secondsText(step.seconds),
+                            step.costUSD > 0 ? costText(step.costUSD) : QString()};
+    }
+    return rows.isEmpty() ? QString()
+                          : table({French::tr("Étape"), French::tr("appels"), French::tr("temps"),
+                                   French::tr("coût")},
+                                  rows);
+}
+
 } // namespace
 
 QString reportMarkdown(const WatchFigures &figures, const ReportPeriod &period,
                        const QDateTime &now, const QTimeZone &zone) {
-    QStringList blocks{
-        QStringLiteral("# ") + French::tr("Bilan · %1").arg(rangeText(period, now, zone)),
-        countsText(figures), durationText(figures.minutes) + u' ' + budgetText(figures)};
-    const auto chart = [&](const QString &sentence, const QStringList &heads,
-                           const QList<QStringList> &rows) {
-        blocks += QStringLiteral("## ") + sentence;
-        if (!rows.isEmpty()) {
-            blocks += table(heads, rows);
-        }
-    };
-    QList<QStringList> parts;
-    QList<QStringList> times;
-    for (qsizetype i = 0; i < figures.parts.size(); ++i) {
-        const auto &part = figures.parts[i];
-        const QString name = partLabel(period, i, zone);
-        parts +=
-            QStringList{name, numberText(part.found), numberText(part.kept), numberText(part.done)};
-        times += QStringList{name, durationText(part.minutes)};
-    }
-    chart(foundSentence(figures),
-          {French::tr("Période"), French::tr("trouvés"), French::tr("gardés"), French::tr("faits")},
-          parts);
-    chart(timeSentence(figures), {French::tr("Période"), French::tr("temps fait")}, times);
-    QList<QStringList> scores;
-    for (const auto &score : figures.scores) {
-        scores += QStringList{numberText(score.score), numberText(score.kept),
-                              numberText(score.later), numberText(score.dismissed)};
-    }
-    chart(
-        scoresSentence(figures),
-        {French::tr("Note"), French::tr("gardés"), French::tr("plus tard"), French::tr("écartés")},
-        scores);
-    blocks += correctionsSentence(figures);
-    if (const QString reflexes = reflexesSentence(figures); !reflexes.isEmpty()) {
-        blocks += reflexes;
-    }
-    QList<QStringList> sources;
-    for (const auto &source : figures.sources) {
-        sources +=
-            QStringList{cell(source.name), numberText(source.found), numberText(source.kept)};
-    }
-    chart(sourcesSentence(figures),
-          {French::tr("D’où"), French::tr("trouvés"), French::tr("gardés")}, sources);
-    QList<QStringList> runs;
-    for (const auto &run : figures.runs) {
-        runs += QStringList{dayText(run.date, now, zone), numberText(run.added),
-                            spentText(run.calls, run.seconds, run.costUSD)};
-    }
-    chart(runsSentence(figures),
-          {French::tr("Fouille"), French::tr("sujets"), French::tr("ce qu’elle a pris")}, runs);
-    QList<QStringList> steps;
-    for (const StepReport &step : figures.steps) {
-        steps += QStringList{stepName(step.step), numberText(step.calls), secondsText(step.seconds),
-                             step.costUSD > 0 ? costText(step.costUSD) : QString()};
-    }
-    if (!steps.isEmpty()) {
-        blocks += table(
-            {French::tr("Étape"), French::tr("appels"), French::tr("temps"), French::tr("coût")},
-            steps);
-    }
+    QStringList blocks{QStringLiteral("# ") +
+                           French::tr("Bilan · %1").arg(rangeText(period, now, zone)),
+                       countsText(figures),
+                       durationText(figures.minutes) + u' ' + budgetText(figures),
+                       foundChart(figures, period, zone),
+                       timeChart(figures, period, zone),
+                       scoresChart(figures),
+                       correctionsSentence(figures),
+                       reflexesSentence(figures),
+                       sourcesChart(figures),
+                       runsChart(figures, now, zone),
+                       stepsTable(figures)};
+    blocks.removeAll(QString()); // what there is nothing to say of
     return blocks.join(QStringLiteral("\n\n")) + u'\n';
 }
 

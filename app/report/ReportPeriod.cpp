@@ -17,16 +17,13 @@ Period between(const QDate &first, const QDate &end, const QTimeZone &zone) {
     return {first.startOfDay(zone), end.startOfDay(zone)};
 }
 
-QString dayNumber(const QDate &day) {
-    return day.day() == 1 ? French::tr("1er") : QString::number(day.day());
-}
-
 } // namespace
 
 QString shortDay(const QDate &day, int year) {
     const QString format =
         day.year() == year ? QStringLiteral(" MMM") : QStringLiteral(" MMM yyyy");
-    return QString(dayNumber(day) + frenchLocale().toString(day, format)).replace(u' ', u'\u00A0');
+    return QString(frenchDayNumber(day) + frenchLocale().toString(day, format))
+        .replace(u' ', u'\u00A0');
 }
 
 qsizetype ReportPeriod::partOf(const QDateTime &moment) const {
@@ -70,15 +67,16 @@ QString rangeText(const ReportPeriod &period, const QDateTime &now, const QTimeZ
         return end;
     }
     const bool together = first.month() == last.month() && first.year() == last.year();
-    return (together ? dayNumber(first) : shortDay(first, today.year())) + QStringLiteral(" – ") +
-           end;
+    return (together ? frenchDayNumber(first) : shortDay(first, today.year())) +
+           QStringLiteral(" – ") + end;
 }
 
 QString partLabel(const ReportPeriod &period, qsizetype part, const QTimeZone &zone) {
     const QDate day = period.parts[part].begin.toTimeZone(zone).date();
     switch (period.kind) {
     case PeriodKind::Week:
-        return frenchLocale().toString(day, QStringLiteral("ddd")) + u'\u00A0' + dayNumber(day);
+        return frenchLocale().toString(day, QStringLiteral("ddd")) + u'\u00A0' +
+               frenchDayNumber(day);
     case PeriodKind::Month:
         return shortDay(day, day.year());
     case PeriodKind::Year:

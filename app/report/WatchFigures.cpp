@@ -119,10 +119,10 @@ public:
         for (const TopicPtr &topic : m_records.topics) {
             if (topic->foundAt.isValid() && topic->status != TopicStatus::Pending) {
                 m_first = m_first.isValid() ? std::min(m_first, topic->foundAt) : topic->foundAt;
-                noteFound(*topic);
+                countFound(*topic);
             }
-            noteDone(*topic);
-            noteCorrection(*topic);
+            countDone(*topic);
+            countCorrection(*topic);
         }
         for (auto score = m_scores.cbegin(); score != m_scores.cend(); ++score) {
             if (score->decided() > 0) {
@@ -137,7 +137,7 @@ public:
     }
 
 private:
-    void noteFound(const Topic &topic) {
+    void countFound(const Topic &topic) {
         const qsizetype part = m_period.partOf(topic.foundAt);
         if (part < 0) {
             return;
@@ -154,11 +154,11 @@ private:
             auto &column = m_scores[*score];
             column.score = *score;
             count(column, topic.status);
-            noteAgreement(topic, *score);
+            countAgreement(topic, *score);
         }
     }
 
-    void noteAgreement(const Topic &topic, int score) {
+    void countAgreement(const Topic &topic, int score) {
         const bool kept = topic.status == TopicStatus::Program || topic.status == TopicStatus::Done;
         const auto reflexes = m_records.reflexesOf ? m_records.reflexesOf(topic.id) : std::nullopt;
         if (!reflexes || (!kept && topic.status != TopicStatus::Dismissed)) {
@@ -169,7 +169,7 @@ private:
         agreement.right += kept == (score >= goodScore) ? 1 : 0;
     }
 
-    void noteDone(const Topic &topic) {
+    void countDone(const Topic &topic) {
         if (topic.status != TopicStatus::Done || !topic.doneAt) {
             return;
         }
@@ -188,7 +188,7 @@ private:
         m_figures.meh += topic.worth == Worth::Meh ? 1 : 0;
     }
 
-    void noteCorrection(const Topic &topic) {
+    void countCorrection(const Topic &topic) {
         const auto judged = judgedScore(topic);
         if (!topic.correction || !judged || !m_period.whole.contains(topic.correction->at)) {
             return;

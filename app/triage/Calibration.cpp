@@ -1,6 +1,6 @@
 #include "app/triage/Calibration.h"
 
-#include "base/French.h"
+#include "core/Corrections.h"
 #include "core/ScoreScale.h"
 
 #include <QHash>
@@ -60,8 +60,9 @@ QList<TopicPtr> variedTopics(const QList<TopicPtr> &candidates, qsizetype count,
     return chosen;
 }
 
-Calibration::Calibration(Preferences &preferences, TopicStore &store, const Clock &clock)
-    : m_preferences(preferences), m_store(store), m_clock(clock) {}
+Calibration::Calibration(Preferences &preferences, TopicStore &store, DecisionHistory &history,
+                         const Clock &clock)
+    : m_preferences(preferences), m_store(store), m_history(history), m_clock(clock) {}
 
 void Calibration::expect(Preferences &preferences) {
     preferences.change(&Settings::calibrated, false);
@@ -82,13 +83,14 @@ bool Calibration::isUnderWay() const {
 
 void Calibration::begin() {
     if (isUnderWay()) {
-        endIfOver();
+        leave();
     } else {
         beginAgain();
     }
 }
 
 void Calibration::beginAgain() {
+    m_answers.clear();
     // Kept to the second, as decisions are in the topics file.
     const QDateTime now = m_clock.now();
     m_preferences.change(&Settings::calibrationStart,
@@ -96,7 +98,9 @@ void Calibration::beginAgain() {
     m_preferences.change(&Settings::calibrated, false);
 }
 
-void Calibration::skip() { m_preferences.change(&Settings::calibrated, true); }
+void Calibration::skip(Preferences &preferences) {
+    preferences.change(&Settings::calibrated, true);
+}
 
 QList<TopicPtr> Calibration::decidedSinceStart() const {
     const auto &start = m_preferences.settings().calibrationStart;
@@ -123,98 +127,52 @@ TopicPtr Calibration::next() const {
     return variedTopics(m_store.topics(TopicStatus::Inbox), 1, decided).value(0);
 }
 
-std::optional<Calibration::Answer> Calibration::answer(const QUuid &topic, Choice choice,
-                                                       std::optional<int> score) {
-    const TopicPtr present = m_store.topic(topic);
-    const auto before = m_store.triageState(topic);
-    if (!present || !before) {
-        return std::nullopt;
+bool Calibration::choose(const QUuid &topic, Outcome outcome) {
+    if (!m_history.decide(topic, outcome)) {
+        return false;
     }
-    const Answer taken{topic, *before, present->correction};
-    switch (choice) {
-    case Choice::Keep:
-        m_store.keep(topic);
-        break;
-    case Choice::Later:
-        m_store.postpone(topic);
-        break;
-    case Choice::NotForMe:
-        m_store.dismiss(topic);
-        break;
-    }
-    if (score) {
+    m_answers.append({topic, 1});
+    return true;
+}
+
+std::optional<int> Calibration::give(std::optional<int> score) {
+    const TopicPtr topic = m_answers.isEmpty() ? nullptr : m_store.topic(m_answers.last().topic);
+    std::optional<int> judged;
+    if (topic && score) {
         // Reasons given earlier stay.
-        const Correction former = present->correction.value_or(Correction());
-        m_store.setCorrection(topic, correctionOf(*score, former.tags, former.text, m_clock.now()));
+        const Correction former = topic->correction.value_or(Correction());
+        if (m_history.setCorrection(
+                topic->id, correctionOf(*score, former.tags, former.text, m_clock.now()))) {
+            ++m_answers.last().steps;
+        }
+        judged = judgedScore(*topic);
     }
     endIfOver();
-    return taken;
+    return judged;
 }
 
-void Calibration::takeBack(const Answer &answer) {
-    m_store.restore(answer.topic, answer.before);
-    m_store.setCorrection(answer.topic, answer.correction);
-    reopen();
+std::optional<QUuid> Calibration::takeBack() {
+    if (m_answers.isEmpty()) {
+        return std::nullopt;
+    }
+    const Answer answer = m_answers.takeLast();
+    for (int step = 0; step < answer.steps; ++step) {
+        m_history.undo();
+    }
+    m_preferences.change(&Settings::calibrated, false);
+    return answer.topic;
 }
 
-void Calibration::reopen() { m_preferences.change(&Settings::calibrated, false); }
+void Calibration::leave() {
+    endIfOver();
+    m_answers.clear();
+}
 
 void Calibration::endIfOver() {
     const Progress now = progress();
-    if (now.answered >= now.total) {
+    if (now.answered > 0 && now.answered >= now.total) {
         m_preferences.change(&Settings::calibrated, true);
     }
-}
-
-CalibrationText calibrationInvitation(qsizetype total) {
-    return {French::tr("Apprends-moi tes goûts"),
-            total == 1 ? French::tr("Trie un sujet et dis-moi la note que tu lui aurais donnée. "
-                                    "Mes prochaines notes en tiendront compte.")
-                       : French::tr("Trie %1 sujets variés et dis-moi la note que tu leur "
-                                    "aurais donnée. Mes prochaines notes en tiendront compte.")
-                             .arg(total)};
-}
-
-QString calibrationQuestion() { return French::tr("Qu’est-ce que tu en fais\u00A0?"); }
-
-QString calibrationScoreQuestion() {
-    return French::tr("Quelle note lui aurais-tu donnée, de 0 à 10\u00A0?");
-}
-
-QString calibrationLabel(Calibration::Choice choice) {
-    switch (choice) {
-    case Calibration::Choice::Keep:
-        return French::tr("Garder");
-    case Calibration::Choice::Later:
-        return French::tr("Plus tard");
-    case Calibration::Choice::NotForMe:
-        break;
-    }
-    return French::tr("Pas pour moi");
-}
-
-QString calibrationPosition(const Calibration::Progress &progress) {
-    return French::tr("%1 sur %2")
-        .arg(std::min(progress.answered + 1, progress.total))
-        .arg(progress.total);
-}
-
-CalibrationText calibrationEnd(qsizetype answered) {
-    return {French::tr("C’est noté"),
-            answered < Calibration::wanted
-                ? French::tr("Il n’y a plus rien à trier pour l’instant. Tes réponses "
-                             "guideront déjà la prochaine fouille.")
-                : French::tr("Tes réponses guideront la prochaine fouille, et chaque tri que "
-                             "tu feras ensuite affinera mes notes.")};
-}
-
-QString calibrationNothingText() {
-    return French::tr("Rien à trier pour l’instant\u00A0: il me faut d’abord une fouille.");
-}
-
-QString calibrationSkippedText() {
-    return French::tr("Entendu, j’apprendrai de tes tris au fil de l’eau. Tu peux le faire "
-                      "plus tard, quand tu veux.");
 }
 
 } // namespace vorle

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "core/Corrections.h"
+#include "app/triage/DecisionHistory.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
 
 #include <QList>
-#include <QString>
 
 #include <optional>
 
@@ -24,27 +23,20 @@ QList<TopicPtr> variedTopics(const QList<TopicPtr> &candidates, qsizetype count,
 ///
 /// Nothing is kept but the settings `calibrated` and `calibrationStart` and the decisions
 /// themselves: a decision taken since the start counts wherever it was taken, so that it can be
-/// left and gone on with at any moment. Main thread; what it is given must outlive it.
+/// left and gone on with at any moment. What is answered goes into the history that it is given, as
+/// any decision. Main thread; what it is given must outlive it.
 class Calibration {
 public:
-    enum class Choice { Keep, Later, NotForMe };
-
     struct Progress {
         qsizetype answered = 0;
         qsizetype total = 0; ///< 10, or fewer when there are not that many
         bool operator==(const Progress &) const = default;
     };
 
-    /// What one answer changed, to be taken back.
-    struct Answer {
-        QUuid topic;
-        TopicStore::TriageState before;
-        std::optional<Correction> correction;
-    };
-
     static constexpr qsizetype wanted = 10;
 
-    Calibration(Preferences &preferences, TopicStore &store, const Clock &clock);
+    Calibration(Preferences &preferences, TopicStore &store, DecisionHistory &history,
+                const Clock &clock);
 
     /// Has onboarding ask for a calibration: to be called when it ends, before `onboarded` is set,
     /// which alone would read as "calibrated long ago".
@@ -56,56 +48,49 @@ public:
     /// Begun and neither finished nor skipped.
     bool isUnderWay() const;
 
-    /// Begins, or goes on with one that was left. One that cannot ask anything any more is over.
+    /// Begins, or goes on with one that was left. One that cannot ask anything any more is over,
+    /// unless nothing was answered: there was nothing to ask yet.
     void begin();
     /// Begins anew, whatever was answered.
     void beginAgain();
     /// Never proposed again, unless it is taken again.
-    void skip();
+    static void skip(Preferences &preferences);
+    /// Leaves it where it is; what was decided stands, and is not taken back here any more.
+    void leave();
+
+    /// Ends it where something was answered and nothing is left to ask: decided elsewhere, say.
+    void endIfOver();
 
     Progress progress() const;
     /// The next topic to ask about; nothing when all was asked, or before the beginning.
     TopicPtr next() const;
 
-    /// Takes an answer; the score is the one the user would have given. The last one ends the
-    /// calibration. Nothing, and nothing changed, when there is no such topic.
-    std::optional<Answer> answer(const QUuid &topic, Choice choice,
-                                 std::optional<int> score = std::nullopt);
-    /// Puts back what an answer changed, and goes on from there.
-    void takeBack(const Answer &answer);
+    /// Takes the first half of an answer: what becomes of the topic. False, and nothing changed,
+    /// when there is no such topic.
+    bool choose(const QUuid &topic, Outcome outcome);
+    /// Takes the other half: the score, 0 to 10, that the person would have given the topic chosen
+    /// last; reasons they gave earlier stay. Nothing for none. The last answer ends the
+    /// calibration. Gives the app's own score of the topic, where there are both to compare.
+    std::optional<int> give(std::optional<int> score);
 
-    // For who decides by another way, as the window does, which keeps what it did for its undo:
-    /// Ends it where nothing is left to ask.
-    void endIfOver();
-    /// Goes on after its end: an answer was taken back.
-    void reopen();
+    bool canTakeBack() const { return !m_answers.isEmpty(); }
+    /// Takes the last answer back, or the half of it that was given, and goes on from there. Gives
+    /// its topic; nothing where there is none to take back.
+    std::optional<QUuid> takeBack();
 
 private:
+    struct Answer {
+        QUuid topic;
+        int steps = 0; ///< how many of the history's it took
+    };
+
     QList<TopicPtr> decidedSinceStart() const;
 
     Preferences &m_preferences;
     TopicStore &m_store;
+    DecisionHistory &m_history;
     const Clock &m_clock;
+    QList<Answer> m_answers; // since it was begun, or gone on with, here
 };
-
-/// What calibration says, in French.
-struct CalibrationText {
-    QString title;
-    QString text;
-};
-/// What proposes it: `total` topics are going to be asked about.
-CalibrationText calibrationInvitation(qsizetype total);
-/// The question under a topic, and the one about its score.
-QString calibrationQuestion();
-QString calibrationScoreQuestion();
-/// "Garder", "Plus tard", "Pas pour moi".
-QString calibrationLabel(Calibration::Choice choice);
-/// "3 sur 10": the place of the topic that is asked about.
-QString calibrationPosition(const Calibration::Progress &progress);
-/// What is said once it is over, with how many were answered; when nothing is there to ask; when
-/// it was skipped.
-CalibrationText calibrationEnd(qsizetype answered);
-QString calibrationNothingText();
-QString calibrationSkippedText();
 
 } // namespace vorle

@@ -6,7 +6,7 @@ namespace vorle {
 
 /// Carries a decision out and keeps what it changed; one that changes nothing leaves no step.
 template <class Act>
-bool DecisionHistory::carryOut(const QUuid &id, Act act) {
+bool DecisionHistory::carryOut(const QUuid &id, const Decided &decision, Act act) {
     const auto before = m_store.triageState(id);
     if (!before || !act()) {
         return false;
@@ -14,6 +14,8 @@ bool DecisionHistory::carryOut(const QUuid &id, Act act) {
     if (const auto after = m_store.triageState(id)) {
         keepStep({id, *before, *after});
     }
+    Q_EMIT stepsChanged();
+    Q_EMIT decided(id, decision.outcome, decision.verdict);
     return true;
 }
 
@@ -25,7 +27,7 @@ void DecisionHistory::keepStep(Step step) {
 }
 
 bool DecisionHistory::decide(const QUuid &id, Outcome outcome) {
-    return carryOut(id, [&] {
+    return carryOut(id, {outcome}, [&] {
         switch (outcome) {
         case Outcome::Kept:
             return m_store.keep(id);
@@ -45,11 +47,11 @@ bool DecisionHistory::decide(const QUuid &id, Outcome outcome) {
 }
 
 bool DecisionHistory::finish(const QUuid &id, std::optional<Worth> worth) {
-    return carryOut(id, [&] { return m_store.markDone(id, worth); });
+    return carryOut(id, {Outcome::Done}, [&] { return m_store.markDone(id, worth); });
 }
 
 bool DecisionHistory::judge(const QUuid &id, Worth worth) {
-    return carryOut(id, [&] { return m_store.judgeWorth(id, worth); });
+    return carryOut(id, {Outcome::Done, worth}, [&] { return m_store.judgeWorth(id, worth); });
 }
 
 bool DecisionHistory::setNote(const QUuid &id, const QString &note) {
@@ -58,6 +60,7 @@ bool DecisionHistory::setNote(const QUuid &id, const QString &note) {
         return false;
     }
     keepStep({id, before->note, m_store.topic(id)->note});
+    Q_EMIT stepsChanged();
     return true;
 }
 
@@ -67,6 +70,7 @@ bool DecisionHistory::setCorrection(const QUuid &id, const std::optional<Correct
         return false;
     }
     keepStep({id, before->correction, correction});
+    Q_EMIT stepsChanged();
     return true;
 }
 
@@ -94,9 +98,23 @@ bool DecisionHistory::put(const QUuid &id, const Side &side) {
     return m_store.setNote(id, std::get<Note>(side).value_or(QString()));
 }
 
-std::optional<StepResult> DecisionHistory::undo() { return step(m_done, m_undone, true); }
+std::optional<StepResult> DecisionHistory::undo() {
+    const auto result = step(m_done, m_undone, true);
+    if (result) {
+        Q_EMIT stepsChanged();
+        Q_EMIT undone(*result);
+    }
+    return result;
+}
 
-std::optional<StepResult> DecisionHistory::redo() { return step(m_undone, m_done, false); }
+std::optional<StepResult> DecisionHistory::redo() {
+    const auto result = step(m_undone, m_done, false);
+    if (result) {
+        Q_EMIT stepsChanged();
+        Q_EMIT redone(*result);
+    }
+    return result;
+}
 
 std::optional<StepResult> DecisionHistory::step(QList<Step> &from, QList<Step> &to, bool back) {
     using What = StepResult::What;

@@ -3,6 +3,7 @@
 #include "core/TopicStore.h"
 
 #include <QList>
+#include <QObject>
 #include <QUuid>
 
 #include <optional>
@@ -43,10 +44,14 @@ struct StepResult {
 };
 
 /// Takes the user's decisions on topics, their scores and their notes, and takes them back in the
-/// order they came: as many as were taken since it was made. Main thread; the store outlives it.
-class DecisionHistory {
+/// order they came: as many as were taken since it was made; and tells of each, whoever had it
+/// taken. Main thread; the store outlives it.
+class DecisionHistory final : public QObject {
+    Q_OBJECT
+
 public:
-    explicit DecisionHistory(TopicStore &store) : m_store(store) {}
+    explicit DecisionHistory(TopicStore &store, QObject *parent = nullptr)
+        : QObject(parent), m_store(store) {}
 
     /// Each gives false, and keeps no step, when the store knows no such topic or refuses (see
     /// refusal()).
@@ -69,6 +74,14 @@ public:
     std::optional<StepResult> undo();
     std::optional<StepResult> redo();
 
+Q_SIGNALS:
+    /// A decision was taken; the verdict where it is one.
+    void decided(const QUuid &id, vorle::Outcome outcome, std::optional<vorle::Worth> verdict);
+    void undone(const vorle::StepResult &result);
+    void redone(const vorle::StepResult &result);
+    /// There is another step to take back, or to take again.
+    void stepsChanged();
+
 private:
     using Own = std::optional<Correction>; ///< the user's own score
     using Note = std::optional<QString>;
@@ -80,8 +93,13 @@ private:
         Side after;
     };
 
+    struct Decided {
+        Outcome outcome = Outcome::Done;
+        std::optional<Worth> verdict = {};
+    };
+
     template <class Act>
-    bool carryOut(const QUuid &id, Act act);
+    bool carryOut(const QUuid &id, const Decided &decision, Act act);
     void keepStep(Step step);
     bool isAt(const QUuid &id, const Side &side) const;
     bool put(const QUuid &id, const Side &side);

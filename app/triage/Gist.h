@@ -11,4 +11,9 @@ inline QString gistOf(const Topic &topic) {
     return gist.isEmpty() ? topic.summary : gist;
 }
 
+/// What a topic belongs to: its project, else the interest it answers; "" for neither.
+inline QString subjectOf(const Topic &topic) {
+    return topic.project.value_or(topic.interest.value_or(QString()));
+}
+
 } // namespace vorle

@@ -22,7 +22,7 @@ QByteArray gistText(const Topic &topic) {
         .toUtf8();
 }
 
-QByteArray ownText(const Topic &topic) {
+QByteArray writtenText(const Topic &topic) {
     QStringList parts{topic.note.value_or(QString())};
     if (topic.brief) {
         for (const auto *list : {&topic.brief->essentials, &topic.brief->details}) {
@@ -110,7 +110,7 @@ QByteArray searchText(const Topic &topic, SearchEntry::Field field) {
     case SearchEntry::Gist:
         return gistText(topic);
     case SearchEntry::Notes:
-        return ownText(topic);
+        return writtenText(topic);
     case SearchEntry::Seen:
     case SearchEntry::FieldCount:
         break;

@@ -1,8 +1,6 @@
 #include "app/triage/SectionOrder.h"
 
-#include "base/French.h"
-#include "base/FrenchLocale.h"
-#include "core/WeekProgram.h"
+#include "core/TopicOrder.h"
 
 #include <algorithm>
 
@@ -42,16 +40,6 @@ bool sooner(TopicSection section, const PlacedTopic &a, const PlacedTopic &b) {
         return latestDoneFirst(*a.topic, *b.topic);
     }
     return false;
-}
-
-QString monthHeading(const std::optional<QDateTime> &moment) {
-    if (!moment) {
-        return {};
-    }
-    QString month =
-        frenchLocale().toString(moment->toLocalTime().date(), QStringLiteral("MMMM yyyy"));
-    month[0] = month[0].toUpper();
-    return month;
 }
 
 } // namespace
@@ -95,21 +83,6 @@ QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
     std::ranges::stable_sort(
         topics, [&](const PlacedTopic &a, const PlacedTopic &b) { return sooner(section, a, b); });
     return topics;
-}
-
-QString headingOf(TopicSection section, const PlacedTopic &placed) {
-    switch (section) {
-    case TopicSection::Inbox:
-        return isBeingRead(*placed.topic) ? French::tr("En cours de lecture")
-                                          : tierLabel(placed.tier);
-    case TopicSection::Program:
-        return placed.waits ? waitingHeading() : tierLabel(placed.tier);
-    case TopicSection::Reserve:
-        return placed.moved ? French::tr("Ils ont bougé") : QString();
-    case TopicSection::Library:
-        return monthHeading(placed.topic->doneAt);
-    }
-    return {};
 }
 
 } // namespace vorle

@@ -37,8 +37,4 @@ bool standsBefore(TopicSection section, const PlacedTopic &a, const PlacedTopic 
 QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
                            const TopicStore &store);
 
-/// The heading a topic stands under, the same for neighbours in its section's order: its tier,
-/// "En cours de lecture", "Ils ont bougé", "Novembre 2026"; "" where there is none.
-QString headingOf(TopicSection section, const PlacedTopic &placed);
-
 } // namespace vorle

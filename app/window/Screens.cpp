@@ -1,9 +1,8 @@
 #include "app/window/Screens.h"
 
+#include "app/labels/Wording.h"
 #include "platform/FileReveal.h"
 #include "platform/Pasteboard.h"
-
-#include <QDir>
 
 namespace vorle {
 
@@ -33,11 +32,7 @@ TransferModel *Screens::transfer() {
     return m_transfer.get();
 }
 
-QString Screens::topicsPath() const {
-    const QString home = QDir::homePath() + u'/';
-    const QString path = m_parts.store.file();
-    return path.startsWith(home) ? QStringLiteral("~/") + path.sliced(home.size()) : path;
-}
+QString Screens::topicsPath() const { return shownPath(m_parts.store.file()); }
 
 QString Screens::revealLabel() const { return m_parts.reveal.label(); }
 

@@ -30,18 +30,29 @@ bool guardsPersonalFolders() { return QSysInfo::kernelType() == u"darwin"; }
 
 } // namespace
 
-Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
-    TopicStore &store = parts.store;
-    Preferences &preferences = parts.preferences;
-    const Clock &clock = parts.clock;
+Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(std::move(parts)) {
+    makeTopicModels();
+    makeOtherModels();
+    follow(m_parts.capture);
+    follow(m_parts.briefs);
+    followStores();
+    // Links that still wait from another day, once the window is there.
+    QMetaObject::invokeMethod(this, [this] { m_parts.capture.resume(); }, Qt::QueuedConnection);
+    tellFound();
+}
+
+void Shell::makeTopicModels() {
+    TopicStore &store = m_parts.store;
+    Preferences &preferences = m_parts.preferences;
+    const Clock &clock = m_parts.clock;
     m_inbox = std::make_unique<TopicListModel>(store, Section::Inbox, clock);
     m_program = std::make_unique<TopicListModel>(store, Section::Program, clock);
     m_reserve = std::make_unique<TopicListModel>(store, Section::Reserve, clock);
-    m_reserve->observe(parts.engine.finds());
+    m_reserve->observe(m_parts.rediscoveries);
     m_library = std::make_unique<TopicListModel>(store, Section::Library, clock);
     m_decisions = std::make_unique<Decisions>(store);
-    m_keyboard = std::make_unique<KeyboardMap>(parts.agents.choose());
-    m_run = std::make_unique<RunModel>(parts.engine, preferences, store, clock);
+    m_keyboard = std::make_unique<KeyboardMap>(m_parts.agents.choose());
+    m_run = std::make_unique<RunModel>(m_parts.engine, preferences, store, clock);
     m_budget = std::make_unique<ProgramBudget>(store, preferences, clock, *m_program);
     m_sections = std::make_unique<Sections>(Sections::Parts{
         *m_inbox, *m_program, *m_reserve, *m_library, *m_budget, *m_run, preferences, clock});
@@ -50,38 +61,44 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     connect(m_actions.get(), &TopicActions::firstStepAsked, this, &Shell::firstStep);
     connect(m_actions.get(), &TopicActions::readingAsked, this, &Shell::retry);
     m_search = std::make_unique<TopicSearch>(store);
+    m_page = std::make_unique<TopicPage>(store, m_parts.provenance, m_parts.briefs, clock);
+}
+
+void Shell::makeOtherModels() {
+    TopicStore &store = m_parts.store;
+    Preferences &preferences = m_parts.preferences;
+    const Clock &clock = m_parts.clock;
     m_territory = std::make_unique<TerritoryModel>(TerritoryParts{
-        preferences, store, parts.asker, parts.feeds, parts.files, clock, parts.apps});
+        preferences, store, m_parts.asker, m_parts.feeds, m_parts.files, clock, m_parts.apps});
     m_settings = std::make_unique<SettingsModel>(preferences);
-    m_agentStates = std::make_unique<AgentStates>(parts.agents, preferences);
+    m_agentStates = std::make_unique<AgentStates>(m_parts.agents, preferences);
     m_onboarding = std::make_unique<OnboardingModel>(OnboardingModel::Parts{
         .preferences = preferences,
         .projects = *m_territory->projects(),
-        .home = parts.agents.environment().home(),
+        .home = m_parts.agents.environment().home(),
         .personal = guardsPersonalFolders() ? discovery::PersonalFolders::LeftOut
                                             : discovery::PersonalFolders::Included,
-        .apps = parts.apps,
+        .apps = m_parts.apps,
         .wanted =
             !store.isDemo() && !preferences.settings().lastSearch && store.topics().isEmpty()});
-    m_calibration = std::make_unique<CalibrationModel>(preferences, store, *m_decisions, clock);
+    m_calibration =
+        std::make_unique<CalibrationModel>(preferences, store, m_decisions->history(), clock);
     connect(m_calibration.get(), &CalibrationModel::said, this, &Shell::say);
     m_report = std::make_unique<ReportModel>(RunHistory(store.file()), clock);
     m_figures = std::make_unique<FiguresModel>(
-        FiguresModel::Parts{store, preferences, parts.provenance, clock});
+        FiguresModel::Parts{store, preferences, m_parts.provenance, clock});
     connect(m_figures.get(), &FiguresModel::said, this, &Shell::say);
-    m_page = std::make_unique<TopicPage>(store, parts.provenance, parts.briefs, clock);
-    m_screens = std::make_unique<Screens>(parts.screens);
+    m_screens = std::make_unique<Screens>(m_parts.screens);
     connect(m_screens.get(), &Screens::said, this, &Shell::say);
-    follow(parts.capture);
-    follow(parts.briefs);
+}
+
+void Shell::followStores() {
+    const TopicStore &store = m_parts.store;
     // A link dismissed before it was read, and taken back, still wants to be read.
     connect(m_decisions.get(), &Decisions::undone, this,
             [this](const QString &id) { m_parts.capture.ask(QUuid(id)); });
-    // Links that still wait from another day, once the window is there.
-    QMetaObject::invokeMethod(this, [this] { m_parts.capture.resume(); }, Qt::QueuedConnection);
-
     connect(&store, &TopicStore::historyChanged, m_report.get(), &ReportModel::refresh);
-    connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
+    connect(&m_parts.preferences, &Preferences::changed, this, [this](const QString &key) {
         if (key == u"agent") {
             followAgent();
         }
@@ -95,11 +112,15 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
     });
     // Taken up by a command too.
     connect(&store, &TopicStore::topicsReset, this, [this] { dismissNotices(Matter::Found); });
+}
+
+/// How the files were found at this start.
+void Shell::tellFound() {
     QStringList found;
-    if (parts.released > 0) {
-        found += releasedText(parts.released);
+    if (m_parts.released > 0) {
+        found += releasedText(m_parts.released);
     }
-    for (const auto &notice : {store.notice(), preferences.notice()}) {
+    for (const auto &notice : {m_parts.store.notice(), m_parts.preferences.notice()}) {
         found += notice ? QStringList{*notice} : QStringList();
     }
     if (!found.isEmpty()) {
@@ -172,7 +193,7 @@ void Shell::takeRemedy() {
     if (matter == Matter::Save) {
         m_parts.store.save();
     } else if (matter == Matter::Capture) {
-        readAgain();
+        m_parts.capture.resume();
     }
 }
 
@@ -266,8 +287,6 @@ void Shell::refresh() {
     m_agentStates->refresh();
     followAgent();
 }
-
-void Shell::readAgain() { m_parts.capture.resume(); }
 
 void Shell::goOn() {
     m_run->goOn();

@@ -89,6 +89,7 @@ public:
         TopicStore &store;
         Preferences &preferences;
         ScoreProvenanceLog &provenance;
+        RediscoveryLog &rediscoveries;
         SearchEngine &engine;
         BriefWriter &briefs;
         LinkCapture &capture;
@@ -149,9 +150,8 @@ public:
     Q_INVOKABLE QString addLink(const QString &url, const QString &note);
     /// A topic's title as it is shown; "" for none.
     Q_INVOKABLE QString titleOf(const QString &topicId) const;
-    /// Has the captured links that could not be judged tried once more.
-    Q_INVOKABLE void readAgain();
-    /// The same for that one; nothing for one that did not fail.
+    /// Has a captured link that could not be judged tried once more; nothing for one that did not
+    /// fail.
     void retry(const QString &topicId);
     /// Looks at the clock and the agents again: a new day changes what is next, what was missed,
     /// the week's time; an agent may have been signed in to.
@@ -183,6 +183,10 @@ Q_SIGNALS:
     void said(const QString &sentence);
 
 private:
+    void makeTopicModels();
+    void makeOtherModels();
+    void followStores();
+    void tellFound();
     void follow(LinkCapture &capture);
     void dropSettledLinks();
     QString failedLinksText() const;

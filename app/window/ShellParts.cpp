@@ -1,5 +1,6 @@
 #include "app/window/ShellParts.h"
 
+#include "app/diagnostics/Diagnostics.h"
 #include "app/wiring/Application.h"
 
 #include <QGuiApplication>
@@ -22,6 +23,7 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
     return {.store = app.store(),
             .preferences = app.preferences(),
             .provenance = app.provenance(),
+            .rediscoveries = app.rediscoveries(),
             .engine = app.engine(),
             .briefs = app.briefs(),
             .capture = app.capture(),

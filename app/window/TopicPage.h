@@ -24,8 +24,6 @@ class TopicPage final : public QObject {
     Q_PROPERTY(QString seenText READ seenText NOTIFY topicChanged FINAL)
     /// List of NamedGrade: the judge's four grades; empty when it gave none.
     Q_PROPERTY(QVariantList grades READ grades NOTIFY topicChanged FINAL)
-    /// "Note 8 sur 10"
-    Q_PROPERTY(QString scoreTitle READ scoreTitle NOTIFY topicChanged FINAL)
     /// List of NamedText: what else stood behind the score.
     Q_PROPERTY(QVariantList facts READ facts NOTIFY topicChanged FINAL)
     /// Why the last try at reading notes failed, in the agent's own words; "" when it did not.
@@ -51,7 +49,6 @@ public:
     void setTopicId(const QString &topicId);
     QString seenText() const;
     QVariantList grades() const;
-    QString scoreTitle() const { return m_score.title; }
     QVariantList facts() const;
     bool corrected() const { return m_topic && m_topic->correction.has_value(); }
     bool hasBrief() const { return m_topic && m_topic->brief.has_value(); }

@@ -44,6 +44,13 @@ ScoreProvenanceLog &Application::provenance() {
     return *m_provenance;
 }
 
+RediscoveryLog &Application::rediscoveries() {
+    if (!m_rediscoveries) {
+        m_rediscoveries = std::make_unique<RediscoveryLog>(store(), m_clock);
+    }
+    return *m_rediscoveries;
+}
+
 HttpClient &Application::http() {
     if (!m_http) {
         m_http = std::make_unique<HttpClient>(m_setup.allowLoopback);
@@ -107,16 +114,17 @@ SourceImage &Application::images() {
 
 SearchEngine &Application::engine() {
     if (!m_engine) {
-        const auto appNames = [this] {
-            QStringList names;
-            for (const discovery::App &app : apps()) {
-                names += app.name;
-            }
-            return names;
-        };
         m_engine = std::make_unique<SearchEngine>(
-            SearchEngine::Parts{preferences(), store(), provenance(), asker(), reader(), feeds(),
-                                images(), m_clock, appNames});
+            SearchEngine::Parts{.preferences = preferences(),
+                                .store = store(),
+                                .provenance = provenance(),
+                                .rediscoveries = rediscoveries(),
+                                .asker = asker(),
+                                .reader = reader(),
+                                .feeds = feeds(),
+                                .images = images(),
+                                .clock = m_clock,
+                                .apps = [this] { return discovery::namesOf(apps()); }});
     }
     return *m_engine;
 }

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "agents/Ask.h"
-#include "app/wiring/Diagnostics.h"
+#include "app/diagnostics/Diagnostics.h"
 #include "base/Clock.h"
 #include "base/HttpClient.h"
 #include "base/Resources.h"
 #include "briefs/BriefWriter.h"
 #include "core/Preferences.h"
+#include "core/RediscoveryLog.h"
 #include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
 #include "platform/InstalledApps.h"
@@ -46,6 +47,8 @@ public:
     TopicStore &store();
     /// What stood behind the scores: one owner of its file. @throws as `store()`
     ScoreProvenanceLog &provenance();
+    /// Which topics of the reserve runs came upon again. @throws as `store()`
+    RediscoveryLog &rediscoveries();
     /// The right to change the topics. @throws std::system_error as `store()`
     StoreLock &lock();
     /// The right to be the app on these topics. @throws std::system_error as `store()`
@@ -85,6 +88,7 @@ private:
     std::unique_ptr<StoreLock> m_lock;
     std::unique_ptr<TopicStore> m_store;
     std::unique_ptr<ScoreProvenanceLog> m_provenance;
+    std::unique_ptr<RediscoveryLog> m_rediscoveries;
     std::unique_ptr<HttpClient> m_http;
     std::unique_ptr<PageReader> m_reader;
     std::unique_ptr<Feeds> m_feeds;

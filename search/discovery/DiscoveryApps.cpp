@@ -63,6 +63,14 @@ QList<App> inOrder(QList<App> apps) {
     return apps;
 }
 
+QStringList namesOf(const QList<App> &apps) {
+    QStringList names;
+    for (const App &app : apps) {
+        names += app.name;
+    }
+    return names;
+}
+
 bool isLeisureApp(const App &app) {
     return holds(leisureApps, app.name) ||
            (app.category && holds(leisureCategories, *app.category));

@@ -24,6 +24,9 @@ struct App {
 /// with one name the first given stays.
 QList<App> inOrder(QList<App> apps);
 
+/// Their names, in their order.
+QStringList namesOf(const QList<App> &apps);
+
 /// Whether an app is for leisure, never proposed as a tool: by its name, else by its category.
 bool isLeisureApp(const App &app);
 

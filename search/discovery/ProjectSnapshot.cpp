@@ -31,14 +31,6 @@ QString ProjectSnapshot::shownName() const {
     return name.isEmpty() ? QStringLiteral("a project") : name;
 }
 
-QList<ProjectSnapshot> readProjects(const QMap<QString, QString> &folders) {
-    QList<ProjectSnapshot> projects;
-    for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
-        projects += readProject(it.key(), it.value());
-    }
-    return projects;
-}
-
 Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders,
                                          std::chrono::milliseconds limit) {
     std::vector<Task<std::optional<ProjectSnapshot>>> asked;

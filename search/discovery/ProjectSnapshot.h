@@ -22,13 +22,10 @@ struct ProjectSnapshot {
     QString shownName() const;
 };
 
-/// Reads the folders of the projects (a project's name to its folder). Any thread; a large lock
-/// file takes tens of milliseconds, so it belongs on the thread pool.
-QList<ProjectSnapshot> readProjects(const QMap<QString, QString> &folders);
-
-/// The same, each folder asked apart (onDisk): one that has not answered within `limit` has the
-/// problem NoAnswer, and holds none of the others up. Main thread.
+/// Reads the folders of the projects (a project's name to its folder), each asked apart (onDisk):
+/// one that has not answered within `limit` has the problem NoAnswer, and holds none of the others
+/// up. Main thread.
 Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders,
-                                         std::chrono::milliseconds limit = diskPatience);
+                                         std::chrono::milliseconds limit = maxDiskWait);
 
 } // namespace vorle

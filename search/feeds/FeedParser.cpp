@@ -19,7 +19,7 @@ namespace vorle {
 
 namespace {
 
-constexpr int deepest = 256;
+constexpr int maxDepth = 256;
 constexpr int maxNamespaces = 256;
 /// Different names, of elements, attributes, prefixes and namespaces: libxml2 keeps them all, in
 /// lists that grow with them. No vocabulary has a hundredth of that.
@@ -82,7 +82,7 @@ private:
     xmlParserCtxtPtr m_parser = nullptr;
     FeedKind m_kind = FeedKind::None;
     int m_depth = 0;
-    std::array<int, deepest + 1> m_namespaces{}; ///< in scope, at each depth
+    std::array<int, maxDepth + 1> m_namespaces{}; ///< in scope, at each depth
     struct Base {
         int depth;
         QByteArray written;
@@ -106,7 +106,7 @@ private:
 
 void Gatherer::start(const xmlChar *name, const xmlChar *prefix, const xmlChar *uri, int namespaces,
                      const Attributes &attributes) {
-    if (m_depth == deepest || xmlDictSize(m_parser->dict) > maxNames ||
+    if (m_depth == maxDepth || xmlDictSize(m_parser->dict) > maxNames ||
         m_namespaces[static_cast<std::size_t>(m_depth)] + namespaces > maxNamespaces) {
         xmlStopParser(m_parser);
         return;

@@ -119,10 +119,7 @@ std::optional<QString> announcedFeed(QByteArrayView page, const QUrl &pageAddres
             (!holds(link.type, "rss+xml") && !holds(link.type, "atom+xml"))) {
             continue;
         }
-        const std::string_view href = link.href;
-        QString address = QString::fromUtf8(href.data(), static_cast<qsizetype>(href.size()));
-        address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
-        if (const auto feed = WebLink::resolved(address, pageAddress)) {
+        if (const auto feed = WebLink::resolved(html::addressIn(link.href), pageAddress)) {
             return feed->text();
         }
     }

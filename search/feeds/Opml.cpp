@@ -18,7 +18,7 @@ namespace vorle {
 
 namespace {
 
-constexpr int mostWords = 2'000; // different ones: libxml2 keeps them all
+constexpr int maxWords = 2'000; // different ones: libxml2 keeps them all
 constexpr qsizetype siteTitleCharacters = 200;
 
 bool isWord(std::string_view name, std::string_view word) {
@@ -63,7 +63,7 @@ void Outlines::start(std::string_view name, int count, const xmlChar **attribute
         }
         outline(count, attributes);
     }
-    if (xmlDictSize(m_parser->dict) > mostWords) {
+    if (xmlDictSize(m_parser->dict) > maxWords) {
         xmlStopParser(m_parser);
     }
 }

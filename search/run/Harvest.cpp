@@ -5,10 +5,10 @@
 
 namespace vorle {
 
-Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeContext> context,
+Harvest::Harvest(Tools tools, RunRecorder &recorder, std::shared_ptr<const JudgeContext> context,
                  CancelToken cancel)
     : m_tools(std::move(tools))
-    , m_recorder(book)
+    , m_recorder(recorder)
     , m_cancel(cancel)
     , m_pipeline(m_tools.asker)
     , m_context(std::move(context))
@@ -29,7 +29,7 @@ Harvest::Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeCont
            .gaveUp = [this](const auto &batch,
                             const std::exception *error) { giveUp(batch, error); },
            .left = [this](const auto &batch) { leaveForLater(batch); }})
-    , m_ledger(m_tools.store.topics()) {}
+    , m_links(m_tools.store.topics()) {}
 
 void Harvest::take(const Candidate &candidate, const Origins &origins) {
     const auto index = static_cast<qsizetype>(m_items.size());
@@ -62,7 +62,7 @@ void Harvest::take(const Candidate &candidate, const Origins &origins) {
 
 /// Asks whose a link is. A topic that holds it was come upon again by that.
 LinkRegistry::Claim Harvest::claim(const QString &link, qsizetype index) {
-    const LinkRegistry::Claim claim = m_ledger.claim(link, index);
+    const LinkRegistry::Claim claim = m_links.claim(link, index);
     if (claim.standing == LinkRegistry::Standing::Known) {
         m_records.add(m_tools.finds.record(claim.topic));
     }
@@ -141,7 +141,7 @@ Task<> Harvest::read(qsizetype index) {
     m_recorder.tell();
 }
 
-/// Whether the link led to a page that is held already, or that another item has: it then has all
+/// Whether the link led to a page that is known already, or that another item has: it then has all
 /// that this one brought, and what this one claimed.
 bool Harvest::leadsElsewhere(qsizetype index) {
     const Item &item = at(index);
@@ -152,7 +152,7 @@ bool Harvest::leadsElsewhere(qsizetype index) {
     if (claim.standing == LinkRegistry::Standing::New) {
         return false;
     }
-    m_ledger.give(index, claim);
+    m_links.give(index, claim);
     ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     QList<TopicSource> sources = item.otherSources;
     sources.prepend({item.candidate().title, item.url});

@@ -46,13 +46,13 @@ public:
         std::optional<QString> site; ///< the trusted site whose feed it was kept from
     };
 
-    Harvest(Tools tools, RunRecorder &book, std::shared_ptr<const JudgeContext> context,
+    Harvest(Tools tools, RunRecorder &recorder, std::shared_ptr<const JudgeContext> context,
             CancelToken cancel);
     Harvest(const Harvest &) = delete;
     Harvest &operator=(const Harvest &) = delete;
     ~Harvest() = default;
 
-    /// Takes a candidate in: it is read and judged from now on, unless its link is held already.
+    /// Takes a candidate in: it is read and judged from now on, unless its link is known already.
     /// What another scope brought too is one card, for both.
     void take(const Candidate &candidate, const Origins &origins);
     /// Takes in again what an earlier part of the run, or an earlier run, left: with all who
@@ -122,7 +122,7 @@ private:
     Pipeline m_pipeline;
     std::shared_ptr<const JudgeContext> m_context;
     JudgingQueue m_judging;
-    LinkRegistry m_ledger;
+    LinkRegistry m_links;
     std::deque<Item> m_items; ///< a candidate's identifier is its index here, from "c1"
     TaskGroup m_reads;
     TaskGroup m_pictures;

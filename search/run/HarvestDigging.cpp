@@ -99,7 +99,7 @@ Task<> Harvest::askToDig(QList<DigItem> items) {
     }
 }
 
-/// Whether a card stands there whose page could not be read; false for a place made up.
+/// Whether a card stands there whose page could not be read; false for an index made up.
 bool Harvest::isUnreadTopic(qsizetype index) const {
     if (index < 0 || index >= static_cast<qsizetype>(m_items.size())) {
         return false;
@@ -129,7 +129,7 @@ qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const Topic
     if (!topic || topic->status != TopicStatus::Pending) {
         return -1; // the user has it as it is
     }
-    m_ledger.give(index, claim);
+    m_links.give(index, claim);
     ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     const QList<TopicSource> sources = item.sources() + QList{found};
     const bool isKnown = claim.standing == LinkRegistry::Standing::Known;

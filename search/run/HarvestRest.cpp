@@ -15,7 +15,7 @@ void Harvest::takeLeft(QList<Proposal> proposals, const QList<TopicSource> &othe
             return;
         }
     } else {
-        const LinkRegistry::Claim claim = m_ledger.claim(candidate.url, index);
+        const LinkRegistry::Claim claim = m_links.claim(candidate.url, index);
         if (claim.standing == LinkRegistry::Standing::Known) {
             return; // judged since
         }
@@ -25,7 +25,7 @@ void Harvest::takeLeft(QList<Proposal> proposals, const QList<TopicSource> &othe
             return;
         }
         for (const TopicSource &other : others) {
-            m_ledger.claim(other.url, index);
+            m_links.claim(other.url, index);
         }
     }
     Item &item = m_items.emplace_back(candidate, std::move(proposals));

@@ -7,20 +7,20 @@
 namespace vorle {
 
 LinkRegistry::LinkRegistry(const QList<TopicPtr> &topics) {
-    QList<TopicPtr> ordered = topics; // the last one holds
+    QList<TopicPtr> ordered = topics; // the last one counts
     std::ranges::stable_partition(
         ordered, [](const TopicPtr &topic) { return topic->status != TopicStatus::Reserve; });
     for (const TopicPtr &topic : ordered) {
         for (const TopicSource &source : topic->sources) {
-            hold(source.url, topic->id);
+            know(source.url, topic->id);
         }
         if (topic->capturedURL) {
-            hold(*topic->capturedURL, topic->id);
+            know(*topic->capturedURL, topic->id);
         }
     }
 }
 
-void LinkRegistry::hold(const QString &link, const QUuid &topic) {
+void LinkRegistry::know(const QString &link, const QUuid &topic) {
     m_known.insert(canonicalLink(link), topic);
     // The file behind a page that shows it is the same thing.
     if (const QUrl fetched = readableLink(link); !fetched.isEmpty()) {

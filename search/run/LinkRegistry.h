@@ -22,8 +22,8 @@ public:
         qsizetype item = 0; ///< the other item, when the same
     };
 
-    /// Holds the links of these topics, and the addresses they are fetched from. Of several topics
-    /// that have a link one in the reserve holds it: it waits for the link to come back.
+    /// Knows the links of these topics, and the addresses they are fetched from. Of several topics
+    /// that have a link one in the reserve is meant: it waits for the link to come back.
     explicit LinkRegistry(const QList<TopicPtr> &topics);
 
     /// Who has `link`. Nobody: `item` has it from now on. An item may claim again what it has
@@ -34,7 +34,7 @@ public:
     void give(qsizetype item, const Claim &heir);
 
 private:
-    void hold(const QString &link, const QUuid &topic);
+    void know(const QString &link, const QUuid &topic);
 
     QHash<QString, QUuid> m_known;
     QHash<QString, qsizetype> m_items;

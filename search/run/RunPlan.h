@@ -45,7 +45,7 @@ struct SitesRequest {
         {}; ///< every link of a topic, whatever its age: what is not screened again
 };
 
-/// Everything a run is going to ask, worked out from the territory and the topics already held.
+/// Everything a run is going to ask, worked out from the territory and the topics already known.
 struct RunPlan {
     QList<PlannedScope> scopes;
     SitesRequest sites;

@@ -1,5 +1,6 @@
 #include "search/run/RunRemainder.h"
 
+#include "agents/UsageLimit.h"
 #include "base/Log.h"
 #include "storage/BesideTopics.h"
 #include "storage/DurableFile.h"
@@ -12,8 +13,7 @@ namespace vorle {
 
 namespace {
 
-constexpr qint64 latestSeconds = 12 * 3600;
-constexpr int longestWaitDays = 31; ///< see UsageLimit::until
+constexpr qint64 maxLateSeconds = 12 * 3600;
 
 /// One that waits for nothing, or whose links nobody brought, was not written by any version.
 bool isSound(const RunRemainder &rest) {
@@ -34,17 +34,17 @@ ResumeAction resumeAction(const RunRemainder &rest, const QDateTime &now, bool r
     if (running) {
         return ResumeAction::Wait;
     }
-    if (rest.asked || !until || *until > now.addDays(longestWaitDays)) {
+    if (rest.asked || !until || *until > now.addDays(UsageLimit::maxWait.count())) {
         return ResumeAction::Offer;
     }
     if (now < *until) {
         return ResumeAction::Wait;
     }
-    return until->secsTo(now) <= latestSeconds ? ResumeAction::Go : ResumeAction::Offer;
+    return until->secsTo(now) <= maxLateSeconds ? ResumeAction::Go : ResumeAction::Offer;
 }
 
 RemainderFile::RemainderFile(const QString &topicsFile)
-    : m_file(sidecarPath(topicsFile, QStringLiteral("run-left.json"))) {}
+    : m_file(sidecarPath(topicsFile, fileName())) {}
 
 /// @throws std::system_error
 RemainderFile::Reading RemainderFile::examine() const {

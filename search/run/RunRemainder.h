@@ -121,6 +121,7 @@ class RemainderFile {
 public:
     /// The file that lies beside `topicsFile`; a preview (an empty name) keeps nothing.
     explicit RemainderFile(const QString &topicsFile);
+    static QString fileName() { return QStringLiteral("run-left.json"); }
 
     enum class Found { Nothing, Remainder, Unreadable };
     struct Reading {

@@ -37,7 +37,7 @@ QString territoryOf(const SitesRequest &request) {
 } // namespace
 
 ScreenedItems::ScreenedItems(const QString &topicsFile)
-    : m_file(sidecarPath(topicsFile, QStringLiteral("screened.json"))) {}
+    : m_file(sidecarPath(topicsFile, fileName())) {}
 
 QSet<QString> ScreenedItems::passedOver(const SitesRequest &request) const {
     try {

@@ -20,6 +20,7 @@ public:
 
     /// What lies beside `topicsFile`; a preview's (an empty name) keeps nothing.
     explicit ScreenedItems(const QString &topicsFile);
+    static QString fileName() { return QStringLiteral("screened.json"); }
 
     /// The links passed over for the territory of this request (as canonicalLink()).
     QSet<QString> passedOver(const SitesRequest &request) const;

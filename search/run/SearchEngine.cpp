@@ -40,10 +40,7 @@ QSet<QString> refusedLinks(const QList<RunReport> &reports) {
 } // namespace
 
 SearchEngine::SearchEngine(Parts parts, QObject *parent)
-    : QObject(parent)
-    , m_parts(parts)
-    , m_rediscoveries(parts.store, parts.clock)
-    , m_restFile(parts.store.file()) {}
+    : QObject(parent), m_parts(parts), m_restFile(parts.store.file()) {}
 
 SearchEngine::~SearchEngine() = default;
 
@@ -145,7 +142,7 @@ Task<RunReport> SearchEngine::execute(Undertaking &task, CancelToken cancel) {
     task.sites = plan.sites;
     SearchRun run({.harvest = {.store = m_parts.store,
                                .provenance = m_parts.provenance,
-                               .finds = m_rediscoveries,
+                               .finds = m_parts.rediscoveries,
                                .asker = m_parts.asker,
                                .reader = m_parts.reader,
                                .images = m_parts.images,

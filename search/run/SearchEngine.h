@@ -47,6 +47,7 @@ public:
         Preferences &preferences;
         TopicStore &store;
         ScoreProvenanceLog &provenance;
+        RediscoveryLog &rediscoveries; ///< which topics of the reserve it comes upon again
         Asker &asker;
         PageReader &reader;
         Feeds &feeds;
@@ -63,8 +64,6 @@ public:
 
     Phase phase() const { return m_phase; }
     const RunProgress &progress() const { return m_progress; }
-    /// Which topics of the reserve the runs came upon again.
-    RediscoveryLog &finds() { return m_rediscoveries; }
 
     /// What the last run left where the agent reached its limit, if it did.
     const std::optional<RunRemainder> &remainder();
@@ -138,7 +137,6 @@ private:
     void setProgress(Phase phase, const RunProgress &progress);
 
     Parts m_parts;
-    RediscoveryLog m_rediscoveries;
     RemainderFile m_restFile;
     std::optional<RunRemainder> m_rest;
     bool m_restRead = false;

@@ -4,6 +4,11 @@
 
 namespace vorle::html {
 
+QString addressIn(std::string_view value) {
+    return QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()))
+        .replace(QStringLiteral("&amp;"), QStringLiteral("&"));
+}
+
 bool AttributeReader::Attribute::is(std::string_view wanted) const {
     return wordEnd(name, 0, wanted) == name.size();
 }

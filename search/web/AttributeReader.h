@@ -1,9 +1,15 @@
 #pragma once
 
+#include <QString>
+
 #include <optional>
 #include <string_view>
 
 namespace vorle::html {
+
+/// An address as it stands in an attribute, with its "&amp;" as "&" and nothing else decoded: what
+/// looks like another entity is a part of its query.
+QString addressIn(std::string_view value);
 
 /// The attributes of a start tag, or of what is written like one, in their order: a name, and
 /// behind an equals sign, blanks or not, a value. A value in quotes ends at the quote that opened

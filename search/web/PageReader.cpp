@@ -14,7 +14,7 @@ namespace vorle {
 namespace {
 
 constexpr int maxConcurrentReads = 16;
-constexpr int readsAtOncePerHost = 4;
+constexpr int maxReadsPerHost = 4;
 
 /// What is kept of a page is shown one day.
 void withoutHiddenSigns(PageText &page) {
@@ -32,25 +32,25 @@ void withoutHiddenSigns(PageText &page) {
 } // namespace
 
 /// What reads share. They hold it, so that it outlives the last of them.
-class PageReader::Slots {
+class PageReader::Shared {
 public:
-    Slots(HttpClient &http, std::chrono::milliseconds deadline, Route route)
+    Shared(HttpClient &http, std::chrono::milliseconds deadline, Route route)
         : m_http(&http)
         , m_deadline(deadline)
         , m_route(std::move(route))
         , m_all(maxConcurrentReads) {}
 
-    static Task<ReadPage> read(std::shared_ptr<Slots> slots, QString link, CancelToken cancel,
+    static Task<ReadPage> read(std::shared_ptr<Shared> shared, QString link, CancelToken cancel,
                                Reach reach);
 
 private:
     using Extract = std::function<PageText(const HttpResponse &)>;
 
-    static Task<ReadPage> readAt(std::shared_ptr<Slots> slots, QUrl address, Extract extract,
+    static Task<ReadPage> readAt(std::shared_ptr<Shared> shared, QUrl address, Extract extract,
                                  CancelToken cancel, Reach reach);
-    static Task<ReadPage> readTwin(std::shared_ptr<Slots> slots, QUrl link, PageTwin twin,
+    static Task<ReadPage> readTwin(std::shared_ptr<Shared> shared, QUrl link, PageTwin twin,
                                    CancelToken cancel);
-    static Task<HttpResponse> fetch(std::shared_ptr<Slots> slots, HttpRequest request,
+    static Task<HttpResponse> fetch(std::shared_ptr<Shared> shared, HttpRequest request,
                                     CancelToken cancel);
     std::shared_ptr<Gate> gateOf(const QString &host);
 
@@ -61,42 +61,42 @@ private:
     std::map<QString, std::weak_ptr<Gate>> m_byHost;
 };
 
-std::shared_ptr<Gate> PageReader::Slots::gateOf(const QString &host) {
+std::shared_ptr<Gate> PageReader::Shared::gateOf(const QString &host) {
     std::erase_if(m_byHost, [](const auto &entry) { return entry.second.expired(); });
     auto &known = m_byHost[host];
     auto gate = known.lock();
     if (!gate) {
-        gate = std::make_shared<Gate>(readsAtOncePerHost);
+        gate = std::make_shared<Gate>(maxReadsPerHost);
         known = gate;
     }
     return gate;
 }
 
-Task<HttpResponse> PageReader::Slots::fetch(std::shared_ptr<Slots> slots, HttpRequest request,
-                                            CancelToken cancel) {
-    // The host's slot first: those who wait for it hold no slot that another host could use.
-    const auto gate = slots->gateOf(request.url.host());
+Task<HttpResponse> PageReader::Shared::fetch(std::shared_ptr<Shared> shared, HttpRequest request,
+                                             CancelToken cancel) {
+    // The host's permit first: those who wait for it hold no permit that another host could use.
+    const auto gate = shared->gateOf(request.url.host());
     const auto ofHost = co_await gate->enter(cancel);
-    const auto ofAll = co_await slots->m_all.enter(cancel);
-    if (slots->m_http.isNull()) {
+    const auto ofAll = co_await shared->m_all.enter(cancel);
+    if (shared->m_http.isNull()) {
         co_return HttpResponse{};
     }
-    co_return co_await slots->m_http->get(std::move(request), cancel);
+    co_return co_await shared->m_http->get(std::move(request), cancel);
 }
 
 /// One GET, and what `extract` makes of the answer.
-Task<ReadPage> PageReader::Slots::readAt(std::shared_ptr<Slots> slots, QUrl address,
-                                         Extract extract, CancelToken cancel, Reach reach) {
+Task<ReadPage> PageReader::Shared::readAt(std::shared_ptr<Shared> shared, QUrl address,
+                                          Extract extract, CancelToken cancel, Reach reach) {
     ReadPage page;
     HttpRequest request;
-    request.url = slots->m_route ? slots->m_route(address) : address;
+    request.url = shared->m_route ? shared->m_route(address) : address;
     page.finalUrl = request.url.toString(QUrl::FullyEncoded);
     request.userAgent = browserUserAgent;
     request.acceptLanguage = "en";
     request.maxBytes = maxPageBytes;
-    request.deadline = slots->m_deadline;
+    request.deadline = shared->m_deadline;
     request.reach = reach;
-    const HttpResponse response = co_await fetch(slots, std::move(request), cancel);
+    const HttpResponse response = co_await fetch(shared, std::move(request), cancel);
     page.outcome = response.outcome;
     page.status = response.status;
     if (!response.ok()) {
@@ -113,27 +113,27 @@ Task<ReadPage> PageReader::Slots::readAt(std::shared_ptr<Slots> slots, QUrl addr
 }
 
 /// The page's twin, under the page's own address.
-Task<ReadPage> PageReader::Slots::readTwin(std::shared_ptr<Slots> slots, QUrl link, PageTwin twin,
-                                           CancelToken cancel) {
+Task<ReadPage> PageReader::Shared::readTwin(std::shared_ptr<Shared> shared, QUrl link,
+                                            PageTwin twin, CancelToken cancel) {
     const auto extract = [](PageText (*reads)(const QByteArray &)) {
         return [reads](const HttpResponse &response) {
             return response.truncated ? PageText() : reads(response.body);
         };
     };
     ReadPage page =
-        co_await readAt(slots, twin.address, extract(twin.read), cancel, Reach::PublicOnly);
+        co_await readAt(shared, twin.address, extract(twin.read), cancel, Reach::PublicOnly);
     const auto shorter =
         page.status == 200 && page.level == ReadLevel::None ? shorterTwin(link) : std::nullopt;
     if (shorter) {
-        page = co_await readAt(slots, shorter->address, extract(shorter->read), cancel,
+        page = co_await readAt(shared, shorter->address, extract(shorter->read), cancel,
                                Reach::PublicOnly);
     }
     page.finalUrl = link.toString(QUrl::FullyEncoded);
     co_return page;
 }
 
-Task<ReadPage> PageReader::Slots::read(std::shared_ptr<Slots> slots, QString link,
-                                       CancelToken cancel, Reach reach) {
+Task<ReadPage> PageReader::Shared::read(std::shared_ptr<Shared> shared, QString link,
+                                        CancelToken cancel, Reach reach) {
     cancel.throwIfCancelled();
     const QUrl address = readableLink(link);
     if (address.isEmpty()) {
@@ -143,7 +143,7 @@ Task<ReadPage> PageReader::Slots::read(std::shared_ptr<Slots> slots, QString lin
     }
     const auto twin = twinOf(address);
     if (twin && twin->use == PageTwin::Use::Instead) {
-        ReadPage told = co_await readTwin(slots, address, *twin, cancel);
+        ReadPage told = co_await readTwin(shared, address, *twin, cancel);
         if (told.level != ReadLevel::None) {
             co_return told;
         }
@@ -152,23 +152,23 @@ Task<ReadPage> PageReader::Slots::read(std::shared_ptr<Slots> slots, QString lin
         return extractPage(response.body, response.contentType,
                            response.truncated ? PageExtent::Cut : PageExtent::Whole);
     };
-    ReadPage page = co_await readAt(slots, address, extract, cancel, reach);
+    ReadPage page = co_await readAt(shared, address, extract, cancel, reach);
     // A question about cookies is no page about the video.
     const bool unread = page.level == ReadLevel::None || !namesOnePage(page.finalUrl);
     if (twin && twin->use == PageTwin::Use::Unread && unread) {
-        ReadPage told = co_await readTwin(slots, address, *twin, cancel);
+        ReadPage told = co_await readTwin(shared, address, *twin, cancel);
         co_return told.level == ReadLevel::None ? page : told;
     }
     co_return page;
 }
 
 PageReader::PageReader(HttpClient &http, std::chrono::milliseconds deadline, Route route)
-    : m_slots(std::make_shared<Slots>(http, deadline, std::move(route))) {}
+    : m_shared(std::make_shared<Shared>(http, deadline, std::move(route))) {}
 
 PageReader::~PageReader() = default;
 
 Task<ReadPage> PageReader::read(QString link, CancelToken cancel, Reach reach) {
-    return Slots::read(m_slots, std::move(link), std::move(cancel), reach);
+    return Shared::read(m_shared, std::move(link), std::move(cancel), reach);
 }
 
 } // namespace vorle

@@ -20,7 +20,7 @@ struct ReadPage : PageText {
 };
 
 /// Fetches pages and reads them: at most 16 at a time, 4 a host, so that a slow host never holds
-/// every slot. Main thread; the extraction runs on the thread pool. May be deleted while reads
+/// every permit. Main thread; the extraction runs on the thread pool. May be deleted while reads
 /// are under way: they go on by themselves, and read as ReadLevel::None when the client is gone.
 class PageReader {
 public:
@@ -42,8 +42,8 @@ public:
     Task<ReadPage> read(QString link, CancelToken cancel = {}, Reach reach = Reach::PublicOnly);
 
 private:
-    class Slots;
-    std::shared_ptr<Slots> m_slots;
+    class Shared;
+    std::shared_ptr<Shared> m_shared;
 };
 
 } // namespace vorle

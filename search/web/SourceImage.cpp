@@ -1,6 +1,7 @@
 #include "search/web/SourceImage.h"
 
 #include "base/WebLink.h"
+#include "search/web/AttributeReader.h"
 #include "search/web/Charset.h"
 #include "search/web/ImageHeader.h"
 #include "search/web/Links.h"
@@ -26,8 +27,8 @@ constexpr int maxConcurrentSources = 8;
 constexpr auto deadline = 8s;
 constexpr qint64 maxHeadBytes = 1'200'000; // 300,000 characters of at most 4 bytes
 constexpr qint64 maxPictureBytes = 5'000'000;
-constexpr int smallestSide = 8;
-constexpr int largestSide = 8'192;
+constexpr int minSide = 8;
+constexpr int maxSide = 8'192;
 constexpr qint64 maxPixels = qint64{4'096} * 4'096;
 constexpr auto userAgent = "Mozilla/5.0 (Macintosh) vorle";
 
@@ -39,9 +40,7 @@ QList<QUrl> addressesFor(const HttpResponse &page) {
     if (text) {
         const std::string_view html(text->constData(), static_cast<std::size_t>(text->size()));
         for (const std::string_view found : html::announcedPictures(html)) {
-            QString address = QString::fromUtf8(found.data(), static_cast<qsizetype>(found.size()));
-            address.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
-            if (const auto picture = WebLink::resolved(address, page.url)) {
+            if (const auto picture = WebLink::resolved(html::addressIn(found), page.url)) {
                 addresses += picture->url();
             }
         }
@@ -57,8 +56,8 @@ bool isFinal(const HttpResponse &response) {
 
 bool isPicture(const QByteArray &bytes) {
     const auto size = imageSize(bytes);
-    return size && std::min(size->width, size->height) >= smallestSide &&
-           std::max(size->width, size->height) <= largestSide &&
+    return size && std::min(size->width, size->height) >= minSide &&
+           std::max(size->width, size->height) <= maxSide &&
            qint64{size->width} * size->height <= maxPixels;
 }
 
@@ -199,7 +198,7 @@ Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> 
         co_return std::nullopt;
     }
     const Making making(*self, file);
-    const auto slot = co_await self->m_gate.enter(cancel);
+    const auto permit = co_await self->m_gate.enter(cancel);
     const Found found =
         repository
             ? co_await self->fetch(QUrl(self->m_locations.cardHost + QStringLiteral("/1") + card),

@@ -55,6 +55,10 @@ TEST(Async, pool_work_comes_back_to_the_main_thread) {
     const auto [worker, after] = test::waitFor(work());
     EXPECT_NE(worker, mainThread);
     EXPECT_EQ(after, mainThread);
+    const auto failing = []() -> Task<int> {
+        co_return co_await onPool([]() -> int { throw std::runtime_error("in the pool"); });
+    };
+    EXPECT_THROW(test::waitFor(failing()), std::runtime_error);
 }
 
 TEST(Async, bounded_work_keeps_to_its_width_and_order) {

@@ -64,7 +64,6 @@ public:
             environment, [this] { return preferences.settings().agent.value_or(QString()); });
         ClaudeLauncher launcher({locator, preferences, terminals, pasteboard, links}, {30s, 300ms});
         label = launcher.label();
-        EXPECT_EQ(launcher.destinationOf(topic), topic.project ? Where::Terminal : Where::WebChat);
         const Where where = test::waitFor(launcher.takeFirstStep(topic));
         hint = launcher.hint(where);
         return where;

@@ -2,60 +2,17 @@
 #include "base/Text.h"
 #include "judging/JudgeContext.h"
 #include "judging/JudgePrompt.h"
-#include "judging/ToolNames.h"
-
-#include <QDate>
+#include "tests/judging/DecidedTopics.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
-#include <random>
 
 namespace vorle {
 namespace {
 
-const QDateTime october(QDate(2026, 10, 1), QTime(8, 0), Qt::UTC);
-
-Topic decision(TopicStatus status, const char *kind = "article") {
-    Topic topic;
-    topic.id = QUuid::createUuid();
-    topic.title = QStringLiteral("Un titre");
-    topic.kind = QString::fromUtf8(kind);
-    topic.score = 5;
-    topic.minutes = 20;
-    topic.status = status;
-    topic.foundAt = october.addDays(-1);
-    topic.triagedAt = october;
-    return topic;
-}
-
-/// Topics put together one group at a time.
-class Store {
-public:
-    template <class Edit>
-    Store &add(int count, TopicStatus status, Edit edit) {
-        for (int i = 0; i < count; ++i) {
-            Topic topic = decision(status);
-            edit(topic);
-            topics += std::make_shared<const Topic>(std::move(topic));
-        }
-        return *this;
-    }
-    Store &add(int count, TopicStatus status) {
-        return add(count, status, [](Topic &) {});
-    }
-    Store &add(int count, TopicStatus status, const char *kind) {
-        return add(count, status, [&](Topic &topic) { topic.kind = QString::fromUtf8(kind); });
-    }
-
-    QList<TopicPtr> topics;
-};
-
 using enum TopicStatus;
-
-/// Enough decisions for rules to be tried, which make none themselves: kinds are unknown words.
-Store quiet() { return Store().add(25, Reserve, "billet"); }
+using test::october;
+using test::quiet;
+using Store = test::DecidedTopics;
 
 QStringList idsOf(const Learned &learned) {
     QStringList ids;
@@ -324,103 +281,6 @@ TEST(Learning, says_what_starting_again_takes_away) {
                                              u"disparaissent et je réapprends "));
     EXPECT_TRUE(startAgainText(1).contains(u" : le réflexe appris disparaît et je "));
     EXPECT_TRUE(startAgainText(0).contains(u" : je réapprends "));
-}
-
-TEST(ToolNames, are_found_as_whole_words_whatever_their_case) {
-    const ToolNames names({QStringLiteral("Go"), QStringLiteral("C"), QStringLiteral("C#"),
-                           QStringLiteral(".NET"), QStringLiteral("Visual  Studio Code"),
-                           QStringLiteral("Visual Basic"), QStringLiteral("E\u0301lan"),
-                           QStringLiteral("Node"), QStringLiteral("Node.js 22"), QString()});
-    for (const char *text : {"Go 1.26", "du neuf dans go", "l’outil (Go)", "C, encore", "F# et c#.",
-                             "Le .net de 2026", "visual studio\u00A0CODE, enfin",
-                             "Visual Studio, puis Visual Basic", "Élan 3", "Node.js", "node"}) {
-        EXPECT_TRUE(names.namedIn(QString::fromUtf8(text))) << text;
-    }
-    for (const char *text : {"", "Googler", "Cargo", "C++ 26", "Visual Studio", "ASP.NETs", "élans",
-                             "Nodes", "visual studio codes", "vis"}) {
-        EXPECT_FALSE(names.namedIn(QString::fromUtf8(text))) << text;
-    }
-    EXPECT_FALSE(ToolNames({}).namedIn(u"Go"));
-}
-
-/// The whole numbers in a text, in their order.
-QList<int> numbersIn(const QString &text) {
-    QList<int> numbers;
-    QString digits;
-    for (const QChar c : text + u' ') {
-        if (c.isDigit()) {
-            digits += c;
-        } else if (!digits.isEmpty()) {
-            numbers += digits.toInt();
-            digits.clear();
-        }
-    }
-    return numbers;
-}
-
-// Whatever the decisions are: what a reflex shows is what its figures count.
-TEST(Learning, the_decisions_behind_a_reflex_are_those_its_evidence_counts) {
-    std::mt19937 random(20261122);
-    const auto chance = [&](int percent) { return int(random() % 100) < percent; };
-    const char *kinds[] = {"video", "security", "article", "billet"};
-    const TopicStatus statuses[] = {Inbox, Program, Reserve, Dismissed, Done};
-    Settings settings;
-    settings.projects = {{QStringLiteral("Potager"), QString()}};
-    QMap<QString, int> seen;
-    for (int round = 0; round < 300; ++round) {
-        Store store;
-        const int leaning = int(random() % 100);
-        for (int i = 0; i < 40; ++i) {
-            Topic topic =
-                decision(chance(leaning) ? Dismissed : statuses[random() % 5], kinds[random() % 4]);
-            topic.triagedAt = october.addSecs(int(random() % 1'000'000));
-            topic.minutes = chance(20) ? 90 : 10;
-            topic.postponedCount = chance(60) ? 1 : 0;
-            if (chance(40)) {
-                topic.dependency = QStringLiteral("zod");
-                topic.status = chance(leaning) ? Program : topic.status;
-            }
-            topic.project = chance(30) ? std::optional(QStringLiteral("Potager")) : std::nullopt;
-            topic.readLevel = chance(90) ? ReadLevel::Full : ReadLevel::None;
-            if (chance(40)) {
-                topic.correction = Correction{};
-                topic.correction->score = chance(80) ? 9 : 1;
-                topic.correction->at = october.addSecs(int(random() % 1'000'000));
-            }
-            store.topics += std::make_shared<const Topic>(std::move(topic));
-        }
-        settings.reflexesSince =
-            chance(50) ? std::optional(october.addSecs(100'000)) : std::nullopt;
-        for (const Reflex &reflex : learn(store.topics, settings).reflexes) {
-            const auto behind = decisionsBehind(reflex.id, store.topics, settings);
-            const auto count = [&](auto &&wanted) {
-                return int(std::ranges::count_if(behind, wanted));
-            };
-            const int dismissed = count([](const TopicPtr &t) { return t->status == Dismissed; });
-            const int kept =
-                count([](const TopicPtr &t) { return t->status == Program || t->status == Done; });
-            const int postponed = count([](const TopicPtr &t) { return t->postponedCount > 0; });
-            const int all = int(behind.size());
-            const QList<int> told = numbersIn(reflex.evidence);
-            if (reflex.id == u"stack-first") {
-                EXPECT_EQ(told[0], (200 * kept + all) / (2 * all));
-            } else if (reflex.id.startsWith(u"corr-")) {
-                EXPECT_EQ(told[0], all);
-            } else {
-                EXPECT_EQ(told[0], reflex.id == u"long-later" ? postponed : dismissed);
-                EXPECT_EQ(told[1], all);
-            }
-            const auto moment = [&](const TopicPtr &topic) {
-                return reflex.id.startsWith(u"corr-") ? topic->correction->at : *topic->triagedAt;
-            };
-            EXPECT_TRUE(std::ranges::is_sorted(behind, std::greater(), moment)) << "newest first";
-            ++seen[reflex.id.section(u'-', 0, 0)];
-        }
-    }
-    EXPECT_EQ(seen.size(), 5) << "every rule was met";
-    EXPECT_TRUE(decisionsBehind(QStringLiteral("kind-nope"), quiet().topics, settings).isEmpty());
-    EXPECT_TRUE(
-        decisionsBehind(QStringLiteral("project-Nope"), quiet().topics, settings).isEmpty());
 }
 
 } // namespace

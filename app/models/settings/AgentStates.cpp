@@ -1,5 +1,6 @@
 #include "app/models/settings/AgentStates.h"
 
+#include "app/labels/AgentLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
 
@@ -26,18 +27,6 @@ QString helpText(AgentKind kind, AgentReadiness readiness) {
     return (kind == AgentKind::Claude ? AgentStates::tr("Avec un abonnement Claude, Pro ou plus.")
                                       : AgentStates::tr("Avec un compte ChatGPT, même gratuit.")) +
            u' ' + AgentStates::tr("Installe %1, puis reviens.").arg(displayName(kind));
-}
-
-QString stateText(AgentReadiness readiness) {
-    switch (readiness) {
-    case AgentReadiness::Ready:
-        return AgentStates::tr("prêt");
-    case AgentReadiness::SignedOut:
-        return AgentStates::tr("déconnecté");
-    case AgentReadiness::Missing:
-        break;
-    }
-    return AgentStates::tr("introuvable");
 }
 
 } // namespace
@@ -75,7 +64,7 @@ QList<AgentState> AgentStates::look() const {
         states +=
             AgentState{.kind = json::rawText(kind),
                        .name = displayName(kind),
-                       .state = stateText(readiness),
+                       .state = readinessLabel(readiness),
                        .text = shownWords(ready ? readyText(kind) : helpText(kind, readiness)),
                        .ready = ready,
                        .chosen = kind == chosen};

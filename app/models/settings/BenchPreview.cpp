@@ -5,6 +5,7 @@
 #include "base/FrenchLocale.h"
 #include "base/FrenchSpacing.h"
 #include "base/SystemErrorText.h"
+#include "core/NumberText.h"
 #include "core/ScoreScale.h"
 
 #include <system_error>
@@ -13,18 +14,12 @@ namespace vorle {
 
 namespace {
 
-/// "7", "7,5"
-QString scoreText(double score) {
-    QString text = frenchLocale().toString(score, 'f', 1);
-    return text.endsWith(u",0") ? text.chopped(2) : text;
-}
-
 BenchRow rowOf(const BenchItem &item, const std::optional<BenchLabel> &label,
                const std::optional<Judgment> &judgment) {
     BenchRow row;
     row.title = shownWords(item.title);
     if (label) {
-        row.expected = BenchPreview::tr("attendu %1").arg(scoreText(label->score));
+        row.expected = BenchPreview::tr("attendu %1").arg(tenthsText(label->score));
     }
     row.judged = judgment.has_value();
     if (judgment) {

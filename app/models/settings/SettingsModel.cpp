@@ -81,15 +81,13 @@ QString SettingsModel::laterTime(const QString &time, int minutes) {
     return timeOfDayText({to / 60, to % 60});
 }
 
-/// A property has its setting's key for a name, save the radius, whose key tells a second scale,
-/// and the schedule, which has several.
+/// A property has its setting's key for a name, save the schedule's, which has several.
 void SettingsModel::announce(const QString &key) {
     if (key == u"schedule") {
         Q_EMIT scheduleChanged();
         return;
     }
-    const QByteArray name = key == u"radiusLevel2" ? "radiusLevel" : key.toLatin1();
-    const int index = staticMetaObject.indexOfProperty(name.constData());
+    const int index = staticMetaObject.indexOfProperty(key.toLatin1().constData());
     if (index >= 0) {
         staticMetaObject.property(index).notifySignal().invoke(this, Qt::DirectConnection);
     }

@@ -29,23 +29,8 @@ class SettingsModel final : public QObject {
     Q_PROPERTY(bool notifyReminder READ notifyReminder WRITE setNotifyReminder NOTIFY
                    notifyReminderChanged FINAL)
     Q_PROPERTY(bool proposeTab READ proposeTab WRITE setProposeTab NOTIFY proposeTabChanged FINAL)
-    Q_PROPERTY(bool onboarded READ onboarded WRITE setOnboarded NOTIFY onboardedChanged FINAL)
     /// "" while it is not known.
     Q_PROPERTY(QString job READ job WRITE setJob NOTIFY jobChanged FINAL)
-    Q_PROPERTY(
-        QStringList interests READ interests WRITE setInterests NOTIFY interestsChanged FINAL)
-    Q_PROPERTY(QStringList keptApps READ keptApps WRITE setKeptApps NOTIFY keptAppsChanged FINAL)
-    Q_PROPERTY(QStringList excludedApps READ excludedApps WRITE setExcludedApps NOTIFY
-                   excludedAppsChanged FINAL)
-    Q_PROPERTY(
-        QString accessMode READ accessMode WRITE setAccessMode NOTIFY accessModeChanged FINAL)
-    Q_PROPERTY(
-        QStringList addedTools READ addedTools WRITE setAddedTools NOTIFY addedToolsChanged FINAL)
-    Q_PROPERTY(
-        QStringList exclusions READ exclusions WRITE setExclusions NOTIFY exclusionsChanged FINAL)
-    /// 0 to 6, as stored.
-    Q_PROPERTY(
-        int radiusLevel READ radiusLevel WRITE setRadiusLevel NOTIFY radiusLevelChanged FINAL)
     /// "claude" or "codex"; "" while the user has not chosen.
     Q_PROPERTY(QString agent READ agent WRITE setAgent NOTIFY agentChanged FINAL)
     /// The model asked of it; "" for its own choice. Goes when another agent is chosen.
@@ -87,24 +72,8 @@ public:
     void setNotifyReminder(bool value) { set(&Settings::notifyReminder, value); }
     bool proposeTab() const { return now().proposeTab; }
     void setProposeTab(bool value) { set(&Settings::proposeTab, value); }
-    bool onboarded() const { return now().onboarded; }
-    void setOnboarded(bool value) { set(&Settings::onboarded, value); }
     QString job() const { return now().job.value_or(QString()); }
     void setJob(const QString &text) { setText(&Settings::job, text); }
-    QStringList interests() const { return now().interests; }
-    void setInterests(const QStringList &list) { set(&Settings::interests, list); }
-    QStringList keptApps() const { return now().keptApps; }
-    void setKeptApps(const QStringList &list) { set(&Settings::keptApps, list); }
-    QStringList excludedApps() const { return now().excludedApps; }
-    void setExcludedApps(const QStringList &list) { set(&Settings::excludedApps, list); }
-    QString accessMode() const { return json::rawText(now().accessMode); }
-    void setAccessMode(const QString &word) { setWord(&Settings::accessMode, word); }
-    QStringList addedTools() const { return now().addedTools; }
-    void setAddedTools(const QStringList &list) { set(&Settings::addedTools, list); }
-    QStringList exclusions() const { return now().exclusions; }
-    void setExclusions(const QStringList &list) { set(&Settings::exclusions, list); }
-    int radiusLevel() const { return now().radiusLevel; }
-    void setRadiusLevel(int value) { set(&Settings::radiusLevel, value); }
     QString agent() const { return now().agent.value_or(QString()); }
     void setAgent(const QString &word) { setText(&Settings::agent, word); }
     QString agentModel() const { return now().agentModel.value_or(QString()); }
@@ -135,15 +104,7 @@ Q_SIGNALS:
     void notifyModeChanged();
     void notifyReminderChanged();
     void proposeTabChanged();
-    void onboardedChanged();
     void jobChanged();
-    void interestsChanged();
-    void keptAppsChanged();
-    void excludedAppsChanged();
-    void accessModeChanged();
-    void addedToolsChanged();
-    void exclusionsChanged();
-    void radiusLevelChanged();
     void agentChanged();
     void agentModelChanged();
     void textScaleChanged();

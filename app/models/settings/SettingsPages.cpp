@@ -1,6 +1,7 @@
 #include "app/models/settings/SettingsPages.h"
 
 #include "app/labels/ScheduleText.h"
+#include "app/labels/Wording.h"
 #include "app/triage/SearchFold.h"
 #include "core/DurationText.h"
 
@@ -187,16 +188,7 @@ QString SettingsPages::weeklyText() const {
     return durationText(m_preferences.settings().weeklyMinutes);
 }
 
-QString SettingsPages::radiusText() const {
-    switch (m_preferences.radius()) {
-    case 0:
-        return tr("Seulement chez toi");
-    case 1:
-        return tr("Et chez tes voisins");
-    default:
-        return tr("Jusqu’aux terres inconnues");
-    }
-}
+QString SettingsPages::radiusText() const { return radiusNames().value(m_preferences.radius()); }
 
 QString SettingsPages::versionText() {
     return QStringLiteral("vorle ") + QCoreApplication::applicationVersion();

@@ -105,13 +105,7 @@ QStringList AppsModel::proposedTools() const {
     return proposed;
 }
 
-QStringList AppsModel::names() const {
-    QStringList names;
-    for (const discovery::App &app : m_apps) {
-        names += app.name;
-    }
-    return names;
-}
+QStringList AppsModel::names() const { return discovery::namesOf(m_apps); }
 
 void AppsModel::choose(const QString &name, bool chosen) {
     territory::setAppInScope(m_parts.preferences, name, chosen == only());

@@ -98,13 +98,9 @@ void ReflexesModel::startAgain() { startLearningAgain(m_parts.preferences, m_par
 
 QVariantList ReflexesModel::decisions(const QString &id) const {
     const QDate today = m_parts.clock.now().toTimeZone(m_parts.zone).date();
-    const bool corrected = id.startsWith(u"corr-");
     QList<DecidedRow> rows;
-    for (const TopicPtr &topic :
+    for (const auto &[topic, moment] :
          decisionsBehind(id, m_parts.store.topics(), m_parts.preferences.settings())) {
-        const auto moment = corrected          ? std::optional(topic->correction->at)
-                            : topic->triagedAt ? topic->triagedAt
-                                               : topic->doneAt;
         const auto section = sectionOf(*topic);
         rows += {identityText(topic->id), shownWords(topic->title), statusLabel(topic->status),
                  moment ? dayLabel(moment->toTimeZone(m_parts.zone).date(), today) : QString(),

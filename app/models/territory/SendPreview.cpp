@@ -58,11 +58,7 @@ Task<> SendPreview::work(QPointer<SendPreview> self) {
             preview = co_await previewRun(
                 {self->m_parts.preferences, self->m_parts.store, self->m_parts.asker,
                  self->m_parts.clock, [apps = self->m_parts.apps] {
-                     QStringList names;
-                     for (const discovery::App &app : apps ? apps() : QList<discovery::App>()) {
-                         names += app.name;
-                     }
-                     return names;
+                     return apps ? discovery::namesOf(apps()) : QStringList();
                  }});
         } catch (const std::exception &error) {
             preview.refusal = QString::fromUtf8(error.what());

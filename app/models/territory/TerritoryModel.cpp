@@ -1,5 +1,7 @@
 #include "app/models/territory/TerritoryModel.h"
 
+#include "app/labels/Wording.h"
+
 #include <utility>
 
 namespace vorle {
@@ -100,7 +102,11 @@ void TerritoryModel::setRadius(int radius) {
 }
 
 QStringList TerritoryModel::radiusLabels() const {
-    return {tr("SEULEMENT CHEZ TOI"), tr("ET CHEZ TES VOISINS"), tr("JUSQU’AUX TERRES INCONNUES")};
+    QStringList names = radiusNames();
+    for (QString &name : names) {
+        name = name.toUpper();
+    }
+    return names;
 }
 
 QStringList TerritoryModel::radiusTexts() const {

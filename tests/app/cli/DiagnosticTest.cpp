@@ -60,9 +60,9 @@ TEST(Diagnostic, tells_what_helps_and_nothing_of_what_is_watched) {
         EXPECT_THAT(told.out, Not(HasSubstr(secret)));
         EXPECT_THAT(json.out, Not(HasSubstr(secret)));
     }
-    for (const char *fact :
-         {"topics.json", "settings.json", "inbox 1", "claude (choisi)", "opus", "mon 8:00",
-          "api error, 529", "L’IA s’est arrêtée (code 1)", "VORLE_AGENT"}) {
+    for (const char *fact : {"topics.json", "settings.json", "run-left.json", "found-again.json",
+                             "inbox 1", "claude (choisi)", "opus", "mon 8:00", "api error, 529",
+                             "L’IA s’est arrêtée (code 1)", "VORLE_AGENT"}) {
         EXPECT_THAT(told.out, HasSubstr(fact));
     }
     const QJsonObject shown = json.object();

@@ -112,14 +112,14 @@ TEST_F(FouilleTest, the_demonstration_goes_the_whole_road) {
     EXPECT_EQ(unread, 0);
     EXPECT_EQ(report[u"dug"].toInt(), 1) << "one page is dead, and found elsewhere";
     EXPECT_GE(scores.size(), 4);
-    const auto notes =
+    const auto records =
         json::decode<QList<ScoreProvenance>>(vorle.read("data/vorle/demo-topics-score-notes.json"));
     constexpr int unnoted = 12; // of the sample, which are to be sorted
-    EXPECT_EQ(notes.size(), before - unnoted + added)
+    EXPECT_EQ(records.size(), before - unnoted + added)
         << "what stood behind each score is kept, dug-up pages too";
-    for (const ScoreProvenance &note : notes) {
-        EXPECT_EQ(note.agent, QStringLiteral("claude"));
-        EXPECT_GT(note.bytesRead, 0);
+    for (const ScoreProvenance &each : records) {
+        EXPECT_EQ(each.agent, QStringLiteral("claude"));
+        EXPECT_GT(each.bytesRead, 0);
     }
     const auto runs =
         json::decode<QList<RunReport>>(vorle.read("data/vorle/demo-topics-runs.json"));

@@ -219,14 +219,14 @@ TEST_F(Triage, the_program_draws_its_line_where_the_week_is_full) {
 }
 
 TEST_F(Triage, an_opened_topic_tells_what_stood_behind_its_score) {
-    ScoreProvenance note;
-    note.topic = vorle.topics()[0].id;
-    note.at = QDateTime(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
-    note.agent = QStringLiteral("claude");
-    note.relevance = 6.8;
-    note.reflexes = {{QStringLiteral("long-later"),
-                      QStringLiteral("Les sujets longs attendent\u001B[2J un créneau.")}};
-    vorle.write("data/vorle/score-notes.json", json::encode(QList{note}));
+    ScoreProvenance provenance;
+    provenance.topic = vorle.topics()[0].id;
+    provenance.at = QDateTime(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
+    provenance.agent = QStringLiteral("claude");
+    provenance.relevance = 6.8;
+    provenance.reflexes = {{QStringLiteral("long-later"),
+                            QStringLiteral("Les sujets longs attendent\u001B[2J un créneau.")}};
+    vorle.write("data/vorle/score-notes.json", json::encode(QList{provenance}));
     const Program::Outcome open = vorle.run("sujets AB11");
     EXPECT_EQ(open.status, 0);
     EXPECT_THAT(open.out, HasSubstr("Claude Code, le 2 novembre"));

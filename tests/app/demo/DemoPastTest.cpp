@@ -96,8 +96,8 @@ TEST(DemoPastTest, the_report_has_something_to_say_at_any_hour_of_any_day_and_an
                 runHours +=
                     past.runs.first().date.toTimeZone(zone).toString(QStringLiteral("ddd HH:mm"));
                 QHash<QUuid, qsizetype> reflexes;
-                for (const ScoreProvenance &note : past.notes) {
-                    reflexes.insert(note.topic, note.reflexes.size());
+                for (const ScoreProvenance &each : past.provenance) {
+                    reflexes.insert(each.topic, each.reflexes.size());
                 }
                 const WatchRecords records{.topics = shared(past.topics),
                                            .reports = past.runs,
@@ -172,10 +172,10 @@ TEST(DemoPastTest, opens_on_decisions_that_teach_and_agree_with_the_runs) {
             EXPECT_EQ(run.sites, written[i].sites);
         }
     }
-    ScoreProvenanceLog notes(store, clock);
+    ScoreProvenanceLog provenance(store, clock);
     for (const TopicPtr &topic : store.topics()) {
         EXPECT_EQ(brought.contains(topic->id), topic->origin != Origin::Capture);
-        EXPECT_EQ(notes.of(topic->id).has_value(), topic->status != TopicStatus::Inbox);
+        EXPECT_EQ(provenance.of(topic->id).has_value(), topic->status != TopicStatus::Inbox);
     }
 }
 

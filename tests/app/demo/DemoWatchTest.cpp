@@ -12,6 +12,7 @@
 #include "search/run/JudgedProjects.h"
 #include "search/web/PageReader.h"
 #include "tests/app/demo/DemoAgent.h"
+#include "tests/support/Wait.h"
 
 #include <QSet>
 
@@ -187,7 +188,8 @@ TEST_F(DemoWatchTest, says_of_each_page_what_it_is_really_about) {
                                  {},
                                  page->text.toUtf8()};
     }
-    const QList<ProjectSnapshot> projects = readProjects(preferences.settings().projects);
+    const QList<ProjectSnapshot> projects =
+        test::waitFor(askProjects(preferences.settings().projects));
     const JudgeProfile profile =
         judgeContextSource(preferences, judgedProjects(projects, preferences.settings()), {})
             .profile;

@@ -32,15 +32,15 @@ TEST(ScoreExplanationTest, tells_what_is_known_and_leaves_out_the_rest) {
                                   {QStringLiteral("plus important que ça")},
                                   QStringLiteral("lu %1"),
                                   QDateTime(today, QTime(9, 0), Qt::UTC)};
-    ScoreProvenance note;
-    note.at = QDateTime(QDate(2026, 11, 1), QTime(23, 30), Qt::UTC);
-    note.agent = QStringLiteral("codex");
-    note.relevance = 7.46;
-    note.bytesRead = 5432;
-    note.examples = 12;
-    note.reflexes = {{QStringLiteral("stack-first"), QStringLiteral("La stack passe avant.")},
-                     {QStringLiteral("kind-video"), QString()}};
-    const ScoreExplanation open = openScore(topic, note, today, QTimeZone("Europe/Paris"));
+    ScoreProvenance provenance;
+    provenance.at = QDateTime(QDate(2026, 11, 1), QTime(23, 30), Qt::UTC);
+    provenance.agent = QStringLiteral("codex");
+    provenance.relevance = 7.46;
+    provenance.bytesRead = 5432;
+    provenance.examples = 12;
+    provenance.reflexes = {{QStringLiteral("stack-first"), QStringLiteral("La stack passe avant.")},
+                           {QStringLiteral("kind-video"), QString()}};
+    const ScoreExplanation open = openScore(topic, provenance, today, QTimeZone("Europe/Paris"));
     EXPECT_EQ(open.title, QStringLiteral("Note 9 sur 10, la tienne. J’avais mis 7"));
     ASSERT_EQ(open.grades.size(), 4);
     EXPECT_EQ(open.grades[3], (ScoreExplanation::Grade{QStringLiteral("Fiabilité"), 9}));
@@ -56,7 +56,7 @@ TEST(ScoreExplanationTest, tells_what_is_known_and_leaves_out_the_rest) {
 
     topic.readLevel = ReadLevel::None;
     topic.correction.reset();
-    EXPECT_EQ(openScore(topic, note, today).title,
+    EXPECT_EQ(openScore(topic, provenance, today).title,
               QStringLiteral("Pas de note : rien n’a pu être lu"));
 }
 

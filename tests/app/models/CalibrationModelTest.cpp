@@ -1,4 +1,5 @@
 #include "app/models/CalibrationModel.h"
+#include "app/models/Decisions.h"
 #include "core/ScoreScale.h"
 #include "tests/core/Samples.h"
 
@@ -51,7 +52,7 @@ protected:
     Preferences preferences{
         std::make_unique<SettingsFile>(dir.filePath(QStringLiteral("settings.json")))};
     Decisions decisions{store};
-    Model model{preferences, store, decisions, clock};
+    Model model{preferences, store, decisions.history(), clock};
     QStringList said;
 };
 

@@ -24,10 +24,12 @@ struct SectionsShelf {
     Asker asker{agent, resources};
     Feeds feeds{http, shelf.clock};
     SourceImage images{http, folder.path()};
-    ScoreProvenanceLog notes{shelf.store, shelf.clock};
+    ScoreProvenanceLog provenance{shelf.store, shelf.clock};
+    RediscoveryLog rediscoveries{shelf.store, shelf.clock};
     SearchEngine engine{{.preferences = preferences,
                          .store = shelf.store,
-                         .provenance = notes,
+                         .provenance = provenance,
+                         .rediscoveries = rediscoveries,
                          .asker = asker,
                          .reader = reader,
                          .feeds = feeds,

@@ -36,15 +36,7 @@ const QList<Stored> &stored() {
         {"notifyMode", "notifyMode", text("Jamais"), "[\"Jamais\"]"},
         {"notifyReminder", "notifyReminder", true, "[true]"},
         {"proposeTab", "proposeTab", false, "[false]"},
-        {"onboarded", "onboarded", true, "[true]"},
         {"job", "job", text("luthière « été »"), "[\"luthière « été »\"]"},
-        {"interests", "interests", QStringList{text("a"), text("b")}, "[[\"a\",\"b\"]]"},
-        {"keptApps", "keptApps", QStringList{text("Figma")}, "[[\"Figma\"]]"},
-        {"excludedApps", "excludedApps", QStringList{text("Mail")}, "[[\"Mail\"]]"},
-        {"accessMode", "accessMode", text("allExcept"), "[\"allExcept\"]"},
-        {"addedTools", "addedTools", QStringList{text("Blender")}, "[[\"Blender\"]]"},
-        {"exclusions", "exclusions", QStringList{text("jeux")}, "[[\"jeux\"]]"},
-        {"radiusLevel", "radiusLevel2", 6, "[6]"},
         {"agent", "agent", text("codex"), "[\"codex\"]"},
         {"agentModel", "agentModel", text("opus-4[1m]"), "[\"opus-4[1m]\"]"},
         {"textScale", "textScale", 130, "[130]"},
@@ -119,10 +111,10 @@ TEST_F(SettingsModelTest, tells_what_does_not_fit_and_changes_nothing) {
         {"runTime", text("25:00"),
          "Ce n’est pas une heure\u00A0: «\u202F25:00\u202F». Écris par exemple 8:30."},
         {"textScale", 151, "« textScale » attend un nombre entier de 80 à 150."},
-        {"radiusLevel", 7, "« radiusLevel2 » attend un nombre entier de 0 à 6."},
         {"agent", text("gpt"), "« agent » attend \"claude\", \"codex\" ou null."},
-        {"accessMode", text("all"),
-         "« accessMode » attend l’un de ces mots : \"allExcept\", \"only\"."},
+        {"notifyMode", text("Parfois"),
+         "« notifyMode » attend l’un de ces mots : \"À chaque fouille\", \"Seulement si urgent\", "
+         "\"Jamais\"."},
     };
     for (const auto &[property, value, problem] : rows) {
         const QVariant before = model.property(property);

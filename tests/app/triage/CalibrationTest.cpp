@@ -1,4 +1,5 @@
 #include "app/triage/Calibration.h"
+#include "core/Corrections.h"
 #include "core/ScoreScale.h"
 #include "tests/core/Samples.h"
 
@@ -10,7 +11,6 @@ namespace vorle {
 namespace {
 
 using test::sampleTopic;
-using Choice = Calibration::Choice;
 
 class CalibrationTest : public testing::Test {
 protected:
@@ -27,11 +27,12 @@ protected:
         }
         store.add(topics);
     }
-    QUuid answerNext(Choice choice, std::optional<int> score = std::nullopt) {
+    QUuid answerNext(Outcome outcome, std::optional<int> score = std::nullopt) {
         const TopicPtr topic = calibration.next();
         EXPECT_TRUE(topic);
         clock.moment = clock.moment.addSecs(20);
-        EXPECT_TRUE(calibration.answer(topic->id, choice, score));
+        EXPECT_TRUE(calibration.choose(topic->id, outcome));
+        calibration.give(score);
         return topic->id;
     }
     const Settings &settings() const { return preferences.settings(); }
@@ -41,7 +42,8 @@ protected:
     TopicStore store{QString(), Resources(), clock};
     Preferences preferences{
         std::make_unique<SettingsFile>(dir.filePath(QStringLiteral("settings.json")))};
-    Calibration calibration{preferences, store, clock};
+    DecisionHistory history{store};
+    Calibration calibration{preferences, store, history, clock};
 };
 
 TEST_F(CalibrationTest, chooses_topics_unlike_each_other) {
@@ -88,7 +90,7 @@ TEST_F(CalibrationTest, is_proposed_after_the_first_run_until_it_is_done_or_skip
     EXPECT_FALSE(calibration.isProposed()) << "no run yet";
     preferences.change(&Settings::lastSearch, clock.moment);
     EXPECT_TRUE(calibration.isProposed());
-    calibration.skip();
+    Calibration::skip(preferences);
     EXPECT_FALSE(calibration.isProposed());
     EXPECT_FALSE(calibration.next());
     calibration.beginAgain();
@@ -109,32 +111,31 @@ TEST_F(CalibrationTest, goes_through_ten_topics_and_ends) {
     EXPECT_FALSE(calibration.next()) << "not begun";
     calibration.begin();
     EXPECT_EQ(settings().calibrationStart, clock.moment);
-    const QUuid keptId = answerNext(Choice::Keep, 9);
-    const QUuid laterId = answerNext(Choice::Later);
-    const QUuid asideId = answerNext(Choice::NotForMe, 0);
+    const QUuid keptId = answerNext(Outcome::Kept, 9);
+    const QUuid laterId = answerNext(Outcome::Later);
+    const QUuid asideId = answerNext(Outcome::Dismissed, 0);
     EXPECT_EQ(store.topic(keptId)->status, TopicStatus::Program);
     EXPECT_EQ(store.topic(keptId)->correction->score, 9);
     EXPECT_EQ(store.topic(laterId)->status, TopicStatus::Reserve);
     EXPECT_FALSE(store.topic(laterId)->correction);
     EXPECT_EQ(store.topic(asideId)->status, TopicStatus::Dismissed);
     EXPECT_EQ(calibration.progress(), (Calibration::Progress{3, 10}));
-    EXPECT_EQ(calibrationPosition(calibration.progress()), QStringLiteral("4 sur 10"));
 
     // Left and taken up again: another object, another day, the same place.
-    Calibration later(preferences, store, clock);
+    Calibration later(preferences, store, history, clock);
     later.begin();
     EXPECT_EQ(later.progress(), (Calibration::Progress{3, 10}));
     for (int i = 0; i < 6; ++i) {
-        answerNext(Choice::Later);
+        answerNext(Outcome::Later);
     }
     EXPECT_FALSE(settings().calibrated);
     const TopicPtr last = calibration.next();
-    const auto answer = calibration.answer(last->id, Choice::Keep, 3);
+    EXPECT_TRUE(calibration.choose(last->id, Outcome::Kept));
+    EXPECT_EQ(calibration.give(3), judgedScore(*last));
     EXPECT_TRUE(settings().calibrated);
     EXPECT_FALSE(calibration.next());
 
-    ASSERT_TRUE(answer);
-    calibration.takeBack(*answer);
+    EXPECT_EQ(calibration.takeBack(), last->id);
     EXPECT_EQ(*store.topic(last->id), *last);
     EXPECT_FALSE(settings().calibrated);
     EXPECT_EQ(calibration.next()->id, last->id);
@@ -147,10 +148,10 @@ TEST_F(CalibrationTest, counts_decisions_taken_elsewhere_and_ends_when_nothing_i
     calibration.begin();
     EXPECT_EQ(calibration.progress(), (Calibration::Progress{0, 3}));
     store.dismiss(calibration.next()->id);
-    answerNext(Choice::Keep);
+    answerNext(Outcome::Kept);
     EXPECT_EQ(calibration.progress(), (Calibration::Progress{2, 3}));
-    EXPECT_FALSE(calibration.answer(QUuid::createUuid(), Choice::Keep));
-    answerNext(Choice::Keep);
+    EXPECT_FALSE(calibration.choose(QUuid::createUuid(), Outcome::Kept));
+    answerNext(Outcome::Kept);
     EXPECT_TRUE(settings().calibrated);
 
     clock.moment = clock.moment.addSecs(60);

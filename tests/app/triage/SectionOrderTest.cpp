@@ -1,4 +1,6 @@
 #include "app/triage/SectionOrder.h"
+
+#include "app/labels/SectionLabels.h"
 #include "tests/core/Samples.h"
 
 #include <gtest/gtest.h>

@@ -57,7 +57,6 @@ TEST_F(TopicPageTest, shows_the_topic_that_was_chosen_and_follows_its_changes_al
     page.setTopicId(chosen); // the same again is no change
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(page.topicId(), chosen);
-    EXPECT_EQ(page.scoreTitle(), QStringLiteral("Note 7 sur 10"));
     EXPECT_EQ(page.grades().size(), 4);
     EXPECT_EQ(page.seenText(), QStringLiteral("lu ici")) << "nothing turns the line round";
     EXPECT_FALSE(page.corrected() || page.hasBrief());
@@ -67,12 +66,10 @@ TEST_F(TopicPageTest, shows_the_topic_that_was_chosen_and_follows_its_changes_al
     store.setCorrection(id, Correction{9, {}, {}, clock.moment});
     EXPECT_EQ(changes.count(), 2);
     EXPECT_TRUE(page.corrected());
-    EXPECT_EQ(page.scoreTitle(), QStringLiteral("Note 9 sur 10, la tienne. J’avais mis 7"));
 
     page.setTopicId(QStringLiteral("rien"));
     EXPECT_EQ(page.topicId(), QString());
     EXPECT_EQ(page.seenText(), QString());
-    EXPECT_EQ(page.scoreTitle(), QString());
 }
 
 TEST_F(TopicPageTest, words_a_note_as_it_can_be_shown_and_leaves_its_code_alone) {

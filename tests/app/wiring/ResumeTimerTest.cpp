@@ -69,6 +69,7 @@ TEST_F(ResumeTimerTest, goes_on_at_the_next_start_and_never_where_the_hour_is_un
     SearchEngine next({.preferences = parts.preferences,
                        .store = parts.store,
                        .provenance = parts.provenance,
+                       .rediscoveries = parts.rediscoveries,
                        .asker = parts.asker,
                        .reader = parts.reader,
                        .feeds = parts.feeds,

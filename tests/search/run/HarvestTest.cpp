@@ -126,7 +126,7 @@ TEST_F(HarvestTest, a_link_set_aside_that_a_run_finds_again_is_told) {
     twin.status = TopicStatus::Done;
     store.add({twin});
     QList<QUuid> told;
-    QObject::connect(&engine.finds(), &RediscoveryLog::found, [&](const QUuid &id) { told += id; });
+    QObject::connect(&rediscoveries, &RediscoveryLog::found, [&](const QUuid &id) { told += id; });
 
     server.serve("/again", test::TestReply::redirect("/long"));
     const struct {
@@ -231,8 +231,9 @@ TEST_F(HarvestTest, what_is_old_news_to_one_project_stays_news_to_another) {
         scenario(release, one.topics);
         TopicStore memory{QString(), resources, clock};
         ScoreProvenanceLog otherProvenance{memory, clock};
-        SearchEngine other{
-            {preferences, memory, otherProvenance, asker, reader, feeds, images, clock}};
+        RediscoveryLog otherFinds{memory, clock};
+        SearchEngine other{{preferences, memory, otherProvenance, otherFinds, asker, reader, feeds,
+                            images, clock}};
         const RunReport report = test::waitFor(other.run(stop.token()), 60s);
         EXPECT_EQ(report.notNewer.isEmpty(), one.added) << one.late;
         ASSERT_EQ(memory.count(), one.added ? 1 : 0) << one.late;

@@ -355,6 +355,7 @@ TEST_F(LimitTest, another_process_goes_on_with_it) {
     SearchEngine next({.preferences = preferences,
                        .store = other,
                        .provenance = provenance,
+                       .rediscoveries = rediscoveries,
                        .asker = asker,
                        .reader = reader,
                        .feeds = feeds,

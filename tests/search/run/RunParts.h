@@ -25,9 +25,11 @@ public:
         : feeds(http, time)
         , store(folder.filePath(QStringLiteral("topics.json")), resources, time)
         , provenance(store, time)
+        , rediscoveries(store, time)
         , engine({.preferences = preferences,
                   .store = store,
                   .provenance = provenance,
+                  .rediscoveries = rediscoveries,
                   .asker = asker,
                   .reader = reader,
                   .feeds = feeds,
@@ -63,6 +65,7 @@ public:
     Feeds feeds;
     TopicStore store;
     ScoreProvenanceLog provenance;
+    RediscoveryLog rediscoveries;
     SearchEngine engine;
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/Preferences.h"
 #include "search/run/JudgedProjects.h"
+#include "tests/support/Wait.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,7 +16,8 @@ namespace {
 class RunPlanTest : public testing::Test {
 protected:
     RunPlan plan() {
-        return planRun(preferences, readProjects(preferences.settings().projects), {}, now);
+        return planRun(preferences, test::waitFor(askProjects(preferences.settings().projects)), {},
+                       now);
     }
 
     QTemporaryDir folder;
@@ -66,8 +68,8 @@ TEST_F(RunPlanTest, each_project_then_the_declared_topics_make_a_scope) {
     EXPECT_EQ(made.scopes[3].request.radius,
               u"Stay on the topic itself. Never use these sites or folders as a source: "
               u"spam.com.");
-    const auto judged =
-        judgedProjects(readProjects(preferences.settings().projects), preferences.settings());
+    const auto judged = judgedProjects(test::waitFor(askProjects(preferences.settings().projects)),
+                                       preferences.settings());
     ASSERT_EQ(judged.size(), 3);
     EXPECT_EQ(judged[1].labels, QStringList{QStringLiteral("React")});
     EXPECT_EQ(judged[1].versions, QStringList{QStringLiteral("react 19.1.0")});
@@ -179,8 +181,8 @@ TEST_F(RunPlanTest, each_prompt_is_told_the_links_that_its_search_may_come_upon)
     old.publishedOn = QStringLiteral("2026-10-30"); // found yesterday, three weeks old
     old.sources = {{QString(), QStringLiteral("22")}};
     topics += std::make_shared<const Topic>(old);
-    const RunPlan made =
-        planRun(preferences, readProjects(preferences.settings().projects), topics, now);
+    const RunPlan made = planRun(
+        preferences, test::waitFor(askProjects(preferences.settings().projects)), topics, now);
     const auto links = [](const QStringList &known) { return known.join(u' '); };
     EXPECT_EQ(links(made.scopes[0].request.knownLinks), u"1");
     EXPECT_EQ(links(made.scopes[1].request.knownLinks), u"1 22 20 60");

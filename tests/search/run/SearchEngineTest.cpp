@@ -103,8 +103,9 @@ TEST_F(SearchEngineTest, a_topic_is_covered_by_its_own_name_in_its_own_search_al
                  list({candidate(at("/p3"), "React Native"), candidate(at("/p4"), "VELO")}));
         TopicStore memory{QString(), resources, clock};
         ScoreProvenanceLog otherProvenance{memory, clock};
-        SearchEngine other{
-            {preferences, memory, otherProvenance, asker, reader, feeds, images, clock}};
+        RediscoveryLog otherFinds{memory, clock};
+        SearchEngine other{{preferences, memory, otherProvenance, otherFinds, asker, reader, feeds,
+                            images, clock}};
         const RunReport report = test::waitFor(other.run(stop.token()), 60s);
         EXPECT_EQ(report.uncovered,
                   (QStringList{QStringLiteral("React"), QStringLiteral("C"), QStringLiteral("Go")}))

@@ -1,11 +1,11 @@
-#include "app/wiring/Diagnostics.h"
+#include "app/diagnostics/ErrorKind.h"
 
 #include <gtest/gtest.h>
 
 namespace vorle {
 namespace {
 
-TEST(Diagnostics, of_an_error_only_what_kind_it_is_is_told) {
+TEST(ErrorKind, of_an_error_only_what_kind_it_is_is_told) {
     const std::pair<const char *, const char *> cases[] = {
         {"Claude Code n’est plus connecté.", "Claude Code n’est plus connecté."},
         {"Codex n’a pas répondu à temps.", "Codex n’a pas répondu à temps."},

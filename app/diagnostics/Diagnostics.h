@@ -1,9 +1,9 @@
 #pragma once
 
 #include "agents/EngineAgent.h"
-#include "app/wiring/OnDemand.h"
 #include "base/Clock.h"
 #include "base/Json.h"
+#include "base/OnDemand.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
 
@@ -19,7 +19,7 @@ namespace vorle {
 /// mends it. It names versions, files, agents and the kinds of the last errors, and nothing of what
 /// the person watches: no title, no link, no project, no topic of interest, no prompt, no page, no
 /// key. Words that the agent or a page may have written never stand in it: of an error only what it
-/// is known to be is told (see errorKind).
+/// is known to be is told (see ErrorKind.h).
 struct Diagnostics {
     struct File {
         QString name;                ///< what it is: "topics", "settings"
@@ -42,7 +42,7 @@ struct Diagnostics {
     };
     struct Agent {
         QString name;
-        QString state; ///< "ready", "signed out", "missing"
+        AgentReadiness state = AgentReadiness::Missing;
         bool chosen = false;
         std::optional<QString> path;
 
@@ -122,10 +122,5 @@ Diagnostics diagnose(const DiagnosticSources &sources);
 
 /// The same for people, in French, a few lines to paste somewhere.
 QString diagnosticText(const Diagnostics &diagnostics);
-
-/// What kind of error a text tells: our own sentence where it begins with one, and words that are
-/// known to be of errors, wherever they stand ("rate limit", "429", "no space left on device").
-/// Nothing else of the text. Pure, any thread.
-QString errorKind(const QString &text);
 
 } // namespace vorle

@@ -1,12 +1,8 @@
-// The commands that take the topics out, and others in.
-
 #include "app/cli/Handlers.h"
-#include "app/cli/TopicArgument.h"
+#include "app/cli/Requirements.h"
 #include "app/transfer/TopicArchive.h"
-#include "app/transfer/TopicImport.h"
 #include "app/transfer/TransferText.h"
 #include "base/French.h"
-#include "search/capture/LinkCapture.h"
 
 #include <QFileInfo>
 
@@ -44,38 +40,13 @@ ExportFormats formatsOf(const Arguments &arguments) {
     return {.json = word == u"json", .markdown = word == u"markdown"};
 }
 
-/// What `work` gives or throws, worked out on the pool: the app's window goes on meanwhile, and a
-/// stop is heard.
-template <class Work, class Result = std::invoke_result_t<Work>>
-Task<Result> onPoolOrThrow(Work work) {
-    struct Outcome {
-        Result result;
-        std::exception_ptr fault;
-    };
-    Outcome outcome = co_await onPool([work = std::move(work)] {
-        Outcome made;
-        try {
-            made.result = work();
-        } catch (...) {
-            made.fault = std::current_exception();
-        }
-        return made;
-    });
-    if (outcome.fault) {
-        std::rethrow_exception(outcome.fault);
-    }
-    co_return std::move(outcome.result);
-}
-
 } // namespace
 
 Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
     const ExportFormats formats = formatsOf(context.arguments);
     const QString folder = QFileInfo(context.arguments.positional.first()).absoluteFilePath();
     const TopicStore &store = *opened;
-    if (store.isDamaged()) {
-        throw Failure(French::tr("Tes sujets sont illisibles : %1").arg(store.file()));
-    }
+    requireReadable(store);
     QList<Topic> topics;
     for (const TopicPtr &topic : store.topics()) {
         topics += *topic;
@@ -83,7 +54,7 @@ Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     auto stopped = std::make_shared<std::atomic<bool>>(false);
     const auto stop = context.cancel.onCancel([stopped] { *stopped = true; });
-    const WrittenFiles files = co_await onPoolOrThrow([=, live = store.file()] {
+    const WrittenFiles files = co_await onPool([=, live = store.file()] {
         return exportTopics(topics, folder, live, formats, now,
                             [stopped] { return stopped->load(); });
     });
@@ -93,30 +64,6 @@ Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
             json::Style::Pretty));
     }
     context.console.say(exportText(topics.size(), folder, files));
-    co_return ExitStatus::Done;
-}
-
-Task<ExitStatus> importer(Context &context, TopicsToChange held, OnDemand<LinkCapture> capture) {
-    // The open app, which may be asked to do it, works in another folder.
-    const QString given = context.arguments.positional.first();
-    const QString file = QFileInfo(given).absoluteFilePath();
-    context.words.replace(context.words.lastIndexOf(given), file);
-    co_await holdTopics(context, held);
-    QList<Topic> topics = co_await onPoolOrThrow([file] { return readTopicArchive(file); });
-    context.cancel.throwIfCancelled();
-    TopicStore &store = *held.store;
-    const ImportOutcome outcome = importTopicsInto(store, std::move(topics));
-    if (context.host == Host::App) {
-        capture->resume(); // links that still want to be read
-    }
-    if (!store.flush()) {
-        throw Failure(
-            store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
-    }
-    if (context.arguments.json()) {
-        context.console.print(json::encode(outcome, json::Style::Pretty));
-    }
-    context.console.say(importText(outcome));
     co_return ExitStatus::Done;
 }
 

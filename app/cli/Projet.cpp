@@ -1,6 +1,5 @@
-// The commands that change what a run searches for.
-
 #include "app/cli/Handlers.h"
+#include "app/cli/Requirements.h"
 #include "app/territory/TerritoryEdit.h"
 #include "base/French.h"
 #include "core/NumberText.h"
@@ -9,9 +8,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace vorle::cli {
 
@@ -34,13 +30,6 @@ struct ProjectShown {
                           json::field("dependencies", &ProjectShown::dependencies));
     }
 };
-
-/// @throws Failure when the last change did not reach the disk
-void requireWritten(Preferences &preferences) {
-    if (!preferences.flush()) {
-        throw Failure(preferences.writeError().value_or(QString()));
-    }
-}
 
 /// "package.json · 3 dépendances · React, TypeScript".
 QString manifestLine(const discovery::Project &project) {
@@ -119,11 +108,11 @@ Task<> addProject(Context &context, Preferences &preferences, QString folder) {
     if (auto refusal = territory::addProject(preferences, name, path)) {
         throw Failure(*refusal + u' ' + French::tr("Choisis un autre nom avec --nom."));
     }
-    requireWritten(preferences);
+    requireSaved(preferences);
     if (context.arguments.options.contains(QStringLiteral("description"))) {
         require(territory::setDescription(
             preferences, name, context.arguments.options[QStringLiteral("description")]));
-        requireWritten(preferences);
+        requireSaved(preferences);
     }
     if (found.problem != discovery::Project::Problem::None) {
         context.console.say(oneLine(discovery::problemText(found)));
@@ -134,25 +123,7 @@ void removeProject(Preferences &preferences, const QString &name) {
     if (!territory::removeProject(preferences, name)) {
         throw Failure(French::tr("Aucun projet ne s’appelle « %1 ».").arg(name));
     }
-    requireWritten(preferences);
-}
-
-/// JSON of any kind on one line, a bare text or number included.
-QByteArray compact(const QJsonValue &value) {
-    const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return wrapped.sliced(1, wrapped.size() - 2);
-}
-
-QJsonValue parsedValue(const QString &text) {
-    QJsonParseError error;
-    const auto document = QJsonDocument::fromJson("[" + text.toUtf8() + "]", &error);
-    if (error.error != QJsonParseError::NoError || document.array().size() != 1) {
-        throw Failure(French::tr("« %1 » n’est pas du JSON. Un texte s’écrit entre "
-                                 "guillemets : '\"%1\"'")
-                          .arg(text),
-                      ExitStatus::Usage);
-    }
-    return document.array().first();
+    requireSaved(preferences);
 }
 
 } // namespace
@@ -174,38 +145,6 @@ Task<ExitStatus> projet(Context &context, OnDemand<Preferences> preferences) {
         removeProject(*preferences, words[1]);
     }
     co_await listProjects(context, *preferences);
-    co_return ExitStatus::Done;
-}
-
-Task<ExitStatus> reglages(Context &context, OnDemand<Preferences> opened) {
-    Preferences &preferences = *opened;
-    const QStringList &words = context.arguments.positional;
-    if (words.isEmpty()) {
-        QStringList lines;
-        QJsonObject all;
-        for (const QString &key : Preferences::settingKeys()) {
-            all[key] = preferences.setting(key);
-            lines += context.console.bold(key) + QStringLiteral("  ") +
-                     QString::fromUtf8(compact(preferences.setting(key)));
-        }
-        if (context.arguments.json()) {
-            context.console.print(QJsonDocument(all).toJson().trimmed());
-        } else {
-            context.console.print(lines.join(u'\n'));
-        }
-        co_return ExitStatus::Done;
-    }
-    if (words.size() == 2) {
-        if (const auto error = preferences.changeSetting(words[0], parsedValue(words[1]))) {
-            throw Failure(*error);
-        }
-        requireWritten(preferences);
-    }
-    const QJsonValue value = preferences.setting(words[0]);
-    if (value.isUndefined()) {
-        throw Failure(French::tr("Réglage inconnu : %1").arg(words[0]));
-    }
-    context.console.print(compact(value));
     co_return ExitStatus::Done;
 }
 
