@@ -44,6 +44,12 @@ public:
         return expectation(keyOf(setting));
     }
 
+    /// Whether `changed` named one of these settings.
+    template <class... T>
+    static bool isKeyOf(const QString &key, T Settings::*...settings) {
+        return ((key == keyOf(settings)) || ...);
+    }
+
     /// Reads again what other processes wrote, and announces what changed.
     void reload();
     /// Does so now, and from now on by itself, soon after another process wrote.

@@ -12,9 +12,9 @@ struct Settings;
 class SettingsFile;
 
 struct WholeRange {
-    int least;
-    int most;
-    constexpr bool contains(int value) const { return value >= least && value <= most; }
+    int min;
+    int max;
+    constexpr bool contains(int value) const { return value >= min && value <= max; }
 };
 
 /// Which texts a setting may be, where they cannot be listed. None is as good as an empty one.

@@ -67,8 +67,8 @@ QString quoted(std::span<const std::string_view> words) {
 QString wholeNumber(const SettingLimits &limits) {
     return limits.range == nullptr ? French::tr("un nombre entier")
                                    : French::tr("un nombre entier de %1 à %2")
-                                         .arg(limits.range->least)
-                                         .arg(limits.range->most);
+                                         .arg(limits.range->min)
+                                         .arg(limits.range->max);
 }
 
 template <class T>
@@ -147,7 +147,7 @@ struct Of {
             const double number = value.toDouble(std::nan(""));
             if (row.limits.range != nullptr && number == std::trunc(number)) {
                 into.*row.member = static_cast<int>(
-                    std::clamp<double>(number, row.limits.range->least, row.limits.range->most));
+                    std::clamp<double>(number, row.limits.range->min, row.limits.range->max));
             }
         } else {
             salvageEntries(row.limits, value, into.*row.member);

@@ -119,7 +119,7 @@ private:
         });
         try {
             if (unreadableAt) {
-                backUpUnreadable(file, backupName(file, *unreadableAt));
+                keepCopy(file, backupName(file, *unreadableAt));
             }
             replaceWhole(file, json::encode(records, json::Style::Pretty) + '\n');
         } catch (const std::exception &error) {

@@ -113,7 +113,7 @@ TopicWriter::Outcome TopicWriter::write(const Snapshot &topics) {
         }
         pieces.emplace_back("]\n");
         if (m_aside) {
-            backUpUnreadable(m_file, *m_aside);
+            keepCopy(m_file, *m_aside);
             m_aside.reset();
         }
         replaceWhole(m_file, pieces);

@@ -28,7 +28,7 @@ std::optional<T> replaceable(const QString &file, const QDateTime &now) {
     try {
         return json::decode<T>(*bytes);
     } catch (const json::DecodeError &) {
-        backUpUnreadable(file, backupName(file, now));
+        keepCopy(file, backupName(file, now));
         return std::nullopt;
     }
 }

@@ -334,7 +334,7 @@ QString backupName(const QString &path, const QDateTime &now) {
     return name;
 }
 
-void backUpUnreadable(const QString &path, const QString &aside) {
+void keepCopy(const QString &path, const QString &aside) {
     const QString target = linkTarget(path);
     // A second name costs nothing, cannot be half done, and needs no right to read.
     if (::link(QFile::encodeName(target).constData(), QFile::encodeName(aside).constData()) == 0 ||

@@ -54,6 +54,6 @@ QString backupName(const QString &path, const QDateTime &now);
 /// Gives the file's bytes a second name, which stands when the file is replaced. Does nothing
 /// when there is no such file.
 /// @throws std::system_error
-void backUpUnreadable(const QString &path, const QString &aside);
+void keepCopy(const QString &path, const QString &aside);
 
 } // namespace vorle

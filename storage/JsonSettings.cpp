@@ -120,7 +120,7 @@ QJsonObject save(const QString &path, const JsonSettings::Changes &changes,
     }
     if (present.unreadable) {
         const QString name = backupName(path, QDateTime::currentDateTime());
-        backUpUnreadable(path, name);
+        keepCopy(path, name);
         aside = name;
     }
     replaceWhole(path, QJsonDocument(values).toJson());

@@ -94,8 +94,8 @@ Arguments parseArguments(const Command &command, const QStringList &words) {
                           ExitStatus::Usage);
         }
     }
-    if (arguments.positional.size() < command.fewest ||
-        arguments.positional.size() > command.most) {
+    if (arguments.positional.size() < command.minArguments ||
+        arguments.positional.size() > command.maxArguments) {
         throw Failure(
             French::tr("Usage : vorle %1 %2").arg(command.name, command.synopsis).trimmed(),
             ExitStatus::Usage);

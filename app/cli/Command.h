@@ -61,8 +61,8 @@ struct Command {
     QString name;
     QString synopsis; ///< what follows the name in the help
     QString summary;
-    qsizetype fewest = 0; ///< positional arguments
-    qsizetype most = 0;
+    qsizetype minArguments = 0; ///< positional arguments
+    qsizetype maxArguments = 0;
     QStringList flags = {};
     QStringList options = {}; ///< those that take a value
     /// It asks for the right to change the topics, if only a demonstration's, and nothing at the

@@ -52,7 +52,7 @@ const QList<Command> &commands() {
          .synopsis = QStringLiteral("[ID | --statut S] [--demo]"),
          .summary = French::tr("liste tes sujets ; avec un identifiant, ouvre ce sujet et "
                                "montre de quoi sa note est faite"),
-         .most = 1,
+         .maxArguments = 1,
          .flags = {json, demo},
          .options = {QStringLiteral("statut")},
          .throughApp = true,
@@ -66,8 +66,8 @@ const QList<Command> &commands() {
          .synopsis = French::tr("ID garder|plus-tard|pas-pour-moi|fait|retirer|retrier "
                                 "[--avis meh|useful|gem]"),
          .summary = French::tr("prend une décision sur un sujet"),
-         .fewest = 2,
-         .most = 2,
+         .minArguments = 2,
+         .maxArguments = 2,
          .flags = {json},
          .options = {QStringLiteral("avis")},
          .throughApp = true,
@@ -78,8 +78,8 @@ const QList<Command> &commands() {
         {.name = QStringLiteral("corriger"),
          .synopsis = French::tr("ID NOTE [--raison MOT[,MOT]] [--texte T] | ID --retirer"),
          .summary = French::tr("donne ta note à un sujet, de 0 à 10, à la place de la mienne"),
-         .fewest = 1,
-         .most = 2,
+         .minArguments = 1,
+         .maxArguments = 2,
          .flags = {json, QStringLiteral("retirer")},
          .options = {QStringLiteral("raison"), QStringLiteral("texte")},
          .throughApp = true,
@@ -117,8 +117,8 @@ const QList<Command> &commands() {
          .synopsis = QStringLiteral("ID [--refaire]"),
          .summary = French::tr("montre la fiche de lecture d’un sujet, et l’écrit s’il n’en a "
                                "pas encore"),
-         .fewest = 1,
-         .most = 1,
+         .minArguments = 1,
+         .maxArguments = 1,
          .flags = {json, QStringLiteral("refaire")},
          .throughApp = true,
          .run =
@@ -129,16 +129,16 @@ const QList<Command> &commands() {
         {.name = QStringLiteral("lire"),
          .synopsis = QStringLiteral("URL"),
          .summary = French::tr("montre ce que vorle lit d’une page"),
-         .fewest = 1,
-         .most = 1,
+         .minArguments = 1,
+         .maxArguments = 1,
          .flags = {json},
          .run = [](Context &c,
                    Application &app) { return lire(c, on(app, &Application::reader)); }},
         {.name = QStringLiteral("flux"),
          .synopsis = French::tr("ADRESSE [--direct]"),
          .summary = French::tr("cherche le flux d’un site et montre ce qu’il annonce"),
-         .fewest = 1,
-         .most = 1,
+         .minArguments = 1,
+         .maxArguments = 1,
          .flags = {json, QStringLiteral("direct")},
          .run =
              [](Context &c, Application &app) {
@@ -148,7 +148,7 @@ const QList<Command> &commands() {
          .synopsis = French::tr("[DOSSIER]"),
          .summary = French::tr("montre les dépendances reconnues dans un dossier ; sans "
                                "dossier, tes apps et le métier proposé"),
-         .most = 1,
+         .maxArguments = 1,
          .flags = {json},
          .run =
              [](Context &c, Application &app) {
@@ -159,7 +159,7 @@ const QList<Command> &commands() {
              QStringLiteral("[montrer ID | couper ID | remettre ID | repartir --oui] [--demo]"),
          .summary = French::tr("montre ce que j’ai appris de tes tris, ou les décisions "
                                "derrière un réflexe ; en coupe ou remet un, ou repart de zéro"),
-         .most = 2,
+         .maxArguments = 2,
          .flags = {json, QStringLiteral("oui"), demo},
          .throughApp = true,
          .run =
@@ -170,7 +170,7 @@ const QList<Command> &commands() {
         {.name = QStringLiteral("projet"),
          .synopsis = French::tr("[ajouter DOSSIER [--nom N] [--description D] | retirer NOM]"),
          .summary = French::tr("liste, ajoute ou retire les projets suivis"),
-         .most = 2,
+         .maxArguments = 2,
          .flags = {json},
          .options = {QStringLiteral("nom"), QStringLiteral("description")},
          .run = [](Context &c,
@@ -178,7 +178,7 @@ const QList<Command> &commands() {
         {.name = QStringLiteral("reglages"),
          .synopsis = French::tr("[CLE [VALEUR_JSON]]"),
          .summary = French::tr("lit ou change un réglage"),
-         .most = 2,
+         .maxArguments = 2,
          .flags = {json},
          .run = [](Context &c,
                    Application &app) { return reglages(c, on(app, &Application::preferences)); }},
@@ -186,8 +186,8 @@ const QList<Command> &commands() {
          .synopsis = French::tr("DOSSIER [--format json|markdown]"),
          .summary = French::tr("écrit tous tes sujets dans un dossier : topics.json, que "
                                "« importer » relit, et des notes en Markdown"),
-         .fewest = 1,
-         .most = 1,
+         .minArguments = 1,
+         .maxArguments = 1,
          .flags = {json},
          .options = {QStringLiteral("format")},
          .run = [](Context &c,
@@ -196,8 +196,8 @@ const QList<Command> &commands() {
          .synopsis = French::tr("FICHIER|DOSSIER"),
          .summary = French::tr("ajoute les sujets d’un export ; ceux que tu as déjà restent "
                                "comme ils sont"),
-         .fewest = 1,
-         .most = 1,
+         .minArguments = 1,
+         .maxArguments = 1,
          .flags = {json},
          .throughApp = true,
          .run =

@@ -14,7 +14,7 @@ ProgramBudget::ProgramBudget(TopicStore &store, const Preferences &preferences, 
     });
     connect(&store, &TopicStore::topicsReset, this, &ProgramBudget::load);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"weeklyMinutes") {
+        if (Preferences::isKeyOf(key, &Settings::weeklyMinutes)) {
             compute();
         }
     });

@@ -171,7 +171,7 @@ QString Sections::inboxSubtitle() const {
     }
     constexpr qint64 leeway = 2; // moments are kept in whole seconds
     const QDateTime begun = report->date.addSecs(-static_cast<qint64>(report->seconds) - leeway);
-    const int ofRun = m_parts.inbox.foundWithin(begun, report->date);
+    const int ofRun = m_parts.inbox.countFoundBetween(begun, report->date);
     if (ofRun == 0) {
         return topics;
     }

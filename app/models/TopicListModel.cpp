@@ -265,7 +265,7 @@ void TopicListModel::setWord(QHash<QUuid, QString> &words, const QUuid &id, cons
     }
 }
 
-int TopicListModel::foundWithin(const QDateTime &begin, const QDateTime &end) {
+int TopicListModel::countFoundBetween(const QDateTime &begin, const QDateTime &end) {
     const qint64 first = begin.toMSecsSinceEpoch();
     const qint64 last = end.toMSecsSinceEpoch();
     if (first != m_runBegin || last != m_runEnd) {

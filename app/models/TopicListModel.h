@@ -71,7 +71,7 @@ public:
 
     /// How many of the topics shown a run brought between these moments; captured links are none of
     /// them. Walks the rows when the moments are not those of the last call.
-    int foundWithin(const QDateTime &begin, const QDateTime &end);
+    int countFoundBetween(const QDateTime &begin, const QDateTime &end);
 
     /// The topics shown, in their order.
     QList<TopicPtr> topics() const;

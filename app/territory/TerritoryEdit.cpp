@@ -68,7 +68,7 @@ Refusal addName(Preferences &preferences, List list, const QString &name) {
     if (bare.isEmpty()) {
         return QString();
     }
-    if (auto refusal = tooLong(bare, longestName)) {
+    if (auto refusal = tooLong(bare, maxNameLength)) {
         return refusal;
     }
     QList<QString> names = preferences.settings().*list;
@@ -117,7 +117,7 @@ Refusal renameInterest(Preferences &preferences, const QString &from, const QStr
     if (at < 0 || bare.isEmpty() || bare == from) {
         return QString();
     }
-    if (auto refusal = tooLong(bare, longestName)) {
+    if (auto refusal = tooLong(bare, maxNameLength)) {
         return refusal;
     }
     const qsizetype other = indexOf(names, bare);
@@ -154,7 +154,7 @@ void setAppInScope(Preferences &preferences, const QString &app, bool inScope) {
 
 Refusal setJob(Preferences &preferences, const QString &job) {
     const QString bare = oneLine(job);
-    if (auto refusal = tooLong(bare, longestName)) {
+    if (auto refusal = tooLong(bare, maxNameLength)) {
         return refusal;
     }
     return preferences.change(&Settings::job, bare.isEmpty() ? std::nullopt : std::optional(bare));
@@ -165,7 +165,7 @@ Refusal addProject(Preferences &preferences, const QString &name, const QString 
     if (bare.isEmpty()) {
         return QString();
     }
-    if (auto refusal = tooLong(bare, longestName)) {
+    if (auto refusal = tooLong(bare, maxNameLength)) {
         return refusal;
     }
     auto projects = preferences.settings().projects;
@@ -182,7 +182,7 @@ std::optional<QString> projectAt(const Settings &settings, const QString &path) 
 }
 
 QString freeProjectName(const Settings &settings, const QString &wanted) {
-    const QString bare = oneLine(wanted).left(longestName - 8);
+    const QString bare = oneLine(wanted).left(maxNameLength - 8);
     QString name = bare;
     for (int number = 2; settings.projects.contains(name); ++number) {
         name = bare + u' ' + QString::number(number);
@@ -225,7 +225,7 @@ std::optional<PutBack> removeProject(Preferences &preferences, const QString &na
 Refusal setDescription(Preferences &preferences, const QString &project,
                        const QString &description) {
     const QString bare = oneLine(description);
-    if (auto refusal = tooLong(bare, longestDescription)) {
+    if (auto refusal = tooLong(bare, maxDescriptionLength)) {
         return refusal;
     }
     auto descriptions = preferences.settings().projectDescriptions;
@@ -265,9 +265,9 @@ Refusal addSite(Preferences &preferences, const QString &address) {
     if (came.known > 0) {
         return French::tr("Ce site est déjà dans ta liste.");
     }
-    return came.noPlace > 0
+    return came.beyondLimit > 0
                ? Refusal(French::tr("Tu suis déjà %1 sites : c’est le plus que je puisse lire.")
-                             .arg(mostSites))
+                             .arg(maxSites))
                : std::nullopt;
 }
 
@@ -318,12 +318,12 @@ SitesAdded addSites(Preferences &preferences, const QList<PrioritySite> &sites) 
     }
     for (const PrioritySite &site : sites) {
         const QString key = siteKey(site.address);
-        if (key.isEmpty() || site.address.size() > longestName) {
+        if (key.isEmpty() || site.address.size() > maxNameLength) {
             ++came.refused;
         } else if (keys.contains(key)) {
             ++came.known;
-        } else if (trusted.size() >= mostSites) {
-            ++came.noPlace;
+        } else if (trusted.size() >= maxSites) {
+            ++came.beyondLimit;
         } else {
             keys.insert(key);
             trusted += site;

@@ -18,10 +18,10 @@ using Refusal = std::optional<QString>;
 using PutBack = std::function<void(Preferences &preferences)>;
 
 /// The most characters a name, a job or an address may have, and a description.
-inline constexpr qsizetype longestName = 200;
-inline constexpr qsizetype longestDescription = 2'000;
+inline constexpr qsizetype maxNameLength = 200;
+inline constexpr qsizetype maxDescriptionLength = 2'000;
 /// The most trusted sites: all of them are named to the agent in every question.
-inline constexpr qsizetype mostSites = 200;
+inline constexpr qsizetype maxSites = 200;
 
 /// A name, a path or an address on one line, without blanks at its ends.
 QString oneLine(const QString &text);
@@ -69,9 +69,9 @@ std::optional<PutBack> removeSite(Preferences &preferences, const QString &addre
 
 struct SitesAdded {
     qsizetype added = 0;
-    qsizetype known = 0;   ///< trusted already, or twice in the list
-    qsizetype refused = 0; ///< no address that can be followed
-    qsizetype noPlace = 0; ///< past `mostSites`
+    qsizetype known = 0;       ///< trusted already, or twice in the list
+    qsizetype refused = 0;     ///< no address that can be followed
+    qsizetype beyondLimit = 0; ///< past `maxSites`
     bool operator==(const SitesAdded &) const = default;
 };
 /// Trusts all of them that can be, in one change.

@@ -56,7 +56,7 @@ void writeArchive(const QList<Topic> &topics, const QString &path, const QDateTi
         try {
             if (!present->isEmpty() && hasOthers(*present, topics)) {
                 files.aside = asideName(path, now);
-                backUpUnreadable(path, files.aside);
+                keepCopy(path, files.aside);
             }
         } catch (const json::DecodeError &) {
             throw TransferRefused(

@@ -45,7 +45,7 @@ Index readIndex(const QString &path, const QDateTime &now) {
     try {
         return json::decode<Index>(*bytes);
     } catch (const json::DecodeError &) {
-        backUpUnreadable(path, backupName(path, now));
+        keepCopy(path, backupName(path, now));
         return {};
     }
 }

@@ -17,9 +17,9 @@ namespace vorle {
 struct SearchEntry {
     enum Field {
         Title,
-        Gist,  ///< gist, summary, why; the project, the interest
-        Notes, ///< the note, the brief
-        Seen,  ///< the read text
+        Gist,    ///< gist, summary, why; the project, the interest
+        Written, ///< the note, the brief
+        Seen,    ///< the read text
         FieldCount
     };
 

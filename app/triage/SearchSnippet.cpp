@@ -109,7 +109,7 @@ QByteArray searchText(const Topic &topic, SearchEntry::Field field) {
         return topic.title.toUtf8();
     case SearchEntry::Gist:
         return gistText(topic);
-    case SearchEntry::Notes:
+    case SearchEntry::Written:
         return writtenText(topic);
     case SearchEntry::Seen:
     case SearchEntry::FieldCount:

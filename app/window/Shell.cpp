@@ -99,7 +99,7 @@ void Shell::followStores() {
             [this](const QString &id) { m_parts.capture.ask(QUuid(id)); });
     connect(&store, &TopicStore::historyChanged, m_report.get(), &ReportModel::refresh);
     connect(&m_parts.preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"agent") {
+        if (Preferences::isKeyOf(key, &Settings::agent)) {
             followAgent();
         }
     });

@@ -16,9 +16,9 @@ RunTimer::RunTimer(const Preferences &preferences, const Clock &clock, const Loc
     m_timer.setTimerType(Qt::VeryCoarseTimer); // whole seconds, so that idle stays idle
     connect(&m_timer, &QTimer::timeout, this, &RunTimer::look);
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"schedule") {
+        if (Preferences::isKeyOf(key, &Settings::schedule)) {
             follow();
-        } else if (key == u"lastSearch") {
+        } else if (Preferences::isKeyOf(key, &Settings::lastSearch)) {
             arm();
         }
     });

@@ -19,15 +19,15 @@ namespace vorle::discovery {
 
 namespace {
 
-constexpr std::array<QStringView, 14> usualPlaces{
+constexpr std::array<QStringView, 14> usualFolders{
     u"Projects", u"Projets", u"Developer", u"Développement", u"dev",       u"Dev",   u"code",
     u"Code",     u"src",     u"git",       u"repos",         u"workspace", u"Sites", u"work"};
 
-constexpr std::array<QStringView, 4> personalPlaces{u"Documents", u"Desktop", u"Bureau",
-                                                    u"Downloads"};
+constexpr std::array<QStringView, 4> personalFolders{u"Documents", u"Desktop", u"Bureau",
+                                                     u"Downloads"};
 
 // Of the home itself: what a person keeps there besides projects.
-constexpr std::array<QStringView, 13> otherPlaces{
+constexpr std::array<QStringView, 13> otherFolders{
     u"Library", u"Applications", u"Movies", u"Music",           u"Pictures",  u"Public", u"Videos",
     u"Musique", u"Images",       u"Vidéos", u"Téléchargements", u"Templates", u"snap"};
 
@@ -96,7 +96,7 @@ private:
             ++m_entries;
             const bool home = at.folder == m_home;
             if (name.startsWith(u'.') || holds(passedOver, name) ||
-                (home && (holds(otherPlaces, name) || holds(personalPlaces, name)))) {
+                (home && (holds(otherFolders, name) || holds(personalFolders, name)))) {
                 continue;
             }
             if (const auto identity = identityOf(folder);
@@ -122,14 +122,14 @@ QList<Project> findProjects(const QString &home, PersonalFolders personal,
     const QDir root(home);
     Finder finder(root.path(), limits);
     bool usual = false;
-    for (const QStringView place : usualPlaces) {
-        const QString folder = root.filePath(place.toString());
+    for (const QStringView name : usualFolders) {
+        const QString folder = root.filePath(name.toString());
         usual = usual || QFileInfo(folder).isDir();
         finder.lookUnder(folder, limits.depth);
     }
     if (personal == PersonalFolders::Included) {
-        for (const QStringView place : personalPlaces) {
-            finder.lookUnder(root.filePath(place.toString()), limits.depth);
+        for (const QStringView name : personalFolders) {
+            finder.lookUnder(root.filePath(name.toString()), limits.depth);
         }
     }
     if (!usual) {

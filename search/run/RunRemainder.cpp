@@ -75,7 +75,7 @@ RemainderFile::Reading RemainderFile::read() const {
 /// @throws std::system_error for what cannot be read or kept aside: it is not to be replaced
 void RemainderFile::keepUnreadable(const QDateTime &now) const {
     if (examine().found == Found::Unreadable) {
-        backUpUnreadable(m_file, backupName(m_file, now));
+        keepCopy(m_file, backupName(m_file, now));
     }
 }
 

@@ -34,7 +34,7 @@ QString helpText(AgentKind kind, AgentReadiness readiness) {
 AgentStates::AgentStates(const AgentLocator &agents, Preferences &preferences, QObject *parent)
     : QObject(parent), m_agents(agents), m_states(look()) {
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"agent") {
+        if (Preferences::isKeyOf(key, &Settings::agent)) {
             refresh();
         }
     });

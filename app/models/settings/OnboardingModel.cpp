@@ -19,11 +19,12 @@ namespace vorle {
 OnboardingModel::OnboardingModel(Parts parts, QObject *parent)
     : QObject(parent), m_parts(std::move(parts)) {
     connect(&m_parts.preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"projects" || key == u"interests") {
+        if (Preferences::isKeyOf(key, &Settings::projects, &Settings::interests)) {
             Q_EMIT foundChanged();
         }
-        if (m_shown && (key == u"projects" || key == u"projectDescriptions" ||
-                        key == u"interests" || key == u"addedTools")) {
+        if (m_shown &&
+            Preferences::isKeyOf(key, &Settings::projects, &Settings::projectDescriptions,
+                                 &Settings::interests, &Settings::addedTools)) {
             lookForRefusal();
         }
         Q_EMIT changed();

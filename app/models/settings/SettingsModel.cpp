@@ -83,7 +83,7 @@ QString SettingsModel::laterTime(const QString &time, int minutes) {
 
 /// A property has its setting's key for a name, save the schedule's, which has several.
 void SettingsModel::announce(const QString &key) {
-    if (key == u"schedule") {
+    if (Preferences::isKeyOf(key, &Settings::schedule)) {
         Q_EMIT scheduleChanged();
         return;
     }

@@ -198,7 +198,7 @@ int SettingsPages::steppedMinutes(int minutes, int by) {
     constexpr int step = 30;
     const int next =
         by > 0 ? (minutes / step + 1) * step : (minutes + step - 1) / step * step - step;
-    return std::clamp(next, weeklyMinutesRange.least, weeklyMinutesRange.most);
+    return std::clamp(next, weeklyMinutesRange.min, weeklyMinutesRange.max);
 }
 
 void SettingsPages::refresh() { Q_EMIT settingsChanged(); }

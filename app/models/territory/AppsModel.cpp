@@ -18,10 +18,11 @@ int rankOf(const discovery::App &app, const QStringList &tools) {
 AppsModel::AppsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent)
     : QObject(parent), m_parts(parts), m_removed(std::move(removed)) {
     connect(&parts.preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"accessMode" || key == u"keptApps" || key == u"excludedApps") {
+        if (Preferences::isKeyOf(key, &Settings::accessMode, &Settings::keptApps,
+                                 &Settings::excludedApps)) {
             show();
             Q_EMIT onlyChanged();
-        } else if (key == u"addedTools") {
+        } else if (Preferences::isKeyOf(key, &Settings::addedTools)) {
             Q_EMIT listed();
         }
     });

@@ -69,10 +69,10 @@ QString detailOf(const discovery::Project &found) {
 ProjectsModel::ProjectsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent)
     : QObject(parent), m_parts(parts), m_removed(std::move(removed)) {
     connect(&parts.preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"projects") {
+        if (Preferences::isKeyOf(key, &Settings::projects)) {
             askNewOnes();
             show();
-        } else if (key == u"projectDescriptions") {
+        } else if (Preferences::isKeyOf(key, &Settings::projectDescriptions)) {
             show();
         }
     });

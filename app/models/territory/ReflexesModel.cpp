@@ -32,7 +32,7 @@ ReflexesModel::ReflexesModel(const TerritoryParts &parts, QObject *parent)
     connect(&parts.store, &TopicStore::topicsAdded, this, &ReflexesModel::follow);
     connect(&parts.store, &TopicStore::topicsReset, this, &ReflexesModel::follow);
     connect(&parts.preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"disabledReflexes" && m_active) {
+        if (Preferences::isKeyOf(key, &Settings::disabledReflexes) && m_active) {
             work(); // a switch is seen to move at once
         } else {
             follow();

@@ -54,8 +54,8 @@ public:
             const Row &row = wanted.at(at);
             const qsizetype now = indexOf(row, at);
             if (now < 0) {
-                const auto place = static_cast<int>(at);
-                beginInsertRows({}, place, place);
+                const auto position = static_cast<int>(at);
+                beginInsertRows({}, position, position);
                 m_rows.insert(at, row);
                 endInsertRows();
                 continue;
@@ -82,8 +82,8 @@ private:
         for (qsizetype at = m_rows.size() - 1; at >= 0; --at) {
             const auto isRow = [&](const Row &row) { return row.key() == m_rows.at(at).key(); };
             if (std::none_of(wanted.cbegin(), wanted.cend(), isRow)) {
-                const auto place = static_cast<int>(at);
-                beginRemoveRows({}, place, place);
+                const auto position = static_cast<int>(at);
+                beginRemoveRows({}, position, position);
                 m_rows.removeAt(at);
                 endRemoveRows();
             }

@@ -86,7 +86,7 @@ QString cameText(const territory::SitesAdded &came, const OpmlList &list) {
     add(came.known, SitesModel::tr("déjà là"), SitesModel::tr("déjà là"));
     add(came.refused + list.unreadable, SitesModel::tr("adresse illisible"),
         SitesModel::tr("adresses illisibles"));
-    add(came.noPlace, SitesModel::tr("de trop"), SitesModel::tr("de trop"));
+    add(came.beyondLimit, SitesModel::tr("de trop"), SitesModel::tr("de trop"));
     return facts.isEmpty() ? SitesModel::tr("Cette liste ne nomme aucun site.")
                            : facts.join(QStringLiteral(", ")) + u'.';
 }
@@ -96,7 +96,7 @@ QString cameText(const territory::SitesAdded &came, const OpmlList &list) {
 SitesModel::SitesModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent)
     : QObject(parent), m_parts(parts), m_removed(std::move(removed)) {
     connect(&parts.preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (key == u"prioritySites") {
+        if (Preferences::isKeyOf(key, &Settings::prioritySites)) {
             show();
         }
     });

@@ -8,7 +8,7 @@ namespace vorle {
 
 namespace {
 
-constexpr qsizetype mostUndone = 50;
+constexpr qsizetype maxUndone = 50;
 /// Past that many interests a run thins out: the counter's own words.
 constexpr qsizetype enoughInterests = 6;
 
@@ -148,7 +148,7 @@ QString TerritoryModel::setJob(const QString &job) {
 
 void TerritoryModel::keepRemoved(const QString &what, territory::PutBack putBack) {
     m_removed.append({what, std::move(putBack)});
-    if (m_removed.size() > mostUndone) {
+    if (m_removed.size() > maxUndone) {
         m_removed.removeFirst();
     }
     Q_EMIT undoChanged();

@@ -35,7 +35,7 @@ TEST_F(TerritoryEditTest, a_name_is_taken_once_on_one_line_and_not_too_long) {
         EXPECT_EQ(told.value_or(QString()), text(refusal == nullptr ? "" : refusal)) << name;
     }
     EXPECT_TRUE(territory::addName(preferences, &Settings::interests,
-                                   QString(territory::longestName + 1, u'a')));
+                                   QString(territory::maxNameLength + 1, u'a')));
     EXPECT_EQ(settings().interests, (QList<QString>{text("modèles d’IA en local"), text("rust")}));
 }
 
@@ -103,7 +103,7 @@ TEST_F(TerritoryEditTest, one_site_has_one_place_however_it_is_spelled) {
     EXPECT_EQ(sites()[1], text("carnet.example.org/blog"));
 
     QList<PrioritySite> many;
-    for (int i = 0; i < territory::mostSites + 5; ++i) {
+    for (int i = 0; i < territory::maxSites + 5; ++i) {
         many += PrioritySite{QStringLiteral("s%1.example").arg(i / 2), {}, {}};
     }
     many += PrioritySite{text("mailto:a@b.example"), {}, {}};
@@ -114,7 +114,7 @@ TEST_F(TerritoryEditTest, one_site_has_one_place_however_it_is_spelled) {
                         .added > 0;
          ++i) {
     }
-    EXPECT_EQ(settings().prioritySites.size(), territory::mostSites);
+    EXPECT_EQ(settings().prioritySites.size(), territory::maxSites);
     EXPECT_TRUE(territory::addSite(preferences, text("dernier.example")));
 }
 
