@@ -1,6 +1,5 @@
 #include "base/OnDisk.h"
 
-#include <QSemaphore>
 #include <QTimer>
 
 #include <atomic>
@@ -35,7 +34,8 @@ struct DiskJob {
     State state = State::Waiting;
     bool awaited = true;
     bool lent = false; ///< a place was made for others while it hangs
-    std::function<void()> work;
+    std::function<void(DiskPulse &)> work;
+    DiskPulse pulse;
 
     /// On its thread.
     void run(const OneShot &done) {
@@ -47,7 +47,7 @@ struct DiskJob {
             }
             state = State::Running;
         }
-        work();
+        work(pulse);
         work = nullptr;
         const std::lock_guard guard(lock);
         if (lent) {
@@ -76,6 +76,9 @@ struct DiskJob {
         if (state == State::Waiting) {
             state = State::GivenUp;
         }
+        if (state != State::Ended) {
+            pulse.stop();
+        }
         return state == State::Ended;
     }
 
@@ -86,39 +89,33 @@ int awaitedJobs = 0; // on the main thread alone
 
 } // namespace
 
-Task<bool> endsOnDisk(std::function<void()> work, std::chrono::milliseconds limit) {
+Task<bool> endsOnDisk(std::function<void(DiskPulse &)> work, std::chrono::milliseconds patience,
+                      CancelToken cancel) {
+    cancel.throwIfCancelled();
     auto job = std::make_shared<DiskJob>();
     job->work = std::move(work);
     OneShot over;
     pool().start([job, over] { job->run(over); });
     QTimer timer;
     timer.setSingleShot(true);
-    QObject::connect(&timer, &QTimer::timeout, &timer, [over] { over.fire(); });
-    timer.start(limit);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&timer, job, over, patience] {
+        const auto left = patience - job->pulse.silence();
+        left > std::chrono::milliseconds(0) ? timer.start(left) : over.fire();
+    });
+    timer.start(patience);
     QTimer late;
     late.setSingleShot(true);
     QObject::connect(&late, &QTimer::timeout, &late, [job] { job->lendThread(); });
     late.start(slow);
+    const auto registration = cancel.onCancel([over] { over.fire(); });
     ++awaitedJobs;
     co_await over;
     --awaitedJobs;
-    co_return job->settle();
-}
-
-bool endsOnDiskWithin(std::function<void()> work, std::chrono::milliseconds limit) {
-    auto job = std::make_shared<DiskJob>();
-    auto over = std::make_shared<QSemaphore>();
-    job->awaited = false;
-    job->work = [work = std::move(work), over] {
-        work();
-        over->release();
-    };
-    pool().start([job] { job->run(OneShot()); });
-    const bool ended = over->tryAcquire(1, static_cast<int>(limit.count()));
+    const bool ended = job->settle();
     if (!ended) {
-        job->settle();
+        cancel.throwIfCancelled();
     }
-    return ended;
+    co_return ended;
 }
 
 bool isDiskAwaited() { return awaitedJobs > 0; }

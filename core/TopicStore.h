@@ -135,8 +135,9 @@ public:
 
     /// The last runs, oldest first, with what became of their topics by now. Read at each call.
     QList<RunReport> history() const;
-    /// A run ended: its report joins the history.
-    void addRun(const RunReport &report);
+    /// A run ended: its report joins the history. Those of earlier runs that it `changed` take
+    /// their places in the same write.
+    void addRun(const RunReport &report, const QList<RunReport> &changed = {});
     /// A further part of a run ended: the report takes the place of the one of that date; it joins
     /// the history where there is none.
     void replaceRun(const RunReport &report);

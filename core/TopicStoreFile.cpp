@@ -227,8 +227,14 @@ QList<RunReport> TopicStore::history() const {
     return reports;
 }
 
-void TopicStore::addRun(const RunReport &report) {
-    RunHistory(m_file).add(history() + QList{report});
+void TopicStore::addRun(const RunReport &report, const QList<RunReport> &changed) {
+    QList<RunReport> reports = history();
+    for (const RunReport &each : changed) {
+        if (const auto earlier = reportOf(reports, each.date); earlier != reports.cend()) {
+            reports[earlier - reports.cbegin()] = each;
+        }
+    }
+    RunHistory(m_file).add(reports + QList{report});
     Q_EMIT historyChanged();
 }
 

@@ -82,6 +82,7 @@ Task<Failure> watchItsStart(TerminalCommand command, QString script,
     const auto fate = release(command, error.path());
     QElapsedTimer watched;
     watched.start();
+    // The terminal's shell takes the script away, and tells nobody.
     while (!fate->ended && QFile::exists(script) && watched.elapsed() < patience.count()) {
         co_await sleepFor(lookInterval);
     }

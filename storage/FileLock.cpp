@@ -64,7 +64,7 @@ bool FileLock::tryLock() {
 bool FileLock::lockWithin(std::chrono::milliseconds patience) {
     constexpr std::chrono::milliseconds pause(2);
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!tryLock()) {
+    while (!tryLock()) { // the system tells nobody when a lock is let go
         if (std::chrono::steady_clock::now() >= deadline) {
             return false;
         }

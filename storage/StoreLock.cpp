@@ -21,6 +21,17 @@ bool StoreLock::tryLock() {
     return m_lock.tryLock();
 }
 
+Task<bool> StoreLock::taken(std::function<Task<bool>()> isInVain, CancelToken cancel) {
+    constexpr std::chrono::milliseconds pause(50);
+    while (!tryLock()) {
+        if (co_await isInVain()) {
+            co_return false;
+        }
+        co_await sleepFor(pause, cancel);
+    }
+    co_return true;
+}
+
 void StoreLock::release() { m_lock.release(); }
 
 } // namespace vorle

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "base/Async.h"
 #include "storage/FileLock.h"
 
 #include <QString>
+
+#include <functional>
 
 namespace vorle {
 
@@ -25,6 +28,11 @@ public:
     /// Takes the lock when nobody else holds it.
     /// @throws std::system_error when the lock file cannot be opened
     bool tryLock();
+    /// Takes the lock once its holder lets it go: the system tells nobody when that is, so it is
+    /// tried again and again. Each time it is still held `isInVain` is asked, and may end the wait.
+    /// Gives whether it was taken.
+    /// @throws std::system_error as tryLock(), Cancelled, what `isInVain` does
+    Task<bool> taken(std::function<Task<bool>()> isInVain, CancelToken cancel);
     void release();
 
 private:

@@ -203,7 +203,9 @@ Task<ExitStatus> calibrer(Context &context, TopicsToChange topics, const Clock &
                                  "lance la commande dans un terminal."),
                       ExitStatus::Usage);
     }
-    co_await holdTopics(context, topics);
+    if (const auto forwarded = co_await holdTopics(context, topics)) {
+        co_return *forwarded;
+    }
     TopicStore &store = *topics.store;
     requireReadable(store);
     DecisionHistory history(store);

@@ -1,6 +1,5 @@
 #include "app/cli/Command.h"
 
-#include "app/cli/CommandForwarding.h"
 #include "app/cli/TopicArgument.h"
 #include "app/transfer/TopicArchive.h"
 #include "app/wiring/Application.h"
@@ -34,11 +33,11 @@ Task<ExitStatus> ran(const Command &command, Context &context, Application &app)
         // A demonstration's topics are made anew where they are opened: not under whoever shows
         // them already.
         if (context.arguments.flags.contains(QStringLiteral("demo")) && !app.lock().isHeld()) {
-            co_await holdTopics(context, topicsToChange(app));
+            if (const auto status = co_await holdTopics(context, topicsToChange(app))) {
+                co_return *status;
+            }
         }
         co_return co_await command.run(context, app);
-    } catch (const CommandForwarded &handed) {
-        co_return handed.status();
     } catch (const Failure &failure) {
         context.console.say(failure.text());
         co_return failure.status();

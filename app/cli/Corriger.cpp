@@ -73,7 +73,9 @@ Task<ExitStatus> corriger(Context &context, TopicsToChange topics, const Clock &
     }
     const int score = remove ? 0 : scoreNamed(arguments.positional[1]);
     const QStringList reasons = reasonsGiven(arguments);
-    co_await holdTopics(context, topics);
+    if (const auto forwarded = co_await holdTopics(context, topics)) {
+        co_return *forwarded;
+    }
     TopicStore &store = *topics.store;
     const TopicPtr topic = topicByPrefix(store, arguments.positional[0]);
     if (remove) {

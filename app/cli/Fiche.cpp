@@ -78,7 +78,9 @@ Task<ExitStatus> fiche(Context &context, TopicsToChange topics, OnDemand<BriefWr
                               : showKept({TopicStore::Kind::Real, resources, clock})) {
         co_return ExitStatus::Done;
     }
-    co_await holdTopics(context, topics);
+    if (const auto forwarded = co_await holdTopics(context, topics)) {
+        co_return *forwarded;
+    }
     TopicStore &store = *topics.store;
     const QUuid id = topicByPrefix(store, typed)->id;
     if (again || !store.topic(id)->brief) {

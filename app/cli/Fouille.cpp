@@ -22,12 +22,15 @@ struct FouilleAnswer : RunReport {
     }
 };
 
-/// Waits for the right to change the topics, then hands out what a run that died left behind.
-Task<> openStore(Context &context, TopicsToChange topics) {
+/// Waits for the right to change the topics, then hands out what a run that died left behind. Gives
+/// as holdTopics().
+Task<std::optional<ExitStatus>> openStore(Context &context, TopicsToChange topics) {
     if (topics.lock->isHeld()) {
-        co_return; // by the app, which did so when it opened: what is pending now is a run's
+        co_return std::nullopt; // by the app, which did so at its start: what is pending is a run's
     }
-    co_await holdTopics(context, topics);
+    if (const auto forwarded = co_await holdTopics(context, topics)) {
+        co_return forwarded;
+    }
     TopicStore &store = *topics.store;
     if (const auto notice = store.notice()) {
         context.console.say(*notice);
@@ -35,6 +38,7 @@ Task<> openStore(Context &context, TopicsToChange topics) {
     if (const qsizetype released = store.releaseAllPending(); released > 0) {
         context.console.say(releasedText(released));
     }
+    co_return std::nullopt;
 }
 
 void showProgress(Console &console, const RunProgress &progress) {
@@ -115,20 +119,30 @@ void proposeCalibration(Context &context, const TopicsToChange &topics, const Cl
     }
 }
 
-/// Of a run whose agent reached its limit: until when, and what becomes of the rest.
-void tellRest(Context &context, const RunReport &report, const QDateTime &now) {
-    if (!report.waits) {
-        return;
+/// Of what the agent's limit left: until when, and what becomes of it. A command does not go on by
+/// itself: it ends.
+void tellRest(Context &context, const RunReport &report, const RunRemainder &rest,
+              const QDateTime &now) {
+    const QTimeZone zone = QTimeZone::systemTimeZone();
+    const RunWaits &waits = rest.waits();
+    const bool goesOn = resumeAction(rest, now, false) != ResumeAction::Offer;
+    const bool isOpen = context.host == Host::App;
+    // The report says it where it met the limit itself.
+    const QString title = report.waits ? QString() : waitsTitle(waits) + u' ';
+    if (rest.asked) {
+        const PutOff why = rest.isUnanswered() ? PutOff::Unanswered : PutOff::Asked;
+        context.console.say(title + putOffText(waits, why, now, zone));
+    } else if (goesOn && !isOpen) {
+        context.console.say(title + keptRestText(waits));
+    } else {
+        context.console.say(title + waitsText(waits, now, zone));
     }
-    context.console.say(waitsTitle(*report.waits) + u' ' +
-                        waitsText(*report.waits, now, QTimeZone::systemTimeZone()));
-    if (context.host == Host::OwnProcess || !report.waits->until) {
+    if (!goesOn) {
+        context.console.say(French::tr("Pour continuer\u00A0: vorle fouille --suite"));
+    } else if (!isOpen) {
         context.console.say(
-            report.waits->until
-                ? French::tr(
-                      "La suite viendra quand vorle sera ouvert, ou avec\u00A0: vorle fouille "
-                      "--suite")
-                : French::tr("Pour continuer\u00A0: vorle fouille --suite"));
+            French::tr("%1, si vorle est ouvert, ou avec\u00A0: vorle fouille --suite")
+                .arg(comingRestText(waits, now, zone)));
     }
 }
 
@@ -196,7 +210,9 @@ Task<ExitStatus> fouille(Context &context, TopicsToChange topics, OnDemand<Searc
     if (isRest && isGivenUp) {
         throw Failure(French::tr("C’est --suite ou --laisser, pas les deux."), ExitStatus::Usage);
     }
-    co_await openStore(context, topics);
+    if (const auto forwarded = co_await openStore(context, topics)) {
+        co_return *forwarded;
+    }
     TopicStore &store = *topics.store;
     SearchEngine &engine = *search;
     if ((isRest || isGivenUp) && !engine.remainder()) {
@@ -213,7 +229,9 @@ Task<ExitStatus> fouille(Context &context, TopicsToChange topics, OnDemand<Searc
     if (report.saved) {
         context.console.say(runResultText(report));
         context.console.say(runFactsText(report));
-        tellRest(context, report, clock.now());
+        if (const auto &rest = engine.remainder()) {
+            tellRest(context, report, *rest, clock.now());
+        }
         proposeCalibration(context, topics, clock);
     } else {
         context.console.say(

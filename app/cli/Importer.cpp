@@ -15,7 +15,9 @@ Task<ExitStatus> importer(Context &context, TopicsToChange changed, OnDemand<Lin
     const QString given = context.arguments.positional.first();
     const QString file = QFileInfo(given).absoluteFilePath();
     context.words.replace(context.words.lastIndexOf(given), file);
-    co_await holdTopics(context, changed);
+    if (const auto forwarded = co_await holdTopics(context, changed)) {
+        co_return *forwarded;
+    }
     QList<Topic> topics = co_await onPool([file] { return readTopicArchive(file); });
     context.cancel.throwIfCancelled();
     TopicStore &store = *changed.store;

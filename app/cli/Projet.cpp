@@ -48,7 +48,7 @@ QString oneLine(QString text) { return text.replace(u'\n', u' ').replace(u'\r', 
 
 Task<> listProjects(Context &context, const Preferences &preferences) {
     const Settings &settings = preferences.settings();
-    const QList<ProjectSnapshot> asked = co_await askProjects(settings.projects);
+    const QList<ProjectSnapshot> asked = co_await askProjects(settings.projects, context.cancel);
     QList<ProjectShown> shown;
     QStringList lines;
     for (const ProjectSnapshot &project : asked) {

@@ -25,7 +25,9 @@ struct RepairShown {
 } // namespace
 
 Task<ExitStatus> reparer(Context &context, TopicsToChange topics) {
-    co_await holdTopics(context, topics);
+    if (const auto forwarded = co_await holdTopics(context, topics)) {
+        co_return *forwarded;
+    }
     TopicStore &store = *topics.store;
     const auto readable = store.readable();
     RepairShown shown{store.count(), 0, std::nullopt};

@@ -52,24 +52,23 @@ QString choices(const QList<TopicPtr> &topics) {
 
 } // namespace
 
-Task<> holdTopics(Context &context, TopicsToChange topics) {
-    constexpr std::chrono::milliseconds pause(50);
-    StoreLock &lock = *topics.lock;
+Task<std::optional<ExitStatus>> holdTopics(Context &context, TopicsToChange topics) {
+    std::optional<ExitStatus> forwarded;
     bool waited = false;
-    while (!lock.tryLock()) {
+    const auto isForwarded = [&]() -> Task<bool> {
         // The app may also have opened since the last time.
-        if (const auto status = co_await forwardCommand(context, topics.file())) {
-            throw CommandForwarded(*status);
-        }
-        if (!std::exchange(waited, true)) {
+        forwarded = co_await forwardCommand(context, topics.file());
+        if (!forwarded && !std::exchange(waited, true)) {
             context.console.say(French::tr(
                 "Une autre commande vorle travaille sur tes sujets : j’attends qu’elle finisse."));
         }
-        co_await sleepFor(pause, context.cancel);
-    }
-    if (waited) {
+        co_return forwarded.has_value();
+    };
+    const bool isHeld = co_await topics.lock->taken(isForwarded, context.cancel);
+    if (isHeld && waited) {
         topics.preferences->reload();
     }
+    co_return forwarded;
 }
 
 TopicPtr topicByPrefix(const TopicStore &store, const QString &text) {

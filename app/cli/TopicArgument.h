@@ -22,12 +22,12 @@ struct TopicsToChange {
 TopicsToChange topicsToChange(Application &app);
 
 /// Waits for the right to change the topics, saying so when another command holds it. Where the app
-/// holds it, the app runs the command. The topics file must not have been opened before, save by
-/// the process that holds the right already: what another one changed would be lost.
-/// @throws CommandForwarded once the app has run the command: let it through
+/// holds it, the app runs the command: gives the status that this came to, and nothing is left to
+/// do but end with it. The topics file must not have been opened before, save by the process that
+/// holds the right already: what another one changed would be lost.
 /// @throws std::system_error when the lock file cannot be opened, Cancelled, Failure as
 /// forwardCommand()
-Task<> holdTopics(Context &context, TopicsToChange topics);
+[[nodiscard]] Task<std::optional<ExitStatus>> holdTopics(Context &context, TopicsToChange topics);
 
 /// The topic a person named: its identity, or any beginning of it that no other topic shares, in
 /// either case, with or without dashes.

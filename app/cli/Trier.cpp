@@ -140,7 +140,9 @@ Task<ExitStatus> trier(Context &context, TopicsToChange topics, OnDemand<LinkCap
                        const Clock &clock) {
     const ActionWord asked = actionNamed(context.arguments.positional[1]);
     const auto worth = worthGiven(context.arguments, asked.action);
-    co_await holdTopics(context, topics);
+    if (const auto forwarded = co_await holdTopics(context, topics)) {
+        co_return *forwarded;
+    }
     TopicStore &store = *topics.store;
     const TopicPtr topic = topicByPrefix(store, context.arguments.positional[0]);
     if (isUnjudgedCapture(*topic) && asked.word == u"retrier") {

@@ -59,9 +59,23 @@ QString waitsText(const RunWaits &waits, const QDateTime &now, const QTimeZone &
                      .arg(ofDayText(waits.since, now, zone), when, restText(waits));
 }
 
-QString putOffText(const RunWaits &waits) {
-    return French::tr("Je garde tout, et je continue quand tu veux\u00A0: il reste %1.")
-        .arg(restText(waits));
+QString putOffText(const RunWaits &waits, PutOff why, const QDateTime &now, const QTimeZone &zone) {
+    QStringList said;
+    if (why == PutOff::Unanswered) {
+        said += French::tr("Plusieurs reprises de suite sont restées sans réponse\u00A0: je ne "
+                           "continue plus de moi-même.");
+    }
+    if (waits.until && *waits.until > now) {
+        said +=
+            French::tr("La limite doit être levée %1.").arg(comingText(*waits.until, now, zone));
+    }
+    said += French::tr("Je garde tout, et je continue quand tu veux\u00A0: il reste %1.")
+                .arg(restText(waits));
+    return said.join(u' ');
+}
+
+QString keptRestText(const RunWaits &waits) {
+    return French::tr("Je garde tout\u00A0: il reste %1.").arg(restText(waits));
 }
 
 QString comingRestText(const RunWaits &waits, const QDateTime &now, const QTimeZone &zone) {

@@ -40,8 +40,16 @@ QStringList runNotices(const RunReport &report);
 QString waitsTitle(const RunWaits &waits);
 /// Below it: when it goes on, or should have, and what is left of it.
 QString waitsText(const RunWaits &waits, const QDateTime &now, const QTimeZone &zone);
-/// The same of one that goes on when the user says so.
-QString putOffText(const RunWaits &waits);
+/// Why a run that waits does not go on by itself.
+enum class PutOff {
+    Asked,     ///< it was stopped, or failed, or waits for a word
+    Unanswered ///< so many parts had no answer
+};
+/// The same of one that goes on when the user says so; with the hour of the limit while that is to
+/// come.
+QString putOffText(const RunWaits &waits, PutOff why, const QDateTime &now, const QTimeZone &zone);
+/// What is kept of it: "Je garde tout : il reste 2 liens à juger."
+QString keptRestText(const RunWaits &waits);
 /// In a few words: "La suite aujourd’hui à 13:00", "La suite quand tu veux".
 QString comingRestText(const RunWaits &waits, const QDateTime &now, const QTimeZone &zone);
 

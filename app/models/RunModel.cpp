@@ -54,12 +54,15 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const TopicSt
     });
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         // What there is to search says whether a run was missed.
-        constexpr QStringView keys[] = {u"schedule", u"lastSearch",          u"interests",
-                                        u"projects", u"projectDescriptions", u"addedTools"};
-        if (std::ranges::find(keys, QStringView(key)) != std::end(keys)) {
+        constexpr QStringView searched[] = {u"interests", u"projects", u"projectDescriptions",
+                                            u"addedTools"};
+        const bool isSearched = std::ranges::find(searched, QStringView(key)) != std::end(searched);
+        if (isSearched) {
+            followTerritory();
+        }
+        if (isSearched || key == u"schedule" || key == u"lastSearch") {
             Q_EMIT scheduleChanged();
         }
-        followTerritory();
     });
 }
 
@@ -75,42 +78,45 @@ void RunModel::followTerritory() {
     }
 }
 
-void RunModel::start() { ask(SearchRun::Part::First); }
+void RunModel::start() { ask(SearchRun::Part::First, AskedBy::Person); }
 
-void RunModel::goOn() { ask(SearchRun::Part::Further); }
+void RunModel::goOn() { ask(SearchRun::Part::Further, AskedBy::Person); }
 
-void RunModel::ask(SearchRun::Part part) {
+void RunModel::startDue() { ask(SearchRun::Part::First, AskedBy::Schedule); }
+
+void RunModel::ask(SearchRun::Part part, AskedBy by) {
     if (m_running || !m_following.isEmpty()) {
         return;
     }
     m_cancel = CancelSource();
-    m_following.add(
-        logged(follow(this, m_engine, part, m_cancel.token()), QStringLiteral("the search run")));
+    m_following.add(logged(follow(this, m_engine, part, by, m_cancel.token()),
+                           QStringLiteral("the search run")));
 }
 
 void RunModel::giveUpRest() { m_engine.giveUpRest(); }
 
-void RunModel::startDue() {
-    if (refusalText(m_preferences).isEmpty()) {
-        start();
-    } else {
-        m_refusedAt = m_clock.now();
-    }
-}
-
 /// Once the run has ended nothing but `self` is looked at: the window may be gone by then.
 Task<> RunModel::follow(QPointer<RunModel> self, SearchEngine &engine, SearchRun::Part part,
-                        CancelToken cancel) {
+                        AskedBy by, CancelToken cancel) {
     try {
         co_await (part == SearchRun::Part::First ? engine.run(cancel) : engine.resume(cancel));
     } catch (const RunRefused &refusal) {
         if (self) {
-            self->m_nothingToSearch = !refusalText(self->m_preferences).isEmpty();
-            self->end({}, {.title = {}, .text = refusal.text()});
+            self->refused(refusal, by);
         }
     } catch (const std::exception &) {
         // The engine has announced it.
     }
+}
+
+/// What the schedule asked for is not told: nobody did.
+void RunModel::refused(const RunRefused &refusal, AskedBy by) {
+    if (by == AskedBy::Schedule) {
+        m_refusedAt = m_clock.now();
+        return;
+    }
+    m_nothingToSearch = refusal.reason() == RunRefused::Reason::NothingToSearch;
+    end({}, {.title = {}, .text = refusal.text()});
 }
 
 void RunModel::begin() {
@@ -167,6 +173,7 @@ void RunModel::stop() {
 
 Task<> RunModel::stopped() {
     stop();
+    m_cancel.cancel(); // one that has not begun yet, too
     co_await m_following.join();
 }
 
@@ -203,6 +210,16 @@ bool RunModel::waitingOffered() const {
            resumeAction(*m_engine.remainder(), m_clock.now(), m_running) == ResumeAction::Offer;
 }
 
+/// What is told of the rest that waits: no hour where it does not go on by itself then.
+RunWaits RunModel::toldWaits() const {
+    const RunRemainder &rest = *m_engine.remainder();
+    RunWaits waits = rest.waits();
+    if (resumeAction(rest, m_clock.now(), false) == ResumeAction::Offer) {
+        waits.until.reset();
+    }
+    return waits;
+}
+
 QString RunModel::waitingTitle() const {
     return waiting() ? shownWords(waitsTitle(m_engine.remainder()->waits())) : QString();
 }
@@ -212,24 +229,26 @@ QString RunModel::waitingText() const {
         return {};
     }
     const RunRemainder &rest = *m_engine.remainder();
-    return shownWords(rest.asked ? putOffText(rest.waits())
-                                 : waitsText(rest.waits(), m_clock.now(), m_zone));
+    const QDateTime now = m_clock.now();
+    return shownWords(rest.asked
+                          ? putOffText(rest.waits(),
+                                       rest.isUnanswered() ? PutOff::Unanswered : PutOff::Asked,
+                                       now, m_zone)
+                          : waitsText(rest.waits(), now, m_zone));
 }
 
 QString RunModel::waitingBriefly() const {
     if (!waiting()) {
         return {};
     }
-    RunWaits waits = m_engine.remainder()->waits();
-    waits.until = waitingOffered() ? std::nullopt : waits.until;
-    return comingRestText(waits, m_clock.now(), m_zone);
+    return comingRestText(toldWaits(), m_clock.now(), m_zone);
 }
 
 /// What the run came to, what it found nothing for, and when the rest of it comes.
 QString RunModel::resultText(const RunReport &report) const {
     QString text = runResultText(report);
-    if (report.waits) {
-        text += u' ' + comingRestText(*report.waits, m_clock.now(), m_zone) + u'.';
+    if (m_engine.remainder()) {
+        text += u' ' + comingRestText(toldWaits(), m_clock.now(), m_zone) + u'.';
     } else if (!report.cancelled && !report.uncovered.isEmpty()) {
         text = tr("%1 Rien trouvé pour\u00A0: %2.")
                    .arg(text, report.uncovered.join(QStringLiteral(", ")));

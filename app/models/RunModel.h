@@ -123,12 +123,15 @@ Q_SIGNALS:
 
 private:
     void begin();
-    void ask(SearchRun::Part part);
+    enum class AskedBy { Person, Schedule };
+    void ask(SearchRun::Part part, AskedBy by);
     static Task<> follow(QPointer<RunModel> self, SearchEngine &engine, SearchRun::Part part,
-                         CancelToken cancel);
+                         AskedBy by, CancelToken cancel);
+    void refused(const RunRefused &refusal, AskedBy by);
     void take(const RunProgress &progress);
     void end(const QString &result, FailureNotice notice);
     void followTerritory();
+    RunWaits toldWaits() const;
     QString resultText(const RunReport &report) const;
     std::optional<QDateTime> missedMoment() const;
 

@@ -53,8 +53,13 @@ void TopicSearch::ask() {
     m_letGo.stop();
     if (!m_busy) {
         setBusy(true);
-        detach(answer(this), QStringLiteral("the search"));
+        m_work.add(logged(answer(this), QStringLiteral("the search")));
     }
+}
+
+Task<> TopicSearch::stopped() {
+    m_asked = false;
+    co_await m_work.join();
 }
 
 /// Answers the newest query, again as long as one was asked meanwhile.

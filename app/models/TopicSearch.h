@@ -52,6 +52,8 @@ public:
     /// Answers the present query once more, from the topics as they are now: they may have changed
     /// since. For whoever shows the search again with its query in it.
     Q_INVOKABLE void refresh();
+    /// Asks no more, and waits for the answer on its way.
+    Task<> stopped();
 
 Q_SIGNALS:
     void queryChanged();
@@ -73,6 +75,7 @@ private:
     bool m_busy = false;
     bool m_asked = false; ///< the present query waits for an answer
     QTimer m_letGo;
+    TaskGroup m_work;
 };
 
 } // namespace vorle

@@ -4,29 +4,27 @@
 
 namespace vorle {
 
-namespace {
-
-constexpr std::chrono::milliseconds pause(50);
-
-} // namespace
-
 Task<Opening::Outcome> Opening::begin(CancelToken cancel) {
     m_since.start();
-    while (!m_app.tryLock()) {
-        // It may not listen yet, or not any more.
-        if (co_await SingleInstance::raiseRunning(m_file)) {
-            co_return Outcome::Raised;
-        }
-        tellWaiting(Holder::App);
-        co_await sleepFor(pause, cancel);
+    if (!co_await m_app.taken([this] { return raised(); }, cancel)) {
+        co_return Outcome::Raised;
     }
     m_instance.listen();
-    while (!m_topics.tryLock()) {
-        tellWaiting(Holder::Command);
-        co_await sleepFor(pause, cancel);
-    }
+    co_await m_topics.taken([this] { return told(Holder::Command); }, cancel);
     m_instance.serve();
     co_return Outcome::Open;
+}
+
+/// It may not listen yet, or not any more.
+Task<bool> Opening::raised() {
+    const bool isRaised = co_await SingleInstance::raiseRunning(m_file);
+    co_return isRaised || co_await told(Holder::App);
+}
+
+/// Never reason enough to wait no longer.
+Task<bool> Opening::told(Holder holder) {
+    tellWaiting(holder);
+    co_return false;
 }
 
 void Opening::tellWaiting(Holder holder) {

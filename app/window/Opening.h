@@ -47,6 +47,8 @@ Q_SIGNALS:
     void waiting(vorle::Opening::Holder holder);
 
 private:
+    Task<bool> raised();
+    Task<bool> told(Holder holder);
     void tellWaiting(Holder holder);
 
     StoreLock &m_app;

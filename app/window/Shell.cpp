@@ -224,7 +224,7 @@ Task<> Shell::launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic
 
 void Shell::firstStep(const QString &topicId) {
     if (const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId))) {
-        detach(launch(this, m_parts.launcher, *topic), QStringLiteral("first step"));
+        m_work.add(logged(launch(this, m_parts.launcher, *topic), QStringLiteral("first step")));
     }
 }
 
@@ -299,9 +299,13 @@ Task<> Shell::stopped() {
     m_parts.capture.stop();
     m_parts.briefs.stop();
     co_await m_screens->stopped();
+    co_await m_onboarding->stopped();
+    co_await m_territory->stopped();
+    co_await m_search->stopped();
     co_await m_run->stopped();
     co_await m_parts.capture.ended();
     co_await m_parts.briefs.ended();
+    co_await m_work.join();
 }
 
 /// What a captured link's state says goes to its card, and all that failed together to the notice.

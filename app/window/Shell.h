@@ -234,6 +234,7 @@ private:
     std::unique_ptr<FiguresModel> m_figures;
     std::unique_ptr<TopicPage> m_page;
     std::unique_ptr<Screens> m_screens;
+    TaskGroup m_work;           // first steps under way
     QList<QUuid> m_failedLinks; // captured links that wait after a failure, the latest last
 };
 

@@ -159,7 +159,7 @@ Task<> LinkCapture::complete(QUuid id) {
     const ReadPage page =
         co_await m_parts.reader.read(candidate.url, m_cancel.token(), Reach::Anywhere);
     const auto folders = m_parts.preferences.settings().projects;
-    const auto projects = co_await askProjects(folders);
+    const auto projects = co_await askProjects(folders, m_cancel.token());
     const QDateTime now = m_parts.clock.now();
     const auto context = std::make_shared<const JudgeContext>(
         judgeContext(judgeContextSource(m_parts.preferences,

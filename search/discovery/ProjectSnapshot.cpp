@@ -31,12 +31,13 @@ QString ProjectSnapshot::shownName() const {
     return name.isEmpty() ? QStringLiteral("a project") : name;
 }
 
-Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders,
+Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders, CancelToken cancel,
                                          std::chrono::milliseconds limit) {
     std::vector<Task<std::optional<ProjectSnapshot>>> asked;
     for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
-        asked.push_back(onDisk(
-            [name = it.key(), folder = it.value()] { return readProject(name, folder); }, limit));
+        asked.push_back(
+            onDisk([name = it.key(), folder = it.value()] { return readProject(name, folder); },
+                   limit, cancel));
     }
     QList<ProjectSnapshot> projects;
     auto at = asked.begin();

@@ -24,8 +24,8 @@ struct ProjectSnapshot {
 
 /// Reads the folders of the projects (a project's name to its folder), each asked apart (onDisk):
 /// one that has not answered within `limit` has the problem NoAnswer, and holds none of the others
-/// up. Main thread.
-Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders,
+/// up. Main thread. @throws Cancelled
+Task<QList<ProjectSnapshot>> askProjects(QMap<QString, QString> folders, CancelToken cancel = {},
                                          std::chrono::milliseconds limit = maxDiskWait);
 
 } // namespace vorle

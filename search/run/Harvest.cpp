@@ -3,6 +3,8 @@
 #include "base/French.h"
 #include "search/web/Links.h"
 
+#include <algorithm>
+
 namespace vorle {
 
 Harvest::Harvest(Tools tools, RunRecorder &recorder, std::shared_ptr<const JudgeContext> context,
@@ -29,14 +31,42 @@ Harvest::Harvest(Tools tools, RunRecorder &recorder, std::shared_ptr<const Judge
            .gaveUp = [this](const auto &batch,
                             const std::exception *error) { giveUp(batch, error); },
            .left = [this](const auto &batch) { leaveForLater(batch); }})
-    , m_links(m_tools.store.topics()) {}
+    , m_links(m_tools.store.topics()) {
+    const TopicStore &store = m_tools.store;
+    QObject::connect(&store, &TopicStore::topicChanged, &m_listener,
+                     [this](const QUuid &id) { follow(id); });
+    QObject::connect(&store, &TopicStore::topicsAdded, &m_listener, [this](const auto &ids) {
+        for (const QUuid &id : ids) {
+            follow(id);
+        }
+    });
+}
+
+/// A link that the user captured meanwhile, or took in with others, is held from then on.
+void Harvest::follow(const QUuid &topic) {
+    const TopicPtr present = m_tools.store.topic(topic);
+    const bool isOwn =
+        std::ranges::any_of(m_items, [&](const Item &item) { return item.topic == topic; });
+    if (present && !isOwn) {
+        m_links.know(*present);
+    }
+}
+
+/// The topic that came to have the item's page since the item claimed it.
+std::optional<QUuid> Harvest::holderOf(const Item &item) const {
+    std::optional<QUuid> holder = m_links.topicOf(item.url);
+    for (const TopicSource &source : item.sources()) {
+        holder = holder ? holder : m_links.topicOf(source.url);
+    }
+    return holder;
+}
 
 void Harvest::take(const Candidate &candidate, const Origins &origins) {
     const auto index = static_cast<qsizetype>(m_items.size());
     const LinkRegistry::Claim claim = this->claim(candidate.url, index);
     ScopeReport &scope = m_recorder.report.scopes[origins.report];
     if (claim.standing == LinkRegistry::Standing::Known) {
-        ++scope.known;
+        scope.known += takeUp(claim.topic, origins.report) ? 0 : 1;
         return;
     }
     QList<Proposal> proposals;
@@ -144,7 +174,7 @@ Task<> Harvest::read(qsizetype index) {
 /// Whether the link led to a page that is known already, or that another item has: it then has all
 /// that this one brought, and what this one claimed.
 bool Harvest::leadsElsewhere(qsizetype index) {
-    const Item &item = at(index);
+    Item &item = at(index);
     if (item.isUnread() || !namesOnePage(item.page.finalUrl)) {
         return false;
     }
@@ -152,6 +182,7 @@ bool Harvest::leadsElsewhere(qsizetype index) {
     if (claim.standing == LinkRegistry::Standing::New) {
         return false;
     }
+    item.stage = Item::Stage::Elsewhere;
     m_links.give(index, claim);
     ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     QList<TopicSource> sources = item.otherSources;
@@ -244,21 +275,24 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
                 continue; // the user has it as it was judged first
             }
             ++m_recorder.report.dug;
+        } else if (const std::optional<QUuid> holder = holderOf(item)) {
+            item.stage = Item::Stage::Elsewhere;
+            ++m_recorder.report.scopes[item.proposals.first().report].known;
+            ++m_recorder.progress.judged;
+            m_tools.store.addSources(*holder, item.sources());
+            continue;
         } else {
             item.topic = topic.id;
             added += std::move(topic);
-            Yield &yield = *m_recorder.report.scopes[item.proposals.first().report].yield;
-            yield.topicIds += *item.topic;
-            ++yield.added;
+            count(*item.topic, item.proposals.first().report);
             recordSites(item);
-            ++m_recorder.progress.judged;
         }
         judged += draftProvenance(*m_context, candidate, *verdict, *item.topic, m_tools.now());
         if (!item.isUnread()) {
             pictured += *item.topic;
         }
     }
-    m_recorder.report.topicIds += m_tools.store.add(std::move(added));
+    m_tools.store.add(std::move(added));
     if (!judged.isEmpty()) {
         m_records.add(m_tools.provenance.add(std::move(judged)));
     }
@@ -267,6 +301,27 @@ void Harvest::keep(const QList<JudgeCandidate> &batch, const Judge::Verdicts &ve
     }
     leave(unanswered, French::tr("L’IA n’a rien répondu pour ce lien."));
     m_recorder.tell();
+}
+
+void Harvest::count(const QUuid &topic, qsizetype report) {
+    Yield &yield = *m_recorder.report.scopes[report].yield;
+    yield.topicIds += topic;
+    ++yield.added;
+    m_recorder.report.topicIds += topic;
+    ++m_recorder.progress.judged;
+}
+
+/// A card that a part of this very run made, and was killed before it could tell: it is told now.
+bool Harvest::takeUp(const QUuid &topic, qsizetype report) {
+    const TopicPtr made = m_tools.store.topic(topic);
+    const bool isUntold = made && m_tools.foundAt && made->foundAt == *m_tools.foundAt &&
+                          made->origin == m_recorder.report.scopes[report].origin &&
+                          !m_recorder.report.topicIds.contains(topic);
+    if (isUntold) {
+        ++readCount(made->readLevel.value_or(ReadLevel::None));
+        count(topic, report);
+    }
+    return isUntold;
 }
 
 /// A card counts for every site whose feed it was kept from, whoever else brought it and whenever.

@@ -9,6 +9,7 @@
 #include "search/run/RunRemainder.h"
 #include "search/web/SourceImage.h"
 
+#include <QObject>
 #include <QSet>
 
 #include <deque>
@@ -85,8 +86,12 @@ public:
     /// Whether links were left that another run should find again: such ones, or any that was given
     /// up without having been tried.
     bool leftLinks() const { return m_gaveUp || failedAnew(); }
-    /// Once all has ended: the links that the agent's limit kept from being judged or dug for.
+    /// Once all has ended: the links that the agent's limit kept from being judged or dug for, or
+    /// what else leaveUnjudged() was told of.
     QList<RemainingLink> left() const;
+    /// Once all has ended, and too early: what was neither judged nor dug for is left, and was not
+    /// read either.
+    void leaveUnjudged();
     /// Every link (as canonicalLink()) of the pages that are old news to all who brought them.
     QSet<QString> oldNews() const;
 
@@ -98,6 +103,10 @@ private:
     Task<> finish(TaskGroup &tasks);
     Task<> read(qsizetype index);
     bool leadsElsewhere(qsizetype index);
+    void follow(const QUuid &topic);
+    bool takeUp(const QUuid &topic, qsizetype report);
+    void count(const QUuid &topic, qsizetype report);
+    std::optional<QUuid> holderOf(const Item &item) const;
     bool passOn(qsizetype index);
     void join(qsizetype index, const QList<Proposal> &proposals, const QList<TopicSource> &sources);
     int &readCount(ReadLevel level);
@@ -123,6 +132,7 @@ private:
     std::shared_ptr<const JudgeContext> m_context;
     JudgingQueue m_judging;
     LinkRegistry m_links;
+    QObject m_listener;       ///< to the store, as long as this is there
     std::deque<Item> m_items; ///< a candidate's identifier is its index here, from "c1"
     TaskGroup m_reads;
     TaskGroup m_pictures;
@@ -130,6 +140,7 @@ private:
     std::exception_ptr m_judgeError;
     QSet<QString> m_failedLinks; ///< those it left
     bool m_gaveUp = false;       ///< some of them without having been tried
+    bool m_isCutShort = false;
 };
 
 } // namespace vorle

@@ -142,6 +142,7 @@ qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const Topic
     }
     // Its links are the other one's by now: nothing is lost whatever happens next.
     item.topic.reset();
+    item.stage = Item::Stage::Elsewhere;
     dropFromReport(topic->id);
     m_tools.store.withdrawPending(topic->id);
     // That one may wait for a page as well.

@@ -21,8 +21,9 @@ struct Proposal {
 struct HarvestItem {
     enum class Stage {
         Reading,
-        Taken,  ///< judged, being judged, or left without a judgment
-        OldNews ///< for all who brought it; one to whom it is news takes it up again
+        Taken,    ///< judged, being judged, or left without a judgment
+        OldNews,  ///< for all who brought it; one to whom it is news takes it up again
+        Elsewhere ///< another item, or a topic, has the page and all that this one brought
     };
 
     QString url;                     ///< the address that is read, the topic's main one

@@ -15,17 +15,21 @@ void Harvest::takeLeft(QList<Proposal> proposals, const QList<TopicSource> &othe
             return;
         }
     } else {
-        const LinkRegistry::Claim claim = m_links.claim(candidate.url, index);
-        if (claim.standing == LinkRegistry::Standing::Known) {
-            return; // judged since
-        }
-        if (claim.standing == LinkRegistry::Standing::Same) {
-            join(claim.item, proposals,
-                 QList{TopicSource{candidate.title, candidate.url}} + others);
+        // Whoever has one of its addresses by now has the page: it was judged, or captured.
+        const auto addresses = QList{TopicSource{candidate.title, candidate.url}} + others;
+        for (const TopicSource &address : addresses) {
+            const LinkRegistry::Claim claim = m_links.claim(address.url, index);
+            if (claim.standing == LinkRegistry::Standing::New) {
+                continue;
+            }
+            m_links.give(index, claim);
+            if (claim.standing == LinkRegistry::Standing::Known) {
+                takeUp(claim.topic, proposals.first().report);
+                m_tools.store.addSources(claim.topic, addresses);
+            } else {
+                join(claim.item, proposals, addresses);
+            }
             return;
-        }
-        for (const TopicSource &other : others) {
-            m_links.claim(other.url, index);
         }
     }
     Item &item = m_items.emplace_back(candidate, std::move(proposals));
@@ -56,11 +60,24 @@ void Harvest::leaveForLater(const QList<JudgeCandidate> &batch) {
     }
 }
 
+void Harvest::leaveUnjudged() {
+    m_isCutShort = true;
+    for (Item &item : m_items) {
+        if (item.topic) { // one that was read since waits for the judge
+            item.isLeft = !item.isUnread() && m_tools.store.isUnreadStill(*item.topic);
+        } else if (item.stage == Item::Stage::Reading) {
+            item.isLeft = true;
+        } else if (item.stage == Item::Stage::Taken && !std::exchange(item.isLeft, true)) {
+            --readCount(item.page.level);
+        }
+    }
+}
+
 QList<RemainingLink> Harvest::left() const {
     QList<RemainingLink> links;
+    const bool mayDigLater = m_recorder.gate.isClosed() || m_isCutShort;
     for (const Item &item : m_items) {
-        const bool toDigFor =
-            m_recorder.gate.isClosed() && item.topic && item.isUnread() && !item.dugFor;
+        const bool toDigFor = mayDigLater && item.topic && item.isUnread() && !item.dugFor;
         if (!item.isLeft && !toDigFor) {
             continue;
         }

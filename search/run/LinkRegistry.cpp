@@ -11,13 +11,22 @@ LinkRegistry::LinkRegistry(const QList<TopicPtr> &topics) {
     std::ranges::stable_partition(
         ordered, [](const TopicPtr &topic) { return topic->status != TopicStatus::Reserve; });
     for (const TopicPtr &topic : ordered) {
-        for (const TopicSource &source : topic->sources) {
-            know(source.url, topic->id);
-        }
-        if (topic->capturedURL) {
-            know(*topic->capturedURL, topic->id);
-        }
+        know(*topic);
     }
+}
+
+void LinkRegistry::know(const Topic &topic) {
+    for (const TopicSource &source : topic.sources) {
+        know(source.url, topic.id);
+    }
+    if (topic.capturedURL) {
+        know(*topic.capturedURL, topic.id);
+    }
+}
+
+std::optional<QUuid> LinkRegistry::topicOf(const QString &link) const {
+    const auto known = m_known.constFind(canonicalLink(link));
+    return known != m_known.cend() ? std::optional(*known) : std::nullopt;
 }
 
 void LinkRegistry::know(const QString &link, const QUuid &topic) {

@@ -5,6 +5,8 @@
 #include <QHash>
 #include <QString>
 
+#include <optional>
+
 namespace vorle {
 
 /// Which links a run may take: one link, one card. Two spellings of a link are the same link (see
@@ -32,6 +34,10 @@ public:
     /// What `item` had belongs to whom `heir` names from now on (Standing::Known or
     /// Standing::Same).
     void give(qsizetype item, const Claim &heir);
+    /// Takes in a topic that came since, or has more addresses by now.
+    void know(const Topic &topic);
+    /// The topic that has `link`, if one has.
+    std::optional<QUuid> topicOf(const QString &link) const;
 
 private:
     void know(const QString &link, const QUuid &topic);

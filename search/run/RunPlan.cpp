@@ -1,13 +1,11 @@
 #include "search/run/RunPlan.h"
 
-#include "base/OnDisk.h"
 #include "core/Preferences.h"
 #include "search/feeds/Feeds.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 
-#include <atomic>
+#include <algorithm>
 
 namespace vorle {
 
@@ -76,16 +74,6 @@ QString unknownText(const QString &name, const QString &description,
     return QCoreApplication::translate("RunPlan", "%1 n’a ni dossier ni description : je ne sais "
                                                   "pas quoi chercher pour lui.")
         .arg(project);
-}
-
-/// Whether there is something to look into. A disk that does not answer is not asked twice: the
-/// run itself will tell.
-bool isFolder(const QString &path) {
-    constexpr std::chrono::milliseconds patience{300};
-    auto there = std::make_shared<std::atomic<bool>>(false);
-    const bool ended =
-        endsOnDiskWithin([path, there] { *there = QFileInfo(path).isDir(); }, patience);
-    return !ended || *there;
 }
 
 /// The apps the user lets be told. Of all on the machine where only some are kept back, names that
@@ -181,6 +169,18 @@ QDateTime periodStart(const Settings &settings, const QDateTime &now,
 }
 
 QString refusalText(const Preferences &preferences) {
+    const QMap<QString, QString> &folders = preferences.settings().projects;
+    QList<ProjectSnapshot> believed;
+    for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
+        believed += ProjectSnapshot{it.key(), {}};
+        believed.last().found.folder = it.value();
+        believed.last().found.problem = it.value().isEmpty() ? discovery::Project::Problem::NoFolder
+                                                             : discovery::Project::Problem::None;
+    }
+    return refusalText(preferences, believed);
+}
+
+QString refusalText(const Preferences &preferences, const QList<ProjectSnapshot> &projects) {
     const Settings &settings = preferences.settings();
     if (settings.projects.isEmpty() && settings.interests.isEmpty()) {
         return QCoreApplication::translate(
@@ -191,19 +191,23 @@ QString refusalText(const Preferences &preferences) {
         return {};
     }
     QStringList reasons;
-    for (auto it = settings.projects.cbegin(); it != settings.projects.cend(); ++it) {
-        discovery::Project project;
-        project.folder = it.value();
-        project.problem = isFolder(it.value()) ? discovery::Project::Problem::None
-                                               : discovery::Project::Problem::NoFolder;
-        const QString reason =
-            unknownText(it.key(), settings.projectDescriptions.value(it.key()), project);
+    for (const ProjectSnapshot &project : projects) {
+        const QString reason = unknownText(
+            project.name, settings.projectDescriptions.value(project.name), project.found);
         if (reason.isEmpty()) {
             return {};
         }
         reasons += reason;
     }
     return reasons.join(u' ');
+}
+
+bool dependsOnFolders(const Preferences &preferences) {
+    const Settings &settings = preferences.settings();
+    return settings.interests.isEmpty() && settings.addedTools.isEmpty() &&
+           std::ranges::all_of(settings.projects.keys(), [&](const QString &name) {
+               return settings.projectDescriptions.value(name).isEmpty();
+           });
 }
 
 QStringList knownLinks(const QList<TopicPtr> &topics, const QDate &since) {

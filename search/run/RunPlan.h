@@ -54,9 +54,13 @@ struct RunPlan {
 
 /// Why a run would ask nothing: there is neither a watched project nor a declared topic (tools,
 /// apps and sites alone are context, not a subject), or all there is are projects without a folder
-/// and without a description. Empty when a run can start. Looks at the folders,
-/// for a moment.
+/// and without a description. Empty when a run can start, as far as the settings tell: the disk is
+/// not asked. Pure.
 QString refusalText(const Preferences &preferences);
+/// The same once the folders were asked: one that is gone or does not answer tells nothing.
+QString refusalText(const Preferences &preferences, const QList<ProjectSnapshot> &projects);
+/// Whether only the folders can tell if there is something to ask.
+bool dependsOnFolders(const Preferences &preferences);
 
 /// Where the period of a run at `now` starts: where the last one left it, 7 days ago when there was
 /// none, and never more than 31 days back.

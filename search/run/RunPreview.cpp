@@ -73,10 +73,14 @@ Task<RunPreview> previewRun(RunPreviewParts parts) {
         co_return preview;
     }
     const auto folders = preferences.settings().projects;
-    const auto projects = co_await askProjects(folders);
+    const auto projects = co_await askProjects(folders, parts.cancel);
+    preview.refusal = refusalText(preferences, projects);
+    if (!preview.refusal.isEmpty()) {
+        co_return preview;
+    }
     QStringList apps;
     if (parts.apps && preferences.settings().accessMode == AccessMode::AllExcept) {
-        apps = (co_await onDisk(parts.apps)).value_or(QStringList());
+        apps = (co_await onDisk(parts.apps, maxDiskWait, parts.cancel)).value_or(QStringList());
     }
     const QList<TopicPtr> topics = parts.store.topics();
     const QDateTime now = parts.clock.now();

@@ -39,12 +39,13 @@ struct RunPreviewParts {
     const Clock &clock;
     /// The names of the apps on this machine. Any thread; may be empty.
     std::function<QStringList()> apps = {};
+    CancelToken cancel = {};
 };
 
 /// The very questions that a run would ask now, of the agent chosen now. Nothing is sent. What the
 /// feeds announce, what is judged and what is dug for is known only during a run: one empty item
 /// ("…") shows each of these frames. Main thread; the parts must outlive the call.
-/// @throws AgentError when an instruction is missing: a fault of the build
+/// @throws AgentError when an instruction is missing: a fault of the build; Cancelled
 Task<RunPreview> previewRun(RunPreviewParts parts);
 
 } // namespace vorle

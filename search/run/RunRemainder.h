@@ -76,6 +76,8 @@ struct RunRest {
     QList<RemainingLink> links;
 
     bool isEmpty() const { return scopes.isEmpty() && !sites && links.isEmpty(); }
+    /// How many are to be asked.
+    int searches() const { return static_cast<int>(scopes.size()) + (sites ? 1 : 0); }
     static constexpr auto jsonFields() {
         return std::tuple(json::field("scopes", &RunRest::scopes),
                           json::field("sites", &RunRest::sites),
@@ -88,11 +90,15 @@ struct RunRest {
 /// needs, whenever it comes.
 struct RunRemainder : RunRest {
     RunReport report;        ///< of all parts so far; says what it waits for
-    int fruitless = 0;       ///< parts in a row that had no answer
+    int fruitless = 0;       ///< parts in a row that had no answer, see isUnanswered()
     bool asked = false;      ///< goes on when the user says so, and not by itself
     json::Rest unknown = {}; ///< keys of a later version
 
+    static constexpr int maxFruitless = 3;
+
     const RunWaits &waits() const { return *report.waits; }
+    /// So many parts had no answer that it no longer goes on by itself.
+    bool isUnanswered() const { return fruitless >= maxFruitless; }
 
     static constexpr auto jsonFields() {
         return std::tuple_cat(RunRest::jsonFields(),
@@ -123,13 +129,15 @@ public:
     explicit RemainderFile(const QString &topicsFile);
     static QString fileName() { return QStringLiteral("run-left.json"); }
 
-    enum class Found { Nothing, Remainder, Unreadable };
+    enum class Found {
+        Nothing, ///< or what the system does not let be read now, which is logged
+        Remainder,
+        Unreadable ///< it was read, and is no remainder
+    };
     struct Reading {
         Found found = Found::Nothing;
         std::optional<RunRemainder> rest; ///< of a remainder
     };
-    /// What the system does not let be read counts as nothing for now, and is logged; what was read
-    /// and is no remainder is unreadable.
     Reading read() const;
     /// Puts `rest` in the place of what there is; an unreadable file is kept aside first, under the
     /// date `now`. False where it could not be written: what there was is then still there.

@@ -52,25 +52,53 @@ void SearchEngine::setProgress(Phase phase, const RunProgress &progress) {
 
 Task<RunReport> SearchEngine::run(CancelToken cancel) {
     if (m_phase != Phase::Idle) {
-        throw RunRefused(tr("Une fouille est déjà en cours."));
+        throw RunRefused(tr("Une fouille est déjà en cours."), RunRefused::Reason::NotNow);
     }
-    if (const QString refusal = refusalText(m_parts.preferences); !refusal.isEmpty()) {
-        RunProgress refused;
-        refused.status = refusal;
-        setProgress(Phase::Idle, refused);
-        throw RunRefused(refused.status);
+    refuse(refusalText(m_parts.preferences));
+    if (dependsOnFolders(m_parts.preferences)) {
+        co_await askFolders(cancel);
     }
     readRest();
     co_return co_await undertake(SearchRun::Part::First, std::move(cancel));
 }
 
+/// @throws RunRefused where `why` says something
+void SearchEngine::refuse(const QString &why) {
+    if (!why.isEmpty()) {
+        RunProgress refused;
+        refused.status = why;
+        setProgress(Phase::Idle, refused);
+        throw RunRefused(why, RunRefused::Reason::NothingToSearch);
+    }
+}
+
+/// @throws RunRefused where no folder is there to be searched for, Cancelled
+Task<> SearchEngine::askFolders(CancelToken cancel) {
+    m_phase = Phase::Searching; // no other run meanwhile
+    m_cancel = CancelSource();
+    const auto handedOn = cancel.onCancel([source = m_cancel]() mutable { source.cancel(); });
+    const auto folders = m_parts.preferences.settings().projects;
+    QList<ProjectSnapshot> projects;
+    std::exception_ptr fault;
+    try {
+        projects = co_await askProjects(folders, m_cancel.token());
+    } catch (...) {
+        fault = std::current_exception();
+    }
+    m_phase = Phase::Idle;
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
+    refuse(refusalText(m_parts.preferences, projects));
+}
+
 Task<RunReport> SearchEngine::resume(CancelToken cancel) {
     if (m_phase != Phase::Idle) {
-        throw RunRefused(tr("Une fouille est déjà en cours."));
+        throw RunRefused(tr("Une fouille est déjà en cours."), RunRefused::Reason::NotNow);
     }
     readRest();
     if (!m_rest) {
-        throw RunRefused(tr("Rien n’attend."));
+        throw RunRefused(tr("Rien n’attend."), RunRefused::Reason::NotNow);
     }
     co_return co_await undertake(SearchRun::Part::Further, std::move(cancel));
 }
@@ -121,7 +149,12 @@ Task<RunReport> SearchEngine::execute(Undertaking &task, CancelToken cancel) {
         task.rest ? std::optional(task.rest->waits().period) : std::optional<QDateTime>();
     task.period = periodStart(m_parts.preferences.settings(), task.start, earlier);
     const auto folders = m_parts.preferences.settings().projects;
-    const auto projects = co_await askProjects(folders);
+    QList<ProjectSnapshot> projects;
+    try {
+        projects = co_await askProjects(folders, cancel);
+    } catch (const Cancelled &) {
+        co_return stoppedEarly(task);
+    }
     const bool tellsApps = m_parts.preferences.settings().accessMode == AccessMode::AllExcept;
     RunPlan plan = planRun(m_parts.preferences, projects, m_parts.store.topics(), task.start,
                            tellsApps && m_parts.apps ? m_parts.apps() : QStringList(), earlier);
@@ -169,6 +202,21 @@ Task<RunReport> SearchEngine::execute(Undertaking &task, CancelToken cancel) {
         std::rethrow_exception(run.failure());
     }
     co_return report;
+}
+
+/// A run that was stopped before it asked anything.
+RunReport SearchEngine::stoppedEarly(const Undertaking &task) {
+    RunReport report;
+    report.date = m_parts.clock.now();
+    report.cancelled = true;
+    if (task.part == SearchRun::Part::First) {
+        m_parts.store.addRun(report);
+    }
+    if (m_rest) {
+        putOff();
+    }
+    m_reported = true;
+    return report;
 }
 
 /// Keeps what a run learned of the feeds of the sites the user still trusts.

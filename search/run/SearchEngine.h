@@ -25,12 +25,16 @@ class Preferences;
 /// A run that could not start: nothing to search, or one is under way. Its text is for the user.
 class RunRefused final : public std::exception {
 public:
-    explicit RunRefused(const QString &text) : m_text(text), m_utf8(text.toUtf8()) {}
+    enum class Reason { NothingToSearch, NotNow };
+    RunRefused(const QString &text, Reason reason)
+        : m_text(text), m_reason(reason), m_utf8(text.toUtf8()) {}
     const QString &text() const { return m_text; }
+    Reason reason() const { return m_reason; }
     const char *what() const noexcept override { return m_utf8.constData(); }
 
 private:
     QString m_text;
+    Reason m_reason;
     QByteArray m_utf8;
 };
 
@@ -79,6 +83,7 @@ public:
     /// (see remainder()). Where an earlier run left something, this one takes its links up, looks
     /// at its period again, and takes its place.
     /// @throws RunRefused  nothing to ask (the status then says so), or a run under way
+    /// @throws Cancelled   before it began
     /// @throws AgentError  the agent is missing or signed out, every scope failed, or nothing that
     ///                     was found could be judged
     /// @throws std::system_error  every scope failed, the last for what the system refused
@@ -87,7 +92,7 @@ public:
     /// The rest of the run that was left, with the agent chosen now: asks what was not asked,
     /// judges what was not judged, and goes on with its report. The last run's date and the slot it
     /// served stay. Gives the report with the topics of this part alone. What a stop, or a failure
-    /// of the whole, left is then still left, and goes on when the user says so.
+    /// of the whole, kept from being done is left once more, and goes on when the user says so.
     /// @throws RunRefused  nothing is left, or a run is under way
     /// @throws as run()
     Task<RunReport> resume(CancelToken cancel);
@@ -120,8 +125,11 @@ private:
         SitesRequest sites = {};
     };
 
+    Task<> askFolders(CancelToken cancel);
+    void refuse(const QString &why);
     Task<RunReport> undertake(SearchRun::Part part, CancelToken cancel);
     Task<RunReport> execute(Undertaking &task, CancelToken cancel);
+    RunReport stoppedEarly(const Undertaking &task);
     void concludeFirst(RunReport &report, const SearchRun &run, const Undertaking &task);
     void concludeFurther(RunReport &report, const SearchRun &run, const Undertaking &task);
     void recordDone(const RunReport &report, const QDateTime &start,
@@ -131,8 +139,10 @@ private:
     void setRest(std::optional<RunRemainder> rest);
     bool keepRest(RunReport &report, const SearchRun &run, const Undertaking &task);
     void putOff();
+    void waitOn(RunReport report, const SearchRun &run, const Undertaking &task);
+    void leave(RunRemainder rest);
+    bool finishRest();
     void giveUp(const RunReport &report, const QString &why);
-    void closeReport(const RunReport &report, const QString &why);
     void recordFeeds(const QList<PrioritySite> &checked);
     void setProgress(Phase phase, const RunProgress &progress);
 

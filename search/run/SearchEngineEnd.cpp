@@ -6,6 +6,7 @@
 #include "base/French.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
+#include "search/run/LinkRegistry.h"
 #include "search/run/ScreenedItems.h"
 #include "search/run/SearchEngine.h"
 
@@ -24,23 +25,22 @@ int answeredCalls(const RunReport &report) {
     return calls;
 }
 
-/// The report of a part that did not come to its end: it waits as it did before, and the searches
-/// that are left are asked once more.
-RunReport stillWaiting(RunReport part, const RunRemainder &rest) {
-    part.waits = rest.waits();
-    part.cancelled = false;
-    part.failed.reset();
-    for (ScopeReport &scope : part.scopes) {
-        const bool isLeft = std::ranges::any_of(rest.scopes, [&](const RemainingScope &left) {
-            return left.name == scope.name && left.origin == scope.origin;
-        });
-        if (isLeft || (rest.sites && scope.origin == Origin::Surface)) {
-            scope.waits = true;
-            scope.error.clear();
-            scope.found = scope.known = scope.merged = scope.refused = 0;
-        }
+/// What the report waited for comes in another way, or not at all.
+RunReport closed(RunReport report, const QString &why) {
+    report.waits.reset();
+    report.warnings += why;
+    return report;
+}
+
+QString takenIn() { return SearchEngine::tr("La suite est passée dans la fouille suivante."); }
+
+/// Of `reports`, those that wait, closed; but for the one of that date.
+QList<RunReport> closedBut(QList<RunReport> reports, const std::optional<QDateTime> &date) {
+    reports.removeIf([&](const RunReport &report) { return !report.waits || report.date == date; });
+    for (RunReport &report : reports) {
+        report = closed(std::move(report), takenIn());
     }
-    return part;
+    return reports;
 }
 
 } // namespace
@@ -52,24 +52,37 @@ const std::optional<RunRemainder> &SearchEngine::remainder() {
     return m_rest;
 }
 
-/// Reads it anew: another process may have had the topics since.
+/// Reads it anew: another process may have had the topics since. Where that one was killed between
+/// two writes, the later one is made up for.
 void SearchEngine::readRest() {
     m_restRead = true;
     RemainderFile::Reading reading = m_restFile.read();
+    const QList<RunReport> reports = reading.found == RemainderFile::Found::Nothing
+                                         ? QList<RunReport>()
+                                         : m_parts.store.history();
+    if (reading.rest) {
+        const auto told = reportOf(reports, reading.rest->report.date);
+        if (told != reports.cend() && !told->waits) { // it came to its end: the file alone outlived
+            reading.rest.reset();
+            m_restFile.clear(m_parts.clock.now());
+        }
+    }
+    if (reading.found == RemainderFile::Found::Unreadable) {
+        const auto waiting = std::ranges::find_if(
+            reports, [](const RunReport &report) { return report.waits.has_value(); });
+        if (waiting != reports.end()) {
+            giveUp(*waiting, tr("Ce qui restait à faire était illisible\u00A0: la prochaine "
+                                "fouille reprendra la même période."));
+        }
+        m_restFile.clear(m_parts.clock.now());
+    } else if (reading.rest) { // it has taken in what waited before
+        for (const RunReport &report : closedBut(reports, reading.rest->report.date)) {
+            m_parts.store.replaceRun(report);
+        }
+    }
     if (reading.rest != m_rest) {
         setRest(std::move(reading.rest));
     }
-    if (reading.found != RemainderFile::Found::Unreadable) {
-        return;
-    }
-    const QList<RunReport> reports = m_parts.store.history();
-    const auto waiting = std::ranges::find_if(
-        reports, [](const RunReport &report) { return report.waits.has_value(); });
-    if (waiting != reports.end()) {
-        giveUp(*waiting, tr("Ce qui restait à faire était illisible\u00A0: la prochaine fouille "
-                            "reprendra la même période."));
-    }
-    m_restFile.clear(m_parts.clock.now());
 }
 
 void SearchEngine::setRest(std::optional<RunRemainder> rest) {
@@ -82,27 +95,17 @@ bool SearchEngine::giveUpRest() {
         return false;
     }
     giveUp(m_rest->report, tr("La suite a été abandonnée."));
-    if (m_restFile.clear(m_parts.clock.now())) {
-        setRest(std::nullopt);
-    }
-    return !m_rest;
+    return finishRest();
 }
 
-/// What `report` waits for will not come: the next run looks at its period again.
+/// What `report` waits for will not come: the next run looks at its period again. The report as the
+/// history has it may know more than what was kept with the remainder.
 void SearchEngine::giveUp(const RunReport &report, const QString &why) {
     lookAgainFrom(report.waits->period);
     m_parts.preferences.flush();
-    closeReport(report, why);
-}
-
-/// As the history has it, which may know more than what was kept with the remainder.
-void SearchEngine::closeReport(const RunReport &report, const QString &why) {
     const QList<RunReport> reports = m_parts.store.history();
     const auto kept = reportOf(reports, report.date);
-    RunReport closed = kept != reports.cend() ? *kept : report;
-    closed.waits.reset();
-    closed.warnings += why;
-    m_parts.store.replaceRun(closed);
+    m_parts.store.replaceRun(closed(kept != reports.cend() ? *kept : report, why));
 }
 
 void SearchEngine::lookAgainFrom(const QDateTime &period) {
@@ -139,18 +142,16 @@ bool SearchEngine::keepRest(RunReport &report, const SearchRun &run, const Under
         constexpr int soonSeconds = 120;
         until = std::max(*until, now.addSecs(soonSeconds));
     }
-    const int searches = static_cast<int>(rest.scopes.size()) + (rest.sites ? 1 : 0);
     report.waits = RunWaits{now,
                             until,
                             displayName(task.agent),
                             run.limit()->words,
-                            searches,
+                            rest.searches(),
                             static_cast<int>(rest.links.size()),
                             task.period};
-    constexpr int enough = 3; // parts that had no answer, and it no longer goes on by itself
     const int before = isFurther ? answeredCalls(task.rest->report) : 0;
     rest.fruitless = answeredCalls(report) > before ? 0 : rest.fruitless + 1;
-    rest.asked = rest.fruitless >= enough;
+    rest.asked = rest.isUnanswered();
     rest.report = report;
     if (!m_restFile.write(rest, now)) {
         report.waits.reset();
@@ -173,19 +174,16 @@ void SearchEngine::concludeFirst(RunReport &report, const SearchRun &run, const 
         backTo = task.rest ? std::min(before, task.period) : before;
     }
     bool isKept = true;
-    const QString takenIn = tr("La suite est passée dans la fouille suivante.");
     if (wentThrough && run.limit()) {
-        isKept = store.flush();
-        if (isKept && task.rest) { // before its remainder is replaced: nothing would close it
-            closeReport(task.rest->report, takenIn);
-        }
-        isKept = isKept && keepRest(report, run, task);
+        isKept = store.flush() && keepRest(report, run, task);
         if (!isKept) {
-            backTo = task.period;
             report.warnings += run.limit()->words;
             report.warnings += tr("Ce qui restait à faire n’a pas pu être gardé\u00A0: la "
                                   "prochaine fouille reprendra la même période.");
         }
+    }
+    if (!isKept || run.dropped()) {
+        backTo = task.period;
     }
     store.releasePending(report.topicIds);
     report.saved = store.flush();
@@ -199,34 +197,76 @@ void SearchEngine::concludeFirst(RunReport &report, const SearchRun &run, const 
         report.warnings += French::tr("La date de cette fouille n’a pas été enregistrée\u202F; la "
                                       "prochaine reprendra la même période.");
     }
-    store.addRun(report);
-    if (task.rest && !(isDone && isKept)) {
+    // What waited before is this run's by now. Told in one write: were the other left waiting, all
+    // of it would be asked again.
+    const bool hasTakenIn = task.rest && isDone && isKept;
+    store.addRun(report, hasTakenIn ? closedBut(store.history(), {}) : QList<RunReport>());
+    if (task.rest && !hasTakenIn) {
         putOff();
     } else if (task.rest && !report.waits) {
-        closeReport(task.rest->report, takenIn);
-        if (m_restFile.clear(m_parts.clock.now())) {
-            setRest(std::nullopt);
-        }
+        finishRest();
     }
 }
 
-/// What is left stays, and goes on when the user says so.
-void SearchEngine::putOff() {
-    RunRemainder rest = *m_rest;
-    rest.asked = true;
+/// Puts the remainder away. False where its file stays.
+bool SearchEngine::finishRest() {
+    const bool isGone = m_restFile.clear(m_parts.clock.now());
+    if (isGone) {
+        setRest(std::nullopt);
+    }
+    return isGone;
+}
+
+/// Has `rest` for what is left, on disk too where that can be.
+void SearchEngine::leave(RunRemainder rest) {
     m_restFile.write(rest, m_parts.clock.now());
     setRest(std::move(rest));
+}
+
+/// What is left stays, but for the links that a topic on disk has by now, and goes on when the user
+/// says so.
+void SearchEngine::putOff() {
+    TopicStore &store = m_parts.store;
+    RunRemainder rest = *m_rest;
+    rest.asked = true;
+    if (store.flush()) {
+        const LinkRegistry held(store.topics());
+        rest.links.removeIf([&](const RemainingLink &link) {
+            return link.topic ? !store.isUnreadStill(*link.topic)
+                              : held.topicOf(link.proposals.first().candidate.url).has_value();
+        });
+        rest.report.waits->links = static_cast<int>(rest.links.size());
+    }
+    leave(std::move(rest));
+}
+
+/// A further part did not come to its end: what it did is told, and what it did not waits on, until
+/// the user says so. Topics that are not on disk are not done.
+void SearchEngine::waitOn(RunReport report, const SearchRun &run, const Undertaking &task) {
+    RunRemainder rest = *task.rest;
+    rest.asked = true;
+    if (report.saved) {
+        static_cast<RunRest &>(rest) = run.left();
+        report.cancelled = false;
+        report.failed.reset();
+        report.waits = task.rest->waits();
+        report.waits->scopes = rest.searches();
+        report.waits->links = static_cast<int>(rest.links.size());
+        rest.report = std::move(report);
+    }
+    leave(std::move(rest));
+    m_parts.store.replaceRun(m_rest->report);
 }
 
 void SearchEngine::concludeFurther(RunReport &report, const SearchRun &run,
                                    const Undertaking &task) {
     TopicStore &store = m_parts.store;
     report.saved = store.flush();
-    if (report.cancelled || report.failed || !report.saved) {
-        m_rest->report = stillWaiting(report, *task.rest);
-        store.replaceRun(m_rest->report);
-        putOff();
+    const bool isCutShort = report.cancelled || report.failed;
+    if (!report.saved || (isCutShort && !run.left().isEmpty())) {
+        waitOn(report, run, task);
     } else {
+        report.cancelled = false; // the stop came when all was done
         if (run.limit() && !keepRest(report, run, task)) {
             report.waits = task.rest->waits(); // what was left before still is
             putOff();                          // and it is not tried again by itself
@@ -240,12 +280,11 @@ void SearchEngine::concludeFurther(RunReport &report, const SearchRun &run,
         if (run.leftLinks() || run.dropped()) {
             lookAgainFrom(task.period);
         }
+        m_parts.preferences.flush();
         ScreenedItems(store.file()).add(task.sites, run.passedOver(), task.start);
         store.replaceRun(report);
-        if (!report.waits && m_restFile.clear(m_parts.clock.now())) {
-            setRest(std::nullopt);
-        } else if (!report.waits) { // a file that stays would have it all asked again and again
-            putOff();
+        if (!report.waits && !finishRest()) {
+            putOff(); // a file that stays would have it all asked again and again
         }
     }
     store.releasePending(report.topicIds);

@@ -35,6 +35,7 @@ SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeConte
                  rest && part == Part::Further ? std::optional(rest->report) : std::nullopt)
     , m_pipeline(m_tools.harvest.asker)
     , m_harvest(m_tools.harvest, m_recorder, std::move(context), cancel)
+    , m_unjudgedBefore(m_recorder.report.unjudged.size())
     , m_judgedBefore(m_recorder.report.judged) {
     m_recorder.report.waits.reset();
     m_recorder.gate.readClock(m_tools.harvest.now);
@@ -48,6 +49,10 @@ SearchRun::SearchRun(Tools tools, RunPlan plan, std::shared_ptr<const JudgeConte
             m_searches += Search{i};
         }
     }
+    for (const Search &search : std::as_const(m_searches)) {
+        m_left.scopes += remaining(search);
+    }
+    m_left.sites = !m_plan.sites.sites.isEmpty();
     if (rest) {
         m_links = rest->links;
     }
@@ -115,9 +120,7 @@ Task<> SearchRun::askFirst(const PlannedScope &planned) {
     const qsizetype report = openReport(planned.name, planned.origin, planned.request.count);
     const std::optional<QStringList> found =
         co_await ask(m_pipeline.question(planned, m_tools.harvest.agent), report, {&planned});
-    if (waits(report)) {
-        m_left.scopes += RemainingScope{planned.name, planned.origin, {}, {}};
-    }
+    strike({planned.name, planned.origin, {}, {}}, report);
     QStringList empty;
     for (const QString &topic : planned.topics) {
         if (!m_covered.contains(topic)) {
@@ -133,16 +136,17 @@ Task<> SearchRun::askFirst(const PlannedScope &planned) {
 Task<> SearchRun::askAgain(const PlannedScope &planned, QStringList empty, QStringList found) {
     const PlannedScope second = secondSearch(planned, empty, found);
     const qsizetype report = openReport(second.name, second.origin, second.request.count);
-    co_await ask(m_pipeline.question(second, m_tools.harvest.agent), report, {&planned});
-    if (waits(report)) {
-        m_left.scopes += RemainingScope{second.name, second.origin, empty, found};
+    const RemainingScope left{second.name, second.origin, empty, found};
+    if (!m_left.scopes.contains(left)) {
+        m_left.scopes += left;
     }
+    co_await ask(m_pipeline.question(second, m_tools.harvest.agent), report, {&planned});
+    strike(left, report);
 }
 
 Task<> SearchRun::askSites() {
     m_cancel.throwIfCancelled();
-    const qsizetype report =
-        openReport(French::tr("Tes sites"), Origin::Surface, m_plan.sites.count);
+    const qsizetype report = openReport(sitesName(), Origin::Surface, m_plan.sites.count);
     if (m_recorder.gate.isClosed()) {
         leaveSites(report);
         ++m_recorder.progress.scopesDone;
@@ -168,6 +172,7 @@ Task<> SearchRun::askSites() {
         m_recorder.report.scopes[report].error = French::tr("Aucun de tes sites n’a répondu.");
     }
     co_await screen(report, feeds.items);
+    m_left.sites = waits(report);
     ++m_recorder.progress.scopesDone;
     m_recorder.tell();
 }
@@ -349,6 +354,10 @@ std::exception_ptr SearchRun::wholeFailure() const {
 
 void SearchRun::finishReport() {
     RunReport &report = m_recorder.report;
+    m_failure = wholeFailure();
+    if (m_part == Part::Further && (report.cancelled || m_failure)) {
+        takeBack();
+    }
     m_left.links = m_harvest.left();
     const QStringList waiting = waitingTopics();
     for (const Search &search : std::as_const(m_searches)) {
@@ -366,7 +375,6 @@ void SearchRun::finishReport() {
     report.added = static_cast<int>(report.topicIds.size());
     report.judged = m_judgedBefore + m_recorder.progress.judged;
     report.seconds = m_recorder.seconds();
-    m_failure = wholeFailure();
     if (m_failure) {
         try {
             std::rethrow_exception(m_failure);

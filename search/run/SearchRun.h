@@ -47,12 +47,14 @@ public:
     /// After `execute`: whether links were left without a judgment for the first time, or
     /// without having been tried. They come back only when the same period is searched again.
     bool leftLinks() const { return m_harvest.leftLinks(); }
-    /// After `execute`: the limit that the agent reached, if it did, and what that left.
+    /// After `execute`: the limit that the agent reached, if it did.
     const std::optional<UsageLimit> &limit() const { return m_recorder.gate.limit(); }
     /// Whether something that an earlier run left could not be taken up.
     bool dropped() const { return m_dropped; }
     /// When the agent told of it.
     const QDateTime &limitMet() const { return m_recorder.gate.met(); }
+    /// After `execute`: what that limit left; of a further part also what a stop, or a failure of
+    /// the whole, did.
     const RunRest &left() const { return m_left; }
 
     /// After `execute`: the items of the sites' feeds that were screened and passed over, by the
@@ -69,6 +71,9 @@ private:
     };
 
     void planSearches(const RunRemainder &rest);
+    void takeBack();
+    void strike(const RemainingScope &search, qsizetype report);
+    RemainingScope remaining(const Search &search) const;
     void takeLinks(const QList<RemainingLink> &links);
     void tellGone(const QString &scope);
     const PlannedScope *plannedScope(const QString &name) const;
@@ -87,6 +92,7 @@ private:
     qsizetype openReport(const QString &name, Origin origin, int asked);
     void leaveSites(qsizetype report);
     QStringList waitingTopics() const;
+    static QString sitesName();
     void warn(const QString &sentence);
     SiteReport &siteReport(const QString &site);
     QStringList screenedLines(QList<FeedItem> items);
@@ -103,13 +109,15 @@ private:
     CancelToken m_cancel;
     Part m_part;
     QList<Search> m_searches;
-    QList<RemainingLink> m_links; ///< of an earlier run
-    RunRest m_left;
+    QList<RemainingLink> m_links;   ///< of an earlier run
+    RunRest m_left;                 ///< until it is answered, each search
+    QList<RemainingScope> m_inVain; ///< searches whose call failed
     RunRecorder m_recorder;
     Pipeline m_pipeline;
     Harvest m_harvest;
-    int m_judgedBefore = 0;  ///< in the earlier parts
-    QSet<QString> m_covered; ///< declared topics that a candidate of their scope answered
+    qsizetype m_unjudgedBefore = 0; ///< links, in the earlier parts
+    int m_judgedBefore = 0;         ///< likewise
+    QSet<QString> m_covered;        ///< declared topics that a candidate of their scope answered
     QHash<QString, QString> m_feedDates; ///< a feed item's canonical link to its date
     QHash<QString, QString> m_feedSites; ///< … to its site
     QSet<QString> m_screened;            ///< feed items put to the agent and not kept by it

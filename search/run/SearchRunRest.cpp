@@ -28,10 +28,64 @@ void SearchRun::tellGone(const QString &scope) {
             .arg(scope));
 }
 
+QString SearchRun::sitesName() { return French::tr("Tes sites"); }
+
+RemainingScope SearchRun::remaining(const Search &search) const {
+    const PlannedScope &planned = m_plan.scopes[search.scope];
+    return {planned.name, search.isSecond ? Origin::Suggestion : planned.origin, search.topics,
+            search.found};
+}
+
+/// The search was made: it is left no more, unless the agent has reached its limit.
+void SearchRun::strike(const RemainingScope &search, qsizetype report) {
+    if (waits(report)) {
+        return;
+    }
+    m_left.scopes.removeOne(search);
+    if (m_recorder.report.scopes[report].failed()) {
+        m_inVain += search;
+    }
+}
+
+/// A stop, or a failure of the whole, leaves what was not done as the agent's limit would: of a
+/// part that comes again only what was done is told.
+void SearchRun::takeBack() {
+    RunReport &report = m_recorder.report;
+    if (m_failure) {
+        m_left.scopes += m_inVain;
+    }
+    const auto wait = [&](const QString &name, Origin origin) {
+        const qsizetype index = m_recorder.openScope(name, origin);
+        report.scopes[index].waits = true;
+        report.scopes[index].error.clear();
+        return index;
+    };
+    for (const RemainingScope &search : std::as_const(m_left.scopes)) {
+        wait(search.name, search.origin);
+    }
+    const auto failedSites = [](const ScopeReport &scope) {
+        return scope.origin == Origin::Surface && scope.failed();
+    };
+    const bool asksSites = !m_plan.sites.sites.isEmpty();
+    if (m_left.sites ||
+        (asksSites && m_failure && std::ranges::any_of(report.scopes, failedSites))) {
+        leaveSites(wait(sitesName(), Origin::Surface));
+    }
+    m_harvest.leaveUnjudged();
+    report.unjudged.resize(m_unjudgedBefore);
+}
+
 /// Of the plan, the searches that were left. The scopes stay all: links are left for others too.
 void SearchRun::planSearches(const RunRemainder &rest) {
     if (!rest.sites) {
         m_plan.sites.sites.clear();
+    } else {
+        // They wait no longer, asked or not.
+        m_recorder.report.scopes[m_recorder.openScope(sitesName(), Origin::Surface)].waits.reset();
+        if (m_plan.sites.sites.isEmpty()) {
+            warn(French::tr("Tu n’as plus de site de confiance\u00A0: ce qui restait à y lire est "
+                            "laissé de côté."));
+        }
     }
     for (const RemainingScope &scope : rest.scopes) {
         const PlannedScope *planned = plannedScope(scope.name);

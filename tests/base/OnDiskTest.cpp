@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <vector>
 
 namespace vorle {
@@ -34,11 +35,56 @@ TEST(OnDisk, what_hangs_is_given_up_and_holds_nothing_else_up) {
         EXPECT_EQ(test::waitFor(std::move(task)), std::nullopt);
     }
     EXPECT_EQ(test::waitFor(onDisk([] { return 7; }, 60s)), 7) << "after they were given up";
-    EXPECT_FALSE(endsOnDiskWithin([release] { release->acquire(); }, 20ms));
-    EXPECT_TRUE(endsOnDiskWithin([] {}, 60s));
     EXPECT_FALSE(isDiskAwaited());
-    release->release(hanging + 1);
+    release->release(hanging);
     EXPECT_EQ(test::waitFor(onDisk([] { return 8; }, 60s)), 8);
+}
+
+// A stop does not wait for a disk that is gone; what still runs there is told, and left.
+TEST(OnDisk, a_stop_ends_the_wait_at_once) {
+    auto release = std::make_shared<QSemaphore>();
+    auto begun = std::make_shared<QSemaphore>();
+    auto told = std::make_shared<QSemaphore>();
+    CancelSource stop;
+    auto hung = onDisk(
+        [release, begun, told](DiskPulse &pulse) {
+            begun->release();
+            release->acquire();
+            told->release(pulse.isStopped() ? 1 : 0);
+            return 1;
+        },
+        600s, stop.token());
+    begun->acquire();
+    stop.cancel();
+    EXPECT_THROW(test::waitFor(std::move(hung)), Cancelled);
+    EXPECT_THROW(test::waitFor(onDisk([] { return 1; }, 600s, stop.token())), Cancelled);
+    EXPECT_FALSE(isDiskAwaited());
+    release->release();
+    EXPECT_TRUE(told->tryAcquire(1, 60'000));
+}
+
+// What takes long is waited for as long as it gives signs of life, and no longer.
+TEST(OnDisk, signs_of_life_keep_the_wait_going) {
+    constexpr auto patience = 1s;
+    const auto beats = [](std::chrono::milliseconds whole) {
+        return [whole](DiskPulse &pulse) {
+            const auto start = std::chrono::steady_clock::now();
+            while (!pulse.isStopped() && std::chrono::steady_clock::now() - start < whole) {
+                pulse.beat();
+                std::this_thread::sleep_for(20ms);
+            }
+            return pulse.isStopped();
+        };
+    };
+    EXPECT_EQ(test::waitFor(onDisk(beats(patience + 200ms), patience)), false);
+    auto release = std::make_shared<QSemaphore>();
+    const auto falls = [release](DiskPulse &pulse) {
+        pulse.beat();
+        release->acquire();
+        return true;
+    };
+    EXPECT_EQ(test::waitFor(onDisk(falls, 50ms)), std::nullopt);
+    release->release();
 }
 
 } // namespace

@@ -22,11 +22,6 @@ OnboardingModel::OnboardingModel(Parts parts, QObject *parent)
         if (Preferences::isKeyOf(key, &Settings::projects, &Settings::interests)) {
             Q_EMIT foundChanged();
         }
-        if (m_shown &&
-            Preferences::isKeyOf(key, &Settings::projects, &Settings::projectDescriptions,
-                                 &Settings::interests, &Settings::addedTools)) {
-            lookForRefusal();
-        }
         Q_EMIT changed();
     });
     connect(&m_parts.projects, &ProjectsModel::read, this, &OnboardingModel::propose);
@@ -123,8 +118,14 @@ QStringList OnboardingModel::topicProposals() const {
     return proposals.first(std::min<qsizetype>(3, proposals.size()));
 }
 
-/// The disk is asked: not at each change.
-void OnboardingModel::lookForRefusal() { m_refusal = shownWords(refusalText(m_parts.preferences)); }
+QString OnboardingModel::refusal() const { return shownWords(refusalText(m_parts.preferences)); }
+
+OnboardingModel::~OnboardingModel() { m_cancel.cancel(); }
+
+Task<> OnboardingModel::stopped() {
+    m_cancel.cancel();
+    co_await m_work.join();
+}
 
 QString OnboardingModel::setJob(const QString &job) {
     m_jobGiven = true;
@@ -133,9 +134,8 @@ QString OnboardingModel::setJob(const QString &job) {
 
 void OnboardingModel::open() {
     m_shown = true;
-    lookForRefusal();
     if (!std::exchange(m_looked, true)) {
-        detach(look(this), QStringLiteral("looking for projects"));
+        m_work.add(logged(look(this), QStringLiteral("looking for projects")));
     }
     Q_EMIT changed();
 }
@@ -184,13 +184,15 @@ Task<> OnboardingModel::look(QPointer<OnboardingModel> self) {
         QStringList apps;
     };
     self->m_parts.projects.refresh();
-    const auto found = co_await onDisk([parts = self->m_parts] {
-        Found all{discovery::findProjects(parts.home, parts.personal), {}};
-        for (const discovery::App &app : parts.apps ? parts.apps() : QList<discovery::App>()) {
-            all.apps += app.name;
-        }
-        return all;
-    });
+    const auto found = co_await onDisk(
+        [home = self->m_parts.home, personal = self->m_parts.personal, apps = self->m_parts.apps] {
+            Found all{discovery::findProjects(home, personal), {}};
+            for (const discovery::App &app : apps ? apps() : QList<discovery::App>()) {
+                all.apps += app.name;
+            }
+            return all;
+        },
+        maxDiskWait, self->m_cancel.token());
     if (self && found) {
         self->m_found = found->projects;
         self->m_apps = found->apps;

@@ -77,6 +77,7 @@ public:
         bool wanted = false; ///< nothing was ever run or kept here
     };
     explicit OnboardingModel(Parts parts, QObject *parent = nullptr);
+    ~OnboardingModel() override;
 
     bool isShown() const { return m_shown; }
     bool isUnfinished() const;
@@ -89,7 +90,7 @@ public:
     QStringList jobs() const;
     QVariantList found() const;
     QStringList topicProposals() const;
-    QString refusal() const { return m_refusal; }
+    QString refusal() const;
 
     /// Shows it, where it was left.
     Q_INVOKABLE void open();
@@ -108,6 +109,8 @@ public:
     Q_INVOKABLE void leave();
     /// It is done with. Asks for the guided first triage, for who had none.
     Q_INVOKABLE void finish();
+    /// Stops what it has under way, and waits for its end.
+    Task<> stopped();
 
 Q_SIGNALS:
     void changed();
@@ -117,17 +120,17 @@ private:
     static Task<> look(QPointer<OnboardingModel> self);
     void setStep(int step);
     void propose();
-    void lookForRefusal();
 
     Parts m_parts;
     bool m_shown = false;
     bool m_looked = false;
     bool m_jobGiven = false; // by the person, be it as none
-    QString m_refusal;
     QList<discovery::Project> m_found;
     QStringList m_apps;
     QString m_job;
     QStringList m_evidence;
+    CancelSource m_cancel;
+    TaskGroup m_work;
 };
 
 } // namespace vorle

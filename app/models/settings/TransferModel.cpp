@@ -9,54 +9,45 @@
 
 #include <QDir>
 
-#include <atomic>
-#include <memory>
 #include <system_error>
 
 namespace vorle {
 
 namespace {
 
-/// What the thread that works on the disk tells the one that waits; whoever goes last frees it.
+/// What came of the disk's part of a transfer.
 struct DiskWork {
-    std::atomic<bool> stopped = false;
-    std::atomic<unsigned> steps = 0; ///< signs of life
-    std::atomic<bool> ended = false;
+    enum class End { Done, Stopped, Silent };
+    End end = End::Done;
     WrittenFiles files;
     QList<Topic> topics;
     QString problem; ///< a French sentence; "" when it went well
-    bool givenUp = false;
 };
 
-/// Has `job` done on a thread that may hang. False when it gave no sign of life for that long: then
-/// it is told to stop, and left.
-Task<bool> endsOrAnswers(std::shared_ptr<DiskWork> work, std::function<void(DiskWork &)> job,
-                         std::chrono::milliseconds patience, CancelToken cancel) {
-    constexpr std::chrono::milliseconds look(200);
-    const auto stop = cancel.onCancel([work] { work->stopped = true; });
-    const auto whole = [work, job = std::move(job)] {
+/// Has `job` done on a thread that may hang, until it is asked to stop, or gave no sign of life for
+/// that long: it then ends where it may, and nobody waits for it.
+Task<DiskWork> done(std::function<void(DiskWork &, DiskPulse &)> job,
+                    std::chrono::milliseconds patience, CancelToken cancel) {
+    const auto whole = [job = std::move(job)](DiskPulse &pulse) {
+        DiskWork work;
         try {
-            job(*work);
+            job(work, pulse);
         } catch (const TransferRefused &refusal) {
-            work->problem = refusal.text();
+            work.problem = refusal.text();
         } catch (const Cancelled &) {
-            work->givenUp = true;
+            work.end = DiskWork::End::Stopped;
         } catch (const std::system_error &error) {
-            work->problem = systemRefusalText(error);
+            work.problem = systemRefusalText(error);
         }
-        work->ended = true;
+        return work;
     };
-    bool ended = co_await endsOnDisk(whole, patience);
-    unsigned seen = work->steps;
-    auto silence = seen > 0 ? std::chrono::milliseconds(0) : patience;
-    while (!ended && !work->ended && silence < patience) {
-        co_await sleepFor(look);
-        silence = work->steps != seen ? std::chrono::milliseconds(0) : silence + look;
-        seen = work->steps;
+    DiskWork none{.end = DiskWork::End::Silent, .files = {}, .topics = {}, .problem = {}};
+    try {
+        co_return (co_await onDisk(whole, patience, std::move(cancel))).value_or(none);
+    } catch (const Cancelled &) {
+        none.end = DiskWork::End::Stopped;
     }
-    ended = ended || work->ended;
-    work->stopped = !ended;
-    co_return ended;
+    co_return none;
 }
 
 } // namespace
@@ -111,27 +102,26 @@ Task<> TransferModel::writeOut(Asked asked) {
         topics += *topic;
     }
     const qsizetype count = topics.size();
-    const auto work = std::make_shared<DiskWork>();
     const auto job = [topics = std::move(topics), folder = *folder, live = store.file(),
                       formats = asked.formats,
-                      now = asked.model->m_parts.clock.now()](DiskWork &on) {
-        on.files = exportTopics(topics, folder, live, formats, now, [&on] {
-            ++on.steps;
-            return on.stopped.load();
+                      now = asked.model->m_parts.clock.now()](DiskWork &work, DiskPulse &pulse) {
+        work.files = exportTopics(topics, folder, live, formats, now, [&pulse] {
+            pulse.beat();
+            return pulse.isStopped();
         });
     };
-    const bool answered = co_await endsOrAnswers(work, job, asked.patience, asked.cancel);
+    const DiskWork work = co_await done(job, asked.patience, asked.cancel);
     if (!asked.model) {
         co_return;
     }
-    if (!answered) {
+    if (work.end == DiskWork::End::Silent) {
         asked.model->end(tr("Ce dossier ne répond pas\u00A0: %1").arg(*folder), true);
-    } else if (work->givenUp) {
+    } else if (work.end == DiskWork::End::Stopped) {
         asked.model->end(tr("Arrêté. Ce qui est écrit reste."), false);
-    } else if (!work->problem.isEmpty()) {
-        asked.model->end(work->problem, true);
+    } else if (!work.problem.isEmpty()) {
+        asked.model->end(work.problem, true);
     } else {
-        asked.model->end(exportText(count, *folder, work->files), false);
+        asked.model->end(exportText(count, *folder, work.files), false);
     }
 }
 
@@ -142,25 +132,25 @@ Task<> TransferModel::readIn(Asked asked) {
         co_return;
     }
     asked.model->begin(tr("Je lis le fichier."));
-    const auto work = std::make_shared<DiskWork>();
-    const auto job = [file = *file](DiskWork &on) { on.topics = readTopicArchive(file); };
+    const auto job = [file = *file](DiskWork &work, DiskPulse &) {
+        work.topics = readTopicArchive(file);
+    };
     // It reads at a stretch: a large file gives no sign of life.
-    const bool answered = co_await endsOrAnswers(work, job, 3 * asked.patience, asked.cancel);
+    DiskWork work = co_await done(job, 3 * asked.patience, asked.cancel);
     if (!asked.model) {
         co_return;
     }
     TransferModel &model = *asked.model;
-    if (!answered) {
+    if (work.end == DiskWork::End::Silent) {
         model.end(tr("Ce fichier ne répond pas\u00A0: %1").arg(*file), true);
-    } else if (!work->problem.isEmpty()) {
-        model.end(work->problem, true);
-    } else if (asked.cancel.isCancelled()) {
+    } else if (!work.problem.isEmpty()) {
+        model.end(work.problem, true);
+    } else if (work.end == DiskWork::End::Stopped || asked.cancel.isCancelled()) {
         model.end(tr("Arrêté\u00A0: rien n’a changé."), false);
     } else if (model.m_parts.store.isDamaged()) {
         model.end(tr("Tes sujets sont illisibles\u00A0: %1").arg(model.m_parts.store.file()), true);
     } else {
-        const ImportOutcome outcome =
-            importTopicsInto(model.m_parts.store, std::move(work->topics));
+        const ImportOutcome outcome = importTopicsInto(model.m_parts.store, std::move(work.topics));
         if (model.m_parts.readOn) {
             model.m_parts.readOn();
         }

@@ -29,14 +29,21 @@ AppsModel::AppsModel(const TerritoryParts &parts, TellRemoved removed, QObject *
     show();
 }
 
+AppsModel::~AppsModel() { m_cancel.cancel(); }
+
+Task<> AppsModel::stopped() {
+    m_cancel.cancel();
+    co_await m_work.join();
+}
+
 void AppsModel::refresh() {
     if (m_parts.apps) {
-        detach(list(this), QStringLiteral("listing the apps"));
+        m_work.add(logged(list(this), QStringLiteral("listing the apps")));
     }
 }
 
 Task<> AppsModel::list(QPointer<AppsModel> self) {
-    auto apps = co_await onDisk(self->m_parts.apps);
+    auto apps = co_await onDisk(self->m_parts.apps, maxDiskWait, self->m_cancel.token());
     if (!self || !apps) {
         co_return;
     }

@@ -29,6 +29,7 @@ class AppsModel final : public QObject {
 
 public:
     AppsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent = nullptr);
+    ~AppsModel() override;
 
     RowsModel *rows() { return &m_rows; }
     RowsModel *choices() { return &m_choices; }
@@ -46,6 +47,8 @@ public:
     Q_INVOKABLE void choose(const QString &name, bool chosen);
     /// Takes it out of that list; it can be undone.
     Q_INVOKABLE void remove(const QString &name);
+    /// Stops what it has under way, and waits for its end.
+    Task<> stopped();
 
 Q_SIGNALS:
     void filterChanged();
@@ -64,6 +67,8 @@ private:
     QList<discovery::App> m_apps; ///< tools first, leisure last
     QStringList m_tools;          ///< the recognised ones among them
     QString m_filter;
+    CancelSource m_cancel;
+    TaskGroup m_work;
 };
 
 } // namespace vorle

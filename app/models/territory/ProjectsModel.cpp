@@ -88,11 +88,22 @@ QStringList ProjectsModel::labels() const {
     return all;
 }
 
+ProjectsModel::~ProjectsModel() { m_cancel.cancel(); }
+
+Task<> ProjectsModel::stopped() {
+    m_cancel.cancel();
+    co_await m_work.join();
+}
+
+void ProjectsModel::work(Task<> task, const char *what) {
+    m_work.add(logged(std::move(task), QString::fromLatin1(what)));
+}
+
 void ProjectsModel::refresh() {
     const auto folders = m_parts.preferences.settings().projects;
     for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
         m_readings[it.key()].folder = it.value();
-        detach(ask(this, it.key(), it.value()), QStringLiteral("reading a project"));
+        work(ask(this, it.key(), it.value()), "reading a project");
     }
     show();
 }
@@ -106,13 +117,14 @@ void ProjectsModel::askNewOnes() {
     for (auto it = folders.cbegin(); it != folders.cend(); ++it) {
         if (!m_readings.contains(it.key())) {
             m_readings[it.key()].folder = it.value();
-            detach(ask(this, it.key(), it.value()), QStringLiteral("reading a project"));
+            work(ask(this, it.key(), it.value()), "reading a project");
         }
     }
 }
 
 Task<> ProjectsModel::ask(QPointer<ProjectsModel> self, QString name, QString folder) {
-    auto found = co_await onDisk([folder] { return discovery::readProject(folder); });
+    auto found = co_await onDisk([folder] { return discovery::readProject(folder); }, maxDiskWait,
+                                 self->m_cancel.token());
     if (!self || self->m_readings.value(name).folder != folder ||
         self->m_parts.preferences.settings().projects.value(name) != folder) {
         co_return; // it is gone, or another by now
@@ -169,7 +181,7 @@ void ProjectsModel::addFolders(const QList<QUrl> &dropped) {
         setProblem(tr("Ce n’est pas un dossier de ce disque."));
         return;
     }
-    detach(add(this, paths), QStringLiteral("adding a project"));
+    work(add(this, paths), "adding a project");
 }
 
 Task<> ProjectsModel::add(QPointer<ProjectsModel> self, QStringList paths) {
@@ -177,7 +189,8 @@ Task<> ProjectsModel::add(QPointer<ProjectsModel> self, QStringList paths) {
     QStringList refused;
     std::vector<Task<std::optional<Pointed>>> asked;
     for (const QString &path : std::as_const(paths)) {
-        asked.push_back(onDisk([path] { return pointedAt(path); }));
+        asked.push_back(
+            onDisk([path] { return pointedAt(path); }, maxDiskWait, self->m_cancel.token()));
     }
     for (std::size_t i = 0; i < asked.size(); ++i) {
         const std::optional<Pointed> pointed = co_await asked[i];
@@ -227,15 +240,16 @@ Task<> ProjectsModel::choose(QPointer<ProjectsModel> self, QString name) {
     if (!self || !path) {
         co_return;
     }
-    if (name.isEmpty()) {
-        co_await add(self, {*path});
-        co_return;
-    }
-    const auto pointed = co_await onDisk([path = *path] { return pointedAt(path); });
+    self->work(name.isEmpty() ? add(self, {*path}) : move(self, name, *path), "adding a project");
+}
+
+Task<> ProjectsModel::move(QPointer<ProjectsModel> self, QString name, QString path) {
+    const auto pointed =
+        co_await onDisk([path] { return pointedAt(path); }, maxDiskWait, self->m_cancel.token());
     if (self) {
         self->setProblem(
             !pointed || pointed->kind != Pointed::Kind::Folder
-                ? tr("Le dossier %1 ne répond pas.").arg(shownLine(*path))
+                ? tr("Le dossier %1 ne répond pas.").arg(shownLine(path))
                 : territory::moveProject(self->m_parts.preferences, name, pointed->path)
                       .value_or(QString()));
     }

@@ -25,6 +25,7 @@ class ProjectsModel final : public QObject {
 
 public:
     ProjectsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent = nullptr);
+    ~ProjectsModel() override;
 
     RowsModel *rows() { return &m_rows; }
     QString problem() const { return m_problem; }
@@ -43,6 +44,8 @@ public:
     /// Gives a French sentence when it cannot be, "" when it was.
     Q_INVOKABLE QString describe(const QString &name, const QString &description);
     Q_INVOKABLE void remove(const QString &name);
+    /// Stops what it has under way, and waits for its end.
+    Task<> stopped();
 
 Q_SIGNALS:
     void problemChanged();
@@ -53,6 +56,8 @@ private:
     static Task<> ask(QPointer<ProjectsModel> self, QString name, QString folder);
     static Task<> add(QPointer<ProjectsModel> self, QStringList paths);
     static Task<> choose(QPointer<ProjectsModel> self, QString name);
+    static Task<> move(QPointer<ProjectsModel> self, QString name, QString path);
+    void work(Task<> task, const char *what);
     void show();
     void askNewOnes();
     void setProblem(const QString &problem);
@@ -67,6 +72,8 @@ private:
     };
     QMap<QString, Reading> m_readings;
     QString m_problem;
+    CancelSource m_cancel;
+    TaskGroup m_work; // but for an open dialog, which nobody waits for
 };
 
 } // namespace vorle

@@ -23,7 +23,7 @@ SendPreview::SendPreview(const TerritoryParts &parts, QObject *parent)
     m_later.setSingleShot(true);
     m_later.setInterval(pause);
     connect(&m_later, &QTimer::timeout, this,
-            [this] { detach(work(this), QStringLiteral("the preview of a run")); });
+            [this] { m_work.add(logged(work(this), QStringLiteral("the preview of a run"))); });
     const auto followed = [this] {
         if (m_active) {
             m_later.start();
@@ -33,6 +33,14 @@ SendPreview::SendPreview(const TerritoryParts &parts, QObject *parent)
     connect(&parts.store, &TopicStore::topicChanged, this, followed);
     connect(&parts.store, &TopicStore::topicsAdded, this, followed);
     connect(&parts.store, &TopicStore::topicsReset, this, followed);
+}
+
+SendPreview::~SendPreview() { m_cancel.cancel(); }
+
+Task<> SendPreview::stopped() {
+    m_later.stop();
+    m_cancel.cancel();
+    co_await m_work.join();
 }
 
 void SendPreview::setActive(bool active) {
@@ -55,11 +63,15 @@ Task<> SendPreview::work(QPointer<SendPreview> self) {
         self->m_stale = false;
         RunPreview preview;
         try {
-            preview = co_await previewRun(
-                {self->m_parts.preferences, self->m_parts.store, self->m_parts.asker,
-                 self->m_parts.clock, [apps = self->m_parts.apps] {
-                     return apps ? discovery::namesOf(apps()) : QStringList();
-                 }});
+            preview =
+                co_await previewRun({self->m_parts.preferences, self->m_parts.store,
+                                     self->m_parts.asker, self->m_parts.clock,
+                                     [apps = self->m_parts.apps] {
+                                         return apps ? discovery::namesOf(apps()) : QStringList();
+                                     },
+                                     self->m_cancel.token()});
+        } catch (const Cancelled &) {
+            co_return; // it goes
         } catch (const std::exception &error) {
             preview.refusal = QString::fromUtf8(error.what());
         }

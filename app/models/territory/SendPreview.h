@@ -42,11 +42,14 @@ class SendPreview final : public QObject {
 
 public:
     explicit SendPreview(const TerritoryParts &parts, QObject *parent = nullptr);
+    ~SendPreview() override;
 
     QVariantList questions() const;
     QString size() const;
     QString note() const;
     void setActive(bool active);
+    /// Stops what it has under way, and waits for its end.
+    Task<> stopped();
 
 Q_SIGNALS:
     void changed();
@@ -60,6 +63,8 @@ private:
     bool m_working = false;
     bool m_stale = false; ///< something changed while it was worked out
     RunPreview m_preview;
+    CancelSource m_cancel;
+    TaskGroup m_work;
 };
 
 } // namespace vorle

@@ -105,13 +105,21 @@ SitesModel::SitesModel(const TerritoryParts &parts, TellRemoved removed, QObject
 
 SitesModel::~SitesModel() { m_cancel.cancel(); }
 
-void SitesModel::refresh() {
-    detach(readReports(this), QStringLiteral("reading the runs' reports"));
+Task<> SitesModel::stopped() {
+    m_cancel.cancel();
+    co_await m_work.join();
 }
+
+void SitesModel::work(Task<> task, const char *what) {
+    m_work.add(logged(std::move(task), QString::fromLatin1(what)));
+}
+
+void SitesModel::refresh() { work(readReports(this), "reading the runs' reports"); }
 
 Task<> SitesModel::readReports(QPointer<SitesModel> self) {
     auto reports =
-        co_await onDisk([file = self->m_parts.store.file()] { return RunHistory(file).reports(); });
+        co_await onDisk([file = self->m_parts.store.file()] { return RunHistory(file).reports(); },
+                        maxDiskWait, self->m_cancel.token());
     if (self && reports) {
         self->m_reports = *std::move(reports);
         self->show();
@@ -198,7 +206,7 @@ void SitesModel::look(const QString &address) {
         show();
         PrioritySite asked = *site;
         asked.checked.reset(); // somebody asks: it is looked at whatever was known
-        detach(lookAt(this, asked, m_cancel.token()), QStringLiteral("looking at a site"));
+        work(lookAt(this, asked, m_cancel.token()), "looking at a site");
     }
 }
 
@@ -253,10 +261,14 @@ Task<> SitesModel::takeList(QPointer<SitesModel> self) {
     const auto path = co_await self->m_parts.files.file(
         tr("Importer un OPML"),
         {tr("Listes de flux"), {QStringLiteral("*.opml"), QStringLiteral("*.xml")}});
-    if (!self || !path) {
-        co_return;
+    if (self && path) {
+        self->work(readIn(self, *path), "reading a list of feeds");
     }
-    const auto read = co_await onDisk([path = *path] { return readList(path); });
+}
+
+Task<> SitesModel::readIn(QPointer<SitesModel> self, QString path) {
+    const auto read =
+        co_await onDisk([path] { return readList(path); }, maxDiskWait, self->m_cancel.token());
     if (!self) {
         co_return;
     }
@@ -277,9 +289,12 @@ Task<> SitesModel::writeList(QPointer<SitesModel> self) {
     self->setNote({});
     const auto path =
         co_await self->m_parts.files.saveAs(tr("Exporter tes sites"), QStringLiteral("vorle.opml"));
-    if (!self || !path) {
-        co_return;
+    if (self && path) {
+        self->work(writeOut(self, *path), "writing a list of feeds");
     }
+}
+
+Task<> SitesModel::writeOut(QPointer<SitesModel> self, QString path) {
     QList<OpmlSite> sites;
     for (const PrioritySite &site : self->m_parts.preferences.settings().prioritySites) {
         if (const auto link = WebLink::typed(site.address, WebLink::Host::Any)) {
@@ -288,17 +303,19 @@ Task<> SitesModel::writeList(QPointer<SitesModel> self) {
         }
     }
     const QByteArray bytes = writeOpml(sites, self->m_parts.clock.now());
-    const auto written = co_await onDisk([path = *path, bytes] {
-        QSaveFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() &&
-               file.commit();
-    });
+    const auto written = co_await onDisk(
+        [path, bytes] {
+            QSaveFile file(path);
+            return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() &&
+                   file.commit();
+        },
+        maxDiskWait, self->m_cancel.token());
     if (self) {
         self->setNote(written.value_or(false)
                           ? tr("%1 dans %2.")
                                 .arg(counted(sites.size(), tr("site écrit"), tr("sites écrits")),
-                                     shownLine(*path))
-                          : tr("Rien n’a pu être écrit dans %1.").arg(shownLine(*path)));
+                                     shownLine(path))
+                          : tr("Rien n’a pu être écrit dans %1.").arg(shownLine(path)));
     }
 }
 

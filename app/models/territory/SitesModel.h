@@ -41,6 +41,8 @@ public:
     /// sites; or at where to write theirs.
     Q_INVOKABLE void importList();
     Q_INVOKABLE void exportList();
+    /// Stops what it has under way, and waits for its end.
+    Task<> stopped();
 
 Q_SIGNALS:
     void noteChanged();
@@ -58,6 +60,9 @@ private:
     static Task<> lookAt(QPointer<SitesModel> self, PrioritySite site, CancelToken cancel);
     static Task<> takeList(QPointer<SitesModel> self);
     static Task<> writeList(QPointer<SitesModel> self);
+    static Task<> readIn(QPointer<SitesModel> self, QString path);
+    static Task<> writeOut(QPointer<SitesModel> self, QString path);
+    void work(Task<> task, const char *what);
     SiteRow rowOf(const PrioritySite &site) const;
     void show();
     void setNote(const QString &note);
@@ -67,7 +72,8 @@ private:
     KeyedRows<SiteRow> m_rows;
     QList<RunReport> m_reports;  ///< oldest first
     QHash<QString, Seen> m_seen; ///< by address, since the app was opened
-    CancelSource m_cancel;       // of the looks under way
+    CancelSource m_cancel;
+    TaskGroup m_work; // but for an open dialog, which nobody waits for
     QString m_note;
 };
 

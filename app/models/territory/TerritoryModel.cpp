@@ -57,6 +57,13 @@ void TerritoryModel::setActive(bool active) {
     Q_EMIT activeChanged();
 }
 
+Task<> TerritoryModel::stopped() {
+    co_await m_preview.stopped();
+    co_await m_apps.stopped();
+    co_await m_sites.stopped();
+    co_await m_projects.stopped();
+}
+
 void TerritoryModel::show() {
     QList<InterestRow> interests;
     for (const QString &name : settings().interests) {

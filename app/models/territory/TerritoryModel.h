@@ -86,6 +86,8 @@ public:
     Q_INVOKABLE QString setJob(const QString &job);
     /// Puts back what was taken out last. False when there is nothing.
     Q_INVOKABLE bool undo();
+    /// Stops what it has under way, and waits for its end.
+    Task<> stopped();
 
 Q_SIGNALS:
     void activeChanged();

@@ -16,6 +16,7 @@ namespace {
 
 using test::Program;
 using testing::HasSubstr;
+using testing::Not;
 
 class LimitedRunTest : public testing::Test {
 protected:
@@ -65,13 +66,24 @@ TEST_F(LimitedRunTest, tells_what_waits_and_goes_on_or_leaves_it_when_asked) {
     answer(1);
     const Program::Outcome first = vorle.run("fouille --json");
     EXPECT_EQ(first.status, 0) << "a limit is no failure";
-    EXPECT_THAT(first.err, HasSubstr("Claude Code a atteint sa limite. Je garde tout et je "
-                                     "continue "));
-    EXPECT_THAT(first.err, HasSubstr("il reste 16 liens à juger."));
-    EXPECT_THAT(first.err, HasSubstr("vorle fouille --suite"));
+    EXPECT_THAT(first.err, HasSubstr("Claude Code a atteint sa limite. Ce qu’il dit"));
+    EXPECT_THAT(first.err, HasSubstr("Je garde tout\u00A0: il reste 16 liens à juger."));
+    EXPECT_THAT(first.err, HasSubstr(", si vorle est ouvert, ou avec\u00A0: vorle fouille --suite"))
+        << "a command does not go on by itself";
     EXPECT_EQ(first.object()[u"topics"].toArray().size(), 8);
     EXPECT_EQ(first.object()[u"waits"].toObject()[u"links"].toInt(), 16);
     EXPECT_TRUE(isLeft());
+
+    // Three parts without an answer: nothing says that it goes on at its hour.
+    answer(0);
+    std::string said;
+    for (int part = 1; part <= 3; ++part) {
+        EXPECT_THAT(said, Not(HasSubstr("reprises de suite")));
+        said = vorle.run("fouille --suite").err;
+    }
+    EXPECT_THAT(said, HasSubstr("sont restées sans réponse"));
+    EXPECT_THAT(said, HasSubstr("Pour continuer\u00A0: vorle fouille --suite"));
+    EXPECT_THAT(said, Not(HasSubstr("si vorle est ouvert")));
 
     answer(-1);
     const Program::Outcome rest = vorle.run("fouille --suite --json");

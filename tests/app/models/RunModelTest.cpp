@@ -67,9 +67,15 @@ TEST_F(RunModelTest, says_why_a_run_cannot_start) {
     const QString told = model->lastError();
     QSignalSpy ends(model.get(), &RunModel::ended);
     model->startDue();
-    QCoreApplication::processEvents();
+    EXPECT_EQ(engine.phase(), SearchEngine::Phase::Searching) << "the folder is asked";
+    test::spinUntil([&] { return engine.phase() == SearchEngine::Phase::Idle; });
     EXPECT_EQ(ends.count(), 0);
     EXPECT_EQ(model->lastError(), told);
+    model->start();
+    test::spinUntil([&] { return ends.count() == 1; });
+    EXPECT_TRUE(model->nothingToSearch());
+    EXPECT_TRUE(model->lastError().contains(text("parti"))) << model->lastError().toStdString();
+    ends.clear();
     preferences.change(&Settings::interests, {text("Rust")});
     model->startDue();
     test::spinUntil([&] { return ends.count() == 1; });
@@ -182,8 +188,25 @@ TEST_F(RunModelTest, shows_what_a_limited_run_left_and_goes_on_with_it) {
     EXPECT_EQ(model->waitingText(),
               text("La suite de la fouille d’hier devait reprendre lundi 2 novembre à 13:00\u00A0: "
                    "il reste 1 lien à juger."));
+    // So many parts without an answer, and it does not go on by itself, whatever the hour.
+    limitedBy("You've hit your limit · resets 1pm (UTC)");
+    for (int part = 1; part <= 3; ++part) {
+        EXPECT_FALSE(model->lastResultText().contains(u"quand tu veux"));
+        model->goOn();
+        untilEnded();
+    }
+    EXPECT_EQ(model->lastResultText(),
+              text("Rien de nouveau pour l’instant. La suite quand tu veux."));
+    EXPECT_TRUE(model->waitingOffered());
+    EXPECT_EQ(
+        model->waitingText(),
+        text("Plusieurs reprises de suite sont restées sans réponse\u00A0: je ne continue "
+             "plus de moi-même. La limite doit être levée aujourd’hui à 13:00. Je garde tout, "
+             "et je continue quand tu veux\u00A0: il reste 1 lien à juger."));
+    claude.answerBy(table);
+    model->giveUpRest();
     limitedBy("API Error: Rate limit reached");
-    model->goOn();
+    model->start();
     untilEnded();
     EXPECT_EQ(model->waitingText(), text("Il ne dit pas jusqu’à quand. Je garde tout\u00A0: il "
                                          "reste 1 lien à juger."));
@@ -202,7 +225,7 @@ TEST_F(RunModelTest, shows_what_a_limited_run_left_and_goes_on_with_it) {
     untilEnded();
     EXPECT_FALSE(model->waiting());
     EXPECT_EQ(model->lastResultText(), text("1 nouveau sujet dans «\u202FÀ trier\u202F»."));
-    EXPECT_EQ(store.history().size(), 1);
+    EXPECT_EQ(store.history().size(), 2);
 
     limitedBy("API Error: Rate limit reached");
     server.serve("/other", test::TestReply::page(test::RunParts::page("autre")));

@@ -1,10 +1,9 @@
 // Runs whose agent reaches its limit: what they found and judged is kept, what is left goes on, and
 // there is one report for all of it.
 
-#include "tests/search/run/RunFixture.h"
+#include "tests/search/run/LimitFixture.h"
 
 #include <QDir>
-#include <QTimer>
 
 #include <gmock/gmock.h>
 
@@ -13,40 +12,10 @@
 namespace vorle {
 namespace {
 
-using namespace std::chrono_literals;
 using test::candidate;
+using test::LimitTest;
 using test::list;
 using testing::UnorderedElementsAre;
-
-class LimitTest : public test::RunFixture {
-protected:
-    /// From the next run on, `limit` ("\"step\":\"judge\",") holds; "" lifts it.
-    void limit(const QString &which, const char *words = "You've hit your limit · resets 1pm") {
-        otherTraits = which.isEmpty() ? QString()
-                                      : QStringLiteral(R"("limit":{%1"words":"%2"},)")
-                                            .arg(which, QString::fromUtf8(words));
-    }
-    RunReport resume() { return test::waitFor(engine.resume(stop.token()), 60s); }
-    QString restFile() const { return folder.filePath(QStringLiteral("run-left.json")); }
-
-    /// `count` pages, each its own card.
-    QStringList pages(int count) {
-        QStringList links;
-        for (int i = 0; i < count; ++i) {
-            const QByteArray path = "/p" + QByteArray::number(i);
-            server.serve(path, test::TestReply::page(page(path.constData())));
-            links += candidate(server.link(path), "Rust");
-        }
-        return links;
-    }
-    QStringList inboxLinks() const {
-        QStringList links;
-        for (const TopicPtr &topic : inbox()) {
-            links += topic->mainSource()->url;
-        }
-        return links;
-    }
-};
 
 // The project's question meets the limit while the topics' one is under way: that one's links are
 // read, and left to judge.
@@ -228,43 +197,26 @@ TEST_F(LimitTest, a_second_search_and_the_sites_wait_too) {
     resume();
     EXPECT_EQ(inbox().size(), 3);
     EXPECT_EQ(store.history().last().sites->first().items, 1);
-}
 
-TEST_F(LimitTest, a_rest_that_is_stopped_or_fails_is_still_left_and_no_longer_goes_by_itself) {
-    const QString topics = list(pages(10));
-    const auto limited = [&] {
-        limit(QStringLiteral(R"("step":"judge",)"));
-        scenario(QStringLiteral("[]"), topics);
-    };
-    limited();
+    // The last site went meanwhile: nothing waits for it, and it is told.
+    limit(QStringLiteral(R"("in":"trusts, for their",)"));
+    server.serve("/feed", test::TestReply::shaped(test::TestReply::Shape::Whole,
+                                                  "<rss><channel><item><title>Tard</title><link>" +
+                                                      at("/late").toUtf8() +
+                                                      "</link></item></channel></rss>"));
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
     run();
-    ASSERT_EQ(engine.remainder()->links.size(), 10);
-    const QDateTime noon = engine.remainder()->waits().until.value();
-    EXPECT_EQ(resumeAction(*engine.remainder(), noon, false), ResumeAction::Go);
-
-    limit({});
-    scenario(QStringLiteral("[]"), topics, "hang");
-    QTimer::singleShot(600ms, [&] { stop.cancel(); });
-    EXPECT_TRUE(resume().cancelled);
-    stop = CancelSource();
     ASSERT_TRUE(engine.remainder());
-    EXPECT_EQ(resumeAction(*engine.remainder(), noon, false), ResumeAction::Offer);
-    EXPECT_EQ(engine.remainder()->links.size(), 10);
-    EXPECT_FALSE(store.history().first().cancelled);
-    EXPECT_TRUE(store.history().first().waits);
-
-    scenario(QStringLiteral("[]"), topics, "fail");
-    EXPECT_THROW(resume(), AgentError);
-    claude.signOut();
-    EXPECT_THROW(resume(), AgentError);
-    claude.signIn();
-    EXPECT_EQ(store.history().size(), 1) << "it is one run";
-    EXPECT_FALSE(store.history().first().failed);
-    EXPECT_EQ(engine.remainder()->links.size(), 10);
-
-    scenario(QStringLiteral("[]"), topics);
-    EXPECT_EQ(resume().added, 10);
+    preferences.change(&Settings::prioritySites, {});
+    limit({});
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    resume();
     EXPECT_FALSE(engine.remainder());
+    const RunReport last = store.history().last();
+    EXPECT_EQ(last.warnings.size(), 1);
+    for (const ScopeReport &scope : last.scopes) {
+        EXPECT_FALSE(scope.waits.value_or(false)) << scope.name.toStdString();
+    }
 }
 
 TEST_F(LimitTest, a_rest_given_up_or_damaged_has_its_period_searched_again) {
@@ -333,40 +285,6 @@ TEST_F(LimitTest, a_rest_that_cannot_be_kept_has_the_period_searched_again) {
     EXPECT_TRUE(preferences.settings().lastSearch);
     EXPECT_LT(*preferences.settings().searchedUntil,
               preferences.settings().lastSearch->addDays(-1));
-}
-
-// The program may be killed at any moment: whoever opens next finds the rest, and what a killed
-// part had judged is not judged again.
-TEST_F(LimitTest, another_process_goes_on_with_it) {
-    const QString topics = list(pages(10));
-    limit(QStringLiteral(R"("step":"judge",)"));
-    scenario(QStringLiteral("[]"), topics);
-    run();
-    limit({});
-    scenario(QStringLiteral("[]"), topics, "ok");
-    // What a killed part leaves: judged topics, and the remainder as it was.
-    const QByteArray rest = test::readFile(restFile());
-    resume();
-    write(QStringLiteral("run-left.json"), rest);
-    ASSERT_TRUE(store.flush());
-    const qsizetype judgments = claude.calls(u"judge");
-
-    TopicStore other{store.file(), resources, clock};
-    SearchEngine next({.preferences = preferences,
-                       .store = other,
-                       .provenance = provenance,
-                       .rediscoveries = rediscoveries,
-                       .asker = asker,
-                       .reader = reader,
-                       .feeds = feeds,
-                       .images = images,
-                       .clock = clock});
-    ASSERT_TRUE(next.remainder());
-    test::waitFor(next.resume({}), 60s);
-    EXPECT_EQ(other.count(), 10);
-    EXPECT_EQ(claude.calls(u"judge"), judgments);
-    EXPECT_FALSE(next.remainder());
-    ASSERT_EQ(other.history().size(), 1);
 }
 
 } // namespace
