@@ -54,13 +54,13 @@ RunModel::RunModel(SearchEngine &engine, Preferences &preferences, const TopicSt
     });
     connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
         // What there is to search says whether a run was missed.
-        constexpr QStringView searched[] = {u"interests", u"projects", u"projectDescriptions",
-                                            u"addedTools"};
-        const bool isSearched = std::ranges::find(searched, QStringView(key)) != std::end(searched);
+        const bool isSearched =
+            Preferences::isKeyOf(key, &Settings::interests, &Settings::projects,
+                                 &Settings::projectDescriptions, &Settings::addedTools);
         if (isSearched) {
             followTerritory();
         }
-        if (isSearched || key == u"schedule" || key == u"lastSearch") {
+        if (isSearched || Preferences::isKeyOf(key, &Settings::schedule, &Settings::lastSearch)) {
             Q_EMIT scheduleChanged();
         }
     });
