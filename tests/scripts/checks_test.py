@@ -83,7 +83,8 @@ class Planted(unittest.TestCase):
                  "int c() { return C().c(1); }\n"}
         status, words = self.run_check("check-tidy", tree(wrong), "build")
         self.assertEqual(status, 1)
-        self.assertIn("a name hides another: tests/core/CTest.cpp", words)
+        self.assertIn("tests/core/CTest.cpp:1:", words)
+        self.assertIn("shadows a field", words)
         self.assertNotIn("core/B.cpp", words)
 
     def test_qml(self):
