@@ -60,18 +60,15 @@ QString waitsText(const RunWaits &waits, const QDateTime &now, const QTimeZone &
 }
 
 QString putOffText(const RunWaits &waits, PutOff why, const QDateTime &now, const QTimeZone &zone) {
-    QStringList said;
-    if (why == PutOff::Unanswered) {
-        said += French::tr("Plusieurs reprises de suite sont restées sans réponse\u00A0: je ne "
-                           "continue plus de moi-même.");
-    }
-    if (waits.until && *waits.until > now) {
-        said +=
-            French::tr("La limite doit être levée %1.").arg(comingText(*waits.until, now, zone));
-    }
-    said += French::tr("Je garde tout, et je continue quand tu veux\u00A0: il reste %1.")
-                .arg(restText(waits));
-    return said.join(u' ');
+    const bool isLimited = waits.until && *waits.until > now;
+    const QString left =
+        isLimited ? French::tr("Je continue quand tu veux (limite levée %1)\u00A0: il reste %2.")
+                        .arg(comingText(*waits.until, now, zone), restText(waits))
+                  : French::tr("Je garde tout, et je continue quand tu veux\u00A0: il reste %1.")
+                        .arg(restText(waits));
+    return why == PutOff::Unanswered
+               ? French::tr("Plusieurs reprises sont restées sans réponse. %1").arg(left)
+               : left;
 }
 
 QString keptRestText(const RunWaits &waits) {

@@ -78,7 +78,7 @@ TEST_F(LimitedRunTest, tells_what_waits_and_goes_on_or_leaves_it_when_asked) {
     answer(0);
     std::string said;
     for (int part = 1; part <= 3; ++part) {
-        EXPECT_THAT(said, Not(HasSubstr("reprises de suite")));
+        EXPECT_THAT(said, Not(HasSubstr("Plusieurs reprises")));
         said = vorle.run("fouille --suite").err;
     }
     EXPECT_THAT(said, HasSubstr("sont restées sans réponse"));

@@ -74,8 +74,12 @@ TEST(RunLabels, say_when_a_limited_run_goes_on_and_what_is_left_of_it) {
     const QString later = QString::fromUtf8("Je garde tout, et je continue quand tu veux\u00A0: il "
                                             "reste 2 liens à juger.");
     EXPECT_EQ(putOffText(*report.waits, PutOff::Asked, sunday.addDays(1), paris), later);
-    EXPECT_EQ(putOffText(*report.waits, PutOff::Asked, sunday, paris),
-              QString::fromUtf8("La limite doit être levée aujourd’hui à 13:00. ") + later);
+    EXPECT_EQ(
+        putOffText(*report.waits, PutOff::Asked, sunday, paris),
+        u"Je continue quand tu veux (limite levée aujourd’hui à 13:00)\u00A0: il reste 2 liens "
+        u"à juger.");
+    EXPECT_EQ(putOffText(*report.waits, PutOff::Unanswered, sunday.addDays(1), paris),
+              QString::fromUtf8("Plusieurs reprises sont restées sans réponse. ") + later);
     EXPECT_EQ(problemText(report), u"attend sa suite");
     EXPECT_EQ(runResultText(report), u"Rien de nouveau pour l’instant.");
     EXPECT_EQ(runNotices(report),

@@ -200,9 +200,8 @@ TEST_F(RunModelTest, shows_what_a_limited_run_left_and_goes_on_with_it) {
     EXPECT_TRUE(model->waitingOffered());
     EXPECT_EQ(
         model->waitingText(),
-        text("Plusieurs reprises de suite sont restées sans réponse\u00A0: je ne continue "
-             "plus de moi-même. La limite doit être levée aujourd’hui à 13:00. Je garde tout, "
-             "et je continue quand tu veux\u00A0: il reste 1 lien à juger."));
+        text("Plusieurs reprises sont restées sans réponse. Je continue quand tu veux (limite "
+             "levée aujourd’hui à 13:00)\u00A0: il reste 1 lien à juger."));
     claude.answerBy(table);
     model->giveUpRest();
     limitedBy("API Error: Rate limit reached");

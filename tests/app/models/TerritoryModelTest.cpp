@@ -7,6 +7,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QDir>
+#include <QSemaphore>
 
 #include <gtest/gtest.h>
 
@@ -219,6 +220,33 @@ TEST_F(TerritoryModelTest, a_site_tells_how_its_feed_is) {
     test::spinUntil([&] { return !sites()[4].asking; });
     EXPECT_EQ(sites()[4].state, text("flux lu, 1 billet récent · «\u202FLe dernier\u202F»"));
     EXPECT_EQ(preferences.settings().prioritySites[4].feed, parts.server.link("/f"));
+}
+
+// A site that never answers and a disk that is gone: who quits does not wait for them, and nothing
+// of theirs is under way once it has ended.
+TEST_F(TerritoryModelTest, the_end_stops_what_is_under_way) {
+    auto release = std::make_shared<QSemaphore>();
+    TerritoryModel own{{.preferences = parts.preferences,
+                        .store = parts.store,
+                        .asker = parts.asker,
+                        .feeds = parts.feeds,
+                        .files = files,
+                        .clock = clock,
+                        .apps =
+                            [release] {
+                                release->acquire();
+                                return QList<discovery::App>();
+                            },
+                        .zone = QTimeZone::utc()}};
+    parts.server.serve("/silent", test::TestReply::shaped(test::TestReply::Shape::Silent));
+    const QString address = parts.server.link("/silent");
+    preferences.change(&Settings::prioritySites, {PrioritySite{address, {}, {}}});
+    own.setActive(true);
+    own.sites()->look(address);
+    EXPECT_TRUE(isDiskAwaited());
+    test::waitFor(own.stopped());
+    EXPECT_FALSE(isDiskAwaited());
+    release->release();
 }
 
 TEST_F(TerritoryModelTest, lists_of_feeds_come_in_and_go_out_or_say_why_not) {
