@@ -1,12 +1,21 @@
 #pragma once
 
+#include "platform/DropSignal.h"
 #include "platform/FilePicker.h"
 #include "platform/FileReveal.h"
+#include "platform/FrontBrowser.h"
+#include "platform/GlobalHotKey.h"
 #include "platform/InstalledApps.h"
+#include "platform/KeyWatch.h"
 #include "platform/LinkOpener.h"
+#include "platform/LoginItem.h"
+#include "platform/MailComposer.h"
 #include "platform/MotionSetting.h"
+#include "platform/Notifications.h"
 #include "platform/Pasteboard.h"
+#include "platform/SharedContainer.h"
 #include "platform/Terminals.h"
+#include "platform/WidgetTimelines.h"
 
 #include <memory>
 
@@ -16,6 +25,12 @@ namespace vorle::native {
 
 std::unique_ptr<InstalledApps> installedApps();
 std::unique_ptr<Terminals> terminals();
+std::unique_ptr<WidgetTimelines> widgetTimelines();
+
+// Null where the system has no such thing.
+std::unique_ptr<SharedContainer> sharedContainer();
+std::unique_ptr<DropSignal> dropSignal();
+std::unique_ptr<FrontBrowser> frontBrowser();
 
 // These need a QGuiApplication when they are used.
 std::unique_ptr<Pasteboard> pasteboard();
@@ -23,5 +38,13 @@ std::unique_ptr<LinkOpener> linkOpener();
 std::unique_ptr<FilePicker> filePicker(); // a QApplication
 std::unique_ptr<FileReveal> fileReveal();
 std::unique_ptr<MotionSetting> motionSetting();
+std::unique_ptr<Notifications> notifications();
+std::unique_ptr<LoginItem> loginItem();
+std::unique_ptr<GlobalHotKey> globalHotKey();
+std::unique_ptr<KeyWatch> keyWatch();
+std::unique_ptr<MailComposer> mailComposer();
+
+/// The program's version as the system has it, with its build; "" where it knows none.
+QString programVersion();
 
 } // namespace vorle::native

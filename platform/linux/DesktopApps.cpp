@@ -135,6 +135,10 @@ DesktopApps::Setting DesktopApps::Setting::ofThisProcess() {
     return setting;
 }
 
+QString DesktopApps::iconFile(const QString &icon, const QString &theme, int side) const {
+    return m_icons.file(icon, theme, side);
+}
+
 QList<InstalledApp> DesktopApps::list() const {
     QList<InstalledApp> apps;
     QSet<QString> seen;
@@ -155,7 +159,8 @@ QList<InstalledApp> DesktopApps::list() const {
             seen.insert(id);
             const QString name = nameOf(keys);
             if (!name.isEmpty() && opens(keys, m_setting)) {
-                apps += {name, path, id, categoryOf(listOf(keys.value("Categories")))};
+                apps += {name, path, id, categoryOf(listOf(keys.value("Categories"))),
+                         text(keys.value("Icon"))};
             }
         }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/InstalledApps.h"
+#include "platform/linux/IconTheme.h"
 
 #include <QStringList>
 
@@ -27,11 +28,15 @@ public:
         static Setting ofThisProcess();
     };
 
-    explicit DesktopApps(Setting setting) : m_setting(std::move(setting)) {}
+    explicit DesktopApps(Setting setting)
+        : m_icons(setting.dataDirectories), m_setting(std::move(setting)) {}
 
     QList<InstalledApp> list() const override;
+    /// By the rules of the Icon Theme Specification: see IconTheme.
+    QString iconFile(const QString &icon, const QString &theme, int side) const override;
 
 private:
+    IconTheme m_icons;
     Setting m_setting;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/linux/PortalMotion.h"
 
+#include "platform/linux/PortalRequest.h"
+
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -13,8 +15,6 @@ namespace {
 
 using Settings = QMap<QString, QVariantMap>;
 
-QString portal() { return QStringLiteral("org.freedesktop.portal.Desktop"); }
-QString portalPath() { return QStringLiteral("/org/freedesktop/portal/desktop"); }
 QString portalSettings() { return QStringLiteral("org.freedesktop.portal.Settings"); }
 
 /// Some portals put a value into a second box.
@@ -47,13 +47,13 @@ const Source sources[] = {
 } // namespace
 
 PortalMotion::PortalMotion(const QDBusConnection &bus)
-    : m_bus(bus), m_arrivals(portal(), bus, QDBusServiceWatcher::WatchForRegistration) {
+    : m_bus(bus), m_arrivals(portalService(), bus, QDBusServiceWatcher::WatchForRegistration) {
     if (!m_bus.isConnected()) {
         return;
     }
     qDBusRegisterMetaType<Settings>();
-    m_bus.connect(portal(), portalPath(), portalSettings(), QStringLiteral("SettingChanged"), this,
-                  SLOT(settingChanged(QDBusMessage)));
+    m_bus.connect(portalService(), portalPath(), portalSettings(), QStringLiteral("SettingChanged"),
+                  this, SLOT(settingChanged(QDBusMessage)));
     connect(&m_arrivals, &QDBusServiceWatcher::serviceRegistered, this, &PortalMotion::ask);
     ask();
 }
@@ -63,8 +63,8 @@ void PortalMotion::ask() {
     for (const Source &source : sources) {
         groups += QString::fromLatin1(source.group);
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(portal(), portalPath(), portalSettings(),
-                                                       QStringLiteral("ReadAll"));
+    QDBusMessage call = QDBusMessage::createMethodCall(portalService(), portalPath(),
+                                                       portalSettings(), QStringLiteral("ReadAll"));
     call.setArguments({groups});
     const auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,

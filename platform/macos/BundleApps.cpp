@@ -36,12 +36,19 @@ std::optional<InstalledApp> appOfBundle(const QString &path, const QVariantMap &
     app.name = QFileInfo(path).completeBaseName();
     app.location = path;
     app.identifier = identifier;
+    QString icon = textOf(information, QStringLiteral("CFBundleIconFile"));
+    if (!icon.isEmpty() && !icon.contains(u'/')) {
+        icon += icon.endsWith(u".icns") ? QString() : QStringLiteral(".icns");
+        app.icon = path + QStringLiteral("/Contents/Resources/") + icon;
+    }
     if (const QString category = textOf(information, QStringLiteral("LSApplicationCategoryType"));
         !category.isEmpty()) {
         app.category = category;
     }
     return app;
 }
+
+QString BundleApps::iconFile(const QString &icon, const QString &, int) const { return icon; }
 
 QList<InstalledApp> BundleApps::list() const {
     QList<InstalledApp> apps;

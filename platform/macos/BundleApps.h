@@ -31,6 +31,8 @@ public:
         , m_read(std::move(read)) {}
 
     QList<InstalledApp> list() const override;
+    /// Of a bundle the icon is the path of its ICNS file.
+    QString iconFile(const QString &icon, const QString &theme, int side) const override;
 
 private:
     QStringList m_folders;

@@ -2,8 +2,16 @@
 
 #include "platform/macos/BundleApps.h"
 #include "platform/macos/FinderReveal.h"
+#include "platform/macos/MacFrontBrowser.h"
+#include "platform/macos/MacHotKey.h"
+#include "platform/macos/MacKeyWatch.h"
+#include "platform/macos/MacLoginItem.h"
+#include "platform/macos/MacMail.h"
 #include "platform/macos/MacMotion.h"
+#include "platform/macos/MacNotifications.h"
+#include "platform/macos/MacShare.h"
 #include "platform/macos/MacTerminals.h"
+#include "platform/macos/MacWidgetTimelines.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -20,8 +28,9 @@ QVariantMap readPropertyList(const QString &path) {
         return information;
     }
     const QSettings list(path, QSettings::NativeFormat);
-    for (const char *key : {"CFBundleIdentifier", "LSUIElement", "LSBackgroundOnly",
-                            "LSApplicationCategoryType", "CFBundleExecutable"}) {
+    for (const char *key :
+         {"CFBundleIdentifier", "LSUIElement", "LSBackgroundOnly", "LSApplicationCategoryType",
+          "CFBundleExecutable", "CFBundleIconFile"}) {
         const QString name = QString::fromLatin1(key);
         if (list.contains(name)) {
             information.insert(name, list.value(name));
@@ -41,8 +50,30 @@ std::unique_ptr<InstalledApps> installedApps() {
 
 std::unique_ptr<Terminals> terminals() { return std::make_unique<MacTerminals>(); }
 
+std::unique_ptr<SharedContainer> sharedContainer() { return std::make_unique<AppGroupContainer>(); }
+
+std::unique_ptr<DropSignal> dropSignal() { return std::make_unique<DistributedDropSignal>(); }
+
+std::unique_ptr<FrontBrowser> frontBrowser() { return std::make_unique<MacFrontBrowser>(); }
+
 std::unique_ptr<FileReveal> fileReveal() { return std::make_unique<FinderReveal>(); }
 
+std::unique_ptr<WidgetTimelines> widgetTimelines() {
+    return std::make_unique<MacWidgetTimelines>();
+}
+
+std::unique_ptr<Notifications> notifications() { return std::make_unique<MacNotifications>(); }
+
+std::unique_ptr<LoginItem> loginItem() { return std::make_unique<MacLoginItem>(); }
+
 std::unique_ptr<MotionSetting> motionSetting() { return std::make_unique<MacMotion>(); }
+
+std::unique_ptr<GlobalHotKey> globalHotKey() { return std::make_unique<MacHotKey>(); }
+
+std::unique_ptr<KeyWatch> keyWatch() { return std::make_unique<MacKeyWatch>(); }
+
+std::unique_ptr<MailComposer> mailComposer() { return std::make_unique<MacMail>(); }
+
+QString programVersion() { return bundleVersion(); }
 
 } // namespace vorle::native

@@ -36,6 +36,14 @@ TEST(BundleApps, a_bundle_is_an_app_unless_nobody_works_in_it) {
         EXPECT_EQ(appOfBundle(path, dictionary(QStringLiteral("LSUIElement"), no), ours), plain);
     }
 
+    for (const auto &[icon, file] : {std::pair("App", "App.icns"),
+                                     std::pair("App.icns", "App.icns"), std::pair("../../a", "")}) {
+        const auto app = appOfBundle(
+            path, dictionary(QStringLiteral("CFBundleIconFile"), QString::fromLatin1(icon)), ours);
+        const QString folder = path + QStringLiteral("/Contents/Resources/");
+        EXPECT_EQ(app->icon, *file == 0 ? QString() : folder + QString::fromLatin1(file)) << icon;
+    }
+
     const auto named = [&](const char *identifier) {
         return appOfBundle(
             path, dictionary(QStringLiteral("CFBundleIdentifier"), QString::fromLatin1(identifier)),

@@ -116,5 +116,53 @@ TEST_F(DesktopAppsTest, leisure_is_told_in_one_vocabulary) {
     }
 }
 
+TEST_F(DesktopAppsTest, an_icon_is_found_by_the_rules_of_its_theme) {
+    const auto put = [this](const char *path, const QByteArray &bytes) {
+        const QString file = folder.filePath(QString::fromLatin1(path));
+        QDir().mkpath(QFileInfo(file).path());
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(bytes);
+    };
+    const QByteArray folders = "Directories=16/apps,48/apps,all/apps,../x\n[16/apps]\nSize=16\n"
+                               "[48/apps]\nSize=48\nContext=Applications\n[all/apps]\nSize=64\n"
+                               "MinSize=8\nMaxSize=512\nType=Scalable\n[../x]\nSize=64\n";
+    put("a/icons/hicolor/index.theme", "[Icon Theme]\n" + folders);
+    put("a/icons/Nuit/index.theme", "[Icon Theme]\nInherits=Jour, Nuit\n" + folders);
+    put("b/icons/Jour/index.theme", "[Icon Theme]\nInherits=Nuit\n" + folders);
+    for (const char *file :
+         {"a/icons/hicolor/16/apps/seul.png", "b/icons/hicolor/48/apps/deux.png",
+          "a/icons/hicolor/16/apps/deux.png", "a/icons/hicolor/all/apps/deux.svg",
+          "a/icons/hicolor/all/apps/trait.svg", "b/icons/Jour/48/apps/deux.png",
+          "a/icons/Nuit/16/apps/nuit.png", "b/pixmaps/vieux.png", "a/icons/hicolor/x/loin.png"}) {
+        put(file, "x");
+    }
+    const IconTheme icons(
+        {folder.filePath(QStringLiteral("a")), folder.filePath(QStringLiteral("b"))});
+    const struct {
+        const char *icon;
+        const char *theme;
+        const char *file;
+    } cases[] = {
+        {"deux", "", "b/icons/hicolor/48/apps/deux.png"},
+        {"deux", "Nuit", "b/icons/Jour/48/apps/deux.png"},
+        {"deux.png", "Inconnu", "b/icons/hicolor/48/apps/deux.png"},
+        {"seul", "Nuit", "a/icons/hicolor/16/apps/seul.png"},
+        {"trait", "", "a/icons/hicolor/all/apps/trait.svg"},
+        {"nuit", "Jour", "a/icons/Nuit/16/apps/nuit.png"},
+        {"vieux", "Nuit", "b/pixmaps/vieux.png"},
+        {"loin", "", ""},
+        {"../x/loin", "", ""},
+        {"deux", "../hicolor", "b/icons/hicolor/48/apps/deux.png"},
+        {"", "", ""},
+    };
+    for (const auto &[icon, theme, file] : cases) {
+        EXPECT_EQ(icons.file(QString::fromLatin1(icon), QString::fromLatin1(theme), 64),
+                  *file == 0 ? QString() : folder.filePath(QString::fromLatin1(file)))
+            << icon << " in " << theme;
+    }
+    EXPECT_EQ(icons.file(QStringLiteral("/opt/a.png"), {}, 64), QStringLiteral("/opt/a.png"));
+}
+
 } // namespace
 } // namespace vorle

@@ -2,10 +2,9 @@
 
 #include "platform/linux/PortalMotion.h"
 
-#include "tests/support/Wait.h"
+#include "tests/platform/MessageBus.h"
 
 #include <QDBusMetaType>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -39,28 +38,9 @@ Q_SIGNALS:
 
 class PortalMotionTest : public testing::Test {
 protected:
-    PortalMotionTest() {
-        qDBusRegisterMetaType<Settings>();
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                        QStringLiteral("--print-address")});
-        QByteArray address;
-        test::spinUntil([&] {
-            address += m_daemon.readAllStandardOutput();
-            return address.endsWith('\n') || m_daemon.state() == QProcess::NotRunning;
-        });
-        m_address = QString::fromLatin1(address.trimmed());
-    }
-    ~PortalMotionTest() override {
-        for (const char *name : {"portal", "program"}) {
-            QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
-        }
-        m_daemon.kill();
-        m_daemon.waitForFinished();
-    }
-    QDBusConnection connection(const char *name) {
-        return QDBusConnection::connectToBus(m_address, QString::fromLatin1(name));
-    }
+    PortalMotionTest() { qDBusRegisterMetaType<Settings>(); }
+
+    QDBusConnection connection(const char *name) { return m_bus.connection(name); }
     void openPortal() {
         QDBusConnection bus = connection("portal");
         ASSERT_TRUE(bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
@@ -78,8 +58,7 @@ protected:
     StandInPortal portal;
 
 private:
-    QProcess m_daemon;
-    QString m_address;
+    test::MessageBus m_bus;
 };
 
 TEST_F(PortalMotionTest, each_desktops_way_of_asking_for_less_is_heard_and_followed) {

@@ -23,6 +23,7 @@
 @end
 extern NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification;
 extern NSNotificationName const NSWorkspaceDidActivateApplicationNotification;
+extern NSNotificationName const NSApplicationDidFinishLaunchingNotification;
 
 typedef NSString *NSSharingServiceName;
 extern NSSharingServiceName const NSSharingServiceNameComposeEmail;

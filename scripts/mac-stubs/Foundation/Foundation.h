@@ -76,6 +76,7 @@ __attribute__((objc_root_class))
 @property(readonly) const char *UTF8String;
 @property(readonly) NSUInteger length;
 - (BOOL)isEqualToString:(NSString *)other;
+- (NSString *)stringByAppendingString:(NSString *)other;
 @end
 
 @interface NSNumber : NSObject <NSCopying>
@@ -192,10 +193,23 @@ typedef enum : NSUInteger {
           deliverImmediately:(BOOL)deliverImmediately;
 @end
 
+typedef unsigned int OSType;
+enum : OSType {
+    kAEOpenApplication = 0x6f617070,
+    keyAEPropData = 0x70726474,
+    keyAELaunchedAsLogInItem = 0x6c676974
+};
 @interface NSAppleEventDescriptor : NSObject
 @property(readonly, copy) NSString *stringValue;
+@property(readonly) OSType eventID;
+@property(readonly) OSType enumCodeValue;
+- (NSAppleEventDescriptor *)paramDescriptorForKeyword:(OSType)keyword;
 @property(readonly) NSInteger numberOfItems;
 - (NSAppleEventDescriptor *)descriptorAtIndex:(NSInteger)index;
+@end
+@interface NSAppleEventManager : NSObject
++ (NSAppleEventManager *)sharedAppleEventManager;
+@property(readonly, strong) NSAppleEventDescriptor *currentAppleEvent;
 @end
 @interface NSAppleScript : NSObject
 - (instancetype)initWithSource:(NSString *)source;
