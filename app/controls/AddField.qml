@@ -34,6 +34,10 @@ Column {
         Accessible.description: qsTr("Touche %1").arg("↩")
         onTextEdited: adder.problem = ""
         onAccepted: if (text.trim().length > 0) adder.added(text)
+        Keys.onEscapePressed: event => {
+            event.accepted = text.length > 0;
+            adder.settle("");
+        }
 
         KeyCap {
             anchors.right: parent.right

@@ -8,6 +8,7 @@ Rectangle {
     required property string letter
     required property string seed
     property int size: 26
+    property bool drawn: true // else something stands in its place
     readonly property list<color> colors: ["#2F5D50", "#7A5C12", "#5B3A6B", "#2B5F9E", "#8A3B2A", "#3F6B2C", "#8C2F5B", "#3C4A8C"]
 
     function hash(words: string): int {
@@ -21,10 +22,11 @@ Rectangle {
     implicitWidth: size
     implicitHeight: size
     radius: size * 0.3
-    color: colors[hash(seed) % colors.length]
+    color: drawn ? colors[hash(seed) % colors.length] : "transparent"
 
     Text {
         anchors.centerIn: parent
+        visible: tile.drawn
         text: tile.letter
         color: "#FFFFFF"
         font.family: Theme.displayFamily

@@ -7,6 +7,7 @@ FocusScope {
 
     required property string name
     property string tile: "" // a letter before it
+    property string icon: "" // an app's, in the letter's place
     property bool stop: false // the Tab key stops here
     property bool removable: true
 
@@ -60,11 +61,12 @@ FocusScope {
         height: parent.height
         spacing: 4
 
-        LetterTile {
+        AppTile {
             visible: pill.tile.length > 0
             size: 18
             letter: pill.tile
             seed: pill.name
+            icon: pill.icon
             anchors.verticalCenter: parent.verticalCenter
         }
         Label {

@@ -1,7 +1,8 @@
 import QtQuick
 import Vorle
 
-// The last of a row of pills: a button that turns into a line to write on.
+// The last of a row of pills: a button that turns into a line to write on. What was written and not
+// taken stays in it, until it is taken or given up (Échap).
 Item {
     id: adder
 
@@ -9,18 +10,35 @@ Item {
     property string prompt: text
     property bool writes: true // else it only asks
     readonly property bool writing: field.active
+    readonly property TextEntry line: field.item as TextEntry
 
     signal asked
-    signal added(string name)
+    signal added(string name) // answered by settle()
 
     function takeFocus() {
-        button.forceActiveFocus(Qt.TabFocusReason);
+        if (line !== null) {
+            line.forceActiveFocus(Qt.TabFocusReason);
+        } else {
+            button.forceActiveFocus(Qt.TabFocusReason);
+        }
     }
     function stop() {
-        const had = (field.item as TextEntry)?.activeFocus ?? false;
+        const had = line?.activeFocus ?? false;
         field.active = false;
+        field.focus = false;
         if (had) {
             takeFocus();
+        }
+    }
+    // Told how it went: what was taken leaves room for the next.
+    function settle(refusal: string) {
+        if (refusal.length === 0) {
+            line?.clear();
+        }
+    }
+    function release() {
+        if (line !== null && !line.activeFocus && line.text.trim().length === 0) {
+            stop();
         }
     }
 
@@ -42,7 +60,7 @@ Item {
     Loader {
         id: field
         active: false
-        onLoaded: (field.item as TextEntry).forceActiveFocus(Qt.TabFocusReason)
+        onLoaded: adder.takeFocus()
         sourceComponent: TextEntry {
             implicitWidth: 240
             implicitHeight: 30
@@ -55,10 +73,9 @@ Item {
                     adder.stop();
                 } else {
                     adder.added(text);
-                    clear();
                 }
             }
-            onActiveFocusChanged: if (!activeFocus) Qt.callLater(adder.stop)
+            onActiveFocusChanged: if (!activeFocus) Qt.callLater(adder.release) // qmllint disable
             Keys.onEscapePressed: adder.stop()
         }
     }

@@ -3,71 +3,35 @@ import Vorle
 import Vorle.Models
 
 // A watched project. ↩ writes its description, ⌫ takes it away.
-FocusScope {
+EditableRow {
     id: card
 
-    required property int index
     required property projectRow row
-    property bool stop: false // the Tab key stops here
-    property string problem: ""
-    readonly property bool editing: editor.active
 
-    signal described(string description)
-    signal removed
     signal folderAsked
-    signal stepped(int by)
 
-    function takeFocus() {
-        forceActiveFocus(Qt.TabFocusReason);
-    }
-    function edit() {
-        problem = "";
-        editor.active = true;
-    }
-    function stopEditing() {
-        const had = (editor.item as TextEntry)?.activeFocus ?? false;
-        editor.active = false;
-        problem = "";
-        if (had) {
-            takeFocus();
-        }
-    }
-
+    key: row.name
+    shown: row.shown
+    given: row.description
+    prompt: qsTr("Ce qu’est %1, en une phrase").arg(row.shown)
+    mayBeEmpty: true
+    place: Qt.rect(10, 42, width - 20, 36)
+    fieldPadding: 8
+    fieldSize: Theme.textNote
+    sideways: true
     implicitHeight: 160
     activeFocusOnTab: stop
-    Accessible.role: Accessible.ListItem
-    Accessible.name: row.shown
     Accessible.description: row.told
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: edit()
-    Keys.onPressed: event => {
-        if (card.editing || (event.modifiers & ~Qt.KeypadModifier)) {
-            return;
-        }
-        event.accepted = true;
-        if (event.key === Qt.Key_Left || event.key === Qt.Key_Up) {
-            card.stepped(-1);
-        } else if (event.key === Qt.Key_Right || event.key === Qt.Key_Down) {
-            card.stepped(1);
-        } else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace) {
-            card.removed();
-        } else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_F2) && !event.isAutoRepeat) {
-            card.edit();
-        } else {
-            event.accepted = false;
-        }
-    }
 
-    HoverHandler {
-        id: hover
-    }
     Rectangle {
         anchors.fill: parent
         radius: Theme.radiusCard
         color: Theme.card
         border.width: 1
-        border.color: hover.hovered ? Theme.edge : Theme.line
+        border.color: card.hovered ? Theme.edge : Theme.line
     }
     FocusRing {
         radius: Theme.radiusCard + 3
@@ -89,7 +53,7 @@ FocusScope {
         anchors.rightMargin: 12
         y: 16
         what: card.row.shown
-        shown: hover.hovered || card.activeFocus
+        shown: card.hovered || card.activeFocus
         onClicked: card.removed()
     }
     Label {
@@ -107,29 +71,6 @@ FocusScope {
 
         TapHandler {
             onTapped: card.edit()
-        }
-    }
-    Loader {
-        id: editor
-        active: false
-        x: 10
-        y: 42
-        width: parent.width - 20
-        height: 36
-        onLoaded: {
-            const field = editor.item as TextEntry;
-            field.text = card.row.description;
-            field.selectAll();
-            field.forceActiveFocus(Qt.TabFocusReason);
-        }
-        sourceComponent: TextEntry {
-            leftPadding: 8
-            rightPadding: 8
-            font.pixelSize: Theme.textNote
-            placeholderText: qsTr("Ce qu’est %1, en une phrase").arg(card.row.shown)
-            onAccepted: card.described(text)
-            onActiveFocusChanged: if (!activeFocus) Qt.callLater(card.stopEditing)
-            Keys.onEscapePressed: card.stopEditing()
         }
     }
     Label {

@@ -1,16 +1,15 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // 0 to 10, one of which is the person's own score. One stop of Tab; digits and arrows choose.
 FocusScope {
     id: digits
 
+    required property KeyboardMap keyboard
     property int score: -1 // none chosen yet
     property int appScore: -1 // vorle's own, marked; none where it is not told
     property bool typedOne: false // the last key was a 1
-
-    // The digit row of a French keyboard gives digits with Shift alone.
-    readonly property var french: [Qt.Key_Agrave, Qt.Key_Ampersand, Qt.Key_Eacute, Qt.Key_QuoteDbl, Qt.Key_Apostrophe, Qt.Key_ParenLeft, Qt.Key_Minus, Qt.Key_Egrave, Qt.Key_Underscore, Qt.Key_Ccedilla]
 
     implicitHeight: cells.implicitHeight
     Accessible.role: Accessible.Slider
@@ -18,7 +17,7 @@ FocusScope {
 
     // Takes a digit or an arrow; whether it was one.
     function take(event: KeyEvent): bool {
-        const digit = event.modifiers & Qt.ControlModifier ? -1 : digitOf(event.key);
+        const digit = keyboard.digit(event.key, event.modifiers);
         const ten = digit === 0 && typedOne; // "1" then "0"
         typedOne = digit === 1;
         if (digit >= 0) {
@@ -31,10 +30,6 @@ FocusScope {
             return false;
         }
         return true;
-    }
-    function digitOf(key: int): int {
-        const mac = { [Qt.Key_section]: 6, [Qt.Key_Exclam]: 8 }; // where a Mac's differs
-        return key >= Qt.Key_0 && key <= Qt.Key_9 ? key - Qt.Key_0 : mac[key] ?? french.indexOf(key);
     }
 
     Flow {

@@ -28,8 +28,17 @@ Item {
         }
         return false;
     }
+    // What the keyboard comes to; null where there is nothing to set or to press now.
+    function stop(): Item {
+        const next = holder.nextItemInFocusChain();
+        let above = next;
+        while (above !== null && above !== holder) {
+            above = above.parent;
+        }
+        return visible && above !== null ? next : null;
+    }
     function takeFocus() {
-        holder.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+        stop()?.forceActiveFocus(Qt.TabFocusReason);
     }
 
     visible: shown && present

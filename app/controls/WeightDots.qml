@@ -1,31 +1,20 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // How much something matters, 1 to 5: the arrows and the digits set it.
 Item {
     id: dots
 
+    required property KeyboardMap keyboard
     required property string name
     required property int value
     readonly property int minimumValue: 1
     readonly property int maximumValue: 5
     readonly property int stepSize: 1
-    // The digit row of a French keyboard gives digits with Shift alone.
-    readonly property list<int> french: [Qt.Key_Ampersand, Qt.Key_Eacute, Qt.Key_QuoteDbl, Qt.Key_Apostrophe, Qt.Key_ParenLeft]
 
     signal picked(int weight)
 
-    function digitOf(key: int): int {
-        if (key >= Qt.Key_1 && key <= Qt.Key_5) {
-            return key - Qt.Key_0;
-        }
-        for (let i = 0; i < french.length; ++i) {
-            if (french[i] === key) {
-                return i + 1;
-            }
-        }
-        return 0;
-    }
     function pick(weight: int) {
         const held = Math.max(minimumValue, Math.min(maximumValue, weight));
         if (held !== value) {
@@ -45,8 +34,8 @@ Item {
     Keys.onLeftPressed: pick(value - 1)
     Keys.onRightPressed: pick(value + 1)
     Keys.onPressed: event => {
-        const digit = event.modifiers & ~(Qt.KeypadModifier | Qt.ShiftModifier) ? 0 : digitOf(event.key);
-        if (digit > 0) {
+        const digit = keyboard.digit(event.key, event.modifiers);
+        if (digit >= minimumValue && digit <= maximumValue) {
             pick(digit);
             event.accepted = true;
         }

@@ -70,7 +70,8 @@ void tellTopics(Diagnostics &into, const DiagnosticSources &sources) {
         into.topics += {status, store.topics(*json::fromRaw<TopicStatus>(status)).size()};
     }
     if (const auto error = store.saveError()) {
-        into.problems += QStringLiteral("saving the topics: ") + errorKind(*error);
+        into.problems +=
+            QLatin1StringView(Diagnostics::savingTopics) + QStringLiteral(": ") + errorKind(*error);
     }
     const QList<RunReport> past = store.history();
     for (auto report = past.crbegin(); report != past.crend() && into.runs.size() < runsTold;
@@ -109,14 +110,16 @@ void tellSettings(Diagnostics &into, const DiagnosticSources &sources) {
     into.files += fileAt(QStringLiteral("settings"), preferences.location());
     into.model = settings.agentModel;
     into.schedule = scheduleWord(settings.schedule);
+    into.runsAt = settings.schedule;
     into.nextRun = settings.schedule.nextRun(into.date, QTimeZone::systemTimeZone(),
                                              settings.believedSlot(into.date));
     into.lastRun = settings.lastSearch;
     if (const auto error = preferences.writeError()) {
-        into.problems += QStringLiteral("saving the settings: ") + errorKind(*error);
+        into.problems += QLatin1StringView(Diagnostics::savingSettings) + QStringLiteral(": ") +
+                         errorKind(*error);
     }
     if (preferences.notice()) {
-        into.problems += QStringLiteral("the settings file was not read as settings");
+        into.problems += QString::fromLatin1(Diagnostics::noSettings);
     }
 }
 
@@ -157,9 +160,9 @@ Diagnostics diagnose(const DiagnosticSources &sources) {
     told.architecture = QSysInfo::currentCpuArchitecture();
     told.surface = sources.surface;
     told.zone = QString::fromLatin1(QTimeZone::systemTimeZoneId());
-    attempt(told, "the settings", [&] { tellSettings(told, sources); });
-    attempt(told, "the topics", [&] { tellTopics(told, sources); });
-    attempt(told, "the agents", [&] { tellAgents(told, sources); });
+    attempt(told, Diagnostics::theSettings, [&] { tellSettings(told, sources); });
+    attempt(told, Diagnostics::theTopics, [&] { tellTopics(told, sources); });
+    attempt(told, Diagnostics::theAgents, [&] { tellAgents(told, sources); });
     const QStringList lines = recentLogLines();
     for (const QString &line : lines.last(std::min(linesTold, lines.size()))) {
         told.log += logKind(line);

@@ -5,6 +5,7 @@
 #include "base/Json.h"
 #include "base/OnDemand.h"
 #include "core/Preferences.h"
+#include "core/Schedule.h"
 #include "core/TopicStore.h"
 
 #include <QList>
@@ -82,12 +83,21 @@ struct Diagnostics {
     QList<Agent> agents;
     std::optional<QString> model; ///< asked of the agent
     QString schedule;             ///< "mon 8:00"; "" without a day
+    Schedule runsAt;              ///< the same, for diagnosticText()
     std::optional<QDateTime> nextRun;
     std::optional<QDateTime> lastRun;
     QList<Run> runs;          ///< the last five, newest first
     QList<QString> problems;  ///< what could not be read or saved, as kinds of errors
     QList<QString> log;       ///< the last lines of this process, as kinds of errors
     QList<QString> variables; ///< the names of those of ours that are set
+
+    // What problems begin with.
+    static constexpr const char *savingTopics = "saving the topics";
+    static constexpr const char *savingSettings = "saving the settings";
+    static constexpr const char *noSettings = "the settings file was not read as settings";
+    static constexpr const char *theTopics = "the topics";
+    static constexpr const char *theSettings = "the settings";
+    static constexpr const char *theAgents = "the agents";
 
     static constexpr auto jsonFields() {
         return std::tuple(

@@ -32,7 +32,7 @@ Refusal knownText(List list) {
 Refusal tooLong(const QString &text, qsizetype most) {
     return text.size() <= most
                ? std::nullopt
-               : Refusal(French::tr("C’est trop long : %1 signes au plus.").arg(most));
+               : Refusal(French::tr("C’est trop long\u00A0: %1 signes au plus.").arg(most));
 }
 
 /// Puts `name` back at `at`, or at the end of a list that is shorter by now.
@@ -41,11 +41,20 @@ void insertBack(QList<Entry> &list, qsizetype at, const Entry &entry) {
     list.insert(std::min(at, list.size()), entry);
 }
 
+/// A folder has one name.
+Refusal isFree(const Settings &settings, const QString &path, const QString &name) {
+    const auto other = projectAt(settings, path);
+    return other && *other != name && !path.isEmpty()
+               ? Refusal(French::tr("Ce dossier est déjà suivi, sous le nom «\u202F%1\u202F».")
+                             .arg(*other))
+               : std::nullopt;
+}
+
 Refusal isSite(const QString &address) {
     if (!siteKey(address).isEmpty()) {
         return std::nullopt;
     }
-    return French::tr("« %1 » n’est pas l’adresse d’un site.").arg(address);
+    return French::tr("«\u202F%1\u202F» n’est pas l’adresse d’un site.").arg(address);
 }
 
 qsizetype siteAt(const QList<PrioritySite> &sites, const QString &key) {
@@ -168,9 +177,13 @@ Refusal addProject(Preferences &preferences, const QString &name, const QString 
     if (auto refusal = tooLong(bare, maxNameLength)) {
         return refusal;
     }
+    if (auto refusal = isFree(preferences.settings(), path, bare)) {
+        return refusal;
+    }
     auto projects = preferences.settings().projects;
     if (projects.contains(bare) && projects[bare] != path) {
-        return French::tr("Un projet « %1 » existe déjà, dans %2.").arg(bare, projects[bare]);
+        return French::tr("Un projet «\u202F%1\u202F» existe déjà, dans %2.")
+            .arg(bare, projects[bare]);
     }
     projects[bare] = path;
     return preferences.change(&Settings::projects, projects);
@@ -193,7 +206,10 @@ QString freeProjectName(const Settings &settings, const QString &wanted) {
 Refusal moveProject(Preferences &preferences, const QString &name, const QString &path) {
     auto projects = preferences.settings().projects;
     if (!projects.contains(name)) {
-        return French::tr("Aucun projet ne s’appelle « %1 ».").arg(name);
+        return French::tr("Aucun projet ne s’appelle «\u202F%1\u202F».").arg(name);
+    }
+    if (auto refusal = isFree(preferences.settings(), path, name)) {
+        return refusal;
     }
     projects[name] = path;
     return preferences.change(&Settings::projects, projects);
@@ -214,8 +230,13 @@ std::optional<PutBack> removeProject(Preferences &preferences, const QString &na
         if (present.contains(name)) {
             return;
         }
-        if (!description.isEmpty()) { // first: whoever looks at the project finds it
-            setDescription(now, name, description);
+        const auto other = path.isEmpty() ? std::nullopt : projectAt(now.settings(), path);
+        const QString described = other.value_or(name);
+        if (!description.isEmpty() && !now.settings().projectDescriptions.contains(described)) {
+            setDescription(now, described, description); // first: who looks at it finds it
+        }
+        if (other) {
+            return;
         }
         present.insert(name, path);
         now.change(&Settings::projects, present);
@@ -266,8 +287,9 @@ Refusal addSite(Preferences &preferences, const QString &address) {
         return French::tr("Ce site est déjà dans ta liste.");
     }
     return came.beyondLimit > 0
-               ? Refusal(French::tr("Tu suis déjà %1 sites : c’est le plus que je puisse lire.")
-                             .arg(maxSites))
+               ? Refusal(
+                     French::tr("Tu suis déjà %1 sites\u00A0: c’est le plus que je puisse lire.")
+                         .arg(maxSites))
                : std::nullopt;
 }
 
@@ -302,7 +324,7 @@ std::optional<PutBack> removeSite(Preferences &preferences, const QString &addre
         const bool isBack = std::ranges::any_of(present, [&](const PrioritySite &one) {
             return siteKey(one.address) == siteKey(site.address);
         });
-        if (!isBack) {
+        if (!isBack && present.size() < maxSites) {
             insertBack(present, at, site);
             now.change(&Settings::prioritySites, present);
         }

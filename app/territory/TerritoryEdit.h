@@ -44,13 +44,14 @@ void setAppInScope(Preferences &preferences, const QString &app, bool inScope);
 /// "" takes it away.
 Refusal setJob(Preferences &preferences, const QString &job);
 
-/// Follows the folder `path` (absolute, as the disk spells it) under that name.
+/// Follows the folder `path` (absolute, as the disk spells it) under that name. One that is
+/// followed under another name is refused.
 Refusal addProject(Preferences &preferences, const QString &name, const QString &path);
 /// The name under which that folder is followed already, or nothing.
 std::optional<QString> projectAt(const Settings &settings, const QString &path);
 /// `wanted`, or the first of "wanted 2", "wanted 3" that no project has.
 QString freeProjectName(const Settings &settings, const QString &wanted);
-/// The project's folder is another one from now on.
+/// The project's folder is another one from now on; none that another project has.
 Refusal moveProject(Preferences &preferences, const QString &name, const QString &path);
 /// With its description. Nothing when there is no such project.
 std::optional<PutBack> removeProject(Preferences &preferences, const QString &name);

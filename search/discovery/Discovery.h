@@ -33,6 +33,10 @@ struct Project {
     QStringList labels;               ///< at most 3 technology labels
     int dependencies = 0;
     Problem problem = Problem::None;
+
+    /// It has a folder, and that is there and answers. One that was added by its description alone
+    /// never had one.
+    bool hasFolder() const { return problem != Problem::NoFolder && problem != Problem::NoAnswer; }
 };
 
 /// Reads one project folder. The first of these that exists wins: package.json, pyproject.toml,

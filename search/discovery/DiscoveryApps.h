@@ -16,6 +16,7 @@ struct App {
     QString name;
     QString location;
     std::optional<QString> category; ///< "public.app-category.games"
+    QString icon = {};               ///< as InstalledApps::iconFile() takes it; may be empty
 
     bool operator==(const App &) const = default;
 };

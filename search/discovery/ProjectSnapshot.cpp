@@ -22,11 +22,6 @@ ProjectSnapshot readProject(const QString &name, const QString &folder) {
 
 } // namespace
 
-bool ProjectSnapshot::hasFolder() const {
-    return found.problem != discovery::Project::Problem::NoFolder &&
-           found.problem != discovery::Project::Problem::NoAnswer;
-}
-
 QString ProjectSnapshot::shownName() const {
     return name.isEmpty() ? QStringLiteral("a project") : name;
 }

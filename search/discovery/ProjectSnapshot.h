@@ -15,9 +15,6 @@ struct ProjectSnapshot {
     QStringList dependencies = {};
     QMap<QString, QString> versions = {}; ///< dependency to the version in use
 
-    /// It has a folder, and that is there and answers. One that was added by its description alone
-    /// never had one.
-    bool hasFolder() const;
     /// Its name in a prompt: "a project" for one without.
     QString shownName() const;
 };

@@ -19,7 +19,7 @@ QList<JudgeProfile::Project> judgedProjects(const QList<ProjectSnapshot> &projec
     QList<JudgeProfile::Project> judged;
     for (const ProjectSnapshot &project : projects) {
         const QString description = settings.projectDescriptions.value(project.name);
-        if (project.hasFolder() || !description.isEmpty()) {
+        if (project.found.hasFolder() || !description.isEmpty()) {
             judged += {project.shownName(), description, project.found.labels,
                        versionLines(project.versions)};
         }

@@ -60,9 +60,7 @@ bool isFault(const discovery::Project &found) {
 /// name alone says nothing to search for. Empty when something is known of it.
 QString unknownText(const QString &name, const QString &description,
                     const discovery::Project &found) {
-    const bool isFolderKnown = found.problem != discovery::Project::Problem::NoFolder &&
-                               found.problem != discovery::Project::Problem::NoAnswer;
-    if (isFolderKnown || !description.isEmpty()) {
+    if (found.hasFolder() || !description.isEmpty()) {
         return {};
     }
     if (!found.folder.isEmpty()) {

@@ -81,13 +81,19 @@ Task<> SearchEngine::askFolders(CancelToken cancel) {
     QList<ProjectSnapshot> projects;
     std::exception_ptr fault;
     try {
-        projects = co_await askProjects(folders, m_cancel.token());
+        // For a moment: of a disk that does not answer the run itself will tell.
+        projects = co_await askProjects(folders, m_cancel.token(), std::chrono::milliseconds(300));
     } catch (...) {
         fault = std::current_exception();
     }
     m_phase = Phase::Idle;
     if (fault) {
         std::rethrow_exception(fault);
+    }
+    for (ProjectSnapshot &each : projects) {
+        if (each.found.problem == discovery::Project::Problem::NoAnswer) {
+            each.found.problem = discovery::Project::Problem::None;
+        }
     }
     refuse(refusalText(m_parts.preferences, projects));
 }

@@ -13,7 +13,6 @@
 namespace vorle {
 
 namespace {
-
 constexpr qsizetype maxConcurrentScopes = 3;
 /// What the items of the feeds may take of a prompt.
 constexpr qsizetype itemLinesBytes = 60'000;
@@ -166,6 +165,14 @@ Task<> SearchRun::askSites() {
         const FeedTrouble trouble{site.address, feedProblem(site.outcome)};
         if (site.outcome != FeedOutcome::Read && !m_recorder.report.feeds.contains(trouble)) {
             m_recorder.report.feeds += trouble;
+        }
+    }
+    for (const FeedItem &item : feeds.items) { // each site's newest first
+        SiteReport &site = siteReport(item.site);
+        if (!site.latest || site.latestAt < item.date) {
+            constexpr qsizetype most = 200;
+            site.latest = clampedLine(item.title, most);
+            site.latestAt = item.date;
         }
     }
     if (noneAnswered) {

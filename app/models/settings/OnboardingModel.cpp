@@ -19,8 +19,11 @@ namespace vorle {
 OnboardingModel::OnboardingModel(Parts parts, QObject *parent)
     : QObject(parent), m_parts(std::move(parts)) {
     connect(&m_parts.preferences, &Preferences::changed, this, [this](const QString &key) {
-        if (Preferences::isKeyOf(key, &Settings::projects, &Settings::interests)) {
-            Q_EMIT foundChanged();
+        if (Preferences::isKeyOf(key, &Settings::projects)) {
+            showFound();
+            showProposals();
+        } else if (Preferences::isKeyOf(key, &Settings::interests)) {
+            showProposals();
         }
         Q_EMIT changed();
     });
@@ -84,7 +87,7 @@ QString OnboardingModel::jobReason() const {
 
 QStringList OnboardingModel::jobs() const { return discovery::jobPresets(); }
 
-QVariantList OnboardingModel::found() const {
+void OnboardingModel::showFound() {
     const QStringList taken = m_parts.preferences.settings().projects.values();
     QList<FoundFolder> rows;
     for (const discovery::Project &project : m_found) {
@@ -103,10 +106,10 @@ QVariantList OnboardingModel::found() const {
         rows += FoundFolder{shownWords(folder.fileName()), QUrl::fromLocalFile(project.folder),
                             shownWords(facts.join(QStringLiteral(" · ")))};
     }
-    return variants(rows);
+    m_foundRows.show(rows);
 }
 
-QStringList OnboardingModel::topicProposals() const {
+void OnboardingModel::showProposals() {
     QStringList proposals = m_parts.projects.labels();
     proposals.removeDuplicates();
     proposals.removeIf([&](const QString &label) {
@@ -115,7 +118,12 @@ QStringList OnboardingModel::topicProposals() const {
                                        return interest.compare(label, Qt::CaseInsensitive) == 0;
                                    });
     });
-    return proposals.first(std::min<qsizetype>(3, proposals.size()));
+    constexpr qsizetype most = 3;
+    QList<NameRow> rows;
+    for (const QString &label : proposals.first(std::min(most, proposals.size()))) {
+        rows += {label, shownLine(label), {}};
+    }
+    m_proposals.show(rows);
 }
 
 QString OnboardingModel::refusal() const { return shownWords(refusalText(m_parts.preferences)); }
@@ -213,6 +221,8 @@ void OnboardingModel::propose() {
         m_evidence = discovery::jobEvidence(labels, m_apps);
         m_evidence.removeDuplicates();
     }
+    showFound();
+    showProposals();
     Q_EMIT foundChanged();
 }
 

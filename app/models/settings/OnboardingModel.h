@@ -11,7 +11,6 @@
 #include <QString>
 #include <QStringList>
 #include <QUrl>
-#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
@@ -31,6 +30,7 @@ public:
     QUrl url;       ///< of its path
     QString detail; ///< "~/Projets · React Native, Expo"
 
+    QString key() const { return url.toString(); }
     bool operator==(const FoundFolder &) const = default;
 };
 
@@ -56,9 +56,9 @@ class OnboardingModel final : public QObject {
     Q_PROPERTY(QString jobReason READ jobReason NOTIFY foundChanged FINAL)
     Q_PROPERTY(QStringList jobs READ jobs CONSTANT FINAL)
     /// Of FoundFolder: those that are no project yet.
-    Q_PROPERTY(QVariantList found READ found NOTIFY foundChanged FINAL)
-    /// Technologies of the projects that are no topic of interest yet, three at most.
-    Q_PROPERTY(QStringList topicProposals READ topicProposals NOTIFY foundChanged FINAL)
+    Q_PROPERTY(vorle::RowsModel *found READ found CONSTANT FINAL)
+    /// Of NameRow: technologies of the projects that are no topic of interest yet, three at most.
+    Q_PROPERTY(vorle::RowsModel *topicProposals READ topicProposals CONSTANT FINAL)
     /// Why a first run could not be started now: nothing to search; "" when it could.
     Q_PROPERTY(QString refusal READ refusal NOTIFY changed FINAL)
 
@@ -88,8 +88,8 @@ public:
     QString jobProposal() const { return m_job; }
     QString jobReason() const;
     QStringList jobs() const;
-    QVariantList found() const;
-    QStringList topicProposals() const;
+    RowsModel *found() { return &m_foundRows; }
+    RowsModel *topicProposals() { return &m_proposals; }
     QString refusal() const;
 
     /// Shows it, where it was left.
@@ -120,12 +120,16 @@ private:
     static Task<> look(QPointer<OnboardingModel> self);
     void setStep(int step);
     void propose();
+    void showFound();
+    void showProposals();
 
     Parts m_parts;
     bool m_shown = false;
     bool m_looked = false;
     bool m_jobGiven = false; // by the person, be it as none
     QList<discovery::Project> m_found;
+    KeyedRows<FoundFolder> m_foundRows;
+    KeyedRows<NameRow> m_proposals;
     QStringList m_apps;
     QString m_job;
     QStringList m_evidence;

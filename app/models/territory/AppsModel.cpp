@@ -15,7 +15,7 @@ int rankOf(const discovery::App &app, const QStringList &tools) {
 
 } // namespace
 
-AppsModel::AppsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent)
+AppsModel::AppsModel(const Parts &parts, TellRemoved removed, QObject *parent)
     : QObject(parent), m_parts(parts), m_removed(std::move(removed)) {
     connect(&parts.preferences, &Preferences::changed, this, [this](const QString &key) {
         if (Preferences::isKeyOf(key, &Settings::accessMode, &Settings::keptApps,
@@ -83,7 +83,7 @@ void AppsModel::show() {
     const QList<QString> &chosen = m_parts.preferences.settings().*chosenList();
     QList<NameRow> rows;
     for (const QString &name : chosen) {
-        rows += {name, shownLine(name)};
+        rows += {name, shownLine(name), iconOf(name)};
     }
     m_rows.show(rows);
     const QByteArray wanted = foldedForSearch(m_filter.trimmed());
@@ -94,10 +94,15 @@ void AppsModel::show() {
                         m_tools.contains(app.name)     ? tr("outil reconnu")
                         : discovery::isLeisureApp(app) ? tr("loisir")
                                                        : QString(),
-                        chosen.contains(app.name)};
+                        app.icon, chosen.contains(app.name)};
         }
     }
     m_choices.show(choices);
+}
+
+QString AppsModel::iconOf(const QString &app) const {
+    const auto found = std::ranges::find(m_apps, app, &discovery::App::name);
+    return found == m_apps.end() ? QString() : found->icon;
 }
 
 QString AppsModel::chooseText() const {

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "app/models/territory/RowsModel.h"
-#include "app/models/territory/TerritoryParts.h"
 #include "app/models/territory/TerritoryRows.h"
 #include "base/Async.h"
+#include "core/Preferences.h"
+#include "search/discovery/DiscoveryApps.h"
 
 #include <QPointer>
 
@@ -28,7 +29,12 @@ class AppsModel final : public QObject {
     Q_PROPERTY(QStringList proposedTools READ proposedTools NOTIFY listed FINAL)
 
 public:
-    AppsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent = nullptr);
+    struct Parts {
+        Preferences &preferences;
+        /// The apps of this machine, in the order they are shown in. Any thread.
+        std::function<QList<discovery::App>()> apps = {};
+    };
+    AppsModel(const Parts &parts, TellRemoved removed, QObject *parent = nullptr);
     ~AppsModel() override;
 
     RowsModel *rows() { return &m_rows; }
@@ -59,8 +65,9 @@ private:
     static Task<> list(QPointer<AppsModel> self);
     QList<QString> Settings::*chosenList() const;
     void show();
+    QString iconOf(const QString &app) const;
 
-    TerritoryParts m_parts;
+    Parts m_parts;
     TellRemoved m_removed;
     KeyedRows<NameRow> m_rows;
     KeyedRows<AppRow> m_choices;

@@ -33,11 +33,6 @@ Pointed pointedAt(const QString &path) {
     return {Pointed::Kind::Folder, canonical, name.isEmpty() ? canonical : name};
 }
 
-bool isAstray(const discovery::Project &found) {
-    return found.problem == discovery::Project::Problem::NoFolder ||
-           found.problem == discovery::Project::Problem::NoAnswer;
-}
-
 /// The folder stands beside it in its own place: naming it again would only fill the line.
 QString detailOf(const discovery::Project &found) {
     using Problem = discovery::Project::Problem;
@@ -66,7 +61,7 @@ QString detailOf(const discovery::Project &found) {
 
 } // namespace
 
-ProjectsModel::ProjectsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent)
+ProjectsModel::ProjectsModel(const Parts &parts, TellRemoved removed, QObject *parent)
     : QObject(parent), m_parts(parts), m_removed(std::move(removed)) {
     connect(&parts.preferences, &Preferences::changed, this, [this](const QString &key) {
         if (Preferences::isKeyOf(key, &Settings::projects)) {
@@ -151,7 +146,7 @@ void ProjectsModel::show() {
         if (const auto found = m_readings.value(it.key()).found) {
             using Problem = discovery::Project::Problem;
             row.detail = shownLine(detailOf(*found));
-            row.astray = isAstray(*found) && !it.value().isEmpty();
+            row.astray = !found->hasFolder() && !it.value().isEmpty();
             row.wrong = row.astray || found->problem == Problem::UnreadableManifest ||
                         found->problem == Problem::MalformedManifest;
             for (const QString &label : found->labels) {
@@ -207,9 +202,6 @@ Task<> ProjectsModel::add(QPointer<ProjectsModel> self, QStringList paths) {
             refused +=
                 tr("«\u202F%1\u202F» est un fichier\u00A0: glisse le dossier qui le contient.")
                     .arg(shownLine(pointed->name));
-        } else if (const auto name = territory::projectAt(preferences.settings(), pointed->path)) {
-            refused += tr("Ce dossier est déjà suivi, sous le nom «\u202F%1\u202F».")
-                           .arg(shownLine(*name));
         } else {
             const QString free = territory::freeProjectName(preferences.settings(), pointed->name);
             const auto refusal = territory::addProject(preferences, free, pointed->path);

@@ -1,15 +1,17 @@
 #pragma once
 
 #include "app/models/territory/RowsModel.h"
-#include "app/models/territory/TerritoryParts.h"
 #include "app/models/territory/TerritoryRows.h"
 #include "base/Async.h"
+#include "core/Preferences.h"
 #include "search/discovery/Discovery.h"
 
 #include <QPointer>
 #include <QUrl>
 
 namespace vorle {
+
+class FilePicker;
 
 /// The watched projects: what their folders hold, and the changes made to them. Folders are asked
 /// on threads that may hang, each apart: a project shows without its counts until its own answers.
@@ -24,7 +26,11 @@ class ProjectsModel final : public QObject {
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged FINAL)
 
 public:
-    ProjectsModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent = nullptr);
+    struct Parts {
+        Preferences &preferences;
+        FilePicker &files;
+    };
+    ProjectsModel(const Parts &parts, TellRemoved removed, QObject *parent = nullptr);
     ~ProjectsModel() override;
 
     RowsModel *rows() { return &m_rows; }
@@ -62,7 +68,7 @@ private:
     void askNewOnes();
     void setProblem(const QString &problem);
 
-    TerritoryParts m_parts;
+    Parts m_parts;
     TellRemoved m_removed;
     KeyedRows<ProjectRow> m_rows;
     /// What was found in a project's folder, by project.

@@ -23,7 +23,7 @@ QString ReflexRow::told() const {
     return facts.join(QStringLiteral(", "));
 }
 
-ReflexesModel::ReflexesModel(const TerritoryParts &parts, QObject *parent)
+ReflexesModel::ReflexesModel(const Parts &parts, QObject *parent)
     : QObject(parent), m_parts(parts) {
     m_later.setSingleShot(true);
     m_later.setInterval(settled);

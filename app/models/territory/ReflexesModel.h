@@ -1,7 +1,10 @@
 #pragma once
 
 #include "app/models/territory/RowsModel.h"
-#include "app/models/territory/TerritoryParts.h"
+#include "app/models/territory/TerritoryRows.h"
+#include "base/Clock.h"
+#include "base/LocalZone.h"
+#include "core/Preferences.h"
 #include "core/TopicStore.h"
 #include "judging/Learning.h"
 
@@ -77,7 +80,13 @@ class ReflexesModel final : public QObject {
     Q_PROPERTY(QString startAgainText READ startAgainText NOTIFY changed FINAL)
 
 public:
-    explicit ReflexesModel(const TerritoryParts &parts, QObject *parent = nullptr);
+    struct Parts {
+        Preferences &preferences;
+        const TopicStore &store;
+        const Clock &clock;
+        LocalZone zone = {};
+    };
+    explicit ReflexesModel(const Parts &parts, QObject *parent = nullptr);
 
     RowsModel *rows() { return &m_rows; }
     QString stateText() const;
@@ -98,7 +107,7 @@ private:
     void follow();
     void work();
 
-    TerritoryParts m_parts;
+    Parts m_parts;
     KeyedRows<ReflexRow> m_rows;
     QTimer m_later;
     bool m_active = false;

@@ -18,8 +18,7 @@ QString sizeText(qsizetype bytes) {
 
 } // namespace
 
-SendPreview::SendPreview(const TerritoryParts &parts, QObject *parent)
-    : QObject(parent), m_parts(parts) {
+SendPreview::SendPreview(const Parts &parts, QObject *parent) : QObject(parent), m_parts(parts) {
     m_later.setSingleShot(true);
     m_later.setInterval(pause);
     connect(&m_later, &QTimer::timeout, this,

@@ -1,7 +1,10 @@
 #pragma once
 
-#include "app/models/territory/TerritoryParts.h"
+#include "app/models/territory/TerritoryRows.h"
 #include "base/Async.h"
+#include "base/Clock.h"
+#include "core/Preferences.h"
+#include "search/discovery/DiscoveryApps.h"
 #include "search/run/RunPreview.h"
 
 #include <QPointer>
@@ -41,7 +44,14 @@ class SendPreview final : public QObject {
     Q_PROPERTY(QString note READ note NOTIFY changed FINAL)
 
 public:
-    explicit SendPreview(const TerritoryParts &parts, QObject *parent = nullptr);
+    struct Parts {
+        const Preferences &preferences;
+        const TopicStore &store;
+        Asker &asker;
+        const Clock &clock;
+        std::function<QList<discovery::App>()> apps = {}; ///< of this machine. Any thread.
+    };
+    explicit SendPreview(const Parts &parts, QObject *parent = nullptr);
     ~SendPreview() override;
 
     QVariantList questions() const;
@@ -57,7 +67,7 @@ Q_SIGNALS:
 private:
     static Task<> work(QPointer<SendPreview> self);
 
-    TerritoryParts m_parts;
+    Parts m_parts;
     QTimer m_later;
     bool m_active = false;
     bool m_working = false;

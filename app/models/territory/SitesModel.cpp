@@ -3,7 +3,6 @@
 #include "base/OnDisk.h"
 #include "base/WebLink.h"
 #include "core/RunHistory.h"
-#include "core/TopicStore.h"
 #include "platform/FilePicker.h"
 #include "search/feeds/Feeds.h"
 #include "search/feeds/Opml.h"
@@ -55,6 +54,28 @@ Told toldOf(const QString &address, const QList<RunReport> &reports) {
     return told;
 }
 
+/// " · « Le titre », hier" of a site's newest item.
+QString itemText(const QString &title, const std::optional<QDateTime> &date, const QDateTime &now,
+                 const QTimeZone &zone) {
+    const QString quoted = SitesModel::tr(" · «\u202F%1\u202F»")
+                               .arg(title.isEmpty() ? QStringLiteral("…") : shownLine(title));
+    return date ? quoted + QStringLiteral(", ") + pastText(*date, now, zone) : quoted;
+}
+
+/// The newest item of a site that a run saw; nothing where none saw any.
+const SiteReport *latestOf(const QString &address, const QList<RunReport> &reports) {
+    for (qsizetype i = reports.size() - 1; i >= 0; --i) {
+        if (reports.at(i).sites) {
+            const QList<SiteReport> &sites = *reports.at(i).sites;
+            const auto site = std::ranges::find(sites, address, &SiteReport::site);
+            if (site != sites.end() && site->latest) {
+                return &*site;
+            }
+        }
+    }
+    return nullptr;
+}
+
 /// A list of feeds as it lies on the disk, or why it cannot be read.
 struct ListRead {
     std::optional<OpmlList> list;
@@ -93,7 +114,7 @@ QString cameText(const territory::SitesAdded &came, const OpmlList &list) {
 
 } // namespace
 
-SitesModel::SitesModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent)
+SitesModel::SitesModel(const Parts &parts, TellRemoved removed, QObject *parent)
     : QObject(parent), m_parts(parts), m_removed(std::move(removed)) {
     connect(&parts.preferences, &Preferences::changed, this, [this](const QString &key) {
         if (Preferences::isKeyOf(key, &Settings::prioritySites)) {
@@ -118,7 +139,7 @@ void SitesModel::refresh() { work(readReports(this), "reading the runs' reports"
 
 Task<> SitesModel::readReports(QPointer<SitesModel> self) {
     auto reports =
-        co_await onDisk([file = self->m_parts.store.file()] { return RunHistory(file).reports(); },
+        co_await onDisk([file = self->m_parts.topicsFile] { return RunHistory(file).reports(); },
                         maxDiskWait, self->m_cancel.token());
     if (self && reports) {
         self->m_reports = *std::move(reports);
@@ -168,6 +189,9 @@ SiteRow SitesModel::rowOf(const PrioritySite &site) const {
             told.items == 0
                 ? tr("flux lu, rien de nouveau")
                 : tr("flux lu, %1").arg(counted(told.items, tr("nouveauté"), tr("nouveautés")));
+        if (const SiteReport *newest = latestOf(site.address, m_reports)) {
+            row.state += itemText(*newest->latest, newest->latestAt, now, m_parts.zone);
+        }
         row.read = readText(told.last->date);
     } else if (site.checked && !site.feed) {
         row.state = noFeedText();
@@ -215,15 +239,17 @@ Task<> SitesModel::lookAt(QPointer<SitesModel> self, PrioritySite site, CancelTo
     if (!self || found.reports.isEmpty()) {
         co_return;
     }
-    Seen seen{.at = self->m_parts.clock.now()};
+    const QDateTime now = self->m_parts.clock.now();
+    Seen seen{.at = now};
     switch (found.reports.first().outcome) {
     case FeedOutcome::Read:
-        seen.state =
-            found.items.isEmpty()
-                ? tr("flux lu, aucun billet récent")
-                : tr("flux lu, %1 · «\u202F%2\u202F»")
-                      .arg(counted(found.items.size(), tr("billet récent"), tr("billets récents")),
-                           shownLine(found.items.first().title));
+        seen.state = found.items.isEmpty()
+                         ? tr("flux lu, aucun billet récent")
+                         : tr("flux lu, %1")
+                                   .arg(counted(found.items.size(), tr("billet récent"),
+                                                tr("billets récents"))) +
+                               itemText(found.items.first().title, found.items.first().date, now,
+                                        self->m_parts.zone);
         break;
     case FeedOutcome::NoFeed:
         seen.state = noFeedText();

@@ -1,15 +1,20 @@
 #pragma once
 
 #include "app/models/territory/RowsModel.h"
-#include "app/models/territory/TerritoryParts.h"
 #include "app/models/territory/TerritoryRows.h"
 #include "base/Async.h"
+#include "base/Clock.h"
+#include "base/LocalZone.h"
+#include "core/Preferences.h"
 #include "core/RunReport.h"
 
 #include <QHash>
 #include <QPointer>
 
 namespace vorle {
+
+class Feeds;
+class FilePicker;
 
 /// The trusted sites: how their feeds are, from the runs' reports and from looks asked for here,
 /// and the changes made to them. Main thread; the parts outlive it.
@@ -23,7 +28,15 @@ class SitesModel final : public QObject {
     Q_PROPERTY(QString note READ note NOTIFY noteChanged FINAL)
 
 public:
-    SitesModel(const TerritoryParts &parts, TellRemoved removed, QObject *parent = nullptr);
+    struct Parts {
+        Preferences &preferences;
+        QString topicsFile; ///< beside which the runs' reports lie
+        Feeds &feeds;
+        FilePicker &files;
+        const Clock &clock;
+        LocalZone zone = {};
+    };
+    SitesModel(const Parts &parts, TellRemoved removed, QObject *parent = nullptr);
     ~SitesModel() override;
 
     RowsModel *rows() { return &m_rows; }
@@ -67,7 +80,7 @@ private:
     void show();
     void setNote(const QString &note);
 
-    TerritoryParts m_parts;
+    Parts m_parts;
     TellRemoved m_removed;
     KeyedRows<SiteRow> m_rows;
     QList<RunReport> m_reports;  ///< oldest first

@@ -15,7 +15,7 @@ constexpr qsizetype enoughInterests = 6;
 QList<NameRow> nameRows(const QList<QString> &names) {
     QList<NameRow> rows;
     for (const QString &name : names) {
-        const NameRow row{name, shownLine(name)};
+        const NameRow row{name, shownLine(name), {}};
         if (!rows.contains(row)) { // a file written by hand may hold one twice
             rows += row;
         }
@@ -25,17 +25,16 @@ QList<NameRow> nameRows(const QList<QString> &names) {
 
 } // namespace
 
-TerritoryModel::TerritoryModel(const TerritoryParts &parts, QObject *parent)
+TerritoryModel::TerritoryModel(const Parts &parts, QObject *parent)
     : QObject(parent)
-    , m_parts(parts)
-    , m_projects(parts, [this](const QString &what,
-                               territory::PutBack back) { keepRemoved(what, std::move(back)); })
-    , m_sites(parts, [this](const QString &what,
-                            territory::PutBack back) { keepRemoved(what, std::move(back)); })
-    , m_apps(parts, [this](const QString &what,
-                           territory::PutBack back) { keepRemoved(what, std::move(back)); })
-    , m_reflexes(parts)
-    , m_preview(parts) {
+    , m_preferences(parts.preferences)
+    , m_projects({parts.preferences, parts.files}, kept())
+    , m_sites({parts.preferences, parts.store.file(), parts.feeds, parts.files, parts.clock,
+               parts.zone},
+              kept())
+    , m_apps({parts.preferences, parts.apps}, kept())
+    , m_reflexes({parts.preferences, parts.store, parts.clock, parts.zone})
+    , m_preview({parts.preferences, parts.store, parts.asker, parts.clock, parts.apps}) {
     connect(&parts.preferences, &Preferences::changed, this, &TerritoryModel::show);
     connect(&m_projects, &ProjectsModel::read, this, &TerritoryModel::changed);
     connect(&m_apps, &AppsModel::listed, this, &TerritoryModel::changed);
@@ -67,7 +66,7 @@ Task<> TerritoryModel::stopped() {
 void TerritoryModel::show() {
     QList<InterestRow> interests;
     for (const QString &name : settings().interests) {
-        const int weight = m_parts.preferences.weightOf(name);
+        const int weight = m_preferences.weightOf(name);
         const InterestRow row{name, shownLine(name), weight, tr("importance %1 sur 5").arg(weight)};
         if (!interests.contains(row)) {
             interests += row;
@@ -97,6 +96,9 @@ QString TerritoryModel::counterText() const { return tr(" sur 6 · au-delà, la 
 bool TerritoryModel::diluted() const { return settings().interests.size() > enoughInterests; }
 
 QString TerritoryModel::jobProposal() const {
+    if (discovery::jobEvidence(m_projects.labels(), m_apps.names()).isEmpty()) {
+        return {}; // nothing pointed to the one that it would be
+    }
     const QString proposed = discovery::jobTitle(m_projects.labels(), m_apps.names());
     return proposed == job() ? QString() : proposed;
 }
@@ -104,7 +106,7 @@ QString TerritoryModel::jobProposal() const {
 /// What is stored past 2 acts as 2, and is not written anew by somebody who presses what is chosen.
 void TerritoryModel::setRadius(int radius) {
     if (radius != this->radius()) {
-        m_parts.preferences.change(&Settings::radiusLevel, std::clamp(radius, 0, 2));
+        m_preferences.change(&Settings::radiusLevel, std::clamp(radius, 0, 2));
     }
 }
 
@@ -123,11 +125,11 @@ QStringList TerritoryModel::radiusTexts() const {
 }
 
 QString TerritoryModel::add(territory::List list, const QString &name) {
-    return shownWords(territory::addName(m_parts.preferences, list, name).value_or(QString()));
+    return shownWords(territory::addName(m_preferences, list, name).value_or(QString()));
 }
 
 void TerritoryModel::remove(territory::List list, const QString &name) {
-    if (auto putBack = territory::removeName(m_parts.preferences, list, name)) {
+    if (auto putBack = territory::removeName(m_preferences, list, name)) {
         keepRemoved(name, *std::move(putBack));
     }
 }
@@ -142,15 +144,21 @@ void TerritoryModel::removeTool(const QString &name) { remove(&Settings::addedTo
 void TerritoryModel::removeExclusion(const QString &name) { remove(&Settings::exclusions, name); }
 
 QString TerritoryModel::renameInterest(const QString &from, const QString &to) {
-    return shownWords(territory::renameInterest(m_parts.preferences, from, to).value_or(QString()));
+    return shownWords(territory::renameInterest(m_preferences, from, to).value_or(QString()));
 }
 
 void TerritoryModel::setWeight(const QString &interest, int weight) {
-    territory::setWeight(m_parts.preferences, interest, weight);
+    territory::setWeight(m_preferences, interest, weight);
 }
 
 QString TerritoryModel::setJob(const QString &job) {
-    return shownWords(territory::setJob(m_parts.preferences, job).value_or(QString()));
+    return shownWords(territory::setJob(m_preferences, job).value_or(QString()));
+}
+
+TellRemoved TerritoryModel::kept() {
+    return [this](const QString &what, territory::PutBack back) {
+        keepRemoved(what, std::move(back));
+    };
 }
 
 void TerritoryModel::keepRemoved(const QString &what, territory::PutBack putBack) {
@@ -179,7 +187,7 @@ bool TerritoryModel::undo() {
         return false;
     }
     const Removed last = m_removed.takeLast();
-    last.putBack(m_parts.preferences);
+    last.putBack(m_preferences);
     Q_EMIT undoChanged();
     return true;
 }

@@ -34,7 +34,7 @@ class TerritoryModel final : public QObject {
     Q_PROPERTY(bool diluted READ diluted NOTIFY changed FINAL)
     /// "" while it is not known.
     Q_PROPERTY(QString job READ job NOTIFY changed FINAL)
-    /// What the projects and the apps point to; "" when that is the job.
+    /// What the projects and the apps point to; "" when that is the job, or they point nowhere.
     Q_PROPERTY(QString jobProposal READ jobProposal NOTIFY changed FINAL)
     /// 0, 1 or 2, with what each is called and means.
     Q_PROPERTY(int radius READ radius WRITE setRadius NOTIFY changed FINAL)
@@ -48,7 +48,19 @@ class TerritoryModel final : public QObject {
     Q_PROPERTY(int undoCount READ undoCount NOTIFY undoChanged FINAL)
 
 public:
-    explicit TerritoryModel(const TerritoryParts &parts, QObject *parent = nullptr);
+    /// What its parts work with.
+    struct Parts {
+        Preferences &preferences;
+        const TopicStore &store;
+        Asker &asker;
+        Feeds &feeds;
+        FilePicker &files;
+        const Clock &clock;
+        /// The apps of this machine, in the order they are shown in. Any thread.
+        std::function<QList<discovery::App>()> apps = {};
+        LocalZone zone = {};
+    };
+    explicit TerritoryModel(const Parts &parts, QObject *parent = nullptr);
 
     ProjectsModel *projects() { return &m_projects; }
     SitesModel *sites() { return &m_sites; }
@@ -65,7 +77,7 @@ public:
     bool diluted() const;
     QString job() const { return settings().job.value_or(QString()); }
     QString jobProposal() const;
-    int radius() const { return m_parts.preferences.radius(); }
+    int radius() const { return m_preferences.radius(); }
     void setRadius(int radius);
     QStringList radiusLabels() const;
     QStringList radiusTexts() const;
@@ -100,13 +112,14 @@ private:
         territory::PutBack putBack;
     };
 
-    const Settings &settings() const { return m_parts.preferences.settings(); }
+    const Settings &settings() const { return m_preferences.settings(); }
     QString add(territory::List list, const QString &name);
     void remove(territory::List list, const QString &name);
+    TellRemoved kept();
     void keepRemoved(const QString &what, territory::PutBack putBack);
     void show();
 
-    TerritoryParts m_parts;
+    Preferences &m_preferences;
     QList<Removed> m_removed; // the latest last
     KeyedRows<InterestRow> m_interests;
     KeyedRows<NameRow> m_tools;

@@ -1,11 +1,26 @@
 #pragma once
 
+#include "app/labels/Wording.h"
+#include "app/territory/TerritoryEdit.h"
+#include "base/Text.h"
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
+
 namespace vorle {
+
+/// Takes the news of what was taken out, with how it comes back.
+using TellRemoved = std::function<void(const QString &what, territory::PutBack putBack)>;
+
+/// A name, a path or an address that the user or a file gave, on its line.
+inline QString shownLine(const QString &words) {
+    constexpr qsizetype most = 600;
+    return shownWords(clampedLine(words, most));
+}
 
 // What the lists of "Ton territoire" hold, worded. `name` is how the settings have it, and what the
 // model's functions are given; `shown` is how it reads.
@@ -67,10 +82,12 @@ struct NameRow {
     QML_VALUE_TYPE(nameRow)
     Q_PROPERTY(QString name MEMBER name FINAL)
     Q_PROPERTY(QString shown MEMBER shown FINAL)
+    Q_PROPERTY(QString icon MEMBER icon FINAL)
 
 public:
     QString name;
     QString shown;
+    QString icon = {}; ///< of an app, as AppIcons takes it; may be empty
 
     QString key() const { return name; }
     bool operator==(const NameRow &) const = default;
@@ -107,12 +124,14 @@ struct AppRow {
     Q_PROPERTY(QString name MEMBER name FINAL)
     Q_PROPERTY(QString shown MEMBER shown FINAL)
     Q_PROPERTY(QString note MEMBER note FINAL)
+    Q_PROPERTY(QString icon MEMBER icon FINAL)
     Q_PROPERTY(bool chosen MEMBER chosen FINAL)
 
 public:
     QString name;
     QString shown;
     QString note;        ///< "outil reconnu", "loisir"; may be empty
+    QString icon;        ///< as AppIcons takes it; may be empty
     bool chosen = false; ///< it stands in the list of the mode that is set
 
     QString key() const { return name; }

@@ -7,6 +7,7 @@ Panel {
     id: panel
 
     required property CalibrationModel model
+    required property KeyboardMap keyboard
     readonly property bool choosing: model.stage === CalibrationModel.Choosing
     readonly property bool scoring: model.stage === CalibrationModel.Scoring
     readonly property bool over: model.stage === CalibrationModel.Over
@@ -17,38 +18,38 @@ Panel {
     onShownChanged: if (!shown) model.leave()
     onChoosingChanged: digits.score = -1
     onScoringChanged: scoring ? digits.forceActiveFocus() : forceActiveFocus()
-    Keys.onPressed: event => {
-        const undo = event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier;
-        if (undo ? model.canTakeBack : (event.modifiers & ~Qt.KeypadModifier) === 0 && !event.isAutoRepeat && panel.takes(event.key)) {
-            if (undo) {
-                model.takeBack();
-            }
-            event.accepted = true;
-        } else if (scoring && digits.take(event)) {
-            event.accepted = true;
-        }
-    }
+    Keys.onPressed: event => event.accepted = panel.takes(event) || (scoring && digits.take(event))
 
     // Whether the key answered.
-    function takes(key: int): bool {
-        const choices = {
-            [Qt.Key_G]: CalibrationModel.Keep,
-            [Qt.Key_L]: CalibrationModel.Later,
-            [Qt.Key_X]: CalibrationModel.NotForMe
-        };
-        if (choosing && key in choices) {
-            model.choose(choices[key]);
-            return true;
-        }
-        if (key !== Qt.Key_Return && key !== Qt.Key_Enter) {
+    function takes(event: KeyEvent): bool {
+        const entered = event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
+        if (event.isAutoRepeat || (entered && event.modifiers & ~Qt.KeypadModifier)) {
             return false;
         }
-        if (scoring) {
+        if (entered && scoring) {
             model.give(digits.score);
-        } else if (over) {
+        } else if (entered && over) {
             closed();
+        } else {
+            return !entered && acts(keyboard.action(Section.Inbox, event.key, event.modifiers, false));
         }
-        return scoring || over;
+        return true;
+    }
+    // As in the list that it goes through.
+    function acts(action: int): bool {
+        const choices = {
+            [KeyboardMap.Keep]: CalibrationModel.Keep,
+            [KeyboardMap.Later]: CalibrationModel.Later,
+            [KeyboardMap.Dismiss]: CalibrationModel.NotForMe
+        };
+        if (action === KeyboardMap.Undo && model.canTakeBack) {
+            model.takeBack();
+        } else if (choosing && action in choices) {
+            model.choose(choices[action]);
+        } else {
+            return false;
+        }
+        return true;
     }
 
     Column {
@@ -135,24 +136,25 @@ Panel {
 
             ActionButton {
                 text: panel.model.label(CalibrationModel.Keep)
-                keys: "G"
+                keys: panel.keyboard.keys(KeyboardMap.Keep)
                 primary: true
                 onClicked: panel.model.choose(CalibrationModel.Keep)
             }
             ActionButton {
                 text: panel.model.label(CalibrationModel.Later)
-                keys: "L"
+                keys: panel.keyboard.keys(KeyboardMap.Later)
                 onClicked: panel.model.choose(CalibrationModel.Later)
             }
             ActionButton {
                 text: panel.model.label(CalibrationModel.NotForMe)
-                keys: "X"
+                keys: panel.keyboard.keys(KeyboardMap.Dismiss)
                 onClicked: panel.model.choose(CalibrationModel.NotForMe)
             }
         }
         ScoreDigits {
             id: digits
             width: parent.width
+            keyboard: panel.keyboard
             visible: panel.scoring
         }
         Item {
@@ -164,7 +166,7 @@ Panel {
                 visible: panel.model.canTakeBack && !panel.over
                 quiet: true
                 text: qsTr("Reprendre ma dernière réponse")
-                keys: Theme.mac ? "⌘Z" : "Ctrl Z"
+                keys: panel.keyboard.keys(KeyboardMap.Undo)
                 takesReturn: !panel.scoring
                 onClicked: panel.model.takeBack()
             }

@@ -1,6 +1,5 @@
 import QtQuick
 import Vorle
-import Vorle.Models
 
 // With whose subscription: both agents, and whether each can work now.
 OnboardingStep {
@@ -20,14 +19,13 @@ OnboardingStep {
 
     Repeater {
         id: rows
-        model: step.shell.agentStates.rows
+        model: step.shell.agentStates.rows.length // made once: the keyboard stays on one
 
         AgentRow {
-            id: row
-            required property agentState modelData
+            required property int index
             width: step.width
-            agent: modelData
-            onPicked: step.shell.settings.agent = row.modelData.kind
+            agent: step.shell.agentStates.rows[index]
+            onPicked: step.shell.settings.agent = agent.kind
         }
     }
     Label {

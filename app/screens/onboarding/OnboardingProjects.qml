@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -9,16 +8,18 @@ OnboardingStep {
 
     readonly property ProjectsModel projects: shell.territory.projects
 
-    // In a description ↩ ends what is written, and goes nowhere.
-    Keys.onReturnPressed: event => event.accepted = Window.activeFocusItem instanceof TextInput
-    Keys.onEnterPressed: event => event.accepted = Window.activeFocusItem instanceof TextInput
-
     function takeFocus() {
         footAsked(); // ↩ goes on, as it says
     }
 
-    function remove(index: int, name: string) {
-        cards.drop(index, () => step.projects.remove(name));
+    function settled(): bool {
+        return cards.settled();
+    }
+    function describe(asking: ProjectCard, index: int, name: string, description: string) {
+        cards.change(asking, index, () => step.projects.describe(name, description));
+    }
+    function remove(name: string) {
+        cards.drop(() => step.projects.remove(name));
     }
 
     Rows {
@@ -33,19 +34,18 @@ OnboardingStep {
         delegate: ProjectCard {
             width: cards.width
             height: 140
+            drafts: cards.drafts
             stop: activeFocus || index === cards.here
             onActiveFocusChanged: if (activeFocus) cards.here = index
             onIndexChanged: if (activeFocus) cards.here = index
             onStepped: by => cards.step(index, by)
-            onDescribed: description => {
-                problem = step.projects.describe(row.name, description);
-                if (problem.length === 0) {
-                    stopEditing();
-                }
-            }
+            onWritten: description => step.describe(this, index, row.name, description)
             onFolderAsked: step.projects.chooseFolderFor(row.name)
-            onRemoved: step.remove(index, row.name)
+            onRemoved: step.remove(row.name)
         }
+    }
+    OrphanLine {
+        list: cards
     }
     Label {
         width: parent.width
@@ -55,20 +55,16 @@ OnboardingStep {
         color: Theme.inkSoft
         font.pixelSize: Theme.textNote
     }
-    Column {
+    Rows {
+        id: found
         width: parent.width
-
-        Repeater {
-            id: found
-            model: step.model.found
-
-            FoundProject {
-                id: row
-                required property foundFolder modelData
-                width: parent.width
-                folder: modelData
-                onAdded: step.projects.addFolders([row.modelData.url])
-            }
+        model: step.model.found
+        onEmptied: choose.forceActiveFocus(Qt.TabFocusReason)
+        delegate: FoundProject {
+            required property foundFolder row
+            width: found.width
+            folder: row
+            onAdded: step.projects.addFolders([row.url])
         }
     }
     Rectangle {

@@ -11,6 +11,7 @@ FocusScope {
     required property Shell shell
     readonly property OnboardingModel model: shell.onboarding
     readonly property bool shown: model.shown
+    readonly property int step: model.step
     readonly property bool last: model.step === OnboardingModel.When
     readonly property bool demoInstead: last && !shell.agentStates.ready // there is nothing to run with
     readonly property Item stepItem: body.item as Item
@@ -22,10 +23,10 @@ FocusScope {
     Accessible.role: Accessible.Dialog
     Accessible.name: qsTr("Premier réglage")
     Accessible.ignored: !shown
-    Keys.onEscapePressed: model.leave()
+    Keys.onEscapePressed: settle(() => model.leave())
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Left && event.modifiers === Qt.ControlModifier) {
-            model.back();
+            settle(() => model.back());
             event.accepted = true;
         }
     }
@@ -33,11 +34,13 @@ FocusScope {
     Keys.onEnterPressed: event => goOn(event)
     focus: true
     onShownChanged: if (shown) Qt.callLater(focusStep) // qmllint disable
+    onStepChanged: Qt.callLater(focusStep) // qmllint disable
     Component.onCompleted: if (shown) Qt.callLater(focusStep) // qmllint disable
 
     // The first field of the step, or the button that goes on.
     function focusStep() {
         if (shown) {
+            view.contentY = 0;
             (stepItem as OnboardingStep).takeFocus();
             voice.say(model.announcement);
         }
@@ -48,24 +51,23 @@ FocusScope {
             advance();
         }
     }
+    // Goes away from the step once what is being written there is taken.
+    function settle(go: var) {
+        if ((stepItem as OnboardingStep)?.settled() ?? true) {
+            go();
+        }
+    }
     function advance() {
         if (demoInstead) {
             demoAsked();
         } else if (!last) {
-            model.next();
+            settle(() => model.next());
         } else if (more.usable) {
             model.finish();
             shell.run.start();
         }
     }
 
-    Connections {
-        target: screen.model
-
-        function onStepChanged() {
-            Qt.callLater(screen.focusStep); // qmllint disable
-        }
-    }
     Announcer {
         id: voice
     }
@@ -166,7 +168,7 @@ FocusScope {
                 visible: screen.model.step > 0
                 quiet: true
                 text: qsTr("‹ Retour")
-                onClicked: screen.model.back()
+                onClicked: screen.settle(() => screen.model.back())
             }
             Row {
                 anchors.right: parent.right
@@ -176,7 +178,7 @@ FocusScope {
                 ActionButton {
                     quiet: true
                     text: screen.last ? qsTr("Plus tard") : qsTr("Passer")
-                    onClicked: screen.last ? screen.model.finish() : screen.model.pass()
+                    onClicked: screen.settle(() => screen.last ? screen.model.finish() : screen.model.pass())
                 }
                 ActionButton {
                     id: more

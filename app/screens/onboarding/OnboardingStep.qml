@@ -18,6 +18,11 @@ FocusScope {
         forceActiveFocus(Qt.TabFocusReason);
     }
 
+    // Takes what is being written; false where that cannot be, and the keyboard rests on it.
+    function settled(): bool {
+        return true;
+    }
+
     Column {
         id: column
         width: parent.width

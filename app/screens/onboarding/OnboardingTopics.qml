@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -11,17 +10,29 @@ OnboardingStep {
 
     property bool took: false // ↩ was for the line that adds
 
-    // A name that is being written ends with ↩, and goes nowhere.
-    function keepsReturn(): bool {
-        const field = Window.activeFocusItem as TextInput;
-        return took || (field !== null && field.parent !== adder);
-    }
-
-    Keys.onReturnPressed: event => event.accepted = keepsReturn()
-    Keys.onEnterPressed: event => event.accepted = keepsReturn()
+    Keys.onReturnPressed: event => event.accepted = took
+    Keys.onEnterPressed: event => event.accepted = took
 
     function takeFocus() {
         adder.takeFocus();
+    }
+    function settled(): bool {
+        if (!rows.settled()) {
+            return false;
+        }
+        adder.problem = ""; // of a proposal that was refused: there is nothing to mend
+        if (adder.text.trim().length > 0) {
+            adder.settle(territory.addInterest(adder.text));
+        }
+        if (adder.problem.length > 0) {
+            adder.takeFocus();
+        }
+        return adder.problem.length === 0;
+    }
+
+    // What is being written stays.
+    function propose(name: string) {
+        proposals.drop(() => adder.problem = step.territory.addInterest(name));
     }
 
     AddField {
@@ -38,6 +49,7 @@ OnboardingStep {
         id: rows
         width: parent.width
         territory: step.territory
+        keyboard: step.shell.keyboard
         Accessible.name: qsTr("Tes domaines")
         onEmptied: adder.takeFocus()
         onSteppedOut: by => {
@@ -45,6 +57,9 @@ OnboardingStep {
                 adder.takeFocus();
             }
         }
+    }
+    OrphanLine {
+        list: rows
     }
     Label {
         width: parent.width
@@ -63,20 +78,22 @@ OnboardingStep {
         color: Theme.inkSoft
         font.pixelSize: Theme.textNote
     }
-    Flow {
+    Rows {
+        id: proposals
         width: parent.width
         spacing: 8
+        model: step.model.topicProposals
+        onEmptied: adder.takeFocus()
+        delegate: PillButton {
+            required property int index
+            required property nameRow row
 
-        Repeater {
-            id: proposals
-            model: step.model.topicProposals
-
-            PillButton {
-                required property string modelData
-                text: "+ " + modelData
-                Accessible.name: qsTr("Ajouter %1").arg(modelData)
-                onClicked: adder.settle(step.territory.addInterest(modelData))
+            function takeFocus() {
+                forceActiveFocus(Qt.TabFocusReason);
             }
+            text: "+ " + row.shown
+            Accessible.name: qsTr("Ajouter %1").arg(row.shown)
+            onClicked: step.propose(row.name)
         }
     }
 }

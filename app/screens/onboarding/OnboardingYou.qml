@@ -8,6 +8,12 @@ OnboardingStep {
     function takeFocus() {
         job.forceActiveFocus(Qt.TabFocusReason);
     }
+    function settled(): bool {
+        if (problem.text.length > 0) {
+            takeFocus();
+        }
+        return problem.text.length === 0;
+    }
     // What is proposed is shown as an answer, and taken with the step; what was typed stays.
     function showJob() {
         if (!job.edited) {
@@ -20,6 +26,13 @@ OnboardingStep {
         target: step.model
 
         function onFoundChanged() {
+            step.showJob();
+        }
+    }
+    Connections {
+        target: step.shell.settings
+
+        function onJobChanged() { // by a command, say
             step.showJob();
         }
     }
@@ -39,6 +52,13 @@ OnboardingStep {
         onTextEdited: {
             edited = true;
             problem.text = step.model.setJob(text);
+        }
+        Keys.onEscapePressed: event => {
+            event.accepted = problem.text.length > 0;
+            if (event.accepted) {
+                problem.text = "";
+                text = step.shell.settings.job;
+            }
         }
     }
     Label {

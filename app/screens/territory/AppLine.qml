@@ -35,12 +35,13 @@ Item {
     TapHandler {
         onTapped: line.picked()
     }
-    LetterTile {
+    AppTile {
         x: 10
         size: 22
         anchors.verticalCenter: parent.verticalCenter
         letter: line.row.shown.charAt(0).toUpperCase()
         seed: line.row.shown
+        icon: line.row.icon
     }
     Label {
         x: 44

@@ -7,34 +7,27 @@ Rows {
     id: rows
 
     required property TerritoryModel territory
+    required property KeyboardMap keyboard
 
-    // By another name it is another row: the one that asked is gone then.
     function rename(asking: InterestRow, index: int, from: string, to: string) {
-        if (to === from) {
-            asking.stopEditing();
-            return;
-        }
-        const refusal = territory.renameInterest(from, to);
-        if (refusal.length > 0) {
-            asking.problem = refusal;
-        } else {
-            take(index);
-        }
+        change(asking, index, () => rows.territory.renameInterest(from, to));
     }
-    function remove(index: int, name: string) {
-        drop(index, () => rows.territory.removeInterest(name));
+    function remove(name: string) {
+        drop(() => rows.territory.removeInterest(name));
     }
 
     model: territory.interests
     Accessible.role: Accessible.List
     delegate: InterestRow {
         width: rows.width
+        keyboard: rows.keyboard
+        drafts: rows.drafts
         stop: activeFocus || index === rows.here
         onActiveFocusChanged: if (activeFocus) rows.here = index
         onIndexChanged: if (activeFocus) rows.here = index
         onStepped: by => rows.step(index, by)
         onWeighed: weight => rows.territory.setWeight(row.name, weight)
-        onRenamed: name => rows.rename(this, index, row.name, name)
-        onRemoved: rows.remove(index, row.name)
+        onWritten: name => rows.rename(this, index, row.name, name)
+        onRemoved: rows.remove(row.name)
     }
 }

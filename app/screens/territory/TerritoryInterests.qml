@@ -3,13 +3,16 @@ import Vorle
 import Vorle.Models
 
 // The topics of interest, each with how much it matters.
-PageSection {
+ListSection {
     id: section
 
     required property TerritoryModel model
+    required property KeyboardMap keyboard
 
     name: qsTr("Domaines")
-    gap: 4
+    list: rows
+    prompt: qsTr("Ajouter un domaine")
+    onAdded: text => settle(model.addInterest(text))
     corner: Label {
         text: "<b>" + section.model.interests.count + "</b>" + section.model.counterText
         textFormat: Text.StyledText
@@ -19,40 +22,11 @@ PageSection {
         Accessible.name: section.model.interests.count + section.model.counterText
     }
 
-    function takeFocus() {
-        if (rows.count > 0) {
-            rows.take(rows.here);
-        } else {
-            adder.takeFocus();
-        }
-    }
-
     InterestRows {
         id: rows
         width: parent.width
         territory: section.model
+        keyboard: section.keyboard
         Accessible.name: section.name
-        onEmptied: adder.takeFocus()
-        onSteppedOut: by => {
-            if (by > 0) {
-                adder.takeFocus();
-            }
-        }
-    }
-    Rectangle {
-        width: parent.width
-        height: 1
-        color: Theme.line
-        visible: rows.count > 0
-    }
-    Item {
-        width: 1
-        height: 10
-    }
-    AddField {
-        id: adder
-        width: parent.width
-        prompt: qsTr("Ajouter un domaine")
-        onAdded: text => settle(section.model.addInterest(text))
     }
 }

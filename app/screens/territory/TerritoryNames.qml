@@ -15,7 +15,7 @@ PageSection {
     property var proposed: [] // names to take with a press
     property alias problem: trouble.text
 
-    signal added(string name)
+    signal added(string name) // answered by `problem`
     signal asked // where nothing is written
     signal removed(string name)
 
@@ -34,8 +34,8 @@ PageSection {
             adder.takeFocus();
         }
     }
-    function remove(index: int, name: string) {
-        pills.drop(index, () => section.removed(name));
+    function remove(name: string) {
+        pills.drop(() => section.removed(name));
     }
 
     Rows {
@@ -56,11 +56,12 @@ PageSection {
             required property nameRow row
             name: row.shown
             tile: section.tiles ? row.shown.charAt(0).toUpperCase() : ""
+            icon: row.icon
             stop: activeFocus || index === pills.here
             onActiveFocusChanged: if (activeFocus) pills.here = index
             onIndexChanged: if (activeFocus) pills.here = index
             onStepped: by => pills.step(index, by)
-            onRemoved: section.remove(index, row.name)
+            onRemoved: section.remove(row.name)
         }
 
         PillAdder {
@@ -68,8 +69,12 @@ PageSection {
             text: section.adding
             prompt: section.prompt
             writes: section.writes
+            onWritingChanged: if (!writing) section.problem = ""
             onAsked: section.asked()
-            onAdded: name => section.added(name)
+            onAdded: name => {
+                section.added(name);
+                settle(section.problem);
+            }
         }
     }
     Flow {

@@ -22,8 +22,11 @@ PageSection {
         }
     }
 
-    function remove(index: int, name: string) {
-        cards.drop(index, () => section.model.projects.remove(name));
+    function describe(asking: ProjectCard, index: int, name: string, description: string) {
+        cards.change(asking, index, () => section.model.projects.describe(name, description));
+    }
+    function remove(name: string) {
+        cards.drop(() => section.model.projects.remove(name));
     }
 
     // The cards and, after the last, the place where a folder is dropped.
@@ -40,21 +43,16 @@ PageSection {
             Accessible.name: section.name
             onEmptied: choose.forceActiveFocus(Qt.TabFocusReason)
             delegate: ProjectCard {
-                id: card
                 width: section.cell
                 height: 160
+                drafts: cards.drafts
                 stop: activeFocus || index === cards.here
                 onActiveFocusChanged: if (activeFocus) cards.here = index
                 onIndexChanged: if (activeFocus) cards.here = index
                 onStepped: by => cards.step(index, by)
-                onDescribed: description => {
-                    problem = section.model.projects.describe(row.name, description);
-                    if (problem.length === 0) {
-                        stopEditing();
-                    }
-                }
+                onWritten: description => section.describe(this, index, row.name, description)
                 onFolderAsked: section.model.projects.chooseFolderFor(row.name)
-                onRemoved: section.remove(index, row.name)
+                onRemoved: section.remove(row.name)
             }
         }
         Rectangle {
@@ -105,6 +103,9 @@ PageSection {
             }
         }
     }
+    OrphanLine {
+        list: cards
+    }
     Label {
         width: parent.width
         topPadding: 8
@@ -135,12 +136,13 @@ PageSection {
 
             // What is typed stays until it is taken or given up, whatever a command writes meanwhile.
             function show() {
-                if (!activeFocus) {
+                if (!activeFocus && problem.length === 0) {
                     text = section.model.job;
                 }
             }
-            function keep() {
+            function leave() {
                 problem = text === section.model.job ? "" : section.model.setJob(text);
+                show();
             }
 
             width: section.narrow ? section.width : 262
@@ -149,13 +151,8 @@ PageSection {
             placeholderText: qsTr("Ce que tu fais, en deux mots")
             Accessible.name: qsTr("Ton métier")
             Component.onCompleted: show()
-            onAccepted: keep()
-            onActiveFocusChanged: {
-                if (!activeFocus) {
-                    keep();
-                    show();
-                }
-            }
+            onAccepted: leave()
+            onActiveFocusChanged: if (!activeFocus) leave()
             Keys.onEscapePressed: {
                 text = section.model.job;
                 problem = "";

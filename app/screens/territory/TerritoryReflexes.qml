@@ -14,6 +14,7 @@ PageSection {
     name: qsTr("Réflexes")
     gap: 0
     corner: ActionButton {
+        id: again
         quiet: true
         implicitHeight: 32
         font.pixelSize: Theme.textNote
@@ -24,7 +25,11 @@ PageSection {
     }
 
     function takeFocus() {
-        rows.take(rows.here);
+        if (rows.count > 0) {
+            rows.take(rows.here);
+        } else if (again.usable) {
+            again.forceActiveFocus(Qt.TabFocusReason);
+        }
     }
 
     Label {

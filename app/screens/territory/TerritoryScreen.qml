@@ -134,10 +134,11 @@ SectionScreen {
         onContentYChanged: screen.follow()
         // Into the page: the chain of all items would go round by the menu.
         Keys.onTabPressed: event => {
-            event.accepted = Window.activeFocusItem === page;
-            if (event.accepted) {
+            const here = Window.activeFocusItem === page;
+            if (here) {
                 screen.stops[screen.at].takeFocus();
             }
+            event.accepted = here && Window.activeFocusItem !== page; // there may be nothing to go to
         }
 
         Column {
@@ -155,6 +156,7 @@ SectionScreen {
             TerritoryInterests {
                 id: interests
                 width: parent.width
+                keyboard: screen.shell.keyboard
                 model: screen.model
             }
             TerritoryNames {

@@ -3,71 +3,33 @@ import Vorle
 import Vorle.Models
 
 // A trusted site and how its feed is.
-FocusScope {
+EditableRow {
     id: site
 
-    required property int index
     required property siteRow row
-    property bool stop: false // the Tab key stops here
-    property string problem: ""
-    readonly property bool editing: editor.active
     readonly property bool narrow: width < 560
 
-    signal renamed(string address)
-    signal removed
     signal looked
-    signal stepped(int by)
 
-    function takeFocus() {
-        forceActiveFocus(Qt.TabFocusReason);
-    }
-    function edit() {
-        problem = "";
-        editor.active = true;
-    }
-    function stopEditing() {
-        const had = (editor.item as TextEntry)?.activeFocus ?? false;
-        editor.active = false;
-        problem = "";
-        if (had) {
-            takeFocus();
-        }
-    }
-
-    implicitHeight: Math.max(54, words.implicitHeight + 14)
+    key: row.name
+    shown: row.shown
+    given: row.name
+    prompt: qsTr("L’adresse du site, ou de son flux")
+    place: Qt.rect(tile.width + 4, 6, look.x - tile.width - 16, 40)
+    implicitHeight: editing ? (problem.length > 0 ? why.y + why.implicitHeight + 8 : 54) : Math.max(54, words.implicitHeight + 14)
     activeFocusOnTab: stop
-    Accessible.role: Accessible.ListItem
-    Accessible.name: row.shown
     Accessible.description: row.read.length > 0 ? row.state + ", " + row.read : row.state
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: edit()
-    Keys.onPressed: event => {
-        if (site.editing || (event.modifiers & ~Qt.KeypadModifier)) {
-            return;
-        }
-        event.accepted = true;
-        if (event.key === Qt.Key_Up || event.key === Qt.Key_Down) {
-            site.stepped(event.key === Qt.Key_Up ? -1 : 1);
-        } else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace) {
-            site.removed();
-        } else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_F2) && !event.isAutoRepeat) {
-            site.edit();
-        } else {
-            event.accepted = false;
-        }
-    }
 
-    HoverHandler {
-        id: hover
-    }
     Rectangle {
         anchors.fill: parent
         anchors.leftMargin: -12
         anchors.rightMargin: -12
         radius: 10
         color: Theme.side
-        visible: hover.hovered || site.activeFocus
+        visible: site.hovered || site.activeFocus
     }
     FocusRing {
         radius: 10
@@ -122,36 +84,6 @@ FocusScope {
             Accessible.ignored: true
         }
     }
-    Loader {
-        id: editor
-        active: false
-        anchors.left: tile.right
-        anchors.leftMargin: 4
-        anchors.right: look.left
-        anchors.rightMargin: 12
-        y: 6
-        height: 40
-        onLoaded: {
-            const field = editor.item as TextEntry;
-            field.text = site.row.name;
-            field.selectAll();
-            field.forceActiveFocus(Qt.TabFocusReason);
-        }
-        sourceComponent: TextEntry {
-            leftPadding: 10
-            font.pixelSize: Theme.textBody
-            placeholderText: qsTr("L’adresse du site, ou de son flux")
-            onAccepted: {
-                if (text === site.row.name) {
-                    site.stopEditing();
-                } else {
-                    site.renamed(text);
-                }
-            }
-            onActiveFocusChanged: if (!activeFocus) Qt.callLater(site.stopEditing)
-            Keys.onEscapePressed: site.stopEditing()
-        }
-    }
     ActionButton {
         id: look
         anchors.right: read.left
@@ -159,7 +91,7 @@ FocusScope {
         y: 11
         quiet: true
         implicitHeight: 32
-        visible: hover.hovered || site.activeFocus
+        visible: site.hovered || site.activeFocus
         font.pixelSize: Theme.textNote
         text: qsTr("Vérifier")
         usable: !site.row.asking
@@ -184,13 +116,15 @@ FocusScope {
         anchors.rightMargin: -4
         y: 15
         what: site.row.shown
-        shown: hover.hovered || site.activeFocus
+        shown: site.hovered || site.activeFocus
         onClicked: site.removed()
     }
     Label {
+        id: why
         anchors.left: tile.right
         anchors.leftMargin: 14
-        y: 46
+        anchors.right: parent.right
+        y: 48
         visible: text.length > 0
         text: site.problem
         color: Theme.tintInk

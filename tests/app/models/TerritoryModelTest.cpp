@@ -189,6 +189,10 @@ TEST_F(TerritoryModelTest, a_site_tells_how_its_feed_is) {
             report->feeds += FeedTrouble{text(name), text("une raison")};
         }
     }
+    // The last run found nothing new there: what an earlier one saw stays its last item.
+    older.sites->first().latest = text("Le\u202E billet");
+    older.sites->first().latestAt = older.date.addDays(-1);
+    newer.sites->first().items = 0;
     parts.store.addRun(older);
     parts.store.addRun(newer);
     preferences.change(&Settings::prioritySites,
@@ -199,7 +203,8 @@ TEST_F(TerritoryModelTest, a_site_tells_how_its_feed_is) {
                         {parts.server.link("/page"), {}, {}}});
     model.setActive(true);
     test::settle();
-    EXPECT_EQ(sites()[0].state, text("flux lu, 3 nouveautés"));
+    EXPECT_EQ(sites()[0].state,
+              text("flux lu, rien de nouveau · «\u202FLe billet\u202F», le 23 octobre"));
     EXPECT_EQ(sites()[0].read, text("lu hier"));
     EXPECT_TRUE(sites()[1].state.startsWith(text("Ce site n’annonce aucun flux")));
     EXPECT_FALSE(sites()[1].wrong);

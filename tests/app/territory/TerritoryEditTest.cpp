@@ -68,6 +68,12 @@ TEST_F(TerritoryEditTest, a_project_keeps_its_name_its_folder_and_its_descriptio
     EXPECT_FALSE(territory::addProject(preferences, text("Site"), text("/a/site")));
     EXPECT_FALSE(territory::addProject(preferences, text("Site"), text("/a/site"))) << "the same";
     EXPECT_TRUE(territory::addProject(preferences, text("Site"), text("/b/site")));
+    const QString followed = text("Ce dossier est déjà suivi, sous le nom «\u202FSite\u202F».");
+    EXPECT_EQ(territory::addProject(preferences, text("Autre"), text("/a/site")), followed);
+    EXPECT_FALSE(territory::addProject(preferences, text("Autre"), text("/o")));
+    EXPECT_EQ(territory::moveProject(preferences, text("Autre"), text("/a/site")), followed);
+    EXPECT_FALSE(territory::moveProject(preferences, text("Site"), text("/a/site")));
+    territory::removeProject(preferences, text("Autre"));
     EXPECT_EQ(territory::projectAt(settings(), text("/a/site")), text("Site"));
     EXPECT_EQ(territory::freeProjectName(settings(), text(" Site ")), text("Site 2"));
     territory::setDescription(preferences, text("Site"), text(" un\nsite "));
@@ -81,6 +87,12 @@ TEST_F(TerritoryEditTest, a_project_keeps_its_name_its_folder_and_its_descriptio
     territory::addProject(preferences, text("Site"), text("/c/site"));
     (*back)(preferences);
     EXPECT_EQ(settings().projects.value(text("Site")), text("/c/site")) << "added anew: it stays";
+    territory::removeProject(preferences, text("Site"));
+    territory::addProject(preferences, text("Autre"), text("/a/site"));
+    (*back)(preferences);
+    EXPECT_EQ(settings().projects, (QMap<QString, QString>{{text("Autre"), text("/a/site")}}))
+        << "one folder, one name";
+    EXPECT_EQ(settings().projectDescriptions.value(text("Autre")), text("un site"));
 }
 
 TEST_F(TerritoryEditTest, one_site_has_one_place_however_it_is_spelled) {

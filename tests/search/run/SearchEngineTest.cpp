@@ -230,6 +230,8 @@ TEST_F(SearchEngineTest, an_item_of_a_feed_is_screened_once) {
     ASSERT_EQ(first.sites.value_or(QList<SiteReport>()).size(), 1);
     EXPECT_EQ(first.sites->first().items, 3);
     EXPECT_EQ(first.sites->first().found, 1);
+    EXPECT_EQ(first.sites->first().latest, QStringLiteral("Item /other"));
+    EXPECT_TRUE(first.sites->first().latestAt);
     ASSERT_EQ(first.sites->first().yield.topicIds.size(), 1);
     EXPECT_EQ(store.topic(first.sites->first().yield.topicIds.first())->origin, Origin::Surface);
     EXPECT_EQ(screenings(), 1);
