@@ -1,5 +1,6 @@
 #include "base/OnDisk.h"
 
+#include <QSemaphore>
 #include <QTimer>
 
 #include <atomic>
@@ -116,6 +117,22 @@ Task<bool> endsOnDisk(std::function<void(DiskPulse &)> work, std::chrono::millis
         cancel.throwIfCancelled();
     }
     co_return ended;
+}
+
+bool endsOnDiskWithin(std::function<void()> work, std::chrono::milliseconds limit) {
+    auto job = std::make_shared<DiskJob>();
+    auto over = std::make_shared<QSemaphore>();
+    job->awaited = false;
+    job->work = [work = std::move(work), over](DiskPulse &) {
+        work();
+        over->release();
+    };
+    pool().start([job] { job->run(OneShot()); });
+    const bool ended = over->tryAcquire(1, static_cast<int>(limit.count()));
+    if (!ended) {
+        job->settle();
+    }
+    return ended;
 }
 
 bool isDiskAwaited() { return awaitedJobs > 0; }

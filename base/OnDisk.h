@@ -67,6 +67,10 @@ Task<std::optional<DiskResult<Function>>> onDisk(Function function,
     co_return ended ? std::move(job->result) : std::nullopt;
 }
 
+/// The same for who cannot wait in a coroutine: holds the caller's thread up for `limit` at most,
+/// so let that be short. False when it had not ended by then.
+bool endsOnDiskWithin(std::function<void()> work, std::chrono::milliseconds limit);
+
 /// Whether somebody waits for the disk: what ends lets them have their answer first.
 bool isDiskAwaited();
 

@@ -91,12 +91,18 @@ struct SiteReport {
     int items = 0; ///< put to the agent
     int found = 0; ///< of these, kept by it
     Yield yield;
+    /// The newest of its items that no earlier run had seen, with its date; absent where there was
+    /// none, and from the reports of earlier versions.
+    std::optional<QString> latest = {};
+    std::optional<QDateTime> latestAt = {};
     json::Rest unknown = {}; ///< keys of a later version
 
     static constexpr auto jsonFields() {
         return std::tuple(
             json::field("site", &SiteReport::site), json::field("items", &SiteReport::items),
-            json::field("found", &SiteReport::found), json::field("yield", &SiteReport::yield));
+            json::field("found", &SiteReport::found), json::field("yield", &SiteReport::yield),
+            json::field("latest", &SiteReport::latest),
+            json::field("latestAt", &SiteReport::latestAt));
     }
     static constexpr auto jsonRest() { return &SiteReport::unknown; }
     bool operator==(const SiteReport &) const = default;

@@ -18,8 +18,17 @@ struct Shortcut {
                           json::field("modifiers", &Shortcut::modifiers),
                           json::field("key", &Shortcut::key));
     }
-    /// Whether it can be registered: with Command, Option or Control; Shift alone is not enough.
-    bool isValid() const { return (modifiers & 0x1900) != 0 && keyCode >= 0; }
+    /// No combination at all.
+    static Shortcut none() { return {-1, 0, {}}; }
+    bool isNone() const { return *this == none(); }
+    /// Whether it can be registered, or is none: with Command, Option or Control; Shift alone is
+    /// not enough.
+    bool isValid() const {
+        constexpr int lastCode = 0x7F;
+        constexpr qsizetype longestKey = 8;
+        return isNone() || ((modifiers & 0x1900) != 0 && keyCode >= 0 && keyCode <= lastCode &&
+                            !key.isEmpty() && key.size() <= longestKey);
+    }
     bool operator==(const Shortcut &) const = default;
 };
 

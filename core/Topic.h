@@ -131,6 +131,9 @@ struct Topic {
     std::optional<QByteArray> seenText;
     std::optional<Brief> brief;
     std::optional<Origin> origin;
+    /// When another program handed the link over, which is a stranger's then: it may not lead to
+    /// this machine. Goes once the link is judged.
+    std::optional<QDateTime> sharedAt;
     json::Rest unknown = {}; ///< keys of a later version: they survive a save
 
     /// The first source, or nothing when the topic has none.
@@ -162,7 +165,7 @@ struct Topic {
             json::field("doneAt", &Topic::doneAt), json::field("worth", &Topic::worth),
             json::field("capturedURL", &Topic::capturedURL), json::field("note", &Topic::note),
             json::field("seenText", &Topic::seenText), json::field("brief", &Topic::brief),
-            json::field("origin", &Topic::origin));
+            json::field("origin", &Topic::origin), json::field("sharedAt", &Topic::sharedAt));
     }
     static constexpr auto jsonRest() { return &Topic::unknown; }
     bool operator==(const Topic &) const = default;

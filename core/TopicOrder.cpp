@@ -1,7 +1,5 @@
 #include "core/TopicOrder.h"
 
-#include "core/ScoreScale.h"
-
 #include <algorithm>
 #include <limits>
 
@@ -31,6 +29,19 @@ bool programOrder(const Topic &a, const Topic &b) {
     const int left = shownScore(a).value_or(0);
     const int right = shownScore(b).value_or(0);
     return a.isUrgent() == b.isUrgent() && left != right ? left > right : moreUrgent(a, b);
+}
+
+bool inboxOrder(const Topic &a, Tier tierOfA, const Topic &b, Tier tierOfB) {
+    const bool reading = isBeingRead(a);
+    if (reading != isBeingRead(b)) {
+        return reading;
+    }
+    if (tierOfA != tierOfB) {
+        return tierOfA < tierOfB;
+    }
+    const int score = shownScore(a).value_or(0);
+    const int other = shownScore(b).value_or(0);
+    return score != other ? score > other : a.foundAt > b.foundAt;
 }
 
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ScoreScale.h"
 #include "core/TopicStore.h"
 
 #include <QDateTime>
@@ -20,6 +21,9 @@ bool latestDoneFirst(const Topic &a, const Topic &b);
 bool moreUrgent(const Topic &a, const Topic &b);
 /// The program's order: urgent topics first, then by the score shown, then as moreUrgent has it.
 bool programOrder(const Topic &a, const Topic &b);
+/// The inbox's order: links that are being read, then by tier, by the score shown, the newest find
+/// first. The tiers are those of the two (see tierOf), worked out once by whoever compares often.
+bool inboxOrder(const Topic &a, Tier tierOfA, const Topic &b, Tier tierOfB);
 
 /// The topics in the given order.
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &));

@@ -164,6 +164,9 @@ public:
     bool setBrief(const QUuid &id, std::optional<Brief> brief);
     bool setGallery(const QUuid &id, QList<Picture> gallery);
 
+    /// Whether the present state is on disk, as far as the saves that were announced tell (see
+    /// saved()): asks nothing of the disk. False as long as a save runs, waits, or has failed.
+    bool isSaved() const;
     /// Asks for a save of the present state. Every operation above that changes something does.
     void save();
     /// Has what was loaded encoded in the background, so that the first save costs no more than
@@ -206,6 +209,7 @@ private:
     QList<Node> m_topics;
     QHash<QUuid, qsizetype> m_index; // where each topic stands in m_topics
     std::unique_ptr<TopicWriter> m_writer;
+    quint64 m_savedUpTo = 0; // the number of the last save that went well
 };
 
 } // namespace vorle

@@ -95,18 +95,19 @@ void TopicStore::load() {
         removeStaleTemporaryFiles(target);
     }
     const bool loaded = !isDemo() && readFile();
-    m_writer =
-        std::make_unique<TopicWriter>(m_file, m_setAside, [this](const std::error_code &error) {
+    m_writer = std::make_unique<TopicWriter>(
+        m_file, m_setAside, [this](const std::error_code &error, quint64 number) {
             if (error) {
                 logLine(QStringLiteral("saving the topics failed, kept for the next save: ") +
                         QString::fromStdString(error.message()));
             }
             QMetaObject::invokeMethod(
                 this,
-                [this, error] {
+                [this, error, number] {
                     if (error) {
                         Q_EMIT saveFailed(failureText(error));
                     } else {
+                        m_savedUpTo = number;
                         Q_EMIT saved();
                     }
                 },
@@ -255,6 +256,11 @@ void TopicStore::save() {
     if (m_writer) {
         m_writer->submit(m_topics);
     }
+}
+
+bool TopicStore::isSaved() const {
+    requireMainThread(logSubject);
+    return !m_writer || m_savedUpTo == m_writer->asked();
 }
 
 void TopicStore::prepareSaves() {

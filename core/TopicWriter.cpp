@@ -7,7 +7,7 @@
 namespace vorle {
 
 TopicWriter::TopicWriter(QString file, std::optional<QString> aside,
-                         std::function<void(Outcome)> finished)
+                         std::function<void(Outcome, quint64)> finished)
     : m_file(std::move(file)), m_aside(std::move(aside)), m_finished(std::move(finished)) {}
 
 TopicWriter::~TopicWriter() {
@@ -21,15 +21,15 @@ TopicWriter::~TopicWriter() {
     }
 }
 
-void TopicWriter::submit(Snapshot topics) { ask({std::move(topics), true}); }
+void TopicWriter::submit(Snapshot topics) { ask({std::move(topics), ++m_asked}); }
 
-void TopicWriter::prepare(Snapshot topics) { ask({std::move(topics), false}); }
+void TopicWriter::prepare(Snapshot topics) { ask({std::move(topics), 0}); }
 
 void TopicWriter::ask(Job job) {
     std::optional<Job> replaced(std::move(job)); // freed outside the lock
     {
         const std::lock_guard lock(m_mutex);
-        if (replaced->write || !m_waiting) {
+        if (replaced->number > 0 || !m_waiting) {
             m_waiting.swap(replaced);
         }
     }
@@ -72,15 +72,15 @@ void TopicWriter::workOnce(std::unique_lock<std::mutex> &lock) {
     m_busy = true;
     lock.unlock();
     Outcome outcome = m_lastOutcome; // written here alone
-    if (job->write) {
+    const quint64 number = job->number;
+    if (number > 0) {
         outcome = write(job->topics);
     } else {
         encodeAll(job->topics);
     }
-    const bool written = job->write;
     job.reset(); // the last hold on replaced topics is let go here, off the main thread
-    if (written) {
-        m_finished(outcome);
+    if (number > 0) {
+        m_finished(outcome, number);
     }
     lock.lock();
     m_busy = false;

@@ -37,15 +37,19 @@ public:
 
     /// `aside`, when given, is where the file's present bytes are kept before the first save.
     /// `finished` is called on the writer thread after each save, with what went wrong if anything
-    /// did.
-    TopicWriter(QString file, std::optional<QString> aside, std::function<void(Outcome)> finished);
+    /// did, and with the save's number.
+    TopicWriter(QString file, std::optional<QString> aside,
+                std::function<void(Outcome, quint64)> finished);
     TopicWriter(const TopicWriter &) = delete;
     TopicWriter &operator=(const TopicWriter &) = delete;
     /// Finishes the saves asked for.
     ~TopicWriter();
 
-    /// Asks for a save and returns at once.
+    /// Asks for a save and returns at once. Saves are numbered from 1 on, in this order; one that a
+    /// newer one overtakes is never written.
     void submit(Snapshot topics);
+    /// The number of the last save asked for; 0 before the first.
+    quint64 asked() const { return m_asked; }
     /// Asks for what a save would encode to be encoded, unless a save waits already.
     void prepare(Snapshot topics);
     /// Waits until no save runs or waits. Gives the outcome of the last one.
@@ -56,7 +60,7 @@ public:
 private:
     struct Job {
         Snapshot topics;
-        bool write = true;
+        quint64 number = 0; // 0: is not written, only encoded
     };
 
     void ask(Job job);
@@ -70,7 +74,8 @@ private:
     const QString m_file;
     std::optional<QString> m_aside; // the writer thread's alone
     QByteArray m_scratch;           // the same
-    const std::function<void(Outcome)> m_finished;
+    const std::function<void(Outcome, quint64)> m_finished;
+    quint64 m_asked = 0; // the caller's thread alone
 
     mutable std::mutex m_mutex; // guards what follows
     std::condition_variable m_changed;

@@ -106,6 +106,10 @@ QString candidateBlock(const JudgeCandidate &candidate) {
         block += QStringLiteral("Their note when saving it: ") +
                  oneLine(*candidate.note, noteCharacters) + u'\n';
     }
+    if (candidate.project && !candidate.project->isEmpty()) {
+        block += QStringLiteral("Their project it is for: ") +
+                 oneLine(*candidate.project, nameCharacters) + u'\n';
+    }
     // What the level says counts: a page that was read may hold little, and one that was not may
     // carry words of ours.
     const bool unread =
@@ -160,7 +164,8 @@ QList<TopicPtr> exampleTopics(const QList<TopicPtr> &topics) {
         const bool decided = topic->status == TopicStatus::Program ||
                              topic->status == TopicStatus::Done ||
                              topic->status == TopicStatus::Dismissed;
-        if (decided || topic->correction) {
+        // A link given and taken back before it was judged is no decision.
+        if ((decided && !isUnjudgedCapture(*topic)) || topic->correction) {
             chosen.append(topic);
         }
     }

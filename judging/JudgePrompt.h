@@ -16,8 +16,9 @@ struct JudgeCandidate {
     ItemKind kind = ItemKind::Article; ///< guessed when it was found
     /// Absent where nobody knows how far the page was read: of topics from elsewhere.
     std::optional<ReadLevel> level = ReadLevel::None;
-    std::optional<QString> note; ///< the user's, when they captured it themselves
-    QByteArray content;          ///< UTF-8, as read; empty when nothing could be read
+    std::optional<QString> note;    ///< the user's, when they captured it themselves
+    std::optional<QString> project; ///< that the user tied it to, likewise
+    QByteArray content;             ///< UTF-8, as read; empty when nothing could be read
 };
 
 /// Who the judge judges for.

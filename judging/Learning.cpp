@@ -205,7 +205,9 @@ public:
         if (topic.correction && kind && counts(topic.correction->at)) {
             takeCorrection(taken, m_corrections[index(*kind)]);
         }
-        if (topic.status == TopicStatus::Pending || topic.status == TopicStatus::Inbox ||
+        // A link given and taken back says nothing of what they like: they never saw it judged.
+        if (isUnjudgedCapture(topic) || topic.status == TopicStatus::Pending ||
+            topic.status == TopicStatus::Inbox ||
             !counts(topic.triagedAt ? topic.triagedAt : topic.doneAt)) {
             return;
         }

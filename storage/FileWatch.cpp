@@ -34,7 +34,11 @@ FileWatch::FileWatch(const QString &path) : m_path(path) {
             m_settled.start();
         }
     };
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, look);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this,
+            [this, look](const QString &folder) {
+                m_told = m_told || folder == m_path; // a watched folder's own date is coarse too
+                look();
+            });
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, [this, look] {
         m_told = true;
         look();

@@ -8,8 +8,9 @@
 namespace vorle {
 
 /// Tells soon after a file was written into, replaced, made or taken away, whoever did it and
-/// through whatever symbolic link it is reached. What goes on beside it is not told. It sleeps
-/// until the system speaks. Main thread.
+/// through whatever symbolic link it is reached; of a folder, that something in it was made,
+/// renamed or taken away. What goes on beside it is not told. It sleeps until the system speaks.
+/// Main thread.
 class FileWatch final : public QObject {
     Q_OBJECT
 public:

@@ -1,70 +1,75 @@
 #include "search/capture/LinkCapture.h"
 
-#include "base/Text.h"
-#include "base/WebLink.h"
-#include "core/Preferences.h"
-#include "judging/Judge.h"
-#include "search/run/JudgedProjects.h"
-#include "search/run/LinkRegistry.h"
 #include "search/run/RunRecorder.h"
-#include "search/run/TopicDraft.h"
-#include "search/web/Links.h"
-#include "search/web/SourceImage.h"
+
+#include <QTimeZone>
+
+#include <algorithm>
+#include <utility>
 
 namespace vorle {
 
 namespace {
 
-constexpr qsizetype capturedTitleCharacters = 300;
-constexpr qsizetype noteCharacters = 4'000;
-
-Candidate candidateOf(const Topic &captured) {
-    return {.title = captured.sources.isEmpty() ? QString() : captured.sources.first().title,
-            .url = captured.capturedURL.value_or(QString()),
-            .kind = json::rawText(guessKind(captured.capturedURL.value_or(QString()))),
-            .about = captured.project.value_or(QString())};
-}
+/// A page that did not answer so often is judged by what is known of it.
+constexpr int unreachableTries = 3;
+constexpr std::chrono::seconds firstPause = std::chrono::minutes(10);
+constexpr std::chrono::seconds longestPause = std::chrono::hours(6);
 
 } // namespace
 
-LinkCapture::LinkCapture(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {}
+LinkCapture::LinkCapture(Parts parts, QObject *parent)
+    : QObject(parent)
+    , m_parts(parts)
+    , m_reading(parts)
+    , m_allowance(parts.store.file(), parts.clock) {}
 LinkCapture::~LinkCapture() = default;
 
 std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
-    const auto typed = WebLink::typed(link.url);
-    if (!typed) {
+    const IntakeResult result = captureIntake(m_parts.store, {std::move(link)}, m_parts.clock.now(),
+                                              HeldTopics::StayAsTheyAre)
+                                    .first();
+    if (result.kind == IntakeResult::Kind::NoLink) {
         return Refusal{tr("Ce n’est pas l’adresse d’une page web."), std::nullopt};
     }
-    const QString &address = typed->text();
-    const LinkRegistry::Claim claim = LinkRegistry(m_parts.store.topics()).claim(address, 0);
-    if (claim.standing == LinkRegistry::Standing::Known) {
-        return Refusal{tr("Tu as déjà ce lien."), claim.topic};
+    if (result.kind == IntakeResult::Kind::Held) {
+        return Refusal{tr("Tu as déjà ce lien."), result.topic};
     }
-    Topic topic;
-    topic.id = QUuid::createUuid();
-    const QString title = clampedLine(link.title, capturedTitleCharacters);
-    topic.title = title.isEmpty() ? QUrl(address).host() : title;
-    topic.project = link.project;
-    topic.sources = {{title, address}};
-    topic.status = TopicStatus::Pending;
-    topic.readLevel = ReadLevel::None; // until it is read: no score, rather than 0
-    topic.foundAt = m_parts.clock.now();
-    topic.capturedURL = address;
-    topic.origin = Origin::Capture;
-    if (const QString note = clampedLines(link.note, noteCharacters); !note.isEmpty()) {
-        topic.note = note;
+    start({result.topic}, Cause::Given);
+    return result.topic;
+}
+
+QList<IntakeResult> LinkCapture::takeDropped(const QList<Link> &links) {
+    const QList<IntakeResult> results =
+        captureIntake(m_parts.store, links, m_parts.clock.now(), HeldTopics::TakeItUp);
+    QList<QUuid> waiting;
+    for (const IntakeResult &result : results) {
+        if (state(result.topic) == State::None) {
+            waiting += result.topic; // one that was set aside may be back
+        }
     }
-    const QUuid id = topic.id;
-    m_parts.store.add({std::move(topic)});
-    start(id);
-    return id;
+    start(waiting, Cause::ByItself);
+    return results;
 }
 
 void LinkCapture::resume() {
+    QList<QUuid> waiting;
     for (const TopicPtr &topic : m_parts.store.topics(TopicStatus::Pending)) {
-        if (isBeingRead(*topic)) {
-            start(topic->id);
-        }
+        waiting += topic->id;
+    }
+    m_nextTry.reset();
+    start(waiting, Cause::ByItself);
+}
+
+void LinkCapture::look() {
+    if (!m_turn.isEmpty()) {
+        admit();
+        run();
+    }
+    const bool due = !m_nextTry || m_parts.clock.now() >= *m_nextTry;
+    if (!m_failures.isEmpty() && !m_running && due && m_reading.isAgentReady()) {
+        m_former = m_failures;
+        start(m_failures.keys(), Cause::ByItself);
     }
 }
 
@@ -73,37 +78,105 @@ LinkCapture::State LinkCapture::state(const QUuid &id) const {
     if (!topic || !isBeingRead(*topic)) {
         return State::None;
     }
-    if (m_failures.contains(id)) {
-        return State::Failed;
+    if (m_underWay.contains(id)) {
+        return State::Reading;
     }
-    return m_running && !m_queue.isEmpty() && m_queue.first() == id ? State::Reading
-                                                                    : State::Queued;
+    if (m_queue.contains(id)) {
+        return State::Queued;
+    }
+    return m_failures.contains(id)    ? State::Failed
+           : m_postponed.contains(id) ? State::Postponed
+                                      : State::None;
 }
 
 QString LinkCapture::failureText(const QUuid &id) const {
-    return state(id) == State::Failed ? m_failures.value(id) : QString();
+    switch (state(id)) {
+    case State::Failed:
+        return m_failures.value(id);
+    case State::Postponed:
+        return tr("J’en lis %1 par jour\u00A0: celui-ci attend son tour.")
+            .arg(DailyAllowance::linksADay);
+    default:
+        return {};
+    }
 }
 
 void LinkCapture::retry(const QUuid &id) {
-    if (state(id) == State::Failed) {
-        start(id);
+    const State now = state(id);
+    if (now == State::Failed || now == State::Postponed) {
+        start({id}, Cause::Asked);
     }
 }
 
-void LinkCapture::ask(const QUuid &id) {
-    const TopicPtr topic = m_parts.store.topic(id);
-    if (topic && isBeingRead(*topic)) {
-        start(id);
+void LinkCapture::ask(const QUuid &id) { start({id}, Cause::Asked); }
+
+void LinkCapture::askPostponed() { start(QList<QUuid>(m_turn), Cause::Asked); }
+
+void LinkCapture::start(const QList<QUuid> &ids, Cause cause) {
+    QList<QUuid> toTheirTurn;
+    for (const QUuid &id : ids) {
+        const TopicPtr topic = m_parts.store.topic(id);
+        if (!topic || !isBeingRead(*topic)) {
+            continue;
+        }
+        m_failures.remove(id);
+        if (cause == Cause::Asked) {
+            m_asked.insert(id);
+        }
+        const bool isToday = m_failedToday.remove(id);
+        const bool hasItsDay = topic->sharedAt && cause == Cause::ByItself && !isToday;
+        if (isToday && cause == Cause::ByItself) {
+            m_spending.insert(id);
+        }
+        if (m_queue.contains(id)) {
+            // as it is
+        } else if (!hasItsDay) {
+            if (m_postponed.remove(id)) {
+                m_turn.removeOne(id);
+            }
+            m_queue += id;
+        } else if (!m_postponed.contains(id)) {
+            m_postponed.insert(id);
+            m_turn += id;
+            toTheirTurn += id; // told once it is known whether this is their day
+            continue;
+        }
+        Q_EMIT stateChanged(id);
+    }
+    admit();
+    for (const QUuid &id : std::as_const(toTheirTurn)) {
+        if (m_postponed.contains(id)) {
+            Q_EMIT stateChanged(id);
+        }
+    }
+    Q_EMIT postponedChanged();
+    run();
+}
+
+/// Those whose day it is join the queue.
+void LinkCapture::admit() {
+    m_failedToday.removeIf([this](const QUuid &id) { return state(id) != State::Failed; });
+    qsizetype room = m_allowance.left() - m_spending.size() - m_failedToday.size() - m_spent;
+    qsizetype gone = 0;
+    for (; gone < m_turn.size() && room > 0; ++gone) {
+        const QUuid id = m_turn[gone];
+        m_postponed.remove(id);
+        const TopicPtr topic = m_parts.store.topic(id);
+        if (topic && isBeingRead(*topic)) {
+            m_queue += id;
+            m_spending.insert(id);
+            --room;
+        }
+        Q_EMIT stateChanged(id);
+    }
+    if (gone > 0) {
+        m_turn.remove(0, gone);
+        Q_EMIT postponedChanged();
     }
 }
 
-void LinkCapture::start(const QUuid &id) {
-    m_failures.remove(id);
-    if (!m_queue.contains(id)) {
-        m_queue += id;
-    }
-    Q_EMIT stateChanged(id);
-    if (!m_running) {
+void LinkCapture::run() {
+    if (!m_running && !m_queue.isEmpty() && !m_cancel.token().isCancelled()) {
         m_work.add(logged(work(), QStringLiteral("captured links")));
     }
 }
@@ -112,84 +185,105 @@ Task<> LinkCapture::work() {
     m_running = true;
     Q_EMIT runningChanged();
     while (!m_queue.isEmpty() && !m_cancel.token().isCancelled()) {
-        const QUuid id = m_queue.first();
-        Q_EMIT stateChanged(id);
+        const QList<QUuid> batch = m_queue.first(std::min(Judge::batchCandidates, m_queue.size()));
+        QList<CaptureReading::Link> links;
+        for (const QUuid &id : batch) {
+            const bool waits =
+                !m_asked.contains(id) && m_unreachable.value(id) + 1 < unreachableTries;
+            links += CaptureReading::Link{id, waits ? CaptureReading::Patience::Waits
+                                                    : CaptureReading::Patience::None};
+            m_underWay.insert(id);
+            Q_EMIT stateChanged(id);
+        }
         std::optional<QString> failure;
-        QList<QUuid> ended{id};
+        QList<QUuid> ended = batch;
         try {
-            co_await complete(id);
+            co_await m_reading.complete(links, told(), m_cancel.token());
         } catch (const Cancelled &) {
             break;
         } catch (const std::exception &error) {
             failure = vorle::failureText(error);
             const auto *agentError = dynamic_cast<const AgentError *>(&error);
-            if (agentError != nullptr && agentError->limit()) {
+            backOff(agentError);
+            if (batch.size() > 1 || (agentError != nullptr && agentError->limit())) {
                 ended = m_queue; // no other would fare better
             }
         }
         for (const QUuid &one : std::as_const(ended)) {
             end(one, failure);
         }
+        if (std::exchange(m_troubled, false)) {
+            backOff(nullptr); // once, however many of them failed
+        }
+        if (const int spent = std::exchange(m_spent, 0); spent > 0) {
+            co_await m_allowance.spend(spent);
+            admit();
+        }
     }
     m_queue.clear();
+    m_underWay.clear();
+    m_asked.clear();
+    m_spending.clear();
     m_running = false;
     Q_EMIT runningChanged();
 }
 
+CaptureReading::Told LinkCapture::told() {
+    return {.judged =
+                [this](const QUuid &id) {
+                    m_spent += m_spending.remove(id) ? 1 : 0;
+                    m_unreachable.remove(id);
+                    m_pause = {};
+                    m_nextTry.reset();
+                    Q_EMIT completed(id);
+                },
+            .unreachable =
+                [this](const QUuid &id) {
+                    ++m_unreachable[id];
+                    m_troubled = true;
+                    end(id, tr("Cette page ne répond pas, ou tu es hors ligne. Je réessaierai."));
+                },
+            .failed =
+                [this](const QUuid &id, const QString &why) {
+                    m_troubled = true;
+                    end(id, why);
+                }};
+}
+
 void LinkCapture::end(const QUuid &id, const std::optional<QString> &failure) {
-    m_queue.removeOne(id);
+    if (!m_queue.removeOne(id)) {
+        return; // its end was told
+    }
+    m_underWay.remove(id);
+    m_asked.remove(id);
+    const bool ofTheDay = m_spending.remove(id);
     const TopicPtr topic = m_parts.store.topic(id);
     if (failure && topic && isBeingRead(*topic)) {
+        if (ofTheDay) {
+            m_failedToday.insert(id);
+        }
         m_failures.insert(id, *failure);
-        Q_EMIT failed(id, *failure);
+        if (m_former.value(id) != *failure) {
+            Q_EMIT failed(id, *failure);
+        }
     }
+    m_former.remove(id);
     Q_EMIT stateChanged(id);
 }
 
-Task<> LinkCapture::complete(QUuid id) {
-    const TopicPtr captured = m_parts.store.topic(id);
-    if (!captured || !isBeingRead(*captured)) {
-        co_return;
-    }
-    // An agent that cannot answer costs no reading either.
-    const EngineAgent &agent = m_parts.asker.agent();
-    const AgentKind kind = agent.locator().choose();
-    agent.check(kind);
-    const Candidate candidate = candidateOf(*captured);
-    const ReadPage page =
-        co_await m_parts.reader.read(candidate.url, m_cancel.token(), Reach::Anywhere);
-    const auto folders = m_parts.preferences.settings().projects;
-    const auto projects = co_await askProjects(folders, m_cancel.token());
+/// When those that failed are tried again by themselves.
+void LinkCapture::backOff(const AgentError *error) {
     const QDateTime now = m_parts.clock.now();
-    const auto context = std::make_shared<const JudgeContext>(
-        judgeContext(judgeContextSource(m_parts.preferences,
-                                        judgedProjects(projects, m_parts.preferences.settings()),
-                                        m_parts.store.topics()),
-                     now.toLocalTime().date(), kind));
-    const JudgeCandidate shown{.id = QStringLiteral("c-1"),
-                               .title = page.title.value_or(captured->title),
-                               .url = candidate.url,
-                               .kind = guessKind(candidate.url),
-                               .level = page.level,
-                               .note = captured->note,
-                               .content = judgedContent(page)};
-    const Judge::Verdicts verdicts =
-        co_await Judge(m_parts.asker).judge(context, {shown}, m_cancel.token());
-    const auto found = verdicts.byId.constFind(shown.id);
-    if (found == verdicts.byId.constEnd()) {
-        throw AgentError::unreadable();
+    if (error != nullptr && (error->kind() == AgentError::Case::SignedOut ||
+                             error->kind() == AgentError::Case::NotFound)) {
+        m_nextTry.reset(); // to see whether it is back costs nothing
+        return;
     }
-    Topic judged = draftTopic(candidate, page, *found);
-    judged.id = id;
-    judged.project = captured->project;
-    if (!m_parts.store.completeCaptured(std::move(judged))) {
-        co_return;
-    }
-    co_await m_parts.provenance.add({draftProvenance(*context, shown, *found, id, now)});
-    Q_EMIT completed(id);
-    if (const auto picture = co_await m_parts.images.picture(candidate.url, m_cancel.token())) {
-        m_parts.store.setGallery(id, {*picture});
-    }
+    m_pause = std::clamp(m_pause * 2, firstPause, longestPause);
+    const auto lifted = error != nullptr && error->limit()
+                            ? error->limit()->until(now, QTimeZone::systemTimeZone())
+                            : std::nullopt;
+    m_nextTry = lifted ? lifted->addSecs(60) : now.addSecs(m_pause.count());
 }
 
 } // namespace vorle

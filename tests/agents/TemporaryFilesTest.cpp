@@ -141,6 +141,7 @@ TEST(TemporaryFiles, sweeps_what_nobody_uses_any_more_and_nothing_else) {
     // What dead processes left, seconds ago.
     place("vorle-run-0A000000-0000-4000-8000-000000000001.out", 0);
     place("vorle-answer-0A000000-0000-4000-8000-000000000001.json", 0);
+    place("vorle-score-0A000000-0000-4000-8000-000000000001.png", 0);
     leave("vorle-demo-AbCdEf");
     ASSERT_EQ(::mkfifo(QFile::encodeName(folder.temporary() +
                                          QStringLiteral("/vorle-answer-0A000000-0000-4000-8000-"

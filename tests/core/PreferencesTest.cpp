@@ -183,6 +183,10 @@ TEST_F(PreferencesTest, reads_and_changes_settings_by_key) {
         {u"lastSearch", "[\"2026-11-02T08:00:00Z\"]", true},
         {u"lastSearch", "[\"lundi\"]", false},
         {u"captureShortcut", "[{\"keyCode\":0,\"modifiers\":4608,\"key\":\"A\"}]", true},
+        {u"captureShortcut", "[{\"keyCode\":-1,\"modifiers\":0,\"key\":\"\"}]", true},
+        {u"captureShortcut", "[{\"keyCode\":0,\"modifiers\":512,\"key\":\"A\"}]", false},
+        {u"captureShortcut", "[{\"keyCode\":999,\"modifiers\":256,\"key\":\"A\"}]", false},
+        {u"captureShortcut", "[{\"keyCode\":0,\"modifiers\":256,\"key\":\"\"}]", false},
         {u"nope", "[1]", false},
     };
     for (const auto &[key, text, fits] : cases) {
@@ -192,10 +196,11 @@ TEST_F(PreferencesTest, reads_and_changes_settings_by_key) {
         EXPECT_EQ(!error, fits) << text;
         EXPECT_EQ(preferences.setting(key.toString()), fits ? value : before) << text;
     }
-    EXPECT_EQ(told, (QStringList{QStringLiteral("weeklyMinutes"), QStringLiteral("accent"),
-                                 QStringLiteral("job"), QStringLiteral("job"),
-                                 QStringLiteral("interests"), QStringLiteral("lastSearch"),
-                                 QStringLiteral("captureShortcut")}));
+    EXPECT_EQ(told,
+              (QStringList{QStringLiteral("weeklyMinutes"), QStringLiteral("accent"),
+                           QStringLiteral("job"), QStringLiteral("job"),
+                           QStringLiteral("interests"), QStringLiteral("lastSearch"),
+                           QStringLiteral("captureShortcut"), QStringLiteral("captureShortcut")}));
     EXPECT_EQ(preferences.changeSetting(QStringLiteral("radiusLevel2"), 7),
               QStringLiteral("« radiusLevel2 » attend un nombre entier de 0 à 6."));
     EXPECT_EQ(preferences.changeSetting(QStringLiteral("nope"), 7),

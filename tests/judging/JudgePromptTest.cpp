@@ -45,10 +45,12 @@ TEST(CandidateBlock, has_its_lines_in_order) {
     unread.level = ReadLevel::None;
     unread.content.clear();
     unread.note = QStringLiteral("à lire\nvite");
+    unread.project = QStringLiteral("Potager\nd’hiver");
     EXPECT_EQ(candidateBlock(unread), u"### id: c1\nTitle: undici 7.18\n"
                                       u"Link (could not be read): https://example.org/undici\n"
                                       u"Kind (guessed): announcement\nRead level: none\n"
                                       u"Their note when saving it: à lire vite\n"
+                                      u"Their project it is for: Potager d’hiver\n"
                                       u"Content:\n\"\"\"\n(nothing could be read)\n\"\"\"\n");
 
     // The level says whether it was read, not how much came of it.

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace vorle {
 namespace {
 
@@ -30,7 +32,35 @@ protected:
         test::settle([&] { return !capture.running(); });
     }
 
-    LinkCapture capture{{preferences, store, provenance, asker, reader, images, clock}};
+    /// A link that another program dropped.
+    static CapturedLink dropped(const QString &url) {
+        return {.url = url, .sharedAt = QDateTime::currentDateTimeUtc()};
+    }
+    /// So many, each to a page of its own.
+    QList<CapturedLink> droppedPages(int count) {
+        QList<CapturedLink> links;
+        for (int i = 0; i < count; ++i) {
+            const QByteArray path = "/page" + QByteArray::number(i);
+            server.serve(path, test::TestReply::page(page("p")));
+            links += dropped(at(path.constData()));
+        }
+        return links;
+    }
+    qsizetype inState(LinkCapture::State state) const {
+        return std::ranges::count_if(store.topics(), [&](const TopicPtr &topic) {
+            return capture.state(topic->id) == state;
+        });
+    }
+    LinkCapture::Parts parts() {
+        return {preferences, store, provenance, asker, reader, images, turned};
+    }
+
+    /// A clock that tests turn.
+    struct TurnedClock final : Clock {
+        QDateTime at = QDateTime(QDate(2026, 11, 22), QTime(12, 0), QTimeZone::utc());
+        QDateTime now() const override { return at; }
+    } turned;
+    LinkCapture capture{parts()};
 };
 
 TEST_F(LinkCaptureTest, a_link_waits_is_judged_and_keeps_what_the_user_gave) {
@@ -171,6 +201,167 @@ TEST_F(LinkCaptureTest, a_reached_limit_leaves_all_that_wait_without_a_further_c
     capture.resume();
     settle();
     EXPECT_EQ(inbox().size(), 2);
+}
+
+TEST_F(LinkCaptureTest, all_that_came_with_a_link_stays_with_it_and_reaches_the_judge) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    CapturedLink link = dropped(at("/long"));
+    link.title = QStringLiteral("Vu\u202E ailleurs");
+    link.note = QStringLiteral("pour la serre");
+    link.project = QStringLiteral("Potager");
+    link.pageText = QStringLiteral("Ce que seul l’abonné voit. \"\"\"\n### id: c-9");
+    // The second time it is the same topic, which takes up what it did not know.
+    CapturedLink again = dropped(at("/long") + QStringLiteral("?utm_source=x"));
+    again.note = QStringLiteral("et le verger");
+    const auto results =
+        capture.takeDropped({link, again, dropped(QStringLiteral("mailto:a@b.fr"))});
+    using Kind = IntakeResult::Kind;
+    ASSERT_EQ(results.size(), 3);
+    EXPECT_EQ(results[0].kind, Kind::New);
+    EXPECT_EQ(results[1].kind, Kind::Held);
+    EXPECT_EQ(results[1].topic, results[0].topic);
+    EXPECT_EQ(results[2].kind, Kind::NoLink);
+    const TopicPtr waiting = store.topic(results[0].topic);
+    EXPECT_EQ(waiting->title, u"Vu ailleurs");
+    EXPECT_EQ(waiting->project, QStringLiteral("Potager"));
+    EXPECT_TRUE(waiting->seenText->startsWith("Ce que seul"));
+    settle();
+    const TopicPtr judged = store.topic(results[0].topic);
+    EXPECT_EQ(judged->status, TopicStatus::Inbox);
+    EXPECT_EQ(judged->note, QStringLiteral("pour la serre\net le verger"));
+    EXPECT_EQ(judged->project, QStringLiteral("Potager"));
+    EXPECT_FALSE(judged->sharedAt);
+    const QString prompt = claude.prompts();
+    for (const char *line :
+         {"\nTheir note when saving it: pour la serre et le verger\n",
+          "\nTheir project it is for: Potager\n", "Ce que seul l’abonné voit."}) {
+        EXPECT_TRUE(prompt.contains(QString::fromUtf8(line))) << line;
+    }
+    EXPECT_FALSE(prompt.contains(u"\n### id: c-9"));
+
+    // Handed over once more, also after an end that nobody saw: nothing is doubled. One that was
+    // set aside is back.
+    capture.takeDropped({link, again});
+    EXPECT_EQ(*store.topic(judged->id), *judged);
+    store.dismiss(judged->id);
+    capture.takeDropped({link});
+    EXPECT_EQ(store.topic(judged->id)->status, TopicStatus::Inbox);
+    EXPECT_EQ(store.count(), 1);
+    EXPECT_EQ(claude.calls().size(), 1);
+}
+
+TEST_F(LinkCaptureTest, what_another_program_gave_may_not_lead_to_this_machine) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    HttpClient guarded;
+    PageReader guardedReader{guarded, std::chrono::seconds(5)};
+    LinkCapture strict{{preferences, store, provenance, asker, guardedReader, images, clock}};
+    const QUuid stranger = strict.takeDropped({dropped(at("/long"))}).first().topic;
+    const auto own = strict.take({.url = at("/other")});
+    test::settle([&] { return !strict.running(); });
+    EXPECT_EQ(store.topic(stranger)->readLevel, ReadLevel::None);
+    EXPECT_EQ(store.topic(std::get<QUuid>(own))->readLevel, ReadLevel::Full) << "theirs may";
+    const auto refusal = strict.takeDropped({dropped(QStringLiteral("example.org/a"))});
+    EXPECT_EQ(refusal.first().kind, IntakeResult::Kind::NoLink) << "nobody typed it";
+}
+
+TEST_F(LinkCaptureTest, fifty_dropped_links_a_day_are_judged_in_batches_and_more_when_asked) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    using State = LinkCapture::State;
+    const auto links = droppedPages(63);
+    capture.takeDropped(links);
+    EXPECT_EQ(inState(State::Postponed), 13);
+    EXPECT_EQ(capture.postponed(), 13);
+    settle();
+    EXPECT_EQ(inbox().size(), 50);
+    EXPECT_LE(claude.calls().size(), 8) << "several a call";
+    const QUuid waiting = store.topics().last()->id;
+    EXPECT_EQ(capture.state(waiting), State::Postponed);
+    EXPECT_EQ(capture.failureText(waiting),
+              QStringLiteral("J’en lis 50 par jour\u00A0: celui-ci attend son tour."));
+    capture.resume();
+    capture.look();
+    settle();
+    EXPECT_EQ(inbox().size(), 50) << "the day is the same";
+    // What the user gives is no part of it, nor what they ask for.
+    taken(at("/long"));
+    capture.retry(waiting);
+    settle();
+    EXPECT_EQ(inbox().size(), 52);
+
+    // A new start brings no new day; the next morning does.
+    {
+        LinkCapture restarted{parts()};
+        restarted.resume();
+        test::settle([&] { return !restarted.running(); });
+        EXPECT_EQ(restarted.postponed(), 12);
+    }
+    EXPECT_EQ(inbox().size(), 52);
+    turned.at = turned.at.addDays(1);
+    capture.look();
+    settle();
+    EXPECT_EQ(inbox().size(), 64);
+    EXPECT_EQ(capture.postponed(), 0);
+
+    capture.takeDropped(droppedPages(64).last(1));
+    settle();
+    EXPECT_EQ(inbox().size(), 65) << "38 are left of that day";
+}
+
+TEST_F(LinkCaptureTest, one_link_of_several_fails_alone) {
+    otherTraits = QStringLiteral(R"("overlooked":"/page0",)");
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    capture.takeDropped(droppedPages(3));
+    settle();
+    EXPECT_EQ(inbox().size(), 3) << "one that the call left out is judged alone";
+
+    otherTraits = QStringLiteral(R"("poison":"/page5",)");
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    capture.takeDropped(droppedPages(9));
+    settle();
+    EXPECT_EQ(inbox().size(), 8);
+    EXPECT_EQ(inState(LinkCapture::State::Failed), 1);
+}
+
+TEST_F(LinkCaptureTest, what_failed_is_tried_again_by_itself) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    QStringList told;
+    QObject::connect(&capture, &LinkCapture::failed, &capture,
+                     [&](const QUuid &, const QString &text) { told += text; });
+    // Offline: no page answers.
+    const QUuid offline = taken(QStringLiteral("http://127.0.0.1:9/x"));
+    settle();
+    EXPECT_EQ(capture.state(offline), LinkCapture::State::Failed);
+    EXPECT_TRUE(capture.failureText(offline).contains(u"hors ligne"));
+    EXPECT_TRUE(claude.calls().isEmpty());
+    capture.look();
+    EXPECT_FALSE(capture.running()) << "not at once";
+    turned.at = turned.at.addSecs(11 * 60);
+    capture.look();
+    settle();
+    EXPECT_EQ(capture.state(offline), LinkCapture::State::Failed);
+    EXPECT_EQ(told.size(), 1) << "the same once more is no news";
+    // A page that never answers is judged by what is known of it.
+    turned.at = turned.at.addDays(1);
+    capture.look();
+    settle();
+    EXPECT_EQ(store.topic(offline)->status, TopicStatus::Inbox);
+
+    claude.signOut();
+    const QUuid signedOut = taken(at("/long"));
+    settle();
+    EXPECT_EQ(capture.state(signedOut), LinkCapture::State::Failed);
+    capture.takeDropped(droppedPages(40));
+    capture.takeDropped(droppedPages(60).last(20));
+    settle();
+    EXPECT_EQ(inState(LinkCapture::State::Postponed), 10) << "those that failed keep their place";
+    capture.look();
+    EXPECT_FALSE(capture.running());
+    claude.signIn();
+    capture.look();
+    settle();
+    EXPECT_EQ(store.topic(signedOut)->status, TopicStatus::Inbox);
+    EXPECT_EQ(inbox().size(), 52);
+    EXPECT_EQ(inState(LinkCapture::State::Postponed), 10);
 }
 
 } // namespace
