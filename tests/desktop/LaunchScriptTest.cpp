@@ -3,6 +3,7 @@
 #include "core/Topic.h"
 #include "desktop/LaunchPrompt.h"
 #include "platform/macos/MacTerminals.h"
+#include "tests/support/HostileNames.h"
 #include "tests/support/ScriptedAgent.h"
 
 #include <QDir>
@@ -16,39 +17,6 @@
 
 namespace vorle {
 namespace {
-
-/// What a folder may be called that a shell reads as more than a name, and what strains. "pwned" is
-/// a program on the search path.
-QStringList hostileNames() {
-    const QString written = QStringLiteral(
-        "$(pwned)¦`pwned`¦${IFS}pwned¦$PATH¦a;pwned;b¦a&pwned&b¦a|pwned¦a||pwned¦"
-        "a && pwned¦a\npwned\nb¦\npwned¦pwned\n¦a\r\npwned¦'; pwned; '¦'$(pwned)'¦"
-        "''pwned''¦'\\''pwned¦\"; pwned; \"¦\"$(pwned)\"¦\\'; pwned #¦a # pwned¦<(pwned)¦"
-        ">(pwned)¦=(pwned)¦=pwned¦a<<EOF¦EOF\npwned¦!!¦!pwned¦{a,b}¦a*¦[a-z]¦~¦~root¦-¦"
-        "--¦-rf¦-P¦--help¦+1¦$'\\x41'¦$((1+1))¦$[pwned]¦%1¦%s%n¦a:b¦ ¦  a  ¦\t¦...¦a\\¦"
-        "\\¦\\n¦\033]0;pwned\a¦\033[31m¦\u009b31m¦été¦e\u0301te\u0301¦项目 日本¦"
-        "\u202eexe.txt¦a\u00a0b¦a\u2028pwned¦👩‍💻 \U000E0041¦« l’été »¦REM' OR "
-        "'1'='1¦"
-        "con.txt.");
-    return written.split(u'¦') + QStringList{QString(255, u'\''), QString(127, u'é'),
-                                             QString(255, u'$'), QString(255, u' '),
-                                             QStringLiteral("it's/$(pwned) '\"/").repeated(150)};
-}
-
-/// With every sign that is no letter inside, and those that mean something doubled and at both
-/// ends.
-QStringList manyNames() {
-    QStringList names = hostileNames();
-    for (char16_t c = 1; c < 128; ++c) {
-        if (c != u'/' && !QChar(c).isLetterOrNumber()) {
-            names += u'a' + QString(QChar(c)) + u'b';
-        }
-    }
-    for (const QChar c : QStringLiteral("!\"#$%&'()*+,-.:;<=>?@[\\]^_`{|}~ \n")) {
-        names += {c + QStringLiteral("pwned") + c, u'a' + QString(2, c) + QStringLiteral("pwned")};
-    }
-    return names;
-}
 
 QStringList shellsHere() {
     QStringList shells;
@@ -163,7 +131,7 @@ TEST(LaunchScript, hands_the_agent_the_prompt_in_the_folder_whatever_both_are_ca
               {QStringLiteral("-l"), QStringLiteral("-c"), QStringLiteral("pwned")});
     ASSERT_TRUE(QFile::remove(stage.path(QStringLiteral("pwned")))) << "it could not be executed";
     const QStringList shells = shellsHere(); // each has its turn
-    const QStringList names = manyNames();
+    const QStringList names = test::hostileNames();
     EXPECT_GE(names.size(), 200);
     for (qsizetype i = 0; i < names.size(); ++i) {
         const QString &shell = shells[i % shells.size()];
@@ -178,7 +146,7 @@ TEST(LaunchScript, hands_the_agent_the_prompt_in_the_folder_whatever_both_are_ca
 TEST(LaunchScript, survives_the_shell_that_ghostty_hands_its_command_to) {
     const Stage stage;
     const QStringList shells = shellsHere();
-    const QStringList names = hostileNames();
+    const QStringList names = test::strainingNames();
     for (qsizetype i = 0; i < names.size(); ++i) {
         SCOPED_TRACE(names[i].toStdString());
         const Case project(stage, names[i]);

@@ -31,6 +31,7 @@ public:
             return m_app->engine().phase() == SearchEngine::Phase::Idle &&
                    !m_app->briefs().running() && !m_app->capture().running();
         });
+        waitFor(m_app->published());
     }
     AppInProcess(const AppInProcess &) = delete;
     AppInProcess &operator=(const AppInProcess &) = delete;

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "base/Json.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace vorle {
+
+/// One link that another program dropped. The keys of its file, in this order; all but the address
+/// may be absent.
+struct SharedItem {
+    std::optional<QString> title = {}; ///< as the sharing app has it
+    QString url;
+    std::optional<QString> note = {};     ///< typed in the share sheet
+    std::optional<QString> project = {};  ///< that the link was tied to
+    std::optional<QString> pageText = {}; ///< at most 8,000 characters are kept
+    std::optional<QDateTime> sharedAt = {};
+
+    static constexpr auto jsonFields() {
+        return std::tuple(
+            json::field("title", &SharedItem::title), json::field("url", &SharedItem::url),
+            json::field("note", &SharedItem::note), json::field("project", &SharedItem::project),
+            json::field("pageText", &SharedItem::pageText),
+            json::field("sharedAt", &SharedItem::sharedAt));
+    }
+    bool operator==(const SharedItem &) const = default;
+};
+
+/// The folder that links are dropped into: one file each, "<UUID>.json", made under a name that
+/// begins with a dot and renamed once it is whole. Every regular file whose name ends in ".json"
+/// and begins with no dot is read, whoever called it what. Any thread, one at a time; a folder on a
+/// disk that is gone holds the caller up. Nothing here throws but drop().
+class InboxFolder {
+public:
+    /// A larger file is no link, and is not read.
+    static constexpr qint64 maxBytes = 4 << 20;
+
+    explicit InboxFolder(const QString &path);
+
+    /// What tells a file from the one that had its name before, and from what it held before.
+    struct State {
+        quint64 device = 0;
+        quint64 number = 0;
+        qint64 bytes = 0;
+        qint64 changed = 0; ///< nanoseconds
+
+        bool operator==(const State &) const = default;
+    };
+    struct Drop {
+        QByteArray name; ///< as the disk has it
+        State state;
+        std::optional<SharedItem> item; ///< nothing: it holds none, or not yet
+    };
+    struct Listing {
+        QList<Drop> drops; ///< the oldest first
+        bool more = false; ///< there are others
+    };
+    /// Reads so many files. Those of `known` whose state is the same are passed over.
+    Listing read(qsizetype most, const QHash<QByteArray, State> &known) const;
+
+    enum class Left {
+        Done,    ///< it left the folder
+        Another, ///< it was gone already; what has its name is not what was read, and stays
+        Refused  ///< the system did not let it be moved: it stays
+    };
+    /// Takes a file away that was read.
+    Left remove(const Drop &drop) const;
+    /// Puts a file that holds no link into the folder "illisibles" inside.
+    Left setAside(const Drop &drop) const;
+    QString asideFolder() const;
+
+    /// Makes the folder, and puts what an end in the middle of remove() left back into it.
+    /// @throws std::system_error when it cannot be made
+    void open() const;
+
+    /// Drops a link as other programs do: durably, in one step.
+    /// @throws std::system_error
+    void drop(const SharedItem &item) const;
+
+private:
+    Left move(const Drop &drop, const char *into) const;
+
+    QString m_path;
+};
+
+} // namespace vorle
