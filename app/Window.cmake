@@ -10,22 +10,22 @@ set(VORLE_QML
     controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
+    controls/ProjectChoice.qml controls/ProposedPage.qml controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
-    controls/AddField.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
+    controls/AddField.qml controls/AppTile.qml controls/ChartFrame.qml controls/ChartGroup.qml controls/EditableRow.qml controls/OrphanLine.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
     controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml
-    controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
+    controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/ShortcutField.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardSight.qml
-    screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml
-    screens/ClosingPanel.qml screens/onboarding/DemoStrip.qml screens/CorrectionPanel.qml
+    screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml screens/territory/ListSection.qml
+    screens/ClosingPanel.qml screens/FeedbackPanel.qml screens/FeedbackPictures.qml screens/onboarding/DemoStrip.qml screens/CorrectionPanel.qml
     screens/onboarding/InboxInvitation.qml screens/LastGhost.qml screens/Later.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/onboarding/OnboardingAgent.qml screens/onboarding/OnboardingProjects.qml screens/onboarding/OnboardingScreen.qml screens/onboarding/OnboardingStep.qml screens/onboarding/OnboardingTopics.qml
-    screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelHost.qml screens/PanelSlot.qml screens/PanelsLater.qml screens/Panels.qml screens/ReadingPage.qml
+    screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelHost.qml screens/PanelSlot.qml screens/PanelsLater.qml screens/Panels.qml screens/QuickCapturePanel.qml screens/ReadingPage.qml
     screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/settings/SettingsPanel.qml
-    screens/settings/BenchScreen.qml screens/settings/SettingsAgent.qml screens/settings/SettingsData.qml screens/settings/SettingsGeneral.qml screens/settings/SettingsMenu.qml screens/settings/SettingsRuns.qml
+    screens/settings/BenchScreen.qml screens/settings/SettingsAgent.qml screens/settings/SettingsCapture.qml screens/settings/SettingsData.qml screens/settings/SettingsGeneral.qml screens/settings/SettingsMenu.qml screens/settings/SettingsNotices.qml screens/settings/SettingsRuns.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/territory/SendPanel.qml screens/territory/TerritoryInterests.qml screens/territory/TerritoryNames.qml screens/territory/TerritoryProjects.qml
     screens/territory/TerritoryReflex.qml screens/territory/TerritoryReflexes.qml screens/territory/TerritoryScreen.qml screens/territory/TerritorySite.qml screens/territory/TerritorySites.qml
     screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
@@ -41,16 +41,26 @@ qt_add_qml_module(vorle_window
     QML_FILES ${VORLE_QML}
     SOURCES
         window/Announcer.cpp window/Announcer.h
+        window/CaptureNotices.cpp window/CaptureNotices.h
+        window/CaptureShortcut.cpp window/CaptureShortcut.h
         window/CommandServer.cpp window/CommandServer.h
+        window/AddressEvents.cpp window/AddressEvents.h
         window/AccessibilityBarrier.cpp window/AccessibilityBarrier.h
+        window/AppIcons.cpp window/AppIcons.h
         window/DemoProcess.cpp window/DemoProcess.h
+        window/Entering.cpp window/Entering.h
+        window/FeedbackModel.cpp window/FeedbackModel.h
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
         window/KeyRepeatFilter.cpp window/KeyRepeatFilter.h
         window/MainWindow.cpp window/MainWindow.h
+        window/OpenApp.cpp window/OpenApp.h
         window/Opening.cpp window/Opening.h
+        window/QuickCapture.cpp window/QuickCapture.h
         window/QuitHandler.cpp window/QuitHandler.h
+        window/RunNotices.cpp window/RunNotices.h
         window/Screens.cpp window/Screens.h
+        window/SharedLinks.cpp window/SharedLinks.h
         window/Shell.cpp window/Shell.h
         window/ShellParts.cpp window/ShellParts.h
         window/SingleInstance.cpp window/SingleInstance.h

@@ -14,6 +14,7 @@
 #include <clocale>
 #include <csignal>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -30,6 +31,13 @@ bool asksForHelp(int argc, char **argv) {
         }
     }
     return false;
+}
+
+/// How an option, alone on the line, opens the app; nothing for any other word.
+std::optional<vorle::Entrance> entranceOf(std::string_view word) {
+    return word == "--demo"     ? std::optional(vorle::Entrance::Demonstration)
+           : word == "--hidden" ? std::optional(vorle::Entrance::Hidden)
+                                : std::nullopt;
 }
 
 /// What everything else stands on. False, told on standard error, where the system refuses it.
@@ -64,20 +72,30 @@ int main(int argc, char **argv) {
         return 1;
     }
     const auto installedApps = vorle::native::installedApps();
+    const auto container = vorle::native::sharedContainer();
     // Without a command the app opens; a command starts no graphics.
-    const bool demo = argc == 2 && std::string_view(argv[1]) == "--demo";
-    if (argc <= 1 || demo) {
+    const auto entrance = argc <= 1  ? std::optional(vorle::Entrance::Window)
+                          : argc > 2 ? std::nullopt
+                                     : entranceOf(argv[1]);
+    if (entrance) {
         const auto terminals = vorle::native::terminals();
         const auto pasteboard = vorle::native::pasteboard();
         const auto links = vorle::native::linkOpener();
         const auto files = vorle::native::filePicker();
         const auto reveal = vorle::native::fileReveal();
-        return vorle::runGui(argc, argv,
-                             {*installedApps, *terminals, *pasteboard, *links, *files, *reveal,
-                              vorle::native::motionSetting},
-                             demo);
+        const auto drops = vorle::native::dropSignal();
+        const auto browser = vorle::native::frontBrowser();
+        const auto widgets = vorle::native::widgetTimelines();
+        return vorle::runGui(
+            argc, argv,
+            {*installedApps, *terminals, *pasteboard, *links, *files, *reveal, container.get(),
+             drops.get(), browser.get(), *widgets, vorle::native::motionSetting,
+             vorle::native::notifications, vorle::native::loginItem, vorle::native::globalHotKey,
+             vorle::native::keyWatch, vorle::native::mailComposer, vorle::native::programVersion()},
+            *entrance);
     }
 
     const QCoreApplication app(argc, argv);
-    return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1), *installedApps);
+    return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1), *installedApps,
+                                      container.get());
 }

@@ -13,23 +13,28 @@
 #include "app/window/MainWindow.h"
 #include "app/window/ShellParts.h"
 #include "app/wiring/Application.h"
-#include "bench/ManyTopics.h"
+#include "bench/BenchHome.h"
 #include "bench/Standing.h"
 #include "desktop/ClaudeLauncher.h"
+#include "desktop/HotKey.h"
+#include "desktop/Notifier.h"
 #include "platform/fakes/FakeFilePicker.h"
 #include "platform/fakes/FakeFileReveal.h"
+#include "platform/fakes/FakeGlobalHotKey.h"
 #include "platform/fakes/FakeLinkOpener.h"
+#include "platform/fakes/FakeLoginItem.h"
+#include "platform/fakes/FakeMailComposer.h"
+#include "platform/fakes/FakeNotifications.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
+#include "platform/qt/QtKeyWatch.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMap>
 #include <QProcess>
 #include <QQmlComponent>
-#include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
 
@@ -104,7 +109,10 @@ void turnFor(int milliseconds) {
 struct Window {
     explicit Window(Application &app)
         : launcher({app.agent().locator(), app.preferences(), terminals, pasteboard, links})
-        , shell(shellParts(app, {links, pasteboard, launcher, files, reveal}))
+        , notifier({notifications, app.preferences(), app.clock(), {}})
+        , hotKey(app.preferences(), globalHotKey)
+        , shell(shellParts(app, {links, pasteboard, launcher, files, reveal, notifier, login,
+                                 hotKey, keys, mail}))
         , main(shell, Typefaces::load(), app.store().file()) {
         QObject::connect(&main.window(), &QQuickWindow::frameSwapped, &main, [this] { ++frames; });
         main.raise();
@@ -116,7 +124,14 @@ struct Window {
     test::FakeLinkOpener links;
     test::FakeFilePicker files;
     test::FakeFileReveal reveal;
+    test::FakeNotifications notifications;
+    test::FakeLoginItem login;
     ClaudeLauncher launcher;
+    Notifier notifier;
+    test::FakeGlobalHotKey globalHotKey;
+    HotKey hotKey;
+    QtKeyWatch keys;
+    test::FakeMailComposer mail;
     Shell shell;
     MainWindow main;
     int frames = 0;
@@ -230,48 +245,8 @@ void pressKeys(int &argc, char **argv) {
     tell("decided", waiting - window.shell.inbox()->count());
 }
 
-/// A folder with a topics file and settings of its own, and the environment that leads there.
-class Home {
-public:
-    explicit Home(qsizetype topics) {
-        SystemClock clock;
-        TopicStore store(file(), Resources(), clock);
-        if (topics > 0) {
-            store.add(manyTopics(topics));
-        }
-        store.flush();
-        // Set up long ago: the first set-up would stand over what is measured.
-        QFile settings(settingsFile());
-        if (!settings.open(QIODevice::WriteOnly) || settings.write("{\"onboarded\":true}") < 0) {
-            std::fprintf(stderr, "no settings: %s\n", qPrintable(settings.errorString()));
-        }
-    }
-    QProcessEnvironment environment() const {
-        auto variables = QProcessEnvironment::systemEnvironment();
-        const auto offer = [&](const QString &name, const QString &value) {
-            if (!variables.contains(name)) {
-                variables.insert(name, value);
-            }
-        };
-        offer(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        offer(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
-        offer(QStringLiteral("XDG_RUNTIME_DIR"), m_dir.path());
-        variables.insert(QStringLiteral("HOME"), m_dir.path());
-        variables.insert(QStringLiteral("VORLE_HOME"), m_dir.path());
-        variables.insert(QStringLiteral("VORLE_STORE"), file());
-        variables.insert(QStringLiteral("VORLE_SETTINGS"), settingsFile());
-        return variables;
-    }
-
-private:
-    QString file() const { return m_dir.filePath(QStringLiteral("topics.json")); }
-    QString settingsFile() const { return m_dir.filePath(QStringLiteral("settings.json")); }
-
-    QTemporaryDir m_dir{QDir::currentPath() + QStringLiteral("/bench-window-XXXXXX")};
-};
-
 /// Runs this program again as that child and adds what it tells.
-void runChild(const QString &kind, const Home &home, Samples &samples) {
+void runChild(const QString &kind, const BenchHome &home, Samples &samples) {
     QProcess child;
     child.setProcessEnvironment(home.environment());
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -288,8 +263,8 @@ void runChild(const QString &kind, const Home &home, Samples &samples) {
 }
 
 void measureStarts() {
-    const Home empty(0);
-    const Home full(10'000);
+    const BenchHome empty(0);
+    const BenchHome full(10'000);
     Samples bare;
     Samples ours;
     Samples loaded;
@@ -314,7 +289,7 @@ void measureStarts() {
 }
 
 void measureKeys() {
-    const Home home(10'000);
+    const BenchHome home(10'000);
     Samples samples;
     runChild(QStringLiteral("keys"), home, samples);
     std::printf("a triage key at 10,000 topics (%.0f decided)  median    90 %%   worst, ms\n",
@@ -339,7 +314,7 @@ void measureIdle() {
     std::printf("idle for %d s            PSS MB  private MB  wake-ups/s  processor ms\n",
                 idleSeconds);
     for (const int topics : {0, 2'000}) {
-        const Home home(topics);
+        const BenchHome home(topics);
         QProcess program;
         program.setProcessEnvironment(home.environment());
         program.setProcessChannelMode(QProcess::ForwardedChannels);

@@ -62,6 +62,9 @@ Task<ExitStatus> ran(const Command &command, Context &context, Application &app)
 
 Task<ExitStatus> runCommand(const Command &command, Context &context, Application &app) {
     const ExitStatus status = co_await ran(command, context, app);
+    if (context.host == Host::OwnProcess) {
+        co_await app.published();
+    }
     co_return concluded(context, app, status);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/cli/Console.h"
 #include "base/Async.h"
+#include "base/WebLink.h"
 
 #include <QMap>
 #include <QSet>
@@ -9,6 +10,7 @@
 #include <QStringList>
 
 #include <exception>
+#include <functional>
 
 namespace vorle {
 class Application;
@@ -47,6 +49,13 @@ struct Arguments {
 /// go on when it has ended.
 enum class Host { OwnProcess, App };
 
+/// A link for the quick capture to propose: the person adds it, or not.
+struct LinkToCapture {
+    QString url; ///< empty: what is in front of them
+    QString title = {};
+    WebLink::Giver giver = WebLink::Giver::User;
+};
+
 /// What was asked, and where to answer: what every command is given.
 struct Context {
     Console &console;
@@ -54,6 +63,9 @@ struct Context {
     CancelToken cancel; ///< cancelled on Ctrl-C
     QStringList words;  ///< as typed, the command's name first
     Host host = Host::OwnProcess;
+    /// Opens the app's quick capture; false where it holds something else that is not added yet.
+    /// Empty in a process of its own.
+    std::function<bool(const LinkToCapture &)> openCapture = {};
 };
 
 /// One command of the program. Adding one is adding a row to `commands()`.

@@ -41,7 +41,8 @@ Task<> runThenQuit(const Command *command, Context &context, Application &app) {
         [status] { QCoreApplication::exit(static_cast<int>(status)); }, Qt::QueuedConnection);
 }
 
-int runHere(const Command &command, const QStringList &words, const InstalledApps &installedApps) {
+int runHere(const Command &command, const QStringList &words, const InstalledApps &installedApps,
+            const SharedContainer *container) {
     const Arguments arguments = parseArguments(command, words.sliced(1));
     Console console;
     std::unique_ptr<Demonstration> demonstration;
@@ -54,7 +55,7 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
         }
     }
     const Interrupts interrupts;
-    Application app(setupFor(demonstration.get(), installedApps));
+    Application app(setupFor(demonstration.get(), installedApps, container));
     if (demonstration) {
         demonstration->populate(app.preferences());
     }
@@ -64,7 +65,8 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
 }
 
 /// What the words ask for, but for whether its result could be written.
-int run(Console &console, const QStringList &words, const InstalledApps &installedApps) {
+int run(Console &console, const QStringList &words, const InstalledApps &installedApps,
+        const SharedContainer *container) {
     if (words.isEmpty() || words.first() == u"--help" || words.first() == u"-h" ||
         words.first() == u"aide") {
         console.print(helpText());
@@ -86,7 +88,7 @@ int run(Console &console, const QStringList &words, const InstalledApps &install
         return static_cast<int>(ExitStatus::Done);
     }
     try {
-        return runHere(*command, words, installedApps);
+        return runHere(*command, words, installedApps, container);
     } catch (const Failure &failure) {
         console.say(failure.text());
         return static_cast<int>(failure.status());
@@ -98,9 +100,10 @@ int run(Console &console, const QStringList &words, const InstalledApps &install
 
 } // namespace
 
-int runCommandLine(const QStringList &words, const InstalledApps &installedApps) {
+int runCommandLine(const QStringList &words, const InstalledApps &installedApps,
+                   const SharedContainer *container) {
     Console console;
-    const int status = run(console, words, installedApps);
+    const int status = run(console, words, installedApps, container);
     if (!Console::wroteAll() && status == static_cast<int>(ExitStatus::Done)) {
         console.say(French::tr("Le résultat n’a pas pu être écrit en entier."));
         return static_cast<int>(ExitStatus::Failed);

@@ -21,7 +21,11 @@ InstalledAppsList apps(const Application &app) { return app.appLister(); }
 
 TopicsToChange topicsToChange(Application &app) {
     return {[&app] { return app.topicsFile(); }, on(app, &Application::lock),
-            on(app, &Application::store), on(app, &Application::preferences)};
+            OnDemand<TopicStore>([&app]() -> TopicStore & {
+                app.widget(); // tells of what is going to change
+                return app.store();
+            }),
+            on(app, &Application::preferences)};
 }
 
 const QList<Command> &commands() {
@@ -62,6 +66,33 @@ const QList<Command> &commands() {
                                on(app, &Application::provenance),
                                on(app, &Application::rediscoveries), app.clock());
              }},
+        {.name = QStringLiteral("ajouter"),
+         .synopsis = French::tr("URL|FICHIER [--titre T] [--note N] [--projet P] [--deposer] "
+                                "[--demo]"),
+         .summary = French::tr("ajoute un lien, le lit et le juge ; --deposer le laisse à l’app, "
+                               "qui le prend quand elle est ouverte, comme un fichier de lien"),
+         .minArguments = 1,
+         .maxArguments = 1,
+         .flags = {json, QStringLiteral("deposer"), demo},
+         .options = {QStringLiteral("titre"), QStringLiteral("note"), QStringLiteral("projet")},
+         .throughApp = true,
+         .run =
+             [](Context &c, Application &app) {
+                 return ajouter(c,
+                                {topicsToChange(app), on(app, &Application::capture),
+                                 [&app] { return app.sharedPath(QStringLiteral("Inbox")); }},
+                                app.clock());
+             }},
+        {.name = QStringLiteral("capturer"),
+         .synopsis = French::tr("[URL] [--titre T]"),
+         .summary = French::tr("ouvre la capture rapide, sur ce lien si tu en donnes un ; rien "
+                               "n’est ajouté sans toi"),
+         .maxArguments = 1,
+         .flags = {json},
+         .options = {QStringLiteral("titre")},
+         .throughApp = true,
+         .run = [](Context &c,
+                   Application &app) { return capturer(c, [&app] { return app.topicsFile(); }); }},
         {.name = QStringLiteral("trier"),
          .synopsis = French::tr("ID garder|plus-tard|pas-pour-moi|fait|retirer|retrier "
                                 "[--avis meh|useful|gem]"),
@@ -227,6 +258,22 @@ const QList<Command> &commands() {
          .flags = {json},
          .run = [](Context &c,
                    Application &app) { return agents(c, on(app, &Application::agent)); }},
+        {.name = QStringLiteral("integrer"),
+         .synopsis = QStringLiteral("[--retirer]"),
+         .summary = French::tr("sous Linux, ajoute « Ajouter à vorle » à ton gestionnaire de "
+                               "fichiers et ouvre les adresses vorle: avec vorle"),
+         .flags = {json, QStringLiteral("retirer")},
+         .run = [](Context &c, Application &app) { return integrer(c, app.resources()); }},
+        {.name = QStringLiteral("widget"),
+         .synopsis = QStringLiteral("[--format json|waybar|polybar]"),
+         .summary = French::tr("dit en une ligne où en est ta veille, pour une barre d’état ou "
+                               "un widget"),
+         .flags = {json},
+         .options = {QStringLiteral("format")},
+         .run =
+             [](Context &c, Application &app) {
+                 return widget(c, [&app] { return app.widgetFile(); }, app.clock());
+             }},
         {.name = QStringLiteral("diagnostic"),
          .synopsis = {},
          .summary = French::tr("dit versions, fichiers, IA et dernières erreurs, sans rien de tes "

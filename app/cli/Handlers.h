@@ -46,6 +46,15 @@ Task<ExitStatus> consignes(Context &context, PromptSources sources);
 Task<ExitStatus> sujets(Context &context, OnDemand<TopicStore> topics,
                         OnDemand<Preferences> preferences, OnDemand<ScoreProvenanceLog> provenance,
                         OnDemand<RediscoveryLog> rediscoveries, const Clock &clock);
+/// Where links are added, and what of.
+struct LinkDoors {
+    TopicsToChange topics;
+    OnDemand<LinkCapture> capture;
+    std::function<QString()> inbox; ///< the drop folder; @throws std::system_error
+};
+Task<ExitStatus> ajouter(Context &context, LinkDoors doors, const Clock &clock);
+Task<ExitStatus> capturer(Context &context, std::function<QString()> topicsFile);
+Task<ExitStatus> integrer(Context &context, const Resources &resources);
 Task<ExitStatus> trier(Context &context, TopicsToChange topics, OnDemand<LinkCapture> capture,
                        const Clock &clock);
 Task<ExitStatus> corriger(Context &context, TopicsToChange topics, const Clock &clock);
@@ -71,6 +80,8 @@ Task<ExitStatus> reparer(Context &context, TopicsToChange topics);
 Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
                       const Resources &resources);
 Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent);
+/// Shows the file that widgets read.
+Task<ExitStatus> widget(Context &context, std::function<QString()> file, const Clock &clock);
 Task<ExitStatus> diagnostic(Context &context, DiagnosticSources sources);
 
 } // namespace vorle::cli

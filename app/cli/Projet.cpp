@@ -106,7 +106,10 @@ Task<> addProject(Context &context, Preferences &preferences, QString folder) {
         throw Failure(French::tr("Donne un nom au projet : --nom NOM"), ExitStatus::Usage);
     }
     if (auto refusal = territory::addProject(preferences, name, path)) {
-        throw Failure(*refusal + u' ' + French::tr("Choisis un autre nom avec --nom."));
+        const bool isFollowed = territory::projectAt(preferences.settings(), path).has_value();
+        throw Failure(isFollowed
+                          ? *refusal
+                          : *refusal + u' ' + French::tr("Choisis un autre nom avec --nom."));
     }
     requireSaved(preferences);
     if (context.arguments.options.contains(QStringLiteral("description"))) {

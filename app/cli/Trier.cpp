@@ -1,4 +1,5 @@
 #include "app/cli/Handlers.h"
+#include "app/cli/ReadNow.h"
 #include "app/cli/TopicArgument.h"
 #include "app/cli/TopicCards.h"
 #include "app/labels/DecisionLabels.h"
@@ -86,46 +87,12 @@ bool waitsInProgram(const TopicsToChange &topics, const Clock &clock, const QUui
                                [&](const TopicPtr &topic) { return topic->id == id; });
 }
 
-/// Has the link read and judged, and waits for it. @throws Failure, Cancelled
-Task<> readNow(Context &context, LinkCapture &capture, QUuid id) {
-    const OneShot over;
-    QString problem;
-    QObject scope; // the connections go with it
-    QObject::connect(&capture, &LinkCapture::failed, &scope,
-                     [&problem, id](const QUuid &which, const QString &text) {
-                         problem = which == id ? text : problem;
-                     });
-    const auto look = [&capture, over, id](const QUuid &which) {
-        if (which == id || !capture.running()) {
-            over.fire();
-        }
-    };
-    QObject::connect(&capture, &LinkCapture::completed, &scope, look);
-    QObject::connect(&capture, &LinkCapture::failed, &scope, look);
-    QObject::connect(&capture, &LinkCapture::runningChanged, &scope, [look] { look({}); });
-    // What the window asked for goes on without the terminal.
-    const auto stop = context.cancel.onCancel([&capture, over, host = context.host] {
-        host == Host::OwnProcess ? capture.stop() : over.fire();
-    });
-    context.console.progress(French::tr("Je lis la page et je la juge…"), 0, 1, QString());
-    capture.ask(id);
-    co_await over;
-    // A process of its own ends with the command: the picture is waited for.
-    if (context.host == Host::OwnProcess) {
-        co_await capture.ended();
-    }
-    context.console.endProgress();
-    context.cancel.throwIfCancelled();
-    if (!problem.isEmpty()) {
-        throw Failure(problem);
-    }
-}
-
 /// "retrier" on a captured link that nobody read: it waits again, and is read.
 Task<> retryUnread(Context &context, TopicStore &store, LinkCapture &capture, TopicPtr topic) {
     TopicStore::TriageState waiting;
     waiting.status = TopicStatus::Pending;
     store.restore(topic->id, waiting);
+    capture.ask(topic->id);
     co_await readNow(context, capture, topic->id);
     const TopicPtr now = store.topic(topic->id);
     if (!now || now->status != TopicStatus::Inbox) {

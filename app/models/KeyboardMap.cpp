@@ -170,25 +170,29 @@ struct Press {
     int modifiers;
 };
 
+/// What the digit row of a French keyboard gives without Shift, a PC's and a Mac's.
+constexpr struct {
+    int key;
+    int digit;
+} frenchDigits[] = {
+    {Qt::Key_Agrave, 0},     {Qt::Key_Ampersand, 1},  {Qt::Key_Eacute, 2}, {Qt::Key_QuoteDbl, 3},
+    {Qt::Key_Apostrophe, 4}, {Qt::Key_ParenLeft, 5},  {Qt::Key_Minus, 6},  {Qt::Key_section, 6},
+    {Qt::Key_Egrave, 7},     {Qt::Key_Underscore, 8}, {Qt::Key_Exclam, 8}, {Qt::Key_Ccedilla, 9},
+};
+
 /// The press as the table writes it. On a French keyboard the digits need Shift, and without it
 /// their keys give other signs; "?" and "/" need Shift there or elsewhere.
 Press normal(int key, int modifiers) {
     const bool keypad = (modifiers & Qt::KeypadModifier) != 0; // its signs are what they say
     modifiers &= ~static_cast<int>(Qt::KeypadModifier);
-    constexpr int digitRow[][2] = {
-        {Qt::Key_Ampersand, Qt::Key_1}, {Qt::Key_Eacute, Qt::Key_2},
-        {Qt::Key_QuoteDbl, Qt::Key_3},  {Qt::Key_Apostrophe, Qt::Key_4},
-        {Qt::Key_ParenLeft, Qt::Key_5}, {Qt::Key_Minus, Qt::Key_6},
-        {Qt::Key_section, Qt::Key_6},
-    };
     const bool shift = (modifiers & Qt::ShiftModifier) != 0;
     if (!shift && !keypad) {
-        const auto digit =
-            std::ranges::find_if(digitRow, [key](const auto &pair) { return pair[0] == key; });
-        return {digit == std::end(digitRow) ? key : (*digit)[1], modifiers};
+        const auto sign =
+            std::ranges::find_if(frenchDigits, [key](const auto &each) { return each.key == key; });
+        return {sign == std::end(frenchDigits) ? key : Qt::Key_0 + sign->digit, modifiers};
     }
     const bool shiftMakesIt =
-        (key >= Qt::Key_1 && key <= Qt::Key_6) || key == Qt::Key_Question || key == Qt::Key_Slash;
+        (key >= Qt::Key_0 && key <= Qt::Key_9) || key == Qt::Key_Question || key == Qt::Key_Slash;
     return {key, shiftMakesIt ? modifiers & ~static_cast<int>(Qt::ShiftModifier) : modifiers};
 }
 
@@ -233,17 +237,20 @@ QString spelled(const QString &glyphs, KeySpelling spelling) {
 KeyboardMap::KeyboardMap(AgentKind agent, KeySpelling spelling, QObject *parent)
     : QObject(parent), m_agent(agent), m_spelling(spelling) {}
 
-QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling) {
+QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling,
+                                   const std::optional<QString> &captureKeys) {
     QList<KeyGroup> groups;
     for (const Row &row : rows) {
-        if (row.keys.isEmpty()) {
+        const bool ofTheSystem = row.bindings.empty() && captureKeys; // the only one of its kind
+        const QString keys = ofTheSystem ? *captureKeys : spelled(row.keys.toString(), spelling);
+        if (keys.isEmpty()) {
             continue;
         }
         const QString title = titleOf(row.group);
         if (groups.isEmpty() || groups.last().title != title) {
             groups.append({title, {}});
         }
-        groups.last().rows.append({spelled(row.keys.toString(), spelling), labelOf(row, agent)});
+        groups.last().rows.append({keys, labelOf(row, agent)});
     }
     return groups;
 }
@@ -263,6 +270,13 @@ KeyboardMap::Action KeyboardMap::action(sections::Section section, int key, int 
         }
     }
     return NoAction;
+}
+
+int KeyboardMap::digit(int key, int modifiers) const {
+    const Press press = normal(key, modifiers);
+    return press.modifiers == plain && press.key >= Qt::Key_0 && press.key <= Qt::Key_9
+               ? press.key - Qt::Key_0
+               : -1;
 }
 
 bool KeyboardMap::isEverywhere(Action action) const {
@@ -301,7 +315,16 @@ void KeyboardMap::setAgent(AgentKind agent) {
     }
 }
 
-QVariantList KeyboardMap::groups() const { return variants(sheet(m_agent, m_spelling)); }
+void KeyboardMap::setCaptureKeys(const QString &keys) {
+    if (keys != m_captureKeys) {
+        m_captureKeys = keys;
+        Q_EMIT groupsChanged();
+    }
+}
+
+QVariantList KeyboardMap::groups() const {
+    return variants(sheet(m_agent, m_spelling, m_captureKeys));
+}
 
 QString KeyboardMap::inboxHint() const {
     return spelled(tr("↑ ↓ pour naviguer · Espace pour agrandir · ⌘Z pour annuler"), m_spelling);

@@ -10,6 +10,8 @@
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
+
 namespace vorle {
 
 /// How keys are written: a Mac's glyphs (⌃⌥⇧⌘), or words ("Ctrl+Alt+Maj", ⌘ being Ctrl).
@@ -92,8 +94,9 @@ public:
         WorthMeh,
         WorthUseful,
         WorthGem,
-        ReadAgain, ///< has no key: a captured link that could not be judged is tried once more
-        Correct    ///< has no key: the chosen topic's score is given by hand
+        ReadAgain,   ///< has no key: a captured link that could not be judged is tried once more
+        Correct,     ///< has no key: the chosen topic's score is given by hand
+        SendFeedback ///< has no key: a message to the maker is written
     };
     Q_ENUM(Action)
 
@@ -106,6 +109,9 @@ public:
     /// Shift. A key event that repeats is to be dropped unless `repeats`.
     Q_INVOKABLE vorle::KeyboardMap::Action action(vorle::sections::Section section, int key,
                                                   int modifiers, bool textFieldFocused) const;
+    /// The digit that a press gives, 0 to 9, on a French keyboard with Shift or without; -1 for any
+    /// other press.
+    Q_INVOKABLE int digit(int key, int modifiers) const;
     /// Whether the action stands under "Partout": it acts while the menu has the keyboard too.
     Q_INVOKABLE bool isEverywhere(vorle::KeyboardMap::Action action) const;
     /// Whether holding the key down goes on doing it: moving through the list does, nothing that
@@ -117,14 +123,18 @@ public:
     Q_INVOKABLE QString keys(vorle::KeyboardMap::Action action) const;
 
     void setAgent(AgentKind agent);
+    /// What opens the quick capture from any application; "" where nothing does. Until it is told,
+    /// the sheet shows the combination that is asked for at first.
+    void setCaptureKeys(const QString &keys);
 
     QVariantList groups() const;
     /// The line under the list of "À trier".
     QString inboxHint() const;
     QString openCardHint() const;
 
-    /// The sheet as values.
-    static QList<KeyGroup> sheet(AgentKind agent, KeySpelling spelling);
+    /// The sheet as values; without `captureKeys`, as it is before they are told.
+    static QList<KeyGroup> sheet(AgentKind agent, KeySpelling spelling,
+                                 const std::optional<QString> &captureKeys = {});
 
 Q_SIGNALS:
     void groupsChanged();
@@ -132,6 +142,7 @@ Q_SIGNALS:
 private:
     AgentKind m_agent;
     KeySpelling m_spelling;
+    std::optional<QString> m_captureKeys;
 };
 
 } // namespace vorle

@@ -39,6 +39,9 @@ QtObject {
         case KeyboardMap.OpenSettings:
             panels.open(PanelHost.Settings);
             break;
+        case KeyboardMap.SendFeedback:
+            panels.open(PanelHost.Feedback);
+            break;
         case KeyboardMap.ShowShortcuts:
             if (panels.isShown(PanelHost.Shortcuts)) {
                 panels.close();

@@ -72,6 +72,7 @@ Panel {
         ScoreDigits {
             id: digits
             width: parent.width
+            keyboard: panel.shell.keyboard
             appScore: panel.appScore
         }
         Label {

@@ -9,10 +9,15 @@ Loader {
     required property Shell shell
     required property string document // beside this file; its root has a `shell`
 
-    // At once, also where it is being read already.
+    // At once. What is being read in the background is let go: a loader that is told to go on at
+    // once forgets what it was given.
     function need() {
-        asynchronous = false;
-        active = true;
+        if (item === null) {
+            active = false;
+            asynchronous = false;
+            setSource(Qt.resolvedUrl(document), { shell: shell });
+            active = true;
+        }
     }
 
     active: false

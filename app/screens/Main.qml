@@ -35,12 +35,13 @@ Window {
         if (shell.onboarding.shown) {
             onboarding.forceActiveFocus();
         } else if (!panels.anyShown()) {
-            screen.focusContent();
+            screen?.focusContent();
         }
     }
     function go(section: int) {
+        panels.close();
         sections.current = section;
-        screen.focusContent();
+        resume();
     }
     function showTopic(section: int, topicId: string) {
         panels.close();
@@ -291,10 +292,7 @@ Window {
             onAdded: main.go(Section.Inbox)
             onFound: (section, topicId) => main.showTopic(section, topicId)
             onQuitAsked: main.quitAsked()
-            onSectionAsked: section => {
-                panels.close();
-                main.go(section);
-            }
+            onSectionAsked: section => main.go(section)
         }
     }
 }

@@ -13,7 +13,8 @@ Item {
         Calibration,
         Send,
         Apps,
-        StartAgain
+        StartAgain,
+        Feedback
     }
 
     required property Shell shell

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -6,11 +7,11 @@ import Vorle.Models
 PanelHost {
     id: panels
 
-    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, bench, closing, calibration, send, apps, decisions, startAgain]
+    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, bench, closing, calibration, send, apps, decisions, startAgain, feedback]
     // As PanelHost.Panel has them.
-    readonly property list<PanelSlot> asked: [search, shortcuts, addLink, settings, closing, calibration, send, apps, startAgain]
+    readonly property list<PanelSlot> asked: [search, shortcuts, addLink, settings, closing, calibration, send, apps, startAgain, feedback]
 
-    shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || bench.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown
+    shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || bench.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown || feedback.shown
 
     function open(panel: int) {
         switch (panel) {
@@ -19,6 +20,11 @@ PanelHost {
             break;
         case PanelHost.Calibration:
             shell.calibration.begin();
+            break;
+        case PanelHost.Feedback:
+            if (!feedback.shown) { // asked for once more, it would show itself
+                shell.screens.feedback.begin(Window.window);
+            }
             break;
         }
         raise(asked[panel]);
@@ -77,6 +83,7 @@ PanelHost {
             onTerritoryAsked: panels.sectionAsked(Section.Territory)
             onReportAsked: panels.sectionAsked(Section.Report)
             onBenchAsked: panels.raise(bench)
+            onFeedbackAsked: panels.open(PanelHost.Feedback)
             onOnboardingAsked: {
                 panels.close();
                 panels.shell.onboarding.beginAgain();
@@ -99,6 +106,7 @@ PanelHost {
         onGone: panels.gone()
         sourceComponent: CalibrationPanel {
             model: panels.shell.calibration
+            keyboard: panels.shell.keyboard
         }
     }
     PanelSlot {
@@ -132,6 +140,13 @@ PanelHost {
             confirmText: qsTr("Repartir de zéro")
             keepText: qsTr("Garder mes réflexes")
             onConfirmed: panels.shell.territory.reflexes.startAgain()
+        }
+    }
+    PanelSlot {
+        id: feedback
+        onGone: panels.gone()
+        sourceComponent: FeedbackPanel {
+            model: panels.shell.screens.feedback
         }
     }
     PanelSlot {

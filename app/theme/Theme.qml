@@ -85,6 +85,7 @@ QtObject {
     readonly property int quick: reducedMotion ? 0 : 120
     readonly property int calm: reducedMotion ? 0 : 200
     readonly property int ghostStay: 5000
+    readonly property int addedStay: 3000
 
     // A size of type, as large as the user wants it.
     function scaled(pixels: real): int {

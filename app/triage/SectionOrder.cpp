@@ -8,19 +8,6 @@ namespace vorle {
 
 namespace {
 
-bool soonerInInbox(const PlacedTopic &a, const PlacedTopic &b) {
-    const bool reading = isBeingRead(*a.topic);
-    if (reading != isBeingRead(*b.topic)) {
-        return reading;
-    }
-    if (a.tier != b.tier) {
-        return a.tier < b.tier;
-    }
-    const int score = shownScore(*a.topic).value_or(0);
-    const int other = shownScore(*b.topic).value_or(0);
-    return score != other ? score > other : a.topic->foundAt > b.topic->foundAt;
-}
-
 /// The section's order; it may hold two topics equal.
 bool sooner(TopicSection section, const PlacedTopic &a, const PlacedTopic &b) {
     if (a.moved != b.moved) {
@@ -31,7 +18,7 @@ bool sooner(TopicSection section, const PlacedTopic &a, const PlacedTopic &b) {
     }
     switch (section) {
     case TopicSection::Inbox:
-        return soonerInInbox(a, b);
+        return inboxOrder(*a.topic, a.tier, *b.topic, b.tier);
     case TopicSection::Program:
         return programOrder(*a.topic, *b.topic);
     case TopicSection::Reserve:

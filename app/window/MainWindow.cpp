@@ -1,10 +1,13 @@
 #include "app/window/MainWindow.h"
 
+#include "app/window/AppIcons.h"
 #include "app/window/KeyRepeatFilter.h"
 #include "app/window/Shell.h"
 #include "platform/MotionSetting.h"
 
+#include <QCursor>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QPalette>
 #include <QQmlComponent>
 #include <QQuickItem>
@@ -56,6 +59,11 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
     connect(m_window, SIGNAL(demoAsked()), this, SIGNAL(demoAsked()));
     connect(m_window, SIGNAL(returnAsked()), this, SIGNAL(returnAsked()));
+    connect(shell.quickCapture(), &QuickCapture::raised, this, &MainWindow::showCapture);
+    connect(shell.quickCapture(), &QuickCapture::opened, this, [this] {
+        showCapture();
+        QMetaObject::invokeMethod(m_captureScreen.get(), "begin");
+    });
 }
 
 MainWindow::~MainWindow() {
@@ -68,6 +76,10 @@ void MainWindow::observe(MotionSetting &motion) {
     m_motion = &motion;
     motion.follow([this] { followSystem(); });
     followSystem();
+}
+
+void MainWindow::showIconsOf(const InstalledApps &apps) {
+    m_engine.addImageProvider(QStringLiteral("apps"), new AppIcons(apps, QIcon::themeName()));
 }
 
 bool MainWindow::motionIsReduced() const {
@@ -128,6 +140,15 @@ void MainWindow::perform(KeyboardMap::Action action) {
     QMetaObject::invokeMethod(m_window, "perform", Q_ARG(int, static_cast<int>(action)));
 }
 
+void MainWindow::showSection(const QString &title) {
+    raise();
+    for (int section = 0; section < sectionCount; ++section) {
+        if (Sections::title(static_cast<Section>(section)) == title) {
+            QMetaObject::invokeMethod(m_window, "go", Q_ARG(int, section));
+        }
+    }
+}
+
 void MainWindow::toggleStatus(const QRect &item) {
     if (!m_statusScreen) {
         m_statusScreen = made(QStringLiteral("screens/StatusPanel.qml"),
@@ -143,7 +164,7 @@ void MainWindow::toggleStatus(const QRect &item) {
         constexpr int toolBar = 0x8;
         made->setProperty("_q_xcb_wm_window_type", toolBar);
         connect(made, SIGNAL(openAsked()), this, SLOT(raise()));
-        connect(made, SIGNAL(addAsked()), this, SLOT(add()));
+        connect(made, SIGNAL(addAsked()), this, SLOT(captureFromStatus()));
         connect(made, SIGNAL(settingsAsked()), this, SLOT(openSettings()));
     }
     auto *panel = qobject_cast<QQuickWindow *>(m_statusScreen.get());
@@ -156,6 +177,7 @@ void MainWindow::toggleStatus(const QRect &item) {
     const QScreen *screen = QGuiApplication::screenAt(item.center());
     const QRect free = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
     m_shell.refresh();
+    m_statusFront = m_shell.quickCapture()->frontApp();
     panel->setPosition(besideItem(item, panel->size(), free));
     panel->show();
     panel->raise();
@@ -167,15 +189,56 @@ bool MainWindow::isStatusShown() const {
     return panel != nullptr && panel->isVisible();
 }
 
+void MainWindow::captureFromStatus() { m_shell.quickCapture()->openOver(m_statusFront); }
+
+void MainWindow::showCapture() {
+    if (!m_captureScreen) {
+        m_captureScreen =
+            made(QStringLiteral("screens/QuickCapturePanel.qml"),
+                 {{QStringLiteral("capture"), QVariant::fromValue(m_shell.quickCapture())}});
+        auto *made = qobject_cast<QQuickWindow *>(m_captureScreen.get());
+        connect(made, &QWindow::visibleChanged, m_shell.quickCapture(), &QuickCapture::setShown);
+        new KeyRepeatFilter(*made);
+    }
+    auto *panel = qobject_cast<QQuickWindow *>(m_captureScreen.get());
+    if (!panel->isVisible()) {
+        // Where the person looks: the screen with the pointer, above its middle.
+        const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
+        const QRect free =
+            (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+        panel->setPosition(free.x() + (free.width() - panel->width()) / 2,
+                           free.y() + free.height() / 5);
+        panel->show();
+    }
+    panel->raise();
+    panel->requestActivate();
+}
+
 void MainWindow::finishEditing() {
     if (QQuickItem *item = m_window->activeFocusItem()) {
         item->setFocus(false);
+    }
+    // A row keeps its field open while another window is in front, or where it was refused.
+    QList<QQuickItem *> open;
+    const auto look = [&](const auto &self, QQuickItem &item) -> void {
+        if (item.property("editing").toBool() && item.metaObject()->indexOfMethod("leave()") >= 0) {
+            open += &item;
+        }
+        for (QQuickItem *child : item.childItems()) {
+            self(self, *child);
+        }
+    };
+    look(look, *m_window->contentItem());
+    for (QQuickItem *row : open) {
+        QMetaObject::invokeMethod(row, "leave");
     }
 }
 
 void MainWindow::add() { perform(KeyboardMap::AddTopic); }
 
 void MainWindow::openSettings() { perform(KeyboardMap::OpenSettings); }
+
+void MainWindow::writeFeedback() { perform(KeyboardMap::SendFeedback); }
 
 void MainWindow::askToClose() {
     raise();

@@ -14,6 +14,7 @@
 
 namespace vorle {
 
+class InstalledApps;
 class MotionSetting;
 class Shell;
 
@@ -37,19 +38,31 @@ public:
     /// outlives the window.
     void observe(MotionSetting &motion);
 
+    /// Shows apps with the icons that they have on this machine, from now on; without it, with
+    /// their letters. `apps` outlives the window.
+    void showIconsOf(const InstalledApps &apps);
+
     /// Shows the window and brings it to the front.
     Q_SLOT void raise();
     Q_SLOT void add();
+    /// Opens the quick capture from the small panel, which took the place of what was in front.
+    Q_SLOT void captureFromStatus();
     Q_SLOT void openSettings();
+    Q_SLOT void writeFeedback();
     /// Shows the window and does what the keyboard map calls so.
     void perform(KeyboardMap::Action action);
+    /// Shows the window on the section of that title, whatever lay over it; on the one it shows
+    /// already where there is none.
+    void showSection(const QString &title);
     void saveState();
     /// Asks whether to quit although a run is under way; a yes is `quitAsked`.
     void askToClose();
     /// Shows the small panel of the menu-bar item, or puts it away.
     void toggleStatus(const QRect &item);
     bool isStatusShown() const;
-    /// Has a note that is being written saved, as leaving its field would.
+    /// Shows the quick capture as it is.
+    void showCapture();
+    /// Has what is being written saved, as leaving its field would.
     void finishEditing();
 
 Q_SIGNALS:
@@ -78,9 +91,11 @@ private:
     std::unique_ptr<QObject> m_look; // what the theme is turned by
     std::unique_ptr<QObject> m_screens;
     QQuickWindow *m_window = nullptr;
-    std::unique_ptr<QObject> m_statusScreen; // made when it is first asked for
-    QElapsedTimer m_statusGone;              // since it was put away
-    QTimer m_moved;                          // since the window was
+    std::unique_ptr<QObject> m_statusScreen;  // made when it is first asked for
+    std::unique_ptr<QObject> m_captureScreen; // likewise
+    QString m_statusFront;                    // the application that was in front of it
+    QElapsedTimer m_statusGone;               // since it was put away
+    QTimer m_moved;                           // since the window was
 };
 
 } // namespace vorle

@@ -6,7 +6,10 @@
 
 namespace vorle {
 
-Screens::Screens(Parts parts, QObject *parent) : QObject(parent), m_parts(std::move(parts)) {}
+Screens::Screens(Parts parts, QObject *parent)
+    : QObject(parent)
+    , m_parts(std::move(parts))
+    , m_captureShortcut(m_parts.preferences, m_parts.hotKey, m_parts.keys) {}
 
 Screens::~Screens() = default;
 
@@ -30,6 +33,22 @@ TransferModel *Screens::transfer() {
             TransferModel::Parts{m_parts.store, m_parts.files, m_parts.clock, m_parts.readOn});
     }
     return m_transfer.get();
+}
+
+DesktopSettings *Screens::desktop() {
+    if (!m_desktop) {
+        m_desktop = std::make_unique<DesktopSettings>(m_parts.notifier, m_parts.login);
+    }
+    return m_desktop.get();
+}
+
+FeedbackModel *Screens::feedback() {
+    if (!m_feedback) {
+        m_feedback = std::make_unique<FeedbackModel>(FeedbackModel::Parts{
+            m_parts.mail, m_parts.files, m_parts.pasteboard, m_parts.feedbackLine});
+        connect(m_feedback.get(), &FeedbackModel::said, this, &Screens::said);
+    }
+    return m_feedback.get();
 }
 
 QString Screens::topicsPath() const { return shownPath(m_parts.store.file()); }

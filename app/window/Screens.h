@@ -2,8 +2,11 @@
 
 #include "agents/Ask.h"
 #include "app/models/settings/BenchPreview.h"
+#include "app/models/settings/DesktopSettings.h"
 #include "app/models/settings/SettingsPages.h"
 #include "app/models/settings/TransferModel.h"
+#include "app/window/CaptureShortcut.h"
+#include "app/window/FeedbackModel.h"
 #include "base/Async.h"
 #include "base/Clock.h"
 #include "core/Preferences.h"
@@ -19,6 +22,11 @@ namespace vorle {
 
 class FilePicker;
 class FileReveal;
+class LoginItem;
+class Notifier;
+class HotKey;
+class KeyWatch;
+class MailComposer;
 class Pasteboard;
 
 /// What single screens stand on, beside what the whole window does: each model is made when its
@@ -30,6 +38,9 @@ class Screens final : public QObject {
     Q_PROPERTY(vorle::SettingsPages *settingsPages READ settingsPages CONSTANT FINAL)
     Q_PROPERTY(vorle::BenchPreview *bench READ bench CONSTANT FINAL)
     Q_PROPERTY(vorle::TransferModel *transfer READ transfer CONSTANT FINAL)
+    Q_PROPERTY(vorle::DesktopSettings *desktop READ desktop CONSTANT FINAL)
+    Q_PROPERTY(vorle::CaptureShortcut *captureShortcut READ captureShortcut CONSTANT FINAL)
+    Q_PROPERTY(vorle::FeedbackModel *feedback READ feedback CONSTANT FINAL)
     /// Where the topics lie, with "~" for the home.
     Q_PROPERTY(QString topicsPath READ topicsPath CONSTANT FINAL)
     /// "Montrer dans le Finder"
@@ -38,15 +49,21 @@ class Screens final : public QObject {
 public:
     /// All of it outlives them.
     struct Parts {
-        const Preferences &preferences;
+        Preferences &preferences;
         TopicStore &store;
         Asker &asker;
         const Clock &clock;
         Pasteboard &pasteboard;
         FilePicker &files;
         FileReveal &reveal;
+        Notifier &notifier;
+        LoginItem &login;
+        HotKey &hotKey;
+        KeyWatch &keys;
+        MailComposer &mail;
         std::function<QString()> diagnosticText;
-        std::function<void()> readOn; ///< has captured links that wait be read
+        std::function<QString()> feedbackLine; ///< see FeedbackModel
+        std::function<void()> readOn;          ///< has captured links that wait be read
     };
     explicit Screens(Parts parts, QObject *parent = nullptr);
     ~Screens() override;
@@ -54,6 +71,9 @@ public:
     SettingsPages *settingsPages();
     BenchPreview *bench();
     TransferModel *transfer();
+    DesktopSettings *desktop();
+    CaptureShortcut *captureShortcut() { return &m_captureShortcut; }
+    FeedbackModel *feedback();
     QString topicsPath() const;
     QString revealLabel() const;
 
@@ -73,6 +93,9 @@ private:
     std::unique_ptr<SettingsPages> m_settingsPages;
     std::unique_ptr<BenchPreview> m_bench;
     std::unique_ptr<TransferModel> m_transfer;
+    std::unique_ptr<DesktopSettings> m_desktop;
+    CaptureShortcut m_captureShortcut; // which the shortcut sheet follows
+    std::unique_ptr<FeedbackModel> m_feedback;
 };
 
 } // namespace vorle

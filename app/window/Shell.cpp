@@ -33,6 +33,10 @@ bool guardsPersonalFolders() { return QSysInfo::kernelType() == u"darwin"; }
 Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(std::move(parts)) {
     makeTopicModels();
     makeOtherModels();
+    m_captureNotices = std::make_unique<CaptureNotices>(m_parts.capture, m_parts.store);
+    m_quickCapture = std::make_unique<QuickCapture>(
+        QuickCapture::Parts{m_parts.preferences, m_parts.store, m_parts.capture,
+                            BrowserTab(m_parts.browser, m_parts.pasteboard)});
     follow(m_parts.capture);
     follow(m_parts.briefs);
     followStores();
@@ -68,7 +72,7 @@ void Shell::makeOtherModels() {
     TopicStore &store = m_parts.store;
     Preferences &preferences = m_parts.preferences;
     const Clock &clock = m_parts.clock;
-    m_territory = std::make_unique<TerritoryModel>(TerritoryParts{
+    m_territory = std::make_unique<TerritoryModel>(TerritoryModel::Parts{
         preferences, store, m_parts.asker, m_parts.feeds, m_parts.files, clock, m_parts.apps});
     m_settings = std::make_unique<SettingsModel>(preferences);
     m_agentStates = std::make_unique<AgentStates>(m_parts.agents, preferences);
@@ -90,6 +94,7 @@ void Shell::makeOtherModels() {
     connect(m_figures.get(), &FiguresModel::said, this, &Shell::say);
     m_screens = std::make_unique<Screens>(m_parts.screens);
     connect(m_screens.get(), &Screens::said, this, &Shell::say);
+    m_screens->captureShortcut()->tell(*m_keyboard);
 }
 
 void Shell::followStores() {
@@ -171,6 +176,8 @@ QString Shell::remedy() const {
     case Matter::Save:
     case Matter::Capture:
         return tr("Réessayer");
+    case Matter::Postponed:
+        return tr("Tout lire");
     default:
         return {};
     }
@@ -194,6 +201,8 @@ void Shell::takeRemedy() {
         m_parts.store.save();
     } else if (matter == Matter::Capture) {
         m_parts.capture.resume();
+    } else if (matter == Matter::Postponed) {
+        m_parts.capture.askPostponed();
     }
 }
 
@@ -285,8 +294,11 @@ void Shell::refresh() {
     m_budget->refresh();
     m_figures->refresh();
     m_agentStates->refresh();
+    m_parts.capture.look();
     followAgent();
 }
+
+void Shell::openQuickCapture() { m_quickCapture->open(); }
 
 void Shell::goOn() {
     m_run->goOn();
@@ -308,49 +320,19 @@ Task<> Shell::stopped() {
     co_await m_work.join();
 }
 
-/// What a captured link's state says goes to its card, and all that failed together to the notice.
+/// What a captured link's state says goes to its card, and all of them together to the notices.
 void Shell::follow(LinkCapture &capture) {
-    connect(&capture, &LinkCapture::failed, this, [this](const QUuid &id) {
-        m_failedLinks.removeOne(id);
-        m_failedLinks.append(id);
-        tell(Matter::Capture, failedLinksText());
-    });
+    using Kind = CaptureNotices::Kind;
     connect(&capture, &LinkCapture::stateChanged, this, [this](const QUuid &id) {
         m_inbox->setCaptureProblem(id, shownWords(m_parts.capture.failureText(id)));
-        dropSettledLinks();
     });
-    // One that was decided on meanwhile waits no longer.
-    const TopicStore &store = m_parts.store;
-    connect(&store, &TopicStore::topicChanged, this, &Shell::dropSettledLinks);
-    connect(&store, &TopicStore::topicsReset, this, &Shell::dropSettledLinks);
-}
-
-void Shell::dropSettledLinks() {
-    const auto gone = m_failedLinks.removeIf([this](const QUuid &id) {
-        return m_parts.capture.state(id) != LinkCapture::State::Failed;
-    });
-    const auto told = std::ranges::find(m_notices, Matter::Capture, &Notice::matter);
-    if (gone == 0 || told == m_notices.end()) {
-        return; // one that was put away does not come back for it
-    }
-    if (m_failedLinks.isEmpty()) {
-        dismissNotices(Matter::Capture);
-    } else {
-        told->text = shownWords(failedLinksText()); // in its place among the others
-        Q_EMIT noticeChanged();
-    }
-}
-
-/// The latest reason stands for all: mostly it is the same one.
-QString Shell::failedLinksText() const {
-    const QString why = m_parts.capture.failureText(m_failedLinks.last());
-    return m_failedLinks.size() == 1
-               ? tr("Un lien que tu as ajouté attend encore\u00A0: %1 Tu peux réessayer depuis sa "
-                    "carte.")
-                     .arg(why)
-               : tr("%1 liens que tu as ajoutés attendent encore\u00A0: %2 Tu peux réessayer "
-                    "depuis leurs cartes.")
-                     .arg(numberText(m_failedLinks.size()), why);
+    const auto matter = [](Kind kind) {
+        return kind == Kind::Failed ? Matter::Capture : Matter::Postponed;
+    };
+    connect(m_captureNotices.get(), &CaptureNotices::told, this,
+            [this, matter](Kind kind) { tell(matter(kind), m_captureNotices->text(kind)); });
+    connect(m_captureNotices.get(), &CaptureNotices::changed, this,
+            [this, matter](Kind kind) { retell(matter(kind), m_captureNotices->text(kind)); });
 }
 
 void Shell::follow(BriefWriter &briefs) {
@@ -384,6 +366,18 @@ void Shell::tell(Matter matter, const QString &text) {
     erase_if(m_notices, [matter](const Notice &each) { return each.matter == matter; });
     m_notices.append({matter, shownWords(text)});
     Q_EMIT noticeChanged();
+}
+
+void Shell::retell(Matter matter, const QString &text) {
+    if (text.isEmpty()) {
+        dismissNotices(matter);
+        return;
+    }
+    const auto told = std::ranges::find(m_notices, matter, &Notice::matter);
+    if (told != m_notices.end()) {
+        told->text = shownWords(text); // in its place among the others
+        Q_EMIT noticeChanged();
+    }
 }
 
 void Shell::say(const QString &sentence) {

@@ -15,6 +15,8 @@
 #include "app/models/settings/OnboardingModel.h"
 #include "app/models/settings/SettingsModel.h"
 #include "app/models/territory/TerritoryModel.h"
+#include "app/window/CaptureNotices.h"
+#include "app/window/QuickCapture.h"
 #include "app/window/Screens.h"
 #include "app/window/TopicPage.h"
 #include "base/Async.h"
@@ -35,6 +37,7 @@ class BriefWriter;
 class ClaudeLauncher;
 class Feeds;
 class FilePicker;
+class FrontBrowser;
 class LinkOpener;
 class Pasteboard;
 class SearchEngine;
@@ -64,6 +67,7 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::AgentStates *agentStates READ agentStates CONSTANT FINAL)
     Q_PROPERTY(vorle::OnboardingModel *onboarding READ onboarding CONSTANT FINAL)
     Q_PROPERTY(vorle::CalibrationModel *calibration READ calibration CONSTANT FINAL)
+    Q_PROPERTY(vorle::QuickCapture *quickCapture READ quickCapture CONSTANT FINAL)
     /// What single screens stand on.
     Q_PROPERTY(vorle::Screens *screens READ screens CONSTANT FINAL)
     /// The agent that is used now, "claude" or "codex", chosen by hand or by what is ready.
@@ -104,6 +108,8 @@ public:
         Screens::Parts screens;
         /// The apps of this machine, in the order they are shown in. Any thread.
         std::function<QList<discovery::App>()> apps = {};
+        FrontBrowser *browser =
+            nullptr;                ///< null where the system tells nothing of what is in front
         qsizetype released = 0;     ///< topics of a run that died, handed out at this start
         QStringList terminals = {}; ///< of Terminals::names, those that are there
     };
@@ -130,6 +136,7 @@ public:
     OnboardingModel *onboarding() const { return m_onboarding.get(); }
     CalibrationModel *calibration() const { return m_calibration.get(); }
     Screens *screens() const { return m_screens.get(); }
+    QuickCapture *quickCapture() const { return m_quickCapture.get(); }
     QString agent() const;
     QStringList terminals() const { return m_parts.terminals; }
     QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }
@@ -148,6 +155,8 @@ public:
     /// Captures a link: it is read and judged, and waits in "À trier". Gives a French sentence
     /// when the link cannot be taken, "" when it was.
     Q_INVOKABLE QString addLink(const QString &url, const QString &note);
+    /// Opens the quick capture, from wherever the person is.
+    Q_SLOT void openQuickCapture();
     /// A topic's title as it is shown; "" for none.
     Q_INVOKABLE QString titleOf(const QString &topicId) const;
     /// Has a captured link that could not be judged tried once more; nothing for one that did not
@@ -158,6 +167,8 @@ public:
     void refresh();
     /// The agent answers again: goes on with the run that waited for it, and with the links.
     void goOn();
+    /// Has the person told of what was dropped for them.
+    void tellOfDrops(const QString &sentence) { tell(Matter::Drops, sentence); }
     /// Stops what goes on in the background, and ends once it has.
     Task<> stopped();
     /// A web address on the pasteboard, "" for anything else.
@@ -188,8 +199,6 @@ private:
     void followStores();
     void tellFound();
     void follow(LinkCapture &capture);
-    void dropSettledLinks();
-    QString failedLinksText() const;
     void follow(BriefWriter &briefs);
     void showBriefStates();
     void followAgent();
@@ -199,13 +208,17 @@ private:
         Save,
         Settings,
         FirstStep,
-        Capture
+        Drops,    ///< dropped files that hold no link
+        Capture,  ///< captured links that could not be judged
+        Postponed ///< those that wait for another day
     };
     struct Notice {
         Matter matter;
         QString text;
     };
     void tell(Matter matter, const QString &text);
+    /// What was told of it is another by now, or nothing; nothing comes of what was put away.
+    void retell(Matter matter, const QString &text);
     void dismissNotices(Matter matter);
     void say(const QString &sentence);
 
@@ -234,8 +247,9 @@ private:
     std::unique_ptr<FiguresModel> m_figures;
     std::unique_ptr<TopicPage> m_page;
     std::unique_ptr<Screens> m_screens;
-    TaskGroup m_work;           // first steps under way
-    QList<QUuid> m_failedLinks; // captured links that wait after a failure, the latest last
+    TaskGroup m_work; // first steps under way
+    std::unique_ptr<CaptureNotices> m_captureNotices;
+    std::unique_ptr<QuickCapture> m_quickCapture;
 };
 
 } // namespace vorle

@@ -1,11 +1,24 @@
 #include "app/window/ShellParts.h"
 
+#include "agents/AgentLocator.h"
 #include "app/diagnostics/Diagnostics.h"
 #include "app/wiring/Application.h"
 
 #include <QGuiApplication>
+#include <QSysInfo>
 
 namespace vorle {
+
+namespace {
+
+/// What a message to the maker says of where it comes from.
+QString feedbackLine(const QString &version, const AgentLocator &agents) {
+    return QStringLiteral("vorle %1, %2, %3")
+        .arg(version.isEmpty() ? QCoreApplication::applicationVersion() : version,
+             QSysInfo::prettyProductName(), displayName(agents.choose()));
+}
+
+} // namespace
 
 Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
     DiagnosticSources sources = app.diagnosticSources();
@@ -18,7 +31,14 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
         .pasteboard = adapters.pasteboard,
         .files = adapters.files,
         .reveal = adapters.reveal,
+        .notifier = adapters.notifier,
+        .login = adapters.login,
+        .hotKey = adapters.hotKey,
+        .keys = adapters.keys,
+        .mail = adapters.mail,
         .diagnosticText = [sources] { return diagnosticText(diagnose(sources)); },
+        .feedbackLine = [version = adapters.version,
+                         &agents = app.agent().locator()] { return feedbackLine(version, agents); },
         .readOn = [&capture = app.capture()] { capture.resume(); }};
     return {.store = app.store(),
             .preferences = app.preferences(),
@@ -36,7 +56,8 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
             .launcher = adapters.launcher,
             .files = adapters.files,
             .screens = std::move(screens),
-            .apps = app.appLister()};
+            .apps = app.appLister(),
+            .browser = adapters.browser};
 }
 
 } // namespace vorle

@@ -13,6 +13,13 @@ struct ShellAdapters {
     ClaudeLauncher &launcher;
     FilePicker &files;
     FileReveal &reveal;
+    Notifier &notifier;
+    LoginItem &login;
+    HotKey &hotKey;
+    KeyWatch &keys;
+    MailComposer &mail;
+    FrontBrowser *browser = nullptr; ///< null where the system tells nothing of what is in front
+    QString version = {};            ///< the program's, as the system has it; "" where it has none
 };
 
 /// What the shell is made of, out of the application's objects and of what the system gives; all of

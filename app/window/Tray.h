@@ -33,6 +33,7 @@ Q_SIGNALS:
     void statusAsked(const QRect &item);
     void addAsked();
     void settingsAsked();
+    void feedbackAsked();
     void quitAsked();
 
 private:

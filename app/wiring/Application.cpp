@@ -1,6 +1,7 @@
 #include "app/wiring/Application.h"
 
 #include "base/French.h"
+#include "storage/BesideTopics.h"
 
 namespace vorle {
 
@@ -28,6 +29,11 @@ StoreLock &Application::appLock() {
                                                 StoreLock::Right::BeTheApp);
     }
     return *m_appLock;
+}
+
+QString Application::sharedPath(const QString &name) const {
+    return m_setup.container.isEmpty() ? sidecarPath(topicsFile(), name)
+                                       : m_setup.container + u'/' + name;
 }
 
 TopicStore &Application::store() {
@@ -77,7 +83,7 @@ std::function<QList<discovery::App>()> Application::appLister() const {
         QList<discovery::App> apps;
         const auto installed = machine != nullptr ? machine->list() : QList<InstalledApp>();
         for (const InstalledApp &app : installed) {
-            apps += {app.name, app.location, app.category};
+            apps += {app.name, app.location, app.category, app.icon};
         }
         return discovery::inOrder(std::move(apps));
     };
@@ -125,6 +131,15 @@ SearchEngine &Application::engine() {
                                 .images = images(),
                                 .clock = m_clock,
                                 .apps = [this] { return discovery::namesOf(apps()); }});
+        const auto search = [this](bool searching) {
+            if (m_widget) {
+                m_widget->setSearching(searching);
+            }
+        };
+        SearchEngine &engine = *m_engine;
+        QObject::connect(&engine, &SearchEngine::started, &engine, [search] { search(true); });
+        QObject::connect(&engine, &SearchEngine::finished, &engine, [search] { search(false); });
+        QObject::connect(&engine, &SearchEngine::failed, &engine, [search] { search(false); });
     }
     return *m_engine;
 }
@@ -143,6 +158,27 @@ LinkCapture &Application::capture() {
             preferences(), store(), provenance(), asker(), reader(), images(), m_clock});
     }
     return *m_capture;
+}
+
+QString Application::widgetFile() const { return sharedPath(QStringLiteral("widget.json")); }
+
+WidgetPublisher &Application::widget() {
+    if (!m_widget) {
+        m_widget = std::make_unique<WidgetPublisher>(
+            WidgetPublisher::Parts{.store = store(),
+                                   .preferences = preferences(),
+                                   .clock = m_clock,
+                                   .file = widgetFile(),
+                                   .pictures = SourceImage::defaultCacheFolder(),
+                                   .published = m_setup.widgetsChanged});
+    }
+    return *m_widget;
+}
+
+Task<> Application::published() {
+    if (m_widget) {
+        co_await m_widget->ended();
+    }
 }
 
 DiagnosticSources Application::diagnosticSources() {

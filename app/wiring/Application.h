@@ -10,6 +10,7 @@
 #include "core/RediscoveryLog.h"
 #include "core/ScoreProvenanceLog.h"
 #include "core/TopicStore.h"
+#include "desktop/WidgetPublisher.h"
 #include "platform/InstalledApps.h"
 #include "search/capture/LinkCapture.h"
 #include "search/discovery/DiscoveryApps.h"
@@ -19,6 +20,7 @@
 #include "search/web/SourceImage.h"
 #include "storage/StoreLock.h"
 
+#include <functional>
 #include <memory>
 
 namespace vorle {
@@ -32,6 +34,10 @@ public:
         std::optional<QString> settingsFile; ///< instead of the user's own settings
         bool allowLoopback = false;          ///< links from strangers may reach this machine
         const InstalledApps *installedApps = nullptr; ///< outlives the application; null: no app
+        /// The folder shared with the share sheet and the widget; empty: what they share lies
+        /// beside the topics.
+        QString container = {};
+        std::function<void()> widgetsChanged = {}; ///< widgets are to read their file again
     };
 
     explicit Application(Setup setup);
@@ -42,6 +48,9 @@ public:
     /// The topics file this application works on.
     /// @throws std::system_error when its folder cannot be made
     QString topicsFile() const { return TopicStore::location(m_setup.store); }
+    /// Where the file or folder of that name lies that other programs of ours share with this one.
+    /// @throws as topicsFile()
+    QString sharedPath(const QString &name) const;
     /// The topics. Whoever is going to change them holds `lock()` first.
     /// @throws std::system_error when the topics file's folder cannot be made
     TopicStore &store();
@@ -67,6 +76,13 @@ public:
     BriefWriter &briefs();
     /// Whoever had it start on something waits for it before the application goes.
     LinkCapture &capture();
+
+    /// Where the snapshot for widgets stands. @throws as `store()`
+    QString widgetFile() const;
+    /// Keeps it up to date from then on; it is the demonstration's own in one. @throws as `store()`
+    WidgetPublisher &widget();
+    /// Ends once the last state is there, where anybody asked for it to be kept up to date.
+    Task<> published();
 
     /// Where its diagnostics are drawn from. What it gives is good as long as the application is.
     DiagnosticSources diagnosticSources();
@@ -98,6 +114,7 @@ private:
     std::unique_ptr<SearchEngine> m_engine;
     std::unique_ptr<BriefWriter> m_briefs;
     std::unique_ptr<LinkCapture> m_capture;
+    std::unique_ptr<WidgetPublisher> m_widget;
 };
 
 } // namespace vorle

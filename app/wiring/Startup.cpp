@@ -69,8 +69,8 @@ std::unique_ptr<Demonstration> enterDemonstration() {
     return demonstration;
 }
 
-Application::Setup setupFor(const Demonstration *demonstration,
-                            const InstalledApps &installedApps) {
+Application::Setup setupFor(const Demonstration *demonstration, const InstalledApps &installedApps,
+                            const SharedContainer *container) {
     Application::Setup setup;
     setup.installedApps = &installedApps;
     setup.allowLoopback =
@@ -78,6 +78,8 @@ Application::Setup setupFor(const Demonstration *demonstration,
     if (demonstration != nullptr) {
         setup.store = TopicStore::Kind::Demo;
         setup.settingsFile = demonstration->home() + QStringLiteral("/settings.json");
+    } else if (container != nullptr && qEnvironmentVariableIsEmpty("VORLE_STORE")) {
+        setup.container = container->folder().value_or(QString()); // of the user's own topics alone
     }
     return setup;
 }

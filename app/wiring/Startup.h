@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/wiring/Application.h"
+#include "platform/SharedContainer.h"
 
 #include <memory>
 
@@ -24,7 +25,9 @@ void requireThreads();
 /// @throws std::runtime_error (French) as Demonstration::start
 std::unique_ptr<Demonstration> enterDemonstration();
 
-/// What the application is made of: the user's own files, or the demonstration's.
-Application::Setup setupFor(const Demonstration *demonstration, const InstalledApps &installedApps);
+/// What the application is made of: the user's own files, or the demonstration's. `container` may
+/// be null.
+Application::Setup setupFor(const Demonstration *demonstration, const InstalledApps &installedApps,
+                            const SharedContainer *container);
 
 } // namespace vorle

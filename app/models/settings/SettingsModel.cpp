@@ -57,17 +57,33 @@ QString SettingsModel::runTime() const {
     return timeOfDayText({now().schedule.hour, now().schedule.minute});
 }
 
-void SettingsModel::setRunTime(const QString &text) {
+/// What is no time is told.
+std::optional<TimeOfDay> SettingsModel::timeOf(const QString &text) {
     const auto time = parsedTime(text);
     if (!time) {
         tellRefusal(tr("Ce n’est pas une heure\u00A0: «\u202F%1\u202F». Écris par exemple 8:30.")
                         .arg(text.left(20)));
+    }
+    return time;
+}
+
+void SettingsModel::setRunTime(const QString &text) {
+    const auto time = timeOf(text);
+    if (!time) {
         return;
     }
     Schedule schedule = now().schedule;
     schedule.hour = time->hour;
     schedule.minute = time->minute;
     set(&Settings::schedule, schedule);
+}
+
+QString SettingsModel::reminder() const { return timeOfDayText(now().reminder); }
+
+void SettingsModel::setReminder(const QString &text) {
+    if (const auto time = timeOf(text)) {
+        set(&Settings::reminder, *time);
+    }
 }
 
 QString SettingsModel::scheduleText() const { return vorle::scheduleText(now().schedule); }

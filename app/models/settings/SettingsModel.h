@@ -28,6 +28,8 @@ class SettingsModel final : public QObject {
         QString notifyMode READ notifyMode WRITE setNotifyMode NOTIFY notifyModeChanged FINAL)
     Q_PROPERTY(bool notifyReminder READ notifyReminder WRITE setNotifyReminder NOTIFY
                    notifyReminderChanged FINAL)
+    /// "17:00"; written as `runTime` is.
+    Q_PROPERTY(QString reminder READ reminder WRITE setReminder NOTIFY reminderChanged FINAL)
     Q_PROPERTY(bool proposeTab READ proposeTab WRITE setProposeTab NOTIFY proposeTabChanged FINAL)
     /// "" while it is not known.
     Q_PROPERTY(QString job READ job WRITE setJob NOTIFY jobChanged FINAL)
@@ -85,6 +87,8 @@ public:
     QString runTime() const;
     void setRunTime(const QString &text);
     QString scheduleText() const;
+    QString reminder() const;
+    void setReminder(const QString &text);
 
     /// Whether a text can be read as a time of day, as setting `runTime` reads it.
     Q_INVOKABLE static bool isTime(const QString &text);
@@ -103,6 +107,7 @@ Q_SIGNALS:
     void terminalChanged();
     void notifyModeChanged();
     void notifyReminderChanged();
+    void reminderChanged();
     void proposeTabChanged();
     void jobChanged();
     void agentChanged();
@@ -126,6 +131,7 @@ private:
     void setText(std::optional<QString> Settings::*setting, const QString &text) {
         set(setting, text.isEmpty() ? std::nullopt : std::optional(text));
     }
+    std::optional<TimeOfDay> timeOf(const QString &text);
     void announce(const QString &key);
     void tellRefusal(const std::optional<QString> &refusal);
     void tellDisk(const QString &failure);

@@ -19,6 +19,8 @@ SettingsPage {
         return -1;
     }
 
+    signal feedbackAsked
+
     name: qsTr("Général")
 
     SettingRow {
@@ -58,6 +60,21 @@ SettingsPage {
         }
     }
     SettingRow {
+        readonly property DesktopSettings desktop: page.shell.screens.desktop
+
+        pages: page.pages
+        key: "openAtLogin"
+        present: !page.shell.demo
+        help: desktop.loginTrouble.length > 0 ? desktop.loginTrouble : page.pages.help(key)
+        troubled: desktop.loginTrouble.length > 0
+
+        Switch {
+            name: page.pages.title("openAtLogin")
+            on: page.shell.screens.desktop.opensAtLogin
+            onToggled: on => page.shell.screens.desktop.opensAtLogin = on
+        }
+    }
+    SettingRow {
         pages: page.pages
         key: "terminal"
         help: page.shell.terminals.length > 0 ? pages.help(key) : qsTr("Je n’ai trouvé aucun terminal sur cette machine.")
@@ -70,6 +87,16 @@ SettingsPage {
             upDown: false
             chosen: page.indexOf(page.settings.terminal, page.shell.terminals)
             onPicked: index => page.settings.terminal = page.shell.terminals[index]
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "feedback"
+
+        ActionButton {
+            text: qsTr("Écrire…")
+            Accessible.name: qsTr("Écrire un retour")
+            onClicked: page.feedbackAsked()
         }
     }
 }

@@ -17,6 +17,7 @@ Panel {
     signal territoryAsked
     signal reportAsked
     signal benchAsked
+    signal feedbackAsked
     signal onboardingAsked
     signal calibrationAsked
 
@@ -29,6 +30,8 @@ Panel {
             pages.query = "";
             pages.refresh();
             shell.agentStates.refresh(); // one may have been installed meanwhile
+            shell.screens.desktop.refresh();
+            shell.screens.captureShortcut.look();
             flick.contentY = 0;
             menu.takeFocus();
         }
@@ -41,7 +44,7 @@ Panel {
             const page = body.children[i] as SettingsPage;
             for (let j = 0; page !== null && page.visible && j < page.children.length; ++j) {
                 const row = page.children[j] as SettingRow;
-                if (row !== null && row.visible && row.held !== null && row.held.visible) {
+                if (row?.stop()) {
                     all.push(row);
                 }
             }
@@ -184,6 +187,7 @@ Panel {
             width: flick.width - 18
 
             SettingsGeneral {
+                onFeedbackAsked: panel.feedbackAsked()
                 shell: panel.shell
                 headed: panel.headed
                 pages: panel.pages
@@ -200,6 +204,16 @@ Panel {
                 headed: panel.headed
                 pages: panel.pages
                 onBenchAsked: panel.benchAsked()
+            }
+            SettingsCapture {
+                shell: panel.shell
+                headed: panel.headed
+                pages: panel.pages
+            }
+            SettingsNotices {
+                shell: panel.shell
+                headed: panel.headed
+                pages: panel.pages
             }
             SettingsData {
                 onOnboardingAsked: panel.onboardingAsked()

@@ -61,11 +61,15 @@ TEST(Diagnostic, tells_what_helps_and_nothing_of_what_is_watched) {
         EXPECT_THAT(json.out, Not(HasSubstr(secret)));
     }
     for (const char *fact : {"topics.json", "settings.json", "run-left.json", "found-again.json",
-                             "inbox 1", "claude (choisi)", "opus", "mon 8:00", "api error, 529",
-                             "L’IA s’est arrêtée (code 1)", "VORLE_AGENT"}) {
+                             "à trier 1", "claude (choisi)", "opus", "chaque lundi à 8:00",
+                             "api error, 529", "L’IA s’est arrêtée (code 1)", "VORLE_AGENT"}) {
         EXPECT_THAT(told.out, HasSubstr(fact));
     }
+    for (const char *english : {"mon 8", "inbox", "dismissed"}) {
+        EXPECT_THAT(told.out, Not(HasSubstr(english))) << "it is read by who sends it, too";
+    }
     const QJsonObject shown = json.object();
+    EXPECT_EQ(shown[u"schedule"].toString(), QStringLiteral("mon 8:00"));
     ASSERT_EQ(shown[u"runs"].toArray().size(), 1);
     EXPECT_EQ(shown[u"runs"].toArray()[0][u"scopes"].toArray()[0].toString(),
               QStringLiteral("L’IA s’est arrêtée (code 1)."));
@@ -80,7 +84,7 @@ TEST(Diagnostic, comes_whatever_state_the_files_are_in) {
     const Program::Outcome damaged = vorle.run("diagnostic");
     EXPECT_EQ(damaged.status, 0) << damaged.err;
     EXPECT_THAT(damaged.out, HasSubstr("fichier illisible"));
-    EXPECT_THAT(damaged.out, HasSubstr("the settings file was not read as settings"));
+    EXPECT_THAT(damaged.out, HasSubstr("le fichier des réglages ne se lit pas comme tel"));
     EXPECT_THAT(damaged.out, Not(HasSubstr("Courgettes")));
     EXPECT_EQ(vorle.read("data/vorle/topics.json"), "[ Courgettes");
     // A topics file that is none.

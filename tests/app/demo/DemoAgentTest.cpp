@@ -99,6 +99,7 @@ TEST_F(DemoAgentTest, judges_every_candidate_by_what_was_read) {
                               ItemKind::Article,
                               level,
                               {},
+                              {},
                               content};
     };
     const QString prompt = judging({

@@ -186,6 +186,7 @@ TEST_F(DemoWatchTest, says_of_each_page_what_it_is_really_about) {
                                  ItemKind::Article,
                                  ReadLevel::Full,
                                  {},
+                                 {},
                                  page->text.toUtf8()};
     }
     const QList<ProjectSnapshot> projects =

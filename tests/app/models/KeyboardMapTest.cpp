@@ -1,4 +1,5 @@
 #include "app/models/KeyboardMap.h"
+#include "app/models/ShortcutText.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -36,10 +37,39 @@ TEST(KeyboardMap, draws_the_sheet) {
     EXPECT_EQ(words[0].rows[3].keys, text("Ctrl+1 … Ctrl+6"));
     EXPECT_EQ(words[0].rows[8].keys, text("?  ou  Ctrl+/"));
     EXPECT_EQ(words[2].rows[0].label, text("Lancer dans Codex ou approfondir avec ChatGPT"));
+    KeyboardMap told(AgentKind::Claude, KeySpelling::Glyphs);
+    const auto first = [&told] { return told.groups()[0].value<KeyGroup>().rows[0].keys; };
+    EXPECT_EQ(first(), text("⌃⌥ Espace"));
+    told.setCaptureKeys(text("⌃⇧A"));
+    EXPECT_EQ(first(), text("⌃⇧A"));
+    told.setCaptureKeys({});
+    EXPECT_EQ(first(), text("⌘K")) << "a combination that does not work is no shortcut";
+
     const KeyboardMap linux(AgentKind::Claude, KeySpelling::Words);
     EXPECT_EQ(linux.keys(KeyboardMap::Redo), text("Maj+Ctrl+Z"));
     EXPECT_EQ(linux.inboxHint(),
               text("↑ ↓ pour naviguer · Espace pour agrandir · Ctrl+Z pour annuler"));
+}
+
+TEST(KeyboardMap, writes_a_combination_as_the_sheet_does) {
+    const struct {
+        Shortcut shortcut;
+        const char *glyphs;
+        const char *words;
+    } cases[] = {
+        {{}, "⌃⌥ Espace", "Ctrl+Alt+Espace"},
+        {{0, 0x1000 | 0x200, text("a")}, "⌃⇧A", "Ctrl+Maj+A"},
+        {{49, 0x100, text(" ")}, "⌘ Espace", "Super+Espace"},
+        {{19, 0x1B00, text("é")}, "⌃⌥⇧⌘É", "Ctrl+Alt+Maj+Super+É"},
+        {{96, 0x800, text("F5")}, "⌥F5", "Alt+F5"},
+        {Shortcut::none(), "", ""},
+    };
+    for (const auto &each : cases) {
+        EXPECT_EQ(shortcutText(each.shortcut, KeySpelling::Glyphs), text(each.glyphs));
+        EXPECT_EQ(shortcutText(each.shortcut, KeySpelling::Words), text(each.words));
+    }
+    // What somebody wrote into the settings by hand turns nothing round.
+    EXPECT_EQ(shortcutText({0, 0x1000, text("\u202Ea\n")}, KeySpelling::Glyphs), text("⌃A"));
 }
 
 TEST(KeyboardMap, dispatches_what_the_sheet_says) {
@@ -104,6 +134,30 @@ TEST(KeyboardMap, dispatches_what_the_sheet_says) {
     EXPECT_FALSE(map.repeats(Map::Keep));
     EXPECT_FALSE(map.repeats(Map::Undo));
     EXPECT_TRUE(map.repeats(Map::Next));
+}
+
+TEST(KeyboardMap, knows_the_digits_of_every_row_they_are_typed_on) {
+    const KeyboardMap map(AgentKind::Claude, KeySpelling::Words);
+    constexpr int shift = Qt::ShiftModifier;
+    const std::tuple<int, int, int> cases[] = {
+        {Qt::Key_0, 0, 0},
+        {Qt::Key_9, shift, 9},
+        {Qt::Key_7, Qt::KeypadModifier, 7},
+        {Qt::Key_Agrave, 0, 0},
+        {Qt::Key_Minus, 0, 6},
+        {Qt::Key_section, 0, 6}, // a Mac's
+        {Qt::Key_Underscore, 0, 8},
+        {Qt::Key_Exclam, 0, 8}, // a Mac's
+        {Qt::Key_Ccedilla, 0, 9},
+        {Qt::Key_Ampersand, shift, -1}, // the 7 of an American keyboard
+        {Qt::Key_Minus, Qt::KeypadModifier, -1},
+        {Qt::Key_1, Qt::ControlModifier, -1},
+        {Qt::Key_Eacute, Qt::AltModifier, -1},
+        {Qt::Key_G, 0, -1},
+    };
+    for (const auto &[key, modifiers, digit] : cases) {
+        EXPECT_EQ(map.digit(key, modifiers), digit) << key << " " << modifiers;
+    }
 }
 
 TEST(KeyboardMap, leaves_a_text_field_its_keys) {

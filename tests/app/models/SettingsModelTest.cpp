@@ -41,6 +41,7 @@ const QList<Stored> &stored() {
         {"agentModel", "agentModel", text("opus-4[1m]"), "[\"opus-4[1m]\"]"},
         {"textScale", "textScale", 130, "[130]"},
         {"runTime", "schedule", text("9:30"), R"([{"weekdays":[2],"hour":9,"minute":30}])"},
+        {"reminder", "reminder", text("18:15"), R"([{"hour":18,"minute":15}])"},
         {"weekdays", "schedule", QVariant::fromValue(QList<int>{2, 5}),
          R"([{"weekdays":[2,5],"hour":8,"minute":0}])"},
     };

@@ -32,7 +32,9 @@ TEST_F(CalibrationPanelTest, is_answered_by_keys_alone_and_left_with_the_list_as
     press(Qt::Key_7); // no score is asked yet
     press(Qt::Key_X);
     EXPECT_EQ(statusOf(QStringLiteral("Sujet 9")), TopicStatus::Dismissed);
-    press(Qt::Key_G); // nor a decision now
+    press(Qt::Key_G);       // nor a decision now
+    press(Qt::Key_section); // the 6 of a Mac's French keyboard
+    EXPECT_THAT(shownTexts(), Contains(QStringLiteral("Noter 6")));
     press(Qt::Key_1);
     press(Qt::Key_0);
     press(Qt::Key_Return);

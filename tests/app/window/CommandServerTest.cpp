@@ -12,6 +12,7 @@
 #include "search/run/RunPlan.h"
 #include "tests/app/cli/TwoTopics.h"
 #include "tests/support/AppInProcess.h"
+#include "tests/support/HostileNames.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -44,6 +45,7 @@ protected:
     void open() {
         door = std::make_unique<CommandServer>(
             [this](const cli::Command &command, cli::Context &context) {
+                context.openCapture = propose;
                 return cli::runCommand(command, context, *app);
             });
         instance = std::make_unique<SingleInstance>(app->topicsFile());
@@ -87,6 +89,7 @@ protected:
 
     test::AppInProcess app;
     Program &vorle = app.program;
+    std::function<bool(const cli::LinkToCapture &)> propose;
     std::unique_ptr<CommandServer> door;
     std::unique_ptr<SingleInstance> instance;
 };
@@ -150,6 +153,77 @@ TEST_F(CommandServerTest, a_decision_from_a_terminal_is_seen_by_the_open_app_at_
     EXPECT_EQ(unknown.status, 1);
     EXPECT_THAT(unknown.err, HasSubstr("Aucun sujet n’a un identifiant qui commence par « cc »."));
     EXPECT_EQ(vorle.run("trier xyz garder").status, 2);
+}
+
+TEST_F(CommandServerTest, links_are_added_to_the_open_app_as_they_are_written) {
+    open();
+    vorle.agent.signOut(); // they wait
+    app->preferences().change(&Settings::projects, {{QStringLiteral("Potager"), QString()}});
+    ASSERT_TRUE(app->preferences().flush());
+    const Program::Outcome added =
+        vorle.run({QStringLiteral("ajouter"), QStringLiteral("example.org/a"),
+                   QStringLiteral("--note"), QStringLiteral("--pour moi"),
+                   QStringLiteral("--projet=potager"), QStringLiteral("--json")});
+    EXPECT_EQ(added.status, 0) << added.err;
+    const auto shown = json::decode<Topic>(added.bytes());
+    EXPECT_EQ(shown.capturedURL, QStringLiteral("https://example.org/a"));
+    EXPECT_EQ(shown.note, QStringLiteral("--pour moi"));
+    EXPECT_EQ(shown.project, QStringLiteral("Potager"));
+    EXPECT_EQ(json::decode<QList<Topic>>(test::readFile(app->topicsFile())).last().id, shown.id);
+    EXPECT_THAT(vorle.run("ajouter example.org/a#b").err, HasSubstr("Tu as déjà ce lien."));
+    EXPECT_EQ(vorle.run("ajouter example.org/b --projet Jardin").status, 2);
+    EXPECT_EQ(vorle.run("ajouter vorle://add?url=https://a.fr/").status, 2);
+
+    // A name is a name, whatever it looks like.
+    const qsizetype before = app->store().count();
+    int number = 0;
+    const QStringList names = test::hostileNames();
+    for (const QString &name : names) {
+        const Program::Outcome outcome =
+            asked({.words = {QStringLiteral("ajouter"), QStringLiteral("--titre"), name,
+                             QStringLiteral("--note=") + name, QStringLiteral("--"),
+                             QStringLiteral("https://example.org/n%1").arg(++number)}});
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.out.find('\033'), std::string::npos) << outcome.out;
+        // As a link it is a web link or none.
+        asked({.words = {QStringLiteral("ajouter"), QStringLiteral("--"), name}});
+    }
+    EXPECT_GE(app->store().count(), before + names.size());
+    for (const TopicPtr &topic : app->store().topics()) {
+        EXPECT_TRUE(!topic->capturedURL || topic->capturedURL->startsWith(u"http"));
+    }
+}
+
+TEST_F(CommandServerTest, the_capture_opens_on_what_it_is_handed_and_adds_nothing) {
+    QList<cli::LinkToCapture> proposed;
+    bool taken = true;
+    propose = [&](const cli::LinkToCapture &link) {
+        proposed += link;
+        return taken;
+    };
+    open();
+    EXPECT_EQ(vorle.run("capturer").status, 0);
+    EXPECT_EQ(vorle.run("capturer example.org/a --titre T").status, 0);
+    EXPECT_EQ(
+        vorle.run("capturer -- vorle://add?url=https%3A%2F%2Fa.fr%2F&title=Un%20titre").status, 0);
+    ASSERT_EQ(proposed.size(), 3);
+    EXPECT_EQ(proposed[0].url, QString());
+    EXPECT_EQ(proposed[1].url, QStringLiteral("https://example.org/a"));
+    EXPECT_EQ(proposed[1].giver, WebLink::Giver::User);
+    EXPECT_EQ(proposed[2].url, QStringLiteral("https://a.fr/"));
+    EXPECT_EQ(proposed[2].title, QStringLiteral("Un titre"));
+    EXPECT_EQ(proposed[2].giver, WebLink::Giver::Stranger);
+    taken = false;
+    EXPECT_EQ(vorle.run("capturer example.org/b").status, 1);
+    for (const QString &text : test::hostileNames()) {
+        asked({.words = {QStringLiteral("capturer"), QStringLiteral("--"),
+                         QStringLiteral("vorle://add?url=") + text}});
+        asked({.words = {QStringLiteral("capturer"), QStringLiteral("--"), text}});
+    }
+    for (const cli::LinkToCapture &link : std::as_const(proposed)) {
+        EXPECT_TRUE(link.url.isEmpty() || link.url.startsWith(u"http"));
+    }
+    EXPECT_EQ(app->store().count(), 2);
 }
 
 TEST_F(CommandServerTest, a_run_is_the_engines_and_leaves_what_another_one_has_pending) {
@@ -219,8 +293,7 @@ TEST_F(CommandServerTest, the_open_app_follows_what_a_command_writes_to_the_sett
     test::FixedClock clock; // Monday 2 November 2026, 9:30
     const RunTimer timer(preferences, clock, QTimeZone::utc());
     test::FakeFilePicker files;
-    ProjectsModel projects({preferences, app->store(), app->asker(), app->feeds(), files, clock},
-                           {});
+    ProjectsModel projects({preferences, files}, {});
     const auto at = [](int day, int hour) {
         return QDateTime(QDate(2026, 11, day), QTime(hour, 0), Qt::UTC);
     };

@@ -179,12 +179,13 @@ TEST_F(ListenersTest, each_setting_is_one_stop_and_the_arrows_choose) {
     press(Qt::Key_Left);
     EXPECT_EQ(m_shell->settings()->appearance(), text("Sombre")) << "round by both ends";
     QStringList stops;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 5; ++i) {
         stops += focused();
         press(Qt::Key_Tab);
     }
-    EXPECT_EQ(stops,
-              QStringList({text("Sombre"), text("Braise"), text("100\u202F%"), text("Terminal")}));
+    const QString aSwitch; // to open with the session
+    EXPECT_EQ(stops, QStringList({text("Sombre"), text("Braise"), text("100\u202F%"), aSwitch,
+                                  text("Terminal")}));
     EXPECT_THAT(shownTexts(), Not(Contains(text("iTerm")))) << "there is none here";
 }
 

@@ -59,14 +59,15 @@ TEST_F(NamesTest, the_small_panel_tells_what_waits_and_leads_in_by_keyboard_alon
     fill();
     open();
     QAccessible::setActive(true);
-    const auto panel = [] {
+    const auto titled = [](QStringView title) {
         for (QWindow *each : QGuiApplication::topLevelWindows()) {
-            if (each->title() == u"vorle, en bref") {
+            if (each->title() == title) {
                 return each;
             }
         }
         return static_cast<QWindow *>(nullptr);
     };
+    const auto panel = [&] { return titled(u"vorle, en bref"); };
     EXPECT_EQ(panel(), nullptr);
     const auto show = [&] {
         m_main->toggleStatus({700, 0, 24, 24});
@@ -93,7 +94,12 @@ TEST_F(NamesTest, the_small_panel_tells_what_waits_and_leads_in_by_keyboard_alon
     QTest::keyClick(panel(), Qt::Key_Tab);
     QTest::keyClick(panel(), Qt::Key_Return); // "Ajouter un sujet"
     EXPECT_FALSE(panel()->isVisible());
-    EXPECT_TRUE(window().property("covered").toBool());
+    QWindow *const capture = titled(u"Ajouter un sujet");
+    ASSERT_NE(capture, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(capture));
+    roles.clear();
+    expectNamed(QAccessible::queryAccessibleInterface(capture), roles, QString());
+    EXPECT_EQ(roles.count(QAccessible::EditableText), 2U);
 }
 
 } // namespace

@@ -4,12 +4,19 @@
 #include "app/window/ShellParts.h"
 #include "app/wiring/Application.h"
 #include "desktop/ClaudeLauncher.h"
+#include "desktop/HotKey.h"
+#include "desktop/Notifier.h"
 #include "platform/fakes/FakeFilePicker.h"
 #include "platform/fakes/FakeFileReveal.h"
+#include "platform/fakes/FakeGlobalHotKey.h"
 #include "platform/fakes/FakeLinkOpener.h"
+#include "platform/fakes/FakeLoginItem.h"
+#include "platform/fakes/FakeMailComposer.h"
 #include "platform/fakes/FakeMotionSetting.h"
+#include "platform/fakes/FakeNotifications.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
+#include "platform/qt/QtKeyWatch.h"
 #include "tests/core/Samples.h"
 #include "tests/support/AppInProcess.h"
 
@@ -55,8 +62,12 @@ protected:
     void open() {
         m_launcher = std::make_unique<ClaudeLauncher>(ClaudeLauncher::Parts{
             m_app->agent().locator(), m_app->preferences(), m_terminals, m_pasteboard, m_links});
+        m_notifier = std::make_unique<Notifier>(
+            Notifier::Parts{m_notifications, m_app->preferences(), m_app->clock(), {}});
+        m_hotKey = std::make_unique<HotKey>(m_app->preferences(), m_globalHotKey);
         Shell::Parts parts =
-            shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files, m_reveal});
+            shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files, m_reveal, *m_notifier,
+                                m_login, *m_hotKey, m_keys, m_mail});
         parts.terminals = m_terminals.names();
         m_shell = std::make_unique<Shell>(parts);
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
@@ -153,7 +164,14 @@ protected:
     FakeFilePicker m_files;
     FakeFileReveal m_reveal;
     FakeMotionSetting m_motion;
+    FakeNotifications m_notifications;
+    FakeLoginItem m_login;
+    FakeGlobalHotKey m_globalHotKey;
+    std::unique_ptr<HotKey> m_hotKey;
+    QtKeyWatch m_keys;
+    FakeMailComposer m_mail;
     std::unique_ptr<ClaudeLauncher> m_launcher;
+    std::unique_ptr<Notifier> m_notifier;
     std::unique_ptr<Shell> m_shell;
     std::unique_ptr<MainWindow> m_main;
 };

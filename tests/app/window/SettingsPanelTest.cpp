@@ -27,6 +27,9 @@ protected:
         pages().setPage(page);
         QTest::qWait(60);
     }
+    void showPage(const char *name) {
+        showPage(int(pages().pages().indexOf(QString::fromUtf8(name))));
+    }
     QByteArray kept() {
         m_app->preferences().flush();
         return m_app.program.read("config/vorle/settings.json");
@@ -60,9 +63,13 @@ TEST_F(SettingsPanelTest, every_page_is_worked_by_keys_alone_and_each_change_is_
     press(Qt::Key_Right);
     EXPECT_EQ(settings().textScale, 115);
     press(Qt::Key_Down);
+    EXPECT_EQ(here(), QStringLiteral("Ouvrir vorle à l’ouverture de session"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(m_login.now, LoginItem::State::On);
+    press(Qt::Key_Down);
     press(Qt::Key_Right);
     EXPECT_EQ(settings().terminal, TerminalApp::Ghostty);
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 5; ++i) {
         press(Qt::Key_Up); // back to the pages
     }
     EXPECT_EQ(here(), QStringLiteral("Général"));
@@ -109,6 +116,54 @@ TEST_F(SettingsPanelTest, every_page_is_worked_by_keys_alone_and_each_change_is_
     }
 }
 
+TEST_F(SettingsPanelTest, what_the_system_says_stands_in_its_row_with_the_way_to_mend_it) {
+    m_login.now = LoginItem::State::Held;
+    m_notifications.now = Notifications::Standing::Refused;
+    openSettings();
+    showPage("Général");
+    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Allow it there.")));
+    QQuickItem *login = shown([](const QQuickItem &item) {
+                            return item.property("name").toString() ==
+                                   QStringLiteral("Ouvrir vorle à l’ouverture de session");
+                        }).value(0);
+    ASSERT_TRUE(login);
+    EXPECT_TRUE(login->property("on").toBool());
+    m_login.now = LoginItem::State::Off; // by hand, elsewhere
+    press(Qt::Key_Escape);
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_FALSE(login->property("on").toBool());
+    m_login.refusal = QStringLiteral("disque plein");
+    login->forceActiveFocus();
+    press(Qt::Key_Space);
+    EXPECT_FALSE(login->property("on").toBool()) << "the system's own answer";
+    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Le système a refusé\u00A0: disque plein")));
+
+    showPage("Notifications");
+    EXPECT_EQ(shownTexts().filter(QStringLiteral("Mend it there.")).size(), 1) << "told once";
+    m_notifications.become(Notifications::Standing::Granted);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(shownTexts().filter(QStringLiteral("Mend it there.")).isEmpty());
+    EXPECT_FALSE(shownTexts().contains(QStringLiteral("Heure du rappel")));
+    m_app->preferences().change(&Settings::notifyReminder, true);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Heure du rappel")));
+    clickAt(middleOf("Jamais"));
+    EXPECT_EQ(settings().notifyMode, NotifyMode::Never);
+}
+
+TEST_F(SettingsPanelTest, the_arrows_pass_over_what_cannot_be_pressed_now) {
+    openSettings();
+    type(QStringLiteral("o")); // rows of every page
+    ASSERT_TRUE(shownTexts().contains(QStringLiteral("Voir le compte rendu"))); // there is none yet
+    for (int i = 0; i < 40 && here() != QStringLiteral("Ton territoire"); ++i) {
+        press(Qt::Key_Tab);
+    }
+    press(Qt::Key_Down);
+    EXPECT_EQ(here(), QStringLiteral("Claude Code, déconnecté"));
+    press(Qt::Key_Up);
+    EXPECT_EQ(here(), QStringLiteral("Ton territoire"));
+}
+
 TEST_F(SettingsPanelTest, typing_searches_all_pages_and_escape_gives_the_search_up_first) {
     openSettings();
     type(QStringLiteral("export"));
@@ -153,11 +208,11 @@ TEST_F(SettingsPanelTest, what_a_command_sets_is_seen_in_the_open_panel) {
 TEST_F(SettingsPanelTest, the_data_page_shows_copies_and_takes_out) {
     fill();
     openSettings();
-    showPage(3);
+    showPage("Tes données");
     click(QStringLiteral("Show"));
     EXPECT_EQ(m_reveal.revealed, QStringList{store().file()});
     click(QStringLiteral("Copier"));
-    EXPECT_TRUE(m_pasteboard.text().contains(QStringLiteral("inbox 3")))
+    EXPECT_TRUE(m_pasteboard.text().contains(QStringLiteral("à trier 3")))
         << m_pasteboard.text().toStdString();
     EXPECT_FALSE(m_pasteboard.text().contains(QStringLiteral("Sujet 9")));
     m_files.answer = m_app.program.path("dehors");
@@ -166,7 +221,7 @@ TEST_F(SettingsPanelTest, the_data_page_shows_copies_and_takes_out) {
         [&] { return !shownTexts().filter(QStringLiteral("6 sujets dans ")).isEmpty(); });
     EXPECT_EQ(m_app.program.read("dehors/topics.json"),
               m_app.program.read("data/vorle/topics.json"));
-    showPage(1);
+    showPage("Fouille");
     click(QStringLiteral("Ton territoire"));
     EXPECT_FALSE(window().property("covered").toBool());
     EXPECT_EQ(shell().sections()->current(), Section::Territory);

@@ -1,3 +1,5 @@
+#include "core/AccentColour.h"
+
 #include <QColor>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -58,6 +60,26 @@ TEST(Theme, text_stands_out_from_its_ground_in_both_appearances_and_every_accent
             }
             // The digits of a score of 9.
             EXPECT_GE(contrast(Qt::white, token("accentStrong")), 4.5) << accent;
+        }
+    }
+}
+
+TEST(Theme, what_is_drawn_outside_the_window_has_its_accents) {
+    QQmlEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    QQmlComponent component(&engine);
+    component.setData("import QtQuick\nimport Vorle\nQtObject { property var theme: Theme }", {});
+    const std::unique_ptr<QObject> holder(component.create());
+    ASSERT_TRUE(holder) << component.errorString().toStdString();
+    auto *theme = holder->property("theme").value<QObject *>();
+    for (const vorle::Accent accent : {vorle::Accent::Braise, vorle::Accent::Framboise,
+                                       vorle::Accent::Lagune, vorle::Accent::Indigo}) {
+        theme->setProperty("accentName", vorle::json::rawText(accent));
+        for (const bool dark : {false, true}) {
+            theme->setProperty("dark", dark);
+            const vorle::ModeColour drawn = vorle::accentColour(accent);
+            EXPECT_EQ(theme->property("accent").value<QColor>(),
+                      QColor(dark ? drawn.dark : drawn.light));
         }
     }
 }

@@ -58,9 +58,8 @@ TEST_F(TrayTest, each_entry_and_each_click_asks_for_what_it_says) {
         const char *text;
         void (Tray::*signal)();
     } cases[] = {
-        {"Ajouter un sujet", &Tray::addAsked},
-        {"Ouvrir", &Tray::openAsked},
-        {"Réglages", &Tray::settingsAsked},
+        {"Ajouter un sujet", &Tray::addAsked}, {"Ouvrir", &Tray::openAsked},
+        {"Réglages", &Tray::settingsAsked},    {"Envoyer un retour", &Tray::feedbackAsked},
         {"Quitter", &Tray::quitAsked},
     };
     for (const auto &one : cases) {

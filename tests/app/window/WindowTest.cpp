@@ -119,6 +119,29 @@ TEST_F(WindowTest, the_keyboard_alone_reaches_every_section_and_its_decisions) {
     EXPECT_EQ(shell().program()->count(), 1);
 }
 
+TEST_F(WindowTest, a_panel_opens_also_while_the_panels_are_being_read) {
+    fill();
+    open();
+    QList<QQuickItem *> items{window().contentItem()};
+    QQuickItem *later = nullptr;
+    while (later == nullptr && !items.isEmpty()) {
+        QQuickItem *item = items.takeFirst();
+        items += item->childItems();
+        if (item->property("document").toString() == QStringLiteral("Panels.qml")) {
+            later = item;
+        }
+    }
+    ASSERT_TRUE(later);
+    ASSERT_EQ(later->property("item").value<QObject *>(), nullptr) << "nobody has asked yet";
+    later->setProperty("asynchronous", true);
+    later->setProperty("active", true);
+    press(Qt::Key_N, Qt::ControlModifier);
+    ASSERT_NE(later->property("item").value<QObject *>(), nullptr);
+    EXPECT_TRUE(later->property("shown").toBool());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(later->property("shown").toBool());
+}
+
 TEST_F(WindowTest, panels_keep_the_keyboard_and_typing_decides_nothing) {
     fill();
     open();

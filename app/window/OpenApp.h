@@ -1,0 +1,88 @@
+#pragma once
+
+#include "app/window/CommandServer.h"
+#include "app/window/DemoProcess.h"
+#include "app/window/Entering.h"
+#include "app/window/Gui.h"
+#include "app/window/MainWindow.h"
+#include "app/window/RunNotices.h"
+#include "app/window/SharedLinks.h"
+#include "app/window/Shell.h"
+#include "app/window/SingleInstance.h"
+#include "app/window/Tray.h"
+#include "app/wiring/ResumeTimer.h"
+#include "app/wiring/RunTimer.h"
+#include "desktop/ClaudeLauncher.h"
+#include "desktop/HotKey.h"
+#include "desktop/Notifier.h"
+#include "desktop/WidgetPublisher.h"
+#include "platform/KeyWatch.h"
+#include "platform/LoginItem.h"
+#include "platform/MailComposer.h"
+#include "platform/MotionSetting.h"
+#include "platform/Notifications.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+namespace vorle {
+
+class Application;
+
+/// The app once it owns its topics: makes the windows, and hands each of them what it works with.
+/// Main thread; what it is given outlives it.
+class OpenApp final : public QObject {
+    Q_OBJECT
+public:
+    /// `left` is called once `quit()` has done its work.
+    OpenApp(Application &app, const GuiAdapters &adapters, SingleInstance &instance,
+            Entrance entrance, std::function<void()> left);
+
+    void raise() { m_main.raise(); }
+    /// Proposes the link that an address of ours brings; for any other address the window shows.
+    void openAddress(const QString &address);
+    /// Puts on disk what is not there yet, and goes on.
+    void keep();
+    /// Stops what is under way, keeps what it brought, and leaves.
+    void quit();
+
+private:
+    Shell::Parts partsOf(Application &app, const GuiAdapters &adapters);
+    void followTimers();
+    void followTray();
+    void followWindow();
+    Task<> leave();
+    void reopen();
+    void windowClosed();
+
+    TopicStore &m_store;
+    Preferences &m_preferences;
+    WidgetPublisher &m_widget;
+    Typefaces m_faces;
+    std::unique_ptr<Notifications> m_notifications;
+    Notifier m_notifier;
+    std::unique_ptr<LoginItem> m_login;
+    ClaudeLauncher m_launcher;
+    std::unique_ptr<GlobalHotKey> m_globalHotKey;
+    HotKey m_hotKey;
+    std::unique_ptr<KeyWatch> m_keys;
+    std::unique_ptr<MailComposer> m_mail;
+    Shell m_shell;
+    RunNotices m_notices;
+    std::unique_ptr<MotionSetting> m_motion;
+    MainWindow m_main;
+    SharedLinks m_links;
+    Tray m_tray;
+    Entering m_entering;
+    CommandServer m_commands;
+    SingleInstance &m_instance;
+    RunTimer m_timer;
+    ResumeTimer m_resume;
+    DemoProcess m_demo;
+    std::function<void()> m_left;
+    bool m_quitting = false;
+};
+
+} // namespace vorle
