@@ -4,16 +4,16 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
-    controls/ActionButton.qml controls/AgentRow.qml controls/BarGroups.qml controls/BriefPart.qml controls/BudgetBar.qml controls/CardDetails.qml
-    controls/ChangeRow.qml controls/ChartBar.qml controls/CostCard.qml controls/Figure.qml controls/FigureCard.qml controls/LegendMark.qml
-    controls/PeriodChoice.qml controls/ReportScope.qml controls/ShareStack.qml controls/SourceBars.qml controls/TimeBars.qml
-    controls/Chapter.qml controls/Chip.qml controls/CriterionBar.qml controls/EmptyState.qml
+    controls/ActionButton.qml controls/AgentRow.qml controls/charts/BarGroups.qml controls/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml
+    controls/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
+    controls/charts/PeriodChoice.qml controls/charts/ReportScope.qml controls/charts/ShareStack.qml controls/charts/SourceBars.qml controls/charts/TimeBars.qml
+    controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ProjectChoice.qml controls/ProposedPage.qml controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SearchHit.qml
     controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
-    controls/AddField.qml controls/AppTile.qml controls/ChartFrame.qml controls/ChartGroup.qml controls/EditableRow.qml controls/OrphanLine.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
+    controls/AddField.qml controls/AppTile.qml controls/charts/ChartFrame.qml controls/charts/ChartGroup.qml controls/EditableRow.qml controls/OrphanLine.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
     controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml
     controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/ShortcutField.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
@@ -41,26 +41,26 @@ qt_add_qml_module(vorle_window
     QML_FILES ${VORLE_QML}
     SOURCES
         window/Announcer.cpp window/Announcer.h
-        window/CaptureNotices.cpp window/CaptureNotices.h
-        window/CaptureShortcut.cpp window/CaptureShortcut.h
+        window/desktop/CaptureNotices.cpp window/desktop/CaptureNotices.h
+        window/desktop/CaptureShortcut.cpp window/desktop/CaptureShortcut.h
         window/CommandServer.cpp window/CommandServer.h
-        window/AddressEvents.cpp window/AddressEvents.h
+        window/desktop/AddressEvents.cpp window/desktop/AddressEvents.h
         window/AccessibilityBarrier.cpp window/AccessibilityBarrier.h
         window/AppIcons.cpp window/AppIcons.h
         window/DemoProcess.cpp window/DemoProcess.h
         window/Entering.cpp window/Entering.h
-        window/FeedbackModel.cpp window/FeedbackModel.h
+        window/desktop/FeedbackModel.cpp window/desktop/FeedbackModel.h
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
         window/KeyRepeatFilter.cpp window/KeyRepeatFilter.h
         window/MainWindow.cpp window/MainWindow.h
         window/OpenApp.cpp window/OpenApp.h
         window/Opening.cpp window/Opening.h
-        window/QuickCapture.cpp window/QuickCapture.h
+        window/desktop/QuickCapture.cpp window/desktop/QuickCapture.h
         window/QuitHandler.cpp window/QuitHandler.h
-        window/RunNotices.cpp window/RunNotices.h
+        window/desktop/RunNotices.cpp window/desktop/RunNotices.h
         window/Screens.cpp window/Screens.h
-        window/SharedLinks.cpp window/SharedLinks.h
+        window/desktop/SharedLinks.cpp window/desktop/SharedLinks.h
         window/Shell.cpp window/Shell.h
         window/ShellParts.cpp window/ShellParts.h
         window/SingleInstance.cpp window/SingleInstance.h
@@ -74,7 +74,7 @@ qt_add_qml_module(vorle_window
 set_target_properties(vorle_window PROPERTIES QT_QMLCACHEGEN_ARGUMENTS --only-bytecode)
 # The generated registration names the headers without their folder.
 target_include_directories(vorle_window
-    PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window)
+    PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window ${CMAKE_CURRENT_SOURCE_DIR}/window/desktop)
 target_link_libraries(vorle_window
     PUBLIC vorle_cli vorle_wiring vorle_models vorle_modelsplugin vorle_desktop
         Qt6::Gui Qt6::Widgets Qt6::Qml Qt6::Quick

@@ -1,7 +1,7 @@
 // The combination that opens the quick capture: recorded by keys, registered, and told where it is
 // shown.
 
-#include "app/window/CaptureShortcut.h"
+#include "app/window/desktop/CaptureShortcut.h"
 
 #include "tests/app/window/OpenWindow.h"
 

@@ -1,6 +1,6 @@
 // "Envoyer un retour": the form, by hand and by key, and what is handed over.
 
-#include "app/window/FeedbackModel.h"
+#include "app/window/desktop/FeedbackModel.h"
 
 #include "tests/app/window/OpenWindow.h"
 
@@ -19,8 +19,11 @@ protected:
         while (!model().pictures().isEmpty()) {
             model().remove(0);
         }
-        QCoreApplication::processEvents();
-        window().grabWindow();
+        for (int frame = 0; frame < 3; ++frame) {
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            window().grabWindow();
+        }
     }
     FeedbackModel &model() { return *shell().screens()->feedback(); }
     void openForm() {

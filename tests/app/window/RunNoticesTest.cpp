@@ -1,6 +1,6 @@
 // What the app's runs and decisions come to in notifications, and where a tap on one leads.
 
-#include "app/window/RunNotices.h"
+#include "app/window/desktop/RunNotices.h"
 
 #include "core/RunReport.h"
 #include "search/run/SearchEngine.h"

@@ -1,6 +1,6 @@
 // Links that other programs drop, from their files to the topics on disk.
 
-#include "app/window/SharedLinks.h"
+#include "app/window/desktop/SharedLinks.h"
 
 #include "tests/support/AppInProcess.h"
 #include "tests/support/Files.h"

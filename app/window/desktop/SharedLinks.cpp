@@ -1,4 +1,4 @@
-#include "app/window/SharedLinks.h"
+#include "app/window/desktop/SharedLinks.h"
 
 #include "core/NumberText.h"
 

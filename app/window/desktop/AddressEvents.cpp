@@ -1,4 +1,4 @@
-#include "app/window/AddressEvents.h"
+#include "app/window/desktop/AddressEvents.h"
 
 #include <QCoreApplication>
 #include <QFileOpenEvent>

@@ -1,4 +1,4 @@
-#include "app/window/CaptureShortcut.h"
+#include "app/window/desktop/CaptureShortcut.h"
 
 #include "app/labels/Wording.h"
 #include "app/models/ShortcutText.h"

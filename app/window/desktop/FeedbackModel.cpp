@@ -1,4 +1,4 @@
-#include "app/window/FeedbackModel.h"
+#include "app/window/desktop/FeedbackModel.h"
 
 #include "agents/TemporaryFiles.h"
 #include "app/labels/Wording.h"

@@ -1,4 +1,4 @@
-#include "app/window/QuickCapture.h"
+#include "app/window/desktop/QuickCapture.h"
 
 #include "app/labels/Wording.h"
 #include "base/Text.h"

@@ -1,4 +1,4 @@
-#include "app/window/CaptureNotices.h"
+#include "app/window/desktop/CaptureNotices.h"
 
 #include "core/NumberText.h"
 

@@ -1,4 +1,4 @@
-#include "app/window/RunNotices.h"
+#include "app/window/desktop/RunNotices.h"
 
 #include "app/models/TopicListModel.h"
 #include "core/ScoreScale.h"
