@@ -6,6 +6,7 @@
 #include "tests/support/Text.h"
 #include "tests/support/Wait.h"
 
+#include <QAbstractItemModelTester>
 #include <QDir>
 #include <QSignalSpy>
 
