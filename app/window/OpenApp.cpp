@@ -6,7 +6,7 @@
 #include "base/French.h"
 #include "desktop/CaptureAddress.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 namespace vorle {
 
