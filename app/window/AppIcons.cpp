@@ -22,6 +22,8 @@ constexpr qsizetype maxDrawingBytes = 512 * 1024;
 constexpr int largestSide = 1024; // of what is read
 constexpr int mostAsked = 128;    // of what is shown
 constexpr std::chrono::milliseconds patience{500};
+/// Fewer than the disk's threads: one that waits for a thread would count as unanswered.
+constexpr int maxAtOnce = 4;
 /// After so many without an answer the disk is left alone.
 constexpr int mostUnanswered = 3;
 
@@ -96,7 +98,8 @@ QImage iconPicture(const QByteArray &file, int side) {
 struct AppIcons::Source {
     const InstalledApps &apps;
     const QString theme;
-    int unanswered = 0; // on the main thread alone
+    int unanswered = 0; // this and the next on the main thread alone
+    Gate gate{maxAtOnce};
 };
 
 /// The engine takes a response down when it likes, on its thread.
@@ -128,7 +131,7 @@ private:
 };
 
 AppIcons::AppIcons(const InstalledApps &apps, QString theme)
-    : m_source(new Source{apps, std::move(theme)}) {}
+    : m_source(new Source{.apps = apps, .theme = std::move(theme)}) {}
 
 QQuickImageResponse *AppIcons::requestImageResponse(const QString &id, const QSize &requested) {
     const int side = std::clamp(requested.width(), 16, mostAsked);
@@ -147,6 +150,7 @@ QQuickImageResponse *AppIcons::requestImageResponse(const QString &id, const QSi
 Task<> AppIcons::answer(std::shared_ptr<Source> source, std::shared_ptr<Waiting> waiting,
                         QString icon, int side) {
     QImage found;
+    const Gate::Permit permit = co_await source->gate.enter();
     if (source->unanswered < mostUnanswered) {
         const auto picture = co_await onDisk(
             [&apps = source->apps, theme = source->theme, icon, side] {

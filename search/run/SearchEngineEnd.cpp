@@ -224,7 +224,7 @@ void SearchEngine::leave(RunRemainder rest) {
 }
 
 /// What is left stays, but for the links that a topic on disk has by now, and goes on when the user
-/// says so.
+/// says so. Where nothing is left of it, it has come to its end.
 void SearchEngine::putOff() {
     TopicStore &store = m_parts.store;
     RunRemainder rest = *m_rest;
@@ -237,7 +237,17 @@ void SearchEngine::putOff() {
         });
         rest.report.waits->links = static_cast<int>(rest.links.size());
     }
-    leave(std::move(rest));
+    if (!rest.isEmpty()) {
+        leave(std::move(rest));
+        return;
+    }
+    const QList<RunReport> reports = store.history();
+    const auto told = reportOf(reports, rest.report.date);
+    if (told != reports.cend() && told->waits) {
+        store.replaceRun(closed(*told, takenIn()));
+    }
+    m_restFile.clear(m_parts.clock.now()); // one that stays is known by the report, which is closed
+    setRest(std::nullopt);
 }
 
 /// A further part did not come to its end: what it did is told, and what it did not waits on, until
@@ -270,6 +280,7 @@ void SearchEngine::concludeFurther(RunReport &report, const SearchRun &run,
         if (run.limit() && !keepRest(report, run, task)) {
             report.waits = task.rest->waits(); // what was left before still is
             putOff();                          // and it is not tried again by itself
+            report.waits = m_rest ? report.waits : std::nullopt;
         }
         const Settings &settings = m_parts.preferences.settings();
         if (!settings.lastSearch || *settings.lastSearch < report.date) {

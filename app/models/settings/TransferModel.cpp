@@ -9,6 +9,8 @@
 
 #include <QDir>
 
+#include <atomic>
+#include <memory>
 #include <system_error>
 
 namespace vorle {
@@ -24,8 +26,8 @@ struct DiskWork {
     QString problem; ///< a French sentence; "" when it went well
 };
 
-/// Has `job` done on a thread that may hang, until it is asked to stop, or gave no sign of life for
-/// that long: it then ends where it may, and nobody waits for it.
+/// Has `job` done on a thread that may hang. One that is asked to stop, by `cancel`, or that gave
+/// no sign of life for that long, ends where it may, and nobody waits for it.
 Task<DiskWork> done(std::function<void(DiskWork &, DiskPulse &)> job,
                     std::chrono::milliseconds patience, CancelToken cancel) {
     const auto whole = [job = std::move(job)](DiskPulse &pulse) {
@@ -102,15 +104,19 @@ Task<> TransferModel::writeOut(Asked asked) {
         topics += *topic;
     }
     const qsizetype count = topics.size();
+    const auto stop = std::make_shared<std::atomic<bool>>(false);
     const auto job = [topics = std::move(topics), folder = *folder, live = store.file(),
-                      formats = asked.formats,
-                      now = asked.model->m_parts.clock.now()](DiskWork &work, DiskPulse &pulse) {
-        work.files = exportTopics(topics, folder, live, formats, now, [&pulse] {
+                      formats = asked.formats, now = asked.model->m_parts.clock.now(),
+                      stop](DiskWork &work, DiskPulse &pulse) {
+        work.files = exportTopics(topics, folder, live, formats, now, [&pulse, &stop] {
             pulse.beat();
-            return pulse.isStopped();
+            return *stop || pulse.isStopped();
         });
     };
-    const DiskWork work = co_await done(job, asked.patience, asked.cancel);
+    // One that is stopped is waited for to its next file: two must not write in one folder, nor
+    // the program end with a file half written beside it.
+    const auto registration = asked.cancel.onCancel([stop] { *stop = true; });
+    const DiskWork work = co_await done(job, asked.patience, {});
     if (!asked.model) {
         co_return;
     }

@@ -7,6 +7,7 @@
 #include "tests/support/Wait.h"
 
 #include <QDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -119,6 +120,28 @@ TEST_F(TransferModelTest, one_at_a_time_and_none_for_who_gives_up) {
     test::spinUntil([&] { return !importing.busy(); });
     EXPECT_EQ(other.count(), 0);
     EXPECT_EQ(importing.word(), text("Arrêté\u00A0: rien n’a changé."));
+}
+
+TEST_F(TransferModelTest, a_stopped_export_is_over_when_it_says_so) {
+    QList<Topic> many;
+    for (int i = 0; i < 500; ++i) {
+        many += sampleTopic(QStringLiteral("t%1").arg(i));
+    }
+    store.add(many);
+    const QDir notes(folder + QStringLiteral("/notes"));
+    picker.answer = folder;
+    model.exportNotes();
+    test::spinUntil([&] { return !notes.isEmpty(); });
+    model.stop();
+    test::spinUntil([this] { return !model.busy(); });
+    EXPECT_EQ(model.word(), text("Arrêté. Ce qui est écrit reste."));
+    const auto written = notes.count();
+    EXPECT_LT(written, 500U);
+    QThread::msleep(50);
+    EXPECT_EQ(notes.count(), written);
+    const QString word = said(&TransferModel::exportNotes, folder);
+    EXPECT_TRUE(word.startsWith(text("502 sujets dans "))) << word.toStdString();
+    EXPECT_EQ(notes.entryList({QStringLiteral("*.md")}).size(), 502);
 }
 
 } // namespace

@@ -12,6 +12,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <memory>
+#include <thread>
+#include <vector>
+
 #include <sys/stat.h>
 
 namespace vorle {
@@ -110,6 +115,39 @@ TEST(AppIcons, what_is_no_file_of_an_icon_is_one_pixel_that_nobody_sees) {
     // The engine may take a response down before it was answered.
     delete icons.requestImageResponse(QString(), {64, 64});
     test::settle();
+}
+
+/// Whose disk takes its time with every icon.
+class SlowPaths final : public InstalledApps {
+public:
+    QList<InstalledApp> list() const override { return {}; }
+    QString iconFile(const QString &icon, const QString &, int) const override {
+        std::this_thread::sleep_for(std::chrono::milliseconds(120));
+        return icon;
+    }
+};
+
+TEST(AppIcons, a_slow_disk_shows_every_icon_of_a_long_list) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("icon.png"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(png(48, 48));
+    file.close();
+    const SlowPaths paths;
+    AppIcons icons(paths, {});
+    std::vector<std::unique_ptr<QQuickImageResponse>> responses;
+    int answered = 0;
+    for (int i = 0; i < 40; ++i) {
+        responses.emplace_back(icons.requestImageResponse(path, {64, 64}));
+        QObject::connect(responses.back().get(), &QQuickImageResponse::finished,
+                         [&] { ++answered; });
+    }
+    test::spinUntil([&] { return answered == 40; });
+    for (const auto &response : responses) {
+        const std::unique_ptr<QQuickTextureFactory> shown(response->textureFactory());
+        EXPECT_EQ(shown->textureSize(), QSize(64, 64));
+    }
 }
 
 } // namespace

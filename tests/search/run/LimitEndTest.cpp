@@ -105,6 +105,33 @@ TEST_F(LimitEndTest, a_rest_that_is_stopped_or_fails_is_still_left_and_no_longer
     EXPECT_EQ(whole.read.full, 10) << "each page counts once";
 }
 
+// The run that took the links in is stopped when it has judged them all, with a search under way.
+TEST_F(LimitEndTest, a_rest_that_a_stopped_run_brought_wholly_is_not_offered_any_more) {
+    const QString topics = list(pages(8));
+    limit(QStringLiteral(R"("step":"judge",)"));
+    scenario(QStringLiteral("[]"), topics);
+    run();
+    ASSERT_EQ(engine.remainder()->links.size(), 8);
+
+    limit({});
+    otherTraits = QStringLiteral(R"("delays":{"**Potager**":60},)");
+    scenario(QStringLiteral("[]"), topics);
+    const auto stopping = QObject::connect(&store, &TopicStore::topicsAdded, [&] {
+        if (store.count() == 8) {
+            stop.cancel();
+        }
+    });
+    const RunReport cut = run();
+    QObject::disconnect(stopping);
+    EXPECT_TRUE(cut.cancelled);
+    EXPECT_EQ(cut.added, 8);
+    EXPECT_FALSE(engine.remainder());
+    EXPECT_FALSE(QFile::exists(restFile()));
+    for (const RunReport &report : store.history()) {
+        EXPECT_FALSE(report.waits);
+    }
+}
+
 // A search is under way when the user stops it, others were not made, links are judged in part.
 TEST_F(LimitEndTest, a_part_that_is_stopped_keeps_what_it_did_and_leaves_the_rest) {
     const QString project = list({candidate(at("/short"), "Potager")});
