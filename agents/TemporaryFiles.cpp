@@ -198,7 +198,7 @@ void preparePrivateTemporaryDirectory() {
 void removeStaleFiles() {
     // Only names this program gives: a folder of the user's may begin with its name too.
     static const QRegularExpression ours(QStringLiteral(
-        "^vorle-((schema|answer|run|install|score|feedback|(launch))-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"
+        "^vorle-((schema|answer|run|install|score|(launch|feedback))-[0-9A-F]{8}(-[0-9A-F]{4}){3}-"
         "[0-9A-F]{12}(\\.json|\\.out|\\.err|\\.txt|\\.command|\\.png|\\.jpg|\\.gif|"
         "\\.webp)?|demo-[A-Za-z]{6})$"));
     const QDateTime oldest = QDateTime::currentDateTimeUtc().addDays(-1);

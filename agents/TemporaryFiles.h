@@ -29,8 +29,9 @@ public:
     const QString &path() const { return m_path; }
     /// Makes `bytes` its whole content. @throws std::system_error
     void write(QByteArrayView bytes) const;
-    /// Leaves the file to the process it was made for, which removes it; `removeStaleFiles` does, a
-    /// day later, where that one died. For names that begin with "vorle-launch-".
+    /// Leaves the file to the process it was made for, which may remove it; `removeStaleFiles`
+    /// does, a day later, where it did not. For names that begin with "vorle-launch-", which a
+    /// terminal reads, or "vorle-feedback-", which a mail program does.
     void keep() { m_kept = true; }
 
 private:
@@ -50,8 +51,8 @@ void preparePrivateTemporaryDirectory();
 
 /// Removes the files and folders of ours ("vorle-run-…" and the like) that were left in the
 /// temporary directory by processes that are no more, whenever that was; those that are in use
-/// stay. What was left to a terminal goes after a day, as does what cannot be told to be in use.
-/// Sockets and links stay.
+/// stay. What was left to another program goes after a day, as does what cannot be told to be in
+/// use. Sockets and links stay.
 void removeStaleFiles();
 
 } // namespace vorle

@@ -29,7 +29,7 @@ void HotKey::resume() {
 }
 
 void HotKey::look() {
-    if (state() == GlobalHotKey::State::Taken) {
+    if (state() == GlobalHotKey::State::Taken || state() == GlobalHotKey::State::Unavailable) {
         apply();
     }
 }

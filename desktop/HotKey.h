@@ -22,7 +22,7 @@ public:
     /// Gives the combination back, so that it can be typed like any other, and takes it again.
     void pause();
     void resume();
-    /// Asks once more for one that another program had.
+    /// Asks once more for one that another program had, or that the system did not give.
     void look();
 
 Q_SIGNALS:

@@ -4,6 +4,7 @@
 #include "base/French.h"
 #include "base/FrenchSpacing.h"
 #include "base/Log.h"
+#include "base/OnDisk.h"
 #include "core/NumberText.h"
 #include "desktop/ScorePicture.h"
 #include "desktop/ShownLine.h"
@@ -54,6 +55,23 @@ QString reminderBody(int count) {
                          end);
 }
 
+/// Any thread. Nothing where it could not be written.
+std::shared_ptr<TemporaryFile> pictureFile(std::optional<int> score, Accent accent,
+                                           const QString &family) {
+    try {
+        QBuffer png;
+        png.open(QIODevice::WriteOnly);
+        scorePicture(score, accent, family).save(&png, "PNG");
+        auto file = std::make_shared<TemporaryFile>(u"vorle-score-", u".png");
+        file->write(png.data());
+        return file;
+    } catch (const std::system_error &error) {
+        logLine(QStringLiteral("a notification goes without its picture: ") +
+                QString::fromLocal8Bit(error.what()));
+        return nullptr;
+    }
+}
+
 } // namespace
 
 Notifier::Notifier(Parts parts, QObject *parent)
@@ -61,11 +79,8 @@ Notifier::Notifier(Parts parts, QObject *parent)
     m_parts.system.follow(
         {.tapped = [this](const NotificationTap &tap) { Q_EMIT sectionAsked(tap.section); },
          .known = [this] { become(); },
-         .failed =
-             [](const QString &identifier, const QString &words) {
-                 logLine(QStringLiteral("the notification ") + identifier +
-                         QStringLiteral(" was not taken: ") + words);
-             }});
+         .failed = [this](const QString &identifier,
+                          const QString &words) { takeFailure(identifier, words); }});
     m_parts.system.registerCategories(categories());
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::VeryCoarseTimer);
@@ -96,13 +111,16 @@ void Notifier::topicsReady(const TopicsReady &ready) {
         return;
     }
     const QString best = shownLine(ready.title, titleCharacters);
-    send({.identifier = QStringLiteral("ready"),
-          .category = ready.urgent ? QStringLiteral("urgent") : QStringLiteral("ready"),
-          .title = readyTitle(ready),
-          .body = ready.urgent ? French::tr("Urgent\u00A0: %1").arg(best) : best,
-          .section = inboxSection(),
-          .picture = keptPicture(ready.score),
-          .sound = Notification::Sound::Default});
+    Notification notification{
+        .identifier = QStringLiteral("ready"),
+        .category = ready.urgent ? QStringLiteral("urgent") : QStringLiteral("ready"),
+        .title = readyTitle(ready),
+        .body = ready.urgent ? French::tr("Urgent\u00A0: %1").arg(best) : best,
+        .section = inboxSection(),
+        .picture = {},
+        .sound = Notification::Sound::Default};
+    detach(sendWithPicture(this, std::move(notification), ready.score, ++m_pictures),
+           QStringLiteral("a notification"));
 }
 
 void Notifier::scheduleWeeklyReminder(int count) {
@@ -112,22 +130,38 @@ void Notifier::scheduleWeeklyReminder(int count) {
 
 QString Notifier::trouble() const { return m_parts.system.remedy(); }
 
-/// The file of the score's picture, which stays until the next one or the end: a service may read
-/// it late, and a notice without its picture is better than none.
-QString Notifier::keptPicture(std::optional<int> score) {
-    try {
-        QBuffer png;
-        png.open(QIODevice::WriteOnly);
-        scorePicture(score, m_parts.preferences.settings().accent, m_parts.family)
-            .save(&png, "PNG");
-        auto file = std::make_unique<TemporaryFile>(u"vorle-score-", u".png");
-        file->write(png.data());
-        m_picture = std::move(file);
-        return m_picture->path();
-    } catch (const std::system_error &error) {
-        logLine(QStringLiteral("a notification goes without its picture: ") +
-                QString::fromLocal8Bit(error.what()));
-        return {};
+void Notifier::askLeave() {
+    const Settings &settings = m_parts.preferences.settings();
+    if (settings.notifyReminder || settings.notifyMode != NotifyMode::Never) {
+        m_parts.system.authorise();
+    }
+}
+
+bool Notifier::waitsForLeave() const {
+    return standing() == Standing::Unasked && m_parts.preferences.settings().notifyReminder;
+}
+
+/// The file of the score's picture stays until the next one or the end: a service may read it late.
+/// A notice without its picture is better than none.
+Task<> Notifier::sendWithPicture(QPointer<Notifier> self, Notification notification,
+                                 std::optional<int> score, int number) {
+    auto picture = co_await onDisk(
+        [score, accent = self->m_parts.preferences.settings().accent,
+         family = self->m_parts.family] { return pictureFile(score, accent, family); });
+    if (!self || number != self->m_pictures) {
+        co_return; // the one that came since takes its place
+    }
+    self->m_picture = picture ? std::move(*picture) : nullptr;
+    notification.picture = self->m_picture ? self->m_picture->path() : QString();
+    self->send(notification);
+}
+
+/// What the system keeps no more is wanted still: it is asked for at the next look.
+void Notifier::takeFailure(const QString &identifier, const QString &words) {
+    logLine(QStringLiteral("the notification ") + identifier + QStringLiteral(" was not taken: ") +
+            words);
+    if (m_parts.system.keepsTime() && m_reminder && identifier == m_reminder->identifier) {
+        m_reminder.reset();
     }
 }
 
@@ -164,14 +198,8 @@ void Notifier::become() {
 }
 
 void Notifier::follow(const QString &key) {
-    const Settings &settings = m_parts.preferences.settings();
     if (Preferences::isKeyOf(key, &Settings::notifyReminder, &Settings::reminder)) {
         plan();
-    }
-    if ((Preferences::isKeyOf(key, &Settings::notifyMode) &&
-         settings.notifyMode != NotifyMode::Never) ||
-        (Preferences::isKeyOf(key, &Settings::notifyReminder) && settings.notifyReminder)) {
-        m_parts.system.authorise();
     }
 }
 
@@ -223,7 +251,11 @@ void Notifier::arm() {
 }
 
 void Notifier::lookAtClock() {
-    if (!m_reminder || m_parts.system.keepsTime()) {
+    if (m_parts.system.keepsTime()) {
+        plan(); // once more, where it was not taken
+        return;
+    }
+    if (!m_reminder) {
         return;
     }
     const QDateTime now = m_parts.clock.now();

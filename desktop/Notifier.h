@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Async.h"
 #include "base/Clock.h"
 #include "base/LocalZone.h"
 #include "core/Preferences.h"
@@ -7,6 +8,7 @@
 
 #include <QMap>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 
@@ -38,8 +40,10 @@ struct TopicsReady {
 /// after its hour for a machine that slept.
 ///
 /// The person is asked for their leave where the system wants it, and only when something is to be
-/// sent or a switch was turned; what was to be sent then waits for the answer. Strangers' texts are
-/// held to a line. Main thread; needs a QGuiApplication; what it is given outlives it.
+/// sent or they turned a switch themselves; what was to be sent then waits for the answer. A
+/// reminder that the system did not take is asked for again. Strangers' texts are held to a line.
+/// Main thread, which draws and writes nothing; needs a QGuiApplication; what it is given outlives
+/// it.
 class Notifier final : public QObject {
     Q_OBJECT
 public:
@@ -70,6 +74,11 @@ public:
     QString trouble() const;
     /// Asks the system how things stand, not the person.
     void look() { m_parts.system.look(); }
+    /// The person is at these settings: has the system ask them for their leave, where it has not
+    /// and something is wanted. Not for what a command sets, which nobody may be looking at.
+    void askLeave();
+    /// The reminder is wanted, and waits for that.
+    bool waitsForLeave() const;
     /// Looks at the clock, as when the machine wakes up.
     void lookAtClock();
 
@@ -85,17 +94,20 @@ private:
     void follow(const QString &key);
     void plan();
     void arm();
-    QString keptPicture(std::optional<int> score);
+    void takeFailure(const QString &identifier, const QString &words);
+    static Task<> sendWithPicture(QPointer<Notifier> self, Notification notification,
+                                  std::optional<int> score, int number);
 
     Parts m_parts;
     QMap<QString, Notification> m_held;       ///< until it is known whether they may be shown
     bool m_mayAsk = false;                    ///< the person, for what is held
-    std::unique_ptr<TemporaryFile> m_picture; ///< of the last notification that has one
-    int m_waiting = 0;                        ///< kept topics
-    std::optional<Notification> m_reminder;   ///< the one that is pending
-    bool m_planned = false;                   ///< it was looked at since the start
-    WeeklyMoment m_moment;                    ///< when
-    QTimer m_timer;                           ///< where the system keeps no time
+    std::shared_ptr<TemporaryFile> m_picture; ///< of the last notification that has one
+    int m_pictures = 0; ///< asked for: one that comes after the next was asked for is late
+    int m_waiting = 0;  ///< kept topics
+    std::optional<Notification> m_reminder; ///< the one that is pending
+    bool m_planned = false;                 ///< it was looked at since the start
+    WeeklyMoment m_moment;                  ///< when
+    QTimer m_timer;                         ///< where the system keeps no time
     QDateTime m_looked;
 };
 

@@ -91,10 +91,9 @@ Task<std::optional<bool>> ShareInbox::takeSome() {
         co_return std::nullopt;
     }
     if (!m_watch && !m_stopped) {
-        // What came between the listing and this is seen by one more look.
+        // It tells once it stands: what came between the listing and this is seen then.
         m_watch = std::make_unique<FileWatch>(m_path);
         connect(m_watch.get(), &FileWatch::changed, this, &ShareInbox::look);
-        m_lookAgain = true;
     }
     QList<InboxFolder::Drop> drops;
     QList<Item> items;

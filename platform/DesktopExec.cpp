@@ -47,6 +47,23 @@ QString desktopValue(const QString &text) {
     return value;
 }
 
+QString desktopText(const QString &value) {
+    QString text;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] != u'\\' || i + 1 == value.size()) {
+            text += value[i];
+            continue;
+        }
+        const QChar escaped = value[++i];
+        text += escaped == u's'   ? QChar(u' ')
+                : escaped == u'n' ? QChar(u'\n')
+                : escaped == u'r' ? QChar(u'\r')
+                : escaped == u't' ? QChar(u'\t')
+                                  : escaped;
+    }
+    return text;
+}
+
 QString desktopExecWord(const QString &text) {
     const bool breaks = std::any_of(text.begin(), text.end(), [](QChar c) { return c < u' '; });
     return breaks ? QString() : desktopValue(quoted(text));
@@ -66,6 +83,37 @@ QString desktopExec(const QStringList &command) {
         arguments += quoted(argument);
     }
     return desktopValue(arguments.join(u' '));
+}
+
+QStringList desktopExecWords(const QString &value) {
+    const QString line = desktopText(value);
+    QStringList words;
+    QString word;
+    bool within = false; // a word
+    bool quotes = false;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const QChar c = line[i];
+        const bool more = i + 1 < line.size();
+        if (c == u'"') {
+            quotes = !quotes;
+            within = true;
+        } else if (quotes && c == u'\\' && more) {
+            word += line[++i];
+        } else if (c == u'%' && more) {
+            if (line[++i] == u'%') {
+                word += u'%';
+                within = true;
+            }
+        } else if (!quotes && (c == u' ' || c == u'\t' || c == u'\n')) {
+            if (std::exchange(within, false)) {
+                words += std::exchange(word, QString());
+            }
+        } else {
+            word += c;
+            within = true;
+        }
+    }
+    return within ? words + QStringList{word} : words;
 }
 
 } // namespace vorle

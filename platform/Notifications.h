@@ -75,7 +75,9 @@ public:
         std::function<void(const QString &identifier, const QString &words)> failed;
     };
 
-    /// Whom to tell, until the next call or the end of this object; empty ones stop it.
+    /// Whom to tell, until the next call or the end of this object; empty ones stop it. A tap that
+    /// opened the program, and came before anybody was there to be told, is told once the event
+    /// loop turns.
     virtual void follow(Events events) = 0;
     /// The kinds of notices there will be; before the first one.
     virtual void registerCategories(const QList<NotificationCategory> &categories) = 0;

@@ -1,6 +1,7 @@
 #include "storage/FileWatch.h"
 
 #include "base/Log.h"
+#include "base/OnDisk.h"
 #include "storage/DurableFile.h"
 
 #include <QDateTime>
@@ -10,75 +11,115 @@
 #include <sys/stat.h>
 
 #include <system_error>
+#include <utility>
 
 namespace vorle {
 
-FileWatch::FileWatch(const QString &path) : m_path(path) {
-    // A save is several changes of a folder: they are looked at once they are over.
-    constexpr int settledMs = 60;
-    m_settled.setSingleShot(true);
-    m_settled.setInterval(settledMs);
-    connect(&m_settled, &QTimer::timeout, this, [this] {
-        follow();
-        QString now = state();
-        // A file system whose clock is coarse may show no difference where the system told one.
-        if (m_told || now != m_known) {
-            m_told = false;
-            m_known = std::move(now);
-            Q_EMIT changed();
-        }
-    });
-    // Not pushed back by what comes after: a busy folder must not starve it.
-    const auto look = [this] {
-        if (!m_settled.isActive()) {
-            m_settled.start();
-        }
-    };
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this,
-            [this, look](const QString &folder) {
-                m_told = m_told || folder == m_path; // a watched folder's own date is coarse too
-                look();
-            });
-    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, [this, look] {
-        m_told = true;
-        look();
-    });
-    follow();
-    m_known = state();
-}
+namespace {
 
-/// The folders tell of a file that took the name, the file of what is written into it in place. A
-/// file that was replaced is watched no more: the new one has to be.
-void FileWatch::follow() {
-    QStringList wanted{QFileInfo(m_path).absolutePath()};
-    try {
-        const QString target = linkTarget(m_path);
-        wanted += {QFileInfo(target).absolutePath(), target};
-    } catch (const std::system_error &) {
-        logLine(QStringLiteral("the links of a watched file lead nowhere"));
-    }
-    wanted.removeDuplicates();
-    for (const QString &path : std::as_const(wanted)) {
-        const QFileInfo info(path);
-        if (info.isFile()) {
-            m_watcher.removePath(path); // it may be the watch of the file that was there before
-        }
-        if (info.exists() && !m_watcher.directories().contains(path)) {
-            m_watcher.addPath(path);
-        }
-    }
-}
+/// A save is several changes of a folder: they are looked at once they are over.
+constexpr std::chrono::milliseconds settled(60);
 
-QString FileWatch::state() const {
+QString stateOf(const QString &path) {
     struct stat file{};
-    if (::stat(QFile::encodeName(m_path).constData(), &file) != 0) {
+    if (::stat(QFile::encodeName(path).constData(), &file) != 0) {
         return {};
     }
     return QStringLiteral("%1 %2 %3 %4")
         .arg(quint64(file.st_dev))
         .arg(quint64(file.st_ino))
         .arg(qint64(file.st_size))
-        .arg(QFileInfo(m_path).lastModified().toMSecsSinceEpoch());
+        .arg(QFileInfo(path).lastModified().toMSecsSinceEpoch());
+}
+
+} // namespace
+
+FileWatch::FileWatch(const QString &path) : m_path(path) {
+    m_settled.setSingleShot(true);
+    m_settled.setInterval(settled);
+    const auto ask = [this] { detach(look(this), QStringLiteral("a watched file")); };
+    connect(&m_settled, &QTimer::timeout, this, ask);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, [this](const QString &folder) {
+        m_told = m_told || folder == m_path; // a watched folder's own date is coarse too
+        lookSoon();
+    });
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, [this] {
+        // A file system whose clock is coarse may show no difference where the system told one.
+        m_told = true;
+        lookSoon();
+    });
+    ask();
+}
+
+/// Not pushed back by what comes after: a busy folder must not starve it.
+void FileWatch::lookSoon() {
+    if (!m_settled.isActive()) {
+        m_settled.start();
+    }
+}
+
+FileWatch::Sight FileWatch::seen(const QString &path) {
+    Sight sight;
+    QStringList wanted{QFileInfo(path).absolutePath()};
+    try {
+        const QString target = linkTarget(path);
+        wanted += {QFileInfo(target).absolutePath(), target};
+    } catch (const std::system_error &) {
+        logLine(QStringLiteral("the links of a watched file lead nowhere"));
+    }
+    wanted.removeDuplicates();
+    for (const QString &each : std::as_const(wanted)) {
+        const QFileInfo info(each);
+        if (info.isFile()) {
+            sight.files += each;
+        } else if (info.exists()) {
+            sight.folders += each;
+        }
+    }
+    sight.state = stateOf(path);
+    return sight;
+}
+
+Task<> FileWatch::look(QPointer<FileWatch> self) {
+    if (std::exchange(self->m_looking, true)) {
+        self->m_again = true;
+        co_return;
+    }
+    const auto sight = co_await onDisk([path = self->m_path] { return seen(path); });
+    if (!self) {
+        co_return;
+    }
+    self->m_looking = false;
+    if (!sight) {
+        self->m_settled.start(maxDiskWait); // it may answer again
+        co_return;
+    }
+    self->m_settled.setInterval(settled);
+    self->follow(*sight);
+    if (std::exchange(self->m_again, false)) {
+        self->lookSoon();
+    }
+    if (std::exchange(self->m_told, false) || sight->state != self->m_known) {
+        self->m_known = sight->state;
+        Q_EMIT self->changed();
+    }
+}
+
+/// The folders tell of a file that took the name, the file of what is written into it in place. A
+/// file that was replaced is watched no more: the new one has to be. What is watched anew may have
+/// changed since the disk was asked.
+void FileWatch::follow(const Sight &sight) {
+    for (const QString &path : sight.files) {
+        const bool known = m_watcher.removePath(path); // of the file that was there before
+        m_watcher.addPath(path);
+        m_again = m_again || !known;
+    }
+    for (const QString &path : sight.folders) {
+        if (!m_watcher.directories().contains(path)) {
+            m_watcher.addPath(path);
+            m_again = true;
+        }
+    }
 }
 
 } // namespace vorle

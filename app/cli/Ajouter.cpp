@@ -106,7 +106,7 @@ Task<> readHere(Context &context, TopicStore &store, LinkCapture &capture, QUuid
     } catch (const Failure &failure) {
         why = failure.text();
     }
-    requireSaved(store);
+    co_await onceSaved(context, store);
     const TopicPtr topic = store.topic(id);
     if (!topic || topic->status == TopicStatus::Pending) {
         context.console.say(French::tr("Ajouté, mais il attend d’être lu. %1").arg(why).trimmed());
@@ -172,7 +172,7 @@ Task<ExitStatus> ajouter(Context &context, LinkDoors doors, const Clock &clock) 
         co_await readHere(context, store, capture, id);
         co_return ExitStatus::Done;
     }
-    requireSaved(store);
+    co_await onceSaved(context, store);
     show(context, *store.topic(id), French::tr("Ajouté à « À trier »\u00A0: je lis la page"));
     co_return ExitStatus::Done;
 }

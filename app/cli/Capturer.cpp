@@ -9,6 +9,8 @@
 #include <csignal>
 
 #include <cerrno>
+#include <optional>
+#include <utility>
 
 namespace vorle::cli {
 
@@ -39,36 +41,68 @@ bool hasEnded(qint64 process) {
     return ::kill(static_cast<pid_t>(process), 0) != 0 && errno == ESRCH;
 }
 
-/// Opens the app, and hands it the command once it answers.
+/// Opens the app, and hands it the command once it answers. An app that waits for its topics is
+/// waited for, as any command is; the one that is started has it show its window, which says so.
 Task<ExitStatus> openThenForward(Context &context, QString topicsFile) {
     constexpr std::chrono::milliseconds pause(100);
-    constexpr int patience = 600; // of these pauses: it may have to wait for another command
+    constexpr int patience = 600; // of these pauses, without a sign of life
     constexpr int afterItsEnd = 20;
     qint64 process = 0;
     if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), {}, QString(),
                                  &process)) {
         throw Failure(French::tr("vorle n’a pas pu s’ouvrir."));
     }
+    bool told = false;
     int ended = 0;
     for (int tries = 0; tries < patience && ended < afterItsEnd; ++tries) {
         co_await sleepFor(pause, context.cancel);
-        if (const auto status = co_await forwardCommand(context, topicsFile)) {
-            co_return *status;
+        const Forwarded forwarded = co_await askApp(context, topicsFile);
+        if (forwarded.status) {
+            co_return *forwarded.status;
+        }
+        if (forwarded.waits) {
+            if (!std::exchange(told, true)) {
+                context.console.say(French::tr("vorle attend la fin d’une autre commande\u00A0: la "
+                                               "capture s’ouvre dès qu’elle a fini."));
+            }
+            tries = 0;
+            ended = 0;
+            continue;
         }
         ended += hasEnded(process) ? 1 : 0;
     }
     throw Failure(French::tr("vorle n’a pas pu s’ouvrir."));
 }
 
+/// In the app. What cannot be proposed is said in the capture, too: nobody may see the terminal.
+/// @throws Failure
+void proposeHere(const Context &context) {
+    LinkToCapture link;
+    std::optional<Failure> none;
+    try {
+        link = linkMeant(context.arguments);
+    } catch (const Failure &failure) {
+        link.problem = failure.text();
+        none = failure;
+    }
+    const bool opened = context.openCapture && context.openCapture(link);
+    if (none) {
+        throw *none;
+    }
+    if (!opened) {
+        throw Failure(French::tr("La capture est déjà ouverte sur un autre lien."));
+    }
+}
+
 } // namespace
 
 Task<ExitStatus> capturer(Context &context, std::function<QString()> topicsFile) {
-    const LinkToCapture link = linkMeant(context.arguments);
     if (context.host == Host::App) {
-        if (!context.openCapture || !context.openCapture(link)) {
-            throw Failure(French::tr("La capture est déjà ouverte sur un autre lien."));
-        }
+        proposeHere(context);
         co_return ExitStatus::Done;
+    }
+    if (Console::isHeard()) {
+        linkMeant(context.arguments); // a terminal is told of what is none; elsewhere the capture
     }
     if (const auto status = co_await forwardCommand(context, topicsFile())) {
         co_return *status;

@@ -54,6 +54,7 @@ struct LinkToCapture {
     QString url; ///< empty: what is in front of them
     QString title = {};
     WebLink::Giver giver = WebLink::Giver::User;
+    QString problem = {}; ///< with no `url`: why what was handed over is none, in French
 };
 
 /// What was asked, and where to answer: what every command is given.

@@ -5,6 +5,8 @@
 
 #include <QTimer>
 
+#include <utility>
+
 namespace vorle::cli {
 
 namespace {
@@ -41,6 +43,7 @@ public:
     }
 
     bool wasAsked() const { return m_asked; }
+    bool isAppWaiting() const { return m_waits; }
     std::optional<ExitStatus> status() const { return m_status; }
 
 private:
@@ -68,6 +71,9 @@ private:
             m_over.fire();
             break;
         case Kind::Waiting: // it has no topics to run the command on yet
+            m_waits = true;
+            m_app.close();
+            break;
         case Kind::Raise:
         case Kind::Command:
         case Kind::Cancel:
@@ -80,24 +86,30 @@ private:
     AppConnection m_app;
     OneShot m_over;
     bool m_asked = false;
+    bool m_waits = false;
     std::optional<ExitStatus> m_status;
 };
 
 } // namespace
 
 Task<std::optional<ExitStatus>> forwardCommand(Context &context, QString topicsFile) {
+    const Forwarded forwarded = co_await askApp(context, std::move(topicsFile));
+    co_return forwarded.status;
+}
+
+Task<Forwarded> askApp(Context &context, QString topicsFile) {
     auto *socket = new QLocalSocket;
     ForwardedCommand forwarded(context, socket);
     socket->connectToServer(appSocketName(topicsFile));
     co_await forwarded.ended();
     if (!forwarded.wasAsked()) {
         context.cancel.throwIfCancelled();
-        co_return std::nullopt;
+        co_return Forwarded{std::nullopt, forwarded.isAppWaiting()};
     }
     if (!forwarded.status()) {
         throw Failure(French::tr("vorle s’est fermé avant la fin de la commande."));
     }
-    co_return forwarded.status();
+    co_return Forwarded{forwarded.status()};
 }
 
 } // namespace vorle::cli

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace vorle::cli {
@@ -61,6 +62,12 @@ Console::Console()
 Console::Console(Terminal terminal, std::function<void(Stream, const QByteArray &)> sink)
     : m_terminal(terminal), m_sink(std::move(sink)) {
     m_terminal.width = std::clamp(m_terminal.width, narrowest, widest);
+}
+
+bool Console::isHeard() {
+    struct stat state{};
+    return ::isatty(STDERR_FILENO) == 1 ||
+           (::fstat(STDERR_FILENO, &state) == 0 && S_ISFIFO(state.st_mode));
 }
 
 bool Console::wroteAll() { return std::fflush(stdout) == 0 && std::ferror(stdout) == 0; }

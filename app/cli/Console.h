@@ -28,6 +28,9 @@ public:
     /// Another one, whose bytes `sink` takes.
     Console(Terminal terminal, std::function<void(Stream, const QByteArray &)> sink);
 
+    /// Whether who started the program sees what it complains of: a terminal, or another program. A
+    /// desktop's key or menu shows nobody anything.
+    static bool isHeard();
     /// Whether everything this process has put on its standard output got there. Looks once more
     /// at what may still be under way.
     static bool wroteAll();

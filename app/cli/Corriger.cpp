@@ -85,15 +85,15 @@ Task<ExitStatus> corriger(Context &context, TopicsToChange topics, const Clock &
             store.setCorrection(topic->id, std::nullopt);
         }
         const auto own = judgedScore(*topic);
-        showChanged(context, store, topic->id,
-                    own ? French::tr("Note %1 sur 10, la mienne").arg(*own)
-                        : French::tr("Pas de note\u00A0: rien n’a pu être lu"));
+        co_await showChanged(context, store, topic->id,
+                             own ? French::tr("Note %1 sur 10, la mienne").arg(*own)
+                                 : French::tr("Pas de note\u00A0: rien n’a pu être lu"));
         co_return ExitStatus::Done;
     }
     store.setCorrection(topic->id, correctionOf(score, reasons,
                                                 arguments.options.value(QStringLiteral("texte")),
                                                 clock.now()));
-    showChanged(context, store, topic->id, correctedText(*store.topic(topic->id)));
+    co_await showChanged(context, store, topic->id, correctedText(*store.topic(topic->id)));
     co_return ExitStatus::Done;
 }
 

@@ -25,7 +25,7 @@ Task<ExitStatus> importer(Context &context, TopicsToChange changed, OnDemand<Lin
     if (context.host == Host::App) {
         capture->resume(); // links that still want to be read
     }
-    requireSaved(store);
+    co_await onceSaved(context, store);
     if (context.arguments.json()) {
         context.console.print(json::encode(outcome, json::Style::Pretty));
     }

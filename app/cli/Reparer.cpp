@@ -36,7 +36,7 @@ Task<ExitStatus> reparer(Context &context, TopicsToChange topics) {
     if (readable) {
         shown.left = readable->left;
         shown.kept = store.repair();
-        requireSaved(store);
+        co_await onceSaved(context, store);
         if (shown.kept == 0) {
             said = French::tr("Rien n’est lisible dans ton fichier de sujets. Je n’y touche pas.");
             status = ExitStatus::Failed;

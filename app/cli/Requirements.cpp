@@ -4,6 +4,7 @@
 #include "base/French.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
+#include "core/TopicsSaved.h"
 
 namespace vorle::cli {
 
@@ -13,10 +14,24 @@ void requireReadable(const TopicStore &store) {
     }
 }
 
+namespace {
+
+Failure notSaved(const TopicStore &store) {
+    return Failure(
+        store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
+}
+
+} // namespace
+
+Task<> onceSaved(Context &context, TopicStore &store) {
+    if (!co_await topicsSaved(store, context.cancel)) {
+        throw notSaved(store);
+    }
+}
+
 void requireSaved(TopicStore &store) {
     if (!store.flush()) {
-        throw Failure(
-            store.saveError().value_or(French::tr("Les sujets n’ont pas pu être enregistrés.")));
+        throw notSaved(store);
     }
 }
 

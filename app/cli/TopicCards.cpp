@@ -127,8 +127,8 @@ QString topicLines(const Console &console, const QList<TopicPtr> &topics) {
     return lines.join(u'\n');
 }
 
-void showChanged(Context &context, TopicStore &store, const QUuid &id, const QString &said) {
-    requireSaved(store);
+Task<> showChanged(Context &context, TopicStore &store, QUuid id, QString said) {
+    co_await onceSaved(context, store);
     const TopicPtr topic = store.topic(id);
     if (context.arguments.json()) {
         context.console.print(json::encode(*topic, json::Style::Pretty));

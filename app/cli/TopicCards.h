@@ -29,8 +29,8 @@ QString openScoreLines(const Console &console, const ScoreExplanation &open);
 /// One line a topic: score, title, where it stands, identity.
 QString topicLines(const Console &console, const QList<TopicPtr> &topics);
 
-/// Waits for the disk, then shows the topic that was changed as it is now, or `said` about it.
-/// @throws Failure as requireSaved()
-void showChanged(Context &context, TopicStore &store, const QUuid &id, const QString &said);
+/// Shows the topic that was changed as it is once it is on the disk, or `said` about it.
+/// @throws as onceSaved()
+Task<> showChanged(Context &context, TopicStore &store, QUuid id, QString said);
 
 } // namespace vorle::cli

@@ -98,7 +98,7 @@ Task<> retryUnread(Context &context, TopicStore &store, LinkCapture &capture, To
     if (!now || now->status != TopicStatus::Inbox) {
         throw Failure(French::tr("Ce lien n’a pas pu être lu et noté\u00A0: il attend toujours."));
     }
-    showChanged(context, store, topic->id, French::tr("Lu et noté · À trier"));
+    co_await showChanged(context, store, topic->id, French::tr("Lu et noté · À trier"));
 }
 
 } // namespace
@@ -132,7 +132,8 @@ Task<ExitStatus> trier(Context &context, TopicsToChange topics, OnDemand<LinkCap
     } else {
         decisions.decide(topic->id, outcome);
     }
-    showChanged(context, store, topic->id, worth ? outcomeText(*worth) : outcomeText(outcome));
+    co_await showChanged(context, store, topic->id,
+                         worth ? outcomeText(*worth) : outcomeText(outcome));
     if (asked.action == Action::Keep && waitsInProgram(topics, clock, topic->id)) {
         context.console.say(
             French::tr("Il ne tient pas dans ta semaine\u00A0: il attend sous la ligne."));

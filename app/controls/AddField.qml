@@ -1,12 +1,16 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
-// A line that adds what is written to the list above it; what cannot be taken is said below.
+// A line that adds what is written to the list above it; what cannot be taken is said below. What
+// stands in it and was not taken is there again at the next start.
 Column {
     id: adder
 
     required property string prompt
     property alias text: field.text
+    property Drafts drafts: null
+    property string draft: "" // its name there
     property string problem: ""
 
     signal added(string text)
@@ -23,6 +27,7 @@ Column {
     }
 
     spacing: 6
+    Component.onCompleted: if (drafts !== null) field.text = drafts.of(draft)
 
     TextEntry {
         id: field
@@ -32,6 +37,7 @@ Column {
         font.pixelSize: Theme.textBody
         placeholderText: adder.prompt
         Accessible.description: qsTr("Touche %1").arg("↩")
+        onTextChanged: adder.drafts?.keep(adder.draft, text)
         onTextEdited: adder.problem = ""
         onAccepted: if (text.trim().length > 0) adder.added(text)
         Keys.onEscapePressed: event => {

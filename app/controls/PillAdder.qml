@@ -1,14 +1,17 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // The last of a row of pills: a button that turns into a line to write on. What was written and not
-// taken stays in it, until it is taken or given up (Échap).
+// taken stays in it, at the next start too, until it is taken or given up (Échap).
 Item {
     id: adder
 
     required property string text
     property string prompt: text
     property bool writes: true // else it only asks
+    property Drafts drafts: null
+    property string draft: "" // its name there
     readonly property bool writing: field.active
     readonly property TextEntry line: field.item as TextEntry
 
@@ -24,6 +27,7 @@ Item {
     }
     function stop() {
         const had = line?.activeFocus ?? false;
+        drafts?.keep(draft, "");
         field.active = false;
         field.focus = false;
         if (had) {
@@ -44,6 +48,12 @@ Item {
 
     implicitWidth: writing ? 240 : button.implicitWidth
     implicitHeight: 30
+    Component.onCompleted: {
+        if (drafts !== null && drafts.of(draft).length > 0) {
+            field.restores = true;
+            field.active = true;
+        }
+    }
 
     PillButton {
         id: button
@@ -59,8 +69,18 @@ Item {
     }
     Loader {
         id: field
+
+        property bool restores: false
+
         active: false
-        onLoaded: adder.takeFocus()
+        onLoaded: {
+            if (restores) {
+                adder.line.text = adder.drafts.of(adder.draft);
+                restores = false;
+            } else {
+                adder.takeFocus();
+            }
+        }
         sourceComponent: TextEntry {
             implicitWidth: 240
             implicitHeight: 30
@@ -68,6 +88,7 @@ Item {
             rightPadding: 12
             font.pixelSize: Theme.textNote
             placeholderText: adder.prompt
+            onTextChanged: adder.drafts?.keep(adder.draft, text)
             onAccepted: {
                 if (text.trim().length === 0) {
                     adder.stop();

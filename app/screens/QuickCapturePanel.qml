@@ -55,7 +55,9 @@ Window {
             if (capture.handed) {
                 calm.restart(); // what is typed elsewhere just now is not meant for it
             }
-            capture.lookAgain();
+            if (!proposed || note.text.length === 0) { // else what was written is for this page
+                capture.lookAgain();
+            }
             takeFocus();
         }
     }
@@ -165,7 +167,7 @@ Window {
             }
             Label {
                 width: parent.width
-                visible: text.length > 0 && !panel.proposed
+                visible: text.length > 0
                 text: panel.capture.hint
                 color: Theme.inkSoft
                 font.pixelSize: Theme.textNote

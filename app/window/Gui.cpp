@@ -1,5 +1,6 @@
 #include "app/window/Gui.h"
 
+#include "app/cli/Console.h"
 #include "app/demo/Demonstration.h"
 #include "app/window/OpenApp.h"
 #include "app/window/Opening.h"
@@ -14,13 +15,12 @@
 #include "base/French.h"
 #include "base/Log.h"
 #include "base/SystemErrorText.h"
+#include "platform/LoginItem.h"
+#include "platform/Notifications.h"
 #include "platform/WidgetTimelines.h"
 
 #include <QApplication>
 #include <QMessageBox>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <exception>
@@ -34,12 +34,9 @@ namespace {
 
 void complain(const QString &text) { std::fprintf(stderr, "%s\n", text.toUtf8().constData()); }
 
-/// Whether who started the program sees what it complains of: a terminal, or another program.
+/// Whether what it complains of is seen on standard error, or can be seen nowhere else.
 bool isHeard() {
-    struct stat state{};
-    return ::isatty(STDERR_FILENO) == 1 ||
-           (::fstat(STDERR_FILENO, &state) == 0 && S_ISFIFO(state.st_mode)) ||
-           QGuiApplication::platformName() == u"offscreen";
+    return cli::Console::isHeard() || QGuiApplication::platformName() == u"offscreen";
 }
 
 /// Without a screen Qt would end the program in its own words.
@@ -56,7 +53,12 @@ bool hasScreen() {
 class Program final : public QObject {
 public:
     Program(Application &app, const GuiAdapters &adapters, Entrance entrance)
-        : m_app(app), m_adapters(adapters), m_entrance(entrance), m_instance(app.topicsFile()) {
+        : m_app(app)
+        , m_adapters(adapters)
+        , m_entrance(entrance)
+        , m_notifications(adapters.notifications())
+        , m_login(adapters.login())
+        , m_instance(app.topicsFile()) {
         QGuiApplication::setQuitOnLastWindowClosed(false);
         QGuiApplication::setWindowIcon(Tray::picture(0));
         connect(&m_instance, &SingleInstance::raiseAsked, this, [this] { raise(); });
@@ -92,8 +94,9 @@ private:
             if (m_waiting) {
                 m_app.preferences().reload();
             }
-            m_open = std::make_unique<OpenApp>(m_app, m_adapters, m_instance, m_entrance,
-                                               [this] { m_quitHandler.left(); });
+            m_open = std::make_unique<OpenApp>(
+                m_app, m_adapters, OpenApp::Early{*m_notifications, *m_login}, m_instance,
+                m_entrance, [this] { m_quitHandler.left(); });
             m_waiting.reset();
             m_addresses.follow([this](const QString &address) { m_open->openAddress(address); });
             co_return;
@@ -154,6 +157,10 @@ private:
     Application &m_app;
     const GuiAdapters &m_adapters;
     Entrance m_entrance;
+    // Before any wait: the system tells once, as soon as the program runs, that it was opened by a
+    // click on a notification, or with the session.
+    std::unique_ptr<Notifications> m_notifications;
+    std::unique_ptr<LoginItem> m_login;
     QuitHandler m_quitHandler;
     AddressEvents m_addresses;
     SingleInstance m_instance;

@@ -41,6 +41,7 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     , m_state(WindowState::load(m_topicsFile)) {
     shell.sections()->setCurrent(
         static_cast<Section>(std::clamp(m_state.section, 0, sectionCount - 1)));
+    shell.drafts()->take(m_state.drafts.value_or(QMap<QString, QString>()));
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     const auto shellProperty = QVariant::fromValue(&shell);
     m_look = made(QStringLiteral("theme/Look.qml"),
@@ -248,6 +249,8 @@ void MainWindow::askToClose() {
 void MainWindow::saveState() {
     saveWindowGeometry();
     m_state.section = static_cast<int>(m_shell.sections()->current());
+    const QMap<QString, QString> &drafts = m_shell.drafts()->all();
+    m_state.drafts = drafts.isEmpty() ? std::nullopt : std::optional(drafts);
     m_state.save(m_topicsFile);
 }
 

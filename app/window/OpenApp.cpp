@@ -10,22 +10,20 @@
 
 namespace vorle {
 
-OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, SingleInstance &instance,
-                 Entrance entrance, std::function<void()> left)
+OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
+                 SingleInstance &instance, Entrance entrance, std::function<void()> left)
     : m_store(app.store())
     , m_preferences(app.preferences())
     , m_widget(app.widget())
     , m_faces(Typefaces::load())
-    , m_notifications(adapters.notifications())
-    , m_notifier({*m_notifications, m_preferences, app.clock(), m_faces.display})
-    , m_login(adapters.login())
+    , m_notifier({early.notifications, m_preferences, app.clock(), m_faces.display})
     , m_launcher({app.agent().locator(), m_preferences, adapters.terminals, adapters.pasteboard,
                   adapters.links})
     , m_globalHotKey(adapters.hotKey())
     , m_hotKey(m_preferences, *m_globalHotKey)
     , m_keys(adapters.keys())
     , m_mail(adapters.mail())
-    , m_shell(partsOf(app, adapters))
+    , m_shell(partsOf(app, adapters, early.login))
     , m_notices({m_notifier, app.engine(), m_store, *m_shell.program()})
     , m_motion(adapters.motion())
     , m_main(m_shell, m_faces, m_store.file())
@@ -36,7 +34,7 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, SingleInstance &
                .projectNames = app.sharedPath(QStringLiteral("projects.json")),
                .signal = adapters.drops})
     , m_tray(*m_shell.run(), *m_shell.inbox())
-    , m_entering(m_main, m_tray, *m_login)
+    , m_entering(m_main, m_tray, early.login)
     , m_commands([this, &app](const cli::Command &command, cli::Context &context) {
         context.openCapture = [this](const cli::LinkToCapture &link) {
             return m_shell.quickCapture()->open(link);
@@ -62,11 +60,10 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, SingleInstance &
     m_entering.enter(entrance);
 }
 
-Shell::Parts OpenApp::partsOf(Application &app, const GuiAdapters &adapters) {
-    Shell::Parts parts =
-        shellParts(app, {adapters.links, adapters.pasteboard, m_launcher, adapters.files,
-                         adapters.reveal, m_notifier, *m_login, m_hotKey, *m_keys, *m_mail,
-                         adapters.browser, adapters.version});
+Shell::Parts OpenApp::partsOf(Application &app, const GuiAdapters &adapters, LoginItem &login) {
+    Shell::Parts parts = shellParts(
+        app, {adapters.links, adapters.pasteboard, m_launcher, adapters.files, adapters.reveal,
+              m_notifier, login, m_hotKey, *m_keys, *m_mail, adapters.browser, adapters.version});
     parts.released = parts.store.releaseAllPending();
     for (const QString &name : adapters.terminals.names()) {
         if (adapters.terminals.command(name, {})) {

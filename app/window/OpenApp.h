@@ -36,8 +36,14 @@ class Application;
 class OpenApp final : public QObject {
     Q_OBJECT
 public:
+    /// What the system tells from the program's first moment on.
+    struct Early {
+        Notifications &notifications;
+        LoginItem &login;
+    };
+
     /// `left` is called once `quit()` has done its work.
-    OpenApp(Application &app, const GuiAdapters &adapters, SingleInstance &instance,
+    OpenApp(Application &app, const GuiAdapters &adapters, Early early, SingleInstance &instance,
             Entrance entrance, std::function<void()> left);
 
     void raise() { m_main.raise(); }
@@ -49,7 +55,7 @@ public:
     void quit();
 
 private:
-    Shell::Parts partsOf(Application &app, const GuiAdapters &adapters);
+    Shell::Parts partsOf(Application &app, const GuiAdapters &adapters, LoginItem &login);
     void followTimers();
     void followTray();
     void followWindow();
@@ -61,9 +67,7 @@ private:
     Preferences &m_preferences;
     WidgetPublisher &m_widget;
     Typefaces m_faces;
-    std::unique_ptr<Notifications> m_notifications;
     Notifier m_notifier;
-    std::unique_ptr<LoginItem> m_login;
     ClaudeLauncher m_launcher;
     std::unique_ptr<GlobalHotKey> m_globalHotKey;
     HotKey m_hotKey;

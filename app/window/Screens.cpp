@@ -1,6 +1,7 @@
 #include "app/window/Screens.h"
 
 #include "app/labels/Wording.h"
+#include "core/TopicsSaved.h"
 #include "platform/FileReveal.h"
 #include "platform/Pasteboard.h"
 
@@ -37,7 +38,8 @@ TransferModel *Screens::transfer() {
 
 DesktopSettings *Screens::desktop() {
     if (!m_desktop) {
-        m_desktop = std::make_unique<DesktopSettings>(m_parts.notifier, m_parts.login);
+        m_desktop =
+            std::make_unique<DesktopSettings>(m_parts.notifier, m_parts.login, m_parts.hasMenuBar);
     }
     return m_desktop.get();
 }
@@ -56,9 +58,13 @@ QString Screens::topicsPath() const { return shownPath(m_parts.store.file()); }
 QString Screens::revealLabel() const { return m_parts.reveal.label(); }
 
 void Screens::revealTopics() {
-    m_parts.store.flush(); // so that it is there
-    if (!m_parts.reveal.reveal(m_parts.store.file())) {
-        Q_EMIT said(tr("Je n’ai pas pu ouvrir ce dossier."));
+    m_work.add(logged(showFile(this), QStringLiteral("showing the topics file")));
+}
+
+Task<> Screens::showFile(QPointer<Screens> self) {
+    co_await topicsSaved(self->m_parts.store); // so that it is there
+    if (self && !self->m_parts.reveal.reveal(self->m_parts.store.file())) {
+        Q_EMIT self->said(tr("Je n’ai pas pu ouvrir ce dossier."));
     }
 }
 
@@ -74,6 +80,7 @@ Task<> Screens::stopped() {
     if (m_bench) {
         co_await m_bench->stopped();
     }
+    co_await m_work.join();
 }
 
 } // namespace vorle

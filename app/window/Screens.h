@@ -13,6 +13,7 @@
 #include "core/TopicStore.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
@@ -64,6 +65,7 @@ public:
         std::function<QString()> diagnosticText;
         std::function<QString()> feedbackLine; ///< see FeedbackModel
         std::function<void()> readOn;          ///< has captured links that wait be read
+        std::function<bool()> hasMenuBar;      ///< see DesktopSettings
     };
     explicit Screens(Parts parts, QObject *parent = nullptr);
     ~Screens() override;
@@ -89,6 +91,8 @@ Q_SIGNALS:
     void said(const QString &sentence);
 
 private:
+    static Task<> showFile(QPointer<Screens> self);
+
     Parts m_parts;
     std::unique_ptr<SettingsPages> m_settingsPages;
     std::unique_ptr<BenchPreview> m_bench;
@@ -96,6 +100,7 @@ private:
     std::unique_ptr<DesktopSettings> m_desktop;
     CaptureShortcut m_captureShortcut; // which the shortcut sheet follows
     std::unique_ptr<FeedbackModel> m_feedback;
+    TaskGroup m_work;
 };
 
 } // namespace vorle

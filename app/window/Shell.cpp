@@ -56,6 +56,7 @@ void Shell::makeTopicModels() {
     m_library = std::make_unique<TopicListModel>(store, Section::Library, clock);
     m_decisions = std::make_unique<Decisions>(store);
     m_keyboard = std::make_unique<KeyboardMap>(m_parts.agents.choose());
+    m_drafts = std::make_unique<Drafts>(this);
     m_run = std::make_unique<RunModel>(m_parts.engine, preferences, store, clock);
     m_budget = std::make_unique<ProgramBudget>(store, preferences, clock, *m_program);
     m_sections = std::make_unique<Sections>(Sections::Parts{

@@ -2,6 +2,7 @@
 
 #include "app/models/CalibrationModel.h"
 #include "app/models/Decisions.h"
+#include "app/models/Drafts.h"
 #include "app/models/FiguresModel.h"
 #include "app/models/KeyboardMap.h"
 #include "app/models/ProgramBudget.h"
@@ -56,6 +57,7 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::Decisions *decisions READ decisions CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicActions *actions READ actions CONSTANT FINAL)
     Q_PROPERTY(vorle::KeyboardMap *keyboard READ keyboard CONSTANT FINAL)
+    Q_PROPERTY(vorle::Drafts *drafts READ drafts CONSTANT FINAL)
     Q_PROPERTY(vorle::RunModel *run READ run CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicSearch *search READ search CONSTANT FINAL)
     Q_PROPERTY(vorle::TerritoryModel *territory READ territory CONSTANT FINAL)
@@ -124,6 +126,7 @@ public:
     Decisions *decisions() const { return m_decisions.get(); }
     TopicActions *actions() const { return m_actions.get(); }
     KeyboardMap *keyboard() const { return m_keyboard.get(); }
+    Drafts *drafts() const { return m_drafts.get(); }
     RunModel *run() const { return m_run.get(); }
     TopicSearch *search() const { return m_search.get(); }
     TerritoryModel *territory() const { return m_territory.get(); }
@@ -233,6 +236,7 @@ private:
     std::unique_ptr<TopicListModel> m_library;
     std::unique_ptr<Decisions> m_decisions;
     std::unique_ptr<KeyboardMap> m_keyboard;
+    std::unique_ptr<Drafts> m_drafts;
     std::unique_ptr<ProgramBudget> m_budget;
     std::unique_ptr<RunModel> m_run;
     std::unique_ptr<Sections> m_sections;

@@ -6,6 +6,7 @@
 
 #include <QGuiApplication>
 #include <QSysInfo>
+#include <QSystemTrayIcon>
 
 namespace vorle {
 
@@ -39,7 +40,8 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
         .diagnosticText = [sources] { return diagnosticText(diagnose(sources)); },
         .feedbackLine = [version = adapters.version,
                          &agents = app.agent().locator()] { return feedbackLine(version, agents); },
-        .readOn = [&capture = app.capture()] { capture.resume(); }};
+        .readOn = [&capture = app.capture()] { capture.resume(); },
+        .hasMenuBar = [] { return QSystemTrayIcon::isSystemTrayAvailable(); }};
     return {.store = app.store(),
             .preferences = app.preferences(),
             .provenance = app.provenance(),

@@ -2,6 +2,7 @@
 
 #include "base/Json.h"
 
+#include <QMap>
 #include <QRect>
 #include <QString>
 
@@ -9,10 +10,10 @@
 
 namespace vorle {
 
-/// Where the main window was and what it showed, kept in "window.json" beside the topics. Losing
-/// it loses nothing the user made: a file that cannot be read or written is passed over. One that
-/// was read and holds no place is kept aside before it is replaced; one that the system did not let
-/// be read is not replaced.
+/// Where the main window was, what it showed and what was being written in it, kept in
+/// "window.json" beside the topics. Losing it loses nothing the user has finished: a file that
+/// cannot be read or written is passed over. One that was read and holds no place is kept aside
+/// before it is replaced; one that the system did not let be read is not replaced.
 struct WindowState {
     int x = 0;
     int y = 0;
@@ -21,8 +22,9 @@ struct WindowState {
     std::optional<bool> maximised; ///< then the place is where it was before
     int section = 0;
     bool toldOfMenuBar = false; ///< the user knows that closing leaves the app in the menu bar
-    json::Rest unknown = {};    ///< keys of a later version
-    bool refused = false;       ///< by the system, which did not let the file be read
+    std::optional<QMap<QString, QString>> drafts = {}; ///< see Drafts
+    json::Rest unknown = {};                           ///< keys of a later version
+    bool refused = false; ///< by the system, which did not let the file be read
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("x", &WindowState::x), json::field("y", &WindowState::y),
@@ -30,7 +32,8 @@ struct WindowState {
                           json::field("height", &WindowState::height),
                           json::field("maximised", &WindowState::maximised),
                           json::field("section", &WindowState::section),
-                          json::field("toldOfMenuBar", &WindowState::toldOfMenuBar));
+                          json::field("toldOfMenuBar", &WindowState::toldOfMenuBar),
+                          json::field("drafts", &WindowState::drafts));
     }
     static constexpr auto jsonRest() { return &WindowState::unknown; }
     bool operator==(const WindowState &) const = default;

@@ -10,16 +10,17 @@ public:
     State now = State::Off;
     std::optional<QString> refusal{}; ///< what it answers when it is set
 
-    State state() const override { return now; }
-    QString remedy() const override {
-        return now == State::Held ? QStringLiteral("Allow it there.") : QString();
+    Task<State> state() override { co_return now; }
+    QString remedy(State state) const override {
+        return state == State::Held || state == State::Astray ? QStringLiteral("Allow it there.")
+                                                              : QString();
     }
     bool openedThis() const override { return false; }
-    std::optional<QString> set(bool on) override {
+    Task<std::optional<QString>> set(bool on) override {
         if (!refusal) {
             now = on ? State::On : State::Off;
         }
-        return refusal;
+        co_return refusal;
     }
 };
 

@@ -47,6 +47,13 @@ public:
         scheduled.remove(identifier);
     }
 
+    /// What was scheduled is not taken after all.
+    void refuse(const QString &identifier) {
+        scheduled.remove(identifier);
+        if (m_events.failed) {
+            m_events.failed(identifier, QStringLiteral("no room"));
+        }
+    }
     void tap(const NotificationTap &tap) {
         if (m_events.tapped) {
             m_events.tapped(tap);

@@ -7,7 +7,7 @@
 namespace vorle {
 
 /// A file in the desktop's autostart folder (Desktop Application Autostart Specification 0.5). Who
-/// removes or hides it by hand turns it off.
+/// removes or hides it by hand turns it off. One whose program is not there any more opens nothing.
 class AutostartItem final : public LoginItem {
 public:
     struct Setting {
@@ -20,10 +20,10 @@ public:
 
     explicit AutostartItem(Setting setting) : m_setting(std::move(setting)) {}
 
-    State state() const override;
-    QString remedy() const override { return {}; }
+    Task<State> state() override;
+    QString remedy(State state) const override;
     bool openedThis() const override { return false; } // its argument says so
-    std::optional<QString> set(bool on) override;
+    Task<std::optional<QString>> set(bool on) override;
 
     QString file() const { return m_setting.folder + QStringLiteral("/vorle.desktop"); }
 

@@ -14,6 +14,9 @@
 
 #include <fcntl.h>
 
+#include <memory>
+#include <optional>
+
 namespace vorle {
 
 namespace {
@@ -51,7 +54,7 @@ QString withoutApostrophes(QString text) { return text.replace(u'\'', u'’'); }
 
 } // namespace
 
-DesktopMail::DesktopMail(const QDBusConnection &bus, std::chrono::milliseconds patience)
+DesktopMail::DesktopMail(const QDBusConnection &bus, Patience patience)
     : m_bus(bus), m_patience(patience) {
     qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
 }
@@ -60,7 +63,7 @@ Task<QString> DesktopMail::program() {
     const Run run = co_await runOf(QStringLiteral("xdg-mime"),
                                    {QStringLiteral("query"), QStringLiteral("default"),
                                     QStringLiteral("x-scheme-handler/mailto")},
-                                   m_patience);
+                                   m_patience.program);
     co_return run.end == Run::End::Well ? QString::fromUtf8(run.said).trimmed() : QString();
 }
 
@@ -75,7 +78,7 @@ Task<bool> DesktopMail::compose(MailDraft draft) {
         arguments += {QStringLiteral("--attach"), path};
     }
     arguments += draft.to;
-    const Run run = co_await runOf(QStringLiteral("xdg-email"), arguments, m_patience);
+    const Run run = co_await runOf(QStringLiteral("xdg-email"), arguments, m_patience.program);
     co_return run.end != Run::End::Badly;
 }
 
@@ -91,9 +94,9 @@ Task<bool> DesktopMail::byPortal(const MailDraft &draft) {
         }
         files += QDBusUnixFileDescriptor(file.number()); // a number of its own
     }
-    auto taken = std::make_shared<bool>(false);
+    auto answer = std::make_shared<std::optional<PortalRequest::Answer>>();
     OneShot answered;
-    PortalRequest::ask(
+    const QPointer<PortalRequest> request = PortalRequest::ask(
         m_bus, QStringLiteral("org.freedesktop.portal.Email"), QStringLiteral("ComposeEmail"),
         [&](QVariantMap options) {
             options[QStringLiteral("address")] = draft.to;
@@ -105,14 +108,22 @@ Task<bool> DesktopMail::byPortal(const MailDraft &draft) {
             return QVariantList{QString(), options};
         },
         this,
-        [taken, answered](PortalRequest::Answer answer, const QVariantMap &) {
-            // Refused by the person is an answer too: they are not asked by another way.
-            *taken = answer != PortalRequest::Answer::Failed;
+        [answer, answered](PortalRequest::Answer given, const QVariantMap &) {
+            *answer = given;
             answered.fire();
         });
-    QTimer::singleShot(m_patience, this, [answered] { answered.fire(); });
+    QTimer::singleShot(m_patience.program, this, [request, answered] {
+        if (request && !request->isTaken()) {
+            answered.fire();
+        }
+    });
+    QTimer::singleShot(m_patience.person, this, [answered] { answered.fire(); });
     co_await answered;
-    co_return bool(*taken);
+    if (!*answer && request) {
+        request->takeBack();
+    }
+    // Refused by the person is an answer too: they are not asked by another way.
+    co_return *answer && *answer != PortalRequest::Answer::Failed;
 }
 
 bool DesktopMail::open(const QUrl &address) { return QDesktopServices::openUrl(address); }

@@ -15,6 +15,7 @@ namespace vorle {
 namespace {
 
 QString shortcutsInterface() { return QStringLiteral("org.freedesktop.portal.GlobalShortcuts"); }
+QString sessionInterface() { return QStringLiteral("org.freedesktop.portal.Session"); }
 QString ourShortcut() { return QStringLiteral("capture"); }
 
 using Shortcut = std::pair<QString, QVariantMap>; // its name, and what is said of it
@@ -71,6 +72,9 @@ PortalHotKey::PortalHotKey(const QDBusConnection &bus)
         m_bus.connect(portalService(), portalPath(), shortcutsInterface(),
                       QStringLiteral("ShortcutsChanged"), this,
                       SLOT(shortcutsChanged(QDBusMessage)));
+        // Of whatever session: its path is not known before the portal has made it.
+        m_bus.connect(portalService(), {}, sessionInterface(), QStringLiteral("Closed"), this,
+                      SLOT(sessionClosed(QDBusMessage)));
     }
 }
 
@@ -163,8 +167,7 @@ void PortalHotKey::close() {
     m_boundTo.clear();
     if (!m_session.isEmpty()) {
         m_bus.send(QDBusMessage::createMethodCall(portalService(), std::exchange(m_session, {}),
-                                                  QStringLiteral("org.freedesktop.portal.Session"),
-                                                  QStringLiteral("Close")));
+                                                  sessionInterface(), QStringLiteral("Close")));
     }
 }
 
@@ -181,13 +184,24 @@ void PortalHotKey::turn(State state) {
 /// more, is asked. One that comes because it was just asked is not asked again.
 void PortalHotKey::ownerChanged(const QString &before, const QString &now) {
     if (!before.isEmpty()) {
-        m_session.clear();
-        ++m_asked;
-        m_boundTo.clear();
-        turn(m_wanted ? State::Unavailable : State::None);
+        forgetSession();
     }
     if (!now.isEmpty() && m_state == State::Unavailable) {
         open();
+    }
+}
+
+void PortalHotKey::forgetSession() {
+    m_session.clear();
+    ++m_asked;
+    m_boundTo.clear();
+    turn(m_wanted ? State::Unavailable : State::None);
+}
+
+/// By the desktop: what was bound is bound no more.
+void PortalHotKey::sessionClosed(const QDBusMessage &signal) {
+    if (!m_session.isEmpty() && signal.path() == m_session) {
+        forgetSession();
     }
 }
 

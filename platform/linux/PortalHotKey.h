@@ -12,7 +12,9 @@ namespace vorle {
 class PortalRequest;
 
 /// The desktop's portal for global shortcuts, the only way there is on Wayland. The desktop may ask
-/// the person, who may choose another combination: `boundTo` says which. Never waits for the bus.
+/// the person, who may choose another combination: `boundTo` says which. A session that the desktop
+/// closes gives no combination any more, and another is only asked for when somebody asks for it.
+/// Never waits for the bus.
 class PortalHotKey final : public QObject, public GlobalHotKey {
     Q_OBJECT
 public:
@@ -28,11 +30,13 @@ private:
     void open();
     void bind(const QString &session);
     void close();
+    void forgetSession();
     void turn(State state);
     void ownerChanged(const QString &before, const QString &now);
     void takeBound(const QVariant &shortcuts);
     Q_SLOT void activated(const QDBusMessage &signal);
     Q_SLOT void shortcutsChanged(const QDBusMessage &signal);
+    Q_SLOT void sessionClosed(const QDBusMessage &signal);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_portal;

@@ -21,9 +21,10 @@ QString portalPath() { return QStringLiteral("/org/freedesktop/portal/desktop");
 PortalRequest::PortalRequest(const QDBusConnection &bus, QObject *owner, Done done)
     : QObject(owner), m_bus(bus), m_done(std::move(done)) {}
 
-void PortalRequest::ask(const QDBusConnection &bus, const QString &interface, const QString &method,
-                        const std::function<QVariantList(QVariantMap options)> &arguments,
-                        QObject *owner, Done done) {
+QPointer<PortalRequest>
+PortalRequest::ask(const QDBusConnection &bus, const QString &interface, const QString &method,
+                   const std::function<QVariantList(QVariantMap options)> &arguments,
+                   QObject *owner, Done done) {
     auto *request = new PortalRequest(bus, owner, std::move(done));
     const QString token = QStringLiteral("vorle_") + QUuid::createUuid().toString(QUuid::Id128);
     // Heard before it is asked: the answer may come first.
@@ -38,10 +39,23 @@ void PortalRequest::ask(const QDBusConnection &bus, const QString &interface, co
                 const QDBusPendingReply<QDBusObjectPath> reply = *called;
                 if (reply.isError()) {
                     request->end(Answer::Failed, {});
-                } else if (reply.value().path() != request->m_path) {
+                    return;
+                }
+                request->m_taken = true;
+                if (reply.value().path() != request->m_path) {
                     request->listenAt(reply.value().path()); // an older portal names it itself
                 }
             });
+    return request;
+}
+
+void PortalRequest::takeBack() {
+    if (std::exchange(m_done, {})) {
+        // After the question itself: a portal that wakes up late reads both.
+        m_bus.send(QDBusMessage::createMethodCall(portalService(), m_path, requestInterface(),
+                                                  QStringLiteral("Close")));
+        deleteLater();
+    }
 }
 
 void PortalRequest::listenAt(const QString &path) {

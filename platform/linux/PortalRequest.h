@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <QPointer>
 #include <QVariantMap>
 
 #include <functional>
@@ -14,7 +15,7 @@ QString portalService();
 QString portalPath();
 
 /// One question to the portal, whose answer comes later by a signal. Deletes itself once it was
-/// answered. Main thread.
+/// answered or taken back. Main thread.
 class PortalRequest final : public QObject {
     Q_OBJECT
 public:
@@ -23,10 +24,18 @@ public:
     using Done = std::function<void(Answer answer, const QVariantMap &results)>;
 
     /// Asks `method` of the interface. `arguments` gets the question's options, with the handle's
-    /// token in them, to put them where they belong. An `owner` that goes hears nothing.
-    static void ask(const QDBusConnection &bus, const QString &interface, const QString &method,
-                    const std::function<QVariantList(QVariantMap options)> &arguments,
-                    QObject *owner, Done done);
+    /// token in them, to put them where they belong. An `owner` that goes hears nothing. Gives the
+    /// question, while it is there.
+    static QPointer<PortalRequest>
+    ask(const QDBusConnection &bus, const QString &interface, const QString &method,
+        const std::function<QVariantList(QVariantMap options)> &arguments, QObject *owner,
+        Done done);
+
+    /// The portal has it, and puts it before the person.
+    bool isTaken() const { return m_taken; }
+    /// Has the portal forget it, late as it may be: what it did not put before the person by then,
+    /// it puts away. Nobody is told any more.
+    void takeBack();
 
 private:
     PortalRequest(const QDBusConnection &bus, QObject *owner, Done done);
@@ -37,6 +46,7 @@ private:
     QDBusConnection m_bus;
     QString m_path;
     Done m_done;
+    bool m_taken = false;
 };
 
 } // namespace vorle

@@ -15,10 +15,10 @@ public:
     MacLoginItem(const MacLoginItem &) = delete;
     MacLoginItem &operator=(const MacLoginItem &) = delete;
 
-    State state() const override;
-    QString remedy() const override;
+    Task<State> state() override;
+    QString remedy(State state) const override;
     bool openedThis() const override { return *m_opened; }
-    std::optional<QString> set(bool on) override;
+    Task<std::optional<QString>> set(bool on) override;
 
 private:
     std::shared_ptr<bool> m_opened = std::make_shared<bool>(false);

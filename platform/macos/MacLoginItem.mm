@@ -29,7 +29,10 @@ MacLoginItem::~MacLoginItem() {
     [[NSNotificationCenter defaultCenter] removeObserver:observer];
 }
 
-LoginItem::State MacLoginItem::state() const {
+namespace {
+
+LoginItem::State stateNow() {
+    using State = LoginItem::State;
     switch ([SMAppService mainAppService].status) {
     case SMAppServiceStatusEnabled:
         return State::On;
@@ -43,18 +46,7 @@ LoginItem::State MacLoginItem::state() const {
     }
 }
 
-QString MacLoginItem::remedy() const {
-    switch (state()) {
-    case State::Held:
-        return French::tr("macOS attend ton accord : Réglages Système, Général, Ouverture.");
-    case State::Absent:
-        return French::tr("Seule l’app installée dans Applications peut s’ouvrir ainsi.");
-    default:
-        return {};
-    }
-}
-
-std::optional<QString> MacLoginItem::set(bool on) {
+std::optional<QString> put(bool on) {
     SMAppService *service = [SMAppService mainAppService];
     const SMAppServiceStatus status = service.status;
     const bool registered =
@@ -70,5 +62,22 @@ std::optional<QString> MacLoginItem::set(bool on) {
     }
     return QString::fromUtf8([error.localizedDescription UTF8String]);
 }
+
+} // namespace
+
+Task<LoginItem::State> MacLoginItem::state() { co_return stateNow(); }
+
+QString MacLoginItem::remedy(State state) const {
+    switch (state) {
+    case State::Held:
+        return French::tr("macOS attend ton accord : Réglages Système, Général, Ouverture.");
+    case State::Absent:
+        return French::tr("Seule l’app installée dans Applications peut s’ouvrir ainsi.");
+    default:
+        return {};
+    }
+}
+
+Task<std::optional<QString>> MacLoginItem::set(bool on) { co_return put(on); }
 
 } // namespace vorle

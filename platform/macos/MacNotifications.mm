@@ -5,6 +5,9 @@
 #import <Foundation/Foundation.h>
 #import <UserNotifications/UserNotifications.h>
 
+#include <optional>
+#include <utility>
+
 namespace {
 
 NSString *text(const QString &words) {
@@ -63,7 +66,16 @@ struct MacNotifications::State {
     VorleNotificationDelegate *delegate = nil;
     Standing standing = Standing::Unknown;
     Events events;
+    bool followed = false;                ///< by anybody, so far
+    std::optional<NotificationTap> early; ///< came before that
 
+    void tell(const NotificationTap &tap) {
+        if (events.tapped) {
+            events.tapped(tap);
+        } else if (!followed) {
+            early = tap;
+        }
+    }
     void become(Standing now) {
         standing = now;
         if (events.known) {
@@ -158,8 +170,8 @@ MacNotifications::MacNotifications() : m_state(std::make_shared<State>()) {
     m_state->delegate = [[VorleNotificationDelegate alloc] init];
     const std::weak_ptr<State> weak = m_state;
     m_state->delegate.tapped = ^(NSString *identifier, NSString *section, NSString *action) {
-      if (const auto here = weak.lock(); here && here->events.tapped) {
-          here->events.tapped({words(identifier), words(section), words(action)});
+      if (const auto here = weak.lock()) {
+          here->tell({words(identifier), words(section), words(action)});
       }
     };
     m_state->center.delegate = m_state->delegate;
@@ -167,7 +179,19 @@ MacNotifications::MacNotifications() : m_state(std::make_shared<State>()) {
 
 MacNotifications::~MacNotifications() = default;
 
-void MacNotifications::follow(Events events) { m_state->events = std::move(events); }
+void MacNotifications::follow(Events events) {
+    m_state->events = std::move(events);
+    m_state->followed = true;
+    if (!m_state->early) {
+        return;
+    }
+    const std::weak_ptr<State> weak = m_state;
+    dispatch_async(dispatch_get_main_queue(), ^{
+      if (const auto here = weak.lock(); here && here->early) {
+          here->tell(*std::exchange(here->early, std::nullopt));
+      }
+    });
+}
 
 void MacNotifications::registerCategories(const QList<NotificationCategory> &categories) {
     NSMutableArray<UNNotificationCategory *> *all = [[NSMutableArray alloc] init];

@@ -2,6 +2,21 @@
 
 #import <Foundation/Foundation.h>
 
+/// Hears of drops.
+@interface VorleDropListener : NSObject
+@property(copy) void (^dropped)(void);
+- (void)hear:(NSNotification *)notification;
+@end
+
+@implementation VorleDropListener
+- (void)hear:(NSNotification *)notification {
+    (void)notification;
+    if (self.dropped) {
+        self.dropped();
+    }
+}
+@end
+
 namespace vorle {
 
 namespace {
@@ -23,16 +38,20 @@ DistributedDropSignal::DistributedDropSignal() {
     if (own == nil) {
         return; // started outside its bundle: there is no extension either
     }
-    id observer = [[NSDistributedNotificationCenter defaultCenter]
-        addObserverForName:[own stringByAppendingString:@".share.dropped"]
+    VorleDropListener *listener = [[VorleDropListener alloc] init];
+    listener.dropped = ^{
+      if (m_dropped) {
+          m_dropped();
+      }
+    };
+    // At once: else it would wait until the app comes to the front, which lives in the menu bar.
+    [[NSDistributedNotificationCenter defaultCenter]
+               addObserver:listener
+                  selector:@selector(hear:)
+                      name:[own stringByAppendingString:@".share.dropped"]
                     object:nil
-                     queue:[NSOperationQueue mainQueue]
-                usingBlock:^(NSNotification *) {
-                  if (m_dropped) {
-                      m_dropped();
-                  }
-                }];
-    m_observer = CFBridgingRetain(observer);
+        suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
+    m_observer = CFBridgingRetain(listener);
 }
 
 DistributedDropSignal::~DistributedDropSignal() {

@@ -152,6 +152,9 @@ TEST(TemporaryFiles, sweeps_what_nobody_uses_any_more_and_nothing_else) {
     // What was left to a terminal: it may not have come to it yet.
     place("vorle-launch-0A000000-0000-4000-8000-000000000001.txt", 25);
     place("vorle-launch-0A000000-0000-4000-8000-000000000002.command", 23);
+    // Or to a mail program, which reads it when the message is sent.
+    place("vorle-feedback-0A000000-0000-4000-8000-000000000001.png", 25);
+    place("vorle-feedback-0A000000-0000-4000-8000-000000000002.jpg", 23);
     // What is another's, or in use, however old.
     place("other-OLD", 25);
     place("vorle-mes-notes.txt", 25);
@@ -165,6 +168,7 @@ TEST(TemporaryFiles, sweeps_what_nobody_uses_any_more_and_nothing_else) {
 
     QStringList left{QStringLiteral("other-OLD"),
                      QStringLiteral("vorle-demo-ZyXwVu"),
+                     QStringLiteral("vorle-feedback-0A000000-0000-4000-8000-000000000002.jpg"),
                      QStringLiteral("vorle-launch-0A000000-0000-4000-8000-000000000002.command"),
                      QStringLiteral("vorle-link"),
                      QStringLiteral("vorle-mes-notes.txt"),

@@ -1,3 +1,4 @@
+#include "core/TopicsSaved.h"
 #include "storage/DurableFile.h"
 #include "tests/core/StoreFixture.h"
 #include "tests/support/Wait.h"
@@ -84,6 +85,26 @@ TEST_F(StoreFaults, keeps_the_topics_through_failed_saves_and_tries_again) {
     EXPECT_EQ(onDisk().value(0).id, id);
     test::spinUntil([&] { return saved == 1; });
     EXPECT_EQ(names(), QStringList{QStringLiteral("topics.json")});
+}
+
+TEST_F(StoreFaults, a_save_is_awaited_with_the_event_loop_turning_and_tried_again) {
+    auto store = open();
+    EXPECT_TRUE(test::waitFor(topicsSaved(*store))) << "there is nothing to save";
+    ASSERT_TRUE(QDir().mkdir(file));
+    store->add({sampleTopic(QStringLiteral("a"))});
+    EXPECT_FALSE(test::waitFor(topicsSaved(*store)));
+    ASSERT_TRUE(QDir().rmdir(file));
+    EXPECT_TRUE(test::waitFor(topicsSaved(*store)));
+    EXPECT_EQ(onDisk().size(), 1);
+    // Who waits for a disk that takes its time can leave.
+    store->add({sampleTopic(QStringLiteral("b"))});
+    CancelSource stop;
+    Task<bool> waiting = topicsSaved(*store, stop.token());
+    EXPECT_FALSE(waiting.isReady());
+    stop.cancel();
+    EXPECT_THROW(test::waitFor(std::move(waiting)), Cancelled);
+    EXPECT_TRUE(test::waitFor(topicsSaved(*store)));
+    EXPECT_EQ(onDisk().size(), 2);
 }
 
 TEST_F(StoreFaults, refuses_to_run_on_what_the_system_does_not_let_it_read) {

@@ -44,6 +44,9 @@ TEST_F(HotKeyTest, asks_for_what_the_settings_say_gives_it_back_and_asks_again) 
         m_system.answer = State::Registered;
         hotKey.look();
         EXPECT_EQ(hotKey.state(), State::Registered);
+        m_system.turn(State::Unavailable); // the desktop took it back
+        hotKey.look();
+        EXPECT_EQ(hotKey.state(), State::Registered);
         const auto asked = m_system.asked.size();
         hotKey.look();
         EXPECT_EQ(m_system.asked.size(), asked) << "it has it already";

@@ -1,11 +1,15 @@
 #include "desktop/Notifier.h"
 
+#include "base/OnDisk.h"
 #include "platform/fakes/FakeNotifications.h"
 #include "tests/core/Samples.h"
 #include "tests/support/HostileTexts.h"
+#include "tests/support/Settle.h"
 #include "tests/support/Text.h"
 #include "tests/support/Variables.h"
+#include "tests/support/Wait.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QImage>
 
@@ -38,6 +42,13 @@ protected:
     /// What is told lies in the folder of temporary files.
     QStringList pictures() const {
         return QDir(folder.path()).entryList({text("vorle-score-*.png")});
+    }
+    /// Its picture is drawn and written elsewhere.
+    void tellReady(const TopicsReady &ready) {
+        const auto before = system.posted.size();
+        notifier().topicsReady(ready);
+        EXPECT_EQ(system.posted.size(), before) << "the main thread has written the picture";
+        test::spinUntil([&] { return system.posted.size() > before; });
     }
     void end() { m_notifier.reset(); }
     /// The hour strikes as many times as it does from now to there, looked at every ten minutes.
@@ -75,6 +86,9 @@ TEST_F(NotifierTest, the_mode_decides_after_a_run_and_a_failure_is_told_in_all_b
         const auto told = [&](const std::function<void()> &what) {
             system.posted.clear();
             what();
+            test::settle();
+            test::waitFor(onDisk([] { return true; })); // a picture would be there by now
+            QCoreApplication::processEvents();
             return system.posted.isEmpty() ? QString() : system.posted.first().category;
         };
         EXPECT_EQ(told([&] { notifier().topicsReady(ready(3)); }), text(each.usual));
@@ -100,7 +114,7 @@ TEST_F(NotifierTest, says_how_many_wait_what_is_best_and_shows_its_score) {
                  {1, false, "1 sujet à trier"},
                  {1, true, "1 autre sujet à trier"}};
     for (const auto &each : cases) {
-        notifier().topicsReady(ready(each.count, each.others));
+        tellReady(ready(each.count, each.others));
         EXPECT_EQ(system.posted.last().title, text(each.title));
         EXPECT_EQ(pictures().size(), 1) << "the one before is gone";
     }
@@ -120,7 +134,7 @@ TEST_F(NotifierTest, says_how_many_wait_what_is_best_and_shows_its_score) {
     EXPECT_EQ(pictures(), QStringList());
     // A picture that cannot be written keeps nothing back.
     QDir(folder.path()).removeRecursively();
-    notifier().topicsReady(ready(2));
+    tellReady(ready(2));
     EXPECT_EQ(system.posted.last().picture, QString());
     EXPECT_EQ(system.posted.last().title, text("2 sujets à trier"));
 }
@@ -129,10 +143,10 @@ TEST_F(NotifierTest, the_person_is_asked_when_there_is_something_to_tell_and_onc
     system.now = Standing::Unasked;
     notifier();
     EXPECT_EQ(system.asked, 0) << "at the start";
-    notifier().topicsReady(ready(2));
+    tellReady(ready(2));
     EXPECT_EQ(system.asked, 1);
     ASSERT_EQ(system.posted.size(), 1) << "what waited for the answer";
-    notifier().topicsReady(ready(4));
+    tellReady(ready(4));
     EXPECT_EQ(system.asked, 1);
     EXPECT_EQ(system.posted.size(), 2);
     EXPECT_EQ(notifier().trouble(), QString());
@@ -143,8 +157,15 @@ TEST_F(NotifierTest, the_person_is_asked_when_there_is_something_to_tell_and_onc
     preferences.change(&Settings::notifyMode, NotifyMode::Never);
     int told = 0;
     QObject::connect(&notifier(), &Notifier::standingChanged, [&] { ++told; });
+    notifier().askLeave();
+    EXPECT_EQ(system.asked, 1) << "nothing is wanted";
+    preferences.change(&Settings::notifyReminder, true);
     preferences.change(&Settings::notifyMode, NotifyMode::UrgentOnly);
-    EXPECT_EQ(system.asked, 2) << "the setting was turned";
+    EXPECT_EQ(system.asked, 1) << "it may have been a command, with nobody there";
+    EXPECT_TRUE(notifier().waitsForLeave());
+    notifier().askLeave(); // the person is at the settings
+    EXPECT_EQ(system.asked, 2);
+    EXPECT_FALSE(notifier().waitsForLeave());
     EXPECT_GT(told, 0);
     EXPECT_FALSE(notifier().trouble().isEmpty());
     notifier().runFailed(text("x"));
@@ -181,6 +202,15 @@ TEST_F(NotifierTest, a_system_that_keeps_time_has_one_reminder_and_none_once_not
     notifier().scheduleWeeklyReminder(0);
     EXPECT_TRUE(system.scheduled.isEmpty());
     EXPECT_TRUE(system.posted.isEmpty());
+    // One that the system did not take is asked for again, at the next look or decision.
+    for (const bool looked : {true, false}) {
+        notifier().scheduleWeeklyReminder(2);
+        system.refuse(text("reminder"));
+        ASSERT_TRUE(system.scheduled.isEmpty());
+        looked ? notifier().lookAtClock() : notifier().scheduleWeeklyReminder(2);
+        EXPECT_EQ(system.scheduled.size(), 1);
+        notifier().scheduleWeeklyReminder(0);
+    }
 }
 
 TEST_F(NotifierTest, elsewhere_it_comes_on_thursdays_while_topics_wait_and_once_a_week) {
@@ -215,7 +245,7 @@ TEST_F(NotifierTest, strangers_texts_stay_on_their_line_and_a_tap_names_the_sect
     for (const QString &hostile : texts) {
         TopicsReady one = ready(1);
         one.title = hostile + QString(5000, u'x');
-        notifier().topicsReady(one);
+        tellReady(one);
         notifier().runFailed(hostile);
         for (qsizetype i = system.posted.size() - 2; i < system.posted.size(); ++i) {
             const QString &body = system.posted[i].body;

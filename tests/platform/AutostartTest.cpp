@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace vorle {
 namespace {
 
@@ -19,9 +21,15 @@ using LoginState = LoginItem::State;
 class AutostartTest : public testing::Test {
 protected:
     QString path(const QString &name) const { return folder.filePath(name); }
-    AutostartItem item(const QStringList &command = {QStringLiteral("/opt/vorle"),
-                                                     QStringLiteral("--hidden")}) const {
+    AutostartTest() { test::writeProgram(program(), "exit 0\n"); }
+    QString program() const { return path(QStringLiteral("vorle")); }
+    AutostartItem item(const QStringList &command) const {
         return AutostartItem({path(QStringLiteral("config/autostart")), command});
+    }
+    AutostartItem item() const { return item({program(), QStringLiteral("--hidden")}); }
+    static LoginState state(AutostartItem &login) { return test::waitFor(login.state()); }
+    static std::optional<QString> set(AutostartItem &login, bool on) {
+        return test::waitFor(login.set(on));
     }
     QByteArray entry() const { return test::readFile(item().file()); }
 
@@ -30,40 +38,61 @@ protected:
 
 TEST_F(AutostartTest, the_switch_is_what_the_folder_says_and_done_twice_is_done_once) {
     AutostartItem login = item();
-    EXPECT_EQ(login.state(), LoginState::Off);
-    EXPECT_EQ(login.set(false), std::nullopt);
-    EXPECT_EQ(login.set(true), std::nullopt);
-    EXPECT_EQ(login.state(), LoginState::On);
+    EXPECT_EQ(state(login), LoginState::Off);
+    EXPECT_EQ(set(login, false), std::nullopt);
+    EXPECT_EQ(set(login, true), std::nullopt);
+    EXPECT_EQ(state(login), LoginState::On);
     const QByteArray written = entry();
-    EXPECT_TRUE(written.contains("\nExec=\"/opt/vorle\" \"--hidden\"\n")) << written.constData();
-    EXPECT_EQ(login.set(true), std::nullopt);
+    const QByteArray exec = '"' + program().toUtf8() + "\" \"--hidden\"";
+    EXPECT_TRUE(written.contains("\nExec=" + exec + '\n')) << written.constData();
+    EXPECT_EQ(set(login, true), std::nullopt);
     EXPECT_EQ(entry(), written);
     QFile::remove(login.file()); // by hand
-    EXPECT_EQ(login.state(), LoginState::Off);
-    const QByteArray begin = "[Desktop Entry]\nType=Application\nExec=/opt/vorle\n";
+    EXPECT_EQ(state(login), LoginState::Off);
+    const QByteArray main = "[Desktop Entry]\nType=Application\n";
+    const QByteArray begin = main + "Exec=" + program().toUtf8() + " %u\n";
+    const QByteArray shell = R"("/bin/sh" "-c" "exec \\"\\$0\\" \\"\\$@\\"" )";
     const std::pair<QByteArray, LoginState> others[] = {
         {begin, LoginState::On},
         {begin + "Hidden=true\n", LoginState::Off},
         {begin + "X-GNOME-Autostart-enabled=false\n", LoginState::Off},
         {begin + "[Other]\nHidden=true\n", LoginState::On},
+        {main + "Exec=sh -c true\n", LoginState::On},
+        {main + "Exec=" + shell + exec + '\n', LoginState::On},
+        // The program is not there any more.
+        {main + "Exec=" + program().toUtf8() + "-0.9\n", LoginState::Astray},
+        {main + "Exec=\"/opt/a b/vorle\" --hidden\n", LoginState::Astray},
+        {main + "Exec=vorle-of-another-day\n", LoginState::Astray},
+        {main + "Exec=/etc\n", LoginState::Astray},
+        {main + "Exec=" + shell + "\"/opt/a=b/vorle\"\n", LoginState::Astray},
+        {main + "Exec=\"\n", LoginState::Astray},
+        {begin + "TryExec=/opt/vorle\n", LoginState::Astray},
         {"[Desktop Entry]\n", LoginState::Off},
         {QByteArray(100'000, '\0'), LoginState::Off},
     };
     for (const auto &[bytes, state] : others) {
         test::writeFile(login.file(), bytes);
-        EXPECT_EQ(login.state(), state) << bytes.left(200).constData();
-        EXPECT_EQ(login.set(true), std::nullopt);
-        EXPECT_EQ(login.state(), LoginState::On);
+        EXPECT_EQ(AutostartTest::state(login), state) << bytes.left(200).constData();
+        EXPECT_EQ(login.remedy(state).isEmpty(), state != LoginState::Astray);
+        EXPECT_EQ(set(login, true), std::nullopt);
+        EXPECT_EQ(AutostartTest::state(login), LoginState::On);
         EXPECT_EQ(entry(), written);
     }
-    EXPECT_EQ(login.set(false), std::nullopt);
+    // A pipe in its place, which nobody writes to.
+    QFile::remove(login.file());
+    ASSERT_EQ(::mkfifo(QFile::encodeName(login.file()).constData(), 0600), 0);
+    EXPECT_EQ(state(login), LoginState::Off);
+    EXPECT_EQ(set(login, true), std::nullopt);
+    EXPECT_EQ(entry(), written);
+    EXPECT_EQ(set(login, false), std::nullopt);
     EXPECT_FALSE(QFile::exists(login.file()));
 }
 
 TEST_F(AutostartTest, what_the_system_refuses_is_told_and_changes_nothing) {
     test::writeFile(path(QStringLiteral("config")), "a file where the folder would be");
-    EXPECT_TRUE(item().set(true).has_value());
-    EXPECT_EQ(item().state(), LoginState::Off);
+    AutostartItem login = item();
+    EXPECT_TRUE(set(login, true).has_value());
+    EXPECT_EQ(state(login), LoginState::Off);
 }
 
 /// GLib starts the entry, as desktops do: the program and its argument come through as they are.
@@ -91,7 +120,8 @@ TEST_F(AutostartTest, any_path_and_argument_reach_the_program_as_they_are) {
         test::writeProgram(program, "printf '%s|%s' \"$0\" \"$1\" > '" + out.toUtf8() + "'\n");
         QFile::remove(out);
         AutostartItem login = item({program, kept});
-        ASSERT_EQ(login.set(true), std::nullopt);
+        ASSERT_EQ(set(login, true), std::nullopt);
+        EXPECT_EQ(state(login), LoginState::On) << entry().constData();
         QProcess gio;
         gio.start(QStringLiteral("gio"), {QStringLiteral("launch"), login.file()});
         ASSERT_TRUE(gio.waitForFinished());

@@ -24,6 +24,20 @@ namespace {
 
 QString asText(const char *text) { return QString::fromUtf8(text); }
 
+/// What the portal is told of one question.
+class StandInRequest final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Request")
+public:
+    explicit StandInRequest(int &closed) : m_closed(closed) {}
+
+public Q_SLOTS:
+    void Close() { ++m_closed; } // NOLINT(readability-identifier-naming): the portal's own name
+
+private:
+    int &m_closed;
+};
+
 class StandInEmail final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Email")
@@ -31,8 +45,17 @@ public:
     explicit StandInEmail(const QDBusConnection &bus) : m_bus(bus) {}
 
     uint response = 0;
+    bool slow = false; ///< takes the message, and answers when it is told to
+    bool hangs = false;
     QVariantMap asked;
     QByteArrayList attached;
+    int closed = 0;
+
+    /// What it has kept to itself.
+    void answerNow() {
+        m_bus.send(m_answer);
+        m_answer = {};
+    }
 
 public Q_SLOTS:
     // NOLINTNEXTLINE(readability-identifier-naming): the portal's own name
@@ -51,12 +74,21 @@ public Q_SLOTS:
         QDBusMessage signal = QDBusMessage::createSignal(
             path, asText("org.freedesktop.portal.Request"), asText("Response"));
         signal.setArguments({response, QVariantMap()});
-        m_bus.send(signal);
+        m_bus.registerObject(path, &m_request, QDBusConnection::ExportAllSlots);
+        if (hangs) {
+            setDelayedReply(true);
+        } else if (slow) {
+            m_answer = signal;
+        } else {
+            m_bus.send(signal);
+        }
         return QDBusObjectPath(path);
     }
 
 private:
     QDBusConnection m_bus;
+    QDBusMessage m_answer;
+    StandInRequest m_request{closed};
 };
 
 class DesktopMailTest : public testing::Test {
@@ -114,6 +146,38 @@ TEST_F(DesktopMailTest, the_portal_is_handed_the_whole_message_with_open_files) 
     EXPECT_FALSE(said().isEmpty());
 }
 
+TEST_F(DesktopMailTest, a_slow_portal_opens_the_message_alone_and_one_that_hangs_is_told_to_stop) {
+    QDBusConnection bus = m_bus.connection("portal");
+    StandInEmail portal(bus);
+    ASSERT_TRUE(bus.registerObject(asText("/org/freedesktop/portal/desktop"), &portal,
+                                   QDBusConnection::ExportAllSlots));
+    ASSERT_TRUE(bus.registerService(asText("org.freedesktop.portal.Desktop")));
+    writeScript("xdg-email", "exit 0");
+    const DesktopMail::Patience hasty{std::chrono::milliseconds(200), std::chrono::minutes(3)};
+    DesktopMail mail(m_bus.connection("program"), hasty);
+    // The person chooses a program meanwhile.
+    portal.slow = true;
+    bool ended = false;
+    const auto compose = [&]() -> Task<> {
+        EXPECT_TRUE(co_await mail.compose(draft(asText("Voilà"))));
+        ended = true;
+    };
+    const Task<> composing = compose();
+    test::spinUntil([&] { return !portal.asked.isEmpty(); });
+    test::waitFor(sleepFor(std::chrono::milliseconds(600)));
+    EXPECT_FALSE(ended);
+    portal.answerNow();
+    test::spinUntil([&] { return ended; });
+    EXPECT_EQ(said(), QStringList()) << "the message was laid before the person twice";
+    EXPECT_EQ(portal.closed, 0);
+    // One that never says that it has the message is told to forget it, and then it goes elsewhere.
+    portal.slow = false;
+    portal.hangs = true;
+    EXPECT_TRUE(test::waitFor(mail.compose(draft(asText("Voilà")))));
+    EXPECT_FALSE(said().isEmpty());
+    test::spinUntil([&] { return portal.closed == 1; });
+}
+
 TEST_F(DesktopMailTest, without_a_portal_the_desktops_script_gets_each_part_as_an_argument) {
     writeScript("xdg-email", "exit 0");
     DesktopMail mail(m_bus.connection("program"));
@@ -137,7 +201,8 @@ TEST_F(DesktopMailTest, without_a_portal_the_desktops_script_gets_each_part_as_a
 }
 
 TEST_F(DesktopMailTest, names_the_mail_program_and_waits_for_no_script_for_ever) {
-    DesktopMail mail(m_bus.connection("program"), std::chrono::milliseconds(200));
+    DesktopMail mail(m_bus.connection("program"),
+                     {std::chrono::milliseconds(200), std::chrono::milliseconds(200)});
     writeScript("xdg-mime", "echo thunderbird.desktop");
     EXPECT_EQ(test::waitFor(mail.program()), asText("thunderbird.desktop"));
     EXPECT_EQ(said(),

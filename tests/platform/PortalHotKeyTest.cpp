@@ -34,6 +34,10 @@ public:
     QStringList triggers;
     QStringList sessions;
 
+    void close(const QString &session) const {
+        m_bus.send(QDBusMessage::createSignal(session, text("org.freedesktop.portal.Session"),
+                                              text("Closed")));
+    }
     void press(const QString &session, const QString &id) const {
         QDBusMessage signal = QDBusMessage::createSignal(
             text("/org/freedesktop/portal/desktop"), text("org.freedesktop.portal.GlobalShortcuts"),
@@ -139,6 +143,14 @@ TEST_F(PortalHotKeyTest, says_when_there_is_none_and_asks_again_once_there_is_on
     hotKey.replace(m_space);
     settleOn(hotKey, State::Unavailable);
     openPortal();
+    settleOn(hotKey, State::Registered);
+
+    // The desktop closes the session, of which another has nothing to say.
+    m_portal->close(text("/org/freedesktop/portal/desktop/session/x/another"));
+    m_portal->close(m_portal->sessions.last());
+    settleOn(hotKey, State::Unavailable);
+    EXPECT_EQ(hotKey.boundTo(), QString());
+    hotKey.replace(m_space); // as when somebody looks
     settleOn(hotKey, State::Registered);
 
     m_portal->gives = false;

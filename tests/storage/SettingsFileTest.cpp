@@ -179,6 +179,10 @@ TEST_F(SettingsFileTest, a_watch_tells_of_its_file_alone) {
     int toldBeside = 0;
     QObject::connect(&watch, &FileWatch::changed, [&] { ++told; });
     QObject::connect(&beside, &FileWatch::changed, [&] { ++toldBeside; });
+    // The disk is asked on another thread, and each tells once that it stands.
+    EXPECT_EQ(told + toldBeside, 0);
+    test::spinUntil([&] { return told == 1 && toldBeside == 1; });
+    told = toldBeside = 0;
     // Twice: whatever the first could wrongly bring has come by the second.
     for (int round = 1; round <= 2; ++round) {
         writeFile(path("beside.json"), QByteArray(round, 'x'));

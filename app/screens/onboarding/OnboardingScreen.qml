@@ -178,7 +178,14 @@ FocusScope {
                 ActionButton {
                     quiet: true
                     text: screen.last ? qsTr("Plus tard") : qsTr("Passer")
-                    onClicked: screen.settle(() => screen.last ? screen.model.finish() : screen.model.pass())
+                    onClicked: {
+                        (screen.stepItem as OnboardingStep)?.passOver();
+                        if (screen.last) {
+                            screen.model.finish();
+                        } else {
+                            screen.model.pass();
+                        }
+                    }
                 }
                 ActionButton {
                     id: more

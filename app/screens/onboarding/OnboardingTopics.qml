@@ -30,6 +30,14 @@ OnboardingStep {
         return adder.problem.length === 0;
     }
 
+    function passOver() {
+        rows.settled();
+        if (adder.text.trim().length > 0) {
+            territory.addInterest(adder.text);
+        }
+        adder.settle("");
+    }
+
     // What is being written stays.
     function propose(name: string) {
         proposals.drop(() => adder.problem = step.territory.addInterest(name));
@@ -38,6 +46,8 @@ OnboardingStep {
     AddField {
         id: adder
         width: parent.width
+        drafts: step.shell.drafts
+        draft: "firstInterest"
         prompt: qsTr("Ajouter un domaine")
         onAdded: text => {
             step.took = true;

@@ -65,7 +65,7 @@ SettingsPage {
         pages: page.pages
         key: "openAtLogin"
         present: !page.shell.demo
-        help: desktop.loginTrouble.length > 0 ? desktop.loginTrouble : page.pages.help(key)
+        help: desktop.loginTrouble.length > 0 ? desktop.loginTrouble : desktop.iconTrouble.length > 0 ? desktop.iconTrouble : page.pages.help(key)
         troubled: desktop.loginTrouble.length > 0
 
         Switch {

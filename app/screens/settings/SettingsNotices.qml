@@ -32,7 +32,10 @@ SettingsPage {
             labels: page.settings.notifyModes
             upDown: false
             chosen: page.indexOf(page.settings.notifyMode, page.settings.notifyModes)
-            onPicked: index => page.settings.notifyMode = page.settings.notifyModes[index]
+            onPicked: index => {
+                page.settings.notifyMode = page.settings.notifyModes[index];
+                page.shell.screens.desktop.askForNotices();
+            }
         }
     }
     SettingRow {
@@ -42,7 +45,10 @@ SettingsPage {
         Switch {
             name: qsTr("Rappel du programme")
             on: page.settings.notifyReminder
-            onToggled: on => page.settings.notifyReminder = on
+            onToggled: on => {
+                page.settings.notifyReminder = on;
+                page.shell.screens.desktop.askForNotices();
+            }
         }
     }
     SettingRow {

@@ -1,5 +1,6 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
 // A list on the territory's page, with the line that adds to it.
 PageSection {
@@ -8,6 +9,8 @@ PageSection {
     required property Rows list // which stands in it
     required property string prompt // of the line that adds
     property string note: "" // what became of it
+    required property Drafts drafts
+    required property string draft // of that line
     default property alias body: holder.data
 
     signal added(string text) // answered by settle()
@@ -58,6 +61,8 @@ PageSection {
         id: adder
         width: parent.width
         prompt: section.prompt
+        drafts: section.drafts
+        draft: section.draft
         onAdded: text => section.added(text)
     }
     Label {

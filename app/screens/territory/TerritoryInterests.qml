@@ -12,6 +12,7 @@ ListSection {
     name: qsTr("Domaines")
     list: rows
     prompt: qsTr("Ajouter un domaine")
+    draft: "interest"
     onAdded: text => settle(model.addInterest(text))
     corner: Label {
         text: "<b>" + section.model.interests.count + "</b>" + section.model.counterText

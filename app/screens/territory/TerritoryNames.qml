@@ -12,6 +12,8 @@ PageSection {
     property string help: ""
     property bool tiles: false
     property bool writes: true // the last pill turns into a line to write on
+    property Drafts drafts: null
+    property string draft: "" // of that line
     property var proposed: [] // names to take with a press
     property alias problem: trouble.text
 
@@ -69,6 +71,8 @@ PageSection {
             text: section.adding
             prompt: section.prompt
             writes: section.writes
+            drafts: section.drafts
+            draft: section.draft
             onWritingChanged: if (!writing) section.problem = ""
             onAsked: section.asked()
             onAdded: name => {

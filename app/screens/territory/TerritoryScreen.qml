@@ -157,6 +157,7 @@ SectionScreen {
                 id: interests
                 width: parent.width
                 keyboard: screen.shell.keyboard
+                drafts: screen.shell.drafts
                 model: screen.model
             }
             TerritoryNames {
@@ -166,6 +167,8 @@ SectionScreen {
                 list: screen.model.tools
                 adding: qsTr("+ Ajouter un outil")
                 prompt: qsTr("Le nom d’un outil")
+                drafts: screen.shell.drafts
+                draft: "tool"
                 proposed: screen.model.apps.proposedTools
                 onAdded: name => problem = screen.model.addTool(name)
                 onRemoved: name => screen.model.removeTool(name)
@@ -192,6 +195,7 @@ SectionScreen {
             TerritorySites {
                 id: sites
                 width: parent.width
+                drafts: screen.shell.drafts
                 model: screen.model.sites
             }
             TerritoryNames {
@@ -201,6 +205,8 @@ SectionScreen {
                 list: screen.model.exclusions
                 adding: qsTr("+ Ajouter un site ou un dossier")
                 prompt: qsTr("Un site, un dossier")
+                drafts: screen.shell.drafts
+                draft: "exclusion"
                 onAdded: name => problem = screen.model.addExclusion(name)
                 onRemoved: name => screen.model.removeExclusion(name)
             }

@@ -11,6 +11,7 @@ ListSection {
     name: qsTr("Sites de confiance")
     list: rows
     prompt: qsTr("Ajouter un site que tu lis déjà")
+    draft: "site"
     note: model.note
     onAdded: text => settle(model.add(text))
     corner: Row {

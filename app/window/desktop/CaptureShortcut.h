@@ -45,7 +45,7 @@ public:
     Q_INVOKABLE void record();
     /// Ends the recording, and keeps what there was.
     Q_INVOKABLE void leave();
-    /// Asks once more for a combination that another program had.
+    /// Asks once more for a combination that another program had, or that the system did not give.
     Q_INVOKABLE void look();
 
 Q_SIGNALS:

@@ -10,7 +10,10 @@
 #include <QBuffer>
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
+#include <system_error>
+#include <vector>
 
 namespace vorle {
 
@@ -22,6 +25,26 @@ QString imageAddress(const QImage &image) {
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
     return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(bytes.toBase64());
+}
+
+struct PictureFiles {
+    std::vector<std::shared_ptr<TemporaryFile>> files;
+    QString problem; ///< why they could not be written
+};
+
+/// Any thread.
+PictureFiles filesOf(const QList<FeedbackPicture> &pictures) {
+    PictureFiles written;
+    try {
+        for (const FeedbackPicture &each : pictures) {
+            written.files.push_back(
+                std::make_shared<TemporaryFile>(u"vorle-feedback-", each.suffix));
+            written.files.back()->write(each.bytes);
+        }
+    } catch (const std::system_error &error) {
+        return {{}, systemRefusalText(error)};
+    }
+    return written;
 }
 
 } // namespace
@@ -215,18 +238,6 @@ void FeedbackModel::prepare() {
     if (isBusy() || m_text.trimmed().isEmpty()) {
         return;
     }
-    m_files.clear();
-    try {
-        for (const Joined &each : m_pictures) {
-            m_files.push_back(
-                std::make_unique<TemporaryFile>(u"vorle-feedback-", each.picture.suffix));
-            m_files.back()->write(each.picture.bytes);
-        }
-    } catch (const std::system_error &error) {
-        m_files.clear();
-        tell(systemRefusalText(error));
-        return;
-    }
     detach(handOver(this), QStringLiteral("handing a message over"));
 }
 
@@ -234,12 +245,30 @@ Task<> FeedbackModel::handOver(QPointer<FeedbackModel> self) {
     MailDraft draft = self->draft();
     const QString given = self->m_text;
     const qsizetype pictures = self->m_pictures.size();
-    for (const auto &file : self->m_files) {
-        draft.attachments += file->path();
+    QList<FeedbackPicture> joined;
+    for (const Joined &each : self->m_pictures) {
+        joined += each.picture;
     }
     self->work(1);
     self->tell({});
+    const auto written = co_await onDisk([joined] { return filesOf(joined); });
+    if (!self) {
+        co_return;
+    }
+    if (!written || !written->problem.isEmpty()) {
+        self->work(-1);
+        self->tell(written ? written->problem : tr("Ce disque ne répond pas."));
+        co_return;
+    }
+    for (const auto &file : written->files) {
+        draft.attachments += file->path();
+    }
     const FeedbackOutcome outcome = co_await prepareFeedback(self->m_parts.mail, std::move(draft));
+    if (outcome == FeedbackOutcome::Ready || outcome == FeedbackOutcome::PicturesLeft) {
+        for (const auto &file : written->files) {
+            file->keep(); // the mail program reads them when the message is sent
+        }
+    }
     if (self) {
         self->work(-1);
         self->finish(outcome, self->m_text == given && self->m_pictures.size() == pictures);

@@ -15,14 +15,11 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
-#include <memory>
-#include <vector>
 
 namespace vorle {
 
 class FilePicker;
 class Pasteboard;
-class TemporaryFile;
 
 /// A picture of the form's list.
 struct PictureRow {
@@ -40,7 +37,9 @@ public:
 
 /// The form "Envoyer un retour": what is written to the maker, and what goes with it. The message
 /// is laid before the person in their own mail program; nothing is sent from here. What was written
-/// stays until it was handed over. Main thread; what it is given outlives it.
+/// stays until it was handed over. The files of its pictures stay for a day, since a mail program
+/// reads them when the message is sent. Main thread, which writes none of them; what it is given
+/// outlives it.
 class FeedbackModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -147,7 +146,6 @@ private:
     bool m_toCopy = false;
     int m_underWay = 0;
     int m_openings = 0; // of the form: a picture of an earlier one is of another time
-    std::vector<std::unique_ptr<TemporaryFile>> m_files; // which the last message's program reads
 };
 
 } // namespace vorle

@@ -49,6 +49,7 @@ void QuickCapture::begin() {
     m_page = {};
     m_hint.clear();
     m_dropped = false;
+    m_proposes = false;
     m_giver = WebLink::Giver::User;
     setProblem({});
     if (isAdded()) {
@@ -66,7 +67,8 @@ void QuickCapture::openOver(const QString &frontApp) {
     begin();
     Q_EMIT pageChanged();
     Q_EMIT opened();
-    if (m_parts.preferences.settings().proposeTab) {
+    m_proposes = m_parts.preferences.settings().proposeTab;
+    if (m_proposes) {
         detach(ask(this, m_parts.tab, m_frontApp, m_opening), QStringLiteral("the browser's tab"));
     }
 }
@@ -74,6 +76,7 @@ void QuickCapture::openOver(const QString &frontApp) {
 bool QuickCapture::open(const cli::LinkToCapture &link) {
     if (link.url.isEmpty()) {
         open();
+        setProblem(shownWords(link.problem));
         return true;
     }
     if (m_shown && !isAdded()) {
@@ -81,7 +84,12 @@ bool QuickCapture::open(const cli::LinkToCapture &link) {
         if (link.giver != WebLink::Giver::Stranger) {
             Q_EMIT raised();
         }
-        return m_page.address == link.url;
+        const bool same = m_page.address == link.url;
+        if (!same) {
+            setProblem(tr("Un autre lien est arrivé\u00A0: ajoute celui-ci ou quitte-le (Échap), "
+                          "puis redonne l’autre."));
+        }
+        return same;
     }
     begin();
     m_frontApp.clear();
@@ -110,9 +118,9 @@ void QuickCapture::propose(const BrowserTab::Proposal &proposal) {
 void QuickCapture::setShown(bool shown) { m_shown = shown; }
 
 void QuickCapture::lookAgain() {
-    const bool wanted = m_parts.preferences.settings().proposeTab && m_page.address.isEmpty();
-    if (m_shown && wanted && !m_dropped && !isAdded()) {
-        if (const auto proposal = m_parts.tab.readPasteboard(m_frontApp); proposal.page) {
+    if (m_shown && m_proposes && !m_dropped && !isAdded()) {
+        const auto proposal = m_parts.tab.readPasteboard(m_frontApp);
+        if (proposal.page && proposal.page->address != m_page.address) {
             propose(proposal);
         }
     }

@@ -63,15 +63,15 @@ public:
     /// The same where a window of ours is the one in front by now: it was that application before.
     void openOver(const QString &frontApp);
     QString frontApp() const { return m_parts.tab.frontApp(); }
-    /// Opens it on that link. False, with nothing changed, where it is open and what it holds
-    /// there, typed or proposed, was not added yet.
+    /// Opens it on that link, or with what is told instead. False where it is open and what it
+    /// holds there, typed or proposed, was not added yet: then it says that another link waits.
     bool open(const cli::LinkToCapture &link);
 
     /// What the panel holds: told by it, and asked by what opens it.
     Q_INVOKABLE void setShown(bool shown);
     bool isShown() const { return m_shown; }
-    /// Looks once more at the pasteboard, where a link would be taken from there: one may have been
-    /// copied since.
+    /// Looks once more at the pasteboard, where a link would be taken from there: one, or another,
+    /// may have been copied since.
     Q_INVOKABLE void lookAgain();
     /// The proposed page is not the one that is meant.
     Q_INVOKABLE void dropPage();
@@ -107,6 +107,7 @@ private:
     QUuid m_added;
     int m_opening = 0; // counts them: an answer to an earlier one is passed over
     bool m_shown = false;
+    bool m_proposes = false; // what is in front; else it was opened on a link
     bool m_dropped = false;
 };
 

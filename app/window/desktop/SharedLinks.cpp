@@ -1,6 +1,7 @@
 #include "app/window/desktop/SharedLinks.h"
 
 #include "core/NumberText.h"
+#include "core/TopicsSaved.h"
 
 #include <utility>
 
@@ -54,27 +55,7 @@ Task<std::optional<QList<ShareInbox::Taken>>> SharedLinks::take(QList<ShareInbox
         taken += result.kind == IntakeResult::Kind::NoLink ? ShareInbox::Taken::NoLink
                                                            : ShareInbox::Taken::Kept;
     }
-    co_return co_await saved() ? std::optional(taken) : std::nullopt;
-}
-
-/// Whether what the store holds is on disk, without holding anything up.
-Task<bool> SharedLinks::saved() {
-    TopicStore &store = m_parts.store;
-    if (store.saveError()) {
-        store.save(); // the last one failed: nobody else may try again
-    }
-    bool failed = false;
-    while (!store.isSaved() && !failed) {
-        const OneShot told;
-        QObject scope; // the connections go with it
-        connect(&store, &TopicStore::saved, &scope, [told] { told.fire(); });
-        connect(&store, &TopicStore::saveFailed, &scope, [told, &failed] {
-            failed = true;
-            told.fire();
-        });
-        co_await told;
-    }
-    co_return !failed;
+    co_return co_await topicsSaved(m_parts.store) ? std::optional(taken) : std::nullopt;
 }
 
 } // namespace vorle

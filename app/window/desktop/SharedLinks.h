@@ -37,7 +37,6 @@ Q_SIGNALS:
 
 private:
     Task<std::optional<QList<ShareInbox::Taken>>> take(QList<ShareInbox::Item> items);
-    Task<bool> saved();
 
     Parts m_parts;
     ProjectNames m_names;

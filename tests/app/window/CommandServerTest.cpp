@@ -43,6 +43,11 @@ protected:
         }
     }
     void open() {
+        listen();
+        instance->serve();
+    }
+    /// As an app that waits for its topics.
+    void listen() {
         door = std::make_unique<CommandServer>(
             [this](const cli::Command &command, cli::Context &context) {
                 context.openCapture = propose;
@@ -52,7 +57,6 @@ protected:
         QObject::connect(instance.get(), &SingleInstance::commandAsked, door.get(),
                          &CommandServer::serve);
         ASSERT_TRUE(instance->listen());
-        instance->serve();
     }
 
     /// What the app answers to a command that the program itself would not send.
@@ -224,6 +228,46 @@ TEST_F(CommandServerTest, the_capture_opens_on_what_it_is_handed_and_adds_nothin
         EXPECT_TRUE(link.url.isEmpty() || link.url.startsWith(u"http"));
     }
     EXPECT_EQ(app->store().count(), 2);
+    // What a desktop's key or menu hands over, which nobody reads a terminal of, is told in the
+    // app.
+    proposed.clear();
+    QProcess &unheard = vorle.command(Program::parted("capturer javascript:alert(1)"));
+    unheard.setStandardErrorFile(QProcess::nullDevice());
+    unheard.start();
+    EXPECT_EQ(Program::end(unheard).status, 1);
+    ASSERT_EQ(proposed.size(), 1);
+    EXPECT_EQ(proposed[0].url, QString());
+    EXPECT_EQ(proposed[0].problem, QStringLiteral("Ce n’est pas l’adresse d’une page web."));
+    EXPECT_EQ(vorle.run("capturer javascript:alert(1)").status, 1);
+    EXPECT_EQ(proposed.size(), 1) << "a terminal was told already";
+}
+
+TEST_F(CommandServerTest, the_capture_waits_with_an_app_that_waits_for_its_topics) {
+    QList<cli::LinkToCapture> proposed;
+    propose = [&](const cli::LinkToCapture &link) {
+        proposed += link;
+        return true;
+    };
+    StoreLock running(app->topicsFile(), StoreLock::Right::BeTheApp);
+    ASSERT_TRUE(running.tryLock());
+    listen();
+    int raised = 0; // its window says what it waits for
+    QObject::connect(instance.get(), &SingleInstance::raiseAsked, [&] { ++raised; });
+    vorle.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    QProcess &capture = vorle.start("capturer example.org/a");
+    QByteArray said;
+    test::spinUntil([&] {
+        said += capture.readAllStandardError();
+        return raised > 0 && said.contains("vorle attend la fin d’une autre commande");
+    });
+    // Longer than an app that was started and is gone again is waited for.
+    test::waitFor(sleepFor(std::chrono::seconds(4)));
+    EXPECT_EQ(capture.state(), QProcess::Running);
+    instance->serve();
+    EXPECT_EQ(Program::end(capture).status, 0);
+    ASSERT_EQ(proposed.size(), 1);
+    EXPECT_EQ(proposed[0].url, QStringLiteral("https://example.org/a"));
+    EXPECT_EQ(raised, 1);
 }
 
 TEST_F(CommandServerTest, a_run_is_the_engines_and_leaves_what_another_one_has_pending) {

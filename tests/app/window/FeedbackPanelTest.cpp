@@ -15,6 +15,11 @@ protected:
     // Qt's software renderer frees the texture of a picture that goes with the frame after it, and
     // there is none once the window is gone.
     void TearDown() override {
+        if (m_main) {
+            empty();
+        }
+    }
+    void empty() {
         model().begin(nullptr);
         while (!model().pictures().isEmpty()) {
             model().remove(0);
@@ -68,11 +73,10 @@ TEST_F(FeedbackPanelTest, is_written_by_keys_alone_and_hands_over_just_what_it_s
     EXPECT_FALSE(handed.isEmpty());
     EXPECT_FALSE(shownTexts().contains(QStringLiteral("Envoyer un retour")));
 
-    // The next one begins empty, and takes the place of the last one's files.
+    // The next one begins empty.
     m_main->writeFeedback();
     EXPECT_TRUE(model().text().isEmpty());
     EXPECT_TRUE(model().pictures().isEmpty());
-    EXPECT_EQ(waiting().size(), 1);
     model().setDiagnosed(false);
     EXPECT_EQ(model().joinedText(), QStringLiteral("Aucun sujet, aucun fichier."));
     type(QStringLiteral("Deux"));
@@ -84,7 +88,30 @@ TEST_F(FeedbackPanelTest, is_written_by_keys_alone_and_hands_over_just_what_it_s
     settled();
     EXPECT_EQ(m_mail.drafts.last().body, QStringLiteral("Deux"));
     EXPECT_TRUE(m_mail.drafts.last().subject.endsWith(QStringLiteral("un sujet mal noté")));
+    // The mail program reads them when the message is sent: with the app ended, too.
+    EXPECT_EQ(waiting().size(), 1);
+    empty();
+    close();
+    EXPECT_EQ(waiting().size(), 1);
+}
+
+TEST_F(FeedbackPanelTest, what_no_mail_program_took_leaves_no_file) {
+    openForm();
+    m_mail.takes = false;
+    m_mail.name.clear();
+    type(QStringLiteral("Un mot"));
+    model().joinWindow();
+    settled();
+    model().prepare();
+    EXPECT_TRUE(model().isBusy()) << "its files are written elsewhere";
+    settled();
+    EXPECT_TRUE(model().isToCopy());
     EXPECT_TRUE(waiting().isEmpty());
+    QDir(QDir::tempPath()).removeRecursively();
+    model().prepare();
+    settled();
+    EXPECT_TRUE(model().problem().startsWith(QStringLiteral("Le système a refusé")))
+        << model().problem().toStdString();
 }
 
 TEST_F(FeedbackPanelTest, pictures_are_held_to_their_limits_and_refusals_are_told) {

@@ -141,6 +141,41 @@ TEST_F(OnboardingTest, nothing_that_is_being_written_goes_with_its_step) {
     EXPECT_TRUE(says("Luthière"));
 }
 
+TEST_F(OnboardingTest, passing_over_takes_what_can_be_taken_and_leaves_what_was_refused) {
+    preferences().change(&Settings::interests, {text("qt")});
+    preferences().change(&Settings::onboardingStep, 2);
+    begin();
+    test::settle();
+    const struct {
+        const char *written;
+        QList<QString> interests;
+    } cases[] = {{"QT", {text("qt")}}, {"rust", {text("qt"), text("rust")}}};
+    for (const auto &each : cases) {
+        ASSERT_TRUE(says("Tes domaines"));
+        type(text(each.written));
+        press(Qt::Key_Return);
+        click(QStringLiteral("Passer"));
+        EXPECT_TRUE(says("Ton IA")) << each.written;
+        EXPECT_EQ(settings().interests, each.interests);
+        model().back();
+        test::settle();
+    }
+    EXPECT_FALSE(shownTexts().contains(text("QT"))) << "it was passed over";
+    // A job that cannot be one.
+    model().beginAgain();
+    test::settle();
+    ASSERT_TRUE(reach("Ton métier, en quelques mots"));
+    const auto before = settings().job;
+    QQuickItem *job = window().activeFocusItem();
+    job->setProperty("text", QString(500, u'x'));
+    QMetaObject::invokeMethod(job, "textEdited");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(settings().job, before);
+    click(QStringLiteral("Passer"));
+    EXPECT_TRUE(says("Tes projets"));
+    EXPECT_EQ(settings().job, before);
+}
+
 TEST_F(OnboardingTest, a_step_opens_at_its_top_in_a_low_window) {
     preferences().change(&Settings::onboardingStep, 1);
     begin();

@@ -67,13 +67,21 @@ protected:
         m_hotKey = std::make_unique<HotKey>(m_app->preferences(), m_globalHotKey);
         Shell::Parts parts =
             shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files, m_reveal, *m_notifier,
-                                m_login, *m_hotKey, m_keys, m_mail});
+                                m_login, *m_hotKey, m_keys, m_mail, m_front});
         parts.terminals = m_terminals.names();
         m_shell = std::make_unique<Shell>(parts);
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
         m_main->observe(m_motion);
         m_main->raise();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&m_main->window()));
+    }
+    /// As when the app ends; it can be opened again.
+    void close() {
+        m_main.reset();
+        m_shell.reset();
+        m_hotKey.reset();
+        m_notifier.reset();
+        m_launcher.reset();
     }
     QQuickWindow &window() { return m_main->window(); }
     Shell &shell() { return *m_shell; }
@@ -104,7 +112,8 @@ protected:
         return topic ? topic->title : QString();
     }
     /// The texts that can be seen, one after the other.
-    QStringList shownTexts() {
+    QStringList shownTexts() { return shownTexts(window()); }
+    static QStringList shownTexts(const QQuickWindow &in) {
         QStringList texts;
         const auto collect = [&](const auto &self, const QQuickItem &item) -> void {
             if (!item.isVisible() || item.opacity() == 0) {
@@ -117,7 +126,7 @@ protected:
                 self(self, *child);
             }
         };
-        collect(collect, *window().contentItem());
+        collect(collect, *in.contentItem());
         return texts;
     }
 
@@ -167,6 +176,7 @@ protected:
     FakeNotifications m_notifications;
     FakeLoginItem m_login;
     FakeGlobalHotKey m_globalHotKey;
+    FrontBrowser *m_front = nullptr; ///< to be set before it opens
     std::unique_ptr<HotKey> m_hotKey;
     QtKeyWatch m_keys;
     FakeMailComposer m_mail;

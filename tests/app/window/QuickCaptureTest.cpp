@@ -1,5 +1,6 @@
 // The small window that takes a link in, by the keyboard alone.
 
+#include "platform/fakes/FakeFrontBrowser.h"
 #include "tests/app/window/OpenWindow.h"
 
 #include <gmock/gmock.h>
@@ -96,6 +97,40 @@ TEST_F(QuickCaptureTest, the_copied_link_a_note_and_a_project_are_three_keys_awa
     key(Qt::Key_Return);
     EXPECT_EQ(capture().problem(), text("Tu as déjà ce lien."));
     EXPECT_TRUE(m_panel->isVisible());
+}
+
+TEST_F(QuickCaptureTest, a_browser_that_tells_nothing_is_named_and_the_last_copied_link_stands) {
+    test::FakeFrontBrowser firefox;
+    firefox.front = text("org.mozilla.firefox");
+    m_front = &firefox;
+    open();
+    const QString sentence = text("Firefox ne laisse pas lire l’onglet");
+    const auto says = [&] { return !shownTexts(*m_panel).filter(sentence).isEmpty(); };
+    openPanel([&] { shell().openQuickCapture(); });
+    test::spinUntil([&] { return says(); });
+    const auto comeBackWith = [&](const char *copied) {
+        m_pasteboard.replace(text(copied));
+        m_main->raise();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+        m_panel->requestActivate();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(m_panel));
+        QCoreApplication::processEvents();
+    };
+    for (const char *link : {"https://example.org/a", "https://example.org/b"}) {
+        comeBackWith(link);
+        EXPECT_EQ(capture().pageAddress(), text(link));
+        EXPECT_TRUE(says()) << "the proposed link may be another page's";
+    }
+    write("Pour B");
+    comeBackWith("https://example.org/c");
+    EXPECT_EQ(capture().pageAddress(), text("https://example.org/b"))
+        << "the note was written for that one";
+    EXPECT_FALSE(capture().open({.url = text("https://example.org/d")}));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(shownTexts(*m_panel).filter(text("Un autre lien est arrivé")).isEmpty());
+    key(Qt::Key_Escape);
+    openPanel([&] { EXPECT_TRUE(capture().open({.url = {}, .problem = text("Pas une page.")})); });
+    EXPECT_TRUE(shownTexts(*m_panel).contains(text("Pas une page.")));
 }
 
 TEST_F(QuickCaptureTest, nothing_is_proposed_where_the_settings_say_so) {

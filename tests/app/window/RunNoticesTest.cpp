@@ -29,6 +29,11 @@ protected:
         report.added = int(topics.size());
         Q_EMIT m_app->engine().finished(report);
     }
+    /// Its picture is drawn on another thread.
+    void expectPosted(qsizetype notices) {
+        test::spinUntil([&] { return m_notifications.posted.size() >= notices; });
+        ASSERT_EQ(m_notifications.posted.size(), notices);
+    }
     static Topic found(const char *title, int score) {
         Topic topic = test::sampleTopic(text(title));
         topic.score = score;
@@ -45,7 +50,7 @@ TEST_F(RunNoticesTest, a_run_tells_what_it_brought_and_the_program_keeps_its_rem
     endRun({});
     EXPECT_TRUE(m_notifications.posted.isEmpty());
     endRun({found("Moins", 4), found("Mieux", 8)});
-    ASSERT_EQ(m_notifications.posted.size(), 1);
+    expectPosted(1);
     EXPECT_EQ(m_notifications.posted[0].title, text("2 sujets à trier"));
     EXPECT_EQ(m_notifications.posted[0].body, text("Mieux"));
     Topic dismissed = found("Parti", 9);
@@ -54,7 +59,7 @@ TEST_F(RunNoticesTest, a_run_tells_what_it_brought_and_the_program_keeps_its_rem
     urgent.urgency = Judgment::Urgency{};
     urgent.urgency->level = Judgment::Urgency::Level::Now;
     endRun({dismissed, urgent, found("Autre", 7)});
-    ASSERT_EQ(m_notifications.posted.size(), 2);
+    expectPosted(2);
     EXPECT_EQ(m_notifications.posted[1].title, text("2 autres sujets à trier"));
     EXPECT_EQ(m_notifications.posted[1].category, text("urgent"));
     EXPECT_EQ(m_notifications.posted[1].body, text("Urgent\u00A0: Faille"));

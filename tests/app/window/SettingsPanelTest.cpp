@@ -128,6 +128,11 @@ TEST_F(SettingsPanelTest, what_the_system_says_stands_in_its_row_with_the_way_to
                         }).value(0);
     ASSERT_TRUE(login);
     EXPECT_TRUE(login->property("on").toBool());
+    m_login.now = LoginItem::State::On;
+    press(Qt::Key_Escape);
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_FALSE(shownTexts().filter(QStringLiteral("la fermer le quitte")).isEmpty())
+        << "there is no menu bar here";
     m_login.now = LoginItem::State::Off; // by hand, elsewhere
     press(Qt::Key_Escape);
     press(Qt::Key_Comma, Qt::ControlModifier);
@@ -137,6 +142,17 @@ TEST_F(SettingsPanelTest, what_the_system_says_stands_in_its_row_with_the_way_to
     press(Qt::Key_Space);
     EXPECT_FALSE(login->property("on").toBool()) << "the system's own answer";
     EXPECT_TRUE(shownTexts().contains(QStringLiteral("Le système a refusé\u00A0: disque plein")));
+
+    m_login.refusal.reset();
+    m_login.now = LoginItem::State::Astray; // the program was moved
+    press(Qt::Key_Escape);
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_FALSE(login->property("on").toBool()) << "nothing would open";
+    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Allow it there.")));
+    login->forceActiveFocus();
+    press(Qt::Key_Space);
+    EXPECT_EQ(m_login.now, LoginItem::State::On);
+    EXPECT_TRUE(login->property("on").toBool());
 
     showPage("Notifications");
     EXPECT_EQ(shownTexts().filter(QStringLiteral("Mend it there.")).size(), 1) << "told once";
@@ -149,6 +165,24 @@ TEST_F(SettingsPanelTest, what_the_system_says_stands_in_its_row_with_the_way_to
     EXPECT_TRUE(shownTexts().contains(QStringLiteral("Heure du rappel")));
     clickAt(middleOf("Jamais"));
     EXPECT_EQ(settings().notifyMode, NotifyMode::Never);
+    // The person is asked for their leave when they turn a switch, and for what a command turned
+    // when they next look.
+    m_app->preferences().change(&Settings::notifyReminder, false);
+    m_notifications.become(Notifications::Standing::Unasked);
+    QQuickItem *reminder =
+        shown([](const QQuickItem &item) {
+            return item.property("name").toString() == QStringLiteral("Rappel du programme");
+        }).value(0);
+    ASSERT_TRUE(reminder);
+    reminder->forceActiveFocus();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(settings().notifyReminder);
+    EXPECT_EQ(m_notifications.asked, 1);
+    m_notifications.become(Notifications::Standing::Unasked);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(m_notifications.asked, 1);
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(m_notifications.asked, 2);
 }
 
 TEST_F(SettingsPanelTest, the_arrows_pass_over_what_cannot_be_pressed_now) {
@@ -210,6 +244,7 @@ TEST_F(SettingsPanelTest, the_data_page_shows_copies_and_takes_out) {
     openSettings();
     showPage("Tes données");
     click(QStringLiteral("Show"));
+    test::spinUntil([&] { return !m_reveal.revealed.isEmpty(); }); // once it is there
     EXPECT_EQ(m_reveal.revealed, QStringList{store().file()});
     click(QStringLiteral("Copier"));
     EXPECT_TRUE(m_pasteboard.text().contains(QStringLiteral("à trier 3")))

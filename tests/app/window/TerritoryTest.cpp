@@ -17,7 +17,8 @@ protected:
         press(Qt::Key_5, Qt::ControlModifier);
         test::settle();
     }
-    ~TerritoryTest() override {
+    ~TerritoryTest() override { leave(); }
+    void leave() {
         shell().territory()->setActive(false);
         test::settle();
     }
@@ -183,6 +184,41 @@ TEST_F(TerritoryTest, what_is_refused_stays_in_its_field_and_says_why) {
     test::settle();
     EXPECT_TRUE(says("figma b")) << "what was not taken yet stays, too";
     EXPECT_EQ(settings().addedTools, QList<QString>{text("Figma")});
+}
+
+TEST_F(TerritoryTest, what_stands_in_a_line_that_adds_is_there_at_the_next_start_and_adds_nothing) {
+    openTerritory();
+    tabTo("Ajouter un domaine");
+    write(text("brode"));
+    tabTo("+ Ajouter un outil");
+    press(Qt::Key_Return);
+    write(text("Figm"));
+    tabTo("Ajouter un site que tu lis déjà");
+    write(text("exam"));
+    m_main->finishEditing(); // the app ends
+    m_main->saveState();
+    EXPECT_TRUE(settings().interests.isEmpty() && settings().addedTools.isEmpty());
+    EXPECT_TRUE(settings().prioritySites.isEmpty());
+    leave();
+    close();
+
+    openTerritory();
+    EXPECT_TRUE(says("brode") && says("Figm") && says("exam"));
+    tabTo("Ajouter un domaine");
+    write(text("rie"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings().interests, QList<QString>{text("broderie")});
+    tabTo("Le nom d’un outil");
+    EXPECT_EQ(field(), text("Figm"));
+    press(Qt::Key_Escape);
+    m_main->saveState();
+    leave();
+    close();
+
+    openTerritory();
+    EXPECT_TRUE(says("exam"));
+    EXPECT_FALSE(says("Figm")) << "it was given up";
+    EXPECT_EQ(shownTexts().count(text("broderie")), 1) << "it was taken";
 }
 
 TEST_F(TerritoryTest, a_draft_stands_while_its_list_moves_and_comes_back_with_its_row) {

@@ -1,0 +1,19 @@
+#include "app/models/Drafts.h"
+
+namespace vorle {
+
+void Drafts::keep(const QString &line, const QString &text) {
+    if (text.trimmed().isEmpty() || text.size() > longest) {
+        m_texts.remove(line);
+    } else {
+        m_texts.insert(line, text);
+    }
+}
+
+void Drafts::take(const QMap<QString, QString> &texts) {
+    for (auto it = texts.cbegin(); it != texts.cend(); ++it) {
+        keep(it.key(), it.value());
+    }
+}
+
+} // namespace vorle
