@@ -12,6 +12,11 @@ namespace {
 
 class FeedbackPanelTest : public test::OpenWindow {
 protected:
+    FeedbackPanelTest() {
+        const QString own = m_app.program.path("tmp"); // what is kept there goes with the test
+        QDir().mkpath(own);
+        m_app.variables.set("TMPDIR", own);
+    }
     // Qt's software renderer frees the texture of a picture that goes with the frame after it, and
     // there is none once the window is gone.
     void TearDown() override {
