@@ -73,6 +73,7 @@ int main(int argc, char **argv) {
     }
     const auto installedApps = vorle::native::installedApps();
     const auto container = vorle::native::sharedContainer();
+    const auto signatures = vorle::native::signatureCheck();
     // Without a command the app opens; a command starts no graphics.
     const auto entrance = argc <= 1  ? std::optional(vorle::Entrance::Window)
                           : argc > 2 ? std::nullopt
@@ -89,7 +90,7 @@ int main(int argc, char **argv) {
         return vorle::runGui(
             argc, argv,
             {*installedApps, *terminals, *pasteboard, *links, *files, *reveal, container.get(),
-             drops.get(), browser.get(), *widgets, vorle::native::motionSetting,
+             drops.get(), browser.get(), signatures.get(), *widgets, vorle::native::motionSetting,
              vorle::native::notifications, vorle::native::loginItem, vorle::native::globalHotKey,
              vorle::native::keyWatch, vorle::native::mailComposer, vorle::native::programVersion()},
             *entrance);
@@ -97,5 +98,5 @@ int main(int argc, char **argv) {
 
     const QCoreApplication app(argc, argv);
     return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1), *installedApps,
-                                      container.get());
+                                      container.get(), signatures.get());
 }

@@ -14,6 +14,7 @@
 #include "platform/Notifications.h"
 #include "platform/Pasteboard.h"
 #include "platform/SharedContainer.h"
+#include "platform/SignatureCheck.h"
 #include "platform/Terminals.h"
 #include "platform/WidgetTimelines.h"
 
@@ -31,6 +32,7 @@ std::unique_ptr<WidgetTimelines> widgetTimelines();
 std::unique_ptr<SharedContainer> sharedContainer();
 std::unique_ptr<DropSignal> dropSignal();
 std::unique_ptr<FrontBrowser> frontBrowser();
+std::unique_ptr<SignatureCheck> signatureCheck();
 
 // These need a QGuiApplication when they are used.
 std::unique_ptr<Pasteboard> pasteboard();

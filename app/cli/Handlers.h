@@ -9,6 +9,7 @@
 
 namespace vorle {
 class AgentLocator;
+class AgentSetup;
 class Asker;
 class BriefWriter;
 class EngineAgent;
@@ -80,6 +81,8 @@ Task<ExitStatus> reparer(Context &context, TopicsToChange topics);
 Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
                       const Resources &resources);
 Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent);
+Task<ExitStatus> installer(Context &context, OnDemand<AgentSetup> setup);
+Task<ExitStatus> connecter(Context &context, OnDemand<AgentSetup> setup);
 /// Shows the file that widgets read.
 Task<ExitStatus> widget(Context &context, std::function<QString()> file, const Clock &clock);
 Task<ExitStatus> diagnostic(Context &context, DiagnosticSources sources);

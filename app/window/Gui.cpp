@@ -179,6 +179,7 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entranc
             entrance == Entrance::Demonstration ? enterDemonstration() : nullptr;
         Application::Setup setup =
             setupFor(demonstration.get(), adapters.installedApps, adapters.container);
+        setup.signatures = adapters.signatures;
         setup.widgetsChanged = [&widgets = adapters.widgets] { widgets.reload(); };
         Application app(std::move(setup));
         if (demonstration) {

@@ -21,6 +21,7 @@ class MotionSetting;
 class Notifications;
 class Pasteboard;
 class SharedContainer;
+class SignatureCheck;
 class Terminals;
 class WidgetTimelines;
 
@@ -35,6 +36,7 @@ struct GuiAdapters {
     const SharedContainer *container; ///< null where the system has none
     DropSignal *drops;                ///< null where the drop folder alone tells
     FrontBrowser *browser;            ///< null where the system tells nothing of what is in front
+    const SignatureCheck *signatures; ///< null where the system has no such check
     WidgetTimelines &widgets;
     // Made once the program has a QApplication: a bus or a window system may only be asked then.
     std::function<std::unique_ptr<MotionSetting>()> motion;

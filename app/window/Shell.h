@@ -32,6 +32,7 @@
 namespace vorle {
 
 class AgentLocator;
+class AgentSetup;
 class Asker;
 class BriefWriter;
 class ClaudeLauncher;
@@ -100,6 +101,7 @@ public:
         Asker &asker;
         Feeds &feeds;
         const AgentLocator &agents;
+        const AgentSetup &agentSetup;
         const Clock &clock;
         LinkOpener &links;
         Pasteboard &pasteboard;

@@ -50,6 +50,7 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
             .asker = app.asker(),
             .feeds = app.feeds(),
             .agents = app.agent().locator(),
+            .agentSetup = app.agentSetup(),
             .clock = app.clock(),
             .links = adapters.links,
             .pasteboard = adapters.pasteboard,

@@ -3,6 +3,8 @@
 #include "base/French.h"
 #include "storage/BesideTopics.h"
 
+#include <QSysInfo>
+
 namespace vorle {
 
 Application::Application(Setup setup) : m_setup(std::move(setup)) {}
@@ -96,6 +98,17 @@ EngineAgent &Application::agent() {
         });
     }
     return *m_agent;
+}
+
+AgentSetup &Application::agentSetup() {
+    if (!m_agentSetup) {
+        m_agentSetup = std::make_unique<AgentSetup>(AgentSetup::Parts{
+            .agents = agent().locator(),
+            .http = OnDemand<HttpClient>([this]() -> HttpClient & { return http(); }),
+            .signatures = m_setup.signatures,
+            .sources = AgentSources::forProcessor(QSysInfo::currentCpuArchitecture())});
+    }
+    return *m_agentSetup;
 }
 
 Asker &Application::asker() {

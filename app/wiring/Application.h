@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/Ask.h"
+#include "agents/setup/AgentSetup.h"
 #include "app/diagnostics/Diagnostics.h"
 #include "base/Clock.h"
 #include "base/HttpClient.h"
@@ -37,6 +38,9 @@ public:
         /// The folder shared with the share sheet and the widget; empty: what they share lies
         /// beside the topics.
         QString container = {};
+        /// The system's check of signatures, which outlives the application; null where it has
+        /// none.
+        const SignatureCheck *signatures = nullptr;
         std::function<void()> widgetsChanged = {}; ///< widgets are to read their file again
     };
 
@@ -71,6 +75,8 @@ public:
     /// Reads them on any thread, and may outlive the application.
     std::function<QList<discovery::App>()> appLister() const;
     EngineAgent &agent();
+    /// Installs agents and signs in to them: never those of a demonstration.
+    AgentSetup &agentSetup();
     Asker &asker();
     SearchEngine &engine();
     BriefWriter &briefs();
@@ -110,6 +116,7 @@ private:
     std::unique_ptr<Feeds> m_feeds;
     std::unique_ptr<SourceImage> m_images;
     std::unique_ptr<EngineAgent> m_agent;
+    std::unique_ptr<AgentSetup> m_agentSetup;
     std::unique_ptr<Asker> m_asker;
     std::unique_ptr<SearchEngine> m_engine;
     std::unique_ptr<BriefWriter> m_briefs;

@@ -10,6 +10,7 @@
 #include "platform/macos/MacMotion.h"
 #include "platform/macos/MacNotifications.h"
 #include "platform/macos/MacShare.h"
+#include "platform/macos/MacSignatureCheck.h"
 #include "platform/macos/MacTerminals.h"
 #include "platform/macos/MacWidgetTimelines.h"
 
@@ -55,6 +56,8 @@ std::unique_ptr<SharedContainer> sharedContainer() { return std::make_unique<App
 std::unique_ptr<DropSignal> dropSignal() { return std::make_unique<DistributedDropSignal>(); }
 
 std::unique_ptr<FrontBrowser> frontBrowser() { return std::make_unique<MacFrontBrowser>(); }
+
+std::unique_ptr<SignatureCheck> signatureCheck() { return std::make_unique<MacSignatureCheck>(); }
 
 std::unique_ptr<FileReveal> fileReveal() { return std::make_unique<FinderReveal>(); }
 
