@@ -3,9 +3,11 @@
 #include "agents/ProcessRunner.h"
 #include "agents/setup/SetupError.h"
 #include "agents/setup/WorkFolder.h"
+#include "base/Json.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStorageInfo>
 
 #include <array>
 #include <cerrno>
@@ -19,6 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto installLimit = 20min;
+constexpr qint64 roomForAgent = 600'000'000; ///< more than either takes
 
 QString packageOf(AgentKind kind) {
     return kind == AgentKind::Claude ? QStringLiteral("@anthropic-ai/claude-code")
@@ -44,6 +47,27 @@ int refusalIn(const QString &errors) {
         }
     }
     return 0;
+}
+
+std::system_error refused(int error, const QString &path) {
+    return {error, std::generic_category(), path.toStdString()};
+}
+
+/// Whether the agent runs. npm tells of no failure where the part for this machine did not come (an
+/// optional one to it), for want of room or of a network, nor where Node is too old.
+Task<bool> answers(const AgentLocator &agents, QString program, QString folder,
+                   CancelToken cancel) {
+    ProcessRequest request;
+    request.executable = program;
+    request.arguments = {QStringLiteral("--version")};
+    request.timeout = 60s;
+    request.environment = agents.environment().childVariables(program);
+    request.workingDirectory = folder;
+    try {
+        co_return (co_await runProcess(std::move(request), std::move(cancel))).succeeded();
+    } catch (const std::system_error &) {
+        co_return false; // it is not there, or is no program
+    }
 }
 
 /// The machine's own settings for npm (a company's proxy, say): npm looks for them below the
@@ -99,12 +123,22 @@ Task<> installPackage(const AgentLocator &agents, AgentKind kind, CancelToken ca
                          QStringLiteral("error")};
     request.arguments += settings;
     request.arguments += packageOf(kind);
-    const ProcessEnd end = co_await runProcess(std::move(request), cancel);
-    if (end.succeeded() && agents.locate(kind)) {
+    const ProcessEnd end = co_await runProcess(request, cancel);
+    if (const int error = refusalIn(end.errorTail); !end.succeeded() && error != 0) {
+        throw refused(error, prefix);
+    }
+    if (!end.succeeded() || !agents.locate(kind)) {
+        throw SetupError::stepFailed(QStringLiteral("npm install"));
+    }
+    if (co_await answers(agents, prefix + QStringLiteral("/bin/") + json::rawText(kind),
+                         work.path(), cancel)) {
         co_return;
     }
-    if (const int error = refusalIn(end.errorTail); error != 0) {
-        throw std::system_error(error, std::generic_category(), prefix.toStdString());
+    // What is half there would be taken for an agent.
+    request.arguments[0] = QStringLiteral("uninstall");
+    co_await runProcess(std::move(request), cancel);
+    if (QStorageInfo(prefix).bytesAvailable() < roomForAgent) {
+        throw refused(ENOSPC, prefix);
     }
     throw SetupError::stepFailed(QStringLiteral("npm install"));
 }

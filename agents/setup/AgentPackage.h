@@ -13,7 +13,8 @@ std::optional<QString> npmProgram(const AgentLocator &agents);
 /// installed where npm is that one's: where it is looked for, and without any right over the
 /// machine. npm verifies what it downloads before anything of it runs. Past 20 minutes, or stopped,
 /// npm and all that it started are ended.
-/// @throws SetupError: no npm, or "npm install" failed, and nothing is found afterwards
+/// The agent has to tell its version then: what does not is taken away again.
+/// @throws SetupError: no npm, or "npm install" failed
 /// @throws std::system_error where the disk or its rights refuse it, or npm cannot be started
 /// @throws Cancelled
 Task<> installPackage(const AgentLocator &agents, AgentKind kind, CancelToken cancel);

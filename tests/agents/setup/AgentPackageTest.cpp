@@ -28,7 +28,9 @@ protected:
     /// An npm that does so when it is to install.
     void npm(const QByteArray &shell, const QString &folder = {}) const {
         writeProgram((folder.isEmpty() ? path("/tools") : folder) + QStringLiteral("/npm"),
-                     "[ \"$1\" = install ] || { echo \"$HOME/npmrc\"; exit 0; }\n" + shell);
+                     "case \"$1\" in config) echo \"$HOME/npmrc\"; exit;;\n"
+                     "uninstall) rm \"$4/bin/codex\"; exit;; esac\n" +
+                         shell);
     }
     /// What becomes of an installation, in a word.
     std::string outcome(AgentKind kind = AgentKind::Codex) const {
@@ -82,6 +84,9 @@ TEST_F(AgentPackageTest, whatever_npm_does_instead_is_told) {
     } cases[] = {
         {"echo 'npm error code E404' >&2; exit 1", "npm install failed"},
         {"exit 0", "npm install failed"}, // and nothing is there
+        {"mkdir -p \"$4/bin\"; printf '#!/bin/sh\\nexit 1\\n' > \"$4/bin/codex\"\n"
+         "chmod 755 \"$4/bin/codex\"",
+         "npm install failed"}, // what is there does not run
         {"kill -9 $$", "npm install failed"},
         {"echo 'npm error code ENOSPC' >&2; exit 228", "refused " + std::to_string(ENOSPC)},
         {"echo 'npm ERR! code EACCES' >&2; exit 243", "refused " + std::to_string(EACCES)},
@@ -91,6 +96,7 @@ TEST_F(AgentPackageTest, whatever_npm_does_instead_is_told) {
     for (const auto &one : cases) {
         npm(one.shell);
         EXPECT_EQ(outcome(), one.outcome) << one.shell;
+        EXPECT_FALSE(QFile::exists(path("/.npm-global/bin/codex"))) << one.shell;
         EXPECT_EQ(m_agents.leftovers(), QStringList());
     }
 }

@@ -51,6 +51,7 @@ TEST_F(AgentSetupCommands, installs_then_signs_in_and_every_failure_says_why) {
     EXPECT_EQ(vorle.run("installer gemini").status, 2);
 
     npm("mkdir -p \"$4/bin\"; cat > \"$4/bin/codex\" <<'end'\n#!/bin/sh\n"
+        "[ \"$1\" = --version ] && exit\n"
         "echo 'Go to https://auth.example.com/x' >&2\n"
         "[ -e \"$HOME/no\" ] || echo '{\"tokens\": {}}' > \"$CODEX_HOME/auth.json\"\nend\n"
         "chmod 755 \"$4/bin/codex\"");

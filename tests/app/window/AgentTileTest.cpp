@@ -54,6 +54,7 @@ protected:
 /// Brings a Codex whose login waits for the page to be confirmed: for a file.
 const QByteArray bringsCodex =
     "mkdir -p \"$4/bin\"; cat > \"$4/bin/codex\" <<'end'\n#!/bin/sh\n"
+    "[ \"$1\" = --version ] && exit\n"
     "echo 'Go to https://auth.example.com/x' >&2\n"
     "while [ ! -e \"$HOME/confirmed\" ]; do [ -e \"$HOME/closed\" ] && exit 1; sleep 0.1; done\n"
     "echo '{\"tokens\": {}}' > \"$CODEX_HOME/auth.json\"\nend\nchmod 755 \"$4/bin/codex\"";
