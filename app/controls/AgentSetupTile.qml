@@ -74,7 +74,7 @@ Rectangle {
         Label {
             anchors.left: name.right
             anchors.leftMargin: 14
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.baseline: name.baseline
             visible: tile.agent.ready
             text: "✓ " + tile.agent.state
             color: Theme.inkSoft
@@ -91,6 +91,7 @@ Rectangle {
             primary: tile.agent.chosen && !tile.agent.working
             Accessible.name: qsTr("%1, %2").arg(text).arg(tile.agent.name)
             onClicked: tile.acted()
+            onTextChanged: if (text.length === 0 && focus) tile.forceActiveFocus(Qt.TabFocusReason) // it goes
         }
     }
     Column {
@@ -169,8 +170,10 @@ Rectangle {
             Accessible.ignored: true
         }
         ActionButton {
-            visible: tile.agent.page.length > 0
+            readonly property bool wanted: tile.agent.page.length > 0
+            visible: wanted
             text: qsTr("Copier l’adresse")
+            onWantedChanged: if (!wanted && focus) tile.forceActiveFocus(Qt.TabFocusReason)
             onClicked: tile.pageWanted()
         }
     }
