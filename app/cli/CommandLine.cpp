@@ -42,7 +42,7 @@ Task<> runThenQuit(const Command *command, Context &context, Application &app) {
 }
 
 int runHere(const Command &command, const QStringList &words, const InstalledApps &installedApps,
-            const SharedContainer *container) {
+            const SharedContainer *container, const UpdateConfig &updates) {
     const Arguments arguments = parseArguments(command, words.sliced(1));
     Console console;
     std::unique_ptr<Demonstration> demonstration;
@@ -55,7 +55,7 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
         }
     }
     const Interrupts interrupts;
-    Application app(setupFor(demonstration.get(), installedApps, container));
+    Application app(setupFor(demonstration.get(), installedApps, container, updates));
     if (demonstration) {
         demonstration->populate(app.preferences());
     }
@@ -66,7 +66,7 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
 
 /// What the words ask for, but for whether its result could be written.
 int run(Console &console, const QStringList &words, const InstalledApps &installedApps,
-        const SharedContainer *container) {
+        const SharedContainer *container, const UpdateConfig &updates) {
     if (words.isEmpty() || words.first() == u"--help" || words.first() == u"-h" ||
         words.first() == u"aide") {
         console.print(helpText());
@@ -88,7 +88,7 @@ int run(Console &console, const QStringList &words, const InstalledApps &install
         return static_cast<int>(ExitStatus::Done);
     }
     try {
-        return runHere(*command, words, installedApps, container);
+        return runHere(*command, words, installedApps, container, updates);
     } catch (const Failure &failure) {
         console.say(failure.text());
         return static_cast<int>(failure.status());
@@ -101,9 +101,9 @@ int run(Console &console, const QStringList &words, const InstalledApps &install
 } // namespace
 
 int runCommandLine(const QStringList &words, const InstalledApps &installedApps,
-                   const SharedContainer *container) {
+                   const SharedContainer *container, const UpdateConfig &updates) {
     Console console;
-    const int status = run(console, words, installedApps, container);
+    const int status = run(console, words, installedApps, container, updates);
     if (!Console::wroteAll() && status == static_cast<int>(ExitStatus::Done)) {
         console.say(French::tr("Le résultat n’a pas pu être écrit en entier."));
         return static_cast<int>(ExitStatus::Failed);

@@ -5,6 +5,7 @@
 namespace vorle {
 class InstalledApps;
 class SharedContainer;
+struct UpdateConfig;
 } // namespace vorle
 
 namespace vorle::cli {
@@ -13,6 +14,6 @@ namespace vorle::cli {
 /// application object that exists, and gives the exit status: 0 done, 1 failed (the message in
 /// French on standard error), 2 wrong usage. `container` may be null.
 int runCommandLine(const QStringList &words, const InstalledApps &installedApps,
-                   const SharedContainer *container);
+                   const SharedContainer *container, const UpdateConfig &updates);
 
 } // namespace vorle::cli

@@ -178,6 +178,8 @@ QString Shell::remedy() const {
         return tr("Réessayer");
     case Matter::Postponed:
         return tr("Tout lire");
+    case Matter::Update:
+        return tr("Voir");
     default:
         return {};
     }
@@ -203,6 +205,8 @@ void Shell::takeRemedy() {
         m_parts.capture.resume();
     } else if (matter == Matter::Postponed) {
         m_parts.capture.askPostponed();
+    } else if (matter == Matter::Update) {
+        Q_EMIT updateAsked();
     }
 }
 
