@@ -16,6 +16,7 @@
 #include "platform/SharedContainer.h"
 #include "platform/SignatureCheck.h"
 #include "platform/Terminals.h"
+#include "platform/UpdateEngine.h"
 #include "platform/WidgetTimelines.h"
 
 #include <memory>
@@ -45,6 +46,9 @@ std::unique_ptr<LoginItem> loginItem();
 std::unique_ptr<GlobalHotKey> globalHotKey();
 std::unique_ptr<KeyWatch> keyWatch();
 std::unique_ptr<MailComposer> mailComposer();
+
+/// What the system updates its programs by; null where it has nothing of the kind.
+std::unique_ptr<UpdateEngine> updateEngine();
 
 /// The program's version as the system has it, with its build; "" where it knows none.
 QString programVersion();

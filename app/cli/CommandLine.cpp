@@ -46,6 +46,7 @@ struct Adapters {
     const InstalledApps &installedApps;
     const SharedContainer *container;
     const SignatureCheck *signatures;
+    const UpdateConfig &updates;
 };
 
 int runHere(const Command &command, const QStringList &words, const Adapters &adapters) {
@@ -62,7 +63,7 @@ int runHere(const Command &command, const QStringList &words, const Adapters &ad
     }
     const Interrupts interrupts;
     Application::Setup setup =
-        setupFor(demonstration.get(), adapters.installedApps, adapters.container);
+        setupFor(demonstration.get(), adapters.installedApps, adapters.container, adapters.updates);
     setup.signatures = adapters.signatures;
     Application app(std::move(setup));
     if (demonstration) {
@@ -109,9 +110,10 @@ int run(Console &console, const QStringList &words, const Adapters &adapters) {
 } // namespace
 
 int runCommandLine(const QStringList &words, const InstalledApps &installedApps,
-                   const SharedContainer *container, const SignatureCheck *signatures) {
+                   const SharedContainer *container, const SignatureCheck *signatures,
+                   const UpdateConfig &updates) {
     Console console;
-    const int status = run(console, words, {installedApps, container, signatures});
+    const int status = run(console, words, {installedApps, container, signatures, updates});
     if (!Console::wroteAll() && status == static_cast<int>(ExitStatus::Done)) {
         console.say(French::tr("Le résultat n’a pas pu être écrit en entier."));
         return static_cast<int>(ExitStatus::Failed);

@@ -290,6 +290,18 @@ const QList<Command> &commands() {
              [](Context &c, Application &app) {
                  return widget(c, [&app] { return app.widgetFile(); }, app.clock());
              }},
+        {.name = QStringLiteral("mise-a-jour"),
+         .synopsis = QStringLiteral("[--installer]"),
+         .summary = French::tr("dit s’il y a une nouvelle version de vorle ; --installer "
+                               "l’installe, et relance l’app si elle est ouverte"),
+         .flags = {json, QStringLiteral("installer")},
+         .throughApp = true,
+         .run =
+             [](Context &c, Application &app) {
+                 return miseAJour(c, {app.updateConfig(), app.updatedProgram(),
+                                      [&app] { return app.topicsFile(); },
+                                      on(app, &Application::appLock)});
+             }},
         {.name = QStringLiteral("diagnostic"),
          .synopsis = {},
          .summary = French::tr("dit versions, fichiers, IA et dernières erreurs, sans rien de tes "

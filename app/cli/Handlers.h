@@ -6,6 +6,7 @@
 #include "base/Clock.h"
 #include "base/OnDemand.h"
 #include "search/discovery/DiscoveryApps.h"
+#include "update/UpdateConfig.h"
 
 namespace vorle {
 class AgentLocator;
@@ -21,6 +22,7 @@ class Resources;
 class RediscoveryLog;
 class ScoreProvenanceLog;
 class SearchEngine;
+class StoreLock;
 class TopicStore;
 } // namespace vorle
 
@@ -86,5 +88,13 @@ Task<ExitStatus> connecter(Context &context, OnDemand<AgentSetup> setup);
 /// Shows the file that widgets read.
 Task<ExitStatus> widget(Context &context, std::function<QString()> file, const Clock &clock);
 Task<ExitStatus> diagnostic(Context &context, DiagnosticSources sources);
+/// What a new version is looked for with, and installed.
+struct UpdateDoor {
+    UpdateConfig config;
+    QString program; ///< the one that runs, by its path; "" where it is not to be updated
+    std::function<QString()> topicsFile; ///< @throws std::system_error
+    OnDemand<StoreLock> appLock;
+};
+Task<ExitStatus> miseAJour(Context &context, UpdateDoor door);
 
 } // namespace vorle::cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "update/UpdateConfig.h"
+
 #include <QString>
 
 #include <functional>
@@ -23,6 +25,7 @@ class Pasteboard;
 class SharedContainer;
 class SignatureCheck;
 class Terminals;
+class UpdateEngine;
 class WidgetTimelines;
 
 /// What the app asks of the system it runs on.
@@ -45,7 +48,9 @@ struct GuiAdapters {
     std::function<std::unique_ptr<GlobalHotKey>()> hotKey;
     std::function<std::unique_ptr<KeyWatch>()> keys;
     std::function<std::unique_ptr<MailComposer>()> mail;
-    QString version; ///< the program's, as the system has it; "" where it has none
+    QString version;      ///< the program's, as the system has it; "" where it has none
+    UpdateConfig updates; ///< for where the system has nothing to update programs by
+    std::function<std::unique_ptr<UpdateEngine>()> updateEngine; ///< gives null there
 };
 
 /// How the app is opened.

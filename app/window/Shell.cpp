@@ -188,6 +188,8 @@ QString Shell::remedy() const {
         return tr("Réessayer");
     case Matter::Postponed:
         return tr("Tout lire");
+    case Matter::Update:
+        return tr("Voir");
     default:
         return {};
     }
@@ -213,6 +215,8 @@ void Shell::takeRemedy() {
         m_parts.capture.resume();
     } else if (matter == Matter::Postponed) {
         m_parts.capture.askPostponed();
+    } else if (matter == Matter::Update) {
+        Q_EMIT updateAsked();
     }
 }
 

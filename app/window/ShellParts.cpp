@@ -36,6 +36,7 @@ Shell::Parts shellParts(Application &app, const ShellAdapters &adapters) {
         .hotKey = adapters.hotKey,
         .keys = adapters.keys,
         .mail = adapters.mail,
+        .updater = adapters.updater,
         .diagnosticText = [sources] { return diagnosticText(diagnose(sources)); },
         .feedbackLine = [version = adapters.version,
                          &agents = app.agent().locator()] { return feedbackLine(version, agents); },

@@ -3,7 +3,9 @@
 #include "base/French.h"
 #include "storage/BesideTopics.h"
 
+#include <QCoreApplication>
 #include <QSysInfo>
+#include <QTimer>
 
 namespace vorle {
 
@@ -192,6 +194,24 @@ Task<> Application::published() {
     if (m_widget) {
         co_await m_widget->ended();
     }
+}
+
+QString Application::updatedProgram() const {
+    return m_setup.updates ? QCoreApplication::applicationFilePath() : QString();
+}
+
+AppcastEngine &Application::updates() {
+    if (!m_updates) {
+        m_updates = std::make_unique<AppcastEngine>(AppcastEngine::Parts{
+            .preferences = preferences(),
+            .clock = m_clock,
+            .config = updateConfig(),
+            .program = updatedProgram(),
+            .version = QCoreApplication::applicationVersion(),
+            // From the event loop: whoever asks may be waited for by the end.
+            .quit = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); }});
+    }
+    return *m_updates;
 }
 
 DiagnosticSources Application::diagnosticSources() {

@@ -20,6 +20,8 @@
 #include "search/web/PageReader.h"
 #include "search/web/SourceImage.h"
 #include "storage/StoreLock.h"
+#include "update/AppcastEngine.h"
+#include "update/UpdateConfig.h"
 
 #include <functional>
 #include <memory>
@@ -42,6 +44,9 @@ public:
         /// none.
         const SignatureCheck *signatures = nullptr;
         std::function<void()> widgetsChanged = {}; ///< widgets are to read their file again
+        /// Where new versions come from; nothing where the program is not to be updated, as in a
+        /// demonstration.
+        std::optional<UpdateConfig> updates = {};
     };
 
     explicit Application(Setup setup);
@@ -90,6 +95,13 @@ public:
     /// Ends once the last state is there, where anybody asked for it to be kept up to date.
     Task<> published();
 
+    /// Where new versions come from, and the program that they take the place of; "" where none
+    /// may.
+    UpdateConfig updateConfig() const { return m_setup.updates.value_or(UpdateConfig()); }
+    QString updatedProgram() const;
+    /// What keeps the program current where the system brings nothing for that.
+    AppcastEngine &updates();
+
     /// Where its diagnostics are drawn from. What it gives is good as long as the application is.
     DiagnosticSources diagnosticSources();
 
@@ -122,6 +134,7 @@ private:
     std::unique_ptr<BriefWriter> m_briefs;
     std::unique_ptr<LinkCapture> m_capture;
     std::unique_ptr<WidgetPublisher> m_widget;
+    std::unique_ptr<AppcastEngine> m_updates;
 };
 
 } // namespace vorle

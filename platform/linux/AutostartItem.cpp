@@ -1,6 +1,7 @@
 #include "platform/linux/AutostartItem.h"
 
 #include "base/French.h"
+#include "base/InstalledProgram.h"
 #include "base/SystemErrorText.h"
 #include "platform/DesktopExec.h"
 
@@ -44,7 +45,7 @@ AutostartItem::Setting AutostartItem::Setting::ofThisProcess() {
     const QString image = qEnvironmentVariable("APPIMAGE");
     return {QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                 QStringLiteral("/autostart"),
-            {image.startsWith(u'/') ? image : QCoreApplication::applicationFilePath(),
+            {image.startsWith(u'/') ? image : programToStart(),
              QStringLiteral("--hidden")}};
 }
 

@@ -67,6 +67,8 @@ std::unique_ptr<KeyWatch> keyWatch() { return std::make_unique<QtKeyWatch>(); }
 
 std::unique_ptr<MailComposer> mailComposer() { return std::make_unique<DesktopMail>(); }
 
+std::unique_ptr<UpdateEngine> updateEngine() { return nullptr; }
+
 QString programVersion() { return {}; }
 
 } // namespace vorle::native

@@ -13,6 +13,7 @@
 #include "platform/macos/MacSignatureCheck.h"
 #include "platform/macos/MacTerminals.h"
 #include "platform/macos/MacWidgetTimelines.h"
+#include "platform/macos/SparkleEngine.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -76,6 +77,14 @@ std::unique_ptr<GlobalHotKey> globalHotKey() { return std::make_unique<MacHotKey
 std::unique_ptr<KeyWatch> keyWatch() { return std::make_unique<MacKeyWatch>(); }
 
 std::unique_ptr<MailComposer> mailComposer() { return std::make_unique<MacMail>(); }
+
+std::unique_ptr<UpdateEngine> updateEngine() {
+#if defined(VORLE_HAS_SPARKLE)
+    return std::make_unique<SparkleEngine>();
+#else
+    return nullptr;
+#endif
+}
 
 QString programVersion() { return bundleVersion(); }
 
