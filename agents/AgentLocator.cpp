@@ -9,6 +9,7 @@
 #include <QVersionNumber>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace vorle {
 
@@ -77,6 +78,26 @@ std::optional<QString> AgentEnvironment::testHome() const {
     return home.isEmpty() ? std::nullopt : std::optional(QDir::current().absoluteFilePath(home));
 }
 
+QProcessEnvironment AgentEnvironment::childVariables(const QString &executable) const {
+    QProcessEnvironment child = variables;
+    QStringList folders{QFileInfo(executable).path(), QStringLiteral("/opt/homebrew/bin"),
+                        QStringLiteral("/usr/local/bin"), QStringLiteral("/usr/bin"),
+                        QStringLiteral("/bin")};
+    const QString oldPath = variables.value(QStringLiteral("PATH"));
+    if (!oldPath.isEmpty()) {
+        folders += oldPath;
+    }
+    child.insert(QStringLiteral("PATH"), folders.join(u':'));
+    if (const auto apart = testHome()) {
+        const QString codexHome = *apart + QStringLiteral("/.codex");
+        std::filesystem::create_directories(codexHome.toStdString());
+        child.insert(QStringLiteral("HOME"), *apart);
+        child.insert(QStringLiteral("CLAUDE_CONFIG_DIR"), *apart);
+        child.insert(QStringLiteral("CODEX_HOME"), codexHome);
+    }
+    return child;
+}
+
 AgentLocator::AgentLocator(AgentEnvironment environment, std::function<QString()> preferred)
     : m_environment(std::move(environment)), m_preferred(std::move(preferred)) {}
 
@@ -96,15 +117,19 @@ AgentKind AgentLocator::choose(std::optional<AgentKind> forced) const {
     return onlyCodex ? AgentKind::Codex : AgentKind::Claude;
 }
 
-std::optional<QString> AgentLocator::locate(AgentKind kind) const {
+QStringList AgentLocator::folders() const {
     const QString home = m_environment.home();
-    const QString name = json::rawText(kind);
     QStringList folders{home + QStringLiteral("/.local/bin")};
     folders += m_environment.sharedFolders;
     folders += {home + QStringLiteral("/.npm-global/bin"), home + QStringLiteral("/.claude/local"),
                 home + QStringLiteral("/.volta/bin")};
-    folders += nvmFolders(home);
-    for (const QString &folder : std::as_const(folders)) {
+    return folders + nvmFolders(home);
+}
+
+std::optional<QString> AgentLocator::locate(AgentKind kind) const {
+    const QString name = json::rawText(kind);
+    const QStringList all = folders();
+    for (const QString &folder : all) {
         if (auto path = executableIn(folder, name)) {
             return path;
         }

@@ -29,6 +29,11 @@ struct AgentEnvironment {
     std::optional<QString> testHome() const;
     /// Where agents and their sign-in files are looked for: `testHome`, else the user's.
     QString home() const { return testHome().value_or(userHome); }
+
+    /// The variables for a child: these, with what that executable needs to find its tools, and the
+    /// agents' own files in `testHome` when there is one, which is made.
+    /// @throws std::system_error where it cannot be
+    QProcessEnvironment childVariables(const QString &executable) const;
 };
 
 enum class AgentReadiness { Ready, SignedOut, Missing };
@@ -50,7 +55,10 @@ public:
     /// ready (Claude Code first), Claude Code.
     AgentKind choose(std::optional<AgentKind> forced = std::nullopt) const;
 
-    /// The path of the agent's executable, or nothing. Of several Node versions the newest wins.
+    /// Where agents are looked for, in that order. Of several Node versions the newest comes first.
+    QStringList folders() const;
+
+    /// The path of the agent's executable, or nothing.
     std::optional<QString> locate(AgentKind kind) const;
 
     /// Signed in means that the agent's own sign-in file is a JSON object that holds the key of an

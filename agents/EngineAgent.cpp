@@ -11,7 +11,6 @@
 #include <QSet>
 
 #include <csignal>
-#include <filesystem>
 
 namespace vorle {
 
@@ -74,28 +73,6 @@ QStringList codexArguments(const AgentRequest &request, const QString &schemaPat
         arguments += {QStringLiteral("--model"), *request.model};
     }
     return arguments + QStringList{QStringLiteral("-")}; // the prompt comes on standard input
-}
-
-/// The app's own variables, with what the agent needs to find its tools, and its own files when
-/// they are kept apart for a test.
-QProcessEnvironment childEnvironment(const AgentEnvironment &own, const QString &executable) {
-    QProcessEnvironment variables = own.variables;
-    QStringList folders{QFileInfo(executable).path(), QStringLiteral("/opt/homebrew/bin"),
-                        QStringLiteral("/usr/local/bin"), QStringLiteral("/usr/bin"),
-                        QStringLiteral("/bin")};
-    const QString oldPath = variables.value(QStringLiteral("PATH"));
-    if (!oldPath.isEmpty()) {
-        folders += oldPath;
-    }
-    variables.insert(QStringLiteral("PATH"), folders.join(u':'));
-    if (const auto home = own.testHome()) {
-        const QString codexHome = *home + QStringLiteral("/.codex");
-        std::filesystem::create_directories(codexHome.toStdString());
-        variables.insert(QStringLiteral("HOME"), *home);
-        variables.insert(QStringLiteral("CLAUDE_CONFIG_DIR"), *home);
-        variables.insert(QStringLiteral("CODEX_HOME"), codexHome);
-    }
-    return variables;
 }
 
 /// Claude Code attaches the file behind every "@path" of a prompt that follows a blank, even when
@@ -293,7 +270,7 @@ Task<AgentResult> EngineAgent::run(AgentRequest request, std::optional<AgentKind
     const TemporaryFile answer(u"vorle-answer-", u".json");
     ProcessRequest process;
     process.executable = *executable;
-    process.environment = childEnvironment(m_locator.environment(), *executable);
+    process.environment = m_locator.environment().childVariables(*executable);
     process.workingDirectory = QDir::tempPath();
     process.timeout = request.web == WebAccess::On ? m_timeouts.withWeb : m_timeouts.withoutWeb;
     if (kind == AgentKind::Claude) {

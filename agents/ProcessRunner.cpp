@@ -31,6 +31,7 @@ constexpr auto maxGuardWait =
     std::chrono::milliseconds(guard::graceMilliseconds + guard::killMilliseconds + 1'000);
 constexpr auto sizeInterval = 250ms; ///< between two looks at the files' sizes
 constexpr qint64 maxErrorTail = 65'536;
+constexpr int maxLastTells = 16; ///< of what a child printed just before its end
 constexpr qint64 maxErrorFile = 8'000'000;
 
 QString guardProgram() {
@@ -74,6 +75,30 @@ void shorten(const QString &path) {
     }
 }
 
+/// Follows a file that somebody writes to.
+class Follower {
+public:
+    explicit Follower(const QString &path) : m_file(path) {}
+
+    /// What came since, 64 KB at most; the rest comes next.
+    QByteArray next() {
+        if (!m_file.isOpen() && !m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+            return {};
+        }
+        if (m_file.size() < m_at) {
+            m_at = 0; // it was shortened
+        }
+        m_file.seek(m_at);
+        const QByteArray bytes = m_file.read(maxErrorTail);
+        m_at += bytes.size();
+        return bytes;
+    }
+
+private:
+    QFile m_file;
+    qint64 m_at = 0;
+};
+
 /// One child under its guard, and everything that may end it. Stays where it is while they live.
 class Child {
 public:
@@ -81,6 +106,9 @@ public:
         : m_executable(request.executable)
         , m_outputPath(outputPath)
         , m_errorPath(errorPath)
+        , m_heard(request.heard)
+        , m_output(outputPath)
+        , m_errors(errorPath)
         , m_lifeline(LivenessSocket::made()) {
         const int descriptor = m_lifeline.guards.number();
         m_process.setProgram(guardProgram());
@@ -134,6 +162,17 @@ public:
 
     OneShot ended() const { return m_ended; }
 
+    /// Tells of what was printed since; false when that is nothing.
+    bool tell() {
+        if (!m_heard) {
+            return false;
+        }
+        const QByteArray output = m_output.next();
+        const QByteArray error = m_errors.next();
+        m_heard(output, error);
+        return !output.isEmpty() || !error.isEmpty();
+    }
+
     /// @throws std::system_error when it never started
     ProcessEnd result() const {
         if (m_launchError != 0) {
@@ -174,6 +213,7 @@ private:
         QObject::connect(&m_watchdog, &QTimer::timeout, &m_process, [this] { end(); });
         QObject::connect(&m_guardTimer, &QTimer::timeout, &m_process, [this] { killGroup(); });
         QObject::connect(&m_sizeWatch, &QTimer::timeout, &m_process, [this] {
+            tell();
             shorten(m_errorPath);
             if (QFileInfo(m_outputPath).size() > ProcessEnd::maxOutputBytes) {
                 m_flooded = true;
@@ -200,6 +240,9 @@ private:
     QString m_executable;
     QString m_outputPath;
     QString m_errorPath;
+    std::function<void(QByteArrayView, QByteArrayView)> m_heard;
+    Follower m_output;
+    Follower m_errors;
     LivenessSocket m_lifeline;
     OneShot m_ended;
     QElapsedTimer m_elapsed;
@@ -246,6 +289,8 @@ Task<ProcessEnd> runProcess(ProcessRequest request, CancelToken cancel) {
     const auto registration = cancel.onCancel([&child] { child.end(); });
     co_await child.ended();
     cancel.throwIfCancelled();
+    for (int tells = 0; tells < maxLastTells && child.tell(); ++tells) {
+    }
 
     ProcessEnd end = child.result();
     const auto read = [output = output.path(), error = error.path()] {

@@ -3,11 +3,13 @@
 #include "base/Async.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace vorle {
@@ -21,6 +23,9 @@ struct ProcessRequest {
     std::chrono::milliseconds timeout; ///< after which the process is ended
     QProcessEnvironment environment;   ///< the child's whole environment
     QString workingDirectory;
+    /// Told of what the child has printed since, some four times a second while it runs, whether
+    /// anything came or not, and once more at its end.
+    std::function<void(QByteArrayView output, QByteArrayView error)> heard = {};
 };
 
 /// How a child process ended.

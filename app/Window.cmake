@@ -4,7 +4,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
-    controls/ActionButton.qml controls/AgentRow.qml controls/charts/BarGroups.qml controls/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml
+    controls/ActionButton.qml controls/AgentSetupTile.qml controls/charts/BarGroups.qml controls/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml
     controls/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
     controls/charts/PeriodChoice.qml controls/charts/ReportScope.qml controls/charts/ShareStack.qml controls/charts/SourceBars.qml controls/charts/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml
@@ -28,7 +28,7 @@ set(VORLE_QML
     screens/settings/BenchScreen.qml screens/settings/SettingsAgent.qml screens/settings/SettingsCapture.qml screens/settings/SettingsData.qml screens/settings/SettingsGeneral.qml screens/settings/SettingsMenu.qml screens/settings/SettingsNotices.qml screens/settings/SettingsRuns.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/territory/SendPanel.qml screens/territory/TerritoryInterests.qml screens/territory/TerritoryNames.qml screens/territory/TerritoryProjects.qml
     screens/territory/TerritoryReflex.qml screens/territory/TerritoryReflexes.qml screens/territory/TerritoryScreen.qml screens/territory/TerritorySite.qml screens/territory/TerritorySites.qml
-    screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
+    screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/UpdatePanel.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window
@@ -66,6 +66,7 @@ qt_add_qml_module(vorle_window
         window/SingleInstance.cpp window/SingleInstance.h
         window/TextLeading.cpp window/TextLeading.h
         window/TopicPage.cpp window/TopicPage.h
+        window/desktop/UpdateModel.cpp window/desktop/UpdateModel.h
         window/Tray.cpp window/Tray.h
         window/WaitingWindow.cpp window/WaitingWindow.h
         window/WindowState.cpp window/WindowState.h)
@@ -76,7 +77,7 @@ set_target_properties(vorle_window PROPERTIES QT_QMLCACHEGEN_ARGUMENTS --only-by
 target_include_directories(vorle_window
     PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window ${CMAKE_CURRENT_SOURCE_DIR}/window/desktop)
 target_link_libraries(vorle_window
-    PUBLIC vorle_cli vorle_wiring vorle_models vorle_modelsplugin vorle_desktop
+    PUBLIC vorle_cli vorle_wiring vorle_models vorle_modelsplugin vorle_desktop vorle_update
         Qt6::Gui Qt6::Widgets Qt6::Qml Qt6::Quick
     PRIVATE vorle_flags)
 vorle_precompile(vorle_window)

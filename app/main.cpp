@@ -6,6 +6,7 @@
 #include "base/FrenchLocale.h"
 #include "base/SystemErrorText.h"
 #include "platform/Native.h"
+#include "update/UpdateConfig.h"
 
 #include <QCoreApplication>
 
@@ -73,6 +74,9 @@ int main(int argc, char **argv) {
     }
     const auto installedApps = vorle::native::installedApps();
     const auto container = vorle::native::sharedContainer();
+    const auto signatures = vorle::native::signatureCheck();
+    const auto updates = vorle::UpdateConfig::from(QStringLiteral(VORLE_UPDATE_FEED),
+                                                   QByteArrayLiteral(VORLE_UPDATE_KEY));
     // Without a command the app opens; a command starts no graphics.
     const auto entrance = argc <= 1  ? std::optional(vorle::Entrance::Window)
                           : argc > 2 ? std::nullopt
@@ -89,13 +93,14 @@ int main(int argc, char **argv) {
         return vorle::runGui(
             argc, argv,
             {*installedApps, *terminals, *pasteboard, *links, *files, *reveal, container.get(),
-             drops.get(), browser.get(), *widgets, vorle::native::motionSetting,
+             drops.get(), browser.get(), signatures.get(), *widgets, vorle::native::motionSetting,
              vorle::native::notifications, vorle::native::loginItem, vorle::native::globalHotKey,
-             vorle::native::keyWatch, vorle::native::mailComposer, vorle::native::programVersion()},
+             vorle::native::keyWatch, vorle::native::mailComposer, vorle::native::programVersion(),
+             updates, vorle::native::updateEngine},
             *entrance);
     }
 
     const QCoreApplication app(argc, argv);
     return vorle::cli::runCommandLine(QCoreApplication::arguments().sliced(1), *installedApps,
-                                      container.get());
+                                      container.get(), signatures.get(), updates);
 }

@@ -29,6 +29,12 @@ void startCurlOnce() {
     [[maybe_unused]] static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
 }
 
+bool isThisMachine(const QString &host) {
+    const QHostAddress address(host);
+    return address.isNull() ? nameKind(host) == NameKind::Loopback
+                            : addressKind(address) == AddressKind::Loopback;
+}
+
 /// Disabled at once, for its descriptor is about to be closed; deleted later, for curl drops a
 /// socket from within that socket's own notification.
 struct NotifierDeleter {
@@ -88,6 +94,7 @@ struct HttpClient::Private::Exchange {
     int redirects = 0;
     qint64 headerBytes = 0;
     qint64 redirectBytes = 0;
+    qint64 sunk = 0; // bytes that the request's sink took
     bool addressRefused = false;
 
     bool mayReach(const QHostAddress &address) const {
@@ -99,6 +106,7 @@ struct HttpClient::Private::Exchange {
                (kind == AddressKind::Loopback && owner->m_allowLoopback);
     }
 
+    bool sink(QByteArrayView piece);
     static curl_socket_t onOpenSocket(void *self, curlsocktype, curl_sockaddr *address);
     static int onReady(void *self, char *remoteIp, char *, int, int);
     static size_t onHeader(char *, size_t size, size_t count, void *self);
@@ -135,6 +143,17 @@ size_t HttpClient::Private::Exchange::onHeader(char *, size_t size, size_t count
     return exchange->headerBytes > maxHeaderBytes ? 0 : size * count;
 }
 
+bool HttpClient::Private::Exchange::sink(QByteArrayView piece) {
+    curl_off_t length = -1;
+    if (sunk == 0 && request.announced &&
+        curl_easy_getinfo(easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length) == CURLE_OK &&
+        length >= 0) {
+        request.announced(length);
+    }
+    sunk += piece.size();
+    return request.sink(piece);
+}
+
 size_t HttpClient::Private::Exchange::onBody(char *data, size_t size, size_t count, void *self) {
     auto *exchange = static_cast<Exchange *>(self);
     const auto length = static_cast<qint64>(size * count);
@@ -144,9 +163,16 @@ size_t HttpClient::Private::Exchange::onBody(char *data, size_t size, size_t cou
         exchange->redirectBytes += length;
         return exchange->redirectBytes > maxRedirectBytes ? 0 : size * count;
     }
+    const HttpRequest &request = exchange->request;
     QByteArray &body = exchange->response.body;
-    const qint64 room = exchange->request.maxBytes - body.size();
-    body.append(data, std::min(room, length));
+    const qint64 room = request.maxBytes - body.size() - exchange->sunk;
+    if (request.sink && status >= 200 && status < 300) {
+        if (!exchange->sink({data, std::min(room, length)})) {
+            return 0;
+        }
+    } else {
+        body.append(data, std::min(room, length));
+    }
     if (length > room) {
         exchange->response.truncated = true;
         return 0; // ends the transfer: the rest is not even received
@@ -192,6 +218,9 @@ bool HttpClient::Private::mayAsk(const Exchange &exchange, const QUrl &url) cons
         return false;
     }
     const QString host = url.host(QUrl::FullyEncoded);
+    if (exchange.request.secureOnly && url.scheme() != u"https" && !isThisMachine(host)) {
+        return false;
+    }
     switch (exchange.request.reach == Reach::Anywhere ? NameKind::Ordinary : nameKind(host)) {
     case NameKind::Ordinary:
         return true; // the address it leads to is checked when the connection opens
@@ -219,7 +248,13 @@ void HttpClient::Private::configure(Exchange &exchange) {
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L); // each one is checked here first
     curl_easy_setopt(easy, CURLOPT_PROXY, "");          // whatever the environment says
     curl_easy_setopt(easy, CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
-    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, ""); // all that curl can undo
+    if (exchange.request.sink) {
+        constexpr long silence = 60; // seconds
+        curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+        curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, silence);
+    } else {
+        curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, ""); // all that curl can undo
+    }
     // Ending a request must not wait for the resolver's thread; the thread cleans up by itself.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
     curl_easy_setopt(easy, CURLOPT_USERAGENT, exchange.request.userAgent.constData());

@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace vorle {
@@ -24,6 +25,14 @@ struct HttpRequest {
     qint64 maxBytes = 3'000'000; ///< of the decompressed body; what follows is not received
     std::chrono::milliseconds deadline{15'000}; ///< for the whole exchange, redirects included
     Reach reach = Reach::PublicOnly;
+    /// https alone, redirects included; plain http only of this machine, where it may be reached.
+    bool secureOnly = false;
+    /// Takes the body of an answer piece by piece, as it was sent (no compression is undone) and
+    /// while it arrives, instead of its being kept in `body`; false ends the request as Failed, and
+    /// so does a minute in which nothing comes. It must not touch the client.
+    std::function<bool(QByteArrayView piece)> sink = {};
+    /// Told the length that the server announces, if it does, before the first piece.
+    std::function<void(qint64 bytes)> announced = {};
 };
 
 struct HttpResponse {
@@ -37,7 +46,7 @@ struct HttpResponse {
     int status = 0;         ///< the final HTTP status, 0 unless answered
     QUrl url;               ///< the address that answered, after redirects
     QByteArray contentType; ///< as sent, or empty
-    QByteArray body;        ///< at most maxBytes
+    QByteArray body;        ///< at most maxBytes; empty where a sink took it
     bool truncated = false; ///< the body went on past maxBytes
 
     bool ok() const { return outcome == Outcome::Answered && status >= 200 && status < 300; }

@@ -95,8 +95,12 @@ struct Settings {
     /// The model that agent is asked for; nothing: its own choice. Goes when another agent is
     /// chosen.
     std::optional<QString> agentModel;
-    int textScale = 100;    ///< the size of all texts in the window, in percent
-    int onboardingStep = 0; ///< the step that the first set-up was left at
+    int textScale = 100;                  ///< the size of all texts in the window, in percent
+    int onboardingStep = 0;               ///< the step that the first set-up was left at
+    std::optional<bool> updateChecks;     ///< daily; nothing while the user was not asked
+    bool updateInstalls = false;          ///< what a check finds is installed unasked
+    std::optional<QString> skippedUpdate; ///< a version that no check of its own accord offers
+    std::optional<QDateTime> lastUpdateCheck;
     std::optional<LastReport> lastReport;
     /// When the last run ended that handed its topics over, whatever it left unjudged.
     std::optional<QDateTime> lastSearch;
@@ -151,6 +155,10 @@ struct Settings {
             settingRow("textScale", &Settings::textScale, {.range = &textScaleRange}),
             settingRow("onboardingStep", &Settings::onboardingStep,
                        {.range = &onboardingStepRange}),
+            settingRow("updateChecks", &Settings::updateChecks),
+            settingRow("updateInstalls", &Settings::updateInstalls),
+            settingRow("skippedUpdate", &Settings::skippedUpdate),
+            settingRow("lastUpdateCheck", &Settings::lastUpdateCheck),
             settingRow("lastReport", &Settings::lastReport),
             settingRow("lastSearch", &Settings::lastSearch),
             settingRow("servedSlot", &Settings::servedSlot),

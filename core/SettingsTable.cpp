@@ -85,6 +85,8 @@ QString expectationOf(const SettingLimits &limits) {
         }
         return limits.words.empty() ? French::tr("un texte ou null")
                                     : French::tr("%1 ou null").arg(quoted(limits.words));
+    } else if constexpr (std::is_same_v<T, std::optional<bool>>) {
+        return French::tr("true, false ou null");
     } else if constexpr (std::is_same_v<T, std::optional<QDateTime>>) {
         return French::tr("une date comme \"2026-11-21T08:00:00Z\" ou null");
     } else if constexpr (std::is_same_v<T, QList<QString>>) {

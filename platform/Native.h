@@ -14,7 +14,9 @@
 #include "platform/Notifications.h"
 #include "platform/Pasteboard.h"
 #include "platform/SharedContainer.h"
+#include "platform/SignatureCheck.h"
 #include "platform/Terminals.h"
+#include "platform/UpdateEngine.h"
 #include "platform/WidgetTimelines.h"
 
 #include <memory>
@@ -31,6 +33,7 @@ std::unique_ptr<WidgetTimelines> widgetTimelines();
 std::unique_ptr<SharedContainer> sharedContainer();
 std::unique_ptr<DropSignal> dropSignal();
 std::unique_ptr<FrontBrowser> frontBrowser();
+std::unique_ptr<SignatureCheck> signatureCheck();
 
 // These need a QGuiApplication when they are used.
 std::unique_ptr<Pasteboard> pasteboard();
@@ -43,6 +46,9 @@ std::unique_ptr<LoginItem> loginItem();
 std::unique_ptr<GlobalHotKey> globalHotKey();
 std::unique_ptr<KeyWatch> keyWatch();
 std::unique_ptr<MailComposer> mailComposer();
+
+/// What the system updates its programs by; null where it has nothing of the kind.
+std::unique_ptr<UpdateEngine> updateEngine();
 
 /// The program's version as the system has it, with its build; "" where it knows none.
 QString programVersion();

@@ -1,4 +1,5 @@
 #include "agents/EngineAgent.h"
+#include "app/cli/AgentArgument.h"
 #include "app/cli/Handlers.h"
 #include "app/labels/AgentLabels.h"
 #include "base/French.h"
@@ -6,18 +7,6 @@
 namespace vorle::cli {
 
 namespace {
-
-struct AgentShown {
-    QString name;
-    AgentReadiness state = AgentReadiness::Missing;
-    std::optional<QString> path;
-
-    static constexpr auto jsonFields() {
-        return std::tuple(json::field("name", &AgentShown::name),
-                          json::field("state", &AgentShown::state),
-                          json::field("path", &AgentShown::path));
-    }
-};
 
 struct AgentsShown {
     QString chosen;
@@ -48,7 +37,7 @@ Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent) {
     for (const AgentKind kind : {AgentKind::Claude, AgentKind::Codex}) {
         const AgentReadiness readiness = locator.readiness(kind);
         const auto path = locator.locate(kind);
-        shown.agents += {json::rawText(kind), readiness, path};
+        shown.agents += shownAgent(locator, kind);
         lines += QStringLiteral("%1 %2 : %3%4")
                      .arg(kind == chosen ? QStringLiteral("●") : QStringLiteral("○"))
                      .arg(displayName(kind), stateText(readiness, kind),

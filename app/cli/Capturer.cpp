@@ -1,6 +1,7 @@
 #include "app/cli/CommandForwarding.h"
 #include "app/cli/Handlers.h"
 #include "base/French.h"
+#include "base/InstalledProgram.h"
 #include "desktop/CaptureAddress.h"
 
 #include <QCoreApplication>
@@ -48,7 +49,7 @@ Task<ExitStatus> openThenForward(Context &context, QString topicsFile) {
     constexpr int patience = 600; // of these pauses, without a sign of life
     constexpr int afterItsEnd = 20;
     qint64 process = 0;
-    if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), {}, QString(),
+    if (!QProcess::startDetached(programToStart(), {}, QString(),
                                  &process)) {
         throw Failure(French::tr("vorle n’a pas pu s’ouvrir."));
     }

@@ -67,6 +67,8 @@ struct Context {
     /// Opens the app's quick capture; false where it holds something else that is not added yet.
     /// Empty in a process of its own.
     std::function<bool(const LinkToCapture &)> openCapture = {};
+    /// Has the app end, and come back as the version that is ready. Empty as above.
+    std::function<void()> relaunch = {};
 };
 
 /// One command of the program. Adding one is adding a row to `commands()`.

@@ -41,8 +41,15 @@ Task<> runThenQuit(const Command *command, Context &context, Application &app) {
         [status] { QCoreApplication::exit(static_cast<int>(status)); }, Qt::QueuedConnection);
 }
 
-int runHere(const Command &command, const QStringList &words, const InstalledApps &installedApps,
-            const SharedContainer *container) {
+/// What a command asks of the system.
+struct Adapters {
+    const InstalledApps &installedApps;
+    const SharedContainer *container;
+    const SignatureCheck *signatures;
+    const UpdateConfig &updates;
+};
+
+int runHere(const Command &command, const QStringList &words, const Adapters &adapters) {
     const Arguments arguments = parseArguments(command, words.sliced(1));
     Console console;
     std::unique_ptr<Demonstration> demonstration;
@@ -55,7 +62,10 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
         }
     }
     const Interrupts interrupts;
-    Application app(setupFor(demonstration.get(), installedApps, container));
+    Application::Setup setup =
+        setupFor(demonstration.get(), adapters.installedApps, adapters.container, adapters.updates);
+    setup.signatures = adapters.signatures;
+    Application app(std::move(setup));
     if (demonstration) {
         demonstration->populate(app.preferences());
     }
@@ -65,8 +75,7 @@ int runHere(const Command &command, const QStringList &words, const InstalledApp
 }
 
 /// What the words ask for, but for whether its result could be written.
-int run(Console &console, const QStringList &words, const InstalledApps &installedApps,
-        const SharedContainer *container) {
+int run(Console &console, const QStringList &words, const Adapters &adapters) {
     if (words.isEmpty() || words.first() == u"--help" || words.first() == u"-h" ||
         words.first() == u"aide") {
         console.print(helpText());
@@ -88,7 +97,7 @@ int run(Console &console, const QStringList &words, const InstalledApps &install
         return static_cast<int>(ExitStatus::Done);
     }
     try {
-        return runHere(*command, words, installedApps, container);
+        return runHere(*command, words, adapters);
     } catch (const Failure &failure) {
         console.say(failure.text());
         return static_cast<int>(failure.status());
@@ -101,9 +110,10 @@ int run(Console &console, const QStringList &words, const InstalledApps &install
 } // namespace
 
 int runCommandLine(const QStringList &words, const InstalledApps &installedApps,
-                   const SharedContainer *container) {
+                   const SharedContainer *container, const SignatureCheck *signatures,
+                   const UpdateConfig &updates) {
     Console console;
-    const int status = run(console, words, installedApps, container);
+    const int status = run(console, words, {installedApps, container, signatures, updates});
     if (!Console::wroteAll() && status == static_cast<int>(ExitStatus::Done)) {
         console.say(French::tr("Le résultat n’a pas pu être écrit en entier."));
         return static_cast<int>(ExitStatus::Failed);

@@ -258,6 +258,22 @@ const QList<Command> &commands() {
          .flags = {json},
          .run = [](Context &c,
                    Application &app) { return agents(c, on(app, &Application::agent)); }},
+        {.name = QStringLiteral("installer"),
+         .synopsis = QStringLiteral("[claude|codex]"),
+         .summary = French::tr("installe ton IA, celle que tu as choisie ou celle que tu nommes ; "
+                               "déjà là, elle est remplacée par la dernière"),
+         .maxArguments = 1,
+         .flags = {json},
+         .run = [](Context &c,
+                   Application &app) { return installer(c, on(app, &Application::agentSetup)); }},
+        {.name = QStringLiteral("connecter"),
+         .synopsis = QStringLiteral("[claude|codex]"),
+         .summary = French::tr("te connecte à ton IA, avec ton abonnement Claude ou ton compte "
+                               "ChatGPT, dans une page de ton navigateur"),
+         .maxArguments = 1,
+         .flags = {json},
+         .run = [](Context &c,
+                   Application &app) { return connecter(c, on(app, &Application::agentSetup)); }},
         {.name = QStringLiteral("integrer"),
          .synopsis = QStringLiteral("[--retirer]"),
          .summary = French::tr("sous Linux, ajoute « Ajouter à vorle » à ton gestionnaire de "
@@ -273,6 +289,18 @@ const QList<Command> &commands() {
          .run =
              [](Context &c, Application &app) {
                  return widget(c, [&app] { return app.widgetFile(); }, app.clock());
+             }},
+        {.name = QStringLiteral("mise-a-jour"),
+         .synopsis = QStringLiteral("[--installer]"),
+         .summary = French::tr("dit s’il y a une nouvelle version de vorle ; --installer "
+                               "l’installe, et relance l’app si elle est ouverte"),
+         .flags = {json, QStringLiteral("installer")},
+         .throughApp = true,
+         .run =
+             [](Context &c, Application &app) {
+                 return miseAJour(c, {app.updateConfig(), app.updatedProgram(),
+                                      [&app] { return app.topicsFile(); },
+                                      on(app, &Application::appLock)});
              }},
         {.name = QStringLiteral("diagnostic"),
          .synopsis = {},

@@ -6,9 +6,11 @@
 #include "base/Clock.h"
 #include "base/OnDemand.h"
 #include "search/discovery/DiscoveryApps.h"
+#include "update/UpdateConfig.h"
 
 namespace vorle {
 class AgentLocator;
+class AgentSetup;
 class Asker;
 class BriefWriter;
 class EngineAgent;
@@ -20,6 +22,7 @@ class Resources;
 class RediscoveryLog;
 class ScoreProvenanceLog;
 class SearchEngine;
+class StoreLock;
 class TopicStore;
 } // namespace vorle
 
@@ -80,8 +83,18 @@ Task<ExitStatus> reparer(Context &context, TopicsToChange topics);
 Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
                       const Resources &resources);
 Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent);
+Task<ExitStatus> installer(Context &context, OnDemand<AgentSetup> setup);
+Task<ExitStatus> connecter(Context &context, OnDemand<AgentSetup> setup);
 /// Shows the file that widgets read.
 Task<ExitStatus> widget(Context &context, std::function<QString()> file, const Clock &clock);
 Task<ExitStatus> diagnostic(Context &context, DiagnosticSources sources);
+/// What a new version is looked for with, and installed.
+struct UpdateDoor {
+    UpdateConfig config;
+    QString program; ///< the one that runs, by its path; "" where it is not to be updated
+    std::function<QString()> topicsFile; ///< @throws std::system_error
+    OnDemand<StoreLock> appLock;
+};
+Task<ExitStatus> miseAJour(Context &context, UpdateDoor door);
 
 } // namespace vorle::cli

@@ -1,5 +1,6 @@
 #include "app/cli/Handlers.h"
 #include "base/French.h"
+#include "base/InstalledProgram.h"
 #include "desktop/FileManagerDoors.h"
 
 #include <QCoreApplication>
@@ -32,7 +33,7 @@ void runIfThere(const QString &name, const QStringList &arguments) {
 Task<ExitStatus> integrer(Context &context, const Resources &resources) {
 #if defined(Q_OS_LINUX)
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const QString program = QCoreApplication::applicationFilePath();
+    const QString program = programToStart();
     const FileManagerDoors files(resources, data, program);
     const bool remove = context.arguments.flags.contains(QStringLiteral("retirer"));
     remove ? files.remove() : files.install();

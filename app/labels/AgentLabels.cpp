@@ -2,6 +2,8 @@
 
 #include "base/French.h"
 
+#include <algorithm>
+
 namespace vorle {
 
 QString readinessLabel(AgentReadiness readiness) {
@@ -14,6 +16,60 @@ QString readinessLabel(AgentReadiness readiness) {
         return French::tr("introuvable");
     }
     return {};
+}
+
+QString installOfferText(AgentKind kind) {
+    return kind == AgentKind::Claude ? French::tr("Avec un abonnement Claude, Pro ou plus")
+                                     : French::tr("Avec un compte ChatGPT, même gratuit");
+}
+
+QString signInConsentText(AgentKind kind) {
+    return kind == AgentKind::Claude
+               ? French::tr("Tu autorises vorle à utiliser ton abonnement Claude, Pro ou plus")
+               : French::tr("Tu autorises vorle à utiliser ton compte ChatGPT, même gratuit");
+}
+
+QString agentReadyText(AgentKind kind) {
+    return kind == AgentKind::Claude ? French::tr("Je fouillerai avec ton abonnement Claude.")
+                                     : French::tr("Je fouillerai avec ton compte ChatGPT.");
+}
+
+QString quotaText() {
+    return French::tr("Chaque fouille compte dans ton quota, comme une conversation. Par défaut, "
+                      "une par semaine, le lundi.");
+}
+
+QString installingText(int percent) {
+    const QString start = French::tr("Installation… ");
+    return percent < 0 ? start.trimmed() : start + French::tr("%1\u202F%").arg(percent);
+}
+
+QString installingNote() { return French::tr("Environ une minute, rien à faire de ton côté."); }
+
+int installPercent(const DownloadProgress &progress) {
+    return progress.expected > 0 ? static_cast<int>(std::clamp<qint64>(
+                                       progress.received * 100 / progress.expected, 0, 100))
+                                 : -1;
+}
+
+QString installFailureText() {
+    return French::tr("L’installation n’a pas abouti\u00A0: vérifie ta connexion à Internet.");
+}
+
+QString installFailureText(const SetupError &error, AgentKind kind) {
+    return error.kind() == SetupError::Case::NoNpm
+               ? French::tr("Pour installer %1, il me faut npm\u00A0: installe-le (sous Debian ou "
+                            "Ubuntu, le paquet «\u202Fnpm\u202F»), puis réessaie.")
+                     .arg(displayName(kind))
+               : installFailureText();
+}
+
+QString signInPageText() {
+    return French::tr("Valide la connexion dans la page qui vient de s’ouvrir.");
+}
+
+QString signInFailureText() {
+    return French::tr("Connexion pas aboutie\u00A0: la page a été fermée, ou le délai est passé.");
 }
 
 } // namespace vorle

@@ -94,9 +94,11 @@ public:
         WorthMeh,
         WorthUseful,
         WorthGem,
-        ReadAgain,   ///< has no key: a captured link that could not be judged is tried once more
-        Correct,     ///< has no key: the chosen topic's score is given by hand
-        SendFeedback ///< has no key: a message to the maker is written
+        ReadAgain,    ///< has no key: a captured link that could not be judged is tried once more
+        Correct,      ///< has no key: the chosen topic's score is given by hand
+        SendFeedback, ///< has no key: a message to the maker is written
+        ShowUpdate,   ///< has no key: the update that waits for an answer
+        LookForUpdate ///< has no key: the same, after a look for one
     };
     Q_ENUM(Action)
 

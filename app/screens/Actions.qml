@@ -42,6 +42,13 @@ QtObject {
         case KeyboardMap.SendFeedback:
             panels.open(PanelHost.Feedback);
             break;
+        case KeyboardMap.LookForUpdate:
+            shell.screens.updates.look();
+            panels.open(PanelHost.Update);
+            break;
+        case KeyboardMap.ShowUpdate:
+            panels.open(PanelHost.Update);
+            break;
         case KeyboardMap.ShowShortcuts:
             if (panels.isShown(PanelHost.Shortcuts)) {
                 panels.close();

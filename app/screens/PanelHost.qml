@@ -14,7 +14,8 @@ Item {
         Send,
         Apps,
         StartAgain,
-        Feedback
+        Feedback,
+        Update
     }
 
     required property Shell shell

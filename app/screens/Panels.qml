@@ -7,11 +7,11 @@ import Vorle.Models
 PanelHost {
     id: panels
 
-    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, bench, closing, calibration, send, apps, decisions, startAgain, feedback]
+    readonly property list<PanelSlot> all: [search, shortcuts, addLink, correction, settings, bench, closing, calibration, send, apps, decisions, startAgain, feedback, update]
     // As PanelHost.Panel has them.
-    readonly property list<PanelSlot> asked: [search, shortcuts, addLink, settings, closing, calibration, send, apps, startAgain, feedback]
+    readonly property list<PanelSlot> asked: [search, shortcuts, addLink, settings, closing, calibration, send, apps, startAgain, feedback, update]
 
-    shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || bench.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown || feedback.shown
+    shown: search.shown || shortcuts.shown || addLink.shown || correction.shown || settings.shown || bench.shown || closing.shown || calibration.shown || send.shown || apps.shown || decisions.shown || startAgain.shown || feedback.shown || update.shown
 
     function open(panel: int) {
         switch (panel) {
@@ -84,6 +84,10 @@ PanelHost {
             onReportAsked: panels.sectionAsked(Section.Report)
             onBenchAsked: panels.raise(bench)
             onFeedbackAsked: panels.open(PanelHost.Feedback)
+            onUpdateAsked: {
+                panels.shell.screens.updates.look();
+                panels.open(PanelHost.Update);
+            }
             onOnboardingAsked: {
                 panels.close();
                 panels.shell.onboarding.beginAgain();
@@ -147,6 +151,13 @@ PanelHost {
         onGone: panels.gone()
         sourceComponent: FeedbackPanel {
             model: panels.shell.screens.feedback
+        }
+    }
+    PanelSlot {
+        id: update
+        onGone: panels.gone()
+        sourceComponent: UpdatePanel {
+            model: panels.shell.screens.updates
         }
     }
     PanelSlot {

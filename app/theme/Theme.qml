@@ -84,6 +84,7 @@ QtObject {
     // Motion that explains; none when the system asks for less.
     readonly property int quick: reducedMotion ? 0 : 120
     readonly property int calm: reducedMotion ? 0 : 200
+    readonly property int sweep: 1400 // of a line that tells only that it goes on
     readonly property int ghostStay: 5000
     readonly property int addedStay: 3000
 

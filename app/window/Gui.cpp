@@ -20,12 +20,19 @@
 #include "platform/WidgetTimelines.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QMessageBox>
 
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 namespace vorle {
@@ -80,6 +87,9 @@ public:
             m_giveUp.cancel();
         }
     }
+
+    /// Once it has left: see OpenApp.
+    std::optional<QString> successor() const { return m_open ? m_open->successor() : std::nullopt; }
 
 private:
     Task<> open() {
@@ -170,6 +180,16 @@ private:
     std::unique_ptr<OpenApp> m_open;
 };
 
+/// Goes on as another program, a new version of this one: the same process, so that nothing of the
+/// old one is left that could hold on to the topics. Comes back where that is refused.
+void goOnAs(const QString &program) {
+    QByteArray path = QFile::encodeName(program);
+    const std::array<char *, 2> arguments{path.data(), nullptr};
+    ::execv(path.constData(), arguments.data());
+    logLine(QStringLiteral("updates: the new version could not be started: %1")
+                .arg(QString::fromLocal8Bit(std::strerror(errno))));
+}
+
 } // namespace
 
 int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entrance) {
@@ -181,11 +201,14 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entranc
     QApplication qt(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("vorle"));
     QGuiApplication::setDesktopFileName(QStringLiteral("vorle"));
+    int status = 1;
+    std::optional<QString> successor;
     try {
         const std::unique_ptr<Demonstration> demonstration =
             entrance == Entrance::Demonstration ? enterDemonstration() : nullptr;
-        Application::Setup setup =
-            setupFor(demonstration.get(), adapters.installedApps, adapters.container);
+        Application::Setup setup = setupFor(demonstration.get(), adapters.installedApps,
+                                            adapters.container, adapters.updates);
+        setup.signatures = adapters.signatures;
         setup.widgetsChanged = [&widgets = adapters.widgets] { widgets.reload(); };
         Application app(std::move(setup));
         if (demonstration) {
@@ -194,13 +217,17 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entranc
         Program program(app, adapters, entrance);
         const Interrupts interrupts;
         const auto onInterrupt = interrupts.token().onCancel([&program] { program.quit(); });
-        return QApplication::exec();
+        status = QApplication::exec();
+        successor = program.successor();
     } catch (const std::system_error &error) {
         complain(systemRefusalText(error));
     } catch (const std::exception &error) {
         complain(QString::fromUtf8(error.what()));
     }
-    return 1;
+    if (successor) {
+        goOnAs(*successor);
+    }
+    return status;
 }
 
 } // namespace vorle

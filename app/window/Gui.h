@@ -1,5 +1,7 @@
 #pragma once
 
+#include "update/UpdateConfig.h"
+
 #include <QString>
 
 #include <functional>
@@ -21,7 +23,9 @@ class MotionSetting;
 class Notifications;
 class Pasteboard;
 class SharedContainer;
+class SignatureCheck;
 class Terminals;
+class UpdateEngine;
 class WidgetTimelines;
 
 /// What the app asks of the system it runs on.
@@ -35,6 +39,7 @@ struct GuiAdapters {
     const SharedContainer *container; ///< null where the system has none
     DropSignal *drops;                ///< null where the drop folder alone tells
     FrontBrowser *browser;            ///< null where the system tells nothing of what is in front
+    const SignatureCheck *signatures; ///< null where the system has no such check
     WidgetTimelines &widgets;
     // Made once the program has a QApplication: a bus or a window system may only be asked then.
     std::function<std::unique_ptr<MotionSetting>()> motion;
@@ -43,7 +48,9 @@ struct GuiAdapters {
     std::function<std::unique_ptr<GlobalHotKey>()> hotKey;
     std::function<std::unique_ptr<KeyWatch>()> keys;
     std::function<std::unique_ptr<MailComposer>()> mail;
-    QString version; ///< the program's, as the system has it; "" where it has none
+    QString version;      ///< the program's, as the system has it; "" where it has none
+    UpdateConfig updates; ///< for where the system has nothing to update programs by
+    std::function<std::unique_ptr<UpdateEngine>()> updateEngine; ///< gives null there
 };
 
 /// How the app is opened.

@@ -60,6 +60,7 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     connect(m_window, SIGNAL(raiseAsked()), this, SLOT(raise()));
     connect(m_window, SIGNAL(demoAsked()), this, SIGNAL(demoAsked()));
     connect(m_window, SIGNAL(returnAsked()), this, SIGNAL(returnAsked()));
+    connect(&shell, &Shell::updateAsked, this, [this] { perform(KeyboardMap::ShowUpdate); });
     connect(shell.quickCapture(), &QuickCapture::raised, this, &MainWindow::showCapture);
     connect(shell.quickCapture(), &QuickCapture::opened, this, [this] {
         showCapture();
@@ -240,6 +241,8 @@ void MainWindow::add() { perform(KeyboardMap::AddTopic); }
 void MainWindow::openSettings() { perform(KeyboardMap::OpenSettings); }
 
 void MainWindow::writeFeedback() { perform(KeyboardMap::SendFeedback); }
+
+void MainWindow::lookForUpdate() { perform(KeyboardMap::LookForUpdate); }
 
 void MainWindow::askToClose() {
     raise();

@@ -49,6 +49,8 @@ public:
     Q_SLOT void captureFromStatus();
     Q_SLOT void openSettings();
     Q_SLOT void writeFeedback();
+    /// Shows the update view, which looks for one.
+    Q_SLOT void lookForUpdate();
     /// Shows the window and does what the keyboard map calls so.
     void perform(KeyboardMap::Action action);
     /// Shows the window on the section of that title, whatever lay over it; on the one it shows

@@ -7,6 +7,7 @@
 #include "desktop/CaptureAddress.h"
 
 #include <QApplication>
+#include <QTimer>
 
 namespace vorle {
 
@@ -23,6 +24,13 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
     , m_hotKey(m_preferences, *m_globalHotKey)
     , m_keys(adapters.keys())
     , m_mail(adapters.mail())
+    , m_systemUpdates(adapters.updateEngine())
+    , m_updates(m_systemUpdates ? *m_systemUpdates : app.updates())
+    , m_updater(
+          {.engine = m_updates,
+           .version = QCoreApplication::applicationVersion(),
+           .busy = [&engine =
+                        app.engine()] { return engine.phase() != SearchEngine::Phase::Idle; }})
     , m_shell(partsOf(app, adapters, early.login))
     , m_notices({m_notifier, app.engine(), m_store, *m_shell.program()})
     , m_motion(adapters.motion())
@@ -39,6 +47,9 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
         context.openCapture = [this](const cli::LinkToCapture &link) {
             return m_shell.quickCapture()->open(link);
         };
+        if (!m_systemUpdates) {
+            context.relaunch = [&app] { app.updates().relaunch(); };
+        }
         return cli::runCommand(command, context, app);
     })
     , m_instance(instance)
@@ -51,6 +62,7 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
     followTimers();
     followTray();
     followWindow();
+    followUpdates();
     // Once the window is there: what the first decision would otherwise wait for.
     connect(
         &m_main.window(), &QQuickWindow::frameSwapped, this, [this] { m_store.prepareSaves(); },
@@ -61,9 +73,10 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
 }
 
 Shell::Parts OpenApp::partsOf(Application &app, const GuiAdapters &adapters, LoginItem &login) {
-    Shell::Parts parts = shellParts(
-        app, {adapters.links, adapters.pasteboard, m_launcher, adapters.files, adapters.reveal,
-              m_notifier, login, m_hotKey, *m_keys, *m_mail, adapters.browser, adapters.version});
+    Shell::Parts parts = shellParts(app, {adapters.links, adapters.pasteboard, m_launcher,
+                                          adapters.files, adapters.reveal, m_notifier, login,
+                                          m_hotKey, *m_keys, *m_mail, m_updater, adapters.browser,
+                                          adapters.version});
     parts.released = parts.store.releaseAllPending();
     for (const QString &name : adapters.terminals.names()) {
         if (adapters.terminals.command(name, {})) {
@@ -117,6 +130,29 @@ void OpenApp::followWindow() {
     });
 }
 
+void OpenApp::followUpdates() {
+    // Long enough to say that this version starts, opens and stays.
+    constexpr std::chrono::seconds wellUnderWay(3);
+    QTimer::singleShot(wellUnderWay, this, [this] {
+        m_updates.confirmStart();
+        m_updates.lookAtClock();
+    });
+    connect(&m_timer, &RunTimer::looked, this, [this] { m_updates.lookAtClock(); });
+    connect(&m_updater, &Updater::told, &m_shell, &Shell::tellOfUpdate);
+    if (m_updater.stage() != Updater::Stage::Idle) {
+        m_shell.tellOfUpdate(m_updater.title()); // of an earlier start
+    }
+    connect(&m_tray, &Tray::updateAsked, &m_main, &MainWindow::lookForUpdate);
+}
+
+Task<> OpenApp::updatesStopped() {
+    const OneShot stopped;
+    m_updates.stop([stopped] { stopped.fire(); });
+    co_await stopped;
+    m_updates.confirmStart(); // who leaves in good order has started
+    m_successor = m_updates.finish();
+}
+
 void OpenApp::openAddress(const QString &address) {
     const auto link = CaptureAddress::from(address);
     if (!link) {
@@ -162,6 +198,7 @@ Task<> OpenApp::leave() {
     m_store.flush();
     m_preferences.flush();
     co_await m_widget.ended();
+    co_await updatesStopped();
     m_left();
 }
 

@@ -21,11 +21,14 @@
 #include "platform/MailComposer.h"
 #include "platform/MotionSetting.h"
 #include "platform/Notifications.h"
+#include "platform/UpdateEngine.h"
+#include "update/Updater.h"
 
 #include <QObject>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace vorle {
 
@@ -53,10 +56,14 @@ public:
     void keep();
     /// Stops what is under way, keeps what it brought, and leaves.
     void quit();
+    /// Once it has left: the program to start in its stead, where an update asks for that.
+    const std::optional<QString> &successor() const { return m_successor; }
 
 private:
     Shell::Parts partsOf(Application &app, const GuiAdapters &adapters, LoginItem &login);
     void followTimers();
+    void followUpdates();
+    Task<> updatesStopped();
     void followTray();
     void followWindow();
     Task<> leave();
@@ -73,6 +80,9 @@ private:
     HotKey m_hotKey;
     std::unique_ptr<KeyWatch> m_keys;
     std::unique_ptr<MailComposer> m_mail;
+    std::unique_ptr<UpdateEngine> m_systemUpdates; // null where the program has its own
+    UpdateEngine &m_updates;
+    Updater m_updater;
     Shell m_shell;
     RunNotices m_notices;
     std::unique_ptr<MotionSetting> m_motion;
@@ -86,6 +96,7 @@ private:
     ResumeTimer m_resume;
     DemoProcess m_demo;
     std::function<void()> m_left;
+    std::optional<QString> m_successor;
     bool m_quitting = false;
 };
 

@@ -53,6 +53,13 @@ FeedbackModel *Screens::feedback() {
     return m_feedback.get();
 }
 
+UpdateModel *Screens::updates() {
+    if (!m_updates) {
+        m_updates = std::make_unique<UpdateModel>(m_parts.updater);
+    }
+    return m_updates.get();
+}
+
 QString Screens::topicsPath() const { return shownPath(m_parts.store.file()); }
 
 QString Screens::revealLabel() const { return m_parts.reveal.label(); }

@@ -7,6 +7,7 @@
 #include "app/models/settings/TransferModel.h"
 #include "app/window/desktop/CaptureShortcut.h"
 #include "app/window/desktop/FeedbackModel.h"
+#include "app/window/desktop/UpdateModel.h"
 #include "base/Async.h"
 #include "base/Clock.h"
 #include "core/Preferences.h"
@@ -29,6 +30,7 @@ class HotKey;
 class KeyWatch;
 class MailComposer;
 class Pasteboard;
+class Updater;
 
 /// What single screens stand on, beside what the whole window does: each model is made when its
 /// screen first asks for it, so that the first frame waits for none of them. Main thread.
@@ -42,6 +44,7 @@ class Screens final : public QObject {
     Q_PROPERTY(vorle::DesktopSettings *desktop READ desktop CONSTANT FINAL)
     Q_PROPERTY(vorle::CaptureShortcut *captureShortcut READ captureShortcut CONSTANT FINAL)
     Q_PROPERTY(vorle::FeedbackModel *feedback READ feedback CONSTANT FINAL)
+    Q_PROPERTY(vorle::UpdateModel *updates READ updates CONSTANT FINAL)
     /// Where the topics lie, with "~" for the home.
     Q_PROPERTY(QString topicsPath READ topicsPath CONSTANT FINAL)
     /// "Montrer dans le Finder"
@@ -62,6 +65,7 @@ public:
         HotKey &hotKey;
         KeyWatch &keys;
         MailComposer &mail;
+        Updater &updater;
         std::function<QString()> diagnosticText;
         std::function<QString()> feedbackLine; ///< see FeedbackModel
         std::function<void()> readOn;          ///< has captured links that wait be read
@@ -76,6 +80,7 @@ public:
     DesktopSettings *desktop();
     CaptureShortcut *captureShortcut() { return &m_captureShortcut; }
     FeedbackModel *feedback();
+    UpdateModel *updates();
     QString topicsPath() const;
     QString revealLabel() const;
 
@@ -100,6 +105,7 @@ private:
     std::unique_ptr<DesktopSettings> m_desktop;
     CaptureShortcut m_captureShortcut; // which the shortcut sheet follows
     std::unique_ptr<FeedbackModel> m_feedback;
+    std::unique_ptr<UpdateModel> m_updates;
     TaskGroup m_work;
 };
 

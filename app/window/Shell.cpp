@@ -76,7 +76,17 @@ void Shell::makeOtherModels() {
     m_territory = std::make_unique<TerritoryModel>(TerritoryModel::Parts{
         preferences, store, m_parts.asker, m_parts.feeds, m_parts.files, clock, m_parts.apps});
     m_settings = std::make_unique<SettingsModel>(preferences);
-    m_agentStates = std::make_unique<AgentStates>(m_parts.agents, preferences);
+    m_agentStates = std::make_unique<AgentStates>(
+        AgentStates::Parts{.agents = m_parts.agents,
+                           .preferences = preferences,
+                           .setup = m_parts.agentSetup,
+                           .links = m_parts.links,
+                           .pasteboard = m_parts.pasteboard,
+                           .settable = !store.isDemo()}); // a demonstration reaches for nothing
+    connect(m_agentStates.get(), &AgentStates::setUp, this, [this] {
+        refresh();
+        m_parts.capture.resume(); // links that wait for an agent
+    });
     m_onboarding = std::make_unique<OnboardingModel>(OnboardingModel::Parts{
         .preferences = preferences,
         .projects = *m_territory->projects(),
@@ -179,6 +189,8 @@ QString Shell::remedy() const {
         return tr("Réessayer");
     case Matter::Postponed:
         return tr("Tout lire");
+    case Matter::Update:
+        return tr("Voir");
     default:
         return {};
     }
@@ -204,6 +216,8 @@ void Shell::takeRemedy() {
         m_parts.capture.resume();
     } else if (matter == Matter::Postponed) {
         m_parts.capture.askPostponed();
+    } else if (matter == Matter::Update) {
+        Q_EMIT updateAsked();
     }
 }
 
@@ -312,6 +326,7 @@ Task<> Shell::stopped() {
     m_parts.capture.stop();
     m_parts.briefs.stop();
     co_await m_screens->stopped();
+    co_await m_agentStates->stopped();
     co_await m_onboarding->stopped();
     co_await m_territory->stopped();
     co_await m_search->stopped();

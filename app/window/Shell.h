@@ -33,6 +33,7 @@
 namespace vorle {
 
 class AgentLocator;
+class AgentSetup;
 class Asker;
 class BriefWriter;
 class ClaudeLauncher;
@@ -102,6 +103,7 @@ public:
         Asker &asker;
         Feeds &feeds;
         const AgentLocator &agents;
+        const AgentSetup &agentSetup;
         const Clock &clock;
         LinkOpener &links;
         Pasteboard &pasteboard;
@@ -172,6 +174,8 @@ public:
     void goOn();
     /// Has the person told of what was dropped for them.
     void tellOfDrops(const QString &sentence) { tell(Matter::Drops, sentence); }
+    /// The same for an update that came up by itself.
+    void tellOfUpdate(const QString &sentence) { tell(Matter::Update, sentence); }
     /// Stops what goes on in the background, and ends once it has.
     Task<> stopped();
     /// A web address on the pasteboard, "" for anything else.
@@ -193,6 +197,8 @@ public:
 Q_SIGNALS:
     void agentChanged();
     void noticeChanged();
+    /// The update view is to be shown.
+    void updateAsked();
     /// A word for the user on what they just did.
     void said(const QString &sentence);
 
@@ -211,9 +217,10 @@ private:
         Save,
         Settings,
         FirstStep,
-        Drops,    ///< dropped files that hold no link
-        Capture,  ///< captured links that could not be judged
-        Postponed ///< those that wait for another day
+        Drops,     ///< dropped files that hold no link
+        Capture,   ///< captured links that could not be judged
+        Postponed, ///< those that wait for another day
+        Update     ///< a version that waits for an answer
     };
     struct Notice {
         Matter matter;

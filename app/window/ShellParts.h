@@ -18,6 +18,7 @@ struct ShellAdapters {
     HotKey &hotKey;
     KeyWatch &keys;
     MailComposer &mail;
+    Updater &updater;
     FrontBrowser *browser = nullptr; ///< null where the system tells nothing of what is in front
     QString version = {};            ///< the program's, as the system has it; "" where it has none
 };

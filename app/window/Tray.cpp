@@ -54,6 +54,7 @@ Tray::Tray(RunModel &run, TopicListModel &inbox, QObject *parent)
     m_menu.addAction(tr("Ouvrir"), this, &Tray::openAsked);
     m_menu.addSeparator();
     m_menu.addAction(tr("Réglages"), this, &Tray::settingsAsked);
+    m_menu.addAction(tr("Rechercher une mise à jour"), this, &Tray::updateAsked);
     m_menu.addAction(tr("Envoyer un retour"), this, &Tray::feedbackAsked);
     m_menu.addAction(tr("Quitter"), this, &Tray::quitAsked);
     // On a Mac an item that has a menu opens it on every click, and never tells of one.

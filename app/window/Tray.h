@@ -34,6 +34,7 @@ Q_SIGNALS:
     void addAsked();
     void settingsAsked();
     void feedbackAsked();
+    void updateAsked();
     void quitAsked();
 
 private:

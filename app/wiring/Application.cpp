@@ -3,6 +3,10 @@
 #include "base/French.h"
 #include "storage/BesideTopics.h"
 
+#include <QCoreApplication>
+#include <QSysInfo>
+#include <QTimer>
+
 namespace vorle {
 
 Application::Application(Setup setup) : m_setup(std::move(setup)) {}
@@ -98,6 +102,17 @@ EngineAgent &Application::agent() {
     return *m_agent;
 }
 
+AgentSetup &Application::agentSetup() {
+    if (!m_agentSetup) {
+        m_agentSetup = std::make_unique<AgentSetup>(AgentSetup::Parts{
+            .agents = agent().locator(),
+            .http = OnDemand<HttpClient>([this]() -> HttpClient & { return http(); }),
+            .signatures = m_setup.signatures,
+            .sources = AgentSources::forProcessor(QSysInfo::currentCpuArchitecture())});
+    }
+    return *m_agentSetup;
+}
+
 Asker &Application::asker() {
     if (!m_asker) {
         // A model is of the agent that was chosen with it: a variable may name another one.
@@ -179,6 +194,24 @@ Task<> Application::published() {
     if (m_widget) {
         co_await m_widget->ended();
     }
+}
+
+QString Application::updatedProgram() const {
+    return m_setup.updates ? QCoreApplication::applicationFilePath() : QString();
+}
+
+AppcastEngine &Application::updates() {
+    if (!m_updates) {
+        m_updates = std::make_unique<AppcastEngine>(AppcastEngine::Parts{
+            .preferences = preferences(),
+            .clock = m_clock,
+            .config = updateConfig(),
+            .program = updatedProgram(),
+            .version = QCoreApplication::applicationVersion(),
+            // From the event loop: whoever asks may be waited for by the end.
+            .quit = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); }});
+    }
+    return *m_updates;
 }
 
 DiagnosticSources Application::diagnosticSources() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/Ask.h"
+#include "agents/setup/AgentSetup.h"
 #include "app/diagnostics/Diagnostics.h"
 #include "base/Clock.h"
 #include "base/HttpClient.h"
@@ -19,6 +20,8 @@
 #include "search/web/PageReader.h"
 #include "search/web/SourceImage.h"
 #include "storage/StoreLock.h"
+#include "update/AppcastEngine.h"
+#include "update/UpdateConfig.h"
 
 #include <functional>
 #include <memory>
@@ -37,7 +40,13 @@ public:
         /// The folder shared with the share sheet and the widget; empty: what they share lies
         /// beside the topics.
         QString container = {};
+        /// The system's check of signatures, which outlives the application; null where it has
+        /// none.
+        const SignatureCheck *signatures = nullptr;
         std::function<void()> widgetsChanged = {}; ///< widgets are to read their file again
+        /// Where new versions come from; nothing where the program is not to be updated, as in a
+        /// demonstration.
+        std::optional<UpdateConfig> updates = {};
     };
 
     explicit Application(Setup setup);
@@ -71,6 +80,8 @@ public:
     /// Reads them on any thread, and may outlive the application.
     std::function<QList<discovery::App>()> appLister() const;
     EngineAgent &agent();
+    /// Installs agents and signs in to them: never those of a demonstration.
+    AgentSetup &agentSetup();
     Asker &asker();
     SearchEngine &engine();
     BriefWriter &briefs();
@@ -83,6 +94,13 @@ public:
     WidgetPublisher &widget();
     /// Ends once the last state is there, where anybody asked for it to be kept up to date.
     Task<> published();
+
+    /// Where new versions come from, and the program that they take the place of; "" where none
+    /// may.
+    UpdateConfig updateConfig() const { return m_setup.updates.value_or(UpdateConfig()); }
+    QString updatedProgram() const;
+    /// What keeps the program current where the system brings nothing for that.
+    AppcastEngine &updates();
 
     /// Where its diagnostics are drawn from. What it gives is good as long as the application is.
     DiagnosticSources diagnosticSources();
@@ -110,11 +128,13 @@ private:
     std::unique_ptr<Feeds> m_feeds;
     std::unique_ptr<SourceImage> m_images;
     std::unique_ptr<EngineAgent> m_agent;
+    std::unique_ptr<AgentSetup> m_agentSetup;
     std::unique_ptr<Asker> m_asker;
     std::unique_ptr<SearchEngine> m_engine;
     std::unique_ptr<BriefWriter> m_briefs;
     std::unique_ptr<LinkCapture> m_capture;
     std::unique_ptr<WidgetPublisher> m_widget;
+    std::unique_ptr<AppcastEngine> m_updates;
 };
 
 } // namespace vorle

@@ -70,11 +70,14 @@ std::unique_ptr<Demonstration> enterDemonstration() {
 }
 
 Application::Setup setupFor(const Demonstration *demonstration, const InstalledApps &installedApps,
-                            const SharedContainer *container) {
+                            const SharedContainer *container, const UpdateConfig &updates) {
     Application::Setup setup;
     setup.installedApps = &installedApps;
     setup.allowLoopback =
         demonstration != nullptr || isYes(qEnvironmentVariable("VORLE_ALLOW_LOOPBACK"));
+    if (demonstration == nullptr) {
+        setup.updates = updates;
+    }
     if (demonstration != nullptr) {
         setup.store = TopicStore::Kind::Demo;
         setup.settingsFile = demonstration->home() + QStringLiteral("/settings.json");

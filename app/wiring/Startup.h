@@ -25,9 +25,9 @@ void requireThreads();
 /// @throws std::runtime_error (French) as Demonstration::start
 std::unique_ptr<Demonstration> enterDemonstration();
 
-/// What the application is made of: the user's own files, or the demonstration's. `container` may
-/// be null.
+/// What the application is made of: the user's own files, or the demonstration's, which is not
+/// updated. `container` may be null.
 Application::Setup setupFor(const Demonstration *demonstration, const InstalledApps &installedApps,
-                            const SharedContainer *container);
+                            const SharedContainer *container, const UpdateConfig &updates);
 
 } // namespace vorle

@@ -2,6 +2,7 @@
 
 #include "base/Descriptor.h"
 #include "base/French.h"
+#include "base/InstalledProgram.h"
 #include "base/OnDisk.h"
 #include "base/SystemErrorText.h"
 #include "platform/DesktopExec.h"
@@ -129,7 +130,7 @@ AutostartItem::Setting AutostartItem::Setting::ofThisProcess() {
     const QString image = qEnvironmentVariable("APPIMAGE");
     return {QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                 QStringLiteral("/autostart"),
-            {image.startsWith(u'/') ? image : QCoreApplication::applicationFilePath(),
+            {image.startsWith(u'/') ? image : programToStart(),
              QStringLiteral("--hidden")}};
 }
 

@@ -39,6 +39,9 @@ std::unique_ptr<SharedContainer> sharedContainer() { return nullptr; }
 std::unique_ptr<DropSignal> dropSignal() { return nullptr; }
 std::unique_ptr<FrontBrowser> frontBrowser() { return nullptr; }
 
+// Programs bear no signature here; packages are checked by what installs them.
+std::unique_ptr<SignatureCheck> signatureCheck() { return nullptr; }
+
 std::unique_ptr<FileReveal> fileReveal() { return std::make_unique<DesktopReveal>(); }
 
 std::unique_ptr<WidgetTimelines> widgetTimelines() { return std::make_unique<FileAlone>(); }
@@ -63,6 +66,8 @@ std::unique_ptr<GlobalHotKey> globalHotKey() {
 std::unique_ptr<KeyWatch> keyWatch() { return std::make_unique<QtKeyWatch>(); }
 
 std::unique_ptr<MailComposer> mailComposer() { return std::make_unique<DesktopMail>(); }
+
+std::unique_ptr<UpdateEngine> updateEngine() { return nullptr; }
 
 QString programVersion() { return {}; }
 

@@ -10,8 +10,10 @@
 #include "platform/macos/MacMotion.h"
 #include "platform/macos/MacNotifications.h"
 #include "platform/macos/MacShare.h"
+#include "platform/macos/MacSignatureCheck.h"
 #include "platform/macos/MacTerminals.h"
 #include "platform/macos/MacWidgetTimelines.h"
+#include "platform/macos/SparkleEngine.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -56,6 +58,8 @@ std::unique_ptr<DropSignal> dropSignal() { return std::make_unique<DistributedDr
 
 std::unique_ptr<FrontBrowser> frontBrowser() { return std::make_unique<MacFrontBrowser>(); }
 
+std::unique_ptr<SignatureCheck> signatureCheck() { return std::make_unique<MacSignatureCheck>(); }
+
 std::unique_ptr<FileReveal> fileReveal() { return std::make_unique<FinderReveal>(); }
 
 std::unique_ptr<WidgetTimelines> widgetTimelines() {
@@ -73,6 +77,14 @@ std::unique_ptr<GlobalHotKey> globalHotKey() { return std::make_unique<MacHotKey
 std::unique_ptr<KeyWatch> keyWatch() { return std::make_unique<MacKeyWatch>(); }
 
 std::unique_ptr<MailComposer> mailComposer() { return std::make_unique<MacMail>(); }
+
+std::unique_ptr<UpdateEngine> updateEngine() {
+#if defined(VORLE_HAS_SPARKLE)
+    return std::make_unique<SparkleEngine>();
+#else
+    return nullptr;
+#endif
+}
 
 QString programVersion() { return bundleVersion(); }
 

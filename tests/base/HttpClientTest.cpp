@@ -56,6 +56,56 @@ TEST(AddressRules, only_the_internet_at_large_is_public) {
     EXPECT_EQ(addressKind(QHostAddress()), AddressKind::Reserved);
 }
 
+TEST(HttpClient, a_sink_takes_the_body_as_it_was_sent_and_may_end_it) {
+    TestServer server;
+    TestReply reply = TestReply::page(gzippedZeros(100'000));
+    reply.headers = {"Content-Encoding: deflate"};
+    server.serve("/packed", reply);
+    server.serve("/endless", TestReply::shaped(TestReply::Shape::Endless, "x"));
+    HttpClient client(true);
+    auto asked = request(server.url("/packed"));
+    QByteArray taken;
+    qint64 announced = 0;
+    asked.sink = [&](QByteArrayView piece) {
+        taken += piece;
+        return true;
+    };
+    asked.announced = [&](qint64 bytes) { announced = bytes; };
+    const auto response = get(client, asked);
+    EXPECT_TRUE(response.ok());
+    EXPECT_TRUE(response.body.isEmpty());
+    EXPECT_EQ(taken, reply.body) << "a signature is of what was sent";
+    EXPECT_EQ(announced, reply.body.size());
+
+    asked.url = server.url("/none");
+    taken.clear();
+    EXPECT_EQ(get(client, asked).status, 404);
+    EXPECT_TRUE(taken.isEmpty()) << "a page that says why is no such body";
+    asked.url = server.url("/endless");
+    asked.maxBytes = 5000;
+    EXPECT_TRUE(get(client, asked).truncated);
+    EXPECT_EQ(taken.size(), 5000);
+    asked.sink = [](QByteArrayView) { return false; };
+    EXPECT_EQ(get(client, asked).outcome, Outcome::Failed);
+}
+
+TEST(HttpClient, asked_to_be_safe_it_takes_no_plain_http_but_of_this_machine) {
+    TestServer server;
+    server.serve("/a", TestReply::page("bonjour"));
+    server.serve("/away", TestReply::redirect("http://192.0.2.1/a"));
+    HttpClient client(true);
+    for (const auto &[url, outcome] :
+         {std::pair(server.url("/a"), Outcome::Answered),
+          std::pair(server.url("/a", QStringLiteral("localhost")), Outcome::Answered),
+          std::pair(server.url("/away"), Outcome::Refused),
+          std::pair(QUrl(QStringLiteral("http://example.invalid/a")), Outcome::Refused)}) {
+        auto asked = request(url);
+        asked.secureOnly = true;
+        asked.reach = Reach::Anywhere;
+        EXPECT_EQ(get(client, asked).outcome, outcome) << url.toString().toStdString();
+    }
+}
+
 TEST(HttpClient, gives_status_headers_and_body) {
     TestServer server;
     TestReply reply;

@@ -206,7 +206,7 @@ TEST_F(PreferencesTest, reads_and_changes_settings_by_key) {
     EXPECT_EQ(preferences.changeSetting(QStringLiteral("nope"), 7),
               QStringLiteral("Réglage inconnu : « nope »."));
     EXPECT_EQ(preferences.setting(QStringLiteral("job")), QJsonValue(QJsonValue::Null));
-    EXPECT_EQ(Preferences::settingKeys().size(), 35);
+    EXPECT_EQ(Preferences::settingKeys().size(), 39);
 }
 
 } // namespace

@@ -3,41 +3,23 @@
 #include "app/labels/AgentLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
+#include "base/Json.h"
+#include "platform/Pasteboard.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace vorle {
 
-namespace {
-
-QString readyText(AgentKind kind) {
-    return kind == AgentKind::Claude ? AgentStates::tr("Je fouillerai avec ton abonnement Claude.")
-                                     : AgentStates::tr("Je fouillerai avec ton compte ChatGPT.");
-}
-
-/// What to do so that it can work; both ways lead through its own command.
-QString helpText(AgentKind kind, AgentReadiness readiness) {
-    if (readiness == AgentReadiness::SignedOut) {
-        return AgentStates::tr(
-                   "Ouvre un terminal, lance «\u202F%1\u202F» et connecte-toi, puis reviens\u00A0: "
-                   "je le vois tout de suite.")
-            .arg(json::rawText(kind));
-    }
-    return (kind == AgentKind::Claude ? AgentStates::tr("Avec un abonnement Claude, Pro ou plus.")
-                                      : AgentStates::tr("Avec un compte ChatGPT, même gratuit.")) +
-           u' ' + AgentStates::tr("Installe %1, puis reviens.").arg(displayName(kind));
-}
-
-} // namespace
-
-AgentStates::AgentStates(const AgentLocator &agents, Preferences &preferences, QObject *parent)
-    : QObject(parent), m_agents(agents), m_states(look()) {
-    connect(&preferences, &Preferences::changed, this, [this](const QString &key) {
+AgentStates::AgentStates(const Parts &parts, QObject *parent)
+    : QObject(parent), m_parts(parts), m_work(parts.setup, parts.links), m_states(look()) {
+    connect(&m_parts.preferences, &Preferences::changed, this, [this](const QString &key) {
         if (Preferences::isKeyOf(key, &Settings::agent)) {
             refresh();
         }
     });
+    connect(&m_work, &AgentSetupWork::changed, this, &AgentStates::refresh);
+    connect(&m_work, &AgentSetupWork::succeeded, this, &AgentStates::setUp);
 }
 
 QVariantList AgentStates::rows() const { return variants(m_states); }
@@ -55,19 +37,72 @@ void AgentStates::refresh() {
     }
 }
 
+void AgentStates::act(const QString &kind) {
+    const auto agent = json::fromRaw<AgentKind>(kind);
+    if (!agent || !m_parts.settable) {
+        return;
+    }
+    if (m_work.moment(*agent).doing != SetupMoment::Doing::Nothing) {
+        m_work.stop(*agent);
+    } else {
+        m_work.begin(*agent);
+    }
+    refresh(); // it may be ready by now
+}
+
+void AgentStates::copyPage(const QString &kind) {
+    if (const auto agent = json::fromRaw<AgentKind>(kind)) {
+        m_parts.pasteboard.replace(m_work.moment(*agent).page);
+    }
+}
+
+AgentState AgentStates::looked(AgentKind kind) const {
+    using Doing = SetupMoment::Doing;
+    const SetupMoment &moment = m_work.moment(kind);
+    const AgentReadiness readiness = m_parts.agents.readiness(kind);
+    AgentState state{.kind = json::rawText(kind),
+                     .name = displayName(kind),
+                     .state = readinessLabel(readiness),
+                     .page = moment.page,
+                     .working = moment.doing != Doing::Nothing,
+                     .installing = moment.doing == Doing::Installing,
+                     .percent = moment.percent};
+    if (state.installing) {
+        state.text = installingText(moment.percent);
+        state.note = installingNote();
+    } else if (state.working) {
+        state.text =
+            state.page.isEmpty()
+                ? signInPageText()
+                : tr("Je n’ai pas pu ouvrir ton navigateur\u00A0: ouvre toi-même la page de "
+                     "connexion, puis valide.");
+    } else if (readiness == AgentReadiness::Ready) {
+        state.text = agentReadyText(kind);
+        state.note = quotaText();
+        state.ready = true;
+    } else {
+        const bool missing = readiness == AgentReadiness::Missing;
+        state.text = missing ? installOfferText(kind) : signInConsentText(kind);
+        state.action = missing ? tr("Installer") : tr("Me connecter");
+        state.problem = moment.problem;
+        if (!moment.detail.isEmpty()) {
+            state.problem += u'\n' + moment.detail;
+        }
+    }
+    state.action = !m_parts.settable ? QString() : state.working ? tr("Arrêter") : state.action;
+    for (QString *words : {&state.text, &state.note, &state.problem}) {
+        *words = shownWords(*words);
+    }
+    return state;
+}
+
 QList<AgentState> AgentStates::look() const {
-    const AgentKind chosen = m_agents.choose();
+    const AgentKind chosen = m_parts.agents.choose();
     QList<AgentState> states;
     for (const AgentKind kind : {AgentKind::Claude, AgentKind::Codex}) {
-        const AgentReadiness readiness = m_agents.readiness(kind);
-        const bool ready = readiness == AgentReadiness::Ready;
-        states +=
-            AgentState{.kind = json::rawText(kind),
-                       .name = displayName(kind),
-                       .state = readinessLabel(readiness),
-                       .text = shownWords(ready ? readyText(kind) : helpText(kind, readiness)),
-                       .ready = ready,
-                       .chosen = kind == chosen};
+        AgentState state = looked(kind);
+        state.chosen = kind == chosen;
+        states += state;
     }
     return states;
 }

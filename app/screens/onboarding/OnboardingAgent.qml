@@ -10,7 +10,7 @@ OnboardingStep {
     // The one that is used.
     function takeFocus() {
         for (let i = 0; i < rows.count; ++i) {
-            const row = rows.itemAt(i) as AgentRow;
+            const row = rows.itemAt(i) as AgentSetupTile;
             if (row.agent.chosen) {
                 row.forceActiveFocus(Qt.TabFocusReason);
             }
@@ -21,18 +21,14 @@ OnboardingStep {
         id: rows
         model: step.shell.agentStates.rows.length // made once: the keyboard stays on one
 
-        AgentRow {
+        AgentSetupTile {
             required property int index
             width: step.width
             agent: step.shell.agentStates.rows[index]
             onPicked: step.shell.settings.agent = agent.kind
+            onActed: step.shell.agentStates.act(agent.kind)
+            onPageWanted: step.shell.agentStates.copyPage(agent.kind)
         }
-    }
-    Label {
-        width: parent.width
-        text: qsTr("Chaque fouille compte dans ton quota, comme une conversation. Par défaut, une par semaine, le lundi.")
-        color: Theme.inkFaint
-        font.pixelSize: Theme.textNote
     }
     Item {
         width: 1

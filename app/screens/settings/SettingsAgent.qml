@@ -31,19 +31,14 @@ SettingsPage {
             Repeater {
                 model: page.shell.agentStates.rows.length // made once: the keyboard stays on one
 
-                AgentRow {
+                AgentSetupTile {
                     required property int index
                     width: agents.width
                     agent: page.shell.agentStates.rows[index]
                     onPicked: page.settings.agent = agent.kind
+                    onActed: page.shell.agentStates.act(agent.kind)
+                    onPageWanted: page.shell.agentStates.copyPage(agent.kind)
                 }
-            }
-            Label {
-                width: parent.width
-                visible: page.shell.agentStates.ready
-                text: qsTr("Chaque fouille compte dans ton quota, comme une conversation. Par défaut, une par semaine, le lundi.")
-                color: Theme.inkSoft
-                font.pixelSize: Theme.textNote
             }
         }
     }

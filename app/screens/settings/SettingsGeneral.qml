@@ -8,6 +8,7 @@ SettingsPage {
 
     required property Shell shell
     readonly property SettingsModel settings: shell.settings
+    readonly property UpdateModel updates: shell.screens.updates
     readonly property var scales: [90, 100, 115, 130]
 
     function indexOf(word: string, words: list<string>): int {
@@ -20,6 +21,7 @@ SettingsPage {
     }
 
     signal feedbackAsked
+    signal updateAsked
 
     name: qsTr("Général")
 
@@ -87,6 +89,41 @@ SettingsPage {
             upDown: false
             chosen: page.indexOf(page.settings.terminal, page.shell.terminals)
             onPicked: index => page.settings.terminal = page.shell.terminals[index]
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "update"
+        present: !page.shell.demo
+        help: page.updates.obstacle.length > 0 ? page.updates.obstacle : page.updates.versionText
+
+        ActionButton {
+            visible: page.updates.obstacle.length === 0
+            text: qsTr("Rechercher")
+            Accessible.name: page.pages.title("update")
+            onClicked: page.updateAsked()
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "updateChecks"
+        present: !page.shell.demo && page.updates.obstacle.length === 0
+
+        Switch {
+            name: page.pages.title("updateChecks")
+            on: page.updates.checksByItself
+            onToggled: on => page.updates.checksByItself = on
+        }
+    }
+    SettingRow {
+        pages: page.pages
+        key: "updateInstalls"
+        present: !page.shell.demo && page.updates.obstacle.length === 0 && page.updates.checksByItself
+
+        Switch {
+            name: page.pages.title("updateInstalls")
+            on: page.updates.installsByItself
+            onToggled: on => page.updates.installsByItself = on
         }
     }
     SettingRow {

@@ -18,6 +18,7 @@ Panel {
     signal reportAsked
     signal benchAsked
     signal feedbackAsked
+    signal updateAsked
     signal onboardingAsked
     signal calibrationAsked
 
@@ -188,6 +189,7 @@ Panel {
 
             SettingsGeneral {
                 onFeedbackAsked: panel.feedbackAsked()
+                onUpdateAsked: panel.updateAsked()
                 shell: panel.shell
                 headed: panel.headed
                 pages: panel.pages

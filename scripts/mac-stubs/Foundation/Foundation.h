@@ -67,6 +67,7 @@ __attribute__((objc_root_class))
 + (instancetype)new;
 + (Class)class;
 - (instancetype)init;
+- (id)copy;
 @end
 
 @interface NSString : NSObject <NSCopying>

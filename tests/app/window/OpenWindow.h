@@ -16,6 +16,7 @@
 #include "platform/fakes/FakeNotifications.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
+#include "platform/fakes/FakeUpdateEngine.h"
 #include "platform/qt/QtKeyWatch.h"
 #include "tests/core/Samples.h"
 #include "tests/support/AppInProcess.h"
@@ -67,7 +68,7 @@ protected:
         m_hotKey = std::make_unique<HotKey>(m_app->preferences(), m_globalHotKey);
         Shell::Parts parts =
             shellParts(*m_app, {m_links, m_pasteboard, *m_launcher, m_files, m_reveal, *m_notifier,
-                                m_login, *m_hotKey, m_keys, m_mail, m_front});
+                                m_login, *m_hotKey, m_keys, m_mail, m_updater, m_front});
         parts.terminals = m_terminals.names();
         m_shell = std::make_unique<Shell>(parts);
         m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
@@ -180,6 +181,10 @@ protected:
     std::unique_ptr<HotKey> m_hotKey;
     QtKeyWatch m_keys;
     FakeMailComposer m_mail;
+    FakeUpdateEngine m_updates;
+    Updater m_updater{{.engine = m_updates,
+                       .version = QStringLiteral("1.4.2"),
+                       .countdown = std::chrono::hours(1)}};
     std::unique_ptr<ClaudeLauncher> m_launcher;
     std::unique_ptr<Notifier> m_notifier;
     std::unique_ptr<Shell> m_shell;

@@ -103,6 +103,8 @@ TEST_F(SettingsPanelTest, every_page_is_worked_by_keys_alone_and_each_change_is_
     press(Qt::Key_Return);
     EXPECT_EQ(here(), QStringLiteral("Claude Code, déconnecté"));
     press(Qt::Key_Tab);
+    EXPECT_EQ(here(), QStringLiteral("Me connecter, Claude Code"));
+    press(Qt::Key_Tab);
     press(Qt::Key_Space);
     EXPECT_EQ(settings().agent, QStringLiteral("codex"));
     press(Qt::Key_Down);

@@ -1,0 +1,54 @@
+#include "agents/setup/AgentSetup.h"
+#include "app/cli/AgentArgument.h"
+#include "app/cli/Handlers.h"
+#include "app/labels/AgentLabels.h"
+#include "base/French.h"
+#include "base/SystemErrorText.h"
+
+namespace vorle::cli {
+
+namespace {
+
+/// @throws Failure (French), Cancelled
+Task<> install(Context &context, const AgentSetup &setup, AgentKind kind) {
+    const auto tell = [&console = context.console, kind](const DownloadProgress &progress) {
+        const int percent = installPercent(progress);
+        console.progress(French::tr("Installation de %1").arg(displayName(kind)),
+                         std::max(percent, 0), 100,
+                         percent < 0 ? QString() : French::tr("%1\u202F%").arg(percent));
+    };
+    tell({});
+    QString problem;
+    try {
+        co_await setup.install(kind, tell, context.cancel);
+    } catch (const SetupError &error) {
+        problem = installFailureText(error, kind);
+    } catch (const std::system_error &error) {
+        problem = installFailureText() + u'\n' + systemRefusalText(error);
+    }
+    context.console.endProgress();
+    if (!problem.isEmpty()) {
+        throw Failure(problem);
+    }
+}
+
+} // namespace
+
+Task<ExitStatus> installer(Context &context, OnDemand<AgentSetup> setup) {
+    const AgentLocator &agents = setup->agents();
+    const AgentKind kind = agentMeant(context, agents);
+    co_await install(context, *setup, kind);
+    const AgentShown shown = shownAgent(agents, kind);
+    if (context.arguments.json()) {
+        context.console.print(json::encode(shown, json::Style::Pretty));
+    } else {
+        context.console.print(French::tr("%1 est installé : %2")
+                                  .arg(displayName(kind), shown.path.value_or(QString())));
+    }
+    if (shown.state == AgentReadiness::SignedOut) {
+        context.console.say(French::tr("Pour te connecter : vorle connecter %1").arg(shown.name));
+    }
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli

@@ -1,0 +1,136 @@
+#include "app/cli/CommandForwarding.h"
+#include "app/cli/Handlers.h"
+#include "base/French.h"
+#include "base/HttpClient.h"
+#include "storage/FileLock.h"
+#include "storage/StoreLock.h"
+#include "update/AppcastEngine.h"
+#include "update/ReleaseFetch.h"
+#include "update/UpdateError.h"
+#include "update/Updater.h"
+
+#include <QCoreApplication>
+
+#include <system_error>
+
+namespace vorle::cli {
+
+namespace {
+
+struct UpdateShown {
+    QString version;
+    std::optional<QString> found;
+    bool ready = false; ///< it lies here, and takes the program's place when that ends
+    bool installed = false;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("version", &UpdateShown::version),
+                          json::field("found", &UpdateShown::found),
+                          json::field("ready", &UpdateShown::ready),
+                          json::field("installed", &UpdateShown::installed));
+    }
+};
+
+[[noreturn]] void fail(const QString &title, const QString &text, const QString &reason) {
+    noteUpdate(QStringLiteral("failed: ") + reason);
+    throw Failure(title + QStringLiteral(". ") + text);
+}
+
+Task<std::optional<Release>> find(Context &context, HttpClient &http, UpdateDoor door) {
+    QString reason;
+    try {
+        co_return co_await findRelease(http, door.config, QCoreApplication::applicationVersion(),
+                                       context.cancel);
+    } catch (const UpdateError &error) {
+        reason = error.text();
+    }
+    fail(updatetext::checkFailedTitle(), updatetext::checkFailedText(), reason);
+}
+
+Task<> fetch(Context &context, HttpClient &http, UpdateDoor door, Installation installation,
+             Release release) {
+    constexpr int whole = 100;
+    const auto got = std::make_shared<qint64>(0);
+    FetchProgress progress;
+    progress.received = [&context, got, bytes = release.bytes](qint64 more) {
+        *got += more;
+        context.console.progress(French::tr("Téléchargement…"),
+                                 static_cast<int>(*got * whole / bytes), whole, {});
+    };
+    QString reason;
+    try {
+        co_await fetchRelease(http, door.config, installation, release, progress, context.cancel);
+        context.console.endProgress();
+        co_return;
+    } catch (const UpdateError &error) {
+        reason = error.text();
+    } catch (const std::system_error &error) {
+        reason = QString::fromLocal8Bit(error.what());
+    }
+    context.console.endProgress();
+    fail(updatetext::installFailedTitle(), updatetext::installFailedText(), reason);
+}
+
+/// Puts what is ready in the place of the version in use, unless an app still runs on that one.
+bool activate(const UpdateDoor &door, const Installation &installation) {
+    FileLock lock(installation.lockFile());
+    return door.appLock->tryLock() && lock.tryLock() && installation.activate();
+}
+
+void tell(Context &context, const UpdateShown &shown) {
+    if (context.arguments.json()) {
+        context.console.print(json::encode(shown, json::Style::Pretty));
+    } else if (shown.installed) {
+        context.console.print(French::tr("vorle %1 est installée.").arg(*shown.found));
+    } else if (shown.ready) {
+        context.console.print(updatetext::readyTitle() + u' ' + updatetext::readyForTheEnd());
+    } else if (shown.found) {
+        context.console.print(
+            French::tr("vorle %1 est là. Pour l’installer : vorle mise-a-jour --installer")
+                .arg(*shown.found));
+    } else {
+        context.console.print(updatetext::upToDate(shown.version));
+    }
+}
+
+} // namespace
+
+Task<ExitStatus> miseAJour(Context &context, UpdateDoor door) {
+    const bool installs = context.arguments.flags.contains(QStringLiteral("installer"));
+    if (installs && context.host == Host::OwnProcess) {
+        if (const auto status = co_await forwardCommand(context, door.topicsFile())) {
+            co_return *status;
+        }
+    }
+    if (const auto obstacle = updateObstacle(door.config, door.program)) {
+        throw Failure(*obstacle);
+    }
+    if (co_await isPackaged(door.program, context.cancel)) {
+        throw Failure(French::tr("C’est ton système qui met vorle à jour, avec ses autres "
+                                 "logiciels."));
+    }
+    const Installation installation = *Installation::of(door.program);
+    HttpClient http(door.config.loopback);
+    UpdateShown shown{.version = QCoreApplication::applicationVersion(),
+                      .found = installation.ready()};
+    if (!shown.found) {
+        const auto release = co_await find(context, http, door);
+        if (release) {
+            shown.found = release->version;
+        }
+        if (release && installs) {
+            co_await fetch(context, http, door, installation, *release);
+        }
+    }
+    shown.ready = installation.ready().has_value();
+    if (shown.ready && installs && context.host == Host::OwnProcess) {
+        shown.installed = activate(door, installation);
+    }
+    tell(context, shown);
+    if (shown.ready && installs && context.relaunch) {
+        context.relaunch();
+    }
+    co_return ExitStatus::Done;
+}
+
+} // namespace vorle::cli

@@ -1,0 +1,103 @@
+#include "app/models/settings/AgentSetupWork.h"
+
+#include "agents/AgentError.h"
+#include "app/labels/AgentLabels.h"
+#include "base/SystemErrorText.h"
+#include "platform/LinkOpener.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace vorle {
+
+AgentSetupWork::AgentSetupWork(const AgentSetup &setup, LinkOpener &links, QObject *parent)
+    : QObject(parent), m_setup(setup), m_links(links) {}
+
+AgentSetupWork::~AgentSetupWork() = default;
+
+void AgentSetupWork::set(AgentKind kind, const SetupMoment &moment) {
+    if (state(kind).moment != moment) {
+        state(kind).moment = moment;
+        Q_EMIT changed();
+    }
+}
+
+void AgentSetupWork::begin(AgentKind kind) {
+    const AgentReadiness readiness = m_setup.agents().readiness(kind);
+    if (state(kind).cancel || readiness == AgentReadiness::Ready) {
+        return;
+    }
+    using Doing = SetupMoment::Doing;
+    const bool missing = readiness == AgentReadiness::Missing;
+    const CancelToken token = state(kind).cancel.emplace().token();
+    set(kind, {.doing = missing ? Doing::Installing : Doing::SigningIn});
+    m_work.add(see(kind, missing ? install(kind, token) : signIn(kind, token)));
+}
+
+void AgentSetupWork::stop(AgentKind kind) {
+    if (state(kind).cancel) {
+        // A callback of the token may end the work, and with it the source.
+        CancelSource source = *state(kind).cancel;
+        source.cancel();
+    }
+}
+
+Task<> AgentSetupWork::stopped() {
+    stop(AgentKind::Claude);
+    stop(AgentKind::Codex);
+    co_await m_work.join();
+}
+
+/// Awaits the work, and tells how it ended.
+Task<> AgentSetupWork::see(AgentKind kind, Task<> work) {
+    const bool installing = moment(kind).doing == SetupMoment::Doing::Installing;
+    SetupMoment after;
+    bool done = false;
+    try {
+        co_await work;
+        done = true;
+    } catch (const Cancelled &) {
+        // The person asked for it, and sees it.
+    } catch (const SetupError &error) {
+        after.problem = installFailureText(error, kind);
+    } catch (const std::system_error &error) {
+        after.problem = installing ? installFailureText() : signInFailureText();
+        after.detail = systemRefusalText(error);
+    } catch (const AgentError &error) {
+        after.problem = error.text();
+    }
+    state(kind).cancel.reset();
+    set(kind, after);
+    if (done) {
+        Q_EMIT succeeded();
+    }
+}
+
+Task<> AgentSetupWork::install(AgentKind kind, CancelToken cancel) {
+    co_await m_setup.install(
+        kind, [this, kind](const DownloadProgress &progress) { tell(kind, progress); }, cancel);
+}
+
+Task<> AgentSetupWork::signIn(AgentKind kind, CancelToken cancel) {
+    const bool signedIn = co_await m_setup.signIn(
+        kind, [this, kind](const WebLink &page) { show(kind, page); }, cancel);
+    if (!signedIn) {
+        throw AgentError::message(signInFailureText());
+    }
+}
+
+void AgentSetupWork::tell(AgentKind kind, const DownloadProgress &progress) {
+    SetupMoment now = moment(kind);
+    now.percent = installPercent(progress);
+    set(kind, now);
+}
+
+void AgentSetupWork::show(AgentKind kind, const WebLink &page) {
+    if (!m_links.open(page)) {
+        SetupMoment now = moment(kind);
+        now.page = page.text();
+        set(kind, now);
+    }
+}
+
+} // namespace vorle

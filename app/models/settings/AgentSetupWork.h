@@ -1,0 +1,73 @@
+#pragma once
+
+#include "agents/setup/AgentSetup.h"
+
+#include <QObject>
+#include <QString>
+
+#include <array>
+#include <optional>
+
+namespace vorle {
+
+class LinkOpener;
+
+/// What goes on in setting an agent up, or how that ended last.
+struct SetupMoment {
+    enum class Doing { Nothing, Installing, SigningIn };
+    Doing doing = Doing::Nothing;
+    int percent = -1;     ///< of an installation, where that can be told
+    QString problem = {}; ///< why the last try came to nothing, a sentence
+    QString detail = {};  ///< what the system said of it, a sentence
+    /// The page to confirm on, where no browser took it.
+    QString page = {};
+
+    bool operator==(const SetupMoment &) const = default;
+};
+
+/// Sets agents up for the screens: one thing at a time for each, which goes on whatever is shown.
+/// Main thread; what it is given outlives it.
+class AgentSetupWork final : public QObject {
+    Q_OBJECT
+public:
+    AgentSetupWork(const AgentSetup &setup, LinkOpener &links, QObject *parent = nullptr);
+    ~AgentSetupWork() override;
+
+    const SetupMoment &moment(AgentKind kind) const { return state(kind).moment; }
+
+    /// Installs the agent where it is missing, and has the user sign in where they are not. Nothing
+    /// while it is at work on that one.
+    void begin(AgentKind kind);
+    /// Ends what is under way; nothing is told of it.
+    void stop(AgentKind kind);
+    /// Stops all, and waits for its end.
+    Task<> stopped();
+
+Q_SIGNALS:
+    void changed();
+    /// An agent was installed, or signed in to.
+    void succeeded();
+
+private:
+    struct State {
+        SetupMoment moment;
+        std::optional<CancelSource> cancel;
+    };
+    static constexpr std::size_t kinds = 2;
+
+    State &state(AgentKind kind) { return m_states.at(static_cast<std::size_t>(kind)); }
+    const State &state(AgentKind kind) const { return m_states.at(static_cast<std::size_t>(kind)); }
+    void set(AgentKind kind, const SetupMoment &moment);
+    Task<> install(AgentKind kind, CancelToken cancel);
+    Task<> signIn(AgentKind kind, CancelToken cancel);
+    Task<> see(AgentKind kind, Task<> work);
+    void tell(AgentKind kind, const DownloadProgress &progress);
+    void show(AgentKind kind, const WebLink &page);
+
+    const AgentSetup &m_setup;
+    LinkOpener &m_links;
+    std::array<State, kinds> m_states;
+    TaskGroup m_work; // joined before this goes
+};
+
+} // namespace vorle

@@ -1,0 +1,117 @@
+// Agents that are installed and signed in to from a terminal, by an npm that plays its part.
+
+#include "tests/support/Program.h"
+#include "tests/support/Wait.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+
+#include <gmock/gmock.h>
+
+#include <signal.h>
+
+namespace vorle {
+namespace {
+
+using test::Program;
+using testing::HasSubstr;
+using testing::Not;
+
+/// vorle where no agent is, and an npm that brings a Codex which signs in by itself.
+class AgentSetupCommands : public testing::Test {
+protected:
+    AgentSetupCommands() {
+        QDir(vorle.path("home")).removeRecursively();
+        QDir().mkpath(vorle.path("home"));
+        vorle.environment.insert(QStringLiteral("PATH"),
+                                 vorle.path("tools") + QStringLiteral(":/usr/bin:/bin"));
+        vorle.environment.remove(QStringLiteral("DISPLAY"));
+        vorle.environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    }
+    void SetUp() override {
+#if defined(Q_OS_MACOS)
+        GTEST_SKIP() << "agents are downloaded there";
+#endif
+    }
+    void npm(const QByteArray &shell) {
+        test::writeProgram(vorle.path("tools/npm"),
+                           "[ \"$1\" = install ] || exit 0\npwd > \"$HOME/where\"\n" + shell);
+    }
+    /// Whether the folder in which that npm works is there.
+    bool working() const {
+        const QString folder = QString::fromUtf8(vorle.read("home/where").trimmed());
+        EXPECT_TRUE(folder.contains(u"/vorle-install-"));
+        return QFileInfo::exists(folder);
+    }
+
+    Program vorle;
+};
+
+TEST_F(AgentSetupCommands, installs_then_signs_in_and_every_failure_says_why) {
+    npm("echo broken >&2; exit 1");
+    Program::Outcome failed = vorle.run("installer codex");
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.err, HasSubstr("L’installation n’a pas abouti"));
+    EXPECT_THAT(failed.err, HasSubstr("vorle: installing Codex: npm install failed"));
+    failed = vorle.run("connecter codex");
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.err, HasSubstr("vorle installer codex"));
+    EXPECT_EQ(vorle.run("installer gemini").status, 2);
+
+    npm("mkdir -p \"$4/bin\"; cat > \"$4/bin/codex\" <<'end'\n#!/bin/sh\n"
+        "[ \"$1\" = --version ] && exit\n"
+        "echo 'Go to https://auth.example.com/x' >&2\n"
+        "[ -e \"$HOME/no\" ] || echo '{\"tokens\": {}}' > \"$CODEX_HOME/auth.json\"\nend\n"
+        "chmod 755 \"$4/bin/codex\"");
+    const Program::Outcome installed = vorle.run("installer codex");
+    EXPECT_EQ(installed.status, 0) << installed.err;
+    EXPECT_THAT(installed.out, HasSubstr("/.npm-global/bin/codex"));
+    EXPECT_THAT(installed.err, HasSubstr("vorle connecter codex"));
+    const QJsonArray agents =
+        vorle.run("agents --json").object()[QStringLiteral("agents")].toArray();
+    EXPECT_EQ(agents[1][QStringLiteral("state")].toString(), QStringLiteral("signed out"));
+
+    vorle.write("home/no", {});
+    failed = vorle.run("connecter codex");
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.err, HasSubstr("Connexion pas aboutie"));
+    QFile::remove(vorle.path("home/no"));
+    const Program::Outcome signedIn = vorle.run("connecter codex");
+    EXPECT_EQ(signedIn.status, 0) << signedIn.err;
+    EXPECT_THAT(signedIn.err, HasSubstr("https://auth.example.com/x"));
+    EXPECT_THAT(signedIn.out, HasSubstr("Je fouillerai avec ton compte ChatGPT."));
+    const Program::Outcome again = vorle.run("connecter --json");
+    EXPECT_EQ(again.object()[QStringLiteral("state")].toString(), QStringLiteral("ready"));
+    EXPECT_THAT(again.err, Not(HasSubstr("signing in")));
+    EXPECT_FALSE(working());
+}
+
+TEST_F(AgentSetupCommands, a_kill_leaves_a_folder_that_the_next_start_takes_away) {
+    npm("echo $$ > \"$HOME/npm\"; sleep 600");
+    QProcess &process = vorle.start("installer codex");
+    test::spinUntil([this] { return !vorle.read("home/npm").trimmed().isEmpty(); });
+    EXPECT_TRUE(working());
+    EXPECT_EQ(vorle.run("agents").status, 0); // another that starts meanwhile
+    EXPECT_TRUE(working()) << "it is in use";
+    process.kill();
+    Program::end(process);
+    const auto npmProcess = pid_t(vorle.read("home/npm").trimmed().toLongLong());
+    test::spinUntil([&] { return ::kill(npmProcess, 0) != 0; });
+    EXPECT_EQ(vorle.run("agents").status, 0);
+    EXPECT_FALSE(working());
+
+    QProcess &stopped = vorle.start("installer codex");
+    test::spinUntil([&] {
+        const auto now = pid_t(vorle.read("home/npm").trimmed().toLongLong());
+        return now > 0 && now != npmProcess;
+    });
+    stopped.terminate();
+    const Program::Outcome end = Program::end(stopped);
+    EXPECT_EQ(end.status, 1);
+    EXPECT_THAT(end.err, HasSubstr("Arrêté."));
+    EXPECT_FALSE(working());
+}
+
+} // namespace
+} // namespace vorle

@@ -1,0 +1,171 @@
+// The folder of a program that updates itself, and the launcher that starts what is in it.
+
+#include "update/Installation.h"
+
+#include "tests/support/Files.h"
+#include "tests/update/ReleaseMaker.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace vorle {
+namespace {
+
+using test::layInstallation;
+
+class InstallationTest : public testing::Test {
+protected:
+    static constexpr const char *says = "echo $VERSION \"$@\"";
+
+    QString path(const char *name) const { return root.filePath(QString::fromUtf8(name)); }
+    QString programOf(const char *version) const {
+        return path("app/versions/") + QString::fromUtf8(version) + QStringLiteral("/bin/vorle");
+    }
+    Installation installation(const char *version = "1.4.0") const {
+        return *Installation::of(programOf(version));
+    }
+    void lay(const char *shell = says) { layInstallation(path("app"), "1.4.0", shell); }
+    /// Makes that version ready, as an update leaves it.
+    void makeReady(const char *version, const char *shell, const char *inUse = "1.4.0") {
+        test::writeProgram(path("tree/bin/vorle"), QByteArray("VERSION=") + version + '\n' + shell);
+        installation(inUse).makeReady(path("tree"), QString::fromUtf8(version));
+    }
+    struct Ran {
+        QByteArray out;
+        int status;
+    };
+    /// What the launcher runs.
+    Ran start(const QStringList &words = {}) const {
+        QProcess process;
+        process.start(path("app/vorle"), words);
+        process.waitForFinished();
+        return {process.readAllStandardOutput().trimmed(),
+                process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1};
+    }
+    QString current() const { return QFileInfo(path("app/current")).symLinkTarget(); }
+
+    QTemporaryDir root;
+};
+
+TEST_F(InstallationTest, is_found_where_it_lies_and_left_alone_elsewhere) {
+    lay();
+    EXPECT_EQ(installation().version(), QStringLiteral("1.4.0"));
+    EXPECT_EQ(installation().folder(), QFileInfo(path("app")).canonicalFilePath());
+    // By the links that people and desktops start it by.
+    ASSERT_TRUE(QFile::link(path("app"), path("link")));
+    EXPECT_EQ(Installation::keeperOf(path("link/current/bin/vorle")), UpdateKeeper::Itself);
+
+    test::writeProgram(path("build/bin/vorle"), says);
+    EXPECT_EQ(Installation::keeperOf(path("build/bin/vorle")), UpdateKeeper::Nobody);
+    EXPECT_EQ(Installation::keeperOf(QStringLiteral("/usr/bin/env")), UpdateKeeper::Packages);
+    EXPECT_EQ(Installation::keeperOf(QString()), UpdateKeeper::Nobody);
+    QFile::remove(path("app/current"));
+    EXPECT_FALSE(Installation::of(programOf("1.4.0"))) << "a copy of the folder's inside";
+}
+
+TEST_F(InstallationTest, a_version_is_ready_then_on_trial_then_alone) {
+    lay();
+    EXPECT_EQ(start({QStringLiteral("mot"), QStringLiteral("deux mots")}).out,
+              "1.4.0 mot deux mots");
+    EXPECT_FALSE(installation().activate()) << "nothing is ready";
+    makeReady("1.5.0", says);
+    EXPECT_EQ(installation().ready(), QStringLiteral("1.5.0"));
+    EXPECT_EQ(start().out, "1.4.0") << "until the program ends";
+    EXPECT_TRUE(installation().activate());
+    EXPECT_EQ(start().out, "1.5.0");
+    installation().confirm(); // of the old one, which still runs
+    EXPECT_TRUE(QFileInfo(path("app/previous")).isSymLink());
+    installation("1.5.0").confirm();
+    EXPECT_FALSE(QFileInfo(path("app/previous")).isSymLink());
+    EXPECT_FALSE(QFileInfo::exists(path("app/starts")));
+    EXPECT_EQ(start().out, "1.5.0");
+
+    test::writeFile(path("app/.staging/archive"), "left over");
+    installation("1.5.0").sweep();
+    EXPECT_FALSE(QFileInfo::exists(path("app/.staging")));
+    EXPECT_EQ(QDir(path("app/versions")).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+              QStringList{QStringLiteral("1.5.0")});
+}
+
+TEST_F(InstallationTest, never_goes_to_an_older_or_to_the_same_version) {
+    lay();
+    makeReady("1.3.9", says);
+    EXPECT_FALSE(installation().ready());
+    EXPECT_FALSE(installation().activate());
+    EXPECT_EQ(start().out, "1.4.0");
+    EXPECT_ANY_THROW(makeReady("1.4.0", "echo other"));
+    EXPECT_EQ(start().out, "1.4.0");
+    // A link that leads elsewhere is none.
+    QFile::remove(path("app/next"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/bin"), path("app/next")));
+    EXPECT_FALSE(installation().activate());
+}
+
+TEST_F(InstallationTest, a_version_that_does_not_start_gives_way_to_the_one_before) {
+    for (const char *shell : {"exit 127", "kill -SEGV $$", "kill -ABRT $$"}) {
+        SCOPED_TRACE(shell);
+        QDir(path("app")).removeRecursively();
+        lay();
+        makeReady("1.5.0", shell);
+        ASSERT_TRUE(installation().activate());
+        EXPECT_EQ(start({QStringLiteral("sujets")}).out, "1.4.0 sujets") << "by the same words";
+        EXPECT_EQ(current(), path("app/versions/1.4.0"));
+        EXPECT_EQ(installation().refused(), QStringLiteral("1.5.0"));
+        EXPECT_EQ(start().out, "1.4.0");
+        // Mended, it may come again.
+        makeReady("1.5.0", says);
+        ASSERT_TRUE(installation().activate());
+        EXPECT_EQ(start().out, "1.5.0");
+        installation("1.5.0").confirm();
+        EXPECT_FALSE(installation("1.5.0").refused());
+    }
+    // A file that cannot be run at all.
+    makeReady("1.6.0", says, "1.5.0");
+    ASSERT_TRUE(installation("1.5.0").activate());
+    test::writeFile(programOf("1.6.0"), "#!/nowhere/sh\n");
+    EXPECT_EQ(start().out, "1.5.0");
+}
+
+TEST_F(InstallationTest, starts_that_never_say_that_they_work_are_counted) {
+    lay();
+    // It hangs, and whoever waits for it has it killed.
+    makeReady("1.5.0", "[ $# -gt 0 ] || kill -KILL $$; echo $VERSION");
+    ASSERT_TRUE(installation().activate());
+    for (int tries = 0; tries < 3; ++tries) {
+        EXPECT_EQ(start().status, -1);
+        EXPECT_EQ(start({QStringLiteral("--version")}).out, "1.5.0") << "a command tells nothing";
+    }
+    EXPECT_EQ(start().out, "1.4.0");
+
+    // One that ends in good order was not stuck, whatever it did: it opened another's window.
+    makeReady("1.6.0", says);
+    ASSERT_TRUE(installation().activate());
+    for (int tries = 0; tries < 6; ++tries) {
+        EXPECT_EQ(start().out, "1.6.0");
+    }
+}
+
+TEST_F(InstallationTest, the_launcher_hands_on_signals_and_ends_as_the_program_does) {
+    lay();
+    makeReady("1.5.0", "case $1 in code) exit 3;; *) echo up; read line;; esac");
+    ASSERT_TRUE(installation().activate());
+    EXPECT_EQ(start({QStringLiteral("code")}).status, 3);
+    QProcess process;
+    process.start(path("app/vorle"), {QStringLiteral("attends")});
+    ASSERT_TRUE(process.waitForReadyRead());
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
+    EXPECT_EQ(process.exitCode(), SIGTERM);
+    EXPECT_EQ(current(), path("app/versions/1.5.0")) << "who is told to end has not failed";
+}
+
+} // namespace
+} // namespace vorle

@@ -1,0 +1,124 @@
+// What scripts/release makes is what the program takes.
+
+#include "tests/update/ReleaseMaker.h"
+#include "update/Appcast.h"
+#include "update/ReleaseArchive.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+/// A tree with all that the script reads, and programs that are none.
+class ReleaseScriptTest : public testing::Test {
+protected:
+    ReleaseScriptTest() {
+        QDir().mkpath(path("tree/scripts"));
+        QDir().mkpath(path("tree/resources/linux"));
+        for (const char *name :
+             {"scripts/release", "resources/linux/install.sh", "THIRD-PARTY.md"}) {
+            QFile::copy(QStringLiteral(VORLE_SOURCE "/") + QString::fromUtf8(name),
+                        path("tree/") + QString::fromUtf8(name));
+        }
+        tell("1.5.0", "12 décembre 2026");
+        openssl({QStringLiteral("genpkey"), QStringLiteral("-algorithm"), QStringLiteral("ed25519"),
+                 QStringLiteral("-out"), path("key.pem")});
+        QFile::setPermissions(path("key.pem"), QFile::ReadOwner | QFile::WriteOwner);
+    }
+    QString path(const char *name) const { return root.filePath(QString::fromUtf8(name)); }
+    static QByteArray openssl(const QStringList &words) {
+        QProcess process;
+        process.start(QStringLiteral("openssl"), words);
+        process.waitForFinished();
+        return process.readAllStandardOutput();
+    }
+    void tell(const QByteArray &version, const QByteArray &date) {
+        test::writeFile(path("tree/CMakeLists.txt"), "project(vorle VERSION " + version + " )\n");
+        test::writeFile(path("tree/CHANGELOG.md"), "# Changelog\n\n## " + version + ", " + date +
+                                                       "\n\n- Ton programme se lit hors ligne.\n"
+                                                       "\n## 1.0.0, hier\n\n- Ancien.\n");
+        for (const char *name : {"vorle", "vorle-guard", "vorle-launcher", "vorle-demo-agent"}) {
+            test::writeProgram(path("programs/") + QString::fromUtf8(name),
+                               "echo vorle " + version);
+        }
+    }
+    bool release() {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("VORLE_RELEASE_KEY"), path("key.pem"));
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral("python3"),
+                      {path("tree/scripts/release"), QStringLiteral("--url"),
+                       QStringLiteral("https://example.org/vorle/"), QStringLiteral("--out"),
+                       path("out"), QStringLiteral("--programs"), path("programs")});
+        process.waitForFinished();
+        said = process.readAllStandardError();
+        return process.exitCode() == 0;
+    }
+
+    QTemporaryDir root;
+    QByteArray said;
+};
+
+TEST_F(ReleaseScriptTest, signs_and_lists_what_the_program_takes) {
+    ASSERT_TRUE(release()) << said.toStdString();
+    tell("1.6.0", "13 décembre 2026");
+    ASSERT_TRUE(release()) << said.toStdString();
+    const auto releases =
+        readAppcast(test::readFile(path("out/appcast.xml")),
+                    QUrl(QStringLiteral("https://example.org/vorle/appcast.xml")));
+    ASSERT_EQ(releases.size(), 2);
+    const auto newest = newestRelease(releases, Machine::ofThisProcess(), QStringLiteral("1.4.0"));
+    ASSERT_TRUE(newest) << "it suits the machine that it was made on";
+    EXPECT_EQ(newest->version, QStringLiteral("1.6.0"));
+    EXPECT_EQ(newest->notes, QStringLiteral("- Ton programme se lit hors ligne."));
+    const QString archive = path("out/") + newest->archive.fileName();
+    EXPECT_EQ(QFileInfo(archive).size(), newest->bytes);
+    const QByteArray key =
+        openssl({QStringLiteral("pkey"), QStringLiteral("-in"), path("key.pem"),
+                 QStringLiteral("-pubout"), QStringLiteral("-outform"), QStringLiteral("DER")})
+            .last(32);
+    EXPECT_TRUE(isSignedBy(key, newest->signature, archive));
+    unpackRelease(archive, path("tree2"));
+    EXPECT_EQ(test::readFile(path("tree2/version")), "1.6.0\n");
+    EXPECT_TRUE(QFileInfo(path("tree2/bin/vorle-guard")).isExecutable());
+
+    // And its own script installs it, once.
+    QProcess installing;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), path("home"));
+    installing.setProcessEnvironment(environment);
+    for (const int status : {0, 1}) {
+        installing.start(path("tree2/install"), QStringList());
+        installing.waitForFinished();
+        EXPECT_EQ(installing.exitCode(), status) << installing.readAllStandardError().toStdString();
+    }
+    EXPECT_EQ(QFileInfo(path("home/.local/bin/vorle")).symLinkTarget(),
+              path("home/.local/lib/vorle/vorle"));
+    EXPECT_EQ(
+        QFileInfo(path("home/.local/lib/vorle/current/bin/vorle")).canonicalFilePath(),
+        QFileInfo(path("home/.local/lib/vorle/versions/1.6.0/bin/vorle")).canonicalFilePath());
+}
+
+TEST_F(ReleaseScriptTest, refuses_what_should_not_be_released) {
+    tell("1.5.0", "unreleased");
+    EXPECT_FALSE(release());
+    tell("1.5.0", "12 décembre 2026");
+    test::writeProgram(path("programs/vorle"), "echo vorle 1.4.0");
+    EXPECT_FALSE(release()) << "another version than the tree's";
+    tell("1.5.0", "12 décembre 2026");
+    ASSERT_TRUE(release()) << said.toStdString();
+    EXPECT_FALSE(release()) << "released once already";
+    QFile::setPermissions(path("key.pem"), QFile::ReadOwner | QFile::ReadOther);
+    tell("1.6.0", "12 décembre 2026");
+    EXPECT_FALSE(release()) << "a key that others may read";
+}
+
+} // namespace
+} // namespace vorle

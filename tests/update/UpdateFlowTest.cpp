@@ -1,0 +1,151 @@
+// The program itself, installed as people have it, from one version to the next.
+
+#include "tests/core/Samples.h"
+#include "tests/support/Program.h"
+#include "tests/support/TestServer.h"
+#include "tests/support/Wait.h"
+#include "tests/update/ReleaseMaker.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace vorle {
+namespace {
+
+using test::ReleaseMaker;
+
+class UpdateFlowTest : public testing::Test {
+protected:
+    UpdateFlowTest() {
+        program.environment.insert(QStringLiteral("VORLE_UPDATE_FEED"),
+                                   server.link("/appcast.xml"));
+        program.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        program.environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
+    }
+
+    QString folder() const { return program.path("app"); }
+    static QString built(const char *version) {
+        return QStringLiteral(VORLE_BINARIES "/updates/vorle-") + QString::fromUtf8(version);
+    }
+    void install() {
+        QDir(folder()).removeRecursively();
+        const QString bin = folder() + QStringLiteral("/versions/0.1.0/bin");
+        ASSERT_TRUE(QDir().mkpath(bin));
+        ASSERT_TRUE(QFile::copy(built("0.1.0"), bin + QStringLiteral("/vorle")));
+        ASSERT_TRUE(QFile::copy(QStringLiteral(VORLE_BINARIES "/vorle-guard"),
+                                bin + QStringLiteral("/vorle-guard")));
+        ASSERT_TRUE(
+            QFile::link(QStringLiteral("versions/0.1.0"), folder() + QStringLiteral("/current")));
+        ASSERT_TRUE(QFile::copy(QStringLiteral(VORLE_BINARIES "/vorle-launcher"),
+                                folder() + QStringLiteral("/vorle")));
+    }
+    void publish(const QByteArray &archive) {
+        server.serve("/appcast.xml",
+                     test::TestReply::page(ReleaseMaker::feed(ReleaseMaker::item(
+                         "0.2.0", "vorle.tar.gz", archive.size(), maker.sign(archive)))));
+        server.serve("/vorle.tar.gz", test::TestReply::page(archive));
+    }
+    QProcess &start(const QStringList &words) {
+        QProcess &process = program.command(words);
+        process.setProgram(folder() + QStringLiteral("/vorle"));
+        process.start();
+        return process;
+    }
+    /// The server answers meanwhile.
+    test::Program::Outcome run(const QStringList &words) {
+        QProcess &process = start(words);
+        test::spinUntil([&] { return process.state() == QProcess::NotRunning; },
+                        std::chrono::seconds(60));
+        return test::Program::end(process);
+    }
+    /// Which version's app is open; "" while none answers.
+    QString openVersion() {
+        const auto told = run({QStringLiteral("diagnostic"), QStringLiteral("--json")}).object();
+        return told.value(u"surface").toString() == u"app" ? told.value(u"version").toString() : QString();
+    }
+
+    test::Program program;
+    test::TestServer server;
+    ReleaseMaker maker{ReleaseMaker::Key::OfTestPrograms};
+};
+
+TEST_F(UpdateFlowTest, one_version_finds_the_next_and_comes_back_as_it) {
+    install();
+    QList<test::ArchiveEntry> entries{
+        {"version", "0.2.0\n"},
+        {"bin/vorle", test::readFile(built("0.2.0")), true},
+        {"bin/vorle-guard", test::readFile(QStringLiteral(VORLE_BINARIES "/vorle-guard")), true}};
+    publish(ReleaseMaker::packed(entries));
+    entries.clear();
+    program.save({test::sampleTopic(QStringLiteral("Un sujet")),
+                  test::sampleTopic(QStringLiteral("Gardé"), TopicStatus::Program)});
+    const QByteArray topics = test::readFile(program.topicsFile());
+
+    EXPECT_EQ(run({QStringLiteral("mise-a-jour")}).out,
+              "vorle 0.2.0 est là. Pour l’installer : vorle mise-a-jour --installer\n");
+    QProcess &app = start({});
+    test::spinUntil([this] { return openVersion() == u"0.1.0"; });
+    const auto installed = run({QStringLiteral("mise-a-jour"), QStringLiteral("--installer")});
+    EXPECT_EQ(installed.status, 0) << installed.err;
+    test::spinUntil([this] { return openVersion() == u"0.2.0"; });
+    EXPECT_EQ(app.state(), QProcess::Running) << "it went on as the new one";
+    EXPECT_EQ(test::readFile(program.topicsFile()), topics);
+    test::spinUntil(
+        [this] { return !QFileInfo(folder() + QStringLiteral("/previous")).isSymLink(); });
+    EXPECT_EQ(run({QStringLiteral("mise-a-jour")}).out, "0.2.0 est la dernière version.\n");
+
+    ::kill(static_cast<pid_t>(app.processId()), SIGTERM);
+    test::spinUntil([&] { return app.state() == QProcess::NotRunning; });
+    EXPECT_EQ(app.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(app.exitCode(), 0);
+    EXPECT_EQ(run({QStringLiteral("--version")}).out, "vorle 0.2.0\n");
+    EXPECT_EQ(test::readFile(program.topicsFile()), topics);
+}
+
+TEST_F(UpdateFlowTest, killed_at_any_moment_one_of_the_two_starts) {
+    const int kills = qEnvironmentVariableIntValue("VORLE_UPDATE_KILLS") > 0
+                          ? qEnvironmentVariableIntValue("VORLE_UPDATE_KILLS")
+                          : 8;
+    publish(ReleaseMaker::packed(ReleaseMaker::entries("0.2.0") +
+                                 QList<test::ArchiveEntry>{{"big", QByteArray(400'000, 'x')}}));
+    const QStringList words{QStringLiteral("mise-a-jour"), QStringLiteral("--installer")};
+    install();
+    QElapsedTimer whole;
+    whole.start();
+    ASSERT_EQ(run(words).out, "vorle 0.2.0 est installée.\n");
+    const int usual = static_cast<int>(whole.elapsed());
+    install();
+    int old = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        QProcess &update = start(words);
+        const int moment = QRandomGenerator::global()->bounded(usual + 1);
+        SCOPED_TRACE("killed after " + std::to_string(moment) + " of " + std::to_string(usual));
+        QTimer::singleShot(moment, &update, &QProcess::kill);
+        test::spinUntil([&] { return update.state() == QProcess::NotRunning; });
+        const std::string starts = run({QStringLiteral("--version")}).out;
+        EXPECT_THAT(starts, testing::AnyOf("vorle 0.1.0\n", "vorle 0.2.0\n"));
+        if (starts == "vorle 0.1.0\n") { // goes on with what the last one left
+            ++old;
+        } else {
+            install();
+        }
+    }
+    RecordProperty("old", old);
+    // And what the kills left holds nothing up.
+    if (run({QStringLiteral("--version")}).out == "vorle 0.1.0\n") {
+        EXPECT_EQ(run(words).status, 0);
+    }
+    EXPECT_EQ(run({QStringLiteral("--version")}).out, "vorle 0.2.0\n");
+}
+
+} // namespace
+} // namespace vorle

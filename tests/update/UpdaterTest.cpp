@@ -1,0 +1,209 @@
+// What the person is shown of an update and may answer, whatever engine does the work.
+
+#include "update/Updater.h"
+
+#include "base/Log.h"
+#include "platform/fakes/FakeUpdateEngine.h"
+#include "tests/support/Text.h"
+#include "tests/support/Wait.h"
+
+#include <gtest/gtest.h>
+
+namespace vorle {
+namespace {
+
+using Choice = UpdateDriver::Choice;
+using Stage = Updater::Stage;
+
+class UpdaterTest : public testing::Test {
+protected:
+    UpdaterTest() {
+        QObject::connect(&updater, &Updater::told, &updater,
+                         [this](const QString &sentence) { told += sentence; });
+    }
+    UpdateDriver &driver() { return *engine.driver; }
+    UpdateDriver::Reply reply() {
+        return [this](Choice choice) { choices += choice; };
+    }
+    std::function<void()> counted(int &count) {
+        return [&count] { ++count; };
+    }
+    /// The last lines of the log that are about updates, without their prefix.
+    static QStringList logged(qsizetype count) {
+        QStringList lines;
+        for (const QString &line : recentLogLines()) {
+            if (line.startsWith(u"updates: ")) {
+                lines += line.sliced(9);
+            }
+        }
+        return lines.last(std::min(count, lines.size()));
+    }
+
+    FakeUpdateEngine engine;
+    bool busy = false;
+    Updater updater{{.engine = engine,
+                     .version = QStringLiteral("1.4.2"),
+                     .busy = [this] { return busy; },
+                     .countdown = std::chrono::milliseconds(1)}};
+    QList<Choice> choices;
+    QStringList told;
+};
+
+TEST_F(UpdaterTest, goes_from_a_check_to_a_relaunch_and_tells_each_step) {
+    int stopped = 0;
+    updater.check();
+    EXPECT_EQ(engine.checks, 1);
+    driver().showUserInitiatedCheck(counted(stopped));
+    EXPECT_EQ(updater.stage(), Stage::Checking);
+    driver().showFound({QStringLiteral("1.5.0"), QStringLiteral("Du neuf."), false}, reply());
+    EXPECT_EQ(updater.title(), QStringLiteral("vorle 1.5.0"));
+    EXPECT_TRUE(told.isEmpty()) << "it was asked for";
+    updater.install();
+    updater.install();
+    EXPECT_EQ(choices, QList<Choice>{Choice::Install}) << "a reply is given once";
+
+    driver().showDownloadInitiated(counted(stopped));
+    EXPECT_EQ(updater.title(), QStringLiteral("Téléchargement…"));
+    EXPECT_EQ(updater.text(), QStringLiteral("Tu peux continuer, je m’en occupe."));
+    EXPECT_LT(updater.progress(), 0);
+    driver().showExpectedBytes(400);
+    driver().showReceivedBytes(100);
+    EXPECT_DOUBLE_EQ(updater.progress(), 0.25);
+    driver().showReceivedBytes(900);
+    EXPECT_DOUBLE_EQ(updater.progress(), 1) << "more than was announced";
+    driver().showExtractionStarted();
+    driver().showExtractionProgress(0.5);
+    EXPECT_DOUBLE_EQ(updater.progress(), 0.5);
+    driver().showReady(reply());
+    EXPECT_EQ(updater.title(), QStringLiteral("Une nouvelle version est prête."));
+    EXPECT_EQ(updater.text(), QStringLiteral("Prête, vorle se relance en 3 secondes."));
+    driver().dismissed();
+    EXPECT_EQ(updater.stage(), Stage::Ready) << "what waits for the person stays";
+    test::spinUntil([this] { return choices.size() == 2; });
+    EXPECT_EQ(choices.last(), Choice::Install);
+    int ended = 0;
+    driver().showInstalling(false, counted(ended));
+    EXPECT_EQ(ended, 0) << "the engine has it end";
+    updater.relaunch(); // it did not
+    EXPECT_EQ(ended, 1);
+    EXPECT_EQ(stopped, 0);
+    EXPECT_EQ(logged(3), (QStringList{QStringLiteral("ready"), QStringLiteral("done"),
+                                      QStringLiteral("installing, the program is to end")}));
+}
+
+TEST_F(UpdaterTest, each_end_says_what_it_is_and_only_to_who_asked) {
+    int acknowledged = 0;
+    struct Case {
+        bool asked;
+        bool installing;
+        bool error;
+        Stage stage;
+        const char *title;
+        const char *text;
+    };
+    for (const Case &each : {
+             Case{true, false, false, Stage::UpToDate, "1.4.2 est la dernière version.", ""},
+             Case{false, false, false, Stage::Idle, "", ""},
+             Case{true, false, true, Stage::CheckFailed, "Je n’ai pas pu vérifier les mises à jour",
+                  "Vérifie ta connexion à Internet, puis réessaie."},
+             Case{false, false, true, Stage::Idle, "", ""},
+             Case{false, true, true, Stage::InstallFailed, "La mise à jour n’a pas pu s’installer",
+                  "vorle reste dans sa version actuelle. Je réessaierai à la prochaine "
+                  "vérification."},
+         }) {
+        SCOPED_TRACE(each.title);
+        if (each.asked) {
+            driver().showUserInitiatedCheck([] {});
+        }
+        if (each.installing) {
+            driver().showFound({QStringLiteral("1.5.0"), {}, false}, reply());
+            updater.install();
+        }
+        acknowledged = 0;
+        if (each.error) {
+            driver().showError(QStringLiteral("no network"), counted(acknowledged));
+        } else {
+            driver().showNotFound(QStringLiteral("newest"), counted(acknowledged));
+        }
+        driver().dismissed();
+        EXPECT_EQ(updater.stage(), each.stage);
+        EXPECT_EQ(updater.title(), QString::fromUtf8(each.title));
+        EXPECT_EQ(updater.text(), QString::fromUtf8(each.text));
+        updater.acknowledge();
+        updater.acknowledge();
+        EXPECT_EQ(acknowledged, 1);
+        EXPECT_EQ(updater.stage(), Stage::Idle);
+    }
+}
+
+TEST_F(UpdaterTest, what_comes_by_itself_is_told_and_waits) {
+    driver().showFound({QStringLiteral("1.5.0"), {}, false}, reply());
+    EXPECT_EQ(told, QStringList{QStringLiteral("vorle 1.5.0 est là.")});
+    updater.skip();
+    EXPECT_EQ(choices, QList<Choice>{Choice::Skip});
+    EXPECT_EQ(updater.stage(), Stage::Idle);
+
+    driver().showReady(reply()); // fetched by itself
+    EXPECT_FALSE(updater.isCountingDown()) << "nobody asked for a relaunch";
+    EXPECT_EQ(told.size(), 2);
+    EXPECT_EQ(updater.text(), QStringLiteral("Elle s’installera quand tu quitteras vorle."));
+    updater.relaunch();
+    EXPECT_EQ(choices.last(), Choice::Install);
+
+    driver().showTakenBack(QStringLiteral("1.5.0"));
+    EXPECT_EQ(updater.stage(), Stage::InstallFailed);
+    EXPECT_EQ(told.size(), 3);
+}
+
+TEST_F(UpdaterTest, a_relaunch_is_put_off_by_the_person_or_by_a_run_and_can_still_be_had) {
+    for (const bool run : {false, true}) {
+        busy = run;
+        choices.clear();
+        engine.checks = 0;
+        driver().showFound({QStringLiteral("1.5.0"), {}, false}, reply());
+        updater.install();
+        driver().showReady(reply());
+        EXPECT_EQ(updater.isCountingDown(), !run);
+        updater.putOff();
+        EXPECT_EQ(choices, (QList<Choice>{Choice::Install, Choice::Dismiss}));
+        EXPECT_FALSE(updater.isCountingDown());
+        EXPECT_EQ(updater.stage(), Stage::Ready);
+        updater.relaunch();
+        EXPECT_EQ(engine.checks, 1) << "the engine is asked to offer it once more";
+        driver().dismissed();
+    }
+}
+
+TEST_F(UpdaterTest, a_stop_ends_the_engines_work_once_and_shows_no_failure) {
+    int stopped = 0;
+    driver().showUserInitiatedCheck(counted(stopped));
+    updater.cancel();
+    updater.cancel();
+    EXPECT_EQ(stopped, 1);
+    driver().dismissed();
+    EXPECT_EQ(updater.stage(), Stage::Idle);
+    driver().showExtractionProgress(0.5); // on its way when it was stopped
+    EXPECT_EQ(updater.stage(), Stage::Idle);
+}
+
+TEST_F(UpdaterTest, permission_is_asked_for_beside_the_rest_and_answered_once) {
+    QList<bool> answers;
+    driver().showPermissionRequest([&](bool daily) { answers += daily; });
+    driver().showNotFound({}, [] {});
+    EXPECT_TRUE(updater.isPermissionWanted());
+    updater.allow(true);
+    updater.allow(false);
+    EXPECT_EQ(answers, QList<bool>{true});
+    driver().showPermissionRequest([&](bool daily) { answers += daily; });
+    updater.setChecksByItself(false); // by the settings' switch: it is an answer too
+    EXPECT_FALSE(updater.isPermissionWanted());
+    EXPECT_FALSE(engine.daily);
+
+    engine.why = QStringLiteral("Non.");
+    updater.check();
+    EXPECT_EQ(engine.checks, 0);
+    EXPECT_EQ(updater.obstacle(), QStringLiteral("Non."));
+}
+
+} // namespace
+} // namespace vorle

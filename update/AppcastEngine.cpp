@@ -1,0 +1,267 @@
+#include "update/AppcastEngine.h"
+
+#include "base/French.h"
+#include "storage/FileLock.h"
+#include "update/UpdateError.h"
+
+#include <QPointer>
+
+#include <system_error>
+
+namespace vorle {
+
+std::optional<QString> updateObstacle(const UpdateConfig &config, const QString &program) {
+    switch (Installation::keeperOf(program)) {
+    case UpdateKeeper::Packages:
+        return French::tr("C’est ton système qui met vorle à jour, avec ses autres logiciels.");
+    case UpdateKeeper::Nobody:
+        return French::tr("Cette vorle n’a pas été installée pour se mettre à jour.");
+    case UpdateKeeper::Itself:
+        break;
+    }
+    if (config.feed.isEmpty()) {
+        return French::tr("Cette vorle ne sait pas où chercher ses mises à jour.");
+    }
+    if (config.publicKey.isEmpty()) {
+        return French::tr("Cette vorle n’a pas de clé pour vérifier ses mises à jour : elle n’en "
+                          "installe aucune.");
+    }
+    return std::nullopt;
+}
+
+struct AppcastEngine::Answer {
+    OneShot given;
+    UpdateDriver::Choice choice = UpdateDriver::Choice::Dismiss;
+};
+
+AppcastEngine::AppcastEngine(Parts parts, QObject *parent)
+    : QObject(parent)
+    , m_parts(std::move(parts))
+    , m_installation(Installation::of(m_parts.program)) {}
+
+AppcastEngine::~AppcastEngine() = default;
+
+void AppcastEngine::start(UpdateDriver &driver) {
+    m_driver = &driver;
+    if (!m_installation || obstacle()) {
+        return;
+    }
+    if (const auto refused = m_installation->refused()) {
+        // A check that is asked for offers it again.
+        m_parts.preferences.change(&Settings::skippedUpdate, *refused);
+        m_installation->forgetRefused();
+        m_driver->showTakenBack(*refused);
+    }
+    if (m_installation->ready()) {
+        tellReady(); // of a process that ended before it could install it
+    }
+}
+
+std::optional<QString> AppcastEngine::obstacle() const {
+    return updateObstacle(m_parts.config, m_parts.program);
+}
+
+void AppcastEngine::check() { begin(Wish::Person); }
+
+void AppcastEngine::lookAtClock() {
+    const Settings &settings = m_parts.preferences.settings();
+    const QDateTime now = m_parts.clock.now();
+    const auto &last = settings.lastUpdateCheck;
+    const bool isDue = !last || *last > now || *last <= now.addDays(-1);
+    if (settings.updateChecks.value_or(false) && isDue && !m_underWay && m_driver != nullptr &&
+        !obstacle()) {
+        begin(Wish::Nobody);
+    }
+}
+
+bool AppcastEngine::checksByItself() const {
+    return m_parts.preferences.settings().updateChecks.value_or(false);
+}
+
+void AppcastEngine::setChecksByItself(bool on) {
+    m_parts.preferences.change(&Settings::updateChecks, std::optional(on));
+    lookAtClock();
+}
+
+bool AppcastEngine::installsByItself() const {
+    return m_parts.preferences.settings().updateInstalls;
+}
+
+void AppcastEngine::setInstallsByItself(bool on) {
+    m_parts.preferences.change(&Settings::updateInstalls, on);
+}
+
+void AppcastEngine::begin(Wish wish) {
+    if (m_stopped || m_driver == nullptr || obstacle()) {
+        return;
+    }
+    if (m_underWay) {
+        m_driver->showInFocus();
+        return;
+    }
+    if (m_installation->ready()) {
+        tellReady();
+        return;
+    }
+    m_underWay = true;
+    m_cancel = CancelSource();
+    m_work.add(logged(run(wish, m_cancel.token()), QStringLiteral("updates")));
+}
+
+Task<> AppcastEngine::run(Wish wish, CancelToken cancel) {
+    try {
+        co_await update(wish, cancel);
+    } catch (const Cancelled &) {
+        noteUpdate(QStringLiteral("cancelled"));
+    } catch (const UpdateError &error) {
+        fail(error.text());
+    } catch (const std::system_error &error) {
+        fail(QString::fromLocal8Bit(error.what()));
+    }
+    m_underWay = false;
+    m_driver->dismissed();
+}
+
+void AppcastEngine::fail(const QString &text) {
+    m_driver->showError(text, [] {});
+}
+
+Task<> AppcastEngine::update(Wish wish, CancelToken cancel) {
+    Preferences &preferences = m_parts.preferences;
+    if (wish == Wish::Person) {
+        m_driver->showUserInitiatedCheck(
+            [self = QPointer(this)] { // which it may outlive, as all that the driver keeps
+                if (self) {
+                    self->m_cancel.cancel();
+                }
+            });
+        if (!preferences.settings().updateChecks) {
+            m_driver->showPermissionRequest([self = QPointer(this)](bool daily) {
+                if (self) {
+                    self->setChecksByItself(daily);
+                }
+            });
+        }
+    }
+    if (co_await isPackaged(m_parts.program, cancel)) {
+        throw UpdateError(QStringLiteral("the system's packages hold this program"));
+    }
+    if (!m_http) {
+        m_http = std::make_unique<HttpClient>(m_parts.config.loopback);
+    }
+    preferences.change(&Settings::lastUpdateCheck, m_parts.clock.now());
+    const auto release = co_await findRelease(*m_http, m_parts.config, m_parts.version, cancel);
+    if (!release || (wish == Wish::Nobody && isPassedOver(release->version))) {
+        m_driver->showNotFound(release ? release->version + QStringLiteral(" is passed over")
+                                       : QStringLiteral("this is the newest"),
+                               [] {});
+        co_return;
+    }
+    auto choice = UpdateDriver::Choice::Install;
+    if (wish == Wish::Person || !installsByItself()) {
+        choice = co_await choiceFor(*release, cancel);
+    }
+    if (choice == UpdateDriver::Choice::Skip) {
+        preferences.change(&Settings::skippedUpdate, release->version);
+    } else if (choice == UpdateDriver::Choice::Install) {
+        co_await fetch(*release, cancel);
+    }
+}
+
+bool AppcastEngine::isPassedOver(const QString &version) const {
+    return m_parts.preferences.settings().skippedUpdate == version;
+}
+
+Task<UpdateDriver::Choice> AppcastEngine::choiceFor(Release release, CancelToken cancel) {
+    const auto answer = std::make_shared<Answer>();
+    const auto registration = cancel.onCancel([answer] { answer->given.fire(); });
+    m_driver->showFound({release.version, release.notes, false},
+                        [answer](UpdateDriver::Choice choice) {
+                            answer->choice = choice;
+                            answer->given.fire();
+                        });
+    co_await answer->given;
+    cancel.throwIfCancelled();
+    co_return answer->choice;
+}
+
+Task<> AppcastEngine::fetch(Release release, CancelToken cancel) {
+    const QPointer<AppcastEngine> self(this);
+    const auto told = [self](auto call) {
+        return [self, call](auto... values) {
+            if (self && self->m_underWay) {
+                (self->m_driver->*call)(values...);
+            }
+        };
+    };
+    m_driver->showDownloadInitiated([self] {
+        if (self) {
+            self->m_cancel.cancel();
+        }
+    });
+    co_await fetchRelease(
+        *m_http, m_parts.config, *m_installation, release,
+        {told(&UpdateDriver::showExpectedBytes), told(&UpdateDriver::showReceivedBytes),
+         told(&UpdateDriver::showExtractionStarted), told(&UpdateDriver::showExtractionProgress)},
+        cancel);
+    m_parts.preferences.change(&Settings::skippedUpdate, std::nullopt);
+    tellReady();
+}
+
+void AppcastEngine::tellReady() {
+    m_driver->showReady([self = QPointer(this)](UpdateDriver::Choice choice) {
+        if (self && choice == UpdateDriver::Choice::Install) {
+            self->m_driver->showInstalling(false, [self] {
+                if (self) {
+                    self->relaunch();
+                }
+            });
+            self->relaunch();
+        }
+    });
+}
+
+void AppcastEngine::relaunch() {
+    m_relaunch = true;
+    m_parts.quit();
+}
+
+void AppcastEngine::stop(std::function<void()> ended) {
+    m_stopped = true;
+    m_cancel.cancel();
+    detach(tellEnd(&m_work, std::move(ended)), QStringLiteral("updates"));
+}
+
+Task<> AppcastEngine::tellEnd(TaskGroup *work, std::function<void()> ended) {
+    co_await work->join();
+    ended();
+}
+
+void AppcastEngine::confirmStart() {
+    if (!m_installation) {
+        return;
+    }
+    try {
+        m_installation->confirm();
+    } catch (const std::system_error &error) {
+        noteUpdate(QString::fromLocal8Bit(error.what()));
+    }
+}
+
+std::optional<QString> AppcastEngine::finish() {
+    if (!m_installation) {
+        return std::nullopt;
+    }
+    try {
+        FileLock lock(m_installation->lockFile());
+        // Who holds it is about to make another version ready, for the next end.
+        if (lock.tryLock() && m_installation->ready() && m_installation->activate()) {
+            noteUpdate(QStringLiteral("the new version is in place"));
+        }
+    } catch (const std::system_error &error) {
+        noteUpdate(QString::fromLocal8Bit(error.what()));
+    }
+    return m_relaunch ? std::optional(m_installation->launcher()) : std::nullopt;
+}
+
+} // namespace vorle

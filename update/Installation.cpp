@@ -1,0 +1,201 @@
+#include "update/Installation.h"
+
+#include "base/Descriptor.h"
+#include "base/InstalledProgram.h"
+#include "search/discovery/Version.h"
+#include "base/InstallationLayout.h"
+#include "update/UpdateError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace vorle {
+
+namespace {
+
+QString named(const char *text) { return QString::fromLatin1(text); }
+
+bool mayWrite(const QString &path) {
+    return ::access(QFile::encodeName(path).constData(), W_OK) == 0;
+}
+
+bool mayRun(const QString &path) {
+    return QFileInfo(path).isFile() && ::access(QFile::encodeName(path).constData(), X_OK) == 0;
+}
+
+/// The folder and the version of a program in an installation; empty for any other.
+std::pair<QString, QString> placeOf(const QString &program) {
+    const QString folder = installationFolder(program);
+    const QString version =
+        QFileInfo(QFileInfo(QFileInfo(program).canonicalFilePath()).path()).dir().dirName();
+    return !folder.isEmpty() && isReleaseVersion(version) ? std::pair(folder, version)
+                                                          : std::pair<QString, QString>();
+}
+
+/// Folders that belong to the system's packages, or to what stands in for them.
+bool isOfPackages(const QString &path) {
+    for (const char *folder : {"/usr/", "/bin/", "/opt/", "/snap/", "/app/", "/nix/", "/gnu/"}) {
+        if (path.startsWith(named(folder)) && !path.startsWith(u"/usr/local/")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+bool isReleaseVersion(const QString &text) {
+    constexpr qsizetype longest = 40;
+    static const QRegularExpression form(
+        QStringLiteral("^[0-9]{1,9}(\\.[0-9]{1,9}){0,3}(-[0-9A-Za-z]+(\\.[0-9A-Za-z]+)*)?$"),
+        QRegularExpression::DontCaptureOption);
+    return text.size() <= longest && !text.endsWith(u'\n') && form.match(text).hasMatch();
+}
+
+UpdateKeeper Installation::keeperOf(const QString &program) {
+    const QString path = QFileInfo(program).canonicalFilePath();
+    if (path.isEmpty()) {
+        return UpdateKeeper::Nobody;
+    }
+    if (isOfPackages(path)) {
+        return UpdateKeeper::Packages;
+    }
+    const auto [folder, version] = placeOf(program);
+    if (folder.isEmpty()) {
+        return mayWrite(QFileInfo(path).path()) ? UpdateKeeper::Nobody : UpdateKeeper::Packages;
+    }
+    return mayWrite(folder) && mayWrite(folder + u'/' + named(layout::versions))
+               ? UpdateKeeper::Itself
+               : UpdateKeeper::Packages;
+}
+
+std::optional<Installation> Installation::of(const QString &program) {
+    if (keeperOf(program) != UpdateKeeper::Itself) {
+        return std::nullopt;
+    }
+    const auto [folder, version] = placeOf(program);
+    return Installation(folder, version);
+}
+
+QString Installation::at(const char *name) const { return m_folder + u'/' + named(name); }
+
+QString Installation::launcher() const { return at(layout::launcher); }
+
+QString Installation::lockFile() const { return m_folder + QStringLiteral("/update"); }
+
+QString Installation::stagingFolder() const { return at(layout::staging); }
+
+/// The version that a link of the folder leads to; empty where there is none that can be run.
+QString Installation::versionAt(const char *link) const {
+    const QFileInfo info(at(link));
+    const QString version =
+        info.isSymLink() ? QFileInfo(info.symLinkTarget()).fileName() : QString();
+    const QString program =
+        m_folder + u'/' + named(layout::versions) + u'/' + version + u'/' + named(layout::program);
+    return isReleaseVersion(version) && mayRun(program) ? version : QString();
+}
+
+std::optional<QString> Installation::ready() const {
+    const QString version = versionAt(layout::next);
+    return isNewer(version, m_version) ? std::optional(version) : std::nullopt;
+}
+
+std::optional<QString> Installation::refused() const {
+    QFile file(at(layout::refused));
+    constexpr qint64 most = 100;
+    const QString version =
+        file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.read(most)).trimmed() : QString();
+    return isReleaseVersion(version) ? std::optional(version) : std::nullopt;
+}
+
+void Installation::forgetRefused() const { removeLink(layout::refused); }
+
+void Installation::sync(const QString &folder) const {
+    const Descriptor opened(
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.isOpen() || (::fsync(opened.number()) != 0 && errno != EINVAL)) {
+        throwRefusal(folder);
+    }
+}
+
+void Installation::putLink(const char *name, const QString &version) const {
+    const QByteArray target = QFile::encodeName(named(layout::versions) + u'/' + version);
+    const QByteArray fresh = QFile::encodeName(at(name) + QStringLiteral(".new"));
+    ::unlink(fresh.constData()); // of a process that died here
+    if (::symlink(target.constData(), fresh.constData()) != 0 ||
+        ::rename(fresh.constData(), QFile::encodeName(at(name)).constData()) != 0) {
+        throwRefusal(at(name));
+    }
+    sync(m_folder);
+}
+
+void Installation::removeLink(const char *name) const {
+    if (::unlink(QFile::encodeName(at(name)).constData()) != 0 && errno != ENOENT) {
+        throwRefusal(at(name));
+    }
+}
+
+void Installation::sweep() const {
+    QDir(stagingFolder()).removeRecursively();
+    QDir versions(at(layout::versions));
+    const QStringList kept{m_version, versionAt(layout::current), versionAt(layout::previous),
+                           versionAt(layout::next)};
+    for (const QString &name : versions.entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                                  QDir::NoDotAndDotDot)) {
+        if (!kept.contains(name)) {
+            QDir(versions.filePath(name)).removeRecursively();
+        }
+    }
+}
+
+void Installation::makeReady(const QString &tree, const QString &version) const {
+    const QString versions = at(layout::versions);
+    const QString place = versions + u'/' + version;
+    if (version == versionAt(layout::current) || version == m_version) {
+        errno = EEXIST;
+        throwRefusal(place);
+    }
+    QDir(place).removeRecursively(); // of one that was refused, or never became ready
+    if (::rename(QFile::encodeName(tree).constData(), QFile::encodeName(place).constData()) != 0) {
+        throwRefusal(place);
+    }
+    sync(versions);
+    putLink(layout::next, version);
+}
+
+bool Installation::activate() const {
+    const QString next = versionAt(layout::next);
+    const QString current = versionAt(layout::current);
+    if (!isNewer(next, current)) {
+        removeLink(layout::next); // a version that is none, or that came in another way meanwhile
+        return false;
+    }
+    removeLink(layout::starts);
+    putLink(layout::previous, current);
+    if (::rename(QFile::encodeName(at(layout::next)).constData(),
+                 QFile::encodeName(at(layout::current)).constData()) != 0) {
+        throwRefusal(at(layout::current));
+    }
+    sync(m_folder);
+    return true;
+}
+
+void Installation::confirm() const {
+    if (versionAt(layout::current) != m_version || !QFileInfo(at(layout::previous)).isSymLink()) {
+        return; // another version runs on, or nothing is on trial
+    }
+    removeLink(layout::previous);
+    removeLink(layout::starts);
+    removeLink(layout::refused);
+    sync(m_folder);
+}
+
+} // namespace vorle

@@ -1,0 +1,190 @@
+#include "update/ReleaseFetch.h"
+
+#include "agents/ProcessRunner.h"
+#include "search/discovery/Version.h"
+#include "storage/DurableFile.h"
+#include "storage/FileLock.h"
+#include "base/InstallationLayout.h"
+#include "update/ReleaseArchive.h"
+#include "update/UpdateError.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <memory>
+
+namespace vorle {
+
+namespace {
+
+/// Removes what was staged, however the work ended.
+class Staging {
+public:
+    explicit Staging(const Installation &installation)
+        : m_folder(installation.stagingFolder()), m_lock(installation.lockFile()) {
+        if (!m_lock.tryLock()) {
+            throw UpdateError(QStringLiteral("another process installs an update"));
+        }
+        installation.sweep();
+        makeOwnFolder(m_folder);
+    }
+    Staging(const Staging &) = delete;
+    Staging &operator=(const Staging &) = delete;
+    ~Staging() { QDir(m_folder).removeRecursively(); }
+
+    QString archive() const { return m_folder + QStringLiteral("/archive"); }
+    QString tree() const { return m_folder + QStringLiteral("/tree"); }
+
+private:
+    QString m_folder;
+    FileLock m_lock;
+};
+
+HttpRequest requestFor(const QUrl &url) {
+    HttpRequest request;
+    request.url = url;
+    request.userAgent = "vorle/" + QCoreApplication::applicationVersion().toUtf8();
+    request.secureOnly = true;
+    return request;
+}
+
+/// @throws UpdateError for an answer that is none
+void requireAnswer(const HttpResponse &response, const char *what) {
+    if (!response.ok() || response.truncated) {
+        throw UpdateError(QStringLiteral("%1 could not be had (outcome %2, status %3)")
+                              .arg(QString::fromLatin1(what))
+                              .arg(static_cast<int>(response.outcome))
+                              .arg(response.status));
+    }
+}
+
+Task<> download(HttpClient &http, Release release, QString path, FetchProgress progress,
+                CancelToken cancel) {
+    constexpr std::chrono::minutes patience(60);
+    const auto file = std::make_shared<QFile>(path);
+    if (!file->open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        throw UpdateError(QStringLiteral("no file for the archive: ") + file->errorString());
+    }
+    HttpRequest request = requestFor(release.archive);
+    request.maxBytes = release.bytes;
+    request.deadline = patience;
+    request.announced = progress.expected;
+    request.sink = [file, received = progress.received](QByteArrayView piece) {
+        if (file->write(piece.data(), piece.size()) != piece.size()) {
+            return false;
+        }
+        if (received) {
+            received(piece.size());
+        }
+        return true;
+    };
+    const HttpResponse response = co_await http.get(std::move(request), cancel);
+    const bool written = file->flush() && file->error() == QFileDevice::NoError;
+    if (!written) {
+        throw UpdateError(QStringLiteral("the archive cannot be written: ") + file->errorString());
+    }
+    requireAnswer(response, "the archive");
+    if (file->size() != release.bytes) {
+        throw UpdateError(QStringLiteral("the archive is cut short"));
+    }
+}
+
+/// What an archive holds is what the feed called it, and newer than what runs: a feed may name an
+/// old archive, whose signature is good, by a new number.
+void requireVersion(const QString &tree, const QString &version, const QString &inUse) {
+    constexpr qint64 most = 100;
+    const auto bytes = readWhole(tree + u'/' + QString::fromLatin1(layout::versionFile), most);
+    const QString told = QString::fromUtf8(bytes.value_or(QByteArray())).trimmed();
+    if (told != version || !isNewer(told, inUse)) {
+        throw UpdateError(QStringLiteral("the archive holds another version than the feed says"));
+    }
+}
+
+/// Whether it starts here, with this machine's libraries.
+Task<> requireStart(QString program, QString version, CancelToken cancel) {
+    constexpr std::chrono::seconds patience(60);
+    if (!QFileInfo(program).isExecutable()) {
+        throw UpdateError(QStringLiteral("the archive holds no program"));
+    }
+    ProcessRequest request;
+    request.executable = program;
+    request.arguments = {QStringLiteral("--version")};
+    request.timeout = patience;
+    request.environment = QProcessEnvironment::systemEnvironment();
+    request.workingDirectory = QFileInfo(program).path();
+    const ProcessEnd end = co_await runProcess(std::move(request), cancel);
+    if (!end.succeeded() ||
+        QString::fromUtf8(end.output).trimmed() != QStringLiteral("vorle ") + version) {
+        throw UpdateError(QStringLiteral("the new version does not start"));
+    }
+}
+
+} // namespace
+
+Task<std::optional<Release>> findRelease(HttpClient &http, UpdateConfig config, QString inUse,
+                                         CancelToken cancel) {
+    HttpRequest request = requestFor(config.feed);
+    request.maxBytes = maxAppcastBytes;
+    const HttpResponse response = co_await http.get(std::move(request), cancel);
+    requireAnswer(response, "the feed");
+    co_return newestRelease(readAppcast(response.body, response.url), Machine::ofThisProcess(),
+                            inUse);
+}
+
+Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installation,
+                    Release release, FetchProgress progress, CancelToken cancel) {
+    const Staging staging(installation);
+    co_await download(http, release, staging.archive(), progress, cancel);
+    const QString archive = staging.archive();
+    const QString tree = staging.tree();
+    const bool isOurs =
+        co_await onPool([archive, key = config.publicKey, signature = release.signature] {
+            return isSignedBy(key, signature, archive);
+        });
+    cancel.throwIfCancelled();
+    if (!isOurs) {
+        throw UpdateError(QStringLiteral("the archive is not signed by vorle's key"));
+    }
+    if (progress.unpacking) {
+        progress.unpacking();
+    }
+    const auto tell = [unpacked = progress.unpacked](double part) {
+        if (unpacked) {
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(), [unpacked, part] { unpacked(part); },
+                Qt::QueuedConnection);
+        }
+    };
+    co_await onPool([archive, tree, tell] {
+        unpackRelease(archive, tree, tell);
+        return true;
+    });
+    requireVersion(tree, release.version, installation.version());
+    co_await requireStart(tree + u'/' + QString::fromLatin1(layout::program), release.version,
+                          cancel);
+    installation.makeReady(tree, release.version);
+}
+
+Task<bool> isPackaged(QString program, CancelToken cancel) {
+    constexpr std::chrono::seconds patience(10);
+    const QString asked = QStringLiteral("/usr/bin/dpkg-query");
+    if (!QFileInfo(asked).isExecutable()) {
+        co_return false;
+    }
+    ProcessRequest request;
+    request.executable = asked;
+    request.arguments = {QStringLiteral("-S"), program};
+    request.timeout = patience;
+    request.environment = QProcessEnvironment::systemEnvironment();
+    request.workingDirectory = QStringLiteral("/");
+    try {
+        const ProcessEnd end = co_await runProcess(std::move(request), cancel);
+        co_return end.succeeded();
+    } catch (const std::system_error &) {
+        co_return false; // nobody to ask
+    }
+}
+
+} // namespace vorle

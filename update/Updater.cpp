@@ -1,0 +1,341 @@
+#include "update/Updater.h"
+
+#include "base/French.h"
+#include "update/UpdateError.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vorle {
+
+namespace updatetext {
+
+QString upToDate(const QString &version) {
+    return French::tr("%1 est la dernière version.").arg(version);
+}
+QString readyTitle() { return French::tr("Une nouvelle version est prête."); }
+QString readyForTheEnd() { return French::tr("Elle s’installera quand tu quitteras vorle."); }
+QString checkFailedTitle() { return French::tr("Je n’ai pas pu vérifier les mises à jour"); }
+QString checkFailedText() { return French::tr("Vérifie ta connexion à Internet, puis réessaie."); }
+QString installFailedTitle() { return French::tr("La mise à jour n’a pas pu s’installer"); }
+QString installFailedText() {
+    return French::tr("vorle reste dans sa version actuelle. Je réessaierai à la prochaine "
+                      "vérification.");
+}
+
+} // namespace updatetext
+
+Updater::Updater(Parts parts, QObject *parent) : QObject(parent), m_parts(std::move(parts)) {
+    m_countdown.setSingleShot(true);
+    m_countdown.setInterval(m_parts.countdown);
+    connect(&m_countdown, &QTimer::timeout, this, [this] { answerReady(Choice::Install); });
+    m_parts.engine.start(*this);
+}
+
+QString Updater::title() const {
+    switch (m_stage) {
+    case Stage::Idle:
+        return {};
+    case Stage::Checking:
+        return tr("Je regarde s’il y a une nouvelle version…");
+    case Stage::Found:
+        return tr("vorle %1").arg(m_found.version);
+    case Stage::Downloading:
+        return tr("Téléchargement…");
+    case Stage::Preparing:
+        return tr("Préparation…");
+    case Stage::Ready:
+    case Stage::Installing:
+        return updatetext::readyTitle();
+    case Stage::UpToDate:
+        return updatetext::upToDate(m_parts.version);
+    case Stage::CheckFailed:
+        return updatetext::checkFailedTitle();
+    case Stage::InstallFailed:
+        return updatetext::installFailedTitle();
+    }
+    Q_UNREACHABLE();
+}
+
+QString Updater::text() const {
+    switch (m_stage) {
+    case Stage::Downloading:
+    case Stage::Preparing:
+        return tr("Tu peux continuer, je m’en occupe.");
+    case Stage::Ready:
+        return isCountingDown() ? tr("Prête, vorle se relance en 3 secondes.")
+                                : updatetext::readyForTheEnd();
+    case Stage::CheckFailed:
+        return updatetext::checkFailedText();
+    case Stage::InstallFailed:
+        return updatetext::installFailedText();
+    default:
+        return {};
+    }
+}
+
+double Updater::progress() const {
+    if (m_stage == Stage::Preparing) {
+        return m_extracted;
+    }
+    return m_expectedBytes > 0 ? std::min(1.0, double(m_receivedBytes) / double(m_expectedBytes))
+                               : -1;
+}
+
+void Updater::setChecksByItself(bool on) {
+    m_permissionReply = nullptr; // answered, in another way
+    m_parts.engine.setChecksByItself(on);
+    Q_EMIT settingsChanged();
+    Q_EMIT changed();
+}
+
+void Updater::setInstallsByItself(bool on) {
+    m_parts.engine.setInstallsByItself(on);
+    Q_EMIT settingsChanged();
+}
+
+void Updater::check() {
+    if (m_parts.engine.obstacle()) {
+        return;
+    }
+    acknowledge(); // of the last one
+    m_parts.engine.check();
+}
+
+void Updater::allow(bool daily) {
+    if (const auto reply = std::exchange(m_permissionReply, nullptr)) {
+        reply(daily);
+        Q_EMIT settingsChanged();
+        Q_EMIT changed();
+    }
+}
+
+void Updater::install() {
+    if (m_foundReply) {
+        m_installAsked = true;
+        answerFound(Choice::Install);
+    }
+}
+
+void Updater::skip() { answerFound(Choice::Skip); }
+
+void Updater::cancel() {
+    if (const auto cancellation = std::exchange(m_cancellation, nullptr)) {
+        m_installAsked = false;
+        enter(Stage::Idle);
+        cancellation();
+    }
+}
+
+void Updater::relaunch() {
+    if (m_stage == Stage::Installing && m_endAgain) {
+        m_endAgain();
+    }
+    if (m_stage != Stage::Ready) {
+        return;
+    }
+    if (m_readyReply) {
+        answerReady(Choice::Install);
+    } else {
+        m_installAsked = true;
+        m_parts.engine.check(); // which tells once more that it is ready
+    }
+}
+
+void Updater::putOff() {
+    m_installAsked = false;
+    answerReady(Choice::Dismiss);
+}
+
+void Updater::acknowledge() {
+    if (m_stage == Stage::UpToDate || m_stage == Stage::CheckFailed ||
+        m_stage == Stage::InstallFailed) {
+        enter(Stage::Idle);
+    }
+    if (const auto acknowledged = std::exchange(m_messageAcknowledged, nullptr)) {
+        acknowledged();
+    }
+}
+
+void Updater::answerFound(Choice choice) {
+    if (const auto reply = std::exchange(m_foundReply, nullptr)) {
+        if (choice != Choice::Install) {
+            enter(Stage::Idle);
+        }
+        reply(choice);
+    }
+}
+
+void Updater::answerReady(Choice choice) {
+    m_countdown.stop();
+    if (const auto reply = std::exchange(m_readyReply, nullptr)) {
+        enter(choice == Choice::Install ? Stage::Installing : Stage::Ready);
+        reply(choice);
+    }
+}
+
+void Updater::enter(Stage stage) {
+    m_stage = stage;
+    Q_EMIT changed();
+}
+
+void Updater::showPermissionRequest(std::function<void(bool)> reply) {
+    noteUpdate(QStringLiteral("asking for permission"));
+    m_permissionReply = std::move(reply);
+    Q_EMIT changed();
+    if (!m_userInitiated) {
+        Q_EMIT told(tr("Je peux regarder chaque jour s’il y a une nouvelle version de vorle."));
+    }
+}
+
+void Updater::showUserInitiatedCheck(Cancellation cancel) {
+    noteUpdate(QStringLiteral("checking, as asked"));
+    m_userInitiated = true;
+    m_cancellation = std::move(cancel);
+    enter(Stage::Checking);
+}
+
+void Updater::showFound(const OfferedUpdate &update, Reply reply) {
+    noteUpdate(QStringLiteral("found ") + update.version);
+    m_found = update;
+    m_foundReply = std::move(reply);
+    m_cancellation = nullptr;
+    m_installAsked = false;
+    enter(Stage::Found);
+    if (!m_userInitiated) {
+        Q_EMIT told(tr("vorle %1 est là.").arg(update.version));
+    }
+}
+
+void Updater::showReleaseNotes(const QString &notes) {
+    noteUpdate(QStringLiteral("release notes came"));
+    m_found.notes = notes;
+    Q_EMIT changed();
+}
+
+void Updater::showReleaseNotesFailed(const QString &error) {
+    noteUpdate(QStringLiteral("release notes failed: ") + error);
+}
+
+void Updater::showNotFound(const QString &reason, Acknowledgement acknowledge) {
+    noteUpdate(QStringLiteral("nothing newer: ") + reason);
+    m_cancellation = nullptr;
+    m_messageAcknowledged = std::move(acknowledge);
+    if (m_userInitiated) {
+        enter(Stage::UpToDate);
+    } else {
+        this->acknowledge();
+    }
+}
+
+void Updater::showError(const QString &error, Acknowledgement acknowledge) {
+    noteUpdate(QStringLiteral("failed: ") + error);
+    m_cancellation = nullptr;
+    m_countdown.stop();
+    m_foundReply = nullptr;
+    m_readyReply = nullptr;
+    m_messageAcknowledged = std::move(acknowledge);
+    if (m_installAsked) {
+        m_installAsked = false;
+        enter(Stage::InstallFailed);
+    } else if (m_userInitiated) {
+        enter(Stage::CheckFailed);
+    } else {
+        enter(Stage::Idle);
+        this->acknowledge();
+    }
+}
+
+void Updater::showDownloadInitiated(Cancellation cancel) {
+    noteUpdate(QStringLiteral("downloading"));
+    m_cancellation = std::move(cancel);
+    m_expectedBytes = 0;
+    m_receivedBytes = 0;
+    enter(Stage::Downloading);
+}
+
+void Updater::showExpectedBytes(qint64 bytes) {
+    noteUpdate(QStringLiteral("expecting %1 bytes").arg(bytes));
+    m_expectedBytes = bytes;
+    Q_EMIT changed();
+}
+
+void Updater::showReceivedBytes(qint64 bytes) {
+    const int before = static_cast<int>(progress() * 10);
+    m_receivedBytes += bytes;
+    m_expectedBytes = m_expectedBytes > 0 ? std::max(m_expectedBytes, m_receivedBytes) : 0;
+    if (static_cast<int>(progress() * 10) != before) { // a line a tenth, not a thousand
+        noteUpdate(QStringLiteral("received %1 bytes").arg(m_receivedBytes));
+    }
+    Q_EMIT changed();
+}
+
+void Updater::showExtractionStarted() {
+    noteUpdate(QStringLiteral("unpacking"));
+    m_cancellation = nullptr;
+    m_extracted = -1;
+    enter(Stage::Preparing);
+}
+
+void Updater::showExtractionProgress(double part) {
+    if (m_stage == Stage::Preparing) {
+        const bool whole = part >= 1 && m_extracted < 1;
+        m_extracted = std::clamp(part, 0.0, 1.0);
+        if (whole) {
+            noteUpdate(QStringLiteral("unpacked"));
+        }
+        Q_EMIT changed();
+    }
+}
+
+void Updater::showReady(Reply reply) {
+    noteUpdate(QStringLiteral("ready"));
+    m_cancellation = nullptr;
+    m_readyReply = std::move(reply);
+    if (m_installAsked && !(m_parts.busy && m_parts.busy())) {
+        m_countdown.start();
+    }
+    const bool unasked = !m_installAsked && !m_userInitiated;
+    enter(Stage::Ready);
+    if (unasked) {
+        Q_EMIT told(updatetext::readyTitle());
+    }
+}
+
+void Updater::showInstalling(bool programEnded, std::function<void()> endAgain) {
+    noteUpdate(QStringLiteral("installing, the program %1")
+                   .arg(programEnded ? QStringLiteral("has ended") : QStringLiteral("is to end")));
+    m_endAgain = std::move(endAgain);
+    enter(Stage::Installing);
+}
+
+void Updater::showInstalled(bool relaunched, Acknowledgement acknowledge) {
+    noteUpdate(
+        QStringLiteral("installed%1").arg(relaunched ? QStringLiteral(", relaunched") : QString()));
+    m_messageAcknowledged = std::move(acknowledge);
+    this->acknowledge();
+}
+
+void Updater::showTakenBack(const QString &version) {
+    noteUpdate(QStringLiteral("%1 did not start, %2 is back").arg(version, m_parts.version));
+    enter(Stage::InstallFailed);
+    Q_EMIT told(updatetext::installFailedTitle());
+}
+
+void Updater::showInFocus() {
+    noteUpdate(QStringLiteral("shown again"));
+    Q_EMIT changed();
+}
+
+void Updater::dismissed() {
+    noteUpdate(QStringLiteral("done"));
+    m_cancellation = nullptr;
+    m_foundReply = nullptr;
+    m_userInitiated = false;
+    if (m_stage == Stage::Checking || m_stage == Stage::Found || m_stage == Stage::Downloading ||
+        m_stage == Stage::Preparing) {
+        enter(Stage::Idle);
+    }
+}
+
+} // namespace vorle

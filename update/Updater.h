@@ -1,0 +1,139 @@
+#pragma once
+
+#include "platform/UpdateEngine.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+namespace vorle {
+
+/// Keeps the app current: stands between an engine, which finds, fetches and installs versions, and
+/// the screens, which show how far that is and take the person's answers. Knows nothing of how an
+/// engine works. What it tells by itself is only what the person has to answer: a check that nobody
+/// asked for, and that found nothing or failed, is told in the log alone. Main thread.
+class Updater final : public QObject, private UpdateDriver {
+    Q_OBJECT
+public:
+    enum class Stage {
+        Idle,
+        Checking,
+        Found,
+        Downloading,
+        Preparing, ///< fetched: it is checked and unpacked
+        Ready,
+        Installing,
+        UpToDate,
+        CheckFailed,
+        InstallFailed
+    };
+
+    struct Parts {
+        UpdateEngine &engine;
+        QString version; ///< the one that runs
+        /// Whether something goes on that an end of the program would break off: then it does not
+        /// relaunch by itself.
+        std::function<bool()> busy = {};
+        std::chrono::milliseconds countdown = std::chrono::seconds(3); ///< before it relaunches
+    };
+    /// Starts the engine. It outlives this.
+    explicit Updater(Parts parts, QObject *parent = nullptr);
+
+    Stage stage() const { return m_stage; }
+    /// What the stage is called, and what there is to say of it; "" where there is nothing.
+    QString title() const;
+    QString text() const;
+    /// The version that was found, and what is new in it.
+    const OfferedUpdate &found() const { return m_found; }
+    qint64 expectedBytes() const { return m_expectedBytes; }
+    qint64 receivedBytes() const { return m_receivedBytes; }
+    /// How much of the work of this stage is done, 0 to 1; below 0 while that is not known.
+    double progress() const;
+    /// It relaunches by itself in a moment, unless it is put off.
+    bool isCountingDown() const { return m_countdown.isActive(); }
+    /// The person has not said yet whether updates may be looked for by themselves, and is asked.
+    bool isPermissionWanted() const { return m_permissionReply != nullptr; }
+    /// Why this program cannot be updated from here, in French; "" when it can.
+    QString obstacle() const { return m_parts.engine.obstacle().value_or(QString()); }
+
+    bool checksByItself() const { return m_parts.engine.checksByItself(); }
+    void setChecksByItself(bool on);
+    bool installsByItself() const { return m_parts.engine.installsByItself(); }
+    void setInstallsByItself(bool on);
+
+    /// The person asks for a check.
+    void check();
+    /// Their answers, each nothing where it answers nothing.
+    void allow(bool daily);
+    void install();
+    void skip();
+    void cancel();
+    /// At "ready": now, or when the program ends. Once it is to end, `relaunch` asks it again.
+    void relaunch();
+    void putOff();
+    /// What was told was read.
+    void acknowledge();
+
+Q_SIGNALS:
+    void changed();
+    void settingsChanged();
+    /// Something came up that nobody asked for, and that waits for an answer: a French sentence.
+    void told(const QString &sentence);
+
+private:
+    void showPermissionRequest(std::function<void(bool)> reply) override;
+    void showUserInitiatedCheck(Cancellation cancel) override;
+    void showFound(const OfferedUpdate &update, Reply reply) override;
+    void showReleaseNotes(const QString &notes) override;
+    void showReleaseNotesFailed(const QString &error) override;
+    void showNotFound(const QString &reason, Acknowledgement acknowledge) override;
+    void showError(const QString &error, Acknowledgement acknowledge) override;
+    void showDownloadInitiated(Cancellation cancel) override;
+    void showExpectedBytes(qint64 bytes) override;
+    void showReceivedBytes(qint64 bytes) override;
+    void showExtractionStarted() override;
+    void showExtractionProgress(double part) override;
+    void showReady(Reply reply) override;
+    void showInstalling(bool programEnded, std::function<void()> endAgain) override;
+    void showInstalled(bool relaunched, Acknowledgement acknowledge) override;
+    void showTakenBack(const QString &version) override;
+    void showInFocus() override;
+    void dismissed() override;
+
+    void enter(Stage stage);
+    void answerFound(Choice choice);
+    void answerReady(Choice choice);
+
+    Parts m_parts;
+    Stage m_stage = Stage::Idle;
+    OfferedUpdate m_found;
+    // What the engine waits for; empty once it was answered.
+    Reply m_foundReply;
+    Reply m_readyReply;
+    Acknowledgement m_messageAcknowledged;
+    Cancellation m_cancellation;
+    std::function<void()> m_endAgain;
+    std::function<void(bool)> m_permissionReply;
+    bool m_userInitiated = false;
+    bool m_installAsked = false;
+    qint64 m_expectedBytes = 0;
+    qint64 m_receivedBytes = 0;
+    double m_extracted = -1;
+    QTimer m_countdown;
+};
+
+/// The sentences of an update, for window and terminal.
+namespace updatetext {
+QString upToDate(const QString &version);
+QString readyTitle();
+QString readyForTheEnd();
+QString checkFailedTitle();
+QString checkFailedText();
+QString installFailedTitle();
+QString installFailedText();
+} // namespace updatetext
+
+} // namespace vorle

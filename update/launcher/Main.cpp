@@ -1,0 +1,211 @@
+// What people start: runs the version in use, and goes back to the one before where a new one does
+// not start. It stays without Qt, and is replaced by no update: it is what puts things right.
+
+#include "base/InstallationLayout.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fcntl.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+using std::string;
+namespace layout = vorle::layout;
+
+volatile std::sig_atomic_t childToTell = 0;
+
+void handOn(int signal) {
+    if (childToTell > 0) {
+        ::kill(static_cast<pid_t>(childToTell), signal);
+    }
+}
+
+class Folder {
+public:
+    explicit Folder(string path) : m_path(std::move(path)) {}
+
+    string at(const string &name) const { return m_path + '/' + name; }
+    string program() const { return at(string(layout::current) + '/' + layout::program); }
+    bool isLink(const char *name) const {
+        struct stat state{};
+        return ::lstat(at(name).c_str(), &state) == 0 && S_ISLNK(state.st_mode);
+    }
+    bool isOnTrial() const { return isLink(layout::previous) && !isLink(layout::next); }
+
+    int startsCounted() const {
+        struct stat state{};
+        return ::stat(at(layout::starts).c_str(), &state) == 0 ? static_cast<int>(state.st_size)
+                                                               : 0;
+    }
+    void countStart() const {
+        const int file =
+            ::open(at(layout::starts).c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+        if (file >= 0) {
+            [[maybe_unused]] const auto written = ::write(file, "x", 1);
+            ::fsync(file);
+            ::close(file);
+        }
+    }
+    void forgetStart() const {
+        if (const int counted = startsCounted(); counted > 0) {
+            [[maybe_unused]] const int done = ::truncate(at(layout::starts).c_str(), counted - 1);
+        }
+    }
+
+    /// False where there is nothing to go back to.
+    bool goBack() const {
+        const string before = at(string(layout::previous) + '/' + layout::program);
+        if (::access(before.c_str(), X_OK) != 0) {
+            return false;
+        }
+        noteRefused();
+        // One step: the version before is in use, and nothing is on trial any more.
+        if (::rename(at(layout::previous).c_str(), at(layout::current).c_str()) != 0) {
+            return false;
+        }
+        ::unlink(at(layout::starts).c_str());
+        const int folder = ::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (folder >= 0) {
+            ::fsync(folder);
+            ::close(folder);
+        }
+        std::fputs("vorle: updates: the new version does not start, the one before is back\n",
+                   stderr);
+        return true;
+    }
+
+private:
+    void noteRefused() const {
+        std::array<char, PATH_MAX> target{};
+        const auto length =
+            ::readlink(at(layout::current).c_str(), target.data(), target.size() - 1);
+        const char *slash = length > 0 ? std::strrchr(target.data(), '/') : nullptr;
+        const int file = slash == nullptr ? -1
+                                          : ::open(at(layout::refused).c_str(),
+                                                   O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        if (file >= 0) {
+            [[maybe_unused]] const auto written = ::write(file, slash + 1, std::strlen(slash + 1));
+            ::close(file);
+        }
+    }
+
+    string m_path;
+};
+
+/// The folder this program lies in, whatever links it was reached by.
+string ownFolder() {
+    std::array<char, PATH_MAX> path{};
+    const auto length = ::readlink("/proc/self/exe", path.data(), path.size() - 1);
+    const string whole(path.data(), length > 0 ? static_cast<size_t>(length) : 0);
+    const auto slash = whole.rfind('/');
+    return slash == string::npos ? string(".") : whole.substr(0, slash);
+}
+
+/// Whether a start opens the app; a command says nothing of the window.
+bool opensApp(int argc, char **argv) {
+    return argc <= 1 || (argc == 2 && std::strcmp(argv[1], "--hidden") == 0);
+}
+
+int fail(const Folder &folder) {
+    std::fprintf(stderr, "vorle: %s: %s\n", folder.program().c_str(), std::strerror(errno));
+    return 127;
+}
+
+/// Whether it ended as a program does that cannot run here: it was not found, lacks a library, or
+/// crashed. Who was killed, or ended with a refusal in its own words, did run.
+bool didNotRun(int status) {
+    constexpr int notExecutable = 126;
+    constexpr int notFound = 127;
+    if (WIFEXITED(status)) {
+        return WEXITSTATUS(status) == notExecutable || WEXITSTATUS(status) == notFound;
+    }
+    switch (WTERMSIG(status)) {
+    case SIGSEGV:
+    case SIGBUS:
+    case SIGILL:
+    case SIGFPE:
+    case SIGABRT:
+    case SIGSYS:
+    case SIGTRAP:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The same end for this process.
+[[noreturn]] void endAs(int status) {
+    if (WIFSIGNALED(status)) {
+        std::signal(WTERMSIG(status), SIG_DFL);
+        ::raise(WTERMSIG(status));
+        std::_Exit(128 + WTERMSIG(status));
+    }
+    std::_Exit(WEXITSTATUS(status));
+}
+
+/// Runs the version on trial as a child, and comes back only where it did not run: the version
+/// before is in use again then, if there is one.
+void tryNew(const Folder &folder, int argc, char **argv) {
+    const bool app = opensApp(argc, argv);
+    if (app && folder.startsCounted() >= layout::maxStarts) {
+        folder.goBack();
+        return;
+    }
+    if (app) {
+        folder.countStart();
+    }
+    const pid_t child = ::fork();
+    if (child < 0) {
+        return;
+    }
+    if (child == 0) {
+        ::execv(folder.program().c_str(), argv);
+        std::_Exit(127);
+    }
+    childToTell = child;
+    // The terminal tells the child too; a session's end tells only whom it knows.
+    std::signal(SIGINT, SIG_IGN);
+    std::signal(SIGQUIT, SIG_IGN);
+    std::signal(SIGTERM, handOn);
+    std::signal(SIGHUP, handOn);
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    childToTell = 0;
+    std::signal(SIGINT, SIG_DFL);
+    std::signal(SIGQUIT, SIG_DFL);
+    std::signal(SIGTERM, SIG_DFL);
+    std::signal(SIGHUP, SIG_DFL);
+    if (didNotRun(status) && folder.isOnTrial()) {
+        if (!folder.goBack()) {
+            endAs(status);
+        }
+        return;
+    }
+    if (app && folder.isOnTrial() && WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+        folder.forgetStart();
+    }
+    endAs(status);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const Folder folder(ownFolder());
+    if (folder.isOnTrial()) {
+        tryNew(folder, argc, argv);
+    }
+    ::execv(folder.program().c_str(), argv);
+    return fail(folder);
+}
