@@ -90,14 +90,28 @@ int main(int argc, char **argv) {
         const auto drops = vorle::native::dropSignal();
         const auto browser = vorle::native::frontBrowser();
         const auto widgets = vorle::native::widgetTimelines();
-        return vorle::runGui(
-            argc, argv,
-            {*installedApps, *terminals, *pasteboard, *links, *files, *reveal, container.get(),
-             drops.get(), browser.get(), signatures.get(), *widgets, vorle::native::motionSetting,
-             vorle::native::notifications, vorle::native::loginItem, vorle::native::globalHotKey,
-             vorle::native::keyWatch, vorle::native::mailComposer, vorle::native::programVersion(),
-             updates, vorle::native::updateEngine},
-            *entrance);
+        return vorle::runGui(argc, argv,
+                             {*installedApps,
+                              *terminals,
+                              *pasteboard,
+                              *links,
+                              *files,
+                              *reveal,
+                              container.get(),
+                              drops.get(),
+                              browser.get(),
+                              signatures.get(),
+                              *widgets,
+                              vorle::native::motionSetting,
+                              vorle::native::notifications,
+                              vorle::native::loginItem,
+                              vorle::native::globalHotKey,
+                              vorle::native::keyWatch,
+                              vorle::native::mailComposer,
+                              vorle::native::programVersion(),
+                              updates,
+                              vorle::native::updateEngine},
+                             *entrance);
     }
 
     const QCoreApplication app(argc, argv);

@@ -18,9 +18,9 @@
 namespace vorle {
 
 /// The engine of systems that bring none: reads the feed, fetches, checks and unpacks a version
-/// beside the one in use, and puts it in its place when the program ends (see InstallationLayout.h). Looks once
-/// a day where the person allowed that, and never otherwise but when they ask. Main thread;
-/// `stop()` has to have ended before it goes.
+/// beside the one in use, and puts it in its place when the program ends (see
+/// InstallationLayout.h). Looks once a day where the person allowed that, and never otherwise but
+/// when they ask. Main thread; `stop()` has to have ended before it goes.
 class AppcastEngine final : public QObject, public UpdateEngine {
     Q_OBJECT
 public:

@@ -1,9 +1,9 @@
 #include "update/Installation.h"
 
 #include "base/Descriptor.h"
+#include "base/InstallationLayout.h"
 #include "base/InstalledProgram.h"
 #include "search/discovery/Version.h"
-#include "base/InstallationLayout.h"
 #include "update/UpdateError.h"
 
 #include <QDir>

@@ -8,15 +8,16 @@ namespace vorle {
 
 /// Who puts a new version in the place of a program.
 enum class UpdateKeeper {
-    Itself,   ///< it lies in a folder made for that (see InstallationLayout.h), which its user may change
+    Itself,   ///< it lies in a folder made for that (see InstallationLayout.h), which its user may
+              ///< change
     Packages, ///< the system's packages, or whoever administers the machine
     Nobody    ///< it lies anywhere, as one that was built here does
 };
 
-/// A program in a folder made for updates (InstallationLayout.h). Every step leaves links that lead to whole
-/// versions, so that a process or a machine that stops anywhere leaves a program that starts. Any
-/// thread, one at a time; processes keep apart by a FileLock on `lockFile()`.
-/// What the system refuses is thrown as std::system_error.
+/// A program in a folder made for updates (InstallationLayout.h). Every step leaves links that lead
+/// to whole versions, so that a process or a machine that stops anywhere leaves a program that
+/// starts. Any thread, one at a time; processes keep apart by a FileLock on `lockFile()`. What the
+/// system refuses is thrown as std::system_error.
 class Installation {
 public:
     static UpdateKeeper keeperOf(const QString &program);

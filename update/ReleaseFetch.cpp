@@ -1,10 +1,10 @@
 #include "update/ReleaseFetch.h"
 
 #include "agents/ProcessRunner.h"
+#include "base/InstallationLayout.h"
 #include "search/discovery/Version.h"
 #include "storage/DurableFile.h"
 #include "storage/FileLock.h"
-#include "base/InstallationLayout.h"
 #include "update/ReleaseArchive.h"
 #include "update/UpdateError.h"
 

@@ -49,8 +49,7 @@ Task<ExitStatus> openThenForward(Context &context, QString topicsFile) {
     constexpr int patience = 600; // of these pauses, without a sign of life
     constexpr int afterItsEnd = 20;
     qint64 process = 0;
-    if (!QProcess::startDetached(programToStart(), {}, QString(),
-                                 &process)) {
+    if (!QProcess::startDetached(programToStart(), {}, QString(), &process)) {
         throw Failure(French::tr("vorle n’a pas pu s’ouvrir."));
     }
     bool told = false;

@@ -73,10 +73,10 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
 }
 
 Shell::Parts OpenApp::partsOf(Application &app, const GuiAdapters &adapters, LoginItem &login) {
-    Shell::Parts parts = shellParts(app, {adapters.links, adapters.pasteboard, m_launcher,
-                                          adapters.files, adapters.reveal, m_notifier, login,
-                                          m_hotKey, *m_keys, *m_mail, m_updater, adapters.browser,
-                                          adapters.version});
+    Shell::Parts parts =
+        shellParts(app, {adapters.links, adapters.pasteboard, m_launcher, adapters.files,
+                         adapters.reveal, m_notifier, login, m_hotKey, *m_keys, *m_mail, m_updater,
+                         adapters.browser, adapters.version});
     parts.released = parts.store.releaseAllPending();
     for (const QString &name : adapters.terminals.names()) {
         if (adapters.terminals.command(name, {})) {

@@ -130,8 +130,7 @@ AutostartItem::Setting AutostartItem::Setting::ofThisProcess() {
     const QString image = qEnvironmentVariable("APPIMAGE");
     return {QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                 QStringLiteral("/autostart"),
-            {image.startsWith(u'/') ? image : programToStart(),
-             QStringLiteral("--hidden")}};
+            {image.startsWith(u'/') ? image : programToStart(), QStringLiteral("--hidden")}};
 }
 
 Task<State> AutostartItem::state() {

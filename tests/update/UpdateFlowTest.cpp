@@ -70,7 +70,8 @@ protected:
     /// Which version's app is open; "" while none answers.
     QString openVersion() {
         const auto told = run({QStringLiteral("diagnostic"), QStringLiteral("--json")}).object();
-        return told.value(u"surface").toString() == u"app" ? told.value(u"version").toString() : QString();
+        return told.value(u"surface").toString() == u"app" ? told.value(u"version").toString()
+                                                           : QString();
     }
 
     test::Program program;
