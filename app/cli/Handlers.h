@@ -80,8 +80,11 @@ Task<ExitStatus> reparer(Context &context, TopicsToChange topics);
 Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<Asker> asker,
                       const Resources &resources);
 Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent);
-/// Shows the file that widgets read.
-Task<ExitStatus> widget(Context &context, std::function<QString()> file, const Clock &clock);
+/// Shows the file that widgets read. That a run is under way is believed as long as
+/// `isSomebodyThere` says that a process works with the topics: one that was killed takes nothing
+/// back.
+Task<ExitStatus> widget(Context &context, std::function<QString()> file,
+                        std::function<bool()> isSomebodyThere, const Clock &clock);
 Task<ExitStatus> diagnostic(Context &context, DiagnosticSources sources);
 
 } // namespace vorle::cli

@@ -213,6 +213,8 @@ TEST_F(LinkCaptureTest, all_that_came_with_a_link_stays_with_it_and_reaches_the_
     // The second time it is the same topic, which takes up what it did not know.
     CapturedLink again = dropped(at("/long") + QStringLiteral("?utm_source=x"));
     again.note = QStringLiteral("et le verger");
+    std::swap(link.project, again.project);
+    std::swap(link.pageText, again.pageText);
     const auto results =
         capture.takeDropped({link, again, dropped(QStringLiteral("mailto:a@b.fr"))});
     using Kind = IntakeResult::Kind;
@@ -239,15 +241,78 @@ TEST_F(LinkCaptureTest, all_that_came_with_a_link_stays_with_it_and_reaches_the_
     }
     EXPECT_FALSE(prompt.contains(u"\n### id: c-9"));
 
-    // Handed over once more, also after an end that nobody saw: nothing is doubled. One that was
-    // set aside is back.
-    capture.takeDropped({link, again});
+    // Handed over once more, also after an end that nobody saw: nothing is doubled, and what was
+    // decided since stands. One that is shared anew is back.
+    capture.takeDropped({again, link});
     EXPECT_EQ(*store.topic(judged->id), *judged);
     store.dismiss(judged->id);
+    link.sharedAt = QDateTime::currentDateTimeUtc().addSecs(-60);
+    link.note = QStringLiteral("et tard");
+    capture.takeDropped({link});
+    EXPECT_EQ(store.topic(judged->id)->status, TopicStatus::Dismissed);
+    EXPECT_EQ(store.topic(judged->id)->note, *judged->note + QStringLiteral("\net tard"));
+    link.sharedAt = QDateTime::currentDateTimeUtc();
     capture.takeDropped({link});
     EXPECT_EQ(store.topic(judged->id)->status, TopicStatus::Inbox);
     EXPECT_EQ(store.count(), 1);
     EXPECT_EQ(claude.calls().size(), 1);
+}
+
+TEST_F(LinkCaptureTest, a_link_that_waits_takes_up_what_is_said_of_it_and_is_read_now) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    const auto links = droppedPages(DailyAllowance::linksADay + 2);
+    const auto results = capture.takeDropped(links);
+    settle();
+    const QUuid waiting = results.last().topic;
+    ASSERT_EQ(capture.state(waiting), LinkCapture::State::Postponed);
+    CapturedLink late = links.last();
+    late.title = QStringLiteral("Titre");
+    late.project = QStringLiteral("Potager");
+    late.pageText = QStringLiteral("ce que l’abonné voit");
+    EXPECT_EQ(capture.takeDropped({late}).first().kind, IntakeResult::Kind::Held);
+    EXPECT_EQ(store.topic(waiting)->title, late.title);
+    EXPECT_EQ(capture.state(waiting), LinkCapture::State::Postponed) << "nobody asked for it";
+
+    const auto given = capture.take({.url = late.url, .note = QStringLiteral("vite")});
+    const auto *refusal = std::get_if<LinkCapture::Refusal>(&given);
+    ASSERT_NE(refusal, nullptr);
+    EXPECT_EQ(refusal->held, waiting);
+    EXPECT_TRUE(refusal->tookUp);
+    settle();
+    EXPECT_EQ(store.topic(waiting)->status, TopicStatus::Inbox);
+    EXPECT_EQ(store.topic(waiting)->note, QStringLiteral("vite"));
+    EXPECT_EQ(store.topic(waiting)->project, late.project);
+    const QString prompt = claude.prompts();
+    EXPECT_TRUE(prompt.contains(u"Their note when saving it: vite"));
+    EXPECT_TRUE(prompt.contains(late.pageText));
+    EXPECT_EQ(capture.postponed(), 1);
+    // The same about one that was judged, and decided on.
+    store.keep(waiting);
+    const auto again = capture.take({.url = late.url, .note = QStringLiteral("lu")});
+    EXPECT_TRUE(std::get<LinkCapture::Refusal>(again).tookUp);
+    EXPECT_EQ(store.topic(waiting)->note, QStringLiteral("vite\nlu"));
+    EXPECT_EQ(store.topic(waiting)->status, TopicStatus::Program);
+    EXPECT_FALSE(capture.running());
+    EXPECT_FALSE(refused(late.url).tookUp);
+}
+
+TEST_F(LinkCaptureTest, one_set_aside_and_taken_back_while_its_batch_runs_is_read_next) {
+    scenario(QStringLiteral("[]"), QStringLiteral("[]"));
+    const auto results = capture.takeDropped(droppedPages(2));
+    const QUuid first = results.first().topic;
+    const auto waiting = store.triageState(first);
+    store.dismiss(first);
+    // The batch has passed it over, and is not at its end yet.
+    QObject::connect(&capture, &LinkCapture::completed, &capture, [&](const QUuid &id) {
+        if (id == results.last().topic) {
+            store.restore(first, *waiting);
+            capture.ask(first);
+        }
+    });
+    settle();
+    EXPECT_EQ(store.topic(first)->status, TopicStatus::Inbox);
+    EXPECT_FALSE(store.topic(first)->summary.isEmpty());
+    EXPECT_EQ(inbox().size(), 2);
 }
 
 TEST_F(LinkCaptureTest, what_another_program_gave_may_not_lead_to_this_machine) {
