@@ -1,7 +1,5 @@
 #include "desktop/ShareInbox.h"
 
-#include "core/Preferences.h"
-#include "desktop/ProjectNames.h"
 #include "platform/DropSignal.h"
 #include "tests/support/Files.h"
 #include "tests/support/HostileNames.h"
@@ -393,29 +391,6 @@ TEST_F(ShareInboxTest, thousands_come_in_batches_and_names_are_only_names) {
     EXPECT_EQ(all.size(), QSet<QString>(all.begin(), all.end()).size());
     EXPECT_EQ(largest, ShareInbox::batch);
     EXPECT_EQ(aside, 0);
-}
-
-TEST_F(ShareInboxTest, the_names_of_the_projects_are_whole_whenever_they_change) {
-    Preferences preferences(
-        std::make_unique<SettingsFile>(folder.filePath(QStringLiteral("settings.json"))));
-    const QString file = path("shared/projects.json");
-    test::writeFile(path("own"), "mine");
-    QDir().mkpath(path("shared"));
-    ASSERT_TRUE(QFile::link(path("own"), file)) << "by whoever";
-    {
-        ProjectNames names(file, preferences);
-        test::waitFor(names.written());
-        EXPECT_EQ(json::decode<QList<QString>>(test::readFile(file)), QList<QString>());
-        const QString hostile = QStringLiteral("\"],[\n$(pwned)\u202E");
-        preferences.change(&Settings::projects,
-                           {{QStringLiteral("Tiravue"), QString()}, {hostile, QString()}});
-        preferences.change(&Settings::job, QStringLiteral("jardinier"));
-        test::waitFor(names.written());
-        EXPECT_EQ(json::decode<QList<QString>>(test::readFile(file)),
-                  QList<QString>({hostile, QStringLiteral("Tiravue")}));
-    }
-    EXPECT_EQ(QDir(path("shared")).entryList(QDir::Files | QDir::Hidden).size(), 1);
-    EXPECT_EQ(test::readFile(path("own")), "mine");
 }
 
 } // namespace
