@@ -53,6 +53,8 @@ constexpr std::array wordings{
             QT_TRANSLATE_NOOP("SystemErrorText", "il n’y a plus assez de mémoire")},
     Wording{std::errc::resource_unavailable_try_again,
             QT_TRANSLATE_NOOP("SystemErrorText", "trop de programmes tournent en même temps")},
+    // What this program itself answers for a disk that is waited for no more.
+    Wording{std::errc::timed_out, QT_TRANSLATE_NOOP("SystemErrorText", "le disque ne répond pas")},
     // What this program itself answers for a lock that is not let go.
     Wording{std::errc::device_or_resource_busy,
             QT_TRANSLATE_NOOP("SystemErrorText", "un autre programme s’en sert")},

@@ -14,6 +14,21 @@ namespace {
 
 constexpr std::string_view subject = "vorle/TopicStore";
 
+/// What came to a topic before it was judged once more is its user's.
+void keepWhatCame(Topic &judged, const Topic &present) {
+    judged.note = present.note;
+    judged.correction = present.correction;
+    judged.brief = present.brief;
+    judged.unknown = present.unknown;
+    if (!judged.project) {
+        judged.project = present.project;
+    }
+    if (present.seenText.value_or(QByteArray()).size() >
+        judged.seenText.value_or(QByteArray()).size()) {
+        judged.seenText = present.seenText;
+    }
+}
+
 /// An entry copied by hand has its original's identity, one written by hand may have none: each
 /// gets one of its own, the same at every load, so that what is kept beside the topics finds it.
 void giveIdentities(QList<Topic> &topics) {
@@ -147,6 +162,16 @@ bool TopicStore::completeCaptured(Topic judged) {
     return change(judged.id, [&](Topic &topic) { topic = std::move(judged); });
 }
 
+bool TopicStore::takeUpCapture(const QUuid &id, const Handover &handed) {
+    requireMainThread(subject);
+    const TopicPtr present = topic(id);
+    if (!present) {
+        return false;
+    }
+    Topic richer = *present;
+    return takeUp(richer, handed) && change(id, [&](Topic &target) { target = std::move(richer); });
+}
+
 qsizetype TopicStore::releasePending(const QList<QUuid> &ids) {
     const QSet<QUuid> wanted(ids.begin(), ids.end());
     return release([&](const Topic &topic) { return wanted.contains(topic.id); });
@@ -182,7 +207,7 @@ bool TopicStore::replacePending(Topic topic) {
         return false;
     }
     topic.status = TopicStatus::Pending;
-    topic.unknown = present->unknown;
+    keepWhatCame(topic, *present);
     return change(topic.id, [&](Topic &target) { target = std::move(topic); });
 }
 
@@ -201,13 +226,21 @@ bool TopicStore::completeUnread(Topic judged) {
     judged.status = present->status;
     judged.foundAt = present->foundAt;
     judged.gallery = present->gallery;
-    judged.unknown = present->unknown;
+    keepWhatCame(judged, *present);
     return change(judged.id, [&](Topic &target) { target = std::move(judged); });
 }
 
-bool TopicStore::withdrawPending(const QUuid &id) {
+bool TopicStore::withdrawPending(const QUuid &id, const QUuid &heir) {
     const TopicPtr present = topic(id);
     if (!present || present->status != TopicStatus::Pending || present->capturedURL) {
+        return false;
+    }
+    if (heir != id && topic(heir)) {
+        takeUpCapture(heir, {.title = {},
+                             .note = present->note.value_or(QString()),
+                             .project = present->project.value_or(QString()),
+                             .pageText = present->seenText.value_or(QByteArray())});
+    } else if (present->note) {
         return false;
     }
     m_topics.remove(m_index.take(id));

@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 #include "base/Resources.h"
+#include "core/Handover.h"
 #include "core/RunReport.h"
 #include "core/Topic.h"
 #include "core/TopicSalvage.h"
@@ -110,6 +111,9 @@ public:
     /// triage; what the user gave (link, note) stays, and the captured link is among its sources.
     /// Does nothing and gives false when the user removed or dismissed the link meanwhile.
     bool completeCaptured(Topic judged);
+    /// Has the topic take up what came with its link, handed over once more (see takeUp()). False
+    /// when there is no such topic, or when it knew all that already: nothing is saved then.
+    bool takeUpCapture(const QUuid &id, const Handover &handed);
     /// Releases these pending topics for triage. Gives how many were.
     qsizetype releasePending(const QList<QUuid> &ids);
     /// Releases every topic a run left pending when it died. Captured links stay: they still
@@ -117,18 +121,22 @@ public:
     qsizetype releaseAllPending();
 
     /// Puts the topic in the place of the pending one of the same identity, which was judged again.
-    /// False when there is none, or when it is pending no more: the user has it now.
+    /// What came to that one meanwhile stays: a link of the same page may have been dropped, with a
+    /// note, a project, the page's text. False when there is none, or when it is pending no more:
+    /// the user has it now.
     bool replacePending(Topic topic);
     /// Whether a topic of a run still waits for a readable page: one in the inbox, or pending, that
     /// could not be read and that the user did nothing about.
     bool isUnreadStill(const QUuid &id) const;
     /// Puts the topic, judged by a page that was found since, in the place of that one in the
-    /// inbox; its pictures and what came to it stay. False when there is none (see isUnreadStill).
+    /// inbox; its pictures and what came to it stay as well. False when there is none (see
+    /// isUnreadStill).
     bool completeUnread(Topic topic);
     /// Takes a pending topic of a run away: its page turned out to be another topic's, which has
-    /// its links by now. Nothing shows such a topic, so nothing is told. False when there is none,
-    /// or when it is pending no more.
-    bool withdrawPending(const QUuid &id);
+    /// its links by now. Nothing shows such a topic, so nothing is told. That other one, `heir`,
+    /// takes up what came to it. False, and nothing changes, when there is none, when it is pending
+    /// no more, or when the user said something of it and there is no heir.
+    bool withdrawPending(const QUuid &id, const QUuid &heir);
     /// Adds to a topic's sources those whose address it does not have. False when there is no such
     /// topic.
     bool addSources(const QUuid &id, const QList<TopicSource> &sources);

@@ -5,6 +5,7 @@
 #include "storage/DurableFile.h"
 
 #include <QFile>
+#include <QTimeZone>
 #include <QUuid>
 
 #include <dirent.h>
@@ -17,6 +18,8 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <new>
+#include <system_error>
 
 namespace vorle {
 
@@ -26,10 +29,31 @@ constexpr const char *asideName = "illisibles";
 constexpr const char *leavingName = ".parti"; ///< where a file stands while it is taken away
 /// What is kept of a page's text: the rest of a drop is let go at once.
 constexpr qsizetype pageTextCharacters = 8'000;
+/// What is looked at for that: megabytes would only be taken apart to be dropped.
+constexpr qsizetype pageTextLooked = 64 * pageTextCharacters;
 
+[[noreturn]] void refuse(const QString &path) {
+    throw std::system_error(errno, std::generic_category(), path.toStdString());
+}
+
+/// @throws std::system_error where it is not there or is another user's
 Descriptor openFolder(const QString &path) {
-    return Descriptor(
+    Descriptor folder(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    struct stat state{};
+    if (!folder.isOpen() || ::fstat(folder.number(), &state) != 0) {
+        refuse(path);
+    }
+    if (state.st_uid != ::geteuid()) {
+        errno = EPERM;
+        refuse(path);
+    }
+    return folder;
+}
+
+/// A folder inside, never what a link leads to.
+Descriptor openInside(int folder, const char *name) {
+    return Descriptor(::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
 InboxFolder::State stateOf(const struct stat &file) {
@@ -38,7 +62,7 @@ InboxFolder::State stateOf(const struct stat &file) {
 #else
     const timespec changed = file.st_mtim;
 #endif
-    return {quint64(file.st_dev), quint64(file.st_ino), qint64(file.st_size),
+    return {quint64(file.st_ino), qint64(file.st_size),
             qint64(changed.tv_sec) * 1'000'000'000 + changed.tv_nsec};
 }
 
@@ -57,11 +81,21 @@ struct Entry {
     InboxFolder::State state;
 };
 
-QList<Entry> entriesOf(const QString &path) {
+/// The files that may be drops, the oldest first.
+/// @throws std::system_error: half a list would have the rest taken for gone
+QList<Entry> entriesOf(int number, const QString &path, DiskPulse &pulse) {
     QList<Entry> entries;
-    const std::unique_ptr<DIR, int (*)(DIR *)> folder(
-        ::opendir(QFile::encodeName(path).constData()), ::closedir);
-    while (folder) {
+    const int own = ::openat(number, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const std::unique_ptr<DIR, int (*)(DIR *)> folder(own < 0 ? nullptr : ::fdopendir(own),
+                                                      ::closedir);
+    if (!folder) {
+        const int refusal = errno;
+        ::close(own);
+        errno = refusal;
+        refuse(path);
+    }
+    while (!pulse.isStopped()) {
+        errno = 0;
         const dirent *next = ::readdir(folder.get());
         if (next == nullptr) {
             break;
@@ -70,9 +104,13 @@ QList<Entry> entriesOf(const QString &path) {
         if (name.startsWith('.') || !name.endsWith(".json")) {
             continue;
         }
-        if (const auto state = stateIn(::dirfd(folder.get()), name)) {
+        pulse.beat();
+        if (const auto state = stateIn(number, name)) {
             entries += {name, *state};
         }
+    }
+    if (errno != 0) {
+        refuse(path);
     }
     std::ranges::sort(entries, [](const Entry &a, const Entry &b) {
         return a.state.changed != b.state.changed ? a.state.changed < b.state.changed
@@ -105,20 +143,29 @@ std::optional<QByteArray> bytesOf(int folder, const Entry &entry) {
     return bytes;
 }
 
-std::optional<SharedItem> itemIn(int folder, const Entry &entry) {
-    const auto bytes =
-        entry.state.bytes <= InboxFolder::maxBytes ? bytesOf(folder, entry) : std::nullopt;
+InboxFolder::Drop dropIn(int folder, const Entry &entry) {
+    using Content = InboxFolder::Content;
+    if (entry.state.bytes > InboxFolder::maxBytes) {
+        return {entry.name, entry.state, Content::TooLarge};
+    }
+    const auto bytes = bytesOf(folder, entry);
     if (!bytes) {
-        return std::nullopt;
+        return {entry.name, entry.state, Content::Unread};
     }
     try {
         auto item = json::decode<SharedItem>(*bytes);
         if (item.pageText) {
-            item.pageText = clampedLines(*item.pageText, pageTextCharacters);
+            item.pageText = clampedLines(item.pageText->left(pageTextLooked), pageTextCharacters);
         }
-        return item;
+        if (!item.sharedAt) {
+            item.sharedAt =
+                QDateTime::fromMSecsSinceEpoch(entry.state.changed / 1'000'000, QTimeZone::utc());
+        }
+        return {entry.name, entry.state, Content::Link, std::move(item)};
+    } catch (const std::bad_alloc &) { // says nothing of what it holds
+        return {entry.name, entry.state, Content::Unread};
     } catch (const std::exception &) { // no link, or not a whole one yet
-        return std::nullopt;
+        return {entry.name, entry.state, Content::NoLink};
     }
 }
 
@@ -130,37 +177,48 @@ InboxFolder::InboxFolder(const QString &path) : m_path(path) {}
 
 QString InboxFolder::asideFolder() const { return m_path + u'/' + QString::fromLatin1(asideName); }
 
-InboxFolder::Listing InboxFolder::read(qsizetype most,
-                                       const QHash<QByteArray, State> &known) const {
+InboxFolder::Listing InboxFolder::read(qsizetype most, const QHash<QByteArray, State> &known,
+                                       DiskPulse &pulse) const {
     Listing listing;
     const Descriptor folder = openFolder(m_path);
-    const QList<Entry> entries = entriesOf(m_path);
+    const QList<Entry> entries = entriesOf(folder.number(), m_path, pulse);
+    QHash<QByteArray, State> gone = known;
+    qint64 bytes = 0;
     for (const Entry &entry : entries) {
+        gone.remove(entry.name);
         const auto before = known.constFind(entry.name);
-        if (before != known.cend() && *before == entry.state) {
+        if (listing.more || (before != known.cend() && *before == entry.state)) {
             continue;
         }
-        if (listing.drops.size() == most) {
+        const qint64 cost = entry.state.bytes <= maxBytes ? entry.state.bytes : 0;
+        if (listing.drops.size() == most || (bytes > 0 && bytes + cost > maxBytesAtOnce) ||
+            pulse.isStopped()) {
             listing.more = true;
-            break;
+            continue;
         }
-        listing.drops += {entry.name, entry.state, itemIn(folder.number(), entry)};
+        bytes += cost;
+        listing.drops += dropIn(folder.number(), entry);
+        pulse.beat();
     }
+    listing.gone = gone.keys();
     return listing;
 }
 
-/// First out of the way, then looked at: what took its name meanwhile is never touched.
+/// First out of the way, then looked at once more: what takes its name meanwhile is never lost.
 InboxFolder::Left InboxFolder::move(const Drop &drop, const char *into) const {
     const Descriptor folder = openFolder(m_path);
-    if (::mkdirat(folder.number(), into, 0700) != 0 && errno != EEXIST) {
-        // A full disk lets nothing be made, but what was read may go.
-        const bool gone = into == leavingName &&
-                          stateIn(folder.number(), drop.name) == drop.state &&
-                          ::unlinkat(folder.number(), drop.name.constData(), 0) == 0;
-        return gone ? Left::Done : Left::Refused;
+    if (stateIn(folder.number(), drop.name) != drop.state) {
+        return Left::Another;
     }
-    const Descriptor other(
-        ::openat(folder.number(), into, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    ::mkdirat(folder.number(), into, 0700); // mostly it is there
+    const Descriptor other = openInside(folder.number(), into);
+    if (!other.isOpen()) {
+        // A full disk lets nothing be made, and what has that name may be no folder. What was read
+        // may go all the same.
+        const bool mayGo = into == leavingName;
+        return mayGo && ::unlinkat(folder.number(), drop.name.constData(), 0) == 0 ? Left::Done
+                                                                                   : Left::Refused;
+    }
     struct stat taken{};
     const bool isTaken =
         ::fstatat(other.number(), drop.name.constData(), &taken, AT_SYMLINK_NOFOLLOW) == 0;
@@ -178,25 +236,36 @@ InboxFolder::Left InboxFolder::move(const Drop &drop, const char *into) const {
     return Left::Done;
 }
 
-InboxFolder::Left InboxFolder::remove(const Drop &drop) const { return move(drop, leavingName); }
+InboxFolder::Left InboxFolder::leave(const Drop &drop, const char *into) const {
+    try {
+        return move(drop, into);
+    } catch (const std::system_error &) { // the folder itself
+        return Left::Refused;
+    }
+}
 
-InboxFolder::Left InboxFolder::setAside(const Drop &drop) const { return move(drop, asideName); }
+InboxFolder::Left InboxFolder::remove(const Drop &drop) const { return leave(drop, leavingName); }
+
+InboxFolder::Left InboxFolder::setAside(const Drop &drop) const { return leave(drop, asideName); }
 
 void InboxFolder::open() const {
     makeOwnFolder(m_path);
     const Descriptor folder = openFolder(m_path);
-    const QString leaving = m_path + u'/' + QString::fromLatin1(leavingName);
-    const Descriptor left = openFolder(leaving);
-    for (const Entry &entry : entriesOf(leaving)) {
-        ::renameat(left.number(), entry.name.constData(), folder.number(), freshName().constData());
+    if (const Descriptor left = openInside(folder.number(), leavingName); left.isOpen()) {
+        DiskPulse pulse;
+        for (const Entry &entry : entriesOf(left.number(), m_path, pulse)) {
+            ::renameat(left.number(), entry.name.constData(), folder.number(),
+                       freshName().constData());
+        }
     }
     removeStaleTemporaryFiles(m_path);
 }
 
 void InboxFolder::drop(const SharedItem &item) const {
     makeOwnFolder(m_path);
+    openFolder(m_path); // or nobody would ever take it in
     replaceWhole(m_path + u'/' + QString::fromLatin1(freshName()),
-                 json::encode(item, json::Style::Compact));
+                 json::encode(item, json::Style::Compact), AtLink::Replace);
 }
 
 } // namespace vorle

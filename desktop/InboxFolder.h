@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Json.h"
+#include "base/OnDisk.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -34,49 +35,65 @@ struct SharedItem {
 
 /// The folder that links are dropped into: one file each, "<UUID>.json", made under a name that
 /// begins with a dot and renamed once it is whole. Every regular file whose name ends in ".json"
-/// and begins with no dot is read, whoever called it what. Any thread, one at a time; a folder on a
-/// disk that is gone holds the caller up. Nothing here throws but drop().
+/// and begins with no dot is read, whoever called it what.
+///
+/// The folder may be reached by a symbolic link: a person may have put it elsewhere. It must be the
+/// user's own, or who owns it could have others of their files taken for drops. Nothing inside is
+/// reached by a link.
+///
+/// Any thread, one at a time; a folder on a disk that is gone holds the caller up.
 class InboxFolder {
 public:
-    /// A larger file is no link, and is not read.
+    /// A larger file is not read.
     static constexpr qint64 maxBytes = 4 << 20;
+    /// What is read in one listing, but for a single file.
+    static constexpr qint64 maxBytesAtOnce = 32 << 20;
 
     explicit InboxFolder(const QString &path);
 
     /// What tells a file from the one that had its name before, and from what it held before.
     struct State {
-        quint64 device = 0;
         quint64 number = 0;
         qint64 bytes = 0;
         qint64 changed = 0; ///< nanoseconds
 
         bool operator==(const State &) const = default;
     };
+    enum class Content {
+        Link,     ///< `item` is it
+        NoLink,   ///< it holds none, or not yet
+        TooLarge, ///< nothing was read of it
+        Unread    ///< it could not be read now: refused by the system, or being replaced
+    };
     struct Drop {
         QByteArray name; ///< as the disk has it
         State state;
-        std::optional<SharedItem> item; ///< nothing: it holds none, or not yet
+        Content content = Content::NoLink;
+        SharedItem item = {}; ///< dated by its file where it is not dated itself
     };
     struct Listing {
-        QList<Drop> drops; ///< the oldest first
-        bool more = false; ///< there are others
+        QList<Drop> drops;      ///< the oldest first
+        QList<QByteArray> gone; ///< of those known: no longer there
+        bool more = false;      ///< there are others
     };
-    /// Reads so many files. Those of `known` whose state is the same are passed over.
-    Listing read(qsizetype most, const QHash<QByteArray, State> &known) const;
+    /// Reads so many files, and maxBytesAtOnce. Those of `known` whose state is the same are passed
+    /// over. Gives a sign of life with each file, and ends early where nobody waits any more.
+    /// @throws std::system_error when the folder is not there, cannot be read or is another user's
+    Listing read(qsizetype most, const QHash<QByteArray, State> &known, DiskPulse &pulse) const;
 
     enum class Left {
         Done,    ///< it left the folder
         Another, ///< it was gone already; what has its name is not what was read, and stays
         Refused  ///< the system did not let it be moved: it stays
     };
-    /// Takes a file away that was read.
+    /// Takes a file away that was read. Throws nothing.
     Left remove(const Drop &drop) const;
-    /// Puts a file that holds no link into the folder "illisibles" inside.
+    /// Puts a file that is no link into the folder "illisibles" inside. Throws nothing.
     Left setAside(const Drop &drop) const;
     QString asideFolder() const;
 
     /// Makes the folder, and puts what an end in the middle of remove() left back into it.
-    /// @throws std::system_error when it cannot be made
+    /// @throws std::system_error as read(), and when it cannot be made
     void open() const;
 
     /// Drops a link as other programs do: durably, in one step.
@@ -84,6 +101,7 @@ public:
     void drop(const SharedItem &item) const;
 
 private:
+    Left leave(const Drop &drop, const char *into) const;
     Left move(const Drop &drop, const char *into) const;
 
     QString m_path;

@@ -36,7 +36,7 @@ Task<> ProjectNames::work() {
         const auto problem = co_await onDisk([file = m_file, bytes] {
             try {
                 makeFolder(QFileInfo(file).absolutePath());
-                replaceWhole(file, bytes);
+                replaceWhole(file, bytes, AtLink::Replace);
                 return QString();
             } catch (const std::exception &error) {
                 return QString::fromLocal8Bit(error.what());

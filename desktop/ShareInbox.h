@@ -2,8 +2,10 @@
 
 #include "base/Async.h"
 #include "desktop/InboxFolder.h"
+#include "desktop/StuckDrops.h"
 #include "storage/FileWatch.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
@@ -13,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <system_error>
 
 namespace vorle {
 
@@ -22,9 +25,10 @@ class DropSignal;
 /// the share sheet says that it dropped one, and when the folder changes.
 ///
 /// A file leaves the folder only once what it held is safely kept, and what is dropped under its
-/// name meanwhile is another drop. One that holds no link is looked at again as long as somebody
-/// writes into it, then set aside, and never read again. What the disk refuses is tried again
-/// later.
+/// name meanwhile is another drop. Each is handed over once: one whose saving fails, or that the
+/// system does not let go, is only finished later, also after a new start. One that holds no link
+/// is looked at again as long as somebody writes into it, then set aside, and never read again. One
+/// that cannot be read now stays, and is tried again, less and less often.
 ///
 /// Main thread, which never waits for the disk; what it is given outlives it, and it must outlive
 /// the work under way (see `stopped`).
@@ -34,64 +38,106 @@ public:
     using Item = SharedItem;
 
     enum class Taken {
-        Kept,  ///< it is safely on disk elsewhere
+        Kept,  ///< it is kept elsewhere
         NoLink ///< it holds none
     };
-    /// Keeps what was dropped, in that order. Gives what became of each once all is on the disk;
-    /// nothing when that failed: it is handed over again, and must then count once.
-    using Take = std::function<Task<std::optional<QList<Taken>>>(QList<Item>)>;
+    /// Who keeps what was dropped.
+    struct Keeper {
+        /// Whether anything may be taken in now. If not, all stays where it is, until look().
+        std::function<bool()> mayTake;
+        /// Takes it in, in that order. Gives what became of each.
+        std::function<QList<Taken>(const QList<Item> &)> take;
+        /// Ends once all that was taken in is on the disk; false when that failed, and is to be
+        /// asked again later.
+        std::function<Task<bool>()> saved;
+    };
 
     struct Pace {
-        /// How long a file that holds no link must stay as it is before it is set aside.
+        /// How long a file that is no link must stay as it is before it is set aside.
         std::chrono::milliseconds settled = std::chrono::seconds(20);
-        /// How long until what was refused is tried again.
+        /// How long until what was refused is tried again. A file that goes on being refused waits
+        /// twice as long each time, 64 times that at most.
         std::chrono::milliseconds again = std::chrono::seconds(60);
+    };
+
+    struct Parts {
+        QString folder; ///< made where it is missing
+        Keeper keeper;
+        DropSignal *signal = nullptr; ///< without one the folder alone tells
+        QString topicsFile = {};      ///< see StuckDrops
     };
 
     /// Links taken in at once.
     static constexpr qsizetype batch = 500;
 
-    /// `folder` is made where it is missing. `signal` may be null: then the folder alone tells.
-    ShareInbox(QString folder, Take take, DropSignal *signal, Pace pace, QObject *parent = nullptr);
-    ShareInbox(QString folder, Take take, DropSignal *signal = nullptr)
-        : ShareInbox(std::move(folder), std::move(take), signal, Pace{}) {}
+    ShareInbox(Parts parts, Pace pace, QObject *parent = nullptr);
     ~ShareInbox() override;
 
     /// Looks into the folder now.
     void look();
     /// Takes no further drop, and ends once what is under way has.
     Task<> stopped();
-    /// Where files that hold no link are kept.
+    /// Where files that are no links are kept.
     QString asideFolder() const { return m_folder.asideFolder(); }
 
 Q_SIGNALS:
-    /// So many files held no link, and were set aside.
-    void wasSetAside(qsizetype files);
+    /// So many files held no link, and so many were too large to be one: they were set aside.
+    void wasSetAside(qsizetype noLinks, qsizetype tooLarge);
+    /// A file could not be read a third time: it stays where it is. Told once of each.
+    void cannotRead(const QString &name);
+    /// The folder could not be read twice in a row. Told once, until it can be.
+    void folderRefused(const std::error_code &why);
+    /// Something was dropped that may not be taken in now.
+    void heldBack();
 
 private:
-    /// A file that holds no link, for now.
+    /// A file that is no link, for now.
     struct Unsure {
         InboxFolder::Drop drop;
         QElapsedTimer since; ///< it is as it is
     };
+    /// A file that could not be read.
+    struct Unread {
+        InboxFolder::State state;
+        int tries = 0;
+        QDeadlineTimer next;
+    };
+    /// One that was handed over, and not finished.
+    struct Handed {
+        InboxFolder::Drop drop;
+        Taken taken = Taken::Kept;
+    };
+    enum class Went { Done, More, Badly };
 
     Task<> drain();
-    Task<std::optional<bool>> takeSome();
+    Task<> loadStuck();
+    Task<> retryStuck();
+    Task<Went> takeSome();
+    Task<std::optional<InboxFolder::Listing>> listing();
+    Task<bool> finishHanded();
     Task<> leave(QList<InboxFolder::Drop> kept, QList<InboxFolder::Drop> aside);
     Task<> setAsideSettled();
     void note(const InboxFolder::Drop &drop);
+    void noteUnread(const InboxFolder::Drop &drop);
+    void forget(const QByteArray &name);
     QHash<QByteArray, InboxFolder::State> known() const;
+    void lookLater(bool well);
 
     InboxFolder m_folder;
     QString m_path;
-    Take m_take;
+    StuckDrops m_stuckFile;
+    Keeper m_keeper;
     DropSignal *m_signal;
     Pace m_pace;
     std::unique_ptr<FileWatch> m_watch;
     QHash<QByteArray, Unsure> m_unsure;
-    /// Taken in, but still there: the system did not let them go. Never taken in again.
-    QHash<QByteArray, InboxFolder::State> m_stuck;
+    QHash<QByteArray, Unread> m_unread;
+    QList<Handed> m_handed;
+    StuckDrops::Drops m_stuck;
+    std::optional<StuckDrops::Drops> m_keptStuck; ///< as their file has them; nothing before load
+    QDeadlineTimer m_stuckAgain;                  ///< when they are to be tried again
     QTimer m_later;
+    int m_refusals = 0; ///< of the folder, in a row
     bool m_draining = false;
     bool m_lookAgain = false;
     bool m_opened = false;

@@ -19,7 +19,8 @@ namespace vorle {
 struct WidgetPublisher::File {
     std::atomic<int> writers = 0;
     std::atomic<quint64> changes = 0;
-    std::mutex mutex; // guards what follows
+    std::atomic<quint64> tried = 0; ///< the newest state that a write was tried of
+    std::mutex mutex;               // guards what follows
     quint64 state = 0;
     QByteArray bytes;
 
@@ -28,6 +29,7 @@ struct WidgetPublisher::File {
         if (number < state) {
             return;
         }
+        tried = number;
         state = number;
         const QByteArray now = json::encode(widgetSnapshot(source));
         if (now == bytes) {
@@ -78,16 +80,31 @@ void WidgetPublisher::publish() {
 }
 
 void WidgetPublisher::arm() {
-    if (!m_due || m_timer.isActive()) {
+    if (m_timer.isActive()) {
         return;
     }
     if (m_file->writers > 0) {
-        m_timer.start(maxDiskWait); // looked at again as soon as it ends
+        m_timer.start(m_parts.patience); // looked at again as soon as it ends, where it is followed
         return;
     }
-    const auto since =
-        std::chrono::milliseconds(m_last.isValid() ? m_last.elapsed() : pause.count());
-    m_timer.start(std::max(std::chrono::milliseconds(0), pause - since));
+    if (m_due) {
+        const auto since =
+            std::chrono::milliseconds(m_last.isValid() ? m_last.elapsed() : pause.count());
+        m_timer.start(std::max(std::chrono::milliseconds(0), pause - since));
+    }
+}
+
+/// What the file has been changed by since, however late.
+void WidgetPublisher::tell() {
+    // One that nobody began on in time was dropped.
+    m_due = m_due || (m_file->writers == 0 && m_file->tried < m_states);
+    const quint64 changes = m_file->changes;
+    if (std::exchange(m_told, changes) != changes) {
+        m_last.start(); // a slow disk's write ends when the next one would be due
+        if (m_parts.published) {
+            m_parts.published();
+        }
+    }
 }
 
 std::function<void()> WidgetPublisher::work() {
@@ -123,34 +140,36 @@ void WidgetPublisher::labelsAge() {
 }
 
 void WidgetPublisher::write() {
-    if (m_due && m_file->writers == 0) {
-        m_writes.add(follow(this, m_file, work()));
+    tell();
+    const bool mayBegin =
+        m_file->writers == 0 && (!m_last.isValid() || m_last.hasExpired(pause.count()));
+    if (m_due && mayBegin) {
+        begin();
     } else {
         arm();
     }
 }
 
+void WidgetPublisher::begin() { m_writes.add(follow(this, m_parts.patience, work())); }
+
 /// Past the disk's patience the write is left to it; the next one waits for its end all the same.
-/// Nothing but what is shared is looked at then, unless `self` is there.
-Task<> WidgetPublisher::follow(QPointer<WidgetPublisher> self, std::shared_ptr<File> file,
+Task<> WidgetPublisher::follow(QPointer<WidgetPublisher> self, std::chrono::milliseconds patience,
                                std::function<void()> work) {
-    const quint64 before = file->changes;
-    co_await endsOnDisk([work = std::move(work)](DiskPulse &) { work(); }, maxDiskWait);
+    co_await endsOnDisk([work = std::move(work)](DiskPulse &) { work(); }, patience);
     if (!self) {
         co_return;
     }
-    if (file->changes != before && self->m_parts.published) {
-        self->m_parts.published();
-    }
+    self->tell();
     self->m_timer.stop();
     self->arm();
 }
 
 Task<> WidgetPublisher::ended() {
     co_await m_writes.join();
+    tell();
     m_timer.stop();
-    if (m_due) {
-        write();
+    if (m_due && m_file->writers == 0) {
+        begin();
         co_await m_writes.join();
     }
     m_timer.stop();
@@ -160,6 +179,7 @@ Task<> WidgetPublisher::ended() {
 void WidgetPublisher::flush(std::chrono::milliseconds limit) {
     if (m_due || m_file->writers > 0) {
         endsOnDiskWithin(work(), limit);
+        tell();
     }
 }
 

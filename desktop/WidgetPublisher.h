@@ -3,6 +3,7 @@
 #include "base/Async.h"
 #include "base/Clock.h"
 #include "base/LocalZone.h"
+#include "base/OnDisk.h"
 #include "core/Preferences.h"
 #include "core/TopicStore.h"
 #include "desktop/WidgetSnapshot.h"
@@ -25,7 +26,8 @@ namespace vorle {
 ///
 /// The file is replaced whole, by a thread of the disk's, at most once a second but for the last
 /// state (see ended()); nothing is written while nothing changed. One write at a time: a disk that
-/// does not answer is waited for there, and what it takes up again is never older than what stands.
+/// does not answer is waited for there, and what it takes up again is never older than what stands;
+/// what it writes so late is told as well (see Parts::published).
 /// A write that failed is logged, and tried again with the next change. Main thread; what it is
 /// given outlives it.
 class WidgetPublisher final : public QObject {
@@ -40,6 +42,8 @@ public:
         /// The file has changed; main thread.
         std::function<void()> published = {};
         LocalZone zone = {};
+        /// How long a write is waited for before it is left to the disk.
+        std::chrono::milliseconds patience = maxDiskWait;
     };
 
     static constexpr std::chrono::milliseconds pause{1000};
@@ -61,9 +65,11 @@ private:
 
     void arm();
     void write();
+    void begin();
     void labelsAge();
     std::function<void()> work();
-    static Task<> follow(QPointer<WidgetPublisher> self, std::shared_ptr<File> file,
+    void tell();
+    static Task<> follow(QPointer<WidgetPublisher> self, std::chrono::milliseconds patience,
                          std::function<void()> work);
 
     Parts m_parts;
@@ -71,8 +77,9 @@ private:
     bool m_searching = false;
     bool m_due = false;
     quint64 m_states = 0; ///< handed to the disk so far
+    quint64 m_told = 0;   ///< of the file's changes
     TaskGroup m_writes;
-    QElapsedTimer m_last; ///< since a write began
+    QElapsedTimer m_last; ///< since a write began, or was seen to have ended
     QTimer m_timer;       ///< until the next one may
     QTimer m_ageing;      ///< until the words for the next run may be others
 };

@@ -261,11 +261,11 @@ std::optional<QByteArray> readWhole(const QString &path, qint64 most) {
     return bytes;
 }
 
-void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces) {
-    const QString target = linkTarget(path);
+void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces, AtLink atLink) {
+    const QString target = atLink == AtLink::WriteThrough ? linkTarget(path) : path;
     const QByteArray name = QFile::encodeName(target);
     struct stat old{};
-    const bool exists = ::stat(name.constData(), &old) == 0;
+    const bool exists = ::lstat(name.constData(), &old) == 0 && !S_ISLNK(old.st_mode);
     if (exists && !S_ISREG(old.st_mode)) { // a device would be lost to the rename
         fail(S_ISDIR(old.st_mode) ? EISDIR : EINVAL, "not a regular file");
     }
@@ -287,7 +287,9 @@ void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces) {
     folder.sync();
 }
 
-void replaceWhole(const QString &path, QByteArrayView bytes) { replaceWhole(path, {&bytes, 1}); }
+void replaceWhole(const QString &path, QByteArrayView bytes, AtLink atLink) {
+    replaceWhole(path, {&bytes, 1}, atLink);
+}
 
 void makeFolder(const QString &path) {
     const QByteArray name = QFile::encodeName(path);

@@ -25,15 +25,22 @@ constexpr qint64 maxFileBytes = 2'000'000'000;
 ///         bytes, of which none is read then; it carries the path
 std::optional<QByteArray> readWhole(const QString &path, qint64 most = maxFileBytes);
 
+/// What becomes of a symbolic link that has the name of a file to be replaced.
+enum class AtLink {
+    WriteThrough, ///< it stays: a person may have put their file elsewhere
+    Replace       ///< it goes, and what it leads to stays as it is: other programs reach the folder
+};
+
 /// Replaces a file by these pieces, one after the other, in one step: whoever reads it, even after
-/// a crash, finds the old bytes or the new. A symbolic link is written through, the file's mode
-/// kept; a new file is the user's alone (0600), whatever the umask. Its folder must exist.
+/// a crash, finds the old bytes or the new. The file's mode is kept; a new file is the user's alone
+/// (0600), whatever the umask. Its folder must exist.
 /// @throws std::system_error; the file is then as it was (as the pieces say it, when all that
 ///         failed was to see the new name on the disk)
-void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces);
+void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces,
+                  AtLink atLink = AtLink::WriteThrough);
 
 /// The same for one piece.
-void replaceWhole(const QString &path, QByteArrayView bytes);
+void replaceWhole(const QString &path, QByteArrayView bytes, AtLink atLink = AtLink::WriteThrough);
 
 /// Makes a folder and those above it that are missing, the user's alone (0700) whatever the umask.
 /// One that stands already is left as it is.

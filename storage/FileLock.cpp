@@ -73,6 +73,31 @@ bool FileLock::lockWithin(std::chrono::milliseconds patience) {
     return true;
 }
 
+bool FileLock::isHeldElsewhere() const {
+    if (m_held || m_path.isEmpty()) {
+        return false;
+    }
+    const auto fail = [this] {
+        throw std::system_error(errno, std::generic_category(), m_path.toStdString());
+    };
+    const Descriptor file(
+        ::open(QFile::encodeName(m_path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file.isOpen()) {
+        if (errno != ENOENT && errno != ENOTDIR) {
+            fail();
+        }
+        return false;
+    }
+    int result = 0;
+    do {
+        result = ::flock(file.number(), LOCK_SH | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    if (result != 0 && errno != EWOULDBLOCK) {
+        fail();
+    }
+    return result != 0;
+}
+
 void FileLock::release() {
     m_descriptor = Descriptor(-1); // lets the lock go
     m_held = false;

@@ -28,6 +28,10 @@ public:
     /// The same, waiting that long for its holder. @throws as tryLock()
     bool lockWithin(std::chrono::milliseconds patience);
     void release();
+    /// Whether another holder has it at this moment. Asks without taking it, and makes no lock
+    /// file.
+    /// @throws as tryLock()
+    bool isHeldElsewhere() const;
 
 private:
     QString m_path;

@@ -34,6 +34,9 @@ public:
     /// @throws std::system_error as tryLock(), Cancelled, what `isInVain` does
     Task<bool> taken(std::function<Task<bool>()> isInVain, CancelToken cancel);
     void release();
+    /// Whether another process has that right at this moment. Asks without taking it.
+    /// @throws std::system_error when the lock file cannot be opened
+    bool isHeldElsewhere() const { return m_lock.isHeldElsewhere(); }
 
 private:
     FileLock m_lock;

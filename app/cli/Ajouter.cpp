@@ -164,6 +164,16 @@ Task<ExitStatus> ajouter(Context &context, LinkDoors doors, const Clock &clock) 
                                      .project = item.project});
     if (const auto *refusal = std::get_if<LinkCapture::Refusal>(&taken)) {
         const TopicPtr held = refusal->held ? store.topic(*refusal->held) : nullptr;
+        if (held && isBeingRead(*held) && context.host == Host::OwnProcess) {
+            context.console.say(refusal->text);
+            co_await readHere(context, store, capture, held->id);
+            co_return ExitStatus::Done;
+        }
+        if (held && refusal->tookUp) {
+            requireSaved(store);
+            show(context, *held, refusal->text);
+            co_return ExitStatus::Done;
+        }
         throw Failure(held ? QStringLiteral("%1 %2").arg(refusal->text, held->title)
                            : refusal->text);
     }

@@ -288,7 +288,9 @@ const QList<Command> &commands() {
          .options = {QStringLiteral("format")},
          .run =
              [](Context &c, Application &app) {
-                 return widget(c, [&app] { return app.widgetFile(); }, app.clock());
+                 return widget(
+                     c, [&app] { return app.widgetFile(); },
+                     [&app] { return app.lock().isHeldElsewhere(); }, app.clock());
              }},
         {.name = QStringLiteral("mise-a-jour"),
          .synopsis = QStringLiteral("[--installer]"),

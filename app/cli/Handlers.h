@@ -85,8 +85,11 @@ Task<ExitStatus> banc(Context &context, OnDemand<EngineAgent> agent, OnDemand<As
 Task<ExitStatus> agents(Context &context, OnDemand<EngineAgent> agent);
 Task<ExitStatus> installer(Context &context, OnDemand<AgentSetup> setup);
 Task<ExitStatus> connecter(Context &context, OnDemand<AgentSetup> setup);
-/// Shows the file that widgets read.
-Task<ExitStatus> widget(Context &context, std::function<QString()> file, const Clock &clock);
+/// Shows the file that widgets read. That a run is under way is believed as long as
+/// `isSomebodyThere` says that a process works with the topics: one that was killed takes nothing
+/// back.
+Task<ExitStatus> widget(Context &context, std::function<QString()> file,
+                        std::function<bool()> isSomebodyThere, const Clock &clock);
 Task<ExitStatus> diagnostic(Context &context, DiagnosticSources sources);
 /// What a new version is looked for with, and installed.
 struct UpdateDoor {

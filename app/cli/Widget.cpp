@@ -10,6 +10,7 @@
 #include <QTimeZone>
 
 #include <algorithm>
+#include <system_error>
 
 namespace vorle::cli {
 
@@ -77,9 +78,19 @@ QString polybarLine(const WidgetSnapshot &now) {
     return frenchSpacing(parts.join(QStringLiteral(" · ")));
 }
 
+/// What the system does not tell is believed.
+bool isTrue(const std::function<bool()> &ask) {
+    try {
+        return ask();
+    } catch (const std::system_error &) {
+        return true;
+    }
+}
+
 } // namespace
 
-Task<ExitStatus> widget(Context &context, std::function<QString()> file, const Clock &clock) {
+Task<ExitStatus> widget(Context &context, std::function<QString()> file,
+                        std::function<bool()> isSomebodyThere, const Clock &clock) {
     const QString format = context.arguments.options.value(QStringLiteral("format"));
     if (!format.isEmpty() && format != u"json" && format != u"waybar" && format != u"polybar") {
         throw Failure(
@@ -99,6 +110,7 @@ Task<ExitStatus> widget(Context &context, std::function<QString()> file, const C
                                  "s’ouvre.")
                           .arg(path));
     }
+    now.searching = now.searching && isTrue(isSomebodyThere);
     if (now.nextSearch) { // as time went on, whether the app is open or not
         now.nextSearch->label =
             relativeTimeText(now.nextSearch->at, clock.now(), QTimeZone::systemTimeZone());

@@ -1,6 +1,7 @@
 #include "search/capture/CaptureIntake.h"
 
 #include "base/Text.h"
+#include "core/Handover.h"
 #include "search/run/LinkRegistry.h"
 #include "search/web/PageText.h"
 
@@ -28,60 +29,58 @@ QDateTime foundAt(const CapturedLink &link, const QDateTime &now) {
     return believed ? *link.sharedAt : now;
 }
 
+Handover handoverOf(const CapturedLink &link) {
+    return {.title = clampedLine(link.title, titleCharacters),
+            .note = clampedLines(link.note, noteCharacters),
+            .project = clampedLine(link.project.value_or(QString()), projectCharacters),
+            .pageText = clampedLines(link.pageText, maxBodyCharacters).toUtf8()};
+}
+
 Topic topicOf(const CapturedLink &link, const QString &address, const QDateTime &now) {
     Topic topic;
     topic.id = QUuid::createUuid();
-    const QString title = clampedLine(link.title, titleCharacters);
-    topic.title = title.isEmpty() ? QUrl(address).host() : title;
-    if (const QString project = clampedLine(link.project.value_or(QString()), projectCharacters);
-        !project.isEmpty()) {
-        topic.project = project;
-    }
-    topic.sources = {{title, address}};
+    topic.title = QUrl(address).host();
+    topic.sources = {{QString(), address}};
     topic.status = TopicStatus::Pending;
     topic.readLevel = ReadLevel::None; // until it is read: no score, rather than 0
     topic.foundAt = foundAt(link, now);
     topic.capturedURL = address;
     topic.origin = Origin::Capture;
     topic.sharedAt = link.sharedAt ? std::optional(topic.foundAt) : std::nullopt;
-    if (const QString note = clampedLines(link.note, noteCharacters); !note.isEmpty()) {
-        topic.note = note;
-    }
-    if (const QString text = clampedLines(link.pageText, maxBodyCharacters); !text.isEmpty()) {
-        topic.seenText = text.toUtf8();
-    }
+    takeUp(topic, handoverOf(link));
     return topic;
 }
 
-/// The note with another under it; as it is where it says that already.
-QString joinedNotes(const QString &own, const QString &other) {
-    return other.isEmpty() || own.contains(other) ? own
-           : own.isEmpty()                        ? other
-                                                  : own + u'\n' + other;
+/// Whether a topic was set aside by somebody who had this share behind them. Moments are kept to
+/// the second: of the same one nobody can tell.
+bool isOlderThanDecision(const CapturedLink &link, const Topic &topic) {
+    return link.sharedAt && link.sharedAt->isValid() && topic.triagedAt &&
+           link.sharedAt->addSecs(1) <= *topic.triagedAt;
 }
 
-void takeUp(TopicStore &store, const TopicPtr &topic, const CapturedLink &link) {
-    const QString own = topic->note.value_or(QString());
-    const QString note = joinedNotes(own, clampedLines(link.note, noteCharacters));
-    if (note != own) {
-        store.setNote(topic->id, note);
-    }
-    if (topic->status != TopicStatus::Dismissed) {
-        return;
-    }
-    if (isUnjudgedCapture(*topic)) {
+/// A topic of the store has the link.
+IntakeResult meet(TopicStore &store, const TopicPtr &topic, const CapturedLink &link,
+                  SetAside setAside) {
+    const bool isUnread = isUnjudgedCapture(*topic);
+    const bool isBack = topic->status == TopicStatus::Dismissed &&
+                        !isOlderThanDecision(link, *topic) &&
+                        (isUnread || setAside == SetAside::Returns);
+    if (isBack && isUnread) {
         TopicStore::TriageState waiting;
         waiting.status = TopicStatus::Pending;
         store.restore(topic->id, waiting);
-    } else {
+    } else if (isBack) {
         store.backToInbox(topic->id);
     }
+    const bool tookUp = store.takeUpCapture(topic->id, handoverOf(link));
+    using Kind = IntakeResult::Kind;
+    return {isBack && isUnread ? Kind::New : Kind::Held, topic->id, tookUp};
 }
 
 } // namespace
 
 QList<IntakeResult> captureIntake(TopicStore &store, const QList<CapturedLink> &links,
-                                  const QDateTime &now, HeldTopics held) {
+                                  const QDateTime &now, SetAside setAside) {
     using Kind = IntakeResult::Kind;
     LinkRegistry registry(store.topics());
     QList<Topic> fresh;
@@ -98,21 +97,13 @@ QList<IntakeResult> captureIntake(TopicStore &store, const QList<CapturedLink> &
         if (claim.standing == LinkRegistry::Standing::New) {
             places.insert(i, fresh.size());
             fresh += topicOf(link, address->text(), now);
-            results += IntakeResult{Kind::New, fresh.last().id};
+            results += IntakeResult{Kind::New, fresh.last().id, false};
         } else if (claim.standing == LinkRegistry::Standing::Same) {
             Topic &topic = fresh[places.value(claim.item)];
-            const QString note = joinedNotes(topic.note.value_or(QString()),
-                                             clampedLines(link.note, noteCharacters));
-            topic.note = note.isEmpty() ? std::nullopt : std::optional(note);
-            results += IntakeResult{Kind::Held, topic.id};
+            const bool tookUp = takeUp(topic, handoverOf(link));
+            results += IntakeResult{Kind::Held, topic.id, tookUp};
         } else {
-            const TopicPtr topic = store.topic(claim.topic);
-            const bool wasTakenBack =
-                topic && topic->status == TopicStatus::Dismissed && isUnjudgedCapture(*topic);
-            results += IntakeResult{wasTakenBack ? Kind::New : Kind::Held, claim.topic};
-            if (topic && (wasTakenBack || held == HeldTopics::TakeItUp)) {
-                takeUp(store, topic, link);
-            }
+            results += meet(store, store.topic(claim.topic), link, setAside);
         }
     }
     if (!fresh.isEmpty()) {

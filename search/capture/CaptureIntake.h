@@ -27,25 +27,28 @@ struct CapturedLink {
 struct IntakeResult {
     enum class Kind {
         New,   ///< a topic was made of it, or is back that was taken back unread: it waits
-        Held,  ///< a topic has it already; see captureIntake()
+        Held,  ///< a topic has it already, which took up what it did not know
         NoLink ///< it is no web address
     };
     Kind kind = Kind::NoLink;
-    QUuid topic; ///< null for NoLink
+    QUuid topic;         ///< null for NoLink
+    bool tookUp = false; ///< a topic that has it already learnt something of it
 };
 
-/// Whether a topic that has a link already takes up what came with it once more.
-enum class HeldTopics { StayAsTheyAre, TakeItUp };
+/// What becomes of a topic that was judged, and set aside, when its link is handed over again.
+enum class SetAside { Stays, Returns };
 
 /// Makes topics of links, in one change of the store: pending, with all that was said of them; a
-/// page's text as their `seenText`. One link is one topic, within the list too.
+/// page's text as their `seenText`. One link is one topic, within the list too: what comes with it
+/// once more is taken up by that one, whatever its state (see takeUp()).
 ///
-/// With HeldTopics::TakeItUp a topic that has the link already takes up what it did not know: the
-/// note is put under its own, the project where it has none; one that was set aside is back. To
-/// take in the same link twice is then the same as once.
+/// One that was set aside before it was read is back, and waits; one that was judged is with
+/// SetAside::Returns. But a link that was shared before it was set aside brings nothing back: it is
+/// an earlier one that comes late, or a second time. To take in the same links twice, in whatever
+/// order, is then the same as once.
 ///
 /// Gives a result for each link, in their order. Main thread.
 QList<IntakeResult> captureIntake(TopicStore &store, const QList<CapturedLink> &links,
-                                  const QDateTime &now, HeldTopics held);
+                                  const QDateTime &now, SetAside setAside);
 
 } // namespace vorle

@@ -26,14 +26,18 @@ LinkCapture::LinkCapture(Parts parts, QObject *parent)
 LinkCapture::~LinkCapture() = default;
 
 std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
-    const IntakeResult result = captureIntake(m_parts.store, {std::move(link)}, m_parts.clock.now(),
-                                              HeldTopics::StayAsTheyAre)
-                                    .first();
+    const IntakeResult result =
+        captureIntake(m_parts.store, {std::move(link)}, m_parts.clock.now(), SetAside::Stays)
+            .first();
     if (result.kind == IntakeResult::Kind::NoLink) {
         return Refusal{tr("Ce n’est pas l’adresse d’une page web."), std::nullopt};
     }
     if (result.kind == IntakeResult::Kind::Held) {
-        return Refusal{tr("Tu as déjà ce lien."), result.topic};
+        start({result.topic}, Cause::Given);
+        return Refusal{result.tookUp
+                           ? tr("Tu as déjà ce lien\u00A0: j’y ai ajouté ce que tu en dis.")
+                           : tr("Tu as déjà ce lien."),
+                       result.topic, result.tookUp};
     }
     start({result.topic}, Cause::Given);
     return result.topic;
@@ -41,7 +45,7 @@ std::variant<QUuid, LinkCapture::Refusal> LinkCapture::take(Link link) {
 
 QList<IntakeResult> LinkCapture::takeDropped(const QList<Link> &links) {
     const QList<IntakeResult> results =
-        captureIntake(m_parts.store, links, m_parts.clock.now(), HeldTopics::TakeItUp);
+        captureIntake(m_parts.store, links, m_parts.clock.now(), SetAside::Returns);
     QList<QUuid> waiting;
     for (const IntakeResult &result : results) {
         if (state(result.topic) == State::None) {
@@ -81,7 +85,7 @@ LinkCapture::State LinkCapture::state(const QUuid &id) const {
     if (m_underWay.contains(id)) {
         return State::Reading;
     }
-    if (m_queue.contains(id)) {
+    if (m_queued.contains(id)) {
         return State::Queued;
     }
     return m_failures.contains(id)    ? State::Failed
@@ -128,13 +132,13 @@ void LinkCapture::start(const QList<QUuid> &ids, Cause cause) {
         if (isToday && cause == Cause::ByItself) {
             m_spending.insert(id);
         }
-        if (m_queue.contains(id)) {
+        if (m_queued.contains(id)) {
             // as it is
         } else if (!hasItsDay) {
             if (m_postponed.remove(id)) {
                 m_turn.removeOne(id);
             }
-            m_queue += id;
+            enqueue(id);
         } else if (!m_postponed.contains(id)) {
             m_postponed.insert(id);
             m_turn += id;
@@ -163,7 +167,7 @@ void LinkCapture::admit() {
         m_postponed.remove(id);
         const TopicPtr topic = m_parts.store.topic(id);
         if (topic && isBeingRead(*topic)) {
-            m_queue += id;
+            enqueue(id);
             m_spending.insert(id);
             --room;
         }
@@ -173,6 +177,11 @@ void LinkCapture::admit() {
         m_turn.remove(0, gone);
         Q_EMIT postponedChanged();
     }
+}
+
+void LinkCapture::enqueue(const QUuid &id) {
+    m_queue += id;
+    m_queued.insert(id);
 }
 
 void LinkCapture::run() {
@@ -221,6 +230,7 @@ Task<> LinkCapture::work() {
         }
     }
     m_queue.clear();
+    m_queued.clear();
     m_underWay.clear();
     m_asked.clear();
     m_spending.clear();
@@ -251,14 +261,22 @@ CaptureReading::Told LinkCapture::told() {
 }
 
 void LinkCapture::end(const QUuid &id, const std::optional<QString> &failure) {
-    if (!m_queue.removeOne(id)) {
+    if (!m_queued.remove(id)) {
         return; // its end was told
     }
+    m_queue.removeOne(id);
     m_underWay.remove(id);
+    const TopicPtr topic = m_parts.store.topic(id);
+    const bool stillWaits = topic && isBeingRead(*topic);
+    if (stillWaits && !failure) {
+        // Set aside while the batch ran, which passed it over, and taken back since.
+        enqueue(id);
+        Q_EMIT stateChanged(id);
+        return;
+    }
     m_asked.remove(id);
     const bool ofTheDay = m_spending.remove(id);
-    const TopicPtr topic = m_parts.store.topic(id);
-    if (failure && topic && isBeingRead(*topic)) {
+    if (failure && stillWaits) {
         if (ofTheDay) {
             m_failedToday.insert(id);
         }

@@ -47,6 +47,7 @@ public:
     struct Refusal {
         QString text;              ///< a French sentence
         std::optional<QUuid> held; ///< the topic that has the link already
+        bool tookUp = false;       ///< which took up what was said of it
     };
 
     explicit LinkCapture(Parts parts, QObject *parent = nullptr);
@@ -54,12 +55,13 @@ public:
 
     /// Takes a link in and starts on it. The address may leave its scheme out ("example.org/a"),
     /// and may be any the user can reach, this machine included, unless another program handed it
-    /// over. Gives the new topic's identity; a link that a topic holds already, or that is no web
-    /// address, is refused.
+    /// over. Gives the new topic's identity. What is no web address is refused; so is a link that a
+    /// topic holds already, but what was said of it is kept there, and one that still waits is
+    /// started on, whatever the day's allowance.
     std::variant<QUuid, Refusal> take(Link link);
 
-    /// Takes the links in that were dropped for the user, as captureIntake() does where topics take
-    /// up what they did not know, and starts on them.
+    /// Takes the links in that were dropped for the user, as captureIntake() does where topics that
+    /// were set aside return, and starts on them.
     QList<IntakeResult> takeDropped(const QList<Link> &links);
 
     /// Starts on every captured link that still waits. For the start of the application, and once
@@ -111,6 +113,7 @@ private:
 
     void start(const QList<QUuid> &ids, Cause cause);
     void admit();
+    void enqueue(const QUuid &id);
     void run();
     Task<> work();
     CaptureReading::Told told();
@@ -122,6 +125,7 @@ private:
     DailyAllowance m_allowance;
     CancelSource m_cancel;
     QList<QUuid> m_queue;      ///< those being read first
+    QSet<QUuid> m_queued;      ///< the same: thousands may be asked for at once
     QSet<QUuid> m_underWay;    ///< of the queue: being read
     QSet<QUuid> m_asked;       ///< of the queue: Cause::Asked
     QSet<QUuid> m_spending;    ///< of the queue: those that count for the day

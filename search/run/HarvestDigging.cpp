@@ -129,10 +129,14 @@ qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const Topic
     if (!topic || topic->status != TopicStatus::Pending) {
         return -1; // the user has it as it is
     }
+    const bool isKnown = claim.standing == LinkRegistry::Standing::Known;
+    const std::optional<QUuid> heir = isKnown ? std::optional(claim.topic) : at(claim.item).topic;
+    if (topic->note && !heir) {
+        return -1; // somebody handed the link over with a note, and that card is yet to be made
+    }
     m_links.give(index, claim);
     ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
     const QList<TopicSource> sources = item.sources() + QList{found};
-    const bool isKnown = claim.standing == LinkRegistry::Standing::Known;
     if (isKnown) {
         ++scope.known;
         m_tools.store.addSources(claim.topic, sources);
@@ -144,7 +148,7 @@ qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const Topic
     item.topic.reset();
     item.stage = Item::Stage::Elsewhere;
     dropFromReport(topic->id);
-    m_tools.store.withdrawPending(topic->id);
+    m_tools.store.withdrawPending(topic->id, heir.value_or(QUuid()));
     // That one may wait for a page as well.
     return !isKnown && isUnreadTopic(claim.item) ? claim.item : -1;
 }

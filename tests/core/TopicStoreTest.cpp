@@ -180,10 +180,10 @@ TEST_F(TopicStoreTest, takes_away_a_runs_pending_topic_alone) {
     captured.capturedURL = QStringLiteral("https://example.org/c");
     const auto ids = store->add({sampleTopic(QStringLiteral("a"), TopicStatus::Pending), captured,
                                  sampleTopic(QStringLiteral("d"))});
-    EXPECT_FALSE(store->withdrawPending(ids[1])) << "the user's own link";
-    EXPECT_FALSE(store->withdrawPending(ids[2])) << "the user has it already";
-    EXPECT_FALSE(store->withdrawPending(QUuid::createUuid()));
-    EXPECT_TRUE(store->withdrawPending(ids[0]));
+    EXPECT_FALSE(store->withdrawPending(ids[1], QUuid())) << "the user's own link";
+    EXPECT_FALSE(store->withdrawPending(ids[2], QUuid())) << "the user has it already";
+    EXPECT_FALSE(store->withdrawPending(QUuid::createUuid(), QUuid()));
+    EXPECT_TRUE(store->withdrawPending(ids[0], QUuid()));
     EXPECT_EQ(store->count(), 2);
     for (const qsizetype index : {0, 1}) {
         EXPECT_EQ(store->topics()[index]->id, ids[index + 1]);

@@ -164,6 +164,25 @@ TEST_F(WidgetTest, many_changes_are_few_writes_and_the_last_state_lands) {
     EXPECT_EQ(written().weekBudget, 60);
 }
 
+TEST_F(WidgetTest, a_write_that_ends_late_is_told_and_what_a_killed_run_left_goes) {
+    WidgetSnapshot left = snapshot({});
+    ASSERT_TRUE(left.searching);
+    test::writeFile(path("partage/widget.json"), json::encode(left));
+    QList<Topic> topics;
+    for (int i = 0; i < 20'000; ++i) {
+        topics += test::sampleTopic(QString::number(i));
+    }
+    store.add(topics);
+    WidgetPublisher::Parts impatient = parts();
+    impatient.patience = std::chrono::milliseconds(20); // so many take longer
+    WidgetPublisher publisher(std::move(impatient));
+    test::spinUntil([&] { return published == 1; });
+    EXPECT_FALSE(written().searching);
+    EXPECT_EQ(written().toSortCount, 20'000);
+    test::waitFor(publisher.ended());
+    EXPECT_EQ(published, 1);
+}
+
 TEST_F(WidgetTest, a_disk_that_refuses_harms_nothing_and_the_next_change_is_written) {
     test::writeFile(path("partage"), "a file where the folder would be");
     WidgetPublisher publisher(parts());

@@ -10,7 +10,8 @@
 namespace vorle {
 
 /// What other programs share with the app: takes the links in that they drop, and keeps the names
-/// of the projects beside them. Main thread; what it is given outlives it.
+/// of the projects beside them. As long as the topics file is damaged nothing is taken in: the save
+/// would replace it unasked. Main thread; what it is given outlives it.
 class SharedLinks final : public QObject {
     Q_OBJECT
 public:
@@ -32,13 +33,15 @@ public:
     Task<> stopped();
 
 Q_SIGNALS:
-    /// Files were dropped that hold no link; a French sentence.
+    /// What the person has to know of what was dropped; a French sentence.
     void told(const QString &sentence);
 
 private:
-    Task<std::optional<QList<ShareInbox::Taken>>> take(QList<ShareInbox::Item> items);
+    QList<ShareInbox::Taken> take(const QList<ShareInbox::Item> &items);
+    void tellOfFiles(qsizetype noLinks, qsizetype tooLarge);
 
     Parts m_parts;
+    bool m_toldOfDamage = false; ///< and held back since
     ProjectNames m_names;
     ShareInbox m_inbox;
 };

@@ -1,5 +1,6 @@
 // The snapshot for bars, from the command that writes it to the one that shows it.
 
+#include "storage/StoreLock.h"
 #include "tests/core/Samples.h"
 #include "tests/support/HostileTexts.h"
 #include "tests/support/Program.h"
@@ -38,6 +39,18 @@ TEST(WidgetCommand, a_bar_shows_what_the_last_command_left) {
     EXPECT_EQ(line[QStringLiteral("class")].toString(), QStringLiteral("waiting"));
     EXPECT_TRUE(line[QStringLiteral("tooltip")].toString().contains(QStringLiteral("7  deux")));
     EXPECT_EQ(vorle.run("widget --format tmux").status, 2);
+    // A run that was killed says for ever that it goes on.
+    QByteArray left = vorle.read("data/vorle/widget.json");
+    vorle.write("data/vorle/widget.json",
+                left.replace("\"searching\":false", "\"searching\":true"));
+    EXPECT_EQ(vorle.run("widget --format polybar").out, "1 à trier · 1 au programme\n");
+    EXPECT_FALSE(vorle.run("widget").object()[QStringLiteral("searching")].toBool(true));
+    {
+        StoreLock running(vorle.topicsFile());
+        ASSERT_TRUE(running.tryLock());
+        EXPECT_TRUE(vorle.run("widget").object()[QStringLiteral("searching")].toBool());
+        EXPECT_TRUE(running.isHeld());
+    }
     vorle.write("data/vorle/widget.json", "{\"toSort\":");
     EXPECT_THAT(vorle.run("widget").err, HasSubstr("illisible"));
 }

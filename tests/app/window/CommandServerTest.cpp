@@ -175,6 +175,10 @@ TEST_F(CommandServerTest, links_are_added_to_the_open_app_as_they_are_written) {
     EXPECT_EQ(shown.project, QStringLiteral("Potager"));
     EXPECT_EQ(json::decode<QList<Topic>>(test::readFile(app->topicsFile())).last().id, shown.id);
     EXPECT_THAT(vorle.run("ajouter example.org/a#b").err, HasSubstr("Tu as déjà ce lien."));
+    const Program::Outcome again = vorle.run("ajouter example.org/a --note encore");
+    EXPECT_EQ(again.status, 0) << again.err;
+    EXPECT_THAT(again.out, HasSubstr("j’y ai ajouté ce que tu en dis"));
+    EXPECT_EQ(app->store().topic(shown.id)->note, QStringLiteral("--pour moi\nencore"));
     EXPECT_EQ(vorle.run("ajouter example.org/b --projet Jardin").status, 2);
     EXPECT_EQ(vorle.run("ajouter vorle://add?url=https://a.fr/").status, 2);
 

@@ -97,17 +97,83 @@ TEST_F(SharedLinksTest, a_full_disk_or_an_end_between_two_steps_loses_and_double
     EXPECT_EQ(onDisk().first().note, QStringLiteral("n"));
 }
 
-TEST_F(SharedLinksTest, what_holds_no_link_is_told_and_kept) {
-    QStringList told;
-    drop({.url = QStringLiteral("javascript:alert(1)")});
+TEST_F(SharedLinksTest, what_is_decided_while_the_disk_is_full_stands) {
+    drop({.url = QStringLiteral("https://example.org/a"),
+          .note = QStringLiteral("n"),
+          .sharedAt = QDateTime::currentDateTimeUtc()});
+    int failures = 0;
+    QObject::connect(&app->store(), &TopicStore::saveFailed, &app->store(), [&] { ++failures; });
+    test::withFileSizeLimit(100, [&] {
+        open();
+        test::spinUntil([&] { return failures >= 1; });
+        const QUuid id = app->store().topics().first()->id;
+        app->store().setNote(id, QStringLiteral("autre"));
+        app->store().dismiss(id);
+        test::spinUntil([&] { return failures >= 4; });
+    });
+    test::spinUntil([&] { return waiting() == 0; });
+    ASSERT_EQ(onDisk().size(), 1);
+    EXPECT_EQ(onDisk().first().note, QStringLiteral("autre"));
+    EXPECT_EQ(onDisk().first().status, TopicStatus::Dismissed);
+}
+
+TEST_F(SharedLinksTest, no_drop_replaces_a_damaged_topics_file) {
+    Topic topic;
+    topic.id = QUuid::createUuid();
+    topic.title = QStringLiteral("un");
+    topic.foundAt = QDateTime::currentDateTimeUtc();
+    const QByteArray damaged = json::encode(QList<Topic>{topic}).chopped(1) + ",{\"id\":";
+    test::writeFile(app->topicsFile(), damaged);
+    drop({.url = QStringLiteral("https://example.org/a")});
+    ASSERT_TRUE(app->store().isDamaged());
     open();
+    QStringList told;
     QObject::connect(links.get(), &SharedLinks::told, links.get(),
                      [&](const QString &sentence) { told += sentence; });
     test::spinUntil([&] { return !told.isEmpty(); });
-    EXPECT_EQ(told, QStringList(QStringLiteral("Un fichier déposé ne contient aucun lien. Je le "
-                                               "garde ici\u00A0: %1/illisibles")
-                                    .arg(inbox)));
+    links->look();
+    test::settle();
+    EXPECT_EQ(waiting(), 1);
+    EXPECT_EQ(test::readFile(app->topicsFile()), damaged);
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(app->store().repair(), 1);
+    test::spinUntil([&] { return waiting() == 0; });
+    EXPECT_EQ(onDisk().size(), 2);
+}
+
+TEST_F(SharedLinksTest, what_is_no_link_is_told_as_what_it_is_and_kept) {
+    const struct {
+        int noLinks;
+        int large;
+        const char *said;
+    } cases[] = {
+        {1, 0, "Un fichier déposé ne contient aucun lien. Je le garde ici\u00A0: "},
+        {0, 1,
+         "Un fichier déposé est trop lourd pour un lien (plus de 4\u00A0Mo). Je le garde "
+         "ici\u00A0: "},
+        {2, 3,
+         "2 fichiers déposés ne contiennent aucun lien. 3 fichiers déposés sont trop lourds pour "
+         "des liens (plus de 4\u00A0Mo). Je les garde ici\u00A0: "},
+    };
+    for (const auto &each : cases) {
+        QStringList told;
+        for (int i = 0; i < each.noLinks; ++i) {
+            test::writeFile(inbox + QStringLiteral("/%1.json").arg(i), "{");
+        }
+        for (int i = 0; i < each.large; ++i) {
+            QFile file(inbox + QStringLiteral("/large%1.json").arg(i));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(50'000'000));
+        }
+        open();
+        QObject::connect(links.get(), &SharedLinks::told, links.get(),
+                         [&](const QString &sentence) { told += sentence; });
+        test::spinUntil([&] { return !told.isEmpty(); });
+        EXPECT_EQ(told.join(u'\n'),
+                  QString::fromUtf8(each.said) + inbox + QStringLiteral("/illisibles"));
+        close();
+    }
     EXPECT_EQ(app->store().count(), 0);
+    EXPECT_EQ(QDir(inbox + QStringLiteral("/illisibles")).entryList(QDir::Files).size(), 7);
 }
 
 } // namespace
