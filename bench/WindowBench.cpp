@@ -27,7 +27,9 @@
 #include "platform/fakes/FakeNotifications.h"
 #include "platform/fakes/FakePasteboard.h"
 #include "platform/fakes/FakeTerminals.h"
+#include "platform/fakes/FakeUpdateEngine.h"
 #include "platform/qt/QtKeyWatch.h"
+#include "update/Updater.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -112,7 +114,7 @@ struct Window {
         , notifier({notifications, app.preferences(), app.clock(), {}})
         , hotKey(app.preferences(), globalHotKey)
         , shell(shellParts(app, {links, pasteboard, launcher, files, reveal, notifier, login,
-                                 hotKey, keys, mail}))
+                                 hotKey, keys, mail, updater}))
         , main(shell, Typefaces::load(), app.store().file()) {
         QObject::connect(&main.window(), &QQuickWindow::frameSwapped, &main, [this] { ++frames; });
         main.raise();
@@ -132,6 +134,8 @@ struct Window {
     HotKey hotKey;
     QtKeyWatch keys;
     test::FakeMailComposer mail;
+    test::FakeUpdateEngine updates;
+    Updater updater{{.engine = updates, .version = QStringLiteral("1")}};
     Shell shell;
     MainWindow main;
     int frames = 0;

@@ -91,6 +91,9 @@ void Updater::setChecksByItself(bool on) {
 
 void Updater::setInstallsByItself(bool on) {
     m_parts.engine.setInstallsByItself(on);
+    if (on && !checksByItself()) {
+        setChecksByItself(true); // which it cannot do without
+    }
     Q_EMIT settingsChanged();
 }
 

@@ -61,6 +61,7 @@ public:
 
     bool checksByItself() const { return m_parts.engine.checksByItself(); }
     void setChecksByItself(bool on);
+    /// To install what comes is to look for it too.
     bool installsByItself() const { return m_parts.engine.installsByItself(); }
     void setInstallsByItself(bool on);
 

@@ -83,7 +83,11 @@ void tell(Context &context, const UpdateShown &shown) {
     } else if (shown.installed) {
         context.console.print(French::tr("vorle %1 est installée.").arg(*shown.found));
     } else if (shown.ready) {
-        context.console.print(updatetext::readyTitle() + u' ' + updatetext::readyForTheEnd());
+        const bool relaunches =
+            context.relaunch && context.arguments.flags.contains(QStringLiteral("installer"));
+        context.console.print(
+            updatetext::readyTitle() + u' ' +
+            (relaunches ? French::tr("vorle se relance.") : updatetext::readyForTheEnd()));
     } else if (shown.found) {
         context.console.print(
             French::tr("vorle %1 est là. Pour l’installer : vorle mise-a-jour --installer")

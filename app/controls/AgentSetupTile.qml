@@ -9,7 +9,7 @@ Rectangle {
 
     required property agentState agent
     readonly property bool telling: agent.working || agent.ready || agent.problem.length > 0
-    readonly property string moment: [telling, agent.installing, agent.ready, agent.problem, agent.page].join()
+    readonly property string moment: `${telling} ${agent.installing} ${agent.ready} ${agent.problem} ${agent.page}`
     property bool stood: false
 
     signal picked
@@ -28,7 +28,7 @@ Rectangle {
     activeFocusOnTab: true
     Accessible.role: Accessible.RadioButton
     Accessible.name: agent.name + ", " + agent.state
-    Accessible.description: [agent.problem, agent.text, agent.note].filter(words => words.length > 0).join(" ")
+    Accessible.description: `${agent.problem} ${agent.text} ${agent.note}`.trim()
     Accessible.checkable: true
     Accessible.checked: agent.chosen
     Accessible.focusable: true
@@ -141,7 +141,7 @@ Rectangle {
                     height: parent.height
                     radius: 2
                     color: Theme.accent
-                    property real place: 0
+                    property real place
 
                     // How far it is cannot be told: that it goes on can.
                     SequentialAnimation on place {

@@ -31,8 +31,13 @@ Panel {
         target: panel.model
 
         function onChanged() {
-            Qt.callLater(panel.settle);
+            settling.restart();
         }
+    }
+    Timer { // once the buttons have followed
+        id: settling
+        interval: 0
+        onTriggered: panel.settle()
     }
     Column {
         id: body

@@ -108,6 +108,29 @@ TEST_F(InstallationTest, never_goes_to_an_older_or_to_the_same_version) {
     EXPECT_FALSE(installation().activate());
 }
 
+TEST_F(InstallationTest, what_a_process_leaves_that_dies_between_two_steps_starts_and_goes_on) {
+    for (const char *left : {"next.new", "previous.new", "previous"}) {
+        SCOPED_TRACE(left);
+        QDir(path("app")).removeRecursively();
+        lay();
+        makeReady("1.5.0", says);
+        test::writeFile(path("app/starts"), "xxx"); // of an update long ago
+        ASSERT_TRUE(
+            QFile::link(QStringLiteral("versions/1.4.0"), path("app/") + QString::fromUtf8(left)));
+        EXPECT_EQ(start().out, "1.4.0");
+        installation().confirm(); // which it does when it has opened
+        EXPECT_EQ(start().out, "1.4.0");
+        EXPECT_EQ(installation().ready(), QStringLiteral("1.5.0"));
+        EXPECT_TRUE(installation().activate());
+        EXPECT_EQ(start().out, "1.5.0");
+    }
+    // A version that was put in its place and never made ready.
+    test::writeFile(path("app/versions/1.6.0/bin/vorle"), "half");
+    makeReady("1.6.0", says, "1.5.0");
+    EXPECT_TRUE(installation("1.5.0").activate());
+    EXPECT_EQ(start().out, "1.6.0");
+}
+
 TEST_F(InstallationTest, a_version_that_does_not_start_gives_way_to_the_one_before) {
     for (const char *shell : {"exit 127", "kill -SEGV $$", "kill -ABRT $$"}) {
         SCOPED_TRACE(shell);

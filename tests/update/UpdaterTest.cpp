@@ -198,6 +198,8 @@ TEST_F(UpdaterTest, permission_is_asked_for_beside_the_rest_and_answered_once) {
     updater.setChecksByItself(false); // by the settings' switch: it is an answer too
     EXPECT_FALSE(updater.isPermissionWanted());
     EXPECT_FALSE(engine.daily);
+    updater.setInstallsByItself(true);
+    EXPECT_TRUE(engine.daily) << "nothing would come otherwise";
 
     engine.why = QStringLiteral("Non.");
     updater.check();
