@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace vorle {
+namespace vorle::test {
 
 /// An engine that does nothing by itself: a test plays its part by calling `driver`.
 class FakeUpdateEngine final : public UpdateEngine {
@@ -28,4 +28,4 @@ public:
     bool installs = false;
 };
 
-} // namespace vorle
+} // namespace vorle::test

@@ -39,7 +39,7 @@ protected:
         return lines.last(std::min(count, lines.size()));
     }
 
-    FakeUpdateEngine engine;
+    test::FakeUpdateEngine engine;
     bool busy = false;
     Updater updater{{.engine = engine,
                      .version = QStringLiteral("1.4.2"),
