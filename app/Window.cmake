@@ -47,6 +47,7 @@ qt_add_qml_module(vorle_window
         window/desktop/AddressEvents.cpp window/desktop/AddressEvents.h
         window/AccessibilityBarrier.cpp window/AccessibilityBarrier.h
         window/AppIcons.cpp window/AppIcons.h
+        window/BriefMarks.cpp window/BriefMarks.h
         window/DemoProcess.cpp window/DemoProcess.h
         window/Entering.cpp window/Entering.h
         window/desktop/FeedbackModel.cpp window/desktop/FeedbackModel.h

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/cli/Console.h"
+#include "app/console/Console.h"
 #include "core/Topic.h"
 
 namespace vorle::cli {

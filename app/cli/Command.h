@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/cli/Console.h"
+#include "app/console/Console.h"
 #include "base/Async.h"
 #include "base/WebLink.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/cli/Command.h"
-#include "app/cli/Console.h"
+#include "app/console/Console.h"
 #include "app/labels/ScoreExplanation.h"
 #include "core/TopicStore.h"
 

@@ -41,6 +41,9 @@ Item {
         stop()?.forceActiveFocus(Qt.TabFocusReason);
     }
 
+    onPresentChanged: pages.setPresent(key, present)
+    Component.onCompleted: pages.setPresent(key, present)
+
     visible: shown && present
     width: parent?.width ?? 0
     implicitHeight: bare ? held?.implicitHeight ?? 0 : Math.max(60, (below ? words.height + 8 + holder.height : Math.max(words.height, holder.height)) + 20)

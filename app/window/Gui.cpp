@@ -1,6 +1,6 @@
 #include "app/window/Gui.h"
 
-#include "app/cli/Console.h"
+#include "app/console/Console.h"
 #include "app/demo/Demonstration.h"
 #include "app/window/OpenApp.h"
 #include "app/window/Opening.h"

@@ -4,6 +4,7 @@
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
+#include "app/window/BriefMarks.h"
 #include "app/window/DemoProcess.h"
 #include "base/SystemErrorText.h"
 #include "base/WebLink.h"
@@ -38,7 +39,8 @@ Shell::Shell(Parts parts, QObject *parent) : QObject(parent), m_parts(std::move(
         QuickCapture::Parts{m_parts.preferences, m_parts.store, m_parts.capture,
                             BrowserTab(m_parts.browser, m_parts.pasteboard)});
     follow(m_parts.capture);
-    follow(m_parts.briefs);
+    m_briefMarks = std::make_unique<BriefMarks>(
+        m_parts.briefs, QList<TopicListModel *>{inbox(), program(), reserve(), library()});
     followStores();
     // Links that still wait from another day, once the window is there.
     QMetaObject::invokeMethod(this, [this] { m_parts.capture.resume(); }, Qt::QueuedConnection);
@@ -349,33 +351,6 @@ void Shell::follow(LinkCapture &capture) {
             [this, matter](Kind kind) { tell(matter(kind), m_captureNotices->text(kind)); });
     connect(m_captureNotices.get(), &CaptureNotices::changed, this,
             [this, matter](Kind kind) { retell(matter(kind), m_captureNotices->text(kind)); });
-}
-
-void Shell::follow(BriefWriter &briefs) {
-    connect(&briefs, &BriefWriter::queueChanged, this, &Shell::showBriefStates);
-    connect(&briefs, &BriefWriter::writingChanged, this, &Shell::showBriefStates);
-    connect(&briefs, &BriefWriter::failedChanged, this, &Shell::showBriefStates);
-}
-
-void Shell::showBriefStates() {
-    const BriefWriter &briefs = m_parts.briefs;
-    QHash<QUuid, QString> states;
-    for (const QUuid &id : briefs.failed()) {
-        states[id] = QStringLiteral("failed");
-    }
-    for (const QUuid &id : briefs.queue()) {
-        states[id] = QStringLiteral("queued");
-    }
-    if (briefs.writing()) {
-        states[*briefs.writing()] = QStringLiteral("writing");
-    }
-    QSet<QUuid> told = m_briefsTold;
-    m_briefsTold = {states.keyBegin(), states.keyEnd()};
-    for (const QUuid &id : told.unite(m_briefsTold)) {
-        for (TopicListModel *list : {inbox(), program(), reserve(), library()}) {
-            list->setBriefState(id, states.value(id));
-        }
-    }
 }
 
 void Shell::tell(Matter matter, const QString &text) {

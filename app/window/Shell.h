@@ -35,6 +35,7 @@ namespace vorle {
 class AgentLocator;
 class AgentSetup;
 class Asker;
+class BriefMarks;
 class BriefWriter;
 class ClaudeLauncher;
 class Feeds;
@@ -208,8 +209,6 @@ private:
     void followStores();
     void tellFound();
     void follow(LinkCapture &capture);
-    void follow(BriefWriter &briefs);
-    void showBriefStates();
     void followAgent();
     /// What a notice is about: each has one at most.
     enum class Matter {
@@ -236,11 +235,11 @@ private:
 
     Parts m_parts;
     QList<Notice> m_notices;
-    QSet<QUuid> m_briefsTold; // topics whose row shows how far their notes are
     std::unique_ptr<TopicListModel> m_inbox;
     std::unique_ptr<TopicListModel> m_program;
     std::unique_ptr<TopicListModel> m_reserve;
     std::unique_ptr<TopicListModel> m_library;
+    std::unique_ptr<BriefMarks> m_briefMarks;
     std::unique_ptr<Decisions> m_decisions;
     std::unique_ptr<KeyboardMap> m_keyboard;
     std::unique_ptr<Drafts> m_drafts;

@@ -172,11 +172,24 @@ QStringList SettingsPages::shown() const {
     for (const RowEntry &entry : rowEntries) {
         const bool wanted =
             searching() ? holds(entry, words) : text(entry.page) == m_pages.value(m_page);
-        if (entry.state == Row::Shown && wanted) {
-            keys += QString::fromLatin1(entry.key);
+        const QString key = QString::fromLatin1(entry.key);
+        if (entry.state == Row::Shown && wanted && !m_absent.contains(key)) {
+            keys += key;
         }
     }
     return keys;
+}
+
+void SettingsPages::setPresent(const QString &row, bool present) {
+    if (m_absent.contains(row) == !present) {
+        return;
+    }
+    if (present) {
+        m_absent.remove(row);
+    } else {
+        m_absent.insert(row);
+    }
+    Q_EMIT shownChanged();
 }
 
 QStringList SettingsPages::shownPages() const {

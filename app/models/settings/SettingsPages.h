@@ -5,6 +5,7 @@
 #include "core/Preferences.h"
 
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
@@ -55,6 +56,8 @@ public:
     QString radiusText() const;
     static QString versionText();
 
+    /// Whether there is something to set in that row now; one without is not found either.
+    Q_INVOKABLE void setPresent(const QString &row, bool present);
     /// The name of a row, and what it is for; "" where the row says that itself.
     Q_INVOKABLE static QString title(const QString &row);
     Q_INVOKABLE static QString help(const QString &row);
@@ -74,6 +77,7 @@ private:
     QStringList m_pages;
     int m_page = 0;
     QString m_query;
+    QSet<QString> m_absent;
 };
 
 } // namespace vorle

@@ -53,6 +53,14 @@ TEST_F(SettingsPagesTest, a_search_goes_over_all_pages_by_every_word_without_cas
         EXPECT_TRUE(pages.searching());
         EXPECT_EQ(pages.shown(), rows) << words << ": " << pages.shown().join(u' ').toStdString();
     }
+    // A row with nothing to set now is not found either.
+    QSignalSpy told(&pages, &SettingsPages::shownChanged);
+    pages.setQuery(text("thème"));
+    for (const bool present : {false, false, true}) {
+        pages.setPresent(text("accent"), present);
+        EXPECT_EQ(pages.shown().contains(text("accent")), present);
+    }
+    EXPECT_EQ(told.count(), 3) << "of the search, and of each change";
     pages.setQuery(text("données"));
     EXPECT_EQ(pages.shownPages(), QStringList{text("Tes données")});
     pages.setPage(1);

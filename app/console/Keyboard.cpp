@@ -1,4 +1,4 @@
-#include "app/cli/Keyboard.h"
+#include "app/console/Keyboard.h"
 
 #include "base/Text.h"
 

@@ -1,4 +1,4 @@
-#include "app/cli/Console.h"
+#include "app/console/Console.h"
 
 #include "base/FrenchSpacing.h"
 #include "base/Text.h"
