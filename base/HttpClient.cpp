@@ -21,7 +21,7 @@ namespace {
 constexpr int maxRedirects = 5;
 constexpr qint64 maxHeaderBytes = 256 * 1024;
 /// A redirect's own body is passed over; beyond this it is an attack.
-constexpr qint64 maxRedirectBytes = 64 * 1024;
+constexpr qint64 maxRedirectBytes = 64 * 1024; // of what says that there is nothing here
 
 using Outcome = HttpResponse::Outcome;
 
@@ -165,8 +165,12 @@ size_t HttpClient::Private::Exchange::onBody(char *data, size_t size, size_t cou
     }
     const HttpRequest &request = exchange->request;
     QByteArray &body = exchange->response.body;
-    const qint64 room = request.maxBytes - body.size() - exchange->sunk;
-    if (request.sink && status >= 200 && status < 300) {
+    const bool isSunk = request.sink && status >= 200 && status < 300;
+    // Who takes a large body piece by piece has no use for a large page that says no.
+    const qint64 most =
+        request.sink && !isSunk ? std::min(request.maxBytes, maxRedirectBytes) : request.maxBytes;
+    const qint64 room = most - body.size() - exchange->sunk;
+    if (isSunk) {
         if (!exchange->sink({data, std::min(room, length)})) {
             return 0;
         }

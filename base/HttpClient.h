@@ -46,7 +46,7 @@ struct HttpResponse {
     int status = 0;         ///< the final HTTP status, 0 unless answered
     QUrl url;               ///< the address that answered, after redirects
     QByteArray contentType; ///< as sent, or empty
-    QByteArray body;        ///< at most maxBytes; empty where a sink took it
+    QByteArray body;        ///< at most maxBytes; with a sink, 64 KB of what is no success
     bool truncated = false; ///< the body went on past maxBytes
 
     bool ok() const { return outcome == Outcome::Answered && status >= 200 && status < 300; }

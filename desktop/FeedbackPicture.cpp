@@ -53,13 +53,13 @@ QByteArray formatOf(const QByteArray &bytes) {
                                                                       : QByteArray();
 }
 
+} // namespace
+
 QImage smallOf(const QImage &image) {
     return image.width() > smallSize.width() || image.height() > smallSize.height()
                ? image.scaled(smallSize, Qt::KeepAspectRatio, Qt::SmoothTransformation)
                : image;
 }
-
-} // namespace
 
 std::variant<FeedbackPicture, QString> readPicture(const QString &path) {
     const auto bytes = bytesOf(path);

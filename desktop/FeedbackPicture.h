@@ -25,6 +25,9 @@ struct FeedbackPicture {
 /// GIF or WebP by its content, within the size, of no more than 40 million points. Else why not, in
 /// French. Any thread; a disk may hold it up.
 std::variant<FeedbackPicture, QString> readPicture(const QString &path);
+/// One as small as it is shown among those that are joined; as it is where it is no larger. Any
+/// thread.
+QImage smallOf(const QImage &image);
 /// A picture of our own making. Any thread.
 FeedbackPicture pictureOf(const QImage &image, const QString &name);
 

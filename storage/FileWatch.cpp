@@ -20,6 +20,14 @@ namespace {
 /// A save is several changes of a folder: they are looked at once they are over.
 constexpr std::chrono::milliseconds settled(60);
 
+/// Which file has that name just now.
+QString identityOf(const QString &path) {
+    struct stat file{};
+    return ::stat(QFile::encodeName(path).constData(), &file) == 0
+               ? QStringLiteral("%1 %2").arg(quint64(file.st_dev)).arg(quint64(file.st_ino))
+               : QString();
+}
+
 QString stateOf(const QString &path) {
     struct stat file{};
     if (::stat(QFile::encodeName(path).constData(), &file) != 0) {
@@ -71,7 +79,7 @@ FileWatch::Sight FileWatch::seen(const QString &path) {
     for (const QString &each : std::as_const(wanted)) {
         const QFileInfo info(each);
         if (info.isFile()) {
-            sight.files += each;
+            sight.files[each] = identityOf(each);
         } else if (info.exists()) {
             sight.folders += each;
         }
@@ -107,17 +115,23 @@ Task<> FileWatch::look(QPointer<FileWatch> self) {
 
 /// The folders tell of a file that took the name, the file of what is written into it in place. A
 /// file that was replaced is watched no more: the new one has to be. What is watched anew may have
-/// changed since the disk was asked.
+/// changed since the disk was asked; one that the system does not let be watched is tried again
+/// when something else tells of a change, not at once.
 void FileWatch::follow(const Sight &sight) {
-    for (const QString &path : sight.files) {
-        const bool known = m_watcher.removePath(path); // of the file that was there before
-        m_watcher.addPath(path);
-        m_again = m_again || !known;
+    for (const auto &[path, identity] : sight.files.asKeyValueRange()) {
+        const bool isWatched = m_watcher.files().contains(path);
+        if (isWatched && m_watched.value(path) == identity) {
+            continue; // what came to it meanwhile is not to be missed
+        }
+        if (isWatched) {
+            m_watcher.removePath(path); // of the file that was there before
+        }
+        m_watched[path] = identity;
+        m_again = m_watcher.addPath(path) || m_again;
     }
     for (const QString &path : sight.folders) {
         if (!m_watcher.directories().contains(path)) {
-            m_watcher.addPath(path);
-            m_again = true;
+            m_again = m_watcher.addPath(path) || m_again;
         }
     }
 }

@@ -3,6 +3,7 @@
 #include "base/Async.h"
 
 #include <QFileSystemWatcher>
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -30,8 +31,8 @@ Q_SIGNALS:
 private:
     /// What the disk says of it.
     struct Sight {
-        QStringList folders; ///< that are there: where it lies, and where its links lead
-        QStringList files;
+        QStringList folders;           ///< that are there: where it lies, and where its links lead
+        QHash<QString, QString> files; ///< which file each of these names means
         QString state; ///< tells one state of the file from another, without reading it
     };
     static Sight seen(const QString &path);
@@ -45,6 +46,7 @@ private:
     bool m_looking = false; ///< the disk is being asked
     bool m_again = false;   ///< and is to be asked once more
     QFileSystemWatcher m_watcher;
+    QHash<QString, QString> m_watched; ///< which file each name meant when it was watched
     QTimer m_settled;
 };
 

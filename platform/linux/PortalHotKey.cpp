@@ -86,6 +86,10 @@ void PortalHotKey::follow(std::function<void()> pressed, std::function<void()> c
 }
 
 void PortalHotKey::replace(const std::optional<KeyCombination> &combination) {
+    if (combination && combination == m_declined) {
+        return; // the person said no: another combination, or this one once more, has to be wanted
+    }
+    m_declined.reset();
     close();
     m_wanted = combination;
     open();
@@ -142,6 +146,9 @@ void PortalHotKey::bind(const QString &session) {
             if (answer == PortalRequest::Answer::Given) {
                 takeBound(results.value(QStringLiteral("shortcuts")));
             } else {
+                if (answer == PortalRequest::Answer::Refused) {
+                    m_declined = m_wanted;
+                }
                 close();
                 turn(State::Unavailable);
             }
@@ -186,7 +193,7 @@ void PortalHotKey::ownerChanged(const QString &before, const QString &now) {
     if (!before.isEmpty()) {
         forgetSession();
     }
-    if (!now.isEmpty() && m_state == State::Unavailable) {
+    if (!now.isEmpty() && m_state == State::Unavailable && m_wanted != m_declined) {
         open();
     }
 }

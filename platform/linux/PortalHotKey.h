@@ -41,6 +41,7 @@ private:
     QDBusConnection m_bus;
     QDBusServiceWatcher m_portal;
     std::optional<KeyCombination> m_wanted;
+    std::optional<KeyCombination> m_declined; ///< the person said no to it
     QString m_session;
     int m_asked = 0; // answers to an older question come too late
     State m_state = State::None;

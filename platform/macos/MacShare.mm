@@ -1,6 +1,7 @@
 #include "platform/macos/MacShare.h"
 
 #import <Foundation/Foundation.h>
+#import <Security/Security.h>
 
 /// Hears of drops.
 @interface VorleDropListener : NSObject
@@ -21,14 +22,36 @@ namespace vorle {
 
 namespace {
 
-/// As the entitlements of the app and of both extensions name it.
-NSString *const appGroup = @"group.fr.vorle.vorle";
+/// As the entitlements of the app and of both extensions name it: the team that signed the app, a
+/// point, and the app's identifier. Nil for an app that no team signed: it belongs to no group.
+NSString *appGroup() {
+    SecCodeRef code = nullptr;
+    CFDictionaryRef told = nullptr;
+    NSString *group = nil;
+    if (SecCodeCopySelf(kSecCSDefaultFlags, &code) == errSecSuccess &&
+        SecCodeCopySigningInformation(code, kSecCSSigningInformation, &told) == errSecSuccess) {
+        NSDictionary *information = (__bridge NSDictionary *)told;
+        NSString *team = information[(__bridge NSString *)kSecCodeInfoTeamIdentifier];
+        NSString *own = [[NSBundle mainBundle] bundleIdentifier];
+        if (team != nil && own != nil) {
+            group = [NSString stringWithFormat:@"%@.%@", team, own];
+        }
+    }
+    for (CFTypeRef object : {static_cast<CFTypeRef>(told), static_cast<CFTypeRef>(code)}) {
+        if (object != nullptr) {
+            CFRelease(object);
+        }
+    }
+    return group;
+}
 
 } // namespace
 
 std::optional<QString> AppGroupContainer::folder() const {
-    NSURL *container =
-        [[NSFileManager defaultManager] containerURLForSecurityApplicationGroupIdentifier:appGroup];
+    NSString *group = appGroup();
+    NSURL *container = group == nil ? nil
+                                    : [[NSFileManager defaultManager]
+                                          containerURLForSecurityApplicationGroupIdentifier:group];
     NSString *path = [container path];
     return path == nil ? std::nullopt : std::optional(QString::fromNSString(path));
 }

@@ -120,10 +120,10 @@ void LinkCapture::start(const QList<QUuid> &ids, Cause cause) {
     QList<QUuid> toTheirTurn;
     for (const QUuid &id : ids) {
         const TopicPtr topic = m_parts.store.topic(id);
+        m_failures.remove(id);
         if (!topic || !isBeingRead(*topic)) {
             continue;
         }
-        m_failures.remove(id);
         if (cause == Cause::Asked) {
             m_asked.insert(id);
         }
@@ -160,17 +160,22 @@ void LinkCapture::start(const QList<QUuid> &ids, Cause cause) {
 /// Those whose day it is join the queue.
 void LinkCapture::admit() {
     m_failedToday.removeIf([this](const QUuid &id) { return state(id) != State::Failed; });
+    const qsizetype waiting = m_turn.size();
+    m_turn.removeIf([this](const QUuid &id) {
+        const TopicPtr topic = m_parts.store.topic(id);
+        return (!topic || !isBeingRead(*topic)) && m_postponed.remove(id); // set aside meanwhile
+    });
+    if (m_turn.size() != waiting) {
+        Q_EMIT postponedChanged();
+    }
     qsizetype room = m_allowance.left() - m_spending.size() - m_failedToday.size() - m_spent;
     qsizetype gone = 0;
     for (; gone < m_turn.size() && room > 0; ++gone) {
         const QUuid id = m_turn[gone];
         m_postponed.remove(id);
-        const TopicPtr topic = m_parts.store.topic(id);
-        if (topic && isBeingRead(*topic)) {
-            enqueue(id);
-            m_spending.insert(id);
-            --room;
-        }
+        enqueue(id);
+        m_spending.insert(id);
+        --room;
         Q_EMIT stateChanged(id);
     }
     if (gone > 0) {
@@ -228,6 +233,9 @@ Task<> LinkCapture::work() {
             co_await m_allowance.spend(spent);
             admit();
         }
+    }
+    if (m_spent > 0) { // by a batch that was stopped
+        co_await m_allowance.spend(std::exchange(m_spent, 0));
     }
     m_queue.clear();
     m_queued.clear();

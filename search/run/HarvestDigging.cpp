@@ -131,8 +131,8 @@ qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const Topic
     }
     const bool isKnown = claim.standing == LinkRegistry::Standing::Known;
     const std::optional<QUuid> heir = isKnown ? std::optional(claim.topic) : at(claim.item).topic;
-    if (topic->note && !heir) {
-        return -1; // somebody handed the link over with a note, and that card is yet to be made
+    if (!heir) {
+        return -1; // that card is yet to be made, and somebody may have handed this one's link over
     }
     m_links.give(index, claim);
     ScopeReport &scope = m_recorder.report.scopes[item.proposals.first().report];
@@ -148,7 +148,7 @@ qsizetype Harvest::joinAnother(qsizetype index, const QString &link, const Topic
     item.topic.reset();
     item.stage = Item::Stage::Elsewhere;
     dropFromReport(topic->id);
-    m_tools.store.withdrawPending(topic->id, heir.value_or(QUuid()));
+    m_tools.store.withdrawPending(topic->id, *heir);
     // That one may wait for a page as well.
     return !isKnown && isUnreadTopic(claim.item) ? claim.item : -1;
 }

@@ -81,6 +81,11 @@ TEST(HttpClient, a_sink_takes_the_body_as_it_was_sent_and_may_end_it) {
     taken.clear();
     EXPECT_EQ(get(client, asked).status, 404);
     EXPECT_TRUE(taken.isEmpty()) << "a page that says why is no such body";
+    TestReply no = TestReply::shaped(TestReply::Shape::Endless, "x");
+    no.status = 403;
+    server.serve("/no", no);
+    asked.url = server.url("/no");
+    EXPECT_LE(get(client, asked).body.size(), 64 * 1024);
     asked.url = server.url("/endless");
     asked.maxBytes = 5000;
     EXPECT_TRUE(get(client, asked).truncated);

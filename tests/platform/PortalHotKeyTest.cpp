@@ -30,6 +30,7 @@ public:
     explicit StandInShortcuts(const QDBusConnection &bus) : m_bus(bus) {}
 
     uint response = 0; ///< 1: the person refuses
+    uint bound = 0;    ///< likewise, of the combination
     bool gives = true; ///< the combination, once there is a session
     QStringList triggers;
     QStringList sessions;
@@ -62,7 +63,7 @@ public Q_SLOTS:
             given += {id, {{text("trigger_description"), text("Ctrl+Alt+V")}}};
         }
         EXPECT_EQ(session.path(), sessions.last());
-        return answer(options, 0,
+        return answer(options, bound,
                       {{text("shortcuts"), QVariant::fromValue(gives ? given : QList<Named>())}});
     }
     // NOLINTEND(readability-identifier-naming)
@@ -159,6 +160,22 @@ TEST_F(PortalHotKeyTest, says_when_there_is_none_and_asks_again_once_there_is_on
     m_portal->response = 1;
     hotKey.replace(m_space);
     settleOn(hotKey, State::Unavailable);
+
+    // Who said no is not asked again by a look, but when they want it once more.
+    m_portal->response = 0;
+    m_portal->gives = true;
+    m_portal->bound = 1;
+    hotKey.replace(m_space);
+    test::spinUntil([&] { return hotKey.state() == State::Asked; });
+    settleOn(hotKey, State::Unavailable);
+    const qsizetype asked = m_portal->sessions.size();
+    m_portal->bound = 0;
+    hotKey.replace(m_space);
+    EXPECT_EQ(hotKey.state(), State::Unavailable);
+    hotKey.replace(std::nullopt);
+    hotKey.replace(m_space);
+    settleOn(hotKey, State::Registered);
+    EXPECT_EQ(m_portal->sessions.size(), asked + 1);
 }
 
 } // namespace

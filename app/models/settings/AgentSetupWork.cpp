@@ -2,6 +2,7 @@
 
 #include "agents/AgentError.h"
 #include "app/labels/AgentLabels.h"
+#include "base/Log.h"
 #include "base/SystemErrorText.h"
 #include "platform/LinkOpener.h"
 
@@ -65,6 +66,9 @@ Task<> AgentSetupWork::see(AgentKind kind, Task<> work) {
         after.detail = systemRefusalText(error);
     } catch (const AgentError &error) {
         after.problem = error.text();
+    } catch (const std::exception &error) {
+        logLine(QStringLiteral("setting an agent up: ") + QString::fromUtf8(error.what()));
+        after.problem = installing ? installFailureText() : signInFailureText();
     }
     state(kind).cancel.reset();
     set(kind, after);

@@ -114,7 +114,7 @@ bool FeedbackModel::isWindowJoined() const {
 void FeedbackModel::begin(QQuickWindow *window) {
     ++m_openings;
     m_window = window != nullptr ? window->grabWindow() : QImage();
-    m_windowImage = m_window.isNull() ? QString() : imageAddress(pictureOf(m_window, {}).small);
+    m_windowImage = m_window.isNull() ? QString() : imageAddress(smallOf(m_window));
     m_pictures.removeIf([](const Joined &each) { return each.picture.own; }); // of another time
     tell({});
     Q_EMIT joinedChanged();

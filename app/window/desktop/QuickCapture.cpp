@@ -74,8 +74,19 @@ void QuickCapture::openOver(const QString &frontApp) {
 }
 
 bool QuickCapture::open(const cli::LinkToCapture &link) {
-    if (link.url.isEmpty()) {
+    if (link.url.isEmpty() && link.problem.isEmpty()) {
         open();
+        return true;
+    }
+    if (link.url.isEmpty()) {
+        // A page can give an address without a link, as often as it likes: nothing is proposed by
+        // it that a key would add, and the keyboard stays where it is.
+        if (!m_shown || isAdded()) {
+            begin();
+            m_frontApp.clear();
+            Q_EMIT pageChanged();
+            Q_EMIT opened();
+        }
         setProblem(shownWords(link.problem));
         return true;
     }

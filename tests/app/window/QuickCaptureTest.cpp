@@ -129,8 +129,13 @@ TEST_F(QuickCaptureTest, a_browser_that_tells_nothing_is_named_and_the_last_copi
     QCoreApplication::processEvents();
     EXPECT_FALSE(shownTexts(*m_panel).filter(text("Un autre lien est arrivé")).isEmpty());
     key(Qt::Key_Escape);
+    // What is copied is not proposed beside an address without a link, nor is the keyboard taken.
     openPanel([&] { EXPECT_TRUE(capture().open({.url = {}, .problem = text("Pas une page.")})); });
+    QSignalSpy raised(&capture(), &QuickCapture::raised);
+    EXPECT_TRUE(capture().open({.url = {}, .problem = text("Pas une page.")}));
+    EXPECT_EQ(raised.count(), 0);
     EXPECT_TRUE(shownTexts(*m_panel).contains(text("Pas une page.")));
+    EXPECT_EQ(capture().pageAddress(), QString());
 }
 
 TEST_F(QuickCaptureTest, nothing_is_proposed_where_the_settings_say_so) {

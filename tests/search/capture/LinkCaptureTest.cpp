@@ -196,15 +196,24 @@ TEST_F(LinkCaptureTest, fifty_dropped_links_a_day_are_judged_in_batches_and_more
         EXPECT_EQ(restarted.postponed(), 12);
     }
     EXPECT_EQ(inbox().size(), 52);
+    // One that is set aside waits no more.
+    for (const TopicPtr &topic : store.topics()) {
+        if (capture.state(topic->id) == State::Postponed) {
+            store.dismiss(topic->id);
+            break;
+        }
+    }
+    capture.look();
+    EXPECT_EQ(capture.postponed(), 11);
     turned.at = turned.at.addDays(1);
     capture.look();
     settle();
-    EXPECT_EQ(inbox().size(), 64);
+    EXPECT_EQ(inbox().size(), 63);
     EXPECT_EQ(capture.postponed(), 0);
 
     capture.takeDropped(droppedPages(64).last(1));
     settle();
-    EXPECT_EQ(inbox().size(), 65) << "38 are left of that day";
+    EXPECT_EQ(inbox().size(), 64) << "39 are left of that day";
 }
 
 TEST_F(LinkCaptureTest, one_link_of_several_fails_alone) {
