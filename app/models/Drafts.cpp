@@ -3,9 +3,9 @@
 namespace vorle {
 
 void Drafts::keep(const QString &line, const QString &text) {
-    if (text.trimmed().isEmpty() || text.size() > longest) {
+    if (text.trimmed().isEmpty()) {
         m_texts.remove(line);
-    } else {
+    } else if (text.size() <= longest) { // else what was kept of it is better than nothing
         m_texts.insert(line, text);
     }
 }
