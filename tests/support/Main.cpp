@@ -1,3 +1,5 @@
+#include "tests/support/Settle.h"
+
 #include <QCoreApplication>
 
 #include <gmock/gmock.h>
@@ -5,5 +7,7 @@
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
     testing::InitGoogleMock(&argc, argv);
-    return RUN_ALL_TESTS();
+    const int outcome = RUN_ALL_TESTS();
+    vorle::test::letDiskAnswer();
+    return outcome;
 }

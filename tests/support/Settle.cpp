@@ -23,4 +23,12 @@ void settle(const std::function<bool()> &idle) {
     }
 }
 
+void letDiskAnswer() {
+    try {
+        spinUntil([] { return !isDiskAwaited(); });
+    } catch (const std::exception &) {
+        // It hangs, as a test may have wanted it to.
+    }
+}
+
 } // namespace vorle::test

@@ -9,4 +9,8 @@ namespace vorle::test {
 /// the test past the deadline; throws nothing.
 void settle(const std::function<bool()> &idle = [] { return true; });
 
+/// Runs the event loop until whoever asked the disk has an answer: what test programs end with. A
+/// watched file asks it for nobody who waits.
+void letDiskAnswer();
+
 } // namespace vorle::test

@@ -1,3 +1,5 @@
+#include "tests/support/Settle.h"
+
 #include <QApplication>
 
 #include <gmock/gmock.h>
@@ -12,5 +14,7 @@ int main(int argc, char **argv) {
     }
     const QApplication app(argc, argv);
     testing::InitGoogleMock(&argc, argv);
-    return RUN_ALL_TESTS();
+    const int outcome = RUN_ALL_TESTS();
+    vorle::test::letDiskAnswer();
+    return outcome;
 }
