@@ -10,11 +10,13 @@
 ///     next     -> versions/1.5.0     what takes the place of `current` when the program ends
 ///     starts                     a byte for each start of a version on trial
 ///     refused                    the version that did not start
+///     unplaced                   the version that could not be put in its place
 ///     .staging/                  a download on its way
 ///
-/// `previous` and `next` are there: 1.5.0 is ready. `previous` alone: `current` is on trial, until
-/// it says that it works. Neither: nothing is under way. Each step from one to the next is a single
-/// rename or unlink of a link, so that `current` is a whole version at every moment.
+/// `next` is there: that version is ready. `previous` leads elsewhere than `current`: `current` is
+/// on trial, until it says that it works. Neither: nothing is under way. Each step from one to the
+/// next is a single rename or unlink of a link, so that `current` is a whole version at every
+/// moment.
 namespace vorle::layout {
 
 constexpr const char *launcher = "vorle";
@@ -24,6 +26,7 @@ constexpr const char *previous = "previous";
 constexpr const char *next = "next";
 constexpr const char *starts = "starts";
 constexpr const char *refused = "refused";
+constexpr const char *unplaced = "unplaced";
 constexpr const char *staging = ".staging";
 constexpr const char *program = "bin/vorle";   ///< inside a version
 constexpr const char *versionFile = "version"; ///< inside a version: its number, on one line

@@ -47,7 +47,8 @@ public:
     virtual void showReady(Reply reply) = 0;
     virtual void showInstalling(bool programEnded, std::function<void()> endAgain) = 0;
     virtual void showInstalled(bool relaunched, Acknowledgement acknowledge) = 0;
-    /// The version that took this one's place did not start, so that this one came back.
+    /// The version that was to take this one's place did not: it did not start, so that this one
+    /// came back, or it could not be put there.
     virtual void showTakenBack(const QString &version) = 0;
     /// The person asked again for what is under way.
     virtual void showInFocus() = 0;

@@ -32,7 +32,7 @@ bool hasShortTags(QByteArrayView xml) {
             at = end < 0 ? xml.size() : end + closing.size();
             return true;
         };
-        if (skip("<![CDATA[", "]]>") || skip("<!--", "-->")) {
+        if (skip("<![CDATA[", "]]>") || skip("<!--", "-->") || skip("<?", "?>")) {
             continue;
         }
         const qsizetype begin = at;
@@ -149,7 +149,8 @@ QList<Release> readAppcast(const QByteArray &xml, const QUrl &base) {
         throw UpdateError(QStringLiteral("the feed is too large"));
     }
     QList<Release> releases;
-    QXmlStreamReader reader(xml);
+    // As the text whose tags were looked at, whatever encoding it says it has.
+    QXmlStreamReader reader(QString::fromUtf8(xml));
     bool isFeed = false;
     while (!reader.atEnd()) {
         const auto token = reader.readNext();

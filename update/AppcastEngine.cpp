@@ -4,16 +4,22 @@
 #include "storage/FileLock.h"
 #include "update/UpdateError.h"
 
+#include <QFileInfo>
 #include <QPointer>
 
 #include <system_error>
+#include <utility>
 
 namespace vorle {
+
+QString packagedText() {
+    return French::tr("C’est ton système qui met vorle à jour, avec ses autres logiciels.");
+}
 
 std::optional<QString> updateObstacle(const UpdateConfig &config, const QString &program) {
     switch (Installation::keeperOf(program)) {
     case UpdateKeeper::Packages:
-        return French::tr("C’est ton système qui met vorle à jour, avec ses autres logiciels.");
+        return packagedText();
     case UpdateKeeper::Nobody:
         return French::tr("Cette vorle n’a pas été installée pour se mettre à jour.");
     case UpdateKeeper::Itself:
@@ -46,30 +52,69 @@ void AppcastEngine::start(UpdateDriver &driver) {
     if (!m_installation || obstacle()) {
         return;
     }
-    if (const auto refused = m_installation->refused()) {
+    clearStaging();
+    tellOfLastTime();
+}
+
+/// What the end of the last process came to.
+void AppcastEngine::tellOfLastTime() {
+    const auto refused = m_installation->refused();
+    const auto unplaced = m_installation->unplaced();
+    try {
+        m_installation->forgetRefused();
+        m_installation->forgetUnplaced();
+    } catch (const std::system_error &error) {
+        noteUpdate(QString::fromLocal8Bit(error.what())); // told once more next time
+    }
+    if (refused && *refused != m_parts.version) {
         // A check that is asked for offers it again.
         m_parts.preferences.change(&Settings::skippedUpdate, *refused);
-        m_installation->forgetRefused();
         m_driver->showTakenBack(*refused);
     }
-    if (m_installation->ready()) {
+    const auto ready = m_installation->ready();
+    if (ready && unplaced == ready) {
+        m_driver->showTakenBack(*ready); // the next end tries again
+    } else if (ready) {
         tellReady(); // of a process that ended before it could install it
     }
 }
 
+/// What a process left that died over a download.
+void AppcastEngine::clearStaging() {
+    if (QFileInfo(m_installation->stagingFolder()).exists()) {
+        const auto clear = [](Installation installation) -> Task<> {
+            co_await onPool([installation] {
+                FileLock lock(installation.lockFile());
+                if (lock.tryLock()) {
+                    installation.clearStaging();
+                }
+                return true;
+            });
+        };
+        m_work.add(logged(clear(*m_installation), QStringLiteral("updates")));
+    }
+}
+
 std::optional<QString> AppcastEngine::obstacle() const {
-    return updateObstacle(m_parts.config, m_parts.program);
+    return m_isPackaged ? packagedText() : updateObstacle(m_parts.config, m_parts.program);
 }
 
 void AppcastEngine::check() { begin(Wish::Person); }
 
 void AppcastEngine::lookAtClock() {
+    if (m_isToConfirm) {
+        confirmStart();
+    }
+    constexpr qint64 hour = 3600;
     const Settings &settings = m_parts.preferences.settings();
     const QDateTime now = m_parts.clock.now();
-    const auto &last = settings.lastUpdateCheck;
-    const bool isDue = !last || *last > now || *last <= now.addDays(-1);
+    const auto isWithin = [&now](const std::optional<QDateTime> &moment, qint64 seconds) {
+        return moment && *moment <= now && *moment > now.addSecs(-seconds);
+    };
+    const bool isDue = !isWithin(settings.lastUpdateCheck, 24 * hour) && !isWithin(m_asked, hour);
+    // What is ready was told, and is not told again each time.
     if (settings.updateChecks.value_or(false) && isDue && !m_underWay && m_driver != nullptr &&
-        !obstacle()) {
+        m_installation && !obstacle() && !m_installation->ready()) {
         begin(Wish::Nobody);
     }
 }
@@ -92,7 +137,12 @@ void AppcastEngine::setInstallsByItself(bool on) {
 }
 
 void AppcastEngine::begin(Wish wish) {
-    if (m_stopped || m_driver == nullptr || obstacle()) {
+    if (m_stopped || m_driver == nullptr || !m_installation || obstacle()) {
+        return;
+    }
+    if (m_underWay && m_isLooking && wish == Wish::Person && m_wish == Wish::Nobody) {
+        m_wish = Wish::Person; // who is told what comes of it from here on
+        tellChecking();
         return;
     }
     if (m_underWay) {
@@ -104,21 +154,24 @@ void AppcastEngine::begin(Wish wish) {
         return;
     }
     m_underWay = true;
+    m_isLooking = true;
+    m_wish = wish;
     m_cancel = CancelSource();
-    m_work.add(logged(run(wish, m_cancel.token()), QStringLiteral("updates")));
+    m_work.add(logged(run(m_cancel.token()), QStringLiteral("updates")));
 }
 
-Task<> AppcastEngine::run(Wish wish, CancelToken cancel) {
+Task<> AppcastEngine::run(CancelToken cancel) {
     try {
-        co_await update(wish, cancel);
+        co_await update(cancel);
     } catch (const Cancelled &) {
         noteUpdate(QStringLiteral("cancelled"));
     } catch (const UpdateError &error) {
         fail(error.text());
-    } catch (const std::system_error &error) {
+    } catch (const std::exception &error) {
         fail(QString::fromLocal8Bit(error.what()));
     }
     m_underWay = false;
+    m_isLooking = false;
     m_driver->dismissed();
 }
 
@@ -126,39 +179,57 @@ void AppcastEngine::fail(const QString &text) {
     m_driver->showError(text, [] {});
 }
 
-Task<> AppcastEngine::update(Wish wish, CancelToken cancel) {
-    Preferences &preferences = m_parts.preferences;
-    if (wish == Wish::Person) {
-        m_driver->showUserInitiatedCheck(
-            [self = QPointer(this)] { // which it may outlive, as all that the driver keeps
-                if (self) {
-                    self->m_cancel.cancel();
-                }
-            });
-        if (!preferences.settings().updateChecks) {
-            m_driver->showPermissionRequest([self = QPointer(this)](bool daily) {
-                if (self) {
-                    self->setChecksByItself(daily);
-                }
-            });
+void AppcastEngine::tellChecking() {
+    m_driver->showUserInitiatedCheck(
+        [self = QPointer(this)] { // which it may outlive, as all that the driver keeps
+            if (self) {
+                self->m_cancel.cancel();
+            }
+        });
+}
+
+void AppcastEngine::askForPermission() {
+    m_driver->showPermissionRequest([self = QPointer(this)](bool daily) {
+        if (self) {
+            self->setChecksByItself(daily);
         }
-    }
-    if (co_await isPackaged(m_parts.program, cancel)) {
-        throw UpdateError(QStringLiteral("the system's packages hold this program"));
-    }
+    });
+}
+
+/// Asks the feed. A check that gets no answer is none, and is made up for an hour later.
+Task<std::optional<Release>> AppcastEngine::look(CancelToken cancel) {
     if (!m_http) {
         m_http = std::make_unique<HttpClient>(m_parts.config.loopback);
     }
-    preferences.change(&Settings::lastUpdateCheck, m_parts.clock.now());
-    const auto release = co_await findRelease(*m_http, m_parts.config, m_parts.version, cancel);
-    if (!release || (wish == Wish::Nobody && isPassedOver(release->version))) {
+    m_asked = m_parts.clock.now();
+    auto release = co_await findRelease(*m_http, m_parts.config, m_parts.version, cancel);
+    m_parts.preferences.change(&Settings::lastUpdateCheck, std::exchange(m_asked, std::nullopt));
+    m_isLooking = false;
+    co_return release;
+}
+
+Task<> AppcastEngine::update(CancelToken cancel) {
+    Preferences &preferences = m_parts.preferences;
+    if (m_wish == Wish::Person) {
+        tellChecking();
+    }
+    if (co_await m_parts.packaged(m_parts.program, cancel)) {
+        noteUpdate(QStringLiteral("the system's packages hold this program"));
+        m_isPackaged = true;
+        co_return;
+    }
+    if (m_wish == Wish::Person && !preferences.settings().updateChecks) {
+        askForPermission();
+    }
+    const auto release = co_await look(cancel);
+    if (!release || (m_wish == Wish::Nobody && isPassedOver(release->version))) {
         m_driver->showNotFound(release ? release->version + QStringLiteral(" is passed over")
                                        : QStringLiteral("this is the newest"),
                                [] {});
         co_return;
     }
     auto choice = UpdateDriver::Choice::Install;
-    if (wish == Wish::Person || !installsByItself()) {
+    if (m_wish == Wish::Person || !installsByItself()) {
         choice = co_await choiceFor(*release, cancel);
     }
     if (choice == UpdateDriver::Choice::Skip) {
@@ -199,6 +270,7 @@ Task<> AppcastEngine::fetch(Release release, CancelToken cancel) {
             self->m_cancel.cancel();
         }
     });
+    m_driver->showExpectedBytes(release.bytes); // a server need not announce it
     co_await fetchRelease(
         *m_http, m_parts.config, *m_installation, release,
         {told(&UpdateDriver::showExpectedBytes), told(&UpdateDriver::showReceivedBytes),
@@ -242,7 +314,11 @@ void AppcastEngine::confirmStart() {
         return;
     }
     try {
-        m_installation->confirm();
+        FileLock lock(m_installation->lockFile());
+        m_isToConfirm = !lock.tryLock(); // who holds it may be moving the links
+        if (!m_isToConfirm) {
+            m_installation->confirm();
+        }
     } catch (const std::system_error &error) {
         noteUpdate(QString::fromLocal8Bit(error.what()));
     }
@@ -252,14 +328,18 @@ std::optional<QString> AppcastEngine::finish() {
     if (!m_installation) {
         return std::nullopt;
     }
+    const auto ready = m_installation->ready();
     try {
         FileLock lock(m_installation->lockFile());
         // Who holds it is about to make another version ready, for the next end.
-        if (lock.tryLock() && m_installation->ready() && m_installation->activate()) {
+        if (lock.tryLock() && ready && m_installation->activate()) {
             noteUpdate(QStringLiteral("the new version is in place"));
         }
     } catch (const std::system_error &error) {
         noteUpdate(QString::fromLocal8Bit(error.what()));
+        if (ready) {
+            m_installation->noteUnplaced(*ready); // for the next start to tell
+        }
     }
     return m_relaunch ? std::optional(m_installation->launcher()) : std::nullopt;
 }

@@ -9,6 +9,7 @@
 #include "update/ReleaseFetch.h"
 #include "update/UpdateConfig.h"
 
+#include <QDateTime>
 #include <QObject>
 
 #include <functional>
@@ -31,6 +32,8 @@ public:
         QString program;            ///< the one that runs, by its path
         QString version;            ///< its version
         std::function<void()> quit; ///< has the program end, keeping what it has
+        /// Whether the system's packages hold a program.
+        std::function<Task<bool>(QString program, CancelToken cancel)> packaged = isPackaged;
     };
     explicit AppcastEngine(Parts parts, QObject *parent = nullptr);
     ~AppcastEngine() override;
@@ -56,11 +59,16 @@ private:
     struct Answer;
 
     void begin(Wish wish);
-    Task<> run(Wish wish, CancelToken cancel);
-    Task<> update(Wish wish, CancelToken cancel);
+    Task<> run(CancelToken cancel);
+    Task<> update(CancelToken cancel);
+    Task<std::optional<Release>> look(CancelToken cancel);
     Task<> fetch(Release release, CancelToken cancel);
     Task<UpdateDriver::Choice> choiceFor(Release release, CancelToken cancel);
     static Task<> tellEnd(TaskGroup *work, std::function<void()> ended);
+    void tellOfLastTime();
+    void clearStaging();
+    void tellChecking();
+    void askForPermission();
     void fail(const QString &text);
     void tellReady();
     bool isPassedOver(const QString &version) const;
@@ -71,10 +79,18 @@ private:
     std::unique_ptr<HttpClient> m_http; // made for the first request
     CancelSource m_cancel;
     TaskGroup m_work;
+    Wish m_wish = Wish::Nobody;       // of what is under way
+    std::optional<QDateTime> m_asked; // the feed, which has not answered since
     bool m_underWay = false;
+    bool m_isLooking = false;  // it is not known yet whether there is a newer version
+    bool m_isPackaged = false; // as was found out by a check
+    bool m_isToConfirm = false;
     bool m_stopped = false;
     bool m_relaunch = false;
 };
+
+/// What is said of a program that the system's packages hold, in French.
+QString packagedText();
 
 /// Why a program cannot be updated from where it lies, or with what was built into it, as a French
 /// sentence; nothing when it can.

@@ -27,6 +27,16 @@ bool mayWrite(const QString &path) {
     return ::access(QFile::encodeName(path).constData(), W_OK) == 0;
 }
 
+/// What a link leads to stays.
+void removeAny(const QString &path) {
+    const QFileInfo info(path);
+    if (info.isDir() && !info.isSymLink()) {
+        QDir(path).removeRecursively();
+    } else {
+        QFile::remove(path);
+    }
+}
+
 bool mayRun(const QString &path) {
     return QFileInfo(path).isFile() && ::access(QFile::encodeName(path).constData(), X_OK) == 0;
 }
@@ -108,15 +118,29 @@ std::optional<QString> Installation::ready() const {
     return isNewer(version, m_version) ? std::optional(version) : std::nullopt;
 }
 
-std::optional<QString> Installation::refused() const {
-    QFile file(at(layout::refused));
+/// The version that a file of the folder tells.
+std::optional<QString> Installation::versionIn(const char *name) const {
+    QFile file(at(name));
     constexpr qint64 most = 100;
     const QString version =
         file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.read(most)).trimmed() : QString();
     return isReleaseVersion(version) ? std::optional(version) : std::nullopt;
 }
 
+std::optional<QString> Installation::refused() const { return versionIn(layout::refused); }
+
 void Installation::forgetRefused() const { removeLink(layout::refused); }
+
+std::optional<QString> Installation::unplaced() const { return versionIn(layout::unplaced); }
+
+void Installation::noteUnplaced(const QString &version) const {
+    QFile file(at(layout::unplaced));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(version.toUtf8());
+    }
+}
+
+void Installation::forgetUnplaced() const { removeLink(layout::unplaced); }
 
 void Installation::sync(const QString &folder) const {
     const Descriptor opened(
@@ -143,15 +167,17 @@ void Installation::removeLink(const char *name) const {
     }
 }
 
+void Installation::clearStaging() const { removeAny(stagingFolder()); }
+
 void Installation::sweep() const {
-    QDir(stagingFolder()).removeRecursively();
+    clearStaging();
     QDir versions(at(layout::versions));
     const QStringList kept{m_version, versionAt(layout::current), versionAt(layout::previous),
                            versionAt(layout::next)};
     for (const QString &name : versions.entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
                                                   QDir::NoDotAndDotDot)) {
         if (!kept.contains(name)) {
-            QDir(versions.filePath(name)).removeRecursively();
+            removeAny(versions.filePath(name));
         }
     }
 }
@@ -163,7 +189,11 @@ void Installation::makeReady(const QString &tree, const QString &version) const 
         errno = EEXIST;
         throwRefusal(place);
     }
-    QDir(place).removeRecursively(); // of one that was refused, or never became ready
+    if (QFileInfo(QFileInfo(at(layout::next)).symLinkTarget()).fileName() == version) {
+        removeLink(layout::next); // or it would lead to half a version for a while
+        sync(m_folder);
+    }
+    removeAny(place); // of one that was refused, or never became ready
     if (::rename(QFile::encodeName(tree).constData(), QFile::encodeName(place).constData()) != 0) {
         throwRefusal(place);
     }
@@ -179,7 +209,10 @@ bool Installation::activate() const {
         return false;
     }
     removeLink(layout::starts);
-    putLink(layout::previous, current);
+    const QString before = versionAt(layout::previous);
+    if (before.isEmpty() || before == current) { // else `current` is on trial itself
+        putLink(layout::previous, current);
+    }
     if (::rename(QFile::encodeName(at(layout::next)).constData(),
                  QFile::encodeName(at(layout::current)).constData()) != 0) {
         throwRefusal(at(layout::current));

@@ -36,12 +36,19 @@ public:
     /// The version that did not start, and was taken back.
     std::optional<QString> refused() const;
     void forgetRefused() const;
+    /// The version that was ready, and could not be put in the place of this one.
+    std::optional<QString> unplaced() const;
+    void noteUnplaced(const QString &version) const; ///< as far as the disk takes it
+    void forgetUnplaced() const;
 
+    /// Removes what an interrupted download left.
+    void clearStaging() const;
     /// Removes what interrupted updates left, and the versions that no link leads to.
     void sweep() const;
     /// Makes an unpacked tree, all of it on the disk, the version that is ready. The tree moves.
     void makeReady(const QString &tree, const QString &version) const;
-    /// Puts the version that is ready in the place of the one in use, which is kept to go back to.
+    /// Puts the version that is ready in the place of the one in use, which is kept to go back to:
+    /// or the one before it, where the one in use never said that it works.
     /// False, and nothing changes, where there is none or it is not newer.
     bool activate() const;
     /// The version in use works: nothing is gone back to any more.
@@ -52,6 +59,7 @@ private:
         : m_folder(std::move(folder)), m_version(std::move(version)) {}
     QString at(const char *name) const;
     QString versionAt(const char *link) const;
+    std::optional<QString> versionIn(const char *file) const;
     void putLink(const char *name, const QString &version) const;
     void removeLink(const char *name) const;
     void sync(const QString &folder) const;

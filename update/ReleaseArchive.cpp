@@ -110,6 +110,8 @@ private:
         const QString path = inside.isEmpty() ? m_folder : m_folder + u'/' + inside;
         if (type == AE_IFDIR) {
             makeFolders(path);
+        } else if (inside.isEmpty()) {
+            throw UpdateError(QStringLiteral("the archive holds a file without a name"));
         } else {
             makeFolders(QFileInfo(path).path());
             writeFile(path, (archive_entry_perm(&entry) & S_IXUSR) != 0);

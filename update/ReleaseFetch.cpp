@@ -9,36 +9,35 @@
 #include "update/UpdateError.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <exception>
 #include <memory>
+#include <utility>
 
 namespace vorle {
 
 namespace {
 
-/// Removes what was staged, however the work ended.
+/// The folder that is staged in, this process's alone; goes with all that is in it. May take its
+/// time to come and to go.
 class Staging {
 public:
     explicit Staging(const Installation &installation)
-        : m_folder(installation.stagingFolder()), m_lock(installation.lockFile()) {
+        : m_installation(installation), m_lock(installation.lockFile()) {
         if (!m_lock.tryLock()) {
             throw UpdateError(QStringLiteral("another process installs an update"));
         }
         installation.sweep();
-        makeOwnFolder(m_folder);
+        makeOwnFolder(installation.stagingFolder());
     }
     Staging(const Staging &) = delete;
     Staging &operator=(const Staging &) = delete;
-    ~Staging() { QDir(m_folder).removeRecursively(); }
-
-    QString archive() const { return m_folder + QStringLiteral("/archive"); }
-    QString tree() const { return m_folder + QStringLiteral("/tree"); }
+    ~Staging() { m_installation.clearStaging(); }
 
 private:
-    QString m_folder;
+    Installation m_installation;
     FileLock m_lock;
 };
 
@@ -121,24 +120,12 @@ Task<> requireStart(QString program, QString version, CancelToken cancel) {
     }
 }
 
-} // namespace
-
-Task<std::optional<Release>> findRelease(HttpClient &http, UpdateConfig config, QString inUse,
-                                         CancelToken cancel) {
-    HttpRequest request = requestFor(config.feed);
-    request.maxBytes = maxAppcastBytes;
-    const HttpResponse response = co_await http.get(std::move(request), cancel);
-    requireAnswer(response, "the feed");
-    co_return newestRelease(readAppcast(response.body, response.url), Machine::ofThisProcess(),
-                            inUse);
-}
-
-Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installation,
-                    Release release, FetchProgress progress, CancelToken cancel) {
-    const Staging staging(installation);
-    co_await download(http, release, staging.archive(), progress, cancel);
-    const QString archive = staging.archive();
-    const QString tree = staging.tree();
+/// fetchRelease() in a folder that is there already.
+Task<> fetchInto(QString folder, HttpClient &http, UpdateConfig config, Installation installation,
+                 Release release, FetchProgress progress, CancelToken cancel) {
+    const QString archive = folder + QStringLiteral("/archive");
+    const QString tree = folder + QStringLiteral("/tree");
+    co_await download(http, release, archive, progress, cancel);
     const bool isOurs =
         co_await onPool([archive, key = config.publicKey, signature = release.signature] {
             return isSignedBy(key, signature, archive);
@@ -164,7 +151,39 @@ Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installa
     requireVersion(tree, release.version, installation.version());
     co_await requireStart(tree + u'/' + QString::fromLatin1(layout::program), release.version,
                           cancel);
-    installation.makeReady(tree, release.version);
+    co_await onPool([installation, tree, version = release.version] {
+        installation.makeReady(tree, version);
+        return true;
+    });
+}
+
+} // namespace
+
+Task<std::optional<Release>> findRelease(HttpClient &http, UpdateConfig config, QString inUse,
+                                         CancelToken cancel) {
+    HttpRequest request = requestFor(config.feed);
+    request.maxBytes = maxAppcastBytes;
+    const HttpResponse response = co_await http.get(std::move(request), cancel);
+    requireAnswer(response, "the feed");
+    co_return newestRelease(readAppcast(response.body, response.url), Machine::ofThisProcess(),
+                            inUse);
+}
+
+Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installation,
+                    Release release, FetchProgress progress, CancelToken cancel) {
+    auto staging =
+        co_await onPool([installation] { return std::make_shared<const Staging>(installation); });
+    std::exception_ptr fault;
+    co_await settle(fetchInto(installation.stagingFolder(), http, std::move(config), installation,
+                              std::move(release), std::move(progress), cancel),
+                    fault);
+    co_await onPool([staging = std::move(staging)]() mutable {
+        staging.reset();
+        return true;
+    });
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
 }
 
 Task<bool> isPackaged(QString program, CancelToken cancel) {

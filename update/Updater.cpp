@@ -28,7 +28,13 @@ QString installFailedText() {
 Updater::Updater(Parts parts, QObject *parent) : QObject(parent), m_parts(std::move(parts)) {
     m_countdown.setSingleShot(true);
     m_countdown.setInterval(m_parts.countdown);
-    connect(&m_countdown, &QTimer::timeout, this, [this] { answerReady(Choice::Install); });
+    connect(&m_countdown, &QTimer::timeout, this, [this] {
+        if (isBusy()) { // since the countdown began
+            enter(Stage::Ready);
+        } else {
+            answerReady(Choice::Install);
+        }
+    });
     m_parts.engine.start(*this);
 }
 
@@ -83,8 +89,12 @@ double Updater::progress() const {
 }
 
 void Updater::setChecksByItself(bool on) {
-    m_permissionReply = nullptr; // answered, in another way
-    m_parts.engine.setChecksByItself(on);
+    m_checksForInstalls = false;
+    if (const auto reply = std::exchange(m_permissionReply, nullptr)) {
+        reply(on); // answered, in another way
+    } else {
+        m_parts.engine.setChecksByItself(on);
+    }
     Q_EMIT settingsChanged();
     Q_EMIT changed();
 }
@@ -92,9 +102,13 @@ void Updater::setChecksByItself(bool on) {
 void Updater::setInstallsByItself(bool on) {
     m_parts.engine.setInstallsByItself(on);
     if (on && !checksByItself()) {
-        setChecksByItself(true); // which it cannot do without
+        m_checksForInstalls = true;
+        m_parts.engine.setChecksByItself(true); // which it cannot do without
+    } else if (!on && std::exchange(m_checksForInstalls, false)) {
+        m_parts.engine.setChecksByItself(false); // nobody allowed them for themselves
     }
     Q_EMIT settingsChanged();
+    Q_EMIT changed();
 }
 
 void Updater::check() {
@@ -238,9 +252,14 @@ void Updater::showError(const QString &error, Acknowledgement acknowledge) {
     m_foundReply = nullptr;
     m_readyReply = nullptr;
     m_messageAcknowledged = std::move(acknowledge);
-    if (m_installAsked) {
-        m_installAsked = false;
+    const bool installAsked = std::exchange(m_installAsked, false);
+    if (installAsked || m_stage == Stage::Downloading || m_stage == Stage::Preparing ||
+        m_stage == Stage::Installing) {
+        const bool unasked = !installAsked && m_stage != Stage::Installing;
         enter(Stage::InstallFailed);
+        if (unasked) {
+            Q_EMIT told(updatetext::installFailedTitle());
+        }
     } else if (m_userInitiated) {
         enter(Stage::CheckFailed);
     } else {
@@ -295,10 +314,12 @@ void Updater::showReady(Reply reply) {
     noteUpdate(QStringLiteral("ready"));
     m_cancellation = nullptr;
     m_readyReply = std::move(reply);
-    if (m_installAsked && !(m_parts.busy && m_parts.busy())) {
+    // The answer to this one: a later one has nothing to do with it.
+    const bool installAsked = std::exchange(m_installAsked, false);
+    if (installAsked && !isBusy()) {
         m_countdown.start();
     }
-    const bool unasked = !m_installAsked && !m_userInitiated;
+    const bool unasked = !installAsked && !m_userInitiated;
     enter(Stage::Ready);
     if (unasked) {
         Q_EMIT told(updatetext::readyTitle());
@@ -320,7 +341,7 @@ void Updater::showInstalled(bool relaunched, Acknowledgement acknowledge) {
 }
 
 void Updater::showTakenBack(const QString &version) {
-    noteUpdate(QStringLiteral("%1 did not start, %2 is back").arg(version, m_parts.version));
+    noteUpdate(QStringLiteral("%1 did not come to work, %2 does").arg(version, m_parts.version));
     enter(Stage::InstallFailed);
     Q_EMIT told(updatetext::installFailedTitle());
 }

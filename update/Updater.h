@@ -55,13 +55,13 @@ public:
     /// It relaunches by itself in a moment, unless it is put off.
     bool isCountingDown() const { return m_countdown.isActive(); }
     /// The person has not said yet whether updates may be looked for by themselves, and is asked.
-    bool isPermissionWanted() const { return m_permissionReply != nullptr; }
+    bool isPermissionWanted() const { return m_permissionReply && !m_checksForInstalls; }
     /// Why this program cannot be updated from here, in French; "" when it can.
     QString obstacle() const { return m_parts.engine.obstacle().value_or(QString()); }
 
     bool checksByItself() const { return m_parts.engine.checksByItself(); }
     void setChecksByItself(bool on);
-    /// To install what comes is to look for it too.
+    /// To install what comes is to look for it too, for as long as that is on.
     bool installsByItself() const { return m_parts.engine.installsByItself(); }
     void setInstallsByItself(bool on);
 
@@ -107,6 +107,7 @@ private:
     void enter(Stage stage);
     void answerFound(Choice choice);
     void answerReady(Choice choice);
+    bool isBusy() const { return m_parts.busy && m_parts.busy(); }
 
     Parts m_parts;
     Stage m_stage = Stage::Idle;
@@ -120,6 +121,7 @@ private:
     std::function<void(bool)> m_permissionReply;
     bool m_userInitiated = false;
     bool m_installAsked = false;
+    bool m_checksForInstalls = false; // it is looked for new versions for that alone
     qint64 m_expectedBytes = 0;
     qint64 m_receivedBytes = 0;
     double m_extracted = -1;

@@ -100,6 +100,15 @@ void tell(Context &context, const UpdateShown &shown) {
 } // namespace
 
 Task<ExitStatus> miseAJour(Context &context, UpdateDoor door) {
+#if defined(Q_OS_MACOS)
+    constexpr bool isOfApp = true; // which alone has the engine that does it there
+#else
+    constexpr bool isOfApp = false;
+#endif
+    if (isOfApp) {
+        throw Failure(French::tr("Sur un Mac, c’est l’app ouverte qui se met à jour\u00A0: choisis "
+                                 "«\u202FRechercher une mise à jour\u202F» dans son menu."));
+    }
     const bool installs = context.arguments.flags.contains(QStringLiteral("installer"));
     if (installs && context.host == Host::OwnProcess) {
         if (const auto status = co_await forwardCommand(context, door.topicsFile())) {
@@ -110,8 +119,7 @@ Task<ExitStatus> miseAJour(Context &context, UpdateDoor door) {
         throw Failure(*obstacle);
     }
     if (co_await isPackaged(door.program, context.cancel)) {
-        throw Failure(French::tr("C’est ton système qui met vorle à jour, avec ses autres "
-                                 "logiciels."));
+        throw Failure(packagedText());
     }
     const Installation installation = *Installation::of(door.program);
     HttpClient http(door.config.loopback);

@@ -1,6 +1,7 @@
 #include "app/window/OpenApp.h"
 
 #include "app/cli/Command.h"
+#include "app/models/settings/AgentStates.h"
 #include "app/window/ShellParts.h"
 #include "app/wiring/Application.h"
 #include "base/French.h"
@@ -8,6 +9,8 @@
 
 #include <QApplication>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace vorle {
 
@@ -26,11 +29,9 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
     , m_mail(adapters.mail())
     , m_systemUpdates(adapters.updateEngine())
     , m_updates(m_systemUpdates ? *m_systemUpdates : app.updates())
-    , m_updater(
-          {.engine = m_updates,
-           .version = QCoreApplication::applicationVersion(),
-           .busy = [&engine =
-                        app.engine()] { return engine.phase() != SearchEngine::Phase::Idle; }})
+    , m_updater({.engine = m_updates,
+                 .version = QCoreApplication::applicationVersion(),
+                 .busy = [this, &engine = app.engine()] { return isBusy(engine); }})
     , m_shell(partsOf(app, adapters, early.login))
     , m_notices({m_notifier, app.engine(), m_store, *m_shell.program()})
     , m_motion(adapters.motion())
@@ -143,6 +144,15 @@ void OpenApp::followUpdates() {
         m_shell.tellOfUpdate(m_updater.title()); // of an earlier start
     }
     connect(&m_tray, &Tray::updateAsked, &m_main, &MainWindow::lookForUpdate);
+}
+
+/// Whether leaving would break off what the person waits for.
+bool OpenApp::isBusy(const SearchEngine &engine) const {
+    const QList<AgentState> &agents = m_shell.agentStates()->states();
+    return engine.phase() != SearchEngine::Phase::Idle ||
+           std::any_of(agents.begin(), agents.end(), [](const AgentState &agent) {
+               return agent.working; // it is being installed, or signed in to
+           });
 }
 
 Task<> OpenApp::updatesStopped() {

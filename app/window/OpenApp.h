@@ -63,6 +63,7 @@ private:
     Shell::Parts partsOf(Application &app, const GuiAdapters &adapters, LoginItem &login);
     void followTimers();
     void followUpdates();
+    bool isBusy(const SearchEngine &engine) const;
     Task<> updatesStopped();
     void followTray();
     void followWindow();

@@ -7,7 +7,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 folder=${1:-"$HOME/.local/lib/vorle"}
 version=$(cat "$here/version")
 
-if [ -e "$folder/current" ]; then
+if [ -x "$folder/current/bin/vorle" ]; then
     echo "vorle est déjà installée dans $folder : elle se met à jour elle-même." >&2
     exit 1
 fi
@@ -18,7 +18,8 @@ cp -R "$here/version" "$here/bin" "$here/share" "$folder/versions/.new/"
 rm -rf "$folder/versions/$version"
 mv "$folder/versions/.new" "$folder/versions/$version"
 cp "$here/bin/vorle-launcher" "$folder/vorle"
-ln -s "versions/$version" "$folder/current"
+sync # before anything leads there
+ln -sfn "versions/$version" "$folder/current"
 
 mkdir -p "$HOME/.local/bin"
 ln -sf "$folder/vorle" "$HOME/.local/bin/vorle"

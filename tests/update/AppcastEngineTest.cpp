@@ -3,6 +3,7 @@
 
 #include "update/AppcastEngine.h"
 
+#include "storage/FileLock.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/Text.h"
 #include "tests/support/Variables.h"
@@ -46,13 +47,15 @@ protected:
     ~AppcastEngineTest() override { end(); }
 
     void begin() {
-        engine = std::make_unique<AppcastEngine>(AppcastEngine::Parts{
-            preferences, clock, config, program(), QStringLiteral("1.4.0"), [this] { ++quits; }});
+        engine = std::make_unique<AppcastEngine>(
+            AppcastEngine::Parts{preferences, clock, config, program(), QStringLiteral("1.4.0"),
+                                 [this] { ++quits; }, packaged});
         updater =
             std::make_unique<Updater>(Updater::Parts{.engine = *engine,
                                                      .version = QStringLiteral("1.4.0"),
                                                      .busy = {},
                                                      .countdown = std::chrono::milliseconds(1)});
+        QObject::connect(updater.get(), &Updater::told, updater.get(), [this] { ++told; });
     }
     void end() {
         bool ended = false;
@@ -121,7 +124,9 @@ protected:
     Preferences preferences{
         std::make_unique<SettingsFile>(root.filePath(QStringLiteral("settings.json")))};
     UpdateConfig config;
+    std::function<Task<bool>(QString, CancelToken)> packaged = isPackaged;
     int quits = 0;
+    int told = 0;
     std::unique_ptr<AppcastEngine> engine;
     std::unique_ptr<Updater> updater;
 };
@@ -144,8 +149,15 @@ TEST_F(AppcastEngineTest,
     engine->lookAtClock();
     waitFor(Stage::Ready);
     EXPECT_EQ(quits, 0);
+    EXPECT_EQ(told, 1);
+    test::spinUntil([this] { return !QFileInfo::exists(folder() + QStringLiteral("/.staging")); });
+    clock.moment = clock.moment.addDays(2);
+    engine->lookAtClock();
+    EXPECT_EQ(told, 1) << "it is not told at every look";
+    test::writeFile(folder() + QStringLiteral("/.staging/archive"), "of another download");
     beginAgain(); // it was killed
     EXPECT_EQ(updater->stage(), Stage::Ready);
+    test::spinUntil([this] { return !QFileInfo::exists(folder() + QStringLiteral("/.staging")); });
     EXPECT_EQ(engine->finish(), std::nullopt) << "nobody asked for a relaunch";
     EXPECT_EQ(started(), "vorle 1.5.0");
 }
@@ -175,6 +187,25 @@ TEST_F(AppcastEngineTest, what_goes_wrong_with_the_check_changes_nothing) {
     updater->check();
     waitFor(Stage::CheckFailed);
     expectUntouched();
+}
+
+TEST_F(AppcastEngineTest, a_check_by_itself_that_got_no_answer_is_made_up_for_and_can_be_joined) {
+    TestReply missing;
+    missing.status = 404;
+    server.serve("/appcast.xml", missing);
+    lookUntil([this] { return server.requestCount("/appcast.xml") == 1; });
+    publish("1.5.0", archive("1.5.0"));
+    preferences.change(&Settings::skippedUpdate, QStringLiteral("1.5.0"));
+    clock.moment = clock.moment.addSecs(3600);
+    lookUntil([this] { return server.requestCount("/appcast.xml") == 2; });
+    beginAgain();
+    clock.moment = clock.moment.addDays(1);
+    engine->lookAtClock();
+    updater->check(); // while that is under way
+    EXPECT_EQ(updater->stage(), Stage::Checking);
+    waitFor(Stage::Found);
+    EXPECT_EQ(told, 0) << "it was asked for";
+    EXPECT_EQ(server.requestCount("/appcast.xml"), 3);
 }
 
 TEST_F(AppcastEngineTest, what_goes_wrong_with_the_archive_changes_nothing) {
@@ -295,6 +326,7 @@ TEST_F(AppcastEngineTest, a_download_can_be_stopped_and_a_second_process_does_no
     server.serve("/a.tar.gz", TestReply::shaped(TestReply::Shape::Dripping, bytes));
     checkAndInstall();
     test::spinUntil([this] { return updater->receivedBytes() > 0; });
+    EXPECT_EQ(updater->expectedBytes(), bytes.size());
     EXPECT_THROW(test::waitFor(fetchRelease(*std::make_unique<HttpClient>(true), config,
                                             installation(), {}, {}, {})),
                  std::runtime_error)
@@ -320,6 +352,14 @@ TEST_F(AppcastEngineTest, says_why_it_cannot_update) {
     updater->check();
     EXPECT_EQ(updater->stage(), Stage::Idle);
     EXPECT_TRUE(server.requests().isEmpty());
+
+    config = whole;
+    packaged = [](QString, CancelToken) -> Task<bool> { co_return true; };
+    beginAgain();
+    updater->check();
+    test::spinUntil([this] { return updater->stage() == Stage::Idle; });
+    EXPECT_TRUE(updater->obstacle().contains(QStringLiteral("système")));
+    EXPECT_TRUE(server.requests().isEmpty());
 }
 
 TEST_F(AppcastEngineTest, a_version_that_was_taken_back_is_told_and_not_offered_unasked) {
@@ -334,6 +374,41 @@ TEST_F(AppcastEngineTest, a_version_that_was_taken_back_is_told_and_not_offered_
     EXPECT_EQ(updater->stage(), Stage::Idle) << "told once";
     updater->check();
     waitFor(Stage::Found);
+
+    test::writeFile(folder() + QStringLiteral("/refused"), "1.4.0");
+    beginAgain();
+    EXPECT_EQ(updater->stage(), Stage::Idle) << "it runs";
+    ASSERT_TRUE(QDir().mkpath(folder() + QStringLiteral("/refused")));
+    EXPECT_NO_THROW(beginAgain()) << "a mark that cannot be removed";
+}
+
+TEST_F(AppcastEngineTest, a_version_that_cannot_be_put_in_its_place_is_told_and_comes_later) {
+    publish("1.5.0", archive("1.5.0"));
+    checkAndInstall();
+    test::spinUntil([this] { return quits == 1; });
+    const QString inTheWay = folder() + QStringLiteral("/previous");
+    ASSERT_TRUE(QDir().mkpath(inTheWay));
+    EXPECT_EQ(engine->finish(), folder() + QStringLiteral("/vorle"));
+    EXPECT_EQ(started(), "vorle 1.4.0");
+    beginAgain();
+    EXPECT_EQ(updater->stage(), Stage::InstallFailed);
+    beginAgain();
+    EXPECT_EQ(updater->stage(), Stage::Ready) << "told once";
+    ASSERT_TRUE(QDir().rmdir(inTheWay));
+    engine->finish();
+    EXPECT_EQ(started(), "vorle 1.5.0");
+}
+
+TEST_F(AppcastEngineTest, nothing_is_said_to_work_while_another_moves_the_links) {
+    const QString previous = folder() + QStringLiteral("/previous");
+    ASSERT_TRUE(QFile::link(QStringLiteral("versions/1.3.0"), previous));
+    FileLock other(installation().lockFile());
+    ASSERT_TRUE(other.tryLock());
+    engine->confirmStart();
+    EXPECT_TRUE(QFileInfo(previous).isSymLink());
+    other.release();
+    engine->lookAtClock();
+    EXPECT_FALSE(QFileInfo(previous).isSymLink());
 }
 
 } // namespace

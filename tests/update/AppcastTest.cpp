@@ -7,6 +7,8 @@
 #include "update/UpdateConfig.h"
 #include "update/UpdateError.h"
 
+#include <QStringEncoder>
+
 #include <gtest/gtest.h>
 
 namespace vorle {
@@ -81,6 +83,10 @@ TEST(AppcastTest, passes_over_items_that_are_not_whole) {
 
 TEST(AppcastTest, refuses_what_is_no_feed_and_is_through_with_it_at_once) {
     const QByteArray good = ReleaseMaker::feed(plain("1.5.0"));
+    QByteArray many; // attributes that differ
+    for (int name = 0; name < 2000; ++name) {
+        many += " a" + QByteArray::number(name) + "=''";
+    }
     const QList<QByteArray> bad{
         "",
         "<html><body>Connexion</body></html>",
@@ -90,6 +96,8 @@ TEST(AppcastTest, refuses_what_is_no_feed_and_is_through_with_it_at_once) {
         ReleaseMaker::feed("<item " + QByteArray("a='1' ").repeated(100'000) + "/>"),
         ReleaseMaker::feed("<item a='>' " + QByteArray("b='>' ").repeated(100'000) + "/>"),
         ReleaseMaker::feed(QByteArray(maxAppcastBytes, ' ')),
+        ReleaseMaker::feed("<?p \"?><x y=\">\"" + many + "/>"), // quotes that are none
+        QStringEncoder(QStringEncoder::Utf16)(QString::fromUtf8(good)),
     };
     for (const QByteArray &each : bad) {
         EXPECT_THROW((void)readAppcast(each, base), UpdateError)

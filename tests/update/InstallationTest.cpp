@@ -41,9 +41,18 @@ protected:
         QByteArray out;
         int status;
     };
+    enum class Screen { There, None };
     /// What the launcher runs.
-    Ran start(const QStringList &words = {}) const {
+    Ran start(const QStringList &words = {}, Screen screen = Screen::There) const {
         QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+            environment.remove(QString::fromUtf8(name));
+        }
+        if (screen == Screen::There) {
+            environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":none"));
+        }
+        process.setProcessEnvironment(environment);
         process.start(path("app/vorle"), words);
         process.waitForFinished();
         return {process.readAllStandardOutput().trimmed(),
@@ -88,8 +97,11 @@ TEST_F(InstallationTest, a_version_is_ready_then_on_trial_then_alone) {
     EXPECT_EQ(start().out, "1.5.0");
 
     test::writeFile(path("app/.staging/archive"), "left over");
+    test::writeFile(path("mine/file"), "mine");
+    ASSERT_TRUE(QFile::link(path("mine"), path("app/versions/1.2.0")));
     installation("1.5.0").sweep();
     EXPECT_FALSE(QFileInfo::exists(path("app/.staging")));
+    EXPECT_TRUE(QFileInfo::exists(path("mine/file"))) << "what a link leads to";
     EXPECT_EQ(QDir(path("app/versions")).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
               QStringList{QStringLiteral("1.5.0")});
 }
@@ -132,12 +144,23 @@ TEST_F(InstallationTest, what_a_process_leaves_that_dies_between_two_steps_start
 }
 
 TEST_F(InstallationTest, a_version_that_does_not_start_gives_way_to_the_one_before) {
-    for (const char *shell : {"exit 127", "kill -SEGV $$", "kill -ABRT $$"}) {
+    struct Case {
+        const char *shell;
+        int tries; ///< before the one that goes back: a crash may have another reason
+    };
+    for (const auto &[shell, tries] :
+         {Case{"exit 127", 0}, Case{"kill -SEGV $$", 2}, Case{"kill -ABRT $$", 2}}) {
         SCOPED_TRACE(shell);
         QDir(path("app")).removeRecursively();
         lay();
         makeReady("1.5.0", shell);
         ASSERT_TRUE(installation().activate());
+        for (int each = 0; each < tries; ++each) {
+            EXPECT_EQ(
+                start(each == 0 ? QStringList() : QStringList(QStringLiteral("sujets"))).status,
+                -1);
+            EXPECT_FALSE(installation().refused());
+        }
         EXPECT_EQ(start({QStringLiteral("sujets")}).out, "1.4.0 sujets") << "by the same words";
         EXPECT_EQ(current(), path("app/versions/1.4.0"));
         EXPECT_EQ(installation().refused(), QStringLiteral("1.5.0"));
@@ -156,6 +179,29 @@ TEST_F(InstallationTest, a_version_that_does_not_start_gives_way_to_the_one_befo
     EXPECT_EQ(start().out, "1.5.0");
 }
 
+TEST_F(InstallationTest, goes_back_to_what_worked_and_from_what_was_tried_alone) {
+    for (const bool isInPlace : {false, true}) {
+        QDir(path("app")).removeRecursively();
+        lay();
+        makeReady("1.5.0", "exit 127"); // never said that it works
+        ASSERT_TRUE(installation().activate());
+        makeReady("1.6.0", "exit 127", "1.5.0");
+        if (isInPlace) {
+            ASSERT_TRUE(installation("1.5.0").activate());
+        }
+        EXPECT_EQ(start().out, "1.4.0");
+        EXPECT_EQ(installation().refused(),
+                  isInPlace ? QStringLiteral("1.6.0") : QStringLiteral("1.5.0"));
+    }
+    QDir(path("app")).removeRecursively();
+    lay();
+    makeReady("1.5.0", "ln -sfn versions/1.6.0 \"$(dirname \"$0\")/../../../current\"; exit 127");
+    test::writeProgram(path("app/versions/1.6.0/bin/vorle"), says);
+    ASSERT_TRUE(installation().activate());
+    EXPECT_EQ(start().status, 127);
+    EXPECT_EQ(current(), path("app/versions/1.6.0")) << "it came meanwhile, and was not tried";
+}
+
 TEST_F(InstallationTest, starts_that_never_say_that_they_work_are_counted) {
     lay();
     // It hangs, and whoever waits for it has it killed.
@@ -167,9 +213,16 @@ TEST_F(InstallationTest, starts_that_never_say_that_they_work_are_counted) {
     }
     EXPECT_EQ(start().out, "1.4.0");
 
-    // One that ends in good order was not stuck, whatever it did: it opened another's window.
-    makeReady("1.6.0", says);
+    // Without a screen none opens.
+    makeReady("1.5.1", "echo $VERSION; exit 1");
     ASSERT_TRUE(installation().activate());
+    for (int tries = 0; tries < 6; ++tries) {
+        EXPECT_EQ(start({}, Screen::None).out, "1.5.1");
+    }
+
+    // One that ends in good order was not stuck, whatever it did: it opened another's window.
+    makeReady("1.6.0", says, "1.5.1");
+    ASSERT_TRUE(installation("1.5.1").activate());
     for (int tries = 0; tries < 6; ++tries) {
         EXPECT_EQ(start().out, "1.6.0");
     }

@@ -85,6 +85,7 @@ TEST_F(ReleaseArchiveTest, nothing_leaves_its_folder_and_nothing_is_made_but_fil
         {{"a", "one"}, {"a", "two"}},
         {{"a", "one"}, {"a/b", "two"}},
         {{"a\nb", "one"}},
+        {{".", "a file"}},
     };
     for (const auto &entries : hostile) {
         SCOPED_TRACE(entries.first().path.toStdString());

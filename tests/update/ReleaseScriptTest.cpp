@@ -52,6 +52,7 @@ protected:
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("VORLE_RELEASE_KEY"), path("key.pem"));
+        environment.insert(QStringLiteral("PYTHONPATH"), path("python"));
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral("python3"),
                       {path("tree/scripts/release"), QStringLiteral("--url"),
@@ -89,6 +90,16 @@ TEST_F(ReleaseScriptTest, signs_and_lists_what_the_program_takes) {
     EXPECT_EQ(test::readFile(path("tree2/version")), "1.6.0\n");
     EXPECT_TRUE(QFileInfo(path("tree2/bin/vorle-guard")).isExecutable());
 
+    // On another machine; the system calls its processor otherwise than Qt does.
+    test::writeFile(path("python/sitecustomize.py"),
+                    "import platform\nplatform.machine = lambda: 'aarch64'\n");
+    ASSERT_TRUE(release()) << said.toStdString();
+    const auto both = readAppcast(test::readFile(path("out/appcast.xml")), newest->archive);
+    Machine other = Machine::ofThisProcess();
+    other.architecture = QStringLiteral("arm64");
+    EXPECT_EQ(both.size(), 3);
+    EXPECT_TRUE(newestRelease(both, other, QStringLiteral("1.5.0")));
+
     // And its own script installs it, once.
     QProcess installing;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -99,6 +110,10 @@ TEST_F(ReleaseScriptTest, signs_and_lists_what_the_program_takes) {
         installing.waitForFinished();
         EXPECT_EQ(installing.exitCode(), status) << installing.readAllStandardError().toStdString();
     }
+    QFile::remove(path("home/.local/lib/vorle/current/bin/vorle")); // half of one mends
+    installing.start(path("tree2/install"), QStringList());
+    installing.waitForFinished();
+    EXPECT_EQ(installing.exitCode(), 0) << installing.readAllStandardError().toStdString();
     EXPECT_EQ(QFileInfo(path("home/.local/bin/vorle")).symLinkTarget(),
               path("home/.local/lib/vorle/vorle"));
     EXPECT_EQ(
@@ -114,7 +129,12 @@ TEST_F(ReleaseScriptTest, refuses_what_should_not_be_released) {
     EXPECT_FALSE(release()) << "another version than the tree's";
     tell("1.5.0", "12 décembre 2026");
     ASSERT_TRUE(release()) << said.toStdString();
+    const QString out =
+        path("out/") + QDir(path("out")).entryList({QStringLiteral("*.xz")}).value(0);
+    const QByteArray archive = test::readFile(out);
+    test::writeProgram(path("programs/vorle-guard"), "echo other");
     EXPECT_FALSE(release()) << "released once already";
+    EXPECT_EQ(test::readFile(out), archive) << "as it was signed";
     QFile::setPermissions(path("key.pem"), QFile::ReadOwner | QFile::ReadOther);
     tell("1.6.0", "12 décembre 2026");
     EXPECT_FALSE(release()) << "a key that others may read";

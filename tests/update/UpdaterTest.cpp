@@ -153,6 +153,11 @@ TEST_F(UpdaterTest, what_comes_by_itself_is_told_and_waits) {
     driver().showTakenBack(QStringLiteral("1.5.0"));
     EXPECT_EQ(updater.stage(), Stage::InstallFailed);
     EXPECT_EQ(told.size(), 3);
+    updater.acknowledge();
+    driver().showDownloadInitiated([] {}); // by itself
+    driver().showError(QStringLiteral("a bad signature"), [] {});
+    EXPECT_EQ(updater.stage(), Stage::InstallFailed);
+    EXPECT_EQ(told.value(3), QStringLiteral("La mise à jour n’a pas pu s’installer"));
 }
 
 TEST_F(UpdaterTest, a_relaunch_is_put_off_by_the_person_or_by_a_run_and_can_still_be_had) {
@@ -164,6 +169,11 @@ TEST_F(UpdaterTest, a_relaunch_is_put_off_by_the_person_or_by_a_run_and_can_stil
         updater.install();
         driver().showReady(reply());
         EXPECT_EQ(updater.isCountingDown(), !run);
+        if (run) {
+            busy = false;
+            driver().showReady(reply()); // told again, a day later
+            EXPECT_FALSE(updater.isCountingDown()) << "who pressed the button is long gone";
+        }
         updater.putOff();
         EXPECT_EQ(choices, (QList<Choice>{Choice::Install, Choice::Dismiss}));
         EXPECT_FALSE(updater.isCountingDown());
@@ -172,6 +182,22 @@ TEST_F(UpdaterTest, a_relaunch_is_put_off_by_the_person_or_by_a_run_and_can_stil
         EXPECT_EQ(engine.checks, 1) << "the engine is asked to offer it once more";
         driver().dismissed();
     }
+}
+
+TEST_F(UpdaterTest, what_begins_while_it_counts_down_is_not_broken_off) {
+    driver().showFound({QStringLiteral("1.5.0"), {}, false}, reply());
+    updater.install();
+    driver().showReady(reply());
+    ASSERT_TRUE(updater.isCountingDown());
+    busy = true;
+    test::spinUntil([this] { return !updater.isCountingDown(); });
+    EXPECT_EQ(updater.stage(), Stage::Ready);
+    EXPECT_EQ(choices, QList<Choice>{Choice::Install}) << "to the question before";
+    updater.relaunch();
+    EXPECT_EQ(choices.size(), 2) << "who says so knows of it";
+    driver().showInstalling(false, [] {});
+    driver().showError(QStringLiteral("no room"), [] {});
+    EXPECT_EQ(updater.stage(), Stage::InstallFailed);
 }
 
 TEST_F(UpdaterTest, a_stop_ends_the_engines_work_once_and_shows_no_failure) {
@@ -197,9 +223,21 @@ TEST_F(UpdaterTest, permission_is_asked_for_beside_the_rest_and_answered_once) {
     driver().showPermissionRequest([&](bool daily) { answers += daily; });
     updater.setChecksByItself(false); // by the settings' switch: it is an answer too
     EXPECT_FALSE(updater.isPermissionWanted());
-    EXPECT_FALSE(engine.daily);
+    EXPECT_EQ(answers, (QList<bool>{true, false}));
+    updater.setChecksByItself(true); // with no question open
+    EXPECT_TRUE(engine.daily);
+    updater.setInstallsByItself(true);
+    updater.setInstallsByItself(false);
+    EXPECT_TRUE(engine.daily) << "that was allowed before";
+    updater.setChecksByItself(false);
+
+    driver().showPermissionRequest([&](bool daily) { answers += daily; });
     updater.setInstallsByItself(true);
     EXPECT_TRUE(engine.daily) << "nothing would come otherwise";
+    EXPECT_FALSE(updater.isPermissionWanted());
+    updater.setInstallsByItself(false);
+    EXPECT_FALSE(engine.daily) << "it was for that alone";
+    EXPECT_TRUE(updater.isPermissionWanted());
 
     engine.why = QStringLiteral("Non.");
     updater.check();

@@ -37,11 +37,17 @@ public:
 
     string at(const string &name) const { return m_path + '/' + name; }
     string program() const { return at(string(layout::current) + '/' + layout::program); }
-    bool isLink(const char *name) const {
-        struct stat state{};
-        return ::lstat(at(name).c_str(), &state) == 0 && S_ISLNK(state.st_mode);
+    /// The version that a link leads to; "" where it is none.
+    string versionAt(const char *name) const {
+        std::array<char, PATH_MAX> target{};
+        const auto length = ::readlink(at(name).c_str(), target.data(), target.size());
+        const string whole(target.data(), length > 0 ? static_cast<size_t>(length) : 0);
+        return whole.substr(whole.rfind('/') + 1); // from the start where there is none
     }
-    bool isOnTrial() const { return isLink(layout::previous) && !isLink(layout::next); }
+    bool isOnTrial() const {
+        const string before = versionAt(layout::previous);
+        return !before.empty() && before != versionAt(layout::current);
+    }
 
     int startsCounted() const {
         struct stat state{};
@@ -87,16 +93,18 @@ public:
 
 private:
     void noteRefused() const {
-        std::array<char, PATH_MAX> target{};
-        const auto length =
-            ::readlink(at(layout::current).c_str(), target.data(), target.size() - 1);
-        const char *slash = length > 0 ? std::strrchr(target.data(), '/') : nullptr;
-        const int file = slash == nullptr ? -1
-                                          : ::open(at(layout::refused).c_str(),
-                                                   O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        const string version = versionAt(layout::current);
+        const string fresh = at(string(layout::refused) + ".new"); // half a number is another one
+        const int file =
+            ::open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
         if (file >= 0) {
-            [[maybe_unused]] const auto written = ::write(file, slash + 1, std::strlen(slash + 1));
+            const bool isWhole = ::write(file, version.data(), version.size()) ==
+                                     static_cast<ssize_t>(version.size()) &&
+                                 ::fsync(file) == 0;
             ::close(file);
+            if (isWhole) {
+                ::rename(fresh.c_str(), at(layout::refused).c_str());
+            }
         }
     }
 
@@ -112,9 +120,15 @@ string ownFolder() {
     return slash == string::npos ? string(".") : whole.substr(0, slash);
 }
 
-/// Whether a start opens the app; a command says nothing of the window.
+/// Whether a start opens the app; a command says nothing of the window, and without a screen no
+/// version opens.
 bool opensApp(int argc, char **argv) {
-    return argc <= 1 || (argc == 2 && std::strcmp(argv[1], "--hidden") == 0);
+    const auto isSet = [](const char *name) {
+        const char *value = std::getenv(name);
+        return value != nullptr && *value != 0;
+    };
+    const bool hasScreen = isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+    return hasScreen && (argc <= 1 || (argc == 2 && std::strcmp(argv[1], "--hidden") == 0));
 }
 
 int fail(const Folder &folder) {
@@ -122,15 +136,18 @@ int fail(const Folder &folder) {
     return 127;
 }
 
-/// Whether it ended as a program does that cannot run here: it was not found, lacks a library, or
-/// crashed. Who was killed, or ended with a refusal in its own words, did run.
+/// Whether it ended as a program does that cannot run here: it was not found, or lacks a library.
+/// Who ended with a refusal in its own words did run.
 bool didNotRun(int status) {
     constexpr int notExecutable = 126;
     constexpr int notFound = 127;
-    if (WIFEXITED(status)) {
-        return WEXITSTATUS(status) == notExecutable || WEXITSTATUS(status) == notFound;
-    }
-    switch (WTERMSIG(status)) {
+    return WIFEXITED(status) &&
+           (WEXITSTATUS(status) == notExecutable || WEXITSTATUS(status) == notFound);
+}
+
+/// Whether it crashed; which may have a reason that every version has, as a screen that is gone.
+bool hasCrashed(int status) {
+    switch (WIFSIGNALED(status) ? WTERMSIG(status) : 0) {
     case SIGSEGV:
     case SIGBUS:
     case SIGILL:
@@ -154,10 +171,11 @@ bool didNotRun(int status) {
     std::_Exit(WEXITSTATUS(status));
 }
 
-/// Runs the version on trial as a child, and comes back only where it did not run: the version
-/// before is in use again then, if there is one.
+/// Runs the version on trial as a child, and comes back only where it did not run, or crashed for
+/// the last time it may: the version before is in use again then, if there is one.
 void tryNew(const Folder &folder, int argc, char **argv) {
     const bool app = opensApp(argc, argv);
+    const string tried = folder.versionAt(layout::current);
     if (app && folder.startsCounted() >= layout::maxStarts) {
         folder.goBack();
         return;
@@ -187,13 +205,17 @@ void tryNew(const Folder &folder, int argc, char **argv) {
     std::signal(SIGQUIT, SIG_DFL);
     std::signal(SIGTERM, SIG_DFL);
     std::signal(SIGHUP, SIG_DFL);
-    if (didNotRun(status) && folder.isOnTrial()) {
-        if (!folder.goBack()) {
-            endAs(status);
-        }
+    if (!folder.isOnTrial() || folder.versionAt(layout::current) != tried) {
+        endAs(status); // it said that it works, or another one took its place meanwhile
+    }
+    if (hasCrashed(status) && !app) {
+        folder.countStart();
+    }
+    const bool isSpent = hasCrashed(status) && folder.startsCounted() >= layout::maxStarts;
+    if ((didNotRun(status) || isSpent) && folder.goBack()) {
         return;
     }
-    if (app && folder.isOnTrial() && WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+    if (app && WIFEXITED(status) && WEXITSTATUS(status) == 0) {
         folder.forgetStart();
     }
     endAs(status);

@@ -31,7 +31,7 @@ class UpdateModel final : public QObject {
     Q_PROPERTY(bool relaunchable READ isRelaunchable NOTIFY changed FINAL)
     Q_PROPERTY(bool permissionWanted READ isPermissionWanted NOTIFY changed FINAL)
     /// Why this program cannot be updated from here; "" when it can.
-    Q_PROPERTY(QString obstacle READ obstacle CONSTANT FINAL)
+    Q_PROPERTY(QString obstacle READ obstacle NOTIFY changed FINAL)
     /// "vorle 1.4.2"
     Q_PROPERTY(QString versionText READ versionText CONSTANT FINAL)
     Q_PROPERTY(bool checksByItself READ checksByItself WRITE setChecksByItself NOTIFY
