@@ -20,8 +20,9 @@ namespace {
 
 constexpr int maxRedirects = 5;
 constexpr qint64 maxHeaderBytes = 256 * 1024;
-/// A redirect's own body is passed over; beyond this it is an attack.
-constexpr qint64 maxRedirectBytes = 64 * 1024; // of what says that there is nothing here
+/// A redirect's own body is passed over, and a page that says no is short; beyond this it is an
+/// attack.
+constexpr qint64 maxRedirectBytes = 64 * 1024;
 
 using Outcome = HttpResponse::Outcome;
 
@@ -170,12 +171,10 @@ size_t HttpClient::Private::Exchange::onBody(char *data, size_t size, size_t cou
     const qint64 most =
         request.sink && !isSunk ? std::min(request.maxBytes, maxRedirectBytes) : request.maxBytes;
     const qint64 room = most - body.size() - exchange->sunk;
-    if (isSunk) {
-        if (!exchange->sink({data, std::min(room, length)})) {
-            return 0;
-        }
-    } else {
+    if (!isSunk) {
         body.append(data, std::min(room, length));
+    } else if (!exchange->sink({data, std::min(room, length)})) {
+        return 0;
     }
     if (length > room) {
         exchange->response.truncated = true;

@@ -1,135 +1,18 @@
 // The whole way of an update with an engine of our own: feed and archive from a server on this
 // machine, a program that is a shell text, and all that can go wrong between them.
 
-#include "update/AppcastEngine.h"
+#include "tests/update/AppcastEngineFixture.h"
 
 #include "storage/FileLock.h"
-#include "tests/support/TestServer.h"
 #include "tests/support/Text.h"
 #include "tests/support/Variables.h"
-#include "tests/support/Wait.h"
-#include "tests/update/ReleaseMaker.h"
-#include "update/Updater.h"
-
-#include <QDir>
-#include <QFileInfo>
-#include <QProcess>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-#include <functional>
 
 namespace vorle {
 namespace {
 
+using test::AppcastEngineTest;
 using test::ReleaseMaker;
 using test::TestReply;
-using test::TestServer;
-using Stage = Updater::Stage;
-
-class TurnedClock final : public Clock {
-public:
-    QDateTime now() const override { return moment; }
-    QDateTime moment = QDateTime({2026, 11, 23}, {8, 0}, Qt::UTC);
-};
-
-class AppcastEngineTest : public testing::Test {
-protected:
-    AppcastEngineTest() {
-        test::layInstallation(folder(), "1.4.0", "echo vorle $VERSION");
-        config.feed = server.url("/appcast.xml");
-        config.publicKey = maker.publicKey();
-        config.loopback = true;
-        preferences.change(&Settings::updateChecks, std::optional(true));
-        begin();
-    }
-    ~AppcastEngineTest() override { end(); }
-
-    void begin() {
-        engine = std::make_unique<AppcastEngine>(
-            AppcastEngine::Parts{preferences, clock, config, program(), QStringLiteral("1.4.0"),
-                                 [this] { ++quits; }, packaged});
-        updater =
-            std::make_unique<Updater>(Updater::Parts{.engine = *engine,
-                                                     .version = QStringLiteral("1.4.0"),
-                                                     .busy = {},
-                                                     .countdown = std::chrono::milliseconds(1)});
-        QObject::connect(updater.get(), &Updater::told, updater.get(), [this] { ++told; });
-    }
-    void end() {
-        bool ended = false;
-        engine->stop([&] { ended = true; });
-        test::spinUntil([&] { return ended; });
-    }
-    /// The engine of a next start of the program.
-    void beginAgain() {
-        end();
-        updater.reset();
-        begin();
-    }
-
-    QString folder() const { return root.filePath(QStringLiteral("app")); }
-    QString program() const { return folder() + QStringLiteral("/versions/1.4.0/bin/vorle"); }
-    Installation installation() const { return *Installation::of(program()); }
-    static QByteArray archive(const QByteArray &version,
-                              const QByteArray &shell = "echo vorle $VERSION") {
-        return ReleaseMaker::packed(ReleaseMaker::entries(version, shell));
-    }
-    /// Serves a feed of that version, and an archive, signed and announced as `announced` is.
-    void publish(const QByteArray &version, const QByteArray &bytes,
-                 const QByteArray &announced = {}) {
-        const QByteArray &told = announced.isEmpty() ? bytes : announced;
-        server.serve("/appcast.xml", TestReply::page(ReleaseMaker::feed(ReleaseMaker::item(
-                                         version, "a.tar.gz", told.size(), maker.sign(told)))));
-        server.serve("/a.tar.gz", TestReply::page(bytes));
-    }
-    void waitFor(Stage stage) {
-        test::spinUntil([&] { return updater->stage() == stage; });
-    }
-    /// Looks at the clock as the app does, again and again, until that holds.
-    void lookUntil(const std::function<bool()> &done) {
-        test::spinUntil([&] {
-            engine->lookAtClock();
-            return done();
-        });
-    }
-    void checkAndInstall() {
-        updater->check();
-        waitFor(Stage::Found);
-        updater->install();
-    }
-    /// What people get when they start the program.
-    QByteArray started() const {
-        QProcess process;
-        process.start(folder() + QStringLiteral("/vorle"), {QStringLiteral("--version")});
-        process.waitForFinished();
-        return process.readAllStandardOutput().trimmed();
-    }
-    /// Nothing came of it: the old version, and nothing left of the new one.
-    void expectUntouched() {
-        EXPECT_FALSE(installation().ready());
-        EXPECT_EQ(engine->finish(), std::nullopt);
-        EXPECT_EQ(started(), "vorle 1.4.0");
-        EXPECT_FALSE(QFileInfo::exists(folder() + QStringLiteral("/.staging")));
-        EXPECT_EQ(QDir(folder() + QStringLiteral("/versions"))
-                      .entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                  QStringList{QStringLiteral("1.4.0")});
-    }
-
-    QTemporaryDir root;
-    TestServer server;
-    ReleaseMaker maker;
-    TurnedClock clock;
-    Preferences preferences{
-        std::make_unique<SettingsFile>(root.filePath(QStringLiteral("settings.json")))};
-    UpdateConfig config;
-    std::function<Task<bool>(QString, CancelToken)> packaged = isPackaged;
-    int quits = 0;
-    int told = 0;
-    std::unique_ptr<AppcastEngine> engine;
-    std::unique_ptr<Updater> updater;
-};
 
 TEST_F(AppcastEngineTest, finds_fetches_checks_and_takes_the_place_at_the_end) {
     publish("1.5.0", archive("1.5.0"));
