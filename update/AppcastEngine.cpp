@@ -68,7 +68,7 @@ void AppcastEngine::tellOfLastTime() {
     }
     if (refused && *refused != m_parts.version) {
         // A check that is asked for offers it again.
-        m_parts.preferences.change(&Settings::skippedUpdate, *refused);
+        m_parts.preferences.change(&Settings::skippedUpdate, refused);
         m_driver->showTakenBack(*refused);
     }
     const auto ready = m_installation->ready();
