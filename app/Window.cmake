@@ -4,7 +4,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
-    controls/ActionButton.qml controls/AgentSetupTile.qml controls/charts/BarGroups.qml controls/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml
+    controls/ActionButton.qml controls/AgentSetupTile.qml controls/charts/BarGroups.qml controls/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml controls/CardHead.qml
     controls/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
     controls/charts/PeriodChoice.qml controls/charts/ReportScope.qml controls/charts/ShareStack.qml controls/charts/SourceBars.qml controls/charts/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml
@@ -21,7 +21,7 @@ set(VORLE_QML
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardSight.qml
     screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml screens/territory/ListSection.qml
     screens/ClosingPanel.qml screens/FeedbackPanel.qml screens/FeedbackPictures.qml screens/onboarding/DemoStrip.qml screens/CorrectionPanel.qml
-    screens/onboarding/InboxInvitation.qml screens/LastGhost.qml screens/Later.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
+    screens/onboarding/InboxInvitation.qml screens/GhostPlace.qml screens/LastGhost.qml screens/Later.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/onboarding/OnboardingAgent.qml screens/onboarding/OnboardingProjects.qml screens/onboarding/OnboardingScreen.qml screens/onboarding/OnboardingStep.qml screens/onboarding/OnboardingTopics.qml
     screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelHost.qml screens/PanelSlot.qml screens/PanelsLater.qml screens/Panels.qml screens/QuickCapturePanel.qml screens/ReadingPage.qml
     screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/settings/SettingsPanel.qml
@@ -70,6 +70,7 @@ qt_add_qml_module(vorle_window
         window/desktop/UpdateModel.cpp window/desktop/UpdateModel.h
         window/Tray.cpp window/Tray.h
         window/WaitingWindow.cpp window/WaitingWindow.h
+        window/Visits.h
         window/WindowState.cpp window/WindowState.h)
 # Bytecode starts as fast as it needs to; C++ made from all screens would take longer to compile than
 # the rest of the program.

@@ -14,7 +14,7 @@ T.Button {
     property bool given: false // what it says holds already
     property bool usable: true // what lies behind a panel is not enabled, and looks as ever
 
-    readonly property color inkNow: primary ? Theme.accentInk : given ? Theme.tintInk : Theme.ink
+    readonly property color inkNow: !usable ? Theme.inkFaint : primary ? Theme.accentInk : given ? Theme.tintInk : Theme.ink
 
     implicitWidth: Math.max(Theme.hit, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(Theme.hit + 10, contentItem.implicitHeight + topPadding + bottomPadding)
@@ -26,7 +26,6 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.TabFocus // a click leaves the keyboard where single keys decide
     enabled: usable
-    opacity: usable ? 1 : 0.45
     Accessible.role: Accessible.Button
     Accessible.name: given ? qsTr("%1, choisi").arg(text) : text
     Accessible.description: keys.length > 0 ? qsTr("Touche %1").arg(keys) : ""
@@ -71,18 +70,19 @@ T.Button {
                 keys: button.keys
                 visible: button.keysShown && keys.length > 0
                 bare: button.keys.length > 1
-                ink: button.primary ? Theme.accentInk : button.given ? Theme.tintInk : Theme.inkSoft
-                fill: button.primary ? Theme.accentKey : Theme.sunken
+                ink: !button.usable ? Theme.inkFaint : button.primary ? Theme.accentInk : button.given ? Theme.tintInk : Theme.inkSoft
+                fill: !button.usable ? Theme.well : button.primary ? Theme.accentKey : Theme.sunken
                 anchors.verticalCenter: parent.verticalCenter
             }
         }
     }
     background: Rectangle {
         radius: Theme.radiusButton
-        color: button.primary ? (button.down ? Qt.darker(Theme.accent, 1.12) : Theme.accent)
+        color: !button.usable ? (button.quiet ? "transparent" : Theme.well)
+                              : button.primary ? (button.down ? Theme.accentDown : Theme.accent)
                               : button.down ? Theme.sunken : button.given ? Theme.accentTint
                                             : button.hovered && !button.quiet ? Theme.raised : "transparent"
-        border.width: button.primary || button.quiet ? 0 : 1
+        border.width: !button.usable || button.primary || button.quiet ? 0 : 1
         border.color: button.given ? Theme.tintInk : button.hovered ? Theme.inkFaint : Theme.line
 
         FocusRing {

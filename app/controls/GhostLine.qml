@@ -1,71 +1,194 @@
 import QtQuick
 import Vorle
+import Vorle.Models
 
-// Where the decided topic went, in the place it left.
-Rectangle {
-    id: ghost
+// Where the decided topic went, in the place it left: its card folds to this line, which leans
+// towards the menu, and closes again after a while.
+Item {
+    id: line
 
-    required property string went
-    required property string title
+    required property ghost shownGhost // in the list now; nothing while it closes
     property string undoKeys: ""
+    property real foldsFrom: 0 // the height of the card that went; 0: the line stood there before
+    // What it takes now, with the gap under it, and once nothing moves any more.
+    property real space: wholeSpace
+    readonly property real wholeSpace: Theme.ghostHeight + Theme.cardGap
 
     signal undo
+    signal closed
 
-    implicitHeight: Theme.grown(44)
-    radius: Theme.radiusCard - 4
-    color: "transparent"
-    border.width: 1
-    border.color: Theme.line
-    Accessible.role: Accessible.AlertMessage
-    Accessible.name: went + ", " + title
+    property ghost told // also while it closes
+    property real clock: 0 // ms
+    property real spaceFrom: 0
+    property real folded: 1
+    property real lean: 0
+    property bool closing: false
 
-    Row {
-        anchors.left: parent.left
-        anchors.leftMargin: Theme.cardPadding
-        anchors.right: keys.left
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 10
+    implicitHeight: Math.max(0, space - Theme.cardGap)
+    onShownGhostChanged: tell()
+    onClockChanged: if (motion.running) follow()
+    Component.onCompleted: {
+        told = shownGhost;
+        fold(foldsFrom + Theme.cardGap);
+    }
 
-        Text {
-            id: tick
-            text: "✓"
-            color: Theme.accent
-            font.pixelSize: Theme.textBody
-            font.weight: Font.Bold
-            Accessible.ignored: true
-        }
-        Text {
-            id: where
-            text: ghost.went
-            color: Theme.inkSoft
-            font.family: Theme.textFamily
-            font.pixelSize: Theme.textBody
-            font.weight: Font.DemiBold
-            textFormat: Text.PlainText
-            Accessible.ignored: true
-        }
-        Text {
-            width: Math.max(0, parent.width - tick.width - where.width - 20)
-            text: ghost.title
-            elide: Text.ElideRight
-            color: Theme.inkFaint
-            font.family: Theme.textFamily
-            font.pixelSize: Theme.textBody
-            textFormat: Text.PlainText
-            Accessible.ignored: true
+    function tell() {
+        if (shownGhost.shown && shownGhost.topicId !== told.topicId) {
+            told = shownGhost;
+            fold(space + foldsFrom + Theme.cardGap);
         }
     }
-    ActionButton {
-        id: keys
-        anchors.right: parent.right
-        anchors.rightMargin: 8
-        anchors.verticalCenter: parent.verticalCenter
-        quiet: true
-        focusPolicy: Qt.NoFocus
-        keys: ghost.undoKeys
-        text: ""
-        Accessible.name: qsTr("Annuler")
-        onClicked: ghost.undo()
+    function fold(from: real) {
+        motion.stop();
+        closing = false;
+        if (foldsFrom > 0 && Theme.fold > 0) {
+            run(from, Theme.fold + Theme.reveal);
+        } else {
+            rest();
+        }
+    }
+    function close() {
+        motion.stop();
+        closing = true;
+        if (Theme.calm > 0) {
+            run(space, Theme.calm);
+        } else {
+            rest();
+        }
+    }
+    function run(from: real, length: int) {
+        spaceFrom = from;
+        clock = 0;
+        motion.to = length;
+        motion.start();
+        follow();
+    }
+    function follow() {
+        const way = Theme.eased(clock, closing ? Theme.calm : Theme.fold);
+        space = spaceFrom + ((closing ? 0 : wholeSpace) - spaceFrom) * way;
+        folded = closing ? 1 : way;
+        lean = closing ? 0 : -14 * Math.sin(Math.PI * Math.max(0, Math.min(1, (clock - Theme.fold / 2) / (Theme.fold / 2 + Theme.reveal))));
+    }
+    function rest() {
+        space = closing ? 0 : wholeSpace;
+        folded = 1;
+        lean = 0;
+        if (closing) {
+            closed();
+        }
+    }
+    // Ends what moves, as the next key does.
+    function arrive() {
+        if (motion.running) {
+            motion.stop();
+            rest();
+        }
+    }
+
+    NumberAnimation {
+        id: motion
+        target: line
+        property: "clock"
+        from: 0
+        duration: to
+        onFinished: line.rest()
+    }
+
+    // The card that goes, as far as it is still to be seen.
+    Loader {
+        active: line.folded < 1
+        width: parent.width
+        height: parent.height
+        opacity: 1 - line.folded
+        sourceComponent: Rectangle {
+            radius: Theme.radiusCard
+            color: Theme.card
+            border.width: 1
+            border.color: Theme.line
+            clip: true
+            Accessible.ignored: true
+
+            ScoreBadge {
+                x: 22 - 2 * line.folded
+                y: 20 * (1 - line.folded)
+                size: 64 - 24 * line.folded
+                look: line.told.card.badge
+                Accessible.ignored: true
+            }
+            CardHead {
+                x: 106
+                y: 20 * (1 - line.folded)
+                width: parent.width - x - 24
+                topic: line.told.card
+                open: true
+            }
+        }
+    }
+    Rectangle {
+        id: face
+        x: line.lean
+        width: parent.width
+        height: parent.height
+        radius: Math.min(Theme.radiusCard - 4, height / 2)
+        color: "transparent"
+        border.width: 1
+        border.color: Theme.line
+        opacity: line.closing ? Math.max(0, 2 * line.space / line.wholeSpace - 1) : Math.max(0, 2 * line.folded - 1)
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: line.told.went + ", " + line.told.title
+
+        Row {
+            anchors.left: parent.left
+            anchors.leftMargin: 22
+            anchors.right: keys.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 10
+
+            Text {
+                id: tick
+                text: "✓"
+                color: Theme.accent
+                font.family: Theme.textFamily
+                font.pixelSize: Theme.textBody
+                font.weight: Font.Bold
+                Accessible.ignored: true
+            }
+            Text {
+                id: where
+                text: line.told.went
+                color: Theme.inkSoft
+                font.family: Theme.textFamily
+                font.pixelSize: Theme.textBody
+                font.weight: Font.DemiBold
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+            Text {
+                width: Math.max(0, parent.width - tick.width - where.width - 20)
+                text: line.told.title
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
+                maximumLineCount: 1
+                color: Theme.inkFaint
+                font.family: Theme.textFamily
+                font.pixelSize: Theme.textBody
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+        }
+        ActionButton {
+            id: keys
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            implicitHeight: Theme.grown(32)
+            quiet: true
+            focusPolicy: Qt.NoFocus
+            keys: line.undoKeys
+            text: qsTr("Annuler")
+            font.pixelSize: Theme.textNote
+            onClicked: line.undo()
+        }
     }
 }

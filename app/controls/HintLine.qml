@@ -7,7 +7,7 @@ Item {
 
     property alias text: words.text
 
-    implicitHeight: Theme.grown(50)
+    implicitHeight: Theme.grown(44)
 
     Rectangle {
         anchors.left: parent.left

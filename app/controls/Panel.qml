@@ -75,6 +75,10 @@ FocusScope {
         border.width: 1
         border.color: Theme.line
         clip: true
+        // It comes from where it belongs: from above where it stands near the top.
+        transform: Translate {
+            y: (1 - panel.opacity) * (panel.nearTop ? -14 : 14)
+        }
 
         TapHandler { // a click inside stays inside
             gesturePolicy: TapHandler.ReleaseWithinBounds

@@ -15,7 +15,7 @@ Item {
 
     signal clicked
 
-    implicitHeight: Theme.grown(46)
+    implicitHeight: Theme.grown(40)
     activeFocusOnTab: true
     Accessible.role: Accessible.PageTab
     Accessible.name: count > 0 ? qsTr("%1, %2").arg(title).arg(shownCount) : title
@@ -66,11 +66,38 @@ Item {
         textFormat: Text.PlainText
         Accessible.ignored: true
     }
+    // The count ticks where it changes: the new one comes from below, or from above.
+    property bool settled: false
+    property int lastCount: 0
+    property real lift: 0
+
+    onCountChanged: {
+        if (settled && Theme.fold > 0) {
+            tick.from = count > lastCount ? 9 : -9;
+            tick.restart();
+        }
+        lastCount = count;
+    }
+    Component.onCompleted: {
+        lastCount = count;
+        settled = true;
+    }
+
+    NumberAnimation {
+        id: tick
+        target: item
+        property: "lift"
+        to: 0
+        duration: Theme.fold
+        easing.type: Easing.OutCubic
+    }
     Text {
         id: number
         anchors.right: parent.right
         anchors.rightMargin: 18
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: item.lift
+        opacity: 1 - Math.abs(item.lift) / 12
         text: item.shownCount
         color: item.strong && item.count > 0 ? Theme.accent : Theme.inkFaint
         font.family: Theme.displayFamily

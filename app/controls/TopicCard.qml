@@ -2,17 +2,18 @@ import QtQuick
 import Vorle
 import Vorle.Models
 
-// One topic of a list: a glance while closed; gist, why, first step and actions while it is the
-// chosen one.
+// One topic of a list: a title and a line of facts while closed; gist, why, first step and actions
+// while it is the chosen one.
 Item {
     id: card
 
     required property topicCard topic
     property bool open: false
+    property bool outlined: open // the chosen one, closed where its page stands beside the list
     property bool showActions: true
     property var actions: [] // CardButton
     property bool settled: false // moves only once it has been shown
-    property bool still: false // does not move
+    property bool late: false // it opens in the place of one that folds first
     property bool tight: false // in a low window: open, it keeps to what fits
     property bool tiny: false // in the lowest: to its title, gist, why and buttons
 
@@ -20,50 +21,96 @@ Item {
     signal enlarged
     signal act(int action)
 
-
-    readonly property int openPadding: tiny ? 14 : Theme.cardPadding + 2
-    readonly property real bodyHeight: Math.max(badge.size, words.implicitHeight)
-    readonly property real wholeHeight: bodyHeight + 2 * (open ? openPadding : 17) // once it has moved
+    readonly property int padding: !open ? 18 : tiny ? 14 : 20
+    readonly property real bodyHeight: Math.max(open ? 64 : 40, words.implicitHeight)
+    readonly property real wholeHeight: bodyHeight + 2 * padding + (open ? 2 : 0) // once it has moved
     readonly property real headHeight: content.y + (details.active ? details.y : bodyHeight) // down to its title
+
+    // What moves, by one clock: its height and the badge's size, then how strong the details are.
+    property real clock: 0 // ms
+    property int begins: 0
+    property int lasts: 0
+    property real heightFrom: 0
+    property real badgeFrom: 0
+    property real badgeSize: open ? 64 : 40
+    property real shown: 1
+
     clip: true
     Accessible.role: Accessible.ListItem
     Accessible.name: topic.badge.name + ". " + topic.title
-    Accessible.description: topic.gist
-    Accessible.selected: open
+    Accessible.description: (topic.isNew ? qsTr("Nouveau. ") : "") + topic.gist
+    Accessible.selected: outlined
     Accessible.focusable: true
-    Accessible.focused: open
+    Accessible.focused: outlined
     Accessible.onPressAction: chosen()
-    onWholeHeightChanged: {
-        if (settled && !still && Theme.calm > 0) {
-            glide.to = wholeHeight;
-            glide.restart();
-        } else {
-            glide.stop();
-            height = wholeHeight;
-        }
+    onOpenChanged: {
+        shown = open && settled && Theme.reveal > 0 ? 0 : 1;
+        move();
     }
+    onWholeHeightChanged: move()
+    onClockChanged: if (motion.running) follow()
     Component.onCompleted: settleSoon()
 
     // Ends what moves, as the next key does.
     function arrive() {
-        glide.complete();
+        if (motion.running) {
+            motion.stop();
+            rest();
+        }
     }
     function settleSoon() {
         Qt.callLater(() => card.settled = true); // qmllint disable
     }
-
     // Takes its height at once, where a column would take it with the next frame.
     function arrange() {
         (details.item as CardDetails)?.arrange();
         words.forceLayout();
     }
+    // Opens from a line of that height on: its own, that it left when it went.
+    function unfold(line: real) {
+        if (Theme.fold > 0) {
+            settled = true;
+            height = line;
+            badgeSize = 40;
+            shown = 0;
+            move();
+        }
+    }
+    function move() {
+        motion.stop();
+        if (!settled || Theme.fold === 0) {
+            rest();
+            return;
+        }
+        const follows = late && shown < 1;
+        heightFrom = height;
+        badgeFrom = badgeSize;
+        begins = follows ? Theme.fold - Theme.rise : 0;
+        lasts = follows ? Theme.rise : Theme.fold;
+        motion.to = begins + lasts + (shown < 1 ? Theme.reveal : 0);
+        motion.start();
+    }
+    function follow() {
+        const way = Theme.eased(clock - begins, lasts);
+        height = heightFrom + (wholeHeight - heightFrom) * way;
+        badgeSize = badgeFrom + ((open ? 64 : 40) - badgeFrom) * way;
+        if (shown < 1) {
+            shown = Math.max(0, Math.min(1, (clock - begins - lasts) / Theme.reveal));
+        }
+    }
+    function rest() {
+        height = wholeHeight;
+        badgeSize = open ? 64 : 40;
+        shown = 1;
+    }
 
     NumberAnimation {
-        id: glide
+        id: motion
         target: card
-        property: "height"
-        duration: Theme.calm
-        easing.type: Easing.OutCubic
+        property: "clock"
+        from: 0
+        duration: to
+        onFinished: card.rest()
     }
 
     Rectangle {
@@ -79,10 +126,10 @@ Item {
         anchors.fill: parent
         anchors.bottomMargin: card.open ? 3 : 0
         radius: Theme.radiusCard
-        color: card.open ? Theme.raised : hover.hovered ? Theme.raised : Theme.card
-        opacity: card.topic.waits && !card.open ? 0.72 : 1
-        border.width: card.open ? 2 : 1
-        border.color: card.open ? Theme.accent : Theme.line
+        color: card.outlined || hover.hovered ? Theme.raised : Theme.card
+        opacity: card.topic.waits && !card.outlined ? 0.72 : 1
+        border.width: card.outlined ? 2 : 1
+        border.color: card.outlined ? Theme.accent : hover.hovered ? Theme.edge : Theme.line
     }
     HoverHandler {
         id: hover
@@ -94,23 +141,22 @@ Item {
 
     Item {
         id: content
-        x: Theme.cardPadding
-        y: card.open ? card.openPadding : 17
-        width: parent.width - 2 * Theme.cardPadding
+        x: card.open ? 22 : 20
+        y: card.padding
+        width: parent.width - x - (card.open ? 24 : 20)
         height: card.bodyHeight
 
         ScoreBadge {
             id: badge
-            y: card.open ? 2 : (card.bodyHeight - size) / 2
+            y: card.open ? 0 : (card.bodyHeight - size) / 2
             look: card.topic.badge
-            size: card.open ? 64 : 50
-            x: card.open ? 2 : 1
+            size: card.badgeSize
         }
         Text {
-            visible: card.topic.formerScore >= 0
+            visible: card.open && card.topic.formerScore >= 0
             anchors.horizontalCenter: badge.horizontalCenter
-            y: badge.y + badge.height + 6
-            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
+            y: 64 + 6
+            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
             color: Theme.inkFaint
             font.family: Theme.textFamily
             font.pixelSize: Theme.textSmall
@@ -120,89 +166,25 @@ Item {
 
         Column {
             id: words
-            x: badge.width + (card.open ? 26 : 22)
+            x: card.open ? 84 : 56
             width: parent.width - x
             y: card.open ? 0 : (card.bodyHeight - implicitHeight) / 2
-            spacing: card.open ? (card.tiny ? 6 : 12) : 5
 
-            Item {
-                id: line
-
-                // What the place and the facts share; the deadline is never cut.
-                readonly property real room: width - (due.visible ? due.implicitWidth + 12 : 0) - (moved.visible ? moved.implicitWidth + 12 : 0)
-
+            CardHead {
+                id: head
                 width: parent.width
-                implicitHeight: Math.max(chip.visible ? chip.implicitHeight : 0, factsLine.implicitHeight)
-
-                Chip {
-                    id: chip
-                    width: Math.min(implicitWidth, line.room)
-                    text: card.topic.subject
-                    anchors.verticalCenter: parent.verticalCenter
-                }
-                Label {
-                    id: factsLine
-                    x: chip.visible ? chip.width + 10 : 0
-                    width: Math.max(0, line.room - x)
-                    visible: width > 40
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: card.topic.facts
-                    color: Theme.inkFaint
-                    font.pixelSize: Theme.textNote
-                    lineHeight: 1.1
-                    wrapMode: Text.NoWrap
-                    elide: Text.ElideRight
-                }
-                Label {
-                    id: moved
-                    visible: card.topic.moved
-                    anchors.right: due.visible ? due.left : parent.right
-                    anchors.rightMargin: due.visible ? 12 : 0
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: visible ? qsTr("a bougé") : ""
-                    color: Theme.accent
-                    font.pixelSize: Theme.textNote
-                    font.weight: Font.DemiBold
-                    lineHeight: 1.1
-                }
-                Label {
-                    id: due
-                    visible: text.length > 0
-                    anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: card.topic.urgencyText
-                    color: Theme.accent
-                    font.pixelSize: Theme.textNote
-                    font.weight: Font.DemiBold
-                    lineHeight: 1.1
-                }
-            }
-            Title {
-                width: parent.width
-                text: card.topic.title
-                size: card.open && !card.tiny ? Theme.titleOpen : Theme.titleCard
-                maximumLineCount: card.open ? (card.tiny ? 1 : card.tight ? 2 : 4) : 1
-                elide: Text.ElideRight
-            }
-            VersionLine {
-                width: parent.width
-                text: card.open && !card.tiny ? card.topic.versionText : ""
-            }
-            Label {
-                visible: !card.open && text.length > 0
-                width: parent.width
-                text: card.topic.gist
-                color: Theme.inkSoft
-                maximumLineCount: 1
-                wrapMode: Text.NoWrap
-                elide: Text.ElideRight
-                lineHeight: 1.15
+                topic: card.topic
+                open: card.open
+                tight: card.tight
+                tiny: card.tiny
             }
             Loader {
                 id: details
                 active: card.open
                 visible: active
                 width: parent.width
+                opacity: card.shown
+                enabled: card.shown > 0 // nothing unseen is pressed
                 sourceComponent: CardDetails {
                     topic: card.topic
                     actions: card.actions
@@ -210,6 +192,8 @@ Item {
                     tight: card.tight
                     tiny: card.tiny
                     before: words.x
+                    pictured: head.pictured
+                    above: details.y
                     onAct: action => card.act(action)
                 }
             }

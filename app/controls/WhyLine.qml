@@ -1,17 +1,18 @@
 import QtQuick
 import Vorle
 
-// Why it matters to this person, behind a stroke of the accent.
+// Why it matters to this person, behind a stroke of the accent; its name stands in a column that
+// the first step shares.
 Item {
     id: why
 
     property string text: ""
     property int lines: 100000 // at most
     property bool selectable: false // whole, and to be taken along
-    readonly property string words: qsTr("Pourquoi toi : %1").arg(text)
+    readonly property bool narrow: width < 3 * Theme.labelColumn + 60 // the name stands over it
 
     visible: text.length > 0
-    implicitHeight: selectable ? whole.implicitHeight : cut.implicitHeight
+    implicitHeight: cut.y + (selectable ? whole.implicitHeight : cut.implicitHeight)
 
     Rectangle {
         width: 3
@@ -21,24 +22,43 @@ Item {
         color: Theme.accent
     }
     Label {
+        id: head
+        x: 16
+        y: 1
+        width: Theme.labelColumn
+        text: qsTr("Pourquoi toi")
+        color: Theme.inkSoft
+        font.pixelSize: Theme.textNote
+        font.weight: Font.DemiBold
+        lineHeightMode: Text.FixedHeight
+        lineHeight: Theme.scaled(21)
+        wrapMode: Text.NoWrap
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 9
+    }
+    Label {
         id: cut
-        x: 18
+        x: 16 + (why.narrow ? 0 : Theme.labelColumn + 14)
+        y: why.narrow ? head.lineHeight : 0
         width: parent.width - x
         visible: !why.selectable
         maximumLineCount: why.lines
         elide: Text.ElideRight
-        text: why.selectable ? "" : why.words
-        font.pixelSize: Theme.textLarge
+        text: why.selectable ? "" : why.text
+        font.pixelSize: Theme.textCard
         font.weight: Font.Medium
+        lineHeightMode: Text.FixedHeight
+        lineHeight: Theme.scaled(22)
     }
     Loader {
         id: whole
-        x: 18
-        width: parent.width - x
+        x: cut.x
+        y: cut.y
+        width: cut.width
         active: why.selectable
         sourceComponent: SelectableText {
-            text: why.words
-            font.pixelSize: Theme.textLarge
+            text: why.text
+            font.pixelSize: Theme.textCard
             font.weight: Font.Medium
         }
     }

@@ -66,6 +66,17 @@ QString dayLabel(const QDate &day, const QDate &today) {
     return frenchDayNumber(day) + u' ' + frenchLocale().toString(day, format);
 }
 
+QString agoLabel(const QDate &day, const QDate &today) {
+    constexpr qint64 month = 30;
+    const qint64 days = day.daysTo(today);
+    if (days < 0 || days > month) {
+        return dayLabel(day, today);
+    }
+    return days == 0   ? French::tr("aujourd’hui")
+           : days == 1 ? French::tr("hier")
+                       : French::tr("il y a %1 jours").arg(days);
+}
+
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today) {
     if (!urgency || urgency->level == Judgment::Urgency::Level::None) {
         return {};

@@ -12,6 +12,9 @@ QString readLevelLabel(std::optional<ReadLevel> level); ///< empty where nobody 
 QString statusLabel(TopicStatus status);
 /// "2 novembre", "1er décembre"; with its year when it is not today's.
 QString dayLabel(const QDate &day, const QDate &today);
+/// How long ago that day was: "aujourd’hui", "hier", "il y a 9 jours"; past a month, and for a day
+/// to come, as `dayLabel`.
+QString agoLabel(const QDate &day, const QDate &today);
 /// "avant le 28 novembre" (with its year when it is not this one), "à faire maintenant", or empty.
 QString urgencyLabel(const std::optional<Judgment::Urgency> &urgency, const QDate &today);
 /// The same as a sentence, with its reason: "À faire maintenant. La faille est exploitée."

@@ -52,7 +52,7 @@ TopicActions::TopicActions(Sections &sections, Decisions &decisions, const Keybo
     // What comes back is what one wants to see.
     connect(&decisions, &Decisions::undone, this, [this](const QString &topicId) {
         if (TopicSelection *chosen = selection()) {
-            chosen->show(topicId);
+            chosen->showReturned(topicId);
         }
     });
 }

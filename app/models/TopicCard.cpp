@@ -10,8 +10,10 @@
 #include "base/WebLink.h"
 #include "core/Corrections.h"
 #include "core/DurationText.h"
+#include "core/KindLabel.h"
 #include "core/NumberText.h"
 #include "core/ScoreScale.h"
+#include "search/web/Links.h"
 #include "search/web/SourceImage.h"
 
 #include <QFileInfo>
@@ -61,20 +63,10 @@ QVariantList sourcesOf(const Topic &topic) {
     return variants(list);
 }
 
-/// "undici 7.12.0 → 7.18.1", or what of it is known.
-QString versionsOf(const Topic &topic) {
-    QStringList versions;
-    for (const auto &version : {topic.currentVersion, topic.newVersion}) {
-        if (version && !version->isEmpty()) {
-            versions += shown(*version);
-        }
-    }
-    QString words = versions.join(QStringLiteral(" → "));
-    if (topic.dependency && !topic.dependency->isEmpty()) {
-        const QString name = shown(*topic.dependency);
-        words = words.isEmpty() ? name : name + u' ' + words;
-    }
-    return words;
+/// Each on its own: what is not there leaves no sign.
+QString joined(QStringList parts) {
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(" · "));
 }
 
 QString postponedText(const Topic &topic) {
@@ -114,42 +106,76 @@ QVariantList TopicCard::changes() const { return changesOf(*m_topic); }
 
 QString TopicCard::risks() const { return shown(m_topic->risks); }
 
-QString TopicCard::subject() const { return shown(subjectOf(*m_topic)); }
+QString TopicCard::subject() const {
+    const QString subject = shown(subjectOf(*m_topic));
+    return subject.isEmpty() && isBeingRead(*m_topic) ? French::tr("Capturé par toi") : subject;
+}
 
 QString TopicCard::facts() const {
-    if (topicId().isEmpty()) {
+    return topicId().isEmpty() ? QString()
+                               : joined(QStringList{captureText(), kindText(), effortText()} +
+                                        unusual() + QStringList{dateText()});
+}
+
+QString TopicCard::closedFacts() const {
+    return topicId().isEmpty() ? QString()
+                               : joined(QStringList{captureText(), kindText(), effortText()} +
+                                        unusual() + QStringList{site()});
+}
+
+/// A topic without a kind is what its link most likely leads to.
+QString TopicCard::kindText() const {
+    if (isBeingRead(*m_topic)) {
         return {};
     }
-    const bool judged = !isBeingRead(*m_topic);
-    QStringList facts{captureText(),
-                      kindLabel(m_topic->kind),
-                      judged ? durationText(m_topic->minutes) : QString(),
-                      publishedText(),
-                      judged ? readLevelLabel(m_topic->readLevel) : QString(),
-                      postponedText(*m_topic),
-                      m_topic->worth ? worthLabel(*m_topic->worth) : QString()};
-    facts.removeAll(QString());
-    return facts.join(QStringLiteral("   ·   "));
+    const QString kind = vorle::kindLabel(m_topic->kind);
+    const TopicSource *source = m_topic->mainSource();
+    return kind.isEmpty() && source != nullptr ? vorle::kindLabel(guessKind(source->url)) : kind;
 }
 
 QString TopicCard::captureText() const {
     if (!isBeingRead(*m_topic)) {
         return {};
     }
-    return captureProblem().isEmpty() ? French::tr("lien capturé, en lecture…")
-                                      : French::tr("lien capturé, pas encore jugé");
+    return captureProblem().isEmpty() ? French::tr("je le lis…") : French::tr("pas encore jugé");
 }
 
-/// "12 novembre"; a date in other words as it is.
-QString TopicCard::publishedText() const {
+QString TopicCard::effortText() const {
+    return isBeingRead(*m_topic) ? QString() : durationText(m_topic->minutes);
+}
+
+/// What most topics have nothing of.
+QStringList TopicCard::unusual() const {
+    const bool whole = isBeingRead(*m_topic) || m_topic->readLevel == ReadLevel::Full;
+    return {whole ? QString() : readLevelLabel(m_topic->readLevel), postponedText(*m_topic),
+            m_topic->worth ? worthLabel(*m_topic->worth) : QString()};
+}
+
+QString TopicCard::dateText() const {
+    if (isBeingRead(*m_topic)) {
+        return agoLabel(m_topic->foundAt.toLocalTime().date(), m_standing.today);
+    }
+    // A date in other words stays as it is.
     const QString written = shown(m_topic->publishedOn).simplified();
     const QDate day = QDate::fromString(written.left(10), Qt::ISODate);
     constexpr qsizetype most = 24;
-    return day.isValid() ? dayLabel(day, m_standing.today)
+    return day.isValid() ? agoLabel(day, m_standing.today)
                          : firstCharacters(written, most).toString();
 }
 
-QString TopicCard::versionText() const { return versionsOf(*m_topic); }
+QString TopicCard::versionText() const {
+    QStringList versions{currentVersion(), newVersion()};
+    versions.removeAll(QString());
+    QStringList words{dependency(), versions.join(QStringLiteral(" → "))};
+    words.removeAll(QString());
+    return words.join(u' ');
+}
+
+QString TopicCard::dependency() const { return shown(m_topic->dependency); }
+
+QString TopicCard::currentVersion() const { return shown(m_topic->currentVersion); }
+
+QString TopicCard::newVersion() const { return shown(m_topic->newVersion); }
 
 QString TopicCard::urgencyText() const { return urgencyLabel(m_topic->urgency, m_standing.today); }
 
@@ -159,12 +185,14 @@ QString TopicCard::urgencySentence() const {
 
 QVariantList TopicCard::sources() const { return sourcesOf(*m_topic); }
 
-QString TopicCard::sitesText() const {
+QString TopicCard::site() const {
     const TopicSource *source = m_topic->mainSource();
+    return source == nullptr ? QString() : WebLink::site(QUrl(source->url), QUrl::PrettyDecoded);
+}
+
+QString TopicCard::sitesText() const {
     const qsizetype more = m_topic->sources.size() - 1;
-    return source == nullptr ? QString()
-                             : WebLink::site(QUrl(source->url), QUrl::PrettyDecoded) +
-                                   (more > 0 ? QStringLiteral("  +%1").arg(more) : QString());
+    return site() + (more > 0 ? QStringLiteral("  +%1").arg(more) : QString());
 }
 
 QString TopicCard::note() const { return text(m_topic->note); }

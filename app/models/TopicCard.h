@@ -20,7 +20,7 @@ class TopicCard {
     /// The topic's identity, "" of a card without a topic: all else is then empty too.
     Q_PROPERTY(QString topicId READ topicId FINAL)
     Q_PROPERTY(QString title READ title FINAL)
-    /// The one text that a closed card shows.
+    /// The one text that says what it is about.
     Q_PROPERTY(QString gist READ gist FINAL)
     Q_PROPERTY(QString summary READ summary FINAL)
     Q_PROPERTY(QString why READ why FINAL)
@@ -28,18 +28,29 @@ class TopicCard {
     /// List of NamedText: what changes, each with its sort.
     Q_PROPERTY(QVariantList changes READ changes FINAL)
     Q_PROPERTY(QString risks READ risks FINAL)
-    /// The project, else the interest.
+    /// The project, else the interest; of a link that waits to be judged, who brought it.
     Q_PROPERTY(QString subject READ subject FINAL)
-    /// "Sécurité   ·   20 min   ·   12 novembre   ·   lu en entier"
+    /// "Sécurité · 20 min · lu en partie · il y a 2 jours": of how it was read, what is unusual.
     Q_PROPERTY(QString facts READ facts FINAL)
-    /// "undici 7.12.0 → 7.18.1"
+    /// The same for a closed card, which has the day apart: "Sécurité · 20 min · github.com"
+    Q_PROPERTY(QString closedFacts READ closedFacts FINAL)
+    /// When it came out: "il y a 2 jours". Of a link that waits, when it was captured.
+    Q_PROPERTY(QString dateText READ dateText FINAL)
+    /// It came since the person was last here.
+    Q_PROPERTY(bool isNew READ isNew FINAL)
+    /// "undici 7.12.0 → 7.18.1"; and its parts.
     Q_PROPERTY(QString versionText READ versionText FINAL)
+    Q_PROPERTY(QString dependency READ dependency FINAL)
+    Q_PROPERTY(QString currentVersion READ currentVersion FINAL)
+    Q_PROPERTY(QString newVersion READ newVersion FINAL)
     /// "avant le 28 novembre", "à faire maintenant"; and with its reason, as a sentence.
     Q_PROPERTY(QString urgencyText READ urgencyText FINAL)
     Q_PROPERTY(QString urgencySentence READ urgencySentence FINAL)
     /// List of NamedLink; and the first one's site with how many more there are: "github.com  +2".
     Q_PROPERTY(QVariantList sources READ sources FINAL)
     Q_PROPERTY(QString sitesText READ sitesText FINAL)
+    /// The first one's site alone.
+    Q_PROPERTY(QString site READ site FINAL)
     Q_PROPERTY(QString note READ note FINAL)
     /// The user's verdict as it is kept: "meh", "useful", "gem" or "".
     Q_PROPERTY(QString worth READ worth FINAL)
@@ -63,6 +74,7 @@ public:
         bool waits = false;
         QString briefState = {};
         QString captureProblem = {};
+        bool isNew = false; ///< see TopicListModel::setNewSince
 
         bool operator==(const Standing &) const = default;
     };
@@ -80,11 +92,18 @@ public:
     QString risks() const;
     QString subject() const;
     QString facts() const;
+    QString closedFacts() const;
+    QString dateText() const;
+    bool isNew() const { return m_standing.isNew; }
     QString versionText() const;
+    QString dependency() const;
+    QString currentVersion() const;
+    QString newVersion() const;
     QString urgencyText() const;
     QString urgencySentence() const;
     QVariantList sources() const;
     QString sitesText() const;
+    QString site() const;
     QString note() const;
     QString worth() const;
     bool moved() const { return m_standing.moved; }
@@ -103,8 +122,10 @@ public:
     bool operator==(const TopicCard &) const = default;
 
 private:
+    QString kindText() const;
     QString captureText() const;
-    QString publishedText() const;
+    QString effortText() const;
+    QStringList unusual() const;
 
     TopicPtr m_topic; // never null
     Standing m_standing;

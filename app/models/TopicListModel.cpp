@@ -4,12 +4,17 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace vorle {
 
 TopicListModel::TopicListModel(TopicStore &store, sections::Section section, const Clock &clock,
                                QObject *parent)
-    : QAbstractListModel(parent), m_store(store), m_section(section), m_clock(clock) {
+    : QAbstractListModel(parent)
+    , m_store(store)
+    , m_section(section)
+    , m_clock(clock)
+    , m_day(today()) {
     load();
     connect(&store, &TopicStore::topicChanged, this, &TopicListModel::follow);
     connect(&store, &TopicStore::topicsAdded, this, [this](const QList<QUuid> &ids) {
@@ -21,6 +26,7 @@ TopicListModel::TopicListModel(TopicStore &store, sections::Section section, con
         beginResetModel();
         load();
         endResetModel();
+        turn();
         Q_EMIT countChanged();
         Q_EMIT minutesChanged();
         Q_EMIT movedCountChanged();
@@ -114,6 +120,7 @@ void TopicListModel::insert(Row row) {
     tally(row, 1);
     m_rows.insert(at, std::move(row));
     endInsertRows();
+    turn();
 }
 
 void TopicListModel::remove(qsizetype at) {
@@ -122,6 +129,7 @@ void TopicListModel::remove(qsizetype at) {
     m_byId.remove(row.topic->id);
     tally(row, -1);
     endRemoveRows();
+    turn();
 }
 
 void TopicListModel::replace(qsizetype at, Row row) {
@@ -147,6 +155,7 @@ void TopicListModel::replace(qsizetype at, Row row) {
     }
     const QModelIndex cell = index(static_cast<int>(now));
     Q_EMIT dataChanged(cell, cell);
+    turn();
 }
 
 qsizetype TopicListModel::indexOf(const QUuid &id) const {
@@ -206,15 +215,63 @@ TopicCard TopicListModel::card(int row) const {
     }
     const Row &at = m_rows.at(row);
     return {at.topic,
-            {.today = m_clock.now().toLocalTime().date(),
+            {.today = today(),
              .moved = at.moved,
              .waits = at.waits,
              .briefState = m_briefStates.value(at.topic->id),
-             .captureProblem = m_captureProblems.value(at.topic->id)}};
+             .captureProblem = m_captureProblems.value(at.topic->id),
+             .isNew = isNew(*at.topic)}};
 }
 
 QString TopicListModel::heading(int row) const {
     return row < 0 || row >= count() ? QString() : headingOf(topicSection(), m_rows.at(row));
+}
+
+/// Rows of one heading stand together: its end is looked for by halves.
+int TopicListModel::countUnder(const QString &heading) const {
+    for (int first = 0; first < count();) {
+        const QString name = this->heading(first);
+        int last = first; // of that name
+        int after = count();
+        while (after - last > 1) {
+            const int middle = last + (after - last) / 2;
+            (this->heading(middle) == name ? last : after) = middle;
+        }
+        if (name == heading) {
+            return after - first;
+        }
+        first = after;
+    }
+    return 0;
+}
+
+bool TopicListModel::isNew(const Topic &topic) const {
+    return m_section == sections::Section::Inbox && m_newSince.isValid() && !topic.capturedURL &&
+           topic.foundAt > m_newSince;
+}
+
+void TopicListModel::setNewSince(const QDateTime &moment) {
+    if (moment != m_newSince) {
+        m_newSince = moment;
+        rewordAll();
+    }
+}
+
+void TopicListModel::followDay() {
+    if (std::exchange(m_day, today()) != m_day) {
+        rewordAll();
+    }
+}
+
+void TopicListModel::rewordAll() {
+    if (!m_rows.isEmpty()) {
+        Q_EMIT dataChanged(index(0), index(count() - 1), {Card});
+    }
+}
+
+void TopicListModel::turn() {
+    ++m_turns;
+    Q_EMIT turned();
 }
 
 int TopicListModel::rowOf(const QString &topicId) const {

@@ -27,6 +27,9 @@ class TopicListModel final : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
     /// The minutes of all rows together.
     Q_PROPERTY(int minutes READ minutes NOTIFY minutesChanged FINAL)
+    /// Another number each time a row came, went or changed: what `countUnder` gives may be
+    /// another.
+    Q_PROPERTY(int turns READ turns NOTIFY turned FINAL)
 
 public:
     enum Role {
@@ -48,6 +51,9 @@ public:
     int minutes() const;
     /// Of the reserve: how many rows have moved. Always 0 elsewhere.
     int movedCount() const { return m_movedCount; }
+    int turns() const { return m_turns; }
+    /// How many rows stand under that heading.
+    Q_INVOKABLE int countUnder(const QString &heading) const;
 
     /// The row of the topic, or -1.
     int rowOf(const QString &topicId) const;
@@ -58,6 +64,13 @@ public:
 
     /// Of the program: the topics that do not fit in the week stand below the others.
     void setWaiting(QSet<QUuid> ids);
+
+    /// Of "À trier": what was found after that moment is told to be new; nothing while it is not
+    /// valid, and never what the person captured.
+    void setNewSince(const QDateTime &moment);
+
+    /// Words its cards anew where another day began since they were last worded.
+    void followDay();
 
     /// Of the reserve: what runs come upon again counts too. `finds` outlives this.
     void observe(RediscoveryLog &finds);
@@ -80,6 +93,7 @@ Q_SIGNALS:
     void countChanged();
     void minutesChanged();
     void movedCountChanged();
+    void turned();
 
 private:
     using Row = PlacedTopic;
@@ -99,6 +113,10 @@ private:
     void setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word);
     void tally(const Row &row, int times);
     bool isOfRun(const Topic &topic) const;
+    bool isNew(const Topic &topic) const;
+    QDate today() const { return m_clock.now().toLocalTime().date(); }
+    void turn();
+    void rewordAll();
 
     TopicStore &m_store;
     sections::Section m_section;
@@ -114,6 +132,9 @@ private:
     qint64 m_runBegin = 0; // of the run whose topics are counted, in ms of the epoch
     qint64 m_runEnd = -1;
     int m_ofRun = 0;
+    int m_turns = 0;
+    QDateTime m_newSince; // not valid: nothing is new
+    QDate m_day;          // that the cards were worded for
 };
 
 } // namespace vorle

@@ -37,6 +37,11 @@ bool TopicSelection::show(const QString &topicId) {
     return row >= 0;
 }
 
+bool TopicSelection::showReturned(const QString &topicId) {
+    m_returned = m_list.rowOf(topicId) >= 0;
+    return show(topicId);
+}
+
 /// After the list changed.
 void TopicSelection::follow() {
     const int row = m_list.rowOf(m_currentId);
@@ -73,9 +78,10 @@ void TopicSelection::settle() {
         return;
     }
     const bool asked = std::exchange(m_asked, false);
+    const bool returned = std::exchange(m_returned, false);
     const QString gone = m_goneId;
-    const Arrival arrival = !gone.isEmpty() ? Replaces : asked ? Asked : Stays;
-    Q_EMIT settling();
+    const Arrival arrival = !gone.isEmpty() ? Replaces : returned ? Returns : asked ? Asked : Stays;
+    Q_EMIT settling(arrival);
     m_shownId = m_currentId;
     m_shownGhost = m_ghost;
     Q_EMIT shownChanged();
@@ -96,9 +102,11 @@ Ghost TopicSelection::ghostToLeave() const {
     const int row = m_currentRow;
     const QString next = m_list.topicIdAt(row + 1);
     const bool apart = row > 0 && !next.isEmpty() && m_list.heading(row) != m_list.heading(row + 1);
+    const TopicCard card = m_list.card(row);
     return {.topicId = m_currentId,
             .went = {},
-            .title = m_list.card(row).title(),
+            .title = card.title(),
+            .card = card,
             .overId = apart ? QString() : next,
             .underId = apart ? m_list.topicIdAt(row - 1) : QString()};
 }

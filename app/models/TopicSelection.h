@@ -15,8 +15,10 @@ struct Ghost {
     QML_VALUE_TYPE(ghost)
     Q_PROPERTY(bool shown READ isShown FINAL)
     Q_PROPERTY(bool alone READ isAlone FINAL)
+    Q_PROPERTY(QString topicId MEMBER topicId FINAL)
     Q_PROPERTY(QString went MEMBER went FINAL)
     Q_PROPERTY(QString title MEMBER title FINAL)
+    Q_PROPERTY(vorle::TopicCard card MEMBER card FINAL)
     Q_PROPERTY(QString overId MEMBER overId FINAL)
     Q_PROPERTY(QString underId MEMBER underId FINAL)
 
@@ -24,6 +26,7 @@ public:
     QString topicId; ///< the topic that went; "" where there is no line
     QString went;    ///< "Gardé · Programme"
     QString title;
+    TopicCard card;  ///< as it stood in the list
     QString overId;  ///< it stands over this topic's card
     QString underId; ///< it stands under this topic's card
 
@@ -60,9 +63,10 @@ class TopicSelection final : public QObject {
 public:
     /// How the view comes to the card that is shown now.
     enum Arrival {
-        Stays,   ///< it stands where it stood, whatever moved around it
-        Asked,   ///< the person went there
-        Replaces ///< it opens in the place of one that went away
+        Stays,    ///< it stands where it stood, whatever moved around it
+        Asked,    ///< the person went there
+        Replaces, ///< it opens in the place of one that went away
+        Returns   ///< it went away, and was taken back
     };
     Q_ENUM(Arrival)
 
@@ -83,6 +87,8 @@ public:
     Q_INVOKABLE void step(int rows);
     /// Goes to that topic; false where it is not in this list.
     Q_INVOKABLE bool show(const QString &topicId);
+    /// The same for a topic that is in the list again because its decision was taken back.
+    bool showReturned(const QString &topicId);
     /// Shows what is chosen: by itself soon after each change, or now.
     Q_INVOKABLE void settle();
     /// Has it settle once more, after what the view told itself.
@@ -102,7 +108,7 @@ Q_SIGNALS:
     /// Something changed that the cards do not show yet: the last moment to see where they stand.
     void changing();
     /// What the cards show is about to change, and has.
-    void settling();
+    void settling(vorle::TopicSelection::Arrival arrival);
     void settled(vorle::TopicSelection::Arrival arrival);
     /// The person went to a topic.
     void wentTo();
@@ -120,8 +126,9 @@ private:
     Ghost m_ghost;
     Ghost m_shownGhost;
     bool m_enlarged = false;
-    bool m_due = false;   // the cards have not heard of the last change yet
-    bool m_asked = false; // the person went where it goes
+    bool m_due = false;      // the cards have not heard of the last change yet
+    bool m_asked = false;    // the person went where it goes
+    bool m_returned = false; // by taking a decision back
 };
 
 } // namespace vorle

@@ -35,6 +35,10 @@ Item {
         }
         return sum;
     }
+    // The same for all, with the line at the end.
+    function allToShrink(): real {
+        return toShrink(Infinity) + ((list.footerItem as LastGhost)?.toShrink ?? 0);
+    }
     function cardTop(): real {
         return row.y - toShrink(row.y) + row.cardTop;
     }
@@ -52,7 +56,7 @@ Item {
     }
     // As the rows stand now, on their way.
     function partlySeen(): bool {
-        const top = row.y + row.cardTop - list.contentY;
+        const top = row.y + row.cardNow - list.contentY;
         return top < list.height && top + row.cardHeight > 0;
     }
     function showsHead(): bool {
@@ -74,7 +78,7 @@ Item {
         return within(y);
     }
     function within(y: real): real {
-        const end = list.originY + list.contentHeight - toShrink(Infinity) + list.bottomMargin - list.height;
+        const end = list.originY + list.contentHeight - allToShrink() + list.bottomMargin - list.height;
         return Math.max(list.originY, Math.min(y, end));
     }
     function bring(moving: bool) {
@@ -90,9 +94,8 @@ Item {
         }
         const y = wanted(list.contentY);
         // What cannot be seen at all yet is there at once: a quick hand decides it next.
-        if (moving && partlySeen() && Theme.calm > 0) {
-            motion.to = y;
-            motion.start();
+        if (moving && partlySeen() && Theme.fold > 0) {
+            glide(y, Theme.fold);
         } else {
             list.contentY = y;
         }
@@ -100,9 +103,14 @@ Item {
         browsed = false;
         later.restart();
     }
+    function glide(y: real, length: int) {
+        motion.to = y;
+        motion.duration = length;
+        motion.start();
+    }
     // Before the list changes: where the card stands.
     function keep() {
-        offset = row && stands && !motion.running ? row.y + row.cardTop - list.contentY : NaN;
+        offset = row && stands && !motion.running ? row.y + row.cardNow - list.contentY : NaN;
     }
     // After it has: the card stands there again.
     function restore() {
@@ -114,11 +122,19 @@ Item {
             bring(false);
             return;
         }
+        // What closes over it or under it takes its time, and the card stays where it is meanwhile.
+        const y = within(cardTop() - offset);
+        if (Theme.calm > 0 && Math.abs(cardTop() - row.y - row.cardNow) > 1 && Math.abs(y - list.contentY) < list.height) {
+            pinned = NaN;
+            glide(y, Theme.calm);
+            later.restart();
+            return;
+        }
         for (let i = 0; i < 2; ++i) { // far away, a row's place is a guess until it is gone to
-            if (Math.abs(row.y + row.cardTop - offset - list.contentY) > list.height) {
+            if (Math.abs(row.y + row.cardNow - offset - list.contentY) > list.height) {
                 list.positionViewAtIndex(list.currentIndex, ListView.Contain);
             }
-            list.contentY = within(row.y + row.cardTop - offset);
+            list.contentY = within(row.y + row.cardNow - offset);
             list.forceLayout();
         }
         if (holds()) {
@@ -130,19 +146,23 @@ Item {
         later.restart();
     }
     function pin() {
-        const drift = row ? row.y + row.cardTop - list.contentY - pinned : NaN;
+        const drift = row ? row.y + row.cardNow - list.contentY - pinned : NaN;
         if (Math.abs(drift) > 1 && !scrolling && !motion.running && ++pins < 20) {
             list.contentY = within(list.contentY + drift);
         }
     }
     // Ends all motion: the key that comes next is meant for where it leads.
     function arrive() {
-        motion.complete();
+        rest();
+        list.forceLayout();
+    }
+    function rest() {
         const rows = list.contentItem.children;
         for (let i = 0; i < rows.length; ++i) {
             (rows[i] as TopicRow)?.arrive();
         }
-        list.forceLayout();
+        (list.footerItem as LastGhost)?.arrive();
+        motion.complete();
     }
     // Whether the card may be decided. Where it may not, it is brought into view instead.
     function ready(): bool {
@@ -175,12 +195,11 @@ Item {
         id: motion
         target: sight.list
         property: "contentY"
-        duration: Theme.calm
         easing.type: Easing.OutCubic
     }
     Timer {
         id: later
-        interval: Theme.calm + 60
+        interval: Theme.fold + Theme.reveal + 60
         onTriggered: {
             if (sight.row && sight.stands && !sight.scrolling && !(sight.holds() && (sight.browsed || sight.showsHead()))) {
                 sight.bring(false);

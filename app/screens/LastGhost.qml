@@ -8,18 +8,28 @@ Item {
     id: slot
 
     required property ghost shownGhost
+    property bool closes: false
+    property real foldsFrom: 0
+    property real inset: 0
     property string undoKeys: ""
+    readonly property real toShrink: place.space - place.wholeSpace
 
     signal undo
 
-    height: line.visible ? line.height + Theme.cardGap : 0
+    function arrive() {
+        place.arrive();
+    }
 
-    GhostLine {
-        id: line
-        width: parent.width
-        visible: slot.shownGhost.alone
-        went: slot.shownGhost.went
-        title: slot.shownGhost.title
+    height: place.space
+
+    GhostPlace {
+        id: place
+        x: slot.inset
+        width: parent.width - 2 * x
+        shownGhost: slot.shownGhost
+        here: slot.shownGhost.alone
+        closes: slot.closes
+        foldsFrom: slot.foldsFrom
         undoKeys: slot.undoKeys
         onUndo: slot.undo()
     }

@@ -12,7 +12,9 @@ SectionScreen {
     property string subtitle: ""
     property alias list: list
     property alias corner: head.corner // see SectionHead
-    readonly property real contentWidth: list.width - 2 * Theme.margin
+    // A column in the middle.
+    readonly property real inset: Math.max(Theme.margin, (width - Theme.columnWidth) / 2)
+    readonly property real contentWidth: width - 2 * inset
 
     Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && sight.takes(event.key)
 
@@ -30,8 +32,8 @@ SectionScreen {
     }
     SectionHead {
         id: head
-        x: Theme.margin
-        width: parent.width - 2 * Theme.margin
+        x: screen.inset
+        width: screen.contentWidth
         title: screen.title
         subtitle: screen.subtitle
         searchKeys: screen.shell.keyboard.keys(KeyboardMap.Search)
@@ -44,8 +46,9 @@ SectionScreen {
         anchors.top: head.bottom
         anchors.topMargin: 12
         anchors.bottom: parent.bottom
-        leftMargin: Theme.margin
-        rightMargin: Theme.margin
+        leftMargin: screen.inset
+        rightMargin: screen.inset
+        onLeftMarginChanged: contentX = -leftMargin
         bottomMargin: Theme.margin
         clip: true
         focus: true

@@ -73,7 +73,9 @@ Window {
             ghostAway.restart();
         }
         function onDecidedUnderPage(sentence: string) {
-            word.show(sentence);
+            if (!Theme.roomy) {
+                word.show(sentence); // else its line stands beside the page
+            }
         }
     }
     Actions {

@@ -11,12 +11,16 @@ ListView {
     required property Shell shell
     required property TopicSelection selection
     readonly property TopicRow row: currentItem as TopicRow
-    readonly property real cardWidth: width - 2 * Theme.margin
+    // The cards' column, in the middle; the list is as wide as the window, for the wheel.
+    readonly property real inset: Math.max(Theme.margin, (width - Theme.columnWidth) / 2)
+    property bool paged: false // the chosen topic's page stands beside the list
     readonly property string undoKeys: shell.keyboard.keys(KeyboardMap.Undo)
     property TopicCard openCard: null
     property TopicCard closing: null // the one that stood open before
     // The rows keep their heights: what changes in several of them is laid out in one go.
     property bool held: false
+    property bool ghostCloses: false // with what goes on now
+    property real foldsFrom: 0 // the height of the card that may go
 
     signal act(int action)
     signal chosen // by the mouse
@@ -24,15 +28,16 @@ ListView {
     // Whether the chosen topic's card is in view, or its page open; else it is brought there.
     function ready(): bool {
         selection.settle(); // keys may come faster than frames
-        return selection.shownId !== "" && (selection.enlarged || sight.ready());
+        if (selection.shownId === "" || (selection.enlarged && !paged)) {
+            return selection.shownId !== "";
+        }
+        return sight.ready() || paged;
     }
 
     clip: true
     model: selection.list
     spacing: 0
     bottomMargin: 24
-    leftMargin: Theme.margin
-    rightMargin: Theme.margin
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: false // the view moves as `sight` has it
@@ -43,7 +48,9 @@ ListView {
     section.criteria: ViewSection.FullString
     section.delegate: ListHeading {
         name: section // qmllint disable unqualified
-        width: list.cardWidth
+        count: list.selection.list.turns >= 0 ? list.selection.list.countUnder(name) : 0
+        width: list.width
+        inset: list.inset
     }
     T.ScrollBar.vertical: ScrollLine {}
     onCountChanged: selection.settleSoon()
@@ -54,10 +61,15 @@ ListView {
 
         function onChanging() {
             sight.keep();
+            list.foldsFrom = list.row?.cardNowHeight ?? 0;
         }
-        function onSettling() {
+        function onSettling(arrival: int) {
+            if (arrival !== TopicSelection.Stays) {
+                sight.rest();
+            }
             sight.busy = true;
             list.held = true;
+            list.ghostCloses = arrival === TopicSelection.Stays;
             list.closing = list.openCard;
         }
         function onSettled(arrival: int) {
@@ -69,12 +81,18 @@ ListView {
             list.held = false;
             list.currentIndex = list.selection.currentRow;
             list.forceLayout();
+            if (arrival === TopicSelection.Returns && list.row !== null) {
+                list.row.unfold();
+                list.forceLayout();
+            }
             if (arrival === TopicSelection.Stays) {
                 sight.restore();
             } else {
-                sight.bring(arrival === TopicSelection.Asked && !list.selection.enlarged);
+                sight.bring(list.paged || !list.selection.enlarged);
             }
             sight.busy = false;
+            list.ghostCloses = false;
+            list.foldsFrom = 0;
         }
         function onEnlargedChanged() {
             sight.bring(false);
@@ -82,13 +100,20 @@ ListView {
     }
 
     footer: LastGhost {
-        width: list.cardWidth
+        width: list.width
+        inset: list.inset
         shownGhost: list.selection.shownGhost
+        closes: list.ghostCloses
+        foldsFrom: list.foldsFrom
         undoKeys: list.undoKeys
         onUndo: list.act(KeyboardMap.Undo)
     }
     delegate: TopicRow {
-        width: list.cardWidth
+        width: list.width
+        inset: list.inset
+        paged: list.paged
+        ghostCloses: list.ghostCloses
+        foldsFrom: list.foldsFrom
         selection: list.selection
         tight: list.height < 440
         tiny: list.height < 380
@@ -115,6 +140,6 @@ ListView {
     CardSight {
         id: sight
         list: list
-        lead: 44 // its heading stays in sight
+        lead: Theme.headingHeight // its heading stays in sight
     }
 }

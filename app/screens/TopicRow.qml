@@ -14,18 +14,27 @@ Item {
     property bool held: false
     property bool tight: false // the window is low
     property bool tiny: false // as low as it gets
+    property bool paged: false // the chosen one's page stands beside the list: its card is closed
+    property bool ghostCloses: false // see GhostPlace
+    property real foldsFrom: 0
+    property real inset: 0 // of the cards, from both sides
     property var actions: [] // CardButton
     property string undoKeys: ""
 
     readonly property string topicId: topic.topicId
+    readonly property bool shown: topicId === selection.shownId
     readonly property bool ghostAbove: selection.shownGhost.overId === topicId
     readonly property bool ghostBelow: selection.shownGhost.underId === topicId
+    property bool ghostUnder: false // also while it closes
     readonly property real shownHeight: card.height + Theme.cardGap + ghostPlace.space
-    // Where the card stands in the row, and how high it is once nothing moves any more.
-    readonly property real wholeHeight: card.wholeHeight + Theme.cardGap + ghostPlace.space
-    readonly property real cardTop: card.y
+    // How high it is once nothing moves any more, and where its card then stands in it.
+    readonly property real wholeHeight: card.wholeHeight + Theme.cardGap + ghostPlace.wholeSpace
+    readonly property real cardTop: ghostAbove ? ghostPlace.wholeSpace : 0
     readonly property real cardHeight: card.wholeHeight
     readonly property real headHeight: card.headHeight
+    // Where it stands in it now.
+    readonly property real cardNow: card.y
+    readonly property real cardNowHeight: card.height
     property real lastHeight: 0
 
     signal opened(TopicCard card)
@@ -36,35 +45,42 @@ Item {
 
     function arrive() {
         card.arrive();
+        ghostPlace.arrive();
+    }
+    // The topic is back where its line stood.
+    function unfold() {
+        card.arrange();
+        card.unfold(Theme.ghostHeight);
     }
 
     height: held || topicId === selection.goneId ? lastHeight : shownHeight
     onHeightChanged: lastHeight = height
+    onGhostAboveChanged: if (ghostAbove) ghostUnder = false
+    onGhostBelowChanged: if (ghostBelow) ghostUnder = true
 
-    Loader {
+    GhostPlace {
         id: ghostPlace
-
-        readonly property real space: active ? (item as GhostLine).implicitHeight + Theme.cardGap : 0
-
-        y: row.ghostBelow ? card.height + Theme.cardGap : 0
-        width: parent.width
-        active: row.ghostAbove || row.ghostBelow
-        sourceComponent: GhostLine {
-            went: row.selection.shownGhost.went
-            title: row.selection.shownGhost.title
-            undoKeys: row.undoKeys
-            onUndo: row.act(KeyboardMap.Undo)
-        }
+        x: row.inset
+        y: row.ghostUnder ? card.height + Theme.cardGap : 0
+        width: parent.width - 2 * x
+        shownGhost: row.selection.shownGhost
+        here: row.ghostAbove || row.ghostBelow
+        closes: row.ghostCloses
+        foldsFrom: row.foldsFrom
+        undoKeys: row.undoKeys
+        onUndo: row.act(KeyboardMap.Undo)
     }
     TopicCard {
         id: card
-        y: row.ghostAbove ? ghostPlace.space : 0
-        still: row.selection.goneId !== ""
+        x: row.inset
+        y: row.ghostUnder ? 0 : ghostPlace.space
+        late: row.selection.goneId !== ""
         tight: row.tight
         tiny: row.tiny
-        width: parent.width
+        width: parent.width - 2 * x
         topic: row.topic
-        open: row.topicId === row.selection.shownId
+        open: row.shown && !row.paged
+        outlined: row.shown
         onOpenChanged: if (open) row.opened(card)
         Component.onDestruction: row.dropped(card)
         actions: row.actions

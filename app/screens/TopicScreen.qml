@@ -13,11 +13,15 @@ SectionScreen {
     readonly property topicCard topic: list.row !== null && list.row.topicId === selection.shownId ? list.row.topic : none
     property topicCard none
     property alias header: head.below
+    // The page stands beside the list, which keeps the arrows; else it lies over it.
+    readonly property bool beside: Theme.roomy
+    readonly property real pageWidth: Theme.readingWidth + 2 * Theme.margin
+    readonly property bool covered: selection.enlarged && !beside
 
     Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
 
     function move(step: int) {
-        selection.enlarged ? page?.scrollBy(step * 120) : selection.step(step);
+        covered ? page?.scrollBy(step * 120) : selection.step(step);
     }
     // Keys for long lists; whether it was one of them.
     function moveFar(key: int): bool {
@@ -49,6 +53,11 @@ SectionScreen {
             screen.focusContent();
             Qt.callLater(screen.pointAtChosen); // qmllint disable
         }
+        function onShownChanged() {
+            if (screen.beside && screen.selection.enlarged) {
+                Qt.callLater(screen.pointAtChosen); // qmllint disable
+            }
+        }
         function onWentTo() {
             if (list.activeFocus) {
                 screen.focusContent(); // not to the button of a card that closes
@@ -64,22 +73,23 @@ SectionScreen {
         onActiveFocusChanged: Qt.callLater(screen.pointAtChosen) // qmllint disable
         // On to what stands in the content; the chain of all items would go round by the menu.
         Keys.onTabPressed: {
-            const from = screen.selection.enlarged ? screen.page as Item : head;
+            const from = screen.covered ? screen.page as Item : head;
             from.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
         }
     }
     // Behind the page it is seen through its coming and going, and not come upon.
     AccessibilityBarrier {
-        anchors.fill: parent
-        active: screen.selection.enlarged
-        enabled: !screen.selection.enlarged
+        width: screen.selection.enlarged && screen.beside ? screen.width - reading.width : screen.width
+        height: parent.height
+        active: screen.covered
+        enabled: !screen.covered
         Accessible.role: Accessible.Grouping
         Accessible.name: screen.title
 
         SectionHead {
             id: head
-            x: Theme.margin
-            width: parent.width - 2 * Theme.margin
+            x: list.inset
+            width: parent.width - 2 * x
             title: screen.title
             subtitle: screen.current ? screen.shell.sections.subtitle : ""
             searchKeys: screen.shell.keyboard.keys(KeyboardMap.Search)
@@ -93,10 +103,11 @@ SectionScreen {
             anchors.left: parent.left
             anchors.right: parent.right
             anchors.top: head.bottom
-            anchors.topMargin: 12
+            anchors.topMargin: 6
             anchors.bottom: hintLine.top
             shell: screen.shell
             selection: screen.selection
+            paged: screen.beside && screen.selection.enlarged
             visible: filled
             Accessible.name: screen.title
             onOpenCardChanged: screen.pointAtChosen()
@@ -124,7 +135,15 @@ SectionScreen {
     // Made when it is first asked for: most starts never need it.
     Loader {
         id: reading
-        anchors.fill: parent
+        // Beside it, the list has its own column at most.
+        width: screen.beside ? Math.max(screen.pageWidth, screen.width - Theme.columnWidth - 2 * Theme.margin) : screen.width
+        height: parent.height
+        x: screen.width - width
+        // It comes from where it belongs: from the side beside the list, else from its card.
+        transform: Translate {
+            x: screen.beside ? (1 - (screen.page?.opacity ?? 1)) * 24 : 0
+            y: screen.beside ? 0 : (1 - (screen.page?.opacity ?? 1)) * 14
+        }
         active: screen.selection.enlarged || item !== null
         sourceComponent: ReadingPage {
             shell: screen.shell
@@ -133,6 +152,15 @@ SectionScreen {
             section: screen.title
             actions: screen.shell.actions.buttons(screen.number, topic)
             onAct: action => screen.act(action)
+        }
+
+        // Its edge, where the list goes on beside it.
+        Rectangle {
+            z: 1
+            visible: screen.beside && screen.selection.enlarged
+            width: 1
+            height: parent.height
+            color: Theme.line
         }
     }
 }

@@ -47,8 +47,9 @@ QtObject {
     readonly property color tintInk: dark ? accentPair.dark : accentPair.deep // words on the tint
     // The one that white digits stand on, in both appearances.
     readonly property color accentStrong: accentPair.light
+    readonly property color accentDown: Qt.darker(accent, dark ? 1.04 : 1.11) // while it is pressed
     readonly property color accentInk: dark ? "#191613" : "#FFFFFF"
-    readonly property color accentKey: dark ? "#33191613" : "#33FFFFFF"
+    readonly property color accentKey: dark ? "#33191613" : "#38481000"
 
     // Type: the display face for titles, digits and section names, the system's for the rest.
     property string displayFamily: "sans-serif"
@@ -59,8 +60,12 @@ QtObject {
     readonly property int textNote: scaled(13)
     readonly property int textBody: scaled(14)
     readonly property int textMenu: scaled(15)
+    readonly property int textCard: scaled(15)
     readonly property int textLarge: scaled(16)
     readonly property int textReading: scaled(17)
+    readonly property int titleTier: scaled(15)
+    readonly property int cardTitle: scaled(17)
+    readonly property int cardTitleOpen: scaled(20)
     readonly property int titleSmall: scaled(17)
     readonly property int titleCard: scaled(19)
     readonly property int titleOpen: scaled(25)
@@ -69,21 +74,32 @@ QtObject {
 
     // A 4 px grid.
     readonly property int gap: 4
-    readonly property int cardGap: 10
+    readonly property int cardGap: 8
     property int windowWidth: 1180 // what it leaves is shared out by it
     readonly property int margin: windowWidth < 800 ? 20 : 36
     readonly property int cardPadding: 22
+    readonly property int pictureWidth: 120 // at the right of an open card
+    readonly property int pictureHeight: 76
+    readonly property int ghostHeight: grown(40)
+    readonly property int labelColumn: scaled(82) // of "Pourquoi toi" and "Premier pas"
+    readonly property int headingHeight: grown(44)
     readonly property int radiusCard: 18
     readonly property int radiusButton: 12
     readonly property int radiusKey: 6
     readonly property int hit: 28
     readonly property int sideWidth: windowWidth < 900 ? 200 : 248
     readonly property int columnWidth: 920
-    readonly property int readingWidth: 720
+    readonly property int readingWidth: 680
+    // From here on the reading page stands beside the list.
+    readonly property bool roomy: windowWidth >= 1500
 
     // Motion that explains; none when the system asks for less.
     readonly property int quick: reducedMotion ? 0 : 120
     readonly property int calm: reducedMotion ? 0 : 200
+    // Of a decision: the card folds to its line, the next rises to its height, shows its details.
+    readonly property int fold: reducedMotion ? 0 : 160
+    readonly property int rise: reducedMotion ? 0 : 80
+    readonly property int reveal: reducedMotion ? 0 : 90
     readonly property int sweep: 1400 // of a line that tells only that it goes on
     readonly property int ghostStay: 5000
     readonly property int addedStay: 3000
@@ -95,6 +111,11 @@ QtObject {
     // The height of what holds a text: it grows with it, and never gets too small to be hit.
     function grown(pixels: real): int {
         return Math.round(pixels * Math.max(100, textScale) / 100);
+    }
+    // How far what moves has come, 0 to 1, slowing down towards its end.
+    function eased(passed: real, length: real): real {
+        const left = length > 0 ? Math.max(0, 1 - Math.max(0, passed) / length) : 0;
+        return 1 - left * left * left;
     }
     // A pair of colours from the score scale, for the appearance in use.
     function pick(light: string, darkValue: string): color {

@@ -3,6 +3,7 @@
 #include "app/window/AppIcons.h"
 #include "app/window/KeyRepeatFilter.h"
 #include "app/window/Shell.h"
+#include "base/Clock.h"
 #include "platform/MotionSetting.h"
 
 #include <QCursor>
@@ -38,9 +39,12 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     : QObject(parent)
     , m_shell(shell)
     , m_topicsFile(std::move(topicsFile))
-    , m_state(WindowState::load(m_topicsFile)) {
+    , m_state(WindowState::load(m_topicsFile))
+    , m_visits(m_state.left, m_state.newSince) {
     shell.sections()->setCurrent(
         static_cast<Section>(std::clamp(m_state.section, 0, sectionCount - 1)));
+    m_visits.expect(shell.clock().now());
+    shell.inbox()->setNewSince(m_visits.newSince().value_or(QDateTime()));
     shell.drafts()->take(m_state.drafts.value_or(QMap<QString, QString>()));
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     const auto shellProperty = QVariant::fromValue(&shell);
@@ -54,6 +58,7 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
         made(QStringLiteral("screens/Main.qml"), {{QStringLiteral("shell"), shellProperty}});
     m_window = qobject_cast<QQuickWindow *>(m_screens.get());
     restoreGeometry();
+    followVisits();
     m_window->installEventFilter(this);
     new KeyRepeatFilter(*m_window);
     connect(m_window, SIGNAL(quitAsked()), this, SIGNAL(quitAsked()));
@@ -69,9 +74,25 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
 }
 
 MainWindow::~MainWindow() {
+    m_window->disconnect(this);
     if (m_motion != nullptr) {
         m_motion->follow({});
     }
+}
+
+void MainWindow::followVisits() {
+    connect(m_shell.run(), &RunModel::runningChanged, this, [this] {
+        m_runBegan = m_shell.run()->running() ? std::optional(m_shell.clock().now()) : std::nullopt;
+    });
+    connect(m_window, &QWindow::activeChanged, this, [this] {
+        const QDateTime now = m_shell.clock().now();
+        if (m_window->isActive()) {
+            m_visits.come(now);
+            m_shell.inbox()->setNewSince(m_visits.newSince().value_or(QDateTime()));
+        } else {
+            m_visits.leave(now, m_runBegan);
+        }
+    });
 }
 
 void MainWindow::observe(MotionSetting &motion) {
@@ -254,6 +275,10 @@ void MainWindow::saveState() {
     m_state.section = static_cast<int>(m_shell.sections()->current());
     const QMap<QString, QString> &drafts = m_shell.drafts()->all();
     m_state.drafts = drafts.isEmpty() ? std::nullopt : std::optional(drafts);
+    Visits ended = m_visits; // if it ends now
+    ended.leave(m_shell.clock().now(), m_runBegan);
+    m_state.left = ended.left();
+    m_state.newSince = ended.newSince();
     m_state.save(m_topicsFile);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/models/KeyboardMap.h"
 #include "app/window/Fonts.h"
+#include "app/window/Visits.h"
 #include "app/window/WindowState.h"
 
 #include <QElapsedTimer>
@@ -82,12 +83,15 @@ private:
     std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
     bool motionIsReduced() const;
     void followSystem();
+    void followVisits();
     void restoreGeometry();
     void saveWindowGeometry();
 
     Shell &m_shell;
     QString m_topicsFile;
     WindowState m_state;
+    Visits m_visits;
+    std::optional<QDateTime> m_runBegan; // of the run under way
     MotionSetting *m_motion = nullptr;
     QQmlEngine m_engine;
     std::unique_ptr<QObject> m_look; // what the theme is turned by

@@ -309,6 +309,9 @@ QString Shell::addLink(const QString &url, const QString &note) {
 void Shell::refresh() {
     m_run->refresh();
     m_budget->refresh();
+    for (TopicListModel *list : {inbox(), program(), reserve(), library()}) {
+        list->followDay();
+    }
     m_figures->refresh();
     m_agentStates->refresh();
     m_parts.capture.look();

@@ -143,6 +143,7 @@ public:
     CalibrationModel *calibration() const { return m_calibration.get(); }
     Screens *screens() const { return m_screens.get(); }
     QuickCapture *quickCapture() const { return m_quickCapture.get(); }
+    const Clock &clock() const { return m_parts.clock; }
     QString agent() const;
     QStringList terminals() const { return m_parts.terminals; }
     QString notice() const { return m_notices.isEmpty() ? QString() : m_notices.last().text; }

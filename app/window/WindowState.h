@@ -2,6 +2,7 @@
 
 #include "base/Json.h"
 
+#include <QDateTime>
 #include <QMap>
 #include <QRect>
 #include <QString>
@@ -23,17 +24,20 @@ struct WindowState {
     int section = 0;
     bool toldOfMenuBar = false; ///< the user knows that closing leaves the app in the menu bar
     std::optional<QMap<QString, QString>> drafts = {}; ///< see Drafts
+    std::optional<QDateTime> left = {};                ///< see Visits
+    std::optional<QDateTime> newSince = {};            ///< likewise
     json::Rest unknown = {};                           ///< keys of a later version
     bool refused = false; ///< by the system, which did not let the file be read
 
     static constexpr auto jsonFields() {
-        return std::tuple(json::field("x", &WindowState::x), json::field("y", &WindowState::y),
-                          json::field("width", &WindowState::width),
-                          json::field("height", &WindowState::height),
-                          json::field("maximised", &WindowState::maximised),
-                          json::field("section", &WindowState::section),
-                          json::field("toldOfMenuBar", &WindowState::toldOfMenuBar),
-                          json::field("drafts", &WindowState::drafts));
+        return std::tuple(
+            json::field("x", &WindowState::x), json::field("y", &WindowState::y),
+            json::field("width", &WindowState::width), json::field("height", &WindowState::height),
+            json::field("maximised", &WindowState::maximised),
+            json::field("section", &WindowState::section),
+            json::field("toldOfMenuBar", &WindowState::toldOfMenuBar),
+            json::field("drafts", &WindowState::drafts), json::field("left", &WindowState::left),
+            json::field("newSince", &WindowState::newSince));
     }
     static constexpr auto jsonRest() { return &WindowState::unknown; }
     bool operator==(const WindowState &) const = default;

@@ -158,7 +158,8 @@ TEST(TopicListModel, words_a_card) {
     topic.dependency = QStringLiteral("undici");
     topic.newVersion = QStringLiteral("7.18.1");
     topic.tldr = QStringLiteral("En bref");
-    topic.publishedOn = QStringLiteral("2026-11-12");
+    topic.currentVersion = QStringLiteral("7.12.0");
+    topic.publishedOn = QStringLiteral("2026-11-01T10:00:00Z");
     topic.postponedCount = 2;
     topic.worth = Worth::Useful;
     shelf.add(topic);
@@ -168,15 +169,16 @@ TEST(TopicListModel, words_a_card) {
         {card.title(), "undici 7.18"},
         {card.gist(), "En bref"},
         {card.subject(), "Tiravue"},
-        {card.facts(), "Sécurité   ·   20 min   ·   12 novembre   ·   lu en entier   ·   reporté 2 "
-                       "fois   ·   Utile"},
+        {card.facts(), "Sécurité · 20 min · reporté 2 fois · Utile · hier"},
+        {card.closedFacts(), "Sécurité · 20 min · reporté 2 fois · Utile · example.org"},
+        {card.dateText(), "hier"},
         {card.badge().digits, "9"},
         {card.badge().accentLight, "accent"},
         {card.badge().name, "Note 9 sur 10"},
         {card.urgencyText(), "avant le 28 novembre"},
         {card.urgencySentence(), "Avant le 28 novembre. Fin"},
         {card.sitesText(), "example.org  +1"},
-        {card.versionText(), "undici 7.18.1"},
+        {card.versionText(), "undici 7.12.0 → 7.18.1"},
         {card.worth(), "useful"},
         {card.briefState(), ""},
         {card.captureProblem(), ""},
@@ -204,6 +206,84 @@ TEST(TopicListModel, words_a_card) {
     // Outside the list there is a card without a topic: all of it is empty.
     EXPECT_EQ(inbox.card(1), TopicCard());
     EXPECT_EQ(TopicCard().topicId() + TopicCard().facts() + TopicCard().badge().digits, QString());
+}
+
+TEST(TopicListModel, says_of_a_topic_what_is_unusual_and_what_it_most_likely_is) {
+    Shelf shelf;
+    Topic topic = scored("t", 9);
+    topic.sources = {{{}, QStringLiteral("https://github.com/ffmpeg/ffmpeg")}};
+    struct Case {
+        std::optional<ReadLevel> level;
+        std::optional<QString> published;
+        const char *facts;
+    };
+    const std::initializer_list<Case> cases{
+        {ReadLevel::Full, QStringLiteral("2026-11-02"), "Outil · 20 min · aujourd’hui"},
+        {ReadLevel::Seen, QStringLiteral("2026-10-31"),
+         "Outil · 20 min · lu en partie · il y a 2 jours"},
+        {ReadLevel::None, QStringLiteral("2026-10-03"),
+         "Outil · 20 min · pas lu · il y a 30 jours"},
+        {ReadLevel::Meta, QStringLiteral("2026-10-02"),
+         "Outil · 20 min · titre et description seuls · 2 octobre"},
+        {std::nullopt, QStringLiteral("2025-10-01"), "Outil · 20 min · 1er octobre 2025"},
+        {std::nullopt, QStringLiteral("2026-11-03"), "Outil · 20 min · 3 novembre"},
+        {std::nullopt, QStringLiteral("printemps 2026"), "Outil · 20 min · printemps 2026"},
+        {std::nullopt, std::nullopt, "Outil · 20 min"},
+    };
+    for (const Case &each : cases) {
+        topic.id = QUuid::createUuid();
+        topic.readLevel = each.level;
+        topic.publishedOn = each.published;
+        const QString id = shelf.add(topic);
+        const TopicListModel &inbox = shelf.list(Section::Inbox);
+        EXPECT_EQ(inbox.card(inbox.rowOf(id)).facts().simplified(), QString::fromUtf8(each.facts));
+    }
+}
+
+TEST(TopicListModel, marks_what_came_since_the_last_visit_and_counts_each_heading) {
+    Shelf shelf;
+    TopicListModel &inbox = shelf.list(Section::Inbox);
+    const QDateTime left = shelf.clock.moment.addDays(-3);
+    Topic old = scored("old", 9);
+    old.foundAt = left;
+    Topic fresh = scored("fresh", 8);
+    fresh.foundAt = left.addSecs(1);
+    Topic own = scored("own", 7);
+    own.foundAt = fresh.foundAt;
+    own.capturedURL = QStringLiteral("https://example.org/own");
+    shelf.store.add({old, fresh, own, scored("low", 2)});
+    const auto marked = [&] {
+        QStringList titles;
+        for (int row = 0; row < inbox.count(); ++row) {
+            titles +=
+                inbox.card(row).isNew() ? QStringList{inbox.card(row).title()} : QStringList();
+        }
+        return titles.join(u' ');
+    };
+    EXPECT_EQ(marked(), QString()) << "on a first visit nothing is";
+    Watched watched(inbox);
+    inbox.setNewSince(left);
+    EXPECT_EQ(marked(), u"fresh low");
+    EXPECT_EQ(watched.changes, 1);
+    // Another day: what is said of yesterday changes, once.
+    inbox.followDay();
+    shelf.clock.moment = shelf.clock.moment.addDays(1);
+    inbox.followDay();
+    inbox.followDay();
+    EXPECT_EQ(watched.changes, 2);
+
+    const auto counts = [&] {
+        QList<int> all;
+        for (const char *name : {"Très pertinents", "Pertinents", "À creuser", "Urgent"}) {
+            all += inbox.countUnder(QString::fromUtf8(name));
+        }
+        return all;
+    };
+    EXPECT_EQ(counts(), (QList<int>{2, 1, 1, 0}));
+    const int before = inbox.turns();
+    shelf.store.setCorrection(fresh.id, Correction{6, {}, {}, {}});
+    EXPECT_NE(inbox.turns(), before);
+    EXPECT_EQ(counts(), (QList<int>{1, 2, 1, 0}));
 }
 
 /// Hundreds of random decisions, undone and redone, with runs and captures between them: each list

@@ -185,10 +185,24 @@ TEST_F(TopicSelectionTest, the_line_stands_beside_its_own_tier) {
     turn();
     EXPECT_EQ(selection->shownGhost(), ghost);
     EXPECT_EQ(shown(), 2);
+    EXPECT_EQ(ghost.card.title(), QStringLiteral("Sujet 9")) << "as its card stood";
     selection->setGhost({});
     turn();
     EXPECT_FALSE(selection->shownGhost().isShown());
     EXPECT_EQ(arrival, Arrival::Stays);
+    // Taken back, it comes out of its line again.
+    const auto before = shelf.store.triageState(uuid(2));
+    leave(2);
+    turn();
+    shelf.store.restore(uuid(2), *before);
+    EXPECT_TRUE(selection->showReturned(ids.at(2)));
+    turn();
+    EXPECT_EQ(arrival, Arrival::Returns);
+    EXPECT_EQ(shown(), 2);
+    EXPECT_FALSE(selection->showReturned(ids.at(0))) << "it is not in this list";
+    selection->step(1);
+    turn();
+    EXPECT_EQ(arrival, Arrival::Asked);
 }
 
 } // namespace

@@ -181,7 +181,8 @@ TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
     open();
     ASSERT_EQ(chosen(), link.title);
     shell().inbox()->setCaptureProblem(link.id, {}); // no agent is there to read it
-    EXPECT_EQ(shell().inbox()->card(0).facts(), text("lien capturé, en lecture…"));
+    EXPECT_EQ(shell().inbox()->card(0).subject(), text("Capturé par toi"));
+    EXPECT_EQ(shell().inbox()->card(0).closedFacts(), text("je le lis… · example.org"));
     for (int i = 0; i < 2; ++i) { // on its card, then on its page
         EXPECT_EQ(buttonAt(text("Garder")).y(), -1);
         EXPECT_EQ(buttonAt(text("Plus tard")).y(), -1);

@@ -1,3 +1,4 @@
+#include "app/window/Visits.h"
 #include "app/window/WindowState.h"
 
 #include "storage/DurableFile.h"
@@ -44,6 +45,32 @@ TEST(WindowState, the_small_panel_hangs_from_its_item_and_stays_whole) {
     EXPECT_EQ(besideItem({700, 0, 1, 1}, {2000, 2000}, screen), QPoint(6, 31)); // too large for it
 }
 
+TEST(Visits, what_is_new_came_since_the_person_was_last_here) {
+    const QDateTime day(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
+    const auto at = [&](int minutes) { return day.addSecs(minutes * 60); };
+    Visits visits;
+    visits.come(at(0));
+    EXPECT_FALSE(visits.newSince()) << "a first visit";
+    visits.leave(at(10), {});
+    visits.come(at(39));
+    EXPECT_FALSE(visits.newSince()) << "never away";
+    visits.leave(at(60), {});
+    visits.leave(at(70), {}); // it was not here
+    EXPECT_EQ(visits.left(), at(60));
+    visits.expect(at(200)); // nobody looks
+    visits.come(at(300));
+    EXPECT_EQ(visits.newSince(), at(60));
+    // A run that was under way hands out what it found afterwards.
+    visits.leave(at(320), at(305));
+    EXPECT_EQ(visits.left(), at(305));
+    Visits later(visits.left(), visits.newSince());
+    later.come(at(330));
+    EXPECT_EQ(later.newSince(), at(60)) << "the program was begun anew meanwhile";
+    later.leave(at(340), {});
+    later.come(at(400));
+    EXPECT_EQ(later.newSince(), at(340));
+}
+
 TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     QTemporaryDir folder;
     const QString topics = folder.filePath(QStringLiteral("topics.json"));
@@ -51,6 +78,7 @@ TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     state.setGeometry({10, 20, 900, 600});
     state.section = 3;
     state.toldOfMenuBar = true;
+    state.left = QDateTime(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
     state.save(topics);
     EXPECT_EQ(WindowState::load(topics), state);
     EXPECT_EQ(WindowState::load(folder.filePath(QStringLiteral("demo-topics.json"))),

@@ -1,0 +1,113 @@
+import QtQuick
+import Vorle
+import Vorle.Models
+
+// What a card says first. Closed: its title, then a line of facts with the day at its end. Open:
+// the facts, then the title on as many lines as it takes, and room for its picture at the right.
+Item {
+    id: head
+
+    required property topicCard topic
+    property bool open: false
+    property bool tight: false
+    property bool tiny: false
+    readonly property bool pictured: open && !tight && width > 520 && topic.site.length > 0
+
+    readonly property real room: width - (pictured ? Theme.pictureWidth + 20 : 0)
+    readonly property real factsHeight: Theme.scaled(18)
+    // Where what stands at the end of the upper line begins; the deadline is never cut.
+    readonly property real upperEnd: room - (due.text.length > 0 ? due.implicitWidth + 12 : 0) - (moved.text.length > 0 ? moved.implicitWidth + 12 : 0)
+    readonly property real lowerEnd: room - (day.text.length > 0 ? day.implicitWidth + 12 : 0) - (topic.isNew ? 14 : 0)
+
+    implicitHeight: title.implicitHeight + factsHeight + (open ? 2 : 0)
+
+    Title {
+        id: title
+        y: head.open ? head.factsHeight + 2 : 0
+        width: Math.max(0, head.open ? head.room : head.upperEnd)
+        text: head.topic.title
+        size: head.open && !head.tiny ? Theme.cardTitleOpen : Theme.cardTitle
+        lineHeightMode: Text.FixedHeight // whatever script it is written in
+        lineHeight: Theme.scaled(head.open && !head.tiny ? 28 : 22)
+        maximumLineCount: head.open ? (head.tiny ? 1 : head.tight ? 2 : 4) : 1
+        horizontalAlignment: Text.AlignLeft // beside its score, also where it is read from the right
+        elide: Text.ElideRight
+    }
+    Label {
+        id: place
+        y: facts.y
+        width: Math.min(implicitWidth, Math.max(0, facts.end) * (facts.text.length > 0 ? 0.6 : 1))
+        text: head.topic.subject
+        color: Theme.inkSoft
+        font.pixelSize: Theme.textNote
+        font.weight: Font.Medium
+        lineHeightMode: Text.FixedHeight
+        lineHeight: head.factsHeight
+        wrapMode: Text.NoWrap
+        elide: Text.ElideRight
+    }
+    Label {
+        id: facts
+
+        readonly property real end: head.open ? head.upperEnd : head.lowerEnd
+
+        x: place.text.length > 0 ? place.width : 0
+        y: head.open ? 0 : title.implicitHeight
+        width: Math.max(0, end - x)
+        visible: width > 40
+        text: (place.text.length > 0 ? " · " : "") + (head.open ? head.topic.facts : head.topic.closedFacts)
+        color: Theme.inkFaint
+        font.pixelSize: Theme.textNote
+        lineHeightMode: Text.FixedHeight
+        lineHeight: head.factsHeight
+        wrapMode: Text.NoWrap
+        elide: Text.ElideRight
+    }
+    Label {
+        id: day
+        x: head.room - implicitWidth
+        y: facts.y
+        text: head.open ? "" : head.topic.dateText
+        color: Theme.inkFaint
+        font.pixelSize: Theme.textNote
+        lineHeightMode: Text.FixedHeight
+        lineHeight: head.factsHeight
+        wrapMode: Text.NoWrap
+    }
+    // It came since the last visit.
+    Rectangle {
+        id: mark
+        visible: head.topic.isNew && !head.open
+        x: head.lowerEnd + 7 + (day.text.length > 0 ? 0 : 7)
+        y: facts.y + (head.factsHeight - height) / 2
+        width: 7
+        height: 7
+        radius: 3.5
+        color: Theme.accent
+    }
+    Label {
+        id: moved
+        x: head.upperEnd + 12
+        y: due.y
+        text: head.topic.moved ? qsTr("a bougé") : ""
+        color: Theme.tintInk
+        font.pixelSize: Theme.textNote
+        font.weight: Font.DemiBold
+        lineHeightMode: Text.FixedHeight
+        lineHeight: head.factsHeight
+        wrapMode: Text.NoWrap
+    }
+    Label {
+        id: due
+        visible: text.length > 0
+        x: head.room - implicitWidth
+        y: head.open ? 0 : Math.round((title.implicitHeight - head.factsHeight) / 2) + 1
+        text: head.topic.urgencyText
+        color: Theme.accent
+        font.pixelSize: Theme.textNote
+        font.weight: Font.DemiBold
+        lineHeightMode: Text.FixedHeight
+        lineHeight: head.factsHeight
+        wrapMode: Text.NoWrap
+    }
+}

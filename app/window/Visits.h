@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QDateTime>
+
+#include <optional>
+
+namespace vorle {
+
+/// Since when what comes is new to the person: since they last looked. A visit lasts while the
+/// window is in front; who is back within half an hour was never away. On a first visit nothing is
+/// new. Pure; kept with the window's place.
+class Visits {
+public:
+    Visits() = default;
+    /// As they were kept.
+    Visits(std::optional<QDateTime> left, std::optional<QDateTime> newSince)
+        : m_left(std::move(left)), m_newSince(std::move(newSince)) {}
+
+    /// The window is about to be shown, to somebody or to nobody.
+    void expect(const QDateTime &now) {
+        constexpr qint64 away = 30 * 60;
+        if (m_left && m_left->secsTo(now) >= away) {
+            m_newSince = m_left;
+        }
+    }
+    /// It comes to the front.
+    void come(const QDateTime &now) {
+        expect(now);
+        m_here = true;
+    }
+    /// It leaves it. What a run that is under way found was not seen: it is handed out at its end.
+    /// @param runBegan  of that run
+    void leave(const QDateTime &now, const std::optional<QDateTime> &runBegan) {
+        if (m_here) {
+            m_left = runBegan.value_or(now);
+        }
+        m_here = false;
+    }
+
+    const std::optional<QDateTime> &left() const { return m_left; }
+    /// Nothing where nothing is new.
+    const std::optional<QDateTime> &newSince() const { return m_newSince; }
+
+private:
+    std::optional<QDateTime> m_left; // when they were last here
+    std::optional<QDateTime> m_newSince;
+    bool m_here = false;
+};
+
+} // namespace vorle
