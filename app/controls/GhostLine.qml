@@ -20,7 +20,8 @@ Item {
     property ghost told // also while it closes
     property real clock: 0 // ms
     property real spaceFrom: 0
-    property real folded: 1
+    property real folded: 1 // how far the card has
+    property real gone: 1 // how little of it is still seen; then the line is
     property real lean: 0
     property bool closing: false
 
@@ -67,11 +68,13 @@ Item {
         const way = Theme.eased(clock, closing ? Theme.calm : Theme.fold);
         space = spaceFrom + ((closing ? 0 : wholeSpace) - spaceFrom) * way;
         folded = closing ? 1 : way;
+        gone = closing ? 1 : Math.min(1, clock / Theme.fold);
         lean = closing ? 0 : -14 * Math.sin(Math.PI * Math.max(0, Math.min(1, (clock - Theme.fold / 2) / (Theme.fold / 2 + Theme.reveal))));
     }
     function rest() {
         space = closing ? 0 : wholeSpace;
         folded = 1;
+        gone = 1;
         lean = 0;
         if (closing) {
             closed();
@@ -96,10 +99,10 @@ Item {
 
     // The card that goes, as far as it is still to be seen.
     Loader {
-        active: line.folded < 1
+        active: line.gone < 1
         width: parent.width
         height: parent.height
-        opacity: 1 - line.folded
+        opacity: Math.max(0, 1 - 1.6 * line.gone)
         sourceComponent: Rectangle {
             radius: Theme.radiusCard
             color: Theme.card
@@ -116,11 +119,24 @@ Item {
                 Accessible.ignored: true
             }
             CardHead {
+                id: head
                 x: 106
                 y: 20 * (1 - line.folded)
                 width: parent.width - x - 24
                 topic: line.told.card
                 open: true
+            }
+            Label {
+                x: head.x
+                y: head.y + head.height + 40
+                width: head.width
+                opacity: 1 - Math.min(1, 3 * line.gone)
+                text: line.told.card.gist
+                color: Theme.inkSoft
+                font.pixelSize: Theme.textCard
+                maximumLineCount: 2
+                elide: Text.ElideRight
+                Accessible.ignored: true
             }
         }
     }
@@ -133,7 +149,7 @@ Item {
         color: "transparent"
         border.width: 1
         border.color: Theme.line
-        opacity: line.closing ? Math.max(0, 2 * line.space / line.wholeSpace - 1) : Math.max(0, 2 * line.folded - 1)
+        opacity: line.closing ? Math.max(0, 2 * line.space / line.wholeSpace - 1) : Math.max(0, 2.6 * line.gone - 1.6)
         Accessible.role: Accessible.AlertMessage
         Accessible.name: line.told.went + ", " + line.told.title
 

@@ -164,37 +164,44 @@ Item {
             Accessible.name: text
         }
 
-        Column {
-            id: words
-            x: card.open ? 84 : 56
-            width: parent.width - x
-            y: card.open ? 0 : (card.bodyHeight - implicitHeight) / 2
+        // While it moves, what is not uncovered yet stays off the edge.
+        Item {
+            x: card.badgeSize + (card.open ? 20 : 16)
+            width: parent.width - (card.open ? 84 : 56)
+            height: card.height - content.y - 8
+            clip: motion.running
 
-            CardHead {
-                id: head
+            Column {
+                id: words
                 width: parent.width
-                topic: card.topic
-                open: card.open
-                tight: card.tight
-                tiny: card.tiny
-            }
-            Loader {
-                id: details
-                active: card.open
-                visible: active
-                width: parent.width
-                opacity: card.shown
-                enabled: card.shown > 0 // nothing unseen is pressed
-                sourceComponent: CardDetails {
+                y: card.open ? 0 : (card.bodyHeight - implicitHeight) / 2
+
+                CardHead {
+                    id: head
+                    width: parent.width
                     topic: card.topic
-                    actions: card.actions
-                    showActions: card.showActions
+                    open: card.open
                     tight: card.tight
                     tiny: card.tiny
-                    before: words.x
-                    pictured: head.pictured
-                    above: details.y
-                    onAct: action => card.act(action)
+                }
+                Loader {
+                    id: details
+                    active: card.open
+                    visible: active
+                    width: parent.width
+                    opacity: card.shown
+                    enabled: card.shown > 0 // nothing unseen is pressed
+                    sourceComponent: CardDetails {
+                        topic: card.topic
+                        actions: card.actions
+                        showActions: card.showActions
+                        tight: card.tight
+                        tiny: card.tiny
+                        before: 84
+                        pictured: head.pictured
+                        above: details.y
+                        onAct: action => card.act(action)
+                    }
                 }
             }
         }

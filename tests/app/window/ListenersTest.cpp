@@ -273,6 +273,9 @@ TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_
     EXPECT_EQ(asked.count(), 0);
     press(Qt::Key_Home);
     const QSignalSpy told(m_shell->inbox(), &TopicListModel::dataChanged);
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        return itemSaying(text("Réessayer"), "TopicCard_") != nullptr;
+    })) << "once the card has opened";
     // The card's own button: the banner over the list has one of that name too.
     const QQuickItem *again = itemSaying(text("Réessayer"), "TopicCard_");
     while (again != nullptr && !again->inherits("QQuickAbstractButton")) {
