@@ -80,12 +80,12 @@ Item {
             lineHeightMode: Text.FixedHeight
             lineHeight: Theme.scaled(22)
             // The versions over it take a line of it where there is little room.
-            maximumLineCount: !details.tight ? 4 : details.tiny || details.topic.versionText.length > 0 ? 1 : 2
+            maximumLineCount: !details.tight ? 4 : !details.tiny && details.topic.versionText.length > 0 ? 1 : 2
             elide: Text.ElideRight
         }
         WhyLine {
             width: parent.width
-            lines: details.tiny ? 1 : details.tight ? 2 : 4
+            lines: details.tight ? 2 : 4
             text: details.topic.why
         }
         StepLine {

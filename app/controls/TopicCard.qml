@@ -156,7 +156,7 @@ Item {
             visible: card.open && card.topic.formerScore >= 0
             anchors.horizontalCenter: badge.horizontalCenter
             y: 64 + 6
-            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
+            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
             color: Theme.inkFaint
             font.family: Theme.textFamily
             font.pixelSize: Theme.textSmall
@@ -167,7 +167,7 @@ Item {
         // While it moves, what is not uncovered yet stays off the edge.
         Item {
             x: card.badgeSize + (card.open ? 20 : 16)
-            width: parent.width - (card.open ? 84 : 56)
+            width: parent.width - (card.open ? 84 : x) // its lines are broken once
             height: card.height - content.y - 8
             clip: motion.running
 
