@@ -78,7 +78,7 @@ Item {
     Rectangle {
         id: mark
         visible: head.topic.isNew && !head.open
-        x: head.lowerEnd + 7 + (day.text.length > 0 ? 0 : 7)
+        x: head.lowerEnd + (day.text.length > 0 ? 12 : 7)
         y: facts.y + (head.factsHeight - height) / 2
         width: 7
         height: 7

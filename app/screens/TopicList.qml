@@ -115,8 +115,8 @@ ListView {
         ghostCloses: list.ghostCloses
         foldsFrom: list.foldsFrom
         selection: list.selection
-        tight: list.height < 440
-        tiny: list.height < 380
+        tight: list.height < Theme.grown(440)
+        tiny: list.height < Theme.grown(380)
         held: list.held
         actions: list.shell.actions.buttons(list.selection.list.section, topic)
         undoKeys: list.undoKeys
