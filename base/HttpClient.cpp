@@ -255,6 +255,7 @@ void HttpClient::Private::configure(Exchange &exchange) {
         constexpr long silence = 60; // seconds
         curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
         curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, silence);
+        curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, silence); // that one counts what follows
     } else {
         curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, ""); // all that curl can undo
     }
