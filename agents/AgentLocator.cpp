@@ -87,6 +87,9 @@ QProcessEnvironment AgentEnvironment::childVariables(const QString &executable) 
     if (!oldPath.isEmpty()) {
         folders += oldPath;
     }
+    if (QFileInfo(nodeFolder()).isDir()) {
+        folders += nodeFolder();
+    }
     child.insert(QStringLiteral("PATH"), folders.join(u':'));
     if (const auto apart = testHome()) {
         const QString codexHome = *apart + QStringLiteral("/.codex");

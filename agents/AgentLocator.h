@@ -30,6 +30,10 @@ struct AgentEnvironment {
     /// Where agents and their sign-in files are looked for: `testHome`, else the user's.
     QString home() const { return testHome().value_or(userHome); }
 
+    /// Where the Node that brought an agent is found by it, if it is where no agent would look;
+    /// after all other folders.
+    QString nodeFolder() const { return home() + QStringLiteral("/.local/state/vorle/node"); }
+
     /// The variables for a child: these, with what that executable needs to find its tools, and the
     /// agents' own files in `testHome` when there is one, which is made.
     /// @throws std::system_error where it cannot be

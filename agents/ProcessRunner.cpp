@@ -17,6 +17,7 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -119,9 +120,12 @@ public:
         m_process.setStandardOutputFile(outputPath);
         m_process.setStandardErrorFile(errorPath, QIODevice::Append);
         // Between fork and exec: only calls that are safe there.
-        m_process.setChildProcessModifier([descriptor] {
+        m_process.setChildProcessModifier([descriptor, most = rlim_t(request.maxFileBytes)] {
             ::setsid();
             ::fcntl(descriptor, F_SETFD, 0);
+            if (const rlimit bound{most, most}; most > 0) {
+                ::setrlimit(RLIMIT_FSIZE, &bound);
+            }
         });
         if (!request.input) {
             m_process.setStandardInputFile(QProcess::nullDevice());
@@ -182,6 +186,7 @@ public:
         ProcessEnd end;
         end.status = m_process.exitCode();
         end.elapsed = m_lifetime;
+        end.timedOut = m_timedOut;
         if (m_flooded) {
             end.how = ProcessEnd::How::Flooded;
         } else if (m_process.exitStatus() == QProcess::CrashExit) {
@@ -210,7 +215,10 @@ private:
                     stop();
                 }
             });
-        QObject::connect(&m_watchdog, &QTimer::timeout, &m_process, [this] { end(); });
+        QObject::connect(&m_watchdog, &QTimer::timeout, &m_process, [this] {
+            m_timedOut = true;
+            end();
+        });
         QObject::connect(&m_guardTimer, &QTimer::timeout, &m_process, [this] { killGroup(); });
         QObject::connect(&m_sizeWatch, &QTimer::timeout, &m_process, [this] {
             tell();
@@ -250,6 +258,7 @@ private:
     pid_t m_group = 0;
     int m_launchError = 0; ///< an errno
     bool m_flooded = false;
+    bool m_timedOut = false;
     QTimer m_watchdog;
     QTimer m_guardTimer; ///< with a guard that was asked for the end
     QTimer m_sizeWatch;

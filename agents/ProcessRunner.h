@@ -23,6 +23,9 @@ struct ProcessRequest {
     std::chrono::milliseconds timeout; ///< after which the process is ended
     QProcessEnvironment environment;   ///< the child's whole environment
     QString workingDirectory;
+    /// No file that the child or its own children write may grow past it, in bytes: whoever tries
+    /// is ended, or told so, by the system. 0 is no bound.
+    qint64 maxFileBytes = 0;
     /// Told of what the child has printed since, some four times a second while it runs, whether
     /// anything came or not, and once more at its end.
     std::function<void(QByteArrayView output, QByteArrayView error)> heard = {};
@@ -42,6 +45,7 @@ struct ProcessEnd {
 
     How how = How::Exited;
     int status = 0;                       ///< the exit status, or the signal's number
+    bool timedOut = false;                ///< it was ended because its time was over
     QByteArray output;                    ///< all of standard output
     QString errorTail;                    ///< the end of standard error, 64 KB at most
     std::chrono::milliseconds elapsed{0}; ///< since the launch

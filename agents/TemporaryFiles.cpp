@@ -146,6 +146,21 @@ Descriptor inUse(const QString &path) {
     return useOf(path, held) == Use::Free ? std::move(*held) : Descriptor(-1);
 }
 
+void removeWhole(const QString &folder) {
+    namespace fs = std::filesystem;
+    std::error_code end;
+    std::error_code ignored;
+    const fs::path root(folder.toStdString());
+    fs::permissions(root, fs::perms::owner_all, fs::perm_options::add, ignored);
+    for (fs::recursive_directory_iterator it(root, end); !end && it != fs::end(it);
+         it.increment(end)) {
+        if (fs::is_directory(it->symlink_status(ignored))) {
+            fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+        }
+    }
+    fs::remove_all(root, ignored);
+}
+
 TemporaryFile::TemporaryFile(QStringView prefix, QStringView suffix) {
     const QString folder = QDir::tempPath(); // empty when TMPDIR does not exist
     if (folder.isEmpty()) {
@@ -219,7 +234,7 @@ void removeStaleFiles() {
             continue;
         }
         if (stray.isDir()) {
-            QDir(stray.filePath()).removeRecursively();
+            removeWhole(stray.filePath());
         } else {
             QFile::remove(stray.filePath());
         }

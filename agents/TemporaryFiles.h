@@ -15,6 +15,10 @@ namespace vorle {
 /// number below 0 where that cannot be.
 Descriptor inUse(const QString &path);
 
+/// Removes a folder with all that is in it, also where an archive brought folders that their owner
+/// may not enter. What cannot be removed stays. Follows no link.
+void removeWhole(const QString &folder);
+
 /// A file of ours in the temporary directory, in use and then removed when the object goes. Its
 /// name is the prefix (which says whose it is: "vorle-run-"), a fresh UUID and the suffix.
 class TemporaryFile {

@@ -55,8 +55,10 @@ Task<> AgentDownload::installCodex(TellProgress progress, CancelToken cancel) co
 
     ProcessRequest unpack;
     unpack.executable = sources.tar;
-    unpack.arguments = {QStringLiteral("-xzf"), archive};
+    // The program alone: nothing else that the archive holds comes out of it.
+    unpack.arguments = {QStringLiteral("-xzf"), archive, sources.codexBuild};
     unpack.timeout = unpackingLimit;
+    unpack.maxFileBytes = sources.maxProgram;
     unpack.environment = agents.environment().childVariables(sources.tar);
     unpack.workingDirectory = work.path();
     const QString program = work.file(sources.codexBuild);

@@ -19,6 +19,7 @@ struct AgentSources {
     QUrl codexReleases{QStringLiteral("https://github.com/openai/codex/releases/latest/download/")};
     /// The program in there, by the name that its archive has too.
     QString codexBuild = QStringLiteral("codex-aarch64-apple-darwin");
+    qint64 maxProgram = 1'000'000'000; ///< in bytes, several times what it takes unpacked
     QUrl claudeScript{QStringLiteral("https://claude.ai/install.sh")};
     QString tar = QStringLiteral("/usr/bin/tar");
     QString bash = QStringLiteral("/bin/bash");
@@ -34,9 +35,9 @@ struct AgentDownload {
     const SignatureCheck &signatures;
     AgentSources sources;
 
-    /// Downloads Codex, unpacks it, has its signature checked before anything runs it, and puts it
-    /// into ".local/bin" of the home, in the place of one that is there: in one step, and last, so
-    /// that whatever fails or stops it leaves that one as it was.
+    /// Downloads Codex, unpacks the program alone, has its signature checked before anything runs
+    /// it, and puts it into ".local/bin" of the home, in the place of one that is there: in one
+    /// step, and last, so that whatever fails or stops it leaves that one as it was.
     /// @throws SetupError, std::system_error, Cancelled
     Task<> installCodex(TellProgress progress, CancelToken cancel) const;
 

@@ -1,16 +1,20 @@
 #include "agents/setup/AgentPackage.h"
 
 #include "agents/ProcessRunner.h"
+#include "agents/setup/PackageBefore.h"
 #include "agents/setup/SetupError.h"
 #include "agents/setup/WorkFolder.h"
 #include "base/Json.h"
+#include "base/Log.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStorageInfo>
 
 #include <array>
 #include <cerrno>
+#include <exception>
 #include <system_error>
 #include <utility>
 
@@ -20,7 +24,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto installLimit = 20min;
+constexpr auto installLimit = 1h;            ///< over a slow line
 constexpr qint64 roomForAgent = 600'000'000; ///< more than either takes
 
 QString packageOf(AgentKind kind) {
@@ -34,6 +38,10 @@ QString prefixFor(const AgentLocator &agents, const QString &npm) {
     return npm.startsWith(home + QStringLiteral("/.nvm/"))
                ? QDir::cleanPath(QFileInfo(npm).path() + QStringLiteral("/.."))
                : home + QStringLiteral("/.npm-global");
+}
+
+PackageBefore beforeOf(const AgentLocator &agents, AgentKind kind, const QString &npm) {
+    return {prefixFor(agents, npm), packageOf(kind), json::rawText(kind)};
 }
 
 /// What npm says the system refused, by the words that it has for it; 0 for anything else.
@@ -53,20 +61,35 @@ std::system_error refused(int error, const QString &path) {
     return {error, std::generic_category(), path.toStdString()};
 }
 
+/// npm at work on one agent.
+struct Work {
+    const AgentLocator &agents;
+    AgentKind kind;
+    QString prefix;
+    ProcessRequest npm; ///< without its arguments
+
+    QString program() const { return prefix + QStringLiteral("/bin/") + json::rawText(kind); }
+};
+
+enum class Answer { Version, Nothing, Late };
+
 /// Whether the agent runs. npm tells of no failure where the part for this machine did not come (an
 /// optional one to it), for want of room or of a network, nor where Node is too old.
-Task<bool> answers(const AgentLocator &agents, QString program, QString folder,
-                   CancelToken cancel) {
+Task<Answer> answerOf(Work work, std::chrono::milliseconds patience, CancelToken cancel) {
     ProcessRequest request;
-    request.executable = program;
+    request.executable = work.program();
     request.arguments = {QStringLiteral("--version")};
-    request.timeout = 60s;
-    request.environment = agents.environment().childVariables(program);
-    request.workingDirectory = folder;
+    request.timeout = patience;
+    // As the desktop starts it, which knows nothing of a terminal's PATH.
+    AgentEnvironment desktop = work.agents.environment();
+    desktop.variables.remove(QStringLiteral("PATH"));
+    request.environment = desktop.childVariables(request.executable);
+    request.workingDirectory = work.npm.workingDirectory;
     try {
-        co_return (co_await runProcess(std::move(request), std::move(cancel))).succeeded();
+        const ProcessEnd end = co_await runProcess(std::move(request), std::move(cancel));
+        co_return end.succeeded() ? Answer::Version : end.timedOut ? Answer::Late : Answer::Nothing;
     } catch (const std::system_error &) {
-        co_return false; // it is not there, or is no program
+        co_return Answer::Nothing; // it is not there, or is no program
     }
 }
 
@@ -81,6 +104,69 @@ Task<QStringList> machineSettings(ProcessRequest npm, CancelToken cancel) {
     co_return end.succeeded() && QDir::isAbsolutePath(file) && QFileInfo(file).isFile()
         ? QStringList{QStringLiteral("--globalconfig"), file}
         : QStringList();
+}
+
+/// Agents that are scripts for Node look for one on the PATH. Theirs may be on a terminal's alone,
+/// so it is noted where each of them looks last.
+Task<> noteNode(Work work, CancelToken cancel) {
+    const QString folder = QFileInfo(work.npm.executable).path();
+    const QStringList usual{QStringLiteral("/usr/bin"), QStringLiteral("/bin"),
+                            QStringLiteral("/usr/local/bin"), QStringLiteral("/opt/homebrew/bin"),
+                            work.prefix + QStringLiteral("/bin")};
+    ProcessRequest ask = work.npm;
+    ask.executable = folder + QStringLiteral("/node"); // may be what chooses one
+    if (usual.contains(folder) || !QFileInfo(ask.executable).isExecutable()) {
+        co_return;
+    }
+    ask.arguments = {QStringLiteral("-p"), QStringLiteral("process.execPath")};
+    ask.timeout = 30s;
+    const ProcessEnd end = co_await runProcess(std::move(ask), std::move(cancel));
+    const QString node = QString::fromUtf8(end.output).trimmed();
+    if (end.succeeded() && QDir::isAbsolutePath(node) && QFileInfo(node).isExecutable()) {
+        const QString noted = work.agents.environment().nodeFolder();
+        QDir().mkpath(noted);
+        QFile::remove(noted + QStringLiteral("/node")); // the one of another installation
+        QFile::link(node, noted + QStringLiteral("/node"));
+    }
+}
+
+Task<> install(Work work, Installed &installed, std::chrono::milliseconds patience,
+               CancelToken cancel) {
+    ProcessRequest request = work.npm;
+    request.arguments = {QStringLiteral("install"), QStringLiteral("-g"),
+                         QStringLiteral("--prefix"), work.prefix, QStringLiteral("--no-fund"),
+                         QStringLiteral("--no-audit"), QStringLiteral("--no-update-notifier"),
+                         QStringLiteral("--loglevel"), QStringLiteral("error"),
+                         // Whatever the person's own settings say: the part for this machine is an
+                         // optional one, and Claude Code puts its program there by a script.
+                         QStringLiteral("--include=optional"),
+                         QStringLiteral("--ignore-scripts=false"),
+                         QStringLiteral("--allow-scripts=") + packageOf(work.kind)};
+    request.arguments += co_await machineSettings(work.npm, cancel);
+    request.arguments += packageOf(work.kind);
+    request.timeout = installLimit;
+    const ProcessEnd end = co_await runProcess(std::move(request), cancel);
+    if (const int error = refusalIn(end.errorTail); !end.succeeded() && error != 0) {
+        throw refused(error, work.prefix);
+    }
+    const auto found = work.agents.locate(work.kind);
+    if (!end.succeeded() || !found) {
+        throw SetupError::stepFailed(QStringLiteral("npm install"));
+    }
+    co_await noteNode(work, cancel);
+    const Answer answer = co_await answerOf(work, patience, cancel);
+    const QStorageInfo disk(work.agents.environment().home());
+    if (answer == Answer::Nothing && disk.isValid() && disk.bytesAvailable() < roomForAgent) {
+        throw refused(ENOSPC, work.prefix);
+    }
+    if (answer == Answer::Nothing) {
+        throw SetupError::stepFailed(QStringLiteral("npm install"));
+    }
+    const bool isUsed =
+        QFileInfo(*found).canonicalFilePath() == QFileInfo(work.program()).canonicalFilePath();
+    installed = !isUsed                  ? Installed::Hidden
+                : answer == Answer::Late ? Installed::Silent
+                                         : Installed::Checked;
 }
 
 } // namespace
@@ -99,48 +185,55 @@ std::optional<QString> npmProgram(const AgentLocator &agents) {
     return std::nullopt;
 }
 
-Task<> installPackage(const AgentLocator &agents, AgentKind kind, CancelToken cancel) {
+Task<Installed> installPackage(const AgentLocator &agents, AgentKind kind, CancelToken cancel,
+                               std::chrono::milliseconds patience) {
     const auto npm = npmProgram(agents);
     if (!npm) {
         throw SetupError::noNpm();
     }
-    const WorkFolder work;
-    const QString prefix = prefixFor(agents, *npm);
-    ProcessRequest request;
-    request.executable = *npm;
-    request.environment = agents.environment().childVariables(*npm);
-    request.workingDirectory = work.path();
-    const QStringList settings = co_await machineSettings(request, cancel);
-    request.timeout = installLimit;
-    request.arguments = {QStringLiteral("install"),
-                         QStringLiteral("-g"),
-                         QStringLiteral("--prefix"),
-                         prefix,
-                         QStringLiteral("--no-fund"),
-                         QStringLiteral("--no-audit"),
-                         QStringLiteral("--no-update-notifier"),
-                         QStringLiteral("--loglevel"),
-                         QStringLiteral("error")};
-    request.arguments += settings;
-    request.arguments += packageOf(kind);
-    const ProcessEnd end = co_await runProcess(request, cancel);
-    if (const int error = refusalIn(end.errorTail); !end.succeeded() && error != 0) {
-        throw refused(error, prefix);
+    const WorkFolder folder;
+    Work work{agents, kind, prefixFor(agents, *npm), {}};
+    work.npm.executable = *npm;
+    work.npm.environment = agents.environment().childVariables(*npm);
+    work.npm.workingDirectory = folder.path();
+    const PackageBefore before = beforeOf(agents, kind, *npm);
+    co_await onPool([before] {
+        before.keep();
+        return true;
+    });
+    Installed installed = Installed::Checked;
+    std::exception_ptr fault;
+    co_await settle(install(work, installed, patience, std::move(cancel)), fault);
+    co_await onPool([before, isGood = !fault] {
+        try {
+            if (isGood) {
+                before.forget();
+            } else {
+                before.putBack();
+            }
+        } catch (const std::system_error &error) { // the next start tries again
+            logLine(QStringLiteral("installing: ") + QString::fromLocal8Bit(error.what()));
+        }
+        return true;
+    });
+    if (fault) {
+        std::rethrow_exception(fault);
     }
-    if (!end.succeeded() || !agents.locate(kind)) {
-        throw SetupError::stepFailed(QStringLiteral("npm install"));
+    co_return installed;
+}
+
+bool isInstallationBroken(const AgentLocator &agents, AgentKind kind) {
+    const auto npm = npmProgram(agents);
+    return npm && beforeOf(agents, kind, *npm).isKept();
+}
+
+Task<> mendInstallation(const AgentLocator &agents, AgentKind kind) {
+    if (const auto npm = npmProgram(agents)) {
+        co_await onPool([before = beforeOf(agents, kind, *npm)] {
+            before.putBack();
+            return true;
+        });
     }
-    if (co_await answers(agents, prefix + QStringLiteral("/bin/") + json::rawText(kind),
-                         work.path(), cancel)) {
-        co_return;
-    }
-    // What is half there would be taken for an agent.
-    request.arguments[0] = QStringLiteral("uninstall");
-    co_await runProcess(std::move(request), cancel);
-    if (QStorageInfo(prefix).bytesAvailable() < roomForAgent) {
-        throw refused(ENOSPC, prefix);
-    }
-    throw SetupError::stepFailed(QStringLiteral("npm install"));
 }
 
 } // namespace vorle

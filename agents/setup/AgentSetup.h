@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/setup/AgentDownload.h"
+#include "agents/setup/AgentPackage.h"
 #include "agents/setup/AgentSignIn.h"
 #include "agents/setup/SetupError.h"
 
@@ -26,10 +27,16 @@ public:
     explicit AgentSetup(Parts parts) : m_parts(std::move(parts)) {}
 
     /// Installs the agent, in the place of one that is there already. `progress`, which may be
-    /// empty, is told of a download; what takes its time otherwise tells nothing.
-    /// @throws SetupError, std::system_error
+    /// empty, is told of a download; what takes its time otherwise tells nothing. One at a time in
+    /// a home: a second of this object's waits for the first.
+    /// @throws SetupError (underWay where another process is at it), std::system_error
     /// @throws Cancelled once what was under way has ended
-    Task<> install(AgentKind kind, TellProgress progress = {}, CancelToken cancel = {}) const;
+    Task<Installed> install(AgentKind kind, TellProgress progress = {},
+                            CancelToken cancel = {}) const;
+
+    /// Takes back what an installation left whose process was killed; at a start. False where there
+    /// was none. @throws std::system_error
+    Task<bool> recover() const;
 
     /// Whether the user is signed in, once the agent's own login has ended; see signInAgent.
     /// @throws AgentError (not found), std::system_error, Cancelled
@@ -38,9 +45,10 @@ public:
     const AgentLocator &agents() const { return m_parts.agents; }
 
 private:
-    Task<> installAny(AgentKind kind, TellProgress progress, CancelToken cancel) const;
+    Task<Installed> installAny(AgentKind kind, TellProgress progress, CancelToken cancel) const;
 
     Parts m_parts;
+    mutable Gate m_turn{1}; // to install
 };
 
 } // namespace vorle

@@ -20,7 +20,7 @@ struct DownloadProgress {
 using TellProgress = std::function<void(const DownloadProgress &)>;
 
 /// Fetches a file for an installation: over https alone, without cookies, not kept by anything.
-/// Main thread; what it is given outlives the fetch.
+/// The disk is written to on other threads. Main thread; what it is given outlives the fetch.
 class Downloader {
 public:
     explicit Downloader(OnDemand<HttpClient> http) : m_http(std::move(http)) {}

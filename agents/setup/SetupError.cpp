@@ -17,4 +17,8 @@ SetupError SetupError::notSigned() {
 
 SetupError SetupError::noNpm() { return {Case::NoNpm, QStringLiteral("npm not found")}; }
 
+SetupError SetupError::underWay() {
+    return {Case::UnderWay, QStringLiteral("another process installs")};
+}
+
 } // namespace vorle

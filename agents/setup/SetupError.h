@@ -12,7 +12,7 @@ namespace vorle {
 /// std::system_error.
 class SetupError final : public std::exception {
 public:
-    enum class Case { Download, StepFailed, NotSigned, NoNpm };
+    enum class Case { Download, StepFailed, NotSigned, NoNpm, UnderWay };
 
     /// "download failed"
     static SetupError download();
@@ -22,6 +22,8 @@ public:
     static SetupError notSigned();
     /// "npm not found": where agents come as packages there is no program that takes them.
     static SetupError noNpm();
+    /// "another process installs": it is left to that one.
+    static SetupError underWay();
 
     Case kind() const { return m_case; }
     const QString &description() const { return m_description; }

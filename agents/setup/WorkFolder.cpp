@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QUuid>
 
 #include <cerrno>
@@ -14,29 +15,26 @@
 
 namespace vorle {
 
-WorkFolder::WorkFolder()
-    : m_path(QDir::tempPath() + QStringLiteral("/vorle-install-") +
-             QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()) {
+namespace {
+
+bool isThere(const QString &path) { return QFileInfo(path).isDir(); }
+
+} // namespace
+
+WorkFolder::WorkFolder() {
     std::filesystem::create_directories(QDir::tempPath().toStdString());
-    if (::mkdir(QFile::encodeName(m_path).constData(), 0700) != 0) {
-        throw std::system_error(errno, std::generic_category(), m_path.toStdString());
+    constexpr int tries = 5; // another process that starts may sweep it before it is in use
+    for (int attempt = 0; attempt < tries && !(m_use && m_use->isOpen() && isThere(m_path));
+         ++attempt) {
+        m_path = QDir::tempPath() + QStringLiteral("/vorle-install-") +
+                 QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+        if (::mkdir(QFile::encodeName(m_path).constData(), S_IRWXU) != 0) {
+            throw std::system_error(errno, std::generic_category(), m_path.toStdString());
+        }
+        m_use.emplace(inUse(m_path));
     }
-    m_use = inUse(m_path);
 }
 
-WorkFolder::~WorkFolder() {
-    // An archive may have brought folders that nobody may enter.
-    namespace fs = std::filesystem;
-    std::error_code end;
-    std::error_code ignored;
-    const fs::path root(m_path.toStdString());
-    for (fs::recursive_directory_iterator it(root, end); !end && it != fs::end(it);
-         it.increment(end)) {
-        if (fs::is_directory(it->symlink_status(ignored))) {
-            fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
-        }
-    }
-    fs::remove_all(root, ignored);
-}
+WorkFolder::~WorkFolder() { removeWhole(m_path); }
 
 } // namespace vorle

@@ -10,7 +10,7 @@ namespace vorle::cli {
 namespace {
 
 /// @throws Failure (French), Cancelled
-Task<> install(Context &context, const AgentSetup &setup, AgentKind kind) {
+Task<Installed> install(Context &context, const AgentSetup &setup, AgentKind kind) {
     const auto tell = [&console = context.console, kind](const DownloadProgress &progress) {
         const int percent = installPercent(progress);
         console.progress(French::tr("Installation de %1").arg(displayName(kind)),
@@ -19,8 +19,9 @@ Task<> install(Context &context, const AgentSetup &setup, AgentKind kind) {
     };
     tell({});
     QString problem;
+    Installed installed = Installed::Checked;
     try {
-        co_await setup.install(kind, tell, context.cancel);
+        installed = co_await setup.install(kind, tell, context.cancel);
     } catch (const SetupError &error) {
         problem = installFailureText(error, kind);
     } catch (const std::system_error &error) {
@@ -30,6 +31,7 @@ Task<> install(Context &context, const AgentSetup &setup, AgentKind kind) {
     if (!problem.isEmpty()) {
         throw Failure(problem);
     }
+    co_return installed;
 }
 
 } // namespace
@@ -37,13 +39,17 @@ Task<> install(Context &context, const AgentSetup &setup, AgentKind kind) {
 Task<ExitStatus> installer(Context &context, OnDemand<AgentSetup> setup) {
     const AgentLocator &agents = setup->agents();
     const AgentKind kind = agentMeant(context, agents);
-    co_await install(context, *setup, kind);
+    const Installed installed = co_await install(context, *setup, kind);
     const AgentShown shown = shownAgent(agents, kind);
+    const QString doubt = installDoubtText(installed, kind, shown.path.value_or(QString()));
     if (context.arguments.json()) {
         context.console.print(json::encode(shown, json::Style::Pretty));
-    } else {
+    } else if (installed != Installed::Hidden) {
         context.console.print(French::tr("%1 est installé : %2")
                                   .arg(displayName(kind), shown.path.value_or(QString())));
+    }
+    if (!doubt.isEmpty()) {
+        context.console.say(doubt);
     }
     if (shown.state == AgentReadiness::SignedOut) {
         context.console.say(French::tr("Pour te connecter : vorle connecter %1").arg(shown.name));

@@ -57,11 +57,33 @@ QString installFailureText() {
 }
 
 QString installFailureText(const SetupError &error, AgentKind kind) {
-    return error.kind() == SetupError::Case::NoNpm
-               ? French::tr("Pour installer %1, il me faut npm\u00A0: installe-le (sous Debian ou "
-                            "Ubuntu, le paquet «\u202Fnpm\u202F»), puis réessaie.")
-                     .arg(displayName(kind))
-               : installFailureText();
+    switch (error.kind()) {
+    case SetupError::Case::NoNpm:
+        return French::tr("Pour installer %1, il me faut npm\u00A0: installe-le (sous Debian ou "
+                          "Ubuntu, le paquet «\u202Fnpm\u202F»), puis réessaie.")
+            .arg(displayName(kind));
+    case SetupError::Case::UnderWay:
+        return French::tr("Une installation est déjà en cours, dans une autre fenêtre ou un "
+                          "terminal\u00A0: laisse-la finir, puis réessaie.");
+    default:
+        return installFailureText();
+    }
+}
+
+QString installDoubtText(Installed installed, AgentKind kind, const QString &found) {
+    switch (installed) {
+    case Installed::Checked:
+        return {};
+    case Installed::Silent:
+        return French::tr("%1 est installé, mais n’a pas répondu en une minute\u00A0: ta machine "
+                          "est peut-être très occupée.")
+            .arg(displayName(kind));
+    case Installed::Hidden:
+        return French::tr("%1 est installé, mais un autre programme du même nom passe avant lui, "
+                          "et c’est lui qui servira\u00A0: %2")
+            .arg(displayName(kind), found);
+    }
+    return {};
 }
 
 QString signInPageText() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/AgentLocator.h"
+#include "agents/setup/AgentPackage.h"
 #include "agents/setup/Downloader.h"
 #include "agents/setup/SetupError.h"
 
@@ -30,6 +31,9 @@ int installPercent(const DownloadProgress &progress);
 /// Why an agent could not be installed; without an error, whatever the reason.
 QString installFailureText();
 QString installFailureText(const SetupError &error, AgentKind kind);
+/// What is doubtful of an agent that was installed; "" where nothing is. `found` is the program
+/// that is used for it.
+QString installDoubtText(Installed installed, AgentKind kind, const QString &found);
 
 /// Where to confirm that one signs in.
 QString signInPageText();

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 namespace vorle {
 
@@ -43,6 +44,15 @@ void AgentSetupWork::stop(AgentKind kind) {
     }
 }
 
+void AgentSetupWork::recover() {
+    const auto recovered = [](AgentSetupWork *self) -> Task<> {
+        if (co_await self->m_setup.recover()) {
+            Q_EMIT self->changed();
+        }
+    };
+    m_work.add(logged(recovered(this), QStringLiteral("setting an agent up")));
+}
+
 Task<> AgentSetupWork::stopped() {
     stop(AgentKind::Claude);
     stop(AgentKind::Codex);
@@ -57,6 +67,7 @@ Task<> AgentSetupWork::see(AgentKind kind, Task<> work) {
     try {
         co_await work;
         done = true;
+        after.problem = std::exchange(state(kind).doubt, QString());
     } catch (const Cancelled &) {
         // The person asked for it, and sees it.
     } catch (const SetupError &error) {
@@ -78,8 +89,10 @@ Task<> AgentSetupWork::see(AgentKind kind, Task<> work) {
 }
 
 Task<> AgentSetupWork::install(AgentKind kind, CancelToken cancel) {
-    co_await m_setup.install(
+    const Installed installed = co_await m_setup.install(
         kind, [this, kind](const DownloadProgress &progress) { tell(kind, progress); }, cancel);
+    state(kind).doubt =
+        installDoubtText(installed, kind, m_setup.agents().locate(kind).value_or(QString()));
 }
 
 Task<> AgentSetupWork::signIn(AgentKind kind, CancelToken cancel) {

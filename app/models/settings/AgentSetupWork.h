@@ -16,9 +16,10 @@ class LinkOpener;
 struct SetupMoment {
     enum class Doing { Nothing, Installing, SigningIn };
     Doing doing = Doing::Nothing;
-    int percent = -1;     ///< of an installation, where that can be told
-    QString problem = {}; ///< why the last try came to nothing, a sentence
-    QString detail = {};  ///< what the system said of it, a sentence
+    int percent = -1; ///< of an installation, where that can be told
+    /// Why the last try came to nothing, or what is doubtful of what it brought, a sentence.
+    QString problem = {};
+    QString detail = {}; ///< what the system said of it, a sentence
     /// The page to confirm on, where no browser took it.
     QString page = {};
 
@@ -38,6 +39,8 @@ public:
     /// Installs the agent where it is missing, and has the user sign in where they are not. Nothing
     /// while it is at work on that one.
     void begin(AgentKind kind);
+    /// Takes back what an installation left whose process was killed.
+    void recover();
     /// Ends what is under way; nothing is told of it.
     void stop(AgentKind kind);
     /// Stops all, and waits for its end.
@@ -52,6 +55,7 @@ private:
     struct State {
         SetupMoment moment;
         std::optional<CancelSource> cancel;
+        QString doubt = {}; ///< of what was just installed
     };
     static constexpr std::size_t kinds = 2;
 

@@ -20,6 +20,9 @@ AgentStates::AgentStates(const Parts &parts, QObject *parent)
     });
     connect(&m_work, &AgentSetupWork::changed, this, &AgentStates::refresh);
     connect(&m_work, &AgentSetupWork::succeeded, this, &AgentStates::setUp);
+    if (m_parts.settable) {
+        m_work.recover();
+    }
 }
 
 QVariantList AgentStates::rows() const { return variants(m_states); }

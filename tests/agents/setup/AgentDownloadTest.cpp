@@ -67,7 +67,7 @@ protected:
     QString codex() const { return m_agents.home() + QStringLiteral("/.local/bin/codex"); }
     QString claude() const { return m_agents.home() + QStringLiteral("/.local/bin/claude"); }
 
-    Task<> install(AgentKind kind = AgentKind::Codex, CancelToken cancel = {}) {
+    Task<Installed> install(AgentKind kind = AgentKind::Codex, CancelToken cancel = {}) {
         m_setup.emplace(AgentSetup::Parts{
             m_locator, OnDemand<HttpClient>([this]() -> auto & { return m_http; }), &m_signatures,
             sources});
@@ -77,8 +77,8 @@ protected:
     /// What becomes of an installation, in a word.
     std::string outcome(AgentKind kind = AgentKind::Codex, CancelToken cancel = {}) {
         try {
-            test::waitFor(install(kind, cancel));
-            return "installed";
+            return test::waitFor(install(kind, cancel)) == Installed::Checked ? "installed"
+                                                                              : "silent";
         } catch (const SetupError &error) {
             return error.description().toStdString();
         } catch (const std::system_error &) {
@@ -112,6 +112,17 @@ TEST_F(AgentDownloadTest, codex_is_checked_before_it_takes_the_place_of_the_one_
     EXPECT_EQ(m_progress.last().expected, whole.size());
     EXPECT_TRUE(recentLogLines().contains(QStringLiteral("installing Codex")));
 
+    // Nothing else comes out of the archive, however much it is.
+    sources.maxProgram = 1'000'000;
+    m_signatures.onCheck = [this] {
+        const QDir work(m_agents.temporary() + u'/' + m_agents.leftovers().value(0));
+        EXPECT_EQ(work.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 2);
+    };
+    serve(TestReply::page(archive("add('other', text=b'x' * 3_000_000)\n"
+                                  "add('link', tarfile.SYMTYPE, link=outside)\n"
+                                  "add('way/in', text=b'x')\nadd(name, text=program)")));
+    EXPECT_EQ(outcome(), "installed");
+
     m_signatures.onCheck = nullptr;
     writeFile(codex(), "an old one");
     serve(TestReply::redirect("/elsewhere"));
@@ -128,6 +139,7 @@ TEST_F(AgentDownloadTest, whatever_fails_leaves_the_old_codex_and_nothing_else) 
     writeFile(codex(), "an old one");
     writeFile(outside(), "a file of the user's");
     const QByteArray good = archive("add(name, text=program)");
+    sources.maxProgram = 300'000;
     const struct {
         const char *what;
         TestReply reply;
@@ -151,8 +163,10 @@ TEST_F(AgentDownloadTest, whatever_fails_leaves_the_old_codex_and_nothing_else) 
          TestReply::page(archive("add(name, tarfile.LNKTYPE, link=outside)")), "tar failed"},
         {"two names of the program",
          TestReply::page(
-             archive("add(name, text=program)\nadd('other', tarfile.LNKTYPE, link=name)")),
+             archive("add('other', text=program)\nadd(name, tarfile.LNKTYPE, link='other')")),
          "tar failed"},
+        {"more than any program of ours",
+         TestReply::page(archive("add(name, text=program * 9000)")), "tar failed"},
         {"a folder by that name", TestReply::page(archive("add(name + '/x', text=program)")),
          "tar failed"},
         {"a folder that nobody may enter, and no program",
@@ -197,7 +211,7 @@ TEST_F(AgentDownloadTest, is_stopped_at_each_of_its_steps_and_leaves_the_old_cod
         CancelSource cancel;
         const auto running = install(AgentKind::Codex, cancel.token());
         std::string ended;
-        const auto follow = [](const Task<> &task, std::string &out) -> Task<> {
+        const auto follow = [](const Task<Installed> &task, std::string &out) -> Task<> {
             try {
                 co_await task;
                 out = "installed";

@@ -1,4 +1,5 @@
 #include "agents/setup/AgentPackage.h"
+#include "agents/setup/PackageBefore.h"
 #include "agents/setup/SetupError.h"
 #include "tests/support/ScriptedAgent.h"
 #include "tests/support/Wait.h"
@@ -14,6 +15,8 @@
 namespace vorle {
 namespace {
 
+using namespace std::chrono_literals;
+
 using test::readFile;
 using test::writeProgram;
 
@@ -28,21 +31,43 @@ protected:
     /// An npm that does so when it is to install.
     void npm(const QByteArray &shell, const QString &folder = {}) const {
         writeProgram((folder.isEmpty() ? path("/tools") : folder) + QStringLiteral("/npm"),
-                     "case \"$1\" in config) echo \"$HOME/npmrc\"; exit;;\n"
-                     "uninstall) rm \"$4/bin/codex\"; exit;; esac\n" +
-                         shell);
+                     "[ \"$1\" = config ] && echo \"$HOME/npmrc\" && exit\n" + shell);
     }
     /// What becomes of an installation, in a word.
     std::string outcome(AgentKind kind = AgentKind::Codex) const {
         const AgentLocator agents = locator(QStringLiteral("relative:") + path("/tools"));
         try {
-            test::waitFor(installPackage(agents, kind, {}));
-            return "installed";
+            return test::waitFor(installPackage(agents, kind, {})) == Installed::Checked
+                       ? "installed"
+                       : "silent";
         } catch (const SetupError &error) {
             return error.description().toStdString();
         } catch (const std::system_error &error) {
             return "refused " + std::to_string(error.code().value());
         }
+    }
+
+    /// An npm's text that puts a Codex there that does so.
+    static QByteArray links(const QByteArray &shell) {
+        return "mkdir -p \"$4/bin\"; cat > \"$4/bin/codex\" <<'end'\n#!/bin/sh\n" + shell +
+               "\nend\nchmod 755 \"$4/bin/codex\"";
+    }
+    /// Installs Codex, and stops that when "begun" is there.
+    void stopOnceBegun() const {
+        const AgentLocator agents = locator(path("/tools"));
+        CancelSource cancel;
+        bool stopped = false;
+        const auto follow = [](const AgentLocator &from, CancelToken token, bool &out) -> Task<> {
+            try {
+                co_await installPackage(from, AgentKind::Codex, token);
+            } catch (const Cancelled &) {
+                out = true;
+            }
+        };
+        const auto running = follow(agents, cancel.token(), stopped);
+        test::spinUntil([this] { return QFile::exists(path("/begun")); });
+        cancel.cancel();
+        test::spinUntil([&] { return stopped; });
     }
 
     test::ScriptedAgent m_agents;
@@ -71,10 +96,76 @@ TEST_F(AgentPackageTest, npm_brings_the_agents_where_they_are_looked_for) {
     // A Node of nvm's: off the PATH, and its agents stand beside it.
     const QString nvm = path("/.nvm/versions/node/v22.3.0");
     npm(works, nvm + QStringLiteral("/bin"));
+    QFile::remove(path("/.npm-global/bin/codex"));
     const AgentLocator off = locator(QStringLiteral("/nowhere"));
     ASSERT_EQ(npmProgram(off), nvm + QStringLiteral("/bin/npm"));
-    test::waitFor(installPackage(off, AgentKind::Codex, {}));
+    EXPECT_EQ(test::waitFor(installPackage(off, AgentKind::Codex, {})), Installed::Checked);
     EXPECT_TRUE(readFile(path("/asked")).contains("--prefix\n" + nvm.toUtf8() + "\n"));
+}
+
+TEST_F(AgentPackageTest, the_persons_own_settings_and_place_of_node_do_not_keep_it_from_working) {
+    writeProgram(path("/tools/node"), "echo \"$HOME/real/node\"");
+    writeProgram(path("/real/node"), "exit 0");
+    // Brings a stub unless it is told that scripts may run.
+    npm("case \" $* \" in *' --allow-scripts=@openai/codex '*) ;; *) exit 0;; esac\n"
+        "case \" $* \" in *' --ignore-scripts=false '*) ;; *) exit 0;; esac\n" +
+        links("case \":$PATH:\" in *:$HOME/tools:*) exit 1;; *:$HOME/.local/state/vorle/node:) ;; "
+              "*) exit 1;; esac\nnode"));
+    EXPECT_EQ(outcome(), "installed");
+    EXPECT_EQ(QFileInfo(path("/.local/state/vorle/node/node")).symLinkTarget(), path("/real/node"));
+
+    // Another program of its name comes first where agents are looked for.
+    writeProgram(path("/.local/bin/codex"), "exit 0");
+    EXPECT_EQ(test::waitFor(installPackage(locator(path("/tools")), AgentKind::Codex, {})),
+              Installed::Hidden);
+}
+
+TEST_F(AgentPackageTest, what_was_killed_is_put_back_and_holds_nothing_up) {
+    const QString scope = path("/.npm-global/lib/node_modules/@openai");
+    const QString codex = path("/.npm-global/bin/codex");
+    const auto isWhole = [&] {
+        return readFile(codex) == "#!/bin/sh\n# old\n" && QFileInfo(codex).isSymLink() &&
+               QDir(scope)
+                   .entryList({QStringLiteral(".*")},
+                              QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot)
+                   .isEmpty();
+    };
+    test::writeProgram(scope + QStringLiteral("/codex/bin/codex.js"), "# old");
+    ASSERT_TRUE(QDir().mkpath(path("/.npm-global/bin")));
+    ASSERT_TRUE(
+        QFile::link(QStringLiteral("../lib/node_modules/@openai/codex/bin/codex.js"), codex));
+    const PackageBefore before(path("/.npm-global"), QStringLiteral("@openai/codex"),
+                               QStringLiteral("codex"));
+    before.keep();
+    // As npm is in the middle of it: the old one is aside, the new one half there.
+    const auto breakIt = [&] {
+        QDir(scope).rename(QStringLiteral("codex"), QStringLiteral(".codex-Ab3dE"));
+        test::writeFile(scope + QStringLiteral("/codex/package.json"), "{");
+        QFile::remove(codex);
+    };
+    breakIt();
+    npm("exit 0");
+    const AgentLocator agents = locator(path("/tools"));
+    EXPECT_TRUE(isInstallationBroken(agents, AgentKind::Codex));
+    test::waitFor(mendInstallation(agents, AgentKind::Codex));
+    EXPECT_FALSE(isInstallationBroken(agents, AgentKind::Codex));
+    EXPECT_TRUE(isWhole());
+    // The next installation does the same, and fails in its turn.
+    before.keep();
+    breakIt();
+    npm("[ ! -e \"$4/lib/node_modules/@openai/.codex-Ab3dE\" ] && exit 1; touch \"$HOME/aside\"");
+    EXPECT_EQ(outcome(), "npm install failed");
+    EXPECT_FALSE(QFile::exists(path("/aside"))) << "npm stumbles over what it left";
+    EXPECT_TRUE(isWhole());
+    // Nothing was there before.
+    QFile::remove(codex);
+    ASSERT_TRUE(QDir(scope).removeRecursively());
+    before.keep();
+    test::writeFile(scope + QStringLiteral("/codex/package.json"), "{");
+    writeProgram(codex, "exit 1");
+    test::waitFor(mendInstallation(agents, AgentKind::Codex));
+    EXPECT_FALSE(agents.locate(AgentKind::Codex));
+    EXPECT_FALSE(QFile::exists(scope + QStringLiteral("/codex")));
 }
 
 TEST_F(AgentPackageTest, whatever_npm_does_instead_is_told) {
@@ -101,26 +192,45 @@ TEST_F(AgentPackageTest, whatever_npm_does_instead_is_told) {
     }
 }
 
-TEST_F(AgentPackageTest, a_stop_ends_npm_and_all_that_it_started) {
-    npm("sleep 600 & echo $! > \"$HOME/child\"; echo begun > \"$HOME/begun\"; wait");
+TEST_F(AgentPackageTest, an_agent_that_takes_its_time_is_no_broken_one) {
+    npm(links("sleep 600"));
     const AgentLocator agents = locator(path("/tools"));
-    CancelSource cancel;
-    bool stopped = false;
-    const auto follow = [](const AgentLocator &locator, CancelToken token, bool &out) -> Task<> {
-        try {
-            co_await installPackage(locator, AgentKind::Codex, token);
-        } catch (const Cancelled &) {
-            out = true;
-        }
+    EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {}, 200ms)),
+              Installed::Silent);
+    EXPECT_TRUE(agents.locate(AgentKind::Codex));
+    npm(links("exit 0"));
+    EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {})), Installed::Checked);
+}
+
+TEST_F(AgentPackageTest, a_stop_at_any_moment_leaves_what_was_there_and_nothing_half_done) {
+    const QByteArray waits = "; echo $$ > \"$HOME/child\"; echo begun > \"$HOME/begun\"; sleep 600";
+    const struct {
+        const char *when;
+        QByteArray shell; ///< npm's
+    } cases[] = {
+        {"before it put anything there", "true" + waits},
+        {"when it had put the agent there", links("exit 0") + waits},
+        {"when it had put half of one there", links("exit 1") + waits},
+        {"when it was done and the agent was asked", links("true" + waits)},
     };
-    const auto running = follow(agents, cancel.token(), stopped);
-    test::spinUntil([this] { return QFile::exists(path("/begun")); });
-    cancel.cancel();
-    test::spinUntil([&] { return stopped; });
-    const auto child = pid_t(readFile(path("/child")).trimmed().toLongLong());
-    ASSERT_GT(child, 0);
-    EXPECT_NE(::kill(child, 0), 0);
-    EXPECT_EQ(m_agents.leftovers(), QStringList());
+    for (const bool wasThere : {false, true}) {
+        for (const auto &one : cases) {
+            SCOPED_TRACE(one.when);
+            QFile::remove(path("/begun"));
+            QFile::remove(path("/.npm-global/bin/codex"));
+            if (wasThere) {
+                writeProgram(path("/.npm-global/bin/codex"), "# old");
+            }
+            npm(one.shell);
+            stopOnceBegun();
+            EXPECT_EQ(readFile(path("/.npm-global/bin/codex")),
+                      wasThere ? "#!/bin/sh\n# old\n" : "");
+            const auto child = pid_t(readFile(path("/child")).trimmed().toLongLong());
+            ASSERT_GT(child, 0);
+            EXPECT_NE(::kill(child, 0), 0);
+            EXPECT_EQ(m_agents.leftovers(), QStringList());
+        }
+    }
 }
 
 } // namespace

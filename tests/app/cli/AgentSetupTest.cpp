@@ -94,6 +94,9 @@ TEST_F(AgentSetupCommands, a_kill_leaves_a_folder_that_the_next_start_takes_away
     EXPECT_TRUE(working());
     EXPECT_EQ(vorle.run("agents").status, 0); // another that starts meanwhile
     EXPECT_TRUE(working()) << "it is in use";
+    const Program::Outcome second = vorle.run("installer codex");
+    EXPECT_EQ(second.status, 1);
+    EXPECT_THAT(second.err, HasSubstr("Une installation est déjà en cours"));
     process.kill();
     Program::end(process);
     const auto npmProcess = pid_t(vorle.read("home/npm").trimmed().toLongLong());
