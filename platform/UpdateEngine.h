@@ -50,6 +50,8 @@ public:
     /// The version that was to take this one's place did not: it did not start, so that this one
     /// came back, or it could not be put there.
     virtual void showTakenBack(const QString &version) = 0;
+    /// Another process installs a version of this program: this one leaves it to that.
+    virtual void showHeldElsewhere() = 0;
     /// The person asked again for what is under way.
     virtual void showInFocus() = 0;
     /// Nothing is under way any more; what was shown of it may go, but for what the person is yet
@@ -79,11 +81,12 @@ public:
     /// Ends what is under way, at once or soon; `ended` is called once it has.
     virtual void stop(std::function<void()> ended) = 0;
     /// The program has run long enough to say that it works: the version before it is no longer
-    /// needed.
+    /// needed. Notes that in its own time; `finish` waits for it.
     virtual void confirmStart() = 0;
-    /// The last thing before the program ends: what is ready takes its place. Gives the program to
-    /// start in its stead, where the person asked for that and the engine does not do it.
-    virtual std::optional<QString> finish() = 0;
+    /// The last thing before the program ends: what is ready takes its place. `done` is called once
+    /// it has, with the program to start in this one's stead, where the person asked for that and
+    /// the engine does not do it.
+    virtual void finish(std::function<void(std::optional<QString> successor)> done) = 0;
 };
 
 } // namespace vorle

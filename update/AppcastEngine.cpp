@@ -1,6 +1,7 @@
 #include "update/AppcastEngine.h"
 
 #include "base/French.h"
+#include "search/discovery/Version.h"
 #include "storage/FileLock.h"
 #include "update/UpdateError.h"
 
@@ -35,6 +36,56 @@ std::optional<QString> updateObstacle(const UpdateConfig &config, const QString 
     return std::nullopt;
 }
 
+namespace {
+
+/// Has the version in use say that it works; false while another process holds the links.
+bool confirmed(const Installation &installation) {
+    try {
+        FileLock lock(installation.lockFile());
+        if (!lock.tryLock()) {
+            return false;
+        }
+        installation.confirm();
+    } catch (const std::system_error &error) {
+        noteUpdate(QString::fromLocal8Bit(error.what()));
+    }
+    return true;
+}
+
+/// Has what is ready take its place; false where nothing is, or it cannot.
+bool takesPlace(const Installation &installation) {
+    const auto ready = installation.ready();
+    try {
+        FileLock lock(installation.lockFile());
+        // Who holds it is about to make another version ready, for the next end.
+        if (ready && lock.tryLock() && installation.activate()) {
+            noteUpdate(QStringLiteral("the new version is in place"));
+            return true;
+        }
+    } catch (const std::system_error &error) {
+        noteUpdate(QString::fromLocal8Bit(error.what()));
+        if (ready) {
+            installation.noteUnplaced(*ready); // for the next start to tell
+        }
+    }
+    return false;
+}
+
+/// Takes away the marks that were told, and what a process left that died over a download.
+Task<> tidy(Installation installation) {
+    co_await onPool([installation] {
+        FileLock lock(installation.lockFile());
+        if (lock.tryLock()) {
+            installation.clearStaging();
+        }
+        installation.forgetRefused();
+        installation.forgetUnplaced();
+        return true;
+    });
+}
+
+} // namespace
+
 struct AppcastEngine::Answer {
     OneShot given;
     UpdateDriver::Choice choice = UpdateDriver::Choice::Dismiss;
@@ -52,7 +103,6 @@ void AppcastEngine::start(UpdateDriver &driver) {
     if (!m_installation || obstacle()) {
         return;
     }
-    clearStaging();
     tellOfLastTime();
 }
 
@@ -60,13 +110,8 @@ void AppcastEngine::start(UpdateDriver &driver) {
 void AppcastEngine::tellOfLastTime() {
     const auto refused = m_installation->refused();
     const auto unplaced = m_installation->unplaced();
-    try {
-        m_installation->forgetRefused();
-        m_installation->forgetUnplaced();
-    } catch (const std::system_error &error) {
-        noteUpdate(QString::fromLocal8Bit(error.what())); // told once more next time
-    }
-    if (refused && *refused != m_parts.version) {
+    // One that is older was put aside long ago: what runs came after it.
+    if (refused && isNewer(*refused, m_parts.version)) {
         // A check that is asked for offers it again.
         m_parts.preferences.change(&Settings::skippedUpdate, refused);
         m_driver->showTakenBack(*refused);
@@ -77,21 +122,8 @@ void AppcastEngine::tellOfLastTime() {
     } else if (ready) {
         tellReady(); // of a process that ended before it could install it
     }
-}
-
-/// What a process left that died over a download.
-void AppcastEngine::clearStaging() {
-    if (QFileInfo(m_installation->stagingFolder()).exists()) {
-        const auto clear = [](Installation installation) -> Task<> {
-            co_await onPool([installation] {
-                FileLock lock(installation.lockFile());
-                if (lock.tryLock()) {
-                    installation.clearStaging();
-                }
-                return true;
-            });
-        };
-        m_work.add(logged(clear(*m_installation), QStringLiteral("updates")));
+    if (refused || unplaced || QFileInfo(m_installation->stagingFolder()).exists()) {
+        m_work.add(logged(tidy(*m_installation), QStringLiteral("updates")));
     }
 }
 
@@ -113,14 +145,15 @@ void AppcastEngine::lookAtClock() {
     };
     const bool isDue = !isWithin(settings.lastUpdateCheck, 24 * hour) && !isWithin(m_asked, hour);
     // What is ready was told, and is not told again each time.
-    if (settings.updateChecks.value_or(false) && isDue && !m_underWay && m_driver != nullptr &&
-        m_installation && !obstacle() && !m_installation->ready()) {
+    if (checksByItself() && isDue && !m_underWay && m_driver != nullptr && m_installation &&
+        !obstacle() && !m_installation->ready()) {
         begin(Wish::Nobody);
     }
 }
 
 bool AppcastEngine::checksByItself() const {
-    return m_parts.preferences.settings().updateChecks.value_or(false);
+    const Settings &settings = m_parts.preferences.settings();
+    return settings.updateChecks.value_or(settings.updateInstalls);
 }
 
 void AppcastEngine::setChecksByItself(bool on) {
@@ -146,6 +179,8 @@ void AppcastEngine::begin(Wish wish) {
         return;
     }
     if (m_underWay) {
+        // One that was stopped is still ending.
+        m_again = m_again || (wish == Wish::Person && m_cancel.token().isCancelled());
         m_driver->showInFocus();
         return;
     }
@@ -161,18 +196,29 @@ void AppcastEngine::begin(Wish wish) {
 }
 
 Task<> AppcastEngine::run(CancelToken cancel) {
+    QString fault;
     try {
         co_await update(cancel);
     } catch (const Cancelled &) {
         noteUpdate(QStringLiteral("cancelled"));
+    } catch (const UpdateHeldElsewhere &) {
+        m_driver->showHeldElsewhere();
     } catch (const UpdateError &error) {
-        fail(error.text());
+        fault = error.text();
     } catch (const std::exception &error) {
-        fail(QString::fromLocal8Bit(error.what()));
+        fault = QString::fromLocal8Bit(error.what());
+    }
+    if (!fault.isEmpty() && cancel.isCancelled()) {
+        noteUpdate(QStringLiteral("cancelled, after ") + fault);
+    } else if (!fault.isEmpty()) {
+        fail(fault);
     }
     m_underWay = false;
     m_isLooking = false;
     m_driver->dismissed();
+    if (std::exchange(m_again, false)) {
+        begin(Wish::Person);
+    }
 }
 
 void AppcastEngine::fail(const QString &text) {
@@ -310,38 +356,29 @@ Task<> AppcastEngine::tellEnd(TaskGroup *work, std::function<void()> ended) {
 }
 
 void AppcastEngine::confirmStart() {
-    if (!m_installation) {
-        return;
-    }
-    try {
-        FileLock lock(m_installation->lockFile());
-        m_isToConfirm = !lock.tryLock(); // who holds it may be moving the links
-        if (!m_isToConfirm) {
-            m_installation->confirm();
-        }
-    } catch (const std::system_error &error) {
-        noteUpdate(QString::fromLocal8Bit(error.what()));
+    if (m_installation && !m_isConfirming) {
+        m_isConfirming = true;
+        m_work.add(logged(confirm(), QStringLiteral("updates")));
     }
 }
 
-std::optional<QString> AppcastEngine::finish() {
-    if (!m_installation) {
-        return std::nullopt;
+Task<> AppcastEngine::confirm() {
+    m_isToConfirm = !co_await onPool([here = *m_installation] { return confirmed(here); });
+    m_isConfirming = false;
+}
+
+void AppcastEngine::finish(std::function<void(std::optional<QString> successor)> done) {
+    detach(leave(std::move(done)), QStringLiteral("updates"));
+}
+
+Task<> AppcastEngine::leave(std::function<void(std::optional<QString>)> done) {
+    co_await m_work.join(); // this version may be saying that it works
+    std::optional<QString> successor;
+    if (m_installation) {
+        co_await onPool([here = *m_installation] { return takesPlace(here); });
+        successor = m_relaunch ? std::optional(m_installation->launcher()) : std::nullopt;
     }
-    const auto ready = m_installation->ready();
-    try {
-        FileLock lock(m_installation->lockFile());
-        // Who holds it is about to make another version ready, for the next end.
-        if (lock.tryLock() && ready && m_installation->activate()) {
-            noteUpdate(QStringLiteral("the new version is in place"));
-        }
-    } catch (const std::system_error &error) {
-        noteUpdate(QString::fromLocal8Bit(error.what()));
-        if (ready) {
-            m_installation->noteUnplaced(*ready); // for the next start to tell
-        }
-    }
-    return m_relaunch ? std::optional(m_installation->launcher()) : std::nullopt;
+    done(successor);
 }
 
 } // namespace vorle

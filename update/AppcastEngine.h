@@ -20,8 +20,9 @@ namespace vorle {
 
 /// The engine of systems that bring none: reads the feed, fetches, checks and unpacks a version
 /// beside the one in use, and puts it in its place when the program ends (see
-/// InstallationLayout.h). Looks once a day where the person allowed that, and never otherwise but
-/// when they ask. Main thread; `stop()` has to have ended before it goes.
+/// InstallationLayout.h). Looks once a day where the person allowed that, or has versions installed
+/// as they come, and never otherwise but when they ask. Main thread; `stop()` has to have ended
+/// before it goes.
 class AppcastEngine final : public QObject, public UpdateEngine {
     Q_OBJECT
 public:
@@ -48,7 +49,7 @@ public:
     void setInstallsByItself(bool on) override;
     void stop(std::function<void()> ended) override;
     void confirmStart() override;
-    std::optional<QString> finish() override;
+    void finish(std::function<void(std::optional<QString> successor)> done) override;
 
     /// Ends the program, and has what is ready start in its place: for a command that installed.
     void relaunch();
@@ -64,9 +65,10 @@ private:
     Task<std::optional<Release>> look(CancelToken cancel);
     Task<> fetch(Release release, CancelToken cancel);
     Task<UpdateDriver::Choice> choiceFor(Release release, CancelToken cancel);
+    Task<> confirm();
+    Task<> leave(std::function<void(std::optional<QString>)> done);
     static Task<> tellEnd(TaskGroup *work, std::function<void()> ended);
     void tellOfLastTime();
-    void clearStaging();
     void tellChecking();
     void askForPermission();
     void fail(const QString &text);
@@ -82,9 +84,11 @@ private:
     Wish m_wish = Wish::Nobody;       // of what is under way
     std::optional<QDateTime> m_asked; // the feed, which has not answered since
     bool m_underWay = false;
-    bool m_isLooking = false;  // it is not known yet whether there is a newer version
-    bool m_isPackaged = false; // as was found out by a check
-    bool m_isToConfirm = false;
+    bool m_isLooking = false;   // it is not known yet whether there is a newer version
+    bool m_again = false;       // the person asked again while what they stopped was ending
+    bool m_isPackaged = false;  // as was found out by a check
+    bool m_isToConfirm = false; // another process held the links
+    bool m_isConfirming = false;
     bool m_stopped = false;
     bool m_relaunch = false;
 };

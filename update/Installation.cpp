@@ -27,6 +27,9 @@ bool mayWrite(const QString &path) {
     return ::access(QFile::encodeName(path).constData(), W_OK) == 0;
 }
 
+/// Root may write everywhere, and would leave files that their owner may not touch.
+bool isOwn(const QString &path) { return QFileInfo(path).ownerId() == ::geteuid(); }
+
 /// What a link leads to stays.
 void removeAny(const QString &path) {
     const QFileInfo info(path);
@@ -82,7 +85,8 @@ UpdateKeeper Installation::keeperOf(const QString &program) {
     if (folder.isEmpty()) {
         return mayWrite(QFileInfo(path).path()) ? UpdateKeeper::Nobody : UpdateKeeper::Packages;
     }
-    return mayWrite(folder) && mayWrite(folder + u'/' + named(layout::versions))
+    const QString versions = folder + u'/' + named(layout::versions);
+    return isOwn(folder) && isOwn(versions) && mayWrite(folder) && mayWrite(versions)
                ? UpdateKeeper::Itself
                : UpdateKeeper::Packages;
 }

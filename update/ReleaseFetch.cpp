@@ -1,6 +1,7 @@
 #include "update/ReleaseFetch.h"
 
 #include "agents/ProcessRunner.h"
+#include "base/FileDownload.h"
 #include "base/InstallationLayout.h"
 #include "search/discovery/Version.h"
 #include "storage/DurableFile.h"
@@ -9,7 +10,6 @@
 #include "update/UpdateError.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 
 #include <exception>
@@ -26,8 +26,10 @@ class Staging {
 public:
     explicit Staging(const Installation &installation)
         : m_installation(installation), m_lock(installation.lockFile()) {
-        if (!m_lock.tryLock()) {
-            throw UpdateError(QStringLiteral("another process installs an update"));
+        // The version in use may be saying that it works, which takes no time.
+        constexpr std::chrono::milliseconds patience(500);
+        if (!m_lock.lockWithin(patience)) {
+            throw UpdateHeldElsewhere();
         }
         installation.sweep();
         makeOwnFolder(installation.stagingFolder());
@@ -62,30 +64,22 @@ void requireAnswer(const HttpResponse &response, const char *what) {
 Task<> download(HttpClient &http, Release release, QString path, FetchProgress progress,
                 CancelToken cancel) {
     constexpr std::chrono::minutes patience(60);
-    const auto file = std::make_shared<QFile>(path);
-    if (!file->open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-        throw UpdateError(QStringLiteral("no file for the archive: ") + file->errorString());
-    }
+    qint64 got = 0;
     HttpRequest request = requestFor(release.archive);
     request.maxBytes = release.bytes;
     request.deadline = patience;
     request.announced = progress.expected;
-    request.sink = [file, received = progress.received](QByteArrayView piece) {
-        if (file->write(piece.data(), piece.size()) != piece.size()) {
-            return false;
-        }
+    request.sink = [&got, received = progress.received](QByteArrayView piece) {
+        got += piece.size();
         if (received) {
             received(piece.size());
         }
         return true;
     };
-    const HttpResponse response = co_await http.get(std::move(request), cancel);
-    const bool written = file->flush() && file->error() == QFileDevice::NoError;
-    if (!written) {
-        throw UpdateError(QStringLiteral("the archive cannot be written: ") + file->errorString());
-    }
+    const HttpResponse response =
+        co_await downloadTo(http, std::move(request), std::move(path), cancel);
     requireAnswer(response, "the archive");
-    if (file->size() != release.bytes) {
+    if (got != release.bytes) {
         throw UpdateError(QStringLiteral("the archive is cut short"));
     }
 }
@@ -174,9 +168,12 @@ Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installa
     auto staging =
         co_await onPool([installation] { return std::make_shared<const Staging>(installation); });
     std::exception_ptr fault;
-    co_await settle(fetchInto(installation.stagingFolder(), http, std::move(config), installation,
-                              std::move(release), std::move(progress), cancel),
-                    fault);
+    // Unless another process has just done it.
+    if (installation.ready() != release.version) {
+        co_await settle(fetchInto(installation.stagingFolder(), http, std::move(config),
+                                  installation, release, std::move(progress), cancel),
+                        fault);
+    }
     co_await onPool([staging = std::move(staging)]() mutable {
         staging.reset();
         return true;

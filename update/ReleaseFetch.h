@@ -27,7 +27,8 @@ Task<std::optional<Release>> findRelease(HttpClient &http, UpdateConfig config, 
 /// it starts on this machine, and makes it ready (Installation::makeReady). Nothing of it is
 /// unpacked before its signature was found good, and nothing run. What failed leaves the
 /// installation as it was.
-/// @throws UpdateError, std::system_error, Cancelled
+/// @throws UpdateError (UpdateHeldElsewhere where another process is at it), std::system_error,
+///         Cancelled
 Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installation,
                     Release release, FetchProgress progress, CancelToken cancel);
 

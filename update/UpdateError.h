@@ -18,6 +18,12 @@ public:
     QString text() const { return QString::fromUtf8(what()); }
 };
 
+/// Another process fetches and installs a version already: it is left to that one.
+class UpdateHeldElsewhere : public UpdateError {
+public:
+    UpdateHeldElsewhere() : UpdateError(QStringLiteral("another process installs an update")) {}
+};
+
 /// Throws what the system just said of a path, as std::system_error. Reads errno.
 [[noreturn]] inline void throwRefusal(const QString &path) {
     throw std::system_error(errno, std::generic_category(), path.toStdString());

@@ -8,6 +8,10 @@
 
 namespace vorle {
 
+namespace {
+constexpr double tenths = 10;
+} // namespace
+
 namespace updatetext {
 
 QString upToDate(const QString &version) {
@@ -21,6 +25,9 @@ QString installFailedTitle() { return French::tr("La mise à jour n’a pas pu s
 QString installFailedText() {
     return French::tr("vorle reste dans sa version actuelle. Je réessaierai à la prochaine "
                       "vérification.");
+}
+QString heldElsewhereText() {
+    return French::tr("Une autre vorle s’en occupe déjà : laisse-la finir.");
 }
 
 } // namespace updatetext
@@ -74,7 +81,7 @@ QString Updater::text() const {
     case Stage::CheckFailed:
         return updatetext::checkFailedText();
     case Stage::InstallFailed:
-        return updatetext::installFailedText();
+        return m_isElsewhere ? updatetext::heldElsewhereText() : updatetext::installFailedText();
     default:
         return {};
     }
@@ -94,6 +101,9 @@ void Updater::setChecksByItself(bool on) {
         reply(on); // answered, in another way
     } else {
         m_parts.engine.setChecksByItself(on);
+    }
+    if (!on && installsByItself()) {
+        m_parts.engine.setInstallsByItself(false); // nothing would come of it
     }
     Q_EMIT settingsChanged();
     Q_EMIT changed();
@@ -116,6 +126,7 @@ void Updater::check() {
         return;
     }
     acknowledge(); // of the last one
+    m_userInitiated = true;
     m_parts.engine.check();
 }
 
@@ -154,7 +165,7 @@ void Updater::relaunch() {
     if (m_readyReply) {
         answerReady(Choice::Install);
     } else {
-        m_installAsked = true;
+        m_relaunchAsked = true;
         m_parts.engine.check(); // which tells once more that it is ready
     }
 }
@@ -164,14 +175,43 @@ void Updater::putOff() {
     answerReady(Choice::Dismiss);
 }
 
-void Updater::acknowledge() {
-    if (m_stage == Stage::UpToDate || m_stage == Stage::CheckFailed ||
-        m_stage == Stage::InstallFailed) {
+bool Updater::isMessageShown() const {
+    return m_stage == Stage::UpToDate || m_stage == Stage::CheckFailed ||
+           m_stage == Stage::InstallFailed;
+}
+
+/// Of what nobody asked for: what was told before that stays until it was read.
+void Updater::endSilently() {
+    if (!isMessageShown()) {
         enter(Stage::Idle);
     }
     if (const auto acknowledged = std::exchange(m_messageAcknowledged, nullptr)) {
         acknowledged();
     }
+}
+
+void Updater::acknowledge() {
+    if (isMessageShown()) {
+        enter(Stage::Idle);
+    }
+    if (const auto acknowledged = std::exchange(m_messageAcknowledged, nullptr)) {
+        acknowledged();
+    }
+}
+
+void Updater::putAway() {
+    acknowledge();
+    answerFound(Choice::Dismiss);
+}
+
+void Updater::lookAtClock() {
+    constexpr qint64 day = 24 * 3600;
+    const QDateTime now = m_parts.clock.now();
+    // A clock that was set back says nothing of how long it waited.
+    if (m_foundReply && (now < m_foundAt || now >= m_foundAt.addSecs(day))) {
+        answerFound(Choice::Dismiss);
+    }
+    m_parts.engine.lookAtClock();
 }
 
 void Updater::answerFound(Choice choice) {
@@ -192,8 +232,11 @@ void Updater::answerReady(Choice choice) {
 }
 
 void Updater::enter(Stage stage) {
-    m_stage = stage;
+    const bool isAnother = std::exchange(m_stage, stage) != stage;
     Q_EMIT changed();
+    if (isAnother) {
+        Q_EMIT stageChanged();
+    }
 }
 
 void Updater::showPermissionRequest(std::function<void(bool)> reply) {
@@ -215,9 +258,14 @@ void Updater::showUserInitiatedCheck(Cancellation cancel) {
 void Updater::showFound(const OfferedUpdate &update, Reply reply) {
     noteUpdate(QStringLiteral("found ") + update.version);
     m_found = update;
+    m_foundAt = m_parts.clock.now();
     m_foundReply = std::move(reply);
     m_cancellation = nullptr;
     m_installAsked = false;
+    if (m_relaunchAsked && update.fetched) {
+        answerFound(Choice::Install); // it is the one that was put off
+        return;
+    }
     enter(Stage::Found);
     if (!m_userInitiated) {
         Q_EMIT told(tr("vorle %1 est là.").arg(update.version));
@@ -241,7 +289,7 @@ void Updater::showNotFound(const QString &reason, Acknowledgement acknowledge) {
     if (m_userInitiated) {
         enter(Stage::UpToDate);
     } else {
-        this->acknowledge();
+        endSilently();
     }
 }
 
@@ -252,6 +300,8 @@ void Updater::showError(const QString &error, Acknowledgement acknowledge) {
     m_foundReply = nullptr;
     m_readyReply = nullptr;
     m_messageAcknowledged = std::move(acknowledge);
+    m_isElsewhere = false;
+    m_relaunchAsked = false;
     const bool installAsked = std::exchange(m_installAsked, false);
     if (installAsked || m_stage == Stage::Downloading || m_stage == Stage::Preparing ||
         m_stage == Stage::Installing) {
@@ -263,8 +313,7 @@ void Updater::showError(const QString &error, Acknowledgement acknowledge) {
     } else if (m_userInitiated) {
         enter(Stage::CheckFailed);
     } else {
-        enter(Stage::Idle);
-        this->acknowledge();
+        endSilently();
     }
 }
 
@@ -283,10 +332,15 @@ void Updater::showExpectedBytes(qint64 bytes) {
 }
 
 void Updater::showReceivedBytes(qint64 bytes) {
-    const int before = static_cast<int>(progress() * 10);
+    constexpr qint64 mega = 1'000'000;
+    // A line a tenth, or a megabyte where the whole is unknown, not a thousand.
+    const auto step = [this] {
+        return m_expectedBytes > 0 ? qint64(progress() * tenths) : m_receivedBytes / mega;
+    };
+    const qint64 before = m_receivedBytes > 0 ? step() : -1;
     m_receivedBytes += bytes;
     m_expectedBytes = m_expectedBytes > 0 ? std::max(m_expectedBytes, m_receivedBytes) : 0;
-    if (static_cast<int>(progress() * 10) != before) { // a line a tenth, not a thousand
+    if (step() != before) {
         noteUpdate(QStringLiteral("received %1 bytes").arg(m_receivedBytes));
     }
     Q_EMIT changed();
@@ -301,10 +355,10 @@ void Updater::showExtractionStarted() {
 
 void Updater::showExtractionProgress(double part) {
     if (m_stage == Stage::Preparing) {
-        const bool whole = part >= 1 && m_extracted < 1;
+        const int before = m_extracted < 0 ? -1 : static_cast<int>(m_extracted * tenths);
         m_extracted = std::clamp(part, 0.0, 1.0);
-        if (whole) {
-            noteUpdate(QStringLiteral("unpacked"));
+        if (const int now = static_cast<int>(m_extracted * tenths); now != before) {
+            noteUpdate(QStringLiteral("unpacked %1 tenths").arg(now));
         }
         Q_EMIT changed();
     }
@@ -314,6 +368,10 @@ void Updater::showReady(Reply reply) {
     noteUpdate(QStringLiteral("ready"));
     m_cancellation = nullptr;
     m_readyReply = std::move(reply);
+    if (std::exchange(m_relaunchAsked, false)) {
+        answerReady(Choice::Install); // who asks anew knows what goes on
+        return;
+    }
     // The answer to this one: a later one has nothing to do with it.
     const bool installAsked = std::exchange(m_installAsked, false);
     if (installAsked && !isBusy()) {
@@ -342,8 +400,18 @@ void Updater::showInstalled(bool relaunched, Acknowledgement acknowledge) {
 
 void Updater::showTakenBack(const QString &version) {
     noteUpdate(QStringLiteral("%1 did not come to work, %2 does").arg(version, m_parts.version));
+    m_isElsewhere = false;
     enter(Stage::InstallFailed);
     Q_EMIT told(updatetext::installFailedTitle());
+}
+
+void Updater::showHeldElsewhere() {
+    noteUpdate(QStringLiteral("another process installs an update"));
+    m_cancellation = nullptr;
+    // Nobody asked this process for it: the other one tells what comes of it.
+    const bool asked = std::exchange(m_installAsked, false) || m_userInitiated;
+    m_isElsewhere = asked;
+    enter(asked ? Stage::InstallFailed : Stage::Idle);
 }
 
 void Updater::showInFocus() {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "platform/UpdateEngine.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -33,13 +35,14 @@ public:
 
     struct Parts {
         UpdateEngine &engine;
+        const Clock &clock;
         QString version; ///< the one that runs
         /// Whether something goes on that an end of the program would break off: then it does not
         /// relaunch by itself.
         std::function<bool()> busy = {};
         std::chrono::milliseconds countdown = std::chrono::seconds(3); ///< before it relaunches
     };
-    /// Starts the engine. It outlives this.
+    /// Starts the engine. Engine and clock outlive this.
     explicit Updater(Parts parts, QObject *parent = nullptr);
 
     Stage stage() const { return m_stage; }
@@ -55,13 +58,14 @@ public:
     /// It relaunches by itself in a moment, unless it is put off.
     bool isCountingDown() const { return m_countdown.isActive(); }
     /// The person has not said yet whether updates may be looked for by themselves, and is asked.
-    bool isPermissionWanted() const { return m_permissionReply && !m_checksForInstalls; }
+    bool isPermissionWanted() const { return m_permissionReply && !checksByItself(); }
     /// Why this program cannot be updated from here, in French; "" when it can.
     QString obstacle() const { return m_parts.engine.obstacle().value_or(QString()); }
 
     bool checksByItself() const { return m_parts.engine.checksByItself(); }
     void setChecksByItself(bool on);
-    /// To install what comes is to look for it too, for as long as that is on.
+    /// To install what comes is to look for it too, for as long as that is on; not to look for it
+    /// is not to install it either.
     bool installsByItself() const { return m_parts.engine.installsByItself(); }
     void setInstallsByItself(bool on);
 
@@ -77,9 +81,15 @@ public:
     void putOff();
     /// What was told was read.
     void acknowledge();
+    /// The view was put away: what it told was read, and what it asked is asked another day.
+    void putAway();
+    /// Some time passed. A question that waited for a day is put aside too, seen or not: an engine
+    /// looks for nothing newer while one is open.
+    void lookAtClock();
 
 Q_SIGNALS:
     void changed();
+    void stageChanged();
     void settingsChanged();
     /// Something came up that nobody asked for, and that waits for an answer: a French sentence.
     void told(const QString &sentence);
@@ -101,10 +111,13 @@ private:
     void showInstalling(bool programEnded, std::function<void()> endAgain) override;
     void showInstalled(bool relaunched, Acknowledgement acknowledge) override;
     void showTakenBack(const QString &version) override;
+    void showHeldElsewhere() override;
     void showInFocus() override;
     void dismissed() override;
 
     void enter(Stage stage);
+    bool isMessageShown() const;
+    void endSilently();
     void answerFound(Choice choice);
     void answerReady(Choice choice);
     bool isBusy() const { return m_parts.busy && m_parts.busy(); }
@@ -112,6 +125,7 @@ private:
     Parts m_parts;
     Stage m_stage = Stage::Idle;
     OfferedUpdate m_found;
+    QDateTime m_foundAt;
     // What the engine waits for; empty once it was answered.
     Reply m_foundReply;
     Reply m_readyReply;
@@ -121,7 +135,9 @@ private:
     std::function<void(bool)> m_permissionReply;
     bool m_userInitiated = false;
     bool m_installAsked = false;
+    bool m_relaunchAsked = false;     // of a version that was put off
     bool m_checksForInstalls = false; // it is looked for new versions for that alone
+    bool m_isElsewhere = false;       // what failed did so for being done by another process
     qint64 m_expectedBytes = 0;
     qint64 m_receivedBytes = 0;
     double m_extracted = -1;
@@ -137,6 +153,7 @@ QString checkFailedTitle();
 QString checkFailedText();
 QString installFailedTitle();
 QString installFailedText();
+QString heldElsewhereText();
 } // namespace updatetext
 
 } // namespace vorle

@@ -10,6 +10,7 @@
 #include "update/Updater.h"
 
 #include <QCoreApplication>
+#include <QScopeGuard>
 
 #include <system_error>
 
@@ -58,36 +59,51 @@ Task<> fetch(Context &context, HttpClient &http, UpdateDoor door, Installation i
                                  static_cast<int>(*got * whole / bytes), whole, {});
     };
     QString reason;
+    QString text = updatetext::installFailedText();
+    const auto ends = qScopeGuard([&context] { context.console.endProgress(); });
     try {
         co_await fetchRelease(http, door.config, installation, release, progress, context.cancel);
-        context.console.endProgress();
         co_return;
+    } catch (const UpdateHeldElsewhere &error) {
+        text = updatetext::heldElsewhereText();
+        reason = error.text();
     } catch (const UpdateError &error) {
         reason = error.text();
     } catch (const std::system_error &error) {
         reason = QString::fromLocal8Bit(error.what());
     }
-    context.console.endProgress();
-    fail(updatetext::installFailedTitle(), updatetext::installFailedText(), reason);
+    fail(updatetext::installFailedTitle(), text, reason);
 }
 
 /// Puts what is ready in the place of the version in use, unless an app still runs on that one.
 bool activate(const UpdateDoor &door, const Installation &installation) {
-    FileLock lock(installation.lockFile());
-    return door.appLock->tryLock() && lock.tryLock() && installation.activate();
+    QString reason;
+    try {
+        FileLock lock(installation.lockFile());
+        return door.appLock->tryLock() && lock.tryLock() && installation.activate();
+    } catch (const std::system_error &error) {
+        reason = QString::fromLocal8Bit(error.what());
+    }
+    if (const auto ready = installation.ready()) {
+        installation.noteUnplaced(*ready); // for the app to tell, too
+    }
+    fail(updatetext::installFailedTitle(), updatetext::installFailedText(), reason);
 }
 
-void tell(Context &context, const UpdateShown &shown) {
+void tell(Context &context, const UpdateShown &shown, bool isAppOpen) {
+    const bool installs = context.arguments.flags.contains(QStringLiteral("installer"));
     if (context.arguments.json()) {
         context.console.print(json::encode(shown, json::Style::Pretty));
     } else if (shown.installed) {
         context.console.print(French::tr("vorle %1 est installée.").arg(*shown.found));
-    } else if (shown.ready) {
-        const bool relaunches =
-            context.relaunch && context.arguments.flags.contains(QStringLiteral("installer"));
+    } else if (shown.ready && !installs && !isAppOpen) {
         context.console.print(
-            updatetext::readyTitle() + u' ' +
-            (relaunches ? French::tr("vorle se relance.") : updatetext::readyForTheEnd()));
+            French::tr("vorle %1 est prête. Pour l’installer : vorle mise-a-jour --installer")
+                .arg(*shown.found));
+    } else if (shown.ready) {
+        context.console.print(updatetext::readyTitle() + u' ' +
+                              (installs && context.relaunch ? French::tr("vorle se relance.")
+                                                            : updatetext::readyForTheEnd()));
     } else if (shown.found) {
         context.console.print(
             French::tr("vorle %1 est là. Pour l’installer : vorle mise-a-jour --installer")
@@ -138,7 +154,8 @@ Task<ExitStatus> miseAJour(Context &context, UpdateDoor door) {
     if (shown.ready && installs && context.host == Host::OwnProcess) {
         shown.installed = activate(door, installation);
     }
-    tell(context, shown);
+    const bool isAppOpen = context.host != Host::OwnProcess || door.appLock->isHeldElsewhere();
+    tell(context, shown, isAppOpen);
     if (shown.ready && installs && context.relaunch) {
         context.relaunch();
     }

@@ -25,7 +25,7 @@ Panel {
     name: qsTr("Mise à jour")
     sheetWidth: 520
     bodyHeight: body.implicitHeight
-    onShownChanged: shown ? settle() : model.read()
+    onShownChanged: shown ? settle() : model.putAway()
 
     Connections {
         target: panel.model

@@ -30,6 +30,7 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
     , m_systemUpdates(adapters.updateEngine())
     , m_updates(m_systemUpdates ? *m_systemUpdates : app.updates())
     , m_updater({.engine = m_updates,
+                 .clock = app.clock(),
                  .version = QCoreApplication::applicationVersion(),
                  .busy = [this, &engine = app.engine()] { return isBusy(engine); }})
     , m_shell(partsOf(app, adapters, early.login))
@@ -136,10 +137,25 @@ void OpenApp::followUpdates() {
     constexpr std::chrono::seconds wellUnderWay(3);
     QTimer::singleShot(wellUnderWay, this, [this] {
         m_updates.confirmStart();
-        m_updates.lookAtClock();
+        m_updater.lookAtClock();
     });
-    connect(&m_timer, &RunTimer::looked, this, [this] { m_updates.lookAtClock(); });
+    connect(&m_timer, &RunTimer::looked, &m_updater, &Updater::lookAtClock);
     connect(&m_updater, &Updater::told, &m_shell, &Shell::tellOfUpdate);
+    connect(&m_updater, &Updater::stageChanged, &m_shell, [this] {
+        using Stage = Updater::Stage;
+        const Stage stage = m_updater.stage();
+        if (stage == Stage::Idle || stage == Stage::Checking || stage == Stage::Downloading ||
+            stage == Stage::UpToDate) {
+            m_shell.forgetUpdate();
+        }
+    });
+    // A terminal may turn the switches too.
+    connect(&m_preferences, &Preferences::changed, &m_updater, [this](const QString &key) {
+        if (Preferences::isKeyOf(key, &Settings::updateChecks) ||
+            Preferences::isKeyOf(key, &Settings::updateInstalls)) {
+            Q_EMIT m_updater.settingsChanged();
+        }
+    });
     if (m_updater.stage() != Updater::Stage::Idle) {
         m_shell.tellOfUpdate(m_updater.title()); // of an earlier start
     }
@@ -160,7 +176,12 @@ Task<> OpenApp::updatesStopped() {
     m_updates.stop([stopped] { stopped.fire(); });
     co_await stopped;
     m_updates.confirmStart(); // who leaves in good order has started
-    m_successor = m_updates.finish();
+    const OneShot finished;
+    m_updates.finish([this, finished](std::optional<QString> successor) {
+        m_successor = std::move(successor);
+        finished.fire();
+    });
+    co_await finished;
 }
 
 void OpenApp::openAddress(const QString &address) {
@@ -195,6 +216,7 @@ Task<> OpenApp::leave() {
     disconnect(&m_tray, nullptr, &m_main, nullptr);
     disconnect(&m_tray, nullptr, &m_shell, nullptr);
     m_notices.stop();
+    m_updater.putOff();                              // who quits does not ask for a relaunch
     disconnect(&m_timer, nullptr, nullptr, nullptr); // no run begins any more
     disconnect(&m_resume, nullptr, nullptr, nullptr);
     m_main.saveState();

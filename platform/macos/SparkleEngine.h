@@ -2,7 +2,9 @@
 
 #include "platform/UpdateEngine.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace vorle {
 
@@ -26,7 +28,9 @@ public:
     void setInstallsByItself(bool on) override;
     void stop(std::function<void()> ended) override;
     void confirmStart() override {}
-    std::optional<QString> finish() override { return std::nullopt; } // it relaunches by itself
+    void finish(std::function<void(std::optional<QString>)> done) override {
+        done(std::nullopt); // it relaunches by itself
+    }
 
 private:
     struct Parts;

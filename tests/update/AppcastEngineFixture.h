@@ -45,6 +45,7 @@ protected:
                                  [this] { ++quits; }, packaged});
         updater =
             std::make_unique<Updater>(Updater::Parts{.engine = *engine,
+                                                     .clock = clock,
                                                      .version = QStringLiteral("1.4.0"),
                                                      .busy = {},
                                                      .countdown = std::chrono::milliseconds(1)});
@@ -77,13 +78,20 @@ protected:
                                          version, "a.tar.gz", meant.size(), maker.sign(meant)))));
         server.serve("/a.tar.gz", TestReply::page(bytes));
     }
+    /// Leaves as the app does; what is to be started in its stead.
+    std::optional<QString> finished() {
+        std::optional<std::optional<QString>> successor;
+        engine->finish([&](std::optional<QString> program) { successor = std::move(program); });
+        spinUntil([&] { return successor.has_value(); });
+        return *successor;
+    }
     void waitFor(Stage stage) {
         spinUntil([&] { return updater->stage() == stage; });
     }
     /// Looks at the clock as the app does, again and again, until that holds.
     void lookUntil(const std::function<bool()> &done) {
         spinUntil([&] {
-            engine->lookAtClock();
+            updater->lookAtClock();
             return done();
         });
     }
@@ -102,7 +110,7 @@ protected:
     /// Nothing came of it: the old version, and nothing left of the new one.
     void expectUntouched() {
         EXPECT_FALSE(installation().ready());
-        EXPECT_EQ(engine->finish(), std::nullopt);
+        EXPECT_EQ(finished(), std::nullopt);
         EXPECT_EQ(started(), "vorle 1.4.0");
         EXPECT_FALSE(QFileInfo::exists(folder() + QStringLiteral("/.staging")));
         EXPECT_EQ(QDir(folder() + QStringLiteral("/versions"))

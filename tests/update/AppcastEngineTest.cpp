@@ -4,6 +4,7 @@
 #include "tests/update/AppcastEngineFixture.h"
 
 #include "storage/FileLock.h"
+#include "tests/support/HeldPool.h"
 #include "tests/support/Text.h"
 #include "tests/support/Variables.h"
 
@@ -20,7 +21,7 @@ TEST_F(AppcastEngineTest, finds_fetches_checks_and_takes_the_place_at_the_end) {
     test::spinUntil([this] { return quits == 1; });
     EXPECT_EQ(updater->stage(), Stage::Installing);
     EXPECT_EQ(started(), "vorle 1.4.0") << "until the program has ended";
-    EXPECT_EQ(engine->finish(), folder() + QStringLiteral("/vorle"));
+    EXPECT_EQ(finished(), folder() + QStringLiteral("/vorle"));
     EXPECT_EQ(started(), "vorle 1.5.0");
     EXPECT_FALSE(QFileInfo::exists(folder() + QStringLiteral("/.staging")));
 }
@@ -41,7 +42,7 @@ TEST_F(AppcastEngineTest,
     beginAgain(); // it was killed
     EXPECT_EQ(updater->stage(), Stage::Ready);
     test::spinUntil([this] { return !QFileInfo::exists(folder() + QStringLiteral("/.staging")); });
-    EXPECT_EQ(engine->finish(), std::nullopt) << "nobody asked for a relaunch";
+    EXPECT_EQ(finished(), std::nullopt) << "nobody asked for a relaunch";
     EXPECT_EQ(started(), "vorle 1.5.0");
 }
 
@@ -178,6 +179,15 @@ TEST_F(AppcastEngineTest, nothing_is_asked_of_the_network_before_it_is_allowed) 
     updater->setChecksByItself(true);
     lookUntil([&] { return server.requestCount("/appcast.xml") == asked + 1; });
     EXPECT_FALSE(updater->isPermissionWanted()) << "asked once";
+
+    // What is to be installed as it comes is looked for, for as long as that holds.
+    preferences.change(&Settings::updateChecks, std::nullopt);
+    preferences.change(&Settings::updateInstalls, true);
+    beginAgain();
+    EXPECT_TRUE(updater->checksByItself());
+    updater->setInstallsByItself(false);
+    EXPECT_FALSE(updater->checksByItself());
+    EXPECT_EQ(preferences.settings().updateChecks, std::nullopt) << "nobody answered that yet";
 }
 
 TEST_F(AppcastEngineTest, looks_once_a_day_and_passes_over_what_was_skipped) {
@@ -216,8 +226,22 @@ TEST_F(AppcastEngineTest, a_download_can_be_stopped_and_a_second_process_does_no
         << "another holds the folder";
     updater->cancel();
     EXPECT_EQ(updater->stage(), Stage::Idle);
+    const auto asked = server.requestCount("/appcast.xml");
+    updater->check(); // while that one is still ending
+    waitFor(Stage::Found);
+    EXPECT_EQ(server.requestCount("/appcast.xml"), asked + 1);
+    updater->skip();
     test::spinUntil([this] { return !QFileInfo::exists(folder() + QStringLiteral("/.staging")); });
     expectUntouched();
+    // One that another process made ready meanwhile is not fetched again.
+    const auto fetched = server.requestCount("/a.tar.gz");
+    test::writeProgram(folder() + QStringLiteral("/versions/1.5.0/bin/vorle"), "exit 0");
+    ASSERT_TRUE(QFile::link(QStringLiteral("versions/1.5.0"), folder() + QStringLiteral("/next")));
+    Release release;
+    release.version = QStringLiteral("1.5.0");
+    test::waitFor(
+        fetchRelease(*std::make_unique<HttpClient>(true), config, installation(), release, {}, {}));
+    EXPECT_EQ(server.requestCount("/a.tar.gz"), fetched);
 }
 
 TEST_F(AppcastEngineTest, says_why_it_cannot_update) {
@@ -258,9 +282,11 @@ TEST_F(AppcastEngineTest, a_version_that_was_taken_back_is_told_and_not_offered_
     updater->check();
     waitFor(Stage::Found);
 
-    test::writeFile(folder() + QStringLiteral("/refused"), "1.4.0");
-    beginAgain();
-    EXPECT_EQ(updater->stage(), Stage::Idle) << "it runs";
+    for (const char *runs : {"1.4.0", "1.3.9"}) {
+        test::writeFile(folder() + QStringLiteral("/refused"), runs);
+        beginAgain();
+        EXPECT_EQ(updater->stage(), Stage::Idle) << "it runs, or a later one does";
+    }
     ASSERT_TRUE(QDir().mkpath(folder() + QStringLiteral("/refused")));
     EXPECT_NO_THROW(beginAgain()) << "a mark that cannot be removed";
 }
@@ -271,14 +297,14 @@ TEST_F(AppcastEngineTest, a_version_that_cannot_be_put_in_its_place_is_told_and_
     test::spinUntil([this] { return quits == 1; });
     const QString inTheWay = folder() + QStringLiteral("/previous");
     ASSERT_TRUE(QDir().mkpath(inTheWay));
-    EXPECT_EQ(engine->finish(), folder() + QStringLiteral("/vorle"));
+    EXPECT_EQ(finished(), folder() + QStringLiteral("/vorle"));
     EXPECT_EQ(started(), "vorle 1.4.0");
     beginAgain();
     EXPECT_EQ(updater->stage(), Stage::InstallFailed);
     beginAgain();
     EXPECT_EQ(updater->stage(), Stage::Ready) << "told once";
     ASSERT_TRUE(QDir().rmdir(inTheWay));
-    engine->finish();
+    finished();
     EXPECT_EQ(started(), "vorle 1.5.0");
 }
 
@@ -287,11 +313,71 @@ TEST_F(AppcastEngineTest, nothing_is_said_to_work_while_another_moves_the_links)
     ASSERT_TRUE(QFile::link(QStringLiteral("versions/1.3.0"), previous));
     FileLock other(installation().lockFile());
     ASSERT_TRUE(other.tryLock());
+    const auto isOnTrial = [&] { return QFileInfo(previous).isSymLink(); };
     engine->confirmStart();
-    EXPECT_TRUE(QFileInfo(previous).isSymLink());
+    EXPECT_EQ(finished(), std::nullopt); // which waits for it
+    EXPECT_TRUE(isOnTrial());
     other.release();
-    engine->lookAtClock();
-    EXPECT_FALSE(QFileInfo(previous).isSymLink());
+    lookUntil([&] { return !isOnTrial(); });
+    EXPECT_EQ(finished(), std::nullopt);
+
+    // The thread of the window is not the one that asks the disk.
+    ASSERT_TRUE(QFile::link(QStringLiteral("versions/1.3.0"), previous));
+    {
+        const test::HeldPool held;
+        engine->confirmStart();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(isOnTrial());
+    }
+    test::spinUntil([&] { return !isOnTrial(); });
+}
+
+TEST_F(AppcastEngineTest, a_question_that_nobody_answers_does_not_end_the_daily_check) {
+    publish("1.5.0", archive("1.5.0"));
+    updater->check();
+    waitFor(Stage::Found);
+    updater->putAway(); // the view was closed
+    waitFor(Stage::Idle);
+    clock.moment = clock.moment.addDays(1);
+    lookUntil([this] { return updater->stage() == Stage::Found; });
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(server.requestCount("/appcast.xml"), 2);
+
+    publish("1.6.0", archive("1.6.0")); // and the notice was never looked at
+    clock.moment = clock.moment.addSecs(23 * 3600);
+    updater->lookAtClock();
+    EXPECT_EQ(updater->found().version, QStringLiteral("1.5.0"));
+    EXPECT_EQ(updater->stage(), Stage::Found);
+    clock.moment = clock.moment.addSecs(3600);
+    lookUntil([this] { return updater->found().version == u"1.6.0"; });
+    EXPECT_EQ(told, 2);
+    updater->install();
+    test::spinUntil([this] { return quits == 1; });
+}
+
+TEST_F(AppcastEngineTest, of_two_processes_that_install_the_second_says_so) {
+    publish("1.5.0", archive("1.5.0"));
+    FileLock other(installation().lockFile());
+    ASSERT_TRUE(other.tryLock());
+    checkAndInstall();
+    waitFor(Stage::InstallFailed);
+    EXPECT_EQ(updater->text(),
+              QStringLiteral("Une autre vorle s’en occupe déjà : laisse-la finir."));
+    EXPECT_EQ(told, 0);
+    updater->acknowledge();
+    preferences.change(&Settings::updateInstalls, true);
+    clock.moment = clock.moment.addDays(1);
+    lookUntil([this] { return server.requestCount("/appcast.xml") == 2; });
+    waitFor(Stage::Downloading);
+    waitFor(Stage::Idle); // nobody asked this one
+    EXPECT_EQ(told, 0);
+    other.release();
+    test::spinUntil([this] {
+        updater->check(); // once the engine has ended, too
+        return updater->stage() == Stage::Found;
+    });
+    updater->install();
+    test::spinUntil([this] { return quits == 1; });
 }
 
 } // namespace

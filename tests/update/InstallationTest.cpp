@@ -15,6 +15,8 @@
 
 #include <csignal>
 
+#include <unistd.h>
+
 namespace vorle {
 namespace {
 
@@ -74,6 +76,13 @@ TEST_F(InstallationTest, is_found_where_it_lies_and_left_alone_elsewhere) {
     test::writeProgram(path("build/bin/vorle"), says);
     EXPECT_EQ(Installation::keeperOf(path("build/bin/vorle")), UpdateKeeper::Nobody);
     EXPECT_EQ(Installation::keeperOf(QStringLiteral("/usr/bin/env")), UpdateKeeper::Packages);
+    constexpr uid_t another = 4711;
+    const QByteArray versions = QFile::encodeName(path("app/versions"));
+    if (::chown(versions.constData(), another, gid_t(-1)) == 0) { // as root alone may do
+        EXPECT_EQ(Installation::keeperOf(path("app/current/bin/vorle")), UpdateKeeper::Packages)
+            << "it would leave files there that their owner may not touch";
+        ASSERT_EQ(::chown(versions.constData(), ::geteuid(), gid_t(-1)), 0);
+    }
     EXPECT_EQ(Installation::keeperOf(QString()), UpdateKeeper::Nobody);
     QFile::remove(path("app/current"));
     EXPECT_FALSE(Installation::of(programOf("1.4.0"))) << "a copy of the folder's inside";

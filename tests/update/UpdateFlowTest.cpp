@@ -16,7 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
+#include <functional>
+#include <utility>
 
 namespace vorle {
 namespace {
@@ -47,6 +50,41 @@ protected:
             QFile::link(QStringLiteral("versions/0.1.0"), folder() + QStringLiteral("/current")));
         ASSERT_TRUE(QFile::copy(QStringLiteral(VORLE_BINARIES "/vorle-launcher"),
                                 folder() + QStringLiteral("/vorle")));
+    }
+    /// The next version as it is published.
+    static QByteArray next() {
+        return ReleaseMaker::packed(
+            {{"version", "0.2.0\n"},
+             {"bin/vorle", test::readFile(built("0.2.0")), true},
+             {"bin/vorle-guard", test::readFile(QStringLiteral(VORLE_BINARIES "/vorle-guard")),
+              true}});
+    }
+    /// How often it is killed: as the variable says, or so often.
+    static int killsWanted(int usual) {
+        const int wanted = qEnvironmentVariableIntValue("VORLE_UPDATE_KILLS");
+        return wanted > 0 ? wanted : usual;
+    }
+    /// Where a link of the folder leads; "" where there is none.
+    QString linked(const char *name) const {
+        return QFileInfo(QFileInfo(folder() + u'/' + QString::fromUtf8(name)).symLinkTarget())
+            .fileName();
+    }
+    /// Kills whatever runs from the folder, all at once, as a power cut would.
+    void cutPower() const {
+        for (bool any = true; any;) {
+            any = false;
+            const QStringList all = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+            for (const QString &process : all) {
+                const QString file =
+                    QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(process));
+                if (process.toInt() > 1 && file.startsWith(folder() + u'/')) {
+                    any = ::kill(process.toInt(), SIGKILL) == 0 || any;
+                }
+            }
+        }
+    }
+    void waitForEnd(const QProcess &process) {
+        test::spinUntil([&] { return process.state() == QProcess::NotRunning; });
     }
     void publish(const QByteArray &archive) {
         server.serve("/appcast.xml",
@@ -81,12 +119,7 @@ protected:
 
 TEST_F(UpdateFlowTest, one_version_finds_the_next_and_comes_back_as_it) {
     install();
-    QList<test::ArchiveEntry> entries{
-        {"version", "0.2.0\n"},
-        {"bin/vorle", test::readFile(built("0.2.0")), true},
-        {"bin/vorle-guard", test::readFile(QStringLiteral(VORLE_BINARIES "/vorle-guard")), true}};
-    publish(ReleaseMaker::packed(entries));
-    entries.clear();
+    publish(next());
     program.save({test::sampleTopic(QStringLiteral("Un sujet")),
                   test::sampleTopic(QStringLiteral("Gardé"), TopicStatus::Program)});
     const QByteArray topics = test::readFile(program.topicsFile());
@@ -113,9 +146,7 @@ TEST_F(UpdateFlowTest, one_version_finds_the_next_and_comes_back_as_it) {
 }
 
 TEST_F(UpdateFlowTest, killed_at_any_moment_one_of_the_two_starts) {
-    const int kills = qEnvironmentVariableIntValue("VORLE_UPDATE_KILLS") > 0
-                          ? qEnvironmentVariableIntValue("VORLE_UPDATE_KILLS")
-                          : 8;
+    const int kills = killsWanted(8);
     publish(ReleaseMaker::packed(ReleaseMaker::entries("0.2.0") +
                                  QList<test::ArchiveEntry>{{"big", QByteArray(400'000, 'x')}}));
     const QStringList words{QStringLiteral("mise-a-jour"), QStringLiteral("--installer")};
@@ -146,6 +177,77 @@ TEST_F(UpdateFlowTest, killed_at_any_moment_one_of_the_two_starts) {
         EXPECT_EQ(run(words).status, 0);
     }
     EXPECT_EQ(run({QStringLiteral("--version")}).out, "vorle 0.2.0\n");
+}
+
+/// The app itself: at its end, when it puts the new version in its place; while it goes on as that;
+/// and while that opens for the first time.
+TEST_F(UpdateFlowTest, killed_while_it_relaunches_one_of_the_two_opens_with_all_its_topics) {
+    publish(next());
+    program.save({test::sampleTopic(QStringLiteral("Gardé"), TopicStatus::Program)});
+    const QByteArray topics = test::readFile(program.topicsFile());
+    const std::array<std::function<bool()>, 3> moments{
+        [this] { return linked("next") == u"0.2.0"; },
+        [this] { return linked("current") == u"0.2.0"; },
+        [this] { return QFile::exists(folder() + QStringLiteral("/starts")); }};
+    constexpr int longest = 400; // ms: about what each of them takes
+    int old = 0;
+    for (int kill = 0; kill < killsWanted(2); ++kill) {
+        install();
+        QProcess &app = start({});
+        test::spinUntil([this] { return openVersion() == u"0.1.0"; });
+        QProcess &update = start({QStringLiteral("mise-a-jour"), QStringLiteral("--installer")});
+        const auto moment = static_cast<std::size_t>(kill + 1) % moments.size();
+        test::spinUntil(moments.at(moment));
+        const int wait = QRandomGenerator::global()->bounded(longest);
+        SCOPED_TRACE("moment " + std::to_string(moment) + " and " + std::to_string(wait) + " ms");
+        test::waitFor(sleepFor(std::chrono::milliseconds(wait)));
+        cutPower();
+        waitForEnd(app);
+        waitForEnd(update);
+        EXPECT_THAT(run({QStringLiteral("--version")}).out,
+                    testing::AnyOf("vorle 0.1.0\n", "vorle 0.2.0\n"));
+
+        QProcess &again = start({});
+        QString opened;
+        test::spinUntil([&] { return !(opened = openVersion()).isEmpty(); });
+        old += opened == u"0.1.0" ? 1 : 0;
+        EXPECT_EQ(test::readFile(program.topicsFile()), topics);
+        ::kill(static_cast<pid_t>(again.processId()), SIGTERM);
+        waitForEnd(again);
+        EXPECT_EQ(again.exitCode(), 0);
+        EXPECT_EQ(run({QStringLiteral("--version")}).out, "vorle 0.2.0\n")
+            << "what was ready takes its place at the next end";
+    }
+    RecordProperty("old", old);
+}
+
+TEST_F(UpdateFlowTest, killed_while_it_goes_back_the_version_before_starts) {
+    install();
+    const QString bad = folder() + QStringLiteral("/versions/0.2.0/bin/vorle");
+    for (int kill = 0; kill < killsWanted(8); ++kill) {
+        test::writeProgram(bad, "sleep 0.01; exit 127"); // a library is missing, say
+        for (const auto &[link, version] :
+             {std::pair("previous", "0.1.0"), std::pair("current", "0.2.0")}) {
+            const QString path = folder() + u'/' + QString::fromUtf8(link);
+            QFile::remove(path);
+            ASSERT_TRUE(
+                QFile::link(QStringLiteral("versions/") + QString::fromUtf8(version), path));
+        }
+        QProcess &first = start({QStringLiteral("--version")});
+        const int moment = QRandomGenerator::global()->bounded(60);
+        SCOPED_TRACE("killed after " + std::to_string(moment));
+        test::waitFor(sleepFor(std::chrono::milliseconds(moment)));
+        cutPower();
+        waitForEnd(first);
+        EXPECT_EQ(run({QStringLiteral("--version")}).out, "vorle 0.1.0\n");
+        EXPECT_EQ(linked("current"), QStringLiteral("0.1.0"));
+        EXPECT_EQ(test::readFile(folder() + QStringLiteral("/refused")), "0.2.0");
+    }
+    QProcess &app = start({});
+    test::spinUntil([this] { return openVersion() == u"0.1.0"; });
+    ::kill(static_cast<pid_t>(app.processId()), SIGTERM);
+    waitForEnd(app);
+    EXPECT_EQ(app.exitCode(), 0);
 }
 
 } // namespace

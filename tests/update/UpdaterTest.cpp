@@ -41,7 +41,9 @@ protected:
 
     test::FakeUpdateEngine engine;
     bool busy = false;
+    SystemClock clock;
     Updater updater{{.engine = engine,
+                     .clock = clock,
                      .version = QStringLiteral("1.4.2"),
                      .busy = [this] { return busy; },
                      .countdown = std::chrono::milliseconds(1)}};
@@ -87,6 +89,9 @@ TEST_F(UpdaterTest, goes_from_a_check_to_a_relaunch_and_tells_each_step) {
     updater.relaunch(); // it did not
     EXPECT_EQ(ended, 1);
     EXPECT_EQ(stopped, 0);
+    const QStringList lines = logged(20);
+    EXPECT_TRUE(lines.contains(QStringLiteral("received 100 bytes")));
+    EXPECT_TRUE(lines.contains(QStringLiteral("unpacked 5 tenths")));
     EXPECT_EQ(logged(3), (QStringList{QStringLiteral("ready"), QStringLiteral("done"),
                                       QStringLiteral("installing, the program is to end")}));
 }
@@ -151,8 +156,12 @@ TEST_F(UpdaterTest, what_comes_by_itself_is_told_and_waits) {
     EXPECT_EQ(choices.last(), Choice::Install);
 
     driver().showTakenBack(QStringLiteral("1.5.0"));
-    EXPECT_EQ(updater.stage(), Stage::InstallFailed);
     EXPECT_EQ(told.size(), 3);
+    int acknowledged = 0;
+    driver().showNotFound({}, counted(acknowledged)); // a check by itself, before it was read
+    driver().showError(QStringLiteral("no network"), counted(acknowledged));
+    EXPECT_EQ(acknowledged, 2);
+    EXPECT_EQ(updater.stage(), Stage::InstallFailed);
     updater.acknowledge();
     driver().showDownloadInitiated([] {}); // by itself
     driver().showError(QStringLiteral("a bad signature"), [] {});
@@ -180,7 +189,14 @@ TEST_F(UpdaterTest, a_relaunch_is_put_off_by_the_person_or_by_a_run_and_can_stil
         EXPECT_EQ(updater.stage(), Stage::Ready);
         updater.relaunch();
         EXPECT_EQ(engine.checks, 1) << "the engine is asked to offer it once more";
+        busy = run;
+        driver().showFound({QStringLiteral("1.5.0"), {}, true}, reply()); // as some engines do
+        driver().showReady(reply());
+        EXPECT_EQ(choices.size(), 4) << "who asks anew is not asked again";
+        EXPECT_EQ(choices.last(), Choice::Install);
+        driver().showError(QStringLiteral("no room"), [] {});
         driver().dismissed();
+        updater.acknowledge();
     }
 }
 
@@ -229,7 +245,9 @@ TEST_F(UpdaterTest, permission_is_asked_for_beside_the_rest_and_answered_once) {
     updater.setInstallsByItself(true);
     updater.setInstallsByItself(false);
     EXPECT_TRUE(engine.daily) << "that was allowed before";
+    updater.setInstallsByItself(true);
     updater.setChecksByItself(false);
+    EXPECT_FALSE(engine.installs) << "nothing would come of it";
 
     driver().showPermissionRequest([&](bool daily) { answers += daily; });
     updater.setInstallsByItself(true);

@@ -70,8 +70,8 @@ public:
     Q_INVOKABLE void putOff() { m_updater.putOff(); }
     Q_INVOKABLE void relaunch() { m_updater.relaunch(); }
     Q_INVOKABLE void allow(bool daily) { m_updater.allow(daily); }
-    /// The view was put away: what it told was read.
-    Q_INVOKABLE void read() { m_updater.acknowledge(); }
+    /// The view was put away: what it told was read, what it asked is asked another day.
+    Q_INVOKABLE void putAway() { m_updater.putAway(); }
 
 Q_SIGNALS:
     void changed();

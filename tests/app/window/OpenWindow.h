@@ -182,7 +182,9 @@ protected:
     QtKeyWatch m_keys;
     FakeMailComposer m_mail;
     FakeUpdateEngine m_updates;
+    SystemClock m_clock;
     Updater m_updater{{.engine = m_updates,
+                       .clock = m_clock,
                        .version = QStringLiteral("1.4.2"),
                        .countdown = std::chrono::hours(1)}};
     std::unique_ptr<ClaudeLauncher> m_launcher;
