@@ -145,6 +145,25 @@ TEST_F(UpdateFlowTest, one_version_finds_the_next_and_comes_back_as_it) {
     EXPECT_EQ(test::readFile(program.topicsFile()), topics);
 }
 
+TEST_F(UpdateFlowTest, what_an_app_left_ready_is_installed_from_the_terminal) {
+    install();
+    test::writeProgram(folder() + QStringLiteral("/versions/0.2.0/bin/vorle"), "echo vorle 0.2.0");
+    ASSERT_TRUE(QFile::link(QStringLiteral("versions/0.2.0"), folder() + QStringLiteral("/next")));
+    const QString command = QStringLiteral("mise-a-jour");
+    EXPECT_EQ(run({command}).out,
+              "vorle 0.2.0 est prête. Pour l’installer : vorle mise-a-jour --installer\n");
+    const QString inTheWay = folder() + QStringLiteral("/previous");
+    ASSERT_TRUE(QDir().mkpath(inTheWay)); // the disk refuses the link
+    const auto refused = run({command, QStringLiteral("--installer")});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, testing::HasSubstr("La mise à jour n’a pas pu s’installer. vorle "
+                                                "reste dans sa version actuelle."));
+    EXPECT_EQ(test::readFile(folder() + QStringLiteral("/unplaced")), "0.2.0");
+    ASSERT_TRUE(QDir().rmdir(inTheWay));
+    EXPECT_EQ(run({command, QStringLiteral("--installer")}).out, "vorle 0.2.0 est installée.\n");
+    EXPECT_EQ(run({QStringLiteral("--version")}).out, "vorle 0.2.0\n");
+}
+
 TEST_F(UpdateFlowTest, killed_at_any_moment_one_of_the_two_starts) {
     const int kills = killsWanted(8);
     publish(ReleaseMaker::packed(ReleaseMaker::entries("0.2.0") +
