@@ -8,11 +8,10 @@ set(VORLE_QML
     controls/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
     controls/charts/PeriodChoice.qml controls/charts/ReportScope.qml controls/charts/ShareStack.qml controls/charts/SourceBars.qml controls/charts/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml
-    controls/FocusRing.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
+    controls/FocusRing.qml controls/GearSign.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ProjectChoice.qml controls/ProposedPage.qml controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
-    controls/SearchHit.qml
-    controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideItem.qml
+    controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideButton.qml controls/SideItem.qml
     controls/AddField.qml controls/AppTile.qml controls/charts/ChartFrame.qml controls/charts/ChartGroup.qml controls/EditableRow.qml controls/OrphanLine.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
     controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
     controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml
@@ -24,8 +23,9 @@ set(VORLE_QML
     screens/onboarding/InboxInvitation.qml screens/GhostPlace.qml screens/LastGhost.qml screens/Later.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/onboarding/OnboardingAgent.qml screens/onboarding/OnboardingProjects.qml screens/onboarding/OnboardingScreen.qml screens/onboarding/OnboardingStep.qml screens/onboarding/OnboardingTopics.qml
     screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelHost.qml screens/PanelSlot.qml screens/PanelsLater.qml screens/Panels.qml screens/QuickCapturePanel.qml screens/ReadingPage.qml
-    screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SearchOverlay.qml screens/SectionSlot.qml screens/settings/SettingsPanel.qml
+    screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SectionSlot.qml screens/settings/SettingsPanel.qml
     screens/settings/BenchScreen.qml screens/settings/SettingsAgent.qml screens/settings/SettingsCapture.qml screens/settings/SettingsData.qml screens/settings/SettingsGeneral.qml screens/settings/SettingsMenu.qml screens/settings/SettingsNotices.qml screens/settings/SettingsRuns.qml
+    screens/palette/PaletteFoot.qml screens/palette/PaletteRow.qml screens/palette/SearchOverlay.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/territory/SendPanel.qml screens/territory/TerritoryInterests.qml screens/territory/TerritoryNames.qml screens/territory/TerritoryProjects.qml
     screens/territory/TerritoryReflex.qml screens/territory/TerritoryReflexes.qml screens/territory/TerritoryScreen.qml screens/territory/TerritorySite.qml screens/territory/TerritorySites.qml
     screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/UpdatePanel.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
@@ -56,6 +56,7 @@ qt_add_qml_module(vorle_window
         window/KeyRepeatFilter.cpp window/KeyRepeatFilter.h
         window/MainWindow.cpp window/MainWindow.h
         window/OpenApp.cpp window/OpenApp.h
+        window/MenuBar.cpp window/MenuBar.h
         window/Opening.cpp window/Opening.h
         window/desktop/QuickCapture.cpp window/desktop/QuickCapture.h
         window/QuitHandler.cpp window/QuitHandler.h

@@ -4,7 +4,6 @@
 #include "app/labels/TopicLabels.h"
 
 #include <QCoreApplication>
-#include <QKeySequence>
 
 #include <algorithm>
 #include <span>
@@ -52,6 +51,13 @@ constexpr Binding sideKeys[] = {{Qt::Key_Left, plain, Map::GoMenu, u"←"},
 constexpr Binding runKeys[] = {{Qt::Key_R, command, Map::RunNow, {}}};
 constexpr Binding undoKeys[] = {{Qt::Key_Z, command, Map::Undo, {}}};
 constexpr Binding redoKeys[] = {{Qt::Key_Z, shiftCommand, Map::Redo, u"⇧⌘Z"}};
+// "+" needs Shift on most keyboards, and its key alone is wanted as well; on a French one the place
+// of the minus sign gives a bracket.
+constexpr Binding sizeKeys[] = {{Qt::Key_Plus, command, Map::LargerText, u"⌘+"},
+                                {Qt::Key_Equal, command, Map::LargerText, u"⌘+"},
+                                {Qt::Key_Minus, command, Map::SmallerText, u"⌘−"},
+                                {Qt::Key_ParenRight, command, Map::SmallerText, u"⌘−"},
+                                {Qt::Key_0, command, Map::UsualText, u"⌘0"}};
 constexpr Binding settingsKeys[] = {{Qt::Key_Comma, command, Map::OpenSettings, {}}};
 constexpr Binding helpKeys[] = {{Qt::Key_Question, plain, Map::ShowShortcuts, u"?"},
                                 {Qt::Key_Slash, command, Map::ShowShortcuts, u"⌘/"}};
@@ -84,6 +90,38 @@ public:
     /// And this one the verdicts.
     static constexpr const char *worthLabels = QT_TR_NOOP("%1, %2, %3");
 
+    /// Of actions that share a row, or have none.
+    static constexpr struct {
+        Map::Action action;
+        const char *label;
+    } labels[] = {
+        {Map::GoInbox, QT_TR_NOOP("Aller aux sujets à trier")},
+        {Map::GoProgram, QT_TR_NOOP("Aller au Programme")},
+        {Map::GoReserve, QT_TR_NOOP("Aller à la Réserve")},
+        {Map::GoLibrary, QT_TR_NOOP("Aller à la Bibliothèque")},
+        {Map::GoTerritory, QT_TR_NOOP("Aller à ton territoire")},
+        {Map::GoReport, QT_TR_NOOP("Aller au Bilan")},
+        {Map::GoMenu, QT_TR_NOOP("Passer au menu")},
+        {Map::GoContent, QT_TR_NOOP("Passer au contenu")},
+        {Map::Redo, QT_TR_NOOP("Rétablir le tri annulé")},
+        {Map::Previous, QT_TR_NOOP("Sujet précédent")},
+        {Map::Next, QT_TR_NOOP("Sujet suivant")},
+        {Map::PreviousTopic, QT_TR_NOOP("Sujet précédent")},
+        {Map::NextTopic, QT_TR_NOOP("Sujet suivant")},
+        {Map::WorthMeh, QT_TR_NOOP("Verdict : Bof")},
+        {Map::WorthUseful, QT_TR_NOOP("Verdict : Utile")},
+        {Map::WorthGem, QT_TR_NOOP("Verdict : Pépite")},
+        {Map::ReadAgain, QT_TR_NOOP("Relire le lien capturé")},
+        {Map::Correct, QT_TR_NOOP("Corriger la note")},
+        {Map::SendFeedback, QT_TR_NOOP("Envoyer un retour")},
+        {Map::ShowUpdate, QT_TR_NOOP("Voir la mise à jour")},
+        {Map::LookForUpdate, QT_TR_NOOP("Rechercher une mise à jour")},
+        {Map::StopRun, QT_TR_NOOP("Arrêter la fouille")},
+        {Map::LargerText, QT_TR_NOOP("Agrandir le texte")},
+        {Map::SmallerText, QT_TR_NOOP("Réduire le texte")},
+        {Map::UsualText, QT_TR_NOOP("Taille de texte normale")},
+    };
+
     static constexpr Row rows[] = {
         // The system registers the first one: it works from any application, and reaches no window.
         {Group::Everywhere,
@@ -100,6 +138,7 @@ public:
         {Group::Everywhere, u"⌘R", QT_TR_NOOP("Fouiller maintenant"), KeyScope::Group, runKeys},
         {Group::Everywhere, u"⌘Z", QT_TR_NOOP("Annuler le dernier tri"), KeyScope::Group, undoKeys},
         {Group::Everywhere, {}, {}, KeyScope::Group, redoKeys},
+        {Group::Everywhere, {}, {}, KeyScope::Group, sizeKeys},
         {Group::Everywhere, u"⌘,", QT_TR_NOOP("Réglages"), KeyScope::Group, settingsKeys},
         {Group::Everywhere, u"?  ou  ⌘/", QT_TR_NOOP("Ces raccourcis"), KeyScope::Group, helpKeys},
         {Group::Inbox, u"↑ ↓", QT_TR_NOOP("Sujet précédent, suivant"), KeyScope::EverySection,
@@ -147,7 +186,11 @@ QString labelOf(const Row &row, AgentKind agent) {
     return row.label == Sheet::stepLabel ? label.arg(displayName(agent), chatName(agent)) : label;
 }
 
-bool actsIn(const Row &row, Section section) {
+bool holds(const Row &row, Map::Action action) {
+    return std::ranges::find(row.bindings, action, &Binding::action) != row.bindings.end();
+}
+
+bool reaches(const Row &row, Section section) {
     if (row.reach == KeyScope::EverySection ||
         (row.reach == KeyScope::EveryList && section <= Section::Library)) {
         return true;
@@ -180,19 +223,24 @@ constexpr struct {
     {Qt::Key_Egrave, 7},     {Qt::Key_Underscore, 8}, {Qt::Key_Exclam, 8}, {Qt::Key_Ccedilla, 9},
 };
 
+/// The place of the 6 in the row of digits, as Linux counts keys.
+constexpr quint32 placeOfSix = 15;
+
 /// The press as the table writes it. On a French keyboard the digits need Shift, and without it
-/// their keys give other signs; "?" and "/" need Shift there or elsewhere.
-Press normal(int key, int modifiers) {
+/// their keys give other signs; "?", "/" and "+" need Shift there or elsewhere.
+Press normal(int key, int modifiers, quint32 scanCode = 0) {
     const bool keypad = (modifiers & Qt::KeypadModifier) != 0; // its signs are what they say
     modifiers &= ~static_cast<int>(Qt::KeypadModifier);
     const bool shift = (modifiers & Qt::ShiftModifier) != 0;
-    if (!shift && !keypad) {
+    // With ⌘ a minus sign is one, but for the key that has the 6 on a PC's French keyboard.
+    const bool minus = key == Qt::Key_Minus && (modifiers & command) != 0 && scanCode != placeOfSix;
+    if (!shift && !keypad && !minus) {
         const auto sign =
             std::ranges::find_if(frenchDigits, [key](const auto &each) { return each.key == key; });
         return {sign == std::end(frenchDigits) ? key : Qt::Key_0 + sign->digit, modifiers};
     }
-    const bool shiftMakesIt =
-        (key >= Qt::Key_0 && key <= Qt::Key_9) || key == Qt::Key_Question || key == Qt::Key_Slash;
+    const bool shiftMakesIt = (key >= Qt::Key_0 && key <= Qt::Key_9) || key == Qt::Key_Question ||
+                              key == Qt::Key_Slash || key == Qt::Key_Plus || key == Qt::Key_Equal;
     return {key, shiftMakesIt ? modifiers & ~static_cast<int>(Qt::ShiftModifier) : modifiers};
 }
 
@@ -256,10 +304,10 @@ QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling,
 }
 
 KeyboardMap::Action KeyboardMap::action(sections::Section section, int key, int modifiers,
-                                        bool textFieldFocused) const {
-    const Press press = normal(key, modifiers);
+                                        bool textFieldFocused, quint32 scanCode) const {
+    const Press press = normal(key, modifiers, scanCode);
     for (const Row &row : rows) {
-        if (!actsIn(row, section)) {
+        if (!reaches(row, section)) {
             continue;
         }
         for (const Binding &binding : row.bindings) {
@@ -281,11 +329,36 @@ int KeyboardMap::digit(int key, int modifiers) const {
 
 bool KeyboardMap::isEverywhere(Action action) const {
     return std::ranges::any_of(rows, [action](const Row &row) {
-        return row.group == Group::Everywhere &&
-               std::ranges::any_of(row.bindings, [action](const Binding &binding) {
-                   return binding.action == action;
-               });
+        return row.group == Group::Everywhere && holds(row, action);
     });
+}
+
+bool KeyboardMap::actsIn(Action action, Section section) const {
+    return std::ranges::any_of(
+        rows, [=](const Row &row) { return holds(row, action) && reaches(row, section); });
+}
+
+QString KeyboardMap::label(Action action) const {
+    for (const auto &own : Sheet::labels) {
+        if (own.action == action) {
+            return tr(own.label);
+        }
+    }
+    const auto row =
+        std::ranges::find_if(rows, [action](const Row &each) { return holds(each, action); });
+    return row == std::end(rows) || row->label == nullptr ? QString() : labelOf(*row, m_agent);
+}
+
+QKeySequence KeyboardMap::sequence(Action action) const {
+    for (const Row &row : rows) {
+        for (const Binding &binding : row.bindings) {
+            if (binding.action == action && (binding.modifiers & command) != 0) {
+                return QKeySequence(QKeyCombination(Qt::KeyboardModifiers(binding.modifiers),
+                                                    Qt::Key(binding.key)));
+            }
+        }
+    }
+    return {};
 }
 
 bool KeyboardMap::repeats(Action action) const { return action >= Previous && action <= NextTopic; }

@@ -4,6 +4,7 @@
 #include "app/models/ListParts.h"
 #include "app/models/Section.h"
 
+#include <QKeySequence>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -94,11 +95,15 @@ public:
         WorthMeh,
         WorthUseful,
         WorthGem,
-        ReadAgain,    ///< has no key: a captured link that could not be judged is tried once more
-        Correct,      ///< has no key: the chosen topic's score is given by hand
-        SendFeedback, ///< has no key: a message to the maker is written
-        ShowUpdate,   ///< has no key: the update that waits for an answer
-        LookForUpdate ///< has no key: the same, after a look for one
+        ReadAgain,     ///< has no key: a captured link that could not be judged is tried once more
+        Correct,       ///< has no key: the chosen topic's score is given by hand
+        SendFeedback,  ///< has no key: a message to the maker is written
+        ShowUpdate,    ///< has no key: the update that waits for an answer
+        LookForUpdate, ///< has no key: the same, after a look for one
+        StopRun,       ///< has no key: the run under way
+        LargerText,    ///< these three have no row in the sheet
+        SmallerText,
+        UsualText
     };
     Q_ENUM(Action)
 
@@ -108,9 +113,20 @@ public:
     /// What a key does in that section. `key` is a Qt::Key, `modifiers` Qt::KeyboardModifiers
     /// (Control being ⌘ on a Mac, as Qt has it). Where a text field has the focus, the keys that
     /// edit text are its own. The digits are known on a French keyboard too, where they need
-    /// Shift. A key event that repeats is to be dropped unless `repeats`.
+    /// Shift; `scanCode` is the event's own, which tells the 6 of such a keyboard from a minus
+    /// sign. A key event that repeats is to be dropped unless `repeats`.
     Q_INVOKABLE vorle::KeyboardMap::Action action(vorle::sections::Section section, int key,
-                                                  int modifiers, bool textFieldFocused) const;
+                                                  int modifiers, bool textFieldFocused,
+                                                  quint32 scanCode = 0) const;
+    /// Whether the action has a key in that section.
+    bool actsIn(Action action, Section section) const;
+    /// What the action is called where it stands alone, in a menu or among commands: the sheet's
+    /// label where its row has one action. "" for none.
+    QString label(Action action) const;
+    /// The combination that a menu may show and take for the action: its first one with ⌘; empty
+    /// where there is none. A key without ⌘ is left to the window: in a menu it would be taken
+    /// from every text field.
+    QKeySequence sequence(Action action) const;
     /// The digit that a press gives, 0 to 9, on a French keyboard with Shift or without; -1 for any
     /// other press.
     Q_INVOKABLE int digit(int key, int modifiers) const;

@@ -23,7 +23,7 @@ QtObject {
         if (action === KeyboardMap.Undo && screen.undo()) {
             return;
         }
-        if (shell.actions.perform(action)) {
+        if (shell.actions.perform(action) || shell.commands.perform(action)) {
             return;
         }
         switch (action) {
@@ -58,6 +58,9 @@ QtObject {
             break;
         case KeyboardMap.RunNow:
             shell.run.start();
+            break;
+        case KeyboardMap.StopRun:
+            shell.run.stop();
             break;
         case KeyboardMap.GoMenu:
             menu.focusCurrent();

@@ -30,6 +30,19 @@ Window {
     function perform(action: int) {
         actions.perform(action);
     }
+    // What acts while a panel lies over the window too, and what does even over the first set-up.
+    function actsOverPanels(action: int): bool {
+        return action === KeyboardMap.Search || action === KeyboardMap.AddTopic || action === KeyboardMap.ShowShortcuts || resizes(action);
+    }
+    function resizes(action: int): bool {
+        return action === KeyboardMap.LargerText || action === KeyboardMap.SmallerText || action === KeyboardMap.UsualText;
+    }
+    // Asked for in a menu: as its key, where that would reach.
+    function command(action: int) {
+        if ((!covered || actsOverPanels(action)) && (!shell.onboarding.shown || resizes(action))) {
+            perform(action);
+        }
+    }
     // A panel went: the keyboard goes back to the section.
     function resume() {
         if (shell.onboarding.shown) {
@@ -116,14 +129,14 @@ Window {
         Keys.priority: Keys.BeforeItem
         Keys.onPressed: event => {
             const typing = main.activeFocusItem instanceof TextInput || main.activeFocusItem instanceof TextEdit;
-            const action = main.shell.keyboard.action(main.sections.current, event.key, event.modifiers, typing);
+            const action = main.shell.keyboard.action(main.sections.current, event.key, event.modifiers, typing, event.nativeScanCode);
             if (action === KeyboardMap.NoAction) {
                 return;
             }
-            if (main.shell.onboarding.shown) {
+            if (main.shell.onboarding.shown && !main.resizes(action)) {
                 return; // it keeps the keyboard, and nothing opens over it
             }
-            if (main.covered && action !== KeyboardMap.Search && action !== KeyboardMap.AddTopic && action !== KeyboardMap.ShowShortcuts) {
+            if (main.covered && !main.actsOverPanels(action)) {
                 return; // a panel keeps the keyboard
             }
             if (event.isAutoRepeat && !main.shell.keyboard.repeats(action)) {
@@ -145,13 +158,14 @@ Window {
             model: main.sections
             current: main.sections.current
             run: main.shell.run
-            keysRun: main.shell.keyboard.keys(KeyboardMap.RunNow)
+            keyboard: main.shell.keyboard
             enabled: !main.covered
             active: main.covered
             onPicked: section => main.sections.current = section
             onRunAsked: main.shell.run.start()
             onStopAsked: main.shell.run.stop()
             onContentAsked: main.screen.focusContent()
+            onActed: action => main.perform(action)
         }
         AccessibilityBarrier {
             id: content
@@ -295,6 +309,11 @@ Window {
             onFound: (section, topicId) => main.showTopic(section, topicId)
             onQuitAsked: main.quitAsked()
             onSectionAsked: section => main.go(section)
+            onActed: action => {
+                panels.close(); // what it falls on is seen again
+                main.resume();
+                main.perform(action);
+            }
         }
     }
 }

@@ -26,6 +26,7 @@ Item {
     signal found(int section, string topicId)
     signal quitAsked
     signal sectionAsked(int section)
+    signal acted(int action) // KeyboardMap.Action
 
     // Puts the others away: two would fight for the keyboard.
     function open(panel: int) {

@@ -64,8 +64,9 @@ PanelHost {
         id: search
         onGone: panels.gone()
         sourceComponent: SearchOverlay {
-            search: panels.shell.search
+            model: panels.shell.commandPalette
             onPicked: (section, topicId) => panels.found(section, topicId)
+            onCommanded: action => panels.acted(action)
         }
     }
     PanelSlot {

@@ -14,6 +14,7 @@ Later {
     signal found(int section, string topicId)
     signal quitAsked
     signal sectionAsked(int section)
+    signal acted(int action)
 
     function ready(): PanelHost {
         need();
@@ -57,6 +58,9 @@ Later {
         }
         function onSectionAsked(section: int) {
             place.sectionAsked(section);
+        }
+        function onActed(action: int) {
+            place.acted(action);
         }
     }
     // A key that opens the first of them need not wait for all to be read.

@@ -9,13 +9,15 @@ AccessibilityBarrier {
     required property Sections model
     required property int current
     required property RunModel run
-    property string keysRun: ""
+    required property KeyboardMap keyboard
+    readonly property string keysRun: keyboard.keys(KeyboardMap.RunNow)
     readonly property bool low: width < 220 // there is little room
 
     signal picked(int section)
     signal runAsked
     signal stopAsked
     signal contentAsked // the arrow that goes to the content
+    signal acted(int action) // KeyboardMap.Action
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: qsTr("Rubriques")
@@ -68,8 +70,8 @@ AccessibilityBarrier {
                 required title
                 required count
                 width: parent.width
-                // All six stand over the card, in however low a window.
-                height: Math.max(28, Math.min(implicitHeight, (card.y - 84 - 8) / items.count - 4))
+                // All six stand over what is below, in however low a window.
+                height: Math.max(28, Math.min(implicitHeight, (foot.y - 84 - 8) / items.count - 4))
                 strong: entry.index === 0
                 current: bar.current === entry.index
                 onClicked: bar.picked(entry.index)
@@ -92,6 +94,40 @@ AccessibilityBarrier {
         items.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
     }
 
+    // What menus over the screen have elsewhere.
+    Row {
+        id: foot
+        x: bar.low ? 18 : 24
+        y: card.y - height - 8
+        height: 32
+        visible: !Theme.mac
+        spacing: 4
+
+        SideButton {
+            text: qsTr("Réglages")
+            keys: bar.keyboard.keys(KeyboardMap.OpenSettings)
+            contentItem: Item {
+                GearSign {
+                    anchors.centerIn: parent
+                }
+            }
+            onClicked: bar.acted(KeyboardMap.OpenSettings)
+        }
+        SideButton {
+            id: help
+            text: qsTr("Raccourcis clavier")
+            keys: bar.keyboard.keys(KeyboardMap.ShowShortcuts)
+            contentItem: Title {
+                text: "?"
+                size: Theme.textLarge
+                color: Theme.inkSoft
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+                Accessible.ignored: true
+            }
+            onClicked: bar.acted(KeyboardMap.ShowShortcuts)
+        }
+    }
     Rectangle {
         id: card
         anchors.left: parent.left
@@ -124,7 +160,7 @@ AccessibilityBarrier {
                 width: parent.width
                 text: bar.run.running ? qsTr("Arrêter") : bar.low && Theme.textScale > 100 ? qsTr("Fouiller") : qsTr("Fouiller maintenant")
                 keys: bar.run.running || bar.keysRun.length > 3 ? "" : bar.keysRun
-                KeyNavigation.backtab: items.count > 0 ? items.itemAt(items.count - 1) : null
+                KeyNavigation.backtab: foot.visible ? help : items.count > 0 ? items.itemAt(items.count - 1) : null
                 onClicked: bar.run.running ? bar.stopAsked() : bar.runAsked()
             }
         }

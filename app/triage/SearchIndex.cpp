@@ -1,18 +1,23 @@
 #include "app/triage/SearchIndex.h"
 
 #include "app/triage/SearchFold.h"
+#include "app/triage/SearchNear.h"
 #include "app/triage/SearchSnippet.h"
 
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <tuple>
+#include <vector>
 
 namespace vorle {
 
 namespace {
 
 constexpr qsizetype maxQueryCharacters = 200;
+// Whoever finds as many has what was meant; what only looks alike would be noise.
+constexpr std::ptrdiff_t enoughFound = 6;
 
 bool sameTexts(const Topic &a, const Topic &b) {
     return a.title == b.title && a.tldr == b.tldr && a.summary == b.summary && a.why == b.why &&
@@ -33,7 +38,8 @@ std::shared_ptr<const SearchEntry> entryOf(const TopicPtr &topic) {
 /// first is what makes the search fast.
 struct Word {
     QByteArray bytes;
-    qsizetype rarest = 0;
+    qsizetype rarest;
+    NearWord near;
 };
 
 int frequency(char c) {
@@ -48,7 +54,7 @@ QList<Word> wordsOf(const QString &query) {
     for (const QByteArray &bytes : folded.split(' ')) {
         if (!bytes.isEmpty()) {
             const auto rarest = std::ranges::min_element(bytes, {}, frequency);
-            words.append({bytes, rarest - bytes.begin()});
+            words.append({bytes, rarest - bytes.begin(), NearWord(bytes)});
         }
     }
     // The longest word is the likeliest to be missing.
@@ -57,19 +63,27 @@ QList<Word> wordsOf(const QString &query) {
     return words;
 }
 
-bool belongsToWord(char c) {
-    const auto byte = static_cast<uchar>(c);
-    return byte >= 0x80 || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9');
-}
+/// How a word stands in a text, the best first.
+enum class How { Whole, Begins, Inside, Near };
 
-/// Where a word stands in a text: at the first word it begins, else at the first place at all.
+/// Where it does: at the first place of the best kind.
 struct Occurrence {
     qsizetype offset = 0;
-    bool beginsWord = false;
+    How how = How::Whole;
 };
 
-std::optional<Occurrence> find(QByteArrayView text, const Word &word) {
-    std::optional<Occurrence> inside;
+How howAt(QByteArrayView text, qsizetype at, qsizetype size) {
+    if (at > 0 && belongsToWord(text[at - 1])) {
+        return How::Inside;
+    }
+    const qsizetype end = at + size;
+    return end < text.size() && belongsToWord(text[end]) ? How::Begins : How::Whole;
+}
+
+/// @param enough  what need not be bettered: in long texts a word that begins is as good as a
+///                whole one
+std::optional<Occurrence> find(QByteArrayView text, const Word &word, How enough) {
+    std::optional<Occurrence> best;
     const char *const last = text.data() + text.size() - word.bytes.size();
     const char *at = text.data();
     while (at <= last) {
@@ -81,56 +95,177 @@ std::optional<Occurrence> find(QByteArrayView text, const Word &word) {
         at = rare - word.rarest;
         if (std::memcmp(at, word.bytes.constData(), static_cast<std::size_t>(word.bytes.size())) ==
             0) {
-            const Occurrence occurrence{at - text.data(),
-                                        at == text.data() || !belongsToWord(at[-1])};
-            if (occurrence.beginsWord) {
-                return occurrence;
+            const qsizetype offset = at - text.data();
+            const How how = howAt(text, offset, word.bytes.size());
+            if (!best || how < best->how) {
+                best = Occurrence{offset, how};
             }
-            inside = inside ? inside : occurrence;
+            if (how <= enough) {
+                break;
+            }
         }
         ++at;
     }
-    return inside;
+    return best;
 }
 
 /// A topic in which all words were found; what ranks it, and where to cut its snippet.
 struct Match {
-    const SearchEntry *entry = nullptr;
+    qsizetype entry = 0; ///< its place in the index
+    bool outside = false;
     bool dismissed = false;
+    bool near = false;
     int field = SearchEntry::Title; ///< the last of the fields it took
-    int cost = 0;                   ///< of all words: their fields, begun or inside
+    int cost = 0;                   ///< of all words: their fields, and how they stand there
     qsizetype offset = 0;           ///< in that field
     qint64 foundAt = 0;
-};
 
-std::optional<Match> match(const SearchEntry &entry, const QList<Word> &words) {
-    Match match{.entry = &entry,
-                .dismissed = entry.topic->status == TopicStatus::Dismissed,
-                .foundAt = entry.topic->foundAt.toMSecsSinceEpoch()};
-    for (const Word &word : words) {
-        int field = 0;
-        std::optional<Occurrence> occurrence;
-        for (; field < SearchEntry::FieldCount; ++field) {
-            occurrence = find(entry.fields[static_cast<std::size_t>(field)], word);
-            if (occurrence) {
-                break;
-            }
-        }
-        if (!occurrence) {
-            return std::nullopt;
-        }
-        match.cost += 2 * field + (occurrence->beginsWord ? 0 : 1);
-        if (field > match.field) {
-            match.field = field;
-            match.offset = occurrence->offset;
+    void take(int at, const Occurrence &occurrence, int mistakes = 0) {
+        cost += 4 * at + static_cast<int>(occurrence.how) + mistakes;
+        near = near || occurrence.how == How::Near;
+        if (at > field) {
+            field = at;
+            offset = occurrence.offset;
         }
     }
-    return match;
+    auto rank() const { return std::tuple(outside, dismissed, near, field, cost, -foundAt, entry); }
+};
+
+/// Where the word stands, in the first field that has it.
+bool take(const SearchEntry &entry, const Word &word, Match &match) {
+    for (int field = 0; field < SearchEntry::FieldCount; ++field) {
+        const How enough = field <= SearchEntry::Gist ? How::Whole : How::Begins;
+        if (const auto at = find(entry.fields[static_cast<std::size_t>(field)], word, enough)) {
+            match.take(field, *at);
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The same for a word that looks alike: in titles and gists alone, since in a whole page there is
+/// always one.
+bool takeNear(const SearchEntry &entry, const Word &word, Match &match) {
+    for (int field = 0; field <= SearchEntry::Gist; ++field) {
+        if (const auto place = word.near.in(entry.fields[static_cast<std::size_t>(field)])) {
+            match.take(field, {place->offset, How::Near}, place->mistakes);
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The words before `missing` stand in the entry, that one does not; and so on.
+bool nearlyMatches(const SearchEntry &entry, const QList<Word> &words, qsizetype missing,
+                   Match &match) {
+    for (qsizetype i = missing; i < words.size(); ++i) {
+        if (!(i > missing && take(entry, words[i], match)) && !takeNear(entry, words[i], match)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool isShown(const Topic &topic) {
     return topic.status != TopicStatus::Pending || isBeingRead(topic);
 }
+
+/// One search: what is looked for, and what was found so far.
+class Search {
+public:
+    Search(const SearchIndex &index, const SearchAsk &ask)
+        : m_index(index)
+        , m_section(ask.section)
+        , m_words(wordsOf(ask.words))
+        , m_rest(ask.section ? wordsOf(ask.rest) : m_words) {}
+
+    SearchAnswer answer() {
+        if (m_words.isEmpty()) {
+            return {};
+        }
+        findWords();
+        findNear();
+        const auto shown = static_cast<std::ptrdiff_t>(
+            std::min(m_matches.size(), static_cast<std::size_t>(maxHits)));
+        std::ranges::partial_sort(m_matches, m_matches.begin() + shown, {}, &Match::rank);
+        SearchAnswer answer;
+        answer.total = static_cast<qsizetype>(m_matches.size());
+        answer.outside = std::ranges::count(m_matches, true, &Match::outside);
+        const QList<QByteArray> all = bytesOf(m_words);
+        const QList<QByteArray> rest = bytesOf(m_rest);
+        for (const Match &match : std::span(m_matches).first(static_cast<std::size_t>(shown))) {
+            const TopicPtr &topic = m_index[match.entry]->topic;
+            const auto field = static_cast<SearchEntry::Field>(match.field);
+            const QList<QByteArray> &words = match.outside ? all : rest;
+            const Snippet snippet = snippetOf(*topic, field, match.offset, words, match.near);
+            answer.hits.append(
+                {topic, snippet.plain, snippet.styled, match.near, match.outside, words});
+        }
+        return answer;
+    }
+
+private:
+    static QList<QByteArray> bytesOf(const QList<Word> &words) {
+        QList<QByteArray> bytes;
+        for (const Word &word : words) {
+            bytes.append(word.bytes);
+        }
+        return bytes;
+    }
+
+    Match begin(qsizetype entry, bool outside) const {
+        const Topic &topic = *m_index[entry]->topic;
+        Match match;
+        match.entry = entry;
+        match.outside = outside;
+        match.dismissed = topic.status == TopicStatus::Dismissed;
+        match.foundAt = topic.foundAt.toMSecsSinceEpoch();
+        return match;
+    }
+    bool isOutside(const Topic &topic) const { return m_section && sectionOf(topic) != m_section; }
+
+    void findWords() {
+        for (qsizetype i = 0; i < m_index.size(); ++i) {
+            const SearchEntry &entry = *m_index[i];
+            if (!isShown(*entry.topic)) {
+                continue;
+            }
+            const bool outside = isOutside(*entry.topic);
+            const QList<Word> &words = outside ? m_words : m_rest;
+            Match match = begin(i, outside);
+            const auto missing = std::ranges::find_if_not(
+                words, [&](const Word &word) { return take(entry, word, match); });
+            if (missing == words.end()) {
+                m_matches.push_back(match);
+            } else if (!outside) {
+                m_missed.push_back({match, missing - words.begin()});
+            }
+        }
+    }
+
+    void findNear() {
+        if (std::ranges::count(m_matches, false, &Match::outside) >= enoughFound) {
+            return;
+        }
+        for (auto &[match, missing] : m_missed) {
+            if (nearlyMatches(*m_index[match.entry], m_rest, missing, match)) {
+                m_matches.push_back(match);
+            }
+        }
+    }
+
+    struct Missed {
+        Match match; ///< of the words that were found
+        qsizetype word = 0;
+    };
+
+    const SearchIndex &m_index;
+    std::optional<TopicSection> m_section;
+    QList<Word> m_words;
+    QList<Word> m_rest; // what the topics of the section are searched for
+    std::vector<Match> m_matches;
+    std::vector<Missed> m_missed;
+};
 
 } // namespace
 
@@ -151,36 +286,8 @@ SearchIndex indexed(const SearchIndex &old, const QList<TopicPtr> &topics) {
     return index;
 }
 
-QList<SearchHit> searched(const SearchIndex &index, const QString &query) {
-    const QList<Word> words = wordsOf(query);
-    if (words.isEmpty()) {
-        return {};
-    }
-    std::vector<Match> matches;
-    for (const auto &entry : index) {
-        if (isShown(*entry->topic)) {
-            if (const auto found = match(*entry, words)) {
-                matches.push_back(*found);
-            }
-        }
-    }
-    std::ranges::stable_sort(matches, {}, [](const Match &found) {
-        return std::tuple(found.dismissed, found.field, found.cost, -found.foundAt);
-    });
-    QList<QByteArray> texts;
-    for (const Word &word : words) {
-        texts.append(word.bytes);
-    }
-    QList<SearchHit> hits;
-    for (const Match &found : matches) {
-        if (hits.size() == maxHits) {
-            break;
-        }
-        const auto field = static_cast<SearchEntry::Field>(found.field);
-        const Snippet snippet = snippetOf(*found.entry->topic, field, found.offset, texts);
-        hits.append({found.entry->topic, snippet.plain, snippet.styled});
-    }
-    return hits;
+SearchAnswer searched(const SearchIndex &index, const SearchAsk &ask) {
+    return Search(index, ask).answer();
 }
 
 } // namespace vorle

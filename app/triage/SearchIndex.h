@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/triage/SectionOrder.h"
 #include "core/TopicStore.h"
 
 #include <QByteArray>
@@ -8,6 +9,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 namespace vorle {
 
@@ -33,18 +35,42 @@ using SearchIndex = QList<std::shared_ptr<const SearchEntry>>;
 /// The index of these topics, keeping of the old one what has not changed.
 SearchIndex indexed(const SearchIndex &old, const QList<TopicPtr> &topics);
 
+/// What is looked for.
+struct SearchAsk {
+    QString words;                       ///< as they were typed
+    std::optional<TopicSection> section; ///< one that some of the words name
+    QString rest;                        ///< the words without those that name it
+};
+
 struct SearchHit {
     TopicPtr topic;
-    QString snippet; ///< around what was found, on one line
-    QString styled;  ///< the same for Text.StyledText: escaped, what was found in bold
+    QString snippet;         ///< around what was found, on one line
+    QString styled;          ///< the same for Text.StyledText: escaped, what was found in bold
+    bool near = false;       ///< words were found that look like those that were typed
+    bool outside = false;    ///< of another section than the one that was named
+    QList<QByteArray> words; ///< what was looked for in it, folded: what marks it
+};
+
+struct SearchAnswer {
+    QList<SearchHit> hits; ///< the first `maxHits`
+    qsizetype total = 0;   ///< of all topics found
+    qsizetype outside = 0; ///< how many of those are of another section than the one named
 };
 
 inline constexpr qsizetype maxHits = 50;
 
-/// The topics in which every word of the query is found, at most `maxHits`: those whose words
-/// stand in the title first, then in the gist, then in notes, then in the read text; of equals,
-/// where they begin words before where they stand inside, then the newest. Dismissed topics come
-/// after all others; those of a run still under way are left out.
-QList<SearchHit> searched(const SearchIndex &index, const QString &query);
+/// The topics in which every word is found, in any order: those whose words stand in the title
+/// first, then in the gist, then in notes, then in the read text; of equals, where they are whole
+/// words, then where they begin one, then where they stand inside; then the newest. Where that
+/// finds only a few, titles and gists with words that look alike follow.
+///
+/// Where a section is named, its topics come first, searched by the rest of the words: all of them
+/// where there is no rest. Those of other sections follow in which every word is found, the name
+/// too. Dismissed topics come after all others; those of a run still under way are left out.
+SearchAnswer searched(const SearchIndex &index, const SearchAsk &ask);
+
+/// A line for Text.StyledText: escaped, and in bold what the words found in it; with `near`, also
+/// the letters that a word that looks alike shares with one that does not stand there.
+QString markedForSearch(const QString &line, const QList<QByteArray> &words, bool near);
 
 } // namespace vorle

@@ -2,6 +2,7 @@
 
 #include "app/triage/Gist.h"
 #include "app/triage/SearchFold.h"
+#include "app/triage/SearchNear.h"
 
 #include <algorithm>
 #include <vector>
@@ -64,7 +65,7 @@ QString cut(QByteArrayView text, qsizetype at) {
 }
 
 /// Which characters of the line belong to one of the words.
-std::vector<bool> marked(const QString &line, const QList<QByteArray> &words) {
+std::vector<bool> marked(const QString &line, const QList<QByteArray> &words, bool near) {
     QByteArray folded;
     std::vector<qsizetype> origin; // of each folded byte
     for (qsizetype i = 0; i < line.size();) {
@@ -74,18 +75,33 @@ std::vector<bool> marked(const QString &line, const QList<QByteArray> &words) {
         i += size;
     }
     std::vector<bool> bold(static_cast<std::size_t>(line.size()), false);
+    const auto mark = [&](qsizetype byte) {
+        bold[static_cast<std::size_t>(origin[static_cast<std::size_t>(byte)])] = true;
+    };
     for (const QByteArray &word : words) {
+        bool stands = false;
         for (qsizetype at = folded.indexOf(word); at >= 0; at = folded.indexOf(word, at + 1)) {
+            stands = true;
             for (qsizetype i = at; i < at + word.size(); ++i) {
-                bold[static_cast<std::size_t>(origin[static_cast<std::size_t>(i)])] = true;
+                mark(i);
+            }
+        }
+        const NearWord typed(word);
+        const auto place = near && !stands ? typed.in(folded) : std::nullopt;
+        if (place) {
+            const auto whole = QByteArrayView(folded).sliced(place->offset, place->size);
+            for (const qsizetype letter : typed.lettersIn(whole)) {
+                mark(place->offset + letter);
             }
         }
     }
     return bold;
 }
 
-QString styled(const QString &line, const QList<QByteArray> &words) {
-    const std::vector<bool> bold = marked(line, words);
+} // namespace
+
+QString markedForSearch(const QString &line, const QList<QByteArray> &words, bool near) {
+    const std::vector<bool> bold = marked(line, words, near);
     QString text;
     for (qsizetype i = 0; i < line.size();) {
         const bool in = bold[static_cast<std::size_t>(i)];
@@ -100,8 +116,6 @@ QString styled(const QString &line, const QList<QByteArray> &words) {
     }
     return text;
 }
-
-} // namespace
 
 QByteArray searchText(const Topic &topic, SearchEntry::Field field) {
     switch (field) {
@@ -119,7 +133,7 @@ QByteArray searchText(const Topic &topic, SearchEntry::Field field) {
 }
 
 Snippet snippetOf(const Topic &topic, SearchEntry::Field field, qsizetype offset,
-                  const QList<QByteArray> &words) {
+                  const QList<QByteArray> &words, bool near) {
     QByteArray text;
     qsizetype at = 0;
     if (field == SearchEntry::Title) {
@@ -129,7 +143,7 @@ Snippet snippetOf(const Topic &topic, SearchEntry::Field field, qsizetype offset
         at = unfoldedOffset(text, offset);
     }
     const QString line = cut(text, at);
-    return {line, styled(line, words)};
+    return {line, markedForSearch(line, words, near)};
 }
 
 } // namespace vorle

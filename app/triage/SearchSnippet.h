@@ -13,8 +13,9 @@ struct Snippet {
 };
 
 /// A line of the topic's text around what was found at `offset` of the folded field. A title is
-/// shown anyway: what was found there gives the beginning of the gist. `words` are folded.
+/// shown anyway: what was found there gives the beginning of the gist. `words` are folded;
+/// `near` as markedForSearch has it.
 Snippet snippetOf(const Topic &topic, SearchEntry::Field field, qsizetype offset,
-                  const QList<QByteArray> &words);
+                  const QList<QByteArray> &words, bool near);
 
 } // namespace vorle

@@ -9,6 +9,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QPalette>
 #include <QQmlComponent>
 #include <QQuickItem>
@@ -161,6 +162,58 @@ void MainWindow::raise() {
 void MainWindow::perform(KeyboardMap::Action action) {
     raise();
     QMetaObject::invokeMethod(m_window, "perform", Q_ARG(int, static_cast<int>(action)));
+}
+
+void MainWindow::choose(KeyboardMap::Action action) {
+    if (!m_window->isVisible() && !m_shell.keyboard()->isEverywhere(action) &&
+        action != KeyboardMap::SendFeedback && action != KeyboardMap::LookForUpdate) {
+        return; // nobody sees on what it would fall
+    }
+    raise();
+    QMetaObject::invokeMethod(m_window, "command", Q_ARG(int, static_cast<int>(action)));
+}
+
+void MainWindow::choose(WindowCommand command) {
+    // What the window in front makes of a key is its own.
+    const auto press = [this](Qt::Key key) {
+        QWindow *front = QGuiApplication::focusWindow();
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, Qt::ControlModifier);
+            QCoreApplication::sendEvent(front != nullptr ? front : m_window, &event);
+        }
+    };
+    switch (command) {
+    case WindowCommand::None:
+        break;
+    case WindowCommand::Close:
+        m_window->close();
+        break;
+    case WindowCommand::Minimize:
+        m_window->showMinimized();
+        break;
+    case WindowCommand::FullScreen:
+        m_window->visibility() == QWindow::FullScreen ? m_window->showNormal()
+                                                      : m_window->showFullScreen();
+        break;
+    case WindowCommand::Raise:
+        raise();
+        break;
+    case WindowCommand::Quit:
+        Q_EMIT quitAsked();
+        break;
+    case WindowCommand::Cut:
+        press(Qt::Key_X);
+        break;
+    case WindowCommand::Copy:
+        press(Qt::Key_C);
+        break;
+    case WindowCommand::Paste:
+        press(Qt::Key_V);
+        break;
+    case WindowCommand::SelectAll:
+        press(Qt::Key_A);
+        break;
+    }
 }
 
 void MainWindow::showSection(const QString &title) {

@@ -119,6 +119,13 @@ void OpenApp::followTray() {
 
 void OpenApp::followWindow() {
     connect(&m_notifier, &Notifier::sectionAsked, &m_main, &MainWindow::showSection);
+    if (MenuBar::isWanted()) {
+        m_menus = std::make_unique<MenuBar>(*m_shell.commands());
+        connect(m_menus.get(), &MenuBar::actionAsked, &m_main,
+                [this](KeyboardMap::Action action) { m_main.choose(action); });
+        connect(m_menus.get(), &MenuBar::commandAsked, &m_main,
+                [this](WindowCommand command) { m_main.choose(command); });
+    }
     connect(&m_main, &MainWindow::closed, this, [this] { windowClosed(); });
     connect(&m_main, &MainWindow::quitAsked, this, [this] { quit(); });
     connect(&m_main, &MainWindow::returnAsked, this, [this] { quit(); });

@@ -5,6 +5,7 @@
 #include "app/window/Entering.h"
 #include "app/window/Gui.h"
 #include "app/window/MainWindow.h"
+#include "app/window/MenuBar.h"
 #include "app/window/Shell.h"
 #include "app/window/SingleInstance.h"
 #include "app/window/Tray.h"
@@ -89,6 +90,7 @@ private:
     std::unique_ptr<MotionSetting> m_motion;
     MainWindow m_main;
     SharedLinks m_links;
+    std::unique_ptr<MenuBar> m_menus; // null where the system shows no menus over the screen
     Tray m_tray;
     Entering m_entering;
     CommandServer m_commands;

@@ -67,7 +67,11 @@ void Shell::makeTopicModels() {
     connect(m_actions.get(), &TopicActions::said, this, &Shell::said);
     connect(m_actions.get(), &TopicActions::firstStepAsked, this, &Shell::firstStep);
     connect(m_actions.get(), &TopicActions::readingAsked, this, &Shell::retry);
+    m_commands = std::make_unique<Commands>(Commands::Parts{
+        *m_keyboard, *m_sections, *m_actions, *m_decisions, *m_run, preferences, store.isDemo()});
+    connect(m_commands.get(), &Commands::said, this, &Shell::say);
     m_search = std::make_unique<TopicSearch>(store);
+    m_palette = std::make_unique<CommandPalette>(store, *m_commands, *m_search);
     m_page = std::make_unique<TopicPage>(store, m_parts.provenance, m_parts.briefs, clock);
 }
 

@@ -11,7 +11,9 @@
 #include "app/models/Sections.h"
 #include "app/models/TopicActions.h"
 #include "app/models/TopicListModel.h"
-#include "app/models/TopicSearch.h"
+#include "app/models/palette/CommandPalette.h"
+#include "app/models/palette/Commands.h"
+#include "app/models/palette/TopicSearch.h"
 #include "app/models/settings/AgentStates.h"
 #include "app/models/settings/OnboardingModel.h"
 #include "app/models/settings/SettingsModel.h"
@@ -61,7 +63,8 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::KeyboardMap *keyboard READ keyboard CONSTANT FINAL)
     Q_PROPERTY(vorle::Drafts *drafts READ drafts CONSTANT FINAL)
     Q_PROPERTY(vorle::RunModel *run READ run CONSTANT FINAL)
-    Q_PROPERTY(vorle::TopicSearch *search READ search CONSTANT FINAL)
+    Q_PROPERTY(vorle::Commands *commands READ commands CONSTANT FINAL)
+    Q_PROPERTY(vorle::CommandPalette *commandPalette READ commandPalette CONSTANT FINAL)
     Q_PROPERTY(vorle::TerritoryModel *territory READ territory CONSTANT FINAL)
     Q_PROPERTY(vorle::ReportModel *report READ report CONSTANT FINAL)
     Q_PROPERTY(vorle::FiguresModel *figures READ figures CONSTANT FINAL)
@@ -131,7 +134,9 @@ public:
     KeyboardMap *keyboard() const { return m_keyboard.get(); }
     Drafts *drafts() const { return m_drafts.get(); }
     RunModel *run() const { return m_run.get(); }
+    Commands *commands() const { return m_commands.get(); }
     TopicSearch *search() const { return m_search.get(); }
+    CommandPalette *commandPalette() const { return m_palette.get(); }
     TerritoryModel *territory() const { return m_territory.get(); }
     ReportModel *report() const { return m_report.get(); }
     FiguresModel *figures() const { return m_figures.get(); }
@@ -250,7 +255,9 @@ private:
     std::unique_ptr<RunModel> m_run;
     std::unique_ptr<Sections> m_sections;
     std::unique_ptr<TopicActions> m_actions;
+    std::unique_ptr<Commands> m_commands;
     std::unique_ptr<TopicSearch> m_search;
+    std::unique_ptr<CommandPalette> m_palette;
     std::unique_ptr<TerritoryModel> m_territory;
     std::unique_ptr<SettingsModel> m_settings;
     std::unique_ptr<AgentStates> m_agentStates;

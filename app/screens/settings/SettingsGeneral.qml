@@ -9,7 +9,7 @@ SettingsPage {
     required property Shell shell
     readonly property SettingsModel settings: shell.settings
     readonly property UpdateModel updates: shell.screens.updates
-    readonly property var scales: [90, 100, 115, 130]
+    readonly property var scales: [80, 90, 100, 115, 130, 150]
 
     function indexOf(word: string, words: list<string>): int {
         for (let i = 0; i < words.length; ++i) {

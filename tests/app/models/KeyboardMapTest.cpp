@@ -106,7 +106,7 @@ TEST(KeyboardMap, dispatches_what_the_sheet_says) {
         {Section::Library, Qt::Key_2, shift, Map::WorthUseful},
         {Section::Library, Qt::Key_Eacute, 0, Map::WorthUseful},
         {Section::Library, Qt::Key_Ampersand, shift, Map::NoAction},
-        {Section::Library, Qt::Key_Minus, command | Qt::KeypadModifier, Map::NoAction},
+        {Section::Library, Qt::Key_Minus, Qt::KeypadModifier, Map::NoAction},
         {Section::Report, Qt::Key_Ampersand, command, Map::GoInbox},
         {Section::Inbox, Qt::Key_6, command, Map::GoReport},
         {Section::Inbox, Qt::Key_Question, shift, Map::ShowShortcuts},
@@ -125,11 +125,26 @@ TEST(KeyboardMap, dispatches_what_the_sheet_says) {
         {Section::Reserve, Qt::Key_Space, 0, Map::ToggleCard},
         {Section::Inbox, Qt::Key_Escape, 0, Map::CloseCard},
         {Section::Inbox, Qt::Key_G, Qt::AltModifier, Map::NoAction},
+        // The size of type, wherever the signs stand: "+" needs Shift, or its key alone is meant.
+        {Section::Report, Qt::Key_Plus, command | shift, Map::LargerText},
+        {Section::Inbox, Qt::Key_Plus, command, Map::LargerText},
+        {Section::Inbox, Qt::Key_Plus, command | Qt::KeypadModifier, Map::LargerText},
+        {Section::Inbox, Qt::Key_Equal, command, Map::LargerText},
+        {Section::Inbox, Qt::Key_Minus, command, Map::SmallerText},
+        {Section::Inbox, Qt::Key_Minus, command | Qt::KeypadModifier, Map::SmallerText},
+        {Section::Inbox, Qt::Key_ParenRight, command, Map::SmallerText},
+        {Section::Inbox, Qt::Key_0, command | shift, Map::UsualText},
+        {Section::Inbox, Qt::Key_Agrave, command, Map::UsualText},
+        {Section::Inbox, Qt::Key_0, command | Qt::KeypadModifier, Map::UsualText},
+        {Section::Inbox, Qt::Key_Plus, shift, Map::NoAction},
     };
     for (const Case &each : cases) {
         EXPECT_EQ(map.action(each.section, each.key, each.modifiers, false), each.action)
             << static_cast<int>(each.section) << " " << each.key << " " << each.modifiers;
     }
+    // On a PC's French keyboard the 6 shares its key with a minus sign.
+    constexpr quint32 placeOfSix = 15;
+    EXPECT_EQ(map.action(Section::Inbox, Qt::Key_Minus, command, false, placeOfSix), Map::GoReport);
     EXPECT_EQ(map.target(Map::GoLibrary), Section::Library);
     EXPECT_FALSE(map.repeats(Map::Keep));
     EXPECT_FALSE(map.repeats(Map::Undo));

@@ -1,5 +1,6 @@
 #include "app/triage/SearchIndex.h"
 #include "app/triage/SearchFold.h"
+#include "app/triage/SearchNear.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Text.h"
 
@@ -46,12 +47,16 @@ protected:
         return *topics.back();
     }
     QString found(const char *query) const {
-        QList<TopicPtr> all(topics.begin(), topics.end());
         QStringList titles;
-        for (const SearchHit &hit : searched(indexed({}, all), text(query))) {
+        for (const SearchHit &hit : answer(query).hits) {
             titles += hit.topic->title;
         }
         return titles.join(u' ');
+    }
+    SearchAnswer answer(const char *query, std::optional<TopicSection> section = {},
+                        const char *rest = "") const {
+        return searched(indexed({}, {topics.begin(), topics.end()}),
+                        {text(query), section, text(rest)});
     }
     std::vector<std::shared_ptr<Topic>> topics;
 };
@@ -81,7 +86,7 @@ TEST_F(SearchIndexTest, shows_where_it_was_found_without_trusting_the_text) {
                            QByteArray("suite ").repeated(100);
     add("Œuvre").summary = text("Le résumé.");
     const SearchIndex index = indexed({}, {topics.begin(), topics.end()});
-    const auto hits = searched(index, text("oeuvre"));
+    const auto hits = answer("oeuvre").hits;
     ASSERT_EQ(hits.size(), 2);
     EXPECT_EQ(hits[0].snippet, text("Le résumé."));
     EXPECT_TRUE(hits[1].styled.contains(text("&lt;img&gt; d’<b>Œuvre</b> &amp; fin")))
@@ -98,13 +103,95 @@ TEST_F(SearchIndexTest, shows_where_it_was_found_without_trusting_the_text) {
     EXPECT_EQ(again[0]->topic, changed);
 }
 
-TEST_F(SearchIndexTest, gives_fifty_at_most_the_newest_first) {
+TEST_F(SearchIndexTest, gives_fifty_at_most_the_newest_first_and_counts_them_all) {
     for (int i = 0; i < 60; ++i) {
         add("same").note = QString::number(i);
     }
-    const auto hits = searched(indexed({}, {topics.begin(), topics.end()}), text("same"));
-    ASSERT_EQ(hits.size(), maxHits);
-    EXPECT_EQ(hits.first().topic->note, text("59"));
+    const SearchAnswer found = answer("same");
+    ASSERT_EQ(found.hits.size(), maxHits);
+    EXPECT_EQ(found.total, 60);
+    EXPECT_EQ(found.hits.first().topic->note, text("59"));
+}
+
+TEST_F(SearchIndexTest, has_whole_words_before_begun_ones_and_those_that_look_alike_last) {
+    add("Réactivité");
+    add("preact");
+    add("React-Native");
+    add("page").summary = text("react");
+    EXPECT_EQ(found("react"), text("React-Native Réactivité preact page"));
+    // In any order; a slip of the hand is forgiven, also beside a word that is right.
+    add("Une galerie de photographies");
+    for (const char *typed :
+         {"photo galerie", "galrie photo", "photogarphie", "phtgrphs", "GALERIES"}) {
+        EXPECT_EQ(found(typed), text("Une galerie de photographies")) << typed;
+    }
+    EXPECT_EQ(found("galerie absente"), QString());
+    EXPECT_EQ(found("phx"), QString()) << "three letters are taken as they are";
+}
+
+TEST_F(SearchIndexTest, looks_for_what_is_near_only_where_little_is_found) {
+    add("Un site");
+    for (int i = 0; i < 5; ++i) {
+        add("vite");
+    }
+    EXPECT_EQ(answer("vite").total, 5);
+    add("vide");
+    EXPECT_EQ(answer("vite").total, 6) << "five are few";
+    EXPECT_TRUE(answer("vite").hits.last().near);
+    add("vite");
+    EXPECT_EQ(answer("vite").total, 6) << "six are enough";
+}
+
+TEST_F(SearchIndexTest, a_named_section_comes_first_and_hides_nothing) {
+    add("photo").status = TopicStatus::Done;
+    add("photo");
+    add("photo bib");
+    add("autre").status = TopicStatus::Done;
+    const auto titles = [](const SearchAnswer &answer) {
+        QStringList all;
+        for (const SearchHit &hit : answer.hits) {
+            all += (hit.outside ? QStringLiteral("> ") : QString()) + hit.topic->title;
+        }
+        return all.join(u'|');
+    };
+    EXPECT_EQ(titles(answer("bib photo", TopicSection::Library, "photo")),
+              text("photo|> photo bib"));
+    EXPECT_EQ(answer("bib photo", TopicSection::Library, "photo").outside, 1);
+    EXPECT_EQ(titles(answer("bib ", TopicSection::Library, "")), text("autre|photo|> photo bib"));
+}
+
+TEST(SearchNear, tells_a_slip_from_another_word) {
+    struct Case {
+        const char *typed;
+        const char *word;
+        int mistakes; // 0: it is another word
+    };
+    const Case cases[] = {
+        {"recat", "react", 1},
+        {"raect", "reactivite", 1},
+        {"vite", "vide", 1},
+        {"vite", "site", 0},
+        {"kubernets", "kubernetes", 1},
+        {"kubrnets", "kubernetes", 2},
+        {"kbrnts", "kubernetes", 3},
+        {"kbrnts", "kybernauts", 3},
+        {"kbr", "kubernetes", 0},
+        {"ubernetes", "kubernetes", 1},
+        {"vue", "vide", 0},
+        {"photo", "pilote", 0},
+    };
+    for (const Case &each : cases) {
+        const auto place = NearWord(each.typed).in("le " + QByteArray(each.word) + ", oui");
+        EXPECT_EQ(place ? place->mistakes : 0, each.mistakes) << each.typed << " " << each.word;
+        if (place) {
+            EXPECT_EQ(place->offset, 3);
+        }
+    }
+    EXPECT_FALSE(NearWord(QByteArray(300, 'a')).in(QByteArray(300, 'a')));
+    EXPECT_FALSE(NearWord("").in("a"));
+    EXPECT_EQ(markedForSearch(text("Réact & <vue>"), {"recat", "vue"}, true),
+              text("<b>Ré</b>a<b>ct</b> &amp; &lt;<b>vue</b>&gt;"));
+    EXPECT_EQ(markedForSearch(text("Réact"), {"recat"}, false), text("Réact"));
 }
 
 } // namespace

@@ -41,10 +41,11 @@ TEST(Theme, text_stands_out_from_its_ground_in_both_appearances_and_every_accent
     };
     const std::initializer_list<std::pair<const char *, QList<const char *>>> pairs{
         {"ink", {"paper", "side", "card", "raised", "sunken", "accentTint", "well", "segment"}},
-        {"inkSoft", {"paper", "side", "card", "raised", "sunken", "accentTint", "well", "segment"}},
+        {"inkSoft",
+         {"paper", "side", "card", "raised", "sunken", "hover", "accentTint", "well", "segment"}},
         {"inkFaint", {"paper", "side", "card", "raised", "well"}},
         {"accent", {"paper", "card", "raised"}},
-        {"tintInk", {"accentTint"}},
+        {"tintInk", {"accentTint", "card", "raised", "sunken", "hover"}},
         {"accentInk", {"accent"}},
     };
     for (const bool dark : {false, true}) {
