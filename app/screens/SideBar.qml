@@ -160,7 +160,7 @@ AccessibilityBarrier {
                 width: parent.width
                 text: bar.run.running ? qsTr("Arrêter") : bar.low && Theme.textScale > 100 ? qsTr("Fouiller") : qsTr("Fouiller maintenant")
                 keys: bar.run.running || bar.keysRun.length > 3 ? "" : bar.keysRun
-                KeyNavigation.backtab: foot.visible ? help : items.count > 0 ? items.itemAt(items.count - 1) : null
+                KeyNavigation.backtab: foot.visible ? help as Item : items.count > 0 ? items.itemAt(items.count - 1) : null
                 onClicked: bar.run.running ? bar.stopAsked() : bar.runAsked()
             }
         }

@@ -164,23 +164,22 @@ void CommandPalette::appendTopics(QList<PaletteEntry> &rows) const {
 }
 
 QList<PaletteEntry> CommandPalette::recentTopics() {
-    std::vector<std::pair<qint64, const Topic *>> touched;
     const QList<TopicPtr> topics = m_store.topics();
-    for (const TopicPtr &topic : topics) {
-        if (sectionOf(*topic)) {
-            touched.emplace_back(-lastTouched(*topic), topic.get());
+    std::vector<std::pair<qint64, qsizetype>> touched; // the latest first, of equals the last added
+    for (qsizetype i = 0; i < topics.size(); ++i) {
+        if (sectionOf(*topics[i])) {
+            touched.emplace_back(-lastTouched(*topics[i]), -i);
         }
     }
     m_topics = static_cast<qsizetype>(touched.size());
-    const auto shown = static_cast<std::ptrdiff_t>(std::min(touched.size(), recentTopicCount));
-    std::ranges::partial_sort(touched, touched.begin() + shown, {},
-                              &std::pair<qint64, const Topic *>::first);
+    const std::size_t shown = std::min(touched.size(), recentTopicCount);
+    std::ranges::partial_sort(touched, touched.begin() + std::ptrdiff_t(shown));
     QList<PaletteEntry> rows;
-    for (const auto &[moment, topic] : std::span(touched).first(std::size_t(shown))) {
+    for (const auto &[moment, place] : std::span(touched).first(shown)) {
         if (rows.isEmpty()) {
             rows.append(heading(tr("Récents")));
         }
-        rows.append(topicEntry(*topic));
+        rows.append(topicEntry(*topics[-place]));
     }
     return rows;
 }

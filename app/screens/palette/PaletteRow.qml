@@ -8,6 +8,7 @@ Item {
     id: row
 
     required property paletteEntry entry
+    property bool pointed: true // the mouse is what points
     readonly property bool current: ListView.isCurrentItem
     readonly property bool found: entry.topic && entry.snippet.length > 0
 
@@ -42,7 +43,7 @@ Item {
     }
     Rectangle {
         anchors.fill: parent
-        visible: row.current || hover.hovered
+        visible: row.current || (hover.hovered && row.pointed)
         radius: Theme.radiusButton
         color: row.current ? Theme.sunken : Theme.hover
 

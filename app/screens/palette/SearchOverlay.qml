@@ -9,6 +9,7 @@ Panel {
 
     required property CommandPalette model
     property bool awaited: false // ↩ came before the answer
+    property bool pointed: false // the mouse moved since the last key: a row under one that rests is not meant
 
     readonly property real wanted: model.headings * Theme.grown(30) + model.lines * Theme.grown(38) + model.recents * Theme.grown(42) + model.hits * Theme.grown(54)
 
@@ -22,6 +23,7 @@ Panel {
     sheetHeight: Math.min(height * 0.9 - 20, head.height + foot.height + (wanted > 0 ? wanted + 2 * results.inset : Theme.grown(72)))
     onShownChanged: {
         awaited = false;
+        pointed = false;
         if (shown) {
             overlay.model.open();
             field.selectAll();
@@ -49,6 +51,7 @@ Panel {
     }
     function step(rows: int) {
         awaited = false;
+        pointed = false;
         model.step(rows);
         Qt.callLater(tell); // qmllint disable
     }
@@ -94,6 +97,7 @@ Panel {
             placeholderText: qsTr("Chercher un sujet ou une commande")
             onTextChanged: {
                 overlay.awaited = false;
+                overlay.pointed = false;
                 overlay.model.query = text;
             }
             Keys.onDownPressed: overlay.step(1)
@@ -148,12 +152,24 @@ Panel {
         keyNavigationEnabled: false
         cacheBuffer: 600 // rows that come into sight stand already
         T.ScrollBar.vertical: ScrollLine {}
+
+        HoverHandler {
+            property point last
+
+            onPointChanged: {
+                if (point.scenePosition !== last) {
+                    overlay.pointed = last !== Qt.point(0, 0) && hovered;
+                    last = point.scenePosition;
+                }
+            }
+        }
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Résultats")
 
         delegate: PaletteRow {
             required property int index
 
+            pointed: overlay.pointed
             x: results.inset
             width: results.width - 2 * x
             onPicked: overlay.take(index)

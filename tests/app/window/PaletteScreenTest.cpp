@@ -138,18 +138,19 @@ TEST_F(PaletteScreenTest, the_foot_of_the_side_bar_leads_to_settings_and_keys) {
     open();
     press(Qt::Key_Left);
     for (const auto &[word, panel] :
-         {std::pair{u"Réglages", u"Général"}, std::pair{u"Raccourcis clavier", u"Partout"}}) {
+         {std::pair{QStringLiteral("Réglages"), QStringLiteral("Général")},
+          std::pair{QStringLiteral("Raccourcis clavier"), QStringLiteral("Partout")}}) {
         for (int i = 0; i < 12; ++i) {
             const QQuickItem *item = window().activeFocusItem();
-            if (item != nullptr && item->property("text").toString() == QStringView(word)) {
+            if (item != nullptr && item->property("text").toString() == word) {
                 break;
             }
             press(Qt::Key_Tab);
         }
         press(Qt::Key_Return);
         QTest::qWait(20);
-        EXPECT_TRUE(covered()) << QString(word).toStdString();
-        EXPECT_TRUE(shownTexts().contains(QString(panel))) << QString(panel).toStdString();
+        EXPECT_TRUE(covered()) << word.toStdString();
+        EXPECT_TRUE(shownTexts().contains(panel)) << panel.toStdString();
         press(Qt::Key_Escape);
         EXPECT_FALSE(covered());
         press(Qt::Key_Left);
@@ -162,7 +163,8 @@ TEST_F(PaletteScreenTest, the_size_of_type_follows_its_keys_everywhere) {
     const auto scale = [this] { return m_app->preferences().settings().textScale; };
     press(Qt::Key_Plus, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(scale(), 115);
-    EXPECT_TRUE(shownTexts().contains(QStringLiteral("Texte à 115\u202F%")));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return shownTexts().contains(QStringLiteral("Texte à 115\u202F%")); }));
     press(Qt::Key_K, Qt::ControlModifier); // in a field, over a panel
     press(Qt::Key_Equal, Qt::ControlModifier);
     EXPECT_EQ(scale(), 130);
