@@ -12,6 +12,8 @@ AccessibilityBarrier {
     required property KeyboardMap keyboard
     readonly property string keysRun: keyboard.keys(KeyboardMap.RunNow)
     readonly property bool low: width < 220 // there is little room
+    // Nor over the card for the six and what stands below them: that takes the name's place.
+    readonly property bool tight: foot.visible && (card.y - 84 - 8 - 40) / items.count - 4 < 28
 
     signal picked(int section)
     signal runAsked
@@ -49,6 +51,7 @@ AccessibilityBarrier {
             anchors.verticalCenter: parent.verticalCenter
         }
         Title {
+            visible: !bar.tight
             text: qsTr("vorle")
             size: Theme.scaled(26)
             anchors.verticalCenter: parent.verticalCenter
@@ -71,7 +74,7 @@ AccessibilityBarrier {
                 required count
                 width: parent.width
                 // All six stand over what is below, in however low a window.
-                height: Math.max(28, Math.min(implicitHeight, (foot.y - 84 - 8) / items.count - 4))
+                height: Math.max(28, Math.min(implicitHeight, ((foot.visible && !bar.tight ? foot.y : card.y) - 84 - 8) / items.count - 4))
                 strong: entry.index === 0
                 current: bar.current === entry.index
                 onClicked: bar.picked(entry.index)
@@ -97,8 +100,8 @@ AccessibilityBarrier {
     // What menus over the screen have elsewhere.
     Row {
         id: foot
-        x: bar.low ? 18 : 24
-        y: card.y - height - 8
+        x: bar.tight ? parent.width - width - 19 : bar.low ? 18 : 24
+        y: bar.tight ? brand.y - 3 : card.y - height - 8
         height: 32
         visible: !Theme.mac
         spacing: 4
