@@ -6,6 +6,7 @@
 #include "agents/setup/WorkFolder.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <system_error>
 
@@ -33,6 +34,10 @@ public:
             file.write(script) != script.size() || !file.flush() ||
             !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
             throw std::system_error(EIO, std::generic_category(), program.toStdString());
+        }
+        file.close();
+        if (!QFileInfo(program).isExecutable()) {
+            return; // nothing runs from this file system: the login's own browser is better
         }
         const QString path = QStringLiteral("PATH");
         variables.insert(path, work.path() + u':' + variables.value(path));

@@ -19,7 +19,10 @@ using ShowPage = std::function<void(const WebLink &)>;
 /// which completes without help, and prints the address of another, which shows a code that nobody
 /// could enter here: its own page is the one. On Linux what a login opens by itself is handed to
 /// `show`, too (where it is Claude Code's) or dropped (Codex's, which is shown already): a browser
-/// that it started would end with it.
+/// that it started would end with it. Where nothing can be run from the temporary directory, and on
+/// a Mac, what a login opens by itself opens: Claude Code's page is then not told to `show`, and
+/// Codex's comes once more beside the printed one, of the same address; the first that is confirmed
+/// counts.
 /// @throws AgentError (not found), std::system_error
 /// @throws Cancelled once the login, ended because of `cancel`, is gone
 Task<bool> signInAgent(const AgentLocator &agents, AgentKind kind, ShowPage show,

@@ -51,6 +51,10 @@ Task<ExitStatus> connecter(Context &context, OnDemand<AgentSetup> setup) {
                             : French::tr("Ouvre cette page et valides-y la connexion :"));
             console.say(page.text());
         };
+        console.say(
+            French::tr("Connexion à %1 : une page va s’ouvrir dans ton navigateur, j’attends "
+                       "que tu la valides.")
+                .arg(displayName(kind)));
         if (!co_await setup->signIn(kind, show, context.cancel)) {
             throw Failure(signInFailureText());
         }
@@ -61,6 +65,10 @@ Task<ExitStatus> connecter(Context &context, OnDemand<AgentSetup> setup) {
         console.print(French::tr("%1 est déjà connecté.").arg(displayName(kind)));
     } else {
         console.print(agentReadyText(kind));
+    }
+    if (const AgentKind used = agents.choose(); used != kind) {
+        console.say(French::tr("Pour l’instant j’utilise %1 : cela se change dans les réglages.")
+                        .arg(displayName(used)));
     }
     co_return ExitStatus::Done;
 }

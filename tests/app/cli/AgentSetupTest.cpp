@@ -80,12 +80,52 @@ TEST_F(AgentSetupCommands, installs_then_signs_in_and_every_failure_says_why) {
     const Program::Outcome signedIn = vorle.run("connecter codex");
     EXPECT_EQ(signedIn.status, 0) << signedIn.err;
     EXPECT_THAT(signedIn.err, HasSubstr("https://auth.example.com/x"));
+    EXPECT_THAT(signedIn.err, HasSubstr("Connexion à Codex"));
+    EXPECT_THAT(signedIn.err, Not(HasSubstr("j’utilise")));
     EXPECT_THAT(signedIn.out, HasSubstr("Je fouillerai avec ton compte ChatGPT."));
     const Program::Outcome again = vorle.run("connecter --json");
     EXPECT_EQ(again.object()[QStringLiteral("state")].toString(), QStringLiteral("ready"));
     EXPECT_THAT(again.err, Not(HasSubstr("signing in")));
     EXPECT_FALSE(working());
+    vorle.environment.insert(QStringLiteral("VORLE_AGENT"), QStringLiteral("claude"));
+    EXPECT_THAT(vorle.run("connecter codex").err, HasSubstr("j’utilise Claude Code"));
 }
+
+#if defined(Q_OS_LINUX)
+TEST_F(AgentSetupCommands,
+       where_nothing_runs_from_the_temporary_folder_a_login_has_its_own_browser) {
+    test::writeProgram(vorle.path("home/.local/bin/xdg-open"), "echo \"$1\" > \"$HOME/opened\"\n");
+    test::writeProgram(vorle.path("home/.local/bin/claude"),
+                       "\"${BROWSER:-xdg-open}\" https://claude.example/own || exit\n"
+                       "echo '{\"oauthAccount\": {}}' > \"$HOME/.claude.json\"\n");
+    vorle.environment.remove(QStringLiteral("BROWSER"));
+    // Its temporary folder, or where it makes one of its own if others may write beside that.
+    for (const char *name : {"TMPDIR", "XDG_CACHE_HOME"}) {
+        vorle.environment.insert(QString::fromLatin1(name), vorle.path("cache"));
+    }
+    QDir().mkpath(vorle.path("cache"));
+    const auto apart = [this](const QStringList &words) -> Program::Outcome {
+        QProcess &process = vorle.command(words);
+        process.setArguments(
+            QStringList{
+                QStringLiteral("--user"), QStringLiteral("--map-root-user"),
+                QStringLiteral("--mount"), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                QStringLiteral("mount -t tmpfs -o noexec,mode=0700 tmpfs \"$XDG_CACHE_HOME\" && "
+                               "exec \"$@\""),
+                QStringLiteral("sh"), process.program()} +
+            words);
+        process.setProgram(QStringLiteral("unshare"));
+        process.start();
+        return Program::end(process);
+    };
+    if (apart({QStringLiteral("--version")}).status != 0) {
+        GTEST_SKIP() << "no file system can be mounted apart here";
+    }
+    const Program::Outcome end = apart({QStringLiteral("connecter"), QStringLiteral("claude")});
+    EXPECT_EQ(end.status, 0) << end.err;
+    EXPECT_EQ(vorle.read("home/opened").trimmed(), QByteArray("https://claude.example/own"));
+}
+#endif
 
 TEST_F(AgentSetupCommands, a_kill_leaves_a_folder_that_the_next_start_takes_away) {
     npm("echo $$ > \"$HOME/npm\"; sleep 600");
