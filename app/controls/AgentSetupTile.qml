@@ -9,11 +9,13 @@ Rectangle {
 
     required property agentState agent
     readonly property bool telling: agent.working || agent.ready || agent.problem.length > 0
-    readonly property string moment: `${telling} ${agent.installing} ${agent.ready} ${agent.problem} ${agent.page}`
+    readonly property string moment: `${telling} ${agent.installing} ${agent.ready} ${agent.problem} ${agent.installing ? "" : agent.text}`
     property bool stood: false
+    // Whoever presses the button can have read what it says.
+    readonly property bool settled: !changing.running
 
     signal picked
-    signal acted
+    signal acted(string action)
     signal pageWanted
 
     // What has to be heard by who does not see it; not how far an installation is.
@@ -90,8 +92,15 @@ Rectangle {
             text: tile.agent.action
             primary: tile.agent.chosen && !tile.agent.working
             Accessible.name: qsTr("%1, %2").arg(text).arg(tile.agent.name)
-            onClicked: tile.acted()
-            onTextChanged: if (text.length === 0 && focus) tile.forceActiveFocus(Qt.TabFocusReason) // it goes
+            onClicked: if (tile.settled) tile.acted(text)
+            onTextChanged: {
+                if (tile.stood) {
+                    changing.restart();
+                }
+                if (text.length === 0 && focus) {
+                    tile.forceActiveFocus(Qt.TabFocusReason); // it goes
+                }
+            }
         }
     }
     Column {
@@ -176,6 +185,11 @@ Rectangle {
             onWantedChanged: if (!wanted && focus) tile.forceActiveFocus(Qt.TabFocusReason)
             onClicked: tile.pageWanted()
         }
+    }
+    // A press on its way when the words changed meant the words before.
+    Timer {
+        id: changing
+        interval: Application.styleHints.mouseDoubleClickInterval
     }
     Announcer {
         id: voice

@@ -166,6 +166,7 @@ PanelHost {
         onGone: panels.gone()
         sourceComponent: ClosingPanel {
             run: panels.shell.run
+            agents: panels.shell.agentStates
             onConfirmed: panels.quitAsked()
         }
     }

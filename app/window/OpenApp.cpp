@@ -1,7 +1,6 @@
 #include "app/window/OpenApp.h"
 
 #include "app/cli/Command.h"
-#include "app/models/settings/AgentStates.h"
 #include "app/window/ShellParts.h"
 #include "app/wiring/Application.h"
 #include "base/French.h"
@@ -9,8 +8,6 @@
 
 #include <QApplication>
 #include <QTimer>
-
-#include <algorithm>
 
 namespace vorle {
 
@@ -171,11 +168,7 @@ void OpenApp::followUpdates() {
 
 /// Whether leaving would break off what the person waits for.
 bool OpenApp::isBusy(const SearchEngine &engine) const {
-    const QList<AgentState> &agents = m_shell.agentStates()->states();
-    return engine.phase() != SearchEngine::Phase::Idle ||
-           std::any_of(agents.begin(), agents.end(), [](const AgentState &agent) {
-               return agent.working; // it is being installed, or signed in to
-           });
+    return engine.phase() != SearchEngine::Phase::Idle || m_shell.isAtWork();
 }
 
 Task<> OpenApp::updatesStopped() {
@@ -255,7 +248,7 @@ void OpenApp::windowClosed() {
     m_main.finishEditing();
     if (!m_tray.show()) {
         // With nothing left to reach it by, a hidden app would only be in the way.
-        m_shell.run()->running() ? m_main.askToClose() : quit();
+        m_shell.isAtWork() ? m_main.askToClose() : quit();
         return;
     }
     m_main.window().hide();

@@ -156,6 +156,8 @@ bool Shell::demoReturns() const {
     return isDemo() && qEnvironmentVariableIsSet(DemoProcess::returnVariable);
 }
 
+bool Shell::isAtWork() const { return m_run->running() || m_agentStates->isWorking(); }
+
 QString Shell::agent() const { return json::rawText(m_parts.agents.choose()); }
 
 void Shell::followAgent() {

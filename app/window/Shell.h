@@ -155,6 +155,9 @@ public:
     QString remedy() const;
     bool isDemo() const { return m_parts.store.isDemo(); }
     bool demoReturns() const;
+    /// Whether a run is under way, an agent's installation or a sign-in: who closes for good is
+    /// asked first.
+    bool isAtWork() const;
 
     /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
     Q_INVOKABLE void openLink(const QString &url);

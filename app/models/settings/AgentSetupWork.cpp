@@ -6,6 +6,8 @@
 #include "base/SystemErrorText.h"
 #include "platform/LinkOpener.h"
 
+#include <QTimer>
+
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -31,6 +33,7 @@ void AgentSetupWork::begin(AgentKind kind) {
     }
     using Doing = SetupMoment::Doing;
     const bool missing = readiness == AgentReadiness::Missing;
+    state(kind).known = readiness;
     const CancelToken token = state(kind).cancel.emplace().token();
     set(kind, {.doing = missing ? Doing::Installing : Doing::SigningIn});
     m_work.add(see(kind, missing ? install(kind, token) : signIn(kind, token)));
@@ -53,6 +56,37 @@ void AgentSetupWork::recover() {
     m_work.add(logged(recovered(this), QStringLiteral("setting an agent up")));
 }
 
+void AgentSetupWork::look() {
+    for (const AgentKind kind : {AgentKind::Claude, AgentKind::Codex}) {
+        const AgentReadiness readiness = m_setup.agents().readiness(kind);
+        const SetupMoment &now = moment(kind);
+        if (now.doing == SetupMoment::Doing::Nothing && readiness != now.about &&
+            !now.problem.isEmpty()) {
+            set(kind, {});
+        } else if (now.doing == SetupMoment::Doing::SigningIn &&
+                   readiness == AgentReadiness::Ready &&
+                   state(kind).known != AgentReadiness::Ready) {
+            endSoon(kind);
+            tellOfStep(kind);
+        }
+    }
+}
+
+/// Ends a login that waits for what has been done elsewhere. It may also be our own that has just
+/// been confirmed: that one has its page and its files still to finish, and ends by itself.
+void AgentSetupWork::endSoon(AgentKind kind) {
+    constexpr std::chrono::seconds toFinish(3);
+    QTimer::singleShot(toFinish, this, [login = *state(kind).cancel]() mutable { login.cancel(); });
+}
+
+/// Tells of an agent that is nearer to working than it was when the work on it began.
+void AgentSetupWork::tellOfStep(AgentKind kind) {
+    const AgentReadiness now = m_setup.agents().readiness(kind);
+    if (now < std::exchange(state(kind).known, now)) { // Ready comes first
+        Q_EMIT succeeded();
+    }
+}
+
 Task<> AgentSetupWork::stopped() {
     stop(AgentKind::Claude);
     stop(AgentKind::Codex);
@@ -62,12 +96,11 @@ Task<> AgentSetupWork::stopped() {
 /// Awaits the work, and tells how it ended.
 Task<> AgentSetupWork::see(AgentKind kind, Task<> work) {
     const bool installing = moment(kind).doing == SetupMoment::Doing::Installing;
-    SetupMoment after;
-    bool done = false;
+    SetupMoment after{.about = state(kind).known};
     try {
         co_await work;
-        done = true;
         after.problem = std::exchange(state(kind).doubt, QString());
+        after.about = m_setup.agents().readiness(kind);
     } catch (const Cancelled &) {
         // The person asked for it, and sees it.
     } catch (const SetupError &error) {
@@ -83,9 +116,8 @@ Task<> AgentSetupWork::see(AgentKind kind, Task<> work) {
     }
     state(kind).cancel.reset();
     set(kind, after);
-    if (done) {
-        Q_EMIT succeeded();
-    }
+    // Stopped or failed, it may have done its work all the same.
+    tellOfStep(kind);
 }
 
 Task<> AgentSetupWork::install(AgentKind kind, CancelToken cancel) {
@@ -110,11 +142,10 @@ void AgentSetupWork::tell(AgentKind kind, const DownloadProgress &progress) {
 }
 
 void AgentSetupWork::show(AgentKind kind, const WebLink &page) {
-    if (!m_links.open(page)) {
-        SetupMoment now = moment(kind);
-        now.page = page.text();
-        set(kind, now);
-    }
+    SetupMoment now = moment(kind);
+    now.page = page.text();
+    now.untaken = !m_links.open(page);
+    set(kind, now);
 }
 
 } // namespace vorle

@@ -20,8 +20,10 @@ struct SetupMoment {
     /// Why the last try came to nothing, or what is doubtful of what it brought, a sentence.
     QString problem = {};
     QString detail = {}; ///< what the system said of it, a sentence
-    /// The page to confirm on, where no browser took it.
-    QString page = {};
+    /// What the agent is or was by that: of another the problem tells nothing.
+    AgentReadiness about = AgentReadiness::Missing;
+    QString page = {};    ///< where to confirm the sign-in that waits
+    bool untaken = false; ///< no browser took that page
 
     bool operator==(const SetupMoment &) const = default;
 };
@@ -43,25 +45,31 @@ public:
     void recover();
     /// Ends what is under way; nothing is told of it.
     void stop(AgentKind kind);
+    /// Looks at the agents again: forgets a problem of one that is no longer what it was, and ends
+    /// a sign-in that waits where the user has signed in elsewhere.
+    void look();
     /// Stops all, and waits for its end.
     Task<> stopped();
 
 Q_SIGNALS:
     void changed();
-    /// An agent was installed, or signed in to.
+    /// An agent was installed, or signed in to; once for each, however what was under way ended.
     void succeeded();
 
 private:
     struct State {
         SetupMoment moment;
-        std::optional<CancelSource> cancel;
-        QString doubt = {}; ///< of what was just installed
+        std::optional<CancelSource> cancel;             // of what is under way
+        AgentReadiness known = AgentReadiness::Missing; // then, as far as it was told
+        QString doubt = {};                             // of what was just installed
     };
     static constexpr std::size_t kinds = 2;
 
     State &state(AgentKind kind) { return m_states.at(static_cast<std::size_t>(kind)); }
     const State &state(AgentKind kind) const { return m_states.at(static_cast<std::size_t>(kind)); }
     void set(AgentKind kind, const SetupMoment &moment);
+    void tellOfStep(AgentKind kind);
+    void endSoon(AgentKind kind);
     Task<> install(AgentKind kind, CancelToken cancel);
     Task<> signIn(AgentKind kind, CancelToken cancel);
     Task<> see(AgentKind kind, Task<> work);

@@ -32,7 +32,14 @@ bool AgentStates::isReady() const {
                                [](const AgentState &state) { return state.chosen && state.ready; });
 }
 
+bool AgentStates::isWorking() const { return std::ranges::any_of(m_states, &AgentState::working); }
+
+bool AgentStates::isInstalling() const {
+    return std::ranges::any_of(m_states, &AgentState::installing);
+}
+
 void AgentStates::refresh() {
+    m_work.look();
     QList<AgentState> fresh = look();
     if (fresh != m_states) {
         m_states = std::move(fresh);
@@ -40,17 +47,19 @@ void AgentStates::refresh() {
     }
 }
 
-void AgentStates::act(const QString &kind) {
+void AgentStates::act(const QString &kind, const QString &action) {
+    refresh(); // it may have been installed, or signed in to, meanwhile
     const auto agent = json::fromRaw<AgentKind>(kind);
-    if (!agent || !m_parts.settable) {
+    const auto row = std::ranges::find(m_states, kind, &AgentState::kind);
+    if (!agent || row == m_states.end() || action.isEmpty() || row->action != action) {
         return;
     }
-    if (m_work.moment(*agent).doing != SetupMoment::Doing::Nothing) {
+    if (row->working) {
         m_work.stop(*agent);
     } else {
         m_work.begin(*agent);
     }
-    refresh(); // it may be ready by now
+    refresh();
 }
 
 void AgentStates::copyPage(const QString &kind) {
@@ -63,22 +72,25 @@ AgentState AgentStates::looked(AgentKind kind) const {
     using Doing = SetupMoment::Doing;
     const SetupMoment &moment = m_work.moment(kind);
     const AgentReadiness readiness = m_parts.agents.readiness(kind);
+    const bool installing = moment.doing == Doing::Installing;
+    // Signed in elsewhere, nothing is waited for.
+    const bool signingIn = moment.doing == Doing::SigningIn && readiness != AgentReadiness::Ready;
     AgentState state{.kind = json::rawText(kind),
                      .name = displayName(kind),
                      .state = readinessLabel(readiness),
-                     .page = moment.page,
-                     .working = moment.doing != Doing::Nothing,
-                     .installing = moment.doing == Doing::Installing,
+                     .page = signingIn ? moment.page : QString(),
+                     .working = installing || signingIn,
+                     .installing = installing,
                      .percent = moment.percent};
-    if (state.installing) {
+    if (installing) {
         state.text = installingText(moment.percent);
         state.note = installingNote();
-    } else if (state.working) {
+    } else if (signingIn) {
         state.text =
-            state.page.isEmpty()
-                ? signInPageText()
-                : tr("Je n’ai pas pu ouvrir ton navigateur\u00A0: ouvre toi-même la page de "
-                     "connexion, puis valide.");
+            moment.untaken
+                ? tr("Je n’ai pas pu ouvrir ton navigateur\u00A0: ouvre toi-même la page de "
+                     "connexion, puis valide.")
+                : signInPageText();
     } else if (readiness == AgentReadiness::Ready) {
         state.text = agentReadyText(kind);
         state.note = quotaText();

@@ -40,7 +40,7 @@ public:
     QString note = {};    ///< more on it; or ""
     QString problem = {}; ///< why the last try to set it up came to nothing, sentences; or ""
     QString action = {};  ///< what a button does next ("Installer"); "" where there is nothing
-    QString page = {};    ///< where to confirm a sign-in that no browser could be opened on; or ""
+    QString page = {};    ///< where to confirm the sign-in that waits; or ""
     bool ready = false;
     bool chosen = false;     ///< the one that is used, by the user's choice or for being ready
     bool working = false;    ///< it is being set up: the button stops that
@@ -60,6 +60,9 @@ class AgentStates final : public QObject {
     Q_PROPERTY(QVariantList rows READ rows NOTIFY changed FINAL) ///< of AgentState
     /// Whether the one that is used can work.
     Q_PROPERTY(bool ready READ isReady NOTIFY changed FINAL)
+    /// Whether one is being installed or signed in to, and whether one is being installed.
+    Q_PROPERTY(bool working READ isWorking NOTIFY changed FINAL)
+    Q_PROPERTY(bool installing READ isInstalling NOTIFY changed FINAL)
 
 public:
     struct Parts {
@@ -75,10 +78,13 @@ public:
     QVariantList rows() const;
     const QList<AgentState> &states() const { return m_states; }
     bool isReady() const;
+    bool isWorking() const;
+    bool isInstalling() const;
     /// Looks at the machine again.
     Q_INVOKABLE void refresh();
-    /// Does what the agent's button says: installs it, has the user sign in, or stops that.
-    Q_INVOKABLE void act(const QString &kind);
+    /// Does what the agent's button said, its `action`: installs it, has the user sign in, or stops
+    /// that. Where that is no longer what there is to do, shows what is, and does nothing.
+    Q_INVOKABLE void act(const QString &kind, const QString &action);
     /// Puts the address of the page to confirm on onto the pasteboard.
     Q_INVOKABLE void copyPage(const QString &kind);
     /// Stops what is under way, and waits for its end.

@@ -26,7 +26,7 @@ OnboardingStep {
             width: step.width
             agent: step.shell.agentStates.rows[index]
             onPicked: step.shell.settings.agent = agent.kind
-            onActed: step.shell.agentStates.act(agent.kind)
+            onActed: action => step.shell.agentStates.act(agent.kind, action)
             onPageWanted: step.shell.agentStates.copyPage(agent.kind)
         }
     }

@@ -36,7 +36,7 @@ SettingsPage {
                     width: agents.width
                     agent: page.shell.agentStates.rows[index]
                     onPicked: page.settings.agent = agent.kind
-                    onActed: page.shell.agentStates.act(agent.kind)
+                    onActed: action => page.shell.agentStates.act(agent.kind, action)
                     onPageWanted: page.shell.agentStates.copyPage(agent.kind)
                 }
             }
