@@ -30,6 +30,7 @@ Item {
     property real clock: 0 // ms
     property int begins: 0
     property int lasts: 0
+    property int reveals: 0
     property real heightFrom: 0
     property real badgeFrom: 0
     property real badgeSize: open ? 64 : 40
@@ -87,7 +88,9 @@ Item {
         badgeFrom = badgeSize;
         begins = follows ? Theme.fold - Theme.rise : 0;
         lasts = follows ? Theme.rise : Theme.fold;
-        motion.to = begins + lasts + (shown < 1 ? Theme.reveal : 0);
+        // Where nothing folds over it there is no need to wait for the whole height.
+        reveals = follows ? begins + lasts : lasts / 2;
+        motion.to = Math.max(begins + lasts, shown < 1 ? reveals + Theme.reveal : 0);
         motion.start();
     }
     function follow() {
@@ -95,7 +98,7 @@ Item {
         height = heightFrom + (wholeHeight - heightFrom) * way;
         badgeSize = badgeFrom + ((open ? 64 : 40) - badgeFrom) * way;
         if (shown < 1) {
-            shown = Math.max(0, Math.min(1, (clock - begins - lasts) / Theme.reveal));
+            shown = Math.max(shown, Math.min(1, (clock - reveals) / Theme.reveal));
         }
     }
     function rest() {
