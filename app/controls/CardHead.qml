@@ -38,6 +38,7 @@ Item {
         y: facts.y
         width: Math.min(implicitWidth, Math.max(0, facts.end) * (facts.text.length > 0 ? 0.6 : 1))
         text: head.topic.subject
+        horizontalAlignment: Text.AlignLeft
         color: Theme.inkSoft
         font.pixelSize: Theme.textNote
         font.weight: Font.Medium
@@ -51,7 +52,7 @@ Item {
 
         readonly property real end: head.open ? head.upperEnd : head.lowerEnd
 
-        x: place.text.length > 0 ? place.width : 0
+        x: place.text.length > 0 ? place.contentWidth : 0
         y: head.open ? 0 : title.implicitHeight
         width: Math.max(0, end - x)
         visible: width > 40

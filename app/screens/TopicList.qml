@@ -116,7 +116,7 @@ ListView {
         foldsFrom: list.foldsFrom
         selection: list.selection
         tight: list.height < Theme.grown(440)
-        tiny: list.height < Theme.grown(380)
+        tiny: list.height < (380 + Theme.grown(380)) / 2
         held: list.held
         actions: list.shell.actions.buttons(list.selection.list.section, topic)
         undoKeys: list.undoKeys
