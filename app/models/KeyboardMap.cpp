@@ -65,6 +65,13 @@ constexpr Binding moveKeys[] = {{Qt::Key_Up, plain, Map::Previous, u"↑"},
                                 {Qt::Key_Down, plain, Map::Next, u"↓"}};
 constexpr Binding topicKeys[] = {{Qt::Key_Up, command, Map::PreviousTopic, u"⌘↑"},
                                  {Qt::Key_Down, command, Map::NextTopic, u"⌘↓"}};
+// As many lists and readers have it, beside the arrows.
+constexpr Binding turnKeys[] = {{Qt::Key_K, plain, Map::Previous, u"K"},
+                                {Qt::Key_J, plain, Map::Next, u"J"}};
+constexpr Binding sourceKeys[] = {{Qt::Key_O, plain, Map::OpenSource, u"O"},
+                                  {Qt::Key_Return, plain, Map::OpenSource, u"↩"},
+                                  {Qt::Key_Enter, plain, Map::OpenSource, u"↩"}};
+constexpr Binding copyKeys[] = {{Qt::Key_C, command, Map::CopyLink, u"⌘C"}};
 constexpr Binding keepKeys[] = {{Qt::Key_G, plain, Map::Keep, {}}};
 constexpr Binding laterKeys[] = {{Qt::Key_L, plain, Map::Later, {}}};
 constexpr Binding dismissKeys[] = {{Qt::Key_X, plain, Map::Dismiss, {}}};
@@ -144,6 +151,9 @@ public:
         {Group::Inbox, u"↑ ↓", QT_TR_NOOP("Sujet précédent, suivant"), KeyScope::EverySection,
          moveKeys},
         {Group::Inbox, {}, {}, KeyScope::EveryList, topicKeys},
+        {Group::Inbox, {}, {}, KeyScope::EveryList, turnKeys},
+        {Group::Inbox, {}, {}, KeyScope::EveryList, sourceKeys},
+        {Group::Inbox, {}, {}, KeyScope::EveryList, copyKeys},
         {Group::Inbox, u"G", QT_TR_NOOP("Garder au programme"), KeyScope::Group, keepKeys},
         {Group::Inbox, u"L", QT_TR_NOOP("Plus tard (réserve)"), KeyScope::Group, laterKeys},
         {Group::Inbox, u"X", QT_TR_NOOP("Pas pour moi"), KeyScope::Group, dismissKeys},
@@ -244,11 +254,11 @@ Press normal(int key, int modifiers, quint32 scanCode = 0) {
     return {key, shiftMakesIt ? modifiers & ~static_cast<int>(Qt::ShiftModifier) : modifiers};
 }
 
-/// Text fields move, type, undo and end with these keys themselves.
+/// Text fields move, type, copy, undo and end with these keys themselves.
 bool editsText(const Binding &binding) {
     return (binding.modifiers & command) == 0 || binding.key == Qt::Key_Z ||
            binding.key == Qt::Key_Up || binding.key == Qt::Key_Down ||
-           binding.action == Map::FirstStep;
+           binding.action == Map::FirstStep || binding.action == Map::CopyLink;
 }
 
 } // namespace

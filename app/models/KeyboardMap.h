@@ -103,7 +103,9 @@ public:
         StopRun,       ///< has no key: the run under way
         LargerText,    ///< these three have no row in the sheet
         SmallerText,
-        UsualText
+        UsualText,
+        OpenSource,    ///< these two have no row in the sheet: the topic's link, in the browser
+        CopyLink       ///< or onto the pasteboard
     };
     Q_ENUM(Action)
 

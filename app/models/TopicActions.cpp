@@ -73,7 +73,8 @@ QString TopicActions::keysHint(sections::Section section) const {
 }
 
 bool TopicActions::needsSight(Map::Action action) const {
-    return decisionOf(action) != nullptr || action == Map::FirstStep || action == Map::Correct;
+    return decisionOf(action) != nullptr || action == Map::FirstStep || action == Map::Correct ||
+           action == Map::OpenSource || action == Map::CopyLink;
 }
 
 bool TopicActions::perform(Map::Action action) {
@@ -101,6 +102,16 @@ bool TopicActions::perform(Map::Action action) {
     case Map::FirstStep:
         if (!id.isEmpty()) {
             Q_EMIT firstStepAsked(id);
+        }
+        return true;
+    case Map::OpenSource:
+        if (!id.isEmpty()) {
+            Q_EMIT sourceAsked(id);
+        }
+        return true;
+    case Map::CopyLink:
+        if (!id.isEmpty()) {
+            Q_EMIT linkCopyAsked(id);
         }
         return true;
     case Map::ReadAgain:

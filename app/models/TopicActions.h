@@ -57,6 +57,9 @@ Q_SIGNALS:
     void decidedUnderPage(const QString &sentence);
     /// A topic's first step is to be taken with the agent.
     void firstStepAsked(const QString &topicId);
+    /// A topic's link is to be opened, or copied.
+    void sourceAsked(const QString &topicId);
+    void linkCopyAsked(const QString &topicId);
     /// A captured link is to be read once more.
     void readingAsked(const QString &topicId);
 

@@ -67,6 +67,9 @@ void Shell::makeTopicModels() {
     connect(m_actions.get(), &TopicActions::said, this, &Shell::said);
     connect(m_actions.get(), &TopicActions::firstStepAsked, this, &Shell::firstStep);
     connect(m_actions.get(), &TopicActions::readingAsked, this, &Shell::retry);
+    connect(m_actions.get(), &TopicActions::sourceAsked, this,
+            [this](const QString &id) { openLink(linkOf(id)); });
+    connect(m_actions.get(), &TopicActions::linkCopyAsked, this, &Shell::copyLinkOf);
     m_commands = std::make_unique<Commands>(Commands::Parts{
         *m_keyboard, *m_sections, *m_actions, *m_decisions, *m_run, preferences, store.isDemo()});
     connect(m_commands.get(), &Commands::said, this, &Shell::say);
@@ -258,6 +261,16 @@ void Shell::firstStep(const QString &topicId) {
     if (const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId))) {
         m_work.add(logged(launch(this, m_parts.launcher, *topic), QStringLiteral("first step")));
     }
+}
+
+QString Shell::linkOf(const QString &topicId) const {
+    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
+    return topic && topic->mainSource() != nullptr ? topic->mainSource()->url : QString();
+}
+
+void Shell::copyLinkOf(const QString &topicId) {
+    m_parts.pasteboard.replace(linkOf(topicId));
+    say(tr("Lien copié."));
 }
 
 QString Shell::linkOnPasteboard() const {

@@ -240,6 +240,9 @@ private:
     /// What was told of it is another by now, or nothing; nothing comes of what was put away.
     void retell(Matter matter, const QString &text);
     void dismissNotices(Matter matter);
+    void copyLinkOf(const QString &topicId);
+    /// Of its main source; "" for none.
+    QString linkOf(const QString &topicId) const;
     void say(const QString &sentence);
 
     static Task<> launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic);
