@@ -7,6 +7,7 @@ TextEdit {
     id: words
 
     property real leading: Theme.leading
+    property string code: "" // a passage that is set as code
 
     readOnly: true
     activeFocusOnPress: false
@@ -35,5 +36,7 @@ TextEdit {
     TextLeading {
         document: words.textDocument
         height: words.leading
+        code: words.code
+        codeFamily: Theme.codeFamily
     }
 }

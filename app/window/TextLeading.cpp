@@ -28,6 +28,22 @@ void TextLeading::setHeight(qreal height) {
     }
 }
 
+void TextLeading::setCode(const QString &code) {
+    if (m_code != code) {
+        m_code = code;
+        apply();
+        Q_EMIT changed();
+    }
+}
+
+void TextLeading::setCodeFamily(const QString &family) {
+    if (m_codeFamily != family) {
+        m_codeFamily = family;
+        apply();
+        Q_EMIT changed();
+    }
+}
+
 void TextLeading::apply() {
     if (!m_document || m_applying) {
         return;
@@ -40,6 +56,12 @@ void TextLeading::apply() {
     QTextCursor cursor(document);
     cursor.select(QTextCursor::Document);
     cursor.mergeBlockFormat(format);
+    if (QTextCursor passage = m_code.isEmpty() ? QTextCursor() : document->find(m_code);
+        passage.hasSelection()) {
+        QTextCharFormat code;
+        code.setFontFamilies({m_codeFamily});
+        passage.mergeCharFormat(code);
+    }
     m_applying = false;
 }
 
