@@ -77,6 +77,17 @@ void bring(RunReport &run, const QList<Topic> &topics) {
     }
 }
 
+/// Gives it the pictures of its sources, as a run would have found them.
+void picture(Topic &topic, const QList<Picture> &pictures) {
+    for (const TopicSource &source : topic.sources) {
+        for (const Picture &each : pictures) {
+            if (each.url == source.url) {
+                topic.gallery += each;
+            }
+        }
+    }
+}
+
 } // namespace
 
 DemoPast demoPast(const QByteArray &data, const QList<Topic> &waiting, const QDateTime &now,
@@ -98,6 +109,9 @@ DemoPast demoPast(const QByteArray &data, const QList<Topic> &waiting, const QDa
         bring(past.runs.last(), waiting);
     }
     past.topics += waiting;
+    for (Topic &topic : past.topics) {
+        picture(topic, past.pictures);
+    }
     return past;
 }
 

@@ -20,13 +20,20 @@ struct DemoPast {
     QList<RunReport> runs; ///< oldest first; the last one brought what waits in "À trier"
     QList<Topic> topics;   ///< all decided, in the order they were found
     QList<ScoreProvenance> provenance;
+    QList<Picture> pictures; ///< by the link of a source: that of each topic which has it
 
     static constexpr auto jsonFields() {
         return std::tuple(
             json::field("week", &DemoPast::week), json::field("runs", &DemoPast::runs),
-            json::field("topics", &DemoPast::topics), json::field("notes", &DemoPast::provenance));
+            json::field("topics", &DemoPast::topics), json::field("notes", &DemoPast::provenance),
+            json::field("pictures", &DemoPast::pictures));
     }
 };
+
+/// The file in the picture cache for one of the demonstration's drawings.
+inline QString demoPictureFile(const QString &drawing) {
+    return QStringLiteral("demo-") + drawing + QStringLiteral(".img");
+}
 
 /// That past as it would be now: its present week is the one around `now`, each day stays the day
 /// of the week it is, and each hour the same on a clock in `zone`. What would lie ahead comes to

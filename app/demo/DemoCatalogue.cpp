@@ -80,6 +80,8 @@ DemoPage readPage(const QString &file, const QDate &today) {
             page.kind = value;
         } else if (key == u"about") {
             page.about = value.split(QStringLiteral(", "));
+        } else if (key == u"picture") {
+            page.picture = value;
         } else if (key == u"copy") {
             page.copy = value;
         } else if (key == u"blogged") {

@@ -28,6 +28,7 @@ struct DemoPage {
     QString description; ///< empty: none
     QString kind;        ///< raw string of an ItemKind
     QStringList about;   ///< the dependencies, tools and subjects it answers; empty: not searched
+    QString picture;     ///< which of the demonstration's drawings it names as its own; or empty
     QString copy;        ///< of a dead page, the path of one that tells the same news; or empty
     int blogged = 0;     ///< days since the blog announced it, 0: it did not
     Shape shape = Shape::Article;

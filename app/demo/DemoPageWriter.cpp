@@ -1,5 +1,6 @@
 #include "app/demo/DemoPageWriter.h"
 
+#include <QFile>
 #include <QStringList>
 
 namespace vorle {
@@ -47,6 +48,10 @@ QString head(const DemoPage &page) {
     QString html = QStringLiteral("<meta charset=\"utf-8\">\n<title>%1 | %2</title>\n")
                        .arg(escaped(page.title), QStringLiteral("Le Relevé"));
     html += meta(QStringLiteral("property"), QStringLiteral("og:title"), page.title);
+    if (!page.picture.isEmpty()) {
+        html += meta(QStringLiteral("property"), QStringLiteral("og:image"),
+                     demoPictureFolder() + page.picture + QStringLiteral(".png"));
+    }
     if (page.shape == DemoPage::Shape::Main) {
         html += QStringLiteral("<meta content=\"%1\" name=\"description\">\n")
                     .arg(escaped(page.description));
@@ -81,6 +86,19 @@ QString body(const DemoPage &page) {
 }
 
 } // namespace
+
+std::optional<DemoBody> pictureAnswer(const QString &path) {
+    if (!path.startsWith(demoPictureFolder())) {
+        return std::nullopt;
+    }
+    const QString name = path.sliced(demoPictureFolder().size());
+    QFile picture(QStringLiteral(":/vorle/demo/pictures/") + name);
+    if (name.contains(u'/') || !name.endsWith(QStringLiteral(".png")) ||
+        !picture.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    return DemoBody{"image/png", picture.readAll()};
+}
 
 DemoBody writePage(const DemoPage &page) {
     switch (page.shape) {

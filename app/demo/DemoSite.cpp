@@ -138,8 +138,11 @@ void DemoSite::answer(QTcpSocket *socket, const QByteArray &head) {
     }
     const bool keep = request[2] != "HTTP/1.0" &&
                       headerValue(lines, "connection").compare("close", Qt::CaseInsensitive) != 0;
-    const auto body = page ? std::optional(writePage(*page))
-                           : blogAnswer(m_catalogue, QString::fromLatin1(path), address());
+    auto body = page ? std::optional(writePage(*page))
+                     : blogAnswer(m_catalogue, QString::fromLatin1(path), address());
+    if (!body) {
+        body = pictureAnswer(QString::fromLatin1(path));
+    }
     const DemoBody missing{"text/html; charset=utf-8", "<h1>Page introuvable</h1>\n"};
     socket->write(body ? response("200 OK", *body, !headOnly, keep)
                        : response("404 Not Found", missing, !headOnly, keep));

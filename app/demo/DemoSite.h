@@ -10,10 +10,11 @@ class QTcpSocket;
 
 namespace vorle {
 
-/// The pages and the blog of the demonstration over plain HTTP/1.1, on this machine alone
-/// (127.0.0.1, a port the system chooses). GET and HEAD; connections are kept; a request larger
-/// than 16 KB, a body or anything that is not HTTP is refused and the connection closed. Nothing is
-/// read from disk: a path is looked up among the pages and that is all. Main thread only.
+/// The pages, their pictures and the blog of the demonstration over plain HTTP/1.1, on this machine
+/// alone (127.0.0.1, a port the system chooses). GET and HEAD; connections are kept; a request
+/// larger than 16 KB, a body or anything that is not HTTP is refused and the connection closed.
+/// Nothing is read from disk: a path is looked up among the pages and that is all. Main thread
+/// only.
 class DemoSite final : public QObject {
     Q_OBJECT
 public:

@@ -3,6 +3,7 @@
 #include "agents/TemporaryFiles.h"
 #include "app/demo/DemoBlog.h"
 #include "base/French.h"
+#include "core/DemoPast.h"
 #include "core/Preferences.h"
 
 #include <QCoreApplication>
@@ -23,7 +24,7 @@ const QString potager = QStringLiteral("Potager");
 
 [[noreturn]] void fail(const QString &text) { throw std::runtime_error(text.toStdString()); }
 
-void makeFolder(const QString &path) {
+void makeDemoFolder(const QString &path) {
     if (!QDir().mkpath(path)) {
         fail(French::tr("Le dossier de démonstration n’a pas pu être créé : %1").arg(path));
     }
@@ -50,12 +51,14 @@ Demonstration::Demonstration() : m_folder(QDir::tempPath() + QStringLiteral("/vo
     m_use.emplace(inUse(m_folder.path()));
     makeHome();
     makeProjects();
+    makePictures();
     m_site = std::make_unique<DemoSite>(DemoCatalogue(QDate::currentDate()));
 }
 
 QMap<QString, QString> Demonstration::environment() const {
     return {{QStringLiteral("VORLE_HOME"), home()},
-            {QStringLiteral("VORLE_DEMO_SITE"), m_site->address()}};
+            {QStringLiteral("VORLE_DEMO_SITE"), m_site->address()},
+            {QStringLiteral("VORLE_PICTURES"), pictures()}};
 }
 
 void Demonstration::populate(Preferences &preferences) const {
@@ -102,7 +105,7 @@ void Demonstration::makeHome() const {
         fail(French::tr("L’agent de démonstration est introuvable : %1").arg(agent));
     }
     const QString programs = home() + QStringLiteral("/.local/bin");
-    makeFolder(programs);
+    makeDemoFolder(programs);
     for (const QString &name : {QStringLiteral("claude"), QStringLiteral("codex")}) {
         const QString link = programs + u'/' + name;
         if (!QFile::link(agent, link)) {
@@ -111,13 +114,13 @@ void Demonstration::makeHome() const {
     }
     writeFile(home() + QStringLiteral("/.claude.json"),
               R"({"oauthAccount": {"displayName": "Démonstration"}})");
-    makeFolder(home() + QStringLiteral("/.codex"));
+    makeDemoFolder(home() + QStringLiteral("/.codex"));
     writeFile(home() + QStringLiteral("/.codex/auth.json"), R"({"tokens": {}})");
 }
 
 void Demonstration::makeProjects() const {
-    makeFolder(projectFolder(potager));
-    makeFolder(projectFolder(tiravue));
+    makeDemoFolder(projectFolder(potager));
+    makeDemoFolder(projectFolder(tiravue));
     for (const QString &name :
          {QStringLiteral("package.json"), QStringLiteral("package-lock.json")}) {
         QFile source(QStringLiteral(":/vorle/demo/tiravue/") + name);
@@ -125,6 +128,19 @@ void Demonstration::makeProjects() const {
             fail(French::tr("Le projet de démonstration est absent de l’app : %1").arg(name));
         }
         writeFile(projectFolder(tiravue) + u'/' + name, source.readAll());
+    }
+}
+
+void Demonstration::makePictures() const {
+    makeDemoFolder(pictures());
+    const QDir drawings(QStringLiteral(":/vorle/demo/pictures"));
+    for (const QString &name : drawings.entryList(QDir::Files)) {
+        QFile source(drawings.filePath(name));
+        if (!source.open(QIODevice::ReadOnly)) {
+            fail(French::tr("Une image de démonstration est absente de l’app\u00A0: %1").arg(name));
+        }
+        writeFile(pictures() + u'/' + demoPictureFile(QFileInfo(name).baseName()),
+                  source.readAll());
     }
 }
 

@@ -29,7 +29,7 @@ public:
     const DemoSite &site() const { return *m_site; }
 
     /// The variables to set, in the program's own environment, before any agent is looked for:
-    /// VORLE_HOME and VORLE_DEMO_SITE.
+    /// VORLE_HOME, VORLE_DEMO_SITE and VORLE_PICTURES, a picture cache of its own.
     QMap<QString, QString> environment() const;
 
     /// Fills a demonstration territory into `preferences`, which must be a demonstration's own.
@@ -38,9 +38,12 @@ public:
 private:
     Demonstration();
 
+    QString pictures() const { return m_folder.filePath(QStringLiteral("images")); }
     QString projectFolder(const QString &name) const;
     void makeHome() const;
     void makeProjects() const;
+    /// Those that the topics of its past have (see DemoPast).
+    void makePictures() const;
 
     QTemporaryDir m_folder;
     std::optional<Descriptor> m_use; ///< of the folder

@@ -54,7 +54,7 @@ public:
     QString name;
     QString url;
     QString address; ///< the url as it is shown
-    QString picture; ///< a file: address, or ""
+    QString picture; ///< the name of its file in the picture cache, or ""
     QString adds;    ///< what it adds to the others, or ""
 
     bool operator==(const NamedLink &) const = default;

@@ -14,7 +14,6 @@
 #include "core/NumberText.h"
 #include "core/ScoreScale.h"
 #include "search/web/Links.h"
-#include "search/web/SourceImage.h"
 
 #include <QFileInfo>
 #include <QUrl>
@@ -39,13 +38,12 @@ QVariantList changesOf(const Topic &topic) {
     return variants(list);
 }
 
-/// The file: address of the picture kept for a link. Only a plain file name is believed.
+/// The file in the picture cache kept for a link. Only a plain file name is believed.
 QString pictureOf(const Topic &topic, const QString &link) {
     for (const Picture &picture : topic.gallery) {
         if (picture.url == link && !picture.file.isEmpty() &&
             QFileInfo(picture.file).fileName() == picture.file) {
-            return QUrl::fromLocalFile(SourceImage::defaultCacheFolder() + u'/' + picture.file)
-                .toString();
+            return picture.file;
         }
     }
     return {};

@@ -26,7 +26,6 @@ using namespace std::chrono_literals;
 constexpr int maxConcurrentSources = 8;
 constexpr auto deadline = 8s;
 constexpr qint64 maxHeadBytes = 1'200'000; // 300,000 characters of at most 4 bytes
-constexpr qint64 maxPictureBytes = 5'000'000;
 constexpr int minSide = 8;
 constexpr int maxSide = 8'192;
 constexpr qint64 maxPixels = qint64{4'096} * 4'096;
@@ -52,13 +51,6 @@ QList<QUrl> addressesFor(const HttpResponse &page) {
 bool isFinal(const HttpResponse &response) {
     return response.outcome == HttpResponse::Outcome::Answered ||
            response.outcome == HttpResponse::Outcome::Refused;
-}
-
-bool isPicture(const QByteArray &bytes) {
-    const auto size = imageSize(bytes);
-    return size && std::min(size->width, size->height) >= minSide &&
-           std::max(size->width, size->height) <= maxSide &&
-           qint64{size->width} * size->height <= maxPixels;
 }
 
 /// How a try ended.
@@ -145,7 +137,7 @@ Task<Found> SourceImage::Cache::fetch(QUrl url, QString file, CancelToken cancel
         co_return Found::None;
     }
     co_return co_await onPool([bytes = response.body, target = path(file)] {
-        return !isPicture(bytes) ? Found::None : keep(target, bytes) ? Found::Kept : Found::NotNow;
+        return !keeps(bytes) ? Found::None : keep(target, bytes) ? Found::Kept : Found::NotNow;
     });
 }
 
@@ -211,7 +203,22 @@ Task<std::optional<Picture>> SourceImage::Cache::picture(std::shared_ptr<Cache> 
     co_return found == Found::Kept ? std::optional(picture) : std::nullopt;
 }
 
+bool SourceImage::keeps(ImageSize size) {
+    return std::min(size.width, size.height) >= minSide &&
+           std::max(size.width, size.height) <= maxSide &&
+           qint64{size.width} * size.height <= maxPixels;
+}
+
+bool SourceImage::keeps(const QByteArray &bytes) {
+    const auto size = bytes.size() <= maxPictureBytes ? imageSize(bytes) : std::nullopt;
+    return size && keeps(*size);
+}
+
 QString SourceImage::defaultCacheFolder() {
+    const QString named = qEnvironmentVariable("VORLE_PICTURES");
+    if (!named.isEmpty()) {
+        return named;
+    }
     return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
            QStringLiteral("/vorle/pictures");
 }

@@ -2,6 +2,7 @@
 
 #include "base/HttpClient.h"
 #include "core/Topic.h"
+#include "search/web/ImageHeader.h"
 
 #include <QString>
 
@@ -29,9 +30,15 @@ public:
         QString cardHost = defaultCardHost(); ///< "https://…" without a trailing slash
     };
 
-    /// The user's own picture cache.
+    /// The user's own picture cache; the folder that VORLE_PICTURES names where it names one.
     static QString defaultCacheFolder();
     static QString defaultCardHost();
+
+    static constexpr qint64 maxPictureBytes = 5'000'000;
+    /// Whether a picture of that size, or a file with these bytes, is one that is kept. Pure, any
+    /// thread.
+    static bool keeps(ImageSize size);
+    static bool keeps(const QByteArray &bytes);
 
     SourceImage(HttpClient &http, Locations locations);
     explicit SourceImage(HttpClient &http, QString cacheFolder = defaultCacheFolder());

@@ -10,9 +10,12 @@
 #include "core/Preferences.h"
 #include "core/WeekProgram.h"
 #include "judging/Learning.h"
+#include "search/web/SourceImage.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Variables.h"
 
+#include <QDir>
+#include <QFile>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -198,6 +201,30 @@ TEST(DemoPastTest, holds_no_page_that_a_run_of_the_demonstration_finds) {
     for (const DemoPage &page : catalogue.pages()) {
         EXPECT_FALSE(seen.contains(page.title)) << page.title.toStdString();
     }
+}
+
+TEST(DemoPastTest, its_topics_have_pictures_that_can_be_shown) {
+    const QDateTime now(QDate(2026, 11, 20), QTime(9, 0), Qt::UTC);
+    const DemoPast past = seenAt(now, QLocale::c(), QTimeZone::utc());
+    QSet<QString> drawn;
+    QSet<QString> used;
+    for (const QString &name : QDir(QStringLiteral(":/vorle/demo/pictures")).entryList()) {
+        QFile drawing(QStringLiteral(":/vorle/demo/pictures/") + name);
+        ASSERT_TRUE(drawing.open(QIODevice::ReadOnly));
+        const QByteArray bytes = drawing.readAll();
+        EXPECT_TRUE(SourceImage::keeps(bytes)) << name.toStdString();
+        EXPECT_LT(bytes.size(), 20'000) << name.toStdString();
+        drawn += demoPictureFile(QFileInfo(name).baseName());
+    }
+    qsizetype pictures = 0;
+    for (const Topic &topic : past.topics) {
+        pictures += topic.gallery.size();
+        for (const Picture &picture : topic.gallery) {
+            used += picture.file;
+        }
+    }
+    EXPECT_EQ(used, drawn);
+    EXPECT_EQ(pictures, past.pictures.size()) << "each belongs to a topic";
 }
 
 } // namespace

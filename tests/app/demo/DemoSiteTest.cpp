@@ -1,8 +1,10 @@
 #include "app/demo/DemoSite.h"
 #include "search/web/PageReader.h"
+#include "search/web/SourceImage.h"
 #include "tests/support/Wait.h"
 
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -41,10 +43,18 @@ TEST_F(DemoSiteTest, serves_every_page_as_the_page_reader_expects_its_shape) {
     QList<DemoPage> pages = catalogue.pages() + catalogue.madeFor(QStringLiteral("échecs & C#/?"));
     EXPECT_GE(pages.size(), 24);
     QMap<DemoPage::Shape, int> shapes;
+    const QTemporaryDir cache;
+    SourceImage images(http, cache.path());
+    int pictured = 0;
     for (const DemoPage &page : pages) {
         const ReadPage read = test::waitFor(reader.read(site->address() + page.path));
         SCOPED_TRACE(page.path.toStdString());
         ++shapes[page.shape];
+        if (page.shape == DemoPage::Shape::Article || page.shape == DemoPage::Shape::Og) {
+            const auto picture = test::waitFor(images.picture(site->address() + page.path));
+            EXPECT_EQ(picture.has_value(), !page.picture.isEmpty());
+            pictured += picture ? 1 : 0;
+        }
         EXPECT_FALSE(QString::fromUtf8(read.text).contains(u'{')) << "a date was not filled in";
         if (page.shape == DemoPage::Shape::Dead) {
             EXPECT_EQ(read.level, ReadLevel::None);
@@ -60,6 +70,7 @@ TEST_F(DemoSiteTest, serves_every_page_as_the_page_reader_expects_its_shape) {
             EXPECT_FALSE(QString::fromUtf8(read.text).contains(QStringLiteral("Accueil")));
         }
     }
+    EXPECT_GT(pictured, 5);
     EXPECT_EQ(shapes.size(), 7) << "a shape is not shown any more";
     EXPECT_EQ(shapes.value(DemoPage::Shape::Dead), 1);
 }
