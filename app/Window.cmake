@@ -4,18 +4,19 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
-    controls/ActionButton.qml controls/AgentSetupTile.qml controls/charts/BarGroups.qml controls/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml controls/CardHead.qml
-    controls/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
+    controls/ActionButton.qml controls/AgentSetupTile.qml controls/charts/BarGroups.qml controls/reading/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml controls/CardHead.qml
+    controls/reading/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
     controls/charts/PeriodChoice.qml controls/charts/ReportScope.qml controls/charts/ShareStack.qml controls/charts/SourceBars.qml controls/charts/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GearSign.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ProjectChoice.qml controls/ProposedPage.qml controls/ReadingFoot.qml controls/ReadingHead.qml controls/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
-    controls/SectionHead.qml controls/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideButton.qml controls/SideItem.qml
+    controls/ProjectChoice.qml controls/ProposedPage.qml controls/reading/ReadingFoot.qml controls/reading/ReadingHead.qml controls/reading/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
+    controls/SectionHead.qml controls/reading/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideButton.qml controls/SideItem.qml
     controls/AddField.qml controls/AppTile.qml controls/charts/ChartFrame.qml controls/charts/ChartGroup.qml controls/EditableRow.qml controls/OrphanLine.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
     controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
-    controls/SourceRow.qml controls/StepLine.qml controls/TextEntry.qml
+    controls/reading/SourceRow.qml controls/SourcePicture.qml controls/StepLine.qml controls/TextEntry.qml
     controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/ShortcutField.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
+    controls/reading/BriefCard.qml controls/reading/CodeBlock.qml controls/reading/CopyButton.qml controls/reading/FoldLine.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardSight.qml
     screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml screens/territory/ListSection.qml
@@ -58,12 +59,15 @@ qt_add_qml_module(vorle_window
         window/OpenApp.cpp window/OpenApp.h
         window/MenuBar.cpp window/MenuBar.h
         window/Opening.cpp window/Opening.h
+        window/pictures/PictureFile.cpp window/pictures/PictureFile.h
+        window/pictures/SourcePictures.cpp window/pictures/SourcePictures.h
         window/desktop/QuickCapture.cpp window/desktop/QuickCapture.h
         window/QuitHandler.cpp window/QuitHandler.h
         window/desktop/RunNotices.cpp window/desktop/RunNotices.h
         window/Screens.cpp window/Screens.h
         window/desktop/SharedLinks.cpp window/desktop/SharedLinks.h
         window/Shell.cpp window/Shell.h
+        window/StepText.cpp window/StepText.h
         window/ShellParts.cpp window/ShellParts.h
         window/SingleInstance.cpp window/SingleInstance.h
         window/TextLeading.cpp window/TextLeading.h

@@ -3,6 +3,7 @@
 #include "app/window/AppIcons.h"
 #include "app/window/KeyRepeatFilter.h"
 #include "app/window/Shell.h"
+#include "app/window/pictures/SourcePictures.h"
 #include "base/Clock.h"
 #include "platform/MotionSetting.h"
 
@@ -48,6 +49,7 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     shell.inbox()->setNewSince(m_visits.newSince().value_or(QDateTime()));
     shell.drafts()->take(m_state.drafts.value_or(QMap<QString, QString>()));
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    m_engine.addImageProvider(QStringLiteral("pictures"), new SourcePictures);
     const auto shellProperty = QVariant::fromValue(&shell);
     m_look = made(QStringLiteral("theme/Look.qml"),
                   {{QStringLiteral("settings"), QVariant::fromValue(shell.settings())},

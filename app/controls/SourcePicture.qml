@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Window
+import Vorle
+
+// The picture kept for a source, cut to this place away from the thread that draws. Until it is
+// there the place is empty; where there is none, or none that can be shown, it holds the first
+// letter of the site. It takes the same room in each case.
+Item {
+    id: frame
+
+    property string file: "" // in the picture cache; "" for none
+    property string site: "" // what its letter is taken from
+    property real radius: Theme.radiusButton
+    readonly property bool ready: picture.status === Image.Ready
+    readonly property bool lacking: file.length === 0 || picture.status === Image.Error
+    readonly property real ratio: Screen.devicePixelRatio
+    readonly property int acrossPixels: Math.round(width * ratio)
+    readonly property int downPixels: Math.round(height * ratio)
+
+    function hex(shade: color): string {
+        return shade.toString().slice(-6);
+    }
+    function letterOf(address: string): string {
+        const words = address.replace(/^[a-z]+:\/\//, "").replace(/^www\./, "");
+        return words.slice(0, 1).toUpperCase();
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: frame.radius
+        color: Theme.well
+        visible: !frame.ready
+    }
+    Text {
+        anchors.centerIn: parent
+        visible: frame.lacking
+        text: visible ? frame.letterOf(frame.site) : ""
+        color: Theme.inkSoft
+        font.family: Theme.displayFamily
+        font.pixelSize: Math.round(Math.min(frame.height * 0.44, 30))
+        font.weight: Font.Bold
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+    Image {
+        id: picture
+        anchors.fill: parent
+        cache: false // the provider keeps the last ones itself
+        asynchronous: true
+        sourceSize: Qt.size(frame.acrossPixels, frame.downPixels)
+        source: frame.file.length > 0 && frame.acrossPixels > 0 && frame.downPixels > 0 ? "image://pictures/" + frame.hex(Theme.well) + "/" + (Theme.dark ? frame.hex(Theme.paper) : "-") + "/" + Math.round(frame.radius * frame.ratio) + "/" + encodeURIComponent(frame.file) : ""
+        Accessible.ignored: true
+    }
+}

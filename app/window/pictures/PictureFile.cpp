@@ -1,0 +1,170 @@
+#include "app/window/pictures/PictureFile.h"
+
+#include "search/web/SourceImage.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+
+namespace vorle {
+
+namespace {
+
+constexpr qint64 headBytes = 256 * 1024; // a JPEG may have long notes before its size
+
+struct Format {
+    QByteArrayView begin;
+    const char *name;
+};
+constexpr Format formats[] = {{"\x89PNG", "png"},
+                              {"\xFF\xD8\xFF", "jpeg"},
+                              {"GIF8", "gif"},
+                              {"RIFF", "webp"},
+                              {QByteArrayView("\0\0\1\0", 4), "ico"}};
+
+const char *formatOf(QByteArrayView file) {
+    const auto *found = std::ranges::find_if(
+        formats, [&](const Format &format) { return file.startsWith(format.begin); });
+    return found == std::end(formats) ? nullptr : found->name;
+}
+
+bool isIco(QByteArrayView file) { return qstrcmp(formatOf(file), "ico") == 0; }
+
+/// Of the pictures in one file the largest.
+void takeLargest(QImageReader &reader) {
+    constexpr int most = 32;
+    int best = 0;
+    int width = 0;
+    for (int i = 0; i < std::min(reader.imageCount(), most); ++i) {
+        if (reader.jumpToImage(i) && reader.size().width() > width) {
+            best = i;
+            width = reader.size().width();
+        }
+    }
+    reader.jumpToImage(best);
+}
+
+/// What of a picture fills `place`, as much as can be, from its middle.
+QRect cutFor(QSize place, QSize picture) {
+    const QSize cut = place.scaled(picture, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return {QPoint((picture.width() - cut.width()) / 2, (picture.height() - cut.height()) / 2),
+            cut};
+}
+
+/// An icon is made no more than twice as large as it is.
+QSize iconSize(QSize icon, QSize place) {
+    constexpr qreal part = 0.56; // of its place
+    const int side = std::max(1, static_cast<int>(std::min(place.width(), place.height()) * part));
+    return icon.scaled(QSize(side, side).boundedTo(2 * icon), Qt::KeepAspectRatio)
+        .expandedTo({1, 1});
+}
+
+QImage decoded(QImageReader &reader, PictureSort sort, QSize place) {
+    const QSize whole = reader.size();
+    const bool turned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    if (turned) { // cut and scaled as it lies in the file, then turned
+        place.transpose();
+    }
+    if (sort == PictureSort::Icon) {
+        reader.setScaledSize(iconSize(whole, place));
+    } else {
+        reader.setClipRect(cutFor(place, whole));
+        reader.setScaledSize(place);
+    }
+    return reader.read();
+}
+
+} // namespace
+
+PictureSort pictureSort(ImageSize size, bool ico) {
+    constexpr int largestIcon = 512;
+    constexpr int smallDrawing = 200;
+    constexpr int bannerWidth = 600;
+    constexpr int bannerHeight = 240;
+    const int least = std::min(size.width, size.height);
+    const int most = std::max(size.width, size.height);
+    const bool square = most * 10 <= least * 11;
+    if (ico || (square && most <= largestIcon) || least < smallDrawing / 2 || most < smallDrawing) {
+        return PictureSort::Icon;
+    }
+    return size.width >= bannerWidth && size.height >= bannerHeight ? PictureSort::Banner
+                                                                    : PictureSort::Drawing;
+}
+
+QString keptPicturePath(const QString &file) {
+    const bool plain = !file.isEmpty() && QFileInfo(file).fileName() == file;
+    return plain ? SourceImage::defaultCacheFolder() + u'/' + file : QString();
+}
+
+std::optional<PictureSort> keptPictureSort(const QString &path) {
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QByteArray head = file.read(headBytes);
+    const auto size = imageSize(head);
+    return size ? std::optional(pictureSort(*size, isIco(head))) : std::nullopt;
+}
+
+QImage setPicture(const QByteArray &file, const PictureLook &look) {
+    if (!SourceImage::keeps(file) || look.size.isEmpty()) {
+        return {};
+    }
+    const bool ico = isIco(file);
+    const PictureSort sort = pictureSort(*imageSize(file), ico);
+    QBuffer buffer;
+    buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer, formatOf(file));
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
+    if (ico) {
+        takeLargest(reader);
+    }
+    const QSize whole = reader.size();
+    if (whole.isEmpty() || !SourceImage::keeps(ImageSize{whole.width(), whole.height()})) {
+        return {};
+    }
+    const QImage picture = decoded(reader, sort, look.size);
+    if (picture.isNull()) {
+        return {};
+    }
+    QImage set(look.size, QImage::Format_ARGB32_Premultiplied);
+    set.fill(Qt::transparent);
+    QPainter painter(&set);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath place;
+    place.addRoundedRect(QRectF(QPointF(), QSizeF(look.size)), look.radius, look.radius);
+    if (sort == PictureSort::Icon) {
+        painter.fillPath(place, look.ground);
+        painter.drawImage((look.size.width() - picture.width()) / 2,
+                          (look.size.height() - picture.height()) / 2, picture);
+    } else {
+        painter.fillPath(place, look.ground); // a picture may let it through
+        painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+        painter.drawImage(0, 0, picture);
+    }
+    if (look.veil.isValid() && sort != PictureSort::Icon) {
+        QColor veil = look.veil;
+        veil.setAlphaF(PictureLook::veilOpacity);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+        painter.fillRect(set.rect(), veil);
+    }
+    return set;
+}
+
+QByteArray keptPicture(const QString &path) {
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
+        file.size() > SourceImage::maxPictureBytes) {
+        return {};
+    }
+    return file.read(SourceImage::maxPictureBytes);
+}
+
+} // namespace vorle

@@ -1,0 +1,144 @@
+#include "app/window/pictures/SourcePictures.h"
+
+#include "app/window/pictures/PictureFile.h"
+#include "search/web/SourceImage.h"
+
+#include <QCache>
+#include <QStringList>
+#include <QThread>
+
+#include <algorithm>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+namespace vorle {
+
+namespace {
+
+constexpr qsizetype keptBytes = 16 * 1024 * 1024;
+
+struct Asked {
+    QString file;
+    PictureLook look;
+};
+
+/// What is asked for, or nothing where it is not asked as it should be: only a plain name may name
+/// a file.
+std::optional<Asked> asked(const QString &id, QSize size) {
+    const QStringList parts = id.split(u'/');
+    if (parts.size() != 4 || parts[3].isEmpty() || parts[3].startsWith(u'.') ||
+        parts[3].contains(u'\\') || parts[3].contains(QChar::Null) || size.isEmpty()) {
+        return std::nullopt;
+    }
+    const QSize most(PictureLook::mostSide, PictureLook::mostSide);
+    return Asked{parts[3],
+                 {.size = size.boundedTo(most),
+                  .radius = std::clamp(parts[2].toInt(), 0, PictureLook::mostSide),
+                  .ground = QColor(u'#' + parts[0]),
+                  .veil = parts[1] == u"-" ? QColor() : QColor(u'#' + parts[1])}};
+}
+
+} // namespace
+
+struct SourcePictures::State {
+    const QString folder;
+    std::mutex lock{};
+    QCache<QString, QImage> kept{keptBytes}; // under the lock
+
+    QImage of(const QString &key) {
+        const std::scoped_lock guard(lock);
+        const QImage *image = kept.object(key);
+        return image == nullptr ? QImage() : *image;
+    }
+    void keep(const QString &key, const QImage &image) {
+        const std::scoped_lock guard(lock);
+        kept.insert(key, new QImage(image), image.sizeInBytes());
+    }
+};
+
+/// The engine takes a response down when it likes, on its thread.
+struct SourcePictures::Waiting {
+    std::mutex lock;
+    Response *response = nullptr; // under the lock
+    bool wanted = true;           // likewise
+
+    bool isWanted() {
+        const std::scoped_lock guard(lock);
+        return wanted && response != nullptr;
+    }
+    void give(const QImage &picture);
+};
+
+class SourcePictures::Response final : public QQuickImageResponse {
+public:
+    explicit Response(std::shared_ptr<Waiting> waiting) : m_waiting(std::move(waiting)) {
+        m_waiting->response = this;
+    }
+    ~Response() override {
+        const std::scoped_lock guard(m_waiting->lock);
+        m_waiting->response = nullptr;
+    }
+    /// From its own event loop: the engine listens once it has the response.
+    void give(const QImage &picture) {
+        m_picture = picture;
+        QMetaObject::invokeMethod(this, &QQuickImageResponse::finished, Qt::QueuedConnection);
+    }
+    void cancel() override {
+        const std::scoped_lock guard(m_waiting->lock);
+        m_waiting->wanted = false;
+    }
+    QString errorString() const override {
+        return m_picture.isNull() ? QStringLiteral("no such picture") : QString();
+    }
+    QQuickTextureFactory *textureFactory() const override {
+        return QQuickTextureFactory::textureFactoryForImage(m_picture);
+    }
+
+private:
+    std::shared_ptr<Waiting> m_waiting;
+    QImage m_picture;
+};
+
+void SourcePictures::Waiting::give(const QImage &picture) {
+    const std::scoped_lock guard(lock);
+    if (response != nullptr) {
+        response->give(picture);
+    }
+}
+
+SourcePictures::SourcePictures(QString folder) : m_state(new State{.folder = std::move(folder)}) {
+    m_pool.setMaxThreadCount(1);
+    m_pool.setThreadPriority(QThread::LowPriority);
+}
+
+SourcePictures::SourcePictures() : SourcePictures(SourceImage::defaultCacheFolder()) {}
+
+SourcePictures::~SourcePictures() { m_pool.clear(); }
+
+QQuickImageResponse *SourcePictures::requestImageResponse(const QString &id,
+                                                          const QSize &requested) {
+    const auto waiting = std::make_shared<Waiting>();
+    auto *response = new Response(waiting);
+    const auto wanted = asked(id, requested);
+    const QString key =
+        id + QStringLiteral("@%1x%2").arg(requested.width()).arg(requested.height());
+    const QImage kept = wanted ? m_state->of(key) : QImage();
+    if (!wanted || !kept.isNull()) {
+        response->give(kept);
+        return response;
+    }
+    m_pool.start([state = m_state, waiting, asked = *wanted, key] {
+        QImage picture;
+        if (waiting->isWanted()) {
+            picture = setPicture(keptPicture(state->folder + u'/' + asked.file), asked.look);
+        }
+        if (!picture.isNull()) {
+            state->keep(key, picture);
+        }
+        waiting->give(picture);
+    });
+    return response;
+}
+
+} // namespace vorle

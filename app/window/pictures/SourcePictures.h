@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QQuickImageProvider>
+#include <QThreadPool>
+
+#include <memory>
+
+namespace vorle {
+
+/// The pictures of sources, for QML: "image://pictures/GROUND/VEIL/RADIUS/FILE", each as
+/// `PictureLook` has it: two colours as "efe8dd" ("-" for no veil), pixels of the screen, and
+/// the name of a file in the picture cache. Nothing is fetched here. What cannot be shown is an
+/// error of the image, whose place shows something else then.
+///
+/// They are decoded on one thread of its own, so that a screen full of them holds up neither frames
+/// nor memory; one that nobody waits for any more is not decoded. The last ones set are kept, up to
+/// 16 MB; an `Image` of them keeps none beside (`cache: false`).
+class SourcePictures final : public QQuickAsyncImageProvider {
+public:
+    explicit SourcePictures(QString folder);
+    /// Over the user's own picture cache.
+    SourcePictures();
+    ~SourcePictures() override;
+
+    /// By the engine, on a thread of its own.
+    QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requested) override;
+
+private:
+    struct State;
+    struct Waiting;
+    class Response;
+
+    std::shared_ptr<State> m_state;
+    QThreadPool m_pool; ///< last: it waits for what it does
+};
+
+} // namespace vorle
