@@ -1,52 +1,32 @@
 // What the person feels of the window: from the start of the process to its first frame, beside a
 // bare Qt Quick window; a triage key over 10,000 topics, to the handler's return, to the frame that
-// shows the next card, to the disk; and what the whole program takes while nobody touches it.
+// shows the next card, to the disk; how long the main thread is held while a run hands its
+// topics over; and what the whole program takes while nobody touches it.
 //
 // Each figure comes from fresh processes: this program starts itself again. On a shared machine the
 // clock tells more of the others than of us, so the processor time stands beside it.
 //
-//     bench_window [start] [key] [idle]      all three without an argument
+//     bench_window [start] [key] [frames] [idle]      all of them without an argument
 //
 // Offscreen and drawn in software, unless QT_QPA_PLATFORM and QT_QUICK_BACKEND say otherwise.
 
 #include "app/models/TopicCard.h"
-#include "app/window/MainWindow.h"
 #include "app/window/ShellParts.h"
-#include "app/wiring/Application.h"
 #include "bench/BenchHome.h"
+#include "bench/BenchWindow.h"
+#include "bench/FrameBench.h"
 #include "bench/Standing.h"
-#include "desktop/ClaudeLauncher.h"
-#include "desktop/HotKey.h"
-#include "desktop/Notifier.h"
-#include "platform/fakes/FakeFilePicker.h"
-#include "platform/fakes/FakeFileReveal.h"
-#include "platform/fakes/FakeGlobalHotKey.h"
-#include "platform/fakes/FakeLinkOpener.h"
-#include "platform/fakes/FakeLoginItem.h"
-#include "platform/fakes/FakeMailComposer.h"
-#include "platform/fakes/FakeNotifications.h"
-#include "platform/fakes/FakePasteboard.h"
-#include "platform/fakes/FakeTerminals.h"
-#include "platform/fakes/FakeUpdateEngine.h"
-#include "platform/qt/QtKeyWatch.h"
-#include "update/Updater.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMap>
 #include <QProcess>
 #include <QQmlComponent>
 #include <QThread>
-#include <QTimer>
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
-#include <functional>
 #include <vector>
 
 namespace {
@@ -56,20 +36,8 @@ using namespace vorle;
 constexpr int starts = 11;
 constexpr int keys = 31;
 constexpr int bursts = 5;
+constexpr int landings = 5;
 constexpr int idleSeconds = 20;
-
-double now(clockid_t clock) {
-    timespec time{};
-    clock_gettime(clock, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
-/// Milliseconds by the clock, and of the processor: of this thread or of the whole process.
-struct Moment {
-    double wall = now(CLOCK_MONOTONIC);
-    double thread = now(CLOCK_THREAD_CPUTIME_ID);
-    double process = now(CLOCK_PROCESS_CPUTIME_ID);
-};
 
 using Samples = QMap<QByteArray, std::vector<double>>;
 
@@ -82,69 +50,6 @@ double quantile(std::vector<double> values, double part) {
 }
 double median(const Samples &samples, const QByteArray &name) {
     return quantile(samples.value(name), 0.5);
-}
-
-/// How a child tells its parent.
-void tell(const char *name, double value) { std::printf("%s %.4f\n", name, value); }
-
-/// Sleeps between events, so that waiting takes no processor time.
-void turnUntil(const std::function<bool()> &done, const char *what) {
-    QTimer wakesUp; // where nothing else happens any more
-    wakesUp.start(100);
-    QElapsedTimer timer;
-    timer.start();
-    while (!done()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        if (timer.hasExpired(60'000)) {
-            std::fprintf(stderr, "waited in vain for %s\n", what);
-            std::exit(1);
-        }
-    }
-}
-void turnFor(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    turnUntil([&] { return timer.elapsed() >= milliseconds; }, "nothing");
-}
-
-/// The window of the program on the topics file the environment names.
-struct Window {
-    explicit Window(Application &app)
-        : launcher({app.agent().locator(), app.preferences(), terminals, pasteboard, links})
-        , notifier({notifications, app.preferences(), app.clock(), {}})
-        , hotKey(app.preferences(), globalHotKey)
-        , shell(shellParts(app, {links, pasteboard, launcher, files, reveal, notifier, login,
-                                 hotKey, keys, mail, updater}))
-        , main(shell, Typefaces::load(), app.store().file()) {
-        QObject::connect(&main.window(), &QQuickWindow::frameSwapped, &main, [this] { ++frames; });
-        main.raise();
-        turnUntil([this] { return frames > 0; }, "the first frame");
-    }
-
-    test::FakeTerminals terminals;
-    test::FakePasteboard pasteboard;
-    test::FakeLinkOpener links;
-    test::FakeFilePicker files;
-    test::FakeFileReveal reveal;
-    test::FakeNotifications notifications;
-    test::FakeLoginItem login;
-    ClaudeLauncher launcher;
-    Notifier notifier;
-    test::FakeGlobalHotKey globalHotKey;
-    HotKey hotKey;
-    QtKeyWatch keys;
-    test::FakeMailComposer mail;
-    test::FakeUpdateEngine updates;
-    Updater updater{{.engine = updates, .version = QStringLiteral("1")}};
-    Shell shell;
-    MainWindow main;
-    int frames = 0;
-};
-
-Application::Setup setup() {
-    Application::Setup setup;
-    setup.settingsFile = qEnvironmentVariable("VORLE_SETTINGS");
-    return setup;
 }
 
 void startWindow(int &argc, char **argv, double begun) {
@@ -313,6 +218,23 @@ void measureKeys() {
     }
 }
 
+/// Thirty topics with pictures, landed on 2,000 while the list and the page are looked at.
+void measureFrames() {
+    const BenchHome home(2'000);
+    Samples samples;
+    for (int i = 0; i < landings; ++i) {
+        runChild(QStringLiteral("frames"), home, samples);
+    }
+    std::printf("a run of 30 topics with pictures lands on 2,000 (medians of %d)   ms\n", landings);
+    for (const auto &[name, text] : std::initializer_list<std::pair<QByteArray, const char *>>{
+             {"longestWall", "longest stretch of the main thread"},
+             {"longestCpu", "  its processor time"},
+             {"over", "stretches over 16.7 ms"},
+             {"frames", "frames drawn"}}) {
+        std::printf("  %-50s %8.2f\n", text, median(samples, name));
+    }
+}
+
 /// The whole program, as a person leaves it: its window open, nothing going on.
 void measureIdle() {
     std::printf("idle for %d s            PSS MB  private MB  wake-ups/s  processor ms\n",
@@ -349,6 +271,8 @@ int main(int argc, char **argv) {
             startBare(argc, argv, begun);
         } else if (kind == "window") {
             startWindow(argc, argv, begun);
+        } else if (kind == "frames") {
+            landRun(argc, argv);
         } else {
             pressKeys(argc, argv);
         }
@@ -363,6 +287,9 @@ int main(int argc, char **argv) {
     }
     if (wants(QStringLiteral("key"))) {
         measureKeys();
+    }
+    if (wants(QStringLiteral("frames"))) {
+        measureFrames();
     }
     if (wants(QStringLiteral("idle"))) {
         measureIdle();
