@@ -13,51 +13,27 @@ Chapter {
 
     readonly property bool written: details.hasBrief
     readonly property string writing: topic.briefState
+    readonly property bool coming: writing === "writing" || writing === "queued"
 
     name: written ? qsTr("Fiche de lecture · ") + topic.title : qsTr("Fiche de lecture")
     visible: topic.topicId !== ""
 
-    Column {
+    Loader {
         width: parent.width
-        spacing: 8
-        visible: !view.written && (view.writing === "writing" || view.writing === "queued")
-
-        Label {
-            width: parent.width
-            text: qsTr("J’écris la fiche de lecture…")
-            font.weight: Font.DemiBold
-        }
-        Label {
-            width: parent.width
-            text: qsTr("Je relis les sources · environ une minute")
-            color: Theme.inkSoft
-        }
-    }
-    Column {
-        width: parent.width
-        spacing: 8
-        visible: !view.written && view.writing === "failed"
-
-        Label {
-            width: parent.width
-            text: qsTr("Je n’ai pas pu écrire la fiche.")
-            font.weight: Font.DemiBold
-        }
-        Label {
-            width: parent.width
-            text: qsTr("Les sources n’ont pas répondu, ou ton IA non plus.")
-            color: Theme.inkSoft
-        }
-        SelectableText {
-            width: parent.width
-            visible: text.length > 0
-            text: view.details.briefFailure
-            color: Theme.inkSoft
+        active: !view.written && (view.coming || view.writing === "failed")
+        visible: active
+        sourceComponent: BriefCard {
+            title: view.coming ? qsTr("J’écris la fiche de lecture…") : qsTr("Je n’ai pas pu écrire la fiche.")
+            text: view.coming ? qsTr("Je relis les sources · environ une minute") : qsTr("Les sources n’ont pas répondu, ou ton IA non plus.")
+            more: view.coming ? "" : view.details.briefFailure
+            button: view.coming ? "" : qsTr("Réessayer")
+            busy: view.coming
+            onPressed: view.details.askBrief()
         }
     }
     ActionButton {
-        visible: !view.written && view.writing !== "queued" && view.writing !== "writing"
-        text: view.writing === "failed" ? qsTr("Réessayer") : qsTr("Écrire la fiche")
+        visible: !view.written && !view.coming && view.writing !== "failed"
+        text: qsTr("Écrire la fiche")
         onClicked: view.details.askBrief()
     }
     Repeater {
@@ -68,6 +44,7 @@ Chapter {
             width: view.width
             title: modelData.title
             body: modelData.body
+            code: modelData.code
             strong: true
         }
     }
@@ -104,6 +81,7 @@ Chapter {
             url: modelData.url
             address: modelData.address
             adds: modelData.adds
+            pictured: false
             onClicked: view.linkOpened(url)
         }
     }

@@ -42,9 +42,6 @@ FocusScope {
         view: flick
         focused: page.shown ? page.Window.activeFocusItem : null
     }
-    function scrollBy(step: real) {
-        sight.scrollBy(step);
-    }
     function takes(key: int): bool {
         return sight.takes(key);
     }
@@ -80,8 +77,9 @@ FocusScope {
         section: page.section
         position: page.selection.currentRow
         count: page.selection.list.count
-        backKeys: page.shell.keyboard.keys(KeyboardMap.PreviousTopic)
-        forthKeys: page.shell.keyboard.keys(KeyboardMap.NextTopic)
+        title: flick.contentY > body.y + start.y + heading.height ? page.topic.title : ""
+        backKeys: page.shell.keyboard.keys(KeyboardMap.Previous)
+        forthKeys: page.shell.keyboard.keys(KeyboardMap.Next)
         onClosed: page.selection.enlarged = false
         onMoved: step => page.selection.step(step)
     }
@@ -100,40 +98,67 @@ FocusScope {
             y: Theme.cardGap
             x: Math.max(Theme.margin, (flick.width - width) / 2)
             width: Math.min(Theme.readingWidth, flick.width - 2 * Theme.margin)
-            spacing: 26
+            spacing: 34
             visible: page.topicId !== ""
 
-            ReadingTitle {
-                width: parent.width
-                topic: page.topic
+            // Its picture hangs over both sides of the text where there is room.
+            Loader {
+                readonly property real hang: Math.min(20, body.x - 12)
+
+                x: -hang
+                width: parent.width + 2 * hang
+                height: Math.round(width / 3)
+                active: page.details.banner.length > 0
+                visible: active
+                sourceComponent: SourcePicture {
+                    file: page.details.banner
+                    radius: Theme.radiusCard
+                }
             }
-            SelectableText {
+            Column {
+                id: start
                 width: parent.width
-                visible: text.length > 0
-                text: page.topic.summary
-                font.pixelSize: Theme.textReading
-                leading: 1.5
-            }
-            WhyLine {
-                width: parent.width
-                selectable: true
-                text: page.topic.why
-            }
-            StepLine {
-                width: parent.width
-                selectable: true
-                text: page.topic.firstStep
+                spacing: 24
+
+                ReadingTitle {
+                    id: heading
+                    width: parent.width
+                    topic: page.topic
+                }
+                SelectableText {
+                    width: parent.width
+                    visible: text.length > 0
+                    text: page.topic.summary
+                    font.pixelSize: Theme.textReading
+                    leading: 1.5
+                }
+                WhyLine {
+                    width: parent.width
+                    selectable: true
+                    text: page.topic.why
+                }
+                StepLine {
+                    width: parent.width
+                    selectable: true
+                    text: page.topic.firstStep
+                }
             }
             Chapter {
                 width: parent.width
                 name: qsTr("Ce qui change")
                 visible: page.topic.changes.length > 0
 
-                Repeater {
-                    model: page.topic.changes
+                Column {
+                    width: parent.width
 
-                    ChangeRow {
-                        width: parent.width
+                    Repeater {
+                        model: page.topic.changes
+
+                        ChangeRow {
+                            required property int index
+                            width: parent.width
+                            first: index === 0
+                        }
                     }
                 }
             }
@@ -145,6 +170,7 @@ FocusScope {
                 SelectableText {
                     width: parent.width
                     text: page.topic.risks
+                    font.pixelSize: Theme.textMenu
                 }
             }
             BriefView {
@@ -155,7 +181,28 @@ FocusScope {
             }
             Chapter {
                 width: parent.width
+                name: qsTr("Sources")
+                visible: page.topic.sources.length > 0
+
+                Repeater {
+                    model: page.topic.sources
+
+                    SourceRow {
+                        required property namedLink modelData
+                        width: parent.width
+                        name: modelData.name
+                        url: modelData.url
+                        address: modelData.address
+                        picture: modelData.picture
+                        onClicked: page.shell.openLink(url)
+                    }
+                }
+            }
+            FoldLine {
+                width: parent.width
                 name: qsTr("D’où vient la note")
+                gist: page.details.gradesText
+                mark: page.details.scoreText
                 visible: page.topicId !== "" && !page.topic.pendingCapture
 
                 Repeater {
@@ -194,25 +241,6 @@ FocusScope {
                 ActionButton {
                     text: page.details.corrected ? qsTr("Revoir ma note") : qsTr("Corriger la note")
                     onClicked: page.act(KeyboardMap.Correct)
-                }
-            }
-            Chapter {
-                width: parent.width
-                name: qsTr("Sources")
-                visible: page.topic.sources.length > 0
-
-                Repeater {
-                    model: page.topic.sources
-
-                    SourceRow {
-                        required property namedLink modelData
-                        width: parent.width
-                        name: modelData.name
-                        url: modelData.url
-                        address: modelData.address
-                        picture: modelData.picture
-                        onClicked: page.shell.openLink(url)
-                    }
                 }
             }
             Chapter {

@@ -21,7 +21,7 @@ SectionScreen {
     Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
 
     function move(step: int) {
-        covered ? page?.scrollBy(step * 120) : selection.step(step);
+        selection.step(step);
     }
     // Keys for long lists; whether it was one of them.
     function moveFar(key: int): bool {

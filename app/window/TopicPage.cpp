@@ -3,24 +3,64 @@
 #include "app/labels/TopicLabels.h"
 #include "app/labels/Wording.h"
 #include "app/models/ListParts.h"
+#include "app/window/pictures/PictureFile.h"
 #include "base/Text.h"
 #include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
+#include "core/ScoreScale.h"
 
 namespace vorle {
 
 namespace {
 
+/// Words and code in turn, as the fences part them. Code is copied: its blanks stay as they are.
+QList<ReadingPart> piecesOf(const Brief::Part &part) {
+    static const QString fence = QStringLiteral("```");
+    QList<ReadingPart> pieces;
+    QStringList lines;
+    bool code = part.title == codePartTitle();
+    const auto end = [&] {
+        const QString body = lines.join(u'\n');
+        if (!body.trimmed().isEmpty() || (pieces.isEmpty() && !code)) {
+            pieces.append({.title = pieces.isEmpty() ? shownWords(part.title) : QString(),
+                           .body = code ? withoutHidden(body) : shownWords(body.trimmed()),
+                           .code = code});
+        }
+        lines.clear();
+    };
+    for (const QString &line : part.body.split(u'\n')) {
+        if (line.trimmed().startsWith(fence)) {
+            end();
+            code = !code;
+        } else {
+            lines += line;
+        }
+    }
+    end();
+    // A title alone stands over the code that follows it.
+    if (pieces.size() > 1 && pieces[0].body.isEmpty()) {
+        const QString title = pieces.takeFirst().title;
+        pieces.first().title = title;
+    }
+    return pieces;
+}
+
 QVariantList partList(const QList<Brief::Part> &parts) {
     QList<ReadingPart> list;
     for (const Brief::Part &part : parts) {
-        // Code is copied: its blanks stay as they are.
-        const bool code = part.title == codePartTitle();
-        list.append({.title = shownWords(part.title),
-                     .body = code ? withoutHidden(part.body) : shownWords(part.body),
-                     .code = code});
+        list += piecesOf(part);
     }
     return variants(list);
+}
+
+/// The first of its pictures that a page can be headed by.
+QString bannerOf(const Topic &topic) {
+    for (const Picture &picture : topic.gallery) {
+        if (keptPictureSort(keptPicturePath(picture.file)) == PictureSort::Banner) {
+            return picture.file;
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -47,8 +87,12 @@ void TopicPage::setTopicId(const QString &topicId) {
 }
 
 void TopicPage::take(const QUuid &id) {
+    const bool other = id != m_id;
     m_id = id;
     m_topic = m_store.topic(id);
+    if (other) {
+        m_banner = m_topic ? bannerOf(*m_topic) : QString();
+    }
     m_score = m_topic ? openScore(*m_topic, m_provenance.of(id), m_clock.now().toLocalTime().date())
                       : ScoreExplanation();
     Q_EMIT topicChanged();
@@ -66,6 +110,19 @@ QVariantList TopicPage::grades() const {
         list.append({grade.label, grade.grade});
     }
     return variants(list);
+}
+
+QString TopicPage::gradesText() const {
+    QStringList grades;
+    for (const ScoreExplanation::Grade &grade : m_score.grades) {
+        grades += grade.label.toLower() + u' ' + QString::number(grade.grade);
+    }
+    return grades.join(QStringLiteral(" · "));
+}
+
+QString TopicPage::scoreText() const {
+    const auto score = m_topic ? shownScore(*m_topic) : std::nullopt;
+    return score ? tr("%1 sur 10").arg(*score) : QString();
 }
 
 QVariantList TopicPage::facts() const {

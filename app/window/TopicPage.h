@@ -21,6 +21,9 @@ class TopicPage final : public QObject {
     QML_UNCREATABLE("Made by the application")
     /// The topic shown; "" for none.
     Q_PROPERTY(QString topicId READ topicId WRITE setTopicId NOTIFY topicChanged FINAL)
+    /// The picture at the head of its page: a file of the picture cache, "" for none. What was
+    /// there when the topic was chosen: one that comes later would push away what is being read.
+    Q_PROPERTY(QString banner READ banner NOTIFY topicChanged FINAL)
     Q_PROPERTY(QString seenText READ seenText NOTIFY topicChanged FINAL)
     /// List of NamedGrade: the judge's four grades; empty when it gave none.
     Q_PROPERTY(QVariantList grades READ grades NOTIFY topicChanged FINAL)
@@ -31,6 +34,9 @@ class TopicPage final : public QObject {
     /// Whether its score is the user's own.
     Q_PROPERTY(bool corrected READ corrected NOTIFY topicChanged FINAL)
     Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY topicChanged FINAL)
+    /// The judge's grades on one line, and the score they come to ("8 sur 10"); "" without.
+    Q_PROPERTY(QString gradesText READ gradesText NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QString scoreText READ scoreText NOTIFY topicChanged FINAL)
     /// The reading notes: lists of ReadingPart, what they say for the project, what stays unclear,
     /// and a list of NamedLink; all empty without any.
     Q_PROPERTY(QVariantList essentials READ essentials NOTIFY topicChanged FINAL)
@@ -47,8 +53,11 @@ public:
 
     QString topicId() const;
     void setTopicId(const QString &topicId);
+    QString banner() const { return m_banner; }
     QString seenText() const;
     QVariantList grades() const;
+    QString gradesText() const;
+    QString scoreText() const;
     QVariantList facts() const;
     bool corrected() const { return m_topic && m_topic->correction.has_value(); }
     bool hasBrief() const { return m_topic && m_topic->brief.has_value(); }
@@ -76,6 +85,7 @@ private:
     const Clock &m_clock;
     QUuid m_id;
     TopicPtr m_topic;
+    QString m_banner;
     ScoreExplanation m_score;
 };
 

@@ -2,7 +2,11 @@
 #include "tests/app/window/OpenWindow.h"
 #include "tests/support/Text.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QImage>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
@@ -49,7 +53,7 @@ TEST_F(ReadingTest, the_page_is_left_and_turned_by_hand_and_by_key) {
     press(Qt::Key_Space);
     ASSERT_TRUE(enlarged());
     EXPECT_THAT(shownTexts(), Contains(text("1 / 3")));
-    click(text("Suivant"));
+    click(text("›"));
     EXPECT_EQ(chosen(), u"Sujet 8");
     press(Qt::Key_Down, Qt::ControlModifier);
     EXPECT_EQ(chosen(), u"Sujet 7");
@@ -75,6 +79,132 @@ TEST_F(ReadingTest, the_page_is_left_and_turned_by_hand_and_by_key) {
     EXPECT_THAT(shownTexts(), Contains(text("Plus tard · Réserve\u00A0: Sujet 8")));
     click(text("‹ À trier"));
     EXPECT_FALSE(enlarged());
+}
+
+TEST_F(ReadingTest, the_next_topic_and_the_source_are_a_key_away_and_nothing_is_decided) {
+    fill();
+    open();
+    press(Qt::Key_Space);
+    const struct {
+        Qt::Key key;
+        QString then;
+    } turns[] = {{Qt::Key_J, text("Sujet 8")},   {Qt::Key_Down, text("Sujet 7")},
+                 {Qt::Key_J, text("Sujet 7")},   {Qt::Key_K, text("Sujet 8")},
+                 {Qt::Key_Up, text("Sujet 9")},  {Qt::Key_K, text("Sujet 9")},
+                 {Qt::Key_Down, text("Sujet 8")}};
+    for (const auto &[key, then] : turns) {
+        press(key);
+        EXPECT_EQ(chosen(), then);
+        EXPECT_TRUE(enlarged());
+    }
+    EXPECT_EQ(shell().inbox()->count(), 3);
+
+    const QString link = store()
+                             .topic(QUuid::fromString(window().property("chosenId").toString()))
+                             ->mainSource()
+                             ->url;
+    for (const Qt::Key key : {Qt::Key_O, Qt::Key_Return}) {
+        m_links.opened.clear();
+        press(key);
+        EXPECT_EQ(m_links.opened, QList<QUrl>{QUrl(link)}) << key;
+    }
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(m_pasteboard.text(), link);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shownTexts().contains(text("Lien copié.")); }, 3000));
+
+    // Words that are marked are what is copied; the pasteboard of the system has those.
+    m_pasteboard.replace({});
+    const auto texts = shown([](const QQuickItem &item) {
+        return item.inherits("QQuickTextEdit") &&
+               item.property("text").toString() == text("Raison 8");
+    });
+    if (!texts.isEmpty()) {
+        QMetaObject::invokeMethod(texts.first(), "selectAll");
+        press(Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(m_pasteboard.text(), QString());
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), text("Raison 8"));
+    }
+
+    // A button that has the keyboard takes Return; a note that is written takes letters.
+    ASSERT_TRUE(tabTo(text("D’où vient la note")));
+    m_links.opened.clear();
+    press(Qt::Key_Return);
+    EXPECT_TRUE(m_links.opened.isEmpty());
+    for (int i = 0; i < 20 && !window().activeFocusItem()->inherits("QQuickTextArea"); ++i) {
+        press(Qt::Key_Tab);
+    }
+    type(text("jok"));
+    EXPECT_EQ(chosen(), text("Sujet 8"));
+    EXPECT_TRUE(m_links.opened.isEmpty());
+}
+
+TEST_F(ReadingTest, a_command_is_copied_as_it_is_typed) {
+    Topic topic = test::sampleTopic(text("Une commande"));
+    topic.firstStep = text("Lance « npx expo install --check », puis regarde.");
+    store().add({topic});
+    open();
+    press(Qt::Key_Space);
+    click(text("Copier"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), text("npx expo install --check"));
+    EXPECT_THAT(shownTexts(), Contains(text("Copié")));
+}
+
+TEST_F(ReadingTest, a_picture_heads_the_page_and_moves_nothing_when_it_arrives) {
+    const QTemporaryDir pictures;
+    m_app.variables.set("VORLE_PICTURES", pictures.path());
+    const auto draw = [&](const QString &name, QSize size) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::darkRed);
+        image.save(pictures.filePath(name), "PNG");
+    };
+    draw(text("wide.img"), {1200, 630});
+    draw(text("icon.img"), {64, 64});
+    QList<Topic> topics;
+    for (const char *name : {"wide.img", "icon.img", "absent.img", ""}) {
+        Topic topic = test::sampleTopic(text("Sujet ") + text(name));
+        topic.score = 9 - static_cast<int>(topics.size());
+        if (*name != 0) {
+            topic.gallery = {{topic.mainSource()->url, text(name)}};
+        }
+        topics += topic;
+    }
+    store().add(topics);
+    open();
+    press(Qt::Key_Space);
+    const auto pictureOver = [&](int least) {
+        const auto found = shown([&](const QQuickItem &item) {
+            return QByteArrayView(item.metaObject()->className()).startsWith("SourcePicture_") &&
+                   item.width() >= least;
+        });
+        return found.isEmpty() ? nullptr : found.first();
+    };
+    const auto titleTop = [&] {
+        const auto titles = shown([&](const QQuickItem &item) {
+            return item.inherits("QQuickTextEdit") &&
+                   item.property("text").toString().startsWith(text("Sujet "));
+        });
+        return titles.isEmpty() ? -1 : titles.first()->mapToScene({0, 0}).y();
+    };
+    QQuickItem *banner = pictureOver(600);
+    ASSERT_NE(banner, nullptr);
+    const double before = titleTop();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return banner->property("ready").toBool(); }, 5000));
+    EXPECT_EQ(titleTop(), before);
+    EXPECT_EQ(banner->width(), banner->height() * 3);
+
+    for (int i = 0; i < 3; ++i) {
+        press(Qt::Key_J);
+        EXPECT_EQ(pictureOver(600), nullptr) << chosen().toStdString();
+    }
+    // One that a run finds now is shown the next time.
+    const double top = titleTop();
+    const QUuid id = QUuid::fromString(window().property("chosenId").toString());
+    store().setGallery(id, {{text("https://example.org/a"), text("wide.img")}});
+    QTest::qWait(50);
+    EXPECT_EQ(titleTop(), top);
+    press(Qt::Key_K);
+    press(Qt::Key_J);
+    EXPECT_NE(pictureOver(600), nullptr);
 }
 
 TEST_F(ReadingTest, a_note_undone_leaves_its_field_too) {
@@ -134,8 +264,11 @@ TEST_F(ReadingTest, a_score_is_corrected_and_given_back_without_inventing_one) {
     QMetaObject::invokeMethod(&window(), "showTopic", Q_ARG(int, int(Section::Inbox)),
                               Q_ARG(QString, none));
     press(Qt::Key_Space);
+    EXPECT_THAT(shownTexts(), Not(Contains(text("Revoir ma note")))) << "it is folded";
+    ASSERT_TRUE(tabTo(text("D’où vient la note")));
+    press(Qt::Key_Return);
     EXPECT_THAT(shownTexts(), Contains(text("Revoir ma note"))) << "it is a score of one's own";
-    press(Qt::Key_Space);
+    press(Qt::Key_Escape);
     press(Qt::Key_Home);
     ask(none);
     EXPECT_TRUE(shownTexts().filter(text("J’avais mis")).isEmpty());
@@ -192,7 +325,7 @@ TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
             EXPECT_EQ(statusOf(link.title), TopicStatus::Pending);
             EXPECT_FALSE(shownTexts().filter(text("Je lis encore cette page")).isEmpty());
         }
-        EXPECT_EQ(buttonAt(text("Corriger la note")).y(), -1) << "there is none yet";
+        EXPECT_EQ(buttonAt(text("D’où vient la note")).y(), -1) << "there is none yet";
         press(Qt::Key_Space);
     }
     press(Qt::Key_X);

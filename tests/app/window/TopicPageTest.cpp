@@ -58,6 +58,9 @@ TEST_F(TopicPageTest, shows_the_topic_that_was_chosen_and_follows_its_changes_al
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(page.topicId(), chosen);
     EXPECT_EQ(page.grades().size(), 4);
+    EXPECT_EQ(page.gradesText(),
+              QStringLiteral("impact 8 · concret 7 · nouveauté 6 · fiabilité 5"));
+    EXPECT_TRUE(page.scoreText().endsWith(QStringLiteral(" sur 10")));
     EXPECT_EQ(page.seenText(), QStringLiteral("lu ici")) << "nothing turns the line round";
     EXPECT_FALSE(page.corrected() || page.hasBrief());
 
@@ -93,6 +96,42 @@ TEST_F(TopicPageTest, words_a_note_as_it_can_be_shown_and_leaves_its_code_alone)
     const auto source = page.briefSources().value(0).value<NamedLink>();
     EXPECT_EQ(source.url, QStringLiteral("https://example.org/a"));
     EXPECT_EQ(source.address, source.url);
+}
+
+TEST_F(TopicPageTest, parts_the_code_of_a_note_from_its_words) {
+    const QString fence = QStringLiteral("```");
+    using Pieces = QList<ReadingPart>;
+    const auto piece = [](const char *title, const char *body, bool code) {
+        return ReadingPart{QString::fromUtf8(title), QString::fromUtf8(body), code};
+    };
+    const struct {
+        QString body;
+        Pieces pieces;
+    } cases[] = {
+        {QStringLiteral("Un.\nDeux"), {piece("T", "Un.\nDeux", false)}},
+        {QStringLiteral("Lance\n```sh\n  npm ci ?\n```\npuis ceci !"),
+         {piece("T", "Lance", false), piece("", "  npm ci ?", true),
+          piece("", "puis ceci\u202F!", false)}},
+        {QStringLiteral("```\na\n\nb\n```"), {piece("T", "a\n\nb", true)}},
+        {QStringLiteral("Avant\n```\nreste"),
+         {piece("T", "Avant", false), piece("", "reste", true)}},
+        {QStringLiteral("Vide\n```\n```"), {piece("T", "Vide", false)}},
+        {QString(), {piece("T", "", false)}},
+    };
+    for (const auto &[body, pieces] : cases) {
+        Topic topic = test::sampleTopic(QStringLiteral("a"));
+        topic.brief = Brief{.essentials = {},
+                            .details = {{.title = QStringLiteral("T"), .body = body}},
+                            .project = std::nullopt,
+                            .unclear = {},
+                            .sources = {}};
+        page.setTopicId(add(topic).toString());
+        Pieces shown;
+        for (const QVariant &part : page.parts()) {
+            shown += part.value<ReadingPart>();
+        }
+        EXPECT_EQ(shown, pieces) << body.toStdString();
+    }
 }
 
 TEST_F(TopicPageTest, a_note_that_is_asked_for_comes_or_says_why_it_does_not) {
