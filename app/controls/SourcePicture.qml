@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // The picture kept for a source, cut to this place away from the thread that draws. Until it is
@@ -13,9 +12,6 @@ Item {
     property real radius: Theme.radiusButton
     readonly property bool ready: picture.status === Image.Ready
     readonly property bool lacking: file.length === 0 || picture.status === Image.Error
-    readonly property real ratio: Screen.devicePixelRatio
-    readonly property int acrossPixels: Math.round(width * ratio)
-    readonly property int downPixels: Math.round(height * ratio)
 
     function hex(shade: color): string {
         return shade.toString().slice(-6);
@@ -47,8 +43,8 @@ Item {
         anchors.fill: parent
         cache: false // the provider keeps the last ones itself
         asynchronous: true
-        sourceSize: Qt.size(frame.acrossPixels, frame.downPixels)
-        source: frame.file.length > 0 && frame.acrossPixels > 0 && frame.downPixels > 0 ? "image://pictures/" + frame.hex(Theme.well) + "/" + (Theme.dark ? frame.hex(Theme.paper) : "-") + "/" + Math.round(frame.radius * frame.ratio) + "/" + encodeURIComponent(frame.file) : ""
+        sourceSize: Qt.size(frame.width, frame.height) // the engine makes pixels of the screen of it
+        source: frame.file.length > 0 && frame.width > 0 && frame.height > 0 ? "image://pictures/" + frame.hex(Theme.well) + "/" + (Theme.dark ? frame.hex(Theme.paper) : "-") + "/" + Math.round(1000 * frame.radius / frame.height) + "/" + encodeURIComponent(frame.file) : ""
         Accessible.ignored: true
     }
 }

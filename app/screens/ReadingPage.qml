@@ -95,31 +95,31 @@ FocusScope {
 
         Column {
             id: body
-            y: Theme.cardGap
+            y: page.details.banner.length > 0 ? 0 : 12
             x: Math.max(Theme.margin, (flick.width - width) / 2)
             width: Math.min(Theme.readingWidth, flick.width - 2 * Theme.margin)
             spacing: 34
             visible: page.topicId !== ""
 
-            // Its picture hangs over both sides of the text where there is room.
-            Loader {
-                readonly property real hang: Math.min(20, body.x - 12)
-
-                x: -hang
-                width: parent.width + 2 * hang
-                height: Math.round(width / 3)
-                active: page.details.banner.length > 0
-                visible: active
-                sourceComponent: SourcePicture {
-                    file: page.details.banner
-                    radius: Theme.radiusCard
-                }
-            }
             Column {
                 id: start
                 width: parent.width
                 spacing: 24
 
+                // Its picture hangs over both sides of the text where there is room.
+                Loader {
+                    readonly property real hang: Math.min(20, body.x - 12)
+
+                    x: -hang
+                    width: parent.width + 2 * hang
+                    height: Math.round(width / 3)
+                    active: page.details.banner.length > 0
+                    visible: active
+                    sourceComponent: SourcePicture {
+                        file: page.details.banner
+                        radius: Theme.radiusCard
+                    }
+                }
                 ReadingTitle {
                     id: heading
                     width: parent.width
@@ -130,7 +130,7 @@ FocusScope {
                     visible: text.length > 0
                     text: page.topic.summary
                     font.pixelSize: Theme.textReading
-                    leading: 1.5
+                    leading: 1.3
                 }
                 WhyLine {
                     width: parent.width

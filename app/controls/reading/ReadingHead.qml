@@ -80,7 +80,7 @@ Item {
             font.pixelSize: Theme.textNote
             font.weight: Font.Medium
             wrapMode: Text.NoWrap
-            lineHeight: 1.1
+            lineHeight: 1
             Accessible.name: qsTr("Sujet %1 sur %2").arg(head.grouped(head.position + 1)).arg(head.grouped(head.count))
         }
         ActionButton {

@@ -47,7 +47,7 @@ Row {
             font.pixelSize: size
             font.weight: Font.Bold
             font.letterSpacing: -0.014 * size
-            leading: 1.15
+            leading: 1
             Accessible.role: Accessible.Heading
         }
         SelectableText {

@@ -67,16 +67,19 @@ QSize iconSize(QSize icon, QSize place) {
 QImage decoded(QImageReader &reader, PictureSort sort, QSize place) {
     const QSize whole = reader.size();
     const bool turned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-    if (turned) { // cut and scaled as it lies in the file, then turned
-        place.transpose();
+    const auto asItLies = [turned](QSize size) { return turned ? size.transposed() : size; };
+    const QSize wanted = sort == PictureSort::Icon ? asItLies(iconSize(whole, place)) : place;
+    if (sort != PictureSort::Icon) {
+        reader.setClipRect(cutFor(asItLies(place), whole));
     }
-    if (sort == PictureSort::Icon) {
-        reader.setScaledSize(iconSize(whole, place));
-    } else {
-        reader.setClipRect(cutFor(place, whole));
-        reader.setScaledSize(place);
+    if (reader.format() == "jpeg") { // whose decoder has less to do then
+        reader.setScaledSize(asItLies(wanted));
     }
-    return reader.read();
+    // Few colours would be dithered where they are scaled as such.
+    const QImage picture = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    return picture.isNull() || picture.size() == wanted
+               ? picture
+               : picture.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 } // namespace

@@ -31,10 +31,11 @@ std::optional<Asked> asked(const QString &id, QSize size) {
         parts[3].contains(u'\\') || parts[3].contains(QChar::Null) || size.isEmpty()) {
         return std::nullopt;
     }
-    const QSize most(PictureLook::mostSide, PictureLook::mostSide);
+    const QSize place = size.boundedTo({PictureLook::mostSide, PictureLook::mostSide});
+    constexpr int thousand = 1'000;
     return Asked{parts[3],
-                 {.size = size.boundedTo(most),
-                  .radius = std::clamp(parts[2].toInt(), 0, PictureLook::mostSide),
+                 {.size = place,
+                  .radius = std::clamp(parts[2].toInt(), 0, thousand) * place.height() / thousand,
                   .ground = QColor(u'#' + parts[0]),
                   .veil = parts[1] == u"-" ? QColor() : QColor(u'#' + parts[1])}};
 }

@@ -8,7 +8,7 @@
 namespace vorle {
 
 /// The pictures of sources, for QML: "image://pictures/GROUND/VEIL/RADIUS/FILE", each as
-/// `PictureLook` has it: two colours as "efe8dd" ("-" for no veil), pixels of the screen, and
+/// `PictureLook` has it: two colours as "efe8dd" ("-" for no veil), thousandths of the height, and
 /// the name of a file in the picture cache. Nothing is fetched here. What cannot be shown is an
 /// error of the image, whose place shows something else then.
 ///

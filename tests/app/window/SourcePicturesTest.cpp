@@ -97,6 +97,15 @@ TEST(PictureFile, is_set_in_its_place_whatever_form_it_has) {
     banner.size = {720, 240};
     EXPECT_EQ(setPicture(bytes, banner).pixelColor(360, 0), QColor(Qt::blue));
 
+    // Few colours stay what they are: nothing is dithered.
+    QImage few(1200, 630, QImage::Format_Indexed8);
+    few.setColorTable({qRgb(40, 31, 63), qRgb(255, 255, 255)});
+    few.fill(0);
+    QByteArray indexed;
+    QBuffer into(&indexed);
+    few.save(&into, "PNG");
+    EXPECT_EQ(setPicture(indexed, look).pixelColor(99, 77), QColor(40, 31, 63));
+
     PictureLook dark = look;
     dark.veil = QColor(0, 0, 0);
     EXPECT_NEAR(setPicture(file(1200, 630), dark).pixelColor(120, 76).red(), 219, 2);
