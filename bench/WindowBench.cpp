@@ -227,9 +227,14 @@ void measureFrames() {
     }
     std::printf("a run of 30 topics with pictures lands on 2,000 (medians of %d)   ms\n", landings);
     for (const auto &[name, text] : std::initializer_list<std::pair<QByteArray, const char *>>{
-             {"longestWall", "longest stretch of the main thread"},
-             {"longestCpu", "  its processor time"},
-             {"over", "stretches over 16.7 ms"},
+             {"landWall", "landing: longest stretch of the main thread"},
+             {"landCpu", "  longest by its processor time"},
+             {"landOver", "  stretches over 16.7 ms"},
+             {"landOverCpu", "  by processor time"},
+             {"walkWall", "walking through them: longest stretch"},
+             {"walkCpu", "  longest by processor time"},
+             {"walkOver", "  stretches over 16.7 ms"},
+             {"walkOverCpu", "  by processor time"},
              {"frames", "frames drawn"}}) {
         std::printf("  %-50s %8.2f\n", text, median(samples, name));
     }

@@ -10,8 +10,9 @@ Item {
     property string file: "" // in the picture cache; "" for none
     property string site: "" // what its letter is taken from
     property real radius: Theme.radiusButton
-    readonly property bool ready: picture.status === Image.Ready
-    readonly property bool lacking: file.length === 0 || picture.status === Image.Error
+    // One pixel is the provider's way to say that there is none.
+    readonly property bool ready: picture.status === Image.Ready && picture.implicitWidth > 1
+    readonly property bool lacking: file.length === 0 || (picture.status === Image.Ready && !ready)
 
     function hex(shade: color): string {
         return shade.toString().slice(-6);

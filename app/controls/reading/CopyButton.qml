@@ -14,15 +14,15 @@ ActionButton {
     Accessible.name: done.running ? qsTr("Copié") : qsTr("Copier : %1").arg(copied)
     onCopiedChanged: done.stop()
     onClicked: {
-        words.selectAll();
-        words.copy();
-        words.deselect();
+        carrier.selectAll();
+        carrier.copy();
+        carrier.deselect();
         done.restart();
         announcer.say(qsTr("Copié."));
     }
 
     TextEdit {
-        id: words
+        id: carrier
         visible: false
         text: button.copied
         textFormat: TextEdit.PlainText

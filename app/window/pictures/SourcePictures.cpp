@@ -83,14 +83,15 @@ public:
     /// From its own event loop: the engine listens once it has the response.
     void give(const QImage &picture) {
         m_picture = picture;
+        if (m_picture.isNull()) {
+            m_picture = QImage(1, 1, QImage::Format_ARGB32_Premultiplied);
+            m_picture.fill(Qt::transparent);
+        }
         QMetaObject::invokeMethod(this, &QQuickImageResponse::finished, Qt::QueuedConnection);
     }
     void cancel() override {
         const std::scoped_lock guard(m_waiting->lock);
         m_waiting->wanted = false;
-    }
-    QString errorString() const override {
-        return m_picture.isNull() ? QStringLiteral("no such picture") : QString();
     }
     QQuickTextureFactory *textureFactory() const override {
         return QQuickTextureFactory::textureFactoryForImage(m_picture);

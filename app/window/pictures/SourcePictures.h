@@ -9,8 +9,8 @@ namespace vorle {
 
 /// The pictures of sources, for QML: "image://pictures/GROUND/VEIL/RADIUS/FILE", each as
 /// `PictureLook` has it: two colours as "efe8dd" ("-" for no veil), thousandths of the height, and
-/// the name of a file in the picture cache. Nothing is fetched here. What cannot be shown is an
-/// error of the image, whose place shows something else then.
+/// the name of a file in the picture cache. Nothing is fetched here. What cannot be shown is
+/// one pixel that nobody sees.
 ///
 /// They are decoded on one thread of its own, so that a screen full of them holds up neither frames
 /// nor memory; one that nobody waits for any more is not decoded. The last ones set are kept, up to

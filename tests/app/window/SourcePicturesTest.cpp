@@ -134,7 +134,7 @@ TEST(PictureFile, shows_nothing_of_what_is_no_picture_or_too_much_of_one) {
         EXPECT_TRUE(setPicture(each.bytes, look).isNull()) << each.what;
     }
     // A picture whose data is not what its head says ends in nothing, or in a picture.
-    for (qsizetype at = 30; at < good.size(); at += 7) {
+    for (qsizetype at = 30; at < good.size(); at += 97) {
         QByteArray torn = good;
         torn[at] = static_cast<char>(torn[at] ^ 0x55);
         const QImage set = setPicture(torn, look);
@@ -150,7 +150,7 @@ protected:
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write(bytes);
     }
-    /// The size of what is shown; empty for an error.
+    /// The size of what is shown; empty for the one pixel that stands for nothing.
     QSize shown(const char *id, QSize size = {240, 152}) {
         const std::unique_ptr<QQuickImageResponse> response(
             pictures().requestImageResponse(QString::fromUtf8(id), size));
@@ -158,10 +158,9 @@ protected:
         QObject::connect(response.get(), &QQuickImageResponse::finished, [&] { answered = true; });
         EXPECT_FALSE(answered) << "before anybody listens";
         test::spinUntil([&] { return answered; });
-        if (!response->errorString().isEmpty()) {
-            return {};
-        }
-        return std::unique_ptr<QQuickTextureFactory>(response->textureFactory())->textureSize();
+        const QSize given =
+            std::unique_ptr<QQuickTextureFactory>(response->textureFactory())->textureSize();
+        return given == QSize(1, 1) ? QSize() : given;
     }
     SourcePictures &pictures() { return m_pictures; }
 
