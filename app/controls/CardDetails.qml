@@ -28,27 +28,15 @@ Item {
     }
 
     // Its size is the picture's, whether there is one or not: no text moves for it.
-    Item {
+    SourcePicture {
         id: picture
         visible: details.pictured
         x: parent.width - width
         y: -details.above
         width: Theme.pictureWidth
         height: Theme.pictureHeight
-
-        Rectangle {
-            anchors.fill: parent
-            radius: Theme.radiusButton
-            color: Theme.well
-
-            Title {
-                anchors.centerIn: parent
-                text: details.pictured ? details.topic.site.charAt(0).toUpperCase() : ""
-                size: 30
-                color: Theme.inkFaint
-                Accessible.ignored: true
-            }
-        }
+        file: details.pictured ? details.topic.sources.find(source => source.picture.length > 0)?.picture ?? "" : ""
+        site: details.topic.site
     }
     VersionLine {
         id: versions

@@ -118,12 +118,11 @@ TEST_F(ReadingTest, the_next_topic_and_the_source_are_a_key_away_and_nothing_is_
         return item.inherits("QQuickTextEdit") &&
                item.property("text").toString() == text("Raison 8");
     });
-    if (!texts.isEmpty()) {
-        QMetaObject::invokeMethod(texts.first(), "selectAll");
-        press(Qt::Key_C, Qt::ControlModifier);
-        EXPECT_EQ(m_pasteboard.text(), QString());
-        EXPECT_EQ(QGuiApplication::clipboard()->text(), text("Raison 8"));
-    }
+    ASSERT_FALSE(texts.isEmpty());
+    QMetaObject::invokeMethod(texts.first(), "selectAll");
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(m_pasteboard.text(), QString());
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), text("Raison 8"));
 
     // A button that has the keyboard takes Return; a note that is written takes letters.
     ASSERT_TRUE(tabTo(text("D’où vient la note")));
@@ -136,6 +135,17 @@ TEST_F(ReadingTest, the_next_topic_and_the_source_are_a_key_away_and_nothing_is_
     type(text("jok"));
     EXPECT_EQ(chosen(), text("Sujet 8"));
     EXPECT_TRUE(m_links.opened.isEmpty());
+}
+
+TEST_F(ReadingTest, a_command_is_copied_as_it_is_typed) {
+    Topic topic = test::sampleTopic(text("Une commande"));
+    topic.firstStep = text("Lance « npx expo install --check », puis regarde.");
+    store().add({topic});
+    open();
+    press(Qt::Key_Space);
+    click(text("Copier"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), text("npx expo install --check"));
+    EXPECT_THAT(shownTexts(), Contains(text("Copié")));
 }
 
 TEST_F(ReadingTest, a_picture_heads_the_page_and_moves_nothing_when_it_arrives) {
