@@ -127,6 +127,8 @@ public:
         {Map::LargerText, QT_TR_NOOP("Agrandir le texte")},
         {Map::SmallerText, QT_TR_NOOP("Réduire le texte")},
         {Map::UsualText, QT_TR_NOOP("Taille de texte normale")},
+        {Map::OpenSource, QT_TR_NOOP("Ouvrir la source")},
+        {Map::CopyLink, QT_TR_NOOP("Copier le lien")},
     };
 
     static constexpr Row rows[] = {
@@ -362,7 +364,9 @@ QString KeyboardMap::label(Action action) const {
 QKeySequence KeyboardMap::sequence(Action action) const {
     for (const Row &row : rows) {
         for (const Binding &binding : row.bindings) {
-            if (binding.action == action && (binding.modifiers & command) != 0) {
+            // That of CopyLink is the menus’ own "Copier", which is for what is marked.
+            if (binding.action == action && (binding.modifiers & command) != 0 &&
+                action != CopyLink) {
                 return QKeySequence(QKeyCombination(Qt::KeyboardModifiers(binding.modifiers),
                                                     Qt::Key(binding.key)));
             }

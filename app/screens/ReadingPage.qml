@@ -56,10 +56,14 @@ FocusScope {
     }
     onShownChanged: mark(null)
 
-    Shortcut {
-        sequences: [StandardKey.Copy] // qmllint disable unqualified
-        enabled: page.shown && page.marked !== null && page.marked.selectedText.length > 0
-        onActivated: page.marked.copy()
+    // Copies what is marked; whether anything was.
+    function copies(event: KeyEvent): bool {
+        const some = shown && marked !== null && marked.selectedText.length > 0;
+        if (some && event.matches(StandardKey.Copy)) { // qmllint disable unqualified
+            marked.copy();
+            return true;
+        }
+        return false;
     }
     Rectangle {
         anchors.fill: parent

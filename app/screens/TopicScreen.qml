@@ -18,7 +18,7 @@ SectionScreen {
     readonly property real pageWidth: Theme.readingWidth + 2 * Theme.margin
     readonly property bool covered: selection.enlarged && !beside
 
-    Keys.onPressed: event => event.accepted = !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
+    Keys.onPressed: event => event.accepted = (page?.copies(event) ?? false) || !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
 
     function move(step: int) {
         selection.step(step);

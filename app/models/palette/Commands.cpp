@@ -45,6 +45,8 @@ public:
         {Map::WorthGem, Standing::WhenSought, QT_TR_NOOP("donner")},
         {Map::ToggleCard, Standing::WhenSought, QT_TR_NOOP("ouvrir page lecture")},
         {Map::CloseCard, Standing::WhenSought, QT_TR_NOOP("fermer page lecture")},
+        {Map::OpenSource, Standing::WhenSought, QT_TR_NOOP("lien page navigateur site")},
+        {Map::CopyLink, Standing::WhenSought, QT_TR_NOOP("adresse url source")},
         {Map::Correct, Standing::WhenSought, QT_TR_NOOP("score changer")},
         {Map::ReadAgain, Standing::WhenSought, QT_TR_NOOP("réessayer")},
         {Map::GoInbox, Standing::Always, QT_TR_NOOP("voir rubrique section tri")},
@@ -172,6 +174,9 @@ bool Commands::canAct(Map::Action action) const {
         return hasTopic() && !chosen->isEnlarged();
     case Map::CloseCard:
         return hasTopic() && chosen->isEnlarged();
+    case Map::OpenSource:
+    case Map::CopyLink:
+        return hasTopic();
     case Map::Correct:
         return hasTopic() && chosen->list()->card(chosen->currentRow()).refusal().isEmpty();
     case Map::ReadAgain:

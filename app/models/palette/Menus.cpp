@@ -106,6 +106,8 @@ QList<Menu> menuBar(const KeyboardMap &keyboard) {
                                   Map::NextTopic,
                                   Map::ToggleCard,
                                   Map::CloseCard,
+                                  Map::OpenSource,
+                                  Map::CopyLink,
                                   line,
                                   Map::Keep,
                                   Map::Later,
