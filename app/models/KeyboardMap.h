@@ -104,8 +104,8 @@ public:
         LargerText,    ///< these three have no row in the sheet
         SmallerText,
         UsualText,
-        OpenSource,    ///< these two have no row in the sheet: the topic's link, in the browser
-        CopyLink       ///< or onto the pasteboard
+        OpenSource, ///< these two have no row in the sheet: the topic's link, in the browser
+        CopyLink    ///< or onto the pasteboard
     };
     Q_ENUM(Action)
 
