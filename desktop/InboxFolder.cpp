@@ -146,7 +146,7 @@ std::optional<QByteArray> bytesOf(int folder, const Entry &entry) {
 InboxFolder::Drop dropIn(int folder, const Entry &entry) {
     using Content = InboxFolder::Content;
     if (entry.state.bytes > InboxFolder::maxBytes) {
-        return {entry.name, entry.state, Content::TooLarge};
+        return {entry.name, entry.state, Content::NoLink};
     }
     const auto bytes = bytesOf(folder, entry);
     if (!bytes) {

@@ -60,10 +60,9 @@ public:
         bool operator==(const State &) const = default;
     };
     enum class Content {
-        Link,     ///< `item` is it
-        NoLink,   ///< it holds none, or not yet
-        TooLarge, ///< nothing was read of it
-        Unread    ///< it could not be read now: refused by the system, or being replaced
+        Link,   ///< `item` is it
+        NoLink, ///< it holds none, or not yet; of one over maxBytes nothing was read
+        Unread  ///< it could not be read now: refused by the system, or being replaced
     };
     struct Drop {
         QByteArray name; ///< as the disk has it

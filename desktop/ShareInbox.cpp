@@ -222,7 +222,8 @@ Task<> ShareInbox::leave(QList<InboxFolder::Drop> kept, QList<InboxFolder::Drop>
             if (left == Left::Refused) {
                 found.aside += drop;
             }
-            const bool isLarge = drop.content == InboxFolder::Content::TooLarge;
+            // By its size: one that is asked to go once more was not read again.
+            const bool isLarge = drop.state.bytes > InboxFolder::maxBytes;
             (isLarge ? found.tooLarge : found.noLinks) += left == Left::Done ? 1 : 0;
             pulse.beat();
         }

@@ -261,17 +261,23 @@ TEST_F(ShareInboxTest, what_could_not_be_saved_stays_and_is_handed_over_once) {
 TEST_F(ShareInboxTest, what_the_system_does_not_let_go_is_never_handed_over_again) {
     asSomebody([&] {
         test::writeFile(drop("a.json"), dropOf("a"));
+        QFile large(drop("large.json"));
+        ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(50'000'000));
+        large.close();
         meanwhile = [&] { setMode(path("Inbox"), 0500); };
         open();
-        test::spinUntil([&] { return QFile::exists(path("drops.json")); });
+        test::spinUntil([&] { return test::readFile(path("drops.json")).count("goesAside") == 2; });
         signal.told();
         test::settle();
-        EXPECT_EQ(entries("Inbox").size(), 1);
+        EXPECT_EQ(entries("Inbox").size(), 2);
+        EXPECT_EQ(heavy, 0);
         close();
         // Another start, which may.
         open();
         test::spinUntil([&] { return entries("Inbox").isEmpty(); });
         test::spinUntil([&] { return test::readFile(path("drops.json")).trimmed() == "[]"; });
+        EXPECT_EQ(heavy, 1); // told as what it is, though nothing of it was read this time
+        EXPECT_EQ(aside, 0);
         // The name is another drop's by now.
         test::writeFile(drop("a.json"), dropOf("b"));
         signal.told();
