@@ -1,6 +1,7 @@
 #include "app/cli/CommandLine.h"
 
 #include "app/cli/Command.h"
+#include "app/cli/Completions.h"
 #include "app/demo/Demonstration.h"
 #include "app/wiring/Interrupts.h"
 #include "app/wiring/Startup.h"
@@ -84,6 +85,13 @@ int run(Console &console, const QStringList &words, const Adapters &adapters) {
     if (words.first() == u"--version") {
         console.print(QStringLiteral("vorle ") + QCoreApplication::applicationVersion());
         return static_cast<int>(ExitStatus::Done);
+    }
+    if (words.first() == u"completion") {
+        const auto script = completionScript(words.value(1));
+        script ? console.print(script->chopped(1).toUtf8()) // for a program: as it is
+               : console.say(
+                     French::tr("Usage : vorle completion %1").arg(completedShells().join(u'|')));
+        return static_cast<int>(script ? ExitStatus::Done : ExitStatus::Usage);
     }
     const Command *command = commandNamed(words.first());
     if (command == nullptr) {

@@ -9,6 +9,7 @@
 
 namespace vorle::cli {
 
+#if defined(Q_OS_LINUX)
 namespace {
 
 /// Runs a program of the desktop's that keeps its lists, where it is there. What it says is its
@@ -29,6 +30,7 @@ void runIfThere(const QString &name, const QStringList &arguments) {
 }
 
 } // namespace
+#endif
 
 Task<ExitStatus> integrer(Context &context, const Resources &resources) {
 #if defined(Q_OS_LINUX)
