@@ -1,4 +1,5 @@
-# Read by `run` and `test`: installs what is missing, fetches the font, configures and builds.
+# Read by `run`, `test` and `scripts/package`: installs what is missing, fetches the font, configures and builds.
+# What a Mac runs is written for its bash 3.2 and BSD tools: scripts/check-mac refuses the rest.
 # Every function says what it is about to do on standard error; standard output stays the program's.
 
 say() { printf '%s\n' "$*" >&2; }
@@ -26,26 +27,29 @@ install_packages() {
         return
     fi
     local wanted installed
-    wanted=$(packages_of "$@" | sort)
+    wanted=$(packages_of "$@" | sort -u)
     # One question to the package database, whatever the number of packages; its exit status only
     # says that one is unknown.
     installed=$({ dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' $wanted 2>/dev/null || true; } |
         awk '$1 == "ii" { print $2 }' | sort -u)
-    mapfile -t missing < <(comm -23 <(printf '%s\n' "$wanted") <(printf '%s\n' "$installed"))
+    missing=($(comm -23 <(printf '%s\n' "$wanted") <(printf '%s\n' "$installed")))
     if [ ${#missing[@]} -eq 0 ]; then return; fi
-    local as_root=()
+    local as_root=""
     if [ "$(id -u)" -ne 0 ]; then
         command -v sudo >/dev/null || {
             say "Il manque : ${missing[*]}. Relance en root, ou installe sudo."
             exit 1
         }
-        as_root=(sudo)
+        as_root=sudo
     fi
     say "vorle installe avec apt : ${missing[*]}"
-    quietly "${as_root[@]}" apt-get update -qq
-    quietly "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    quietly $as_root apt-get update -qq
+    quietly $as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null
 }
+
+# within SECONDS COMMAND ...: ends what takes longer. A Mac has no `timeout`.
+within() { perl -e 'alarm shift; exec @ARGV or exit 127' "$@"; }
 
 # The display font, from its npm package. Nothing depends on it.
 fetch_font() {
@@ -57,7 +61,7 @@ fetch_font() {
         return
     fi
     scratch=$(mktemp -d)
-    if (cd "$scratch" && timeout 60 npm pack --silent @fontsource/bricolage-grotesque@5.3.0 \
+    if (cd "$scratch" && within 60 npm pack --silent @fontsource/bricolage-grotesque@5.3.0 \
         >/dev/null 2>&1 && tar -xzf ./*.tgz); then
         mkdir -p "$folder"
         cp "$scratch"/package/files/bricolage-grotesque-latin-700-normal.woff "$folder/"
