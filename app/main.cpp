@@ -90,6 +90,7 @@ int main(int argc, char **argv) {
         const auto drops = vorle::native::dropSignal();
         const auto browser = vorle::native::frontBrowser();
         const auto widgets = vorle::native::widgetTimelines();
+        const auto dock = vorle::native::dockPresence();
         return vorle::runGui(argc, argv,
                              {*installedApps,
                               *terminals,
@@ -102,6 +103,7 @@ int main(int argc, char **argv) {
                               browser.get(),
                               signatures.get(),
                               *widgets,
+                              *dock,
                               vorle::native::motionSetting,
                               vorle::native::notifications,
                               vorle::native::loginItem,

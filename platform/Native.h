@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/DockPresence.h"
 #include "platform/DropSignal.h"
 #include "platform/FilePicker.h"
 #include "platform/FileReveal.h"
@@ -46,6 +47,7 @@ std::unique_ptr<LoginItem> loginItem();
 std::unique_ptr<GlobalHotKey> globalHotKey();
 std::unique_ptr<KeyWatch> keyWatch();
 std::unique_ptr<MailComposer> mailComposer();
+std::unique_ptr<DockPresence> dockPresence();
 
 /// What the system updates its programs by; null where it has nothing of the kind.
 std::unique_ptr<UpdateEngine> updateEngine();

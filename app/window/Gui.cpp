@@ -200,7 +200,7 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entranc
     }
     QApplication qt(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("vorle"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("vorle"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("fr.vorle.vorle"));
     int status = 1;
     std::optional<QString> successor;
     try {

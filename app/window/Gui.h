@@ -9,6 +9,7 @@
 
 namespace vorle {
 
+class DockPresence;
 class DropSignal;
 class FilePicker;
 class FileReveal;
@@ -41,6 +42,7 @@ struct GuiAdapters {
     FrontBrowser *browser;            ///< null where the system tells nothing of what is in front
     const SignatureCheck *signatures; ///< null where the system has no such check
     WidgetTimelines &widgets;
+    DockPresence &dock;
     // Made once the program has a QApplication: a bus or a window system may only be asked then.
     std::function<std::unique_ptr<MotionSetting>()> motion;
     std::function<std::unique_ptr<Notifications>()> notifications;

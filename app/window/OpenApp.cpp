@@ -5,6 +5,7 @@
 #include "app/wiring/Application.h"
 #include "base/French.h"
 #include "desktop/CaptureAddress.h"
+#include "platform/DockPresence.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -61,6 +62,8 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
     followTimers();
     followTray();
     followWindow();
+    connect(&m_main.window(), &QWindow::visibleChanged, this,
+            [&dock = adapters.dock](bool shown) { dock.show(shown); });
     followUpdates();
     // Once the window is there: what the first decision would otherwise wait for.
     connect(

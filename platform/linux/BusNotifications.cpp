@@ -185,7 +185,7 @@ void BusNotifications::send(const Notification &notification) {
             actions += {action.identifier, action.label};
         }
     }
-    QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("vorle")},
+    QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("fr.vorle.vorle")},
                       {QStringLiteral("x-vorle-section"), notification.section},
                       {QStringLiteral("urgency"),
                        QVariant::fromValue<uchar>(

@@ -131,7 +131,8 @@ DesktopApps::Setting DesktopApps::Setting::ofThisProcess() {
     setting.dataDirectories.removeDuplicates();
     setting.desktops = foldersIn("XDG_CURRENT_DESKTOP", {});
     setting.programFolders = foldersIn("PATH", QStringLiteral("/usr/local/bin:/usr/bin:/bin"));
-    setting.ownPrefix = QStringLiteral("vorle");
+    setting.ownPrefixes = {QStringLiteral("vorle."), QStringLiteral("vorle-"),
+                           QStringLiteral("fr.vorle.")};
     return setting;
 }
 
@@ -149,7 +150,8 @@ QList<InstalledApp> DesktopApps::list() const {
         while (files.hasNext() && seen.size() < maxEntries) {
             const QString path = files.next();
             const QString id = applications.relativeFilePath(path).replace(u'/', u'-');
-            if (seen.contains(id) || id.startsWith(m_setting.ownPrefix)) {
+            const auto begins = [&id](const QString &own) { return id.startsWith(own); };
+            if (seen.contains(id) || std::ranges::any_of(m_setting.ownPrefixes, begins)) {
                 continue;
             }
             const Keys keys = readEntry(path);

@@ -21,7 +21,7 @@ public:
         QStringList dataDirectories; ///< each may hold "applications/"; the first wins
         QStringList desktops;        ///< the names of the desktop that runs: "GNOME"
         QStringList programFolders;  ///< where a program without a path is looked for
-        QString ownPrefix;           ///< what our own desktop-file ids begin with
+        QStringList ownPrefixes;     ///< what our own desktop-file ids begin with
 
         /// From the XDG environment variables and their defaults, with the directories of Flatpak
         /// and Snap, which a session may not list.

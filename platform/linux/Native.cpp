@@ -23,6 +23,12 @@ public:
     void reload() override {}
 };
 
+/// Desktops list the windows that there are.
+class WindowsAlone final : public DockPresence {
+public:
+    void show(bool) override {}
+};
+
 } // namespace
 
 std::unique_ptr<InstalledApps> installedApps() {
@@ -43,6 +49,8 @@ std::unique_ptr<FrontBrowser> frontBrowser() { return nullptr; }
 std::unique_ptr<SignatureCheck> signatureCheck() { return nullptr; }
 
 std::unique_ptr<FileReveal> fileReveal() { return std::make_unique<DesktopReveal>(); }
+
+std::unique_ptr<DockPresence> dockPresence() { return std::make_unique<WindowsAlone>(); }
 
 std::unique_ptr<WidgetTimelines> widgetTimelines() { return std::make_unique<FileAlone>(); }
 

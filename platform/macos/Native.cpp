@@ -2,6 +2,7 @@
 
 #include "platform/macos/BundleApps.h"
 #include "platform/macos/FinderReveal.h"
+#include "platform/macos/MacDock.h"
 #include "platform/macos/MacFrontBrowser.h"
 #include "platform/macos/MacHotKey.h"
 #include "platform/macos/MacKeyWatch.h"
@@ -77,6 +78,8 @@ std::unique_ptr<GlobalHotKey> globalHotKey() { return std::make_unique<MacHotKey
 std::unique_ptr<KeyWatch> keyWatch() { return std::make_unique<MacKeyWatch>(); }
 
 std::unique_ptr<MailComposer> mailComposer() { return std::make_unique<MacMail>(); }
+
+std::unique_ptr<DockPresence> dockPresence() { return std::make_unique<MacDock>(); }
 
 std::unique_ptr<UpdateEngine> updateEngine() {
 #if defined(VORLE_HAS_SPARKLE)

@@ -30,7 +30,7 @@ protected:
                                    folder.filePath(QStringLiteral("system"))};
         setting.desktops = {QStringLiteral("ubuntu"), QStringLiteral("GNOME")};
         setting.programFolders = {folder.filePath(QStringLiteral("bin"))};
-        setting.ownPrefix = QStringLiteral("vorle");
+        setting.ownPrefixes = {QStringLiteral("vorle."), QStringLiteral("fr.vorle.")};
         QStringList lines;
         for (const InstalledApp &app : DesktopApps(setting).list()) {
             lines += app.name + (app.category ? u' ' + app.category->section(u'.', -1) : QString());

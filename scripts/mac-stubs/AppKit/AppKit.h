@@ -69,7 +69,15 @@ typedef enum : unsigned long long { NSEventMaskKeyDown = 1ULL << 10 } NSEventMas
 @interface NSWindow : NSObject
 - (void)makeKeyAndOrderFront:(id)sender;
 @end
+typedef enum NSApplicationActivationPolicy : NSInteger {
+    NSApplicationActivationPolicyRegular,
+    NSApplicationActivationPolicyAccessory,
+    NSApplicationActivationPolicyProhibited
+} NSApplicationActivationPolicy;
+
 @interface NSApplication : NSObject
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
+- (NSApplicationActivationPolicy)activationPolicy;
 @property(class, readonly, strong) NSApplication *sharedApplication;
 @property(readonly, strong) NSWindow *keyWindow;
 @property(getter=isActive, readonly) BOOL active;

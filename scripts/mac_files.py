@@ -1,0 +1,107 @@
+"""What a Mac reads and no compiler does, for check-mac: property lists, rights, shell scripts."""
+import pathlib
+import plistlib
+import re
+import subprocess
+import xml.etree.ElementTree as tree
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+FOLDER = ROOT / "packaging/macos"
+APP = "fr.vorle.vorle"
+# What each list must say; the rest of it is its own affair.
+NEEDED = {
+    "Info.plist.in": {
+        "CFBundleIdentifier": APP, "CFBundleExecutable": "vorle", "CFBundlePackageType": "APPL",
+        "LSMinimumSystemVersion": "13.0", "LSUIElement": True, "NSPrincipalClass": "NSApplication"},
+    "share/Info.plist.in": {
+        "CFBundleIdentifier": APP + ".share", "CFBundleExecutable": "VorleShare",
+        "CFBundlePackageType": "XPC!", "LSMinimumSystemVersion": "13.0",
+        "VorleAppGroup": "@VORLE_APP_GROUP@"},
+    "widget/Info.plist.in": {
+        "CFBundleIdentifier": APP + ".widget", "CFBundleExecutable": "VorleWidget",
+        "CFBundlePackageType": "XPC!", "LSMinimumSystemVersion": "13.0",
+        "VorleAppGroup": "@VORLE_APP_GROUP@"},
+}
+GROUPS = {"com.apple.security.application-groups": ["@VORLE_TEAM@." + APP]}
+RIGHTS = {
+    "vorle.entitlements": GROUPS | {"com.apple.security.automation.apple-events": True,
+                                    "com.apple.security.cs.allow-jit": True},
+    "share/share.entitlements": GROUPS | {"com.apple.security.app-sandbox": True},
+    "widget/widget.entitlements": GROUPS | {"com.apple.security.app-sandbox": True},
+}
+# Of the app alone: what the system asks a person, or hands over, by these words.
+TOLD = ["NSAppleEventsUsageDescription", "NSDocumentsFolderUsageDescription", "CFBundleURLTypes",
+        "SUFeedURL", "SUPublicEDKey"]
+# Scripts that only Linux runs.
+LINUX = {"scripts/package", "scripts/try-package", "scripts/screenshots", "resources/linux/install.sh",
+         "resources/linux/vorle-nautilus.sh"}
+# bash 4 and later, and tools that a Mac lacks or has otherwise.
+REFUSED = {
+    r"\b(mapfile|readarray)\b": "bash 4", r"\bdeclare -[A-Za-z]*A": "bash 4",
+    r"\$\{\w+(,,|\^\^|@[A-Z])": "bash 4", r"(^|[\s(&|;])timeout \d": "no such tool",
+    r"\bsha256sum\b": "shasum -a 256", r"\breadlink -f\b": "not everywhere", r"\brealpath\b": "not everywhere",
+    r"\bsed -i(?! '')": "wants a suffix", r"\bxargs\b[^|]* -[rd]\b": "GNU's", r"\bgrep -[A-Za-z]*P": "GNU's",
+    r"\bdate -d\b": "GNU's", r"\bstat -c\b": "GNU's", r"\bcp [^|;]*-t\b": "GNU's", r"-printf\b": "GNU's",
+    r"\bnproc\b": "no such tool", r"\bsort -[A-Za-z]*V": "GNU's", r"&>>": "bash 4",
+}
+
+
+def _repeated(path):
+    """Keys that one dictionary has twice: the parser takes the last one, unheard."""
+    for dictionary in tree.parse(path).iter("dict"):
+        keys = [element.text for element in dictionary if element.tag == "key"]
+        yield from sorted({key for key in keys if keys.count(key) > 1})
+
+
+def _list(path):
+    try:
+        with open(path, "rb") as file:
+            return plistlib.load(file)
+    except (plistlib.InvalidFileException, ValueError, OSError) as error:
+        return str(error)
+
+
+def _lists():
+    for name, needed in NEEDED.items():
+        values = _list(FOLDER / name)
+        if isinstance(values, str):
+            yield f"{name}: {values}"
+            continue
+        yield from (f"{name}: {key} stands there twice" for key in _repeated(FOLDER / name))
+        for key, value in needed.items():
+            if values.get(key) != value:
+                yield f"{name}: {key} is {values.get(key)!r}, not {value!r}"
+        for key in TOLD if name == "Info.plist.in" else ["NSExtension"]:
+            if not values.get(key):
+                yield f"{name}: without {key}"
+    for name, rights in RIGHTS.items():
+        values = _list(FOLDER / name)
+        if values != rights:
+            yield f"{name}: {values!r}, not {rights!r}"
+    known = {*NEEDED, *RIGHTS}
+    for path in [*FOLDER.rglob("*.plist*"), *FOLDER.rglob("*.entitlements")]:
+        if path.relative_to(FOLDER).as_posix() not in known:
+            yield f"{path.relative_to(ROOT)}: nobody says what it has to hold"
+
+
+def _scripts():
+    files = subprocess.check_output(["git", "ls-files", "run", "test", ".ci", "scripts", "resources/linux"],
+                                    cwd=ROOT, text=True).split()
+    for name in files:
+        text = (ROOT / name).read_bytes()
+        if name in LINUX or b"bash" not in text.split(b"\n")[0] and name != "scripts/setup.sh":
+            continue
+        for number, line in enumerate(text.decode().splitlines(), 1):
+            if line.lstrip().startswith("#"):
+                continue
+            for pattern, why in REFUSED.items():
+                if re.search(pattern, line):
+                    yield f"{name}:{number}: a Mac does not take this ({why}): {line.strip()}"
+        done = subprocess.run(["bash", "-n", name], cwd=ROOT, capture_output=True, text=True)
+        if done.returncode:
+            yield done.stderr.strip()
+
+
+def findings():
+    """A line for each thing that is wrong; none when all is as it has to be."""
+    return [*_lists(), *_scripts()]
