@@ -11,7 +11,8 @@ namespace vorle {
 namespace {
 
 QByteArray sample(const char *name) {
-    return test::readFile(QStringLiteral(VORLE_EXTENSION_SAMPLES "/") + QString::fromLatin1(name)).trimmed();
+    return test::readFile(QStringLiteral(VORLE_EXTENSION_SAMPLES "/") + QString::fromLatin1(name))
+        .trimmed();
 }
 
 TEST(ExtensionSamples, are_what_the_app_writes_and_reads_to_the_byte) {

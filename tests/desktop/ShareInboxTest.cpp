@@ -276,7 +276,9 @@ TEST_F(ShareInboxTest, what_the_system_does_not_let_go_is_never_handed_over_agai
         open();
         test::spinUntil([&] { return entries("Inbox").isEmpty(); });
         test::spinUntil([&] { return test::readFile(path("drops.json")).trimmed() == "[]"; });
-        EXPECT_EQ(heavy, 1); // told as what it is, though nothing of it was read this time
+        test::spinUntil([&] {
+            return heavy == 1;
+        }); // told as what it is, though nothing of it was read this time
         EXPECT_EQ(aside, 0);
         // The name is another drop's by now.
         test::writeFile(drop("a.json"), dropOf("b"));
