@@ -161,7 +161,7 @@ AccessibilityBarrier {
             }
             ActionButton {
                 width: parent.width
-                text: bar.run.running ? qsTr("Arrêter") : bar.low && Theme.textScale > 100 ? qsTr("Fouiller") : qsTr("Fouiller maintenant")
+                text: bar.run.running ? qsTr("Arrêter") : Theme.textScale > (bar.low ? 100 : 120) ? qsTr("Fouiller") : qsTr("Fouiller maintenant")
                 keys: bar.run.running || bar.keysRun.length > 3 ? "" : bar.keysRun
                 KeyNavigation.backtab: foot.visible ? help as Item : items.count > 0 ? items.itemAt(items.count - 1) : null
                 onClicked: bar.run.running ? bar.stopAsked() : bar.runAsked()
