@@ -1,7 +1,6 @@
 #include "app/triage/SearchIndex.h"
 
 #include "app/triage/SearchFold.h"
-#include "app/triage/SearchNear.h"
 #include "app/triage/SearchSnippet.h"
 
 #include <algorithm>
@@ -26,10 +25,13 @@ bool sameTexts(const Topic &a, const Topic &b) {
 }
 
 std::shared_ptr<const SearchEntry> entryOf(const TopicPtr &topic) {
-    SearchEntry entry{topic, {}};
+    SearchEntry entry{topic, {}, {}};
     for (int field = 0; field < SearchEntry::FieldCount; ++field) {
         entry.fields[static_cast<std::size_t>(field)] =
             foldedForSearch(searchText(*topic, static_cast<SearchEntry::Field>(field)));
+    }
+    for (std::size_t field = 0; field < entry.words.size(); ++field) {
+        entry.words[field] = wordPlaces(entry.fields[field]);
     }
     return std::make_shared<const SearchEntry>(std::move(entry));
 }
@@ -146,9 +148,9 @@ bool take(const SearchEntry &entry, const Word &word, Match &match) {
 /// The same for a word that looks alike: in titles and gists alone, since in a whole page there is
 /// always one.
 bool takeNear(const SearchEntry &entry, const Word &word, Match &match) {
-    for (int field = 0; field <= SearchEntry::Gist; ++field) {
-        if (const auto place = word.near.in(entry.fields[static_cast<std::size_t>(field)])) {
-            match.take(field, {place->offset, How::Near}, place->mistakes);
+    for (std::size_t field = 0; field < entry.words.size(); ++field) {
+        if (const auto place = word.near.in(entry.fields[field], entry.words[field])) {
+            match.take(static_cast<int>(field), {place->offset, How::Near}, place->mistakes);
             return true;
         }
     }
@@ -278,7 +280,8 @@ SearchIndex indexed(const SearchIndex &old, const QList<TopicPtr> &topics) {
         if (known && known->topic == topic) {
             index.append(known);
         } else if (known && sameTexts(*known->topic, *topic)) {
-            index.append(std::make_shared<const SearchEntry>(SearchEntry{topic, known->fields}));
+            index.append(std::make_shared<const SearchEntry>(
+                SearchEntry{topic, known->fields, known->words}));
         } else {
             index.append(entryOf(topic));
         }

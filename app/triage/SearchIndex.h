@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/triage/SearchNear.h"
 #include "app/triage/SectionOrder.h"
 #include "core/TopicStore.h"
 
@@ -27,6 +28,7 @@ struct SearchEntry {
 
     TopicPtr topic; ///< what it was made from
     std::array<QByteArray, FieldCount> fields;
+    std::array<QList<WordPlace>, 2> words; ///< of the title and the gist: see NearWord
 };
 
 /// The entries in the store's order. About as large as the texts are.

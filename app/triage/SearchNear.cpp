@@ -22,6 +22,26 @@ quint32 bit(char c) { return 1U << (static_cast<uchar>(c) & 31U); }
 
 } // namespace
 
+QList<WordPlace> wordPlaces(QByteArrayView text) {
+    QList<WordPlace> words;
+    words.reserve(text.size() / 5);
+    for (qsizetype at = 0; at < text.size();) {
+        if (!belongsToWord(text[at])) {
+            ++at;
+            continue;
+        }
+        const qsizetype begin = at;
+        WordPlace word;
+        while (at < text.size() && belongsToWord(text[at])) {
+            word.letters |= bit(text[at++]);
+        }
+        word.offset = static_cast<quint32>(begin);
+        word.size = static_cast<quint32>(at - begin);
+        words.append(word);
+    }
+    return words;
+}
+
 NearWord::NearWord(QByteArray typed) : m_typed(std::move(typed)) {
     for (const char c : m_typed) {
         m_letters |= bit(c);
@@ -36,17 +56,22 @@ NearWord::NearWord(QByteArray typed) : m_typed(std::move(typed)) {
 int NearWord::mistakesIn(QByteArrayView word) const {
     const qsizetype rows = m_typed.size();
     const qsizetype columns = std::min<qsizetype>(word.size(), rows + m_allowed);
-    std::array<std::array<int, longest + 3>, 3> table{}; // the last three rows
+    std::array<std::array<int, longest + 4>, 3> table{}; // the last three rows
     auto *before = &table[0];
     auto *last = &table[1];
     auto *row = &table[2];
     for (qsizetype j = 0; j <= columns; ++j) {
         (*last)[std::size_t(j)] = static_cast<int>(j);
     }
+    // Further from the diagonal than that there are too many mistakes already.
+    qsizetype from = 0;
+    qsizetype to = 0;
     for (qsizetype i = 1; i <= rows; ++i) {
-        (*row)[0] = static_cast<int>(i);
+        from = std::max<qsizetype>(1, i - m_allowed);
+        to = std::min(columns, i + m_allowed);
+        (*row)[std::size_t(from - 1)] = from == 1 ? static_cast<int>(i) : none;
         int least = none;
-        for (qsizetype j = 1; j <= columns; ++j) {
+        for (qsizetype j = from; j <= to; ++j) {
             const auto at = std::size_t(j);
             const bool same = m_typed[i - 1] == word[j - 1];
             int cost =
@@ -57,14 +82,14 @@ int NearWord::mistakesIn(QByteArrayView word) const {
             (*row)[at] = cost;
             least = std::min(least, cost);
         }
+        (*row)[std::size_t(to + 1)] = none;
         if (least > m_allowed) {
             return none;
         }
         std::swap(before, last);
         std::swap(last, row);
     }
-    const int best = *std::min_element(last->begin(), last->begin() + columns + 1);
-    return best > m_allowed ? none : best;
+    return *std::min_element(last->begin() + from, last->begin() + to + 1);
 }
 
 /// Whether what was typed is the word with letters left out, the first one kept and at least half.
@@ -79,25 +104,19 @@ bool NearWord::leavesOutOnly(QByteArrayView word) const {
     return next == m_typed.size();
 }
 
-std::optional<NearWord::Place> NearWord::in(QByteArrayView text) const {
+std::optional<NearWord::Place> NearWord::in(QByteArrayView text,
+                                            const QList<WordPlace> &words) const {
     if (m_allowed == 0) {
         return std::nullopt;
     }
     std::optional<Place> nearest;
-    for (qsizetype at = 0; at < text.size();) {
-        if (!belongsToWord(text[at])) {
-            ++at;
+    for (const WordPlace &place : words) {
+        if (place.size < m_typed.size() - m_allowed ||
+            std::popcount(m_letters & ~place.letters) > m_allowed) {
             continue;
         }
-        const qsizetype begin = at;
-        quint32 letters = 0;
-        while (at < text.size() && belongsToWord(text[at])) {
-            letters |= bit(text[at++]);
-        }
-        const QByteArrayView word = text.sliced(begin, at - begin);
-        const bool begins = word[0] == m_typed[0] || m_typed.size() >= anyFirst;
-        if (!begins || word.size() < m_typed.size() - m_allowed ||
-            std::popcount(m_letters & ~letters) > m_allowed) {
+        const QByteArrayView word = text.sliced(place.offset, place.size);
+        if (word[0] != m_typed[0] && m_typed.size() < anyFirst) {
             continue;
         }
         int mistakes = mistakesIn(word);
@@ -105,7 +124,7 @@ std::optional<NearWord::Place> NearWord::in(QByteArrayView text) const {
             mistakes = lettersLeftOut;
         }
         if (mistakes != none && (!nearest || mistakes < nearest->mistakes)) {
-            nearest = Place{begin, at - begin, mistakes};
+            nearest = Place{place.offset, place.size, mistakes};
         }
     }
     return nearest;

@@ -86,6 +86,7 @@ QHash<int, QByteArray> CommandPalette::roleNames() const { return {{Entry, "entr
 void CommandPalette::open() {
     m_open = true;
     m_first = true;
+    m_search.prepare();
     m_search.refresh();
     build();
 }

@@ -75,7 +75,7 @@ public:
     QString query() const { return m_search.query(); }
     void setQuery(const QString &query);
     int current() const { return m_current; }
-    bool busy() const { return m_search.busy(); }
+    bool busy() const { return m_search.busy() && !query().trimmed().isEmpty(); }
     QString countText() const;
     int headings() const { return m_headings; }
     int lines() const { return m_lines; }

@@ -96,10 +96,18 @@ void TopicSearch::setQuery(const QString &query) {
     m_query = query;
     m_again.stop();
     if (query.trimmed().isEmpty()) {
+        m_asked = false;
         show({std::move(m_index), {}, 0, 0, {}});
         return;
     }
     ask();
+}
+
+void TopicSearch::prepare() {
+    m_letGo.stop();
+    if (m_index.isEmpty()) {
+        ask();
+    }
 }
 
 void TopicSearch::refresh() {
@@ -154,7 +162,7 @@ TopicSearch::Answer TopicSearch::searchIn(const SearchIndex &old, const QList<To
 
 /// Answers the newest query, again as long as one was asked meanwhile.
 Task<> TopicSearch::answer(QPointer<TopicSearch> self) {
-    while (self && self->m_asked && !self->m_query.trimmed().isEmpty()) {
+    while (self && self->m_asked) {
         self->m_asked = false;
         const QString query = self->m_query;
         Answer given = co_await onPool(

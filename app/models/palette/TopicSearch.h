@@ -12,8 +12,8 @@ namespace vorle {
 
 /// The search over all topics: what `query` finds, best first, at most 50, as it is shown. Set the
 /// query as the user types: only the newest one is answered. What is searched is made on the thread
-/// pool at the first query, brought up to date by the next ones and by what runs bring meanwhile,
-/// and let go a while after `rest`. Main thread; the store outlives it.
+/// pool by `prepare` or the first query, brought up to date by the next ones and by what runs bring
+/// meanwhile, and let go a while after `rest`. Main thread; the store outlives it.
 class TopicSearch final : public QObject {
     Q_OBJECT
 public:
@@ -41,6 +41,8 @@ public:
     /// The section that the answered query names.
     std::optional<TopicSection> section() const { return m_section; }
 
+    /// A query will come soon: makes what it is answered from.
+    void prepare();
     /// Answers the present query once more, from the topics as they are now.
     void refresh();
     /// Nobody looks any more: what is searched is let go after a while.
