@@ -71,6 +71,7 @@ struct Window {
         : launcher({app.agent().locator(), app.preferences(), terminals, pasteboard, links})
         , notifier({notifications, app.preferences(), app.clock(), {}})
         , hotKey(app.preferences(), globalHotKey)
+        , updater({.engine = updates, .clock = app.clock(), .version = QStringLiteral("1")})
         , shell(shellParts(app, {links, pasteboard, launcher, files, reveal, notifier, login,
                                  hotKey, keys, mail, updater}))
         , main(shell, Typefaces::load(), app.store().file()) {
@@ -93,7 +94,7 @@ struct Window {
     QtKeyWatch keys;
     test::FakeMailComposer mail;
     test::FakeUpdateEngine updates;
-    Updater updater{{.engine = updates, .version = QStringLiteral("1")}};
+    Updater updater;
     Shell shell;
     MainWindow main;
     int frames = 0;
