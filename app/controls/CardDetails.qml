@@ -22,6 +22,14 @@ Item {
 
     implicitHeight: parts.y + parts.implicitHeight
 
+    function firstPicture(): string {
+        for (const source of topic.sources) {
+            if (source.picture.length > 0) {
+                return source.picture;
+            }
+        }
+        return "";
+    }
     function arrange() {
         buttons.forceLayout();
         parts.forceLayout();
@@ -35,7 +43,7 @@ Item {
         y: -details.above
         width: Theme.pictureWidth
         height: Theme.pictureHeight
-        file: details.pictured ? details.topic.sources.find(source => source.picture.length > 0)?.picture ?? "" : ""
+        file: details.pictured ? details.firstPicture() : ""
         site: details.topic.site
     }
     VersionLine {

@@ -15,7 +15,7 @@ Item {
     readonly property bool lacking: file.length === 0 || (picture.status === Image.Ready && !ready)
 
     function hex(shade: color): string {
-        return shade.toString().slice(-6);
+        return String(shade).slice(-6);
     }
     function letterOf(address: string): string {
         const words = address.replace(/^[a-z]+:\/\//, "").replace(/^www\./, "");

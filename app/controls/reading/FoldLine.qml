@@ -53,7 +53,9 @@ Column {
                 shown: line.visualFocus
             }
         }
-        contentItem: Item {
+        Item {
+            anchors.fill: parent
+
             Title {
                 id: title
                 anchors.verticalCenter: parent.verticalCenter

@@ -31,7 +31,7 @@ Row {
             lineHeight: 1.3
             wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText
-            Accessible.name: [head.topic.subject, head.topic.facts].filter(words => words.length > 0).join(" · ")
+            Accessible.name: (head.topic.subject.length > 0 ? head.topic.subject + " · " : "") + head.topic.facts
 
             function escaped(words: string): string {
                 return words.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/>/g, "&gt;");
