@@ -44,7 +44,9 @@ Item {
         anchors.fill: parent
         cache: false // the provider keeps the last ones itself
         asynchronous: true
-        sourceSize: Qt.size(frame.width, frame.height) // the engine makes pixels of the screen of it
+        // The engine makes pixels of the screen of it.
+        sourceSize.width: Math.round(frame.width)
+        sourceSize.height: Math.round(frame.height)
         source: frame.file.length > 0 && frame.width > 0 && frame.height > 0 ? "image://pictures/" + frame.hex(Theme.well) + "/" + (Theme.dark ? frame.hex(Theme.paper) : "-") + "/" + Math.round(1000 * frame.radius / frame.height) + "/" + encodeURIComponent(frame.file) : ""
         Accessible.ignored: true
     }
