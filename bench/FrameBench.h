@@ -113,7 +113,7 @@ inline void landRun(int &argc, char **argv) {
     tell("landOver", landing->over);
     tell("landOverCpu", landing->overCpu);
     landing.reset();
-    const Stretches walk;
+    Stretches walk;
     // Through them, in the list and on their pages.
     QQuickWindow &shown = window.main.window();
     const auto press = [&shown](int key) {
