@@ -77,15 +77,17 @@ SearchAsk TopicSearch::askOf(const QString &query) {
         if (left < 0 || (left == 0 && !goesOn)) {
             continue;
         }
-        if ((ask.section = named(words.first(size)))) {
-            ask.rest = joined(words.last(left));
-            return ask;
-        }
-        if ((ask.section = named(words.last(size)))) {
+        ask.section = named(words.first(size));
+        ask.rest = joined(words.last(left));
+        if (!ask.section) {
+            ask.section = named(words.last(size));
             ask.rest = joined(words.first(left));
+        }
+        if (ask.section) {
             return ask;
         }
     }
+    ask.rest.clear();
     return ask;
 }
 
