@@ -1,6 +1,7 @@
 #include "app/wiring/Interrupts.h"
 
 #include <array>
+#include <atomic>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -13,11 +14,16 @@ constexpr std::array handledSignals{SIGINT, SIGTERM, SIGHUP};
 
 // A signal handler may only write to a descriptor: the pipe wakes the event loop.
 std::array<int, 2> wakePipe{-1, -1};
+std::atomic<int> wakeEnd{-1}; // of the pipe, as long as there is one
 
 void onSignal(int number) {
-    std::signal(number, SIG_DFL);
+    // Only who presses Ctrl-C twice is impatient. A session that ends tells every process of it,
+    // and whoever stands between hands it on besides: the same request comes two or three times.
+    if (number == SIGINT) {
+        std::signal(number, SIG_DFL);
+    }
     const char byte = 0;
-    [[maybe_unused]] const auto written = write(wakePipe[1], &byte, 1);
+    [[maybe_unused]] const auto written = write(wakeEnd, &byte, 1);
 }
 
 } // namespace
@@ -30,6 +36,7 @@ Interrupts::Interrupts() {
         fcntl(descriptor, F_SETFD, FD_CLOEXEC);
         fcntl(descriptor, F_SETFL, O_NONBLOCK);
     }
+    wakeEnd = wakePipe[1];
     m_notifier = std::make_unique<QSocketNotifier>(wakePipe[0], QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
         std::array<char, 16> bytes{};
@@ -46,9 +53,14 @@ Interrupts::Interrupts() {
 
 Interrupts::~Interrupts() {
     for (const int number : handledSignals) {
-        std::signal(number, SIG_DFL);
+        // Who was told to end has all but ended: the same request once more must not make a crash
+        // of that. Another program in this process's place gets the system's own way back.
+        if (number == SIGINT || !m_source.token().isCancelled()) {
+            std::signal(number, SIG_DFL);
+        }
     }
     m_notifier.reset();
+    wakeEnd = -1;
     close(wakePipe[0]);
     close(wakePipe[1]);
 }

@@ -9,8 +9,9 @@
 namespace vorle {
 
 /// Turns the first Ctrl-C (or a polite request to end) into a cancelled token, so that what runs
-/// can end its child processes and keep what it has. A second one ends the program at once, as the
-/// system would. One object a program, on the main thread.
+/// can end its child processes and keep what it has. A second Ctrl-C ends the program at once, as
+/// the system would; a polite request may come more than once, and changes nothing then. One object
+/// a program, on the main thread.
 class Interrupts {
 public:
     Interrupts();
