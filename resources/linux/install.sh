@@ -12,6 +12,7 @@ if [ -x "$folder/current/bin/vorle" ]; then
     exit 1
 fi
 mkdir -p "$folder/versions"
+folder=$(CDPATH='' cd -- "$folder" && pwd) # the link below leads there from elsewhere
 rm -rf "$folder/versions/.new"
 mkdir "$folder/versions/.new"
 cp -R "$here/version" "$here/bin" "$here/share" "$folder/versions/.new/"

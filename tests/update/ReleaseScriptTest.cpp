@@ -26,10 +26,10 @@ protected:
             QFile::copy(QStringLiteral(VORLE_SOURCE "/") + QString::fromUtf8(name),
                         path("tree/") + QString::fromUtf8(name));
         }
-        tell("1.5.0", "12 décembre 2026");
         openssl({QStringLiteral("genpkey"), QStringLiteral("-algorithm"), QStringLiteral("ed25519"),
                  QStringLiteral("-out"), path("key.pem")});
         QFile::setPermissions(path("key.pem"), QFile::ReadOwner | QFile::WriteOwner);
+        tell("1.5.0", "12 décembre 2026");
     }
     QString path(const char *name) const { return root.filePath(QString::fromUtf8(name)); }
     static QByteArray openssl(const QStringList &words) {
@@ -40,19 +40,39 @@ protected:
     }
     void tell(const QByteArray &version, const QByteArray &date) {
         test::writeFile(path("tree/CMakeLists.txt"), "project(vorle VERSION " + version + " )\n");
-        test::writeFile(path("tree/CHANGELOG.md"), "# Changelog\n\n## " + version + ", " + date +
-                                                       "\n\n- Ton programme se lit hors ligne.\n"
-                                                       "\n## 1.0.0, hier\n\n- Ancien.\n");
+        test::writeFile(path("tree/CHANGELOG.md"),
+                        "# Changelog\n\n## " + version + ", " + date +
+                            "\n\n- Ton programme se lit même hors ligne.\n"
+                            "\n## 1.0.0, hier\n\n- Ancien.\n");
         for (const char *name : {"vorle", "vorle-guard", "vorle-launcher", "vorle-demo-agent"}) {
             test::writeProgram(path("programs/") + QString::fromUtf8(name),
                                "echo vorle " + version);
         }
+        writeVorle(version, publicKey().toBase64(), "https://example.org/vorle/appcast.xml");
+    }
+    QByteArray publicKey() const {
+        return openssl({QStringLiteral("pkey"), QStringLiteral("-in"), path("key.pem"),
+                        QStringLiteral("-pubout"), QStringLiteral("-outform"),
+                        QStringLiteral("DER")})
+            .last(32);
+    }
+    /// A program that says its version, and holds what one that is built holds.
+    void writeVorle(const QByteArray &version, const QByteArray &key, const char *feed) {
+        const QString text = QString::fromUtf8(feed);
+        test::writeProgram(path("programs/vorle"),
+                           "echo vorle " + version + "; exit\n" + key +
+                               QByteArray(reinterpret_cast<const char *>(text.utf16()),
+                                          text.size() * qsizetype(sizeof(char16_t))));
     }
     bool release() {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("VORLE_RELEASE_KEY"), path("key.pem"));
         environment.insert(QStringLiteral("PYTHONPATH"), path("python"));
+        // Under a locale that writes accents otherwise, or not at all.
+        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+        environment.insert(QStringLiteral("PYTHONUTF8"), QStringLiteral("0"));
+        environment.insert(QStringLiteral("PYTHONCOERCECLOCALE"), QStringLiteral("0"));
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral("python3"),
                       {path("tree/scripts/release"), QStringLiteral("--url"),
@@ -78,14 +98,10 @@ TEST_F(ReleaseScriptTest, signs_and_lists_what_the_program_takes) {
     const auto newest = newestRelease(releases, Machine::ofThisProcess(), QStringLiteral("1.4.0"));
     ASSERT_TRUE(newest) << "it suits the machine that it was made on";
     EXPECT_EQ(newest->version, QStringLiteral("1.6.0"));
-    EXPECT_EQ(newest->notes, QStringLiteral("- Ton programme se lit hors ligne."));
+    EXPECT_EQ(newest->notes, QStringLiteral("- Ton programme se lit même hors ligne."));
     const QString archive = path("out/") + newest->archive.fileName();
     EXPECT_EQ(QFileInfo(archive).size(), newest->bytes);
-    const QByteArray key =
-        openssl({QStringLiteral("pkey"), QStringLiteral("-in"), path("key.pem"),
-                 QStringLiteral("-pubout"), QStringLiteral("-outform"), QStringLiteral("DER")})
-            .last(32);
-    EXPECT_TRUE(isSignedBy(key, newest->signature, archive));
+    EXPECT_TRUE(isSignedBy(publicKey(), newest->signature, archive));
     unpackRelease(archive, path("tree2"));
     EXPECT_EQ(test::readFile(path("tree2/version")), "1.6.0\n");
     EXPECT_TRUE(QFileInfo(path("tree2/bin/vorle-guard")).isExecutable());
@@ -119,14 +135,27 @@ TEST_F(ReleaseScriptTest, signs_and_lists_what_the_program_takes) {
     EXPECT_EQ(
         QFileInfo(path("home/.local/lib/vorle/current/bin/vorle")).canonicalFilePath(),
         QFileInfo(path("home/.local/lib/vorle/versions/1.6.0/bin/vorle")).canonicalFilePath());
+    // Into a folder named from where one stands.
+    ASSERT_TRUE(QDir().mkpath(path("home/ici")));
+    installing.setWorkingDirectory(path("home/ici"));
+    installing.start(path("tree2/install"), {QStringLiteral("à côté/vorle")});
+    installing.waitForFinished();
+    EXPECT_EQ(installing.exitCode(), 0) << installing.readAllStandardError().toStdString();
+    EXPECT_EQ(QFileInfo(path("home/.local/bin/vorle")).canonicalFilePath(),
+              QFileInfo(path("home/ici/à côté/vorle/vorle")).canonicalFilePath());
 }
 
 TEST_F(ReleaseScriptTest, refuses_what_should_not_be_released) {
     tell("1.5.0", "unreleased");
     EXPECT_FALSE(release());
     tell("1.5.0", "12 décembre 2026");
-    test::writeProgram(path("programs/vorle"), "echo vorle 1.4.0");
+    const char *feed = "https://example.org/vorle/appcast.xml";
+    writeVorle("1.4.0", publicKey().toBase64(), feed);
     EXPECT_FALSE(release()) << "another version than the tree's";
+    writeVorle("1.5.0", QByteArray(32, 'k').toBase64(), feed);
+    EXPECT_FALSE(release()) << "whoever has it takes no later version";
+    writeVorle("1.5.0", publicKey().toBase64(), "https://example.org/essai/appcast.xml");
+    EXPECT_FALSE(release()) << "nor where it looks elsewhere";
     tell("1.5.0", "12 décembre 2026");
     ASSERT_TRUE(release()) << said.toStdString();
     const QString out =
