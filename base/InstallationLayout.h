@@ -8,7 +8,8 @@
 ///     current  -> versions/1.4.0     what the launcher starts
 ///     previous -> versions/1.3.0     what it goes back to
 ///     next     -> versions/1.5.0     what takes the place of `current` when the program ends
-///     starts                     a byte for each start of a version on trial
+///     starts                     a byte for each start of a version on trial, locked (flock) by
+///                                the launcher that tries it
 ///     refused                    the version that did not start
 ///     unplaced                   the version that could not be put in its place
 ///     .staging/                  a download on its way

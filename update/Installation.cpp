@@ -12,6 +12,7 @@
 #include <QRegularExpression>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -51,6 +52,18 @@ std::pair<QString, QString> placeOf(const QString &program) {
         QFileInfo(QFileInfo(QFileInfo(program).canonicalFilePath()).path()).dir().dirName();
     return !folder.isEmpty() && isReleaseVersion(version) ? std::pair(folder, version)
                                                           : std::pair<QString, QString>();
+}
+
+/// The file by which a version is held.
+Descriptor versionFileOf(const QString &place) {
+    const QByteArray name = QFile::encodeName(place + u'/' + named(layout::versionFile));
+    return Descriptor(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+}
+
+/// Whether a process runs from that version. Where the file system knows no locks, none does.
+bool isHeld(const Descriptor &versionFile) {
+    return versionFile.isOpen() && ::flock(versionFile.number(), LOCK_EX | LOCK_NB) != 0 &&
+           errno == EWOULDBLOCK;
 }
 
 /// Folders that belong to the system's packages, or to what stands in for them.
@@ -97,6 +110,17 @@ std::optional<Installation> Installation::of(const QString &program) {
     }
     const auto [folder, version] = placeOf(program);
     return Installation(folder, version);
+}
+
+Descriptor Installation::hold(const QString &program) {
+    const auto [folder, version] = placeOf(program);
+    Descriptor file = folder.isEmpty()
+                          ? Descriptor(-1)
+                          : versionFileOf(folder + u'/' + named(layout::versions) + u'/' + version);
+    if (file.isOpen()) {
+        ::flock(file.number(), LOCK_SH | LOCK_NB); // taken by who removes it just now, it is late
+    }
+    return file;
 }
 
 QString Installation::at(const char *name) const { return m_folder + u'/' + named(name); }
@@ -180,8 +204,10 @@ void Installation::sweep() const {
                            versionAt(layout::next)};
     for (const QString &name : versions.entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
                                                   QDir::NoDotAndDotDot)) {
-        if (!kept.contains(name)) {
-            removeAny(versions.filePath(name));
+        const QString place = versions.filePath(name);
+        const Descriptor file = versionFileOf(place);
+        if (!kept.contains(name) && !isHeld(file)) {
+            removeAny(place);
         }
     }
 }
@@ -191,6 +217,11 @@ void Installation::makeReady(const QString &tree, const QString &version) const 
     const QString place = versions + u'/' + version;
     if (version == versionAt(layout::current) || version == m_version) {
         errno = EEXIST;
+        throwRefusal(place);
+    }
+    const Descriptor file = versionFileOf(place);
+    if (isHeld(file)) {
+        errno = EBUSY;
         throwRefusal(place);
     }
     if (QFileInfo(QFileInfo(at(layout::next)).symLinkTarget()).fileName() == version) {
@@ -234,5 +265,7 @@ void Installation::confirm() const {
     removeLink(layout::refused);
     sync(m_folder);
 }
+
+bool Installation::isInDoubt() const { return QFileInfo(at(layout::starts)).size() > 0; }
 
 } // namespace vorle

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Descriptor.h"
+
 #include <QString>
 
 #include <optional>
@@ -23,6 +25,10 @@ public:
     static UpdateKeeper keeperOf(const QString &program);
     /// The installation that this program runs from; nothing where its keeper is another.
     static std::optional<Installation> of(const QString &program);
+    /// Keeps the version that a program lies in from being removed while what it gives is open: for
+    /// a process that runs from there, whatever becomes the version in use meanwhile. Nothing for a
+    /// program that lies elsewhere.
+    static Descriptor hold(const QString &program);
 
     const QString &folder() const { return m_folder; }
     /// The version that this program runs from.
@@ -43,9 +49,11 @@ public:
 
     /// Removes what an interrupted download left.
     void clearStaging() const;
-    /// Removes what interrupted updates left, and the versions that no link leads to.
+    /// Removes what interrupted updates left, and the versions that no link leads to and no process
+    /// runs from (`hold`).
     void sweep() const;
-    /// Makes an unpacked tree, all of it on the disk, the version that is ready. The tree moves.
+    /// Makes an unpacked tree, all of it on the disk, the version that is ready. The tree moves. It
+    /// does not take the place of one that a process still runs from.
     void makeReady(const QString &tree, const QString &version) const;
     /// Puts the version that is ready in the place of the one in use, which is kept to go back to:
     /// or the one before it, where the one in use never said that it works.
@@ -53,6 +61,8 @@ public:
     bool activate() const;
     /// The version in use works: nothing is gone back to any more.
     void confirm() const;
+    /// Whether the version in use was started, or crashed, without ever having said that it works.
+    bool isInDoubt() const;
 
 private:
     Installation(QString folder, QString version)

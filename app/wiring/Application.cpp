@@ -9,7 +9,9 @@
 
 namespace vorle {
 
-Application::Application(Setup setup) : m_setup(std::move(setup)) {}
+Application::Application(Setup setup)
+    : m_setup(std::move(setup))
+    , m_version(Installation::hold(QCoreApplication::applicationFilePath())) {}
 
 Preferences &Application::preferences() {
     if (!m_preferences) {

@@ -4,6 +4,7 @@
 #include "agents/setup/AgentSetup.h"
 #include "app/diagnostics/Diagnostics.h"
 #include "base/Clock.h"
+#include "base/Descriptor.h"
 #include "base/HttpClient.h"
 #include "base/Resources.h"
 #include "briefs/BriefWriter.h"
@@ -114,6 +115,8 @@ public:
 
 private:
     Setup m_setup;
+    // What it starts lies beside it, also once another version took this one's place.
+    Descriptor m_version;
     SystemClock m_clock;
     Resources m_resources;
     // In the order they depend on each other: the last made goes first.

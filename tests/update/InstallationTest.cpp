@@ -14,6 +14,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <list>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -235,6 +237,53 @@ TEST_F(InstallationTest, starts_that_never_say_that_they_work_are_counted) {
     for (int tries = 0; tries < 6; ++tries) {
         EXPECT_EQ(start().out, "1.6.0");
     }
+}
+
+TEST_F(InstallationTest, starts_beside_one_that_is_tried_say_nothing_of_it) {
+    lay();
+    // Slow to open its window.
+    makeReady("1.5.0", "case $# in 0) echo $VERSION; read line;; *) exit 127;; esac");
+    ASSERT_TRUE(installation().activate());
+    std::list<QProcess> clicks(5);
+    for (QProcess &click : clicks) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":none"));
+        click.setProcessEnvironment(environment);
+        click.start(path("app/vorle"), QStringList());
+        ASSERT_TRUE(click.waitForReadyRead());
+        EXPECT_EQ(click.readAllStandardOutput(), "1.5.0\n");
+    }
+    EXPECT_EQ(start({QStringLiteral("sujets")}).status, 127);
+    EXPECT_FALSE(installation().refused());
+    EXPECT_TRUE(installation("1.5.0").isInDoubt());
+    for (QProcess &click : clicks) {
+        click.write("\n");
+        EXPECT_TRUE(click.waitForFinished());
+    }
+    EXPECT_FALSE(installation("1.5.0").isInDoubt());
+    EXPECT_EQ(current(), path("app/versions/1.5.0"));
+}
+
+TEST_F(InstallationTest, a_version_that_a_process_runs_from_stays) {
+    lay();
+    for (const char *version : {"1.2.0", "1.3.0"}) {
+        test::writeProgram(programOf(version), says);
+        test::writeFile(path("app/versions/") + QString::fromUtf8(version) +
+                            QStringLiteral("/version"),
+                        version);
+    }
+    {
+        const Descriptor first = Installation::hold(programOf("1.3.0"));
+        const Descriptor second = Installation::hold(programOf("1.3.0"));
+        ASSERT_TRUE(first.isOpen() && second.isOpen());
+        installation().sweep();
+        EXPECT_TRUE(QFileInfo::exists(programOf("1.3.0")));
+        EXPECT_FALSE(QFileInfo::exists(programOf("1.2.0")));
+        EXPECT_THROW(makeReady("1.3.0", says), std::system_error) << "it would go on in its place";
+    }
+    EXPECT_FALSE(Installation::hold(QStringLiteral("/usr/bin/env")).isOpen());
+    installation().sweep();
+    EXPECT_FALSE(QFileInfo::exists(programOf("1.3.0")));
 }
 
 TEST_F(InstallationTest, the_launcher_hands_on_signals_and_ends_as_the_program_does) {

@@ -3,6 +3,7 @@
 
 #include "base/InstallationLayout.h"
 
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -49,6 +50,14 @@ public:
         return !before.empty() && before != versionAt(layout::current);
     }
 
+    /// The right to try the version on trial, for as long as this process lives. False where
+    /// another launcher tries it just now: a start beside that one, as a second click on the icon,
+    /// says nothing of the version.
+    bool takeTrial() const {
+        const int file =
+            ::open(at(layout::starts).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        return file < 0 || ::flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+    }
     int startsCounted() const {
         struct stat state{};
         return ::stat(at(layout::starts).c_str(), &state) == 0 ? static_cast<int>(state.st_size)
@@ -176,6 +185,9 @@ bool hasCrashed(int status) {
 void tryNew(const Folder &folder, int argc, char **argv) {
     const bool app = opensApp(argc, argv);
     const string tried = folder.versionAt(layout::current);
+    if (app && !folder.takeTrial()) {
+        return;
+    }
     if (app && folder.startsCounted() >= layout::maxStarts) {
         folder.goBack();
         return;
@@ -207,6 +219,10 @@ void tryNew(const Folder &folder, int argc, char **argv) {
     std::signal(SIGHUP, SIG_DFL);
     if (!folder.isOnTrial() || folder.versionAt(layout::current) != tried) {
         endAs(status); // it said that it works, or another one took its place meanwhile
+    }
+    const bool failed = didNotRun(status) || hasCrashed(status);
+    if (!app && (!failed || !folder.takeTrial())) {
+        endAs(status); // an app that another launcher tries will tell
     }
     if (hasCrashed(status) && !app) {
         folder.countStart();
