@@ -72,6 +72,7 @@ qt_add_qml_module(vorle_window
         window/SingleInstance.cpp window/SingleInstance.h
         window/TextLeading.cpp window/TextLeading.h
         window/TopicPage.cpp window/TopicPage.h
+        window/UnderWay.cpp window/UnderWay.h
         window/desktop/UpdateModel.cpp window/desktop/UpdateModel.h
         window/Tray.cpp window/Tray.h
         window/WaitingWindow.cpp window/WaitingWindow.h

@@ -38,7 +38,8 @@ std::optional<QString> updateObstacle(const UpdateConfig &config, const QString 
 
 namespace {
 
-/// Has the version in use say that it works; false while another process holds the links.
+/// Has the version in use say that it works; false where that is to be tried again: another process
+/// holds the links, or the disk refused.
 bool confirmed(const Installation &installation) {
     try {
         FileLock lock(installation.lockFile());
@@ -46,10 +47,11 @@ bool confirmed(const Installation &installation) {
             return false;
         }
         installation.confirm();
+        return true;
     } catch (const std::system_error &error) {
         noteUpdate(QString::fromLocal8Bit(error.what()));
+        return false;
     }
-    return true;
 }
 
 /// Has what is ready take its place; false where nothing is, or it cannot.

@@ -87,7 +87,7 @@ private:
     bool m_isLooking = false;   // it is not known yet whether there is a newer version
     bool m_again = false;       // the person asked again while what they stopped was ending
     bool m_isPackaged = false;  // as was found out by a check
-    bool m_isToConfirm = false; // another process held the links
+    bool m_isToConfirm = false; // it could not yet
     bool m_isConfirming = false;
     bool m_stopped = false;
     bool m_relaunch = false;

@@ -19,6 +19,11 @@ QString upToDate(const QString &version) {
 }
 QString readyTitle() { return French::tr("Une nouvelle version est prête."); }
 QString readyForTheEnd() { return French::tr("Elle s’installera quand tu quitteras vorle."); }
+QString heldUp(const QString &busy) {
+    return French::tr("%1\u00A0: je ne me relance pas maintenant. La nouvelle version s’installera "
+                      "quand tu quitteras vorle.")
+        .arg(busy);
+}
 QString checkFailedTitle() { return French::tr("Je n’ai pas pu vérifier les mises à jour"); }
 QString checkFailedText() { return French::tr("Vérifie ta connexion à Internet, puis réessaie."); }
 QString installFailedTitle() { return French::tr("La mise à jour n’a pas pu s’installer"); }
@@ -36,8 +41,11 @@ Updater::Updater(Parts parts, QObject *parent) : QObject(parent), m_parts(std::m
     m_countdown.setSingleShot(true);
     m_countdown.setInterval(m_parts.countdown);
     connect(&m_countdown, &QTimer::timeout, this, [this] {
-        if (isBusy()) { // since the countdown began
+        if (isHeldUp()) { // since the countdown began
             enter(Stage::Ready);
+            if (!m_isWatched) {
+                Q_EMIT told(notice());
+            }
         } else {
             answerReady(Choice::Install);
         }
@@ -76,14 +84,30 @@ QString Updater::text() const {
     case Stage::Preparing:
         return tr("Tu peux continuer, je m’en occupe.");
     case Stage::Ready:
-        return isCountingDown() ? tr("Prête, vorle se relance en 3 secondes.")
-                                : updatetext::readyForTheEnd();
+        return isCountingDown()     ? tr("Prête, vorle se relance en 3 secondes.")
+               : m_heldUp.isEmpty() ? updatetext::readyForTheEnd()
+                                    : updatetext::heldUp(m_heldUp);
     case Stage::CheckFailed:
         return updatetext::checkFailedText();
     case Stage::InstallFailed:
         return m_isElsewhere ? updatetext::heldElsewhereText() : updatetext::installFailedText();
     default:
         return {};
+    }
+}
+
+QString Updater::notice() const {
+    switch (m_stage) {
+    case Stage::Found:
+        return tr("vorle %1 est là.").arg(m_found.version);
+    case Stage::Ready:
+        return isCountingDown() || !m_heldUp.isEmpty() ? text() : title();
+    case Stage::InstallFailed:
+        return title();
+    default:
+        return isPermissionWanted()
+                   ? tr("Je peux regarder chaque jour s’il y a une nouvelle version de vorle.")
+                   : QString();
     }
 }
 
@@ -170,8 +194,14 @@ void Updater::relaunch() {
     }
 }
 
+bool Updater::isHeldUp() {
+    m_heldUp = m_parts.busy ? m_parts.busy() : QString();
+    return !m_heldUp.isEmpty();
+}
+
 void Updater::putOff() {
     m_installAsked = false;
+    m_heldUp.clear();
     answerReady(Choice::Dismiss);
 }
 
@@ -232,11 +262,8 @@ void Updater::answerReady(Choice choice) {
 }
 
 void Updater::enter(Stage stage) {
-    const bool isAnother = std::exchange(m_stage, stage) != stage;
+    m_stage = stage;
     Q_EMIT changed();
-    if (isAnother) {
-        Q_EMIT stageChanged();
-    }
 }
 
 void Updater::showPermissionRequest(std::function<void(bool)> reply) {
@@ -244,7 +271,7 @@ void Updater::showPermissionRequest(std::function<void(bool)> reply) {
     m_permissionReply = std::move(reply);
     Q_EMIT changed();
     if (!m_userInitiated) {
-        Q_EMIT told(tr("Je peux regarder chaque jour s’il y a une nouvelle version de vorle."));
+        Q_EMIT told(notice());
     }
 }
 
@@ -268,7 +295,7 @@ void Updater::showFound(const OfferedUpdate &update, Reply reply) {
     }
     enter(Stage::Found);
     if (!m_userInitiated) {
-        Q_EMIT told(tr("vorle %1 est là.").arg(update.version));
+        Q_EMIT told(notice());
     }
 }
 
@@ -374,13 +401,15 @@ void Updater::showReady(Reply reply) {
     }
     // The answer to this one: a later one has nothing to do with it.
     const bool installAsked = std::exchange(m_installAsked, false);
-    if (installAsked && !isBusy()) {
+    m_heldUp.clear();
+    if (installAsked && !isHeldUp()) {
         m_countdown.start();
     }
-    const bool unasked = !installAsked && !m_userInitiated;
+    // Who put the view away was told that they can go on, and would lose the program unwarned.
+    const bool isUnseen = installAsked ? !m_isWatched : !m_userInitiated;
     enter(Stage::Ready);
-    if (unasked) {
-        Q_EMIT told(updatetext::readyTitle());
+    if (isUnseen) {
+        Q_EMIT told(notice());
     }
 }
 

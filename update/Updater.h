@@ -37,9 +37,10 @@ public:
         UpdateEngine &engine;
         const Clock &clock;
         QString version; ///< the one that runs
-        /// Whether something goes on that an end of the program would break off: then it does not
-        /// relaunch by itself.
-        std::function<bool()> busy = {};
+        /// What goes on that an end of the program would break off, the beginning of a French
+        /// sentence ("Une fouille est en cours"); "" for nothing. Then it does not relaunch by
+        /// itself.
+        std::function<QString()> busy = {};
         std::chrono::milliseconds countdown = std::chrono::seconds(3); ///< before it relaunches
     };
     /// Starts the engine. Engine and clock outlive this.
@@ -49,6 +50,9 @@ public:
     /// What the stage is called, and what there is to say of it; "" where there is nothing.
     QString title() const;
     QString text() const;
+    /// The same for who does not look at it: what waits for the person, in a sentence or two; ""
+    /// where nothing does.
+    QString notice() const;
     /// The version that was found, and what is new in it.
     const OfferedUpdate &found() const { return m_found; }
     qint64 expectedBytes() const { return m_expectedBytes; }
@@ -86,12 +90,14 @@ public:
     /// Some time passed. A question that waited for a day is put aside too, seen or not: an engine
     /// looks for nothing newer while one is open.
     void lookAtClock();
+    /// Whether the person has the stage before their eyes: else a relaunch is told too.
+    void setWatched(bool watched) { m_isWatched = watched; }
 
 Q_SIGNALS:
     void changed();
-    void stageChanged();
     void settingsChanged();
-    /// Something came up that nobody asked for, and that waits for an answer: a French sentence.
+    /// Something came up that nobody asked for, and that waits for an answer; or that was asked
+    /// for, and that nobody looks at any more: a French sentence.
     void told(const QString &sentence);
 
 private:
@@ -120,7 +126,7 @@ private:
     void endSilently();
     void answerFound(Choice choice);
     void answerReady(Choice choice);
-    bool isBusy() const { return m_parts.busy && m_parts.busy(); }
+    bool isHeldUp();
 
     Parts m_parts;
     Stage m_stage = Stage::Idle;
@@ -138,6 +144,8 @@ private:
     bool m_relaunchAsked = false;     // of a version that was put off
     bool m_checksForInstalls = false; // it is looked for new versions for that alone
     bool m_isElsewhere = false;       // what failed did so for being done by another process
+    bool m_isWatched = false;
+    QString m_heldUp; // what kept it from relaunching; "" for nothing
     qint64 m_expectedBytes = 0;
     qint64 m_receivedBytes = 0;
     double m_extracted = -1;
@@ -149,6 +157,8 @@ namespace updatetext {
 QString upToDate(const QString &version);
 QString readyTitle();
 QString readyForTheEnd();
+/// It is not relaunched now, for what `busy` told.
+QString heldUp(const QString &busy);
 QString checkFailedTitle();
 QString checkFailedText();
 QString installFailedTitle();

@@ -69,6 +69,8 @@ struct Context {
     std::function<bool(const LinkToCapture &)> openCapture = {};
     /// Has the app end, and come back as the version that is ready. Empty as above.
     std::function<void()> relaunch = {};
+    /// What that would break off besides this command, as Updater::Parts tells it. Empty as above.
+    std::function<QString()> busy = {};
 };
 
 /// One command of the program. Adding one is adding a row to `commands()`.

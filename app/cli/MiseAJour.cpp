@@ -23,12 +23,14 @@ struct UpdateShown {
     std::optional<QString> found;
     bool ready = false; ///< it lies here, and takes the program's place when that ends
     bool installed = false;
+    std::optional<QString> waits = {}; ///< what keeps the open app from coming back as it at once
 
     static constexpr auto jsonFields() {
         return std::tuple(json::field("version", &UpdateShown::version),
                           json::field("found", &UpdateShown::found),
                           json::field("ready", &UpdateShown::ready),
-                          json::field("installed", &UpdateShown::installed));
+                          json::field("installed", &UpdateShown::installed),
+                          json::field("waits", &UpdateShown::waits));
     }
 };
 
@@ -80,7 +82,13 @@ bool activate(const UpdateDoor &door, const Installation &installation) {
     QString reason;
     try {
         FileLock lock(installation.lockFile());
-        return door.appLock->tryLock() && lock.tryLock() && installation.activate();
+        if (!door.appLock->tryLock() || !lock.tryLock()) {
+            return false;
+        }
+        if (!installation.isInDoubt()) {
+            installation.confirm(); // it came this far, and is what to go back to
+        }
+        return installation.activate();
     } catch (const std::system_error &error) {
         reason = QString::fromLocal8Bit(error.what());
     }
@@ -96,6 +104,8 @@ void tell(Context &context, const UpdateShown &shown, bool isAppOpen) {
         context.console.print(json::encode(shown, json::Style::Pretty));
     } else if (shown.installed) {
         context.console.print(French::tr("vorle %1 est installée.").arg(*shown.found));
+    } else if (shown.waits) {
+        context.console.print(updatetext::readyTitle() + u' ' + updatetext::heldUp(*shown.waits));
     } else if (shown.ready && !installs && !isAppOpen) {
         context.console.print(
             French::tr("vorle %1 est prête. Pour l’installer : vorle mise-a-jour --installer")
@@ -155,8 +165,13 @@ Task<ExitStatus> miseAJour(Context &context, UpdateDoor door) {
         shown.installed = activate(door, installation);
     }
     const bool isAppOpen = context.host != Host::OwnProcess || door.appLock->isHeldElsewhere();
+    const bool relaunches = shown.ready && installs && context.relaunch;
+    if (const QString busy = relaunches && context.busy ? context.busy() : QString();
+        !busy.isEmpty()) {
+        shown.waits = busy;
+    }
     tell(context, shown, isAppOpen);
-    if (shown.ready && installs && context.relaunch) {
+    if (relaunches && !shown.waits) {
         context.relaunch();
     }
     co_return ExitStatus::Done;

@@ -7,6 +7,8 @@ Panel {
 
     property string suggestion: "" // a link found on the pasteboard
     property string problem: ""
+    // Whoever ends the program asks.
+    readonly property bool unsaved: shown && (link.text !== suggestion || note.text.length > 0)
 
     signal added(string url, string note)
 

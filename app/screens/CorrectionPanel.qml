@@ -12,6 +12,7 @@ Panel {
     property alias score: digits.score
     property list<string> chosen: [] // words of the reasons
     property bool corrected: false // there is one already
+    readonly property bool unsaved: shown // whoever ends the program asks
 
     name: qsTr("Corriger la note")
     Keys.onPressed: event => {

@@ -25,7 +25,10 @@ Panel {
     name: qsTr("Mise à jour")
     sheetWidth: 520
     bodyHeight: body.implicitHeight
-    onShownChanged: shown ? settle() : model.putAway()
+    onShownChanged: {
+        model.watch(shown);
+        shown ? settle() : model.putAway();
+    }
 
     Connections {
         target: panel.model

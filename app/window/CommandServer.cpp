@@ -3,6 +3,8 @@
 #include "app/cli/Command.h"
 #include "base/French.h"
 
+#include <algorithm>
+
 namespace vorle {
 
 namespace {
@@ -98,6 +100,12 @@ Task<> CommandServer::run(QPointer<CommandServer> self, Runner runner,
     if (self) {
         self->m_underWay.remove(command);
     }
+}
+
+bool CommandServer::isRunning(const cli::Context *butFor) const {
+    return std::ranges::any_of(m_underWay, [butFor](const std::shared_ptr<RunningCommand> &each) {
+        return &each->context != butFor;
+    });
 }
 
 Task<> CommandServer::closed() {

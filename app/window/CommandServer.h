@@ -34,6 +34,8 @@ public:
     /// when the caller asks so or goes away. A command that is none, or that the app does not run
     /// for others, is refused with a French sentence.
     void serve(AppConnection &caller, const AppCommand &asked);
+    /// Whether a command is under way, but for that one.
+    bool isRunning(const cli::Context *butFor = nullptr) const;
     /// Cancels what is under way, and ends once all of it has.
     Task<> closed();
 

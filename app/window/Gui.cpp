@@ -190,19 +190,19 @@ void goOnAs(const QString &program) {
                 .arg(QString::fromLocal8Bit(std::strerror(errno))));
 }
 
-} // namespace
-
-int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entrance) {
-    if (!hasScreen()) {
-        complain(
-            French::tr("Il n’y a pas d’écran ici. Les commandes marchent sans\u00A0: vorle aide"));
-        return 1;
-    }
-    QApplication qt(argc, argv);
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("vorle"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("fr.vorle.vorle"));
+/// How the program ended, and what is to go on in its place.
+struct Left {
     int status = 1;
     std::optional<QString> successor;
+};
+
+/// All of it is gone when this returns, the screen's side too: only then does what was copied here
+/// pass to who keeps it.
+Left runToItsEnd(int &argc, char **argv, const GuiAdapters &adapters, Entrance entrance) {
+    const QApplication qt(argc, argv);
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("vorle"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("fr.vorle.vorle"));
+    Left left;
     try {
         const std::unique_ptr<Demonstration> demonstration =
             entrance == Entrance::Demonstration ? enterDemonstration() : nullptr;
@@ -217,17 +217,29 @@ int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entranc
         Program program(app, adapters, entrance);
         const Interrupts interrupts;
         const auto onInterrupt = interrupts.token().onCancel([&program] { program.quit(); });
-        status = QApplication::exec();
-        successor = program.successor();
+        left.status = QApplication::exec();
+        left.successor = program.successor();
     } catch (const std::system_error &error) {
         complain(systemRefusalText(error));
     } catch (const std::exception &error) {
         complain(QString::fromUtf8(error.what()));
     }
-    if (successor) {
-        goOnAs(*successor);
+    return left;
+}
+
+} // namespace
+
+int runGui(int &argc, char **argv, const GuiAdapters &adapters, Entrance entrance) {
+    if (!hasScreen()) {
+        complain(
+            French::tr("Il n’y a pas d’écran ici. Les commandes marchent sans\u00A0: vorle aide"));
+        return 1;
     }
-    return status;
+    const Left left = runToItsEnd(argc, argv, adapters, entrance);
+    if (left.successor) {
+        goOnAs(*left.successor);
+    }
+    return left.status;
 }
 
 } // namespace vorle

@@ -17,6 +17,7 @@
 #include <QScreen>
 #include <QStyleHints>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace vorle {
@@ -290,6 +291,21 @@ void MainWindow::showCapture() {
     }
     panel->raise();
     panel->requestActivate();
+}
+
+bool MainWindow::isWriting() const {
+    const auto holds = [](const auto &self, const QQuickItem &item) -> bool {
+        const QList<QQuickItem *> children = item.childItems();
+        return item.property("unsaved").toBool() || item.property("editing").toBool() ||
+               std::ranges::any_of(children,
+                                   [&](const QQuickItem *child) { return self(self, *child); });
+    };
+    const QQuickItem *field = m_window->isActive() ? m_window->activeFocusItem() : nullptr;
+    const bool types = field != nullptr &&
+                       (field->inherits("QQuickTextInput") || field->inherits("QQuickTextEdit")) &&
+                       !field->property("readOnly").toBool() &&
+                       !field->property("text").toString().isEmpty();
+    return types || holds(holds, *m_window->contentItem());
 }
 
 void MainWindow::finishEditing() {

@@ -69,6 +69,8 @@ public:
     bool isStatusShown() const;
     /// Shows the quick capture as it is.
     void showCapture();
+    /// Whether the person writes just now, or has written in a form what goes with it.
+    bool isWriting() const;
     /// Has what is being written saved, as leaving its field would.
     void finishEditing();
 

@@ -2,6 +2,7 @@
 
 #include "app/cli/Command.h"
 #include "app/window/ShellParts.h"
+#include "app/window/UnderWay.h"
 #include "app/wiring/Application.h"
 #include "base/French.h"
 #include "desktop/CaptureAddress.h"
@@ -30,7 +31,7 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
     , m_updater({.engine = m_updates,
                  .clock = app.clock(),
                  .version = QCoreApplication::applicationVersion(),
-                 .busy = [this, &engine = app.engine()] { return isBusy(engine); }})
+                 .busy = [this, &app] { return underWay(app); }})
     , m_shell(partsOf(app, adapters, early.login))
     , m_notices({m_notifier, app.engine(), m_store, *m_shell.program()})
     , m_motion(adapters.motion())
@@ -49,6 +50,7 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
         };
         if (!m_systemUpdates) {
             context.relaunch = [&app] { app.updates().relaunch(); };
+            context.busy = [this, &app, &context] { return underWay(app, &context); };
         }
         return cli::runCommand(command, context, app);
     })
@@ -148,14 +150,6 @@ void OpenApp::followUpdates() {
     });
     connect(&m_timer, &RunTimer::looked, &m_updater, &Updater::lookAtClock);
     connect(&m_updater, &Updater::told, &m_shell, &Shell::tellOfUpdate);
-    connect(&m_updater, &Updater::stageChanged, &m_shell, [this] {
-        using Stage = Updater::Stage;
-        const Stage stage = m_updater.stage();
-        if (stage == Stage::Idle || stage == Stage::Checking || stage == Stage::Downloading ||
-            stage == Stage::UpToDate) {
-            m_shell.forgetUpdate();
-        }
-    });
     // A terminal may turn the switches too.
     connect(&m_preferences, &Preferences::changed, &m_updater, [this](const QString &key) {
         if (Preferences::isKeyOf(key, &Settings::updateChecks) ||
@@ -163,15 +157,14 @@ void OpenApp::followUpdates() {
             Q_EMIT m_updater.settingsChanged();
         }
     });
-    if (m_updater.stage() != Updater::Stage::Idle) {
-        m_shell.tellOfUpdate(m_updater.title()); // of an earlier start
+    if (!m_updater.notice().isEmpty()) {
+        m_shell.tellOfUpdate(m_updater.notice()); // of an earlier start
     }
     connect(&m_tray, &Tray::updateAsked, &m_main, &MainWindow::lookForUpdate);
 }
 
-/// Whether leaving would break off what the person waits for.
-bool OpenApp::isBusy(const SearchEngine &engine) const {
-    return engine.phase() != SearchEngine::Phase::Idle || m_shell.isAtWork();
+QString OpenApp::underWay(Application &app, const cli::Context *asking) const {
+    return UnderWay{app, m_shell, m_main, m_commands, m_demo}.text(asking);
 }
 
 Task<> OpenApp::updatesStopped() {

@@ -64,7 +64,7 @@ private:
     Shell::Parts partsOf(Application &app, const GuiAdapters &adapters, LoginItem &login);
     void followTimers();
     void followUpdates();
-    bool isBusy(const SearchEngine &engine) const;
+    QString underWay(Application &app, const cli::Context *asking = nullptr) const;
     Task<> updatesStopped();
     void followTray();
     void followWindow();

@@ -80,6 +80,18 @@ void Screens::copyDiagnostics() {
     Q_EMIT said(tr("Diagnostics copiés\u00A0: colle-les où tu veux."));
 }
 
+QString Screens::underWay() const {
+    if (m_transfer && m_transfer->busy()) {
+        return tr("Un export ou un import est en cours");
+    }
+    if (m_bench && m_bench->running()) {
+        return tr("L’aperçu du jugement est en cours");
+    }
+    const bool hasFeedback = m_feedback && (!m_feedback->text().trimmed().isEmpty() ||
+                                            !m_feedback->pictures().isEmpty());
+    return hasFeedback ? tr("Ton retour n’est pas encore envoyé") : QString();
+}
+
 Task<> Screens::stopped() {
     if (m_transfer) {
         m_transfer->stop();

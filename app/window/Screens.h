@@ -88,6 +88,9 @@ public:
     Q_INVOKABLE void revealTopics();
     /// Puts the diagnostics on the pasteboard.
     Q_INVOKABLE void copyDiagnostics();
+    /// What goes on in them, or was written, and would be lost with the program: the beginning of
+    /// a French sentence; "" for nothing.
+    QString underWay() const;
     /// Stops what the screens have under way, and waits for its end.
     Task<> stopped();
 

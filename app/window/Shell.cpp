@@ -135,6 +135,9 @@ void Shell::followStores() {
         const QString problem = m_settings->problem();
         problem.isEmpty() ? dismissNotices(Matter::Settings) : tell(Matter::Settings, problem);
     });
+    // What it told is no longer so.
+    connect(&m_parts.screens.updater, &Updater::changed, this,
+            [this] { retell(Matter::Update, m_parts.screens.updater.notice()); });
     // Taken up by a command too.
     connect(&store, &TopicStore::topicsReset, this, [this] { dismissNotices(Matter::Found); });
 }
@@ -201,7 +204,7 @@ QString Shell::remedy() const {
     case Matter::Postponed:
         return tr("Tout lire");
     case Matter::Update:
-        return tr("Voir");
+        return m_parts.screens.updater.isCountingDown() ? tr("Plus tard") : tr("Voir");
     default:
         return {};
     }
@@ -227,6 +230,9 @@ void Shell::takeRemedy() {
         m_parts.capture.resume();
     } else if (matter == Matter::Postponed) {
         m_parts.capture.askPostponed();
+    } else if (matter == Matter::Update && m_parts.screens.updater.isCountingDown()) {
+        m_parts.screens.updater.putOff();
+        say(m_parts.screens.updater.text());
     } else if (matter == Matter::Update) {
         Q_EMIT updateAsked();
     }
@@ -387,7 +393,7 @@ void Shell::retell(Matter matter, const QString &text) {
         return;
     }
     const auto told = std::ranges::find(m_notices, matter, &Notice::matter);
-    if (told != m_notices.end()) {
+    if (told != m_notices.end() && told->text != shownWords(text)) {
         told->text = shownWords(text); // in its place among the others
         Q_EMIT noticeChanged();
     }

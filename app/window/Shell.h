@@ -186,8 +186,6 @@ public:
     void tellOfDrops(const QString &sentence) { tell(Matter::Drops, sentence); }
     /// The same for an update that came up by itself.
     void tellOfUpdate(const QString &sentence) { tell(Matter::Update, sentence); }
-    /// What was told of one is no longer so.
-    void forgetUpdate() { dismissNotices(Matter::Update); }
     /// Stops what goes on in the background, and ends once it has.
     Task<> stopped();
     /// A web address on the pasteboard, "" for anything else.

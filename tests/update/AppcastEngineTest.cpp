@@ -321,6 +321,16 @@ TEST_F(AppcastEngineTest, nothing_is_said_to_work_while_another_moves_the_links)
     lookUntil([&] { return !isOnTrial(); });
     EXPECT_EQ(finished(), std::nullopt);
 
+    // A disk that refuses for a moment.
+    const QString lock = folder() + QStringLiteral("/update.lock");
+    ASSERT_TRUE(QFile::remove(lock) && QFile::link(QStringLiteral("/nowhere/lock"), lock));
+    ASSERT_TRUE(QFile::link(QStringLiteral("versions/1.3.0"), previous));
+    engine->confirmStart();
+    EXPECT_EQ(finished(), std::nullopt);
+    EXPECT_TRUE(isOnTrial());
+    ASSERT_TRUE(QFile::remove(lock));
+    lookUntil([&] { return !isOnTrial(); });
+
     // The thread of the window is not the one that asks the disk.
     ASSERT_TRUE(QFile::link(QStringLiteral("versions/1.3.0"), previous));
     {

@@ -16,6 +16,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <array>
 #include <csignal>
 #include <functional>
@@ -46,6 +49,7 @@ protected:
         ASSERT_TRUE(QFile::copy(built("0.1.0"), bin + QStringLiteral("/vorle")));
         ASSERT_TRUE(QFile::copy(QStringLiteral(VORLE_BINARIES "/vorle-guard"),
                                 bin + QStringLiteral("/vorle-guard")));
+        test::writeFile(folder() + QStringLiteral("/versions/0.1.0/version"), "0.1.0\n");
         ASSERT_TRUE(
             QFile::link(QStringLiteral("versions/0.1.0"), folder() + QStringLiteral("/current")));
         ASSERT_TRUE(QFile::copy(QStringLiteral(VORLE_BINARIES "/vorle-launcher"),
@@ -95,6 +99,7 @@ protected:
     QProcess &start(const QStringList &words) {
         QProcess &process = program.command(words);
         process.setProgram(folder() + QStringLiteral("/vorle"));
+        process.setChildProcessModifier([] { ::setpgid(0, 0); }); // to be told together
         process.start();
         return process;
     }
@@ -128,6 +133,23 @@ TEST_F(UpdateFlowTest, one_version_finds_the_next_and_comes_back_as_it) {
               "vorle 0.2.0 est là. Pour l’installer : vorle mise-a-jour --installer\n");
     QProcess &app = start({});
     test::spinUntil([this] { return openVersion() == u"0.1.0"; });
+    QFile version(folder() + QStringLiteral("/versions/0.1.0/version"));
+    ASSERT_TRUE(version.open(QIODevice::ReadOnly));
+    EXPECT_NE(::flock(version.handle(), LOCK_EX | LOCK_NB), 0) << "a process runs from there";
+
+    // What goes on is not broken off for it.
+    program.agent.answerBy(R"({"brief":"hang"})");
+    QProcess &writing = start(
+        {QStringLiteral("fiche"), program.topics().first().id.toString(QUuid::WithoutBraces)});
+    test::spinUntil([this] { return program.agent.calls(u"brief") == 1; });
+    const auto waits = run({QStringLiteral("mise-a-jour"), QStringLiteral("--installer")});
+    EXPECT_THAT(waits.out,
+                testing::HasSubstr("en train d’être écrite\u00A0: je ne me relance pas"));
+    EXPECT_EQ(writing.state(), QProcess::Running);
+    EXPECT_EQ(openVersion(), QStringLiteral("0.1.0"));
+    ::kill(static_cast<pid_t>(writing.processId()), SIGINT);
+    test::spinUntil([&] { return writing.state() == QProcess::NotRunning; });
+
     const auto installed = run({QStringLiteral("mise-a-jour"), QStringLiteral("--installer")});
     EXPECT_EQ(installed.status, 0) << installed.err;
     test::spinUntil([this] { return openVersion() == u"0.2.0"; });
@@ -137,7 +159,8 @@ TEST_F(UpdateFlowTest, one_version_finds_the_next_and_comes_back_as_it) {
         [this] { return !QFileInfo(folder() + QStringLiteral("/previous")).isSymLink(); });
     EXPECT_EQ(run({QStringLiteral("mise-a-jour")}).out, "0.2.0 est la dernière version.\n");
 
-    ::kill(static_cast<pid_t>(app.processId()), SIGTERM);
+    // As a session does that ends: the app is told, and the launcher, which hands it on.
+    ::kill(-static_cast<pid_t>(app.processId()), SIGTERM);
     test::spinUntil([&] { return app.state() == QProcess::NotRunning; });
     EXPECT_EQ(app.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(app.exitCode(), 0);
@@ -162,6 +185,22 @@ TEST_F(UpdateFlowTest, what_an_app_left_ready_is_installed_from_the_terminal) {
     ASSERT_TRUE(QDir().rmdir(inTheWay));
     EXPECT_EQ(run({command, QStringLiteral("--installer")}).out, "vorle 0.2.0 est installée.\n");
     EXPECT_EQ(run({QStringLiteral("--version")}).out, "vorle 0.2.0\n");
+}
+
+TEST_F(UpdateFlowTest, who_never_opens_a_window_goes_back_to_what_worked_last) {
+    publish(ReleaseMaker::packed(ReleaseMaker::entries("0.2.0")));
+    for (const bool crashed : {false, true}) {
+        install();
+        test::writeProgram(folder() + QStringLiteral("/versions/0.0.9/bin/vorle"), "exit 1");
+        ASSERT_TRUE(
+            QFile::link(QStringLiteral("versions/0.0.9"), folder() + QStringLiteral("/previous")));
+        test::writeFile(folder() + QStringLiteral("/starts"), crashed ? "x" : "");
+        EXPECT_EQ(run({QStringLiteral("mise-a-jour"), QStringLiteral("--installer")}).out,
+                  "vorle 0.2.0 est installée.\n");
+        EXPECT_EQ(
+            QFileInfo(QFile::symLinkTarget(folder() + QStringLiteral("/previous"))).fileName(),
+            crashed ? QStringLiteral("0.0.9") : QStringLiteral("0.1.0"));
+    }
 }
 
 TEST_F(UpdateFlowTest, killed_at_any_moment_one_of_the_two_starts) {

@@ -45,7 +45,7 @@ protected:
     Updater updater{{.engine = engine,
                      .clock = clock,
                      .version = QStringLiteral("1.4.2"),
-                     .busy = [this] { return busy; },
+                     .busy = [this] { return busy ? QStringLiteral("Ça tourne") : QString(); },
                      .countdown = std::chrono::milliseconds(1)}};
     QList<Choice> choices;
     QStringList told;
@@ -178,6 +178,9 @@ TEST_F(UpdaterTest, a_relaunch_is_put_off_by_the_person_or_by_a_run_and_can_stil
         updater.install();
         driver().showReady(reply());
         EXPECT_EQ(updater.isCountingDown(), !run);
+        EXPECT_EQ(updater.text().contains(QStringLiteral("Ça tourne\u00A0: je ne me relance pas")),
+                  run);
+        EXPECT_EQ(told.last(), updater.text()) << "who asked for it may look elsewhere";
         if (run) {
             busy = false;
             driver().showReady(reply()); // told again, a day later
@@ -206,8 +209,12 @@ TEST_F(UpdaterTest, what_begins_while_it_counts_down_is_not_broken_off) {
     driver().showReady(reply());
     ASSERT_TRUE(updater.isCountingDown());
     busy = true;
+    updater.setWatched(true);
+    const auto before = told.size();
     test::spinUntil([this] { return !updater.isCountingDown(); });
     EXPECT_EQ(updater.stage(), Stage::Ready);
+    EXPECT_TRUE(updater.text().startsWith(QStringLiteral("Ça tourne")));
+    EXPECT_EQ(told.size(), before) << "the view says so";
     EXPECT_EQ(choices, QList<Choice>{Choice::Install}) << "to the question before";
     updater.relaunch();
     EXPECT_EQ(choices.size(), 2) << "who says so knows of it";
