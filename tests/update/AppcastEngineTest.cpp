@@ -330,6 +330,7 @@ TEST_F(AppcastEngineTest, nothing_is_said_to_work_while_another_moves_the_links)
     EXPECT_TRUE(isOnTrial());
     ASSERT_TRUE(QFile::remove(lock));
     lookUntil([&] { return !isOnTrial(); });
+    EXPECT_EQ(finished(), std::nullopt);
 
     // The thread of the window is not the one that asks the disk.
     ASSERT_TRUE(QFile::link(QStringLiteral("versions/1.3.0"), previous));
