@@ -136,9 +136,10 @@ Task<> AgentSetupWork::signIn(AgentKind kind, CancelToken cancel) {
 }
 
 void AgentSetupWork::tell(AgentKind kind, const DownloadProgress &progress) {
-    SetupMoment now = moment(kind);
-    now.percent = installPercent(progress);
-    set(kind, now);
+    const int before = std::exchange(state(kind).moment.percent, installPercent(progress));
+    if (moment(kind).percent != before) {
+        Q_EMIT progressed(kind);
+    }
 }
 
 void AgentSetupWork::show(AgentKind kind, const WebLink &page) {

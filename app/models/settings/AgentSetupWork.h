@@ -53,6 +53,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// An installation is further on, at that per cent; nothing else has changed.
+    void progressed(vorle::AgentKind kind);
     /// An agent was installed, or signed in to; once for each, however what was under way ended.
     void succeeded();
 

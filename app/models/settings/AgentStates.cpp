@@ -19,9 +19,20 @@ AgentStates::AgentStates(const Parts &parts, QObject *parent)
         }
     });
     connect(&m_work, &AgentSetupWork::changed, this, &AgentStates::refresh);
+    connect(&m_work, &AgentSetupWork::progressed, this, &AgentStates::showProgress);
     connect(&m_work, &AgentSetupWork::succeeded, this, &AgentStates::setUp);
     if (m_parts.settable) {
         m_work.recover();
+    }
+}
+
+/// A hundred times in a download: the agents' files are not read for it.
+void AgentStates::showProgress(AgentKind kind) {
+    const auto row = std::ranges::find(m_states, json::rawText(kind), &AgentState::kind);
+    if (row != m_states.end() && row->installing) {
+        row->percent = m_work.moment(kind).percent;
+        row->text = shownWords(installingText(row->percent));
+        Q_EMIT changed();
     }
 }
 

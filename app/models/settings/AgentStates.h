@@ -98,6 +98,7 @@ Q_SIGNALS:
 private:
     QList<AgentState> look() const;
     AgentState looked(AgentKind kind) const;
+    void showProgress(AgentKind kind);
 
     Parts m_parts;
     AgentSetupWork m_work;

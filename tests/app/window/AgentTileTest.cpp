@@ -1,7 +1,10 @@
 // Agents installed and signed in to in the window, by an npm and agents that play their part.
 
 #include "agents/setup/AgentPackage.h"
+#include "base/HttpClient.h"
+#include "platform/fakes/FakeSignatureCheck.h"
 #include "tests/app/window/OpenWindow.h"
+#include "tests/support/TestServer.h"
 
 #include <QAccessible>
 
@@ -258,6 +261,35 @@ TEST_F(AgentTileTest, closing_the_window_meanwhile_is_asked_about_as_what_it_wou
     m_main->askToClose();
     press(Qt::Key_Return);
     EXPECT_EQ(quits, 1);
+}
+
+TEST_F(AgentTileTest, a_download_tells_how_far_it_is) {
+    test::TestServer server;
+    HttpClient http(true);
+    const test::FakeSignatureCheck signatures;
+    AgentSources sources;
+    sources.codexReleases = server.url("/", QStringLiteral("localhost"));
+    server.serve("/" + sources.codexBuild.toLatin1() + ".tar.gz",
+                 test::TestReply::shaped(test::TestReply::Shape::Dripping, QByteArray(100, 'x')));
+    const AgentSetup setup({m_app->agent().locator(),
+                            OnDemand<HttpClient>([&http]() -> auto & { return http; }), &signatures,
+                            sources});
+    AgentStates states({.agents = m_app->agent().locator(),
+                        .preferences = m_app->preferences(),
+                        .setup = setup,
+                        .links = m_links,
+                        .pasteboard = m_pasteboard});
+    QStringList told;
+    QObject::connect(&states, &AgentStates::changed, [&] { told += states.states()[1].text; });
+    states.act(QStringLiteral("codex"), QStringLiteral("Installer"));
+    test::spinUntil([&] { return states.states()[1].percent >= 3; });
+    EXPECT_EQ(told.first(), QStringLiteral("Installation…"));
+    EXPECT_EQ(told.last(),
+              QStringLiteral("Installation… %1\u00A0%").arg(states.states()[1].percent));
+    states.act(QStringLiteral("codex"), QStringLiteral("Arrêter"));
+    test::waitFor(states.stopped());
+    EXPECT_EQ(states.states()[1].action, QStringLiteral("Installer"));
+    EXPECT_EQ(states.states()[1].percent, -1);
 }
 
 TEST_F(AgentTileTest, without_npm_it_says_how_to_get_one_and_a_demonstration_offers_nothing) {
