@@ -23,7 +23,8 @@ class Planted(unittest.TestCase):
             subprocess.run(["git", "init", "-q"], cwd=folder, check=True)
             subprocess.run(["git", "add", "."], cwd=folder, check=True)
             (root / "scripts").mkdir()
-            shutil.copy(SCRIPTS / check, root / "scripts")
+            for name in [check, "packing.py", "mac_files.py"]:
+                shutil.copy(SCRIPTS / name, root / "scripts")
             if check == "check-mac":
                 shutil.copytree(SCRIPTS / "mac-stubs", root / "scripts/mac-stubs")
             done = subprocess.run([sys.executable, root / "scripts" / check, *arguments], text=True,
@@ -122,6 +123,28 @@ class Planted(unittest.TestCase):
         self.assertEqual(status, 1)
         for name in wrong:
             self.assertIn(f"{name}.mm:{8 if name == 'Available' else 7}:", words)
+
+    @unittest.skipIf(platform.system() == "Darwin", "there the build reads these files")
+    def test_what_else_a_mac_reads(self):
+        folder = SCRIPTS.parent / "packaging/macos"
+        right = {f"packaging/macos/{path.relative_to(folder)}": path.read_text(encoding="utf-8")
+                 for path in [*folder.rglob("*.plist.in"), *folder.rglob("*.entitlements")]}
+        right |= {"run": "#!/usr/bin/env bash\necho \"$1\"\n", "core/A.cpp": "int a() { return 1; }\n"}
+        status, words = self.run_check("check-mac", right, "build")
+        self.assertEqual(status, 0, words)
+        application, rights = "packaging/macos/Info.plist.in", "packaging/macos/share/share.entitlements"
+        twice = "<key>CFBundleName</key><string>other</string><key>CFBundleIdentifier</key>"
+        wrong = {application: right[application].replace("<key>CFBundleIdentifier</key>", twice),
+                 "packaging/macos/widget/Info.plist.in": right["packaging/macos/widget/Info.plist.in"]
+                 .replace("fr.vorle.vorle.widget", "fr.vorle.widget"),
+                 rights: right[rights].replace("app-sandbox", "app-sandbx"),
+                 "run": "#!/usr/bin/env bash\nmapfile -t lines\ntimeout 5 ls\n",
+                 "core/A.cpp": "#include <QtGlobal>\n#ifdef Q_OS_MACOS\nint a() { return b(); }\n#endif\n"}
+        status, words = self.run_check("check-mac", right | wrong, "build")
+        self.assertEqual(status, 1)
+        for said in ["Info.plist.in: CFBundleName stands there twice", "fr.vorle.widget", "share.entitlements",
+                     "run:2:", "run:3:", "core/A.cpp:3:"]:
+            self.assertIn(said, words)
 
 
 if __name__ == "__main__":
