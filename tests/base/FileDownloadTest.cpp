@@ -36,9 +36,9 @@ protected:
         return request;
     }
     /// The errno that a download comes to; 0 where it goes through.
-    int refusal(const QString &path, qint64 maxWaiting = maxUnwritten) {
+    int refusal(const QString &target, qint64 maxWaiting = maxUnwritten) {
         try {
-            test::waitFor(downloadTo(http, request(), path, {}, maxWaiting));
+            test::waitFor(downloadTo(http, request(), target, {}, maxWaiting));
             return 0;
         } catch (const std::system_error &error) {
             return error.code().value();
