@@ -39,6 +39,8 @@ protected:
         m_app->preferences().change(&Settings::onboarded, true); // else that is what opens
     }
 
+    ~OpenWindow() override { letPicturesGo(); }
+
     TopicStore &store() { return m_app->store(); }
 
     /// Three topics to sort, the first one first, and one of each other section.
@@ -78,11 +80,31 @@ protected:
     }
     /// As when the app ends; it can be opened again.
     void close() {
+        letPicturesGo();
         m_main.reset();
         m_shell.reset();
         m_hotKey.reset();
         m_notifier.reset();
         m_launcher.reset();
+    }
+    /// Before the window goes, with one frame more: the software renderer of Qt 6.4 never frees the
+    /// textures of pictures that go together with their window.
+    void letPicturesGo() {
+        bool any = false;
+        QList<QQuickItem *> items;
+        if (m_main) {
+            items += window().contentItem();
+        }
+        while (!items.isEmpty()) {
+            QQuickItem *item = items.takeLast();
+            items += item->childItems();
+            if (item->inherits("QQuickImage") && !item->property("source").toUrl().isEmpty()) {
+                any = item->setProperty("source", QUrl());
+            }
+        }
+        if (any) {
+            window().grabWindow();
+        }
     }
     QQuickWindow &window() { return m_main->window(); }
     Shell &shell() { return *m_shell; }
