@@ -170,6 +170,7 @@ void Updater::skip() { answerFound(Choice::Skip); }
 void Updater::cancel() {
     if (const auto cancellation = std::exchange(m_cancellation, nullptr)) {
         m_installAsked = false;
+        m_relaunchAsked = false;
         enter(Stage::Idle);
         cancellation();
     }
@@ -197,6 +198,7 @@ bool Updater::isHeldUp() {
 
 void Updater::putOff() {
     m_installAsked = false;
+    m_relaunchAsked = false;
     m_heldUp.clear();
     answerReady(Choice::Dismiss);
 }

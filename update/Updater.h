@@ -141,7 +141,7 @@ private:
     std::function<void(bool)> m_permissionReply;
     bool m_userInitiated = false;
     bool m_installAsked = false;
-    bool m_relaunchAsked = false;     // of a version that was put off
+    bool m_relaunchAsked = false;     // of a version that was put off, by the check under way
     bool m_checksForInstalls = false; // it is looked for new versions for that alone
     bool m_isElsewhere = false;       // what failed did so for being done by another process
     bool m_isWatched = false;

@@ -39,6 +39,7 @@ void Updater::showFound(const OfferedUpdate &update, Reply reply) {
         answerFound(Choice::Install); // it is the one that was put off
         return;
     }
+    m_relaunchAsked = false; // of another version than this
     enter(Stage::Found);
     if (!m_userInitiated) {
         Q_EMIT told(notice());
@@ -58,6 +59,7 @@ void Updater::showReleaseNotesFailed(const QString &error) {
 void Updater::showNotFound(const QString &reason, Acknowledgement acknowledge) {
     noteUpdate(QStringLiteral("nothing newer: ") + reason);
     m_cancellation = nullptr;
+    m_relaunchAsked = false;
     m_messageAcknowledged = std::move(acknowledge);
     if (m_userInitiated) {
         enter(Stage::UpToDate);
@@ -183,6 +185,7 @@ void Updater::showTakenBack(const QString &version) {
 void Updater::showHeldElsewhere() {
     noteUpdate(QStringLiteral("another process installs an update"));
     m_cancellation = nullptr;
+    m_relaunchAsked = false;
     // Nobody asked this process for it: the other one tells what comes of it.
     const bool asked = std::exchange(m_installAsked, false) || m_userInitiated;
     m_isElsewhere = asked;
@@ -197,6 +200,7 @@ void Updater::showInFocus() {
 void Updater::dismissed() {
     noteUpdate(QStringLiteral("done"));
     m_cancellation = nullptr;
+    m_relaunchAsked = false;
     m_foundReply = nullptr;
     m_userInitiated = false;
     if (m_stage == Stage::Checking || m_stage == Stage::Found || m_stage == Stage::Downloading ||

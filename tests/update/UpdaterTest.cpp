@@ -203,6 +203,28 @@ TEST_F(UpdaterTest, a_relaunch_is_put_off_by_the_person_or_by_a_run_and_can_stil
     }
 }
 
+TEST_F(UpdaterTest, a_relaunch_that_was_asked_for_is_of_that_version_alone) {
+    const std::function<void()> answers[] = {
+        [&] { driver().showFound({QStringLiteral("1.6.0"), {}, false}, reply()); },
+        [&] { driver().showNotFound({}, [] {}); },
+        [&] { driver().showHeldElsewhere(); },
+        [&] { driver().dismissed(); },
+        [&] { updater.cancel(); },
+    };
+    for (const auto &answer : answers) {
+        driver().showReady(reply());
+        updater.putOff();
+        updater.relaunch();
+        driver().showUserInitiatedCheck([] {});
+        answer();
+        choices.clear();
+        driver().showReady(reply()); // of another version, later
+        EXPECT_TRUE(choices.isEmpty()) << &answer - answers;
+        EXPECT_EQ(updater.stage(), Stage::Ready);
+        updater.putOff();
+    }
+}
+
 TEST_F(UpdaterTest, what_begins_while_it_counts_down_is_not_broken_off) {
     driver().showFound({QStringLiteral("1.5.0"), {}, false}, reply());
     updater.install();
