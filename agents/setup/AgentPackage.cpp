@@ -24,7 +24,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto installLimit = 1h;            ///< over a slow line
+constexpr auto installLimit = 1h; ///< over a slow line
+constexpr auto patienceWithKept = 30s;
 constexpr qint64 roomForAgent = 600'000'000; ///< more than either takes
 
 QString packageOf(AgentKind kind) {
@@ -228,9 +229,18 @@ bool isInstallationBroken(const AgentLocator &agents, AgentKind kind) {
 }
 
 Task<> mendInstallation(const AgentLocator &agents, AgentKind kind) {
-    if (const auto npm = npmProgram(agents)) {
-        co_await onPool([before = beforeOf(agents, kind, *npm)] {
-            before.putBack();
+    const auto npm = npmProgram(agents);
+    if (!npm || !beforeOf(agents, kind, *npm).isKept()) {
+        co_return;
+    }
+    const WorkFolder folder;
+    Work work{agents, kind, prefixFor(agents, *npm), {}};
+    work.npm.workingDirectory = folder.path();
+    // The person may have put it right by themselves since.
+    const Answer answer = co_await answerOf(work, patienceWithKept, {});
+    if (answer != Answer::Late) { // slow, it tells nothing
+        co_await onPool([before = beforeOf(agents, kind, *npm), answer] {
+            answer == Answer::Version ? before.forget() : before.putBack();
             return true;
         });
     }

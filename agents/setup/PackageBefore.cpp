@@ -1,7 +1,6 @@
 #include "agents/setup/PackageBefore.h"
 
 #include <filesystem>
-#include <string>
 
 namespace vorle {
 
@@ -58,16 +57,29 @@ void PackageBefore::putBack() const {
         return;
     }
     sweep();
+    const fs::path program = native(m_program);
     const fs::path package = native(m_scope) / m_name.toStdString();
-    // Copied, not moved: what is killed here begins anew.
-    fs::remove(native(m_program));
-    fs::remove_all(package);
+    const fs::path fresh = native(m_scope) / aside("vorle");
+    const fs::path link = native(m_program + QStringLiteral(".vorle"));
+    // Copied, not moved: what is killed here begins anew. All of it, before anything goes: what the
+    // system refuses then changes nothing.
     if (isThere(kept / "package")) {
-        copyTree(kept / "package", package);
+        fs::create_directories(native(m_scope));
+        copyTree(kept / "package", fresh);
     }
     if (isThere(kept / "program")) {
-        fs::copy(kept / "program", native(m_program), fs::copy_options::copy_symlinks);
+        fs::create_directories(program.parent_path());
+        fs::remove(link);
+        fs::copy(kept / "program", link, fs::copy_options::copy_symlinks);
     }
+    if (isThere(package)) {
+        fs::rename(package, native(m_scope) / aside("vorle-old"));
+    }
+    if (isThere(fresh)) {
+        fs::rename(fresh, package);
+    }
+    isThere(link) ? fs::rename(link, program) : void(fs::remove(program));
+    sweep();
     forget();
 }
 
@@ -81,13 +93,17 @@ void PackageBefore::forget() const {
     fs::remove_all(old);
 }
 
+std::string PackageBefore::aside(const char *what) const {
+    return '.' + m_name.toStdString() + '-' + what;
+}
+
 /// npm moves a package aside to a name that hangs on its path alone; where a kill left one there,
 /// older ones can never move it again.
 void PackageBefore::sweep() const {
-    const std::string aside = '.' + m_name.toStdString() + '-';
+    const std::string begin = aside("");
     std::error_code none;
     for (const fs::directory_entry &entry : fs::directory_iterator(native(m_scope), none)) {
-        if (entry.path().filename().string().rfind(aside, 0) == 0) {
+        if (entry.path().filename().string().rfind(begin, 0) == 0) {
             fs::remove_all(entry.path());
         }
     }

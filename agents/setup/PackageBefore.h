@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string>
+
 namespace vorle {
 
 /// What was there of an npm package before another version of it is installed below the same
@@ -26,6 +28,8 @@ public:
 
 private:
     void sweep() const;
+    /// A name beside the package's own that none has.
+    std::string aside(const char *what) const;
 
     QString m_program; ///< the link that is started
     QString m_scope;   ///< the folder that holds the package's own

@@ -150,6 +150,32 @@ TEST_F(AgentPackageTest, what_was_killed_is_put_back_and_holds_nothing_up) {
     test::waitFor(mendInstallation(agents, AgentKind::Codex));
     EXPECT_FALSE(isInstallationBroken(agents, AgentKind::Codex));
     EXPECT_TRUE(isWhole());
+    // The folders above are gone too.
+    before.keep();
+    ASSERT_TRUE(QDir(path("/.npm-global/lib/node_modules")).removeRecursively());
+    ASSERT_TRUE(QDir(path("/.npm-global/bin")).removeRecursively());
+    test::waitFor(mendInstallation(agents, AgentKind::Codex));
+    EXPECT_TRUE(isWhole());
+    // The person put another one there meanwhile, which works: it stays.
+    before.keep();
+    breakIt();
+    writeProgram(codex, "exit 0");
+    test::waitFor(mendInstallation(agents, AgentKind::Codex));
+    EXPECT_FALSE(isInstallationBroken(agents, AgentKind::Codex));
+    EXPECT_TRUE(readFile(codex).contains("exit 0"));
+    QFile::remove(codex);
+    ASSERT_TRUE(QDir(scope).removeRecursively());
+    test::writeProgram(scope + QStringLiteral("/codex/bin/codex.js"), "# old");
+    ASSERT_TRUE(
+        QFile::link(QStringLiteral("../lib/node_modules/@openai/codex/bin/codex.js"), codex));
+    // Where something refuses to be put back, what works stays as it is.
+    before.keep();
+    test::writeFile(codex + QStringLiteral(".vorle/x"), "in the way");
+    EXPECT_THROW(before.putBack(), std::system_error);
+    EXPECT_EQ(readFile(codex), "#!/bin/sh\n# old\n");
+    ASSERT_TRUE(QDir(codex + QStringLiteral(".vorle")).removeRecursively());
+    before.putBack();
+    EXPECT_TRUE(isWhole());
     // The next installation does the same, and fails in its turn.
     before.keep();
     breakIt();
