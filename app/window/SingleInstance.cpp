@@ -1,8 +1,12 @@
 #include "app/window/SingleInstance.h"
 
 #include "base/Log.h"
+#include "storage/DurableFile.h"
 
+#include <QFileInfo>
 #include <QTimer>
+
+#include <system_error>
 
 namespace vorle {
 
@@ -83,7 +87,20 @@ Task<bool> SingleInstance::raiseRunning(QString topicsFile) {
     co_return raised;
 }
 
+void SingleInstance::listenWhereGone() {
+    if (m_server.isListening() && !QFileInfo::exists(m_name)) {
+        m_server.close(); // callers that it has already stay
+        listen();
+    }
+}
+
 bool SingleInstance::listen() {
+    try {
+        makeFolder(QFileInfo(m_name).absolutePath());
+    } catch (const std::system_error &error) {
+        logLine(QStringLiteral("no folder for the socket: ") +
+                QString::fromLocal8Bit(error.what()));
+    }
     QLocalServer::removeServer(m_name);
     if (m_server.listen(m_name)) {
         return true;

@@ -25,6 +25,9 @@ public:
     /// left of its socket is taken away. False when the socket cannot be made; the app runs
     /// without.
     bool listen();
+    /// The same once more where the socket is gone from the disk: systems sweep their temporary
+    /// folders. Does nothing before the first time, or after close().
+    void listenWhereGone();
     /// From now on commands are taken too: the topics are this process's.
     void serve() { m_serving = true; }
     /// Takes no further caller, and answers none that has not asked yet.

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
+#include <QStandardPaths>
 #include <QtEndian>
 
 namespace vorle {
@@ -14,16 +15,32 @@ namespace {
 
 constexpr qsizetype lengthBytes = 4;
 constexpr qint64 readAtOnce = 1 << 16;
+/// What a Mac takes, with a zero behind it in 104 bytes; Linux takes four more.
+constexpr qsizetype longestPath = 103;
 
 } // namespace
 
 QString appSocketName(const QString &topicsFile) {
+    QStringList folders{QDir::tempPath()};
+#ifdef Q_OS_MACOS
+    // There what nobody opened for three days is swept out of the temporary folder.
+    folders.prepend(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                    QStringLiteral("/vorle"));
+#endif
+    return appSocketName(topicsFile, folders);
+}
+
+QString appSocketName(const QString &topicsFile, const QStringList &folders) {
     const QFileInfo file(linkTarget(topicsFile));
     const QString name = QDir(file.absolutePath()).canonicalPath() + u'/' + file.fileName();
-    // Short: a socket's path may have 104 bytes on a Mac.
     const QByteArray hash = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Sha256);
-    return QDir::tempPath() + QStringLiteral("/vorle-app-") +
-           QString::fromLatin1(hash.toHex().left(12));
+    const QString last = QStringLiteral("/vorle-app-") + QString::fromLatin1(hash.toHex().left(12));
+    for (const QString &folder : folders) {
+        if (QFile::encodeName(folder + last).size() <= longestPath) {
+            return folder + last;
+        }
+    }
+    return folders.constLast() + last;
 }
 
 AppConnection::AppConnection(QLocalSocket *socket, qsizetype longest, QObject *parent)

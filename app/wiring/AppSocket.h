@@ -59,10 +59,14 @@ constexpr std::array<std::string_view, 8> rawStrings(AppMessage::Kind) {
     return {"hello", "waiting", "raise", "command", "cancel", "out", "err", "end"};
 }
 
-/// Where the app that runs on these topics listens: in the program's private temporary directory,
-/// which only the user can enter. Several names of one file give one socket, as they give one lock.
+/// Where the app that runs on these topics listens: in a folder that only the user can enter.
+/// Several names of one file give one socket, as they give one lock.
 /// @throws std::system_error for a loop of links
 QString appSocketName(const QString &topicsFile);
+
+/// The same below the first of these folders where the path is one that a socket may have, on any
+/// system; below the last where none is. Every process has to be given the same folders.
+QString appSocketName(const QString &topicsFile, const QStringList &folders);
 
 /// One end of a connection to the running app: each message is JSON behind its length in four
 /// bytes, the highest first. What is no such message ends the connection. Main thread; slots of its

@@ -80,6 +80,51 @@ TEST_F(OpeningTest, a_second_start_raises_the_first_even_over_what_a_crash_left)
     EXPECT_FALSE(second.app.isHeld());
 }
 
+TEST_F(OpeningTest, a_socket_that_was_swept_away_is_made_anew_until_the_end) {
+    Start first(file);
+    first.instance.listenWhereGone();
+    EXPECT_FALSE(test::waitFor(SingleInstance::raiseRunning(file))) << "it may not be the app yet";
+    first.begin();
+    test::spinUntil([&] { return first.outcome.has_value(); });
+    QLocalSocket early; // its command goes on
+    early.connectToServer(appSocketName(file));
+    test::spinUntil([&] { return early.bytesAvailable() > 0; });
+
+    ASSERT_TRUE(QFile::remove(appSocketName(file)));
+    EXPECT_FALSE(test::waitFor(SingleInstance::raiseRunning(file)));
+    first.instance.listenWhereGone();
+    EXPECT_TRUE(test::waitFor(SingleInstance::raiseRunning(file)));
+    EXPECT_EQ(early.state(), QLocalSocket::ConnectedState);
+
+    first.instance.close();
+    first.instance.listenWhereGone();
+    EXPECT_FALSE(QFile::exists(appSocketName(file)));
+}
+
+TEST_F(OpeningTest, a_socket_lies_in_the_first_folder_that_leaves_its_path_short_enough) {
+    const QString last = appSocketName(file, {QString()});
+    const auto path = [](qsizetype bytes) { return u'/' + QString(bytes - 1, u'a'); };
+    const qsizetype room = 103 - last.size(); // a Mac's sun_path has 104, with the zero
+    const QString accents = u'/' + QString(room / 2, u'é');
+    const struct {
+        QStringList folders;
+        qsizetype taken;
+    } cases[] = {
+        {{path(room), path(9)}, 0},
+        {{path(room + 1), path(9)}, 1},
+        {{accents, path(9)}, 1}, // bytes, not characters
+        {{path(room + 1), path(200)}, 1},
+    };
+    for (const auto &one : cases) {
+        EXPECT_EQ(appSocketName(file, one.folders), one.folders[one.taken] + last);
+    }
+    // Two homes, and the demonstration in one of them.
+    const QString other = folder.filePath(QStringLiteral("b/topics.json"));
+    const QString demo = folder.filePath(QStringLiteral("demo-topics.json"));
+    EXPECT_NE(appSocketName(other, {QString()}), last);
+    EXPECT_NE(appSocketName(demo, {QString()}), last);
+}
+
 TEST_F(OpeningTest, many_starts_at_once_give_one_app_and_each_other_raises_it) {
     std::list<Start> starts;
     for (int i = 0; i < 10; ++i) {
