@@ -175,6 +175,19 @@ void Notifier::send(const Notification &notification) {
     m_mayAsk ? look() : m_parts.system.authorise();
 }
 
+bool Notifier::mention(const QString &title, const QString &text) {
+    if (standing() != Standing::Granted) {
+        return false;
+    }
+    m_parts.system.post({.identifier = QStringLiteral("mention"),
+                         .category = {},
+                         .title = title,
+                         .body = text,
+                         .section = {},
+                         .picture = {}});
+    return true;
+}
+
 /// What was held goes out, or is dropped where nothing may be shown.
 void Notifier::become() {
     if (standing() == Standing::Unasked) {

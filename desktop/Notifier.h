@@ -67,6 +67,9 @@ public:
     /// So many kept topics wait: the reminder that is pending, if any, is replaced; none is while
     /// nothing waits.
     void scheduleWeeklyReminder(int count);
+    /// A word about the program itself, where notifications are shown already: nobody is asked for
+    /// their leave for it. Whether it was sent.
+    bool mention(const QString &title, const QString &text);
 
     Notifications::Standing standing() const { return m_parts.system.standing(); }
     /// What to tell in the settings of notifications that cannot be shown, and how to mend it; ""

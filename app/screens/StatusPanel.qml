@@ -18,7 +18,9 @@ Window {
     signal addAsked
     signal settingsAsked
 
-    flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+    // On a Mac tool windows are hidden while another application is in front, and that is when the
+    // item is clicked; elsewhere they are what task bars leave out.
+    flags: (Qt.platform.os === "osx" ? Qt.Dialog : Qt.Tool) | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     color: "transparent"
     width: 340
     height: sheet.implicitHeight

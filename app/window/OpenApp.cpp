@@ -92,6 +92,7 @@ Shell::Parts OpenApp::partsOf(Application &app, const GuiAdapters &adapters, Log
 
 void OpenApp::followTimers() {
     connect(&m_timer, &RunTimer::due, m_shell.run(), &RunModel::startDue);
+    connect(&m_timer, &RunTimer::looked, &m_instance, &SingleInstance::listenWhereGone);
     connect(&m_timer, &RunTimer::looked, &m_shell, &Shell::refresh);
     connect(&m_timer, &RunTimer::looked, &m_links, &SharedLinks::look);
     connect(&m_links, &SharedLinks::told, &m_shell, &Shell::tellOfDrops);
@@ -249,12 +250,14 @@ void OpenApp::windowClosed() {
     }
     m_main.window().hide();
     if (!m_main.state().toldOfMenuBar) {
-        m_main.state().toldOfMenuBar = true;
-        m_main.saveState();
-        m_tray.tell(
-            French::tr("vorle reste là"),
+        const QString title = French::tr("vorle reste là");
+        const QString text =
             French::tr("Je continue dans la barre de menus. Pour quitter\u00A0: clic droit sur mon "
-                       "icône, puis Quitter."));
+                       "icône, puis Quitter.");
+        if (m_tray.tell(title, text) || m_notifier.mention(title, text)) {
+            m_main.state().toldOfMenuBar = true;
+            m_main.saveState();
+        }
     }
 }
 

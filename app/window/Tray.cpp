@@ -15,14 +15,21 @@ namespace {
 constexpr QColor ember(0xC9, 0x43, 0x1A);
 constexpr QColor paper(0xFF, 0xFF, 0xFF);
 
-QPixmap drawn(int size, int waiting) {
+enum class Style { Coloured, Mask };
+
+bool isMac() { return QGuiApplication::platformName() == u"cocoa"; }
+
+QPixmap drawn(int size, int waiting, Style style) {
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(ember);
+    painter.setBrush(style == Style::Mask ? QColor(Qt::black) : ember);
     painter.drawEllipse(QRectF(size * 0.06, size * 0.06, size * 0.88, size * 0.88));
+    if (style == Style::Mask) {
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    }
     painter.setPen(paper);
     if (waiting > 0) {
         QFont font = painter.font();
@@ -41,6 +48,17 @@ QPixmap drawn(int size, int waiting) {
     return pixmap;
 }
 
+QIcon icon(int waiting, Style style) {
+    QIcon made;
+    // A count is for the menu bar alone, and changes with every key: few and small.
+    const QList<int> sizes = waiting > 0 ? QList{22, 44} : QList{16, 22, 24, 32, 44, 64, 128, 256};
+    for (const int size : sizes) {
+        made.addPixmap(drawn(size, waiting, style));
+    }
+    made.setIsMask(style == Style::Mask);
+    return made;
+}
+
 } // namespace
 
 Tray::Tray(RunModel &run, TopicListModel &inbox, QObject *parent)
@@ -57,8 +75,9 @@ Tray::Tray(RunModel &run, TopicListModel &inbox, QObject *parent)
     m_menu.addAction(tr("Rechercher une mise à jour"), this, &Tray::updateAsked);
     m_menu.addAction(tr("Envoyer un retour"), this, &Tray::feedbackAsked);
     m_menu.addAction(tr("Quitter"), this, &Tray::quitAsked);
-    // On a Mac an item that has a menu opens it on every click, and never tells of one.
-    if (QGuiApplication::platformName() != u"cocoa") {
+    // On a Mac an item that has a menu opens it on every click and tells of none; Qt 6.11 dies of
+    // it. There the menu is opened by activated().
+    if (!isMac()) {
         m_item.setContextMenu(&m_menu);
     }
     connect(&m_item, &QSystemTrayIcon::activated, this, &Tray::activated);
@@ -90,21 +109,18 @@ void Tray::activated(QSystemTrayIcon::ActivationReason reason) {
     }
 }
 
-void Tray::tell(const QString &title, const QString &text) {
-    if (m_item.isVisible()) {
-        m_item.showMessage(title, text, picture(0));
+bool Tray::tell(const QString &title, const QString &text) {
+    // What Qt would call there macOS no longer has.
+    if (isMac() || !m_item.isVisible() || !QSystemTrayIcon::supportsMessages()) {
+        return false;
     }
+    m_item.showMessage(title, text, picture(0));
+    return true;
 }
 
-QIcon Tray::picture(int waiting) {
-    QIcon icon;
-    // A count is for the menu bar alone, and changes with every key: few and small.
-    const QList<int> sizes = waiting > 0 ? QList{22, 44} : QList{16, 22, 24, 32, 44, 64, 128, 256};
-    for (const int size : sizes) {
-        icon.addPixmap(drawn(size, waiting));
-    }
-    return icon;
-}
+QIcon Tray::picture(int waiting) { return icon(waiting, Style::Coloured); }
+
+QIcon Tray::mask(int waiting) { return icon(waiting, Style::Mask); }
 
 void Tray::refresh() {
     const QString next = m_run.nextRunText();
@@ -115,7 +131,7 @@ void Tray::refresh() {
                                      : tr("Prochaine fouille\u00A0: %1").arg(next));
     m_search->setText(m_run.running() ? tr("Arrêter la fouille") : tr("Fouiller maintenant"));
     const int waiting = m_inbox.count();
-    m_item.setIcon(picture(waiting));
+    m_item.setIcon(isMac() ? mask(waiting) : picture(waiting));
     m_item.setToolTip(waiting == 0   ? tr("vorle, rien à trier")
                       : waiting == 1 ? tr("vorle, 1 sujet à trier")
                                      : tr("vorle, %1 sujets à trier").arg(numberText(waiting)));

@@ -21,11 +21,14 @@ public:
 
     /// Shows the item where there is a place for it by now; whether it is shown.
     bool show();
-    /// A short notice beside the item.
-    void tell(const QString &title, const QString &text);
+    /// A short notice beside the item; false where it cannot be shown, as on a Mac.
+    bool tell(const QString &title, const QString &text);
 
     /// The program's picture with that many waiting (none for 0), for the menu bar and the dock.
     static QIcon picture(int waiting);
+    /// The same for a Mac’s menu bar, which lays its own colour over it, light or dark: black, and
+    /// clear where the face or the number is.
+    static QIcon mask(int waiting);
 
 Q_SIGNALS:
     void openAsked();

@@ -176,6 +176,18 @@ TEST_F(NotifierTest, the_person_is_asked_when_there_is_something_to_tell_and_onc
     EXPECT_EQ(system.posted.size(), 3);
 }
 
+TEST_F(NotifierTest, a_word_about_the_program_itself_asks_nobody_for_their_leave) {
+    system.now = Standing::Unasked;
+    notifier().look();
+    EXPECT_FALSE(notifier().mention(text("vorle"), text("reste là")));
+    EXPECT_EQ(system.asked, 0);
+    system.become(Standing::Granted);
+    EXPECT_TRUE(system.posted.isEmpty()) << "it is not kept for later either";
+    EXPECT_TRUE(notifier().mention(text("vorle"), text("reste là")));
+    ASSERT_EQ(system.posted.size(), 1);
+    EXPECT_EQ(system.posted.first().body, text("reste là"));
+}
+
 TEST_F(NotifierTest, a_system_that_keeps_time_has_one_reminder_and_none_once_nothing_waits) {
     system.keeps = true;
     preferences.change(&Settings::reminder, TimeOfDay{18, 30});

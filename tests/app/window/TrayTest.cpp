@@ -79,6 +79,43 @@ TEST_F(TrayTest, each_entry_and_each_click_asks_for_what_it_says) {
     EXPECT_EQ(opened.count(), 2);
 }
 
+TEST_F(TrayTest, a_menu_that_the_item_does_not_open_comes_with_the_other_button) {
+    Q_EMIT item().activated(QSystemTrayIcon::Context);
+    EXPECT_FALSE(menu->isVisible()) << "here the item opens its menu itself";
+    item().setContextMenu(nullptr); // as on a Mac
+    const QSignalSpy status(&tray, &Tray::statusAsked);
+    Q_EMIT item().activated(QSystemTrayIcon::Context);
+    EXPECT_TRUE(menu->isVisible());
+    EXPECT_EQ(status.count(), 0);
+    menu->close();
+}
+
+TEST_F(TrayTest, the_picture_for_a_macs_menu_bar_is_black_and_clear_alone) {
+    EXPECT_FALSE(Tray::picture(3).isMask());
+    for (const int waiting : {0, 3, 120}) {
+        const QIcon icon = Tray::mask(waiting);
+        EXPECT_TRUE(icon.isMask());
+        for (const QSize size : icon.availableSizes()) {
+            const QImage image = icon.pixmap(size).toImage().convertToFormat(QImage::Format_ARGB32);
+            int black = 0;
+            int clear = 0; // inside of the disc: the face, or the number
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    const QColor pixel = image.pixelColor(x, y);
+                    EXPECT_TRUE(pixel.alpha() == 0 || pixel.lightness() == 0) << x << ' ' << y;
+                    const bool inside =
+                        QPoint(2 * x - size.width(), 2 * y - size.height()).manhattanLength() <
+                        size.width();
+                    black += pixel.alpha() == 255 ? 1 : 0;
+                    clear += inside && pixel.alpha() < 128 ? 1 : 0;
+                }
+            }
+            EXPECT_GT(black, image.width() * image.height() / 4) << size.width();
+            EXPECT_GT(clear, image.width() * image.height() / 100) << size.width();
+        }
+    }
+}
+
 TEST_F(TrayTest, a_run_is_started_and_stopped_from_its_menu) {
     parts.claude.signIn();
     parts.claude.answerBy(R"({"candidates":{"":"hang"}})");
