@@ -91,7 +91,10 @@ target_link_libraries(vorle_window
 vorle_precompile(vorle_window)
 
 # Nothing depends on the display font: see fetch_font.
-file(GLOB VORLE_FONTS ${VORLE_FONT_DIR}/*.woff)
+file(GLOB VORLE_FONTS ${VORLE_FONT_DIR}/*.ttf)
+if(NOT VORLE_FONTS)
+    file(GLOB VORLE_FONTS ${VORLE_FONT_DIR}/*.woff)
+endif()
 foreach(font ${VORLE_FONTS})
     get_filename_component(name ${font} NAME)
     set_source_files_properties(${font} PROPERTIES QT_RESOURCE_ALIAS ${name})

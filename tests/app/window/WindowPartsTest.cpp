@@ -1,3 +1,4 @@
+#include "app/window/Fonts.h"
 #include "app/window/Visits.h"
 #include "app/window/WindowState.h"
 
@@ -11,6 +12,17 @@
 
 namespace vorle {
 namespace {
+
+TEST(Typefaces, titles_are_set_in_the_font_that_the_program_holds) {
+    const QDir held(QStringLiteral(":/vorle/fonts"));
+    if (held.isEmpty()) {
+        GTEST_SKIP() << "built without it";
+    }
+    EXPECT_EQ(held.entryList(),
+              QStringList{QStringLiteral("bricolage-grotesque-latin-700-normal.ttf")})
+        << "a Mac takes no WOFF file";
+    EXPECT_EQ(Typefaces::load().display, QStringLiteral("Bricolage Grotesque"));
+}
 
 TEST(WindowState, a_window_always_comes_back_where_it_can_be_seen) {
     const QList<QRect> screens{{0, 25, 1440, 875}, {1440, 0, 1920, 1080}};
