@@ -247,7 +247,11 @@ void HttpClient::Private::start(const std::shared_ptr<Exchange> &exchange) {
 void HttpClient::Private::configure(Exchange &exchange) {
     CURL *easy = exchange.easy;
     curl_easy_setopt(easy, CURLOPT_PRIVATE, &exchange);
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    if (curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https") != CURLE_OK) {
+        // macOS 13 came with a curl that knows the older spelling alone.
+        curl_easy_setopt(easy, CURLOPT_PROTOCOLS,
+                         static_cast<long>(CURLPROTO_HTTP | CURLPROTO_HTTPS));
+    }
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L); // each one is checked here first
     curl_easy_setopt(easy, CURLOPT_PROXY, "");          // whatever the environment says
     curl_easy_setopt(easy, CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
