@@ -1,25 +1,26 @@
 import SwiftUI
 import WidgetKit
 
-struct Entry: TimelineEntry {
+/// What is shown from a moment on. No "Entry": the protocol below has a type of that name.
+struct Shown: TimelineEntry {
     var date: Date
     var snapshot: WidgetSnapshot?
 }
 
 struct Provider: TimelineProvider {
-    func placeholder(in context: Context) -> Entry { Entry(date: Date(), snapshot: nil) }
+    func placeholder(in context: Context) -> Shown { Shown(date: Date(), snapshot: nil) }
 
-    func getSnapshot(in context: Context, completion: @escaping (Entry) -> Void) {
-        completion(Entry(date: Date(), snapshot: .current()))
+    func getSnapshot(in context: Context, completion: @escaping (Shown) -> Void) {
+        completion(Shown(date: Date(), snapshot: WidgetSnapshot.current()))
     }
 
     /// The app has it drawn again when something changes; midnight changes "demain" by itself.
-    func getTimeline(in context: Context, completion: @escaping (Timeline<Entry>) -> Void) {
+    func getTimeline(in context: Context, completion: @escaping (Timeline<Shown>) -> Void) {
         let now = Date()
         let midnight = Calendar.current.startOfDay(for: now.addingTimeInterval(86_400))
         let snapshot = WidgetSnapshot.current()
-        completion(Timeline(entries: [Entry(date: now, snapshot: snapshot),
-                                      Entry(date: midnight, snapshot: snapshot)],
+        completion(Timeline(entries: [Shown(date: now, snapshot: snapshot),
+                                      Shown(date: midnight, snapshot: snapshot)],
                             policy: .after(midnight.addingTimeInterval(3600))))
     }
 }
@@ -27,7 +28,7 @@ struct Provider: TimelineProvider {
 struct WidgetBody: View {
     @Environment(\.widgetFamily) private var family
     @Environment(\.colorScheme) private var scheme
-    var entry: Entry
+    var entry: Shown
 
     var body: some View {
         Group {
@@ -43,12 +44,24 @@ struct WidgetBody: View {
         }
         .padding(16)
         .frame(maxWidth: .infinity, maxHeight: .infinity, alignment: .leading)
-        .background(Look(dark: scheme == .dark, accent: .orange).paper)
+        .paper(Look(dark: scheme == .dark, accent: .orange).paper)
     }
 
     private func look(_ snapshot: WidgetSnapshot) -> Look {
         let dark = scheme == .dark
         return Look(dark: dark, accent: Color(hex: dark ? snapshot.accent.dark : snapshot.accent.light))
+    }
+}
+
+extension View {
+    /// Behind the whole widget. From macOS 14 on the system shows no widget that does not say what
+    /// of it is background.
+    @ViewBuilder func paper(_ colour: Color) -> some View {
+        if #available(macOS 14.0, *) {
+            containerBackground(colour, for: .widget)
+        } else {
+            background(colour)
+        }
     }
 }
 
@@ -115,6 +128,40 @@ struct NextLine: View {
     }
 }
 
+/// What is left of the week's time, of how much.
+struct WeekLine: View {
+    var snapshot: WidgetSnapshot
+    var colour: Color
+    var body: some View {
+        Text(snapshot.weekLeftLabel + " " + snapshot.weekBudgetLabel)
+            .font(.system(size: 12)).foregroundColor(colour)
+    }
+}
+
+/// A line of the small size that is told in large letters.
+struct Strong: View {
+    var text: String
+    var size: CGFloat = 19
+    var look: Look
+    var body: some View {
+        Text(text).font(.system(size: size, weight: .bold)).foregroundColor(look.ink)
+    }
+}
+
+/// A part's name, and at the other end what there is of it.
+struct Heading<End: View>: View {
+    var title: String
+    var look: Look
+    @ViewBuilder var end: End
+    var body: some View {
+        HStack {
+            Strong(text: title, size: 17, look: look)
+            Spacer()
+            end
+        }
+    }
+}
+
 struct Small: View {
     var snapshot: WidgetSnapshot
     var look: Look
@@ -123,13 +170,12 @@ struct Small: View {
         VStack(alignment: .leading, spacing: 4) {
             if snapshot.searching {
                 Spacer()
-                Text("Fouille\nen cours").font(.system(size: 19, weight: .bold)).foregroundColor(look.ink)
-                Text("\(snapshot.toSortCount) sujets à trier").font(.system(size: 12)).foregroundColor(look.faint)
+                Strong(text: "Fouille\nen cours", look: look)
+                Text("\(snapshot.toSortCount) \(topics) à trier").font(.system(size: 12)).foregroundColor(look.faint)
             } else if snapshot.toSortCount == 0 {
                 Spacer()
-                Text("Tout est trié").font(.system(size: 19, weight: .bold)).foregroundColor(look.ink)
-                Text("\(snapshot.weekLeftLabel) \(snapshot.weekBudgetLabel)")
-                    .font(.system(size: 12)).foregroundColor(look.soft)
+                Strong(text: "Tout est trié", look: look)
+                WeekLine(snapshot: snapshot, colour: look.soft)
                 NextLine(snapshot: snapshot, look: look, now: now)
             } else {
                 HStack {
@@ -138,12 +184,14 @@ struct Small: View {
                     if let best = snapshot.toSort.first { Badge(score: best.score, look: look) }
                 }
                 Spacer()
-                Text("\(snapshot.toSortCount)").font(.system(size: 46, weight: .bold)).foregroundColor(look.ink)
-                Text(snapshot.toSortCount == 1 ? "sujet" : "sujets").font(.system(size: 13)).foregroundColor(look.soft)
+                Strong(text: String(snapshot.toSortCount), size: 46, look: look)
+                Text(topics).font(.system(size: 13)).foregroundColor(look.soft)
                 NextLine(snapshot: snapshot, look: look, now: now)
             }
         }
     }
+
+    private var topics: String { snapshot.toSortCount < 2 ? "sujet" : "sujets" }
 }
 
 struct Medium: View {
@@ -167,19 +215,12 @@ struct Large: View {
     var now: Date
     var body: some View {
         VStack(alignment: .leading, spacing: 8) {
-            HStack {
-                Text("À trier").font(.system(size: 17, weight: .bold)).foregroundColor(look.ink)
-                Spacer()
-                Text("\(snapshot.toSortCount)").font(.system(size: 17, weight: .bold)).foregroundColor(look.accent)
+            Heading(title: "À trier", look: look) {
+                Text(String(snapshot.toSortCount)).font(.system(size: 17, weight: .bold)).foregroundColor(look.accent)
             }
             ForEach(snapshot.toSort.prefix(3)) { Row(item: $0, look: look) }
             Rectangle().fill(look.line).frame(height: 1)
-            HStack {
-                Text("Programme").font(.system(size: 17, weight: .bold)).foregroundColor(look.ink)
-                Spacer()
-                Text("\(snapshot.weekLeftLabel) \(snapshot.weekBudgetLabel)")
-                    .font(.system(size: 12)).foregroundColor(look.faint)
-            }
+            Heading(title: "Programme", look: look) { WeekLine(snapshot: snapshot, colour: look.faint) }
             Budget(snapshot: snapshot, look: look).frame(height: 6)
             ForEach(snapshot.program.prefix(3)) { Row(item: $0, look: look) }
             Spacer(minLength: 0)
@@ -213,5 +254,6 @@ struct VorleWidget: Widget {
             .configurationDisplayName("vorle")
             .description("Ce qui attend d’être trié, et ta semaine.")
             .supportedFamilies([.systemSmall, .systemMedium, .systemLarge])
+            .contentMarginsDisabled() // it has its own
     }
 }
