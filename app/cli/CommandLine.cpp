@@ -1,7 +1,7 @@
 #include "app/cli/CommandLine.h"
 
 #include "app/cli/Command.h"
-#include "app/cli/Completions.h"
+#include "app/completion/Completions.h"
 #include "app/demo/Demonstration.h"
 #include "app/wiring/Interrupts.h"
 #include "app/wiring/Startup.h"
@@ -87,7 +87,12 @@ int run(Console &console, const QStringList &words, const Adapters &adapters) {
         return static_cast<int>(ExitStatus::Done);
     }
     if (words.first() == u"completion") {
-        const auto script = completionScript(words.value(1));
+        QList<CompletedCommand> completed;
+        for (const Command &command : commands()) {
+            completed +=
+                {command.name, command.synopsis, command.summary, command.flags, command.options};
+        }
+        const auto script = completionScript(words.value(1), completed);
         script ? console.print(script->chopped(1).toUtf8()) // for a program: as it is
                : console.say(
                      French::tr("Usage : vorle completion %1").arg(completedShells().join(u'|')));

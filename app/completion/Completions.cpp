@@ -1,10 +1,10 @@
-#include "app/cli/Completions.h"
+#include "app/completion/Completions.h"
 
-#include "app/cli/Command.h"
+#include <QMap>
 
 #include <QRegularExpression>
 
-namespace vorle::cli {
+namespace vorle {
 
 namespace {
 
@@ -37,7 +37,7 @@ Place placeOf(const QString &token) {
 
 /// "[ajouter DOSSIER [--nom N] | retirer NOM]": alternatives stand between blanks, words that stand
 /// for each other do not.
-Line lineOf(const Command &command) {
+Line lineOf(const CompletedCommand &command) {
     Line line{command.name, command.summary, {}, {}, {}};
     for (const QString &flag : command.flags) {
         line.options += QStringLiteral("--") + flag;
@@ -69,18 +69,18 @@ Line lineOf(const Command &command) {
     return line;
 }
 
-QList<Line> lines() {
+QList<Line> linesOf(const QList<CompletedCommand> &commands) {
     QList<Line> all;
-    for (const Command &command : commands()) {
+    for (const CompletedCommand &command : commands) {
         all += lineOf(command);
     }
     return all;
 }
 
-QStringList names() {
+QStringList namesOf(const QList<Line> &lines) {
     QStringList all{QStringLiteral("aide")};
-    for (const Command &command : commands()) {
-        all += command.name;
+    for (const Line &line : lines) {
+        all += line.name;
     }
     return all;
 }
@@ -105,12 +105,12 @@ QString bashPlace(const Place &place) {
     return script + (place.file ? QStringLiteral("compopt -o default; ") : QString());
 }
 
-QString bashScript() {
+QString bashScript(const QList<Line> &lines) {
     QString values;
     QString options;
     QString places;
     QStringList valued;
-    for (const Line &line : lines()) {
+    for (const Line &line : lines) {
         const QString &name = line.name;
         options += QStringLiteral("        %1) %2;;\n").arg(name, bashPlace({line.options}));
         for (auto value = line.values.cbegin(); value != line.values.cend(); ++value) {
@@ -150,8 +150,8 @@ QString bashScript() {
 }
 complete -F _vorle vorle
 )")
-        .arg(quoted((names() + aloneOptions()).join(u' ')), values, options, valued.join(u'|'),
-             places);
+        .arg(quoted((namesOf(lines) + aloneOptions()).join(u' ')), values, options,
+             valued.join(u'|'), places);
 }
 
 /// The end of a zsh specification: what is to be typed, and what it can be.
@@ -163,10 +163,10 @@ QString zshPlace(const Place &place) {
                                  : QStringLiteral(":valeur:(%1)").arg(place.words.join(u' '));
 }
 
-QString zshScript() {
+QString zshScript(const QList<Line> &lines) {
     QString described;
     QString cases;
-    for (const Line &line : lines()) {
+    for (const Line &line : lines) {
         const QString &name = line.name;
         described +=
             u' ' + quoted(name + u':' + QString(line.summary).replace(u':', QStringLiteral("\\:")));
@@ -197,13 +197,13 @@ case $words[1] in
         .arg(described.trimmed(), aloneOptions().join(u' '), cases);
 }
 
-QString fishScript() {
+QString fishScript(const QList<Line> &lines) {
     QString script = QStringLiteral("complete -c vorle -f\n");
     for (const QString &option : aloneOptions()) {
         script += QStringLiteral("complete -c vorle -n __fish_use_subcommand -l %1\n")
                       .arg(option.sliced(2));
     }
-    for (const Line &line : lines()) {
+    for (const Line &line : lines) {
         const QString &name = line.name;
         script += QStringLiteral("complete -c vorle -n __fish_use_subcommand -a %1 -d %2\n")
                       .arg(name, quoted(line.summary));
@@ -240,17 +240,19 @@ const QStringList &completedShells() {
     return all;
 }
 
-std::optional<QString> completionScript(const QString &shell) {
+std::optional<QString> completionScript(const QString &shell,
+                                        const QList<CompletedCommand> &commands) {
+    const QList<Line> lines = linesOf(commands);
     switch (completedShells().indexOf(shell)) {
     case 0:
-        return bashScript();
+        return bashScript(lines);
     case 1:
-        return fishScript();
+        return fishScript(lines);
     case 2:
-        return zshScript();
+        return zshScript(lines);
     default:
         return std::nullopt;
     }
 }
 
-} // namespace vorle::cli
+} // namespace vorle
