@@ -3,7 +3,10 @@
 #include "base/French.h"
 #include "base/Log.h"
 
+#include <QHostAddress>
 #include <QUrl>
+
+#include <optional>
 
 #import <Foundation/Foundation.h>
 #import <Sparkle/Sparkle.h>
@@ -20,16 +23,37 @@ QString textOf(NSError *error) {
     return error == nil ? QString() : textOf(error.localizedDescription);
 }
 
-/// Notes are shown as they stand: those that are a page are not.
+constexpr NSUInteger mostNotes = 16000;
+
+/// Those that stand in the feed itself. Like all notes they are shown as they stand: a page is not.
+QString notesOf(SUAppcastItem *item) {
+    const bool isText = [item.itemDescriptionFormat isEqualToString:@"plain-text"] ||
+                        [item.itemDescriptionFormat isEqualToString:@"markdown"];
+    return isText ? textOf(item.itemDescription).left(mostNotes) : QString();
+}
+
+/// Those that it leads to.
 QString notesOf(SPUDownloadData *downloaded) {
     if (![downloaded.MIMEType isEqualToString:@"text/plain"] &&
         ![downloaded.MIMEType isEqualToString:@"text/markdown"]) {
         return {};
     }
-    constexpr NSUInteger most = 16000;
     NSData *data = downloaded.data;
-    return QString::fromUtf8(static_cast<const char *>(data.bytes),
-                             static_cast<qsizetype>(data.length < most ? data.length : most));
+    return QString::fromUtf8(
+        static_cast<const char *>(data.bytes),
+        static_cast<qsizetype>(data.length < mostNotes ? data.length : mostNotes));
+}
+
+/// The feed that is asked in the place of the bundle's; an empty one where what is set is none.
+std::optional<QUrl> otherFeed() {
+    const QString set = qEnvironmentVariable("VORLE_UPDATE_FEED");
+    if (set.isEmpty()) {
+        return std::nullopt;
+    }
+    const QUrl feed(set, QUrl::StrictMode);
+    const bool isHere = feed.host() == u"localhost" || QHostAddress(feed.host()).isLoopback();
+    const bool isFeed = feed.scheme() == u"https" || (feed.scheme() == u"http" && isHere);
+    return isFeed && !feed.host().isEmpty() && feed.userInfo().isEmpty() ? feed : QUrl();
 }
 
 std::function<void()> callOf(void (^block)(void)) {
@@ -65,10 +89,9 @@ UpdateDriver::Reply replyOf(void (^block)(SPUUserUpdateChoice)) {
 @implementation VorleUserDriver
 
 - (NSString *)feedURLStringForUpdater:(SPUUpdater *)updater {
-    const QUrl feed(qEnvironmentVariable("VORLE_UPDATE_FEED"), QUrl::StrictMode);
-    const bool isHere = feed.host() == u"127.0.0.1" || feed.host() == u"localhost";
-    const bool isFeed = feed.scheme() == u"https" || (feed.scheme() == u"http" && isHere);
-    return isFeed ? [NSString stringWithUTF8String:feed.toEncoded().constData()] : nil;
+    const auto feed = otherFeed();
+    return feed && !feed->isEmpty() ? [NSString stringWithUTF8String:feed->toEncoded().constData()]
+                                    : nil;
 }
 
 - (void)showUpdatePermissionRequest:(SPUUpdatePermissionRequest *)request
@@ -92,8 +115,7 @@ UpdateDriver::Reply replyOf(void (^block)(SPUUserUpdateChoice)) {
                                  state:(SPUUserUpdateState *)state
                                  reply:(void (^)(SPUUserUpdateChoice))reply {
     if (_driver != nullptr) {
-        _driver->showFound({textOf(appcastItem.displayVersionString),
-                            QString(), // a page, mostly: what is no page comes by itself
+        _driver->showFound({textOf(appcastItem.displayVersionString), notesOf(appcastItem),
                             state.stage != SPUUserUpdateStageNotDownloaded},
                            replyOf(reply));
     }
@@ -204,6 +226,10 @@ SparkleEngine::~SparkleEngine() { m_parts->driver.driver = nullptr; }
 
 void SparkleEngine::start(UpdateDriver &driver) {
     m_parts->driver.driver = &driver;
+    if (const auto feed = otherFeed(); feed && feed->isEmpty()) { // the bundle's is not meant
+        m_parts->obstacle = French::tr("Cette vorle ne sait pas où chercher ses mises à jour.");
+        return;
+    }
     NSBundle *bundle = [NSBundle mainBundle];
     SPUUpdater *updater = [[SPUUpdater alloc] initWithHostBundle:bundle
                                                applicationBundle:bundle

@@ -164,6 +164,16 @@ TEST_F(ReleaseScriptTest, refuses_what_should_not_be_released) {
     test::writeProgram(path("programs/vorle-guard"), "echo other");
     EXPECT_FALSE(release()) << "released once already";
     EXPECT_EQ(test::readFile(out), archive) << "as it was signed";
+    tell("1.6.0", "13 décembre 2026");
+    const QByteArray list = test::readFile(path("out/appcast.xml"));
+    const QByteArray touched[] = {"<!-- mine -->\n" + list, QByteArray(list).replace('\n', "\r\n"),
+                                  list.chopped(4), "<rss/>"};
+    for (const QByteArray &each : touched) {
+        test::writeFile(path("out/appcast.xml"), each);
+        EXPECT_FALSE(release()) << "a feed that something else wrote to";
+        EXPECT_EQ(test::readFile(path("out/appcast.xml")), each);
+    }
+    test::writeFile(path("out/appcast.xml"), list);
     QFile::setPermissions(path("key.pem"), QFile::ReadOwner | QFile::ReadOther);
     tell("1.6.0", "12 décembre 2026");
     EXPECT_FALSE(release()) << "a key that others may read";

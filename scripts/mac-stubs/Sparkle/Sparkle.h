@@ -26,6 +26,7 @@ typedef enum : NSInteger {
 @interface SUAppcastItem : NSObject
 @property(copy, readonly) NSString *displayVersionString;
 @property(copy, readonly) NSString *itemDescription;
+@property(copy, readonly) NSString *itemDescriptionFormat;
 @end
 @interface SPUUserUpdateState : NSObject
 @property(nonatomic, readonly) SPUUserUpdateStage stage;
