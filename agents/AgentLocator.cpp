@@ -147,17 +147,28 @@ AgentReadiness AgentLocator::readiness(AgentKind kind) const {
     return isSignedIn(kind) ? AgentReadiness::Ready : AgentReadiness::SignedOut;
 }
 
-bool AgentLocator::isSignedIn(AgentKind kind) const {
+QStringList AgentLocator::signInFiles(AgentKind kind) const {
     const bool claude = kind == AgentKind::Claude;
-    const QString path = m_environment.home() + (claude ? QStringLiteral("/.claude.json")
-                                                        : QStringLiteral("/.codex/auth.json"));
-    QFile file(path);
-    // A pipe in its place would hold us for ever.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
-        file.size() > maxSignInFileBytes) {
-        return false;
+    const QString home = m_environment.home();
+    QStringList files{
+        home + (claude ? QStringLiteral("/.claude.json") : QStringLiteral("/.codex/auth.json"))};
+    const QString own = m_environment.variables.value(claude ? QStringLiteral("CLAUDE_CONFIG_DIR")
+                                                             : QStringLiteral("CODEX_HOME"));
+    if (!m_environment.testHome() && QDir::isAbsolutePath(own)) {
+        files += own + (claude ? QStringLiteral("/.claude.json") : QStringLiteral("/auth.json"));
     }
-    return holdsKey(file.readAll(), claude ? "oauthAccount" : "tokens");
+    return files;
+}
+
+bool AgentLocator::isSignedIn(AgentKind kind) const {
+    const auto holds = [key = kind == AgentKind::Claude ? "oauthAccount"
+                                                        : "tokens"](const QString &path) {
+        QFile file(path);
+        // A pipe in its place would hold us for ever.
+        return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
+               file.size() <= maxSignInFileBytes && holdsKey(file.readAll(), key);
+    };
+    return std::ranges::any_of(signInFiles(kind), holds);
 }
 
 } // namespace vorle

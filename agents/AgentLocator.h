@@ -66,12 +66,14 @@ public:
     std::optional<QString> locate(AgentKind kind) const;
 
     /// Signed in means that the agent's own sign-in file is a JSON object that holds the key of an
-    /// account.
+    /// account: in the home, or where a person's own CODEX_HOME or CLAUDE_CONFIG_DIR has it, which
+    /// the agent and its login are handed like all variables.
     AgentReadiness readiness(AgentKind kind) const;
 
     const AgentEnvironment &environment() const { return m_environment; }
 
 private:
+    QStringList signInFiles(AgentKind kind) const;
     bool isSignedIn(AgentKind kind) const;
 
     AgentEnvironment m_environment;

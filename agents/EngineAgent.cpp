@@ -245,6 +245,12 @@ std::optional<qsizetype> EngineAgent::promptLimit([[maybe_unused]] AgentKind kin
     return std::nullopt;
 }
 
+Task<> EngineAgent::mended(CancelToken cancel) const {
+    if (m_mending) {
+        co_await m_mending(std::move(cancel));
+    }
+}
+
 void EngineAgent::check(AgentKind kind) const {
     switch (m_locator.readiness(kind)) {
     case AgentReadiness::Missing:

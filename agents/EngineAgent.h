@@ -38,6 +38,13 @@ public:
 
     const AgentLocator &locator() const { return m_locator; }
 
+    /// What is to be done with the agents on this machine before they are relied upon, as putting
+    /// one back whose installation was killed. It throws nothing but Cancelled.
+    using Mending = std::function<Task<>(CancelToken)>;
+    void setMending(Mending mending) { m_mending = std::move(mending); }
+    /// Does that. For who asks much, before the agent is chosen. @throws Cancelled
+    Task<> mended(CancelToken cancel) const;
+
     /// @throws AgentError (not found, signed out) unless the agent can be called. `run` itself does
     /// not look at the sign-in: an Asker does before each of its calls, and whoever asks much looks
     /// before its first step.
@@ -63,6 +70,7 @@ public:
 private:
     AgentLocator m_locator;
     AgentTimeouts m_timeouts;
+    Mending m_mending;
 };
 
 } // namespace vorle

@@ -2,6 +2,7 @@
 
 #include "agents/ProcessRunner.h"
 #include "agents/setup/PackageBefore.h"
+#include "agents/setup/RunningNpm.h"
 #include "agents/setup/SetupError.h"
 #include "agents/setup/WorkFolder.h"
 #include "base/Json.h"
@@ -41,8 +42,23 @@ QString prefixFor(const AgentLocator &agents, const QString &npm) {
                : home + QStringLiteral("/.npm-global");
 }
 
-PackageBefore beforeOf(const AgentLocator &agents, AgentKind kind, const QString &npm) {
-    return {prefixFor(agents, npm), packageOf(kind), json::rawText(kind)};
+PackageBefore beforeOf(const QString &prefix, AgentKind kind) {
+    return {prefix, packageOf(kind), json::rawText(kind)};
+}
+
+/// Those of all prefixes that agents may have been installed below, whichever npm did it, where an
+/// installation was killed.
+QStringList brokenPrefixes(const AgentLocator &agents, AgentKind kind) {
+    QStringList prefixes;
+    const QStringList folders = agents.folders();
+    for (const QString &folder : folders) {
+        const QString prefix = prefixFor(agents, folder + QStringLiteral("/npm"));
+        const PackageBefore before = beforeOf(prefix, kind);
+        if (!prefixes.contains(prefix) && (before.isKept() || before.hasLeftovers())) {
+            prefixes += prefix;
+        }
+    }
+    return prefixes;
 }
 
 /// What npm says the system refused, by the words that it has for it; 0 for anything else.
@@ -67,8 +83,16 @@ struct Work {
     const AgentLocator &agents;
     AgentKind kind;
     QString prefix;
-    ProcessRequest npm; ///< without its arguments
+    QString folder;      ///< to work in
+    RunningNpm npm = {}; ///< of an installation
 
+    ProcessRequest request() const {
+        ProcessRequest request;
+        request.executable = npm.program;
+        request.environment = npm.variables;
+        request.workingDirectory = folder;
+        return request;
+    }
     QString program() const { return prefix + QStringLiteral("/bin/") + json::rawText(kind); }
 };
 
@@ -85,7 +109,7 @@ Task<Answer> answerOf(Work work, std::chrono::milliseconds patience, CancelToken
     AgentEnvironment desktop = work.agents.environment();
     desktop.variables.remove(QStringLiteral("PATH"));
     request.environment = desktop.childVariables(request.executable);
-    request.workingDirectory = work.npm.workingDirectory;
+    request.workingDirectory = work.folder;
     try {
         const ProcessEnd end = co_await runProcess(std::move(request), std::move(cancel));
         co_return end.succeeded() ? Answer::Version : end.timedOut ? Answer::Late : Answer::Nothing;
@@ -96,7 +120,8 @@ Task<Answer> answerOf(Work work, std::chrono::milliseconds patience, CancelToken
 
 /// The machine's own settings for npm (a company's proxy, say): npm looks for them below the
 /// prefix, so that they would be lost with another one. Nothing where there are none.
-Task<QStringList> machineSettings(ProcessRequest npm, CancelToken cancel) {
+Task<QStringList> machineSettings(Work work, CancelToken cancel) {
+    ProcessRequest npm = work.request();
     npm.arguments = {QStringLiteral("config"), QStringLiteral("get"),
                      QStringLiteral("globalconfig")};
     npm.timeout = 30s;
@@ -110,30 +135,31 @@ Task<QStringList> machineSettings(ProcessRequest npm, CancelToken cancel) {
 /// Agents that are scripts for Node look for one on the PATH. Theirs may be on a terminal's alone,
 /// so it is noted where each of them looks last.
 Task<> noteNode(Work work, CancelToken cancel) {
-    const QString folder = QFileInfo(work.npm.executable).path();
+    const QString found = work.npm.node();
     const QStringList usual{QStringLiteral("/usr/bin"), QStringLiteral("/bin"),
                             QStringLiteral("/usr/local/bin"), QStringLiteral("/opt/homebrew/bin"),
                             work.prefix + QStringLiteral("/bin")};
-    ProcessRequest ask = work.npm;
-    ask.executable = folder + QStringLiteral("/node"); // may be what chooses one
-    if (usual.contains(folder) || !QFileInfo(ask.executable).isExecutable()) {
+    if (found.isEmpty() || usual.contains(QFileInfo(found).path())) {
         co_return;
     }
+    ProcessRequest ask = work.request();
+    ask.executable = found;
     ask.arguments = {QStringLiteral("-p"), QStringLiteral("process.execPath")};
     ask.timeout = 30s;
     const ProcessEnd end = co_await runProcess(std::move(ask), std::move(cancel));
     const QString node = QString::fromUtf8(end.output).trimmed();
-    if (end.succeeded() && QDir::isAbsolutePath(node) && QFileInfo(node).isExecutable()) {
-        const QString noted = work.agents.environment().nodeFolder();
-        QDir().mkpath(noted);
-        QFile::remove(noted + QStringLiteral("/node")); // the one of another installation
-        QFile::link(node, noted + QStringLiteral("/node"));
+    const QString noted = work.agents.environment().nodeFolder() + QStringLiteral("/node");
+    if (end.succeeded() && QDir::isAbsolutePath(node) && QFileInfo(node).isExecutable() &&
+        node != noted) {
+        QDir().mkpath(QFileInfo(noted).path());
+        QFile::remove(noted); // the one of another installation
+        QFile::link(node, noted);
     }
 }
 
 Task<> install(Work work, Installed &installed, std::chrono::milliseconds patience,
                CancelToken cancel) {
-    ProcessRequest request = work.npm;
+    ProcessRequest request = work.request();
     request.arguments = {QStringLiteral("install"), QStringLiteral("-g"),
                          QStringLiteral("--prefix"), work.prefix, QStringLiteral("--no-fund"),
                          QStringLiteral("--no-audit"), QStringLiteral("--no-update-notifier"),
@@ -143,7 +169,7 @@ Task<> install(Work work, Installed &installed, std::chrono::milliseconds patien
                          QStringLiteral("--include=optional"),
                          QStringLiteral("--ignore-scripts=false"),
                          QStringLiteral("--allow-scripts=") + packageOf(work.kind)};
-    request.arguments += co_await machineSettings(work.npm, cancel);
+    request.arguments += co_await machineSettings(work, cancel);
     request.arguments += packageOf(work.kind);
     request.timeout = installLimit;
     const ProcessEnd end = co_await runProcess(std::move(request), cancel);
@@ -165,44 +191,25 @@ Task<> install(Work work, Installed &installed, std::chrono::milliseconds patien
     }
     const bool isUsed =
         QFileInfo(*found).canonicalFilePath() == QFileInfo(work.program()).canonicalFilePath();
-    installed = !isUsed                  ? Installed::Hidden
-                : answer == Answer::Late ? Installed::Silent
-                                         : Installed::Checked;
+    installed = {!isUsed                  ? InstallEnd::Hidden
+                 : answer == Answer::Late ? InstallEnd::Silent
+                                          : InstallEnd::Checked,
+                 work.program()};
 }
 
 } // namespace
 
-std::optional<QString> npmProgram(const AgentLocator &agents) {
-    QStringList folders = agents.environment()
-                              .variables.value(QStringLiteral("PATH"))
-                              .split(u':', Qt::SkipEmptyParts);
-    folders += agents.folders();
-    for (const QString &folder : std::as_const(folders)) {
-        const QFileInfo file(folder + QStringLiteral("/npm"));
-        if (QDir::isAbsolutePath(folder) && file.isFile() && file.isExecutable()) {
-            return file.filePath();
-        }
-    }
-    return std::nullopt;
-}
-
 Task<Installed> installPackage(const AgentLocator &agents, AgentKind kind, CancelToken cancel,
                                std::chrono::milliseconds patience) {
-    const auto npm = npmProgram(agents);
-    if (!npm) {
-        throw SetupError::noNpm();
-    }
     const WorkFolder folder;
-    Work work{agents, kind, prefixFor(agents, *npm), {}};
-    work.npm.executable = *npm;
-    work.npm.environment = agents.environment().childVariables(*npm);
-    work.npm.workingDirectory = folder.path();
-    const PackageBefore before = beforeOf(agents, kind, *npm);
+    const RunningNpm npm = co_await runningNpm(agents, folder.path(), cancel);
+    const Work work{agents, kind, prefixFor(agents, npm.program), folder.path(), npm};
+    const PackageBefore before = beforeOf(work.prefix, kind);
     co_await onPool([before] {
         before.keep();
         return true;
     });
-    Installed installed = Installed::Checked;
+    Installed installed;
     std::exception_ptr fault;
     co_await settle(install(work, installed, patience, std::move(cancel)), fault);
     co_await onPool([before, isGood = !fault] {
@@ -224,26 +231,33 @@ Task<Installed> installPackage(const AgentLocator &agents, AgentKind kind, Cance
 }
 
 bool isInstallationBroken(const AgentLocator &agents, AgentKind kind) {
-    const auto npm = npmProgram(agents);
-    return npm && beforeOf(agents, kind, *npm).isKept();
+    return !brokenPrefixes(agents, kind).isEmpty();
 }
 
-Task<> mendInstallation(const AgentLocator &agents, AgentKind kind) {
-    const auto npm = npmProgram(agents);
-    if (!npm || !beforeOf(agents, kind, *npm).isKept()) {
-        co_return;
+Task<bool> mendInstallation(const AgentLocator &agents, AgentKind kind, CancelToken cancel) {
+    bool isMended = false;
+    const QStringList prefixes = brokenPrefixes(agents, kind);
+    for (const QString &prefix : prefixes) {
+        const PackageBefore before = beforeOf(prefix, kind);
+        if (!before.isKept()) {
+            co_await onPool([before] {
+                before.clearLeftovers();
+                return true;
+            });
+            continue;
+        }
+        const WorkFolder folder;
+        // The person may have put it right by themselves since.
+        const Answer answer =
+            co_await answerOf({agents, kind, prefix, folder.path()}, patienceWithKept, cancel);
+        if (answer != Answer::Late) { // slow, it tells nothing
+            isMended = co_await onPool([before, answer] {
+                answer == Answer::Version ? before.forget() : before.putBack();
+                return true;
+            });
+        }
     }
-    const WorkFolder folder;
-    Work work{agents, kind, prefixFor(agents, *npm), {}};
-    work.npm.workingDirectory = folder.path();
-    // The person may have put it right by themselves since.
-    const Answer answer = co_await answerOf(work, patienceWithKept, {});
-    if (answer != Answer::Late) { // slow, it tells nothing
-        co_await onPool([before = beforeOf(agents, kind, *npm), answer] {
-            answer == Answer::Version ? before.forget() : before.putBack();
-            return true;
-        });
-    }
+    co_return isMended;
 }
 
 } // namespace vorle

@@ -45,15 +45,15 @@ Task<Installed> AgentSetup::installAny(AgentKind kind, TellProgress progress,
     } else {
         co_await download.installClaude(std::move(progress), cancel);
     }
-    co_return Installed::Checked;
+    co_return Installed{InstallEnd::Checked, agents().locate(kind).value_or(QString())};
 }
 
 Task<Installed> AgentSetup::install(AgentKind kind, TellProgress progress,
                                     CancelToken cancel) const {
     logLine(QStringLiteral("installing ") + displayName(kind));
     try {
-        const Installed installed = co_await installAny(kind, std::move(progress), cancel);
-        if (installed == Installed::Silent) {
+        Installed installed = co_await installAny(kind, std::move(progress), cancel);
+        if (installed.end == InstallEnd::Silent) {
             logLine(QStringLiteral("installing %1: it did not tell its version in time")
                         .arg(displayName(kind)));
         }
@@ -69,20 +69,26 @@ Task<Installed> AgentSetup::install(AgentKind kind, TellProgress progress,
     }
 }
 
-Task<bool> AgentSetup::recover() const {
+Task<bool> AgentSetup::recover(CancelToken cancel) const {
     const auto isBroken = [this](AgentKind kind) { return isInstallationBroken(agents(), kind); };
     // A download takes its place in one step.
     if (m_parts.signatures != nullptr || std::ranges::none_of(agentKinds, isBroken)) {
         co_return false;
     }
-    const Gate::Permit turn = co_await m_turn.enter();
-    const auto right = co_await rightToInstall(agents().environment().home());
-    for (const AgentKind kind : agentKinds) {
-        if (right) { // else it is under way
-            co_await mendInstallation(agents(), kind);
+    const Gate::Permit turn = co_await m_turn.enter(cancel);
+    bool isMended = false;
+    try {
+        const auto right = co_await rightToInstall(agents().environment().home());
+        for (const AgentKind kind : agentKinds) {
+            if (right) { // else it is under way
+                const bool mended = co_await mendInstallation(agents(), kind, cancel);
+                isMended = isMended || mended;
+            }
         }
+    } catch (const std::system_error &error) {
+        logLine(QStringLiteral("installing: ") + QString::fromLocal8Bit(error.what()));
     }
-    co_return right != nullptr;
+    co_return isMended;
 }
 
 Task<bool> AgentSetup::signIn(AgentKind kind, ShowPage show, CancelToken cancel) const {

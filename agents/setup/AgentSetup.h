@@ -34,9 +34,11 @@ public:
     Task<Installed> install(AgentKind kind, TellProgress progress = {},
                             CancelToken cancel = {}) const;
 
-    /// Takes back what an installation left whose process was killed; at a start. False where there
-    /// was none. @throws std::system_error
-    Task<bool> recover() const;
+    /// Takes back what an installation left whose process was killed, and touches none that lives.
+    /// At a start and whenever it matters how the agents are: reads a few folders where there is
+    /// nothing to do. True where it changed something; what the system refuses is told in the log.
+    /// @throws Cancelled
+    Task<bool> recover(CancelToken cancel = {}) const;
 
     /// Whether the user is signed in, once the agent's own login has ended; see signInAgent.
     /// @throws AgentError (not found), std::system_error, Cancelled

@@ -79,6 +79,14 @@ public:
         showOnce(m_output.feed(output));
         showOnce(m_error.feed(error));
     }
+    /// The login has ended, perhaps just after it told of a page that it does not wait for.
+    void finish() {
+        if (m_shown || m_kind == AgentKind::Claude) {
+            return;
+        }
+        showOnce(m_output.finish());
+        showOnce(m_error.finish());
+    }
 
 private:
     void showOnce(const std::optional<QString> &address) {
@@ -118,6 +126,7 @@ Task<bool> signInAgent(const AgentLocator &agents, AgentKind kind, ShowPage show
         page.hear(output, error);
     };
     co_await runProcess(std::move(login), cancel);
+    page.finish();
     co_return agents.readiness(kind) == AgentReadiness::Ready;
 }
 

@@ -30,13 +30,15 @@ PackageBefore::PackageBefore(const QString &prefix, const QString &package, cons
     : m_program(prefix + QStringLiteral("/bin/") + program)
     , m_scope(prefix + QStringLiteral("/lib/node_modules/") + package.section(u'/', 0, -2))
     , m_name(package.section(u'/', -1))
-    , m_kept(prefix + QStringLiteral("/lib/.vorle-before-") + program) {}
+    , m_kept(prefix + QStringLiteral("/lib/.vorle-before-") + program)
+    , m_fresh(m_kept + QStringLiteral(".new"))
+    , m_old(m_kept + QStringLiteral(".old")) {}
 
 void PackageBefore::keep() const {
     putBack();
     sweep();
     const fs::path kept = native(m_kept);
-    const fs::path fresh = native(m_kept + QStringLiteral(".new"));
+    const fs::path fresh = native(m_fresh);
     const fs::path package = native(m_scope) / m_name.toStdString();
     fs::remove_all(fresh);
     fs::create_directories(fresh);
@@ -50,6 +52,15 @@ void PackageBefore::keep() const {
 }
 
 bool PackageBefore::isKept() const { return isThere(native(m_kept)); }
+
+bool PackageBefore::hasLeftovers() const {
+    return isThere(native(m_fresh)) || isThere(native(m_old));
+}
+
+void PackageBefore::clearLeftovers() const {
+    fs::remove_all(native(m_fresh));
+    fs::remove_all(native(m_old));
+}
 
 void PackageBefore::putBack() const {
     const fs::path kept = native(m_kept);
@@ -84,13 +95,11 @@ void PackageBefore::putBack() const {
 }
 
 void PackageBefore::forget() const {
-    const fs::path kept = native(m_kept);
-    const fs::path old = native(m_kept + QStringLiteral(".old"));
-    fs::remove_all(old);
-    if (isThere(kept)) {
-        fs::rename(kept, old);
+    clearLeftovers();
+    if (isKept()) {
+        fs::rename(native(m_kept), native(m_old));
     }
-    fs::remove_all(old);
+    clearLeftovers();
 }
 
 std::string PackageBefore::aside(const char *what) const {

@@ -21,6 +21,9 @@ public:
     void keep() const;
     /// Something is kept: an installation is under way, or was killed.
     bool isKept() const;
+    /// What is of no use any more lies about: one was killed as it began or had ended.
+    bool hasLeftovers() const;
+    void clearLeftovers() const;
     /// All as it was when it was kept; nothing where nothing is kept.
     void putBack() const;
     /// The new one has come to stay.
@@ -35,6 +38,8 @@ private:
     QString m_scope;   ///< the folder that holds the package's own
     QString m_name;    ///< of that
     QString m_kept;
+    QString m_fresh; ///< what is to be that
+    QString m_old;   ///< what was
 };
 
 } // namespace vorle

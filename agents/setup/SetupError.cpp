@@ -17,6 +17,10 @@ SetupError SetupError::notSigned() {
 
 SetupError SetupError::noNpm() { return {Case::NoNpm, QStringLiteral("npm not found")}; }
 
+SetupError SetupError::npmDoesNotRun() {
+    return {Case::NpmDoesNotRun, QStringLiteral("npm does not run")};
+}
+
 SetupError SetupError::underWay() {
     return {Case::UnderWay, QStringLiteral("another process installs")};
 }

@@ -12,7 +12,7 @@ namespace vorle {
 /// std::system_error.
 class SetupError final : public std::exception {
 public:
-    enum class Case { Download, StepFailed, NotSigned, NoNpm, UnderWay };
+    enum class Case { Download, StepFailed, NotSigned, NoNpm, NpmDoesNotRun, UnderWay };
 
     /// "download failed"
     static SetupError download();
@@ -22,6 +22,8 @@ public:
     static SetupError notSigned();
     /// "npm not found": where agents come as packages there is no program that takes them.
     static SetupError noNpm();
+    /// "npm does not run": there is one, or several, but no Node that runs any of them.
+    static SetupError npmDoesNotRun();
     /// "another process installs": it is left to that one.
     static SetupError underWay();
 

@@ -35,6 +35,7 @@ bool openPage(const WebLink &page) {
 } // namespace
 
 Task<ExitStatus> connecter(Context &context, OnDemand<AgentSetup> setup) {
+    co_await setup->recover(context.cancel);
     const AgentLocator &agents = setup->agents();
     const AgentKind kind = agentMeant(context, agents);
     Console &console = context.console;

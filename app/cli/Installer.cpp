@@ -9,6 +9,21 @@ namespace vorle::cli {
 
 namespace {
 
+/// The agent that is used from now on, and what was installed: another program may be found first.
+struct InstalledShown {
+    QString name;
+    AgentReadiness state = AgentReadiness::Missing;
+    std::optional<QString> path;
+    QString installed;
+
+    static constexpr auto jsonFields() {
+        return std::tuple(json::field("name", &InstalledShown::name),
+                          json::field("state", &InstalledShown::state),
+                          json::field("path", &InstalledShown::path),
+                          json::field("installed", &InstalledShown::installed));
+    }
+};
+
 /// @throws Failure (French), Cancelled
 Task<Installed> install(Context &context, const AgentSetup &setup, AgentKind kind) {
     const auto tell = [&console = context.console, kind](const DownloadProgress &progress) {
@@ -19,7 +34,7 @@ Task<Installed> install(Context &context, const AgentSetup &setup, AgentKind kin
     };
     tell({});
     QString problem;
-    Installed installed = Installed::Checked;
+    Installed installed;
     try {
         installed = co_await setup.install(kind, tell, context.cancel);
     } catch (const SetupError &error) {
@@ -41,10 +56,11 @@ Task<ExitStatus> installer(Context &context, OnDemand<AgentSetup> setup) {
     const AgentKind kind = agentMeant(context, agents);
     const Installed installed = co_await install(context, *setup, kind);
     const AgentShown shown = shownAgent(agents, kind);
-    const QString doubt = installDoubtText(installed, kind, shown.path.value_or(QString()));
+    const QString doubt = installDoubtText(installed.end, kind, shown.path.value_or(QString()));
     if (context.arguments.json()) {
-        context.console.print(json::encode(shown, json::Style::Pretty));
-    } else if (installed != Installed::Hidden) {
+        const InstalledShown all{shown.name, shown.state, shown.path, installed.program};
+        context.console.print(json::encode(all, json::Style::Pretty));
+    } else if (installed.end != InstallEnd::Hidden) {
         context.console.print(French::tr("%1 est installé : %2")
                                   .arg(displayName(kind), shown.path.value_or(QString())));
     }

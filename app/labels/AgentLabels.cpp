@@ -62,6 +62,12 @@ QString installFailureText(const SetupError &error, AgentKind kind) {
         return French::tr("Pour installer %1, il me faut npm\u00A0: installe-le (sous Debian ou "
                           "Ubuntu, le paquet «\u202Fnpm\u202F»), puis réessaie.")
             .arg(displayName(kind));
+    case SetupError::Case::NpmDoesNotRun:
+        return French::tr("Pour installer %1, il me faut npm, et celui que je trouve ne démarre "
+                          "pas\u00A0: il lui manque Node, ou une version de Node qui marche. "
+                          "Installe-le (sous Debian ou Ubuntu, les paquets «\u202Fnodejs\u202F» et "
+                          "«\u202Fnpm\u202F»), puis réessaie.")
+            .arg(displayName(kind));
     case SetupError::Case::UnderWay:
         return French::tr("Une installation est déjà en cours, dans une autre fenêtre ou un "
                           "terminal\u00A0: laisse-la finir, puis réessaie.");
@@ -70,15 +76,15 @@ QString installFailureText(const SetupError &error, AgentKind kind) {
     }
 }
 
-QString installDoubtText(Installed installed, AgentKind kind, const QString &found) {
-    switch (installed) {
-    case Installed::Checked:
+QString installDoubtText(InstallEnd end, AgentKind kind, const QString &found) {
+    switch (end) {
+    case InstallEnd::Checked:
         return {};
-    case Installed::Silent:
+    case InstallEnd::Silent:
         return French::tr("%1 est installé, mais n’a pas répondu en une minute\u00A0: ta machine "
                           "est peut-être très occupée.")
             .arg(displayName(kind));
-    case Installed::Hidden:
+    case InstallEnd::Hidden:
         return French::tr("%1 est installé, mais un autre programme du même nom passe avant lui, "
                           "et c’est lui qui servira\u00A0: %2")
             .arg(displayName(kind), found);

@@ -33,7 +33,7 @@ QString installFailureText();
 QString installFailureText(const SetupError &error, AgentKind kind);
 /// What is doubtful of an agent that was installed; "" where nothing is. `found` is the program
 /// that is used for it.
-QString installDoubtText(Installed installed, AgentKind kind, const QString &found);
+QString installDoubtText(InstallEnd end, AgentKind kind, const QString &found);
 
 /// Where to confirm that one signs in.
 QString signInPageText();

@@ -100,6 +100,9 @@ EngineAgent &Application::agent() {
         m_agent = std::make_unique<EngineAgent>(AgentEnvironment::ofThisProcess(), [this] {
             return preferences().settings().agent.value_or(QString());
         });
+        m_agent->setMending([this](CancelToken cancel) -> Task<> {
+            co_await agentSetup().recover(std::move(cancel));
+        });
     }
     return *m_agent;
 }

@@ -115,6 +115,11 @@ Task<RunReport> SearchEngine::undertake(SearchRun::Part part, CancelToken cancel
     m_cancel = CancelSource();
     const auto handedOn = cancel.onCancel([source = m_cancel]() mutable { source.cancel(); });
     Q_EMIT started();
+    try {
+        co_await m_parts.asker.agent().mended(m_cancel.token());
+    } catch (const Cancelled &) {
+        // What comes next finds that, and ends as any run that was stopped.
+    }
     Undertaking task{part, m_parts.asker.agent().locator().choose(), m_rest};
     RunFailure failure;
     std::exception_ptr error;

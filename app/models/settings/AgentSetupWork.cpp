@@ -48,12 +48,24 @@ void AgentSetupWork::stop(AgentKind kind) {
 }
 
 void AgentSetupWork::recover() {
-    const auto recovered = [](AgentSetupWork *self) -> Task<> {
-        if (co_await self->m_setup.recover()) {
+    const auto isAtWork = [](const State &state) { return state.cancel.has_value(); };
+    if (m_recovering || std::ranges::any_of(m_states, isAtWork)) {
+        return;
+    }
+    const auto recovered = [](AgentSetupWork *self, CancelToken cancel) -> Task<> {
+        bool isMended = false;
+        try {
+            isMended = co_await self->m_setup.recover(std::move(cancel));
+        } catch (const Cancelled &) {
+            // It is there for the next start.
+        }
+        self->m_recovering.reset();
+        if (isMended) {
             Q_EMIT self->changed();
         }
     };
-    m_work.add(logged(recovered(this), QStringLiteral("setting an agent up")));
+    const CancelToken token = m_recovering.emplace().token();
+    m_work.add(logged(recovered(this, token), QStringLiteral("setting an agent up")));
 }
 
 void AgentSetupWork::look() {
@@ -90,6 +102,10 @@ void AgentSetupWork::tellOfStep(AgentKind kind) {
 Task<> AgentSetupWork::stopped() {
     stop(AgentKind::Claude);
     stop(AgentKind::Codex);
+    if (m_recovering) {
+        CancelSource source = *m_recovering; // a callback of the token may end it
+        source.cancel();
+    }
     co_await m_work.join();
 }
 
@@ -124,7 +140,7 @@ Task<> AgentSetupWork::install(AgentKind kind, CancelToken cancel) {
     const Installed installed = co_await m_setup.install(
         kind, [this, kind](const DownloadProgress &progress) { tell(kind, progress); }, cancel);
     state(kind).doubt =
-        installDoubtText(installed, kind, m_setup.agents().locate(kind).value_or(QString()));
+        installDoubtText(installed.end, kind, m_setup.agents().locate(kind).value_or(QString()));
 }
 
 Task<> AgentSetupWork::signIn(AgentKind kind, CancelToken cancel) {

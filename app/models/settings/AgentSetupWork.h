@@ -41,7 +41,8 @@ public:
     /// Installs the agent where it is missing, and has the user sign in where they are not. Nothing
     /// while it is at work on that one.
     void begin(AgentKind kind);
-    /// Takes back what an installation left whose process was killed.
+    /// Takes back what an installation left whose process was killed; nothing while it is at that,
+    /// or at work.
     void recover();
     /// Ends what is under way; nothing is told of it.
     void stop(AgentKind kind);
@@ -81,7 +82,8 @@ private:
     const AgentSetup &m_setup;
     LinkOpener &m_links;
     std::array<State, kinds> m_states;
-    TaskGroup m_work; // joined before this goes
+    std::optional<CancelSource> m_recovering; // while it is at that
+    TaskGroup m_work;                         // joined before this goes
 };
 
 } // namespace vorle

@@ -51,6 +51,9 @@ bool AgentStates::isInstalling() const {
 
 void AgentStates::refresh() {
     m_work.look();
+    if (m_parts.settable) {
+        m_work.recover();
+    }
     QList<AgentState> fresh = look();
     if (fresh != m_states) {
         m_states = std::move(fresh);

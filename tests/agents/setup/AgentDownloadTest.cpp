@@ -77,8 +77,8 @@ protected:
     /// What becomes of an installation, in a word.
     std::string outcome(AgentKind kind = AgentKind::Codex, CancelToken cancel = {}) {
         try {
-            return test::waitFor(install(kind, cancel)) == Installed::Checked ? "installed"
-                                                                              : "silent";
+            return test::waitFor(install(kind, cancel)).end == InstallEnd::Checked ? "installed"
+                                                                                   : "silent";
         } catch (const SetupError &error) {
             return error.description().toStdString();
         } catch (const std::system_error &) {

@@ -31,13 +31,15 @@ protected:
     /// An npm that does so when it is to install.
     void npm(const QByteArray &shell, const QString &folder = {}) const {
         writeProgram((folder.isEmpty() ? path("/tools") : folder) + QStringLiteral("/npm"),
-                     "[ \"$1\" = config ] && echo \"$HOME/npmrc\" && exit\n" + shell);
+                     "[ \"$1\" = --version ] && exit\n"
+                     "[ \"$1\" = config ] && echo \"$HOME/npmrc\" && exit\n" +
+                         shell);
     }
     /// What becomes of an installation, in a word.
     std::string outcome(AgentKind kind = AgentKind::Codex) const {
         const AgentLocator agents = locator(QStringLiteral("relative:") + path("/tools"));
         try {
-            return test::waitFor(installPackage(agents, kind, {})) == Installed::Checked
+            return test::waitFor(installPackage(agents, kind, {})).end == InstallEnd::Checked
                        ? "installed"
                        : "silent";
         } catch (const SetupError &error) {
@@ -98,8 +100,9 @@ TEST_F(AgentPackageTest, npm_brings_the_agents_where_they_are_looked_for) {
     npm(works, nvm + QStringLiteral("/bin"));
     QFile::remove(path("/.npm-global/bin/codex"));
     const AgentLocator off = locator(QStringLiteral("/nowhere"));
-    ASSERT_EQ(npmProgram(off), nvm + QStringLiteral("/bin/npm"));
-    EXPECT_EQ(test::waitFor(installPackage(off, AgentKind::Codex, {})), Installed::Checked);
+    const Installed installed = test::waitFor(installPackage(off, AgentKind::Codex, {}));
+    EXPECT_EQ(installed.end, InstallEnd::Checked);
+    EXPECT_EQ(installed.program, nvm + QStringLiteral("/bin/codex"));
     EXPECT_TRUE(readFile(path("/asked")).contains("--prefix\n" + nvm.toUtf8() + "\n"));
 }
 
@@ -116,8 +119,32 @@ TEST_F(AgentPackageTest, the_persons_own_settings_and_place_of_node_do_not_keep_
 
     // Another program of its name comes first where agents are looked for.
     writeProgram(path("/.local/bin/codex"), "exit 0");
-    EXPECT_EQ(test::waitFor(installPackage(locator(path("/tools")), AgentKind::Codex, {})),
-              Installed::Hidden);
+    EXPECT_EQ(test::waitFor(installPackage(locator(path("/tools")), AgentKind::Codex, {})).end,
+              InstallEnd::Hidden);
+}
+
+TEST_F(AgentPackageTest, of_several_npms_and_nodes_those_are_used_that_run) {
+    const QString stale = path("/stale");
+    const QString node = path("/opt/node/bin");
+    // Left behind by a Node that is gone, and one that npm itself put below the prefix.
+    writeProgram(stale + QStringLiteral("/npm"), "exec /nowhere/node npm");
+    writeProgram(path("/.npm-global/bin/npm"),
+                 "[ \"$(node ours)\" = ours ] && exec node \"$@\"; exit 1");
+    writeProgram(path("/tools/node"), "exit 1"); // of another machine, say
+    EXPECT_EQ(outcome(), "npm does not run");
+    // The Node that runs is on a terminal's PATH alone, behind the other.
+    writeProgram(node + QStringLiteral("/node"),
+                 "case $1 in ours) echo ours; exit;; --version) exit;; esac\n"
+                 "[ \"$1\" = -p ] && echo \"$HOME/opt/node/bin/node\" && exit\n"
+                 "[ \"$1\" = config ] && exit 1\n[ \"$1\" = install ] || exit 0\n" +
+                     links("exec node --version"));
+    const AgentLocator agents = locator(stale + u':' + path("/tools") + u':' + node);
+    EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {})).end, InstallEnd::Checked)
+        << "it runs from the desktop too";
+    EXPECT_EQ(QFileInfo(path("/.local/state/vorle/node/node")).symLinkTarget(),
+              node + QStringLiteral("/node"));
+    // Which then is what runs npm there.
+    EXPECT_EQ(outcome(), "installed");
 }
 
 TEST_F(AgentPackageTest, what_was_killed_is_put_back_and_holds_nothing_up) {
@@ -144,12 +171,28 @@ TEST_F(AgentPackageTest, what_was_killed_is_put_back_and_holds_nothing_up) {
         QFile::remove(codex);
     };
     breakIt();
-    npm("exit 0");
-    const AgentLocator agents = locator(path("/tools"));
+    const AgentLocator agents = locator(path("/nowhere")); // no npm is needed for it
     EXPECT_TRUE(isInstallationBroken(agents, AgentKind::Codex));
     test::waitFor(mendInstallation(agents, AgentKind::Codex));
     EXPECT_FALSE(isInstallationBroken(agents, AgentKind::Codex));
     EXPECT_TRUE(isWhole());
+    // A kill at the very beginning, or the very end, leaves what is of no use.
+    for (const char *left : {".new/package/x", ".old/package/x"}) {
+        test::writeFile(path("/.npm-global/lib/.vorle-before-codex") + QString::fromUtf8(left), {});
+        EXPECT_TRUE(isInstallationBroken(agents, AgentKind::Codex));
+        EXPECT_FALSE(test::waitFor(mendInstallation(agents, AgentKind::Codex)));
+        EXPECT_FALSE(isInstallationBroken(agents, AgentKind::Codex));
+        EXPECT_TRUE(isWhole());
+    }
+    // Below whichever prefix.
+    const QString nvm = path("/.nvm/versions/node/v20.1.0");
+    const PackageBefore elsewhere(nvm, QStringLiteral("@openai/codex"), QStringLiteral("codex"));
+    writeProgram(nvm + QStringLiteral("/bin/codex"), "# older");
+    elsewhere.keep();
+    writeProgram(nvm + QStringLiteral("/bin/codex"), "exit 1");
+    EXPECT_TRUE(test::waitFor(mendInstallation(agents, AgentKind::Codex)));
+    EXPECT_TRUE(readFile(nvm + QStringLiteral("/bin/codex")).contains("# older"));
+    ASSERT_TRUE(QDir(path("/.nvm")).removeRecursively());
     // The folders above are gone too.
     before.keep();
     ASSERT_TRUE(QDir(path("/.npm-global/lib/node_modules")).removeRecursively());
@@ -221,11 +264,11 @@ TEST_F(AgentPackageTest, whatever_npm_does_instead_is_told) {
 TEST_F(AgentPackageTest, an_agent_that_takes_its_time_is_no_broken_one) {
     npm(links("sleep 600"));
     const AgentLocator agents = locator(path("/tools"));
-    EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {}, 200ms)),
-              Installed::Silent);
+    EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {}, 200ms)).end,
+              InstallEnd::Silent);
     EXPECT_TRUE(agents.locate(AgentKind::Codex));
     npm(links("exit 0"));
-    EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {})), Installed::Checked);
+    EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {})).end, InstallEnd::Checked);
 }
 
 TEST_F(AgentPackageTest, a_stop_at_any_moment_leaves_what_was_there_and_nothing_half_done) {

@@ -3,6 +3,8 @@
 #include "tests/support/ScriptedAgent.h"
 #include "tests/support/Wait.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 namespace vorle {
@@ -46,6 +48,36 @@ TEST_F(AgentSignInTest, codex_shows_the_page_that_it_prints_once_and_none_that_i
     EXPECT_EQ(m_agents.leftovers(), QStringList());
 }
 
+TEST_F(AgentSignInTest, a_place_of_its_own_that_a_person_gave_an_agent_is_the_logins_too) {
+    const struct {
+        AgentKind kind;
+        const char *variable;
+        const char *signsIn; ///< where it keeps the account
+    } cases[] = {
+        {AgentKind::Codex, "CODEX_HOME", "echo '{\"tokens\": {}}' > \"$CODEX_HOME/auth.json\""},
+        {AgentKind::Claude, "CLAUDE_CONFIG_DIR",
+         "echo '{\"oauthAccount\": {}}' > \"$CLAUDE_CONFIG_DIR/.claude.json\""},
+    };
+    for (const auto &each : cases) {
+        const QString own = m_agents.home() + QStringLiteral("/own");
+        QDir().mkpath(own);
+        AgentEnvironment environment = m_agents.environment();
+        environment.userHome = m_agents.home();
+        environment.variables.remove(QStringLiteral("VORLE_HOME"));
+        environment.variables.insert(QStringLiteral("HOME"), m_agents.home());
+        environment.variables.insert(QString::fromUtf8(each.variable), own);
+        const AgentLocator agents(environment, nullptr);
+        m_agents.install(each.kind, "exit 0");
+        EXPECT_FALSE(test::waitFor(signInAgent(agents, each.kind, [](auto &) {}, 60s, {})));
+        m_agents.install(each.kind, each.signsIn);
+        EXPECT_TRUE(test::waitFor(signInAgent(agents, each.kind, [](auto &) {}, 60s, {})));
+        environment.variables.insert(QStringLiteral("VORLE_HOME"), m_agents.home());
+        EXPECT_EQ(AgentLocator(environment, nullptr).readiness(each.kind),
+                  AgentReadiness::SignedOut)
+            << "a home of its own knows nothing of it";
+    }
+}
+
 #if defined(Q_OS_LINUX)
 TEST_F(AgentSignInTest, claude_code_shows_the_page_that_it_opens_and_not_the_one_that_it_prints) {
     m_agents.install(AgentKind::Claude,
@@ -66,13 +98,19 @@ TEST_F(AgentSignInTest, claude_code_shows_the_page_that_it_opens_and_not_the_one
 #endif
 
 TEST_F(AgentSignInTest, ends_unsigned_when_the_page_is_closed_the_time_is_up_or_it_is_stopped) {
-    m_agents.install(AgentKind::Codex, "echo https://auth.example.com/ >&2; exit 1");
-    EXPECT_FALSE(signIn(AgentKind::Codex));
-    EXPECT_EQ(m_pages.size(), 1) << "it was printed just before the end";
+    for (const char *last : {"echo https://auth.example.com/ >&2; exit 1",
+                             "printf https://auth.example.com/ >&2; exit 1"}) {
+        m_agents.install(AgentKind::Codex, last);
+        m_pages.clear();
+        EXPECT_FALSE(signIn(AgentKind::Codex));
+        EXPECT_EQ(m_pages, QStringList{QStringLiteral("https://auth.example.com/")})
+            << "it was printed just before the end";
+    }
     m_agents.install(AgentKind::Codex, "echo https://auth.example.com/ >&2; sleep 600 & wait");
     EXPECT_FALSE(signIn(AgentKind::Codex, 700ms));
     EXPECT_EQ(m_agents.living(), 0);
 
+    const auto before = m_pages.size();
     CancelSource cancel;
     bool stopped = false;
     const auto follow = [](Task<bool> task, bool &out) -> Task<> {
@@ -83,7 +121,7 @@ TEST_F(AgentSignInTest, ends_unsigned_when_the_page_is_closed_the_time_is_up_or_
         }
     };
     const auto running = follow(run(AgentKind::Codex, 60s, cancel.token()), stopped);
-    test::spinUntil([this] { return m_pages.size() == 3; });
+    test::spinUntil([&] { return m_pages.size() == before + 1; });
     cancel.cancel();
     test::spinUntil([&] { return stopped; });
     EXPECT_EQ(m_agents.living(), 0);

@@ -1,5 +1,6 @@
 // Agents that are installed and signed in to from a terminal, by an npm that plays its part.
 
+#include "storage/FileLock.h"
 #include "tests/support/Program.h"
 #include "tests/support/Wait.h"
 
@@ -89,6 +90,48 @@ TEST_F(AgentSetupCommands, installs_then_signs_in_and_every_failure_says_why) {
     EXPECT_FALSE(working());
     vorle.environment.insert(QStringLiteral("VORLE_AGENT"), QStringLiteral("claude"));
     EXPECT_THAT(vorle.run("connecter codex").err, HasSubstr("j’utilise Claude Code"));
+}
+
+TEST_F(AgentSetupCommands, says_what_was_installed_and_what_is_used) {
+    npm("mkdir -p \"$4/bin\"; printf '#!/bin/sh\\n' > \"$4/bin/codex\"; chmod 755 "
+        "\"$4/bin/codex\"");
+    const QString ours = vorle.path("home/.npm-global/bin/codex");
+    for (const QString &used : {ours, vorle.path("home/.local/bin/codex")}) {
+        if (used != ours) {
+            test::writeProgram(used, "exit 0");
+        }
+        const QJsonObject told = vorle.run("installer codex --json").object();
+        EXPECT_EQ(told[QStringLiteral("path")].toString(), used);
+        EXPECT_EQ(told[QStringLiteral("installed")].toString(), ours);
+    }
+}
+
+TEST_F(AgentSetupCommands, an_agent_whose_installation_was_killed_is_back_before_it_is_needed) {
+    const QString codex = vorle.path("home/.npm-global/bin/codex");
+    const QString kept = vorle.path("home/.npm-global/lib/.vorle-before-codex");
+    QDir().mkpath(vorle.path("projet"));
+    ASSERT_EQ(vorle.run({QStringLiteral("projet"), QStringLiteral("ajouter"), vorle.path("projet")})
+                  .status,
+              0);
+    for (const char *command : {"connecter codex", "fouille"}) {
+        SCOPED_TRACE(command);
+        test::writeProgram(kept + QStringLiteral("/program"), "exit 1");
+        vorle.environment.insert(QStringLiteral("VORLE_AGENT"), QStringLiteral("codex"));
+        {
+            // One that lives is left alone.
+            FileLock lock(vorle.path("home/.local/state/vorle/install"));
+            QDir().mkpath(vorle.path("home/.local/state/vorle"));
+            ASSERT_TRUE(lock.tryLock());
+            EXPECT_THAT(vorle.run(command).err, HasSubstr("est introuvable"));
+            EXPECT_TRUE(QFileInfo::exists(kept));
+        }
+        const Program::Outcome end = vorle.run(command);
+        EXPECT_EQ(end.status, 1);
+        EXPECT_THAT(end.err, Not(HasSubstr("est introuvable"))) << end.err;
+        EXPECT_TRUE(QFileInfo::exists(codex));
+        EXPECT_FALSE(QFileInfo::exists(kept));
+        QFile::remove(codex);
+    }
 }
 
 #if defined(Q_OS_LINUX)

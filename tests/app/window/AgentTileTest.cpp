@@ -1,12 +1,13 @@
 // Agents installed and signed in to in the window, by an npm and agents that play their part.
 
-#include "agents/setup/AgentPackage.h"
+#include "agents/setup/RunningNpm.h"
 #include "base/HttpClient.h"
 #include "platform/fakes/FakeSignatureCheck.h"
 #include "tests/app/window/OpenWindow.h"
 #include "tests/support/TestServer.h"
 
 #include <QAccessible>
+#include <QElapsedTimer>
 
 #include <signal.h>
 
@@ -263,6 +264,27 @@ TEST_F(AgentTileTest, closing_the_window_meanwhile_is_asked_about_as_what_it_wou
     EXPECT_EQ(quits, 1);
 }
 
+TEST_F(AgentTileTest, an_agent_whose_installation_was_killed_is_back_once_one_looks) {
+    openAgents();
+    // By a terminal, meanwhile.
+    const QString kept = home("/.npm-global/lib/.vorle-before-codex");
+    test::writeProgram(kept + QStringLiteral("/program"), "exit 1");
+    shell().refresh(); // as when the window comes to the front
+    test::spinUntil([&] { return !QFileInfo::exists(kept); });
+    test::spinUntil([this] { return says("Tu autorises vorle à utiliser ton compte ChatGPT"); });
+    // One that does not answer holds no end of the program up.
+    test::writeProgram(kept + QStringLiteral("/program"), "exit 1");
+    test::writeProgram(home("/.npm-global/bin/codex"), "echo $$ > \"$HOME/login\"; sleep 600");
+    shell().refresh();
+    test::spinUntil([this] { return loginBegan(); });
+    QElapsedTimer time;
+    time.start();
+    test::waitFor(m_shell->stopped());
+    EXPECT_LT(time.elapsed(), 10'000);
+    EXPECT_FALSE(loginRuns());
+    EXPECT_TRUE(QFileInfo::exists(kept)) << "for the next start";
+}
+
 TEST_F(AgentTileTest, a_download_tells_how_far_it_is) {
     test::TestServer server;
     HttpClient http(true);
@@ -294,7 +316,7 @@ TEST_F(AgentTileTest, a_download_tells_how_far_it_is) {
 
 TEST_F(AgentTileTest, without_npm_it_says_how_to_get_one_and_a_demonstration_offers_nothing) {
     m_app.variables.set("PATH", QStringLiteral("/nowhere"));
-    if (npmProgram(m_app->agent().locator())) {
+    if (!npmPrograms(m_app->agent().locator()).isEmpty()) {
         GTEST_SKIP() << "this machine has one where agents are looked for";
     }
     openAgents();
