@@ -10,6 +10,7 @@
 ///     next     -> versions/1.5.0     what takes the place of `current` when the program ends
 ///     starts                     a byte for each start of a version on trial, locked (flock) by
 ///                                the launcher that tries it
+///     answers                    the version on trial runs, and waits for something; written by it
 ///     refused                    the version that did not start
 ///     unplaced                   the version that could not be put in its place
 ///     .staging/                  a download on its way
@@ -26,6 +27,7 @@ constexpr const char *current = "current";
 constexpr const char *previous = "previous";
 constexpr const char *next = "next";
 constexpr const char *starts = "starts";
+constexpr const char *answers = "answers";
 constexpr const char *refused = "refused";
 constexpr const char *unplaced = "unplaced";
 constexpr const char *staging = ".staging";

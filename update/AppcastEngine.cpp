@@ -21,6 +21,10 @@ std::optional<QString> updateObstacle(const UpdateConfig &config, const QString 
     switch (Installation::keeperOf(program)) {
     case UpdateKeeper::Packages:
         return packagedText();
+    case UpdateKeeper::Another:
+        return French::tr(
+            "Je n’ai pas le droit de modifier les fichiers de cette vorle\u00A0: c’est "
+            "à la personne qui l’a installée de la mettre à jour.");
     case UpdateKeeper::Nobody:
         return French::tr("Cette vorle n’a pas été installée pour se mettre à jour.");
     case UpdateKeeper::Itself:
@@ -41,6 +45,7 @@ namespace {
 /// Has the version in use say that it works; false where that is to be tried again: another process
 /// holds the links, or the disk refused.
 bool confirmed(const Installation &installation) {
+    installation.noteAnswer();
     try {
         FileLock lock(installation.lockFile());
         if (!lock.tryLock()) {
@@ -118,7 +123,7 @@ void AppcastEngine::tellOfLastTime() {
         m_parts.preferences.change(&Settings::skippedUpdate, refused);
         m_driver->showTakenBack(*refused);
     }
-    const auto ready = m_installation->ready();
+    const auto ready = m_installation->coming();
     if (ready && unplaced == ready) {
         m_driver->showTakenBack(*ready); // the next end tries again
     } else if (ready) {
@@ -148,14 +153,14 @@ void AppcastEngine::lookAtClock() {
     const bool isDue = !isWithin(settings.lastUpdateCheck, 24 * hour) && !isWithin(m_asked, hour);
     // What is ready was told, and is not told again each time.
     if (checksByItself() && isDue && !m_underWay && m_driver != nullptr && m_installation &&
-        !obstacle() && !m_installation->ready()) {
+        !obstacle() && (!m_installation->coming() || m_installation->coming() != m_toldReady)) {
         begin(Wish::Nobody);
     }
 }
 
 bool AppcastEngine::checksByItself() const {
     const Settings &settings = m_parts.preferences.settings();
-    return settings.updateChecks.value_or(settings.updateInstalls);
+    return settings.updateInstalls || settings.updateChecks.value_or(false);
 }
 
 void AppcastEngine::setChecksByItself(bool on) {
@@ -186,7 +191,7 @@ void AppcastEngine::begin(Wish wish) {
         m_driver->showInFocus();
         return;
     }
-    if (m_installation->ready()) {
+    if (m_installation->coming()) {
         tellReady();
         return;
     }
@@ -329,6 +334,7 @@ Task<> AppcastEngine::fetch(Release release, CancelToken cancel) {
 }
 
 void AppcastEngine::tellReady() {
+    m_toldReady = m_installation->coming();
     m_driver->showReady([self = QPointer(this)](UpdateDriver::Choice choice) {
         if (self && choice == UpdateDriver::Choice::Install) {
             self->m_driver->showInstalling(false, [self] {

@@ -83,6 +83,7 @@ private:
     TaskGroup m_work;
     Wish m_wish = Wish::Nobody;       // of what is under way
     std::optional<QDateTime> m_asked; // the feed, which has not answered since
+    std::optional<QString> m_toldReady;
     bool m_underWay = false;
     bool m_isLooking = false;   // it is not known yet whether there is a newer version
     bool m_again = false;       // the person asked again while what they stopped was ending

@@ -96,12 +96,12 @@ UpdateKeeper Installation::keeperOf(const QString &program) {
     }
     const auto [folder, version] = placeOf(program);
     if (folder.isEmpty()) {
-        return mayWrite(QFileInfo(path).path()) ? UpdateKeeper::Nobody : UpdateKeeper::Packages;
+        return mayWrite(QFileInfo(path).path()) ? UpdateKeeper::Nobody : UpdateKeeper::Another;
     }
     const QString versions = folder + u'/' + named(layout::versions);
     return isOwn(folder) && isOwn(versions) && mayWrite(folder) && mayWrite(versions)
                ? UpdateKeeper::Itself
-               : UpdateKeeper::Packages;
+               : UpdateKeeper::Another;
 }
 
 std::optional<Installation> Installation::of(const QString &program) {
@@ -144,6 +144,17 @@ QString Installation::versionAt(const char *link) const {
 std::optional<QString> Installation::ready() const {
     const QString version = versionAt(layout::next);
     return isNewer(version, m_version) ? std::optional(version) : std::nullopt;
+}
+
+std::optional<QString> Installation::placed() const {
+    const QString version = versionAt(layout::current);
+    return isNewer(version, m_version) ? std::optional(version) : std::nullopt;
+}
+
+std::optional<QString> Installation::coming() const {
+    const auto next = ready();
+    const auto here = placed();
+    return next && (!here || isNewer(*next, *here)) ? next : here;
 }
 
 /// The version that a file of the folder tells.
@@ -244,6 +255,7 @@ bool Installation::activate() const {
         return false;
     }
     removeLink(layout::starts);
+    removeLink(layout::answers);
     const QString before = versionAt(layout::previous);
     if (before.isEmpty() || before == current) { // else `current` is on trial itself
         putLink(layout::previous, current);
@@ -256,12 +268,24 @@ bool Installation::activate() const {
     return true;
 }
 
+/// False where another version runs on, too.
+bool Installation::isOnTrial() const {
+    return versionAt(layout::current) == m_version && QFileInfo(at(layout::previous)).isSymLink();
+}
+
+void Installation::noteAnswer() const {
+    if (isOnTrial()) {
+        QFile(at(layout::answers)).open(QIODevice::WriteOnly);
+    }
+}
+
 void Installation::confirm() const {
-    if (versionAt(layout::current) != m_version || !QFileInfo(at(layout::previous)).isSymLink()) {
-        return; // another version runs on, or nothing is on trial
+    if (!isOnTrial()) {
+        return;
     }
     removeLink(layout::previous);
     removeLink(layout::starts);
+    removeLink(layout::answers);
     removeLink(layout::refused);
     sync(m_folder);
 }

@@ -12,7 +12,8 @@ namespace vorle {
 enum class UpdateKeeper {
     Itself,   ///< it lies in a folder made for that (see InstallationLayout.h), which its user may
               ///< change
-    Packages, ///< the system's packages, or whoever administers the machine
+    Packages, ///< the system's packages
+    Another,  ///< whoever its files belong to: this user may not change them
     Nobody    ///< it lies anywhere, as one that was built here does
 };
 
@@ -39,6 +40,10 @@ public:
     QString stagingFolder() const;
     /// The version that is ready to take the place of this one.
     std::optional<QString> ready() const;
+    /// The version that another process put in the place of this one while this one ran.
+    std::optional<QString> placed() const;
+    /// The version that the next start after an end of this one brings: the newer of those two.
+    std::optional<QString> coming() const;
     /// The version that did not start, and was taken back.
     std::optional<QString> refused() const;
     void forgetRefused() const;
@@ -63,6 +68,9 @@ public:
     void confirm() const;
     /// Whether the version in use was started, or crashed, without ever having said that it works.
     bool isInDoubt() const;
+    /// Tells the launcher, where this version is on trial, that it has not hung, whatever keeps it
+    /// from saying that it works. As far as the disk takes it.
+    void noteAnswer() const;
 
 private:
     Installation(QString folder, QString version)
@@ -70,6 +78,7 @@ private:
     QString at(const char *name) const;
     QString versionAt(const char *link) const;
     std::optional<QString> versionIn(const char *file) const;
+    bool isOnTrial() const;
     void putLink(const char *name, const QString &version) const;
     void removeLink(const char *name) const;
     void sync(const QString &folder) const;

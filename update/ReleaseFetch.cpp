@@ -168,8 +168,9 @@ Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installa
     auto staging =
         co_await onPool([installation] { return std::make_shared<const Staging>(installation); });
     std::exception_ptr fault;
-    // Unless another process has just done it.
-    if (installation.ready() != release.version) {
+    // Unless another process has just done it, or has gone further.
+    const auto coming = installation.coming();
+    if (!coming || isNewer(release.version, *coming)) {
         co_await settle(fetchInto(installation.stagingFolder(), http, std::move(config),
                                   installation, release, std::move(progress), cancel),
                         fault);

@@ -26,7 +26,8 @@ Task<std::optional<Release>> findRelease(HttpClient &http, UpdateConfig config, 
 /// Fetches a release, checks whose it is, unpacks it, sees that it is what the feed said and that
 /// it starts on this machine, and makes it ready (Installation::makeReady). Nothing of it is
 /// unpacked before its signature was found good, and nothing run. What failed leaves the
-/// installation as it was.
+/// installation as it was. Where another process made it ready or put it in place meanwhile,
+/// nothing is fetched.
 /// @throws UpdateError (UpdateHeldElsewhere where another process is at it), std::system_error,
 ///         Cancelled
 Task<> fetchRelease(HttpClient &http, UpdateConfig config, Installation installation,

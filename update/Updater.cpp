@@ -27,8 +27,9 @@ QString installFailedText() {
     return French::tr("vorle reste dans sa version actuelle. Je réessaierai à la prochaine "
                       "vérification.");
 }
+QString heldElsewhereTitle() { return French::tr("Une mise à jour est déjà en cours"); }
 QString heldElsewhereText() {
-    return French::tr("Une autre vorle s’en occupe déjà : laisse-la finir.");
+    return French::tr("Une autre vorle s’en occupe déjà\u00A0: laisse-la finir.");
 }
 
 } // namespace updatetext
@@ -39,9 +40,7 @@ Updater::Updater(Parts parts, QObject *parent) : QObject(parent), m_parts(std::m
     connect(&m_countdown, &QTimer::timeout, this, [this] {
         if (isHeldUp()) { // since the countdown began
             enter(Stage::Ready);
-            if (!m_isWatched) {
-                Q_EMIT told(notice());
-            }
+            tellUnseen();
         } else {
             answerReady(Choice::Install);
         }
@@ -69,7 +68,7 @@ QString Updater::title() const {
     case Stage::CheckFailed:
         return updatetext::checkFailedTitle();
     case Stage::InstallFailed:
-        return updatetext::installFailedTitle();
+        return m_isElsewhere ? updatetext::heldElsewhereTitle() : updatetext::installFailedTitle();
     }
     Q_UNREACHABLE();
 }
@@ -136,6 +135,14 @@ void Updater::setInstallsByItself(bool on) {
         m_parts.engine.setChecksByItself(true); // which it cannot do without
     } else if (!on && std::exchange(m_checksForInstalls, false)) {
         m_parts.engine.setChecksByItself(false); // nobody allowed them for themselves
+    }
+    Q_EMIT settingsChanged();
+    Q_EMIT changed();
+}
+
+void Updater::followSettings(bool isAnswered) {
+    if (isAnswered) {
+        m_permissionReply = nullptr; // it would write over that
     }
     Q_EMIT settingsChanged();
     Q_EMIT changed();
@@ -215,6 +222,12 @@ void Updater::endSilently() {
     }
     if (const auto acknowledged = std::exchange(m_messageAcknowledged, nullptr)) {
         acknowledged();
+    }
+}
+
+void Updater::tellUnseen() {
+    if (const QString sentence = notice(); !m_isWatched && !sentence.isEmpty()) {
+        Q_EMIT told(sentence);
     }
 }
 

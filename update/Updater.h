@@ -90,14 +90,18 @@ public:
     /// Some time passed. A question that waited for a day is put aside too, seen or not: an engine
     /// looks for nothing newer while one is open.
     void lookAtClock();
-    /// Whether the person has the stage before their eyes: else a relaunch is told too.
+    /// Whether the person has the stage before their eyes: what waits for them, or has failed, is
+    /// told else, whoever asked for it. The view says that they can go on, and put it away.
     void setWatched(bool watched) { m_isWatched = watched; }
+    /// The settings were changed elsewhere; whether updates may be looked for was answered there,
+    /// or was not yet.
+    void followSettings(bool isAnswered);
 
 Q_SIGNALS:
     void changed();
     void settingsChanged();
-    /// Something came up that nobody asked for, and that waits for an answer; or that was asked
-    /// for, and that nobody looks at any more: a French sentence.
+    /// Something came up that waits for an answer, or for being read, and nobody looks: a French
+    /// sentence.
     void told(const QString &sentence);
 
 private:
@@ -124,6 +128,7 @@ private:
     void enter(Stage stage);
     bool isMessageShown() const;
     void endSilently();
+    void tellUnseen();
     void answerFound(Choice choice);
     void answerReady(Choice choice);
     bool isHeldUp();
@@ -163,6 +168,7 @@ QString checkFailedTitle();
 QString checkFailedText();
 QString installFailedTitle();
 QString installFailedText();
+QString heldElsewhereTitle();
 QString heldElsewhereText();
 } // namespace updatetext
 

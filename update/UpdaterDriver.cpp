@@ -41,9 +41,7 @@ void Updater::showFound(const OfferedUpdate &update, Reply reply) {
     }
     m_relaunchAsked = false; // of another version than this
     enter(Stage::Found);
-    if (!m_userInitiated) {
-        Q_EMIT told(notice());
-    }
+    tellUnseen();
 }
 
 void Updater::showReleaseNotes(const QString &notes) {
@@ -77,14 +75,10 @@ void Updater::showError(const QString &error, Acknowledgement acknowledge) {
     m_messageAcknowledged = std::move(acknowledge);
     m_isElsewhere = false;
     m_relaunchAsked = false;
-    const bool installAsked = std::exchange(m_installAsked, false);
-    if (installAsked || m_stage == Stage::Downloading || m_stage == Stage::Preparing ||
-        m_stage == Stage::Installing) {
-        const bool unasked = !installAsked && m_stage != Stage::Installing;
+    if (std::exchange(m_installAsked, false) || m_stage == Stage::Downloading ||
+        m_stage == Stage::Preparing || m_stage == Stage::Installing) {
         enter(Stage::InstallFailed);
-        if (unasked) {
-            Q_EMIT told(updatetext::installFailedTitle());
-        }
+        tellUnseen();
     } else if (m_userInitiated) {
         enter(Stage::CheckFailed);
     } else {
@@ -153,12 +147,8 @@ void Updater::showReady(Reply reply) {
     if (installAsked && !isHeldUp()) {
         m_countdown.start();
     }
-    // Who put the view away was told that they can go on, and would lose the program unwarned.
-    const bool isUnseen = installAsked ? !m_isWatched : !m_userInitiated;
     enter(Stage::Ready);
-    if (isUnseen) {
-        Q_EMIT told(notice());
-    }
+    tellUnseen();
 }
 
 void Updater::showInstalling(bool programEnded, std::function<void()> endAgain) {
@@ -190,6 +180,9 @@ void Updater::showHeldElsewhere() {
     const bool asked = std::exchange(m_installAsked, false) || m_userInitiated;
     m_isElsewhere = asked;
     enter(asked ? Stage::InstallFailed : Stage::Idle);
+    if (asked) {
+        tellUnseen();
+    }
 }
 
 void Updater::showInFocus() {

@@ -61,12 +61,14 @@ Task<> fetch(Context &context, HttpClient &http, UpdateDoor door, Installation i
                                  static_cast<int>(*got * whole / bytes), whole, {});
     };
     QString reason;
+    QString title = updatetext::installFailedTitle();
     QString text = updatetext::installFailedText();
     const auto ends = qScopeGuard([&context] { context.console.endProgress(); });
     try {
         co_await fetchRelease(http, door.config, installation, release, progress, context.cancel);
         co_return;
     } catch (const UpdateHeldElsewhere &error) {
+        title = updatetext::heldElsewhereTitle();
         text = updatetext::heldElsewhereText();
         reason = error.text();
     } catch (const UpdateError &error) {
@@ -74,7 +76,7 @@ Task<> fetch(Context &context, HttpClient &http, UpdateDoor door, Installation i
     } catch (const std::system_error &error) {
         reason = QString::fromLocal8Bit(error.what());
     }
-    fail(updatetext::installFailedTitle(), text, reason);
+    fail(title, text, reason);
 }
 
 /// Puts what is ready in the place of the version in use, unless an app still runs on that one.
@@ -88,7 +90,7 @@ bool activate(const UpdateDoor &door, const Installation &installation) {
         if (!installation.isInDoubt()) {
             installation.confirm(); // it came this far, and is what to go back to
         }
-        return installation.activate();
+        return installation.activate() || installation.placed();
     } catch (const std::system_error &error) {
         reason = QString::fromLocal8Bit(error.what());
     }
@@ -150,7 +152,7 @@ Task<ExitStatus> miseAJour(Context &context, UpdateDoor door) {
     const Installation installation = *Installation::of(door.program);
     HttpClient http(door.config.loopback);
     UpdateShown shown{.version = QCoreApplication::applicationVersion(),
-                      .found = installation.ready()};
+                      .found = installation.coming()};
     if (!shown.found) {
         const auto release = co_await find(context, http, door);
         if (release) {
@@ -160,7 +162,7 @@ Task<ExitStatus> miseAJour(Context &context, UpdateDoor door) {
             co_await fetch(context, http, door, installation, *release);
         }
     }
-    shown.ready = installation.ready().has_value();
+    shown.ready = installation.coming().has_value();
     if (shown.ready && installs && context.host == Host::OwnProcess) {
         shown.installed = activate(door, installation);
     }

@@ -7,6 +7,8 @@ Panel {
     id: panel
 
     required property UpdateModel model
+    // Before somebody's eyes, as far as a window knows: a hidden or minimized one shows nothing.
+    readonly property bool seen: shown && Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
 
     // The keyboard stands on what one would do next, also when that is another button by now.
     function settle() {
@@ -25,10 +27,8 @@ Panel {
     name: qsTr("Mise à jour")
     sheetWidth: 520
     bodyHeight: body.implicitHeight
-    onShownChanged: {
-        model.watch(shown);
-        shown ? settle() : model.putAway();
-    }
+    onSeenChanged: model.watch(seen)
+    onShownChanged: shown ? settle() : model.putAway()
 
     Connections {
         target: panel.model

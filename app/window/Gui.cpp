@@ -18,6 +18,7 @@
 #include "platform/LoginItem.h"
 #include "platform/Notifications.h"
 #include "platform/WidgetTimelines.h"
+#include "update/Installation.h"
 
 #include <QApplication>
 #include <QFile>
@@ -54,6 +55,21 @@ bool hasScreen() {
 #else
     return true;
 #endif
+}
+
+/// Has the launcher know that this version, should it be on trial, does not hang: it waits for
+/// somebody, and may never open.
+void noteAnswer() {
+    detach(
+        [](QString program) -> Task<> {
+            co_await onPool([program] {
+                if (const auto here = Installation::of(program)) {
+                    here->noteAnswer();
+                }
+                return true;
+            });
+        }(QCoreApplication::applicationFilePath()),
+        QStringLiteral("updates"));
 }
 
 /// The program from its start to its end: waits until it may be the app, opens, leaves.
@@ -138,6 +154,7 @@ private:
             m_quitHandler.left(1);
             return;
         }
+        noteAnswer();
         m_refusal = std::make_unique<QMessageBox>(QMessageBox::Critical, QStringLiteral("vorle"),
                                                   problem, QMessageBox::Close);
         connect(m_refusal.get(), &QMessageBox::finished, this, [this] { m_quitHandler.left(1); });
@@ -147,6 +164,7 @@ private:
     void wait(Opening::Holder holder) {
         const QString sentence = Opening::text(holder);
         complain(sentence);
+        noteAnswer();
         if (m_waiting) {
             m_waiting->setSentence(sentence);
             return;

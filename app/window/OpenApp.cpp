@@ -155,7 +155,7 @@ void OpenApp::followUpdates() {
     connect(&m_preferences, &Preferences::changed, &m_updater, [this](const QString &key) {
         if (Preferences::isKeyOf(key, &Settings::updateChecks) ||
             Preferences::isKeyOf(key, &Settings::updateInstalls)) {
-            Q_EMIT m_updater.settingsChanged();
+            m_updater.followSettings(m_preferences.settings().updateChecks.has_value());
         }
     });
     if (!m_updater.notice().isEmpty()) {

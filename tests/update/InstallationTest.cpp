@@ -3,6 +3,7 @@
 #include "update/Installation.h"
 
 #include "tests/support/Files.h"
+#include "tests/support/Wait.h"
 #include "tests/update/ReleaseMaker.h"
 
 #include <QDir>
@@ -13,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
 #include <list>
 #include <system_error>
@@ -81,7 +83,7 @@ TEST_F(InstallationTest, is_found_where_it_lies_and_left_alone_elsewhere) {
     constexpr uid_t another = 4711;
     const QByteArray versions = QFile::encodeName(path("app/versions"));
     if (::chown(versions.constData(), another, gid_t(-1)) == 0) { // as root alone may do
-        EXPECT_EQ(Installation::keeperOf(path("app/current/bin/vorle")), UpdateKeeper::Packages)
+        EXPECT_EQ(Installation::keeperOf(path("app/current/bin/vorle")), UpdateKeeper::Another)
             << "it would leave files there that their owner may not touch";
         ASSERT_EQ(::chown(versions.constData(), ::geteuid(), gid_t(-1)), 0);
     }
@@ -236,6 +238,60 @@ TEST_F(InstallationTest, starts_that_never_say_that_they_work_are_counted) {
     ASSERT_TRUE(installation("1.5.1").activate());
     for (int tries = 0; tries < 6; ++tries) {
         EXPECT_EQ(start().out, "1.6.0");
+    }
+}
+
+TEST_F(InstallationTest, a_version_that_neither_opens_nor_ends_gives_way_once_it_had_its_time) {
+    struct Case {
+        const char *name;
+        const char *shell;
+        const char *stays; ///< which version is in use then, and says so
+    };
+    const std::array cases{
+        Case{"hangs", "exec sleep 600", "1.4.0"},
+        Case{"hears nothing", "trap '' TERM; while :; do sleep 0.1; done", "1.4.0"},
+        Case{"says that it waits", "touch \"$app/answers\"; sleep 5; echo 1.5.0", "1.5.0"},
+        Case{"is slow", "sleep 1; rm \"$app/previous\"; sleep 4; echo 1.5.0", "1.5.0"}};
+    std::list<QProcess> clicks;
+    const auto start = [&](const QString &folder) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":none"));
+        clicks.emplace_back().setProcessEnvironment(environment);
+        clicks.back().start(folder + QStringLiteral("/vorle"), QStringList());
+        ASSERT_TRUE(clicks.back().waitForStarted());
+    };
+    for (const Case &each : cases) {
+        const QString folder = path(each.name);
+        layInstallation(folder, "1.4.0", says);
+        QFile::remove(folder + QStringLiteral("/vorle"));
+        ASSERT_TRUE(QFile::copy(QStringLiteral(VORLE_BINARIES "/vorle-launcher-hasty"),
+                                folder + QStringLiteral("/vorle")));
+        test::writeProgram(folder + QStringLiteral("/versions/1.5.0/bin/vorle"),
+                           "app='" + folder.toUtf8() + "'\n" + each.shell);
+        test::writeFile(folder + QStringLiteral("/answers"), {}); // of an earlier one
+        QFile::remove(folder + QStringLiteral("/current"));
+        for (const auto &[link, version] :
+             {std::pair("previous", "1.4.0"), std::pair("current", "1.5.0")}) {
+            ASSERT_TRUE(QFile::link(QStringLiteral("versions/") + QString::fromUtf8(version),
+                                    folder + u'/' + QString::fromUtf8(link)));
+        }
+        start(folder);
+        test::waitFor(sleepFor(std::chrono::milliseconds(50)));
+        start(folder); // another click: what the first comes to, it comes to as well
+    }
+    for (auto click = clicks.begin(); const Case &each : cases) {
+        SCOPED_TRACE(each.name);
+        for (int twice = 0; twice < 2; ++twice, ++click) {
+            ASSERT_TRUE(click->state() == QProcess::NotRunning || click->waitForFinished());
+            EXPECT_EQ(click->readAllStandardOutput().trimmed(), each.stays);
+            EXPECT_EQ(click->exitCode(), 0);
+        }
+        const QString folder = path(each.name);
+        EXPECT_TRUE(QFileInfo(folder + QStringLiteral("/current"))
+                        .symLinkTarget()
+                        .endsWith(QString::fromUtf8(each.stays)));
+        EXPECT_EQ(test::readFile(folder + QStringLiteral("/refused")),
+                  qstrcmp(each.stays, "1.4.0") == 0 ? "1.5.0" : "");
     }
 }
 

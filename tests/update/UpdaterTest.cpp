@@ -53,13 +53,14 @@ protected:
 
 TEST_F(UpdaterTest, goes_from_a_check_to_a_relaunch_and_tells_each_step) {
     int stopped = 0;
+    updater.setWatched(true);
     updater.check();
     EXPECT_EQ(engine.checks, 1);
     driver().showUserInitiatedCheck(counted(stopped));
     EXPECT_EQ(updater.stage(), Stage::Checking);
     driver().showFound({QStringLiteral("1.5.0"), QStringLiteral("Du neuf."), false}, reply());
     EXPECT_EQ(updater.title(), QStringLiteral("vorle 1.5.0"));
-    EXPECT_TRUE(told.isEmpty()) << "it was asked for";
+    EXPECT_TRUE(told.isEmpty()) << "the view says so";
     updater.install();
     updater.install();
     EXPECT_EQ(choices, QList<Choice>{Choice::Install}) << "a reply is given once";
@@ -138,6 +139,42 @@ TEST_F(UpdaterTest, each_end_says_what_it_is_and_only_to_who_asked) {
         updater.acknowledge();
         EXPECT_EQ(acknowledged, 1);
         EXPECT_EQ(updater.stage(), Stage::Idle);
+    }
+}
+
+TEST_F(UpdaterTest, what_was_asked_for_is_told_where_the_view_was_put_away_meanwhile) {
+    const struct {
+        std::function<void()> comes;
+        const char *sentence;
+    } cases[] = {
+        {[this] { driver().showFound({QStringLiteral("1.5.0"), {}, false}, reply()); },
+         "vorle 1.5.0 est là."},
+        {[this] {
+             driver().showDownloadInitiated([] {});
+             driver().showError(QStringLiteral("a bad signature"), [] {});
+         },
+         "La mise à jour n’a pas pu s’installer"},
+        {[this] { driver().showHeldElsewhere(); }, "Une mise à jour est déjà en cours"},
+        {[this] {
+             driver().showInstalling(false, [] {});
+             driver().showError(QStringLiteral("no room"), [] {});
+         },
+         "La mise à jour n’a pas pu s’installer"},
+    };
+    for (const bool watched : {true, false}) {
+        for (const auto &each : cases) {
+            told.clear();
+            updater.setWatched(true);
+            updater.check();
+            driver().showUserInitiatedCheck([] {});
+            updater.setWatched(watched);
+            each.comes();
+            EXPECT_EQ(told,
+                      watched ? QStringList() : QStringList(QString::fromUtf8(each.sentence)));
+            updater.skip();
+            updater.acknowledge();
+            driver().dismissed();
+        }
     }
 }
 
@@ -285,6 +322,11 @@ TEST_F(UpdaterTest, permission_is_asked_for_beside_the_rest_and_answered_once) {
     updater.setInstallsByItself(false);
     EXPECT_FALSE(engine.daily) << "it was for that alone";
     EXPECT_TRUE(updater.isPermissionWanted());
+
+    updater.followSettings(true); // answered in a terminal
+    EXPECT_FALSE(updater.isPermissionWanted());
+    updater.allow(true);
+    EXPECT_EQ(answers.size(), 2) << "it would write over that";
 
     engine.why = QStringLiteral("Non.");
     updater.check();

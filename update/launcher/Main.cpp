@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -23,6 +24,16 @@ namespace {
 
 using std::string;
 namespace layout = vorle::layout;
+
+#ifndef VORLE_TRIAL_SECONDS
+#define VORLE_TRIAL_SECONDS 300
+#endif
+/// How long a version on trial may take to open, or to say what it waits for. A start takes a
+/// second or two: that is a hundred times as long, so that a machine that is slow, or busy, is not
+/// taken for a version that hangs. Counted in the launcher's own turns, which come late where the
+/// machine does, and not at all while it sleeps or this is stopped.
+constexpr int trialSeconds = VORLE_TRIAL_SECONDS;
+constexpr int secondsToEnd = std::min(10, trialSeconds); ///< for one that is told to
 
 volatile std::sig_atomic_t childToTell = 0;
 
@@ -58,6 +69,21 @@ public:
             ::open(at(layout::starts).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
         return file < 0 || ::flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
     }
+    bool isTried(const string &version) const {
+        return isOnTrial() && versionAt(layout::current) == version;
+    }
+    bool isTakenBack(const string &version) const {
+        std::array<char, 100> text{};
+        const int file = ::open(at(layout::refused).c_str(), O_RDONLY | O_CLOEXEC);
+        const auto length = file < 0 ? 0 : ::read(file, text.data(), text.size());
+        if (file >= 0) {
+            ::close(file);
+        }
+        return versionAt(layout::current) != version && length > 0 &&
+               string(text.data(), static_cast<size_t>(length)) == version;
+    }
+    bool hasAnswered() const { return ::access(at(layout::answers).c_str(), F_OK) == 0; }
+    void forgetAnswer() const { ::unlink(at(layout::answers).c_str()); }
     int startsCounted() const {
         struct stat state{};
         return ::stat(at(layout::starts).c_str(), &state) == 0 ? static_cast<int>(state.st_size)
@@ -90,6 +116,7 @@ public:
             return false;
         }
         ::unlink(at(layout::starts).c_str());
+        forgetAnswer();
         const int folder = ::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         if (folder >= 0) {
             ::fsync(folder);
@@ -180,48 +207,125 @@ bool hasCrashed(int status) {
     std::_Exit(WEXITSTATUS(status));
 }
 
-/// Runs the version on trial as a child, and comes back only where it did not run, or crashed for
-/// the last time it may: the version before is in use again then, if there is one.
+/// The version in use at work as a child, which is told what this process is told.
+class Child {
+public:
+    Child(const Folder &folder, char **argv) : m_process(::fork()) {
+        if (m_process == 0) {
+            ::execv(folder.program().c_str(), argv);
+            std::_Exit(127);
+        }
+        if (m_process < 0) {
+            return;
+        }
+        childToTell = m_process;
+        // The terminal tells the child too; a session's end tells only whom it knows.
+        std::signal(SIGINT, SIG_IGN);
+        std::signal(SIGQUIT, SIG_IGN);
+        std::signal(SIGTERM, handOn);
+        std::signal(SIGHUP, handOn);
+    }
+    ~Child() {
+        childToTell = 0;
+        for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
+            std::signal(signal, SIG_DFL);
+        }
+    }
+    Child(const Child &) = delete;
+    Child &operator=(const Child &) = delete;
+
+    bool hasStarted() const { return m_process > 0; }
+    bool hasEnded() {
+        m_ended = m_ended || ::waitpid(m_process, &m_status, WNOHANG) == m_process;
+        return m_ended;
+    }
+    void wait() {
+        while (!m_ended && ::waitpid(m_process, &m_status, 0) < 0 && errno == EINTR) {
+        }
+        m_ended = true;
+    }
+    /// False once it has ended, which is not waited for longer than a second.
+    bool livesOn() {
+        sigset_t childEnds;
+        sigset_t before;
+        ::sigemptyset(&childEnds);
+        ::sigaddset(&childEnds, SIGCHLD);
+        ::sigprocmask(SIG_BLOCK, &childEnds, &before); // or its end could fall before the wait
+        const timespec second{1, 0};
+        if (!hasEnded()) {
+            ::sigtimedwait(&childEnds, nullptr, &second);
+        }
+        ::sigprocmask(SIG_SETMASK, &before, nullptr);
+        return !hasEnded();
+    }
+    void end() {
+        ::kill(m_process, SIGTERM);
+        for (int seconds = 0; seconds < secondsToEnd && livesOn(); ++seconds) {
+        }
+        if (!hasEnded()) {
+            ::kill(m_process, SIGKILL);
+            wait();
+        }
+    }
+    /// Of one that has ended.
+    int status() const { return m_status; }
+
+private:
+    pid_t m_process;
+    int m_status = 0;
+    bool m_ended = false;
+};
+
+/// Waits for the end of an app on trial. False, and it is ended, where it neither opened nor said
+/// what it waits for in all its time, or where another launcher, whose trial it is, went back.
+bool endsByItself(const Folder &folder, Child &child, const string &tried, bool isMine) {
+    int seconds = 0;
+    while (folder.isTried(tried) && child.livesOn()) {
+        seconds = folder.hasAnswered() ? 0 : seconds + 1;
+        if (isMine && seconds >= trialSeconds) {
+            child.end();
+            return false;
+        }
+    }
+    if (!isMine && folder.isTakenBack(tried) && child.livesOn()) {
+        child.end();
+        return false;
+    }
+    child.wait();
+    return true;
+}
+
+/// Runs the version on trial as a child, and comes back only where it did not run or hung, or
+/// crashed for the last time it may: the version before is in use again then, if there is one.
 void tryNew(const Folder &folder, int argc, char **argv) {
     const bool app = opensApp(argc, argv);
     const string tried = folder.versionAt(layout::current);
-    if (app && !folder.takeTrial()) {
-        return;
-    }
-    if (app && folder.startsCounted() >= layout::maxStarts) {
+    const bool isMine = app && folder.takeTrial();
+    if (isMine && folder.startsCounted() >= layout::maxStarts) {
         folder.goBack();
         return;
     }
-    if (app) {
+    if (isMine) {
+        folder.forgetAnswer();
         folder.countStart();
     }
-    const pid_t child = ::fork();
-    if (child < 0) {
+    Child child(folder, argv);
+    if (!child.hasStarted()) {
         return;
     }
-    if (child == 0) {
-        ::execv(folder.program().c_str(), argv);
-        std::_Exit(127);
+    if (app && !endsByItself(folder, child, tried, isMine)) {
+        if (isMine) {
+            folder.goBack();
+        }
+        return;
     }
-    childToTell = child;
-    // The terminal tells the child too; a session's end tells only whom it knows.
-    std::signal(SIGINT, SIG_IGN);
-    std::signal(SIGQUIT, SIG_IGN);
-    std::signal(SIGTERM, handOn);
-    std::signal(SIGHUP, handOn);
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    childToTell = 0;
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGQUIT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
-    std::signal(SIGHUP, SIG_DFL);
-    if (!folder.isOnTrial() || folder.versionAt(layout::current) != tried) {
+    child.wait();
+    const int status = child.status();
+    if (!folder.isTried(tried)) {
         endAs(status); // it said that it works, or another one took its place meanwhile
     }
     const bool failed = didNotRun(status) || hasCrashed(status);
-    if (!app && (!failed || !folder.takeTrial())) {
+    if (!isMine && (app || !failed || !folder.takeTrial())) {
         endAs(status); // an app that another launcher tries will tell
     }
     if (hasCrashed(status) && !app) {

@@ -70,8 +70,8 @@ public:
     Q_INVOKABLE void putOff() { m_updater.putOff(); }
     Q_INVOKABLE void relaunch() { m_updater.relaunch(); }
     Q_INVOKABLE void allow(bool daily) { m_updater.allow(daily); }
-    /// Told by the view: it shows, or does not any more.
-    Q_INVOKABLE void watch(bool shown) { m_updater.setWatched(shown); }
+    /// Told by the view: it can be seen, or cannot any more.
+    Q_INVOKABLE void watch(bool seen) { m_updater.setWatched(seen); }
     /// The view was put away: what it told was read, what it asked is asked another day.
     Q_INVOKABLE void putAway() { m_updater.putAway(); }
 

@@ -60,6 +60,28 @@ TEST_F(UpdatePanelTest, goes_through_an_update_by_keys_alone) {
     EXPECT_TRUE(shows("Relancer maintenant"));
 }
 
+TEST_F(UpdatePanelTest, who_cannot_see_the_view_is_told) {
+    open();
+    int told = 0;
+    QObject::connect(&m_updater, &Updater::told, &m_updater, [&] { ++told; });
+    m_main->lookForUpdate();
+    const auto fails = [&] {
+        driver().showDownloadInitiated([] {});
+        driver().showError(QStringLiteral("no room"), [] {});
+        QCoreApplication::processEvents();
+        return std::exchange(told, 0);
+    };
+    EXPECT_EQ(fails(), 0) << "it is before their eyes";
+    for (const auto state : {QWindow::Minimized, QWindow::Hidden}) {
+        window().setVisibility(state);
+        EXPECT_EQ(fails(), 1) << state;
+        window().setVisibility(QWindow::Windowed);
+        EXPECT_EQ(fails(), 0) << state << ", and back";
+    }
+    press(Qt::Key_Escape);
+    EXPECT_EQ(fails(), 1) << "put away";
+}
+
 TEST_F(UpdatePanelTest, a_failure_is_told_until_it_was_read_and_can_be_tried_again) {
     open();
     m_main->lookForUpdate();
