@@ -3,13 +3,12 @@
 #include "agents/StructuredOutput.h"
 #include "base/Json.h"
 #include "base/Text.h"
+#include "tests/fuzz/Require.h"
 
 #include <QJsonDocument>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 
 // What an agent printed, as either agent's answer. Whatever it is, it unwraps to a JSON value
 // without control characters and halves of them, which a record decodes from or is refused by; or
@@ -17,6 +16,7 @@
 namespace {
 
 using namespace vorle;
+using fuzz::require;
 
 struct Part {
     QString title;
@@ -34,13 +34,6 @@ struct Answer {
 
     static constexpr auto jsonFields() { return std::tuple(json::field("parts", &Answer::parts)); }
 };
-
-void require(bool holds, const char *what, const QByteArray &input) {
-    if (!holds) {
-        std::fprintf(stderr, "%s:\n%s\n", what, input.constData());
-        std::abort();
-    }
-}
 
 bool isHarmless(const QString &text) {
     return std::none_of(text.begin(), text.end(), [](QChar c) {

@@ -1,11 +1,9 @@
 #include "base/Text.h"
 #include "search/discovery/Version.h"
+#include "tests/fuzz/Require.h"
 #include "update/Appcast.h"
 #include "update/Installation.h"
 #include "update/UpdateError.h"
-
-#include <cstdio>
-#include <cstdlib>
 
 // Whatever a feed's bytes are, they are refused as one, or every release read from them is whole
 // and within its bounds, and the one that is chosen is the newest that suits and newer than what
@@ -13,13 +11,7 @@
 namespace {
 
 using namespace vorle;
-
-void require(bool holds, const char *what, QByteArrayView input) {
-    if (!holds) {
-        std::fprintf(stderr, "%s:\n%s\n", what, input.toByteArray().constData());
-        std::abort();
-    }
-}
+using fuzz::require;
 
 bool isWhole(const Release &release) {
     constexpr qsizetype signatureBytes = 64;

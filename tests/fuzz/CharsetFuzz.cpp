@@ -1,22 +1,12 @@
 #include "search/web/Charset.h"
+#include "tests/fuzz/Require.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <cstdlib>
 
 // The first byte chooses a content type. Whatever the bytes are and whatever is declared, they read
 // as valid UTF-8 without NULs, or as no text; what is UTF-8 beyond ASCII stays what it is.
-namespace {
-
-void require(bool holds, const char *what, QByteArrayView input) {
-    if (!holds) {
-        std::fprintf(stderr, "%s:\n%s\n", what, input.toByteArray().constData());
-        std::abort();
-    }
-}
-
-} // namespace
+using vorle::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
     static constexpr std::array<QByteArrayView, 10> types{"",

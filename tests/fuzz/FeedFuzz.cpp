@@ -3,23 +3,16 @@
 #include "search/feeds/FeedParser.h"
 #include "search/feeds/Feeds.h"
 #include "search/run/FeedItemLine.h"
+#include "tests/fuzz/Require.h"
 
 #include <array>
-#include <cstdio>
-#include <cstdlib>
 
 // The size chooses a content type. Whatever the bytes are, they read as bounded items on one line
 // with http(s) links, as a date or none, and as a page that announces an http(s) feed or none.
 namespace {
 
 using namespace vorle;
-
-void require(bool holds, const char *what, QByteArrayView input) {
-    if (!holds) {
-        std::fprintf(stderr, "%s:\n%s\n", what, input.toByteArray().constData());
-        std::abort();
-    }
-}
+using fuzz::require;
 
 bool isOneLine(const QString &text, qsizetype most) {
     return text.size() <= most * 64 && text == text.simplified() && !text.contains(u'\0');

@@ -3,13 +3,13 @@
 #include "search/discovery/Discovery.h"
 #include "search/discovery/LockFile.h"
 #include "search/discovery/Toml.h"
+#include "tests/fuzz/Require.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 
 // Two digits choose the manifest's name and the lock file's; what follows is the one, a record
@@ -18,13 +18,7 @@
 namespace {
 
 using namespace vorle;
-
-void require(bool holds, const char *what, QByteArrayView input) {
-    if (!holds) {
-        std::fprintf(stderr, "%s:\n%s\n", what, input.toByteArray().constData());
-        std::abort();
-    }
-}
+using fuzz::require;
 
 void write(const QString &path, QByteArrayView bytes) {
     QFile file(path);

@@ -1,23 +1,15 @@
 #include "core/SettingsTable.h"
 #include "storage/JsonSettings.h"
+#include "tests/fuzz/Require.h"
 
 #include <QJsonDocument>
-
-#include <cstdio>
-#include <cstdlib>
 
 // Whatever a settings file holds, what is read of a setting is a value that the setting takes, and
 // a change that meets another one of the same setting gives a value of the same kind.
 namespace {
 
 using namespace vorle;
-
-void require(bool holds, const char *what, const QString &key) {
-    if (!holds) {
-        std::fprintf(stderr, "%s: %s\n", what, qUtf8Printable(key));
-        std::abort();
-    }
-}
+using fuzz::require;
 
 } // namespace
 

@@ -1,8 +1,7 @@
 #include "core/TopicSalvage.h"
+#include "tests/fuzz/Require.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 
 // Whatever the bytes of a topics file are, they are a list of topics or none. One that is, is
 // written and read again the same, and every entry of it can be read by itself; what can be read of
@@ -10,13 +9,7 @@
 namespace {
 
 using namespace vorle;
-
-void require(bool holds, const char *what) {
-    if (!holds) {
-        std::fprintf(stderr, "%s\n", what);
-        std::abort();
-    }
-}
+using fuzz::require;
 
 std::optional<QList<Topic>> decoded(const QByteArray &utf8) {
     try {

@@ -1,7 +1,5 @@
 #include "search/discovery/Version.h"
-
-#include <cstdio>
-#include <cstdlib>
+#include "tests/fuzz/Require.h"
 
 // Lines: a dependency, the version in use, a page's title; the rest is the page. Whatever they are,
 // the version a page announces stands in it, is one, and is newer than the one in use or told not
@@ -9,13 +7,7 @@
 namespace {
 
 using namespace vorle;
-
-void require(bool holds, const char *what, const QString &input) {
-    if (!holds) {
-        std::fprintf(stderr, "%s:\n%s\n", what, qUtf8Printable(input));
-        std::abort();
-    }
-}
+using fuzz::require;
 
 } // namespace
 
