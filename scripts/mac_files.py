@@ -1,5 +1,5 @@
 """What a Mac reads and no compiler does, for check-mac: property lists, rights, shell scripts, Swift,
-the workflows; and whether docs/mac.md names every file that no Mac has run.
+the workflows; calls that mean something else there; and whether docs/mac.md names every file that no Mac has run.
 """
 import pathlib
 import plistlib
@@ -50,6 +50,12 @@ REFUSED = {
 }
 
 
+# What compiles there and does something else than meant: in files that end so, but for those named.
+MISLEADING = [
+    (r"\bsetOrganization(Name|Domain)\b", (".cpp", ".mm", ".h"), (), "moves the data folder and the settings"),
+    (r"\bshowMessage\(", (".cpp", ".mm"), ("app/window/Tray.cpp",), "is gone there"),
+    (r"^(?!.*\"osx\").*\bQt\.Tool\b", (".qml",), (), "hides the window while another app is in front"),
+]
 # Lines that only a Mac compiles, or that run only there.
 MAC_LINE = re.compile(r'\b(Q_OS_MACOS|Q_OS_DARWIN|__APPLE__|F_FULLFSYNC)\b|u"cocoa"|"osx"|\bDarwin\b')
 # Packages that read what Python does not; see fetch_readers in scripts/setup.sh.
@@ -114,6 +120,16 @@ def _scripts():
             yield done.stderr.strip()
 
 
+def _sources():
+    for pattern, kinds, but, why in MISLEADING:
+        for name in _git(*(f"*{kind}" for kind in kinds)):
+            if name in but or name.startswith(("tests/", "bench/")):
+                continue
+            for number, line in enumerate((ROOT / name).read_text(encoding="utf-8").splitlines(), 1):
+                if re.search(pattern, line.split("//")[0]):
+                    yield f"{name}:{number}: on a Mac this {why}: {line.strip()}"
+
+
 def _principal():
     """The share sheet's class is found by the name that Objective-C knows it by."""
     for name in _git("packaging/macos/*/Info.plist.in"):
@@ -169,5 +185,5 @@ def left_out():
 
 def findings():
     """A line for each thing that is wrong; none when all is as it has to be."""
-    return [*(_lists() if FOLDER.exists() else []), *_scripts(), *_principal(), *_untold(),
+    return [*(_lists() if FOLDER.exists() else []), *_scripts(), *_sources(), *_principal(), *_untold(),
             *_said_by_readers()]

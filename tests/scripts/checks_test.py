@@ -142,8 +142,9 @@ class Planted(unittest.TestCase):
                   swift: "@objc(ShareViewController)\nfinal class Share {\n    var name = \"a\"\n}\n",
                   workflow: "on: push\njobs:\n  a:\n    runs-on: macos-14\n    steps:\n"
                             "      - uses: actions/checkout@v4\n",
+                  "app/A.qml": "Window {\n    flags: Qt.platform.os === \"osx\" ? Qt.Dialog : Qt.Tool\n}\n",
                   "core/B.cpp": "#ifdef Q_OS_MACOS\n#endif\n",
-                  "docs/mac.md": "| do | `packaging/macos/share`, `core/B.cpp` |\n"}
+                  "docs/mac.md": "| do | `packaging/macos/share`, `core/B.cpp`, `app` |\n"}
         status, words = self.run_check("check-mac", right, "build")
         self.assertEqual(status, 0, words)
         application, rights = "packaging/macos/Info.plist.in", "packaging/macos/share/share.entitlements"
@@ -156,6 +157,9 @@ class Planted(unittest.TestCase):
                  "packaging/macos/vorle.entitlements": "<plist><dict><key>a</key></plist>",
                  "packaging/macos/other/Info.plist": right["packaging/macos/widget/Info.plist.in"],
                  "run": "#!/usr/bin/env bash\nmapfile -t lines\ntimeout 5 ls\nif true; then\n",
+                 "app/A.qml": "Window {\n    flags: Qt.Tool | Qt.FramelessWindowHint\n}\n",
+                 "app/C.cpp": "void a() {\n    // showMessage(x)\n    item.showMessage(x);\n"
+                              "    setOrganizationName(x);\n}\n",
                  swift: right[swift].replace("ShareView", "OurView").replace("}", ""),
                  workflow: right[workflow].replace("macos-14", "makos-14"), "docs/mac.md": "`core/A.cpp`\n",
                  "core/A.cpp": "#include <QtGlobal>\n#ifdef Q_OS_MACOS\nint a() { return b(); }\n#endif\n"}
@@ -163,7 +167,9 @@ class Planted(unittest.TestCase):
         self.assertEqual(status, 1)
         for said in ["Info.plist.in: CFBundleName stands there twice", "fr.vorle.widget", "share.entitlements",
                      "run:2:", "run:3:", "run: line 5: syntax error", "core/A.cpp:3:",
-                     "Info.plist.in: without SUFeedURL", "other/Info.plist: nobody says", "vorle.entitlements: ", "no Swift file beside it says @objc(ShareViewController)",
+                     "Info.plist.in: without SUFeedURL", "other/Info.plist: nobody says", "vorle.entitlements: ",
+                     "app/A.qml:2: ", "app/C.cpp:3: on", "app/C.cpp:4: on",
+                     "no Swift file beside it says @objc(ShareViewController)",
                      "core/B.cpp: docs/mac.md does not say", "share/Share.swift: docs/mac.md does not say"]:
             self.assertIn(said, words)
         if READERS.exists() and shutil.which("node"):

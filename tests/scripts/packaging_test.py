@@ -1,7 +1,10 @@
 """What packages are made of besides the program: its font, its icons, its manual."""
 import gzip
+import hashlib
+import os
 import pathlib
 import runpy
+import shutil
 import struct
 import subprocess
 import sys
@@ -119,6 +122,105 @@ Le reste est là.
         for said in ["vorle 7.8.9", "\\fBfouille\\fR [\\-\\-demo]\nlance une", "\\fB\\&.trier\\fR ID", "et \\e dedans",
                      "Le reste est là."]:
             self.assertIn(said, page)
+
+    # What stands in for a Mac: each notes how it was called, and leaves what it would.
+    MAC = {
+        "uname": 'test "${1:-}" = -m && echo arm64 || echo Darwin',
+        "brew": 'test "$1" = --prefix && echo "$TOOLS/qt" || true',
+        "cmake": 'while [ "$1" != -B ]; do shift; done\nmkdir -p "$2/bin" "$2/packaging/share" "$2/packaging/widget" '
+                 '"$2/app"\nfor name in vorle vorle-guard vorle-demo-agent; do echo "$name" >"$2/bin/$name"; '
+                 'chmod +x "$2/bin/$name"; done\necho widgets >"$2/app/libvorle-widgets.dylib"\n'
+                 'for list in . share widget; do echo list >"$2/packaging/$list/Info.plist"; done',
+        "ninja": ":", "install_name_tool": ":", "spctl": ":",
+        "otool": 'test "$1" = -l || printf "%s:\\n\\t${HELD:-/usr/lib}/libcurl.4.dylib\\n" "$2"',
+        "xcrun": 'if [ "$1" = swiftc ]; then while [ "$1" != -o ]; do shift; done; echo "$3" >"$2"; fi',
+        "codesign": 'rights=""; for word; do case "$last" in --entitlements) rights=$(tr -d "\\n\\t" <"$word") ;; '
+                    'esac; last=$word; done; echo "codesign-rights $rights" >>"$TOOLS/log"',
+        "ditto": 'for word; do last=$word; done; echo zip >"$last"',
+        "qt/bin/macdeployqt": 'mkdir -p "$1/Contents/Frameworks/QtCore.framework"\n'
+                              'mkdir -p "$1/Contents/PlugIns/platforms"\necho >"$1/Contents/PlugIns/platforms/a.dylib"',
+    }
+
+    def bundled(self, *words, **variables):
+        """A rehearsal of scripts/bundle: its status and words, what was called, and the folder it made."""
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        root, tools = pathlib.Path(folder.name) / "tree", pathlib.Path(folder.name) / "tools"
+        for name in ["scripts/bundle", "scripts/setup.sh", "scripts/packages.txt", "packaging", "CMakeLists.txt",
+                     "THIRD-PARTY.md"]:
+            (root / name).parent.mkdir(parents=True, exist_ok=True)
+            (shutil.copytree if (ROOT / name).is_dir() else shutil.copy)(ROOT / name, root / name)
+        (root / ".cache/font-static").mkdir(parents=True)
+        (root / "packaging/icons/draw").write_text('#!/bin/sh\nmkdir -p "$2"\necho >"$2/vorle.icns"\n')
+        sparkle = pathlib.Path(folder.name) / "Sparkle-2/Sparkle.framework/Versions/B"
+        for part in ["XPCServices/Downloader.xpc", "Updater.app"]:
+            (sparkle / part).mkdir(parents=True)
+        (sparkle / "Autoupdate").write_text("autoupdate")
+        for name, does in self.MAC.items():
+            path = tools / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(f'#!/usr/bin/env bash\necho "{path.name} $*" >>"$TOOLS/log"\nlast=""\n{does}\n')
+            path.chmod(0o755)
+        done = subprocess.run(["bash", root / "scripts/bundle", *words], text=True, capture_output=True, env={
+            **{key: value for key, value in os.environ.items() if not key.startswith("VORLE_")},
+            "PATH": f"{tools}:{os.environ['PATH']}", "TOOLS": str(tools),
+            **{key: value.replace("FOLDER", folder.name) for key, value in variables.items()}})
+        log = tools / "log"
+        return done, log.read_text().splitlines() if log.exists() else [], root / "build/bundle"
+
+    def test_a_bundle_is_signed_from_the_inside_out_each_part_with_its_own_rights(self):
+        signer = "Developer ID Application: Ada (TEAM42)"
+        done, calls, made = self.bundled(VORLE_SIGN_AS=signer, VORLE_NOTARY="ada", VORLE_SPARKLE="FOLDER/Sparkle-2")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        signed = [(call.split("vorle.app", 1)[1].lstrip("/"), rights) for call, rights in zip(calls, calls[1:])
+                  if call.startswith("codesign --force")]
+        order = [name for name, rights in signed]
+        for name, holder in [("a.dylib", ""), ("Downloader.xpc", "Sparkle.framework"), ("Autoupdate", "Sparkle.framework"),
+                             ("Updater.app", "Sparkle.framework"), ("QtCore.framework", ""), ("Sparkle.framework", ""),
+                             ("vorle-guard", ""), ("vorle-demo-agent", ""), ("libvorle-widgets.dylib", ""),
+                             ("VorleShare.appex", ""), ("VorleWidget.appex", "")]:
+            at = [order.index(each) for each in order if each.endswith(name)]
+            self.assertEqual(len(at), 1, name)
+            outer = [order.index(each) for each in order if (each.endswith(holder) if holder else each == "")]
+            self.assertLess(at[0], outer[0], name)
+        self.assertEqual(order[-1], "")
+        rights = {name: said for name, said in signed if "key" in said}
+        self.assertEqual(len(rights), 3, "Qt’s libraries have no right of the app’s")
+        for name, said in rights.items():
+            self.assertIn("<string>TEAM42.fr.vorle.vorle</string>", said)
+            self.assertEqual("app-sandbox" in said, name.endswith(".appex"), name)
+            self.assertEqual("apple-events" in said, name == "", name)
+        self.assertFalse([call for call in calls if "--deep" in call])
+        for call in calls:
+            if call.startswith("codesign --force"):
+                self.assertIn("--options runtime", call)
+        notarised = [call.split()[1] for call in calls if call.startswith("xcrun") and "swiftc" not in call]
+        self.assertEqual(notarised, ["notarytool", "stapler"])
+        self.assertEqual(len([call for call in calls if call.startswith("ditto")]), 2, "again, with its ticket")
+        inside = made / "vorle.app/Contents"
+        for name in ["MacOS/vorle", "MacOS/libvorle-widgets.dylib", "Resources/vorle.icns", "Info.plist",
+                     "PlugIns/VorleShare.appex/Contents/MacOS/VorleShare",
+                     "PlugIns/VorleWidget.appex/Contents/Info.plist"]:
+            self.assertTrue((inside / name).exists(), name)
+        cask = (made / "vorle.rb").read_text()
+        self.assertNotIn("@", cask.replace("#{", ""))
+        self.assertIn(hashlib.sha256(b"zip\n").hexdigest(), cask)
+
+    def test_a_bundle_for_this_mac_alone_belongs_to_no_group(self):
+        done, calls, made = self.bundled("--unsigned")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertTrue((made / "vorle.app").exists())
+        rights = [call for call in calls if call.startswith("codesign-rights") and "key" in call]
+        self.assertEqual(len(rights), 3)
+        self.assertFalse([each for each in rights if "application-groups" in each])
+        self.assertFalse([call for call in calls if "notarytool" in call or "--options" in call])
+
+        for words, variables, said in [((), {}, "VORLE_SIGN_AS"),
+                                       (("--unsigned",), {"HELD": "/opt/homebrew/opt/curl/lib"}, "Homebrew")]:
+            done, calls, made = self.bundled(*words, **variables)
+            self.assertNotEqual(done.returncode, 0)
+            self.assertIn(said, done.stderr)
+            self.assertFalse([call for call in calls if call.startswith(("codesign", "ditto"))])
 
 
 if __name__ == "__main__":
