@@ -46,6 +46,10 @@ REFUSED = {
     r"\bsha256sum\b": "shasum -a 256", r"\breadlink -f\b": "not everywhere", r"\brealpath\b": "not everywhere",
     r"\bsed -i(?! '')": "wants a suffix", r"\bxargs\b[^|]* -[rd]\b": "GNU's", r"\bgrep -[A-Za-z]*P": "GNU's",
     r"\bdate -d\b": "GNU's", r"\bstat -c\b": "GNU's", r"\bcp [^|;]*-t\b": "GNU's", r"-printf\b": "GNU's",
+    r"\$\{?(BASHPID|EPOCHSECONDS|EPOCHREALTIME)\b": "bash 4", r"\bwait -n\b": "bash 4", r"\|&(?!\|)": "bash 4",
+    r"\b(local|declare) -n\b": "bash 4", r"\bcoproc\b": "bash 4", r"\bhead -[cn] ?-\d": "GNU's",
+    r"\bmktemp [^|;)]*--": "GNU's", r"\bbase64 -w": "GNU's", r"\btac\b": "no such tool", r"\bsetsid\b": "no such tool",
+    r"\b(ls|cp|mv|rm|grep|sed|sort|date|stat|du|find|ln|touch) [^|;]*(?<=\s)--[a-z]": "GNU's long options",
     r"\bnproc\b": "no such tool", r"\bsort -[A-Za-z]*V": "GNU's", r"&>>": "bash 4",
 }
 

@@ -156,7 +156,8 @@ class Planted(unittest.TestCase):
                  rights: right[rights].replace("app-sandbox", "app-sandbx"),
                  "packaging/macos/vorle.entitlements": "<plist><dict><key>a</key></plist>",
                  "packaging/macos/other/Info.plist": right["packaging/macos/widget/Info.plist.in"],
-                 "run": "#!/usr/bin/env bash\nmapfile -t lines\ntimeout 5 ls\nif true; then\n",
+                 "run": "#!/usr/bin/env bash\nmapfile -t lines\ntimeout 5 ls\n"
+                        "echo $BASHPID\nls a --color\nif true; then\n",
                  "app/A.qml": "Window {\n    flags: Qt.Tool | Qt.FramelessWindowHint\n}\n",
                  "app/C.cpp": "void a() {\n    // showMessage(x)\n    item.showMessage(x);\n"
                               "    setOrganizationName(x);\n}\n",
@@ -166,7 +167,7 @@ class Planted(unittest.TestCase):
         status, words = self.run_check("check-mac", right | wrong, "build")
         self.assertEqual(status, 1)
         for said in ["Info.plist.in: CFBundleName stands there twice", "fr.vorle.widget", "share.entitlements",
-                     "run:2:", "run:3:", "run: line 5: syntax error", "core/A.cpp:3:",
+                     "run:2:", "run:3:", "run:4:", "run:5:", "run: line 7: syntax error", "core/A.cpp:3:",
                      "Info.plist.in: without SUFeedURL", "other/Info.plist: nobody says", "vorle.entitlements: ",
                      "app/A.qml:2: ", "app/C.cpp:3: on", "app/C.cpp:4: on",
                      "no Swift file beside it says @objc(ShareViewController)",
