@@ -58,8 +58,10 @@ qt_add_qml_module(vorle_window
         window/MainWindow.cpp window/MainWindow.h
         window/OpenApp.cpp window/OpenApp.h
         window/MenuBar.cpp window/MenuBar.h
+        window/MenuTarget.cpp window/MenuTarget.h
         window/Opening.cpp window/Opening.h
         window/pictures/PictureFile.cpp window/pictures/PictureFile.h
+        window/pictures/DecodingDevice.cpp window/pictures/DecodingDevice.h
         window/pictures/SourcePictures.cpp window/pictures/SourcePictures.h
         window/desktop/QuickCapture.cpp window/desktop/QuickCapture.h
         window/QuitHandler.cpp window/QuitHandler.h

@@ -56,7 +56,8 @@ QVariantList partList(const QList<Brief::Part> &parts) {
 /// The first of its pictures that a page can be headed by.
 QString bannerOf(const Topic &topic) {
     for (const Picture &picture : topic.gallery) {
-        if (keptPictureSort(keptPicturePath(picture.file)) == PictureSort::Banner) {
+        const QString path = keptPicturePath(picture.file);
+        if (keptPictureSort(path) == PictureSort::Banner && canShowPicture(path)) {
             return picture.file;
         }
     }
@@ -88,6 +89,8 @@ void TopicPage::setTopicId(const QString &topicId) {
 
 void TopicPage::take(const QUuid &id) {
     const bool other = id != m_id;
+    const TopicPtr before = m_topic;
+    const ScoreExplanation score = m_score;
     m_id = id;
     m_topic = m_store.topic(id);
     if (other) {
@@ -96,6 +99,12 @@ void TopicPage::take(const QUuid &id) {
     m_score = m_topic ? openScore(*m_topic, m_provenance.of(id), m_clock.now().toLocalTime().date())
                       : ScoreExplanation();
     Q_EMIT topicChanged();
+    if (other || briefOf(before) != briefOf(m_topic)) {
+        Q_EMIT briefChanged();
+    }
+    if (other || score.grades != m_score.grades || score.facts != m_score.facts) {
+        Q_EMIT scoreChanged();
+    }
     Q_EMIT briefFailureChanged();
 }
 
@@ -133,7 +142,9 @@ QVariantList TopicPage::facts() const {
     return variants(list);
 }
 
-Brief TopicPage::brief() const { return hasBrief() ? *m_topic->brief : Brief(); }
+std::optional<Brief> TopicPage::briefOf(const TopicPtr &topic) {
+    return topic ? topic->brief : std::nullopt;
+}
 
 QVariantList TopicPage::essentials() const { return partList(brief().essentials); }
 

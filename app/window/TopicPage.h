@@ -26,24 +26,24 @@ class TopicPage final : public QObject {
     Q_PROPERTY(QString banner READ banner NOTIFY topicChanged FINAL)
     Q_PROPERTY(QString seenText READ seenText NOTIFY topicChanged FINAL)
     /// List of NamedGrade: the judge's four grades; empty when it gave none.
-    Q_PROPERTY(QVariantList grades READ grades NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QVariantList grades READ grades NOTIFY scoreChanged FINAL)
     /// List of NamedText: what else stood behind the score.
-    Q_PROPERTY(QVariantList facts READ facts NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QVariantList facts READ facts NOTIFY scoreChanged FINAL)
     /// Why the last try at reading notes failed, in the agent's own words; "" when it did not.
     Q_PROPERTY(QString briefFailure READ briefFailure NOTIFY briefFailureChanged FINAL)
     /// Whether its score is the user's own.
     Q_PROPERTY(bool corrected READ corrected NOTIFY topicChanged FINAL)
-    Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY topicChanged FINAL)
+    Q_PROPERTY(bool hasBrief READ hasBrief NOTIFY briefChanged FINAL)
     /// The judge's grades on one line, and the score they come to ("8 sur 10"); "" without.
     Q_PROPERTY(QString gradesText READ gradesText NOTIFY topicChanged FINAL)
     Q_PROPERTY(QString scoreText READ scoreText NOTIFY topicChanged FINAL)
     /// The reading notes: lists of ReadingPart, what they say for the project, what stays unclear,
     /// and a list of NamedLink; all empty without any.
-    Q_PROPERTY(QVariantList essentials READ essentials NOTIFY topicChanged FINAL)
-    Q_PROPERTY(QVariantList parts READ parts NOTIFY topicChanged FINAL)
-    Q_PROPERTY(QString forProject READ forProject NOTIFY topicChanged FINAL)
-    Q_PROPERTY(QString unclear READ unclear NOTIFY topicChanged FINAL)
-    Q_PROPERTY(QVariantList briefSources READ briefSources NOTIFY topicChanged FINAL)
+    Q_PROPERTY(QVariantList essentials READ essentials NOTIFY briefChanged FINAL)
+    Q_PROPERTY(QVariantList parts READ parts NOTIFY briefChanged FINAL)
+    Q_PROPERTY(QString forProject READ forProject NOTIFY briefChanged FINAL)
+    Q_PROPERTY(QString unclear READ unclear NOTIFY briefChanged FINAL)
+    Q_PROPERTY(QVariantList briefSources READ briefSources NOTIFY briefChanged FINAL)
 
 public:
     /// `provenance`, `briefs` and `clock` outlive it, as the store does. What is asked of it is
@@ -73,11 +73,16 @@ public:
 
 Q_SIGNALS:
     void topicChanged();
+    /// Lists are told only where they are others: what shows them is made anew, and words that are
+    /// marked in it, or a button that has the keyboard, would go.
+    void briefChanged();
+    void scoreChanged();
     void briefFailureChanged();
 
 private:
     void take(const QUuid &id);
-    Brief brief() const;
+    Brief brief() const { return briefOf(m_topic).value_or(Brief()); }
+    static std::optional<Brief> briefOf(const TopicPtr &topic);
 
     TopicStore &m_store;
     ScoreProvenanceLog &m_provenance;

@@ -3,6 +3,7 @@
 #include "base/WebLink.h"
 #include "search/web/AttributeReader.h"
 #include "search/web/Charset.h"
+#include "search/web/ImageBody.h"
 #include "search/web/ImageHeader.h"
 #include "search/web/Links.h"
 #include "search/web/PicturePage.h"
@@ -211,7 +212,7 @@ bool SourceImage::keeps(ImageSize size) {
 
 bool SourceImage::keeps(const QByteArray &bytes) {
     const auto size = bytes.size() <= maxPictureBytes ? imageSize(bytes) : std::nullopt;
-    return size && keeps(*size);
+    return size && keeps(*size) && !isOverloaded(bytes);
 }
 
 QString SourceImage::defaultCacheFolder() {

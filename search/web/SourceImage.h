@@ -18,8 +18,8 @@ namespace vorle {
 ///
 /// Pictures come from strangers: nothing is decoded here. A file is kept only when its first bytes
 /// are those of a PNG, JPEG, GIF, WebP or ICO, its header gives both sides between 8 and 8,192
-/// pixels and at most 16,777,216 pixels in all, and it has at most 5,000,000 bytes. SVG, being a
-/// program of sorts, is never kept.
+/// pixels and at most 16,777,216 pixels in all, it has at most 5,000,000 bytes, and decoding it
+/// takes no more than that says (`isOverloaded`). SVG, being a program of sorts, is never kept.
 ///
 /// Main thread; at most 8 sources at a time. May be deleted while pictures are under way: they go
 /// on by themselves, and end without a picture when the client is gone.

@@ -1,15 +1,19 @@
 #include "app/window/pictures/PictureFile.h"
 
+#include "app/window/pictures/DecodingDevice.h"
+#include "search/web/ImageBody.h"
 #include "search/web/SourceImage.h"
 
-#include <QBuffer>
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
+#include <QSet>
 
 #include <algorithm>
+#include <mutex>
 
 namespace vorle {
 
@@ -34,6 +38,43 @@ const char *formatOf(QByteArrayView file) {
 }
 
 bool isIco(QByteArrayView file) { return qstrcmp(formatOf(file), "ico") == 0; }
+
+/// Whether this system decodes that form: some of them it may lack.
+bool hasDecoder(QByteArrayView file) {
+    static const QList<QByteArray> known = QImageReader::supportedImageFormats();
+    const char *format = formatOf(file);
+    return format != nullptr && known.contains(format);
+}
+
+/// The files that could not be decoded. One that is replaced is another file.
+class Broken {
+public:
+    void add(const QString &path) {
+        const std::scoped_lock guard(m_lock);
+        m_files.insert(stateOf(path));
+    }
+    bool has(const QString &path) {
+        const std::scoped_lock guard(m_lock);
+        return !m_files.isEmpty() && m_files.contains(stateOf(path));
+    }
+
+private:
+    static QString stateOf(const QString &path) {
+        const QFileInfo file(path);
+        return QStringLiteral("%1 %2 %3")
+            .arg(path)
+            .arg(file.size())
+            .arg(file.lastModified().toMSecsSinceEpoch());
+    }
+
+    std::mutex m_lock;
+    QSet<QString> m_files;
+};
+
+Broken &broken() {
+    static Broken files;
+    return files;
+}
 
 /// Of the pictures in one file the largest.
 void takeLargest(QImageReader &reader) {
@@ -114,16 +155,24 @@ std::optional<PictureSort> keptPictureSort(const QString &path) {
     return size ? std::optional(pictureSort(*size, isIco(head))) : std::nullopt;
 }
 
-QImage setPicture(const QByteArray &file, const PictureLook &look) {
-    if (!SourceImage::keeps(file) || look.size.isEmpty()) {
+bool canShowPicture(const QString &path) {
+    const QByteArray file = isKnownBroken(path) ? QByteArray() : keptPicture(path);
+    return hasDecoder(file) && SourceImage::keeps(file) && !decodablePart(file).isEmpty();
+}
+
+bool isKnownBroken(const QString &path) { return broken().has(path); }
+
+void rememberBroken(const QString &path) { broken().add(path); }
+
+QImage setPicture(const QByteArray &file, const PictureLook &look,
+                  const std::function<bool()> &stopped) {
+    if (!SourceImage::keeps(file) || !hasDecoder(file) || look.size.isEmpty()) {
         return {};
     }
     const bool ico = isIco(file);
     const PictureSort sort = pictureSort(*imageSize(file), ico);
-    QBuffer buffer;
-    buffer.setData(file);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, formatOf(file));
+    DecodingDevice device(decodablePart(file), stopped);
+    QImageReader reader(&device, formatOf(file));
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     if (ico) {
@@ -134,7 +183,7 @@ QImage setPicture(const QByteArray &file, const PictureLook &look) {
         return {};
     }
     const QImage picture = decoded(reader, sort, look.size);
-    if (picture.isNull()) {
+    if (picture.isNull() || device.isGivenUp()) {
         return {};
     }
     QImage set(look.size, QImage::Format_ARGB32_Premultiplied);

@@ -8,6 +8,7 @@
 #include <QSize>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace vorle {
@@ -27,6 +28,13 @@ QString keptPicturePath(const QString &file);
 /// The sort of the picture kept in that file; nothing where there is none, or none that is known.
 /// Reads the file's first bytes: for the one topic that is being opened, not for a list.
 std::optional<PictureSort> keptPictureSort(const QString &path);
+/// Whether the picture kept in that file can be shown, as far as that is known without decoding it:
+/// this system decodes its form, it is all there, and it was not found broken. Reads all of it.
+bool canShowPicture(const QString &path);
+/// Whether that file, as it is now, was found to be none that can be decoded; and to say so. Known
+/// while the program runs. Any thread.
+bool isKnownBroken(const QString &path);
+void rememberBroken(const QString &path);
 
 /// How a picture is to be set. In pixels of the screen.
 struct PictureLook {
@@ -40,9 +48,13 @@ struct PictureLook {
 };
 
 /// A kept picture, cut and scaled to its place; null where its bytes are none that `SourceImage`
-/// keeps, or cannot be decoded. Its header is looked at before anything is decoded; what is
-/// decoded has at most the pixels that `SourceImage` allows, whatever its form. Pure, any thread.
-QImage setPicture(const QByteArray &file, const PictureLook &look);
+/// keeps, or cannot be decoded. Its header is looked at before anything is decoded; what is decoded
+/// has at most the pixels that `SourceImage` allows, of what else it holds a decoder is given
+/// nothing (`decodablePart`), and one that takes three seconds of work is given up.
+/// @param stopped  asked now and then, on the same thread: once it is true, null is given soon.
+/// Pure, any thread. @throws std::bad_alloc
+QImage setPicture(const QByteArray &file, const PictureLook &look,
+                  const std::function<bool()> &stopped = {});
 
 /// The whole file; empty where it cannot be read, is no plain file, or is larger than what is ever
 /// kept. Any thread.

@@ -8,7 +8,9 @@
 #include <QThread>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -43,7 +45,10 @@ std::optional<Asked> asked(const QString &id, QSize size) {
 } // namespace
 
 struct SourcePictures::State {
+    explicit State(QString where) : folder(std::move(where)) {}
+
     const QString folder;
+    std::atomic<bool> ending = false;
     std::mutex lock{};
     QCache<QString, QImage> kept{keptBytes}; // under the lock
 
@@ -109,14 +114,38 @@ void SourcePictures::Waiting::give(const QImage &picture) {
     }
 }
 
-SourcePictures::SourcePictures(QString folder) : m_state(new State{.folder = std::move(folder)}) {
+SourcePictures::SourcePictures(QString folder)
+    : m_state(std::make_shared<State>(std::move(folder))) {
     m_pool.setMaxThreadCount(1);
     m_pool.setThreadPriority(QThread::LowPriority);
 }
 
 SourcePictures::SourcePictures() : SourcePictures(SourceImage::defaultCacheFolder()) {}
 
-SourcePictures::~SourcePictures() { m_pool.clear(); }
+SourcePictures::~SourcePictures() {
+    m_state->ending = true;
+    m_pool.clear();
+}
+
+/// Nobody waits for it, or it cannot be shown: null. That it cannot be decoded is remembered.
+QImage SourcePictures::decoded(State &state, Waiting &waiting, const QString &file,
+                               const PictureLook &look) {
+    const QString path = state.folder + u'/' + file;
+    const auto stopped = [&] { return state.ending || !waiting.isWanted(); };
+    if (stopped() || isKnownBroken(path)) {
+        return {};
+    }
+    try {
+        const QByteArray bytes = keptPicture(path);
+        const QImage picture = setPicture(bytes, look, stopped);
+        if (picture.isNull() && !bytes.isEmpty() && !stopped()) {
+            rememberBroken(path);
+        }
+        return picture;
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
+}
 
 QQuickImageResponse *SourcePictures::requestImageResponse(const QString &id,
                                                           const QSize &requested) {
@@ -131,10 +160,7 @@ QQuickImageResponse *SourcePictures::requestImageResponse(const QString &id,
         return response;
     }
     m_pool.start([state = m_state, waiting, asked = *wanted, key] {
-        QImage picture;
-        if (waiting->isWanted()) {
-            picture = setPicture(keptPicture(state->folder + u'/' + asked.file), asked.look);
-        }
+        const QImage picture = decoded(*state, *waiting, asked.file, asked.look);
         if (!picture.isNull()) {
             state->keep(key, picture);
         }

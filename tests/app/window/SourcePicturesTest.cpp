@@ -2,14 +2,18 @@
 
 #include "app/window/pictures/SourcePictures.h"
 #include "app/window/pictures/PictureFile.h"
+#include "search/web/ImageBody.h"
+#include "search/web/SourceImage.h"
 #include "tests/support/Settle.h"
 #include "tests/support/Wait.h"
 
 #include <QBuffer>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QtEndian>
 
 #include <gtest/gtest.h>
@@ -111,6 +115,35 @@ TEST(PictureFile, is_set_in_its_place_whatever_form_it_has) {
     EXPECT_NEAR(setPicture(file(1200, 630), dark).pixelColor(120, 76).red(), 219, 2);
 }
 
+/// A chunk as a PNG has it.
+QByteArray chunk(const QByteArray &name, const QByteArray &data) {
+    QByteArray bytes(4, 0);
+    qToBigEndian(static_cast<quint32>(data.size()), bytes.data());
+    QByteArray sum(4, 0);
+    quint32 crc = 0xFFFFFFFF;
+    for (const char c : name + data) {
+        crc ^= static_cast<quint8>(c);
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320U : 0U);
+        }
+    }
+    qToBigEndian(~crc, sum.data());
+    return bytes + name + data + sum;
+}
+
+/// With texts in it, each a thousand times as large once it is unpacked.
+QByteArray swollen(QByteArray png, int texts) {
+    const QByteArray packed = qCompress(QByteArray(7'000'000, 'x'), 9).sliced(4);
+    const QByteArray text = chunk("zTXt", QByteArray("Comment\0\0", 9) + packed);
+    return png.insert(33, text.repeated(texts));
+}
+
+/// With each of its scans so many times.
+QByteArray rescanned(const QByteArray &jpeg, int scans) {
+    const qsizetype at = jpeg.indexOf("\xFF\xDA");
+    return jpeg.first(at) + jpeg.sliced(at, jpeg.size() - at - 2).repeated(scans) + jpeg.last(2);
+}
+
 TEST(PictureFile, shows_nothing_of_what_is_no_picture_or_too_much_of_one) {
     const QByteArray good = file(1200, 630);
     const struct {
@@ -129,10 +162,19 @@ TEST(PictureFile, shows_nothing_of_what_is_no_picture_or_too_much_of_one) {
         {"a name of another format", "RIFF\x10\0\0\0WEBPVP8 "},
         {"an empty list of icons", QByteArray("\0\0\1\0\0\0", 6)},
         {"a file of five million bytes", good + QByteArray(5'000'000, 'x')},
+        {"one that unpacks to gigabytes of text", swollen(good, 600)},
+        {"a JPEG of thousands of scans", rescanned(file(1200, 630, "JPEG"), 900)},
     };
     for (const auto &each : cases) {
         EXPECT_TRUE(setPicture(each.bytes, look).isNull()) << each.what;
     }
+    // A little of it is usual, and no decoder is given it.
+    const QByteArray noted = swollen(good, 3);
+    EXPECT_EQ(decodablePart(noted), good.first(33) + good.sliced(good.indexOf("IDAT") - 4));
+    EXPECT_FALSE(setPicture(noted, look).isNull());
+    EXPECT_FALSE(setPicture(file(1200, 630, "JPEG"), look).isNull());
+    int asked = 0;
+    EXPECT_TRUE(setPicture(good, look, [&] { return ++asked > 1; }).isNull()) << "nobody waits";
     // A picture whose data is not what its head says ends in nothing, or in a picture.
     for (qsizetype at = 30; at < good.size(); at += 97) {
         QByteArray torn = good;
@@ -189,6 +231,46 @@ TEST_F(SourcePicturesTest, gives_the_files_of_its_folder_and_no_others) {
         EXPECT_EQ(shown(id), QSize()) << id;
     }
     EXPECT_EQ(shown("efe8dd/-/12/a.img", {0, 0}), QSize());
+}
+
+TEST_F(SourcePicturesTest, does_not_try_again_what_it_found_broken) {
+    QByteArray torn = file(1200, 630);
+    torn.replace(torn.indexOf("IDAT") + 4, 40, QByteArray(40, 'x'));
+    keep("b.img", torn);
+    const QString path = m_folder.filePath(QStringLiteral("b.img"));
+    EXPECT_TRUE(canShowPicture(path)) << "as far as can be told";
+    EXPECT_EQ(shown("efe8dd/-/12/b.img"), QSize());
+    EXPECT_TRUE(isKnownBroken(path));
+    EXPECT_FALSE(canShowPicture(path));
+    keep("b.img", file(1300, 630)); // it is another one by now
+    EXPECT_TRUE(canShowPicture(path));
+    EXPECT_EQ(shown("efe8dd/-/12/b.img"), QSize(240, 152));
+}
+
+TEST_F(SourcePicturesTest, the_end_waits_for_no_picture) {
+    // As much work as is kept at all: the most pixels there may be, whose colours say nothing.
+    QImage noise(4096, 4096, QImage::Format_RGB32);
+    quint32 state = 1;
+    for (int y = 0; y < noise.height(); y += 8) {
+        for (int x = 0; x < noise.width(); ++x) {
+            state = state * 1664525 + 1013904223;
+            noise.setPixel(x, y, state >> 8);
+        }
+    }
+    QByteArray bytes;
+    QBuffer out(&bytes);
+    noise.save(&out, "PNG");
+    bytes.size() <= SourceImage::maxPictureBytes ? keep("c.img", bytes) : keep("c.img", {});
+    auto going = std::make_unique<SourcePictures>(m_folder.path());
+    const std::unique_ptr<QQuickImageResponse> response(
+        going->requestImageResponse(QStringLiteral("efe8dd/-/0/c.img"), {240, 152}));
+    QThread::msleep(30); // it is under way
+    QElapsedTimer clock;
+    clock.start();
+    going.reset();
+    EXPECT_LT(clock.elapsed(), 400);
+    EXPECT_FALSE(isKnownBroken(m_folder.filePath(QStringLiteral("c.img")))) << "it was given up";
+    test::settle();
 }
 
 TEST_F(SourcePicturesTest, may_be_given_up_or_go_at_any_moment) {
