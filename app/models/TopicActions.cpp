@@ -154,12 +154,16 @@ void TopicActions::decide(Map::Action action) {
     }
 }
 
-void TopicActions::showTopic(int section, const QString &topicId) {
-    if (of(static_cast<Section>(section)) == nullptr) {
+void TopicActions::showTopic(const QString &topicId) {
+    // Not where it was found: it may have been decided since, from elsewhere.
+    const auto at = std::ranges::find_if(m_selections, [&](const TopicSelection *each) {
+        return each->list()->rowOf(topicId) >= 0;
+    });
+    if (at == m_selections.end()) {
         tell(tr("Écarté\u00A0: il n’est plus dans tes rubriques."));
         return;
     }
-    m_sections.setCurrent(static_cast<Section>(section));
+    m_sections.setCurrent(static_cast<Section>(at - m_selections.begin()));
     selection()->show(topicId);
 }
 

@@ -41,9 +41,9 @@ public:
     /// Does the action, where it is one that acts on topics; false for all others. Nothing happens
     /// to a topic that may not be decided now: why is `said`.
     Q_INVOKABLE bool perform(vorle::KeyboardMap::Action action);
-    /// Goes to a topic that was found: its section, as a number, and the topic there; says so where
-    /// it is in none (-1).
-    Q_INVOKABLE void showTopic(int section, const QString &topicId);
+    /// Goes to a topic that was found: to its section, and to it there; says so where it is in
+    /// none.
+    Q_INVOKABLE void showTopic(const QString &topicId);
     /// Takes away the line that the last decided topic left, in whichever list.
     Q_INVOKABLE void forgetGhost();
 

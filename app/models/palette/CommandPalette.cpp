@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace vorle {
@@ -64,11 +65,9 @@ CommandPalette::CommandPalette(const TopicStore &store, Commands &commands, Topi
     });
     connect(&search, &TopicSearch::busyChanged, this, &CommandPalette::busyChanged);
     connect(&commands, &Commands::changed, this, &CommandPalette::follow);
-    connect(&store, &TopicStore::topicsAdded, this, [this] {
-        if (query().trimmed().isEmpty()) {
-            follow();
-        }
-    });
+    connect(&store, &TopicStore::topicsReset, this, &CommandPalette::followSoon);
+    connect(&store, &TopicStore::topicsAdded, this, &CommandPalette::followSoon);
+    connect(&store, &TopicStore::topicChanged, this, &CommandPalette::followSoon);
 }
 
 int CommandPalette::rowCount(const QModelIndex &parent) const {
@@ -86,6 +85,7 @@ QHash<int, QByteArray> CommandPalette::roleNames() const { return {{Entry, "entr
 void CommandPalette::open() {
     m_open = true;
     m_first = true;
+    m_recent.clear();
     m_search.prepare();
     m_search.refresh();
     build();
@@ -101,6 +101,7 @@ void CommandPalette::setQuery(const QString &query) {
         return;
     }
     m_first = true;
+    m_recent.clear();
     m_search.setQuery(query); // without words, it is answered by now
     Q_EMIT queryChanged();
 }
@@ -112,25 +113,42 @@ void CommandPalette::follow() {
     }
 }
 
+/// Of what is shown before a word is typed; answers tell of the rest. Once for many changes.
+void CommandPalette::followSoon() {
+    if (m_open && query().trimmed().isEmpty() && !std::exchange(m_due, true)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_due = false;
+                follow();
+            },
+            Qt::QueuedConnection);
+    }
+}
+
 void CommandPalette::build() {
     const QString words = query().trimmed();
+    const bool topicsHave =
+        std::ranges::any_of(m_search.found(), [](const auto &found) { return !found.near; });
     QList<PaletteEntry> rows;
-    QList<PaletteEntry> nearRows;
+    QList<PaletteEntry> behind;
     qsizetype offered = 0;
     for (const Commands::Offer &offer : m_commands.offers(words)) {
         if (words.isEmpty() || ++offered <= soughtCommands) {
-            (offer.near ? nearRows : rows).append(command(offer));
+            // What only looks alike never stands before a topic.
+            const bool waits = offer.near || (topicsHave && !offer.named);
+            (waits ? behind : rows).append(command(offer));
         }
     }
     if (!rows.isEmpty()) {
         rows.prepend(heading(tr("Commandes")));
     }
     words.isEmpty() ? void(rows += recentTopics()) : appendTopics(rows);
-    if (!nearRows.isEmpty()) { // what only looks alike never stands before a topic
+    if (!behind.isEmpty()) {
         if (rows.isEmpty() || m_search.count() > 0) {
             rows.append(heading(tr("Commandes")));
         }
-        rows += nearRows;
+        rows += behind;
     }
     show(std::move(rows));
 }
@@ -173,14 +191,26 @@ QList<PaletteEntry> CommandPalette::recentTopics() {
         }
     }
     m_topics = static_cast<qsizetype>(touched.size());
-    const std::size_t shown = std::min(touched.size(), recentTopicCount);
-    std::ranges::partial_sort(touched, touched.begin() + std::ptrdiff_t(shown));
+    // A list under somebody's eyes: those that stand there stay, and others only follow them.
+    m_recent.removeIf([this](const QUuid &id) {
+        const TopicPtr topic = m_store.topic(id);
+        return !topic || !sectionOf(*topic);
+    });
+    const std::size_t looked =
+        std::min(touched.size(), recentTopicCount + static_cast<std::size_t>(m_recent.size()));
+    std::ranges::partial_sort(touched, touched.begin() + std::ptrdiff_t(looked));
+    for (const auto &[moment, place] : std::span(touched).first(looked)) {
+        const QUuid id = topics[-place]->id;
+        if (std::size_t(m_recent.size()) < recentTopicCount && !m_recent.contains(id)) {
+            m_recent.append(id);
+        }
+    }
     QList<PaletteEntry> rows;
-    for (const auto &[moment, place] : std::span(touched).first(shown)) {
+    for (const QUuid &id : std::as_const(m_recent)) {
         if (rows.isEmpty()) {
             rows.append(heading(tr("Récents")));
         }
-        rows.append(topicEntry(*topics[-place]));
+        rows.append(topicEntry(*m_store.topic(id)));
     }
     return rows;
 }
@@ -215,20 +245,23 @@ void CommandPalette::show(QList<PaletteEntry> rows) {
     }
     const auto stays =
         std::ranges::find_if(m_rows, [&](const PaletteEntry &row) { return isSame(row, chosen); });
-    m_current = !m_first && !chosen.heading && stays != m_rows.end()
+    const int stood = m_current >= 0 ? m_current : m_from;
+    m_current = !m_first && m_current >= 0 && stays != m_rows.end()
                     ? static_cast<int>(stays - m_rows.begin())
                     : -1;
-    m_first = m_first && !m_search.isAnswered();
+    m_from = m_first ? -1 : stood;
+    const bool first = std::exchange(m_first, m_first && !m_search.isAnswered());
     Q_EMIT rowsChanged();
-    if (m_current < 0) {
+    if (first || stood < 0) {
         step(1);
     }
     Q_EMIT currentChanged();
 }
 
 void CommandPalette::step(int steps) {
-    int at = m_current;
     const int way = steps < 0 ? -1 : 1;
+    // From where the chosen one stood: what is there now is the first that follows.
+    int at = m_current >= 0 ? m_current : std::min(m_from, rowCount()) - (way > 0 && m_from > 0);
     for (int left = std::abs(steps); left > 0; --left) {
         int next = at + way;
         while (next >= 0 && next < rowCount() && m_rows[next].heading) {
@@ -250,7 +283,14 @@ void CommandPalette::choose(int row) {
 }
 
 QString CommandPalette::countText() const {
-    return query().trimmed().isEmpty() ? countedTopics(m_topics) : m_search.countText();
+    if (query().trimmed().isEmpty()) {
+        return countedTopics(m_topics);
+    }
+    if (m_search.count() > 0 || m_lines == 0 || !m_search.isAnswered()) {
+        return m_search.countText();
+    }
+    return tr("%1, aucun sujet")
+        .arg(m_lines == 1 ? tr("1 commande") : tr("%1 commandes").arg(m_lines));
 }
 
 } // namespace vorle

@@ -42,9 +42,11 @@ public:
 };
 
 /// ⌘K: what can be done now and the topics, by a few letters of either. Without a query, the
-/// commands that are wanted most, then the topics something was last done with. One row is chosen,
-/// never a heading; it stays the one it is while rows come and go around it, and a new query
-/// chooses the first. Main thread; what it is given outlives it.
+/// commands that are wanted most, then the topics something was last done with; those stay the same
+/// as long as it is open. One row is chosen, never a heading; it stays the one it is while rows
+/// come and go around it, and a new query chooses the first. Where the chosen one goes, none is
+/// chosen until a step is taken from its place: ↩ was not meant for what moved there. Main thread;
+/// what it is given outlives it.
 class CommandPalette final : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -54,7 +56,7 @@ class CommandPalette final : public QAbstractListModel {
     Q_PROPERTY(int current READ current NOTIFY currentChanged FINAL)
     /// The rows are of an earlier query still.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged FINAL)
-    /// How many topics there are, or were found.
+    /// How many topics there are, or were found; where commands alone were, how many.
     Q_PROPERTY(QString countText READ countText NOTIFY rowsChanged FINAL)
     /// How many rows there are of each height.
     Q_PROPERTY(int headings READ headings NOTIFY rowsChanged FINAL)
@@ -100,6 +102,7 @@ Q_SIGNALS:
 
 private:
     void follow();
+    void followSoon();
     void build();
     void show(QList<PaletteEntry> rows);
     void appendTopics(QList<PaletteEntry> &rows) const;
@@ -110,12 +113,15 @@ private:
     Commands &m_commands;
     TopicSearch &m_search;
     QList<PaletteEntry> m_rows;
+    QList<QUuid> m_recent; // that stay, the first one first
     int m_current = -1;
+    int m_from = -1; // without a chosen row: where the one that went stood
     int m_headings = 0;
     int m_lines = 0;
     int m_recents = 0;
     qsizetype m_topics = 0; // in the sections
     bool m_open = false;
+    bool m_due = false;
     bool m_first = true; // the next rows are of another query: their first one is chosen
 };
 

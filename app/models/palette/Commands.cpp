@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <ranges>
 
 namespace vorle {
@@ -95,6 +96,54 @@ QList<QByteArray> wordsOf(const QString &text) {
     return words;
 }
 
+/// The words that were typed; nothing where one of them is no word, as "c++", of which no command
+/// is called by what is left.
+std::optional<QList<QByteArray>> typedWords(const QString &text) {
+    const QByteArray folded = foldedForSearch(text);
+    const bool plain = std::ranges::all_of(folded, [](char c) {
+        return belongsToWord(c) || c == ' ' || c == '\'' || c == '-' || c == ':';
+    });
+    return plain ? std::optional(wordsOf(text)) : std::nullopt;
+}
+
+/// What it does is seen at once and is undone by going back, or goes no further than the
+/// pasteboard: the others decide, begin or end something, or lead out of the window.
+bool onlyShows(Map::Action action) {
+    switch (action) {
+    case Map::AddTopic:
+    case Map::GoInbox:
+    case Map::GoProgram:
+    case Map::GoReserve:
+    case Map::GoLibrary:
+    case Map::GoTerritory:
+    case Map::GoReport:
+    case Map::OpenSettings:
+    case Map::ShowShortcuts:
+    case Map::ToggleCard:
+    case Map::CloseCard:
+    case Map::CopyLink:
+    case Map::Correct:
+    case Map::SendFeedback:
+    case Map::LargerText:
+    case Map::SmallerText:
+    case Map::UsualText:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Whether what was typed is the name from its beginning on: its first word wholly, of the others
+/// the last as far as it goes.
+bool begins(const QList<QByteArray> &typed, const QList<QByteArray> &name) {
+    if (typed.size() > name.size() || typed.first() != name.first()) {
+        return false;
+    }
+    const qsizetype last = typed.size() - 1;
+    return std::equal(typed.begin(), typed.begin() + last, name.begin()) &&
+           name[last].startsWith(typed[last]);
+}
+
 } // namespace
 
 Commands::Commands(Parts parts, QObject *parent) : QObject(parent), m_parts(parts) {
@@ -110,6 +159,9 @@ Commands::Commands(Parts parts, QObject *parent) : QObject(parent), m_parts(part
         TopicSelection *selection = m_parts.actions.of(section);
         follow(selection, &TopicSelection::currentChanged);
         follow(selection, &TopicSelection::enlargedChanged);
+        // Which rows there are, and whether the chosen one may be decided by now.
+        follow(selection->list(), &TopicListModel::countChanged);
+        follow(selection->list(), &TopicListModel::dataChanged);
     }
     connect(&m_parts.preferences, &Preferences::changed, this, [this](const QString &key) {
         if (Preferences::isKeyOf(key, &Settings::textScale)) {
@@ -176,7 +228,7 @@ bool Commands::canAct(Map::Action action) const {
         return hasTopic() && chosen->isEnlarged();
     case Map::OpenSource:
     case Map::CopyLink:
-        return hasTopic();
+        return hasTopic() && !chosen->list()->card(chosen->currentRow()).sources().isEmpty();
     case Map::Correct:
         return hasTopic() && chosen->list()->card(chosen->currentRow()).refusal().isEmpty();
     case Map::ReadAgain:
@@ -242,7 +294,11 @@ bool Commands::perform(Map::Action action) {
 }
 
 QList<Commands::Offer> Commands::offers(const QString &words) const {
-    const QList<QByteArray> typed = wordsOf(words);
+    const auto read = typedWords(words);
+    if (!read) {
+        return {};
+    }
+    const QList<QByteArray> &typed = *read;
     struct Ranked {
         Offer offer;
         int distance;
@@ -263,15 +319,19 @@ QList<Commands::Offer> Commands::offers(const QString &words) const {
             wordsOf(*row.words == '\0' ? QString() : Table::tr(row.words));
         int sum = 0;
         bool near = false;
+        bool ofName = true;
         const bool all = std::ranges::all_of(typed, [&](const QByteArray &word) {
             // Its own words before the others that it is found by.
-            const int least = std::min(2 * distance(word, own), 2 * distance(word, other) + 1);
+            const int ofOwn = 2 * distance(word, own);
+            const int least = std::min(ofOwn, 2 * distance(word, other) + 1);
             sum += least;
             near = near || least >= 4;
+            ofName = ofName && least == ofOwn;
             return least < 6;
         });
         if (all) {
-            found.push_back({{row.action, near}, sum});
+            const bool named = onlyShows(row.action) ? ofName : begins(typed, own);
+            found.push_back({{row.action, near, named}, sum});
         }
     }
     std::ranges::stable_sort(found, {}, &Ranked::distance);

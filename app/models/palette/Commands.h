@@ -42,10 +42,15 @@ public:
     Q_INVOKABLE bool perform(vorle::KeyboardMap::Action action);
 
     /// What the palette offers: those that can act now and are found by the words, the nearest
-    /// first. Without words, the few that are wanted most, in an order that stays.
+    /// first. Without words, the few that are wanted most, in an order that stays. Words with
+    /// signs in them ("c++") are of no command.
     struct Offer {
         KeyboardMap::Action action;
         bool near = false; ///< found by words that only look like its own
+        /// What was typed is its name, or words of it; one that does more than show something is
+        /// named from the beginning on, with its first word whole. Others may not stand before a
+        /// topic that has the same words: ↩ would do what nobody asked for.
+        bool named = true;
     };
     QList<Offer> offers(const QString &words) const;
 

@@ -106,6 +106,7 @@ void TopicSearch::setQuery(const QString &query) {
 }
 
 void TopicSearch::prepare() {
+    m_looked = true;
     m_letGo.stop();
     if (m_index.isEmpty()) {
         ask();
@@ -120,12 +121,13 @@ void TopicSearch::refresh() {
 
 /// Soon, and not over and over as long as topics come.
 void TopicSearch::askAgain() {
-    if (!m_query.isEmpty() && !m_letGo.isActive() && !m_again.isActive()) {
+    if (m_looked && !m_query.isEmpty() && !m_again.isActive()) {
         m_again.start();
     }
 }
 
 void TopicSearch::rest() {
+    m_looked = false;
     m_again.stop();
     m_letGo.start();
 }
@@ -157,7 +159,7 @@ TopicSearch::Answer TopicSearch::searchIn(const SearchIndex &old, const QList<To
     for (const SearchHit &hit : given.hits) {
         answer.found.append({hit.topic,
                              markedForSearch(shownWords(hit.topic->title), hit.words, hit.near),
-                             withoutHidden(hit.styled), hit.outside});
+                             withoutHidden(hit.styled), hit.outside, hit.near});
     }
     return answer;
 }

@@ -23,6 +23,7 @@ public:
         QString title;
         QString snippet;      ///< around what was found, on one line
         bool outside = false; ///< of another section than the one that was named
+        bool near = false;    ///< by words that only look like those that were typed
     };
 
     explicit TopicSearch(TopicStore &store, QObject *parent = nullptr);
@@ -41,7 +42,8 @@ public:
     /// The section that the answered query names.
     std::optional<TopicSection> section() const { return m_section; }
 
-    /// A query will come soon: makes what it is answered from.
+    /// Somebody looks, and a query will come soon: makes what it is answered from. Until `rest`,
+    /// the query is answered again as topics come.
     void prepare();
     /// Answers the present query once more, from the topics as they are now.
     void refresh();
@@ -82,7 +84,8 @@ private:
     qsizetype m_outside = 0;
     std::optional<TopicSection> m_section;
     bool m_busy = false;
-    bool m_asked = false; // the present query waits for an answer
+    bool m_asked = false;  // the present query waits for an answer
+    bool m_looked = false; // at what is found
     QTimer m_letGo;
     QTimer m_again; // topics came since
     TaskGroup m_work;

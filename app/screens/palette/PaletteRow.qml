@@ -37,9 +37,24 @@ Item {
         id: hover
         enabled: !row.entry.heading
     }
+    // Rows change in place: what stands here at the release may not be what was pressed.
+    property string pressedOn: ""
+
+    function sign(): string {
+        return entry.topicId + " " + entry.action;
+    }
     TapHandler {
         enabled: !row.entry.heading
-        onTapped: row.picked()
+        onPressedChanged: {
+            if (pressed) {
+                row.pressedOn = row.sign();
+            }
+        }
+        onTapped: {
+            if (row.pressedOn === row.sign()) {
+                row.picked();
+            }
+        }
     }
     Rectangle {
         anchors.fill: parent

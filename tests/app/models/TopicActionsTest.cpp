@@ -163,11 +163,12 @@ TEST_F(TopicActionsTest, the_page_says_where_a_topic_went_and_is_put_away_with_i
     EXPECT_TRUE(inbox().isEnlarged());
     EXPECT_EQ(inbox().currentId(), seven);
     // The way to a topic that was found leads out of it.
-    actions.showTopic(static_cast<int>(Section::Program), kept);
+    actions.showTopic(kept);
     EXPECT_FALSE(inbox().isEnlarged());
     EXPECT_EQ(actions.selection(), actions.of(Section::Program));
     EXPECT_EQ(actions.selection()->currentId(), kept);
-    actions.showTopic(-1, seven);
+    decisions.dismiss(seven);
+    actions.showTopic(seven);
     EXPECT_EQ(words(), text("Écarté\u00A0: il n’est plus dans tes rubriques."));
     // Nothing falls on a topic where no list is.
     sections.setCurrent(Section::Report);

@@ -84,6 +84,9 @@ TEST_F(CommandsTest, are_found_by_their_words_and_by_others_the_nearest_first) {
     EXPECT_EQ(offered("programme"), text("Garder au programme|Aller au Programme"));
     EXPECT_EQ(offered("texte"), text("Agrandir le texte|Réduire le texte"));
     EXPECT_EQ(offered("photo"), QString());
+    for (const char *word : {"++", "c++", "c#", "a.b"}) {
+        EXPECT_EQ(offered(word), QString()) << word;
+    }
 }
 
 TEST_F(CommandsTest, the_size_of_type_goes_by_steps_between_its_bounds_and_is_said) {

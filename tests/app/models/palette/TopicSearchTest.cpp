@@ -67,9 +67,19 @@ TEST(TopicSearch, answers_the_same_query_again_from_the_topics_as_they_are_now) 
     ASSERT_EQ(search.count(), 2);
     EXPECT_EQ(search.found()[0].topic->title, text("zig.org"));
     EXPECT_EQ(search.found()[1].topic->title, text("Rust"));
-    // What a run lands is found without another letter.
+    // What a run lands is found without another letter, as long as somebody looks.
+    search.prepare();
     store.add({sampleTopic(text("zig 2"))});
     spinUntil([&] { return search.count() == 3; });
+    search.rest();
+    int asked = 0;
+    QObject::connect(&search, &TopicSearch::busyChanged, [&] { ++asked; });
+    store.add({sampleTopic(text("zig 3"))});
+    test::waitFor(sleepFor(std::chrono::milliseconds(600))); // longer than topics take to land
+    EXPECT_EQ(asked, 0);
+    search.prepare();
+    search.refresh();
+    spinUntil([&] { return search.count() == 4; });
 }
 
 TEST(TopicSearch, a_word_that_names_a_section_asks_for_it) {
