@@ -246,13 +246,13 @@ int TopicListModel::countUnder(const QString &heading) const {
 }
 
 bool TopicListModel::isNew(const Topic &topic) const {
-    return m_section == sections::Section::Inbox && m_newSince.isValid() && !topic.capturedURL &&
-           topic.foundAt > m_newSince;
+    return m_section == sections::Section::Inbox && m_newSince && !topic.capturedURL &&
+           m_newSince->isBefore(topic, m_store);
 }
 
-void TopicListModel::setNewSince(const QDateTime &moment) {
-    if (moment != m_newSince) {
-        m_newSince = moment;
+void TopicListModel::setNewSince(const std::optional<TopicsSeen> &seen) {
+    if (seen != m_newSince) {
+        m_newSince = seen;
         rewordAll();
     }
 }

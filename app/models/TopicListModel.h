@@ -2,6 +2,7 @@
 
 #include "app/models/Section.h"
 #include "app/models/TopicCard.h"
+#include "app/models/TopicsSeen.h"
 #include "app/triage/ReserveActivity.h"
 #include "app/triage/SectionOrder.h"
 #include "base/Clock.h"
@@ -10,6 +11,8 @@
 #include <QAbstractListModel>
 #include <QHash>
 #include <QtQml/qqmlregistration.h>
+
+#include <optional>
 
 namespace vorle {
 
@@ -65,9 +68,11 @@ public:
     /// Of the program: the topics that do not fit in the week stand below the others.
     void setWaiting(QSet<QUuid> ids);
 
-    /// Of "À trier": what was found after that moment is told to be new; nothing while it is not
-    /// valid, and never what the person captured.
-    void setNewSince(const QDateTime &moment);
+    /// Of "À trier": what came since then is told to be new; nothing while there is no such moment,
+    /// and never what the person captured.
+    void setNewSince(const std::optional<TopicsSeen> &seen);
+    /// What there is to be seen now, in all sections.
+    TopicsSeen seen() const { return TopicsSeen::of(m_store, m_clock.now()); }
 
     /// Words its cards anew where another day began since they were last worded.
     void followDay();
@@ -133,8 +138,8 @@ private:
     qint64 m_runEnd = -1;
     int m_ofRun = 0;
     int m_turns = 0;
-    QDateTime m_newSince; // not valid: nothing is new
-    QDate m_day;          // that the cards were worded for
+    std::optional<TopicsSeen> m_newSince;
+    QDate m_day; // that the cards were worded for
 };
 
 } // namespace vorle

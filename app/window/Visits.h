@@ -1,8 +1,11 @@
 #pragma once
 
+#include "app/models/TopicsSeen.h"
+
 #include <QDateTime>
 
 #include <optional>
+#include <utility>
 
 namespace vorle {
 
@@ -13,13 +16,13 @@ class Visits {
 public:
     Visits() = default;
     /// As they were kept.
-    Visits(std::optional<QDateTime> left, std::optional<QDateTime> newSince)
+    Visits(std::optional<TopicsSeen> left, std::optional<TopicsSeen> newSince)
         : m_left(std::move(left)), m_newSince(std::move(newSince)) {}
 
     /// The window is about to be shown, to somebody or to nobody.
     void expect(const QDateTime &now) {
         constexpr qint64 away = 30 * 60;
-        if (m_left && m_left->secsTo(now) >= away) {
+        if (m_left && m_left->at.secsTo(now) >= away) {
             m_newSince = m_left;
         }
     }
@@ -28,22 +31,21 @@ public:
         expect(now);
         m_here = true;
     }
-    /// It leaves it. What a run that is under way found was not seen: it is handed out at its end.
-    /// @param runBegan  of that run
-    void leave(const QDateTime &now, const std::optional<QDateTime> &runBegan) {
+    /// It leaves it, with these to be seen.
+    void leave(TopicsSeen seen) {
         if (m_here) {
-            m_left = runBegan.value_or(now);
+            m_left = std::move(seen);
         }
         m_here = false;
     }
 
-    const std::optional<QDateTime> &left() const { return m_left; }
+    const std::optional<TopicsSeen> &left() const { return m_left; }
     /// Nothing where nothing is new.
-    const std::optional<QDateTime> &newSince() const { return m_newSince; }
+    const std::optional<TopicsSeen> &newSince() const { return m_newSince; }
 
 private:
-    std::optional<QDateTime> m_left; // when they were last here
-    std::optional<QDateTime> m_newSince;
+    std::optional<TopicsSeen> m_left; // when they were last here
+    std::optional<TopicsSeen> m_newSince;
     bool m_here = false;
 };
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "app/models/TopicsSeen.h"
 #include "base/Json.h"
 
-#include <QDateTime>
 #include <QMap>
 #include <QRect>
 #include <QString>
@@ -24,8 +24,8 @@ struct WindowState {
     int section = 0;
     bool toldOfMenuBar = false; ///< the user knows that closing leaves the app in the menu bar
     std::optional<QMap<QString, QString>> drafts = {}; ///< see Drafts
-    std::optional<QDateTime> left = {};                ///< see Visits
-    std::optional<QDateTime> newSince = {};            ///< likewise
+    std::optional<TopicsSeen> seen = {};               ///< see Visits: when they left
+    std::optional<TopicsSeen> newAfter = {};           ///< likewise: since when things are new
     json::Rest unknown = {};                           ///< keys of a later version
     bool refused = false; ///< by the system, which did not let the file be read
 
@@ -36,8 +36,8 @@ struct WindowState {
             json::field("maximised", &WindowState::maximised),
             json::field("section", &WindowState::section),
             json::field("toldOfMenuBar", &WindowState::toldOfMenuBar),
-            json::field("drafts", &WindowState::drafts), json::field("left", &WindowState::left),
-            json::field("newSince", &WindowState::newSince));
+            json::field("drafts", &WindowState::drafts), json::field("seen", &WindowState::seen),
+            json::field("newAfter", &WindowState::newAfter));
     }
     static constexpr auto jsonRest() { return &WindowState::unknown; }
     bool operator==(const WindowState &) const = default;

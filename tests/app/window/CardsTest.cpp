@@ -202,15 +202,12 @@ TEST_F(CardsTest, the_next_card_opens_in_the_place_of_the_one_that_folds) {
 }
 
 TEST_F(CardsTest, what_came_since_the_last_visit_has_a_dot) {
+    fill();
     WindowState state;
     state.setGeometry({20, 20, 1180, 780});
-    state.left = m_app->clock().now().addDays(-2);
+    state.seen = TopicsSeen::of(store(), m_app->clock().now().addDays(-2));
     state.save(store().file());
-    fill();
-    Topic fresh = test::sampleTopic(text("Tout neuf"));
-    fresh.score = 5;
-    fresh.foundAt = m_app->clock().now().addSecs(-60);
-    store().add({fresh});
+    store().add({test::sampleTopic(text("Tout neuf"))});
     open();
     turn();
     int dots = 0;
@@ -220,9 +217,10 @@ TEST_F(CardsTest, what_came_since_the_last_visit_has_a_dot) {
     EXPECT_EQ(dots, 1);
     m_main->saveState();
     const WindowState kept = WindowState::load(store().file());
-    EXPECT_EQ(kept.newSince, state.left);
-    ASSERT_TRUE(kept.left);
-    EXPECT_GT(*kept.left, *state.left);
+    EXPECT_EQ(kept.newAfter, state.seen);
+    ASSERT_TRUE(kept.seen);
+    EXPECT_GT(kept.seen->at, state.seen->at);
+    EXPECT_NE(kept.seen->last, state.seen->last);
 }
 
 } // namespace

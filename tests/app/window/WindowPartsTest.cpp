@@ -60,27 +60,28 @@ TEST(WindowState, the_small_panel_hangs_from_its_item_and_stays_whole) {
 TEST(Visits, what_is_new_came_since_the_person_was_last_here) {
     const QDateTime day(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
     const auto at = [&](int minutes) { return day.addSecs(minutes * 60); };
+    const auto seen = [&](int minutes) {
+        return TopicsSeen{.at = at(minutes), .last = {}, .held = {}};
+    };
     Visits visits;
     visits.come(at(0));
     EXPECT_FALSE(visits.newSince()) << "a first visit";
-    visits.leave(at(10), {});
+    visits.leave(seen(10));
     visits.come(at(39));
     EXPECT_FALSE(visits.newSince()) << "never away";
-    visits.leave(at(60), {});
-    visits.leave(at(70), {}); // it was not here
-    EXPECT_EQ(visits.left(), at(60));
+    visits.leave(seen(60));
+    visits.leave(seen(70)); // it was not here
+    EXPECT_EQ(visits.left(), seen(60));
     visits.expect(at(200)); // nobody looks
     visits.come(at(300));
-    EXPECT_EQ(visits.newSince(), at(60));
-    // A run that was under way hands out what it found afterwards.
-    visits.leave(at(320), at(305));
-    EXPECT_EQ(visits.left(), at(305));
+    EXPECT_EQ(visits.newSince(), seen(60));
+    visits.leave(seen(320));
     Visits later(visits.left(), visits.newSince());
     later.come(at(330));
-    EXPECT_EQ(later.newSince(), at(60)) << "the program was begun anew meanwhile";
-    later.leave(at(340), {});
+    EXPECT_EQ(later.newSince(), seen(60)) << "the program was begun anew meanwhile";
+    later.leave(seen(340));
     later.come(at(400));
-    EXPECT_EQ(later.newSince(), at(340));
+    EXPECT_EQ(later.newSince(), seen(340));
 }
 
 TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
@@ -90,7 +91,9 @@ TEST(WindowState, lies_beside_the_topics_and_a_broken_one_is_passed_over) {
     state.setGeometry({10, 20, 900, 600});
     state.section = 3;
     state.toldOfMenuBar = true;
-    state.left = QDateTime(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC);
+    state.seen = TopicsSeen{.at = QDateTime(QDate(2026, 11, 2), QTime(9, 0), Qt::UTC),
+                            .last = QUuid::createUuid(),
+                            .held = {QUuid::createUuid()}};
     state.save(topics);
     EXPECT_EQ(WindowState::load(topics), state);
     EXPECT_EQ(WindowState::load(folder.filePath(QStringLiteral("demo-topics.json"))),
