@@ -37,11 +37,9 @@ Window {
     function resizes(action: int): bool {
         return action === KeyboardMap.LargerText || action === KeyboardMap.SmallerText || action === KeyboardMap.UsualText;
     }
-    // Asked for in a menu: as its key, where that would reach.
-    function command(action: int) {
-        if ((!covered || actsOverPanels(action)) && (!shell.onboarding.shown || resizes(action))) {
-            perform(action);
-        }
+    // A panel keeps the keyboard; so does the first set-up, over which nothing opens.
+    function reaches(action: int): bool {
+        return (!covered || actsOverPanels(action)) && (!shell.onboarding.shown || resizes(action));
     }
     // A panel went: the keyboard goes back to the section.
     function resume() {
@@ -58,7 +56,7 @@ Window {
     }
     function showTopic(section: int, topicId: string) {
         panels.close();
-        shell.actions.showTopic(section, topicId);
+        shell.actions.showTopic(topicId); // where it is by now
         screen.focusContent();
     }
     function askToClose() {
@@ -106,7 +104,18 @@ Window {
     }
     // What lies behind a card is worked out only when it is looked at.
     readonly property string readId: selection?.enlarged ? chosenId : ""
-    onReadIdChanged: shell.page.topicId = readId
+    onReadIdChanged: {
+        if (readId === "") {
+            readNoMore.restart();
+        } else {
+            shell.page.topicId = readId;
+        }
+    }
+    Timer {
+        id: readNoMore
+        interval: Theme.quick // it is still seen for so long
+        onTriggered: main.shell.page.topicId = main.readId
+    }
 
     Loader {
         id: notch
@@ -133,11 +142,8 @@ Window {
             if (action === KeyboardMap.NoAction) {
                 return;
             }
-            if (main.shell.onboarding.shown && !main.resizes(action)) {
-                return; // it keeps the keyboard, and nothing opens over it
-            }
-            if (main.covered && !main.actsOverPanels(action)) {
-                return; // a panel keeps the keyboard
+            if (!main.reaches(action)) {
+                return;
             }
             if (event.isAutoRepeat && !main.shell.keyboard.repeats(action)) {
                 event.accepted = true;
@@ -149,6 +155,10 @@ Window {
             }
             main.perform(action);
             event.accepted = true;
+            // A button that had the keyboard may be gone.
+            if (main.activeFocusItem === main.screen) {
+                main.screen.focusContent();
+            }
         }
 
         SideBar {

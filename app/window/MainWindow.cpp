@@ -10,7 +10,6 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QKeyEvent>
 #include <QPalette>
 #include <QQmlComponent>
 #include <QQuickItem>
@@ -43,11 +42,11 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
     , m_shell(shell)
     , m_topicsFile(std::move(topicsFile))
     , m_state(WindowState::load(m_topicsFile))
-    , m_visits(m_state.left, m_state.newSince) {
+    , m_visits(m_state.seen, m_state.newAfter) {
     shell.sections()->setCurrent(
         static_cast<Section>(std::clamp(m_state.section, 0, sectionCount - 1)));
     m_visits.expect(shell.clock().now());
-    shell.inbox()->setNewSince(m_visits.newSince().value_or(QDateTime()));
+    shell.inbox()->setNewSince(m_visits.newSince());
     shell.drafts()->take(m_state.drafts.value_or(QMap<QString, QString>()));
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QStringLiteral("pictures"), new SourcePictures);
@@ -85,16 +84,12 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::followVisits() {
-    connect(m_shell.run(), &RunModel::runningChanged, this, [this] {
-        m_runBegan = m_shell.run()->running() ? std::optional(m_shell.clock().now()) : std::nullopt;
-    });
     connect(m_window, &QWindow::activeChanged, this, [this] {
-        const QDateTime now = m_shell.clock().now();
         if (m_window->isActive()) {
-            m_visits.come(now);
-            m_shell.inbox()->setNewSince(m_visits.newSince().value_or(QDateTime()));
+            m_visits.come(m_shell.clock().now());
+            m_shell.inbox()->setNewSince(m_visits.newSince());
         } else {
-            m_visits.leave(now, m_runBegan);
+            m_visits.leave(m_shell.inbox()->seen());
         }
     });
 }
@@ -165,58 +160,6 @@ void MainWindow::raise() {
 void MainWindow::perform(KeyboardMap::Action action) {
     raise();
     QMetaObject::invokeMethod(m_window, "perform", Q_ARG(int, static_cast<int>(action)));
-}
-
-void MainWindow::choose(KeyboardMap::Action action) {
-    if (!m_window->isVisible() && !m_shell.keyboard()->isEverywhere(action) &&
-        action != KeyboardMap::SendFeedback && action != KeyboardMap::LookForUpdate) {
-        return; // nobody sees on what it would fall
-    }
-    raise();
-    QMetaObject::invokeMethod(m_window, "command", Q_ARG(int, static_cast<int>(action)));
-}
-
-void MainWindow::choose(WindowCommand command) {
-    // What the window in front makes of a key is its own.
-    const auto press = [this](Qt::Key key) {
-        QWindow *front = QGuiApplication::focusWindow();
-        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-            QKeyEvent event(type, key, Qt::ControlModifier);
-            QCoreApplication::sendEvent(front != nullptr ? front : m_window, &event);
-        }
-    };
-    switch (command) {
-    case WindowCommand::None:
-        break;
-    case WindowCommand::Close:
-        m_window->close();
-        break;
-    case WindowCommand::Minimize:
-        m_window->showMinimized();
-        break;
-    case WindowCommand::FullScreen:
-        m_window->visibility() == QWindow::FullScreen ? m_window->showNormal()
-                                                      : m_window->showFullScreen();
-        break;
-    case WindowCommand::Raise:
-        raise();
-        break;
-    case WindowCommand::Quit:
-        Q_EMIT quitAsked();
-        break;
-    case WindowCommand::Cut:
-        press(Qt::Key_X);
-        break;
-    case WindowCommand::Copy:
-        press(Qt::Key_C);
-        break;
-    case WindowCommand::Paste:
-        press(Qt::Key_V);
-        break;
-    case WindowCommand::SelectAll:
-        press(Qt::Key_A);
-        break;
-    }
 }
 
 void MainWindow::showSection(const QString &title) {
@@ -347,9 +290,9 @@ void MainWindow::saveState() {
     const QMap<QString, QString> &drafts = m_shell.drafts()->all();
     m_state.drafts = drafts.isEmpty() ? std::nullopt : std::optional(drafts);
     Visits ended = m_visits; // if it ends now
-    ended.leave(m_shell.clock().now(), m_runBegan);
-    m_state.left = ended.left();
-    m_state.newSince = ended.newSince();
+    ended.leave(m_shell.inbox()->seen());
+    m_state.seen = ended.left();
+    m_state.newAfter = ended.newSince();
     m_state.save(m_topicsFile);
 }
 

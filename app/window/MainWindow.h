@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/models/palette/Menus.h"
+#include "app/models/KeyboardMap.h"
 #include "app/window/Fonts.h"
 #include "app/window/Visits.h"
 #include "app/window/WindowState.h"
@@ -54,10 +54,6 @@ public:
     Q_SLOT void lookForUpdate();
     /// Shows the window and does what the keyboard map calls so.
     void perform(KeyboardMap::Action action);
-    /// What a menu asks for: where a panel or the first set-up has the keyboard, only what its key
-    /// would do there too; nothing to a topic while the window is away.
-    void choose(KeyboardMap::Action action);
-    void choose(WindowCommand command);
     /// Shows the window on the section of that title, whatever lay over it; on the one it shows
     /// already where there is none.
     void showSection(const QString &title);
@@ -97,7 +93,6 @@ private:
     QString m_topicsFile;
     WindowState m_state;
     Visits m_visits;
-    std::optional<QDateTime> m_runBegan; // of the run under way
     MotionSetting *m_motion = nullptr;
     QQmlEngine m_engine;
     std::unique_ptr<QObject> m_look; // what the theme is turned by

@@ -1,9 +1,12 @@
 #include "app/window/MenuBar.h"
 
 #include "app/models/palette/Commands.h"
+#include "app/window/MenuTarget.h"
 
 #include <QGuiApplication>
 #include <QMenu>
+
+#include <utility>
 
 namespace vorle {
 
@@ -13,6 +16,9 @@ namespace {
 QAction::MenuRole roleOf(const MenuEntry &entry) {
     if (entry.command == WindowCommand::Quit) {
         return QAction::QuitRole;
+    }
+    if (entry.command == WindowCommand::About) {
+        return QAction::AboutRole;
     }
     if (entry.action == KeyboardMap::OpenSettings) {
         return QAction::PreferencesRole;
@@ -25,9 +31,11 @@ QAction::MenuRole roleOf(const MenuEntry &entry) {
 
 bool MenuBar::isWanted() { return QGuiApplication::platformName() == u"cocoa"; }
 
-MenuBar::MenuBar(Commands &commands, QObject *parent) : QObject(parent), m_commands(commands) {
+MenuBar::MenuBar(Commands &commands, MenuTarget &target, QObject *parent)
+    : QObject(parent), m_commands(commands), m_target(target) {
     build();
-    connect(&commands, &Commands::changed, this, &MenuBar::follow);
+    connect(&commands, &Commands::changed, this, qOverload<>(&MenuBar::follow));
+    connect(&target, &MenuTarget::changed, this, qOverload<>(&MenuBar::follow));
 }
 
 void MenuBar::build() {
@@ -36,42 +44,51 @@ void MenuBar::build() {
         for (const MenuEntry &entry : menu.entries) {
             if (entry.isSeparator()) {
                 shown->addSeparator();
-                continue;
+            } else {
+                m_items.append({entry, made(*shown, entry)});
             }
-            QAction *item = shown->addAction(entry.text);
-            item->setMenuRole(roleOf(entry));
-            item->setShortcut(entry.keys);
-            item->setData(static_cast<int>(entry.action));
-            item->setCheckable(entry.action >= KeyboardMap::GoInbox &&
-                               entry.action <= KeyboardMap::GoReport);
-            // Held down, it is pressed once: a decision must not fall on one topic after the other.
-            item->setAutoRepeat(false);
-            connect(item, &QAction::triggered, this, [this, entry] {
-                if (entry.command != WindowCommand::None) {
-                    Q_EMIT commandAsked(entry.command);
-                } else {
-                    Q_EMIT actionAsked(entry.action);
-                }
-                follow(); // a press ticks and unticks by itself
-            });
         }
     }
     follow();
 }
 
-void MenuBar::follow() {
-    for (QAction *menu : m_bar.actions()) {
-        for (QAction *item : menu->menu()->actions()) {
-            const auto action = static_cast<KeyboardMap::Action>(item->data().toInt());
-            if (action == KeyboardMap::NoAction) {
-                continue;
-            }
-            item->setEnabled(m_commands.canAct(action));
-            item->setChecked(m_commands.isChosen(action));
-            if (action == KeyboardMap::FirstStep) { // it names the agent
-                item->setText(m_commands.keyboard().label(action));
-            }
+QAction *MenuBar::made(QMenu &menu, const MenuEntry &entry) {
+    QAction *item = menu.addAction(entry.text);
+    item->setMenuRole(roleOf(entry));
+    item->setCheckable(entry.action >= KeyboardMap::GoInbox &&
+                       entry.action <= KeyboardMap::GoReport);
+    // Held down, it is pressed once: a decision must not fall on one topic after the other.
+    item->setAutoRepeat(false);
+    connect(item, &QAction::triggered, this, [this, entry] {
+        if (entry.command != WindowCommand::None) {
+            m_target.choose(entry.command);
+        } else {
+            m_target.choose(entry.action);
         }
+        follow(); // a press ticks and unticks by itself
+    });
+    return item;
+}
+
+void MenuBar::follow() {
+    for (const Shown &shown : std::as_const(m_items)) {
+        follow(shown);
+    }
+}
+
+void MenuBar::follow(const Shown &shown) const {
+    const auto &[entry, item] = shown;
+    if (entry.command != WindowCommand::None) {
+        item->setEnabled(m_target.reaches(entry.command));
+        item->setShortcut(entry.keys);
+        return;
+    }
+    const bool reached = m_target.reaches(entry.action);
+    item->setEnabled(reached && m_commands.canAct(entry.action));
+    item->setShortcut(reached ? entry.keys : QKeySequence());
+    item->setChecked(m_commands.isChosen(entry.action));
+    if (entry.action == KeyboardMap::FirstStep) { // it names the agent
+        item->setText(m_commands.keyboard().label(entry.action));
     }
 }
 

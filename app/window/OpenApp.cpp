@@ -123,11 +123,8 @@ void OpenApp::followTray() {
 void OpenApp::followWindow() {
     connect(&m_notifier, &Notifier::sectionAsked, &m_main, &MainWindow::showSection);
     if (MenuBar::isWanted()) {
-        m_menus = std::make_unique<MenuBar>(*m_shell.commands());
-        connect(m_menus.get(), &MenuBar::actionAsked, &m_main,
-                [this](KeyboardMap::Action action) { m_main.choose(action); });
-        connect(m_menus.get(), &MenuBar::commandAsked, &m_main,
-                [this](WindowCommand command) { m_main.choose(command); });
+        m_menuTarget = std::make_unique<MenuTarget>(m_shell, m_main);
+        m_menus = std::make_unique<MenuBar>(*m_shell.commands(), *m_menuTarget);
     }
     connect(&m_main, &MainWindow::closed, this, [this] { windowClosed(); });
     connect(&m_main, &MainWindow::quitAsked, this, [this] { quit(); });

@@ -6,6 +6,7 @@
 #include "app/window/Gui.h"
 #include "app/window/MainWindow.h"
 #include "app/window/MenuBar.h"
+#include "app/window/MenuTarget.h"
 #include "app/window/Shell.h"
 #include "app/window/SingleInstance.h"
 #include "app/window/Tray.h"
@@ -90,7 +91,9 @@ private:
     std::unique_ptr<MotionSetting> m_motion;
     MainWindow m_main;
     SharedLinks m_links;
-    std::unique_ptr<MenuBar> m_menus; // null where the system shows no menus over the screen
+    // Null where the system shows no menus over the screen.
+    std::unique_ptr<MenuTarget> m_menuTarget;
+    std::unique_ptr<MenuBar> m_menus;
     Tray m_tray;
     Entering m_entering;
     CommandServer m_commands;

@@ -28,6 +28,8 @@ Own own(WindowCommand command) {
         return QKeySequence(QKeyCombination(Qt::ControlModifier | more, key));
     };
     switch (command) {
+    case WindowCommand::About:
+        return {command, French::tr("À propos de vorle"), {}};
     case WindowCommand::Close:
         return {command, French::tr("Fermer la fenêtre"), keys(Qt::Key_W)};
     case WindowCommand::Minimize:
@@ -97,7 +99,7 @@ QList<Menu> menuBar(const KeyboardMap &keyboard) {
     using enum WindowCommand;
     Builder bar(keyboard);
     bar.add(QStringLiteral("vorle"),
-            {Map::LookForUpdate, line, Map::OpenSettings, line, own(Quit)});
+            {own(About), Map::LookForUpdate, line, Map::OpenSettings, line, own(Quit)});
     bar.add(French::tr("Fichier"),
             {Map::AddTopic, line, Map::RunNow, Map::StopRun, line, own(Close)});
     bar.add(French::tr("Édition"), {Map::Undo, Map::Redo, line, own(Cut), own(Copy), own(Paste),

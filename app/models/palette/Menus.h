@@ -11,6 +11,7 @@ namespace vorle {
 /// What a menu does beside the keyboard map's actions: the system's own.
 enum class WindowCommand {
     None,
+    About,
     Close,
     Minimize,
     FullScreen,

@@ -1,6 +1,7 @@
 // ⌘K, the menus over the screen, and what stands for them at the foot of the side bar.
 
 #include "app/window/MenuBar.h"
+#include "app/window/MenuTarget.h"
 #include "tests/app/window/OpenWindow.h"
 
 #include <QAccessible>
@@ -179,11 +180,8 @@ TEST_F(PaletteScreenTest, the_size_of_type_follows_its_keys_everywhere) {
 TEST_F(PaletteScreenTest, menus_over_the_screen_do_what_the_keys_do) {
     fill();
     open();
-    MenuBar menus(*shell().commands());
-    QObject::connect(&menus, &MenuBar::actionAsked,
-                     [this](KeyboardMap::Action action) { m_main->choose(action); });
-    QObject::connect(&menus, &MenuBar::commandAsked,
-                     [this](WindowCommand command) { m_main->choose(command); });
+    MenuTarget target(shell(), *m_main);
+    MenuBar menus(*shell().commands(), target);
     const auto item = [&](const QString &text) -> QAction & {
         for (QAction *menu : menus.bar().actions()) {
             for (QAction *each : menu->menu()->actions()) {
@@ -215,9 +213,30 @@ TEST_F(PaletteScreenTest, menus_over_the_screen_do_what_the_keys_do) {
     // What a panel lies over is out of reach, by a menu as by its key.
     choose("Réglages");
     ASSERT_TRUE(covered());
+    EXPECT_FALSE(item(QStringLiteral("Remettre à trier (T)")).isEnabled());
+    for (const char *pale : {"Annuler le dernier tri", "Fouiller maintenant",
+                             "Lancer dans Claude Code ou approfondir avec Claude"}) {
+        EXPECT_FALSE(item(QString::fromUtf8(pale)).isEnabled()) << pale;
+        EXPECT_TRUE(item(QString::fromUtf8(pale)).shortcut().isEmpty())
+            << "the panel has its own use for it: " << pale;
+    }
+    EXPECT_TRUE(item(QStringLiteral("Ajouter un sujet")).isEnabled());
+    EXPECT_FALSE(item(QStringLiteral("Agrandir le texte")).shortcut().isEmpty());
     choose("Remettre à trier (T)");
     EXPECT_EQ(statusOf(QStringLiteral("Remis")), TopicStatus::Reserve);
     press(Qt::Key_Escape);
+    EXPECT_TRUE(item(QStringLiteral("Remettre à trier (T)")).isEnabled());
+    EXPECT_FALSE(item(QStringLiteral("Fouiller maintenant")).shortcut().isEmpty());
+    // Another window of ours in front: its keys are its own, and so is what closes it.
+    shell().openQuickCapture();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QGuiApplication::focusWindow() != &window(); }));
+    EXPECT_TRUE(item(QStringLiteral("Lancer dans Claude Code ou approfondir avec Claude"))
+                    .shortcut()
+                    .isEmpty());
+    choose("Remettre à trier (T)");
+    EXPECT_EQ(statusOf(QStringLiteral("Remis")), TopicStatus::Reserve);
+    choose("Fermer la fenêtre");
+    EXPECT_TRUE(window().isVisible());
     window().hide();
     choose("Remettre à trier (T)");
     EXPECT_EQ(statusOf(QStringLiteral("Remis")), TopicStatus::Reserve) << "nobody sees it";
