@@ -12,9 +12,13 @@ QtObject {
             above = above.parent;
         }
         if (above) {
-            const top = focused.mapToItem(view.contentItem, 0, 0).y;
-            scrollTo(Math.max(top + focused.height + 24 - view.height, Math.min(view.contentY, top - 24)));
+            show(focused, 0, focused.height);
         }
+    }
+    // Brings that part of an item into view, and what lies around it.
+    function show(item: Item, from: real, height: real) {
+        const top = item.mapToItem(view.contentItem, 0, from).y;
+        scrollTo(Math.max(top + height + 24 - view.height, Math.min(view.contentY, top - 24)));
     }
 
     function scrollTo(wanted: real) {

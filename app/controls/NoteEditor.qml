@@ -32,12 +32,21 @@ T.TextArea {
     }
     onTopicIdChanged: {
         keep();
-        if (heldId.length > 0) {
-            focus = false; // what is typed on was meant for the other
+        if (heldId.length > 0 && activeFocus) {
+            away.restart(); // what is typed on was meant for the other
         }
         heldId = topicId;
         heldText = topic.note;
         text = heldText;
+    }
+
+    // It takes the letters that go on, and does nothing with them: given up at once, they would
+    // decide the topic that came in its place.
+    readOnly: away.running
+    Timer {
+        id: away
+        interval: 1000
+        onTriggered: editor.focus = false
     }
 
     implicitHeight: Math.max(64, contentHeight + 24)
@@ -59,8 +68,15 @@ T.TextArea {
     Accessible.role: Accessible.EditableText
     Accessible.name: qsTr("Ta note")
     onEditingFinished: keep()
+    Keys.onPressed: event => {
+        if (away.running) {
+            away.restart();
+            event.accepted = event.text.length > 0 && !(event.modifiers & Qt.ControlModifier) && event.key !== Qt.Key_Escape;
+        }
+    }
     Keys.onEscapePressed: event => {
         editor.keep();
+        away.stop();
         editor.focus = false;
         event.accepted = true;
     }

@@ -56,7 +56,7 @@ Item {
         visible: corner.children.length === 0
         anchors.right: parent.right
         y: head.tight ? 16 : 32 // the line under the title passes below it
-        width: head.tight ? 130 : implicitWidth
+        width: head.tight ? Math.max(Theme.grown(106), 130) : implicitWidth
         keys: head.tight ? "" : head.searchKeys
         onClicked: head.searchAsked()
     }

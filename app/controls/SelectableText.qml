@@ -7,7 +7,9 @@ TextEdit {
     id: words
 
     property real leading: Theme.leading
+    property real line: 0 // the height of a line; 0: by `leading`
     property string code: "" // a passage that is set as code
+    property int codeAt: 0 // where it begins
 
     readOnly: true
     activeFocusOnPress: false
@@ -36,7 +38,11 @@ TextEdit {
     TextLeading {
         document: words.textDocument
         height: words.leading
+        line: words.line
         code: words.code
+        codeAt: words.codeAt
         codeFamily: Theme.codeFamily
+        codeSize: Theme.textNote
+        codeColor: Theme.ink
     }
 }

@@ -8,14 +8,14 @@ Rectangle {
 
     property string text: ""
     property int lines: 100000 // at most
-    property bool selectable: false // whole, and to be taken along
+    property bool selectable: false // to be taken along
     readonly property bool narrow: width < 3 * Theme.labelColumn + 60 // the name stands over it
     readonly property real edge: 11
     readonly property bool quotes: parts.command.length > 0
-    readonly property bool onOneLine: quotes && apart.implicitWidth <= cut.width
+    readonly property real line: Theme.scaled(22)
 
     visible: text.length > 0
-    implicitHeight: Math.max(Theme.grown(44), cut.y + edge - 1 + (onOneLine ? apart.implicitHeight : selectable ? whole.implicitHeight : cut.implicitHeight))
+    implicitHeight: Math.max(Theme.grown(44), (narrow ? head.lineHeight : 0) + words.height + 2 * edge)
     radius: Theme.radiusButton
     color: Theme.sunken
 
@@ -26,7 +26,7 @@ Rectangle {
     Label {
         id: head
         x: 16
-        y: step.edge + 2
+        y: step.narrow ? step.edge + 2 : words.y + 1
         width: Theme.labelColumn
         text: qsTr("Premier pas")
         color: Theme.inkSoft
@@ -38,56 +38,60 @@ Rectangle {
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: 9
     }
-    Label {
-        id: cut
+    Item {
+        id: words
+
+        readonly property SelectableText whole: laidOut.item as SelectableText
+
         x: 16 + (step.narrow ? 0 : Theme.labelColumn + 14)
-        y: step.edge + 1 + (step.narrow ? head.lineHeight : 0)
+        y: step.narrow ? step.edge + 1 + head.lineHeight : height > step.line ? step.edge + 1 : Math.max(step.edge + 1, (step.height - height) / 2)
         width: parent.width - x - (copy.active ? copy.width + 18 : 14)
-        visible: !step.selectable && !step.onOneLine
-        maximumLineCount: step.lines
-        elide: Text.ElideRight
-        text: step.selectable ? "" : step.text
-        color: Theme.inkSoft
-        lineHeightMode: Text.FixedHeight
-        lineHeight: Theme.scaled(22)
-    }
-    Loader {
-        id: whole
-        x: cut.x
-        y: cut.y
-        width: cut.width
-        active: step.selectable
-        visible: !step.onOneLine
-        sourceComponent: SelectableText {
-            text: step.text
-            code: parts.command
+        height: whole !== null ? Math.min(whole.lineCount, step.lines) * step.line : cut.implicitHeight
+        clip: more.visible
+
+        Label {
+            id: cut
+            width: parent.width
+            visible: !laidOut.active
+            maximumLineCount: step.lines
+            elide: Text.ElideRight
+            text: visible ? step.text : ""
             color: Theme.inkSoft
+            lineHeightMode: Text.FixedHeight
+            lineHeight: step.line
         }
-    }
-    // Words, command, words; where they take more than a line they run on as one text.
-    Row {
-        id: apart
-        x: cut.x
-        y: cut.y
-        opacity: step.onOneLine ? 1 : 0 // it is measured either way
-        Accessible.role: Accessible.StaticText
-        Accessible.name: step.text
-        Accessible.ignored: !step.onOneLine
-
-        Repeater {
-            model: step.quotes ? [parts.before, parts.command, parts.after] : []
-
-            SelectableText {
-                required property int index
-                required property string modelData
+        // A card without a command is spared it.
+        Loader {
+            id: laidOut
+            width: parent.width
+            active: step.selectable || step.quotes
+            sourceComponent: SelectableText {
                 enabled: step.selectable // on a card, a click is the card's
-                text: modelData
-                visible: text.length > 0
-                wrapMode: TextEdit.NoWrap
-                color: index === 1 ? Theme.ink : Theme.inkSoft
-                font.family: index === 1 ? Theme.codeFamily : Theme.textFamily
-                font.pixelSize: index === 1 ? Theme.textNote : Theme.textBody
-                leading: index === 1 ? 1.45 : 1.35
+                text: parts.before + parts.command + parts.after
+                code: parts.command
+                codeAt: parts.before.length
+                line: step.line
+                color: Theme.inkSoft
+                Accessible.name: step.text
+            }
+        }
+        // Where such a text goes on below the last line that is shown.
+        Rectangle {
+            id: more
+            visible: words.whole !== null && words.whole.lineCount > step.lines
+            anchors.right: parent.right
+            y: (step.lines - 1) * step.line
+            width: dots.implicitWidth + 10
+            height: step.line
+            color: step.color
+
+            Label {
+                id: dots
+                x: 5
+                text: "…"
+                color: Theme.inkSoft
+                lineHeightMode: Text.FixedHeight
+                lineHeight: step.line
                 Accessible.ignored: true
             }
         }
@@ -98,6 +102,7 @@ Rectangle {
         anchors.rightMargin: 6
         y: step.narrow || step.implicitHeight > Theme.grown(52) ? 6 : (parent.height - height) / 2
         active: step.quotes
+        visible: !more.visible // nothing is copied that is not seen
         sourceComponent: CopyButton {
             copied: parts.command
         }

@@ -26,7 +26,7 @@ Item {
 
     Part {
         id: what
-        width: Math.min(implicitWidth, Math.max(0, line.width - used.implicitWidth - next.implicitWidth))
+        width: Math.min(implicitWidth, Math.max(0.3 * line.width, line.width - used.implicitWidth - next.implicitWidth))
         text: line.topic.dependency
         color: Theme.inkSoft
         font.weight: Font.Medium
@@ -34,12 +34,14 @@ Item {
     Part {
         id: used
         x: what.width
+        // What came out is told in any case.
+        width: Math.min(implicitWidth, Math.max(0, line.width - x - Math.min(next.implicitWidth, 0.3 * line.width)))
         text: (what.text.length > 0 ? " " : "") + line.topic.currentVersion + (line.topic.currentVersion.length > 0 && next.text.length > 0 ? " → " : "")
         color: Theme.inkFaint
     }
     Part {
         id: next
-        x: used.x + used.implicitWidth
+        x: used.x + used.width
         width: Math.max(0, Math.min(implicitWidth, line.width - x))
         text: line.topic.newVersion
         color: Theme.ink

@@ -45,6 +45,32 @@ bool isStarted(QStringView program) {
            std::ranges::find(programs, program) != programs.end();
 }
 
+/// Whether an option has the program write a file of that name, or run what stands in the command.
+bool writesOrRuns(const QStringList &words) {
+    const QString &program = words.first();
+    const auto has = [&](std::initializer_list<QStringView> options) {
+        return std::ranges::any_of(words, [&](const QString &word) {
+            return std::ranges::find(options, QStringView(word)) != options.end();
+        });
+    };
+    if (program == u"curl") {
+        return std::ranges::any_of(words, [](const QString &word) {
+            const bool letters = word.startsWith(u'-') && !word.startsWith(QStringView(u"--"));
+            return word.startsWith(QStringView(u"--output")) ||
+                   word.startsWith(QStringView(u"--remote-name")) ||
+                   (letters && word.contains(u'o', Qt::CaseInsensitive));
+        });
+    }
+    if (program == u"php") {
+        return has({u"-r"});
+    }
+    const bool runsScripts = program.startsWith(QStringView(u"python")) || program == u"node" ||
+                             program == u"deno" || program == u"bun";
+    const bool runsPackages = program == u"npx" || program == u"npm" || program == u"pnpm";
+    return (runsScripts && has({u"-c", u"-e", u"-p", u"--eval", u"--print", u"eval"})) ||
+           (runsPackages && has({u"-c", u"--call", u"--shell-mode"}));
+}
+
 bool isCommand(const QString &line) {
     const bool plain = std::ranges::all_of(line, [](QChar c) { return c >= u' ' && c <= u'~'; });
     if (!plain || line.size() > longest || handsOn(line)) {
@@ -53,7 +79,7 @@ bool isCommand(const QString &line) {
     const QStringList parts = line.split(QStringLiteral(" && "));
     return std::ranges::all_of(parts, [](const QString &part) {
         const QStringList words = part.split(u' ', Qt::SkipEmptyParts);
-        return words.size() >= 2 && isStarted(words.first());
+        return words.size() >= 2 && isStarted(words.first()) && !writesOrRuns(words);
     });
 }
 

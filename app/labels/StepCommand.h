@@ -20,7 +20,8 @@ struct StepParts {
 ///
 /// It may come from a page, and one press copies it: nothing is taken for a command that holds a
 /// sign that cannot be seen or typed, or that hands something on to another program or file (a
-/// pipe, a redirection, a substitution, ";" or a single "&"). Programs that erase or ask for the
+/// pipe, a redirection, a substitution, ";" or a single "&", and options that have curl write a
+/// file or an interpreter run what stands in the command). Programs that erase or ask for the
 /// administrator's rights are not known here. Linear; pure, any thread.
 StepParts stepParts(const QString &step);
 

@@ -68,9 +68,8 @@ constexpr Binding topicKeys[] = {{Qt::Key_Up, command, Map::PreviousTopic, u"⌘
 // As many lists and readers have it, beside the arrows.
 constexpr Binding turnKeys[] = {{Qt::Key_K, plain, Map::Previous, u"K"},
                                 {Qt::Key_J, plain, Map::Next, u"J"}};
-constexpr Binding sourceKeys[] = {{Qt::Key_O, plain, Map::OpenSource, u"O"},
-                                  {Qt::Key_Return, plain, Map::OpenSource, u"↩"},
-                                  {Qt::Key_Enter, plain, Map::OpenSource, u"↩"}};
+// ↩ does so too, but only where it is pressed on the cards themselves: TopicScreen has it.
+constexpr Binding sourceKeys[] = {{Qt::Key_O, plain, Map::OpenSource, u"O"}};
 constexpr Binding copyKeys[] = {{Qt::Key_C, command, Map::CopyLink, u"⌘C"}};
 constexpr Binding keepKeys[] = {{Qt::Key_G, plain, Map::Keep, {}}};
 constexpr Binding laterKeys[] = {{Qt::Key_L, plain, Map::Later, {}}};

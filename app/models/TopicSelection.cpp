@@ -7,7 +7,10 @@ namespace vorle {
 
 TopicSelection::TopicSelection(TopicListModel &list, QObject *parent)
     : QObject(parent), m_list(list) {
-    connect(&list, &TopicListModel::rowsInserted, this, &TopicSelection::follow);
+    connect(&list, &TopicListModel::rowsInserted, this, [this](const QModelIndex &, int row) {
+        m_came.insert(m_list.topicIdAt(row));
+        follow();
+    });
     connect(&list, &TopicListModel::rowsRemoved, this, &TopicSelection::follow);
     connect(&list, &TopicListModel::rowsMoved, this, &TopicSelection::follow);
     connect(&list, &TopicListModel::modelReset, this, &TopicSelection::follow);
@@ -38,7 +41,7 @@ bool TopicSelection::show(const QString &topicId) {
 }
 
 bool TopicSelection::showReturned(const QString &topicId) {
-    m_returned = m_list.rowOf(topicId) >= 0;
+    m_returned = m_came.contains(topicId); // else only something about it was taken back
     return show(topicId);
 }
 
@@ -79,6 +82,7 @@ void TopicSelection::settle() {
     }
     const bool asked = std::exchange(m_asked, false);
     const bool returned = std::exchange(m_returned, false);
+    m_came.clear();
     const QString gone = m_goneId;
     const Arrival arrival = !gone.isEmpty() ? Replaces : returned ? Returns : asked ? Asked : Stays;
     Q_EMIT settling(arrival);

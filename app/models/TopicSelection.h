@@ -3,6 +3,7 @@
 #include "app/models/TopicListModel.h"
 
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -125,6 +126,7 @@ private:
     QString m_goneId;
     Ghost m_ghost;
     Ghost m_shownGhost;
+    QSet<QString> m_came; // into the list, since the cards last heard of it
     bool m_enlarged = false;
     bool m_due = false;      // the cards have not heard of the last change yet
     bool m_asked = false;    // the person went where it goes

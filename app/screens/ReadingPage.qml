@@ -81,7 +81,7 @@ FocusScope {
         section: page.section
         position: page.selection.currentRow
         count: page.selection.list.count
-        title: flick.contentY > body.y + start.y + heading.height ? page.topic.title : ""
+        title: flick.contentY > body.y + start.y + heading.y + heading.height ? page.topic.title : ""
         backKeys: page.shell.keyboard.keys(KeyboardMap.Previous)
         forthKeys: page.shell.keyboard.keys(KeyboardMap.Next)
         onClosed: page.selection.enlarged = false
@@ -116,11 +116,13 @@ FocusScope {
 
                     x: -hang
                     width: parent.width + 2 * hang
-                    height: Math.round(width / 3)
-                    active: page.details.banner.length > 0
+                    // Where little is seen at a time, the text comes first.
+                    height: Math.round(Math.min(width / 3, 0.4 * flick.height))
+                    active: page.details.banner.length > 0 && height >= 120
                     visible: active
                     sourceComponent: SourcePicture {
                         file: page.details.banner
+                        site: page.topic.site
                         radius: Theme.radiusCard
                     }
                 }
@@ -255,6 +257,11 @@ FocusScope {
                 NoteEditor {
                     width: parent.width
                     topic: page.topic
+                    onCursorRectangleChanged: {
+                        if (activeFocus) {
+                            sight.show(this, cursorRectangle.y, cursorRectangle.height);
+                        }
+                    }
                     onEdited: (topicId, text) => page.shell.decisions.setNote(topicId, text)
                 }
             }

@@ -12,6 +12,19 @@ SectionScreen {
     // The chosen topic, once its card stands open.
     readonly property topicCard topic: list.row !== null && list.row.topicId === selection.shownId ? list.row.topic : none
     property topicCard none
+    // What the page shows; it keeps it until it is gone.
+    readonly property bool reads: selection.enlarged || (page?.visible ?? false)
+    property topicCard read
+    onTopicChanged: turn()
+    onReadsChanged: turn()
+
+    function turn() {
+        if (selection.enlarged) {
+            read = topic;
+        } else if (!reads) {
+            read = none;
+        }
+    }
     property alias header: head.below
     // The page stands beside the list, which keeps the arrows; else it lies over it.
     readonly property bool beside: Theme.roomy
@@ -36,6 +49,12 @@ SectionScreen {
     }
     function ready(): bool {
         return list.ready();
+    }
+    function opensSource(event: KeyEvent) {
+        event.accepted = !(event.modifiers & ~Qt.KeypadModifier);
+        if (event.accepted && !event.isAutoRepeat) {
+            act(KeyboardMap.OpenSource);
+        }
     }
     // The keyboard rests on no card: whoever listens is told which one it acts on.
     function pointAtChosen() {
@@ -71,6 +90,10 @@ SectionScreen {
         id: spot
         focus: true
         onActiveFocusChanged: Qt.callLater(screen.pointAtChosen) // qmllint disable
+        // Only a press that finds the keyboard here: one that put a panel away, or that a button
+        // took before it went, was not meant for the card.
+        Keys.onReturnPressed: event => screen.opensSource(event)
+        Keys.onEnterPressed: event => screen.opensSource(event)
         // On to what stands in the content; the chain of all items would go round by the menu.
         Keys.onTabPressed: {
             const from = screen.covered ? screen.page as Item : head;
@@ -148,7 +171,7 @@ SectionScreen {
         sourceComponent: ReadingPage {
             shell: screen.shell
             selection: screen.selection
-            topic: screen.selection.enlarged ? screen.topic : screen.none
+            topic: screen.read
             section: screen.title
             actions: screen.shell.actions.buttons(screen.number, topic)
             onAct: action => screen.act(action)

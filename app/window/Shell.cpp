@@ -275,7 +275,12 @@ QString Shell::linkOf(const QString &topicId) const {
 }
 
 void Shell::copyLinkOf(const QString &topicId) {
-    m_parts.pasteboard.replace(linkOf(topicId));
+    const QString link = linkOf(topicId);
+    if (link.isEmpty()) {
+        say(tr("Ce sujet n’a pas de lien."));
+        return;
+    }
+    m_parts.pasteboard.replace(link);
     say(tr("Lien copié."));
 }
 

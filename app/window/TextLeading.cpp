@@ -20,30 +20,6 @@ void TextLeading::setDocument(QQuickTextDocument *document) {
     Q_EMIT changed();
 }
 
-void TextLeading::setHeight(qreal height) {
-    if (m_height != height) {
-        m_height = height;
-        apply();
-        Q_EMIT changed();
-    }
-}
-
-void TextLeading::setCode(const QString &code) {
-    if (m_code != code) {
-        m_code = code;
-        apply();
-        Q_EMIT changed();
-    }
-}
-
-void TextLeading::setCodeFamily(const QString &family) {
-    if (m_codeFamily != family) {
-        m_codeFamily = family;
-        apply();
-        Q_EMIT changed();
-    }
-}
-
 void TextLeading::apply() {
     if (!m_document || m_applying) {
         return;
@@ -52,14 +28,24 @@ void TextLeading::apply() {
     QTextDocument *document = m_document->textDocument();
     document->setUndoRedoEnabled(false);
     QTextBlockFormat format;
-    format.setLineHeight(m_height * 100, QTextBlockFormat::ProportionalHeight);
+    format.setLineHeight(m_line > 0 ? m_line : m_height * 100,
+                         m_line > 0 ? QTextBlockFormat::FixedHeight
+                                    : QTextBlockFormat::ProportionalHeight);
     QTextCursor cursor(document);
     cursor.select(QTextCursor::Document);
     cursor.mergeBlockFormat(format);
-    if (QTextCursor passage = m_code.isEmpty() ? QTextCursor() : document->find(m_code);
+    if (QTextCursor passage =
+            m_code.isEmpty() ? QTextCursor()
+                             : document->find(m_code, m_codeAt, QTextDocument::FindCaseSensitively);
         passage.hasSelection()) {
         QTextCharFormat code;
         code.setFontFamilies({m_codeFamily});
+        if (m_codeSize > 0) {
+            code.setProperty(QTextFormat::FontPixelSize, m_codeSize);
+        }
+        if (m_codeColor.isValid()) {
+            code.setForeground(m_codeColor);
+        }
         passage.mergeCharFormat(code);
     }
     m_applying = false;

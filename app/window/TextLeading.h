@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QObject>
 #include <QPointer>
 #include <QQuickTextDocument>
@@ -17,9 +18,15 @@ class TextLeading : public QObject {
     /// In heights of a line.
     Q_PROPERTY(qreal height READ height WRITE setHeight NOTIFY changed FINAL)
 
-    /// The passage, "" for none, and its face.
+    /// In pixels, whatever stands in it; 0: by `height`.
+    Q_PROPERTY(qreal line MEMBER m_line WRITE setLine NOTIFY changed FINAL)
+
+    /// The passage, "" for none, where it begins, and how it is set; a size of 0 is the text's own.
     Q_PROPERTY(QString code READ code WRITE setCode NOTIFY changed FINAL)
+    Q_PROPERTY(int codeAt MEMBER m_codeAt WRITE setCodeAt NOTIFY changed FINAL)
     Q_PROPERTY(QString codeFamily READ codeFamily WRITE setCodeFamily NOTIFY changed FINAL)
+    Q_PROPERTY(int codeSize MEMBER m_codeSize WRITE setCodeSize NOTIFY changed FINAL)
+    Q_PROPERTY(QColor codeColor MEMBER m_codeColor WRITE setCodeColor NOTIFY changed FINAL)
 
 public:
     using QObject::QObject;
@@ -27,22 +34,38 @@ public:
     QQuickTextDocument *document() const { return m_document; }
     void setDocument(QQuickTextDocument *document);
     qreal height() const { return m_height; }
-    void setHeight(qreal height);
+    void setHeight(qreal height) { set(m_height, height); }
+    void setLine(qreal line) { set(m_line, line); }
     QString code() const { return m_code; }
-    void setCode(const QString &code);
+    void setCode(const QString &code) { set(m_code, code); }
+    void setCodeAt(int place) { set(m_codeAt, place); }
     QString codeFamily() const { return m_codeFamily; }
-    void setCodeFamily(const QString &family);
+    void setCodeFamily(const QString &family) { set(m_codeFamily, family); }
+    void setCodeSize(int size) { set(m_codeSize, size); }
+    void setCodeColor(const QColor &color) { set(m_codeColor, color); }
 
 Q_SIGNALS:
     void changed();
 
 private:
+    template <class Value>
+    void set(Value &member, const Value &value) {
+        if (member != value) {
+            member = value;
+            apply();
+            Q_EMIT changed();
+        }
+    }
     void apply();
 
     QPointer<QQuickTextDocument> m_document;
     qreal m_height = 1;
+    qreal m_line = 0;
     QString m_code;
+    int m_codeAt = 0;
     QString m_codeFamily;
+    int m_codeSize = 0;
+    QColor m_codeColor;
     bool m_applying = false;
 };
 

@@ -96,7 +96,7 @@ TEST(KeyboardMap, dispatches_what_the_sheet_says) {
         {Section::Program, Qt::Key_Backspace, 0, Map::Remove},
         {Section::Program, Qt::Key_Return, command, Map::FirstStep},
         {Section::Program, Qt::Key_Enter, command | Qt::KeypadModifier, Map::FirstStep},
-        {Section::Program, Qt::Key_Return, 0, Map::OpenSource},
+        {Section::Program, Qt::Key_Return, 0, Map::NoAction},
         {Section::Reserve, Qt::Key_O, 0, Map::OpenSource},
         {Section::Inbox, Qt::Key_C, command, Map::CopyLink},
         {Section::Inbox, Qt::Key_J, 0, Map::Next},

@@ -200,6 +200,10 @@ TEST_F(TopicSelectionTest, the_line_stands_beside_its_own_tier) {
     EXPECT_EQ(arrival, Arrival::Returns);
     EXPECT_EQ(shown(), 2);
     EXPECT_FALSE(selection->showReturned(ids.at(0))) << "it is not in this list";
+    turn();
+    EXPECT_TRUE(selection->showReturned(ids.at(2))); // its note, or its score, is what came back
+    turn();
+    EXPECT_EQ(arrival, TopicSelection::Asked);
     selection->step(1);
     turn();
     EXPECT_EQ(arrival, Arrival::Asked);

@@ -4,9 +4,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QImage>
-#include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
@@ -17,7 +14,7 @@ using test::text;
 using testing::Contains;
 using testing::Not;
 
-/// The reading page, the panels and the banner: what the hand reaches in them.
+/// The reading page: what the hand reaches in it, and what is decided there.
 class ReadingTest : public test::OpenWindow {
 protected:
     QString focused() {
@@ -103,7 +100,7 @@ TEST_F(ReadingTest, the_next_topic_and_the_source_are_a_key_away_and_nothing_is_
                              .topic(QUuid::fromString(window().property("chosenId").toString()))
                              ->mainSource()
                              ->url;
-    for (const Qt::Key key : {Qt::Key_O, Qt::Key_Return}) {
+    for (const Qt::Key key : {Qt::Key_O, Qt::Key_Return, Qt::Key_Enter}) {
         m_links.opened.clear();
         press(key);
         EXPECT_EQ(m_links.opened, QList<QUrl>{QUrl(link)}) << key;
@@ -135,77 +132,6 @@ TEST_F(ReadingTest, the_next_topic_and_the_source_are_a_key_away_and_nothing_is_
     type(text("jok"));
     EXPECT_EQ(chosen(), text("Sujet 8"));
     EXPECT_TRUE(m_links.opened.isEmpty());
-}
-
-TEST_F(ReadingTest, a_command_is_copied_as_it_is_typed) {
-    Topic topic = test::sampleTopic(text("Une commande"));
-    topic.firstStep = text("Lance « npx expo install --check », puis regarde.");
-    store().add({topic});
-    open();
-    press(Qt::Key_Space);
-    click(text("Copier"));
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), text("npx expo install --check"));
-    EXPECT_THAT(shownTexts(), Contains(text("Copié")));
-}
-
-TEST_F(ReadingTest, a_picture_heads_the_page_and_moves_nothing_when_it_arrives) {
-    const QTemporaryDir pictures;
-    m_app.variables.set("VORLE_PICTURES", pictures.path());
-    const auto draw = [&](const QString &name, QSize size) {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::darkRed);
-        image.save(pictures.filePath(name), "PNG");
-    };
-    draw(text("wide.img"), {1200, 630});
-    draw(text("icon.img"), {64, 64});
-    QList<Topic> topics;
-    for (const char *name : {"wide.img", "icon.img", "absent.img", ""}) {
-        Topic topic = test::sampleTopic(text("Sujet ") + text(name));
-        topic.score = 9 - static_cast<int>(topics.size());
-        if (*name != 0) {
-            topic.gallery = {{topic.mainSource()->url, text(name)}};
-        }
-        topics += topic;
-    }
-    store().add(topics);
-    open();
-    press(Qt::Key_Space);
-    const auto pictureOver = [&](int least) {
-        const auto found = shown([&](const QQuickItem &item) {
-            return QByteArrayView(item.metaObject()->className()).startsWith("SourcePicture_") &&
-                   item.width() >= least;
-        });
-        return found.isEmpty() ? nullptr : found.first();
-    };
-    const auto titleTop = [&] {
-        const auto titles = shown([&](const QQuickItem &item) {
-            return item.inherits("QQuickTextEdit") &&
-                   item.property("text").toString().startsWith(text("Sujet "));
-        });
-        return titles.isEmpty() ? -1 : titles.first()->mapToScene({0, 0}).y();
-    };
-    ASSERT_EQ(chosen(), text("Sujet wide.img"));
-    ASSERT_EQ(shell().page()->banner(), text("wide.img"));
-    QQuickItem *banner = pictureOver(400);
-    ASSERT_NE(banner, nullptr);
-    const double before = titleTop();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return banner->property("ready").toBool(); }, 5000));
-    EXPECT_EQ(titleTop(), before);
-    EXPECT_NEAR(banner->width(), banner->height() * 3, 2);
-
-    for (int i = 0; i < 3; ++i) {
-        press(Qt::Key_J);
-        EXPECT_EQ(pictureOver(400), nullptr) << chosen().toStdString();
-    }
-    // One that a run finds now is shown the next time.
-    const double top = titleTop();
-    const QUuid id = QUuid::fromString(window().property("chosenId").toString());
-    store().setGallery(id, {{text("https://example.org/a"), text("wide.img")}});
-    QTest::qWait(50);
-    EXPECT_EQ(titleTop(), top);
-    press(Qt::Key_K);
-    press(Qt::Key_J);
-    EXPECT_NE(pictureOver(400), nullptr);
 }
 
 TEST_F(ReadingTest, a_note_undone_leaves_its_field_too) {
@@ -331,177 +257,6 @@ TEST_F(ReadingTest, a_link_still_being_read_offers_to_be_sent_away_alone) {
     }
     press(Qt::Key_X);
     EXPECT_EQ(statusOf(link.title), TopicStatus::Dismissed);
-}
-
-TEST_F(ReadingTest, the_banner_says_what_holds_and_leads_to_what_helps) {
-    fill();
-    open();
-    press(Qt::Key_R, Qt::ControlModifier); // there is nothing to search
-    ASSERT_TRUE(QTest::qWaitFor([this] { return shell().run()->nothingToSearch(); }, 5000));
-    click(text("Ouvrir Ton territoire"));
-    EXPECT_EQ(shell().sections()->current(), Section::Territory);
-    // It lies over no title.
-    const auto heads = shown([](const QQuickItem &item) {
-        return QByteArrayView(item.metaObject()->className()).startsWith("SectionHead_");
-    });
-    ASSERT_EQ(heads.size(), 1);
-    EXPECT_GE(heads.first()->mapToScene({0, 0}).y(), 58);
-
-    QList<QString> interests;
-    for (int i = 0; i < 40; ++i) {
-        interests += text("Domaine %1").arg(i);
-    }
-    m_app->preferences().change(&Settings::interests, interests);
-    EXPECT_EQ(buttonAt(text("Ouvrir Ton territoire")).y(), -1) << "it holds no longer";
-    QCoreApplication::processEvents();
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End}) {
-        const double before = scrolled("QQuickFlickable");
-        press(key);
-        EXPECT_GT(scrolled("QQuickFlickable"), before) << key;
-    }
-    press(Qt::Key_Home);
-    EXPECT_EQ(scrolled("QQuickFlickable"), 0);
-
-    // A first step that fails is told until one works.
-    press(Qt::Key_2, Qt::ControlModifier);
-    m_links.takes = false;
-    press(Qt::Key_Return, Qt::ControlModifier);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !shell().notice().isEmpty(); }, 5000));
-    m_links.takes = true;
-    press(Qt::Key_Return, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return shell().notice().isEmpty(); }, 5000));
-}
-
-TEST_F(ReadingTest, links_are_opened_and_offered_as_they_would_be_kept) {
-    open();
-    const QString wrapped = text("https://lettre.example/?u=") + QString(3'000, u'x');
-    const std::pair<QString, QString> cases[] = {
-        {text("https://a.fr/"), text("https://a.fr/")},
-        {text(" HTTP://a.fr/?a=b#c\n"), text("http://a.fr/?a=b#c")},
-        {text("https://github.com@evil.example/x"), text("https://evil.example/x")},
-        {text("https://a.fr/deux mots"), text("https://a.fr/deux%20mots")},
-        {wrapped, wrapped},
-        {wrapped.repeated(2), {}},
-        {text("https://a.fr/\nhttps://b.fr/"), {}},
-        {text("file:///etc/passwd"), {}},
-        {text("mailto:a@example.org"), {}},
-        {text("vscode://x/y"), {}},
-        {text("example.org"), {}},
-        {{}, {}},
-    };
-    for (const auto &[given, link] : cases) {
-        m_links.opened.clear();
-        shell().openLink(given);
-        EXPECT_EQ(m_links.opened, link.isEmpty() ? QList<QUrl>() : QList<QUrl>{QUrl(link)})
-            << given.toStdString();
-        m_pasteboard.replace(given);
-        EXPECT_EQ(shell().linkOnPasteboard(), link) << given.toStdString();
-    }
-}
-
-TEST_F(ReadingTest, what_is_told_goes_once_it_holds_no_longer) {
-    open();
-    Q_EMIT m_app->preferences().saveFailed(text("Le réglage n’a pas pu être enregistré : plein."));
-    EXPECT_EQ(shell().notice(), text("Le réglage n’a pas pu être enregistré\u00A0: plein."));
-    Q_EMIT m_app->preferences().saved();
-    EXPECT_EQ(shell().notice(), QString());
-
-    // Links that could not be judged (no agent is there), until the last is judged or sent away.
-    const auto failed = [this](int count) {
-        return QTest::qWaitFor(
-            [&] {
-                int found = 0;
-                for (int row = 0; row < shell().inbox()->count(); ++row) {
-                    const QString why = shell().inbox()->card(row).captureProblem();
-                    found += why.isEmpty() ? 0 : 1;
-                }
-                return found == count;
-            },
-            20000);
-    };
-    for (const char *page : {"a", "b", "c"}) {
-        ASSERT_EQ(shell().addLink(text("http://127.0.0.1:9/") + text(page), {}), QString());
-    }
-    ASSERT_TRUE(failed(3));
-    EXPECT_TRUE(shell().notice().startsWith(text("3 liens que tu as ajoutés attendent encore")))
-        << shell().notice().toStdString();
-    const QList<TopicPtr> links = store().topics(TopicStatus::Pending);
-    Topic judged = *links.at(0);
-    judged.readLevel = ReadLevel::Full;
-    ASSERT_TRUE(store().completeCaptured(judged));
-    Q_EMIT m_app->capture().completed(judged.id);
-    EXPECT_TRUE(shell().notice().startsWith(text("2 liens que tu as ajoutés attendent encore")));
-    store().dismiss(links.at(1)->id);
-    EXPECT_TRUE(
-        shell().notice().startsWith(text("Un lien que tu as ajouté attend encore\u00A0: ")));
-
-    // Tried again, its card no longer says that it failed, until it fails again.
-    int cleared = 0;
-    QObject::connect(shell().inbox(), &TopicListModel::dataChanged, &window(), [&] {
-        const int row = shell().inbox()->rowOf(links.at(2)->id.toString());
-        cleared += shell().inbox()->card(row).captureProblem().isEmpty();
-    });
-    shell().takeRemedy();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !shell().notice().isEmpty(); }, 20000));
-    EXPECT_GE(cleared, 1);
-    store().dismiss(links.at(2)->id);
-    EXPECT_EQ(shell().notice(), QString());
-}
-
-TEST_F(ReadingTest, every_text_is_set_as_French_sets_it) {
-    fill();
-    open();
-    ASSERT_EQ(shell().addLink(text("http://127.0.0.1:9/a"), {}), QString());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !shell().notice().isEmpty(); }, 20000));
-    shell().page()->setTopicId(window().property("chosenId").toString());
-    shell().page()->askBrief();
-    m_app->preferences().change(&Settings::interests, {text("Rust")});
-    press(Qt::Key_R, Qt::ControlModifier); // fails: no agent is there
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !shell().run()->lastError().isEmpty(); }, 20000));
-    shell().addLink(text("pas un lien"), {});
-    QStringList said{shell().notice(), shell().run()->lastError(), shell().run()->lastErrorTitle(),
-                     shell().page()->briefFailure(), shell().run()->missedText()};
-    const auto hear = [&] {
-        // Those that can be marked tell of a no-break blank as of a plain one.
-        for (const QQuickItem *item :
-             shown([](const QQuickItem &each) { return each.inherits("QQuickText"); })) {
-            said += item->property("text").toString();
-        }
-    };
-    for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5, Qt::Key_6}) {
-        press(key, Qt::ControlModifier);
-        hear();
-        press(Qt::Key_Space);
-        hear();
-        press(Qt::Key_Escape);
-    }
-    for (const Qt::Key key : {Qt::Key_N, Qt::Key_Comma, Qt::Key_K}) {
-        press(key, Qt::ControlModifier);
-        hear();
-        press(Qt::Key_Escape);
-    }
-    EXPECT_GT(said.size(), 100);
-    static const QRegularExpression breaking(
-        QStringLiteral("(?<!\\s) (?=»|[;:!?]+(\\s|$))|« |\u00A0(?=[;!?»])"));
-    for (const QString &words : said) {
-        EXPECT_FALSE(breaking.match(words).hasMatch()) << words.toStdString();
-    }
-}
-
-TEST_F(ReadingTest, a_window_that_filled_the_screen_does_so_again) {
-    WindowState state;
-    state.setGeometry({20, 20, 700, 500});
-    state.maximised = true;
-    state.save(store().file());
-    open();
-    EXPECT_EQ(window().visibility(), QWindow::Maximized);
-    m_main->saveState();
-    const WindowState kept = WindowState::load(store().file());
-    EXPECT_EQ(kept.maximised, true);
-    EXPECT_EQ(kept.geometry().topLeft(), QPoint(20, 20)) << "where it goes back to";
-    window().setWindowStates(Qt::WindowNoState);
-    m_main->saveState();
-    EXPECT_EQ(WindowState::load(store().file()).maximised, false);
 }
 
 } // namespace

@@ -340,5 +340,21 @@ TEST_F(WindowTest, a_correction_changes_the_score_and_can_be_taken_back) {
     EXPECT_EQ(shell().shownScore(id), 9);
 }
 
+TEST_F(WindowTest, a_window_that_filled_the_screen_does_so_again) {
+    WindowState state;
+    state.setGeometry({20, 20, 700, 500});
+    state.maximised = true;
+    state.save(store().file());
+    open();
+    EXPECT_EQ(window().visibility(), QWindow::Maximized);
+    m_main->saveState();
+    const WindowState kept = WindowState::load(store().file());
+    EXPECT_EQ(kept.maximised, true);
+    EXPECT_EQ(kept.geometry().topLeft(), QPoint(20, 20)) << "where it goes back to";
+    window().setWindowStates(Qt::WindowNoState);
+    m_main->saveState();
+    EXPECT_EQ(WindowState::load(store().file()).maximised, false);
+}
+
 } // namespace
 } // namespace vorle
