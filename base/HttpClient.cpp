@@ -2,10 +2,10 @@
 
 #include "base/AddressRules.h"
 #include "base/MainThread.h"
+#include "base/SocketWatch.h"
 #include "base/WebLink.h"
 
 #include <QDeadlineTimer>
-#include <QSocketNotifier>
 #include <QTimer>
 
 #include <curl/curl.h>
@@ -36,21 +36,6 @@ bool isThisMachine(const QString &host) {
                             : addressKind(address) == AddressKind::Loopback;
 }
 
-/// Disabled at once, for its descriptor is about to be closed; deleted later, for curl drops a
-/// socket from within that socket's own notification.
-struct NotifierDeleter {
-    void operator()(QSocketNotifier *notifier) const {
-        notifier->setEnabled(false);
-        notifier->deleteLater();
-    }
-};
-using Notifier = std::unique_ptr<QSocketNotifier, NotifierDeleter>;
-
-struct Watch {
-    Notifier read;
-    Notifier write;
-};
-
 } // namespace
 
 class HttpClient::Private {
@@ -73,11 +58,12 @@ private:
     void collectEnded();
     void conclude(Exchange &exchange, CURLcode result);
     void watch(curl_socket_t socket, int what);
-    Notifier makeNotifier(curl_socket_t socket, QSocketNotifier::Type type, int event);
 
     CURLM *m_multi;
     QTimer m_timer;
-    std::map<curl_socket_t, Watch> m_watched;
+    SocketWatch m_watched{[this](int socket, SocketWatch::Ready ready) {
+        act(socket, ready == SocketWatch::Ready::Read ? CURL_CSELECT_IN : CURL_CSELECT_OUT);
+    }};
     std::map<CURL *, std::shared_ptr<Exchange>> m_running;
     bool m_allowLoopback;
 };
@@ -355,29 +341,12 @@ void HttpClient::Private::conclude(Exchange &exchange, CURLcode result) {
     end(exchange, Outcome::Answered);
 }
 
-Notifier HttpClient::Private::makeNotifier(curl_socket_t socket, QSocketNotifier::Type type,
-                                           int event) {
-    Notifier notifier(new QSocketNotifier(socket, type));
-    QObject::connect(notifier.get(), &QSocketNotifier::activated,
-                     [this, socket, event] { act(socket, event); });
-    return notifier;
-}
-
 void HttpClient::Private::watch(curl_socket_t socket, int what) {
     if (what == CURL_POLL_REMOVE) {
-        m_watched.erase(socket);
-        return;
+        m_watched.drop(socket);
+    } else {
+        m_watched.follow(socket, (what & CURL_POLL_IN) != 0, (what & CURL_POLL_OUT) != 0);
     }
-    Watch &watch = m_watched[socket];
-    const auto want = [&](Notifier &notifier, QSocketNotifier::Type type, int poll, int event) {
-        if ((what & poll) == 0) {
-            notifier.reset();
-        } else if (!notifier) {
-            notifier = makeNotifier(socket, type, event);
-        }
-    };
-    want(watch.read, QSocketNotifier::Read, CURL_POLL_IN, CURL_CSELECT_IN);
-    want(watch.write, QSocketNotifier::Write, CURL_POLL_OUT, CURL_CSELECT_OUT);
 }
 
 HttpClient::HttpClient(bool allowLoopback, QObject *parent)

@@ -24,6 +24,7 @@ Item {
     property real gone: 1 // how little of it is still seen; then the line is
     property real lean: 0
     property bool closing: false
+    property bool opened: true // the card that went stood open, and not beside its page
 
     implicitHeight: Math.max(0, space - Theme.cardGap)
     onShownGhostChanged: tell()
@@ -42,6 +43,7 @@ Item {
     function fold(from: real) {
         motion.stop();
         closing = false;
+        opened = foldsFrom > 1.4 * (Math.max(40, Theme.scaled(40)) + 36); // a closed one is so high
         if (foldsFrom > 0 && Theme.fold > 0) {
             run(from, Theme.fold + Theme.reveal);
         } else {
@@ -112,23 +114,24 @@ Item {
             Accessible.ignored: true
 
             ScoreBadge {
-                x: 22 - 2 * line.folded
-                y: 20 * (1 - line.folded)
-                size: 64 - 24 * line.folded
+                x: line.opened ? 22 - 2 * line.folded : 20
+                y: (line.opened ? 20 : 18) * (1 - line.folded)
+                size: line.opened ? 64 - 24 * line.folded : 40
                 look: line.told.card.badge
                 Accessible.ignored: true
             }
             CardHead {
                 id: head
-                x: 106
-                y: 20 * (1 - line.folded)
-                width: parent.width - x - 24
+                x: line.opened ? 106 : 76
+                y: (line.opened ? 20 : 18) * (1 - line.folded)
+                width: parent.width - x - (line.opened ? 24 : 20)
                 topic: line.told.card
-                open: true
+                open: line.opened
             }
             Label {
                 x: head.x
                 y: head.y + head.height + 40
+                visible: line.opened
                 width: head.width
                 opacity: 1 - Math.min(1, 3 * line.gone)
                 text: line.told.card.gist

@@ -63,6 +63,7 @@ Rectangle {
         // A card without a command is spared it.
         Loader {
             id: laidOut
+            y: -Math.round(0.14 * step.line) // such a line has its room above its letters
             width: parent.width
             active: step.selectable || step.quotes
             sourceComponent: SelectableText {

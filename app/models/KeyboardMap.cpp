@@ -2,6 +2,7 @@
 
 #include "app/labels/DecisionLabels.h"
 #include "app/labels/TopicLabels.h"
+#include "app/models/KeyPress.h"
 
 #include <QCoreApplication>
 
@@ -219,42 +220,6 @@ bool reaches(const Row &row, Section section) {
     return false;
 }
 
-struct Press {
-    int key;
-    int modifiers;
-};
-
-/// What the digit row of a French keyboard gives without Shift, a PC's and a Mac's.
-constexpr struct {
-    int key;
-    int digit;
-} frenchDigits[] = {
-    {Qt::Key_Agrave, 0},     {Qt::Key_Ampersand, 1},  {Qt::Key_Eacute, 2}, {Qt::Key_QuoteDbl, 3},
-    {Qt::Key_Apostrophe, 4}, {Qt::Key_ParenLeft, 5},  {Qt::Key_Minus, 6},  {Qt::Key_section, 6},
-    {Qt::Key_Egrave, 7},     {Qt::Key_Underscore, 8}, {Qt::Key_Exclam, 8}, {Qt::Key_Ccedilla, 9},
-};
-
-/// The place of the 6 in the row of digits, as Linux counts keys.
-constexpr quint32 placeOfSix = 15;
-
-/// The press as the table writes it. On a French keyboard the digits need Shift, and without it
-/// their keys give other signs; "?", "/" and "+" need Shift there or elsewhere.
-Press normal(int key, int modifiers, quint32 scanCode = 0) {
-    const bool keypad = (modifiers & Qt::KeypadModifier) != 0; // its signs are what they say
-    modifiers &= ~static_cast<int>(Qt::KeypadModifier);
-    const bool shift = (modifiers & Qt::ShiftModifier) != 0;
-    // With ⌘ a minus sign is one, but for the key that has the 6 on a PC's French keyboard.
-    const bool minus = key == Qt::Key_Minus && (modifiers & command) != 0 && scanCode != placeOfSix;
-    if (!shift && !keypad && !minus) {
-        const auto sign =
-            std::ranges::find_if(frenchDigits, [key](const auto &each) { return each.key == key; });
-        return {sign == std::end(frenchDigits) ? key : Qt::Key_0 + sign->digit, modifiers};
-    }
-    const bool shiftMakesIt = (key >= Qt::Key_0 && key <= Qt::Key_9) || key == Qt::Key_Question ||
-                              key == Qt::Key_Slash || key == Qt::Key_Plus || key == Qt::Key_Equal;
-    return {key, shiftMakesIt ? modifiers & ~static_cast<int>(Qt::ShiftModifier) : modifiers};
-}
-
 /// Text fields move, type, copy, undo and end with these keys themselves.
 bool editsText(const Binding &binding) {
     return (binding.modifiers & command) == 0 || binding.key == Qt::Key_Z ||
@@ -316,7 +281,7 @@ QList<KeyGroup> KeyboardMap::sheet(AgentKind agent, KeySpelling spelling,
 
 KeyboardMap::Action KeyboardMap::action(sections::Section section, int key, int modifiers,
                                         bool textFieldFocused, quint32 scanCode) const {
-    const Press press = normal(key, modifiers, scanCode);
+    const KeyPress press = KeyPress::of(key, modifiers, scanCode);
     for (const Row &row : rows) {
         if (!reaches(row, section)) {
             continue;
@@ -332,7 +297,7 @@ KeyboardMap::Action KeyboardMap::action(sections::Section section, int key, int 
 }
 
 int KeyboardMap::digit(int key, int modifiers) const {
-    const Press press = normal(key, modifiers);
+    const KeyPress press = KeyPress::of(key, modifiers);
     return press.modifiers == plain && press.key >= Qt::Key_0 && press.key <= Qt::Key_9
                ? press.key - Qt::Key_0
                : -1;

@@ -1,6 +1,5 @@
-#include "desktop/ShareInbox.h"
+#include "tests/desktop/ShareInboxFixture.h"
 
-#include "platform/DropSignal.h"
 #include "tests/support/Files.h"
 #include "tests/support/HostileNames.h"
 #include "tests/support/Settle.h"
@@ -24,117 +23,8 @@ namespace {
 using std::chrono::milliseconds;
 using testing::IsEmpty;
 
-QByteArray dropOf(const QByteArray &name) {
-    return R"({"url":"https://example.org/)" + name + R"(","title":"Un titre"})";
-}
-
-class FakeDropSignal final : public DropSignal {
-public:
-    void follow(std::function<void()> dropped) override { told = std::move(dropped); }
-    std::function<void()> told;
-};
-
-class ShareInboxTest : public testing::Test {
-protected:
-    ShareInboxTest() { QDir().mkpath(path("Inbox")); }
-    ~ShareInboxTest() override { close(); }
-
-    QString path(const QByteArray &name) const {
-        return folder.path() + u'/' + QFile::decodeName(name);
-    }
-    QString drop(const QByteArray &name) const { return path("Inbox/" + name); }
-    QStringList entries(const QByteArray &name) const {
-        return QDir(path(name)).entryList(QDir::Files | QDir::System);
-    }
-
-    void open(milliseconds settled = milliseconds(50)) {
-        inbox = std::make_unique<ShareInbox>(
-            ShareInbox::Parts{.folder = path("Inbox"),
-                              .keeper = {.mayTake = [this] { return !held; },
-                                         .take = [this](const auto &items) { return take(items); },
-                                         .saved = [this] { return saved(); }},
-                              .signal = &signal,
-                              .topicsFile = path("topics.json")},
-            ShareInbox::Pace{settled, milliseconds(50)});
-        QObject::connect(inbox.get(), &ShareInbox::wasSetAside, inbox.get(),
-                         [this](qsizetype noLinks, qsizetype tooLarge) {
-                             aside += noLinks;
-                             heavy += tooLarge;
-                         });
-        QObject::connect(inbox.get(), &ShareInbox::cannotRead, inbox.get(),
-                         [this](const QString &name) { unread += name; });
-        QObject::connect(inbox.get(), &ShareInbox::folderRefused, inbox.get(),
-                         [this](const std::error_code &why) { refused = why; });
-        QObject::connect(inbox.get(), &ShareInbox::heldBack, inbox.get(), [this] { ++heldBack; });
-    }
-    void close() {
-        if (inbox) {
-            test::waitFor(inbox->stopped());
-            inbox.reset();
-        }
-    }
-    QList<ShareInbox::Taken> take(const QList<ShareInbox::Item> &items) {
-        largest = std::max(largest, items.size());
-        QList<ShareInbox::Taken> result;
-        for (const ShareInbox::Item &item : std::as_const(items)) {
-            result +=
-                item.url.startsWith(u"http") ? ShareInbox::Taken::Kept : ShareInbox::Taken::NoLink;
-            seen += item;
-        }
-        return result;
-    }
-    Task<bool> saved() {
-        co_await sleepFor(milliseconds(0));
-        if (meanwhile) {
-            std::exchange(meanwhile, {})();
-        }
-        co_return refusals == 0 || refusals-- == 0;
-    }
-    /// Lets the rights of files count, also where the tests run as root.
-    template <class Work>
-    void asSomebody(Work work) {
-        const uid_t own = ::geteuid();
-        constexpr uid_t nobody = 65534;
-        if (own == 0) {
-            for (const QByteArray name : {"", "Inbox"}) {
-                ASSERT_EQ(::chown(QFile::encodeName(path(name)).constData(), nobody, gid_t(-1)), 0);
-            }
-            ASSERT_EQ(::seteuid(nobody), 0);
-        }
-        try {
-            work();
-            close();
-        } catch (const std::exception &error) {
-            ADD_FAILURE() << error.what();
-        }
-        ASSERT_EQ(::seteuid(own), 0);
-    }
-    void setMode(const QString &file, mode_t mode) const {
-        ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), mode), 0);
-    }
-    QStringList addresses() const {
-        QStringList all;
-        for (const ShareInbox::Item &item : seen) {
-            all += item.url.section(u'/', -1);
-        }
-        all.sort();
-        return all;
-    }
-
-    QTemporaryDir folder;
-    FakeDropSignal signal;
-    std::unique_ptr<ShareInbox> inbox;
-    QList<ShareInbox::Item> seen;
-    std::function<void()> meanwhile; ///< while the first items are saved
-    bool held = false;
-    int refusals = 0; ///< so many saves fail
-    qsizetype largest = 0;
-    qsizetype aside = 0;
-    qsizetype heavy = 0;
-    QStringList unread;
-    std::error_code refused;
-    int heldBack = 0;
-};
+using test::dropOf;
+using test::ShareInboxTest;
 
 TEST_F(ShareInboxTest, a_drop_is_one_record_whose_keys_stand_in_their_order) {
     const ShareInbox::Item item{.title = QStringLiteral("t"),
@@ -256,84 +146,6 @@ TEST_F(ShareInboxTest, what_could_not_be_saved_stays_and_is_handed_over_once) {
     test::writeFile(drop("b.json"), dropOf("b"));
     test::spinUntil([&] { return entries("Inbox").isEmpty(); });
     EXPECT_EQ(addresses(), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
-}
-
-TEST_F(ShareInboxTest, what_the_system_does_not_let_go_is_never_handed_over_again) {
-    asSomebody([&] {
-        test::writeFile(drop("a.json"), dropOf("a"));
-        QFile large(drop("large.json"));
-        ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(50'000'000));
-        large.close();
-        meanwhile = [&] { setMode(path("Inbox"), 0500); };
-        open();
-        test::spinUntil([&] { return test::readFile(path("drops.json")).count("goesAside") == 2; });
-        signal.told();
-        test::settle();
-        EXPECT_EQ(entries("Inbox").size(), 2);
-        EXPECT_EQ(heavy, 0);
-        close();
-        // Another start, which may.
-        open();
-        test::spinUntil([&] { return entries("Inbox").isEmpty(); });
-        test::spinUntil([&] { return test::readFile(path("drops.json")).trimmed() == "[]"; });
-        test::spinUntil([&] {
-            return heavy == 1;
-        }); // told as what it is, though nothing of it was read this time
-        EXPECT_EQ(aside, 0);
-        // The name is another drop's by now.
-        test::writeFile(drop("a.json"), dropOf("b"));
-        signal.told();
-        test::spinUntil([&] { return seen.size() == 2 && entries("Inbox").isEmpty(); });
-    });
-    EXPECT_EQ(addresses(), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
-}
-
-TEST_F(ShareInboxTest, what_cannot_be_read_now_waits_and_is_told) {
-    asSomebody([&] {
-        test::writeFile(drop("a.json"), dropOf("a"));
-        setMode(drop("a.json"), 0);
-        test::writeFile(drop("b.json"), dropOf("b"));
-        open();
-        test::spinUntil([&] { return !unread.isEmpty(); });
-        EXPECT_EQ(addresses(), QStringList(QStringLiteral("b")));
-        EXPECT_EQ(entries("Inbox"), QStringList(QStringLiteral("a.json")));
-        setMode(drop("a.json"), 0600);
-        test::spinUntil([&] { return seen.size() == 2 && entries("Inbox").isEmpty(); });
-        EXPECT_EQ(unread, QStringList(QStringLiteral("a.json"))) << "once";
-        // The folder itself: made again where it went, told where it stays shut.
-        ASSERT_TRUE(QDir(path("Inbox")).removeRecursively());
-        test::writeFile(path("Inbox"), "no folder");
-        signal.told();
-        test::spinUntil([&] { return bool(refused); });
-        EXPECT_TRUE(QFile::remove(path("Inbox")));
-        InboxFolder(path("Inbox")).drop({.url = QStringLiteral("https://example.org/c")});
-        test::spinUntil([&] { return seen.size() == 3 && entries("Inbox").isEmpty(); });
-    });
-    EXPECT_EQ(aside, 0);
-}
-
-TEST_F(ShareInboxTest, nothing_inside_is_reached_by_a_link_and_no_other_users_folder_is_read) {
-    test::writeFile(path("own/x.json"), dropOf("stolen"));
-    ASSERT_TRUE(QFile::link(path("own"), drop(".parti")));
-    ASSERT_TRUE(QFile::link(path("own"), drop("illisibles")));
-    test::writeFile(drop("bad.json"), "{");
-    test::writeFile(drop("good.json"), dropOf("good"));
-    // The folder may stand elsewhere.
-    ASSERT_TRUE(QFile::rename(path("Inbox"), path("elsewhere")));
-    ASSERT_TRUE(QFile::link(path("elsewhere"), path("Inbox")));
-    open();
-    test::spinUntil([&] { return QFile::exists(path("drops.json")); });
-    EXPECT_EQ(addresses(), QStringList(QStringLiteral("good")));
-    EXPECT_EQ(entries("Inbox"), QStringList(QStringLiteral("bad.json")));
-    EXPECT_EQ(entries("own"), QStringList(QStringLiteral("x.json")));
-    close();
-    if (::geteuid() == 0) {
-        ASSERT_EQ(::chown(QFile::encodeName(path("elsewhere")).constData(), 65534, gid_t(-1)), 0);
-        test::writeFile(drop("planted.json"), dropOf("planted"));
-        open();
-        test::spinUntil([&] { return bool(refused); });
-        EXPECT_EQ(seen.size(), 1);
-    }
 }
 
 TEST_F(ShareInboxTest, no_listing_reads_more_than_it_may) {
