@@ -13,7 +13,7 @@ AccessibilityBarrier {
     readonly property string keysRun: keyboard.keys(KeyboardMap.RunNow)
     readonly property bool low: width < 220 // there is little room
     // Nor over the card for the six and what stands below them: that takes the name's place.
-    readonly property real top: tight ? 62 : 84 // of the six
+    readonly property real itemsTop: tight ? 62 : 84 // of the six
     readonly property bool tight: foot.visible && (card.y - 84 - 8 - 40) / items.count - 4 < 28
 
     signal picked(int section)
@@ -60,7 +60,7 @@ AccessibilityBarrier {
     }
     Column {
         x: 18
-        y: bar.top
+        y: bar.itemsTop
         width: parent.width - 37
         spacing: 4
 
@@ -75,7 +75,7 @@ AccessibilityBarrier {
                 required count
                 width: parent.width
                 // All six stand over what is below, in however low a window.
-                height: Math.max(22, Math.min(implicitHeight, ((foot.visible && !bar.tight ? foot.y : card.y) - bar.top - 8) / items.count - 4))
+                height: Math.max(22, Math.min(implicitHeight, ((foot.visible && !bar.tight ? foot.y : card.y) - bar.itemsTop - 8) / items.count - 4))
                 strong: entry.index === 0
                 current: bar.current === entry.index
                 onClicked: bar.picked(entry.index)
