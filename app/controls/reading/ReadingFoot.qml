@@ -47,7 +47,7 @@ Rectangle {
                 keys: modelData.keys
                 keysShown: !buttons.crowded
                 leftPadding: foot.width >= 560 ? 15 : Theme.textScale > 110 ? 7 : 10
-                font.pixelSize: buttons.crowded && Theme.textScale > 110 ? Theme.textNote : Theme.textBody
+                font.pixelSize: foot.width < 560 && Theme.textScale > 110 ? Theme.textNote : Theme.textBody
                 primary: modelData.primary
                 given: modelData.worth.length > 0 && modelData.worth === foot.worth
                 onClicked: foot.act(modelData.action)
