@@ -223,5 +223,49 @@ TEST_F(CardsTest, what_came_since_the_last_visit_has_a_dot) {
     EXPECT_NE(kept.seen->last, state.seen->last);
 }
 
+TEST_F(CardsTest, in_the_smallest_window_with_the_largest_type_everything_is_still_reached) {
+    fill();
+    Topic odd = test::sampleTopic(text("Une version sans fin"));
+    odd.score = 10;
+    odd.dependency = text("envoi-multipart");
+    odd.currentVersion = text("1").repeated(110);
+    odd.newVersion = text("3.4.3");
+    store().add({odd});
+    open();
+    m_app->preferences().change(&Settings::textScale, 150);
+    window().resize(700, 500);
+    turn();
+    const auto status = all("RunStatus_");
+    const auto sections = all("SideItem_");
+    ASSERT_EQ(status.size(), 1);
+    ASSERT_EQ(sections.size(), 6);
+    const double card = status.first()->mapToScene({0, 0}).y();
+    for (QQuickItem *section : sections) {
+        EXPECT_LE(section->mapToScene({0, section->height()}).y(), card);
+    }
+    press(Qt::Key_Space);
+    turn();
+    for (const char *button : {"Garder", "Plus tard", "Pas pour moi"}) {
+        const QPoint middle = buttonAt(text(button));
+        EXPECT_GT(middle.x(), 200) << button;
+        EXPECT_LT(middle.x(), 690) << button;
+    }
+    press(Qt::Key_Escape);
+    window().resize(1180, 780);
+    m_app->preferences().change(&Settings::textScale, 100);
+    turn();
+    // What a stranger calls a version is held to its line, beside the two others.
+    ASSERT_EQ(all("VersionLine_").size(), 1);
+    QQuickItem *line = all("VersionLine_").first();
+    double end = 0;
+    for (const QQuickItem *part : textsIn(*line)) {
+        const QRectF place = placeOf(*part, *line);
+        EXPECT_GE(place.left(), end - 1);
+        EXPECT_GT(place.width(), 20);
+        end = place.right();
+    }
+    EXPECT_LE(end, line->width() + 1);
+}
+
 } // namespace
 } // namespace vorle

@@ -152,5 +152,25 @@ TEST_F(TopicPageTest, a_note_that_is_asked_for_comes_or_says_why_it_does_not) {
     EXPECT_EQ(essential(), QStringLiteral("Enfin."));
 }
 
+TEST_F(TopicPageTest, tells_of_its_lists_only_where_they_are_others) {
+    Topic topic = test::sampleTopic(QStringLiteral("Le sien"));
+    topic.criteria = Judgment::Criteria{8, 7, 6, 5, 20};
+    topic.brief = Brief{};
+    const QUuid id = add(topic);
+    page.setTopicId(id.toString());
+    QSignalSpy changes(&page, &TopicPage::topicChanged);
+    QSignalSpy briefChanges(&page, &TopicPage::briefChanged);
+    QSignalSpy scoreChanges(&page, &TopicPage::scoreChanged);
+    store.setNote(id, QStringLiteral("le soir"));
+    store.setGallery(id, {{topic.sources.first().url, QStringLiteral("a.img")}});
+    EXPECT_EQ(changes.count(), 2);
+    EXPECT_EQ(briefChanges.count() + scoreChanges.count(), 0) << "what is marked there stays";
+    store.setBrief(id, std::nullopt);
+    EXPECT_EQ(briefChanges.count(), 1);
+    store.setCorrection(id, Correction{3, {}, {}, {}});
+    EXPECT_EQ(briefChanges.count(), 1);
+    EXPECT_EQ(scoreChanges.count(), 1);
+}
+
 } // namespace
 } // namespace vorle
