@@ -142,6 +142,8 @@ class Planted(unittest.TestCase):
                   swift: "@objc(ShareViewController)\nfinal class Share {\n    var name = \"a\"\n}\n",
                   workflow: "on: push\njobs:\n  a:\n    runs-on: macos-14\n    steps:\n"
                             "      - uses: actions/checkout@v4\n",
+                  "core/D.cpp": "#include <sys/stat.h>\n"
+                                "mode_t d(const struct stat &file) { return file.st_mode & 0777U; }\n",
                   "app/A.qml": "Window {\n    flags: Qt.platform.os === \"osx\" ? Qt.Dialog : Qt.Tool\n}\n",
                   "core/B.cpp": "#ifdef Q_OS_MACOS\n#endif\n",
                   "docs/mac.md": "| do | `packaging/macos/share`, `core/B.cpp`, `app` |\n"}
@@ -159,6 +161,9 @@ class Planted(unittest.TestCase):
                  "run": "#!/usr/bin/env bash\nmapfile -t lines\ntimeout 5 ls\n"
                         "echo $BASHPID\nls a --color\nif true; then\n",
                  "app/A.qml": "Window {\n    flags: Qt.Tool | Qt.FramelessWindowHint\n}\n",
+                 "core/D.cpp": "#include <sys/stat.h>\n\nmode_t d(unsigned rights) { return rights; }\n",
+                 "core/E.cpp": "#include <algorithm>\n#include <cstdint>\n"
+                               "long e(std::int64_t a, long b) { return std::max(a, b); }\n",
                  "app/C.cpp": "void a() {\n    // showMessage(x)\n    item.showMessage(x);\n"
                               "    setOrganizationName(x);\n}\n",
                  swift: right[swift].replace("ShareView", "OurView").replace("}", ""),
@@ -169,7 +174,7 @@ class Planted(unittest.TestCase):
         for said in ["Info.plist.in: CFBundleName stands there twice", "fr.vorle.widget", "share.entitlements",
                      "run:2:", "run:3:", "run:4:", "run:5:", "run: line 7: syntax error", "core/A.cpp:3:",
                      "Info.plist.in: without SUFeedURL", "other/Info.plist: nobody says", "vorle.entitlements: ",
-                     "app/A.qml:2: ", "app/C.cpp:3: on", "app/C.cpp:4: on",
+                     "core/D.cpp:3:", "core/E.cpp:3:", "app/A.qml:2: ", "app/C.cpp:3: on", "app/C.cpp:4: on",
                      "no Swift file beside it says @objc(ShareViewController)",
                      "core/B.cpp: docs/mac.md does not say", "share/Share.swift: docs/mac.md does not say"]:
             self.assertIn(said, words)
