@@ -164,8 +164,9 @@ class Planted(unittest.TestCase):
                  "core/D.cpp": "#include <sys/stat.h>\n\nmode_t d(unsigned rights) { return rights; }\n",
                  "core/E.cpp": "#include <algorithm>\n#include <cstdint>\n"
                                "long e(std::int64_t a, long b) { return std::max(a, b); }\n",
+                 "core/F.cpp": "#include <sys/epoll.h>\n",
                  "app/C.cpp": "void a() {\n    // showMessage(x)\n    item.showMessage(x);\n"
-                              "    setOrganizationName(x);\n}\n",
+                              "    setOrganizationName(x);\n    pipe2(x, 0);\n}\n",
                  swift: right[swift].replace("ShareView", "OurView").replace("}", ""),
                  workflow: right[workflow].replace("macos-14", "makos-14"), "docs/mac.md": "`core/A.cpp`\n",
                  "core/A.cpp": "#include <QtGlobal>\n#ifdef Q_OS_MACOS\nint a() { return b(); }\n#endif\n"}
@@ -175,6 +176,7 @@ class Planted(unittest.TestCase):
                      "run:2:", "run:3:", "run:4:", "run:5:", "run: line 7: syntax error", "core/A.cpp:3:",
                      "Info.plist.in: without SUFeedURL", "other/Info.plist: nobody says", "vorle.entitlements: ",
                      "core/D.cpp:3:", "core/E.cpp:3:", "app/A.qml:2: ", "app/C.cpp:3: on", "app/C.cpp:4: on",
+                     "app/C.cpp:5: on", "no Mac has <sys/epoll.h>",
                      "no Swift file beside it says @objc(ShareViewController)",
                      "core/B.cpp: docs/mac.md does not say", "share/Share.swift: docs/mac.md does not say"]:
             self.assertIn(said, words)

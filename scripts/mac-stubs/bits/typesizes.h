@@ -1,5 +1,6 @@
-// How wide the system's types are on a Mac, where that is another width or another type than here: what
-// is narrowed there, or fits no template, is found here. Over Debian's header of the same name.
+// How wide the system's types are on a Mac, where that is another width or another type than here:
+// what is narrowed there, or fits no template, is found here. Over Debian's header of the same
+// name.
 #include_next <bits/typesizes.h>
 
 #undef __MODE_T_TYPE

@@ -1,0 +1,2 @@
+// No Mac has this header.
+#error "no Mac has <gnu/libc-version.h>"

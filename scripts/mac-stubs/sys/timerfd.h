@@ -1,0 +1,2 @@
+// No Mac has this header.
+#error "no Mac has <sys/timerfd.h>"
