@@ -27,7 +27,7 @@ QString installFailedText() {
     return French::tr("vorle reste dans sa version actuelle. Je réessaierai à la prochaine "
                       "vérification.");
 }
-QString heldElsewhereTitle() { return French::tr("Une mise à jour est déjà en cours"); }
+QString heldElsewhereTitle() { return French::tr("Une mise à jour est en cours"); }
 QString heldElsewhereText() {
     return French::tr("Une autre vorle s’en occupe déjà\u00A0: laisse-la finir.");
 }
@@ -150,6 +150,7 @@ void Updater::followSettings(bool isAnswered) {
 
 void Updater::check() {
     if (m_parts.engine.obstacle()) {
+        Q_EMIT changed(); // it may have come since
         return;
     }
     acknowledge(); // of the last one

@@ -62,7 +62,9 @@ public:
     /// It relaunches by itself in a moment, unless it is put off.
     bool isCountingDown() const { return m_countdown.isActive(); }
     /// The person has not said yet whether updates may be looked for by themselves, and is asked.
-    bool isPermissionWanted() const { return m_permissionReply && !checksByItself(); }
+    bool isPermissionWanted() const {
+        return m_permissionReply && !checksByItself() && !m_parts.engine.obstacle();
+    }
     /// Why this program cannot be updated from here, in French; "" when it can.
     QString obstacle() const { return m_parts.engine.obstacle().value_or(QString()); }
 

@@ -132,25 +132,30 @@ Task<QStringList> machineSettings(Work work, CancelToken cancel) {
         : QStringList();
 }
 
-/// Agents that are scripts for Node look for one on the PATH. Theirs may be on a terminal's alone,
-/// so it is noted where each of them looks last.
-Task<> noteNode(Work work, CancelToken cancel) {
-    const QString found = work.npm.node();
-    const QStringList usual{QStringLiteral("/usr/bin"), QStringLiteral("/bin"),
-                            QStringLiteral("/usr/local/bin"), QStringLiteral("/opt/homebrew/bin"),
-                            work.prefix + QStringLiteral("/bin")};
-    if (found.isEmpty() || usual.contains(QFileInfo(found).path())) {
-        co_return;
-    }
+/// The Node that scripts find which look for one as npm and the agents do; empty where none
+/// answers.
+Task<QString> nodeOf(Work work, CancelToken cancel) {
     ProcessRequest ask = work.request();
-    ask.executable = found;
-    ask.arguments = {QStringLiteral("-p"), QStringLiteral("process.execPath")};
+    ask.executable = QStringLiteral("/usr/bin/env");
+    ask.arguments = {QStringLiteral("node"), QStringLiteral("-p"),
+                     QStringLiteral("process.execPath")}; // "node" may be what chooses one
     ask.timeout = 30s;
     const ProcessEnd end = co_await runProcess(std::move(ask), std::move(cancel));
     const QString node = QString::fromUtf8(end.output).trimmed();
+    co_return end.succeeded() && QDir::isAbsolutePath(node) && QFileInfo(node).isExecutable()
+        ? node
+        : QString();
+}
+
+/// Agents that are scripts for Node look for one on the PATH. Theirs may be on a terminal's alone,
+/// so it is noted where each of them looks last.
+Task<> noteNode(Work work, CancelToken cancel) {
+    const QStringList usual{QStringLiteral("/usr/bin"), QStringLiteral("/bin"),
+                            QStringLiteral("/usr/local/bin"), QStringLiteral("/opt/homebrew/bin"),
+                            work.prefix + QStringLiteral("/bin")};
     const QString noted = work.agents.environment().nodeFolder() + QStringLiteral("/node");
-    if (end.succeeded() && QDir::isAbsolutePath(node) && QFileInfo(node).isExecutable() &&
-        node != noted) {
+    const QString node = co_await nodeOf(work, std::move(cancel));
+    if (!node.isEmpty() && node != noted && !usual.contains(QFileInfo(node).path())) {
         QDir().mkpath(QFileInfo(noted).path());
         QFile::remove(noted); // the one of another installation
         QFile::link(node, noted);

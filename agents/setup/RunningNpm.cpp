@@ -62,24 +62,18 @@ QList<RunningNpm> waysOf(const AgentLocator &agents, const QString &program,
     QStringList nodes;
     for (qsizetype i = -1; i < nodeFolders.size(); ++i) {
         const QStringList first = i < 0 ? QStringList() : QStringList(nodeFolders[i]);
-        RunningNpm way{program, usual};
-        way.variables.insert(pathName(), (first + path + nodeFolders).join(u':'));
-        if (!nodes.contains(way.node())) {
-            nodes += way.node();
-            ways += way;
+        const QStringList folders = first + path + nodeFolders;
+        const QString node = holding(folders, QStringLiteral("node")).value(0);
+        if (!nodes.contains(node)) {
+            nodes += node;
+            ways += {program, usual};
+            ways.last().variables.insert(pathName(), folders.join(u':'));
         }
     }
     return ways;
 }
 
 } // namespace
-
-QString RunningNpm::node() const {
-    const QString name = QStringLiteral("node");
-    const QStringList folders =
-        holding(variables.value(pathName()).split(u':', Qt::SkipEmptyParts), name);
-    return folders.isEmpty() ? QString() : folders.first() + u'/' + name;
-}
 
 QStringList npmPrograms(const AgentLocator &agents) {
     QStringList programs = holding(allFolders(agents), QStringLiteral("npm"));

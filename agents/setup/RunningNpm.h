@@ -17,9 +17,6 @@ QStringList npmPrograms(const AgentLocator &agents);
 struct RunningNpm {
     QString program;
     QProcessEnvironment variables;
-
-    /// The Node that it runs by, which may be what chooses one; empty where none is on its PATH.
-    QString node() const;
 };
 
 /// The first npm that tells its version: one that was left behind by a Node that is gone, or that

@@ -51,7 +51,7 @@ TEST_F(SharedInstallationTest, of_two_processes_that_install_the_second_says_so)
     updater->setWatched(true);
     checkAndInstall();
     waitFor(Stage::InstallFailed);
-    EXPECT_EQ(updater->title(), QStringLiteral("Une mise à jour est déjà en cours"));
+    EXPECT_EQ(updater->title(), QStringLiteral("Une mise à jour est en cours"));
     EXPECT_EQ(updater->text(),
               QStringLiteral("Une autre vorle s’en occupe déjà\u00A0: laisse-la finir."));
     EXPECT_EQ(told, 0);

@@ -154,7 +154,7 @@ TEST_F(UpdaterTest, what_was_asked_for_is_told_where_the_view_was_put_away_meanw
              driver().showError(QStringLiteral("a bad signature"), [] {});
          },
          "La mise à jour n’a pas pu s’installer"},
-        {[this] { driver().showHeldElsewhere(); }, "Une mise à jour est déjà en cours"},
+        {[this] { driver().showHeldElsewhere(); }, "Une mise à jour est en cours"},
         {[this] {
              driver().showInstalling(false, [] {});
              driver().showError(QStringLiteral("no room"), [] {});

@@ -138,7 +138,10 @@ TEST_F(AgentPackageTest, of_several_npms_and_nodes_those_are_used_that_run) {
                  "[ \"$1\" = -p ] && echo \"$HOME/opt/node/bin/node\" && exit\n"
                  "[ \"$1\" = config ] && exit 1\n[ \"$1\" = install ] || exit 0\n" +
                      links("exec node --version"));
-    const AgentLocator agents = locator(stale + u':' + path("/tools") + u':' + node);
+    test::writeFile(path("/broken/node"), "#!/nowhere/sh\n");
+    QFile::setPermissions(path("/broken/node"), QFile::ReadOwner | QFile::ExeOwner);
+    const AgentLocator agents =
+        locator(QStringList{stale, path("/broken"), path("/tools"), node}.join(u':'));
     EXPECT_EQ(test::waitFor(installPackage(agents, AgentKind::Codex, {})).end, InstallEnd::Checked)
         << "it runs from the desktop too";
     EXPECT_EQ(QFileInfo(path("/.local/state/vorle/node/node")).symLinkTarget(),
