@@ -1,5 +1,6 @@
 // The program itself, installed as people have it, from one version to the next.
 
+#include "storage/StoreLock.h"
 #include "tests/core/Samples.h"
 #include "tests/support/Program.h"
 #include "tests/support/TestServer.h"
@@ -201,6 +202,24 @@ TEST_F(UpdateFlowTest, who_never_opens_a_window_goes_back_to_what_worked_last) {
             QFileInfo(QFile::symLinkTarget(folder() + QStringLiteral("/previous"))).fileName(),
             crashed ? QStringLiteral("0.0.9") : QStringLiteral("0.1.0"));
     }
+}
+
+TEST_F(UpdateFlowTest, a_new_version_that_waits_for_a_command_says_that_it_does_not_hang) {
+    install();
+    ASSERT_TRUE(
+        QFile::link(QStringLiteral("versions/0.0.9"), folder() + QStringLiteral("/previous")));
+    const QString answers = folder() + QStringLiteral("/answers");
+    program.save({test::sampleTopic(QStringLiteral("Gardé"), TopicStatus::Program)});
+    StoreLock command(program.topicsFile());
+    ASSERT_TRUE(command.tryLock());
+    QProcess &app = start({});
+    test::spinUntil([&] { return QFile::exists(answers); });
+    EXPECT_FALSE(linked("previous").isEmpty()) << "it has not opened yet";
+    command.release();
+    test::spinUntil([&] { return linked("previous").isEmpty() && !QFile::exists(answers); });
+    ::kill(-static_cast<pid_t>(app.processId()), SIGTERM);
+    waitForEnd(app);
+    EXPECT_EQ(app.exitCode(), 0);
 }
 
 TEST_F(UpdateFlowTest, killed_at_any_moment_one_of_the_two_starts) {
