@@ -8,23 +8,23 @@ set(VORLE_QML
     controls/reading/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
     controls/charts/PeriodChoice.qml controls/charts/ReportScope.qml controls/charts/ShareStack.qml controls/charts/SourceBars.qml controls/charts/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml
-    controls/FocusRing.qml controls/GearSign.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml
+    controls/FocusRing.qml controls/GearSign.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml controls/KeyHint.qml controls/MenuRow.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
     controls/ProjectChoice.qml controls/ProposedPage.qml controls/reading/ReadingFoot.qml controls/reading/ReadingHead.qml controls/reading/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
-    controls/SectionHead.qml controls/reading/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideButton.qml controls/SideItem.qml
+    controls/SectionHead.qml controls/reading/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideButton.qml controls/SideItem.qml controls/SortedBadges.qml
     controls/AddField.qml controls/AppTile.qml controls/charts/ChartFrame.qml controls/charts/ChartGroup.qml controls/EditableRow.qml controls/OrphanLine.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
     controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
     controls/reading/SourceRow.qml controls/SourcePicture.qml controls/StepLine.qml controls/TextEntry.qml
     controls/SchedulePicker.qml controls/Stepper.qml controls/SettingRow.qml controls/SettingsPage.qml controls/ShortcutField.qml controls/Swatches.qml controls/Switch.qml controls/TimeField.qml controls/Title.qml
     controls/reading/BriefCard.qml controls/reading/CodeBlock.qml controls/reading/CopyButton.qml controls/reading/FoldLine.qml
     controls/TopicCard.qml controls/VersionLine.qml controls/WhyLine.qml
-    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardSight.qml
+    screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardMenu.qml screens/CardSight.qml
     screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml screens/territory/ListSection.qml
     screens/ClosingPanel.qml screens/FeedbackPanel.qml screens/FeedbackPictures.qml screens/onboarding/DemoStrip.qml screens/CorrectionPanel.qml
-    screens/onboarding/InboxInvitation.qml screens/GhostPlace.qml screens/LastGhost.qml screens/Later.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
+    screens/onboarding/InboxInvitation.qml screens/GhostPlace.qml screens/LastGhost.qml screens/Later.qml screens/LinkDrop.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/onboarding/OnboardingAgent.qml screens/onboarding/OnboardingProjects.qml screens/onboarding/OnboardingScreen.qml screens/onboarding/OnboardingStep.qml screens/onboarding/OnboardingTopics.qml
     screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelHost.qml screens/PanelSlot.qml screens/PanelsLater.qml screens/Panels.qml screens/QuickCapturePanel.qml screens/ReadingPage.qml
-    screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SectionSlot.qml screens/settings/SettingsPanel.qml
+    screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SectionSlot.qml screens/SectionSlots.qml screens/settings/SettingsPanel.qml
     screens/settings/BenchScreen.qml screens/settings/SettingsAgent.qml screens/settings/SettingsCapture.qml screens/settings/SettingsData.qml screens/settings/SettingsGeneral.qml screens/settings/SettingsMenu.qml screens/settings/SettingsNotices.qml screens/settings/SettingsRuns.qml
     screens/palette/PaletteFoot.qml screens/palette/PaletteRow.qml screens/palette/SearchOverlay.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/territory/SendPanel.qml screens/territory/TerritoryInterests.qml screens/territory/TerritoryNames.qml screens/territory/TerritoryProjects.qml
@@ -73,6 +73,7 @@ qt_add_qml_module(vorle_window
         window/ShellParts.cpp window/ShellParts.h
         window/SingleInstance.cpp window/SingleInstance.h
         window/TextLeading.cpp window/TextLeading.h
+        window/TopicLinks.cpp window/TopicLinks.h
         window/TopicPage.cpp window/TopicPage.h
         window/UnderWay.cpp window/UnderWay.h
         window/desktop/UpdateModel.cpp window/desktop/UpdateModel.h

@@ -20,6 +20,8 @@ Item {
     signal chosen
     signal enlarged
     signal act(int action)
+    signal menuAsked(point at) // in the window
+    signal carried // its link is pulled away
 
     readonly property int padding: !open ? 18 : tiny ? 14 : 20
     readonly property real bodyHeight: Math.max(open ? 64 : 40, words.implicitHeight)
@@ -138,8 +140,30 @@ Item {
         id: hover
     }
     TapHandler {
+        id: press
+
+        property bool kept: false // long enough for the menu: it is no drag any more
+
+        onPressedChanged: if (!pressed) kept = false
         onSingleTapped: card.chosen()
         onDoubleTapped: card.enlarged()
+        onLongPressed: {
+            kept = true;
+            card.menuAsked(point.scenePosition);
+        }
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: eventPoint => card.menuAsked(eventPoint.scenePosition)
+    }
+    // By the mouse; a finger scrolls. A button that is pressed stays pressed.
+    DragHandler {
+        target: null
+        enabled: !press.kept
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        grabPermissions: PointerHandler.CanTakeOverFromHandlersOfDifferentType | PointerHandler.ApprovesTakeOverByAnything
+        onActiveChanged: if (active) card.carried()
     }
 
     Item {

@@ -6,6 +6,8 @@
 #include "base/Json.h"
 #include "core/Topic.h"
 
+#include <utility>
+
 namespace vorle {
 
 namespace {
@@ -46,9 +48,7 @@ QList<CardButton> allButtons(TopicSection section) {
     return {};
 }
 
-} // namespace
-
-QVariantList cardButtons(TopicSection section, Allowed allowed, const KeyboardMap &keyboard) {
+QList<CardButton> allowedButtons(TopicSection section, Allowed allowed) {
     QList<CardButton> buttons = allButtons(section);
     if (allowed != Allowed::Everything) {
         buttons.removeIf([](const CardButton &each) { return each.action != Map::Dismiss; });
@@ -60,10 +60,37 @@ QVariantList cardButtons(TopicSection section, Allowed allowed, const KeyboardMa
                          .primary = true,
                          .worth = {}});
     }
+    return buttons;
+}
+
+QVariantList withKeys(QList<CardButton> buttons, const KeyboardMap &keyboard) {
     for (CardButton &button : buttons) {
         button.keys = keyboard.keys(button.action);
     }
     return variants(buttons);
+}
+
+} // namespace
+
+QVariantList cardButtons(TopicSection section, Allowed allowed, const KeyboardMap &keyboard) {
+    return withKeys(allowedButtons(section, allowed), keyboard);
+}
+
+QVariantList cardMenu(TopicSection section, Allowed allowed, const KeyboardMap &keyboard) {
+    const auto line = [](const QString &text, Map::Action action, bool apart = false) {
+        return CardButton{.text = text, .keys = {}, .action = action, .worth = {}, .apart = apart};
+    };
+    QList<CardButton> lines = allowedButtons(section, allowed);
+    if (!lines.isEmpty()) {
+        lines.first().apart = true;
+    }
+    lines.prepend(line(French::tr("Lire"), Map::ToggleCard));
+    lines += line(keyboard.label(Map::OpenSource), Map::OpenSource, true);
+    lines += line(keyboard.label(Map::CopyLink), Map::CopyLink);
+    if (allowed == Allowed::Everything) {
+        lines += line(keyboard.label(Map::Correct), Map::Correct);
+    }
+    return withKeys(std::move(lines), keyboard);
 }
 
 QString keysHint(TopicSection section, const KeyboardMap &keyboard) {

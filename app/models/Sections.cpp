@@ -33,6 +33,7 @@ Sections::Sections(Parts parts, QObject *parent)
     }
     connect(&m_parts.budget, &ProgramBudget::changed, this, &Sections::scheduleTextsChanged);
     connect(&m_parts.run, &RunModel::scheduleChanged, this, &Sections::scheduleTextsChanged);
+    connect(&m_parts.run, &RunModel::runningChanged, this, &Sections::scheduleTextsChanged);
     connect(&m_parts.preferences, &Preferences::changed, this, &Sections::scheduleTextsChanged);
 }
 
@@ -232,21 +233,34 @@ QString Sections::inboxEmptyText() const {
                           : tr("Tout est trié. Prochaine fouille %1").arg(next);
 }
 
+/// The one thing that fills an empty section.
+QVariant Sections::helpOf(Section section) const {
+    const int inbox = countOf(Section::Inbox);
+    const bool startsNow = m_parts.budget.finished() && m_parts.budget.left() > 0;
+    if (section == Section::Library && countOf(Section::Program) > 0) {
+        return button(tr("Voir le programme"), KeyboardMap::GoProgram, true);
+    }
+    if (inbox > 0 && !(section == Section::Program && startsNow)) {
+        return button(tr("Trier %1").arg(countedTopics(inbox)), KeyboardMap::GoInbox, true);
+    }
+    if (section == Section::Program && m_parts.budget.finished() && !startsNow) {
+        return button(tr("Voir la bibliothèque"), KeyboardMap::GoLibrary, true); // a full week
+    }
+    return button(m_parts.run.startLabel(), KeyboardMap::RunNow, true);
+}
+
 QVariantList Sections::emptyActions() const {
-    if (countOf(m_current) > 0) {
+    if (listOf(m_current) == nullptr || countOf(m_current) > 0) {
         return {};
     }
-    if (m_current == Section::Program && m_parts.budget.finished() && m_parts.budget.left() > 0) {
-        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow, true)};
+    if (m_current == Section::Inbox && m_parts.preferences.settings().lastSearch) {
+        return {button(tr("Voir le programme"), KeyboardMap::GoProgram, true),
+                button(tr("Voir la réserve"), KeyboardMap::GoReserve)};
     }
-    if (m_current != Section::Inbox) {
-        return {};
-    }
-    if (!m_parts.preferences.settings().lastSearch) {
-        return {button(m_parts.run.startLabel(), KeyboardMap::RunNow, true)};
-    }
-    return {button(tr("Voir le programme"), KeyboardMap::GoProgram, true),
-            button(tr("Voir la réserve"), KeyboardMap::GoReserve)};
+    const QVariant help = helpOf(m_current);
+    const bool searching =
+        help.value<CardButton>().action == KeyboardMap::RunNow && m_parts.run.running();
+    return searching ? QVariantList() : QVariantList{help};
 }
 
 } // namespace vorle

@@ -27,7 +27,7 @@ class Sections final : public QAbstractListModel {
     /// The page of the chosen section while it has no topic; empty texts while it has some.
     Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY textsChanged FINAL)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY textsChanged FINAL)
-    /// Its buttons: a list of CardButton.
+    /// Its buttons, what helps most first: a list of CardButton.
     Q_PROPERTY(QVariantList emptyActions READ emptyActions NOTIFY textsChanged FINAL)
 
 public:
@@ -77,6 +77,7 @@ private:
     QString inboxSubtitle() const;
     ProgramText programText() const;
     QString inboxEmptyText() const;
+    QVariant helpOf(Section section) const;
     void follow(TopicListModel &list);
     void scheduleTextsChanged();
 

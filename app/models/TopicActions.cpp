@@ -34,6 +34,12 @@ const DecisionRow *decisionOf(Map::Action action) {
     return row == std::end(decisionRows) ? nullptr : row;
 }
 
+Allowed allowedOf(const TopicCard &card) {
+    return card.refusal().isEmpty()          ? Allowed::Everything
+           : card.captureProblem().isEmpty() ? Allowed::Dismissal
+                                             : Allowed::DismissalOrRetry;
+}
+
 } // namespace
 
 TopicActions::TopicActions(Sections &sections, Decisions &decisions, const KeyboardMap &keyboard,
@@ -62,10 +68,11 @@ TopicSelection *TopicActions::of(sections::Section section) const {
 }
 
 QVariantList TopicActions::buttons(sections::Section section, const TopicCard &card) const {
-    const Allowed allowed = card.refusal().isEmpty()          ? Allowed::Everything
-                            : card.captureProblem().isEmpty() ? Allowed::Dismissal
-                                                              : Allowed::DismissalOrRetry;
-    return cardButtons(static_cast<TopicSection>(section), allowed, m_keyboard);
+    return cardButtons(static_cast<TopicSection>(section), allowedOf(card), m_keyboard);
+}
+
+QVariantList TopicActions::menu(sections::Section section, const TopicCard &card) const {
+    return cardMenu(static_cast<TopicSection>(section), allowedOf(card), m_keyboard);
 }
 
 QString TopicActions::keysHint(sections::Section section) const {

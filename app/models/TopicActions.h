@@ -32,6 +32,9 @@ public:
     /// CardButton.
     Q_INVOKABLE QVariantList buttons(vorle::sections::Section section,
                                      const vorle::TopicCard &card) const;
+    /// The same for the card's menu, with all else that can be done there.
+    Q_INVOKABLE QVariantList menu(vorle::sections::Section section,
+                                  const vorle::TopicCard &card) const;
     /// The line under that section's list that tells its keys.
     Q_INVOKABLE QString keysHint(vorle::sections::Section section) const;
 

@@ -11,8 +11,7 @@ Window {
     required property Shell shell
 
     readonly property Sections sections: shell.sections
-    readonly property list<SectionSlot> slots: [inbox, program, reserve, library, territory, report]
-    readonly property SectionScreen screen: slots[sections.current].screen
+    readonly property SectionScreen screen: place.screen
     readonly property TopicSelection selection: shell.actions.selection // null where no topics are
     readonly property string chosenId: selection?.currentId ?? ""
     readonly property bool covered: panels.shown || shell.onboarding.shown
@@ -188,78 +187,17 @@ Window {
             Accessible.role: Accessible.Grouping
             Accessible.name: main.sections.title
 
-            Item {
+            SectionSlots {
+                id: place
                 anchors.fill: parent
                 anchors.topMargin: banner.y + banner.height
-
-                SectionSlot {
-                    id: inbox
-                    shell: main.shell
-                    number: Section.Inbox
-                    onAct: action => main.perform(action)
-                    sourceComponent: TopicScreen {
-                        shell: main.shell
-                        number: Section.Inbox
-                        header: InboxInvitation {
-                            width: parent.width
-                            shell: main.shell
-                            room: main.height - strip.height - banner.height
-                            onCalibrationAsked: panels.open(PanelHost.Calibration)
-                        }
-                    }
-                }
-                SectionSlot {
-                    id: program
-                    shell: main.shell
-                    number: Section.Program
-                    onAct: action => main.perform(action)
-                    sourceComponent: TopicScreen {
-                        shell: main.shell
-                        number: Section.Program
-                        header: BudgetBar {
-                            width: parent.width
-                            visible: main.shell.program.count > 0 || done > 0
-                            model: main.shell.budget
-                        }
-                    }
-                }
-                SectionSlot {
-                    id: reserve
-                    shell: main.shell
-                    number: Section.Reserve
-                    onAct: action => main.perform(action)
-                    sourceComponent: TopicScreen {
-                        shell: main.shell
-                        number: Section.Reserve
-                    }
-                }
-                SectionSlot {
-                    id: library
-                    shell: main.shell
-                    number: Section.Library
-                    onAct: action => main.perform(action)
-                    sourceComponent: TopicScreen {
-                        shell: main.shell
-                        number: Section.Library
-                    }
-                }
-                SectionSlot {
-                    id: territory
-                    shell: main.shell
-                    number: Section.Territory
-                    document: "territory/TerritoryScreen.qml"
-                    onAct: action => main.perform(action)
-                    onPanelAsked: panel => panels.open(panel)
-                    onDecisionsAsked: reflex => panels.showDecisions(reflex)
-                    onTold: sentence => voice.say(sentence)
-                }
-                SectionSlot {
-                    id: report
-                    shell: main.shell
-                    number: Section.Report
-                    document: "report/ReportScreen.qml"
-                    onAct: action => main.perform(action)
-                }
+                focus: true
+                shell: main.shell
+                inboxRoom: main.height - strip.height - banner.height
+                onAct: action => main.perform(action)
+                onPanelAsked: panel => panels.open(panel)
+                onDecisionsAsked: reflex => panels.showDecisions(reflex)
+                onTold: sentence => voice.say(sentence)
             }
             DemoStrip {
                 id: strip
@@ -279,6 +217,11 @@ Window {
                 remedy: main.shell.remedy
                 onRemedyAsked: main.shell.takeRemedy()
             }
+        }
+        LinkDrop {
+            anchors.fill: parent
+            links: main.shell.links
+            enabled: !main.covered
         }
         Voice {
             id: voice

@@ -16,7 +16,7 @@ PanelHost {
     function open(panel: int) {
         switch (panel) {
         case PanelHost.AddLink:
-            addLink.suggestion = shell.linkOnPasteboard();
+            addLink.suggestion = shell.links.onPasteboard();
             break;
         case PanelHost.Calibration:
             shell.calibration.begin();
@@ -179,7 +179,7 @@ PanelHost {
         sourceComponent: AddLink {
             suggestion: addLink.suggestion
             onAdded: (url, note) => {
-                problem = panels.shell.addLink(url, note);
+                problem = panels.shell.links.add(url, note);
                 if (problem.length === 0) {
                     addLink.hide();
                     panels.added();

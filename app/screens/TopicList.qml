@@ -24,6 +24,7 @@ ListView {
 
     signal act(int action)
     signal chosen // by the mouse
+    signal menuAsked(topicCard topic, point at) // of the chosen topic, in the window
 
     // Whether the chosen topic's card is in view, or its page open; else it is brought there.
     function ready(): bool {
@@ -39,6 +40,7 @@ ListView {
     spacing: 0
     bottomMargin: 24
     boundsBehavior: Flickable.StopAtBounds
+    interactive: !mouse.active // its wheel scrolls; pulled, a card’s link comes off
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: false // the view moves as `sight` has it
     cacheBuffer: 400
@@ -53,6 +55,11 @@ ListView {
         inset: list.inset
     }
     T.ScrollBar.vertical: ScrollLine {}
+    PointHandler {
+        id: mouse
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        acceptedButtons: Qt.LeftButton
+    }
     onCountChanged: selection.settleSoon()
     Component.onCompleted: selection.settleSoon()
 
@@ -135,6 +142,15 @@ ListView {
             list.selection.enlarged = true;
         }
         onAct: action => list.act(action)
+        onMenuAsked: at => {
+            const card = topic;
+            if (list.selection.show(card.topicId)) {
+                list.chosen();
+                list.selection.settle(); // what is told of this change comes before the menu
+                list.menuAsked(card, at);
+            }
+        }
+        onCarried: list.shell.links.carry(topicId)
     }
 
     CardSight {

@@ -42,6 +42,8 @@ Item {
     signal chosen
     signal enlarged
     signal act(int action)
+    signal menuAsked(point at)
+    signal carried
 
     function arrive() {
         card.arrive();
@@ -87,5 +89,7 @@ Item {
         onChosen: row.chosen()
         onEnlarged: row.enlarged()
         onAct: action => row.act(action)
+        onMenuAsked: at => row.menuAsked(at)
+        onCarried: row.carried()
     }
 }

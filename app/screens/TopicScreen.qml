@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -31,7 +32,7 @@ SectionScreen {
     readonly property real pageWidth: Theme.readingWidth + 2 * Theme.margin
     readonly property bool covered: selection.enlarged && !beside
 
-    Keys.onPressed: event => event.accepted = (page?.copies(event) ?? false) || !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
+    Keys.onPressed: event => event.accepted = (page?.copies(event) ?? false) || opensMenu(event) || !(event.modifiers & ~Qt.KeypadModifier) && moveFar(event.key)
 
     function move(step: int) {
         selection.step(step);
@@ -43,6 +44,18 @@ SectionScreen {
             selection.enlarged ? page?.takes(key) : selection.step(steps[key]);
         }
         return key in steps;
+    }
+    // The key for menus: that of the chosen card, beside its score. Whether it was that one.
+    function opensMenu(event: KeyEvent): bool {
+        const asked = event.key === Qt.Key_Menu && !event.modifiers || event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier;
+        if (asked && !event.isAutoRepeat && !covered && list.ready() && list.row !== null) {
+            openMenu(list.row.topic, list.row.mapToItem(null, list.inset + 24, list.row.cardNow + 24), true);
+        }
+        return asked;
+    }
+    function openMenu(topic: topicCard, at: point, byKey: bool) {
+        menu.active = true;
+        (menu.item as CardMenu).open(topic, at, byKey);
     }
     function focusContent() {
         spot.forceActiveFocus();
@@ -136,11 +149,25 @@ SectionScreen {
             onOpenCardChanged: screen.pointAtChosen()
             onAct: action => screen.act(action)
             onChosen: screen.focusContent()
+            onMenuAsked: (topic, at) => screen.openMenu(topic, at, false)
         }
         EmptyState {
-            anchors.fill: parent
-            anchors.topMargin: head.height
-            visible: !list.filled
+            id: empty
+
+            // The end of triage does not wait for the last line to go, where there is room for both.
+            readonly property TriageEnd end: screen.number === Section.Inbox ? screen.shell.end : null
+            readonly property bool reached: list.count === 0 && (end?.groups.length ?? 0) > 0 && besideLine
+
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: head.bottom
+            anchors.bottom: parent.bottom
+            lineRoom: counted ? 16 + Theme.ghostHeight : 0
+            visible: !list.filled || reached
+            onReachedChanged: if (reached && list.filled) land()
+            tally: end?.text ?? ""
+            groups: end?.groups ?? []
+            undoKeys: list.undoKeys
             title: screen.current ? screen.shell.sections.emptyTitle : ""
             text: screen.current ? screen.shell.sections.emptyText : ""
             buttons: screen.current ? screen.shell.sections.emptyActions : []
@@ -152,7 +179,21 @@ SectionScreen {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             text: screen.shell.actions.keysHint(screen.number)
-            visible: list.filled
+            visible: list.filled && !empty.reached
+        }
+    }
+    // Over the whole window, made when it is first asked for.
+    Loader {
+        id: menu
+        parent: screen.Window.contentItem
+        anchors.fill: parent
+        z: 20
+        active: false
+        sourceComponent: CardMenu {
+            shell: screen.shell
+            selection: screen.selection
+            onAct: action => screen.act(action)
+            onGone: screen.focusContent()
         }
     }
     // Made when it is first asked for: most starts never need it.

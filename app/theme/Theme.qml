@@ -101,6 +101,13 @@ QtObject {
     readonly property int rise: reducedMotion ? 0 : 80
     readonly property int reveal: reducedMotion ? 0 : 90
     readonly property int sweep: 1400 // of a line that tells only that it goes on
+    // Of the end of triage: all of it is over by then, the first disc lands after, each takes.
+    readonly property int landing: reducedMotion ? 0 : 250
+    readonly property int landsAfter: 60
+    readonly property int lands: 70
+    readonly property int landsApart: 24
+    readonly property int blinkPause: 7000
+    readonly property int dozes: 45000 // after somebody was there last
     readonly property int ghostStay: 5000
     readonly property int addedStay: 3000
 

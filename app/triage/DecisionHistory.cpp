@@ -1,5 +1,7 @@
 #include "app/triage/DecisionHistory.h"
 
+#include <QSet>
+
 #include <utility>
 
 namespace vorle {
@@ -12,16 +14,16 @@ bool DecisionHistory::carryOut(const QUuid &id, const Decided &decision, Act act
         return false;
     }
     if (const auto after = m_store.triageState(id)) {
-        keepStep({id, *before, *after});
+        keepStep(id, *before, *after);
     }
     Q_EMIT stepsChanged();
     Q_EMIT decided(id, decision.outcome, decision.verdict);
     return true;
 }
 
-void DecisionHistory::keepStep(Step step) {
-    if (step.before != step.after) {
-        m_done.append(std::move(step));
+void DecisionHistory::keepStep(const QUuid &id, Side before, Side after) {
+    if (before != after) {
+        m_done.append({id, std::move(before), std::move(after), m_number++});
         m_undone.clear();
     }
 }
@@ -59,7 +61,7 @@ bool DecisionHistory::setNote(const QUuid &id, const QString &note) {
     if (!before || !m_store.setNote(id, note)) {
         return false;
     }
-    keepStep({id, before->note, m_store.topic(id)->note});
+    keepStep(id, before->note, m_store.topic(id)->note);
     Q_EMIT stepsChanged();
     return true;
 }
@@ -69,7 +71,7 @@ bool DecisionHistory::setCorrection(const QUuid &id, const std::optional<Correct
     if (!before || !m_store.setCorrection(id, correction)) {
         return false;
     }
-    keepStep({id, before->correction, correction});
+    keepStep(id, before->correction, correction);
     Q_EMIT stepsChanged();
     return true;
 }
@@ -96,6 +98,30 @@ bool DecisionHistory::put(const QUuid &id, const Side &side) {
         return m_store.setCorrection(id, *own);
     }
     return m_store.setNote(id, std::get<Note>(side).value_or(QString()));
+}
+
+QList<SortedTopic> DecisionHistory::sorted() const {
+    QList<SortedTopic> latestFirst;
+    QSet<QUuid> told;
+    for (auto step = m_done.crbegin(); step != m_done.crend(); ++step) {
+        const auto *before = std::get_if<TopicStore::TriageState>(&step->before);
+        const auto *after = std::get_if<TopicStore::TriageState>(&step->after);
+        if (before == nullptr || after == nullptr || told.contains(step->id)) {
+            continue;
+        }
+        const bool out =
+            before->status == TopicStatus::Inbox &&
+            (after->status == TopicStatus::Program || after->status == TopicStatus::Reserve ||
+             after->status == TopicStatus::Dismissed);
+        if (out) {
+            latestFirst.append(
+                {step->id, after->status, after->triagedAt.value_or(QDateTime()), step->number});
+        }
+        if (out || after->status == TopicStatus::Inbox) {
+            told.insert(step->id);
+        }
+    }
+    return {latestFirst.crbegin(), latestFirst.crend()};
 }
 
 std::optional<StepResult> DecisionHistory::undo() {

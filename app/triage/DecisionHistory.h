@@ -2,6 +2,7 @@
 
 #include "core/TopicStore.h"
 
+#include <QDateTime>
 #include <QList>
 #include <QObject>
 #include <QUuid>
@@ -43,6 +44,14 @@ struct StepResult {
     bool hasNote = false;
 };
 
+/// A decision that took a topic out of "À trier", and holds.
+struct SortedTopic {
+    QUuid id;
+    TopicStatus to = TopicStatus::Program; ///< Program, Reserve or Dismissed
+    QDateTime at;                          ///< not valid where the store told none
+    qint64 number = 0;                     ///< of the step: later ones have higher numbers
+};
+
 /// Takes the user's decisions on topics, their scores and their notes, and takes them back in the
 /// order they came: as many as were taken since it was made; and tells of each, whoever had it
 /// taken. Main thread; the store outlives it.
@@ -68,6 +77,12 @@ public:
     bool canUndo() const { return !m_done.isEmpty(); }
     bool canRedo() const { return !m_undone.isEmpty(); }
 
+    /// The decisions that took topics out of "À trier" and hold, in the order they were taken: none
+    /// that was taken back, and of a topic that was put back and sorted again, the last.
+    QList<SortedTopic> sorted() const;
+    /// The number that the next step gets.
+    qint64 nextNumber() const { return m_number; }
+
     /// Takes the last decision back, or takes it again; nothing when there is none. Only what that
     /// step set is put back: what came to the topic by another way meanwhile stays. Where just that
     /// is no longer as the step left it, without this history, it stays and the step is dropped.
@@ -91,6 +106,7 @@ private:
         QUuid id;
         Side before;
         Side after;
+        qint64 number = 0;
     };
 
     struct Decided {
@@ -100,7 +116,7 @@ private:
 
     template <class Act>
     bool carryOut(const QUuid &id, const Decided &decision, Act act);
-    void keepStep(Step step);
+    void keepStep(const QUuid &id, Side before, Side after);
     bool isAt(const QUuid &id, const Side &side) const;
     bool put(const QUuid &id, const Side &side);
     std::optional<StepResult> step(QList<Step> &from, QList<Step> &to, bool back);
@@ -108,6 +124,7 @@ private:
     TopicStore &m_store;
     QList<Step> m_done;
     QList<Step> m_undone;
+    qint64 m_number = 0;
 };
 
 } // namespace vorle

@@ -7,17 +7,12 @@
 #include "app/window/BriefMarks.h"
 #include "app/window/DemoProcess.h"
 #include "base/SystemErrorText.h"
-#include "base/WebLink.h"
 #include "briefs/BriefWriter.h"
 #include "core/Corrections.h"
-#include "core/NumberText.h"
 #include "core/ScoreScale.h"
 #include "desktop/ClaudeLauncher.h"
-#include "platform/LinkOpener.h"
-#include "platform/Pasteboard.h"
 
 #include <QSysInfo>
-#include <QUrl>
 
 #include <algorithm>
 #include <utility>
@@ -57,6 +52,10 @@ void Shell::makeTopicModels() {
     m_reserve->observe(m_parts.rediscoveries);
     m_library = std::make_unique<TopicListModel>(store, Section::Library, clock);
     m_decisions = std::make_unique<Decisions>(store);
+    m_end = std::make_unique<TriageEnd>(store, *m_inbox, *m_decisions);
+    m_links = std::make_unique<TopicLinks>(
+        TopicLinks::Parts{store, m_parts.capture, m_parts.links, m_parts.pasteboard, clock});
+    connect(m_links.get(), &TopicLinks::said, this, &Shell::say);
     m_keyboard = std::make_unique<KeyboardMap>(m_parts.agents.choose());
     m_drafts = std::make_unique<Drafts>(this);
     m_run = std::make_unique<RunModel>(m_parts.engine, preferences, store, clock);
@@ -67,9 +66,8 @@ void Shell::makeTopicModels() {
     connect(m_actions.get(), &TopicActions::said, this, &Shell::said);
     connect(m_actions.get(), &TopicActions::firstStepAsked, this, &Shell::firstStep);
     connect(m_actions.get(), &TopicActions::readingAsked, this, &Shell::retry);
-    connect(m_actions.get(), &TopicActions::sourceAsked, this,
-            [this](const QString &id) { openLink(linkOf(id)); });
-    connect(m_actions.get(), &TopicActions::linkCopyAsked, this, &Shell::copyLinkOf);
+    connect(m_actions.get(), &TopicActions::sourceAsked, m_links.get(), &TopicLinks::openOf);
+    connect(m_actions.get(), &TopicActions::linkCopyAsked, m_links.get(), &TopicLinks::copyOf);
     m_commands = std::make_unique<Commands>(Commands::Parts{
         *m_keyboard, *m_sections, *m_actions, *m_decisions, *m_run, preferences, store.isDemo()});
     connect(m_commands.get(), &Commands::said, this, &Shell::say);
@@ -176,13 +174,6 @@ QString Shell::titleOf(const QString &topicId) const {
     return topic ? shownWords(topic->title) : QString();
 }
 
-void Shell::openLink(const QString &url) {
-    const auto link = WebLink::from(url, WebLink::Giver::User);
-    if (!link || !m_parts.links.open(*link)) {
-        say(tr("Je n’ai pas pu ouvrir ce lien."));
-    }
-}
-
 void Shell::dismissNotice() {
     if (!m_notices.isEmpty()) {
         dismissNotices(m_notices.last().matter);
@@ -269,26 +260,6 @@ void Shell::firstStep(const QString &topicId) {
     }
 }
 
-QString Shell::linkOf(const QString &topicId) const {
-    const TopicPtr topic = m_parts.store.topic(QUuid::fromString(topicId));
-    return topic && topic->mainSource() != nullptr ? topic->mainSource()->url : QString();
-}
-
-void Shell::copyLinkOf(const QString &topicId) {
-    const QString link = linkOf(topicId);
-    if (link.isEmpty()) {
-        say(tr("Ce sujet n’a pas de lien."));
-        return;
-    }
-    m_parts.pasteboard.replace(link);
-    say(tr("Lien copié."));
-}
-
-QString Shell::linkOnPasteboard() const {
-    const auto link = WebLink::from(m_parts.pasteboard.text(), WebLink::Giver::User);
-    return link ? link->text() : QString();
-}
-
 void Shell::correct(const QString &topicId, int score, const QStringList &tags,
                     const QString &text) {
     m_decisions->setCorrection(topicId, correctionOf(score, tags, text, m_parts.clock.now()));
@@ -327,13 +298,6 @@ QVariantList Shell::correctionReasons() const {
         reasons += NamedChoice{word, correctionReasonText(word)};
     }
     return variants(reasons);
-}
-
-QString Shell::addLink(const QString &url, const QString &note) {
-    const auto taken =
-        m_parts.capture.take({.url = url, .title = {}, .note = note, .project = std::nullopt});
-    const auto *refusal = std::get_if<LinkCapture::Refusal>(&taken);
-    return refusal != nullptr ? shownWords(refusal->text) : QString();
 }
 
 void Shell::refresh() {

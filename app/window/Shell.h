@@ -11,6 +11,7 @@
 #include "app/models/Sections.h"
 #include "app/models/TopicActions.h"
 #include "app/models/TopicListModel.h"
+#include "app/models/TriageEnd.h"
 #include "app/models/palette/CommandPalette.h"
 #include "app/models/palette/Commands.h"
 #include "app/models/palette/TopicSearch.h"
@@ -19,6 +20,7 @@
 #include "app/models/settings/SettingsModel.h"
 #include "app/models/territory/TerritoryModel.h"
 #include "app/window/Screens.h"
+#include "app/window/TopicLinks.h"
 #include "app/window/TopicPage.h"
 #include "app/window/desktop/CaptureNotices.h"
 #include "app/window/desktop/QuickCapture.h"
@@ -58,6 +60,7 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::TopicListModel *program READ program CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicListModel *reserve READ reserve CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicListModel *library READ library CONSTANT FINAL)
+    Q_PROPERTY(vorle::TriageEnd *end READ end CONSTANT FINAL)
     Q_PROPERTY(vorle::Decisions *decisions READ decisions CONSTANT FINAL)
     Q_PROPERTY(vorle::TopicActions *actions READ actions CONSTANT FINAL)
     Q_PROPERTY(vorle::KeyboardMap *keyboard READ keyboard CONSTANT FINAL)
@@ -74,6 +77,7 @@ class Shell final : public QObject {
     Q_PROPERTY(vorle::AgentStates *agentStates READ agentStates CONSTANT FINAL)
     Q_PROPERTY(vorle::OnboardingModel *onboarding READ onboarding CONSTANT FINAL)
     Q_PROPERTY(vorle::CalibrationModel *calibration READ calibration CONSTANT FINAL)
+    Q_PROPERTY(vorle::TopicLinks *links READ links CONSTANT FINAL)
     Q_PROPERTY(vorle::QuickCapture *quickCapture READ quickCapture CONSTANT FINAL)
     /// What single screens stand on.
     Q_PROPERTY(vorle::Screens *screens READ screens CONSTANT FINAL)
@@ -129,6 +133,7 @@ public:
     TopicListModel *program() const { return m_program.get(); }
     TopicListModel *reserve() const { return m_reserve.get(); }
     TopicListModel *library() const { return m_library.get(); }
+    TriageEnd *end() const { return m_end.get(); }
     Decisions *decisions() const { return m_decisions.get(); }
     TopicActions *actions() const { return m_actions.get(); }
     KeyboardMap *keyboard() const { return m_keyboard.get(); }
@@ -147,6 +152,7 @@ public:
     OnboardingModel *onboarding() const { return m_onboarding.get(); }
     CalibrationModel *calibration() const { return m_calibration.get(); }
     Screens *screens() const { return m_screens.get(); }
+    TopicLinks *links() const { return m_links.get(); }
     QuickCapture *quickCapture() const { return m_quickCapture.get(); }
     const Clock &clock() const { return m_parts.clock; }
     QString agent() const;
@@ -159,17 +165,14 @@ public:
     /// asked first.
     bool isAtWork() const;
 
-    /// Opens a topic's link in the browser; web addresses alone. Says so when it does not open.
-    Q_INVOKABLE void openLink(const QString &url);
+    /// See TopicLinks.
+    Q_INVOKABLE void openLink(const QString &url) { m_links->open(url); }
     Q_INVOKABLE void dismissNotice();
     /// Does what `remedy` says: takes up the topics that can be read of a damaged file, or tries
     /// again what failed.
     Q_INVOKABLE void takeRemedy();
     /// Takes a topic's first step with the agent (⌘↩). What there is to say is said by `said`.
     void firstStep(const QString &topicId);
-    /// Captures a link: it is read and judged, and waits in "À trier". Gives a French sentence
-    /// when the link cannot be taken, "" when it was.
-    Q_INVOKABLE QString addLink(const QString &url, const QString &note);
     /// Opens the quick capture, from wherever the person is.
     Q_SLOT void openQuickCapture();
     /// A topic's title as it is shown; "" for none.
@@ -188,8 +191,6 @@ public:
     void tellOfUpdate(const QString &sentence) { tell(Matter::Update, sentence); }
     /// Stops what goes on in the background, and ends once it has.
     Task<> stopped();
-    /// A web address on the pasteboard, "" for anything else.
-    Q_INVOKABLE QString linkOnPasteboard() const;
 
     /// The user's own score; `score` is held to 0-10.
     Q_INVOKABLE void correct(const QString &topicId, int score, const QStringList &tags,
@@ -238,9 +239,6 @@ private:
     /// What was told of it is another by now, or nothing; nothing comes of what was put away.
     void retell(Matter matter, const QString &text);
     void dismissNotices(Matter matter);
-    void copyLinkOf(const QString &topicId);
-    /// Of its main source; "" for none.
-    QString linkOf(const QString &topicId) const;
     void say(const QString &sentence);
 
     static Task<> launch(QPointer<Shell> self, ClaudeLauncher &launcher, Topic topic);
@@ -253,6 +251,8 @@ private:
     std::unique_ptr<TopicListModel> m_library;
     std::unique_ptr<BriefMarks> m_briefMarks;
     std::unique_ptr<Decisions> m_decisions;
+    std::unique_ptr<TriageEnd> m_end;
+    std::unique_ptr<TopicLinks> m_links;
     std::unique_ptr<KeyboardMap> m_keyboard;
     std::unique_ptr<Drafts> m_drafts;
     std::unique_ptr<ProgramBudget> m_budget;

@@ -87,7 +87,6 @@ TEST_F(SectionsTest, have_a_page_where_there_is_nothing) {
     sections.setCurrent(Section::Program);
     EXPECT_EQ(page(), text("Ton programme est vide.|Ce que tu gardes au tri arrive ici, rangé par "
                            "urgence et par note."));
-    EXPECT_TRUE(sections.emptyActions().isEmpty());
     sections.setCurrent(Section::Reserve);
     EXPECT_EQ(page(), text("Rien en réserve.|Les sujets mis de côté avec «\u202FPlus tard\u202F» "
                            "t’attendent ici. Je te les ressors quand ils bougent."));
@@ -103,6 +102,38 @@ TEST_F(SectionsTest, have_a_page_where_there_is_nothing) {
     EXPECT_TRUE(sections.emptyTitle().startsWith(text("Programme fini, il te reste ")));
     EXPECT_TRUE(sections.emptyText().endsWith(text("sans attendre lundi prochain à 8:00.")));
     EXPECT_EQ(actionAt(0), KeyboardMap::RunNow);
+}
+
+TEST_F(SectionsTest, an_empty_section_has_the_one_button_that_fills_it) {
+    const auto help = [this](Section section) {
+        sections.setCurrent(section);
+        const auto button = sections.emptyActions().value(0).value<CardButton>();
+        EXPECT_EQ(sections.emptyActions().size(), 1);
+        EXPECT_TRUE(button.primary);
+        return button.text + u' ' + QString::number(button.action);
+    };
+    const auto said = [](const char *words, KeyboardMap::Action action) {
+        return text(words) + u' ' + QString::number(action);
+    };
+    const QString run = said("Fouiller maintenant", KeyboardMap::RunNow);
+    for (const Section section : {Section::Program, Section::Reserve, Section::Library}) {
+        EXPECT_EQ(help(section), run);
+    }
+    const QString one = shelf.add(sampleTopic(text("a")));
+    for (const Section section : {Section::Program, Section::Reserve, Section::Library}) {
+        EXPECT_EQ(help(section), said("Trier 1 sujet", KeyboardMap::GoInbox));
+    }
+    shelf.add(sampleTopic(text("b")));
+    EXPECT_EQ(help(Section::Reserve), said("Trier 2 sujets", KeyboardMap::GoInbox));
+    shelf.store.keep(QUuid::fromString(one));
+    EXPECT_EQ(help(Section::Library), said("Voir le programme", KeyboardMap::GoProgram));
+    // Done, with time left: its text speaks of a run. With none left, of nothing.
+    shelf.store.markDone(QUuid::fromString(one));
+    EXPECT_EQ(help(Section::Program), run);
+    preferences.change(&Settings::weeklyMinutes, 1);
+    EXPECT_EQ(help(Section::Program), said("Trier 1 sujet", KeyboardMap::GoInbox));
+    shelf.store.dismiss(shelf.list(Section::Inbox).topics().first()->id);
+    EXPECT_EQ(help(Section::Program), said("Voir la bibliothèque", KeyboardMap::GoLibrary));
 }
 
 } // namespace

@@ -258,7 +258,7 @@ TEST_F(ListenersTest, a_page_shows_all_that_is_known_cleanly_and_lets_its_words_
 
 TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_again) {
     open(); // no agent is installed here
-    EXPECT_EQ(m_shell->addLink(text("http://127.0.0.1:9/page"), {}), QString());
+    EXPECT_EQ(m_shell->links()->add(text("http://127.0.0.1:9/page"), {}), QString());
     const auto problem = [&] { return m_shell->inbox()->card(0).captureProblem(); };
     ASSERT_TRUE(QTest::qWaitFor([&] {
         return !problem().isEmpty() && itemSaying(problem()) != nullptr;

@@ -3,6 +3,8 @@
 #include "platform/fakes/FakeFrontBrowser.h"
 #include "tests/app/window/OpenWindow.h"
 
+#include <QSignalSpy>
+
 #include <gmock/gmock.h>
 
 namespace vorle {

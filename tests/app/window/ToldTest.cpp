@@ -81,11 +81,11 @@ TEST_F(ToldTest, links_are_opened_and_offered_as_they_would_be_kept) {
     };
     for (const auto &[given, link] : cases) {
         m_links.opened.clear();
-        shell().openLink(given);
+        shell().links()->open(given);
         EXPECT_EQ(m_links.opened, link.isEmpty() ? QList<QUrl>() : QList<QUrl>{QUrl(link)})
             << given.toStdString();
         m_pasteboard.replace(given);
-        EXPECT_EQ(shell().linkOnPasteboard(), link) << given.toStdString();
+        EXPECT_EQ(shell().links()->onPasteboard(), link) << given.toStdString();
     }
 }
 
@@ -110,7 +110,7 @@ TEST_F(ToldTest, what_is_told_goes_once_it_holds_no_longer) {
             20000);
     };
     for (const char *page : {"a", "b", "c"}) {
-        ASSERT_EQ(shell().addLink(text("http://127.0.0.1:9/") + text(page), {}), QString());
+        ASSERT_EQ(shell().links()->add(text("http://127.0.0.1:9/") + text(page), {}), QString());
     }
     ASSERT_TRUE(failed(3));
     EXPECT_TRUE(shell().notice().startsWith(text("3 liens que tu as ajoutés attendent encore")))
@@ -141,14 +141,14 @@ TEST_F(ToldTest, what_is_told_goes_once_it_holds_no_longer) {
 TEST_F(ToldTest, every_text_is_set_as_French_sets_it) {
     fill();
     open();
-    ASSERT_EQ(shell().addLink(text("http://127.0.0.1:9/a"), {}), QString());
+    ASSERT_EQ(shell().links()->add(text("http://127.0.0.1:9/a"), {}), QString());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !shell().notice().isEmpty(); }, 20000));
     shell().page()->setTopicId(window().property("chosenId").toString());
     shell().page()->askBrief();
     m_app->preferences().change(&Settings::interests, {text("Rust")});
     press(Qt::Key_R, Qt::ControlModifier); // fails: no agent is there
     ASSERT_TRUE(QTest::qWaitFor([this] { return !shell().run()->lastError().isEmpty(); }, 20000));
-    shell().addLink(text("pas un lien"), {});
+    shell().links()->add(text("pas un lien"), {});
     QStringList said{shell().notice(), shell().run()->lastError(), shell().run()->lastErrorTitle(),
                      shell().page()->briefFailure(), shell().run()->missedText()};
     const auto hear = [&] {
