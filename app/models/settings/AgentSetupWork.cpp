@@ -49,7 +49,7 @@ void AgentSetupWork::stop(AgentKind kind) {
 
 void AgentSetupWork::recover() {
     const auto isAtWork = [](const State &state) { return state.cancel.has_value(); };
-    if (m_recovering || std::ranges::any_of(m_states, isAtWork)) {
+    if (m_isStopped || m_recovering || std::ranges::any_of(m_states, isAtWork)) {
         return;
     }
     const auto recovered = [](AgentSetupWork *self, CancelToken cancel) -> Task<> {
@@ -100,6 +100,7 @@ void AgentSetupWork::tellOfStep(AgentKind kind) {
 }
 
 Task<> AgentSetupWork::stopped() {
+    m_isStopped = true;
     stop(AgentKind::Claude);
     stop(AgentKind::Codex);
     if (m_recovering) {

@@ -49,7 +49,7 @@ public:
     /// Looks at the agents again: forgets a problem of one that is no longer what it was, and ends
     /// a sign-in that waits where the user has signed in elsewhere.
     void look();
-    /// Stops all, and waits for its end.
+    /// Stops all, and waits for its end. Nothing is recovered after that.
     Task<> stopped();
 
 Q_SIGNALS:
@@ -83,6 +83,7 @@ private:
     LinkOpener &m_links;
     std::array<State, kinds> m_states;
     std::optional<CancelSource> m_recovering; // while it is at that
+    bool m_isStopped = false;                 // what is begun would hold the end up
     TaskGroup m_work;                         // joined before this goes
 };
 

@@ -89,6 +89,7 @@ TEST_F(UnderWayTest, a_relaunch_that_nobody_sees_coming_is_told_and_can_be_put_o
     m_updater.putOff();
 
     // What was told is told as long as it is so.
+    press(Qt::Key_Escape);
     driver().showFound({QStringLiteral("1.6.0"), {}, false}, [](UpdateDriver::Choice) {});
     EXPECT_EQ(shell().notice(), QStringLiteral("vorle 1.6.0 est là."));
     m_updater.skip();
