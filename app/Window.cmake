@@ -47,6 +47,7 @@ qt_add_qml_module(vorle_window
         window/CommandServer.cpp window/CommandServer.h
         window/desktop/AddressEvents.cpp window/desktop/AddressEvents.h
         window/AccessibilityBarrier.cpp window/AccessibilityBarrier.h
+        window/AccessibleParts.cpp window/AccessibleParts.h
         window/AppIcons.cpp window/AppIcons.h
         window/BriefMarks.cpp window/BriefMarks.h
         window/DemoProcess.cpp window/DemoProcess.h

@@ -36,7 +36,7 @@ Column {
         rightPadding: 40
         font.pixelSize: Theme.textBody
         placeholderText: adder.prompt
-        Accessible.description: qsTr("Touche %1").arg("↩")
+        hint: qsTr("Touche %1").arg("↩")
         onTextChanged: adder.drafts?.keep(adder.draft, text)
         onTextEdited: adder.problem = ""
         onAccepted: if (text.trim().length > 0) adder.added(text)

@@ -51,18 +51,20 @@ Item {
         id: facts
 
         readonly property real end: head.open ? head.upperEnd : head.lowerEnd
+        readonly property string told: head.open ? head.topic.facts : head.topic.closedFacts
 
         x: place.text.length > 0 ? place.contentWidth : 0
         y: head.open ? 0 : title.implicitHeight
         width: Math.max(0, end - x)
         visible: width > 40
-        text: (place.text.length > 0 ? " · " : "") + (head.open ? head.topic.facts : head.topic.closedFacts)
+        text: (place.text.length > 0 ? " · " : "") + told
         color: Theme.inkFaint
         font.pixelSize: Theme.textNote
         lineHeightMode: Text.FixedHeight
         lineHeight: head.factsHeight
         wrapMode: Text.NoWrap
         elide: Text.ElideRight
+        Accessible.name: told
     }
     Label {
         id: day

@@ -153,7 +153,7 @@ Item {
         border.width: 1
         border.color: Theme.line
         opacity: line.closing ? Math.max(0, 2 * line.space / line.wholeSpace - 1) : Math.max(0, 2.6 * line.gone - 1.6)
-        Accessible.role: Accessible.AlertMessage
+        Accessible.role: Accessible.Grouping // no alert: the decision is said already (Voice)
         Accessible.name: line.told.went + ", " + line.told.title
 
         Row {

@@ -11,4 +11,5 @@ Text {
     wrapMode: Text.Wrap
     Accessible.role: Accessible.StaticText
     Accessible.name: text
+    Accessible.ignored: text.length === 0
 }

@@ -23,6 +23,7 @@ Column {
         visible: !status.run.running
         text: status.run.nextRunText.length > 0 ? status.run.nextRunText : qsTr("quand tu veux")
         size: Theme.titleCard
+        Accessible.role: Accessible.StaticText
     }
     Label {
         width: parent.width

@@ -10,6 +10,7 @@ T.ScrollBar {
     padding: 2
     minimumSize: 0.06
     visible: size < 1
+    Accessible.ignored: true // the keys scroll
 
     contentItem: Rectangle {
         implicitWidth: 5

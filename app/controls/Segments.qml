@@ -34,8 +34,7 @@ Item {
 
     implicitWidth: row.implicitWidth + 6
     implicitHeight: Math.max(34, Theme.textBody + 20)
-    Accessible.role: Accessible.Grouping
-    Accessible.name: name
+    Accessible.role: Accessible.Grouping // without a name: each choice has it
 
     Rectangle {
         anchors.fill: parent

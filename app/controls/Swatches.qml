@@ -31,8 +31,7 @@ Item {
 
     implicitWidth: row.implicitWidth
     implicitHeight: row.implicitHeight
-    Accessible.role: Accessible.Grouping
-    Accessible.name: name
+    Accessible.role: Accessible.Grouping // without a name: each choice has it
 
     Row {
         id: row

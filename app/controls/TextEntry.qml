@@ -6,6 +6,9 @@ import Vorle
 T.TextField {
     id: entry
 
+    // What who listens is told beside the name.
+    property string hint: Accessible.name === placeholderText ? "" : placeholderText
+
     implicitHeight: Theme.grown(42)
     leftPadding: 16
     rightPadding: 16
@@ -19,6 +22,8 @@ T.TextField {
     selectByMouse: true
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
+    // Qt gives the placeholder once more, whatever was written here.
+    Accessible.onDescriptionChanged: if (Accessible.description !== hint) Accessible.description = hint
 
     background: Rectangle {
         radius: Theme.radiusButton

@@ -15,4 +15,5 @@ Text {
     wrapMode: Text.Wrap
     Accessible.role: Accessible.Heading
     Accessible.name: text
+    Accessible.ignored: text.length === 0
 }

@@ -13,6 +13,8 @@ Item {
     property bool showActions: true
     property var actions: [] // CardButton
     property bool settled: false // moves only once it has been shown
+    property string place: "" // "3 sur 34", for who listens
+    property bool attended: false // the keyboard rests where it acts on the chosen one
     property bool late: false // it opens in the place of one that folds first
     property bool tight: false // in a low window: open, it keeps to what fits
     property bool tiny: false // in the lowest: to its title, gist, why and buttons
@@ -41,10 +43,11 @@ Item {
     clip: true
     Accessible.role: Accessible.ListItem
     Accessible.name: topic.badge.name + ". " + topic.title
-    Accessible.description: (topic.isNew ? qsTr("Nouveau. ") : "") + topic.gist
+    Accessible.description: outlined ? place + ". " + topic.told : place
+    Accessible.selectable: true
     Accessible.selected: outlined
     Accessible.focusable: true
-    Accessible.focused: outlined
+    Accessible.focused: outlined && attended
     Accessible.onPressAction: chosen()
     onOpenChanged: {
         shown = open && settled && Theme.reveal > 0 ? 0 : 1;

@@ -25,8 +25,8 @@ Item {
     implicitWidth: 5 * 11 + 4 * 7
     implicitHeight: 24
     Accessible.role: Accessible.Slider
-    Accessible.name: qsTr("Importance de %1").arg(name)
-    Accessible.description: qsTr("importance %1 sur 5").arg(value)
+    Accessible.name: qsTr("Importance : %1").arg(name)
+    Accessible.description: qsTr("%1 sur 5").arg(value)
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onIncreaseAction: pick(value + 1)

@@ -25,12 +25,12 @@ constexpr int settleMs = 200; // a run changes many topics at once
 constexpr qsizetype maxRunsShown = 4;
 
 template <class Value, class Wording>
-QString inWords(const QList<Value> &all, Wording &&wording) {
+QStringList inWords(const QList<Value> &all, Wording &&wording) {
     QStringList words;
     for (const Value &each : all) {
         words += wording(each);
     }
-    return words.join(QStringLiteral(". "));
+    return words;
 }
 
 } // namespace
@@ -226,7 +226,7 @@ QString FiguresModel::learnedText() const {
     return correctionsSentence(m_figures) + (reflexes.isEmpty() ? QString() : u' ' + reflexes);
 }
 
-QString FiguresModel::partsInWords() const {
+QStringList FiguresModel::partsInWords() const {
     QStringList words;
     for (qsizetype i = 0; i < m_figures.parts.size(); ++i) {
         const auto &part = m_figures.parts[i];
@@ -236,19 +236,19 @@ QString FiguresModel::partsInWords() const {
                           counted(part.kept, tr("gardé"), tr("gardés")),
                           counted(part.done, tr("fait"), tr("faits")));
     }
-    return words.join(QStringLiteral(". "));
+    return words;
 }
 
-QString FiguresModel::timesInWords() const {
+QStringList FiguresModel::timesInWords() const {
     QStringList words;
     for (qsizetype i = 0; i < m_figures.parts.size(); ++i) {
         words += tr("%1\u00A0: %2")
                      .arg(partLabel(m_period, i, m_zone), durationText(m_figures.parts[i].minutes));
     }
-    return words.join(QStringLiteral(". "));
+    return words;
 }
 
-QString FiguresModel::scoresInWords() const {
+QStringList FiguresModel::scoresInWords() const {
     return inWords(m_figures.scores, [](const auto &score) {
         return tr("%1\u00A0: %2, %3 plus tard, %4")
             .arg(scoreBadge(score.score).accessibleName,
@@ -257,7 +257,7 @@ QString FiguresModel::scoresInWords() const {
     });
 }
 
-QString FiguresModel::sourcesInWords() const {
+QStringList FiguresModel::sourcesInWords() const {
     return inWords(m_figures.sources, [](const auto &source) {
         return tr("%1\u00A0: %2 sur %3")
             .arg(shownWords(source.name), counted(source.kept, tr("gardé"), tr("gardés")),

@@ -52,11 +52,11 @@ class FiguresModel final : public QObject {
         QString runsNote READ runsNote NOTIFY changed FINAL) ///< what the price is; "" without
     /// On the user's corrections, and on what reflexes changed.
     Q_PROPERTY(QString learnedText READ learnedText NOTIFY changed FINAL)
-    /// The charts' figures in words, for who does not see them.
-    Q_PROPERTY(QString partsInWords READ partsInWords NOTIFY changed FINAL)
-    Q_PROPERTY(QString timesInWords READ timesInWords NOTIFY changed FINAL)
-    Q_PROPERTY(QString scoresInWords READ scoresInWords NOTIFY changed FINAL)
-    Q_PROPERTY(QString sourcesInWords READ sourcesInWords NOTIFY changed FINAL)
+    /// The charts' figures in words, row by row, for who does not see them.
+    Q_PROPERTY(QStringList partsInWords READ partsInWords NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList timesInWords READ timesInWords NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList scoresInWords READ scoresInWords NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList sourcesInWords READ sourcesInWords NOTIFY changed FINAL)
 
 public:
     struct Parts {
@@ -109,10 +109,10 @@ public:
     QString runsSentence() const;
     QString runsNote() const;
     QString learnedText() const;
-    QString partsInWords() const;
-    QString timesInWords() const;
-    QString scoresInWords() const;
-    QString sourcesInWords() const;
+    QStringList partsInWords() const;
+    QStringList timesInWords() const;
+    QStringList scoresInWords() const;
+    QStringList sourcesInWords() const;
 
 Q_SIGNALS:
     void changed();

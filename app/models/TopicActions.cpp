@@ -159,6 +159,20 @@ void TopicActions::decide(Map::Action action) {
     if (enlarged) {
         Q_EMIT decidedUnderPage(tr("%1\u00A0: %2").arg(ghost.went, ghost.title));
     }
+    Q_EMIT decidedAloud(aloud(ghost));
+}
+
+QString TopicActions::aloud(const Ghost &ghost) const {
+    const QString what = ghost.went.section(QStringLiteral(" · "), 0, 0); // without its new place
+    const TopicListModel &list = *selection()->list();
+    if (list.rowOf(ghost.topicId) >= 0) {
+        return tr("%1\u00A0: %2").arg(what, ghost.title);
+    }
+    if (selection()->currentRow() < 0) {
+        return tr("%1. %2").arg(what, m_sections.emptyTitle());
+    }
+    const TopicCard next = list.card(selection()->currentRow());
+    return tr("%1. Suivant\u00A0: %2. %3").arg(what, next.title(), next.badge().name);
 }
 
 void TopicActions::showTopic(const QString &topicId) {

@@ -58,6 +58,9 @@ Q_SIGNALS:
     void ghostLeft();
     /// What the line says, where the page of the next topic lies over it.
     void decidedUnderPage(const QString &sentence);
+    /// A decision, for who does not see where the cards go: "Gardé. Suivant : Sujet 8. Note 8 sur
+    /// 10.", with what the section says of itself once nothing is left there.
+    void decidedAloud(const QString &sentence);
     /// A topic's first step is to be taken with the agent.
     void firstStepAsked(const QString &topicId);
     /// A topic's link is to be opened, or copied.
@@ -69,6 +72,7 @@ Q_SIGNALS:
 private:
     void decide(KeyboardMap::Action action);
     void tell(const QString &sentence);
+    QString aloud(const Ghost &ghost) const;
 
     Sections &m_sections;
     Decisions &m_decisions;

@@ -121,6 +121,24 @@ QString TopicCard::closedFacts() const {
                                         unusual() + QStringList{site()});
 }
 
+QString TopicCard::told() const {
+    QStringList sentences{isNew() ? French::tr("Nouveau") : QString(),
+                          moved() ? French::tr("A bougé") : QString(),
+                          urgencyText(),
+                          captureProblem(),
+                          joined({subject(), facts()}),
+                          gist()};
+    sentences.removeAll(QString());
+    for (QString &sentence : sentences) {
+        sentence.replace(QStringLiteral(" · "), QStringLiteral(", "));
+        sentence[0] = sentence[0].toUpper();
+        if (sentence.endsWith(u'.')) {
+            sentence.chop(1);
+        }
+    }
+    return sentences.join(QStringLiteral(". "));
+}
+
 /// A topic without a kind is what its link most likely leads to.
 QString TopicCard::kindText() const {
     if (isBeingRead(*m_topic)) {

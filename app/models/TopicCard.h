@@ -34,6 +34,9 @@ class TopicCard {
     Q_PROPERTY(QString facts READ facts FINAL)
     /// The same for a closed card, which has the day apart: "Sécurité · 20 min · github.com"
     Q_PROPERTY(QString closedFacts READ closedFacts FINAL)
+    /// What who listens is told of it beside title and score: "Nouveau. Tiravue, faille, 15 min, il
+    /// y a 2 jours. Un nom de fichier forgé permettait…"
+    Q_PROPERTY(QString told READ told FINAL)
     /// When it came out: "il y a 2 jours". Of a link that waits, when it was captured.
     Q_PROPERTY(QString dateText READ dateText FINAL)
     /// It came since the person was last here.
@@ -93,6 +96,7 @@ public:
     QString subject() const;
     QString facts() const;
     QString closedFacts() const;
+    QString told() const;
     QString dateText() const;
     bool isNew() const { return m_standing.isNew; }
     QString versionText() const;

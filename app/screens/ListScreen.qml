@@ -55,7 +55,7 @@ SectionScreen {
         keyNavigationEnabled: false
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.List
-        Accessible.name: screen.title
+        Accessible.name: screen.subtitle.length > 0 ? screen.subtitle : screen.title
         T.ScrollBar.vertical: ScrollLine {}
         // Into the list: the chain of all items would go round by the menu.
         Keys.onTabPressed: event => {

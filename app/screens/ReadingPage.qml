@@ -22,8 +22,9 @@ FocusScope {
     visible: opacity > 0
     opacity: shown ? 1 : 0
     enabled: shown
-    Accessible.role: Accessible.Pane
+    Accessible.role: Accessible.Grouping
     Accessible.name: topic.title
+    Accessible.description: topic.told
     Accessible.ignored: !shown
 
     Behavior on opacity {

@@ -19,8 +19,6 @@ FocusScope {
     signal told(string sentence) // to who listens
 
     focus: true
-    Accessible.role: Accessible.Pane
-    Accessible.name: title
 
     // The arrow keys: by so many steps down.
     function move(step: int) {

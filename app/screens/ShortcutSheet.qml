@@ -51,6 +51,8 @@ Panel {
                             required property keyRow modelData
                             width: group.width
                             implicitHeight: Math.max(cap.implicitHeight, words.implicitHeight)
+                            Accessible.role: Accessible.StaticText
+                            Accessible.name: qsTr("%1 : %2").arg(modelData.label).arg(modelData.keys)
 
                             KeyCap {
                                 id: cap
@@ -64,6 +66,7 @@ Panel {
                                 text: line.modelData.label
                                 color: Theme.inkSoft
                                 lineHeight: 1.2
+                                Accessible.ignored: true
                                 anchors.verticalCenter: parent.verticalCenter
                             }
                         }

@@ -22,8 +22,8 @@ AccessibilityBarrier {
     signal contentAsked // the arrow that goes to the content
     signal acted(int action) // KeyboardMap.Action
 
-    Accessible.role: Accessible.PageTabList
-    Accessible.name: qsTr("Rubriques")
+    Accessible.role: Accessible.Grouping
+    Accessible.name: qsTr("Barre latérale")
 
     function focusCurrent() {
         items.itemAt(current).forceActiveFocus(Qt.TabFocusReason);
@@ -55,6 +55,7 @@ AccessibilityBarrier {
             visible: !bar.tight
             text: qsTr("vorle")
             size: Theme.scaled(26)
+            Accessible.ignored: true // as the window is called
             anchors.verticalCenter: parent.verticalCenter
         }
     }
@@ -63,6 +64,8 @@ AccessibilityBarrier {
         y: bar.itemsTop
         width: parent.width - 37
         spacing: 4
+        Accessible.role: Accessible.PageTabList
+        Accessible.name: qsTr("Rubriques")
 
         Repeater {
             id: items
@@ -144,6 +147,8 @@ AccessibilityBarrier {
         color: Theme.card
         border.width: 1
         border.color: Theme.line
+        Accessible.role: Accessible.Grouping
+        Accessible.name: qsTr("Fouille")
 
         Column {
             id: runColumn

@@ -13,6 +13,7 @@ ListView {
     readonly property TopicRow row: currentItem as TopicRow
     // The cards' column, in the middle; the list is as wide as the window, for the wheel.
     readonly property real inset: Math.max(Theme.margin, (width - Theme.columnWidth) / 2)
+    property bool attended: false // the keyboard rests where it acts on the chosen topic
     property bool paged: false // the chosen topic's page stands beside the list
     readonly property string undoKeys: shell.keyboard.keys(KeyboardMap.Undo)
     property TopicCard openCard: null
@@ -33,6 +34,11 @@ ListView {
             return selection.shownId !== "";
         }
         return sight.ready() || paged;
+    }
+
+    function placeOf(row: int): string {
+        const grouped = number => number.toLocaleString(Qt.locale("fr_FR"), "f", 0);
+        return qsTr("%1 sur %2").arg(grouped(row + 1)).arg(grouped(count));
     }
 
     clip: true
@@ -127,6 +133,8 @@ ListView {
         held: list.held
         actions: list.shell.actions.buttons(list.selection.list.section, topic)
         undoKeys: list.undoKeys
+        place: list.placeOf(index)
+        attended: list.attended
         onOpened: card => list.openCard = card
         onDropped: card => {
             if (list.openCard === card) {

@@ -20,6 +20,8 @@ Item {
     property real inset: 0 // of the cards, from both sides
     property var actions: [] // CardButton
     property string undoKeys: ""
+    property string place: "" // see TopicCard
+    property bool attended: false
 
     readonly property string topicId: topic.topicId
     readonly property bool shown: topicId === selection.shownId
@@ -81,6 +83,8 @@ Item {
         tiny: row.tiny
         width: parent.width - 2 * x
         topic: row.topic
+        place: row.place
+        attended: row.attended
         open: row.shown && !row.paged
         outlined: row.shown
         onOpenChanged: if (open) row.opened(card)

@@ -72,7 +72,7 @@ SectionScreen {
     // The keyboard rests on no card: whoever listens is told which one it acts on.
     function pointAtChosen() {
         if (spot.activeFocus) {
-            voice.pointAt(selection.enlarged ? page : list.openCard);
+            voice.pointAt(selection.enlarged ? page : list.count > 0 ? list.openCard : empty.visible ? empty : null);
         }
     }
     Announcer {
@@ -119,8 +119,7 @@ SectionScreen {
         height: parent.height
         active: screen.covered
         enabled: !screen.covered
-        Accessible.role: Accessible.Grouping
-        Accessible.name: screen.title
+        Accessible.role: Accessible.Pane // without a name: its section has that already
 
         SectionHead {
             id: head
@@ -145,8 +144,9 @@ SectionScreen {
             selection: screen.selection
             paged: screen.beside && screen.selection.enlarged
             visible: filled
-            Accessible.name: screen.title
-            onOpenCardChanged: screen.pointAtChosen()
+            attended: spot.activeFocus
+            Accessible.name: screen.current ? screen.shell.sections.subtitle : ""
+            onOpenCardChanged: Qt.callLater(screen.pointAtChosen) // qmllint disable
             onAct: action => screen.act(action)
             onChosen: screen.focusContent()
             onMenuAsked: (topic, at) => screen.openMenu(topic, at, false)
@@ -171,7 +171,11 @@ SectionScreen {
             title: screen.current ? screen.shell.sections.emptyTitle : ""
             text: screen.current ? screen.shell.sections.emptyText : ""
             buttons: screen.current ? screen.shell.sections.emptyActions : []
+            Accessible.role: Accessible.Grouping
+            Accessible.name: title
+            Accessible.description: counted ? `${tally} ${text}` : text
             onAct: action => screen.act(action)
+            onVisibleChanged: Qt.callLater(screen.pointAtChosen) // qmllint disable
         }
         HintLine {
             id: hintLine

@@ -11,10 +11,10 @@ Announcer {
     Accessible.name: words
 
     Connections {
-        target: voice.shell.decisions
+        target: voice.shell.actions
 
-        function onDecided(topicId: string, went: string) {
-            voice.say(qsTr("%1. %2").arg(went).arg(voice.shell.titleOf(topicId)));
+        function onDecidedAloud(sentence: string) {
+            voice.say(sentence);
         }
     }
 }

@@ -20,8 +20,7 @@ Rectangle {
     opacity: 0
     visible: opacity > 0
     z: 5
-    Accessible.role: Accessible.AlertMessage
-    Accessible.name: text
+    Accessible.ignored: true // who shows it says it too (Voice)
 
     Behavior on opacity {
         NumberAnimation {

@@ -10,6 +10,9 @@ Announcer::Announcer(QQuickItem *parent) : QQuickItem(parent) {
     m_soon.setSingleShot(true);
     m_soon.setInterval(150ms);
     connect(&m_soon, &QTimer::timeout, this, &Announcer::speak);
+    m_said.setSingleShot(true);
+    m_said.setInterval(8s);
+    connect(&m_said, &QTimer::timeout, this, [this] { setVisible(false); });
 }
 
 void Announcer::say(const QString &words) {
@@ -28,6 +31,7 @@ void Announcer::speak() {
 #else
     setVisible(false);
     setVisible(true);
+    m_said.start();
 #endif
 }
 
@@ -37,8 +41,10 @@ void Announcer::pointAt(QQuickItem *item) {
     }
     Q_EMIT pointedAt(item);
     if (QAccessible::isActive()) { // else nothing need be made for it
-        QAccessibleEvent event(item, QAccessible::Focus);
-        QAccessible::updateAccessibility(&event);
+        for (const QAccessible::Event kind : {QAccessible::Focus, QAccessible::Selection}) {
+            QAccessibleEvent event(item, kind);
+            QAccessible::updateAccessibility(&event);
+        }
     }
 }
 

@@ -25,7 +25,7 @@ public:
     /// Says it once what goes on now has settled, so that the card that comes next does not cut it
     /// short. Of several in a row the last is said.
     Q_INVOKABLE void say(const QString &words);
-    /// The item is where one is now, though the keyboard rests elsewhere.
+    /// The item is where one is now, and what is chosen, though the keyboard rests elsewhere.
     Q_INVOKABLE void pointAt(QQuickItem *item);
 
 Q_SIGNALS:
@@ -38,6 +38,7 @@ private:
     QString m_next;
     QString m_words;
     QTimer m_soon;
+    QTimer m_said; // what was said a while ago is not come upon
 };
 
 } // namespace vorle

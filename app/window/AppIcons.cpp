@@ -17,11 +17,11 @@ namespace vorle {
 
 namespace {
 
-constexpr qint64 maxFileBytes = 4 * 1024 * 1024; // an ICNS holds ten sizes
+constexpr qint64 maxIconFileBytes = 4 * 1024 * 1024; // an ICNS holds ten sizes
 constexpr qsizetype maxDrawingBytes = 512 * 1024;
 constexpr int largestSide = 1024; // of what is read
 constexpr int mostAsked = 128;    // of what is shown
-constexpr std::chrono::milliseconds patience{500};
+constexpr std::chrono::milliseconds iconPatience{500};
 /// Fewer than the disk's threads: one that waits for a thread would count as unanswered.
 constexpr int maxAtOnce = 4;
 /// After so many without an answer the disk is left alone.
@@ -69,10 +69,10 @@ QByteArray readFile(const QString &path) {
     QFile file(path);
     // A pipe or a device must not hold the thread up.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
-        file.size() > maxFileBytes) {
+        file.size() > maxIconFileBytes) {
         return {};
     }
-    return file.read(maxFileBytes);
+    return file.read(maxIconFileBytes);
 }
 
 } // namespace
@@ -157,7 +157,7 @@ Task<> AppIcons::answer(std::shared_ptr<Source> source, std::shared_ptr<Waiting>
                 const QString path = apps.iconFile(icon, theme, side);
                 return path.isEmpty() ? QImage() : iconPicture(readFile(path), side);
             },
-            patience);
+            iconPatience);
         source->unanswered += picture ? 0 : 1;
         found = picture.value_or(QImage());
     }

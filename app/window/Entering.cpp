@@ -11,17 +11,17 @@ namespace vorle {
 
 namespace {
 
-constexpr int patience = 30; ///< looks for a menu bar, a second apart
+constexpr int menuLooks = 30; ///< looks for a menu bar, a second apart
 
 } // namespace
 
 void Entering::enter(Entrance entrance) {
     if (entrance == Entrance::Hidden) {
-        stayHidden(patience);
+        stayHidden(menuLooks);
     } else if (QGuiApplication::platformName() == u"cocoa") {
         // Who opened it is known once the first event was handled.
         QTimer::singleShot(
-            0, this, [this] { m_login.openedThis() ? stayHidden(patience) : m_window.raise(); });
+            0, this, [this] { m_login.openedThis() ? stayHidden(menuLooks) : m_window.raise(); });
     } else {
         m_window.raise();
     }

@@ -6,7 +6,7 @@ Rectangle {
     id: card
 
     required property string sentence
-    required property string inWords // the drawing's figures, for who does not see it
+    required property var inWords // texts: the drawing's figures, row by row, for who does not see it
     property string caption: ""
     property alias legend: marks.data // of LegendMark
     property string note: "" // under the drawing
@@ -17,9 +17,8 @@ Rectangle {
     color: Theme.card
     border.width: 1
     border.color: Theme.line
-    Accessible.role: Accessible.Graphic
-    Accessible.name: sentence
-    Accessible.description: note.length > 0 ? inWords + ". " + note : inWords
+    Accessible.role: Accessible.Grouping
+    Accessible.name: card.caption
 
     Column {
         id: column
@@ -33,7 +32,7 @@ Rectangle {
             text: card.sentence
             font.pixelSize: Theme.textMenu
             font.weight: Font.DemiBold
-            Accessible.ignored: true
+            Accessible.role: Accessible.Heading
         }
         Item {
             width: parent.width
@@ -64,7 +63,32 @@ Rectangle {
             text: card.note
             color: Theme.inkSoft
             font.pixelSize: Theme.textNote
-            Accessible.ignored: true
+        }
+    }
+    // Its figures, for who does not see them: a row for each line of a table.
+    Item {
+        id: table
+        x: column.x
+        y: column.y + drawing.y
+        width: column.width
+        height: drawing.height
+        visible: card.inWords.length > 0
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("En chiffres")
+
+        Repeater {
+            model: card.inWords
+
+            Item {
+                required property string modelData
+                required property int index
+
+                y: index * height
+                width: table.width
+                height: table.height / card.inWords.length
+                Accessible.role: Accessible.ListItem
+                Accessible.name: modelData
+            }
         }
     }
 }

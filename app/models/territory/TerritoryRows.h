@@ -52,6 +52,11 @@ public:
     QString told() const {
         QStringList facts{description, detail, labels.join(QStringLiteral(", ")), folder};
         facts.removeAll(QString());
+        for (QString &fact : facts) {
+            if (fact.endsWith(u'.')) {
+                fact.chop(1);
+            }
+        }
         return facts.join(QStringLiteral(". "));
     }
     QString key() const { return name; }

@@ -15,7 +15,7 @@ Item {
     signal picked
 
     height: entry.heading ? Theme.grown(30) : !entry.topic ? Theme.grown(38) : Theme.grown(found ? 54 : 42)
-    Accessible.role: entry.heading ? Accessible.StaticText : Accessible.ListItem
+    Accessible.role: entry.heading ? Accessible.Heading : Accessible.ListItem
     Accessible.name: entry.plain
     Accessible.description: {
         if (entry.heading) {
@@ -24,6 +24,7 @@ Item {
         const more = entry.topic ? entry.badge.name : entry.keys.length > 0 ? qsTr("Touche %1").arg(entry.keys) : "";
         return entry.place.length > 0 && more.length > 0 ? qsTr("%1. %2").arg(entry.place).arg(more) : entry.place + more;
     }
+    Accessible.focusable: !entry.heading
     Accessible.selectable: !entry.heading
     Accessible.selected: current
     Accessible.onPressAction: picked()

@@ -74,7 +74,8 @@ Panel {
             if (overlay.awaited) {
                 overlay.accept();
             } else if (field.text.length > 0) {
-                voice.say(overlay.model.countText);
+                const first = overlay.model.at(overlay.model.current).plain;
+                voice.say(first.length > 0 ? qsTr("%1. %2").arg(overlay.model.countText).arg(first) : overlay.model.countText);
             }
         }
     }

@@ -14,7 +14,6 @@ SettingsPage {
     name: qsTr("Ton IA")
 
     SettingRow {
-        id: row
         pages: page.pages
         key: "agent"
         bare: true
@@ -25,8 +24,6 @@ SettingsPage {
             spacing: 8
             topPadding: 4
             bottomPadding: 14
-            Accessible.role: Accessible.Grouping
-            Accessible.name: row.title
 
             Repeater {
                 model: page.shell.agentStates.rows.length // made once: the keyboard stays on one

@@ -20,7 +20,7 @@ SettingsPage {
         help: page.settings.scheduleText
 
         SchedulePicker {
-            name: qsTr("Jours")
+            name: "" // its row has it
             days: page.settings.weekdays
             onPicked: days => page.settings.weekdays = days
         }

@@ -106,7 +106,7 @@ SectionScreen {
                 implicitHeight: 36
                 font.pixelSize: Theme.textNote
                 text: (bar.tight ? qsTr("Envoi  %1  ›") : qsTr("Ce qu’une fouille envoie  %1  ›")).arg(screen.model.preview.size)
-                Accessible.name: qsTr("Ce qu’une fouille envoie, %1").arg(screen.model.preview.size)
+                Accessible.name: screen.model.preview.size.length > 0 ? qsTr("Ce qu’une fouille envoie, %1").arg(screen.model.preview.size) : qsTr("Ce qu’une fouille envoie")
                 onClicked: screen.panelAsked(PanelHost.Send)
             }
         }
@@ -128,8 +128,8 @@ SectionScreen {
         clip: true
         focus: true
         boundsBehavior: Flickable.StopAtBounds
-        Accessible.role: Accessible.Pane
-        Accessible.name: screen.title
+        Accessible.role: Accessible.Grouping
+        Accessible.name: screen.model.summary
         T.ScrollBar.vertical: ScrollLine {}
         onContentYChanged: screen.follow()
         // Into the page: the chain of all items would go round by the menu.

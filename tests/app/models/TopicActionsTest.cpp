@@ -19,6 +19,8 @@ protected:
         };
         QObject::connect(&actions, &TopicActions::said, hear(QString()));
         QObject::connect(&actions, &TopicActions::decidedUnderPage, hear(QStringLiteral("under ")));
+        QObject::connect(&actions, &TopicActions::decidedAloud,
+                         [this](const QString &words) { aloud = words; });
         QObject::connect(&actions, &TopicActions::firstStepAsked, hear(QStringLiteral("step ")));
         QObject::connect(&actions, &TopicActions::readingAsked, hear(QStringLiteral("read ")));
         QObject::connect(&actions, &TopicActions::ghostLeft, [this] { ++ghosts; });
@@ -37,6 +39,7 @@ protected:
     Map keyboard{AgentKind::Claude, KeySpelling::Glyphs};
     TopicActions actions{sections, decisions, keyboard};
     QStringList heard;
+    QString aloud;
     int ghosts = 0;
 };
 
@@ -81,6 +84,7 @@ TEST_F(TopicActionsTest, each_decision_falls_on_the_chosen_topic_and_leaves_its_
     actions.perform(Map::WorthUseful);
     EXPECT_EQ(shelf.topic(id)->worth, Worth::Useful);
     EXPECT_EQ(lines(), 0);
+    EXPECT_EQ(aloud, text("Utile\u00A0: ") + shelf.topic(id)->title);
     for (const Section section : {Section::Inbox, Section::Reserve, Section::Library}) {
         EXPECT_FALSE(actions.of(section)->ghost().isShown());
     }
@@ -93,7 +97,9 @@ TEST_F(TopicActionsTest, undo_shows_what_comes_back_and_its_word_takes_the_place
     const QString seven = add("sept", 7);
     actions.perform(Map::Keep);
     EXPECT_EQ(inbox().currentId(), seven);
+    EXPECT_EQ(aloud, text("Gardé. Suivant\u00A0: sept. Note 7 sur 10"));
     actions.perform(Map::Dismiss); // the last card
+    EXPECT_EQ(aloud, text("Écarté. ") + sections.emptyTitle());
     EXPECT_EQ(inbox().currentId(), QString());
     actions.perform(Map::Later); // one key too many
     EXPECT_EQ(lines(), 2);

@@ -92,7 +92,7 @@ TEST_F(ListenersTest, moves_decisions_and_undo_are_told_to_who_listens) {
     EXPECT_TRUE(hears("here: Note 8 sur 10. Sujet 8")) << heard.join(u'\n').toStdString();
     press(Qt::Key_G);
     EXPECT_TRUE(hears("here: Note 7 sur 10. Sujet 7"));
-    EXPECT_TRUE(hears("said: Gardé · Programme. Sujet 8"));
+    EXPECT_TRUE(hears("said: Gardé. Suivant\u00A0: Sujet 7. Note 7 sur 10"));
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] {
         return !heard.filter(text("said: «\u202FSujet 8\u202F»")).isEmpty();

@@ -81,7 +81,7 @@ TEST_F(TerritoryTest, an_interest_is_added_weighed_renamed_removed_and_taken_bac
     press(Qt::Key_A, Qt::ControlModifier);
     press(Qt::Key_Delete);
     press(Qt::Key_Backtab);
-    EXPECT_EQ(heard(), text("Importance de photo"));
+    EXPECT_EQ(heard(), text("Importance\u00A0: photo"));
     press(Qt::Key_Down);
     press(Qt::Key_Right);
     press(Qt::Key_Down);
@@ -97,16 +97,16 @@ TEST_F(TerritoryTest, an_interest_is_added_weighed_renamed_removed_and_taken_bac
     press(Qt::Key_Return);
     EXPECT_EQ(settings().interests.last(), text("velo"));
     EXPECT_EQ(settings().interestWeights.value(text("velo")), 2);
-    EXPECT_EQ(heard(), text("Importance de velo"));
+    EXPECT_EQ(heard(), text("Importance\u00A0: velo"));
     press(Qt::Key_Up);
     press(Qt::Key_Delete);
     EXPECT_EQ(settings().interests, (QList<QString>{text("photo"), text("velo")}));
-    EXPECT_EQ(heard(), text("Importance de velo")) << "the keyboard stays in the list";
+    EXPECT_EQ(heard(), text("Importance\u00A0: velo")) << "the keyboard stays in the list";
     EXPECT_TRUE(shownTexts().contains(text("«\u202Frust\u202F» est retiré")));
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(settings().interests[1], text("rust"));
     EXPECT_EQ(settings().interestWeights.value(text("rust")), 4);
-    EXPECT_EQ(heard(), text("Importance de velo"));
+    EXPECT_EQ(heard(), text("Importance\u00A0: velo"));
     ASSERT_TRUE(m_app->preferences().flush());
     EXPECT_TRUE(m_app.program.read("config/vorle/settings.json").contains("\"velo\""));
 }
@@ -130,7 +130,7 @@ TEST_F(TerritoryTest, leaving_a_field_takes_what_is_written_and_escape_alone_giv
     test::settle();
     EXPECT_EQ(settings().projectDescriptions.value(text("Tiravue")), text("une app"));
 
-    tabTo("Importance de photo");
+    tabTo("Importance\u00A0: photo");
     press(Qt::Key_Return);
     writeAnew("argentique");
     press(Qt::Key_2, Qt::ControlModifier); // another section
@@ -151,7 +151,7 @@ TEST_F(TerritoryTest, what_is_refused_stays_in_its_field_and_says_why) {
                                 {{text("a.example"), {}, {}}, {text("b.example"), {}, {}}});
     m_app->preferences().change(&Settings::addedTools, {text("Figma")});
     openTerritory();
-    tabTo("Importance de photo");
+    tabTo("Importance\u00A0: photo");
     press(Qt::Key_Return);
     writeAnew("Rust");
     press(Qt::Key_Tab);
@@ -224,7 +224,7 @@ TEST_F(TerritoryTest, what_stands_in_a_line_that_adds_is_there_at_the_next_start
 TEST_F(TerritoryTest, a_draft_stands_while_its_list_moves_and_comes_back_with_its_row) {
     m_app->preferences().change(&Settings::interests, {text("a"), text("b"), text("c")});
     openTerritory();
-    tabTo("Importance de a");
+    tabTo("Importance\u00A0: a");
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     writeAnew("brouillon");
@@ -244,7 +244,7 @@ TEST_F(TerritoryTest, a_draft_stands_while_its_list_moves_and_comes_back_with_it
     shell().territory()->removeInterest(text("b"));
     test::settle();
     EXPECT_TRUE(says("«\u202Fb\u202F» n’est plus là. Tu écrivais\u00A0: «\u202Fbrouillon\u202F»"));
-    EXPECT_EQ(heard(), text("Importance de c")) << "the keyboard stays in the list";
+    EXPECT_EQ(heard(), text("Importance\u00A0: c")) << "the keyboard stays in the list";
     press(Qt::Key_Z, Qt::ControlModifier);
     test::settle();
     ASSERT_TRUE(row("b"));
@@ -256,7 +256,7 @@ TEST_F(TerritoryTest, a_draft_stands_while_its_list_moves_and_comes_back_with_it
     EXPECT_EQ(field(), text("brouillon"));
     press(Qt::Key_Return);
     EXPECT_EQ(settings().interests.last(), text("brouillon"));
-    EXPECT_EQ(heard(), text("Importance de brouillon"));
+    EXPECT_EQ(heard(), text("Importance\u00A0: brouillon"));
 }
 
 TEST_F(TerritoryTest, the_tab_key_goes_on_where_nothing_was_learned) {
