@@ -143,17 +143,9 @@ Item {
         id: hover
     }
     TapHandler {
-        id: press
-
-        property bool kept: false // long enough for the menu: it is no drag any more
-
-        onPressedChanged: if (!pressed) kept = false
         onSingleTapped: card.chosen()
         onDoubleTapped: card.enlarged()
-        onLongPressed: {
-            kept = true;
-            card.menuAsked(point.scenePosition);
-        }
+        onLongPressed: card.menuAsked(point.scenePosition)
     }
     TapHandler {
         acceptedButtons: Qt.RightButton
@@ -163,7 +155,6 @@ Item {
     // By the mouse; a finger scrolls. A button that is pressed stays pressed.
     DragHandler {
         target: null
-        enabled: !press.kept
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
         grabPermissions: PointerHandler.CanTakeOverFromHandlersOfDifferentType | PointerHandler.ApprovesTakeOverByAnything
         onActiveChanged: if (active) card.carried()

@@ -65,6 +65,9 @@ ListView {
         id: mouse
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
         acceptedButtons: Qt.LeftButton
+        onActiveChanged: menuGiven = false
+
+        property bool menuGiven: false // to a press that lasted: it pulls nothing any more
     }
     onCountChanged: selection.settleSoon()
     Component.onCompleted: selection.settleSoon()
@@ -152,13 +155,14 @@ ListView {
         onAct: action => list.act(action)
         onMenuAsked: at => {
             const card = topic;
+            mouse.menuGiven = mouse.active;
             if (list.selection.show(card.topicId)) {
                 list.chosen();
                 list.selection.settle(); // what is told of this change comes before the menu
                 list.menuAsked(card, at);
             }
         }
-        onCarried: list.shell.links.carry(topicId)
+        onCarried: if (!mouse.menuGiven) list.shell.links.carry(topicId)
     }
 
     CardSight {

@@ -300,6 +300,17 @@ TEST_F(PointerTest, a_card_gives_its_link_away_and_stays_as_it_is) {
     letGo();
     EXPECT_EQ(drags.count, 1);
     EXPECT_FALSE(shell().links()->isCarrying());
+    // A press that lasts opens the menu, and pulls nothing any more.
+    QTest::mousePress(&window(), Qt::LeftButton, {}, from);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return menu() != nullptr; }, 3000));
+    QTest::mouseMove(&window(), from + QPoint(20, 20));
+    QTest::mouseMove(&window(), from + QPoint(30, 30));
+    letGo();
+    EXPECT_EQ(drags.count, 1);
+    EXPECT_TRUE(menu());
+    press(Qt::Key_Escape);
+    press(Qt::Key_Home);
+    QTest::qWait(20);
     pull(30);
     store().dismiss(idOf(text("Sujet 8"))); // its card goes with the hand still on it
     QTest::qWait(20);
