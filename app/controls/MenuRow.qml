@@ -73,7 +73,7 @@ T.AbstractButton {
             width: parent.width
             height: parent.height - y
             radius: 8
-            color: row.down ? Theme.sunken : row.activeFocus ? Theme.hover : "transparent"
+            color: row.down ? Theme.sunken : !row.activeFocus ? "transparent" : Theme.dark ? Theme.line : Theme.hover
         }
     }
 }
