@@ -99,7 +99,7 @@ Item {
         anchors.verticalCenterOffset: item.lift
         opacity: 1 - Math.abs(item.lift) / 12
         text: item.shownCount
-        color: item.strong && item.count > 0 ? Theme.accent : Theme.inkFaint
+        color: item.strong && item.count > 0 ? Theme.tintInk : Theme.inkFaint
         font.family: Theme.displayFamily
         font.pixelSize: Theme.textMenu
         font.weight: Font.Bold

@@ -40,13 +40,15 @@ TEST(Theme, text_stands_out_from_its_ground_in_both_appearances_and_every_accent
         return colour;
     };
     const std::initializer_list<std::pair<const char *, QList<const char *>>> pairs{
-        {"ink", {"paper", "side", "card", "raised", "sunken", "accentTint", "well", "segment"}},
+        {"ink",
+         {"paper", "side", "card", "raised", "sunken", "hover", "accentTint", "well", "segment"}},
         {"inkSoft",
          {"paper", "side", "card", "raised", "sunken", "hover", "accentTint", "well", "segment"}},
-        {"inkFaint", {"paper", "side", "card", "raised", "well"}},
+        {"inkFaint", {"paper", "side", "card", "raised", "sunken", "hover", "well", "segment"}},
+        {"paper", {"ink"}},
         {"accent", {"paper", "card", "raised"}},
-        {"tintInk", {"accentTint", "card", "raised", "sunken", "hover"}},
-        {"accentInk", {"accent"}},
+        {"tintInk", {"accentTint", "paper", "side", "card", "raised", "sunken", "hover"}},
+        {"accentInk", {"accent", "accentDown"}},
     };
     for (const bool dark : {false, true}) {
         theme->setProperty("dark", dark);
