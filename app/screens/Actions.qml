@@ -13,10 +13,15 @@ QtObject {
     required property SideBar menu
     required property NotchPanel notch // null until there is a run
 
-    function perform(action: int) {
+    // Whether it was done: what it would fall on may have had to be brought into view first.
+    function perform(action: int): bool {
         if (shell.actions.needsSight(action) && !screen.ready()) {
-            return;
+            return false;
         }
+        act(action);
+        return true;
+    }
+    function act(action: int) {
         if (action === KeyboardMap.CloseCard && notch !== null) {
             notch.dismissed = true;
         }

@@ -265,7 +265,9 @@ Window {
             onActed: action => {
                 panels.close(); // what it falls on is seen again
                 main.resume();
-                main.perform(action);
+                if (!actions.perform(action)) { // asked for by name, it must not look lost
+                    main.shell.said(qsTr("Il était hors de vue : le voici. Encore une fois pour agir."));
+                }
             }
         }
     }

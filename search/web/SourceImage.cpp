@@ -10,6 +10,8 @@
 #include "storage/DurableFile.h"
 
 #include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QPointer>
 #include <QSet>
@@ -68,6 +70,19 @@ bool keep(const QString &path, const QByteArray &bytes) {
         return true;
     } catch (const std::system_error &) {
         return false;
+    }
+}
+
+/// Lets the oldest pictures go until the rest has room.
+void holdToItsSize(const QString &folder) {
+    qint64 sum = 0;
+    const QFileInfoList pictures = QDir(folder).entryInfoList(
+        {QStringLiteral("*.img")}, QDir::Files | QDir::NoSymLinks, QDir::Time); // the newest first
+    for (const QFileInfo &picture : pictures) {
+        sum += picture.size();
+        if (sum > SourceImage::maxCacheBytes) {
+            QFile::remove(picture.filePath());
+        }
     }
 }
 
@@ -230,8 +245,10 @@ QString SourceImage::defaultCardHost() {
 
 SourceImage::SourceImage(HttpClient &http, Locations locations)
     : m_cache(std::make_shared<Cache>(http, locations)) {
-    QThreadPool::globalInstance()->start(
-        [folder = locations.cacheFolder] { removeStaleTemporaryFiles(folder); });
+    QThreadPool::globalInstance()->start([folder = locations.cacheFolder] {
+        removeStaleTemporaryFiles(folder);
+        holdToItsSize(folder);
+    });
 }
 
 SourceImage::SourceImage(HttpClient &http, QString cacheFolder)

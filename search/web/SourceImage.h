@@ -35,6 +35,8 @@ public:
     static QString defaultCardHost();
 
     static constexpr qint64 maxPictureBytes = 5'000'000;
+    /// What the cache folder holds at most when this is made: the oldest pictures go from it.
+    static constexpr qint64 maxCacheBytes = 500'000'000;
     /// Whether a picture of that size, or a file with these bytes, is one that is kept. Pure, any
     /// thread.
     static bool keeps(ImageSize size);

@@ -71,6 +71,8 @@ TEST_F(PaletteScreenTest, a_command_does_what_its_key_does_and_only_to_what_is_s
     press(Qt::Key_Return);
     EXPECT_FALSE(covered());
     EXPECT_EQ(statusOf(topic), TopicStatus::Inbox);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return !shownTexts().filter(QStringLiteral("Il était hors de vue")).isEmpty(); }));
     press(Qt::Key_G);
     EXPECT_EQ(statusOf(topic), TopicStatus::Program) << "it is seen by now";
 }

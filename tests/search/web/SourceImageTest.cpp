@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QTimer>
 #include <QtEndian>
 
@@ -234,6 +235,25 @@ TEST_F(SourceImageTest, what_is_no_picture_leaves_the_card_without_or_with_the_f
     EXPECT_FALSE(test::waitFor(source->picture(QStringLiteral("ftp://a/b"))));
     EXPECT_FALSE(test::waitFor(source->picture(QStringLiteral("http://127.0.0.1:1/"))));
     EXPECT_FALSE(test::waitFor(source->picture(QStringLiteral("http://192.168.0.1/"))));
+}
+
+TEST_F(SourceImageTest, the_oldest_pictures_go_where_there_are_too_many) {
+    const QDateTime now = QDateTime::currentDateTime();
+    const auto put = [&](const char *name, qint64 bytes, int days) {
+        QFile file(folder.filePath(QString::fromUtf8(name)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(bytes));
+        ASSERT_TRUE(file.setFileTime(now.addDays(-days), QFileDevice::FileModificationTime));
+    };
+    put("new.img", SourceImage::maxCacheBytes / 2, 1);
+    put("middle.img", SourceImage::maxCacheBytes / 2, 2);
+    put("old.img", 100, 3);
+    put("notes.txt", 100, 400);
+    HttpClient client(true);
+    const SourceImage another(client, folder.path());
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files, QDir::Name),
+              QStringList({QStringLiteral("middle.img"), QStringLiteral("new.img"),
+                           QStringLiteral("notes.txt")}));
 }
 
 TEST_F(SourceImageTest, a_folder_that_cannot_be_written_is_no_error) {
