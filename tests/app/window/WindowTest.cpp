@@ -285,7 +285,8 @@ TEST_F(WindowTest, the_search_goes_to_what_it_found) {
     open();
     press(Qt::Key_K, Qt::ControlModifier);
     type(QStringLiteral("remis"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return shell().search()->count() == 1; }));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return shell().search()->count() == 1 && !shell().search()->busy(); }));
     press(Qt::Key_Return);
     EXPECT_EQ(shell().sections()->current(), Section::Reserve);
     EXPECT_EQ(chosen(), u"Remis");
