@@ -196,7 +196,12 @@ SectionScreen {
         sourceComponent: CardMenu {
             shell: screen.shell
             selection: screen.selection
-            onAct: action => screen.act(action)
+            // A page that is open shows the topic by now: to ask for it once more would close it.
+            onAct: action => {
+                if (action !== KeyboardMap.ToggleCard || !screen.selection.enlarged) {
+                    screen.act(action);
+                }
+            }
             onGone: screen.focusContent()
         }
     }

@@ -100,24 +100,40 @@ bool DecisionHistory::put(const QUuid &id, const Side &side) {
     return m_store.setNote(id, std::get<Note>(side).value_or(QString()));
 }
 
+namespace {
+
+/// Stands in "À trier", a link that is still read included.
+bool isToSort(TopicStatus status) {
+    return status == TopicStatus::Inbox || status == TopicStatus::Pending;
+}
+
+} // namespace
+
 QList<SortedTopic> DecisionHistory::sorted() const {
     QList<SortedTopic> latestFirst;
     QSet<QUuid> told;
+    QSet<QUuid> met;
     for (auto step = m_done.crbegin(); step != m_done.crend(); ++step) {
         const auto *before = std::get_if<TopicStore::TriageState>(&step->before);
         const auto *after = std::get_if<TopicStore::TriageState>(&step->after);
         if (before == nullptr || after == nullptr || told.contains(step->id)) {
             continue;
         }
-        const bool out =
-            before->status == TopicStatus::Inbox &&
-            (after->status == TopicStatus::Program || after->status == TopicStatus::Reserve ||
-             after->status == TopicStatus::Dismissed);
+        if (!met.contains(step->id)) {
+            met.insert(step->id);
+            if (!isAt(step->id, step->after)) { // another hand has moved it since
+                told.insert(step->id);
+                continue;
+            }
+        }
+        const bool out = isToSort(before->status) && (after->status == TopicStatus::Program ||
+                                                      after->status == TopicStatus::Reserve ||
+                                                      after->status == TopicStatus::Dismissed);
         if (out) {
             latestFirst.append(
                 {step->id, after->status, after->triagedAt.value_or(QDateTime()), step->number});
         }
-        if (out || after->status == TopicStatus::Inbox) {
+        if (out || isToSort(after->status)) {
             told.insert(step->id);
         }
     }

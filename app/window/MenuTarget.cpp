@@ -24,6 +24,7 @@ MenuTarget::MenuTarget(Shell &shell, MainWindow &main, QObject *parent)
     : QObject(parent), m_shell(shell), m_main(main) {
     connect(&main.window(), SIGNAL(coveredChanged()), this, SIGNAL(changed()));
     connect(&main.window(), &QWindow::visibleChanged, this, &MenuTarget::changed);
+    connect(&main.window(), &QWindow::windowStateChanged, this, &MenuTarget::changed);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &MenuTarget::changed);
 }
 
@@ -31,7 +32,9 @@ bool MenuTarget::reaches(KeyboardMap::Action action) const {
     const QWindow *front = QGuiApplication::focusWindow();
     const bool elsewhere = front != nullptr && front != &m_main.window();
     // Nobody sees on what the others would fall.
-    const bool unseen = !m_main.window().isVisible() || elsewhere;
+    const bool away =
+        !m_main.window().isVisible() || (m_main.window().windowStates() & Qt::WindowMinimized);
+    const bool unseen = away || elsewhere;
     if (unseen && !m_shell.keyboard()->isEverywhere(action) &&
         action != KeyboardMap::SendFeedback && action != KeyboardMap::LookForUpdate) {
         return false;

@@ -19,8 +19,17 @@ namespace vorle {
 
 namespace {
 
-/// The words of a drop that are looked at: a stranger's may be as many as they like.
+/// What of a drop is looked at: a stranger's may be as long as they like.
+constexpr qsizetype mostAddresses = 1'000;
 constexpr qsizetype mostWords = 64 << 10;
+
+/// Its whole lines, as far as they are looked at: half an address is another address.
+QStringView lookedAt(QStringView text) {
+    if (text.size() <= mostWords) {
+        return text;
+    }
+    return text.first(std::max<qsizetype>(0, text.first(mostWords).lastIndexOf(u'\n')));
+}
 
 /// What was offered, taken apart.
 struct Offered {
@@ -41,7 +50,7 @@ Offered takenApart(const QList<QUrl> &urls, const QString &text) {
     };
     // One more than is taken, to know that there are more.
     const auto full = [&] { return offered.links.size() > TopicLinks::mostAtOnce; };
-    for (const QUrl &url : urls) {
+    for (const QUrl &url : urls.first(std::min(mostAddresses, urls.size()))) {
         if (full()) {
             break;
         }
@@ -54,7 +63,7 @@ Offered takenApart(const QList<QUrl> &urls, const QString &text) {
     if (!urls.isEmpty()) {
         return offered;
     }
-    for (const QStringView line : QStringView(text).left(mostWords).split(u'\n')) {
+    for (const QStringView line : lookedAt(text).split(u'\n')) {
         if (full()) {
             break;
         }
@@ -159,11 +168,14 @@ void TopicLinks::takeDropped(const QList<QUrl> &urls, const QString &text) {
         std::ranges::count(results, IntakeResult::Kind::New, &IntakeResult::kind);
     const qsizetype held =
         std::ranges::count(results, IntakeResult::Kind::Held, &IntakeResult::kind);
+    const qsizetype back = std::ranges::count(results, true, &IntakeResult::isBack);
     QString sentence =
         added == 1  ? tr("Lien ajouté\u00A0: je le lis, et il t’attend dans «\u202FÀ trier\u202F».")
         : added > 1 ? tr("%1 liens ajoutés\u00A0: je les lis, et ils t’attendent dans «\u202FÀ "
                          "trier\u202F».")
                           .arg(numberText(added))
+        : held == 1 && back == 1
+            ? tr("Tu l’avais écarté\u00A0: il est de retour dans «\u202FÀ trier\u202F».")
         : held == 1 ? tr("Tu as déjà ce lien.")
         : held > 1  ? tr("Tu as déjà ces liens.")
                     : tr("Ce n’est pas l’adresse d’une page web.");

@@ -74,7 +74,7 @@ IntakeResult meet(TopicStore &store, const TopicPtr &topic, const CapturedLink &
     }
     const bool tookUp = store.takeUpCapture(topic->id, handoverOf(link));
     using Kind = IntakeResult::Kind;
-    return {isBack && isUnread ? Kind::New : Kind::Held, topic->id, tookUp};
+    return {isBack && isUnread ? Kind::New : Kind::Held, topic->id, tookUp, isBack};
 }
 
 } // namespace

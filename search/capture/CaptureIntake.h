@@ -33,6 +33,7 @@ struct IntakeResult {
     Kind kind = Kind::NoLink;
     QUuid topic;         ///< null for NoLink
     bool tookUp = false; ///< a topic that has it already learnt something of it
+    bool isBack = false; ///< the topic that has it had been set aside, and is to be sorted again
 };
 
 /// What becomes of a topic that was judged, and set aside, when its link is handed over again.

@@ -70,6 +70,14 @@ TEST_F(TriageEndTest, counts_what_holds_and_how_long_it_took) {
     EXPECT_EQ(end.text(), QString());
     decisions.dismiss(c);
     EXPECT_EQ(groups(), text("gardés 9 8 4|plus tard 2|écarté 7"));
+    // What another hand did since is not told as done here; a link still being read is sorted too.
+    after(1);
+    shelf.store.backToInbox(QUuid::fromString(c));
+    shelf.store.dismiss(QUuid::fromString(c));
+    EXPECT_EQ(groups(), text("gardés 9 8 4|plus tard 2"));
+    const QString link = add(0, TopicStatus::Pending);
+    decisions.dismiss(link);
+    EXPECT_TRUE(groups().contains(text("écarté"))) << groups().toStdString();
 }
 
 TEST_F(TriageEndTest, a_pause_or_a_new_find_begins_another_sitting) {

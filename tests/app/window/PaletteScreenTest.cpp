@@ -229,6 +229,11 @@ TEST_F(PaletteScreenTest, menus_over_the_screen_do_what_the_keys_do) {
     press(Qt::Key_Escape);
     EXPECT_TRUE(item(QStringLiteral("Remettre à trier (T)")).isEnabled());
     EXPECT_FALSE(item(QStringLiteral("Fouiller maintenant")).shortcut().isEmpty());
+    // Nobody sees on what it would fall.
+    window().setWindowStates(Qt::WindowMinimized);
+    EXPECT_FALSE(target.reaches(KeyboardMap::BackToTriage));
+    window().setWindowStates(Qt::WindowNoState);
+    EXPECT_TRUE(target.reaches(KeyboardMap::BackToTriage));
     // Another window of ours in front: its keys are its own, and so is what closes it.
     shell().openQuickCapture();
     ASSERT_TRUE(QTest::qWaitFor([&] { return QGuiApplication::focusWindow() != &window(); }));

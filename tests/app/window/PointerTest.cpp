@@ -255,6 +255,23 @@ TEST_F(PointerTest, links_that_are_dropped_are_strangers_and_wait_to_be_sorted) 
     EXPECT_TRUE(m_hovering.isEmpty());
     press(Qt::Key_Escape);
 
+    // Half an address is another address; what was set aside says that it is back.
+    QMimeData cut;
+    cut.setText(text("https://example.org/d\n") + text("x\n").repeated(32'745) +
+                text("https://example.org/lonely/page"));
+    EXPECT_TRUE(drop(cut));
+    EXPECT_EQ(shell().inbox()->count(), 8);
+    said();
+    Topic aside = test::sampleTopic(text("Écarté"), TopicStatus::Dismissed);
+    aside.sources = {{text("Page"), text("https://example.org/aside")}};
+    store().add({aside});
+    QMimeData again;
+    again.setText(text("https://example.org/aside"));
+    EXPECT_TRUE(drop(again));
+    EXPECT_EQ(said().value(0),
+              text("Tu l’avais écarté\u00A0: il est de retour dans «\u202FÀ trier\u202F»."));
+    EXPECT_EQ(shell().inbox()->count(), 9);
+
     // However many there are, so many are taken.
     QStringList many;
     for (int i = 0; i < 5'000; ++i) {
@@ -263,7 +280,7 @@ TEST_F(PointerTest, links_that_are_dropped_are_strangers_and_wait_to_be_sorted) 
     QMimeData flood;
     flood.setText(many.join(u'\n'));
     EXPECT_TRUE(drop(flood));
-    EXPECT_EQ(shell().inbox()->count(), 7 + TopicLinks::mostAtOnce);
+    EXPECT_EQ(shell().inbox()->count(), 9 + TopicLinks::mostAtOnce);
     EXPECT_TRUE(said().value(0).endsWith(text("Je n’en prends que 50 à la fois.")));
 }
 

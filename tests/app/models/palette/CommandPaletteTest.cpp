@@ -16,6 +16,8 @@ using Map = KeyboardMap;
 
 class CommandPaletteTest : public testing::Test, public test::SectionsShelf {
 protected:
+    ~CommandPaletteTest() override { test::waitFor(search.stopped()); }
+
     QString add(const char *title, TopicStatus status = TopicStatus::Inbox) {
         Topic topic = test::sampleTopic(QString::fromUtf8(title), status);
         topic.foundAt = topic.foundAt.addSecs(++m_added);
