@@ -15,13 +15,16 @@ namespace {
 
 TEST(Typefaces, titles_are_set_in_the_font_that_the_program_holds) {
     const QDir held(QStringLiteral(":/vorle/fonts"));
-    if (held.isEmpty()) {
-        GTEST_SKIP() << "built without it";
+    const Typefaces faces = Typefaces::load();
+    EXPECT_FALSE(faces.text.isEmpty());
+    if (held.isEmpty()) { // npm did not answer when this was built
+        EXPECT_EQ(faces.display, faces.text) << "titles are set in the face of the rest";
+        return;
     }
     EXPECT_EQ(held.entryList(),
               QStringList{QStringLiteral("bricolage-grotesque-latin-700-normal.ttf")})
         << "a Mac takes no WOFF file";
-    EXPECT_EQ(Typefaces::load().display, QStringLiteral("Bricolage Grotesque"));
+    EXPECT_EQ(faces.display, QStringLiteral("Bricolage Grotesque"));
 }
 
 TEST(WindowState, a_window_always_comes_back_where_it_can_be_seen) {
