@@ -10,7 +10,7 @@ set(VORLE_QML
     controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml
     controls/FocusRing.qml controls/GearSign.qml controls/FoundProject.qml controls/GhostLine.qml controls/HintLine.qml controls/InSight.qml controls/Invitation.qml controls/KeyCap.qml controls/KeyHint.qml controls/MenuRow.qml
     controls/Label.qml controls/ListHeading.qml controls/Mascot.qml controls/NoteEditor.qml controls/Panel.qml
-    controls/ProjectChoice.qml controls/ProposedPage.qml controls/reading/ReadingFoot.qml controls/reading/ReadingHead.qml controls/reading/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
+    controls/ProjectChoice.qml controls/ProposedPage.qml controls/reading/ReadingFoot.qml controls/reading/ReadingHead.qml controls/reading/ReadingPlace.qml controls/reading/ReadingTitle.qml controls/RunStatus.qml controls/ScoreBadge.qml controls/ScoreDigits.qml controls/ScrollLine.qml controls/SearchButton.qml
     controls/SectionHead.qml controls/reading/SeenText.qml controls/Segments.qml controls/SelectableText.qml controls/SideButton.qml controls/SideItem.qml controls/SortedBadges.qml
     controls/AddField.qml controls/AppTile.qml controls/charts/ChartFrame.qml controls/charts/ChartGroup.qml controls/EditableRow.qml controls/OrphanLine.qml controls/CrossButton.qml controls/InterestRow.qml controls/LetterTile.qml controls/PageSection.qml controls/Pill.qml controls/PillAdder.qml
     controls/PillButton.qml controls/ProjectCard.qml controls/RadiusChoice.qml controls/Rows.qml controls/UndoLine.qml controls/WeightDots.qml
@@ -21,7 +21,7 @@ set(VORLE_QML
     screens/Actions.qml screens/AddLink.qml screens/Banner.qml screens/BriefView.qml screens/onboarding/CalibrationPanel.qml screens/CardMenu.qml screens/CardSight.qml
     screens/territory/AppLine.qml screens/territory/AppPicker.qml screens/ConfirmPanel.qml screens/territory/DecisionsPanel.qml screens/territory/InterestRows.qml screens/territory/ListSection.qml
     screens/ClosingPanel.qml screens/FeedbackPanel.qml screens/FeedbackPictures.qml screens/onboarding/DemoStrip.qml screens/CorrectionPanel.qml
-    screens/onboarding/InboxInvitation.qml screens/GhostPlace.qml screens/LastGhost.qml screens/Later.qml screens/LinkDrop.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
+    screens/onboarding/InboxInvitation.qml screens/GhostPlace.qml screens/LastGhost.qml screens/Later.qml screens/LinkDrop.qml screens/ListBar.qml screens/ListScreen.qml screens/Main.qml screens/NotchPanel.qml 
     screens/onboarding/OnboardingAgent.qml screens/onboarding/OnboardingProjects.qml screens/onboarding/OnboardingScreen.qml screens/onboarding/OnboardingStep.qml screens/onboarding/OnboardingTopics.qml
     screens/onboarding/OnboardingWhen.qml screens/onboarding/OnboardingYou.qml screens/PanelHost.qml screens/PanelSlot.qml screens/PanelsLater.qml screens/Panels.qml screens/QuickCapturePanel.qml screens/ReadingPage.qml
     screens/report/ReportFigures.qml screens/report/ReportHead.qml screens/report/ReportRow.qml screens/report/ReportScreen.qml screens/SectionScreen.qml screens/SectionSlot.qml screens/SectionSlots.qml screens/settings/SettingsPanel.qml
@@ -29,7 +29,7 @@ set(VORLE_QML
     screens/palette/PaletteFoot.qml screens/palette/PaletteRow.qml screens/palette/SearchOverlay.qml
     screens/ShortcutSheet.qml screens/SideBar.qml screens/StatusPanel.qml screens/territory/SendPanel.qml screens/territory/TerritoryInterests.qml screens/territory/TerritoryNames.qml screens/territory/TerritoryProjects.qml
     screens/territory/TerritoryReflex.qml screens/territory/TerritoryReflexes.qml screens/territory/TerritoryScreen.qml screens/territory/TerritorySite.qml screens/territory/TerritorySites.qml
-    screens/TopicList.qml screens/TopicRow.qml screens/TopicScreen.qml screens/UpdatePanel.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
+    screens/TopicList.qml screens/TopicMenu.qml screens/TopicReading.qml screens/TopicRow.qml screens/TopicsEnd.qml screens/TopicScreen.qml screens/UpdatePanel.qml screens/Voice.qml screens/WaitingScreen.qml screens/Word.qml)
 set_source_files_properties(theme/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
 
 qt_add_qml_module(vorle_window
@@ -64,6 +64,7 @@ qt_add_qml_module(vorle_window
         window/pictures/PictureFile.cpp window/pictures/PictureFile.h
         window/pictures/DecodingDevice.cpp window/pictures/DecodingDevice.h
         window/pictures/SourcePictures.cpp window/pictures/SourcePictures.h
+        window/items/Press.cpp window/items/Press.h
         window/desktop/QuickCapture.cpp window/desktop/QuickCapture.h
         window/QuitHandler.cpp window/QuitHandler.h
         window/desktop/RunNotices.cpp window/desktop/RunNotices.h
@@ -87,7 +88,7 @@ qt_add_qml_module(vorle_window
 set_target_properties(vorle_window PROPERTIES QT_QMLCACHEGEN_ARGUMENTS --only-bytecode)
 # The generated registration names the headers without their folder.
 target_include_directories(vorle_window
-    PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window ${CMAKE_CURRENT_SOURCE_DIR}/window/desktop)
+    PUBLIC ${CMAKE_SOURCE_DIR} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/window ${CMAKE_CURRENT_SOURCE_DIR}/window/desktop ${CMAKE_CURRENT_SOURCE_DIR}/window/items)
 target_link_libraries(vorle_window
     PUBLIC vorle_cli vorle_wiring vorle_models vorle_modelsplugin vorle_desktop vorle_update
         Qt6::Gui Qt6::Widgets Qt6::Qml Qt6::Quick

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
 // Takes away what it stands on. The keyboard does so from there (⌫).
-T.AbstractButton {
+Press {
     id: cross
 
     required property string what
@@ -11,18 +10,19 @@ T.AbstractButton {
 
     implicitWidth: 24
     implicitHeight: 24
-    hoverEnabled: true
-    focusPolicy: Qt.NoFocus
+    activeFocusOnTab: false
     opacity: shown || hovered ? 1 : 0
     Accessible.role: Accessible.Button
     Accessible.name: qsTr("Retirer %1").arg(what)
     Accessible.onPressAction: clicked()
 
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: width / 2
         color: cross.hovered ? Theme.well : "transparent"
     }
-    contentItem: Text {
+    Text {
+        anchors.fill: parent
         text: "×"
         color: cross.hovered ? Theme.ink : Theme.inkFaint
         font.family: Theme.textFamily

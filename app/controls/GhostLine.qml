@@ -203,7 +203,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             implicitHeight: Theme.grown(32)
             quiet: true
-            focusPolicy: Qt.NoFocus
+            activeFocusOnTab: false
             keys: line.undoKeys
             text: qsTr("Annuler")
             font.pixelSize: Theme.textNote

@@ -1,34 +1,27 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
 // A key and what it does, in one quiet line that can be pressed too.
-T.AbstractButton {
+Press {
     id: hint
-
-    property string keys: ""
 
     implicitWidth: line.implicitWidth + 20
     implicitHeight: Theme.grown(32)
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus // a click leaves the keyboard where single keys decide
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: qsTr("Touche %1").arg(keys)
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: event => press(event)
-    Keys.onEnterPressed: event => press(event)
-    Keys.onSpacePressed: event => event.accepted = event.isAutoRepeat
 
-    // With another key it is a shortcut, and held down it is one press.
-    function press(event: KeyEvent) {
-        if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
-            event.accepted = false;
-        } else {
-            clicked();
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radiusButton
+        color: hint.down ? Theme.sunken : hint.hovered ? Theme.hover : "transparent"
+
+        FocusRing {
+            radius: parent.radius + 3
+            shown: hint.visualFocus
         }
     }
-
     Row {
         id: line
         anchors.centerIn: parent
@@ -46,15 +39,6 @@ T.AbstractButton {
             textFormat: Text.PlainText
             anchors.verticalCenter: parent.verticalCenter
             Accessible.ignored: true
-        }
-    }
-    background: Rectangle {
-        radius: Theme.radiusButton
-        color: hint.down ? Theme.sunken : hint.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            radius: parent.radius + 3
-            shown: hint.visualFocus
         }
     }
 }

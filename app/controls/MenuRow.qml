@@ -1,19 +1,16 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
 // A line of a card's menu: what it does, and the key that does the same.
-T.AbstractButton {
+Press {
     id: row
 
-    property string keys: ""
     property bool apart: false // a line over it
 
     readonly property real over: apart ? 9 : 0
 
     implicitWidth: words.implicitWidth + cap.implicitWidth + 52
     implicitHeight: Theme.grown(34) + over
-    hoverEnabled: true
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
     Accessible.description: keys.length > 0 ? qsTr("Touche %1").arg(keys) : ""
@@ -34,46 +31,40 @@ T.AbstractButton {
         }
     }
 
-    Item {
-        anchors.fill: parent
-
-        Text {
-            id: words
-            x: 12
-            y: row.over + (parent.height - row.over - height) / 2
-            width: parent.width - x - cap.width - 24
-            text: row.text
-            elide: Text.ElideRight
-            color: Theme.ink
-            font.family: Theme.textFamily
-            font.pixelSize: Theme.textBody
-            font.weight: Font.Medium
-            textFormat: Text.PlainText
-            Accessible.ignored: true
-        }
-        KeyCap {
-            id: cap
-            anchors.right: parent.right
-            anchors.rightMargin: 10
-            y: row.over + (parent.height - row.over - height) / 2
-            keys: row.keys
-        }
+    Rectangle {
+        visible: row.apart
+        x: 8
+        y: 4
+        width: parent.width - 16
+        height: 1
+        color: Theme.line
     }
-    background: Item {
-        Rectangle {
-            visible: row.apart
-            x: 8
-            y: 4
-            width: parent.width - 16
-            height: 1
-            color: Theme.line
-        }
-        Rectangle {
-            y: row.over
-            width: parent.width
-            height: parent.height - y
-            radius: 8
-            color: row.down ? Theme.sunken : !row.activeFocus ? "transparent" : Theme.dark ? Theme.line : Theme.hover
-        }
+    Rectangle {
+        y: row.over
+        width: parent.width
+        height: parent.height - y
+        radius: 8
+        color: row.down ? Theme.sunken : !row.activeFocus ? "transparent" : Theme.dark ? Theme.line : Theme.hover
+    }
+    Text {
+        id: words
+        x: 12
+        y: row.over + (parent.height - row.over - height) / 2
+        width: parent.width - x - cap.width - 24
+        text: row.text
+        elide: Text.ElideRight
+        color: Theme.ink
+        font.family: Theme.textFamily
+        font.pixelSize: Theme.textBody
+        font.weight: Font.Medium
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+    KeyCap {
+        id: cap
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        y: row.over + (parent.height - row.over - height) / 2
+        keys: row.keys
     }
 }

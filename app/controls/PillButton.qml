@@ -1,29 +1,18 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
 // A button in a row of pills.
-T.AbstractButton {
+Press {
     id: button
 
-    implicitWidth: contentItem.implicitWidth + 24
+    implicitWidth: words.implicitWidth + 24
     implicitHeight: 30
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: event => press(event)
-    Keys.onEnterPressed: event => press(event)
 
-    function press(event: KeyEvent) {
-        event.accepted = !event.isAutoRepeat && !(event.modifiers & ~Qt.KeypadModifier);
-        if (event.accepted) {
-            clicked();
-        }
-    }
-
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: height / 2
         color: button.hovered ? Theme.raised : "transparent"
         border.width: 1
@@ -34,7 +23,9 @@ T.AbstractButton {
             shown: button.visualFocus
         }
     }
-    contentItem: Label {
+    Label {
+        id: words
+        anchors.fill: parent
         text: button.text
         color: Theme.inkSoft
         font.weight: Font.Medium

@@ -1,30 +1,19 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
 // Looks like the field it opens.
-T.AbstractButton {
+Press {
     id: button
-
-    property string keys: ""
 
     implicitWidth: 252
     implicitHeight: Theme.grown(42)
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus
     text: qsTr("Rechercher")
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: event => {
-        if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
-            event.accepted = false;
-        } else {
-            clicked();
-        }
-    }
 
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: height / 2
         color: button.hovered ? Theme.raised : Theme.card
         border.width: 1
@@ -35,22 +24,20 @@ T.AbstractButton {
             shown: button.visualFocus
         }
     }
-    contentItem: Item {
-        Label {
-            x: 18
-            anchors.verticalCenter: parent.verticalCenter
-            text: button.text
-            color: Theme.inkFaint
-            wrapMode: Text.NoWrap
-            lineHeight: 1
-            Accessible.ignored: true
-        }
-        KeyCap {
-            anchors.right: parent.right
-            anchors.rightMargin: 14
-            anchors.verticalCenter: parent.verticalCenter
-            keys: button.keys
-            bare: true
-        }
+    Label {
+        x: 18
+        anchors.verticalCenter: parent.verticalCenter
+        text: button.text
+        color: Theme.inkFaint
+        wrapMode: Text.NoWrap
+        lineHeight: 1
+        Accessible.ignored: true
+    }
+    KeyCap {
+        anchors.right: parent.right
+        anchors.rightMargin: 14
+        anchors.verticalCenter: parent.verticalCenter
+        keys: button.keys
+        bare: true
     }
 }

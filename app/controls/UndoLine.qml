@@ -56,7 +56,7 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             quiet: true
             implicitHeight: 32
-            focusPolicy: Qt.NoFocus
+            activeFocusOnTab: false
             text: qsTr("Annuler")
             keys: line.keys
             onClicked: line.undo()

@@ -113,18 +113,20 @@ AccessibilityBarrier {
         SideButton {
             text: qsTr("Réglages")
             keys: bar.keyboard.keys(KeyboardMap.OpenSettings)
-            contentItem: Item {
-                GearSign {
-                    anchors.centerIn: parent
-                }
-            }
             onClicked: bar.acted(KeyboardMap.OpenSettings)
+
+            GearSign {
+                anchors.centerIn: parent
+            }
         }
         SideButton {
             id: help
             text: qsTr("Raccourcis clavier")
             keys: bar.keyboard.keys(KeyboardMap.ShowShortcuts)
-            contentItem: Title {
+            onClicked: bar.acted(KeyboardMap.ShowShortcuts)
+
+            Title {
+                anchors.fill: parent
                 text: "?"
                 size: Theme.textLarge
                 color: Theme.inkSoft
@@ -132,7 +134,6 @@ AccessibilityBarrier {
                 verticalAlignment: Text.AlignVCenter
                 Accessible.ignored: true
             }
-            onClicked: bar.acted(KeyboardMap.ShowShortcuts)
         }
     }
     Rectangle {

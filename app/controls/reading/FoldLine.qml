@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
 // A chapter folded into one line: its name, what it comes to, and the rest once it is opened.
@@ -17,34 +16,21 @@ Column {
         height: 1
         color: Theme.line
     }
-    T.Button {
+    Press {
         id: line
         width: parent.width
         height: Theme.grown(50)
         text: fold.name
-        focusPolicy: Qt.TabFocus
-        hoverEnabled: true
         Accessible.role: Accessible.Button
-        Accessible.name: fold.gist.length > 0 ? qsTr("%1 : %2").arg(fold.name).arg(fold.gist) : fold.name
+        Accessible.name: fold.gist.length > 0 ? qsTr("%1 : %2").arg(fold.name).arg(fold.gist) : fold.name
         Accessible.description: fold.opened ? qsTr("déplié") : qsTr("replié")
         Accessible.onPressAction: clicked()
         onClicked: fold.opened = !fold.opened
-        Keys.onReturnPressed: event => press(event)
-        Keys.onEnterPressed: event => press(event)
-        Keys.onSpacePressed: event => event.accepted = event.isAutoRepeat
 
-        // With another key it is a shortcut, and held down it is one press.
-        function press(event: KeyEvent) {
-            if (event.isAutoRepeat || (event.modifiers & ~Qt.KeypadModifier)) {
-                event.accepted = false;
-            } else {
-                clicked();
-            }
-        }
-
-        background: Rectangle {
+        Rectangle {
             x: -10
             width: line.width + 20
+            height: parent.height
             radius: Theme.radiusButton
             color: line.hovered ? Theme.sunken : "transparent"
 

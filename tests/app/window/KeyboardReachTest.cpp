@@ -41,7 +41,7 @@ protected:
         const auto found = shown([](const QQuickItem &item) {
             // What takes a decision back has its own key, and goes by itself.
             return item.isEnabled() && !isWithin(&item, "GhostLine_") &&
-                   (item.activeFocusOnTab() || item.inherits("QQuickAbstractButton"));
+                   (item.activeFocusOnTab() || item.inherits("vorle::Press"));
         });
         return {found.cbegin(), found.cend()};
     }
