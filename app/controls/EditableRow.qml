@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // A row of a list (Rows) whose words are changed in place: ↩ opens a field over them and takes what

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // A small ember that keeps watch: it opens its eyes while a run is under way. Where it is `alive` it

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // A sheet over the window: dims what is behind, keeps the keyboard, goes with Échap.

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // Rows under each other, or pills in lines, that share one stop for the Tab key; the arrows walk

@@ -28,8 +28,8 @@ TextEdit {
     // The page keeps one text marked at a time, and copies it.
     onSelectedTextChanged: {
         for (let above = parent; above !== null && selectedText.length > 0; above = above.parent) {
-            if (above instanceof ReadingPage) {
-                (above as ReadingPage).mark(words);
+            if (above instanceof ReadingPlace) {
+                (above as ReadingPlace).mark(words);
                 return;
             }
         }

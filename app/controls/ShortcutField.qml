@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // A key combination, and the field that records another: what is pressed in it is the combination.

@@ -15,6 +15,7 @@ TopicSelection::TopicSelection(TopicListModel &list, QObject *parent)
     connect(&list, &TopicListModel::rowsMoved, this, &TopicSelection::follow);
     connect(&list, &TopicListModel::modelReset, this, &TopicSelection::follow);
     follow();
+    settle(); // nobody draws it yet, and who does draws it once
 }
 
 void TopicSelection::setEnlarged(bool enlarged) {

@@ -11,7 +11,8 @@ QtObject {
     required property SectionScreen screen // the chosen section's
     required property PanelsLater panels
     required property SideBar menu
-    required property NotchPanel notch // null until there is a run
+
+    signal putAway // what one is done with, wherever it shows
 
     // Whether it was done: what it would fall on may have had to be brought into view first.
     function perform(action: int): bool {
@@ -22,8 +23,8 @@ QtObject {
         return true;
     }
     function act(action: int) {
-        if (action === KeyboardMap.CloseCard && notch !== null) {
-            notch.dismissed = true;
+        if (action === KeyboardMap.CloseCard) {
+            putAway();
         }
         if (action === KeyboardMap.Undo && screen.undo()) {
             return;

@@ -56,54 +56,64 @@ Rectangle {
         }
     }
 
+    readonly property string headText: notice.length > 0 ? "" : failed ? run.lastErrorTitle : offered ? run.waitingTitle : run.missedTitle
+    readonly property string detailText: notice.length > 0 ? notice : failed ? run.lastError : offered ? run.waitingText : run.missedText
+
     visible: notice.length > 0 || offered || ((missed || failed) && !away)
-    height: visible ? Math.max(58, words.implicitHeight + 24) : 0
+    height: visible ? Math.max(58, parts.implicitHeight + 24) : 0
     color: Theme.accentTint
     z: 3
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: head.text + " " + detail.text
+    Accessible.name: headText + " " + detailText
 
-    Column {
-        id: words
-        anchors.left: parent.left
-        anchors.leftMargin: Theme.margin
-        anchors.right: later.visible ? later.left : act.left
-        anchors.rightMargin: 16
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 2
+    Loader {
+        id: parts
+        anchors.fill: parent
+        active: banner.visible
+        sourceComponent: Item {
+            implicitHeight: words.implicitHeight
 
-        Label {
-            id: head
-            width: parent.width
-            visible: text.length > 0
-            text: banner.notice.length > 0 ? "" : banner.failed ? banner.run.lastErrorTitle : banner.offered ? banner.run.waitingTitle : banner.run.missedTitle
-            font.weight: Font.DemiBold
-            lineHeight: 1.2
+            Column {
+                id: words
+                anchors.left: parent.left
+                anchors.leftMargin: Theme.margin
+                anchors.right: later.visible ? later.left : act.left
+                anchors.rightMargin: 16
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 2
+
+                Label {
+                    width: parent.width
+                    visible: text.length > 0
+                    text: banner.headText
+                    font.weight: Font.DemiBold
+                    lineHeight: 1.2
+                }
+                Label {
+                    width: parent.width
+                    text: banner.detailText
+                    color: Theme.inkSoft
+                    lineHeight: 1.25
+                }
+            }
+            ActionButton {
+                id: later
+                anchors.right: act.left
+                anchors.rightMargin: 4
+                anchors.verticalCenter: parent.verticalCenter
+                visible: banner.notice.length === 0 || banner.remedy.length > 0
+                quiet: true
+                text: banner.notice.length === 0 && banner.offered ? qsTr("Laisser") : qsTr("Pas maintenant")
+                onClicked: banner.putAway()
+            }
+            ActionButton {
+                id: act
+                anchors.right: parent.right
+                anchors.rightMargin: Theme.margin
+                anchors.verticalCenter: parent.verticalCenter
+                text: banner.help
+                onClicked: banner.takeHelp()
+            }
         }
-        Label {
-            id: detail
-            width: parent.width
-            text: banner.notice.length > 0 ? banner.notice : banner.failed ? banner.run.lastError : banner.offered ? banner.run.waitingText : banner.run.missedText
-            color: Theme.inkSoft
-            lineHeight: 1.25
-        }
-    }
-    ActionButton {
-        id: later
-        anchors.right: act.left
-        anchors.rightMargin: 4
-        anchors.verticalCenter: parent.verticalCenter
-        visible: banner.notice.length === 0 || banner.remedy.length > 0
-        quiet: true
-        text: banner.notice.length === 0 && banner.offered ? qsTr("Laisser") : qsTr("Pas maintenant")
-        onClicked: banner.putAway()
-    }
-    ActionButton {
-        id: act
-        anchors.right: parent.right
-        anchors.rightMargin: Theme.margin
-        anchors.verticalCenter: parent.verticalCenter
-        text: banner.help
-        onClicked: banner.takeHelp()
     }
 }

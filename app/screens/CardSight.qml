@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 
 // Keeps the chosen row of a list in view, and knows whether its card is: only what is seen may be
@@ -11,8 +10,8 @@ Item {
     required property real lead // room over the row, for its heading
 
     readonly property TopicRow row: list.currentItem as TopicRow
-    readonly property T.ScrollBar bar: list.T.ScrollBar.vertical
-    readonly property bool scrolling: list.moving || bar.pressed // by hand
+    property bool pulled: false // by its bar, which moves it without its saying so
+    readonly property bool scrolling: list.moving || pulled // by hand
     // Whether the card stood in view when it was last looked at: it then stays there whatever the
     // list does. One that was scrolled away from is left where it is.
     property bool stands: true
@@ -191,6 +190,8 @@ Item {
         }
     }
 
+    onPulledChanged: browse()
+
     NumberAnimation {
         id: motion
         target: sight.list
@@ -222,14 +223,6 @@ Item {
             if (sight.stands) {
                 sight.bring(false);
             }
-        }
-    }
-    // A bar that is dragged moves the list without its saying so.
-    Connections {
-        target: sight.bar
-
-        function onPressedChanged() {
-            sight.browse();
         }
     }
     Connections {

@@ -1,13 +1,14 @@
 import QtQuick
-import Vorle
 
-// A part of the window that is read when it is first asked for. Naming its type would read it, and
-// all that it names, before the first frame.
+// A part of the window that is read when it is first needed. Naming its type would read it, and all
+// that it names, before the first frame.
 Loader {
     id: later
 
-    required property Shell shell
-    required property string document // beside this file; its root has a `shell`
+    required property string document // beside this file
+    property var given: ({}) // the properties it is made with
+    property bool needed: false
+    property bool soon: false // once the window stands it is read in the background
 
     // At once. What is being read in the background is let go: a loader that is told to go on at
     // once forgets what it was given.
@@ -15,11 +16,34 @@ Loader {
         if (item === null) {
             active = false;
             asynchronous = false;
-            setSource(Qt.resolvedUrl(document), { shell: shell });
-            active = true;
+            begin();
+        }
+    }
+    function begin() {
+        setSource(Qt.resolvedUrl(document), given);
+        active = true;
+    }
+
+    property bool stands: false // it knows what it is given
+
+    active: false
+    onNeededChanged: if (needed && stands) need()
+    Component.onCompleted: {
+        stands = true;
+        if (needed) {
+            need();
         }
     }
 
-    active: false
-    Component.onCompleted: setSource(Qt.resolvedUrl(document), { shell: shell })
+    // A key that opens it need not wait for it to be read.
+    Timer {
+        running: later.soon
+        interval: 400
+        onTriggered: {
+            if (!later.active) {
+                later.asynchronous = true;
+                later.begin();
+            }
+        }
+    }
 }

@@ -39,46 +39,48 @@ DropArea {
         offer = TopicLinks.Nothing;
     }
 
-    Rectangle {
+    Loader {
         anchors.fill: parent
-        visible: drop.offer !== TopicLinks.Nothing
-        color: Theme.veil
+        active: drop.offer !== TopicLinks.Nothing
+        sourceComponent: Rectangle {
+            color: Theme.veil
 
-        Rectangle {
-            anchors.centerIn: parent
-            width: Math.min(parent.width - 48, 520)
-            height: column.implicitHeight + 56
-            radius: Theme.radiusCard
-            color: drop.takes ? Theme.raised : Theme.sunken
-            border.width: 2
-            border.color: drop.takes ? Theme.accent : Theme.edge
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: head.text + ". " + detail.text
-
-            Column {
-                id: column
+            Rectangle {
                 anchors.centerIn: parent
-                width: parent.width - 56
-                spacing: 12
+                width: Math.min(parent.width - 48, 520)
+                height: column.implicitHeight + 56
+                radius: Theme.radiusCard
+                color: drop.takes ? Theme.raised : Theme.sunken
+                border.width: 2
+                border.color: drop.takes ? Theme.accent : Theme.edge
+                Accessible.role: Accessible.AlertMessage
+                Accessible.name: head.text + ". " + detail.text
 
-                Mascot {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    awake: drop.takes
-                    halo: drop.takes ? Theme.accentTint : Theme.well
-                }
-                Title {
-                    id: head
-                    width: parent.width
-                    horizontalAlignment: Text.AlignHCenter
-                    size: Theme.titleOpen
-                    text: drop.takes ? qsTr("Dépose le lien ici") : drop.offer === TopicLinks.Files ? qsTr("Je ne lis pas les fichiers") : qsTr("Ce n’est pas un lien")
-                }
-                Label {
-                    id: detail
-                    width: parent.width
-                    horizontalAlignment: Text.AlignHCenter
-                    color: Theme.inkSoft
-                    text: drop.takes ? qsTr("Je lis la page, je la juge, et tu la retrouves dans « À trier ».") : qsTr("Glisse plutôt l’adresse d’une page, depuis ton navigateur.")
+                Column {
+                    id: column
+                    anchors.centerIn: parent
+                    width: parent.width - 56
+                    spacing: 12
+
+                    Mascot {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        awake: drop.takes
+                        halo: drop.takes ? Theme.accentTint : Theme.well
+                    }
+                    Title {
+                        id: head
+                        width: parent.width
+                        horizontalAlignment: Text.AlignHCenter
+                        size: Theme.titleOpen
+                        text: drop.takes ? qsTr("Dépose le lien ici") : drop.offer === TopicLinks.Files ? qsTr("Je ne lis pas les fichiers") : qsTr("Ce n’est pas un lien")
+                    }
+                    Label {
+                        id: detail
+                        width: parent.width
+                        horizontalAlignment: Text.AlignHCenter
+                        color: Theme.inkSoft
+                        text: drop.takes ? qsTr("Je lis la page, je la juge, et tu la retrouves dans « À trier ».") : qsTr("Glisse plutôt l’adresse d’une page, depuis ton navigateur.")
+                    }
                 }
             }
         }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -94,7 +93,6 @@ Window {
         screen: main.screen
         panels: panels
         menu: side
-        notch: notch.item as NotchPanel
     }
     Timer {
         id: ghostAway
@@ -116,14 +114,17 @@ Window {
         onTriggered: main.shell.page.topicId = main.readId
     }
 
-    Loader {
+    Later {
         id: notch
-        active: main.shell.run.running || item !== null
-        sourceComponent: NotchPanel {
-            run: main.shell.run
-            mainWindow: main
-            transientParent: null
-            onOpened: main.raiseAsked()
+        document: "NotchPanel.qml"
+        given: ({ run: main.shell.run, mainWindow: main, actions: actions })
+        needed: main.shell.run.running
+    }
+    Connections {
+        target: notch.item
+
+        function onOpened() {
+            main.raiseAsked();
         }
     }
     Shortcut {
@@ -132,7 +133,9 @@ Window {
     }
     Item {
         id: root
-        anchors.fill: parent
+        // Not what it stands in, which is as large as the window only once that is shown.
+        width: main.width
+        height: main.height
         focus: true
         Keys.priority: Keys.BeforeItem
         Keys.onPressed: event => {
@@ -199,11 +202,18 @@ Window {
                 onDecisionsAsked: reflex => panels.showDecisions(reflex)
                 onTold: sentence => voice.say(sentence)
             }
-            DemoStrip {
+            Later {
                 id: strip
                 width: parent.width
-                visible: main.shell.demoReturns
-                onBackAsked: main.returnAsked()
+                document: "onboarding/DemoStrip.qml"
+                needed: main.shell.demoReturns
+            }
+            Connections {
+                target: strip.item
+
+                function onBackAsked() {
+                    main.returnAsked();
+                }
             }
             Banner {
                 id: banner
@@ -241,9 +251,9 @@ Window {
             readonly property bool wanted: main.shell.onboarding.shown
 
             anchors.fill: parent
-            shell: main.shell
             document: "onboarding/OnboardingScreen.qml"
-            active: wanted || item !== null
+            given: ({ shell: main.shell })
+            needed: wanted
             onWantedChanged: if (!wanted) main.resume()
         }
         Connections {

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -10,6 +9,7 @@ Window {
 
     required property RunModel run
     required property Window mainWindow
+    required property Actions actions
     property bool dismissed: false
     property bool resultShown: false
 
@@ -19,6 +19,7 @@ Window {
     readonly property bool wouldCover: mainWindow.active && (mainWindow.visibility === Window.Maximized || mainWindow.visibility === Window.FullScreen || (mainWindow.y < y + height && mainWindow.x < x + width && mainWindow.x + mainWindow.width > x))
     readonly property bool wanted: !dismissed && !wouldCover && (run.running || resultShown)
 
+    transientParent: null
     // No tool window: on a Mac those go while another application is in front, which is when a run
     // that starts by itself would show.
     flags: Qt.ToolTip | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WindowDoesNotAcceptFocus
@@ -30,6 +31,13 @@ Window {
     visible: wanted
     title: qsTr("vorle, fouille")
 
+    Connections {
+        target: panel.actions
+
+        function onPutAway() {
+            panel.dismissed = true;
+        }
+    }
     Connections {
         target: panel.run
 

@@ -6,6 +6,7 @@ import Vorle.Models
 Later {
     id: place
 
+    required property Shell shell
     readonly property PanelHost host: item as PanelHost
     readonly property bool shown: host !== null && host.shown
 
@@ -40,6 +41,8 @@ Later {
     }
 
     document: "Panels.qml"
+    given: ({ shell: shell })
+    soon: true
 
     Connections {
         target: place.host
@@ -61,17 +64,6 @@ Later {
         }
         function onActed(action: int) {
             place.acted(action);
-        }
-    }
-    // A key that opens the first of them need not wait for all to be read.
-    Timer {
-        running: true
-        interval: 400
-        onTriggered: {
-            if (!place.active) {
-                place.asynchronous = true;
-                place.active = true;
-            }
         }
     }
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // A small window of its own, over whatever one works in: the page in front, a note, a project; ↩

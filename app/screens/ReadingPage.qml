@@ -1,11 +1,10 @@
 import QtQuick
 import QtQuick.Templates as T
-import QtQuick.Window
 import Vorle
 import Vorle.Models
 
 // The chosen card enlarged into a comfortable page: all that is known of the topic.
-FocusScope {
+ReadingPlace {
     id: page
 
     required property Shell shell
@@ -46,7 +45,6 @@ FocusScope {
     function takes(key: int): bool {
         return sight.takes(key);
     }
-    // The words that were marked, in one text at a time: the keyboard stays on the page.
     property TextEdit marked: null
 
     function mark(text: TextEdit) {
@@ -57,7 +55,6 @@ FocusScope {
     }
     onShownChanged: mark(null)
 
-    // Copies what is marked; whether anything was.
     function copies(event: KeyEvent): bool {
         const some = shown && marked !== null && marked.selectedText.length > 0;
         if (some && event.matches(StandardKey.Copy)) { // qmllint disable unqualified

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vorle
 import Vorle.Models
 
@@ -13,6 +12,7 @@ ListView {
     readonly property TopicRow row: currentItem as TopicRow
     // The cards' column, in the middle; the list is as wide as the window, for the wheel.
     readonly property real inset: Math.max(Theme.margin, (width - Theme.columnWidth) / 2)
+    readonly property bool filled: count > 0 || selection.shownGhost.shown // with cards, or the last line
     property bool attended: false // the keyboard rests where it acts on the chosen topic
     property bool paged: false // the chosen topic's page stands beside the list
     readonly property string undoKeys: shell.keyboard.keys(KeyboardMap.Undo)
@@ -60,7 +60,16 @@ ListView {
         width: list.width
         inset: list.inset
     }
-    T.ScrollBar.vertical: ScrollLine {}
+    // Its bar is read once it stands: nothing is seen of it before the list moves.
+    Loader {
+        id: bar
+        asynchronous: true
+    }
+    Timer {
+        running: true
+        interval: 300
+        onTriggered: bar.setSource(Qt.resolvedUrl("ListBar.qml"), { list: list, sight: sight })
+    }
     PointHandler {
         id: mouse
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 import Vorle.Models
 
@@ -9,13 +8,17 @@ SectionScreen {
 
     required property int number // Section
     readonly property TopicSelection selection: shell.actions.of(number)
-    readonly property ReadingPage page: reading.item as ReadingPage
+    readonly property ReadingPlace page: reading.item as ReadingPlace
     // The chosen topic, once its card stands open.
     readonly property topicCard topic: list.row !== null && list.row.topicId === selection.shownId ? list.row.topic : none
     property topicCard none
     // What the page shows; it keeps it until it is gone.
     readonly property bool reads: selection.enlarged || (page?.visible ?? false)
     property topicCard read
+    property bool endReached: false // of triage; see TopicsEnd
+
+    signal menuOpened(topicCard topic, point at, bool byKey)
+
     onTopicChanged: turn()
     onReadsChanged: turn()
 
@@ -54,8 +57,10 @@ SectionScreen {
         return asked;
     }
     function openMenu(topic: topicCard, at: point, byKey: bool) {
-        menu.active = true;
-        (menu.item as CardMenu).open(topic, at, byKey);
+        if (menu.item === null) {
+            menu.setSource(Qt.resolvedUrl("TopicMenu.qml"), { screen: screen });
+        }
+        menuOpened(topic, at, byKey);
     }
     function focusContent() {
         spot.forceActiveFocus();
@@ -72,7 +77,7 @@ SectionScreen {
     // The keyboard rests on no card: whoever listens is told which one it acts on.
     function pointAtChosen() {
         if (spot.activeFocus) {
-            voice.pointAt(selection.enlarged ? page : list.count > 0 ? list.openCard : empty.visible ? empty : null);
+            voice.pointAt(selection.enlarged ? page : list.count > 0 ? list.openCard : empty.item?.visible ? empty.item as Item : null);
         }
     }
     Announcer {
@@ -133,8 +138,6 @@ SectionScreen {
         TopicList {
             id: list
 
-            readonly property bool filled: count > 0 || screen.selection.shownGhost.shown
-
             anchors.left: parent.left
             anchors.right: parent.right
             anchors.top: head.bottom
@@ -151,31 +154,16 @@ SectionScreen {
             onChosen: screen.focusContent()
             onMenuAsked: (topic, at) => screen.openMenu(topic, at, false)
         }
-        EmptyState {
+        Later {
             id: empty
-
-            // The end of triage does not wait for the last line to go, where there is room for both.
-            readonly property TriageEnd end: screen.number === Section.Inbox ? screen.shell.end : null
-            readonly property bool reached: list.count === 0 && (end?.groups.length ?? 0) > 0 && besideLine
-
             anchors.left: parent.left
             anchors.right: parent.right
             anchors.top: head.bottom
             anchors.bottom: parent.bottom
-            lineRoom: counted ? 16 + Theme.ghostHeight : 0
-            visible: !list.filled || reached
-            onReachedChanged: if (reached && list.filled) land()
-            tally: end?.text ?? ""
-            groups: end?.groups ?? []
-            undoKeys: list.undoKeys
-            title: screen.current ? screen.shell.sections.emptyTitle : ""
-            text: screen.current ? screen.shell.sections.emptyText : ""
-            buttons: screen.current ? screen.shell.sections.emptyActions : []
-            Accessible.role: Accessible.Grouping
-            Accessible.name: title
-            Accessible.description: counted ? `${tally} ${text}` : text
-            onAct: action => screen.act(action)
-            onVisibleChanged: Qt.callLater(screen.pointAtChosen) // qmllint disable
+            document: "TopicsEnd.qml"
+            given: ({ screen: screen, list: list })
+            needed: !list.filled || list.count === 0
+            soon: true
         }
         HintLine {
             id: hintLine
@@ -183,30 +171,17 @@ SectionScreen {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             text: screen.shell.actions.keysHint(screen.number)
-            visible: list.filled && !empty.reached
+            visible: list.filled && !screen.endReached
         }
     }
-    // Over the whole window, made when it is first asked for.
+    // Over the whole window, read when it is first asked for.
     Loader {
         id: menu
         parent: screen.Window.contentItem
         anchors.fill: parent
         z: 20
-        active: false
-        sourceComponent: CardMenu {
-            shell: screen.shell
-            selection: screen.selection
-            // A page that is open shows the topic by now: to ask for it once more would close it.
-            onAct: action => {
-                if (action !== KeyboardMap.ToggleCard || !screen.selection.enlarged) {
-                    screen.act(action);
-                }
-            }
-            onGone: screen.focusContent()
-        }
     }
-    // Made when it is first asked for: most starts never need it.
-    Loader {
+    Later {
         id: reading
         // Beside it, the list has its own column at most.
         width: screen.beside ? Math.max(screen.pageWidth, screen.width - Theme.columnWidth - 2 * Theme.margin) : screen.width
@@ -217,15 +192,9 @@ SectionScreen {
             x: screen.beside ? (1 - (screen.page?.opacity ?? 1)) * 24 : 0
             y: screen.beside ? 0 : (1 - (screen.page?.opacity ?? 1)) * 14
         }
-        active: screen.selection.enlarged || item !== null
-        sourceComponent: ReadingPage {
-            shell: screen.shell
-            selection: screen.selection
-            topic: screen.read
-            section: screen.title
-            actions: screen.shell.actions.buttons(screen.number, topic)
-            onAct: action => screen.act(action)
-        }
+        document: "TopicReading.qml"
+        given: ({ screen: screen })
+        needed: screen.selection.enlarged
 
         // Its edge, where the list goes on beside it.
         Rectangle {

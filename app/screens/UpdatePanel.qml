@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // A new version: what is known of it, how far it is, and what the person may answer.

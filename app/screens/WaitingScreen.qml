@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Vorle
 
 // Stands in the main window's place while a command has the topics: why nothing opens yet, and a

@@ -57,10 +57,15 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
                    {QStringLiteral("reducedMotion"), motionIsReduced()},
                    {QStringLiteral("displayFamily"), faces.display},
                    {QStringLiteral("textFamily"), faces.text}});
-    m_screens =
-        made(QStringLiteral("screens/Main.qml"), {{QStringLiteral("shell"), shellProperty}});
+    // Made at its size: its screens would else be laid out for none, and once more when it shows.
+    const QRect place = lastPlace();
+    m_screens = made(QStringLiteral("screens/Main.qml"),
+                     {{QStringLiteral("shell"), shellProperty},
+                      {QStringLiteral("width"), place.width()},
+                      {QStringLiteral("height"), place.height()}});
     m_window = qobject_cast<QQuickWindow *>(m_screens.get());
-    restoreGeometry();
+    m_window->setGeometry(place);
+    followPlace();
     followVisits();
     m_window->installEventFilter(this);
     new KeyRepeatFilter(*m_window);
@@ -109,12 +114,15 @@ bool MainWindow::motionIsReduced() const {
            (m_motion != nullptr && m_motion->isReduced());
 }
 
-void MainWindow::restoreGeometry() {
+QRect MainWindow::lastPlace() const {
     QList<QRect> screens;
     for (const QScreen *screen : QGuiApplication::screens()) {
         screens += screen->availableGeometry();
     }
-    m_window->setGeometry(onScreen(m_state.geometry(), usualSize, screens));
+    return onScreen(m_state.geometry(), usualSize, screens);
+}
+
+void MainWindow::followPlace() {
     // Its place is asked for once it stands: on its way to fill the screen it is not told yet that
     // it does.
     constexpr int stands = 400;

@@ -86,7 +86,8 @@ private:
     bool motionIsReduced() const;
     void followSystem();
     void followVisits();
-    void restoreGeometry();
+    QRect lastPlace() const;
+    void followPlace();
     void saveWindowGeometry();
 
     Shell &m_shell;

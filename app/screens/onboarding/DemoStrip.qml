@@ -7,7 +7,7 @@ Rectangle {
 
     signal backAsked
 
-    implicitHeight: visible ? 44 : 0
+    implicitHeight: 44
     color: Theme.accentTint
 
     Label {

@@ -2,7 +2,7 @@ import QtQuick
 import Vorle
 
 // What "À trier" offers a new user, one thing at a time: how to begin, then what to teach.
-Invitation {
+Loader {
     id: offer
 
     required property Shell shell
@@ -12,10 +12,13 @@ Invitation {
     signal calibrationAsked
 
     visible: room >= 620 && (begins || shell.calibration.proposed)
-    brief: room < 700
-    title: begins ? qsTr("Finir le premier réglage") : shell.calibration.invitationTitle
-    text: begins ? qsTr("Il reprend où tu l’as laissé. Ce que tu as dit est gardé.") : shell.calibration.invitationText
-    action: begins ? qsTr("Continuer") : shell.calibration.invitationAction
-    onAccepted: begins ? shell.onboarding.open() : offer.calibrationAsked()
-    onDeclined: begins ? shell.onboarding.finish() : shell.calibration.skip()
+    active: visible
+    sourceComponent: Invitation {
+        brief: offer.room < 700
+        title: offer.begins ? qsTr("Finir le premier réglage") : offer.shell.calibration.invitationTitle
+        text: offer.begins ? qsTr("Il reprend où tu l’as laissé. Ce que tu as dit est gardé.") : offer.shell.calibration.invitationText
+        action: offer.begins ? qsTr("Continuer") : offer.shell.calibration.invitationAction
+        onAccepted: offer.begins ? offer.shell.onboarding.open() : offer.calibrationAsked()
+        onDeclined: offer.begins ? offer.shell.onboarding.finish() : offer.shell.calibration.skip()
+    }
 }

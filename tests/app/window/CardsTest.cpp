@@ -123,7 +123,7 @@ TEST_F(CardsTest, the_column_stands_in_the_middle_and_the_page_beside_it_where_t
     press(Qt::Key_Space);
     turn();
     ASSERT_TRUE(enlarged());
-    const QQuickItem *page = all("ReadingPage_").value(0, nullptr);
+    const QQuickItem *page = all("TopicReading_").value(0, nullptr);
     ASSERT_TRUE(page);
     EXPECT_TRUE(cards(true).isEmpty()) << "the page says it";
     const auto closed = cards(false);

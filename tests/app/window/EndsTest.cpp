@@ -43,7 +43,7 @@ protected:
                 return;
             }
             const QByteArrayView type(item.metaObject()->className());
-            const bool whole = item.inherits("QQuickAbstractButton") ||
+            const bool whole = item.inherits("vorle::Press") ||
                                type.startsWith("ScoreBadge_") || type.startsWith("Mascot_");
             if (whole || item.inherits("QQuickText")) {
                 QRectF place = page.mapRectFromItem(&item, {0, 0, item.width(), item.height()});
@@ -110,7 +110,7 @@ TEST_F(EndsTest, every_page_is_whole_in_every_window_and_size_of_type) {
             for (const QSize size : {QSize(700, 500), QSize(900, 600), QSize(1180, 780)}) {
                 window().resize(size);
                 QTest::qWait(30);
-                const auto pages = all("EmptyState_");
+                const auto pages = all("TopicsEnd_");
                 ASSERT_EQ(pages.size(), 1);
                 const std::string where = std::to_string(scale) + " % at " +
                                           std::to_string(size.width()) + (dark ? ", dark" : "");
@@ -127,8 +127,8 @@ TEST_F(EndsTest, every_page_is_whole_in_every_window_and_size_of_type) {
     for (const Section section : {Section::Program, Section::Reserve, Section::Library}) {
         shell().sections()->setCurrent(section);
         QTest::qWait(30);
-        ASSERT_EQ(all("EmptyState_").size(), 1);
-        expectWhole(*all("EmptyState_").first(), "an empty section");
+        ASSERT_EQ(all("TopicsEnd_").size(), 1);
+        expectWhole(*all("TopicsEnd_").first(), "an empty section");
         EXPECT_EQ(buttonAt(text("Fouiller maintenant")).x() > 0, true);
     }
 }

@@ -121,7 +121,7 @@ TEST_F(ListenersTest, what_lies_behind_a_panel_is_not_come_upon_and_looks_as_eve
     EXPECT_TRUE(QTest::qWaitFor([&] { return named().contains(text("Raccourcis clavier")); }))
         << "once it has come";
     for (const QQuickItem *item :
-         shown([](const QQuickItem &each) { return each.inherits("QQuickButton"); })) {
+         shown([](const QQuickItem &each) { return each.inherits("vorle::Press"); })) {
         EXPECT_EQ(item->opacity(), 1) << item->property("text").toString().toStdString();
     }
     press(Qt::Key_Escape);
@@ -236,14 +236,14 @@ TEST_F(ListenersTest, a_page_shows_all_that_is_known_cleanly_and_lets_its_words_
     };
     for (const auto &[words, first] : texts) {
         if (text(words) == u"Effort") { // folded until it is asked for
-            const QQuickItem *line = itemSaying(text("D’où vient la note"), "ReadingPage_");
+            const QQuickItem *line = itemSaying(text("D’où vient la note"), "TopicReading_");
             ASSERT_NE(line, nullptr);
             bring(*line);
             QTest::mouseClick(&window(), Qt::LeftButton, {},
                               line->mapToScene(QPointF(4, 12)).toPoint());
             QCoreApplication::processEvents();
         }
-        const QQuickItem *item = itemSaying(text(words), "ReadingPage_");
+        const QQuickItem *item = itemSaying(text(words), "TopicReading_");
         ASSERT_NE(item, nullptr) << words;
         bring(*item);
         const QPoint at = item->mapToScene(QPointF(4, 12)).toPoint();
@@ -264,7 +264,7 @@ TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_
         return !problem().isEmpty() && itemSaying(problem()) != nullptr;
     })) << shownTexts().join(u'\n').toStdString();
     // Nothing is being read: it is not said to be, on its card or on its page.
-    for (const char *place : {"TopicCard_", "ReadingPage_"}) {
+    for (const char *place : {"TopicCard_", "TopicReading_"}) {
         EXPECT_NE(itemSaying(problem(), place), nullptr) << place;
         EXPECT_NE(itemSaying(text("Réessayer"), place), nullptr) << place;
         press(Qt::Key_G);
@@ -289,7 +289,7 @@ TEST_F(ListenersTest, a_link_that_could_not_be_judged_says_why_and_can_be_tried_
     })) << "once the card has opened";
     // The card's own button: the banner over the list has one of that name too.
     const QQuickItem *again = itemSaying(text("Réessayer"), "TopicCard_");
-    while (again != nullptr && !again->inherits("QQuickAbstractButton")) {
+    while (again != nullptr && !again->inherits("vorle::Press")) {
         again = again->parentItem();
     }
     ASSERT_NE(again, nullptr);

@@ -28,7 +28,7 @@ class PointerTest : public test::OpenWindow {
 protected:
     QQuickItem *menu() {
         return shown([](const QQuickItem &item) {
-                   return QByteArrayView(item.metaObject()->className()).startsWith("CardMenu_");
+                   return QByteArrayView(item.metaObject()->className()).startsWith("TopicMenu_");
                })
             .value(0, nullptr);
     }

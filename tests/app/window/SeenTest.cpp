@@ -82,9 +82,12 @@ protected:
     }
     /// Drags the bar beside the list by so many pixels; null where none can be seen.
     QQuickItem *drag(int pixels) {
-        const auto bars =
-            shown([](const QQuickItem &item) { return isNamed(item, "ScrollLine_"); });
-        if (bars.isEmpty()) {
+        QList<QQuickItem *> bars;
+        if (!QTest::qWaitFor([&] { // it is read once the list stands
+                bars = shown(
+                    [](const QQuickItem &item) { return item.inherits("QQuickScrollBar"); });
+                return !bars.isEmpty();
+            })) {
             return nullptr;
         }
         QQuickItem *bar = bars.first();
@@ -240,7 +243,7 @@ TEST_F(SeenTest, the_smallest_window_shows_every_button_of_the_open_card) {
         EXPECT_TRUE(QTest::qWaitFor([this] { return seen(); }, 3000)) << key;
         const double end = list.mapToScene({0, list.height()}).y();
         const auto found = shown([&](const QQuickItem &item) {
-            return item.inherits("QQuickAbstractButton") && card->isAncestorOf(&item);
+            return item.inherits("vorle::Press") && card->isAncestorOf(&item);
         });
         EXPECT_EQ(found.size(), buttons) << key;
         for (const QQuickItem *button : found) {
