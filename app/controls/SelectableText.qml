@@ -4,8 +4,9 @@ import Vorle
 // A text of the reading page: as a label looks, and with words the mouse can take along. It leaves
 // the keyboard where single keys decide.
 TextEdit {
-    id: words
+    id: shown
 
+    property string words: "" // what it says; its text follows
     property real leading: Theme.leading
     property real line: 0 // the height of a line; 0: by `leading`
     property string code: "" // a passage that is set as code
@@ -29,18 +30,21 @@ TextEdit {
     onSelectedTextChanged: {
         for (let above = parent; above !== null && selectedText.length > 0; above = above.parent) {
             if (above instanceof ReadingPlace) {
-                (above as ReadingPlace).mark(words);
+                (above as ReadingPlace).mark(shown);
                 return;
             }
         }
     }
 
+    Component.onCompleted: lines.document = textDocument
+
     TextLeading {
-        document: words.textDocument
-        height: words.leading
-        line: words.line
-        code: words.code
-        codeAt: words.codeAt
+        id: lines
+        text: shown.words
+        height: shown.leading
+        line: shown.line
+        code: shown.code
+        codeAt: shown.codeAt
         codeFamily: Theme.codeFamily
         codeSize: Theme.textNote
         codeColor: Theme.ink

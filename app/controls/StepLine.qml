@@ -68,7 +68,7 @@ Rectangle {
             active: step.selectable || step.quotes
             sourceComponent: SelectableText {
                 enabled: step.selectable // on a card, a click is the card's
-                text: parts.before + parts.command + parts.after
+                words: parts.before + parts.command + parts.after
                 code: parts.command
                 codeAt: parts.before.length
                 line: step.line

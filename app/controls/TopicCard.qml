@@ -27,6 +27,11 @@ Item {
 
     readonly property int padding: !open ? 18 : tiny ? 14 : 20
     readonly property real bodyHeight: Math.max(open ? 64 : 40, words.implicitHeight)
+    // Beside its score. They tell it themselves, not item by item: each step on the way would break
+    // all lines anew. Open it has its width at once, while the score still grows.
+    readonly property real openWidth: width - 22 - 24 - 84
+    readonly property real wordsX: badgeSize + (open ? 20 : 16)
+    readonly property real wordsWidth: open ? openWidth : width - 20 - 20 - wordsX
     readonly property real wholeHeight: bodyHeight + 2 * padding + (open ? 2 : 0) // once it has moved
     readonly property real headHeight: content.y + (details.active ? details.y : bodyHeight) // down to its title
 
@@ -187,19 +192,19 @@ Item {
 
         // While it moves, what is not uncovered yet stays off the edge.
         Item {
-            x: card.badgeSize + (card.open ? 20 : 16)
-            width: parent.width - (card.open ? 84 : x) // its lines are broken once
-            height: card.height - content.y - 8
+            x: card.wordsX
+            width: card.wordsWidth
+            height: card.height - card.padding - 8
             clip: motion.running
 
             Column {
                 id: words
-                width: parent.width
+                width: card.wordsWidth
                 y: card.open ? 0 : (card.bodyHeight - implicitHeight) / 2
 
                 CardHead {
                     id: head
-                    width: parent.width
+                    width: card.wordsWidth
                     topic: card.topic
                     open: card.open
                     tight: card.tight
@@ -209,7 +214,7 @@ Item {
                     id: details
                     active: card.open
                     visible: active
-                    width: parent.width
+                    width: card.openWidth
                     opacity: card.shown
                     enabled: card.shown > 0 // nothing unseen is pressed
                     sourceComponent: CardDetails {

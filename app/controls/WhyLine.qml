@@ -57,7 +57,7 @@ Item {
         width: cut.width
         active: why.selectable
         sourceComponent: SelectableText {
-            text: why.text
+            words: why.text
             font.pixelSize: Theme.textCard
             font.weight: Font.Medium
         }

@@ -132,7 +132,7 @@ ReadingPlace {
                 SelectableText {
                     width: parent.width
                     visible: text.length > 0
-                    text: page.topic.summary
+                    words: page.topic.summary
                     font.pixelSize: Theme.textReading
                     leading: 1.3
                 }
@@ -173,7 +173,7 @@ ReadingPlace {
 
                 SelectableText {
                     width: parent.width
-                    text: page.topic.risks
+                    words: page.topic.risks
                     font.pixelSize: Theme.textMenu
                 }
             }
@@ -230,14 +230,14 @@ ReadingPlace {
 
                         SelectableText {
                             width: Theme.grown(118)
-                            text: fact.modelData.name
+                            words: fact.modelData.name
                             color: Theme.inkFaint
                         }
                         SelectableText {
                             id: factText
                             x: Theme.grown(118) + 8
                             width: parent.width - x
-                            text: fact.modelData.text
+                            words: fact.modelData.text
                             color: Theme.inkSoft
                         }
                     }

@@ -7,24 +7,25 @@
 namespace vorle {
 
 void TextLeading::setDocument(QQuickTextDocument *document) {
-    if (m_document == document) {
-        return;
+    if (m_document != document) {
+        m_document = document;
+        apply(true);
+        Q_EMIT changed();
     }
-    m_document = document;
-    if (document != nullptr) {
-        // Setting a text makes plain blocks of it.
-        connect(document->textDocument(), &QTextDocument::contentsChanged, this,
-                &TextLeading::apply);
-    }
-    apply();
-    Q_EMIT changed();
 }
 
-void TextLeading::apply() {
-    if (!m_document || m_applying) {
+void TextLeading::setText(const QString &text) {
+    if (m_text != text) {
+        m_text = text;
+        apply(true);
+        Q_EMIT changed();
+    }
+}
+
+void TextLeading::apply(bool withText) {
+    if (!m_document) {
         return;
     }
-    m_applying = true;
     QTextDocument *document = m_document->textDocument();
     document->setUndoRedoEnabled(false);
     QTextBlockFormat format;
@@ -32,6 +33,10 @@ void TextLeading::apply() {
                          m_line > 0 ? QTextBlockFormat::FixedHeight
                                     : QTextBlockFormat::ProportionalHeight);
     QTextCursor cursor(document);
+    cursor.beginEditBlock();
+    if (withText) {
+        document->setPlainText(m_text);
+    }
     cursor.select(QTextCursor::Document);
     cursor.mergeBlockFormat(format);
     if (QTextCursor passage =
@@ -48,7 +53,7 @@ void TextLeading::apply() {
         }
         passage.mergeCharFormat(code);
     }
-    m_applying = false;
+    cursor.endEditBlock();
 }
 
 } // namespace vorle

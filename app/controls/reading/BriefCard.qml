@@ -49,7 +49,7 @@ Rectangle {
         SelectableText {
             width: parent.width
             visible: text.length > 0
-            text: card.more
+            words: card.more
             color: Theme.tintInk
             font.pixelSize: Theme.textNote
         }

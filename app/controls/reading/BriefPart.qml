@@ -15,14 +15,14 @@ Column {
     SelectableText {
         width: parent.width
         visible: text.length > 0
-        text: part.title
+        words: part.title
         font.weight: Font.DemiBold
         font.pixelSize: part.strong ? Theme.textLarge : Theme.textMenu
     }
     SelectableText {
         width: parent.width
         visible: !part.code && text.length > 0
-        text: part.code ? "" : part.body
+        words: part.code ? "" : part.body
         color: Theme.inkSoft
         font.pixelSize: part.strong ? Theme.textLarge : Theme.textMenu
         leading: 1.45

@@ -21,7 +21,7 @@ Item {
         id: words
         width: parent.width - (label.visible ? label.width + 16 : 0)
         anchors.verticalCenter: parent.verticalCenter
-        text: change.modelData.text
+        words: change.modelData.text
         font.pixelSize: Theme.textMenu
         leading: 1.4
     }

@@ -27,7 +27,7 @@ Rectangle {
         SelectableText {
             id: lines
             y: block.low ? (parent.height - implicitHeight) / 2 : 0
-            text: block.code
+            words: block.code
             font.family: Theme.codeFamily
             font.pixelSize: Theme.textNote
             wrapMode: TextEdit.NoWrap

@@ -42,7 +42,7 @@ Row {
             readonly property int size: text.length > 140 ? Theme.titleCard : text.length > 90 || head.narrow ? Theme.scaled(22) : Theme.scaled(28)
 
             width: parent.width
-            text: head.topic.title
+            words: head.topic.title
             font.family: Theme.displayFamily
             font.pixelSize: size
             font.weight: Font.Bold
@@ -53,7 +53,7 @@ Row {
         SelectableText {
             visible: text.length > 0
             width: parent.width
-            text: head.topic.versionText
+            words: head.topic.versionText
             color: Theme.inkSoft
             font.pixelSize: Theme.textMenu
             font.weight: Font.Medium
@@ -62,7 +62,7 @@ Row {
         SelectableText {
             visible: text.length > 0
             width: parent.width
-            text: head.topic.urgencySentence
+            words: head.topic.urgencySentence
             color: Theme.tintInk
             font.weight: Font.DemiBold
         }
@@ -70,7 +70,7 @@ Row {
         SelectableText {
             visible: text.length > 0
             width: parent.width
-            text: head.topic.captureProblem
+            words: head.topic.captureProblem
             color: Theme.tintInk
         }
     }

@@ -9,7 +9,8 @@ Column {
     property bool opened: false
 
     readonly property int lines: 6 // while it is folded
-    readonly property int enough: 1500 // letters that fill them, so that no more is laid out
+    // Letters that fill them and one more, however narrow they run, so that no more is laid out.
+    readonly property int enough: Math.ceil((lines + 1) * Theme.readingWidth / (0.36 * Theme.textNote))
     readonly property bool longer: text.length > enough || words.implicitHeight > frame.height + 1
 
     spacing: 8
@@ -23,7 +24,7 @@ Column {
         SelectableText {
             id: words
             width: parent.width
-            text: seen.opened ? seen.text : seen.text.slice(0, seen.enough)
+            words: seen.opened ? seen.text : seen.text.slice(0, seen.enough)
             color: Theme.inkSoft
             font.pixelSize: Theme.textNote
             leading: 1.5

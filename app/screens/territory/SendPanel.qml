@@ -146,7 +146,7 @@ Panel {
             SelectableText {
                 id: words
                 width: text.width
-                text: panel.shown ? panel.questions[panel.at]?.text ?? "" : ""
+                words: panel.shown ? panel.questions[panel.at]?.text ?? "" : ""
                 font.family: Theme.codeFamily
                 font.pixelSize: Theme.textSmall
                 color: Theme.inkSoft
