@@ -56,6 +56,7 @@ qt_add_qml_module(vorle_window
         window/Fonts.cpp window/Fonts.h
         window/Gui.cpp window/Gui.h
         window/KeyRepeatFilter.cpp window/KeyRepeatFilter.h
+        window/Listening.h
         window/MainWindow.cpp window/MainWindow.h
         window/OpenApp.cpp window/OpenApp.h
         window/MenuBar.cpp window/MenuBar.h

@@ -7,7 +7,7 @@ import Vorle.Models
 Item {
     id: line
 
-    required property ghost shownGhost // in the list now; nothing while it closes
+    required property ghost told // also while it closes
     property string undoKeys: ""
     property real foldsFrom: 0 // the height of the card that went; 0: the line stood there before
     // What it takes now, with the gap under it, and once nothing moves any more.
@@ -17,7 +17,6 @@ Item {
     signal undo
     signal closed
 
-    property ghost told // also while it closes
     property real clock: 0 // ms
     property real spaceFrom: 0
     property real folded: 1 // how far the card has
@@ -27,18 +26,12 @@ Item {
     property bool opened: true // the card that went stood open, and not beside its page
 
     implicitHeight: Math.max(0, space - Theme.cardGap)
-    onShownGhostChanged: tell()
     onClockChanged: if (motion.running) follow()
-    Component.onCompleted: {
-        told = shownGhost;
-        fold(foldsFrom + Theme.cardGap);
-    }
+    Component.onCompleted: fold(foldsFrom + Theme.cardGap)
 
-    function tell() {
-        if (shownGhost.shown && shownGhost.topicId !== told.topicId) {
-            told = shownGhost;
-            fold(space + foldsFrom + Theme.cardGap);
-        }
+    // Another card went, beside the same one.
+    function tellNext() {
+        fold(space + foldsFrom + Theme.cardGap);
     }
     function fold(from: real) {
         motion.stop();

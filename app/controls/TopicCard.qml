@@ -48,7 +48,7 @@ Item {
     clip: true
     Accessible.role: Accessible.ListItem
     Accessible.name: topic.badge.name + ". " + topic.title
-    Accessible.description: outlined ? place + ". " + topic.told : place
+    Accessible.description: outlined && Listening.active ? place + ". " + topic.told : place
     Accessible.selectable: true
     Accessible.selected: outlined
     Accessible.focusable: true

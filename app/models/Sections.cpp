@@ -39,8 +39,7 @@ Sections::Sections(Parts parts, QObject *parent)
 
 void Sections::follow(TopicListModel &list) {
     connect(&list, &TopicListModel::countChanged, this, [this, &list] {
-        const QModelIndex row = index(static_cast<int>(list.section()));
-        Q_EMIT dataChanged(row, row, {CountRole});
+        m_recounted.set(static_cast<std::size_t>(list.section()));
         scheduleTextsChanged();
     });
     connect(&list, &TopicListModel::minutesChanged, this, &Sections::scheduleTextsChanged);
@@ -157,6 +156,12 @@ void Sections::scheduleTextsChanged() {
             this,
             [this] {
                 m_textsDue = false;
+                const auto recounted = std::exchange(m_recounted, {});
+                for (int section = 0; section < sectionCount; ++section) {
+                    if (recounted[static_cast<std::size_t>(section)]) {
+                        Q_EMIT dataChanged(index(section), index(section), {CountRole});
+                    }
+                }
                 Q_EMIT textsChanged();
             },
             Qt::QueuedConnection);

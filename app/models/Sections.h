@@ -8,6 +8,8 @@
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
+#include <bitset>
+
 namespace vorle {
 
 /// The six sections as the window's menu shows them, the one chosen, and what it says of itself:
@@ -84,6 +86,7 @@ private:
     Parts m_parts;
     Section m_current = Section::Inbox;
     bool m_textsDue = false;
+    std::bitset<sectionCount> m_recounted; // sections whose counts are still to be told
 };
 
 } // namespace vorle

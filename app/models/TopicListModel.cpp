@@ -269,9 +269,18 @@ void TopicListModel::rewordAll() {
     }
 }
 
+/// What is counted anew is counted once a change.
 void TopicListModel::turn() {
-    ++m_turns;
-    Q_EMIT turned();
+    if (!std::exchange(m_turning, true)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_turning = false;
+                ++m_turns;
+                Q_EMIT turned();
+            },
+            Qt::QueuedConnection);
+    }
 }
 
 int TopicListModel::rowOf(const QString &topicId) const {

@@ -30,8 +30,8 @@ class TopicListModel final : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
     /// The minutes of all rows together.
     Q_PROPERTY(int minutes READ minutes NOTIFY minutesChanged FINAL)
-    /// Another number each time a row came, went or changed: what `countUnder` gives may be
-    /// another.
+    /// Another number once rows came, went or changed, all that did meanwhile: what `countUnder`
+    /// gives may be another.
     Q_PROPERTY(int turns READ turns NOTIFY turned FINAL)
 
 public:
@@ -138,6 +138,7 @@ private:
     qint64 m_runEnd = -1;
     int m_ofRun = 0;
     int m_turns = 0;
+    bool m_turning = false; // that is still to be told
     std::optional<TopicsSeen> m_newSince;
     QDate m_day; // that the cards were worded for
 };

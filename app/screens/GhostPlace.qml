@@ -8,7 +8,8 @@ Loader {
     id: place
 
     required property ghost shownGhost
-    required property bool here // the line is this place's
+    property string besideId: "" // the topic whose card it stands beside; "" at the list's end
+    readonly property bool here: isHere() // the line is this place's
     property bool closes: false // where it goes, it closes; else something else takes its room
     property real foldsFrom: 0
     property string undoKeys: ""
@@ -19,11 +20,20 @@ Loader {
     signal undo
 
     property bool kept: false
+    property ghost told // by its line, also while that closes
 
+    function isHere(): bool {
+        return besideId === "" ? shownGhost.alone : shownGhost.overId === besideId || shownGhost.underId === besideId;
+    }
     function follow() {
-        if (here) {
-            kept = true;
-            line?.tell();
+        if (isHere()) {
+            const another = shownGhost.topicId !== told.topicId;
+            told = shownGhost;
+            if (line === null) {
+                kept = true;
+            } else if (another) {
+                line.tellNext();
+            }
         } else if (line !== null && closes) {
             line.close();
         } else {
@@ -36,10 +46,10 @@ Loader {
 
     active: kept
     height: line?.implicitHeight ?? 0
-    onHereChanged: follow()
+    onShownGhostChanged: follow()
     Component.onCompleted: follow()
     sourceComponent: GhostLine {
-        shownGhost: place.shownGhost
+        told: place.told
         foldsFrom: place.foldsFrom
         undoKeys: place.undoKeys
         onUndo: place.undo()

@@ -27,7 +27,6 @@ Item {
         x: slot.inset
         width: parent.width - 2 * x
         shownGhost: slot.shownGhost
-        here: slot.shownGhost.alone
         closes: slot.closes
         foldsFrom: slot.foldsFrom
         undoKeys: slot.undoKeys

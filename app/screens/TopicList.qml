@@ -145,7 +145,7 @@ ListView {
         held: list.held
         actions: list.shell.actions.buttons(list.selection.list.section, topic)
         undoKeys: list.undoKeys
-        place: list.placeOf(index)
+        place: Listening.active ? list.placeOf(index) : ""
         attended: list.attended
         onOpened: card => list.openCard = card
         onDropped: card => {

@@ -24,7 +24,8 @@ Item {
     property bool attended: false
 
     readonly property string topicId: topic.topicId
-    readonly property bool shown: topicId === selection.shownId
+    // One that went stays as it stood until it is taken away.
+    readonly property bool shown: topicId === (index < 0 ? selection.goneId : selection.shownId)
     readonly property bool ghostAbove: selection.shownGhost.overId === topicId
     readonly property bool ghostBelow: selection.shownGhost.underId === topicId
     property bool ghostUnder: false // also while it closes
@@ -68,7 +69,7 @@ Item {
         y: row.ghostUnder ? card.height + Theme.cardGap : 0
         width: parent.width - 2 * x
         shownGhost: row.selection.shownGhost
-        here: row.ghostAbove || row.ghostBelow
+        besideId: row.topicId
         closes: row.ghostCloses
         foldsFrom: row.foldsFrom
         undoKeys: row.undoKeys

@@ -106,6 +106,23 @@ TEST_F(ListenersTest, moves_decisions_and_undo_are_told_to_who_listens) {
     press(Qt::Key_Question, Qt::ShiftModifier);
     press(Qt::Key_Escape);
     EXPECT_TRUE(hears("here: Note 8 sur 10. Sujet 8"));
+
+    // Beside its name: its place, and what it says, worked out once somebody listens.
+    const auto told = [this] {
+        const auto chosen =
+            shown([](const QQuickItem &item) { return item.property("outlined").toBool(); });
+        return chosen.isEmpty() ? QString()
+                                : QAccessible::queryAccessibleInterface(chosen.first())
+                                      ->text(QAccessible::Description);
+    };
+    QAccessible::setActive(true);
+    const QString word = store().topic(QUuid::fromString(shell().inbox()->topicIdAt(1)))->summary;
+    EXPECT_TRUE(told().startsWith(text("2 sur 3. "))) << told().toStdString();
+    EXPECT_TRUE(told().contains(word)) << told().toStdString();
+    press(Qt::Key_Up);
+    press(Qt::Key_G);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told().startsWith(text("1 sur 2. ")); }))
+        << told().toStdString();
 }
 
 TEST_F(ListenersTest, what_lies_behind_a_panel_is_not_come_upon_and_looks_as_ever) {
