@@ -8,40 +8,45 @@ namespace vorle {
 namespace {
 
 /// Compares like a date, a missing one before every other.
-qint64 rank(const std::optional<QDateTime> &date) {
+qint64 moment(const std::optional<QDateTime> &date) {
     return date ? date->toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
 }
 
+int score(const Topic &topic) { return shownScore(topic).value_or(0); }
+
 } // namespace
 
+TopicRank latestTriagedRank(const Topic &topic) { return {{}, ~moment(topic.triagedAt)}; }
+
+TopicRank latestDoneRank(const Topic &topic) { return {{}, ~moment(topic.doneAt)}; }
+
+TopicRank urgencyRank(const Topic &topic) {
+    return {{topic.isUrgent() ? 0 : 1}, moment(topic.triagedAt)};
+}
+
+TopicRank programRank(const Topic &topic) {
+    return {{topic.isUrgent() ? 0 : 1, -score(topic)}, moment(topic.triagedAt)};
+}
+
+TopicRank inboxRank(const Topic &topic, Tier tier) {
+    return {{isBeingRead(topic) ? 0 : 1, static_cast<int>(tier), -score(topic)},
+            ~topic.foundAt.toMSecsSinceEpoch()};
+}
+
 bool latestTriagedFirst(const Topic &a, const Topic &b) {
-    return rank(a.triagedAt) > rank(b.triagedAt);
+    return latestTriagedRank(a) < latestTriagedRank(b);
 }
 
-bool latestDoneFirst(const Topic &a, const Topic &b) { return rank(a.doneAt) > rank(b.doneAt); }
-
-bool moreUrgent(const Topic &a, const Topic &b) {
-    const bool urgent = a.isUrgent();
-    return urgent != b.isUrgent() ? urgent : rank(a.triagedAt) < rank(b.triagedAt);
+bool latestDoneFirst(const Topic &a, const Topic &b) {
+    return latestDoneRank(a) < latestDoneRank(b);
 }
 
-bool programOrder(const Topic &a, const Topic &b) {
-    const int left = shownScore(a).value_or(0);
-    const int right = shownScore(b).value_or(0);
-    return a.isUrgent() == b.isUrgent() && left != right ? left > right : moreUrgent(a, b);
-}
+bool moreUrgent(const Topic &a, const Topic &b) { return urgencyRank(a) < urgencyRank(b); }
+
+bool programOrder(const Topic &a, const Topic &b) { return programRank(a) < programRank(b); }
 
 bool inboxOrder(const Topic &a, Tier tierOfA, const Topic &b, Tier tierOfB) {
-    const bool reading = isBeingRead(a);
-    if (reading != isBeingRead(b)) {
-        return reading;
-    }
-    if (tierOfA != tierOfB) {
-        return tierOfA < tierOfB;
-    }
-    const int score = shownScore(a).value_or(0);
-    const int other = shownScore(b).value_or(0);
-    return score != other ? score > other : a.foundAt > b.foundAt;
+    return inboxRank(a, tierOfA) < inboxRank(b, tierOfB);
 }
 
 QList<TopicPtr> ordered(QList<TopicPtr> topics, bool (*before)(const Topic &, const Topic &)) {

@@ -8,7 +8,26 @@
 #include <QLocale>
 #include <QTimeZone>
 
+#include <array>
+#include <compare>
+
 namespace vorle {
+
+/// What an order goes by, worked out of one topic: the least comes first. Where many are sorted it
+/// is worked out once each.
+struct TopicRank {
+    std::array<int, 3> groups{};
+    qint64 moment = 0; ///< ms of the epoch, or its complement where the latest comes first
+
+    auto operator<=>(const TopicRank &) const = default;
+};
+
+/// Of the orders below, in their order.
+TopicRank latestTriagedRank(const Topic &topic);
+TopicRank latestDoneRank(const Topic &topic);
+TopicRank urgencyRank(const Topic &topic);
+TopicRank programRank(const Topic &topic);
+TopicRank inboxRank(const Topic &topic, Tier tier);
 
 /// The orders of the sections. Each comparison is a strict weak order for stable sorts, so that
 /// topics it holds equal keep the store's order. Pure functions, any thread.

@@ -48,12 +48,12 @@ TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic) const {
 void TopicListModel::load() {
     m_rows.clear();
     m_byId.clear();
-    m_reserveActivity.clear();
     m_minutes = 0;
     m_movedCount = 0;
     m_ofRun = 0;
     const QList<TopicPtr> all = m_store.topics();
     if (m_section == sections::Section::Reserve) {
+        m_reserveActivity.clear(all.size());
         for (const TopicPtr &topic : all) {
             m_reserveActivity.add(*topic);
         }

@@ -192,8 +192,10 @@ Window {
 
             SectionSlots {
                 id: place
-                anchors.fill: parent
-                anchors.topMargin: banner.y + banner.height
+                // Anchors would hold only once what stands in it is made, and it made without a size.
+                y: banner.y + banner.height
+                width: parent.width
+                height: parent.height - y
                 focus: true
                 shell: main.shell
                 inboxRoom: main.height - strip.height - banner.height

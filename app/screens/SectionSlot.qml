@@ -18,7 +18,8 @@ Loader {
     signal decisionsAsked(reflexRow reflex)
     signal told(string sentence)
 
-    anchors.fill: parent
+    width: parent.width
+    height: parent.height
     active: current || item !== null
     visible: current
     focus: current

@@ -13,6 +13,7 @@ ListView {
     // The cards' column, in the middle; the list is as wide as the window, for the wheel.
     readonly property real inset: Math.max(Theme.margin, (width - Theme.columnWidth) / 2)
     readonly property bool filled: count > 0 || selection.shownGhost.shown // with cards, or the last line
+    property bool stands: false // what is around it has its size, and so has it
     property bool attended: false // the keyboard rests where it acts on the chosen topic
     property bool paged: false // the chosen topic's page stands beside the list
     readonly property string undoKeys: shell.keyboard.keys(KeyboardMap.Undo)
@@ -42,14 +43,14 @@ ListView {
     }
 
     clip: true
-    model: selection.list
+    model: stands ? selection.list : null
     spacing: 0
     bottomMargin: 24
     boundsBehavior: Flickable.StopAtBounds
     interactive: !mouse.active // its wheel scrolls; pulled, a card’s link comes off
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: false // the view moves as `sight` has it
-    cacheBuffer: 400
+    cacheBuffer: 0 // until it has been seen
     reuseItems: false
     Accessible.role: Accessible.List
     section.property: "section"
@@ -60,7 +61,7 @@ ListView {
         width: list.width
         inset: list.inset
     }
-    // Its bar is read once it stands: nothing is seen of it before the list moves.
+    // Nothing of it is seen before the list moves.
     Loader {
         id: bar
         asynchronous: true
@@ -68,7 +69,10 @@ ListView {
     Timer {
         running: true
         interval: 300
-        onTriggered: bar.setSource(Qt.resolvedUrl("ListBar.qml"), { list: list, sight: sight })
+        onTriggered: {
+            list.cacheBuffer = 400;
+            bar.setSource(Qt.resolvedUrl("ListBar.qml"), { list: list, sight: sight });
+        }
     }
     PointHandler {
         id: mouse

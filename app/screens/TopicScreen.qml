@@ -19,6 +19,7 @@ SectionScreen {
 
     signal menuOpened(topicCard topic, point at, bool byKey)
 
+    Component.onCompleted: list.stands = true
     onTopicChanged: turn()
     onReadsChanged: turn()
 

@@ -10,10 +10,21 @@ namespace vorle {
 
 namespace {
 
+/// Whether a link may lead to GitHub: most do not, and are told so without being taken apart. By
+/// hand, as searching without regard to case prepares a table for each of them.
+bool mayNameGitHub(QStringView link) {
+    const qsizetype begin = link.indexOf(u"//");
+    const qsizetype end = link.indexOf(u'/', begin + 2);
+    const QStringView host = begin < 0 ? link : link.sliced(begin + 2, (end < 0 ? link.size() : end) - begin - 2);
+    static constexpr QStringView name = u"github";
+    const auto same = [](QChar a, QChar b) { return (a.unicode() | 0x20) == b.unicode(); };
+    return std::ranges::search(host, name, same).begin() != host.end();
+}
+
 /// A repository as the address of its page, or nothing. GitHub knows no case.
 QString repositoryOf(const TopicSource &source) {
-    if (!source.url.contains(u"github", Qt::CaseInsensitive)) {
-        return {}; // most links, told without taking the address apart
+    if (!mayNameGitHub(source.url)) {
+        return {};
     }
     const auto repository = gitHubRepository(source.url);
     return repository ? QStringLiteral("https://github.com/%1/%2")
@@ -47,7 +58,7 @@ bool aboutTheSame(const QSet<QString> &keys, const Topic &other) {
 
 void ReserveActivity::add(const Topic &topic) {
     eachKey(topic, [&](const QString &key) {
-        QList<QUuid> &ids = m_about[key];
+        Topics &ids = m_about[key];
         if (!ids.contains(topic.id)) {
             ids.append(topic.id);
         }

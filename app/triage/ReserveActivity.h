@@ -7,6 +7,7 @@
 #include <QList>
 #include <QPointer>
 #include <QUuid>
+#include <QVarLengthArray>
 
 namespace vorle {
 
@@ -20,8 +21,11 @@ class ReserveActivity {
 public:
     /// Takes note of what a topic is about. Calling it again for a changed topic is right.
     void add(const Topic &topic);
-    /// Forgets the topics.
-    void clear() { m_about.clear(); }
+    /// Forgets the topics, and makes room for so many.
+    void clear(qsizetype room) {
+        m_about.clear();
+        m_about.reserve(room);
+    }
     /// What the runs came upon again counts from now on.
     void observe(RediscoveryLog &finds) { m_rediscoveries = &finds; }
 
@@ -31,7 +35,9 @@ public:
     QList<QUuid> relatedTopics(const Topic &topic) const;
 
 private:
-    QHash<QString, QList<QUuid>> m_about; // by dependency, by repository, and by link
+    using Topics = QVarLengthArray<QUuid, 1>; // most are alone
+
+    QHash<QString, Topics> m_about; // by dependency, by repository, and by link
     QPointer<RediscoveryLog> m_rediscoveries;
 };
 

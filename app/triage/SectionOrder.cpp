@@ -3,30 +3,42 @@
 #include "core/TopicOrder.h"
 
 #include <algorithm>
+#include <compare>
+#include <utility>
+#include <vector>
 
 namespace vorle {
 
 namespace {
 
-/// The section's order; it may hold two topics equal.
-bool sooner(TopicSection section, const PlacedTopic &a, const PlacedTopic &b) {
-    if (a.moved != b.moved) {
-        return a.moved;
-    }
-    if (a.waits != b.waits) {
-        return b.waits;
-    }
+TopicRank ownRank(TopicSection section, const PlacedTopic &placed) {
     switch (section) {
     case TopicSection::Inbox:
-        return inboxOrder(*a.topic, a.tier, *b.topic, b.tier);
+        return inboxRank(*placed.topic, placed.tier);
     case TopicSection::Program:
-        return programOrder(*a.topic, *b.topic);
+        return programRank(*placed.topic);
     case TopicSection::Reserve:
-        return latestTriagedFirst(*a.topic, *b.topic);
+        return latestTriagedRank(*placed.topic);
     case TopicSection::Library:
-        return latestDoneFirst(*a.topic, *b.topic);
+        return latestDoneRank(*placed.topic);
     }
-    return false;
+    return {};
+}
+
+/// By the section's order, which may hold two topics equal; then as the store has them.
+struct PlacedRank {
+    bool stays;
+    bool waits;
+    TopicRank own;
+    qsizetype position;
+    qsizetype index; ///< in the list that is sorted
+
+    auto operator<=>(const PlacedRank &) const = default;
+};
+
+PlacedRank rankOf(TopicSection section, const PlacedTopic &placed, qsizetype position = 0,
+                  qsizetype index = 0) {
+    return {!placed.moved, placed.waits, ownRank(section, placed), position, index};
 }
 
 } // namespace
@@ -54,22 +66,26 @@ std::optional<TopicSection> sectionOf(const Topic &topic) {
 
 bool standsBefore(TopicSection section, const PlacedTopic &a, const PlacedTopic &b,
                   const TopicStore &store) {
-    return sooner(section, a, b) ||
-           (!sooner(section, b, a) && store.position(a.topic->id) < store.position(b.topic->id));
+    const auto order = rankOf(section, a) <=> rankOf(section, b);
+    return order < 0 ||
+           (order == 0 && store.position(a.topic->id) < store.position(b.topic->id));
 }
 
 QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
                            const TopicStore &store) {
-    // As the store has them first, so that a stable sort need not ask it for every two.
-    const auto position = [&](const PlacedTopic &placed) {
-        return store.position(placed.topic->id);
-    };
-    if (!std::ranges::is_sorted(topics, {}, position)) {
-        std::ranges::sort(topics, {}, position);
+    std::vector<PlacedRank> ranks;
+    ranks.reserve(topics.size());
+    for (const PlacedTopic &placed : topics) {
+        ranks.push_back(
+            rankOf(section, placed, store.position(placed.topic->id), std::ssize(ranks)));
     }
-    std::ranges::stable_sort(
-        topics, [&](const PlacedTopic &a, const PlacedTopic &b) { return sooner(section, a, b); });
-    return topics;
+    std::ranges::sort(ranks);
+    QList<PlacedTopic> sorted;
+    sorted.reserve(topics.size());
+    for (const PlacedRank &rank : ranks) {
+        sorted.append(std::move(topics[rank.index]));
+    }
+    return sorted;
 }
 
 } // namespace vorle

@@ -84,8 +84,8 @@ protected:
     QQuickItem *drag(int pixels) {
         QList<QQuickItem *> bars;
         if (!QTest::qWaitFor([&] { // it is read once the list stands
-                bars = shown(
-                    [](const QQuickItem &item) { return item.inherits("QQuickScrollBar"); });
+                bars =
+                    shown([](const QQuickItem &item) { return item.inherits("QQuickScrollBar"); });
                 return !bars.isEmpty();
             })) {
             return nullptr;
