@@ -56,10 +56,18 @@ Item {
         y: cut.y
         width: cut.width
         active: why.selectable
-        sourceComponent: SelectableText {
-            words: why.text
-            font.pixelSize: Theme.textCard
-            font.weight: Font.Medium
+        // Not the text itself: a loader asks for the width its item would like, and the text would
+        // be laid out for that too.
+        sourceComponent: Item {
+            implicitHeight: said.implicitHeight
+
+            SelectableText {
+                id: said
+                width: parent.width
+                words: why.text
+                font.pixelSize: Theme.textCard
+                font.weight: Font.Medium
+            }
         }
     }
 }

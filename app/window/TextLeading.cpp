@@ -1,8 +1,10 @@
 #include "app/window/TextLeading.h"
 
+#include <QTextBlock>
 #include <QTextBlockFormat>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 
 namespace vorle {
 
@@ -52,6 +54,10 @@ void TextLeading::apply(bool withText) {
             code.setForeground(m_codeColor);
         }
         passage.mergeCharFormat(code);
+    }
+    // Else what is shaped to break the lines is thrown away, and shaped again to be drawn.
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        block.layout()->setCacheEnabled(true);
     }
     cursor.endEditBlock();
 }

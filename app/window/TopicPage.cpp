@@ -98,6 +98,7 @@ void TopicPage::take(const QUuid &id) {
     }
     m_score = m_topic ? openScore(*m_topic, m_provenance.of(id), m_clock.now().toLocalTime().date())
                       : ScoreExplanation();
+    m_seenText.reset();
     Q_EMIT topicChanged();
     if (other || briefOf(before) != briefOf(m_topic)) {
         Q_EMIT briefChanged();
@@ -109,8 +110,12 @@ void TopicPage::take(const QUuid &id) {
 }
 
 QString TopicPage::seenText() const {
-    return m_topic ? withoutHidden(QString::fromUtf8(m_topic->seenText.value_or(QByteArray())))
-                   : QString();
+    if (!m_seenText) {
+        m_seenText =
+            m_topic ? withoutHidden(QString::fromUtf8(m_topic->seenText.value_or(QByteArray())))
+                    : QString();
+    }
+    return *m_seenText;
 }
 
 QVariantList TopicPage::grades() const {

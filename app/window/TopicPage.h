@@ -8,6 +8,8 @@
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
+
 namespace vorle {
 
 class BriefWriter;
@@ -90,6 +92,7 @@ private:
     const Clock &m_clock;
     QUuid m_id;
     TopicPtr m_topic;
+    mutable std::optional<QString> m_seenText; // once it was asked for
     QString m_banner;
     ScoreExplanation m_score;
 };
