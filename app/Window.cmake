@@ -4,7 +4,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Qml Quick)
 
 set(VORLE_QML
     theme/Look.qml theme/Theme.qml
-    controls/ActionButton.qml controls/AgentSetupTile.qml controls/charts/BarGroups.qml controls/reading/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml controls/CardHead.qml
+    controls/ActionButton.qml controls/AgentSetupTile.qml controls/charts/BarGroups.qml controls/reading/BriefPart.qml controls/charts/BudgetBar.qml controls/CardDetails.qml controls/CardHead.qml controls/CardText.qml
     controls/reading/ChangeRow.qml controls/charts/ChartBar.qml controls/charts/CostCard.qml controls/charts/Figure.qml controls/charts/FigureCard.qml controls/charts/LegendMark.qml
     controls/charts/PeriodChoice.qml controls/charts/ReportScope.qml controls/charts/ShareStack.qml controls/charts/SourceBars.qml controls/charts/TimeBars.qml
     controls/Chapter.qml controls/Chip.qml controls/charts/CriterionBar.qml controls/EmptyState.qml

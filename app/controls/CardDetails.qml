@@ -46,35 +46,39 @@ Item {
         file: details.pictured ? details.firstPicture() : ""
         site: details.topic.site
     }
-    VersionLine {
+    Loader {
         id: versions
-        visible: !details.tiny && text.length > 0
+        active: !details.tiny && details.topic.versionText.length > 0
         y: 4
         width: parent.width - (details.pictured ? picture.width + 20 : 0)
-        topic: details.topic
+        sourceComponent: VersionLine {
+            topic: details.topic
+        }
     }
     Column {
         id: parts
-        y: Math.max(versions.visible ? versions.y + versions.implicitHeight : 0, details.pictured ? picture.y + picture.height : 0) + (details.tiny ? 6 : details.tight ? 8 : 12)
+        y: Math.max(versions.active ? versions.y + versions.implicitHeight : 0, details.pictured ? picture.y + picture.height : 0) + (details.tiny ? 6 : details.tight ? 8 : 12)
         width: parent.width
         spacing: details.tiny ? 6 : details.tight ? 8 : 12
 
-        Label {
-            visible: text.length > 0
+        Loader {
+            active: details.topic.captureProblem.length > 0
+            visible: active
             width: parent.width
-            text: details.topic.captureProblem
-            color: Theme.tintInk
-            maximumLineCount: details.tiny ? 1 : 3
-            elide: Text.ElideRight
+            sourceComponent: Label {
+                text: details.topic.captureProblem
+                color: Theme.tintInk
+                maximumLineCount: details.tiny ? 1 : 3
+                elide: Text.ElideRight
+            }
         }
-        Label {
+        CardText {
             visible: text.length > 0 && !(details.tiny && Theme.textScale > 110)
             width: parent.width
             text: details.topic.gist
-            color: Theme.inkSoft
-            font.pixelSize: Theme.textCard
-            lineHeightMode: Text.FixedHeight
+            font: Theme.cardFont
             lineHeight: Theme.scaled(22)
+            wrapMode: Text.Wrap
             // The versions over it take a line of it where there is little room.
             maximumLineCount: !details.tight ? 4 : !details.tiny && details.topic.versionText.length > 0 ? 1 : 2
             elide: Text.ElideRight

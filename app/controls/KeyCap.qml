@@ -22,9 +22,7 @@ Rectangle {
         anchors.centerIn: parent
         text: cap.keys
         color: cap.ink
-        font.family: Theme.textFamily
-        font.pixelSize: Theme.textSmall
-        font.weight: Font.Medium
+        font: Theme.keyFont
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

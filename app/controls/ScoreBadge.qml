@@ -19,15 +19,19 @@ Rectangle {
     Accessible.name: look.name
 
     // The top look: a fine ring around the disc.
-    Rectangle {
-        anchors.fill: parent
-        anchors.margins: -4
-        radius: width / 2
-        visible: badge.look.gem
-        color: "transparent"
-        border.width: 1.5
-        border.color: Theme.pick(badge.look.accentLight, badge.look.accentDark)
-        opacity: 0.55
+    Loader {
+        active: badge.look.gem
+        sourceComponent: Rectangle {
+            x: -4
+            y: -4
+            width: badge.width + 8
+            height: badge.height + 8
+            radius: width / 2
+            color: "transparent"
+            border.width: 1.5
+            border.color: badge.border.color
+            opacity: 0.55
+        }
     }
     Text {
         anchors.centerIn: parent
@@ -41,12 +45,14 @@ Rectangle {
         Accessible.ignored: true
     }
     // Nothing could be read: no digits, a dash.
-    Rectangle {
+    Loader {
+        active: badge.look.digits.length === 0
         anchors.centerIn: parent
-        visible: badge.look.digits.length === 0
-        width: badge.size * 0.24
-        height: 2
-        radius: 1
-        color: Theme.pick(badge.look.inkLight, badge.look.inkDark)
+        sourceComponent: Rectangle {
+            implicitWidth: badge.size * 0.24
+            implicitHeight: 2
+            radius: 1
+            color: Theme.pick(badge.look.inkLight, badge.look.inkDark)
+        }
     }
 }

@@ -23,18 +23,14 @@ Rectangle {
         id: parts
         text: step.text
     }
-    Label {
+    CardText {
         id: head
         x: 16
         y: step.narrow ? step.edge + 2 : words.y + 1
         width: Theme.labelColumn
         text: qsTr("Premier pas")
-        color: Theme.inkSoft
-        font.pixelSize: Theme.textNote
-        font.weight: Font.DemiBold
-        lineHeightMode: Text.FixedHeight
+        font: Theme.noteFontDemi
         lineHeight: Theme.scaled(21)
-        wrapMode: Text.NoWrap
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: 9
     }
@@ -47,17 +43,17 @@ Rectangle {
         y: step.narrow ? step.edge + 1 + head.lineHeight : height > step.line ? step.edge + 1 : Math.max(step.edge + 1, (step.height - height) / 2)
         width: parent.width - x - (copy.active ? copy.width + 18 : 14)
         height: whole !== null ? Math.min(whole.lineCount, step.lines) * step.line : cut.implicitHeight
-        clip: more.visible
+        clip: more.active
 
-        Label {
+        CardText {
             id: cut
             width: parent.width
             visible: !laidOut.active
             maximumLineCount: step.lines
             elide: Text.ElideRight
+            wrapMode: Text.Wrap
             text: visible ? step.text : ""
-            color: Theme.inkSoft
-            lineHeightMode: Text.FixedHeight
+            font: Theme.bodyFont
             lineHeight: step.line
         }
         // A card without a command is spared it.
@@ -77,23 +73,24 @@ Rectangle {
             }
         }
         // Where such a text goes on below the last line that is shown.
-        Rectangle {
+        Loader {
             id: more
-            visible: words.whole !== null && words.whole.lineCount > step.lines
-            anchors.right: parent.right
-            y: (step.lines - 1) * step.line
-            width: dots.implicitWidth + 10
-            height: step.line
-            color: step.color
+            active: words.whole !== null && words.whole.lineCount > step.lines
+            sourceComponent: Rectangle {
+                x: words.width - width
+                y: (step.lines - 1) * step.line
+                width: dots.implicitWidth + 10
+                height: step.line
+                color: step.color
 
-            Label {
-                id: dots
-                x: 5
-                text: "…"
-                color: Theme.inkSoft
-                lineHeightMode: Text.FixedHeight
-                lineHeight: step.line
-                Accessible.ignored: true
+                CardText {
+                    id: dots
+                    x: 5
+                    text: "…"
+                    font: Theme.bodyFont
+                    lineHeight: step.line
+                    Accessible.ignored: true
+                }
             }
         }
     }
@@ -103,7 +100,7 @@ Rectangle {
         anchors.rightMargin: 6
         y: step.narrow || step.implicitHeight > Theme.grown(52) ? 6 : (parent.height - height) / 2
         active: step.quotes
-        visible: !more.visible // nothing is copied that is not seen
+        visible: !more.active // nothing is copied that is not seen
         sourceComponent: CopyButton {
             copied: parts.command
         }

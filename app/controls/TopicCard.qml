@@ -178,16 +178,18 @@ Item {
             look: card.topic.badge
             size: card.badgeSize
         }
-        Text {
-            visible: card.open && card.topic.formerScore >= 0
+        Loader {
+            active: card.open && card.topic.formerScore >= 0
             anchors.horizontalCenter: badge.horizontalCenter
             y: 64 + 6
-            text: visible ? qsTr("avant : %1").arg(card.topic.formerScore) : ""
-            color: Theme.inkFaint
-            font.family: Theme.textFamily
-            font.pixelSize: Theme.textSmall
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            sourceComponent: Text {
+                text: qsTr("avant : %1").arg(card.topic.formerScore)
+                color: Theme.inkFaint
+                font.family: Theme.textFamily
+                font.pixelSize: Theme.textSmall
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
 
         // While it moves, what is not uncovered yet stays off the edge.

@@ -15,8 +15,7 @@ Item {
     Accessible.name: text
 
     component Part: Text {
-        font.family: Theme.textFamily
-        font.pixelSize: Theme.textBody
+        font: Theme.bodyFont
         textFormat: Text.PlainText
         lineHeightMode: Text.FixedHeight
         lineHeight: Theme.scaled(20)
@@ -29,7 +28,7 @@ Item {
         width: Math.min(implicitWidth, Math.max(0.3 * line.width, line.width - used.implicitWidth - next.implicitWidth))
         text: line.topic.dependency
         color: Theme.inkSoft
-        font.weight: Font.Medium
+        font: Theme.bodyFontMedium
     }
     Part {
         id: used
@@ -45,6 +44,6 @@ Item {
         width: Math.max(0, Math.min(implicitWidth, line.width - x))
         text: line.topic.newVersion
         color: Theme.ink
-        font.weight: Font.DemiBold
+        font: Theme.bodyFontDemi
     }
 }

@@ -21,22 +21,18 @@ Item {
         height: parent.height - 4
         color: Theme.accent
     }
-    Label {
+    CardText {
         id: head
         x: 16
         y: 1
         width: Theme.labelColumn
         text: qsTr("Pourquoi toi")
-        color: Theme.inkSoft
-        font.pixelSize: Theme.textNote
-        font.weight: Font.DemiBold
-        lineHeightMode: Text.FixedHeight
+        font: Theme.noteFontDemi
         lineHeight: Theme.scaled(21)
-        wrapMode: Text.NoWrap
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: 9
     }
-    Label {
+    CardText {
         id: cut
         x: 16 + (why.narrow ? 0 : Theme.labelColumn + 14)
         y: why.narrow ? head.lineHeight : 0
@@ -44,10 +40,10 @@ Item {
         visible: !why.selectable
         maximumLineCount: why.lines
         elide: Text.ElideRight
+        wrapMode: Text.Wrap
         text: why.selectable ? "" : why.text
-        font.pixelSize: Theme.textCard
-        font.weight: Font.Medium
-        lineHeightMode: Text.FixedHeight
+        color: Theme.ink
+        font: Theme.cardFontMedium
         lineHeight: Theme.scaled(22)
     }
     Loader {

@@ -71,6 +71,19 @@ QtObject {
     readonly property int titleOpen: scaled(25)
     readonly property int titleScreen: scaled(34)
     readonly property real leading: 1.35
+    // Whole fonts for what stands in every row of a list: set part by part, each part is bound and
+    // each text looks for its typeface anew.
+    readonly property font noteFont: Qt.font({ family: textFamily, pixelSize: textNote })
+    readonly property font noteFontMedium: Qt.font({ family: textFamily, pixelSize: textNote, weight: Font.Medium })
+    readonly property font cardFont: Qt.font({ family: textFamily, pixelSize: textCard })
+    readonly property font cardFontMedium: Qt.font({ family: textFamily, pixelSize: textCard, weight: Font.Medium })
+    readonly property font bodyFont: Qt.font({ family: textFamily, pixelSize: textBody })
+    readonly property font bodyFontMedium: Qt.font({ family: textFamily, pixelSize: textBody, weight: Font.Medium })
+    readonly property font bodyFontDemi: Qt.font({ family: textFamily, pixelSize: textBody, weight: Font.DemiBold })
+    readonly property font keyFont: Qt.font({ family: textFamily, pixelSize: textSmall, weight: Font.Medium })
+    readonly property font cardTitleFont: Qt.font({ family: displayFamily, pixelSize: cardTitle, weight: Font.Bold, letterSpacing: -0.012 * cardTitle })
+    readonly property font cardTitleOpenFont: Qt.font({ family: displayFamily, pixelSize: cardTitleOpen, weight: Font.Bold, letterSpacing: -0.012 * cardTitleOpen })
+    readonly property font noteFontDemi: Qt.font({ family: textFamily, pixelSize: textNote, weight: Font.DemiBold })
 
     // A 4 px grid.
     readonly property int gap: 4
