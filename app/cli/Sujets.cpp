@@ -54,9 +54,7 @@ QList<TopicPtr> topicsOf(TopicStatus status, const TopicStore &store,
     QList<TopicPtr> waiting;
     if (section == TopicSection::Reserve) {
         activity.observe(*rediscoveries);
-        for (const TopicPtr &topic : store.topics()) {
-            activity.add(*topic);
-        }
+        activity.load(store);
     } else if (section == TopicSection::Program) {
         waiting = weekProgram(store.topics(), preferences->settings().weeklyMinutes,
                               calendarWeek(clock.now()))

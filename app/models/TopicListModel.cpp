@@ -53,10 +53,7 @@ void TopicListModel::load() {
     m_ofRun = 0;
     const QList<TopicPtr> all = m_store.topics();
     if (m_section == sections::Section::Reserve) {
-        m_reserveActivity.clear(all.size());
-        for (const TopicPtr &topic : all) {
-            m_reserveActivity.add(*topic);
-        }
+        m_reserveActivity.load(m_store);
     }
     for (const TopicPtr &topic : all) {
         if (belongs(*topic)) {
@@ -88,10 +85,13 @@ void TopicListModel::follow(const QUuid &id) {
     const int count = this->count();
     const int minutes = this->minutes();
     const int moved = m_movedCount;
-    reposition(id);
     const TopicPtr topic = m_store.topic(id);
-    if (m_section == sections::Section::Reserve && topic) {
-        m_reserveActivity.add(*topic);
+    const bool mayBeNews = m_section == sections::Section::Reserve && topic;
+    if (mayBeNews) {
+        m_reserveActivity.note(*topic, m_store);
+    }
+    reposition(id);
+    if (mayBeNews) {
         for (const QUuid &related : m_reserveActivity.relatedTopics(*topic)) {
             reposition(related);
         }

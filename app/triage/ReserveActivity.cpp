@@ -48,6 +48,8 @@ void eachKey(const Topic &topic, Visit visit) {
     }
 }
 
+QDateTime setAsideAt(const Topic &reserved) { return reserved.triagedAt.value_or(reserved.foundAt); }
+
 bool aboutTheSame(const QSet<QString> &keys, const Topic &other) {
     bool same = false;
     eachKey(other, [&](const QString &key) { same = same || keys.contains(key); });
@@ -55,6 +57,38 @@ bool aboutTheSame(const QSet<QString> &keys, const Topic &other) {
 }
 
 } // namespace
+
+void ReserveActivity::load(const TopicStore &store) {
+    m_about.clear();
+    m_since = std::numeric_limits<qint64>::max();
+    qint64 since = m_since;
+    const QList<TopicPtr> reserved = store.topics(TopicStatus::Reserve);
+    for (const TopicPtr &topic : reserved) {
+        add(*topic);
+        since = std::min(since, setAsideAt(*topic).toMSecsSinceEpoch());
+    }
+    reachBack(since, store);
+}
+
+void ReserveActivity::note(const Topic &topic, const TopicStore &store) {
+    add(topic);
+    if (topic.status == TopicStatus::Reserve) {
+        reachBack(setAsideAt(topic).toMSecsSinceEpoch(), store);
+    }
+}
+
+void ReserveActivity::reachBack(qint64 since, const TopicStore &store) {
+    if (since >= m_since) {
+        return;
+    }
+    for (const TopicPtr &topic : store.topics()) {
+        const qint64 found = topic->foundAt.toMSecsSinceEpoch();
+        if (since < found && found <= m_since) {
+            add(*topic);
+        }
+    }
+    m_since = since;
+}
 
 void ReserveActivity::add(const Topic &topic) {
     eachKey(topic, [&](const QString &key) {
@@ -78,7 +112,7 @@ QList<QUuid> ReserveActivity::relatedTopics(const Topic &topic) const {
 }
 
 bool ReserveActivity::hasMoved(const Topic &reserved, const TopicStore &store) const {
-    const QDateTime since = reserved.triagedAt.value_or(reserved.foundAt);
+    const QDateTime since = setAsideAt(reserved);
     if (m_rediscoveries && m_rediscoveries->isSince(reserved.id, since)) {
         return true;
     }
