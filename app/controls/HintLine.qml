@@ -22,7 +22,7 @@ Item {
         horizontalAlignment: Text.AlignHCenter
         color: Theme.inkFaint
         font.pixelSize: Theme.textNote
-        fontSizeMode: Text.HorizontalFit // all of it, in however narrow a window
+        fontSizeMode: Theme.fitting(text, Theme.textNote, width) // all of it, in however narrow a window
         minimumPixelSize: 9
         wrapMode: Text.NoWrap
     }

@@ -28,7 +28,7 @@ Item {
             text: head.title
             size: head.tight ? Theme.titleOpen : Theme.titleScreen
             wrapMode: Text.NoWrap // a word is never broken: it gets smaller first
-            fontSizeMode: Text.HorizontalFit
+            fontSizeMode: Theme.fitting(text, size, width)
             minimumPixelSize: 20
         }
         Label {

@@ -56,7 +56,7 @@ Item {
         anchors.leftMargin: 18
         anchors.verticalCenter: parent.verticalCenter
         width: number.x - x - 6
-        fontSizeMode: Text.HorizontalFit // never under the number
+        fontSizeMode: Theme.fitting(text, Theme.textMenu, width) // never under the number
         minimumPixelSize: 10
         text: item.title
         color: item.current ? Theme.ink : Theme.inkSoft

@@ -128,7 +128,7 @@ AccessibilityBarrier {
             Title {
                 anchors.fill: parent
                 text: "?"
-                size: Theme.textLarge
+                size: Theme.titleSmall
                 color: Theme.inkSoft
                 horizontalAlignment: Text.AlignHCenter
                 verticalAlignment: Text.AlignVCenter

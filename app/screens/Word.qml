@@ -13,7 +13,7 @@ Rectangle {
         away.restart();
     }
 
-    implicitWidth: Math.min(label.implicitWidth + 36, 640)
+    implicitWidth: Math.min(label.implicitWidth, 604) + 36
     implicitHeight: label.implicitHeight + 18
     radius: height / 2
     color: Theme.ink
@@ -27,17 +27,20 @@ Rectangle {
             duration: Theme.calm
         }
     }
-    Label {
+    Loader {
         id: label
         anchors.centerIn: parent
         width: Math.min(implicitWidth, 604)
-        text: word.text
-        color: Theme.paper
-        font.weight: Font.Medium
-        elide: Text.ElideRight
-        wrapMode: Text.NoWrap
-        lineHeight: 1.1
-        Accessible.ignored: true
+        active: word.text.length > 0
+        sourceComponent: Label {
+            text: word.text
+            color: Theme.paper
+            font.weight: Font.Medium
+            elide: Text.ElideRight
+            wrapMode: Text.NoWrap
+            lineHeight: 1.1
+            Accessible.ignored: true
+        }
     }
     Timer {
         id: away

@@ -132,6 +132,11 @@ QtObject {
     function grown(pixels: real): int {
         return Math.round(pixels * Math.max(100, textScale) / 100);
     }
+    // How a line of that text is fitted into that width. One that is short enough anyway is not
+    // measured, nor is one that has no width yet: fitting lays it out several times over.
+    function fitting(text: string, pixels: real, width: real): int {
+        return width > 0 && text.length * pixels * 0.7 > width ? Text.HorizontalFit : Text.FixedSize;
+    }
     // How far what moves has come, 0 to 1, slowing down towards its end.
     function eased(passed: real, length: real): real {
         const left = length > 0 ? Math.max(0, 1 - Math.max(0, passed) / length) : 0;

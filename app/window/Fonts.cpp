@@ -13,6 +13,12 @@ Typefaces Typefaces::load() {
     if (!QFontDatabase::styles(QStringLiteral("Inter")).isEmpty()) {
         faces.text = QStringLiteral("Inter");
         faces.display = faces.text;
+        // Whatever a text is set in, its first line is compared with the application's font: one
+        // that is needed anyway saves looking for another two.
+        constexpr int body = 14;
+        QFont usual(faces.text);
+        usual.setPixelSize(body);
+        QGuiApplication::setFont(usual);
     }
 #endif
     const QDir folder(QStringLiteral(":/vorle/fonts"));

@@ -10,7 +10,8 @@ struct Typefaces {
     QString text;    ///< the rest
 
     /// Bricolage Grotesque from the program's own resources where they hold it, else the system's
-    /// sans; for the rest the system's face, or on Linux Inter where it is installed.
+    /// sans; for the rest the system's face, or on Linux Inter where it is installed, which the
+    /// application's own font is from then on.
     static Typefaces load();
 };
 

@@ -14,18 +14,29 @@ ActionButton {
     Accessible.name: done.running ? qsTr("Copié") : qsTr("Copier : %1").arg(copied)
     onCopiedChanged: done.stop()
     onClicked: {
-        carrier.selectAll();
-        carrier.copy();
-        carrier.deselect();
+        carrier.active = true;
+        (carrier.item as Carrier).takeAway();
+        carrier.active = false;
         done.restart();
         announcer.say(qsTr("Copié."));
     }
 
-    TextEdit {
-        id: carrier
+    component Carrier: TextEdit {
+        function takeAway() {
+            selectAll();
+            copy();
+        }
+
         visible: false
-        text: button.copied
         textFormat: TextEdit.PlainText
+    }
+    // For that moment alone: an editor with its document and fonts stood behind every button.
+    Loader {
+        id: carrier
+        active: false
+        sourceComponent: Carrier {
+            text: button.copied
+        }
     }
     Timer {
         id: done
