@@ -1,7 +1,5 @@
 #include "core/TopicWriter.h"
 
-#include "storage/DurableFile.h"
-
 #include <vector>
 
 namespace vorle {
@@ -73,8 +71,9 @@ void TopicWriter::workOnce(std::unique_lock<std::mutex> &lock) {
     lock.unlock();
     Outcome outcome = m_lastOutcome; // written here alone
     const quint64 number = job->number;
+    std::optional<FormerFile> former; // let go once nobody waits for this save any more
     if (number > 0) {
-        outcome = write(job->topics);
+        outcome = write(job->topics, former);
     } else {
         encodeAll(job->topics);
     }
@@ -86,6 +85,11 @@ void TopicWriter::workOnce(std::unique_lock<std::mutex> &lock) {
     m_busy = false;
     m_lastOutcome = outcome;
     m_changed.notify_all();
+    if (former) {
+        lock.unlock();
+        former.reset();
+        lock.lock();
+    }
 }
 
 void TopicWriter::encodeAll(const Snapshot &topics) {
@@ -98,7 +102,7 @@ void TopicWriter::encodeAll(const Snapshot &topics) {
     }
 }
 
-TopicWriter::Outcome TopicWriter::write(const Snapshot &topics) {
+TopicWriter::Outcome TopicWriter::write(const Snapshot &topics, std::optional<FormerFile> &former) {
     try {
         std::vector<QByteArrayView> pieces;
         pieces.reserve(static_cast<std::size_t>(topics.size()) + 2);
@@ -116,7 +120,7 @@ TopicWriter::Outcome TopicWriter::write(const Snapshot &topics) {
             keepCopy(m_file, *m_aside);
             m_aside.reset();
         }
-        replaceWhole(m_file, pieces);
+        former = replaceWhole(m_file, pieces);
         return {};
     } catch (const std::system_error &error) {
         return error.code();

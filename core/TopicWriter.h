@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Topic.h"
+#include "storage/DurableFile.h"
 
 #include <QByteArray>
 #include <QList>
@@ -67,7 +68,7 @@ private:
     void run();
     /// Does the job that waits, with the lock let go meanwhile.
     void workOnce(std::unique_lock<std::mutex> &lock);
-    Outcome write(const Snapshot &topics);
+    Outcome write(const Snapshot &topics, std::optional<FormerFile> &former);
     void encodeAll(const Snapshot &topics);
     void encode(const StoredTopic &topic);
 

@@ -163,6 +163,11 @@ private:
     Descriptor m_descriptor;
 };
 
+/// A file that is about to be replaced; none where it may not be read, and then goes at once.
+Descriptor openedToKeep(const QByteArray &name) {
+    return Descriptor(::open(name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+}
+
 /// The process that a name of ours for a temporary file carries, or 0 for another name.
 int writerOf(std::string_view name) {
     constexpr std::size_t idDigits = 32;
@@ -261,7 +266,8 @@ std::optional<QByteArray> readWhole(const QString &path, qint64 most) {
     return bytes;
 }
 
-void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces, AtLink atLink) {
+FormerFile replaceWhole(const QString &path, std::span<const QByteArrayView> pieces,
+                        AtLink atLink) {
     const QString target = atLink == AtLink::WriteThrough ? linkTarget(path) : path;
     const QByteArray name = QFile::encodeName(target);
     struct stat old{};
@@ -283,8 +289,18 @@ void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces, A
     if (temporary->file().close() != 0 && errno != EINTR) {
         fail(errno, "close");
     }
-    temporary->renameTo(name);
+    Descriptor former = exists ? openedToKeep(name) : Descriptor(-1);
+    try {
+        temporary->renameTo(name);
+    } catch (const std::system_error &) {
+        if (!former.isOpen()) {
+            throw;
+        }
+        former = Descriptor(-1); // some file systems replace nothing that is open
+        temporary->renameTo(name);
+    }
     folder.sync();
+    return FormerFile(std::move(former));
 }
 
 void replaceWhole(const QString &path, QByteArrayView bytes, AtLink atLink) {

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "base/Descriptor.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
 
 #include <optional>
 #include <span>
+#include <utility>
 
 /// Whole files that must survive a crash, a full disk and a curious user. Any thread. Failures are
 /// std::system_error with the system's own code.
@@ -31,13 +34,25 @@ enum class AtLink {
     Replace       ///< it goes, and what it leads to stays as it is: other programs reach the folder
 };
 
+/// What a file was before it was replaced. The system takes its room back when this goes, which
+/// lasts longer than writing a large file where a disk is told of each block it may forget: whoever
+/// is waited for keeps it until the new bytes are told to be there. Nothing where there was no
+/// file.
+class FormerFile {
+public:
+    explicit FormerFile(Descriptor file) : m_file(std::move(file)) {}
+
+private:
+    Descriptor m_file;
+};
+
 /// Replaces a file by these pieces, one after the other, in one step: whoever reads it, even after
 /// a crash, finds the old bytes or the new. The file's mode is kept; a new file is the user's alone
 /// (0600), whatever the umask. Its folder must exist.
 /// @throws std::system_error; the file is then as it was (as the pieces say it, when all that
 ///         failed was to see the new name on the disk)
-void replaceWhole(const QString &path, std::span<const QByteArrayView> pieces,
-                  AtLink atLink = AtLink::WriteThrough);
+FormerFile replaceWhole(const QString &path, std::span<const QByteArrayView> pieces,
+                        AtLink atLink = AtLink::WriteThrough);
 
 /// The same for one piece.
 void replaceWhole(const QString &path, QByteArrayView bytes, AtLink atLink = AtLink::WriteThrough);
