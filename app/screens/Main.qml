@@ -230,9 +230,11 @@ Window {
                 onRemedyAsked: main.shell.takeRemedy()
             }
         }
-        LinkDrop {
+        Later {
             anchors.fill: parent
-            links: main.shell.links
+            document: "LinkDrop.qml"
+            given: ({ links: main.shell.links })
+            soon: true
             enabled: !main.covered
         }
         Voice {

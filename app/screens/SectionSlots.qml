@@ -24,11 +24,13 @@ FocusScope {
         sourceComponent: TopicScreen {
             shell: sections.shell
             number: Section.Inbox
-            header: InboxInvitation {
+            // In a low window the room is the open card's.
+            header: Later {
                 width: parent.width
-                shell: sections.shell
-                room: sections.inboxRoom
-                onCalibrationAsked: sections.panelAsked(PanelHost.Calibration)
+                visible: needed
+                document: "onboarding/InboxInvitation.qml"
+                given: ({ place: sections })
+                needed: sections.inboxRoom >= 620 && (sections.shell.onboarding.unfinished || sections.shell.calibration.proposed)
             }
         }
     }
@@ -40,10 +42,12 @@ FocusScope {
         sourceComponent: TopicScreen {
             shell: sections.shell
             number: Section.Program
-            header: BudgetBar {
+            header: Later {
                 width: parent.width
-                visible: sections.shell.program.count > 0 || done > 0
-                model: sections.shell.budget
+                visible: needed
+                document: "../controls/charts/BudgetBar.qml"
+                given: ({ model: sections.shell.budget })
+                needed: sections.shell.program.count > 0 || sections.shell.budget.done > 0
             }
         }
     }
