@@ -24,7 +24,8 @@ public:
         store.flush();
         // Set up long ago: the first set-up would stand over what is measured.
         write(settingsFile(), "{\"onboarded\":true}");
-        // Qt's own screen without a monitor is 800 pixels wide, and the window would be made to fit.
+        // Qt's own screen without a monitor is 800 pixels wide, and the window would be made to
+        // fit.
         write(screensFile(), R"({"screens":[{"name":"one","x":0,"y":0,"width":1920,"height":1080,)"
                              R"("logicalDpi":96,"logicalBaseDpi":96,"dpr":1}]})");
     }

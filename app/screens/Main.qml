@@ -230,11 +230,9 @@ Window {
                 onRemedyAsked: main.shell.takeRemedy()
             }
         }
-        Later {
+        LinkDrop {
             anchors.fill: parent
-            document: "LinkDrop.qml"
-            given: ({ links: main.shell.links })
-            soon: true
+            links: main.shell.links
             enabled: !main.covered
         }
         Voice {

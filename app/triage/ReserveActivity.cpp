@@ -15,7 +15,8 @@ namespace {
 bool mayNameGitHub(QStringView link) {
     const qsizetype begin = link.indexOf(u"//");
     const qsizetype end = link.indexOf(u'/', begin + 2);
-    const QStringView host = begin < 0 ? link : link.sliced(begin + 2, (end < 0 ? link.size() : end) - begin - 2);
+    const QStringView host =
+        begin < 0 ? link : link.sliced(begin + 2, (end < 0 ? link.size() : end) - begin - 2);
     static constexpr QStringView name = u"github";
     const auto same = [](QChar a, QChar b) { return (a.unicode() | 0x20) == b.unicode(); };
     return std::ranges::search(host, name, same).begin() != host.end();
@@ -48,7 +49,9 @@ void eachKey(const Topic &topic, Visit visit) {
     }
 }
 
-QDateTime setAsideAt(const Topic &reserved) { return reserved.triagedAt.value_or(reserved.foundAt); }
+QDateTime setAsideAt(const Topic &reserved) {
+    return reserved.triagedAt.value_or(reserved.foundAt);
+}
 
 bool aboutTheSame(const QSet<QString> &keys, const Topic &other) {
     bool same = false;

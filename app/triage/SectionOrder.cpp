@@ -67,8 +67,7 @@ std::optional<TopicSection> sectionOf(const Topic &topic) {
 bool standsBefore(TopicSection section, const PlacedTopic &a, const PlacedTopic &b,
                   const TopicStore &store) {
     const auto order = rankOf(section, a) <=> rankOf(section, b);
-    return order < 0 ||
-           (order == 0 && store.position(a.topic->id) < store.position(b.topic->id));
+    return order < 0 || (order == 0 && store.position(a.topic->id) < store.position(b.topic->id));
 }
 
 QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,

@@ -59,10 +59,10 @@ MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile,
                    {QStringLiteral("textFamily"), faces.text}});
     // Made at its size: its screens would else be laid out for none, and once more when it shows.
     const QRect place = lastPlace();
-    m_screens = made(QStringLiteral("screens/Main.qml"),
-                     {{QStringLiteral("shell"), shellProperty},
-                      {QStringLiteral("width"), place.width()},
-                      {QStringLiteral("height"), place.height()}});
+    m_screens =
+        made(QStringLiteral("screens/Main.qml"), {{QStringLiteral("shell"), shellProperty},
+                                                  {QStringLiteral("width"), place.width()},
+                                                  {QStringLiteral("height"), place.height()}});
     m_window = qobject_cast<QQuickWindow *>(m_screens.get());
     m_window->setGeometry(place);
     followPlace();

@@ -14,28 +14,24 @@ ActionButton {
     Accessible.name: done.running ? qsTr("Copié") : qsTr("Copier : %1").arg(copied)
     onCopiedChanged: done.stop()
     onClicked: {
-        carrier.active = true;
-        (carrier.item as Carrier).takeAway();
+        carrier.active = true; // which copies
         carrier.active = false;
         done.restart();
         announcer.say(qsTr("Copié."));
     }
 
-    component Carrier: TextEdit {
-        function takeAway() {
-            selectAll();
-            copy();
-        }
-
-        visible: false
-        textFormat: TextEdit.PlainText
-    }
     // For that moment alone: an editor with its document and fonts stood behind every button.
     Loader {
         id: carrier
         active: false
-        sourceComponent: Carrier {
+        sourceComponent: TextEdit {
+            visible: false
             text: button.copied
+            textFormat: TextEdit.PlainText
+            Component.onCompleted: {
+                selectAll();
+                copy();
+            }
         }
     }
     Timer {

@@ -43,8 +43,8 @@ protected:
                 return;
             }
             const QByteArrayView type(item.metaObject()->className());
-            const bool whole = item.inherits("vorle::Press") ||
-                               type.startsWith("ScoreBadge_") || type.startsWith("Mascot_");
+            const bool whole = item.inherits("vorle::Press") || type.startsWith("ScoreBadge_") ||
+                               type.startsWith("Mascot_");
             if (whole || item.inherits("QQuickText")) {
                 QRectF place = page.mapRectFromItem(&item, {0, 0, item.width(), item.height()});
                 if (!whole && item.property("contentWidth").toDouble() > item.width() + 1) {

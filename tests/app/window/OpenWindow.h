@@ -173,8 +173,7 @@ protected:
     /// The middle of the last button of that text; nowhere without one.
     QPoint buttonAt(const QString &text) {
         const auto buttons = shown([&](const QQuickItem &item) {
-            return item.inherits("vorle::Press") &&
-                   item.property("text").toString() == text;
+            return item.inherits("vorle::Press") && item.property("text").toString() == text;
         });
         if (buttons.isEmpty()) {
             return {-1, -1};
