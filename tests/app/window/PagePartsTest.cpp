@@ -143,6 +143,7 @@ TEST_F(PagePartsTest, a_picture_heads_the_page_and_moves_nothing_when_it_arrives
         press(Qt::Key_J);
         EXPECT_EQ(pictureOver(400), nullptr) << chosen().toStdString();
     }
+    turn(); // until the last page is laid out
     // One that a run finds now is shown the next time.
     const double top = titleTop();
     const QUuid id = QUuid::fromString(window().property("chosenId").toString());
