@@ -47,7 +47,7 @@ Press {
     }
     Row {
         id: line
-        x: button.leftPadding + (button.width - button.leftPadding - button.rightPadding - width) / 2
+        x: button.leftPadding + Math.round((button.width - button.leftPadding - button.rightPadding - width) / 2)
         anchors.verticalCenter: parent.verticalCenter
         spacing: 9
 

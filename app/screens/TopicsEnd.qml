@@ -25,7 +25,7 @@ EmptyState {
     Accessible.name: title
     Accessible.description: counted ? `${tally} ${text}` : text
     onAct: action => screen.act(action)
-    onVisibleChanged: Qt.callLater(screen.pointAtChosen) // qmllint disable
+    onVisibleChanged: if (screen !== null) Qt.callLater(screen.pointAtChosen) // qmllint disable
 
     Binding {
         target: empty.screen

@@ -22,7 +22,7 @@ Column {
         height: Theme.grown(50)
         text: fold.name
         Accessible.role: Accessible.Button
-        Accessible.name: fold.gist.length > 0 ? qsTr("%1 : %2").arg(fold.name).arg(fold.gist) : fold.name
+        Accessible.name: fold.gist.length > 0 ? qsTr("%1 : %2").arg(fold.name).arg(fold.gist) : fold.name
         Accessible.description: fold.opened ? qsTr("déplié") : qsTr("replié")
         Accessible.onPressAction: clicked()
         onClicked: fold.opened = !fold.opened
