@@ -69,6 +69,7 @@ qt_add_qml_module(vorle_window
         window/desktop/QuickCapture.cpp window/desktop/QuickCapture.h
         window/QuitHandler.cpp window/QuitHandler.h
         window/desktop/RunNotices.cpp window/desktop/RunNotices.h
+        window/ScreenEngine.cpp window/ScreenEngine.h
         window/Screens.cpp window/Screens.h
         window/desktop/SharedLinks.cpp window/desktop/SharedLinks.h
         window/Shell.cpp window/Shell.h

@@ -67,19 +67,21 @@ inline void turnFor(int milliseconds) {
 
 /// The window of the program on the topics file the environment names.
 struct Window {
-    explicit Window(Application &app)
+    explicit Window(Application &app,
+                    std::unique_ptr<ScreenEngine> screens = ScreenEngine::reading())
         : launcher({app.agent().locator(), app.preferences(), terminals, pasteboard, links})
         , notifier({notifications, app.preferences(), app.clock(), {}})
         , hotKey(app.preferences(), globalHotKey)
         , updater({.engine = updates, .clock = app.clock(), .version = QStringLiteral("1")})
         , shell(shellParts(app, {links, pasteboard, launcher, files, reveal, notifier, login,
                                  hotKey, keys, mail, updater}))
-        , main(shell, Typefaces::load(), app.store().file()) {
+        , main(std::move(screens), shell, faces, app.store().file()) {
         QObject::connect(&main.window(), &QQuickWindow::frameSwapped, &main, [this] { ++frames; });
         main.raise();
         turnUntil([this] { return frames > 0; }, "the first frame");
     }
 
+    Typefaces faces = Typefaces::load();
     test::FakeTerminals terminals;
     test::FakePasteboard pasteboard;
     test::FakeLinkOpener links;

@@ -55,15 +55,16 @@ double median(const Samples &samples, const QByteArray &name) {
 void startWindow(int &argc, char **argv, double begun) {
     const QApplication qt(argc, argv);
     Application app(setup());
+    auto screens = ScreenEngine::reading(); // beside the load, as the program does
     const Moment before;
     app.store();
     const Moment loaded;
-    const Window window(app);
+    const Window window(app, std::move(screens));
     const Moment shown;
     tell("wall", shown.wall - begun - (loaded.wall - before.wall));
-    tell("cpu", shown.process - (loaded.process - before.process));
+    tell("cpu", shown.process - (loaded.thread - before.thread));
     tell("loadWall", loaded.wall - before.wall);
-    tell("loadCpu", loaded.process - before.process);
+    tell("loadCpu", loaded.thread - before.thread);
 }
 
 void startBare(int &argc, char **argv, double begun) {

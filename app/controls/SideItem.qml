@@ -11,16 +11,14 @@ Item {
     property bool current: false
     property bool strong: false // the count is what asks for attention
 
-    // In thousands, apart by a thin space: the face of titles has no narrow one, and one of another
-    // face would be looked for.
-    readonly property string shownCount: count > 0 ? count.toLocaleString(Qt.locale("fr_FR"), "f", 0).replace(/\u202f/g, "\u2009") : ""
+    readonly property string toldCount: count > 0 ? count.toLocaleString(Qt.locale("fr_FR"), "f", 0) : ""
 
     signal clicked
 
     implicitHeight: Theme.grown(40)
     activeFocusOnTab: true
     Accessible.role: Accessible.PageTab
-    Accessible.name: count > 0 ? qsTr("%1, %2").arg(title).arg(shownCount) : title
+    Accessible.name: count > 0 ? qsTr("%1, %2").arg(title).arg(toldCount) : title
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.selected: current
@@ -100,7 +98,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: item.lift
         opacity: 1 - Math.abs(item.lift) / 12
-        text: item.shownCount
+        // The face of titles has no narrow space, and one of another face would be looked for.
+        text: item.toldCount.replace(/\u202f/g, "\u2009")
         color: item.strong && item.count > 0 ? Theme.tintInk : Theme.inkFaint
         font.family: Theme.displayFamily
         font.pixelSize: Theme.textMenu

@@ -11,13 +11,11 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPalette>
-#include <QQmlComponent>
 #include <QQuickItem>
 #include <QScreen>
 #include <QStyleHints>
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace vorle {
 
@@ -37,32 +35,32 @@ bool MainWindow::systemIsDark() {
 #endif
 }
 
-MainWindow::MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile, QObject *parent)
-    : QObject(parent)
-    , m_shell(shell)
+MainWindow::MainWindow(std::unique_ptr<ScreenEngine> engine, Shell &shell, const Typefaces &faces,
+                       QString topicsFile)
+    : m_shell(shell)
     , m_topicsFile(std::move(topicsFile))
     , m_state(WindowState::load(m_topicsFile))
-    , m_visits(m_state.seen, m_state.newAfter) {
+    , m_visits(m_state.seen, m_state.newAfter)
+    , m_engine(std::move(engine)) {
     shell.sections()->setCurrent(
         static_cast<Section>(std::clamp(m_state.section, 0, sectionCount - 1)));
     m_visits.expect(shell.clock().now());
     shell.inbox()->setNewSince(m_visits.newSince());
     shell.drafts()->take(m_state.drafts.value_or(QMap<QString, QString>()));
-    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    m_engine.addImageProvider(QStringLiteral("pictures"), new SourcePictures);
+    m_engine->qml().addImageProvider(QStringLiteral("pictures"), new SourcePictures);
     const auto shellProperty = QVariant::fromValue(&shell);
-    m_look = made(QStringLiteral("theme/Look.qml"),
-                  {{QStringLiteral("settings"), QVariant::fromValue(shell.settings())},
-                   {QStringLiteral("systemDark"), systemIsDark()},
-                   {QStringLiteral("reducedMotion"), motionIsReduced()},
-                   {QStringLiteral("displayFamily"), faces.display},
-                   {QStringLiteral("textFamily"), faces.text}});
+    m_look = m_engine->made(QStringLiteral("theme/Look.qml"),
+                            {{QStringLiteral("settings"), QVariant::fromValue(shell.settings())},
+                             {QStringLiteral("systemDark"), systemIsDark()},
+                             {QStringLiteral("reducedMotion"), motionIsReduced()},
+                             {QStringLiteral("displayFamily"), faces.display},
+                             {QStringLiteral("textFamily"), faces.text}});
     // Made at its size: its screens would else be laid out for none, and once more when it shows.
     const QRect place = lastPlace();
-    m_screens =
-        made(QStringLiteral("screens/Main.qml"), {{QStringLiteral("shell"), shellProperty},
-                                                  {QStringLiteral("width"), place.width()},
-                                                  {QStringLiteral("height"), place.height()}});
+    m_screens = m_engine->made(QStringLiteral("screens/Main.qml"),
+                               {{QStringLiteral("shell"), shellProperty},
+                                {QStringLiteral("width"), place.width()},
+                                {QStringLiteral("height"), place.height()}});
     m_window = qobject_cast<QQuickWindow *>(m_screens.get());
     m_window->setGeometry(place);
     followPlace();
@@ -106,7 +104,8 @@ void MainWindow::observe(MotionSetting &motion) {
 }
 
 void MainWindow::showIconsOf(const InstalledApps &apps) {
-    m_engine.addImageProvider(QStringLiteral("apps"), new AppIcons(apps, QIcon::themeName()));
+    m_engine->qml().addImageProvider(QStringLiteral("apps"),
+                                     new AppIcons(apps, QIcon::themeName()));
 }
 
 bool MainWindow::motionIsReduced() const {
@@ -141,17 +140,6 @@ void MainWindow::saveWindowGeometry() {
     }
 }
 
-std::unique_ptr<QObject> MainWindow::made(const QString &screen, const QVariantMap &properties) {
-    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Vorle/") + screen));
-    std::unique_ptr<QObject> object(
-        component.isReady() ? component.createWithInitialProperties(properties) : nullptr);
-    if (!object) {
-        throw std::runtime_error("the screens could not be loaded: " +
-                                 component.errorString().toStdString());
-    }
-    return object;
-}
-
 void MainWindow::raise() {
     // Not by show(): that takes a window that fills the screen for one to be made smaller.
     if (m_window->isVisible()) {
@@ -181,8 +169,8 @@ void MainWindow::showSection(const QString &title) {
 
 void MainWindow::toggleStatus(const QRect &item) {
     if (!m_statusScreen) {
-        m_statusScreen = made(QStringLiteral("screens/StatusPanel.qml"),
-                              {{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}});
+        m_statusScreen = m_engine->made(QStringLiteral("screens/StatusPanel.qml"),
+                                        {{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}});
         auto *made = qobject_cast<QQuickWindow *>(m_statusScreen.get());
         connect(made, &QWindow::visibleChanged, this, [this](bool shown) {
             if (!shown) {
@@ -223,9 +211,9 @@ void MainWindow::captureFromStatus() { m_shell.quickCapture()->openOver(m_status
 
 void MainWindow::showCapture() {
     if (!m_captureScreen) {
-        m_captureScreen =
-            made(QStringLiteral("screens/QuickCapturePanel.qml"),
-                 {{QStringLiteral("capture"), QVariant::fromValue(m_shell.quickCapture())}});
+        m_captureScreen = m_engine->made(
+            QStringLiteral("screens/QuickCapturePanel.qml"),
+            {{QStringLiteral("capture"), QVariant::fromValue(m_shell.quickCapture())}});
         auto *made = qobject_cast<QQuickWindow *>(m_captureScreen.get());
         connect(made, &QWindow::visibleChanged, m_shell.quickCapture(), &QuickCapture::setShown);
         new KeyRepeatFilter(*made);

@@ -2,12 +2,12 @@
 
 #include "app/models/KeyboardMap.h"
 #include "app/window/Fonts.h"
+#include "app/window/ScreenEngine.h"
 #include "app/window/Visits.h"
 #include "app/window/WindowState.h"
 
 #include <QElapsedTimer>
 #include <QObject>
-#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -25,8 +25,10 @@ class MainWindow final : public QObject {
     Q_OBJECT
 public:
     /// @param topicsFile  the window's place is kept beside it; empty: nowhere
+    /// @param engine  often one that reads the screens already
     /// @throws std::runtime_error when the screens cannot be loaded: a fault of the build
-    MainWindow(Shell &shell, const Typefaces &faces, QString topicsFile, QObject *parent = nullptr);
+    MainWindow(std::unique_ptr<ScreenEngine> engine, Shell &shell, const Typefaces &faces,
+               QString topicsFile);
     ~MainWindow() override;
 
     /// Whether the system shows itself dark. Needs a QGuiApplication.
@@ -82,7 +84,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
     bool motionIsReduced() const;
     void followSystem();
     void followVisits();
@@ -95,7 +96,7 @@ private:
     WindowState m_state;
     Visits m_visits;
     MotionSetting *m_motion = nullptr;
-    QQmlEngine m_engine;
+    std::unique_ptr<ScreenEngine> m_engine;
     std::unique_ptr<QObject> m_look; // what the theme is turned by
     std::unique_ptr<QObject> m_screens;
     QQuickWindow *m_window = nullptr;

@@ -15,7 +15,8 @@ namespace vorle {
 
 OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
                  SingleInstance &instance, Entrance entrance, std::function<void()> left)
-    : m_store(app.store())
+    : m_screens(ScreenEngine::reading())
+    , m_store(app.store())
     , m_preferences(app.preferences())
     , m_widget(app.widget())
     , m_faces(Typefaces::load())
@@ -35,7 +36,7 @@ OpenApp::OpenApp(Application &app, const GuiAdapters &adapters, Early early,
     , m_shell(partsOf(app, adapters, early.login))
     , m_notices({m_notifier, app.engine(), m_store, *m_shell.program()})
     , m_motion(adapters.motion())
-    , m_main(m_shell, m_faces, m_store.file())
+    , m_main(std::move(m_screens), m_shell, m_faces, m_store.file())
     , m_links({.preferences = m_preferences,
                .store = m_store,
                .capture = app.capture(),

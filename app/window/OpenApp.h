@@ -73,6 +73,7 @@ private:
     void reopen();
     void windowClosed();
 
+    std::unique_ptr<ScreenEngine> m_screens; // until the window has them
     TopicStore &m_store;
     Preferences &m_preferences;
     WidgetPublisher &m_widget;

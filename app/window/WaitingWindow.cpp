@@ -3,25 +3,21 @@
 #include "app/window/MainWindow.h"
 
 #include <QGuiApplication>
-#include <QQmlComponent>
 #include <QScreen>
-
-#include <stdexcept>
 
 namespace vorle {
 
 WaitingWindow::WaitingWindow(Preferences &preferences, const Typefaces &faces,
                              const QString &sentence)
     : m_settings(preferences) {
-    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    m_look = made(QStringLiteral("theme/Look.qml"),
-                  {{QStringLiteral("settings"), QVariant::fromValue(&m_settings)},
-                   {QStringLiteral("systemDark"), MainWindow::systemIsDark()},
-                   {QStringLiteral("reducedMotion"), true}, // it stays for moments
-                   {QStringLiteral("displayFamily"), faces.display},
-                   {QStringLiteral("textFamily"), faces.text}});
-    m_screen =
-        made(QStringLiteral("screens/WaitingScreen.qml"), {{QStringLiteral("sentence"), sentence}});
+    m_look = m_engine.made(QStringLiteral("theme/Look.qml"),
+                           {{QStringLiteral("settings"), QVariant::fromValue(&m_settings)},
+                            {QStringLiteral("systemDark"), MainWindow::systemIsDark()},
+                            {QStringLiteral("reducedMotion"), true}, // it stays for moments
+                            {QStringLiteral("displayFamily"), faces.display},
+                            {QStringLiteral("textFamily"), faces.text}});
+    m_screen = m_engine.made(QStringLiteral("screens/WaitingScreen.qml"),
+                             {{QStringLiteral("sentence"), sentence}});
     m_window = qobject_cast<QQuickWindow *>(m_screen.get());
     connect(m_window, SIGNAL(givenUp()), this, SIGNAL(givenUp()));
     if (const QScreen *screen = QGuiApplication::primaryScreen()) {
@@ -41,16 +37,6 @@ void WaitingWindow::raise() {
     m_window->show();
     m_window->raise();
     m_window->requestActivate();
-}
-
-std::unique_ptr<QObject> WaitingWindow::made(const QString &screen, const QVariantMap &properties) {
-    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Vorle/") + screen));
-    std::unique_ptr<QObject> object(component.createWithInitialProperties(properties));
-    if (!object) {
-        throw std::runtime_error("the waiting window could not be loaded: " +
-                                 component.errorString().toStdString());
-    }
-    return object;
 }
 
 } // namespace vorle

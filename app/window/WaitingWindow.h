@@ -2,9 +2,9 @@
 
 #include "app/models/settings/SettingsModel.h"
 #include "app/window/Fonts.h"
+#include "app/window/ScreenEngine.h"
 
 #include <QObject>
-#include <QQmlEngine>
 #include <QQuickWindow>
 
 #include <memory>
@@ -29,10 +29,8 @@ Q_SIGNALS:
     void givenUp();
 
 private:
-    std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
-
     SettingsModel m_settings;
-    QQmlEngine m_engine;
+    ScreenEngine m_engine;
     std::unique_ptr<QObject> m_look;
     std::unique_ptr<QObject> m_screen;
     QQuickWindow *m_window = nullptr;

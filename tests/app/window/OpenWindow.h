@@ -73,7 +73,8 @@ protected:
                                 m_login, *m_hotKey, m_keys, m_mail, m_updater, m_front});
         parts.terminals = m_terminals.names();
         m_shell = std::make_unique<Shell>(parts);
-        m_main = std::make_unique<MainWindow>(*m_shell, Typefaces{}, store().file());
+        m_main = std::make_unique<MainWindow>(std::make_unique<ScreenEngine>(), *m_shell,
+                                              Typefaces{}, store().file());
         m_main->observe(m_motion);
         m_main->raise();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&m_main->window()));
