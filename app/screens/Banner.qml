@@ -18,6 +18,7 @@ Rectangle {
     signal territoryAsked
     signal noticeDismissed
     signal remedyAsked
+    signal gone // and the keyboard was on it
 
     // What its button does about what it speaks of.
     readonly property string help: notice.length > 0 ? (remedy.length > 0 ? remedy : qsTr("Compris")) : offered ? qsTr("Continuer maintenant") : !failed ? run.startLabel : run.nothingToSearch ? qsTr("Ouvrir Ton territoire") : qsTr("Réessayer")
@@ -60,6 +61,7 @@ Rectangle {
     readonly property string detailText: notice.length > 0 ? notice : failed ? run.lastError : offered ? run.waitingText : run.missedText
 
     visible: notice.length > 0 || offered || ((missed || failed) && !away)
+    onVisibleChanged: if (!visible && parts.activeFocus) gone()
     height: visible ? Math.max(58, parts.implicitHeight + 24) : 0
     color: Theme.accentTint
     z: 3

@@ -24,12 +24,12 @@ Loader {
         active = true;
     }
 
-    property bool stands: false // it knows what it is given
+    property bool told: false // it knows what it is given
 
     active: false
-    onNeededChanged: if (needed && stands) need()
+    onNeededChanged: if (needed && told) need()
     Component.onCompleted: {
-        stands = true;
+        told = true;
         if (needed) {
             need();
         }

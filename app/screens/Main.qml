@@ -228,6 +228,7 @@ Window {
                 onNoticeDismissed: main.shell.dismissNotice()
                 remedy: main.shell.remedy
                 onRemedyAsked: main.shell.takeRemedy()
+                onGone: main.resume()
             }
         }
         LinkDrop {

@@ -30,6 +30,7 @@ FocusScope {
                 visible: needed
                 document: "onboarding/InboxInvitation.qml"
                 given: ({ place: sections })
+                onVisibleChanged: if (!visible && activeFocus) sections.screen?.focusContent()
                 needed: sections.inboxRoom >= 620 && (sections.shell.onboarding.unfinished || sections.shell.calibration.proposed)
             }
         }

@@ -13,7 +13,7 @@ ListView {
     // The cards' column, in the middle; the list is as wide as the window, for the wheel.
     readonly property real inset: Math.max(Theme.margin, (width - Theme.columnWidth) / 2)
     readonly property bool filled: count > 0 || selection.shownGhost.shown // with cards, or the last line
-    property bool stands: false // what is around it has its size, and so has it
+    property bool sized: false // what is around it has its size, and so has it
     property bool attended: false // the keyboard rests where it acts on the chosen topic
     property bool paged: false // the chosen topic's page stands beside the list
     readonly property string undoKeys: shell.keyboard.keys(KeyboardMap.Undo)
@@ -43,7 +43,7 @@ ListView {
     }
 
     clip: true
-    model: stands ? selection.list : null
+    model: sized ? selection.list : null
     spacing: 0
     bottomMargin: 24
     boundsBehavior: Flickable.StopAtBounds
@@ -62,17 +62,11 @@ ListView {
         inset: list.inset
     }
     // Nothing of it is seen before the list moves.
-    Loader {
-        id: bar
-        asynchronous: true
-    }
-    Timer {
-        running: true
-        interval: 300
-        onTriggered: {
-            list.cacheBuffer = 400;
-            bar.setSource(Qt.resolvedUrl("ListBar.qml"), { list: list, sight: sight });
-        }
+    Later {
+        document: "ListBar.qml"
+        given: ({ list: list, sight: sight })
+        soon: true
+        onLoaded: list.cacheBuffer = 400
     }
     PointHandler {
         id: mouse

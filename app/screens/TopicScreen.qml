@@ -19,7 +19,7 @@ SectionScreen {
 
     signal menuOpened(topicCard topic, point at, bool byKey)
 
-    Component.onCompleted: list.stands = true
+    Component.onCompleted: list.sized = true
     onTopicChanged: turn()
     onReadsChanged: turn()
 
@@ -58,9 +58,7 @@ SectionScreen {
         return asked;
     }
     function openMenu(topic: topicCard, at: point, byKey: bool) {
-        if (menu.item === null) {
-            menu.setSource(Qt.resolvedUrl("TopicMenu.qml"), { screen: screen });
-        }
+        menu.need();
         menuOpened(topic, at, byKey);
     }
     function focusContent() {
@@ -163,7 +161,7 @@ SectionScreen {
             anchors.bottom: parent.bottom
             document: "TopicsEnd.qml"
             given: ({ screen: screen, list: list })
-            needed: !list.filled || list.count === 0
+            needed: list.sized && list.count === 0
             soon: true
         }
         HintLine {
@@ -176,11 +174,13 @@ SectionScreen {
         }
     }
     // Over the whole window, read when it is first asked for.
-    Loader {
+    Later {
         id: menu
         parent: screen.Window.contentItem
         anchors.fill: parent
         z: 20
+        document: "TopicMenu.qml"
+        given: ({ screen: screen })
     }
     Later {
         id: reading

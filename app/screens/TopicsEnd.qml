@@ -25,7 +25,13 @@ EmptyState {
     Accessible.name: title
     Accessible.description: counted ? `${tally} ${text}` : text
     onAct: action => screen.act(action)
-    onVisibleChanged: if (screen !== null) Qt.callLater(screen.pointAtChosen) // qmllint disable
+    onVisibleChanged: {
+        if (visible) {
+            Qt.callLater(screen.pointAtChosen); // qmllint disable
+        } else if (parent?.activeFocus) {
+            screen.focusContent(); // not to a button that nobody sees
+        }
+    }
 
     Binding {
         target: empty.screen

@@ -13,7 +13,7 @@ Rectangle {
         away.restart();
     }
 
-    implicitWidth: Math.min(label.implicitWidth, 604) + 36
+    implicitWidth: label.width + 36
     implicitHeight: label.implicitHeight + 18
     radius: height / 2
     color: Theme.ink
@@ -30,9 +30,9 @@ Rectangle {
     Loader {
         id: label
         anchors.centerIn: parent
-        width: Math.min(implicitWidth, 604)
         active: word.text.length > 0
         sourceComponent: Label {
+            width: Math.min(implicitWidth, 604)
             text: word.text
             color: Theme.paper
             font.weight: Font.Medium

@@ -9,7 +9,7 @@ Column {
     property bool opened: false
 
     readonly property int lines: 6 // while it is folded
-    // Letters that fill them and one more, however narrow they run, so that no more is laid out.
+    // Letters that fill them and one more as prose runs, so that no more is laid out.
     readonly property int enough: Math.ceil((lines + 1) * Theme.readingWidth / (0.36 * Theme.textNote))
     readonly property bool longer: text.length > enough || words.implicitHeight > frame.height + 1
 

@@ -4,6 +4,7 @@
 #include <QHoverEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointingDevice>
 
 #include <utility>
 
@@ -43,22 +44,27 @@ void Press::set(bool &member, bool value, void (Press::*changed)()) {
 }
 
 void Press::callOff() {
+    m_byMouse = false;
     m_bySpace = false;
+    setKeepMouseGrab(false);
     set(m_down, false, &Press::downChanged);
 }
 
 void Press::mousePressEvent(QMouseEvent *event) {
+    m_byMouse = true;
+    // A list moves under a finger that began on a button, and stays where it is under the mouse.
+    setKeepMouseGrab(event->pointingDevice()->type() != QInputDevice::DeviceType::TouchScreen);
     set(m_down, true, &Press::downChanged);
     event->accept();
 }
 
 void Press::mouseMoveEvent(QMouseEvent *event) {
-    set(m_down, contains(event->position()), &Press::downChanged);
+    set(m_down, m_byMouse && contains(event->position()), &Press::downChanged);
     event->accept();
 }
 
 void Press::mouseReleaseEvent(QMouseEvent *event) {
-    const bool pressed = m_down && contains(event->position());
+    const bool pressed = m_byMouse && contains(event->position());
     callOff();
     event->accept();
     if (pressed) {
@@ -82,6 +88,10 @@ void Press::hoverLeaveEvent(QHoverEvent *event) {
 }
 
 void Press::keyPressEvent(QKeyEvent *event) {
+    if (!isVisible()) { // the keyboard stays on what is hidden
+        event->ignore();
+        return;
+    }
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->key() == Qt::Key_Space && isBare(*event)) {
         event->accept(); // held down it is one press
@@ -121,7 +131,9 @@ void Press::focusInEvent(QFocusEvent *event) {
 
 void Press::focusOutEvent(QFocusEvent *event) {
     QQuickItem::focusOutEvent(event);
-    callOff();
+    if (m_bySpace) {
+        callOff();
+    }
     set(m_visualFocus, false, &Press::visualFocusChanged);
 }
 

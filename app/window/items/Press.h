@@ -73,6 +73,7 @@ private:
     QString m_keys;
     bool m_takesReturn = true;
     bool m_down = false;
+    bool m_byMouse = false; // which has the button down, over it or not
     bool m_bySpace = false; // it is the bar that holds it down
     bool m_hovered = false;
     bool m_byKeys = false; // it is where the keyboard came by itself

@@ -133,6 +133,23 @@ TEST_F(EndsTest, every_page_is_whole_in_every_window_and_size_of_type) {
     }
 }
 
+TEST_F(EndsTest, what_goes_gives_the_keyboard_back_and_the_first_word_is_shown_whole) {
+    fillMany(4);
+    open();
+    window().resize(1180, 780);
+    sortAll();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !all("KeyHint_").isEmpty(); }));
+    all("KeyHint_").first()->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Return);
+    ASSERT_EQ(shell().inbox()->count(), 1) << "it takes the last decision back";
+    const auto words = all("Word_");
+    ASSERT_EQ(words.size(), 1);
+    EXPECT_GT(words.first()->width(), 3 * words.first()->height()) << "it has its words";
+    EXPECT_TRUE(window().activeFocusItem()->isVisible()) << "the card has the keyboard";
+    press(Qt::Key_Return);
+    EXPECT_EQ(shell().inbox()->count(), 1) << "the button has gone";
+}
+
 TEST_F(EndsTest, the_discs_land_within_a_quarter_of_a_second_and_the_mascot_dozes_unseen) {
     qunsetenv("VORLE_REDUCED_MOTION");
     m_app.variables.unset("VORLE_REDUCED_MOTION");
