@@ -6,6 +6,7 @@ Press {
     id: row
 
     property bool apart: false // a line over it
+    property bool pointed: true // by a mouse that moved, not by one that lay there
 
     readonly property real over: apart ? 9 : 0
 
@@ -20,7 +21,14 @@ Press {
     Keys.onReturnPressed: event => press(event)
     Keys.onEnterPressed: event => press(event)
     Keys.onSpacePressed: event => press(event)
-    onHoveredChanged: if (hovered) forceActiveFocus(Qt.MouseFocusReason)
+    onHoveredChanged: follow()
+    onPointedChanged: follow()
+
+    function follow() {
+        if (hovered && pointed) {
+            forceActiveFocus(Qt.MouseFocusReason);
+        }
+    }
 
     // With another key it is a shortcut; of the bar a button would take that for a press too.
     function press(event: KeyEvent) {

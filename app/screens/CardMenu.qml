@@ -28,6 +28,7 @@ FocusScope {
         sheet.x = Math.max(8, Math.min(at.x, width - sheet.width - 8));
         sheet.y = at.y + sheet.height + 8 <= height ? at.y : Math.max(8, Math.min(at.y - sheet.height, height - sheet.height - 8));
         forceActiveFocus(Qt.PopupFocusReason);
+        mouse.begin(!byKey);
         byKey ? step(1) : spot.forceActiveFocus(Qt.PopupFocusReason);
     }
     function close() {
@@ -130,6 +131,27 @@ FocusScope {
             menu.close();
         }
     }
+    // A mouse that lies where the menu opens by a key chooses nothing before it moves.
+    HoverHandler {
+        id: mouse
+
+        property bool moved: true
+        property real restX: NaN
+        property real restY: NaN
+
+        function begin(counts: bool) {
+            moved = counts;
+            restX = NaN;
+        }
+        onPointChanged: {
+            if (isNaN(restX)) {
+                restX = point.position.x;
+                restY = point.position.y;
+            } else if (point.position.x !== restX || point.position.y !== restY) {
+                moved = true;
+            }
+        }
+    }
     // Where the keyboard rests before a line is pointed at.
     Item {
         id: spot
@@ -208,6 +230,7 @@ FocusScope {
                         text: modelData.text
                         keys: modelData.keys
                         apart: modelData.apart
+                        pointed: mouse.moved
                         onClicked: menu.pick(modelData.action)
                     }
                 }

@@ -136,6 +136,23 @@ TEST_F(PointerTest, a_menu_acts_on_the_card_under_the_pointer) {
     EXPECT_FALSE(menu()) << "there is no card";
 }
 
+TEST_F(PointerTest, a_mouse_that_lies_where_a_menu_opens_by_a_key_chooses_no_line_before_it_moves) {
+    fill();
+    open();
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menu());
+    const auto on = [this] { return window().activeFocusItem()->property("text").toString(); };
+    const QPoint garder = buttonAt(text("Garder")); // the menu lies over the card’s
+    press(Qt::Key_Escape);
+    QTest::mouseMove(&window(), garder);
+    press(Qt::Key_Menu);
+    QTest::mouseMove(&window(), garder); // as the window tells it anew
+    QTest::qWait(50);
+    EXPECT_EQ(on(), text("Lire"));
+    QTest::mouseMove(&window(), garder + QPoint(2, 1));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return on() == text("Garder"); }));
+}
+
 TEST_F(PointerTest, a_menu_goes_with_its_topic_and_never_acts_on_another) {
     fill();
     open();
