@@ -1,11 +1,14 @@
 #include "app/window/items/Press.h"
 
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 
 namespace vorle {
 namespace {
@@ -98,6 +101,32 @@ TEST_F(PressTest, it_is_pressed_where_it_is_let_go_and_by_bare_keys_once) {
         EXPECT_FALSE(m_press.isDown()) << each.what;
         QTest::qWait(1);
     }
+}
+
+// As on a card: a list takes the mouse over as soon as that moves far enough, but from no button.
+TEST_F(PressTest, pulled_out_of_a_list_that_scrolls_and_brought_back_it_is_pressed) {
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData("import QtQuick\nFlickable { width: 200; height: 200; contentHeight: 900 }",
+                      {});
+    const std::unique_ptr<QObject> made(component.create());
+    auto *list = qobject_cast<QQuickItem *>(made.get());
+    ASSERT_NE(list, nullptr) << component.errorString().toStdString();
+    list->setParentItem(m_window.contentItem());
+    m_press.setParentItem(list->property("contentItem").value<QQuickItem *>());
+    m_press.setY(100);
+    const QPoint at = inside + QPoint(0, 100);
+    QTest::mousePress(&m_window, Qt::LeftButton, {}, at);
+    for (int y = 0; y <= 60; y += 10) {
+        QTest::mouseMove(&m_window, at - QPoint(0, y), 10);
+    }
+    EXPECT_EQ(list->property("contentY").toDouble(), 0);
+    EXPECT_FALSE(m_press.isDown());
+    QTest::mouseMove(&m_window, at, 10);
+    EXPECT_TRUE(m_press.isDown());
+    up(at);
+    EXPECT_EQ(m_clicks, 1);
+    m_press.setParentItem(m_window.contentItem());
 }
 
 } // namespace
