@@ -9,6 +9,7 @@
 #include <QString>
 #include <QUuid>
 
+#include <memory>
 #include <optional>
 
 namespace vorle {
@@ -172,6 +173,10 @@ struct Topic {
 };
 
 size_t qHash(const Topic &topic, size_t seed = 0);
+
+/// A topic as the store hands it out: shared, never changed. A change of the topic makes a new
+/// one, so what is held stays as it was.
+using TopicPtr = std::shared_ptr<const Topic>;
 
 /// Whether it is a captured link that was not judged yet. What the judge makes of it will stand in
 /// its place, so until then it can be dismissed and nothing else.

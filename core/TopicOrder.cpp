@@ -12,7 +12,13 @@ qint64 moment(const std::optional<QDateTime> &date) {
     return date ? date->toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
 }
 
-int score(const Topic &topic) { return shownScore(topic).value_or(0); }
+qint8 flag(bool set) { return set ? 1 : 0; }
+
+/// The higher, the sooner. What no judge gives, and a file may hold, comes to the ends.
+qint8 descendingScore(const Topic &topic) {
+    constexpr int most = std::numeric_limits<qint8>::max();
+    return static_cast<qint8>(-std::clamp(shownScore(topic).value_or(0), -most, most));
+}
 
 } // namespace
 
@@ -21,15 +27,15 @@ TopicRank latestTriagedRank(const Topic &topic) { return {{}, ~moment(topic.tria
 TopicRank latestDoneRank(const Topic &topic) { return {{}, ~moment(topic.doneAt)}; }
 
 TopicRank urgencyRank(const Topic &topic) {
-    return {{topic.isUrgent() ? 0 : 1}, moment(topic.triagedAt)};
+    return {{flag(!topic.isUrgent())}, moment(topic.triagedAt)};
 }
 
 TopicRank programRank(const Topic &topic) {
-    return {{topic.isUrgent() ? 0 : 1, -score(topic)}, moment(topic.triagedAt)};
+    return {{flag(!topic.isUrgent()), descendingScore(topic)}, moment(topic.triagedAt)};
 }
 
 TopicRank inboxRank(const Topic &topic, Tier tier) {
-    return {{isBeingRead(topic) ? 0 : 1, static_cast<int>(tier), -score(topic)},
+    return {{flag(!isBeingRead(topic)), static_cast<qint8>(tier), descendingScore(topic)},
             ~topic.foundAt.toMSecsSinceEpoch()};
 }
 

@@ -14,9 +14,9 @@
 namespace vorle {
 
 /// What an order goes by, worked out of one topic: the least comes first. Where many are sorted it
-/// is worked out once each.
+/// is worked out once each, and small, as they are moved about.
 struct TopicRank {
-    std::array<int, 3> groups{};
+    std::array<qint8, 3> groups{};
     qint64 moment = 0; ///< ms of the epoch, or its complement where the latest comes first
 
     auto operator<=>(const TopicRank &) const = default;

@@ -76,38 +76,61 @@ TopicStore::~TopicStore() { flush(); }
 void TopicStore::replaceAll(QList<Topic> topics) {
     m_topics.clear();
     m_topics.reserve(topics.size());
-    m_index.clear();
-    m_index.reserve(topics.size());
+    m_positions.clear();
+    m_positions.reserve(topics.size());
+    m_withdrawn.clear();
     giveIdentities(topics);
     for (Topic &topic : topics) {
-        m_index.insert(topic.id, m_topics.size());
-        m_topics.append(std::make_shared<const StoredTopic>(std::move(topic)));
+        append(std::move(topic));
     }
     Q_EMIT topicsReset();
 }
 
+void TopicStore::append(Topic topic) {
+    m_positions.insert(topic.id, m_topics.size() + m_withdrawn.size());
+    m_topics.append(std::make_shared<const StoredTopic>(std::move(topic)));
+}
+
+/// Where the topic stands in the list, or -1.
+qsizetype TopicStore::indexOf(const QUuid &id) const {
+    const qsizetype position = m_positions.value(id, -1);
+    const auto later = std::ranges::lower_bound(m_withdrawn, position);
+    return position - (later - m_withdrawn.begin());
+}
+
 QList<TopicPtr> TopicStore::topics() const {
     requireMainThread(subject);
-    return {m_topics.begin(), m_topics.end()};
+    return m_topics;
 }
 
 QList<TopicPtr> TopicStore::topics(TopicStatus status) const {
     requireMainThread(subject);
     QList<TopicPtr> chosen;
     std::ranges::copy_if(m_topics, std::back_inserter(chosen),
-                         [status](const Node &node) { return node->status == status; });
+                         [status](const TopicPtr &topic) { return topic->status == status; });
     return chosen;
 }
 
 TopicPtr TopicStore::topic(const QUuid &id) const {
     requireMainThread(subject);
-    const auto at = m_index.constFind(id);
-    return at == m_index.constEnd() ? nullptr : m_topics[*at];
+    const qsizetype at = indexOf(id);
+    return at < 0 ? nullptr : m_topics.at(at);
 }
 
 qsizetype TopicStore::position(const QUuid &id) const {
     requireMainThread(subject);
-    return m_index.value(id, -1);
+    return m_positions.value(id, -1);
+}
+
+qsizetype TopicStore::positionAt(qsizetype index) const {
+    requireMainThread(subject);
+    for (const qsizetype withdrawn : m_withdrawn) {
+        if (withdrawn > index) {
+            break;
+        }
+        ++index;
+    }
+    return index;
 }
 
 qsizetype TopicStore::count() const {
@@ -122,10 +145,9 @@ QList<QUuid> TopicStore::add(QList<Topic> topics) {
         if (topic.id.isNull()) {
             topic.id = QUuid::createUuid();
         }
-        if (!m_index.contains(topic.id)) {
+        if (!m_positions.contains(topic.id)) {
             added.append(topic.id);
-            m_index.insert(topic.id, m_topics.size());
-            m_topics.append(std::make_shared<const StoredTopic>(std::move(topic)));
+            append(std::move(topic));
         }
     }
     if (!added.isEmpty()) {
@@ -184,12 +206,13 @@ qsizetype TopicStore::releaseAllPending() {
 qsizetype TopicStore::release(const std::function<bool(const Topic &)> &chosen) {
     requireMainThread(subject);
     QList<QUuid> released;
-    for (Node &node : m_topics) {
-        if (node->status == TopicStatus::Pending && chosen(*node)) {
-            Topic topic = *node;
+    for (qsizetype i = 0; i < m_topics.size(); ++i) {
+        if (const TopicPtr &held = m_topics.at(i);
+            held->status == TopicStatus::Pending && chosen(*held)) {
+            Topic topic = *held;
             topic.status = TopicStatus::Inbox;
             released.append(topic.id);
-            node = std::make_shared<const StoredTopic>(std::move(topic));
+            m_topics[i] = std::make_shared<const StoredTopic>(std::move(topic));
         }
     }
     if (!released.isEmpty()) {
@@ -243,10 +266,9 @@ bool TopicStore::withdrawPending(const QUuid &id, const QUuid &heir) {
     } else if (present->note) {
         return false;
     }
-    m_topics.remove(m_index.take(id));
-    for (qsizetype i = 0; i < m_topics.size(); ++i) {
-        m_index[m_topics[i]->id] = i;
-    }
+    m_topics.removeAt(indexOf(id));
+    const qsizetype position = m_positions.take(id);
+    m_withdrawn.insert(std::ranges::lower_bound(m_withdrawn, position), position);
     save();
     return true;
 }
@@ -352,14 +374,14 @@ bool TopicStore::setGallery(const QUuid &id, QList<Picture> gallery) {
 
 bool TopicStore::change(const QUuid &id, const std::function<void(Topic &)> &edit) {
     requireMainThread(subject);
-    const auto at = m_index.constFind(id);
-    if (at == m_index.constEnd()) {
+    const qsizetype at = indexOf(id);
+    if (at < 0) {
         return false;
     }
-    Topic topic = *m_topics.at(*at);
+    Topic topic = *m_topics.at(at);
     edit(topic);
     topic.id = id;
-    m_topics[*at] = std::make_shared<const StoredTopic>(std::move(topic));
+    m_topics[at] = std::make_shared<const StoredTopic>(std::move(topic));
     save();
     Q_EMIT topicChanged(id);
     return true;

@@ -19,12 +19,7 @@
 
 namespace vorle {
 
-class StoredTopic;
 class TopicWriter;
-
-/// A topic as the store hands it out: shared, never changed. A change of the topic makes a new
-/// one, so what is held stays as it was.
-using TopicPtr = std::shared_ptr<const Topic>;
 
 /// The single owner of all topics and of the topics file. Main thread only: any other thread
 /// stops the program.
@@ -94,14 +89,18 @@ public:
     /// no list of topics. Nothing when all is well, or once it was repaired.
     std::optional<QString> notice() const;
 
-    /// All topics, in the file's order.
+    /// All topics, in the file's order: the store's own list, shared until either changes.
     QList<TopicPtr> topics() const;
     /// The topics of that status, in the file's order.
     QList<TopicPtr> topics(TopicStatus status) const;
     /// The topic with that identity, or nothing.
     TopicPtr topic(const QUuid &id) const;
-    /// Where the topic stands in the file's order, or -1. A topic keeps its place.
+    /// A number that grows along the file's order, or -1 for a topic that is not there. A topic
+    /// keeps its own until the store is loaded again, whatever comes and goes.
     qsizetype position(const QUuid &id) const;
+    /// That of the topic at `index` of all, which is quicker told.
+    /// @param index from 0 to count() - 1
+    qsizetype positionAt(qsizetype index) const;
     qsizetype count() const;
 
     /// Adds topics at the end. One without identity gets one; one whose identity is known
@@ -196,13 +195,13 @@ Q_SIGNALS:
     void saveFailed(const QString &text);
 
 private:
-    using Node = std::shared_ptr<const StoredTopic>;
-
     void load();
     bool readFile();
     void seed();
     QList<Topic> sampleTopics() const;
     void replaceAll(QList<Topic> topics);
+    void append(Topic topic);
+    qsizetype indexOf(const QUuid &id) const;
     bool change(const QUuid &id, const std::function<void(Topic &)> &edit);
     bool decide(const QUuid &id, TopicStatus status, std::optional<Worth> worth = std::nullopt);
     qsizetype release(const std::function<bool(const Topic &)> &chosen);
@@ -214,8 +213,9 @@ private:
     std::optional<QString> m_setAside;
     std::optional<TopicSalvage> m_readable;
     bool m_wasEmpty = false;
-    QList<Node> m_topics;
-    QHash<QUuid, qsizetype> m_index; // where each topic stands in m_topics
+    QList<TopicPtr> m_topics;            // StoredTopics all
+    QHash<QUuid, qsizetype> m_positions; // see position()
+    QList<qsizetype> m_withdrawn;        // the positions nothing has any more, in order
     std::unique_ptr<TopicWriter> m_writer;
     quint64 m_savedUpTo = 0; // the number of the last save that went well
 };

@@ -154,9 +154,9 @@ qsizetype TopicStore::repair() {
         repairSummary(topic);
         ids.insert(topic.id);
     }
-    for (const Node &node : std::as_const(m_topics)) {
-        if (!ids.contains(node->id)) {
-            all.append(*node);
+    for (const TopicPtr &topic : std::as_const(m_topics)) {
+        if (!ids.contains(topic->id)) {
+            all.append(*topic);
         }
     }
     replaceAll(std::move(all));

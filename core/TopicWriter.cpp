@@ -95,7 +95,7 @@ void TopicWriter::workOnce(std::unique_lock<std::mutex> &lock) {
 void TopicWriter::encodeAll(const Snapshot &topics) {
     try {
         for (const auto &topic : topics) {
-            encode(*topic);
+            encoded(topic);
         }
     } catch (const std::bad_alloc &) {
         return; // the save that needs it will say so
@@ -108,8 +108,7 @@ TopicWriter::Outcome TopicWriter::write(const Snapshot &topics, std::optional<Fo
         pieces.reserve(static_cast<std::size_t>(topics.size()) + 2);
         pieces.emplace_back("[");
         for (const auto &topic : topics) {
-            encode(*topic);
-            pieces.emplace_back(topic->m_encoded);
+            pieces.emplace_back(encoded(topic));
         }
         if (!topics.isEmpty()) {
             pieces[1] = pieces[1].sliced(1); // no comma before the first
@@ -129,9 +128,10 @@ TopicWriter::Outcome TopicWriter::write(const Snapshot &topics, std::optional<Fo
     }
 }
 
-void TopicWriter::encode(const StoredTopic &topic) {
+const QByteArray &TopicWriter::encoded(const TopicPtr &held) {
+    const auto &topic = static_cast<const StoredTopic &>(*held);
     if (!topic.m_encoded.isEmpty()) {
-        return;
+        return topic.m_encoded;
     }
     m_scratch.resize(0); // keeps its capacity: growing anew costs more than the encoding
     m_scratch += ",\n  ";
@@ -139,6 +139,7 @@ void TopicWriter::encode(const StoredTopic &topic) {
     json::encodeTo<Topic>(writer, topic);
     m_scratch = writer.take();
     topic.m_encoded = QByteArray(m_scratch.constData(), m_scratch.size());
+    return topic.m_encoded;
 }
 
 } // namespace vorle

@@ -33,7 +33,7 @@ private:
 /// the store's.
 class TopicWriter {
 public:
-    using Snapshot = QList<std::shared_ptr<const StoredTopic>>;
+    using Snapshot = QList<TopicPtr>; ///< of StoredTopics
     using Outcome = std::error_code;
 
     /// `aside`, when given, is where the file's present bytes are kept before the first save.
@@ -70,7 +70,7 @@ private:
     void workOnce(std::unique_lock<std::mutex> &lock);
     Outcome write(const Snapshot &topics, std::optional<FormerFile> &former);
     void encodeAll(const Snapshot &topics);
-    void encode(const StoredTopic &topic);
+    const QByteArray &encoded(const TopicPtr &topic);
 
     const QString m_file;
     std::optional<QString> m_aside; // the writer thread's alone

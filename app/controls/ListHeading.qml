@@ -30,7 +30,7 @@ Item {
         visible: words.visible && heading.count > 0
         text: heading.count.toLocaleString(Qt.locale("fr_FR"), "f", 0)
         color: Theme.inkFaint
-        font.weight: Font.Medium
+        font: Theme.noteFontMedium
         lineHeightMode: Text.FixedHeight
         lineHeight: Theme.scaled(20)
         Accessible.name: heading.count > 1 ? qsTr("%1 sujets").arg(text) : qsTr("1 sujet")

@@ -39,7 +39,7 @@ Rectangle {
         text: badge.look.digits
         color: Theme.pick(badge.look.inkLight, badge.look.inkDark)
         font.family: Theme.displayFamily
-        font.pixelSize: Math.round(badge.size * 0.47)
+        font.pixelSize: Math.round(badge.size * 0.415) // a title's size in a card's badge, shut or open
         font.weight: Font.Bold
         textFormat: Text.PlainText
         Accessible.ignored: true

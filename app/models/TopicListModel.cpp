@@ -37,35 +37,50 @@ bool TopicListModel::belongs(const Topic &topic) const {
     return sectionOf(topic) == topicSection();
 }
 
-TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic) const {
-    return {.topic = topic,
-            .tier = tierOf(*topic),
-            .moved = m_section == sections::Section::Reserve &&
-                     m_reserveActivity.hasMoved(*topic, m_store),
-            .waits = m_waiting.contains(topic->id)};
+TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic, qsizetype position) const {
+    Row row{{.topic = topic,
+             .tier = tierOf(*topic),
+             .moved = m_section == sections::Section::Reserve &&
+                      m_reserveActivity.hasMoved(*topic, m_store),
+             .waits = m_waiting.contains(topic->id)},
+            {}};
+    row.rank = rankIn(topicSection(), row, position);
+    return row;
 }
 
 void TopicListModel::load() {
     m_rows.clear();
-    m_byId.clear();
+    m_ranks.clear();
     m_minutes = 0;
     m_movedCount = 0;
     m_ofRun = 0;
-    const QList<TopicPtr> all = m_store.topics();
     if (m_section == sections::Section::Reserve) {
         m_reserveActivity.load(m_store);
     }
-    for (const TopicPtr &topic : all) {
-        if (belongs(*topic)) {
-            m_rows.append(rowFor(topic));
+    const QList<TopicPtr> all = m_store.topics();
+    std::vector<Row> rows;
+    std::vector<std::pair<SectionRank, std::size_t>> order; // each with where its row is by now
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        if (belongs(*all.at(i))) {
+            const Row &row = rows.emplace_back(rowFor(all.at(i), m_store.positionAt(i)));
+            order.emplace_back(row.rank, order.size());
+            stand(row.rank);
+            tally(row, 1);
         }
     }
-    m_rows = inOrder(topicSection(), std::move(m_rows), m_store);
-    m_byId.reserve(m_rows.size());
-    for (const Row &row : m_rows) {
-        m_byId.insert(row.topic->id, row);
-        tally(row, 1);
+    std::ranges::sort(order);
+    m_rows.reserve(std::ssize(rows));
+    for (const auto &[rank, index] : order) {
+        m_rows.append(std::move(rows[index]));
     }
+}
+
+void TopicListModel::stand(const SectionRank &rank) {
+    const auto position = static_cast<std::size_t>(rank.position);
+    if (m_ranks.size() <= position) {
+        m_ranks.resize(position + 1);
+    }
+    m_ranks[position] = rank;
 }
 
 /// Takes a row into the sums, or out of them.
@@ -104,9 +119,9 @@ void TopicListModel::reposition(const QUuid &id) {
     const qsizetype at = indexOf(id);
     if (topic && belongs(*topic)) {
         if (at < 0) {
-            insert(rowFor(topic));
+            insert(rowFor(topic, m_store.position(id)));
         } else {
-            replace(at, rowFor(topic));
+            replace(at, rowFor(topic, m_store.position(id)));
         }
     } else if (at >= 0) {
         remove(at);
@@ -114,9 +129,9 @@ void TopicListModel::reposition(const QUuid &id) {
 }
 
 void TopicListModel::insert(Row row) {
-    const qsizetype at = lowerBound(row);
+    const qsizetype at = lowerBound(row.rank);
     beginInsertRows({}, static_cast<int>(at), static_cast<int>(at));
-    m_byId.insert(row.topic->id, row);
+    stand(row.rank);
     tally(row, 1);
     m_rows.insert(at, std::move(row));
     endInsertRows();
@@ -126,7 +141,7 @@ void TopicListModel::insert(Row row) {
 void TopicListModel::remove(qsizetype at) {
     beginRemoveRows({}, static_cast<int>(at), static_cast<int>(at));
     const Row row = m_rows.takeAt(at);
-    m_byId.remove(row.topic->id);
+    m_ranks[static_cast<std::size_t>(row.rank.position)] = {};
     tally(row, -1);
     endRemoveRows();
     turn();
@@ -138,12 +153,12 @@ void TopicListModel::replace(qsizetype at, Row row) {
         return;
     }
     // The old row is among those searched: standing just before or just after it is staying.
-    const qsizetype to = lowerBound(row);
+    const qsizetype to = lowerBound(row.rank);
     const bool moves = to != at && to != at + 1;
     if (moves) {
         beginMoveRows({}, static_cast<int>(at), static_cast<int>(at), {}, static_cast<int>(to));
     }
-    m_byId.insert(row.topic->id, row);
+    stand(row.rank);
     tally(old, -1);
     tally(row, 1);
     m_rows[at] = std::move(row);
@@ -159,15 +174,18 @@ void TopicListModel::replace(qsizetype at, Row row) {
 }
 
 qsizetype TopicListModel::indexOf(const QUuid &id) const {
-    const auto known = m_byId.constFind(id);
-    return known == m_byId.constEnd() ? -1 : lowerBound(*known);
+    const qsizetype position = m_store.position(id);
+    if (position < 0 || position >= std::ssize(m_ranks)) {
+        return -1;
+    }
+    const SectionRank &rank = m_ranks[static_cast<std::size_t>(position)];
+    const qsizetype at = rank.position < 0 ? count() : lowerBound(rank);
+    // The store may have been loaded again, and this list not yet.
+    return at < count() && m_rows.at(at).topic->id == id ? at : -1;
 }
 
-qsizetype TopicListModel::lowerBound(const Row &row) const {
-    const auto at = std::ranges::lower_bound(m_rows, row, [this](const Row &a, const Row &b) {
-        return standsBefore(topicSection(), a, b, m_store);
-    });
-    return at - m_rows.begin();
+qsizetype TopicListModel::lowerBound(const SectionRank &rank) const {
+    return std::ranges::lower_bound(m_rows, rank, {}, &Row::rank) - m_rows.begin();
 }
 
 void TopicListModel::tellChanges(int count, int minutes, int moved) {
@@ -293,7 +311,7 @@ void TopicListModel::setWaiting(QSet<QUuid> ids) {
     const QSet<QUuid> before = std::exchange(m_waiting, std::move(ids));
     const auto follow = [this](const QSet<QUuid> &ids, const QSet<QUuid> &others) {
         for (const QUuid &id : ids) {
-            if (!others.contains(id) && m_byId.contains(id)) {
+            if (!others.contains(id) && indexOf(id) >= 0) {
                 reposition(id);
             }
         }

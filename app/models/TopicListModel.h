@@ -13,6 +13,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
+#include <vector>
 
 namespace vorle {
 
@@ -38,7 +39,7 @@ public:
     enum Role {
         Section = Qt::UserRole, ///< "section": the heading over the row: its tier, "Ils ont bougé",
                                 ///< "Novembre 2026"
-        Card                    ///< "topic": TopicCard
+        Card ///< "topic": TopicCard
     };
 
     /// @param section one of the first four
@@ -101,11 +102,15 @@ Q_SIGNALS:
     void turned();
 
 private:
-    using Row = PlacedTopic;
+    struct Row : PlacedTopic {
+        SectionRank rank;
+
+        bool operator==(const Row &) const = default;
+    };
 
     bool belongs(const Topic &topic) const;
     TopicSection topicSection() const { return static_cast<TopicSection>(m_section); }
-    Row rowFor(const TopicPtr &topic) const;
+    Row rowFor(const TopicPtr &topic, qsizetype position) const;
     void load();
     void follow(const QUuid &id);
     void reposition(const QUuid &id);
@@ -113,7 +118,8 @@ private:
     void remove(qsizetype at);
     void replace(qsizetype at, Row row);
     qsizetype indexOf(const QUuid &id) const;
-    qsizetype lowerBound(const Row &row) const;
+    qsizetype lowerBound(const SectionRank &rank) const;
+    void stand(const SectionRank &rank);
     void tellChanges(int count, int minutes, int moved);
     void setWord(QHash<QUuid, QString> &words, const QUuid &id, const QString &word);
     void tally(const Row &row, int times);
@@ -127,7 +133,7 @@ private:
     sections::Section m_section;
     const Clock &m_clock;
     QList<Row> m_rows;
-    QHash<QUuid, Row> m_byId;          // each row again by identity, to find where it stands
+    std::vector<SectionRank> m_ranks;  // of each row, by its position in the store
     ReserveActivity m_reserveActivity; // filled for the reserve alone
     QHash<QUuid, QString> m_briefStates;
     QHash<QUuid, QString> m_captureProblems;

@@ -51,7 +51,8 @@ QtObject {
     readonly property color accentInk: dark ? "#191613" : "#FFFFFF"
     readonly property color accentKey: dark ? "#33191613" : "#38481000"
 
-    // Type: the display face for titles, digits and section names, the system's for the rest.
+    // Type: the display face for titles, digits and section names, the system's for the rest. Few
+    // sizes: each that a screen shows is a font to be made before it shows, half a millisecond each.
     property string displayFamily: "sans-serif"
     property string textFamily: "sans-serif"
     readonly property string codeFamily: mac ? "Menlo" : "monospace"
@@ -65,10 +66,10 @@ QtObject {
     readonly property int textReading: scaled(17)
     readonly property int titleTier: scaled(15)
     readonly property int cardTitle: scaled(17)
-    readonly property int cardTitleOpen: scaled(20)
     readonly property int titleSmall: scaled(17)
-    readonly property int titleCard: scaled(19)
+    readonly property int titleCard: scaled(20)
     readonly property int titleOpen: scaled(25)
+    readonly property int titleName: scaled(27)
     readonly property int titleScreen: scaled(34)
     readonly property real leading: 1.35
     // Whole fonts for what stands in every row of a list: set part by part, each part is bound and
@@ -82,7 +83,7 @@ QtObject {
     readonly property font bodyFontDemi: Qt.font({ family: textFamily, pixelSize: textBody, weight: Font.DemiBold })
     readonly property font keyFont: Qt.font({ family: textFamily, pixelSize: textSmall, weight: Font.Medium })
     readonly property font cardTitleFont: Qt.font({ family: displayFamily, pixelSize: cardTitle, weight: Font.Bold, letterSpacing: -0.012 * cardTitle })
-    readonly property font cardTitleOpenFont: Qt.font({ family: displayFamily, pixelSize: cardTitleOpen, weight: Font.Bold, letterSpacing: -0.012 * cardTitleOpen })
+    readonly property font cardTitleOpenFont: Qt.font({ family: displayFamily, pixelSize: titleCard, weight: Font.Bold, letterSpacing: -0.012 * titleCard })
     readonly property font noteFontDemi: Qt.font({ family: textFamily, pixelSize: textNote, weight: Font.DemiBold })
 
     // A 4 px grid.

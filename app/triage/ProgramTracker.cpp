@@ -44,10 +44,10 @@ bool ProgramTracker::counts(const Topic &topic) const {
 
 /// In the program's order, as it is before any topic is told to wait.
 qsizetype ProgramTracker::indexOf(const TopicPtr &topic) const {
-    const auto before = [this](const TopicPtr &a, const TopicPtr &b) {
-        return standsBefore(TopicSection::Program, {.topic = a}, {.topic = b}, m_store);
+    const auto rank = [this](const TopicPtr &kept) {
+        return rankIn(TopicSection::Program, {.topic = kept}, m_store.position(kept->id));
     };
-    return std::ranges::lower_bound(m_kept, topic, before) - m_kept.begin();
+    return std::ranges::lower_bound(m_kept, rank(topic), {}, rank) - m_kept.begin();
 }
 
 bool ProgramTracker::take(const QUuid &id) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "core/ScoreScale.h"
+#include "core/TopicOrder.h"
 #include "core/TopicStore.h"
 
+#include <compare>
 #include <optional>
 
 namespace vorle {
@@ -26,14 +28,25 @@ struct PlacedTopic {
     bool operator==(const PlacedTopic &) const = default;
 };
 
+/// Where a topic stands in its section: the least first. No two topics of a store have the same.
+struct SectionRank {
+    bool stays = true; ///< of the reserve: it has not moved
+    bool waits = false;
+    TopicRank own;
+    qsizetype position = -1; ///< in the store; -1 stands for no topic
+
+    auto operator<=>(const SectionRank &) const = default;
+};
+
 /// The orders, for the window and the terminal alike:
 /// - À trier: links just captured and still being read; then by tier, score, newest find;
 /// - Programme: what fits in the week, then what waits, each in programOrder's;
 /// - Réserve: topics that have moved, then the latest set aside;
 /// - Bibliothèque: the latest done.
-/// A strict total order: topics that these hold equal stand as the store has them. Main thread.
-bool standsBefore(TopicSection section, const PlacedTopic &a, const PlacedTopic &b,
-                  const TopicStore &store);
+/// Topics that these hold equal stand as the store has them.
+/// @param position in the store
+SectionRank rankIn(TopicSection section, const PlacedTopic &placed, qsizetype position);
+/// Main thread.
 QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
                            const TopicStore &store);
 

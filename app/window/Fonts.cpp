@@ -3,14 +3,29 @@
 #include <QDir>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QThreadPool>
 
 namespace vorle {
+
+#ifndef Q_OS_MACOS
+namespace {
+
+/// The list of all families would read every font there is.
+bool hasInter() { return !QFontDatabase::styles(QStringLiteral("Inter")).isEmpty(); }
+
+} // namespace
+#endif
+
+void Typefaces::listAhead() {
+#ifndef Q_OS_MACOS // there the system keeps the list
+    QThreadPool::globalInstance()->start([] { hasInter(); });
+#endif
+}
 
 Typefaces Typefaces::load() {
     Typefaces faces{QGuiApplication::font().family(), QGuiApplication::font().family()};
 #ifndef Q_OS_MACOS
-    // The list of all families would read every font there is.
-    if (!QFontDatabase::styles(QStringLiteral("Inter")).isEmpty()) {
+    if (hasInter()) {
         faces.text = QStringLiteral("Inter");
         faces.display = faces.text;
         // Whatever a text is set in, its first line is compared with the application's font: one

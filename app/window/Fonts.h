@@ -13,6 +13,9 @@ struct Typefaces {
     /// sans; for the rest the system's face, or on Linux Inter where it is installed, which the
     /// application's own font is from then on.
     static Typefaces load();
+
+    /// Has the system's fonts listed on another thread, which `load` and the first text wait for.
+    static void listAhead();
 };
 
 } // namespace vorle

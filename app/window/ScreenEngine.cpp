@@ -1,5 +1,7 @@
 #include "app/window/ScreenEngine.h"
 
+#include "app/window/Fonts.h"
+
 #include <stdexcept>
 
 namespace vorle {
@@ -8,13 +10,32 @@ namespace {
 
 QUrl urlOf(const QString &screen) { return QUrl(QStringLiteral("qrc:/qt/qml/Vorle/") + screen); }
 
+/// Compiling a script to machine code pays once it ran many times. The library does so at the third
+/// run, which a start reaches for hundreds of them that a window runs no more than that. It reads
+/// the number as its first engine is made, and programs started later have no use for it.
+std::unique_ptr<QQmlEngine> patientEngine() {
+    constexpr const char *variable = "QV4_JIT_CALL_THRESHOLD";
+    const bool own = !qEnvironmentVariableIsSet(variable);
+    if (own) {
+        qputenv(variable, "50");
+    }
+    auto engine = std::make_unique<QQmlEngine>();
+    if (own) {
+        qunsetenv(variable);
+    }
+    return engine;
+}
+
 } // namespace
 
-ScreenEngine::ScreenEngine() { m_qml.addImportPath(QStringLiteral("qrc:/qt/qml")); }
+ScreenEngine::ScreenEngine() : m_qml(patientEngine()) {
+    m_qml->addImportPath(QStringLiteral("qrc:/qt/qml"));
+}
 
 std::unique_ptr<ScreenEngine> ScreenEngine::reading() {
+    Typefaces::listAhead();
     auto engine = std::make_unique<ScreenEngine>();
-    QQmlEngine *qml = &engine->m_qml;
+    QQmlEngine *qml = engine->m_qml.get();
     // The modules that this names are set up by this thread, which the other would wait for.
     engine->m_look.emplace(qml, urlOf(QStringLiteral("theme/Look.qml")));
     engine->m_main.emplace(qml, urlOf(QStringLiteral("screens/Main.qml")),
@@ -23,7 +44,7 @@ std::unique_ptr<ScreenEngine> ScreenEngine::reading() {
 }
 
 std::unique_ptr<QObject> ScreenEngine::made(const QString &screen, const QVariantMap &properties) {
-    QQmlComponent component(&m_qml, urlOf(screen));
+    QQmlComponent component(m_qml.get(), urlOf(screen));
     std::unique_ptr<QObject> object(
         component.isReady() ? component.createWithInitialProperties(properties) : nullptr);
     if (!object) {

@@ -15,8 +15,9 @@ class ScreenEngine {
 public:
     ScreenEngine();
 
-    /// One that reads the main window's screens from now on, on a thread of its own: whatever they
-    /// show can be made meanwhile. `made` waits for what is being read.
+    /// One that reads the main window's screens from now on, on a thread of its own, beside the
+    /// list of the system's fonts: whatever they show can be made meanwhile. `made` waits for what
+    /// is being read.
     static std::unique_ptr<ScreenEngine> reading();
 
     /// A screen, with these properties from the beginning.
@@ -24,10 +25,10 @@ public:
     /// @throws std::runtime_error when it cannot be loaded: a fault of the build
     std::unique_ptr<QObject> made(const QString &screen, const QVariantMap &properties);
 
-    QQmlEngine &qml() { return m_qml; }
+    QQmlEngine &qml() { return *m_qml; }
 
 private:
-    QQmlEngine m_qml;
+    std::unique_ptr<QQmlEngine> m_qml;
     std::optional<QQmlComponent> m_look; // which all screens lean on
     std::optional<QQmlComponent> m_main;
 };

@@ -185,13 +185,45 @@ TEST_F(TopicStoreTest, takes_away_a_runs_pending_topic_alone) {
     EXPECT_FALSE(store->withdrawPending(QUuid::createUuid(), QUuid()));
     EXPECT_TRUE(store->withdrawPending(ids[0], QUuid()));
     EXPECT_EQ(store->count(), 2);
-    for (const qsizetype index : {0, 1}) {
-        EXPECT_EQ(store->topics()[index]->id, ids[index + 1]);
-        EXPECT_EQ(store->position(ids[index + 1]), index);
-    }
     store->keep(ids[2]);
     ASSERT_TRUE(store->flush());
     EXPECT_EQ(onDisk().size(), 2);
+}
+
+// Lists remember where their topics stand by these numbers, and are not told of what goes unseen.
+TEST_F(TopicStoreTest, keeps_each_topics_position_whatever_comes_and_goes) {
+    auto store = open();
+    const auto add = [&](int count) {
+        Topic topic = sampleTopic(QStringLiteral("p"), TopicStatus::Pending);
+        topic.id = {}; // each gets its own
+        return store->add(QList<Topic>(count, topic));
+    };
+    const auto first = add(7);
+    QHash<QUuid, qsizetype> positions;
+    for (const QUuid &id : first) {
+        positions.insert(id, store->position(id));
+    }
+    for (const qsizetype gone : {3, 0, 6, 5}) {
+        ASSERT_TRUE(store->withdrawPending(first[gone], QUuid()));
+        positions.remove(first[gone]);
+        EXPECT_EQ(store->position(first[gone]), -1);
+        EXPECT_EQ(store->topic(first[gone]), nullptr);
+    }
+    for (const QUuid &id : add(2)) {
+        EXPECT_GT(store->position(id), std::ranges::max(positions.values()));
+        positions.insert(id, store->position(id));
+    }
+    ASSERT_TRUE(store->setNote(first[4], QStringLiteral("a note")));
+    const auto topics = store->topics();
+    ASSERT_EQ(topics.size(), 5);
+    EXPECT_EQ(topics[2]->note, QStringLiteral("a note"));
+    for (qsizetype index = 0; index < topics.size(); ++index) {
+        const QUuid &id = topics[index]->id;
+        EXPECT_EQ(store->topic(id), topics[index]);
+        EXPECT_EQ(store->position(id), positions.value(id, -2));
+        EXPECT_EQ(store->positionAt(index), store->position(id));
+        EXPECT_TRUE(index == 0 || store->positionAt(index - 1) < store->positionAt(index));
+    }
 }
 
 TEST_F(TopicStoreTest, repairs_summaries_that_end_with_a_name) {

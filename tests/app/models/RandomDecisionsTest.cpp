@@ -37,7 +37,10 @@ protected:
         if (topic.status == TopicStatus::Pending && pick(2) == 0) {
             topic.capturedURL = topic.sources.first().url;
         }
-        shelf.store.add({topic});
+        const QUuid id = shelf.store.add({topic}).first();
+        if (pick(3) == 0) { // a run may find out that it is another topic's page
+            shelf.store.withdrawPending(id, QUuid());
+        }
     }
     void decide(const QString &id) {
         switch (pick(11)) {
