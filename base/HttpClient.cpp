@@ -350,7 +350,7 @@ void HttpClient::Private::watch(curl_socket_t socket, int what) {
 }
 
 HttpClient::HttpClient(bool allowLoopback, QObject *parent)
-    : QObject(parent), d(std::make_unique<Private>(allowLoopback)) {}
+    : QObject(parent), m_allowLoopback(allowLoopback) {}
 
 HttpClient::~HttpClient() = default;
 
@@ -359,6 +359,9 @@ Task<HttpResponse> HttpClient::get(HttpRequest request, CancelToken cancel) {
     cancel.throwIfCancelled();
     const auto exchange = std::make_shared<Private::Exchange>();
     exchange->request = std::move(request);
+    if (!d) {
+        d = std::make_unique<Private>(m_allowLoopback);
+    }
     d->start(exchange);
     // From here on `this` may go: only the exchange is touched.
     const auto registration = cancel.onCancel([exchange] {

@@ -74,7 +74,8 @@ public:
 
 private:
     class Private;
-    std::unique_ptr<Private> d;
+    bool m_allowLoopback;
+    std::unique_ptr<Private> d; // from the first request on: starting TLS reads files
 };
 
 } // namespace vorle

@@ -253,7 +253,9 @@ void measureIdle() {
         program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/vorle"),
                       QStringList());
         program.waitForStarted();
-        QThread::sleep(10); // shown, what was loaded encoded, the pool's threads gone or asleep
+        // Shown, what was loaded encoded, the pool's threads gone, and the mascot of an empty
+        // section dozed off: until then it blinks.
+        QThread::sleep(50);
         const Standing before = Standing::of(program.processId());
         QThread::sleep(idleSeconds);
         const Standing after = Standing::of(program.processId());

@@ -12,30 +12,34 @@ qint64 moment(const std::optional<QDateTime> &date) {
     return date ? date->toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
 }
 
-qint8 flag(bool set) { return set ? 1 : 0; }
-
 /// The higher, the sooner. What no judge gives, and a file may hold, comes to the ends.
-qint8 descendingScore(const Topic &topic) {
-    constexpr int most = std::numeric_limits<qint8>::max();
-    return static_cast<qint8>(-std::clamp(shownScore(topic).value_or(0), -most, most));
+quint32 scorePlace(const Topic &topic) {
+    constexpr int middle = 127;
+    return static_cast<quint32>(middle -
+                                std::clamp(shownScore(topic).value_or(0), -middle, middle));
+}
+
+/// Groups within groups, the first before all; the last two are below 256.
+quint32 group(bool later, quint32 second, quint32 third) {
+    return (later ? 1U << 16 : 0U) | second << 8 | third;
 }
 
 } // namespace
 
-TopicRank latestTriagedRank(const Topic &topic) { return {{}, ~moment(topic.triagedAt)}; }
+TopicRank latestTriagedRank(const Topic &topic) { return {0, ~moment(topic.triagedAt)}; }
 
-TopicRank latestDoneRank(const Topic &topic) { return {{}, ~moment(topic.doneAt)}; }
+TopicRank latestDoneRank(const Topic &topic) { return {0, ~moment(topic.doneAt)}; }
 
 TopicRank urgencyRank(const Topic &topic) {
-    return {{flag(!topic.isUrgent())}, moment(topic.triagedAt)};
+    return {group(!topic.isUrgent(), 0, 0), moment(topic.triagedAt)};
 }
 
 TopicRank programRank(const Topic &topic) {
-    return {{flag(!topic.isUrgent()), descendingScore(topic)}, moment(topic.triagedAt)};
+    return {group(!topic.isUrgent(), 0, scorePlace(topic)), moment(topic.triagedAt)};
 }
 
 TopicRank inboxRank(const Topic &topic, Tier tier) {
-    return {{flag(!isBeingRead(topic)), static_cast<qint8>(tier), descendingScore(topic)},
+    return {group(!isBeingRead(topic), static_cast<quint32>(tier), scorePlace(topic)),
             ~topic.foundAt.toMSecsSinceEpoch()};
 }
 

@@ -8,7 +8,6 @@
 #include <QLocale>
 #include <QTimeZone>
 
-#include <array>
 #include <compare>
 
 namespace vorle {
@@ -16,7 +15,7 @@ namespace vorle {
 /// What an order goes by, worked out of one topic: the least comes first. Where many are sorted it
 /// is worked out once each, and small, as they are moved about.
 struct TopicRank {
-    std::array<qint8, 3> groups{};
+    quint32 group = 0; ///< up to 24 bits of it: whoever sorts in sections has the others
     qint64 moment = 0; ///< ms of the epoch, or its complement where the latest comes first
 
     auto operator<=>(const TopicRank &) const = default;

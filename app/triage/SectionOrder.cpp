@@ -46,7 +46,11 @@ std::optional<TopicSection> sectionOf(const Topic &topic) {
 }
 
 SectionRank rankIn(TopicSection section, const PlacedTopic &placed, qsizetype position) {
-    return {!placed.moved, placed.waits, ownRank(section, placed), position};
+    constexpr quint32 stays = 1U << 25;
+    constexpr quint32 waits = 1U << 24;
+    TopicRank rank = ownRank(section, placed);
+    rank.group |= (placed.moved ? 0U : stays) | (placed.waits ? waits : 0U);
+    return {rank, position};
 }
 
 QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,

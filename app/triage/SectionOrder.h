@@ -30,9 +30,7 @@ struct PlacedTopic {
 
 /// Where a topic stands in its section: the least first. No two topics of a store have the same.
 struct SectionRank {
-    bool stays = true; ///< of the reserve: it has not moved
-    bool waits = false;
-    TopicRank own;
+    TopicRank own;           ///< with what comes before all: whether it moved, whether it waits
     qsizetype position = -1; ///< in the store; -1 stands for no topic
 
     auto operator<=>(const SectionRank &) const = default;
