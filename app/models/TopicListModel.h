@@ -39,7 +39,7 @@ public:
     enum Role {
         Section = Qt::UserRole, ///< "section": the heading over the row: its tier, "Ils ont bougé",
                                 ///< "Novembre 2026"
-        Card ///< "topic": TopicCard
+        Card                    ///< "topic": TopicCard
     };
 
     /// @param section one of the first four
