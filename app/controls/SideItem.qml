@@ -62,7 +62,7 @@ Item {
         color: item.current ? Theme.ink : Theme.inkSoft
         font.family: Theme.textFamily
         font.pixelSize: Theme.textMenu
-        font.weight: item.current ? Font.DemiBold : Font.Medium
+        font.weight: Font.Medium
         textFormat: Text.PlainText
         Accessible.ignored: true
     }
