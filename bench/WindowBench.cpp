@@ -105,7 +105,7 @@ void pressKeys(int &argc, char **argv) {
     const QApplication qt(argc, argv);
     Application app(setup());
     // The window's most laborious line: it looks whether all came with the last search.
-    const QDateTime end = app.store().topics().first()->foundAt.addSecs(60);
+    const QDateTime end = app.store().topics().constFirst()->foundAt.addSecs(60);
     app.preferences().change(&Settings::lastReport, LastReport{end, 10'000, 0, 600, {}});
     Window window(app);
     QQuickWindow &shown = window.main.window();

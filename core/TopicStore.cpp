@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::string_view subject = "vorle/TopicStore";
 
+/// What the writer takes: it keeps a topic's bytes beside it.
+TopicPtr stored(Topic topic) { return std::make_shared<const StoredTopic>(std::move(topic)); }
+
 /// What came to a topic before it was judged once more is its user's.
 void keepWhatCame(Topic &judged, const Topic &present) {
     judged.note = present.note;
@@ -87,8 +90,9 @@ void TopicStore::replaceAll(QList<Topic> topics) {
 }
 
 void TopicStore::append(Topic topic) {
-    m_positions.insert(topic.id, m_topics.size() + m_withdrawn.size());
-    m_topics.append(std::make_shared<const StoredTopic>(std::move(topic)));
+    const QUuid id = topic.id;
+    m_topics.append(stored(std::move(topic)));
+    m_positions.insert(id, m_topics.size() + m_withdrawn.size() - 1);
 }
 
 /// Where the topic stands in the list, or -1.
@@ -212,7 +216,7 @@ qsizetype TopicStore::release(const std::function<bool(const Topic &)> &chosen) 
             Topic topic = *held;
             topic.status = TopicStatus::Inbox;
             released.append(topic.id);
-            m_topics[i] = std::make_shared<const StoredTopic>(std::move(topic));
+            m_topics[i] = stored(std::move(topic));
         }
     }
     if (!released.isEmpty()) {
@@ -266,6 +270,7 @@ bool TopicStore::withdrawPending(const QUuid &id, const QUuid &heir) {
     } else if (present->note) {
         return false;
     }
+    m_withdrawn.reserve(m_withdrawn.size() + 1); // what fails for want of memory changes nothing
     m_topics.removeAt(indexOf(id));
     const qsizetype position = m_positions.take(id);
     m_withdrawn.insert(std::ranges::lower_bound(m_withdrawn, position), position);
@@ -381,7 +386,7 @@ bool TopicStore::change(const QUuid &id, const std::function<void(Topic &)> &edi
     Topic topic = *m_topics.at(at);
     edit(topic);
     topic.id = id;
-    m_topics[at] = std::make_shared<const StoredTopic>(std::move(topic));
+    m_topics[at] = stored(std::move(topic));
     save();
     Q_EMIT topicChanged(id);
     return true;

@@ -48,7 +48,7 @@ Task<ExitStatus> exporter(Context &context, OnDemand<TopicStore> opened) {
     const TopicStore &store = *opened;
     requireReadable(store);
     QList<Topic> topics;
-    for (const TopicPtr &topic : store.topics()) {
+    for (const QList<TopicPtr> all = store.topics(); const TopicPtr &topic : all) {
         topics += *topic;
     }
     const QDateTime now = QDateTime::currentDateTimeUtc();

@@ -39,7 +39,8 @@ Rectangle {
         text: badge.look.digits
         color: Theme.pick(badge.look.inkLight, badge.look.inkDark)
         font.family: Theme.displayFamily
-        font.pixelSize: Math.round(badge.size * 0.415) // a title's size in a card's badge, shut or open
+        // In a card's badge, shut or open, a title's size at the usual size of type.
+        font.pixelSize: Math.max(12, Math.round(badge.size * 0.415))
         font.weight: Font.Bold
         textFormat: Text.PlainText
         Accessible.ignored: true

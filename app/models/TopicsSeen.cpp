@@ -4,7 +4,7 @@ namespace vorle {
 
 TopicsSeen TopicsSeen::of(const TopicStore &store, const QDateTime &now) {
     TopicsSeen seen{.at = now, .last = {}, .held = {}};
-    for (const TopicPtr &topic : store.topics()) {
+    for (const QList<TopicPtr> all = store.topics(); const TopicPtr &topic : all) {
         if (topic->status == TopicStatus::Pending) {
             seen.held += topic->id;
         } else {

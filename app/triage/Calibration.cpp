@@ -106,10 +106,10 @@ QList<TopicPtr> Calibration::decidedSinceStart() const {
     const auto &start = m_preferences.settings().calibrationStart;
     QList<TopicPtr> decided;
     if (start) {
-        std::ranges::copy_if(
-            m_store.topics(), std::back_inserter(decided), [&](const TopicPtr &topic) {
-                return isDecided(*topic) && topic->triagedAt && *topic->triagedAt >= *start;
-            });
+        const QList<TopicPtr> all = m_store.topics();
+        std::ranges::copy_if(all, std::back_inserter(decided), [&](const TopicPtr &topic) {
+            return isDecided(*topic) && topic->triagedAt && *topic->triagedAt >= *start;
+        });
     }
     return decided;
 }

@@ -18,7 +18,7 @@ void ProgramTracker::load() {
     m_week = thisWeek();
     m_counted.clear();
     m_kept.clear();
-    for (const TopicPtr &topic : m_store.topics()) {
+    for (const QList<TopicPtr> all = m_store.topics(); const TopicPtr &topic : all) {
         if (counts(*topic)) {
             m_counted.insert(topic->id, topic);
             if (topic->status == TopicStatus::Program) {

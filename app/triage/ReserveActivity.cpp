@@ -84,7 +84,7 @@ void ReserveActivity::reachBack(qint64 since, const TopicStore &store) {
     if (since >= m_since) {
         return;
     }
-    for (const TopicPtr &topic : store.topics()) {
+    for (const QList<TopicPtr> all = store.topics(); const TopicPtr &topic : all) {
         const qint64 found = topic->foundAt.toMSecsSinceEpoch();
         if (since < found && found <= m_since) {
             add(*topic);

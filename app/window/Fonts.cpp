@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFontDatabase>
 #include <QGuiApplication>
-#include <QThreadPool>
 
 namespace vorle {
 
@@ -16,9 +15,9 @@ bool hasInter() { return !QFontDatabase::styles(QStringLiteral("Inter")).isEmpty
 } // namespace
 #endif
 
-void Typefaces::listAhead() {
+void Typefaces::list() {
 #ifndef Q_OS_MACOS // there the system keeps the list
-    QThreadPool::globalInstance()->start([] { hasInter(); });
+    hasInter();
 #endif
 }
 

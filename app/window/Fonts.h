@@ -14,8 +14,9 @@ struct Typefaces {
     /// application's own font is from then on.
     static Typefaces load();
 
-    /// Has the system's fonts listed on another thread, which `load` and the first text wait for.
-    static void listAhead();
+    /// Has the system's fonts listed, which `load` and the first text would wait for. Any thread,
+    /// while there is an application.
+    static void list();
 };
 
 } // namespace vorle

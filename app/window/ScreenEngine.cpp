@@ -3,6 +3,8 @@
 #include "app/window/Fonts.h"
 
 #include <stdexcept>
+#include <system_error>
+#include <utility>
 
 namespace vorle {
 
@@ -12,12 +14,13 @@ QUrl urlOf(const QString &screen) { return QUrl(QStringLiteral("qrc:/qt/qml/Vorl
 
 /// An engine that runs the screens' scripts as bytecode. Qt makes machine code of each at its third
 /// call, three hundred of them during a start, and takes longer over it than these short bindings
-/// ever win back: keys and frames take as long without (see bench/). It reads the number of calls
+/// ever win back: keys and frames take as long without (docs/benchmarks.md). It reads the number of calls
 /// as the first engine is made; programs started later have no use for it. See Qt's "Configuring
 /// the JavaScript Engine".
 std::unique_ptr<QQmlEngine> bytecodeEngine() {
     constexpr const char *variable = "QV4_JIT_CALL_THRESHOLD";
-    const bool own = !qEnvironmentVariableIsSet(variable);
+    static bool first = true; // other threads may read the environment later
+    const bool own = std::exchange(first, false) && !qEnvironmentVariableIsSet(variable);
     if (own) {
         qputenv(variable, "1000000000");
     }
@@ -34,9 +37,18 @@ ScreenEngine::ScreenEngine() : m_qml(bytecodeEngine()) {
     m_qml->addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
+ScreenEngine::~ScreenEngine() {
+    if (m_fonts.joinable()) {
+        m_fonts.join();
+    }
+}
+
 std::unique_ptr<ScreenEngine> ScreenEngine::reading() {
-    Typefaces::listAhead();
     auto engine = std::make_unique<ScreenEngine>();
+    try {
+        engine->m_fonts = std::thread(&Typefaces::list);
+    } catch (const std::system_error &) { // too many processes: the first text has them listed
+    }
     QQmlEngine *qml = engine->m_qml.get();
     // The modules that this names are set up by this thread, which the other would wait for.
     engine->m_look.emplace(qml, urlOf(QStringLiteral("theme/Look.qml")));

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <thread>
 
 namespace vorle {
 
@@ -14,10 +15,12 @@ namespace vorle {
 class ScreenEngine {
 public:
     ScreenEngine();
+    /// Waits for the list of fonts.
+    ~ScreenEngine();
 
-    /// One that reads the main window's screens from now on, on a thread of its own, beside the
-    /// list of the system's fonts: whatever they show can be made meanwhile. `made` waits for what
-    /// is being read.
+    /// One that reads the main window's screens from now on, and has the system's fonts listed,
+    /// each on a thread of its own: whatever the screens show can be made meanwhile. `made` waits
+    /// for what is being read.
     static std::unique_ptr<ScreenEngine> reading();
 
     /// A screen, with these properties from the beginning.
@@ -31,6 +34,7 @@ private:
     std::unique_ptr<QQmlEngine> m_qml;
     std::optional<QQmlComponent> m_look; // which all screens lean on
     std::optional<QQmlComponent> m_main;
+    std::thread m_fonts;
 };
 
 } // namespace vorle

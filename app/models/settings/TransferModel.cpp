@@ -100,7 +100,7 @@ Task<> TransferModel::writeOut(Asked asked) {
     }
     asked.model->begin(tr("J’exporte."));
     QList<Topic> topics;
-    for (const TopicPtr &topic : store.topics()) {
+    for (const QList<TopicPtr> all = store.topics(); const TopicPtr &topic : all) {
         topics += *topic;
     }
     const qsizetype count = topics.size();

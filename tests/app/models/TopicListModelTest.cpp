@@ -143,6 +143,47 @@ TEST(TopicListModel, sets_what_does_not_fit_in_the_week_below_the_line) {
     EXPECT_FALSE(budget.finished());
 }
 
+// Whoever hears of it before the lists did asks them for rows that stand no longer where they
+// stood.
+TEST(TopicListModel, is_what_it_would_be_made_anew_once_the_store_is_loaded_again) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("topics.json"));
+    const test::FixedClock clock;
+    {
+        TopicStore store(path, Resources(), clock);
+        store.add({scored("first", 5), scored("second", 9), scored("third", 7)});
+        ASSERT_TRUE(store.flush());
+    }
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.resize(file.size() - 2)); // its end is missing
+    file.close();
+    TopicStore store(path, Resources(), clock);
+    const auto held = store.add({scored("a", 1, TopicStatus::Pending), scored("b", 8),
+                                 scored("c", 6, TopicStatus::Pending), scored("d", 7)});
+    ASSERT_TRUE(store.withdrawPending(held[2], QUuid()));
+    int asked = 0;
+    std::unique_ptr<TopicListModel> list;
+    QObject::connect(&store, &TopicStore::topicsReset, &store, [&] {
+        for (const TopicPtr &topic : store.topics()) {
+            const int row = list->rowOf(topic->id.toString());
+            EXPECT_TRUE(row < 0 || QUuid::fromString(list->topicIdAt(row)) == topic->id);
+            ++asked;
+        }
+        store.setCorrection(held[3], Correction{10, {}, {}, {}});
+    });
+    list = std::make_unique<TopicListModel>(store, Section::Inbox, clock);
+    EXPECT_EQ(store.repair(), 3);
+    EXPECT_EQ(asked, 6);
+    QStringList titles;
+    for (const TopicPtr &topic : list->topics()) {
+        EXPECT_EQ(list->rowOf(topic->id.toString()), titles.size());
+        EXPECT_EQ(store.topic(topic->id), topic);
+        titles += topic->title;
+    }
+    EXPECT_EQ(titles.join(u' '), QStringLiteral("d second b third first"));
+}
+
 TEST(TopicListModel, words_a_card) {
     Shelf shelf;
     Topic topic = scored("undici 7.18", 9);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 
 namespace vorle {
 namespace {
@@ -56,6 +57,21 @@ TEST(SectionOrder, puts_each_sections_topics_and_headings_in_one_order) {
           {"judged link", Inbox, 5, 1, true}},
          "[En cours de lecture] link [Urgent] flaw [Très pertinents] best newer twin older "
          "[Bons à savoir] judged link low"},
+        // A file may hold scores that no judge gives.
+        {TopicSection::Inbox,
+         {{"least", Inbox, INT_MIN},
+          {"below", Inbox, -5},
+          {"best", Inbox, 10},
+          {"beyond", Inbox, 300},
+          {"most", Inbox, INT_MAX},
+          {"flaw", Inbox, INT_MIN, 1, false, true}},
+         "[Urgent] flaw [Très pertinents] beyond most best [À creuser] below least"},
+        {TopicSection::Program,
+         {{"long", Program, INT_MAX, 1, false, true, false, true},
+          {"short", Program, INT_MIN},
+          {"flaw", Program, INT_MIN, 1, false, true}},
+         "[Urgent] flaw [À creuser] short "
+         "[Ce qui suit ne tient pas dans ta semaine, et t’attend] long"},
         {TopicSection::Program,
          {{"long", Program, 10, 1, false, false, false, true},
           {"late", Program, 8, 2},
