@@ -14,9 +14,9 @@ QUrl urlOf(const QString &screen) { return QUrl(QStringLiteral("qrc:/qt/qml/Vorl
 
 /// An engine that runs the screens' scripts as bytecode. Qt makes machine code of each at its third
 /// call, three hundred of them during a start, and takes longer over it than these short bindings
-/// ever win back: keys and frames take as long without (docs/benchmarks.md). It reads the number of calls
-/// as the first engine is made; programs started later have no use for it. See Qt's "Configuring
-/// the JavaScript Engine".
+/// ever win back: keys and frames take as long without (docs/benchmarks.md). It reads the number of
+/// calls as the first engine is made; programs started later have no use for it. See Qt's
+/// "Configuring the JavaScript Engine".
 std::unique_ptr<QQmlEngine> bytecodeEngine() {
     constexpr const char *variable = "QV4_JIT_CALL_THRESHOLD";
     static bool first = true; // other threads may read the environment later
