@@ -70,7 +70,7 @@ QList<TopicPtr> topicsOf(TopicStatus status, const TopicStore &store,
                               .waits = waits.contains(topic)};
     }
     topics.clear();
-    for (const PlacedTopic &each : inOrder(*section, std::move(placed), store)) {
+    for (const PlacedTopic &each : inOrder(*section, placed, store)) {
         topics += each.topic;
     }
     return topics;

@@ -106,7 +106,7 @@ QString topicCards(const Console &console, const QList<TopicPtr> &topics, const 
     }
     QStringList blocks;
     QString heading;
-    for (const PlacedTopic &each : inOrder(section, std::move(placed), store)) {
+    for (const PlacedTopic &each : inOrder(section, placed, store)) {
         if (const QString own = headingOf(section, each); own != heading) {
             blocks += console.bold(own);
             heading = own;

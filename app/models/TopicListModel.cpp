@@ -38,14 +38,12 @@ bool TopicListModel::belongs(const Topic &topic) const {
 }
 
 TopicListModel::Row TopicListModel::rowFor(const TopicPtr &topic, qsizetype position) const {
-    Row row{{.topic = topic,
-             .tier = tierOf(*topic),
-             .moved = m_section == sections::Section::Reserve &&
-                      m_reserveActivity.hasMoved(*topic, m_store),
-             .waits = m_waiting.contains(topic->id)},
-            {}};
-    row.rank = rankIn(topicSection(), row, position);
-    return row;
+    const PlacedTopic placed{.topic = topic,
+                             .tier = tierOf(*topic),
+                             .moved = m_section == sections::Section::Reserve &&
+                                      m_reserveActivity.hasMoved(*topic, m_store),
+                             .waits = m_waiting.contains(topic->id)};
+    return {placed, rankIn(topicSection(), placed, position)};
 }
 
 void TopicListModel::load() {
@@ -59,20 +57,14 @@ void TopicListModel::load() {
     }
     const QList<TopicPtr> all = m_store.topics();
     std::vector<Row> rows;
-    std::vector<std::pair<SectionRank, std::size_t>> order; // each with where its row is by now
     for (qsizetype i = 0; i < all.size(); ++i) {
         if (belongs(*all.at(i))) {
             const Row &row = rows.emplace_back(rowFor(all.at(i), m_store.positionAt(i)));
-            order.emplace_back(row.rank, order.size());
             stand(row.rank);
             tally(row, 1);
         }
     }
-    std::ranges::sort(order);
-    m_rows.reserve(std::ssize(rows));
-    for (const auto &[rank, index] : order) {
-        m_rows.append(std::move(rows[index]));
-    }
+    m_rows = inOrder(std::move(rows));
 }
 
 void TopicListModel::stand(const SectionRank &rank) {

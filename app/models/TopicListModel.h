@@ -102,11 +102,7 @@ Q_SIGNALS:
     void turned();
 
 private:
-    struct Row : PlacedTopic {
-        SectionRank rank;
-
-        bool operator==(const Row &) const = default;
-    };
+    using Row = RankedTopic;
 
     bool belongs(const Topic &topic) const;
     TopicSection topicSection() const { return static_cast<TopicSection>(m_section); }

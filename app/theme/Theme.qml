@@ -52,7 +52,7 @@ QtObject {
     readonly property color accentKey: dark ? "#33191613" : "#38481000"
 
     // Type: the display face for titles, digits and section names, the system's for the rest. Few
-    // sizes: each that a screen shows is a font to be made before it shows, half a millisecond each.
+    // sizes: each that a screen shows is a font to be made before it shows.
     property string displayFamily: "sans-serif"
     property string textFamily: "sans-serif"
     readonly property string codeFamily: mac ? "Menlo" : "monospace"

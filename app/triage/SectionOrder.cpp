@@ -53,17 +53,26 @@ SectionRank rankIn(TopicSection section, const PlacedTopic &placed, qsizetype po
     return {rank, position};
 }
 
-QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
+QList<RankedTopic> inOrder(TopicSection section, const QList<PlacedTopic> &topics,
                            const TopicStore &store) {
-    std::vector<std::pair<SectionRank, qsizetype>> ranks; // each with where it stands by now
-    ranks.reserve(topics.size());
+    std::vector<RankedTopic> ranked;
+    ranked.reserve(topics.size());
     for (const PlacedTopic &placed : topics) {
-        ranks.emplace_back(rankIn(section, placed, store.position(placed.topic->id)),
-                           std::ssize(ranks));
+        ranked.push_back({placed, rankIn(section, placed, store.position(placed.topic->id))});
+    }
+    return inOrder(std::move(ranked));
+}
+
+QList<RankedTopic> inOrder(std::vector<RankedTopic> topics) {
+    // Only the ranks are moved about, each with where its topic stands by now.
+    std::vector<std::pair<SectionRank, std::size_t>> ranks;
+    ranks.reserve(topics.size());
+    for (const RankedTopic &topic : topics) {
+        ranks.emplace_back(topic.rank, ranks.size());
     }
     std::ranges::sort(ranks);
-    QList<PlacedTopic> sorted;
-    sorted.reserve(topics.size());
+    QList<RankedTopic> sorted;
+    sorted.reserve(std::ssize(topics));
     for (const auto &[rank, index] : ranks) {
         sorted.append(std::move(topics[index]));
     }

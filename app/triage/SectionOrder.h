@@ -6,6 +6,7 @@
 
 #include <compare>
 #include <optional>
+#include <vector>
 
 namespace vorle {
 
@@ -36,6 +37,12 @@ struct SectionRank {
     auto operator<=>(const SectionRank &) const = default;
 };
 
+struct RankedTopic : PlacedTopic {
+    SectionRank rank;
+
+    bool operator==(const RankedTopic &) const = default;
+};
+
 /// The orders, for the window and the terminal alike:
 /// - À trier: links just captured and still being read; then by tier, score, newest find;
 /// - Programme: what fits in the week, then what waits, each in programOrder's;
@@ -45,7 +52,9 @@ struct SectionRank {
 /// @param position in the store
 SectionRank rankIn(TopicSection section, const PlacedTopic &placed, qsizetype position);
 /// Main thread.
-QList<PlacedTopic> inOrder(TopicSection section, QList<PlacedTopic> topics,
+QList<RankedTopic> inOrder(TopicSection section, const QList<PlacedTopic> &topics,
                            const TopicStore &store);
+/// By ranks that are known.
+QList<RankedTopic> inOrder(std::vector<RankedTopic> topics);
 
 } // namespace vorle
