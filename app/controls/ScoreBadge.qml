@@ -39,8 +39,8 @@ Rectangle {
         text: badge.look.digits
         color: Theme.pick(badge.look.inkLight, badge.look.inkDark)
         font.family: Theme.displayFamily
-        // In a card's badge, shut or open, a title's size at the usual size of type.
-        font.pixelSize: Math.max(12, Math.round(badge.size * 0.415))
+        scale: Math.min(1, (badge.size - 8) / implicitWidth) // a file may hold scores of ten digits
+        font.pixelSize: Math.round(badge.size * 0.47)
         font.weight: Font.Bold
         textFormat: Text.PlainText
         Accessible.ignored: true

@@ -34,7 +34,7 @@ Item {
         text: visible ? frame.letterOf(frame.site) : ""
         color: Theme.inkSoft
         font.family: Theme.displayFamily
-        font.pixelSize: Math.round(Math.min(frame.height * 0.44, 27))
+        font.pixelSize: Math.round(Math.min(frame.height * 0.44, 30))
         font.weight: Font.Bold
         textFormat: Text.PlainText
         Accessible.ignored: true

@@ -54,7 +54,7 @@ AccessibilityBarrier {
         Title {
             visible: !bar.tight
             text: qsTr("vorle")
-            size: Theme.titleName
+            size: Theme.scaled(26)
             Accessible.ignored: true // as the window is called
             anchors.verticalCenter: parent.verticalCenter
         }

@@ -66,10 +66,10 @@ QtObject {
     readonly property int textReading: scaled(17)
     readonly property int titleTier: scaled(15)
     readonly property int cardTitle: scaled(17)
+    readonly property int cardTitleOpen: scaled(20)
     readonly property int titleSmall: scaled(17)
-    readonly property int titleCard: scaled(20)
+    readonly property int titleCard: scaled(19)
     readonly property int titleOpen: scaled(25)
-    readonly property int titleName: scaled(27)
     readonly property int titleScreen: scaled(34)
     readonly property real leading: 1.35
     // Whole fonts for what stands in every row of a list: set part by part, each part is bound and
@@ -83,7 +83,7 @@ QtObject {
     readonly property font bodyFontDemi: Qt.font({ family: textFamily, pixelSize: textBody, weight: Font.DemiBold })
     readonly property font keyFont: Qt.font({ family: textFamily, pixelSize: textSmall, weight: Font.Medium })
     readonly property font cardTitleFont: Qt.font({ family: displayFamily, pixelSize: cardTitle, weight: Font.Bold, letterSpacing: -0.012 * cardTitle })
-    readonly property font cardTitleOpenFont: Qt.font({ family: displayFamily, pixelSize: titleCard, weight: Font.Bold, letterSpacing: -0.012 * titleCard })
+    readonly property font cardTitleOpenFont: Qt.font({ family: displayFamily, pixelSize: cardTitleOpen, weight: Font.Bold, letterSpacing: -0.012 * cardTitleOpen })
     readonly property font noteFontDemi: Qt.font({ family: textFamily, pixelSize: textNote, weight: Font.DemiBold })
 
     // A 4 px grid.
